@@ -1,0 +1,29 @@
+#include "call.h"
+
+using namespace sim;
+
+KT_U8 KT_Adapter_GetInfo(KT_U8 a, KT_U8* infoVersion, _Adapter_Info* info) {
+    return notSupported("KT_Adapter_GetInfo", a, {out("infoVersion", infoVersion), out("info", info)});
+}
+
+KT_U8 KT_Adapter_GetConfig(KT_U8 a, _Adapter_Config_V2* config) {
+    return notSupported("KT_Adapter_GetConfig", a, {out("config", config)});
+}
+
+KT_U8 KT_Adapter_SetConfig(KT_U8 a, const _Adapter_Config_V2* config) {
+    return notSupported("KT_Adapter_SetConfig", a, {in("config", config)});
+}
+
+KT_U8 KT_Adapter_Read_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
+    return notSupported("KT_Adapter_Read_Register", a,
+                        {num("type", type), num("address", address), inOut("request", request)});
+}
+
+KT_U8 KT_Adapter_Write_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
+    return notSupported("KT_Adapter_Write_Register", a,
+                        {num("type", type), num("address", address), inOut("request", request)});
+}
+
+KT_U8 KT_AdapterMute(KT_U8 a) {
+    return notSupported("KT_AdapterMute", a, {});
+}

@@ -1,0 +1,31 @@
+#include "call.h"
+
+using namespace sim;
+
+KT_U8 KT_DG_GetInfo(KT_U8 a, _DG_Info_Request* request) {
+    return notSupported("KT_DG_GetInfo", a, {Arg{"request", ArgType::List, 0, request, sizeof(_DG_Info)}});
+}
+
+KT_U8 KT_DG_GetConfig(KT_U8 a, _DG_Config_Request* request) {
+    return notSupported("KT_DG_GetConfig", a, {Arg{"request", ArgType::List, 0, request, sizeof(_DG_CONFIG)}});
+}
+
+KT_U8 KT_DG_SetConfig(KT_U8 a, KT_U16 dg, const _DG_CONFIG* config) {
+    return notSupported("KT_DG_SetConfig", a, {num("dg", dg), in("config", config)});
+}
+
+KT_U8 KT_DG_Delete(KT_U8 a, KT_U16 dg) {
+    return notSupported("KT_DG_Delete", a, {num("dg", dg)});
+}
+
+KT_U8 KT_DG_BGAControl(KT_U8 a, KT_U16 dg, KT_U8 control) {
+    return notSupported("KT_DG_BGAControl", a, {num("dg", dg), num("control", control)});
+}
+
+KT_U8 KT_DG_StartMigration(KT_U8 a, _CreateOrModify_DG_Param* param, KT_U8 sizeOnly) {
+    return notSupported("KT_DG_StartMigration", a, {inOut("param", param), num("sizeOnly", sizeOnly)});
+}
+
+KT_U8 KT_CreateOrModify_DG(KT_U8 a, _CreateOrModify_DG_Param* param, KT_U8 sizeOnly) {
+    return notSupported("KT_CreateOrModify_DG", a, {inOut("param", param), num("sizeOnly", sizeOnly)});
+}

@@ -1,0 +1,159 @@
+/* What the state holds: one kind of row for each record type. The library's own records are kept as they are; the
+   structs here hold what those do not. A change of any of them is a change of the state's version (store.h). */
+#ifndef KTSIM_RECORDS_H
+#define KTSIM_RECORDS_H
+
+#include "ktraid.h"
+
+namespace sim {
+
+enum : KT_U8 { ADAPTER_GLOBAL = 255 }; /* rows that belong to no adapter */
+inline constexpr KT_U64 NEVER = ~KT_U64{0};
+
+enum Kind : KT_U8 {
+    KIND_GLOBAL = 1,
+    KIND_CLOCK = 2,
+    KIND_FAULT = 3,
+    KIND_ADAPTER = 10,
+    KIND_ADAPTER_CONFIG = 11,
+    KIND_ADAPTER_STATE = 12,
+    KIND_VD = 20,
+    KIND_VD_STATE = 21,
+    KIND_VD_TARGET = 22,
+    KIND_DG = 30,
+    KIND_DG_STATE = 31,
+    KIND_PD = 40,
+    KIND_PD_STATE = 41,
+    KIND_BLOCK = 50,
+    KIND_PM = 60,
+    KIND_EXPANDER = 61,
+    KIND_ENCLOSURE = 62,
+    KIND_EVENT = 70,
+    KIND_BATTERY = 80
+    /* Each further kind of the peripherals takes a free number and a line in KindOf below (or beside its struct). */
+};
+
+/* A long-running job: of a virtual disk, an array or a disk (media patrol). Times are milliseconds of the simulated
+   clock, amounts KiB. Its progress follows from these by activityDone(); nothing has to tick. */
+struct Activity {
+    KT_U8 kind;    /* KT_BGA_*, or KT_PD_BGA_* of a disk; 0 = none */
+    KT_U8 state;   /* KT_STATE_* */
+    KT_U16 disk;   /* the disk being rebuilt or copied to; KT_NO_ID = none */
+    KT_U8 resumes; /* private to the rules: what restarts an interrupted or auto-paused job */
+    KT_U8 reserved[3];
+    KT_U64 work;      /* the whole amount */
+    KT_U64 done;      /* the part done at `since` */
+    KT_U64 since;     /* when it last began to run, or when `speed` last changed */
+    KT_U64 speed;     /* KiB per second */
+    KT_U64 announced; /* private to the rules: the last percentage that was logged */
+};
+
+/* One row, id 0, ADAPTER_GLOBAL. */
+struct GlobalState {
+    KT_U16 adapterCount;
+    KT_U16 reserved;
+    KT_U32 rescanCount;
+    KT_U32 sgVersion; /* the simulated driver's, as /dev/sg0 would answer it: 30536 = 3.5.36 */
+    KT_U32 reserved1;
+    char lab[64]; /* the lab it was made from */
+};
+
+/* One row, id 0, ADAPTER_GLOBAL: sim time = base + (real - realBase) * speed / 1000; see clock.h. */
+struct Clock {
+    KT_U64 base;
+    KT_U64 realBase;
+    KT_U32 speed; /* thousandths; 1000 = real time */
+    KT_U8 stopped;
+    KT_U8 reserved[3];
+};
+
+/* One row an adapter, id 0. `due...` are the moments at which settling has something to do (NEVER, or 0 = unknown). */
+struct AdapterState {
+    KT_U64 dueRaid;
+    KT_U64 duePeripherals;
+    KT_U8 muted;
+    KT_U8 paused; /* KT_LD_PauseAll in force */
+    KT_U8 reserved[6];
+};
+
+struct VdState {
+    KT_U8 cachePolicy; /* KT_CACHE_* as configured; _LD_Info.CacheMode is what is in force */
+    KT_U8 hasOs;
+    KT_U8 initialized; /* parity or mirror known to be consistent */
+    KT_U8 reported;    /* KT_LD_Report done */
+    KT_U8 waterMark;   /* TandemWaterMark of its creation */
+    KT_U8 reserved;
+    KT_U16 linkedDisk; /* KT_VDHDD_AddLink; KT_NO_ID = none */
+    KT_U64 created;    /* seconds since 1970 */
+    Activity activity;
+};
+
+/* What a migrating virtual disk is turning into. */
+struct VdTarget {
+    _LD_Info info;
+};
+
+struct DgState {
+    KT_U8 writeCacheOn;
+    KT_U8 reserved[7];
+    Activity activity;
+};
+
+enum : KT_U8 { PD_HEALTHY = 0, PD_FAILED = 1, PD_PULLED = 2 };
+
+struct PdState {
+    _HD_CONFIG config;
+    KT_U8 raid;   /* KT_PD_* flags of _HD_RAID_STATUS */
+    KT_U8 health; /* PD_*; a pulled disk is listed nowhere but keeps its row */
+    KT_U8 hasMbr;
+    KT_U8 hasOs;
+    KT_U16 dgid; /* the array it is a member or the dedicated spare of; KT_NO_ID = none */
+    KT_U8 smartTripped;
+    KT_U8 reserved[1];
+    KT_U64 reservedKib; /* kept at the disk's end for metadata; the rest is its valid size */
+    Activity patrol;
+};
+
+enum : KT_U8 { FAULT_STATUS = 0, FAULT_COUNT = 1, FAULT_TEXT = 2, FAULT_NEXT = 3 };
+
+/* One row a fault, ADAPTER_GLOBAL: meets the calls of that name from the after-th on, `times` times. */
+struct Fault {
+    char call[48];
+    KT_U8 kind;
+    KT_U8 status;
+    KT_U8 adapter; /* ADAPTER_GLOBAL = any */
+    KT_U8 reserved;
+    KT_U32 after; /* calls that pass first */
+    KT_U32 times; /* 0 = for ever */
+    KT_U32 seen;
+};
+
+template <class Record>
+struct KindOf;
+#define KTSIM_KIND(record, kindNumber)                                                                                 \
+    template <>                                                                                                        \
+    struct KindOf<record> {                                                                                            \
+        static constexpr Kind value = static_cast<Kind>(kindNumber);                                                   \
+    }
+KTSIM_KIND(GlobalState, KIND_GLOBAL);
+KTSIM_KIND(Clock, KIND_CLOCK);
+KTSIM_KIND(Fault, KIND_FAULT);
+KTSIM_KIND(_Adapter_Info, KIND_ADAPTER);
+KTSIM_KIND(_Adapter_Config_V2, KIND_ADAPTER_CONFIG);
+KTSIM_KIND(AdapterState, KIND_ADAPTER_STATE);
+KTSIM_KIND(_LD_Info, KIND_VD);
+KTSIM_KIND(VdState, KIND_VD_STATE);
+KTSIM_KIND(VdTarget, KIND_VD_TARGET);
+KTSIM_KIND(_DG_Info, KIND_DG);
+KTSIM_KIND(DgState, KIND_DG_STATE);
+KTSIM_KIND(_HD_Info, KIND_PD);
+KTSIM_KIND(PdState, KIND_PD_STATE);
+KTSIM_KIND(_Block_Info, KIND_BLOCK);
+KTSIM_KIND(_PM_Info, KIND_PM);
+KTSIM_KIND(_Exp_Info, KIND_EXPANDER);
+KTSIM_KIND(_Enclosure_Info, KIND_ENCLOSURE);
+KTSIM_KIND(_Event, KIND_EVENT);
+KTSIM_KIND(_BBU_Info, KIND_BATTERY);
+
+} // namespace sim
+#endif
