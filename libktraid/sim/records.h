@@ -24,7 +24,9 @@ enum Kind : KT_U8 {
     KIND_DG_STATE = 31,
     KIND_PD = 40,
     KIND_PD_STATE = 41,
+    KIND_PD_PULLED = 42,
     KIND_BLOCK = 50,
+    KIND_PD_BLOCKS = 51,
     KIND_PM = 60,
     KIND_EXPANDER = 61,
     KIND_ENCLOSURE = 62,
@@ -72,8 +74,9 @@ struct AdapterState {
     KT_U64 dueRaid;
     KT_U64 duePeripherals;
     KT_U8 muted;
-    KT_U8 paused; /* KT_LD_PauseAll in force */
-    KT_U8 reserved[6];
+    KT_U8 paused;   /* KT_LD_PauseAll in force */
+    KT_U16 patrols; /* disks with a media patrol of any state; spares the status calls looking at every disk */
+    KT_U8 reserved[4];
 };
 
 struct VdState {
@@ -99,12 +102,12 @@ struct DgState {
     Activity activity;
 };
 
-enum : KT_U8 { PD_HEALTHY = 0, PD_FAILED = 1, PD_PULLED = 2 };
+enum : KT_U8 { PD_HEALTHY = 0, PD_FAILED = 1 };
 
 struct PdState {
     _HD_CONFIG config;
     KT_U8 raid;   /* KT_PD_* flags of _HD_RAID_STATUS */
-    KT_U8 health; /* PD_*; a pulled disk is listed nowhere but keeps its row */
+    KT_U8 health; /* PD_HEALTHY or PD_FAILED */
     KT_U8 hasMbr;
     KT_U8 hasOs;
     KT_U16 dgid; /* the array it is a member or the dedicated spare of; KT_NO_ID = none */
@@ -112,6 +115,12 @@ struct PdState {
     KT_U8 reserved[1];
     KT_U64 reservedKib; /* kept at the disk's end for metadata; the rest is its valid size */
     Activity patrol;
+};
+
+/* A disk that was pulled out: its rows wait here, listed nowhere, until it comes back. */
+struct PulledDisk {
+    _HD_Info info;
+    PdState state;
 };
 
 enum : KT_U8 { FAULT_STATUS = 0, FAULT_COUNT = 1, FAULT_TEXT = 2, FAULT_NEXT = 3 };
@@ -148,7 +157,9 @@ KTSIM_KIND(_DG_Info, KIND_DG);
 KTSIM_KIND(DgState, KIND_DG_STATE);
 KTSIM_KIND(_HD_Info, KIND_PD);
 KTSIM_KIND(PdState, KIND_PD_STATE);
+KTSIM_KIND(PulledDisk, KIND_PD_PULLED);
 KTSIM_KIND(_Block_Info, KIND_BLOCK);
+KTSIM_KIND(_HD_Block_Info, KIND_PD_BLOCKS);
 KTSIM_KIND(_PM_Info, KIND_PM);
 KTSIM_KIND(_Exp_Info, KIND_EXPANDER);
 KTSIM_KIND(_Enclosure_Info, KIND_ENCLOSURE);

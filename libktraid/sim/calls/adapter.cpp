@@ -2,12 +2,26 @@
 
 using namespace sim;
 
+static const KT_U8 ADAPTER_INFO_VERSION = 1;
+
 KT_U8 KT_Adapter_GetInfo(KT_U8 a, KT_U8* infoVersion, _Adapter_Info* info) {
-    return notSupported("KT_Adapter_GetInfo", a, {out("infoVersion", infoVersion), out("info", info)});
+    return call("KT_Adapter_GetInfo", a, Access::Read, {out("infoVersion", infoVersion), out("info", info)},
+                [&](Context& context) -> KT_U8 {
+                    const auto found = find<_Adapter_Info>(context, 0);
+                    if (!found) return KT_ERR_INVALID_ADAPTER;
+                    *infoVersion = ADAPTER_INFO_VERSION;
+                    *info = *found;
+                    return KT_OK;
+                });
 }
 
 KT_U8 KT_Adapter_GetConfig(KT_U8 a, _Adapter_Config_V2* config) {
-    return notSupported("KT_Adapter_GetConfig", a, {out("config", config)});
+    return call("KT_Adapter_GetConfig", a, Access::Read, {out("config", config)}, [&](Context& context) -> KT_U8 {
+        const auto found = find<_Adapter_Config_V2>(context, 0);
+        if (!found) return KT_ERR_NOT_SUPPORTED;
+        *config = *found;
+        return KT_OK;
+    });
 }
 
 KT_U8 KT_Adapter_SetConfig(KT_U8 a, const _Adapter_Config_V2* config) {

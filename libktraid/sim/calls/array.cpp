@@ -2,12 +2,19 @@
 
 using namespace sim;
 
+static bool fillConfig(Context& context, KT_U16 id, const _DG_Info& array, _DG_CONFIG& config) {
+    config.DGID = id;
+    config.WriteCacheOn = find<DgState>(context, id).value_or(DgState{}).writeCacheOn;
+    memcpy(config.Name, array.Name, sizeof config.Name);
+    return true;
+}
+
 KT_U8 KT_DG_GetInfo(KT_U8 a, _DG_Info_Request* request) {
-    return notSupported("KT_DG_GetInfo", a, {Arg{"request", ArgType::List, 0, request, sizeof(_DG_Info)}});
+    return listCall<_DG_Info>("KT_DG_GetInfo", a, request, KT_ERR_INVALID_ARRAY);
 }
 
 KT_U8 KT_DG_GetConfig(KT_U8 a, _DG_Config_Request* request) {
-    return notSupported("KT_DG_GetConfig", a, {Arg{"request", ArgType::List, 0, request, sizeof(_DG_CONFIG)}});
+    return listCall<_DG_Info, _DG_CONFIG>("KT_DG_GetConfig", a, request, KT_ERR_INVALID_ARRAY, fillConfig);
 }
 
 KT_U8 KT_DG_SetConfig(KT_U8 a, KT_U16 dg, const _DG_CONFIG* config) {

@@ -1,11 +1,17 @@
+#include "adapter/blocks.h"
 #include "call.h"
 
 using namespace sim;
 
 KT_U8 KT_BLK_GetInfo(KT_U8 a, _BLK_Info_Request* request) {
-    return notSupported("KT_BLK_GetInfo", a, {Arg{"request", ArgType::List, 0, request, sizeof(_Block_Info)}});
+    return listCall<_Block_Info>("KT_BLK_GetInfo", a, request, KT_ERR_INVALID_BLOCK);
 }
 
 KT_U8 KT_BLK_GetHDBlock(KT_U8 a, KT_U16 pd, _HD_Block_Info* info) {
-    return notSupported("KT_BLK_GetHDBlock", a, {num("pd", pd), out("info", info)});
+    return call("KT_BLK_GetHDBlock", a, Access::Read, {num("pd", pd), out("info", info)},
+                [&](Context& context) -> KT_U8 {
+                    if (!find<_HD_Info>(context, pd)) return KT_ERR_INVALID_PD;
+                    *info = blocksOf(context, pd);
+                    return KT_OK;
+                });
 }

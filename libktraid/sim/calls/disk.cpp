@@ -1,22 +1,58 @@
+#include "adapter/activity.h"
+#include "adapter/blocks.h"
 #include "call.h"
 
 using namespace sim;
 
+static bool fillRaidStatus(Context& /*context*/, KT_U16 id, const PdState& state, _HD_RAID_STATUS& status) {
+    status.HDID = id;
+    status.DGID = state.dgid;
+    status.Status = state.raid;
+    if (state.patrol.kind == KT_PD_BGA_MEDIA_PATROL && state.patrol.state == KT_STATE_RUNNING)
+        status.Status |= KT_PD_MEDIA_PATROL;
+    return true;
+}
+
+static bool fillConfig(Context& /*context*/, KT_U16 id, const PdState& state, _HD_CONFIG& config) {
+    config = state.config;
+    config.HDID = id;
+    return true;
+}
+
+static bool fillActivity(Context& context, KT_U16 id, const PdState& state, _HD_BGA_STATUS& status) {
+    status.HDID = id;
+    status.Bga = state.patrol.kind;
+    status.BgaState = state.patrol.state;
+    if (state.patrol.kind) status.Percentage = static_cast<KT_U8>(activityPercent(state.patrol, context.now));
+    return true;
+}
+
+static KT_U8 vdHasOs(const Context& context, KT_U16 vd) {
+    const auto state = find<VdState>(context, vd);
+    if (!state) return KT_ERR_INVALID_VD;
+    return state->hasOs ? KT_ERR_VD_HAS_OS : KT_OK;
+}
+
+static KT_U8 pdHasOs(const Context& context, KT_U16 pd) {
+    const auto state = find<PdState>(context, pd);
+    if (!state) return KT_ERR_INVALID_PD;
+    return state->hasOs ? KT_ERR_PD_HAS_OS : KT_OK;
+}
+
 KT_U8 KT_PD_GetHDInfo(KT_U8 a, _HD_Info_Request* request) {
-    return notSupported("KT_PD_GetHDInfo", a, {Arg{"request", ArgType::List, 0, request, sizeof(_HD_Info)}});
+    return listCall<_HD_Info>("KT_PD_GetHDInfo", a, request, KT_ERR_INVALID_PD);
 }
 
 KT_U8 KT_PD_GetHDInfo_Ext(KT_U8 a, _HD_Info_Request* request) {
-    return notSupported("KT_PD_GetHDInfo_Ext", a, {Arg{"request", ArgType::List, 0, request, sizeof(_HD_Info)}});
+    return listCall<_HD_Info>("KT_PD_GetHDInfo_Ext", a, request, KT_ERR_INVALID_PD);
 }
 
 KT_U8 KT_PD_GetHDRaidStatus(KT_U8 a, _HD_RAID_Status_Request* request) {
-    return notSupported("KT_PD_GetHDRaidStatus", a,
-                        {Arg{"request", ArgType::List, 0, request, sizeof(_HD_RAID_STATUS)}});
+    return listCall<PdState, _HD_RAID_STATUS>("KT_PD_GetHDRaidStatus", a, request, KT_ERR_INVALID_PD, fillRaidStatus);
 }
 
 KT_U8 KT_PD_GetConfig(KT_U8 a, _HD_Config_Request* request) {
-    return notSupported("KT_PD_GetConfig", a, {Arg{"request", ArgType::List, 0, request, sizeof(_HD_CONFIG)}});
+    return listCall<PdState, _HD_CONFIG>("KT_PD_GetConfig", a, request, KT_ERR_INVALID_PD, fillConfig);
 }
 
 KT_U8 KT_PD_SetConfig(KT_U8 a, KT_U16 pd, const _HD_CONFIG* config) {
@@ -28,11 +64,22 @@ KT_U8 KT_PD_SetHDStatus(KT_U8 a, KT_U16 pd, KT_U8 status) {
 }
 
 KT_U8 KT_PD_GetFreeSpaceInfo(KT_U8 a, KT_U16 pd, _HD_FreeSpaceInfo* info) {
-    return notSupported("KT_PD_GetFreeSpaceInfo", a, {num("pd", pd), out("info", info)});
+    return call("KT_PD_GetFreeSpaceInfo", a, Access::Read, {num("pd", pd), out("info", info)},
+                [&](Context& context) -> KT_U8 {
+                    const auto disk = find<_HD_Info>(context, pd);
+                    const auto state = find<PdState>(context, pd);
+                    if (!disk || !state) return KT_ERR_INVALID_PD;
+                    *info = {};
+                    info->HDID = pd;
+                    info->AdapterID = a;
+                    info->ValidSize = validKib(*disk, *state);
+                    info->FreeSize = freeKib(context, pd, info->ValidSize);
+                    return KT_OK;
+                });
 }
 
 KT_U8 KT_PD_GetBGAStatus(KT_U8 a, _HD_BGA_Status_Request* request) {
-    return notSupported("KT_PD_GetBGAStatus", a, {Arg{"request", ArgType::List, 0, request, sizeof(_HD_BGA_STATUS)}});
+    return listCall<PdState, _HD_BGA_STATUS>("KT_PD_GetBGAStatus", a, request, KT_ERR_INVALID_PD, fillActivity);
 }
 
 KT_U8 KT_PD_BGAControl(KT_U8 a, KT_U16 pd, KT_U8 control) {
@@ -44,7 +91,15 @@ KT_U8 KT_PD_StartMediaPatrol(KT_U8 a, KT_U16 pd) {
 }
 
 KT_U8 KT_PD_GetMBRInfo(KT_U8 a, _HD_MBR_Info* info) {
-    return notSupported("KT_PD_GetMBRInfo", a, {inOut("info", info)});
+    return call("KT_PD_GetMBRInfo", a, Access::Read, {inOut("info", info)}, [&](Context& context) -> KT_U8 {
+        if (info->HDCount > sizeof info->hasMBR) return KT_ERR_PD_COUNT;
+        for (int i = 0; i < info->HDCount; i++) {
+            const auto state = find<PdState>(context, info->HDIDs[i]);
+            if (!state) return KT_ERR_INVALID_PD;
+            info->hasMBR[i] = state->hasMbr;
+        }
+        return KT_OK;
+    });
 }
 
 KT_U8 KT_PD_GetSmartStatus(KT_U8 a, _HD_SMART_Status_Request* request) {
@@ -81,8 +136,15 @@ KT_U8 KT_PD_WipeHDMDD(KT_U8 a, KT_U16 pd, KT_U8 force) {
 }
 
 KT_U8 KT_DiskHasOS(KT_U8 a, KT_U8 kind, KT_U8 count, const KT_U16* ids) {
-    return notSupported("KT_DiskHasOS", a,
-                        {num("kind", kind), num("count", count), bytes("ids", ids, sizeof(KT_U16) * count)});
+    return call("KT_DiskHasOS", a, Access::Read,
+                {num("kind", kind), num("count", count), bytes("ids", ids, sizeof(KT_U16) * count)},
+                [&](Context& context) -> KT_U8 {
+                    if (kind != KT_DEVICE_VD && kind != KT_DEVICE_PD) return KT_ERR_INVALID_PARAMETER;
+                    KT_U8 status = KT_OK;
+                    for (int i = 0; i < count && status == KT_OK; i++)
+                        status = kind == KT_DEVICE_VD ? vdHasOs(context, ids[i]) : pdHasOs(context, ids[i]);
+                    return status;
+                });
 }
 
 KT_U8 KT_LocateArrayDevice(KT_U8 a, KT_U8 kind, KT_U16 id, KT_U8 on) {

@@ -1,17 +1,48 @@
+#include "adapter/activity.h"
 #include "call.h"
 
 using namespace sim;
 
+/* Whether media patrol reads one of the disks under this virtual disk. */
+static bool patrolled(const Context& context, const _LD_Info& vd) {
+    if (find<AdapterState>(context, 0).value_or(AdapterState{}).patrols == 0) return false;
+    for (const KT_U16 blockId : vd.BlockIDs) {
+        if (blockId == KT_NO_ID) continue;
+        const auto block = find<_Block_Info>(context, blockId);
+        const auto disk = block ? find<PdState>(context, block->HDID) : std::nullopt;
+        if (disk && disk->patrol.state == KT_STATE_RUNNING) return true;
+    }
+    return false;
+}
+
+static bool fillStatus(Context& context, KT_U16 id, const _LD_Info& vd, _LD_STATUS& status) {
+    const VdState state = find<VdState>(context, id).value_or(VdState{});
+    status.LDID = id;
+    status.Status = vd.Status;
+    status.Bga = state.activity.kind;
+    status.BgaState = state.activity.state;
+    if (state.activity.kind) status.BgaPercentage = static_cast<KT_U16>(activityPercent(state.activity, context.now));
+    if (patrolled(context, vd)) status.BgaExt = KT_BGAEXT_MEDIA_PATROL;
+    return true;
+}
+
+static bool fillConfig(Context& context, KT_U16 id, const _LD_Info& vd, _LD_Config& config) {
+    config.LDID = id;
+    config.CachePolicy = find<VdState>(context, id).value_or(VdState{}).cachePolicy;
+    memcpy(config.Name, vd.Name, sizeof config.Name);
+    return true;
+}
+
 KT_U8 KT_LD_GetInfo(KT_U8 a, _LD_Info_Request* request) {
-    return notSupported("KT_LD_GetInfo", a, {Arg{"request", ArgType::List, 0, request, sizeof(_LD_Info)}});
+    return listCall<_LD_Info>("KT_LD_GetInfo", a, request, KT_ERR_INVALID_VD);
 }
 
 KT_U8 KT_LD_GetStatus(KT_U8 a, _LD_Status_Request* request) {
-    return notSupported("KT_LD_GetStatus", a, {Arg{"request", ArgType::List, 0, request, sizeof(_LD_STATUS)}});
+    return listCall<_LD_Info, _LD_STATUS>("KT_LD_GetStatus", a, request, KT_ERR_INVALID_VD, fillStatus);
 }
 
 KT_U8 KT_LD_GetConfig(KT_U8 a, _LD_Config_Request* request) {
-    return notSupported("KT_LD_GetConfig", a, {Arg{"request", ArgType::List, 0, request, sizeof(_LD_Config)}});
+    return listCall<_LD_Info, _LD_Config>("KT_LD_GetConfig", a, request, KT_ERR_INVALID_VD, fillConfig);
 }
 
 KT_U8 KT_LD_SetConfig(KT_U8 a, KT_U16 vd, const _LD_Config* config) {
@@ -64,7 +95,14 @@ KT_U8 KT_LD_GetMigratedLdSize(KT_U8 a, _Create_LD_Param* param) {
 }
 
 KT_U8 KT_LD_GetTargetLDInfo(KT_U8 a, KT_U16 vd, _LD_Info* target) {
-    return notSupported("KT_LD_GetTargetLDInfo", a, {num("vd", vd), out("target", target)});
+    return call("KT_LD_GetTargetLDInfo", a, Access::Read, {num("vd", vd), out("target", target)},
+                [&](Context& context) -> KT_U8 {
+                    if (!find<_LD_Info>(context, vd)) return KT_ERR_INVALID_VD;
+                    const auto found = find<VdTarget>(context, vd);
+                    if (!found) return KT_ERR_VD_STATUS;
+                    *target = found->info;
+                    return KT_OK;
+                });
 }
 
 KT_U8 KT_LD_Import(KT_U8 a, KT_U16 vd) {
