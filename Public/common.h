@@ -1,0 +1,78 @@
+// What the whole process shares: the current adapter, the command tables in force, line splitting and the dispatcher.
+#pragma once
+
+#include "Public/output.h"
+#include "ktraid.h"
+
+inline constexpr char CLI_VERSION[] = "4.1.0.15";
+
+// Adapters that start-up uses at most; an adapter index has 8 bits, so the table has room for each.
+inline constexpr int MAX_ADAPTERS = 16;
+inline constexpr int ADAPTER_INDEXES = 256;
+
+struct _cmd_struct;
+typedef int (*CommandHandler)(int argc, char** argv, _cmd_struct* row);
+
+// One row of a command table.
+struct _cmd_struct {
+    const char* cmd; // lower case
+    int cmdLen;      // length of cmd plus one
+    CommandHandler cmdHandler;
+    const char* cmdHelp;      // the long help
+    const char* cmdShortHelp; // one line; begins with ":" so that it reads well behind "Description"
+};
+
+// The tables of one command set.
+struct CommandSet {
+    _cmd_struct* general;
+    KT_U16 generalSize;
+    _cmd_struct* internal;
+    KT_U16 internalSize;
+};
+
+extern KT_U8 gCurrentAdapter;                       // the adapter that commands address
+extern KT_U8 gNumAdaptersFound;                     // what the library counted; at most MAX_ADAPTERS after start-up
+extern KT_U8 gAdapterID;                            // second index, only reset by rescan
+extern _Adapter_Info gAdapterInfo[ADAPTER_INDEXES]; // filled for every adapter found, zero elsewhere
+extern bool arrayBasedRaid;                         // the array-based command set is in force
+extern int gUTCStatus;                              // what ScanUTCStatus answered at start-up
+extern _cmd_struct* pCmdTable;                      // the general table in force
+extern _cmd_struct* pInCmdTable;                    // the internal table in force
+extern KT_U16 cmdTableSize;                         // rows of each
+extern KT_U16 inCmdTableSize;
+
+// The record of the adapter that commands address.
+inline _Adapter_Info& currentAdapter() {
+    return gAdapterInfo[gCurrentAdapter];
+}
+
+// Registers the two command sets a program offers (program start; they must outlive it).
+void setCommandSets(const CommandSet& ldBased, const CommandSet& arrayBased);
+
+// Puts the command set that fits the current adapter in force: the array-based one when it reports disk groups.
+void chooseCommandSet();
+
+// Reads every found adapter's record into gAdapterInfo; an adapter that cannot be read keeps what the call left.
+void readAdapterRecords();
+
+// Splits line in place into words that point into it. Double quotes keep blanks together and stay part of the word; a
+// leading blank and each tab behind a blank yield an empty word. argv must hold strlen(line) + 1 pointers.
+// Returns 1, or 0 for an unterminated quote (argc then counts the words before it).
+int parse(int* argc, char** argv, char* line);
+
+// Copies a word that may carry quotes. Unquoted: at most n - 1 characters. Quoted: the characters between the first and
+// the last one, at most n. dst holds n + 1 bytes and is always terminated.
+void noQuoteStrncpy(char* dst, const char* src, int n);
+
+// Runs the command named by argv[0] (lower-cased in place) and returns its result; -1 for "exit" and "quit", 0 for
+// "ver", 1 for a word that is unknown or ambiguous.
+int cmdDispatcher(int argc, char** argv);
+
+// Prints "CLI Version: ...   RaidAPI Version: ..." on one line.
+void printVersionLine();
+
+// Prints how many adapters there are and which one commands address.
+void printAdapterCount();
+
+// For rows whose command is not part of this build: says so, returns 1.
+int notAvailable(const char* command);

@@ -1,0 +1,39 @@
+#include "Public/confirm.h"
+
+#include <cerrno>
+#include <unistd.h>
+
+#include "Public/output.h"
+
+static int readByte() {
+    unsigned char byte = 0;
+    ssize_t got;
+    do {
+        got = read(STDIN_FILENO, &byte, 1);
+    } while (got < 0 && errno == EINTR);
+    return got == 1 ? byte : EOF;
+}
+
+// The first character of the next line of standard input ('\n' for an empty one), or EOF.
+static int readAnswer() {
+    if (stream != nullptr) fflush(stream);
+    int first = readByte();
+    for (int next = first; next != '\n' && next != EOF;) {
+        next = readByte();
+    }
+    return first;
+}
+
+bool confirmUnlessNo() {
+    int answer = readAnswer();
+    return answer != EOF && answer != 'n' && answer != 'N';
+}
+
+bool confirmYesOrNo() {
+    for (;;) {
+        int answer = readAnswer();
+        if (answer == 'y' || answer == 'Y') return true;
+        if (answer == 'n' || answer == 'N' || answer == EOF) return false;
+        out("Please input y or n.\n");
+    }
+}

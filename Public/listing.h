@@ -1,0 +1,81 @@
+// Reading the library's lists: one rule for pages, single items and a library that misbehaves.
+#pragma once
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "Public/common.h"
+
+// Records that one call may return: what the adapter's MaxBufferSize (KiB) holds behind the header, `withoutLimit` when
+// the adapter names none; at most 65,535, the width of the request's field.
+KT_U16 recordsPerPage(size_t recordSize, KT_U16 withoutLimit = 32);
+
+// What a walk came to. unallocated: the bytes of a buffer that could not be had (status KT_ERR_NO_RESOURCE), else 0.
+// stopped: the visitor ended the walk.
+struct ListEnd {
+    KT_U8 status;
+    unsigned total; // records visited
+    size_t unallocated;
+    bool stopped;
+};
+
+// Prepares the request for one item; the record behind the header is zeroed.
+template <class Request>
+void askForItem(Request& request, KT_U16 id) {
+    memset(&request, 0, sizeof request);
+    request.header.requestType = KT_REQUEST_ITEM;
+    request.header.startingIndexOrId = id;
+    request.header.numRequested = 1;
+}
+
+// Reads the item `id` into request. The answer is good when the status is KT_OK and header.numReturned is 1.
+template <class Request>
+KT_U8 getItem(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, Request& request) {
+    askForItem(request, id);
+    return call(gCurrentAdapter, &request);
+}
+
+// Which items a walk covers: all, or the one with an id.
+struct ListRange {
+    bool all;
+    KT_U16 id;
+};
+inline constexpr ListRange EVERYTHING = {true, 0};
+inline ListRange oneItem(KT_U16 id) {
+    return {false, id};
+}
+
+// Calls visit(record) -> bool for each record, in the library's order, page by page; a false ends the walk. Record is
+// the type of the records behind the request's header. More records than were asked for are not looked at, and a next
+// index that does not advance ends the walk, so it ends whatever the library answers.
+template <class Record, class Request, class Visit>
+ListEnd walkList(KT_U8 (*call)(KT_U8, Request*), ListRange range, KT_U16 perPage, Visit visit) {
+    static_assert(sizeof(Request) == sizeof(_RequestHeader) + sizeof(Record));
+    KT_U16 asked = range.all ? perPage : KT_U16{1};
+    size_t bytes = sizeof(_RequestHeader) + size_t{asked} * sizeof(Record);
+    std::unique_ptr<void, decltype(&free)> buffer(malloc(bytes), &free);
+    if (buffer == nullptr) return {KT_ERR_NO_RESOURCE, 0, bytes, false};
+    auto* request = static_cast<Request*>(buffer.get());
+    auto* records = reinterpret_cast<const Record*>(static_cast<char*>(buffer.get()) + sizeof(_RequestHeader));
+    ListEnd end = {KT_OK, 0, 0, false};
+    for (KT_U16 start = range.id;;) {
+        memset(buffer.get(), 0, bytes);
+        request->header.requestType = range.all ? KT_REQUEST_LIST : KT_REQUEST_ITEM;
+        request->header.startingIndexOrId = start;
+        request->header.numRequested = asked;
+        end.status = call(gCurrentAdapter, request);
+        if (end.status != KT_OK) return end;
+        KT_U16 returned = request->header.numReturned < asked ? request->header.numReturned : asked;
+        for (KT_U16 i = 0; i < returned; ++i) {
+            ++end.total;
+            if (!visit(records[i])) {
+                end.stopped = true;
+                return end;
+            }
+        }
+        KT_U16 next = request->header.nextStartingIndex;
+        if (!range.all || returned == 0 || next == KT_LIST_END || next <= start) return end;
+        start = next;
+    }
+}

@@ -1,0 +1,82 @@
+// The one pattern by which every handler reads its options. What may be given once, what is required and how help is
+// printed is data; the handler only says what one option means.
+#pragma once
+
+#include <getopt.h>
+
+#include "Public/common.h"
+
+// Option values beyond the letters, for long options without one.
+enum { OPT_OUTPUT = 1, OPT_WAIVE = 256, OPT_FIRST_OWN = 257, OPT_LIMIT = 272 };
+
+// Rows that stand in nearly every table. "output" is the shell's: accepted here, used at start-up.
+#define OUTPUT_OPTION                                                                                                  \
+    { "output", required_argument, nullptr, OPT_OUTPUT }
+#define HELP_OPTION                                                                                                    \
+    { "help", no_argument, nullptr, 'h' }
+#define WAIVE_OPTION                                                                                                   \
+    { "waiveconfirmation", no_argument, nullptr, OPT_WAIVE }
+#define END_OF_OPTIONS                                                                                                 \
+    { nullptr, 0, nullptr, 0 }
+
+enum class HelpStyle {
+    Described, // "Description", short help, long help
+    OwnLine,   // the same with a line break behind "Description:"
+    LongOnly   // the long help alone
+};
+
+struct OptionSet {
+    const char* letters;                  // getopt_long's option string; holds "\1:" for the swallowed "-output" word
+    const option* longOptions;            // ends with END_OF_OPTIONS
+    const char* once = "";                // letters refused when given twice
+    const char* required = "";            // letters that must be given, in the order in which they are reported
+    const char* const* objects = nullptr; // words that -o takes, null-terminated; for completion
+    HelpStyle helpStyle = HelpStyle::Described;
+    bool helpOnUnknown = false; // an unknown option prints the help with result 0 instead of failing with 1
+};
+
+// How often each option was given, by its value.
+struct OptionCounts {
+    unsigned times[OPT_LIMIT] = {};
+    unsigned& operator[](int value) { return times[value]; }
+    unsigned operator[](int value) const { return times[value]; }
+};
+
+enum class Take {
+    Yes,   // understood
+    Help,  // not this command's: print the help, result 0
+    Failed // refused with a message: result 1
+};
+
+void printHelp(const _cmd_struct* row, HelpStyle style = HelpStyle::Described);
+
+// Resets the scanner and hands each option to take(value, argument) -> Take. True when all were understood; otherwise
+// the command is over and `result` is what its handler returns.
+template <class TakeOption>
+bool scanOptions(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, OptionCounts& given, int& result,
+                 TakeOption take) {
+    // 0 starts at the first argument as 1 does, and also forgets what an abandoned scan left behind.
+    optind = 0;
+    int value;
+    while ((value = getopt_long(argc, argv, set.letters, set.longOptions, nullptr)) != -1) {
+        if (value == OPT_OUTPUT) continue;
+        if (value == '?' && !set.helpOnUnknown) {
+            result = 1;
+            return false;
+        }
+        Take taken = value == '?' ? Take::Help : take(value, optarg);
+        if (taken == Take::Help) printHelp(row, set.helpStyle);
+        if (taken != Take::Yes) {
+            result = taken == Take::Help ? 0 : 1;
+            return false;
+        }
+        ++given[value];
+    }
+    return true;
+}
+
+// Refuses, with ErrorDuplicate, a second use of any option in set.once. True when there is none.
+bool givenOnce(const OptionSet& set, const OptionCounts& given);
+
+// One OptionRequired line per missing option of set.required. True when none is missing.
+bool givenRequired(const OptionSet& set, const OptionCounts& given, const char* command);

@@ -1,0 +1,76 @@
+#include "Public/output.h"
+
+#include <cstdarg>
+
+FILE* stream = nullptr;
+
+void out(const char* format, ...) {
+    if (stream == nullptr) return;
+    va_list arguments;
+    va_start(arguments, format);
+    vfprintf(stream, format, arguments);
+    va_end(arguments);
+}
+
+static bool reportLost(bool lost) {
+    if (lost) perror("ktsetup: cannot write the output");
+    return !lost;
+}
+
+bool flushOutput() {
+    if (stream == nullptr) return true;
+    bool lost = fflush(stream) != 0 || ferror(stream) != 0;
+    return reportLost(lost);
+}
+
+bool closeOutput() {
+    FILE* closing = stream;
+    if (closing == nullptr) return true;
+    stream = nullptr;
+    bool lost = fflush(closing) != 0 || ferror(closing) != 0;
+    if (closing != stdout) lost = fclose(closing) != 0 || lost;
+    return reportLost(lost);
+}
+
+void printNum(int width, const char* label, long value) {
+    out(fmt_Num, width, label, value);
+}
+
+void printStr(int width, const char* label, const char* value) {
+    out(fmt_Str, width, label, value);
+}
+
+void printMegaBytes(int width, const char* label, KT_U64 kib) {
+    out(fmt_MegaBytes, width, label, static_cast<long long>(kib >> 10));
+}
+
+void printKiloBytes(int width, const char* label, KT_U64 kib) {
+    out(fmt_KiloBytes, width, label, static_cast<long long>(kib));
+}
+
+char* fieldText(char* dst, const KT_U8* field, size_t size) {
+    size_t i = 0;
+    for (; i < size && field[i] != 0; ++i) {
+        dst[i] = field[i] >= 0x20 && field[i] < 0x7F ? static_cast<char>(field[i]) : '?';
+    }
+    dst[i] = '\0';
+    return dst;
+}
+
+SasAddressText::SasAddressText(const KT_U8 (&address)[8]) {
+    static const char digits[] = "0123456789ABCDEF";
+    for (size_t i = 0; i < 8; ++i) {
+        text[2 * i] = digits[address[i] >> 4];
+        text[2 * i + 1] = digits[address[i] & 0x0F];
+    }
+    text[16] = '\0';
+}
+
+void LineText::add(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    int written = vsnprintf(text + length, sizeof text - length, format, arguments);
+    va_end(arguments);
+    if (written > 0) length += static_cast<size_t>(written);
+    if (length >= sizeof text) length = sizeof text - 1;
+}

@@ -1,0 +1,239 @@
+#include "Public/utility.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+#include <strings.h>
+
+#include "Public/confirm.h"
+#include "Public/listing.h"
+
+static bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+static int hexDigit(char c) {
+    if (isDigit(c)) return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+bool isNumber(const char* text) {
+    return text[strspn(text, "0123456789")] == '\0';
+}
+
+bool isHex(const char* text) {
+    if (text[0] != '0' || (text[1] != 'x' && text[1] != 'X') || text[2] == '\0') return false;
+    return text[2 + strspn(text + 2, "0123456789abcdefABCDEF")] == '\0';
+}
+
+KT_U32 atohex(const char* text) {
+    KT_U32 value = 0;
+    for (const char* at = text + 2; *at != '\0'; ++at) {
+        KT_U32 digit = isDigit(*at) ? static_cast<KT_U32>(*at - '0') : static_cast<KT_U32>(*at - 0x37) & 0x0F;
+        value = value * 16 + digit;
+    }
+    return value;
+}
+
+void str_to_hex_u32(const char* text, KT_U32* value) {
+    *value = 0;
+    for (; hexDigit(*text) >= 0; ++text) {
+        *value = *value * 16 + static_cast<KT_U32>(hexDigit(*text));
+    }
+}
+
+// Reads digits of the radix up to the end of text; false when the number is above `most`.
+static bool readDigits(const char* text, unsigned radix, KT_U64 most, KT_U64& value) {
+    KT_U64 sum = 0;
+    for (; *text != '\0'; ++text) {
+        auto digit = static_cast<KT_U64>(hexDigit(*text));
+        if (sum > most / radix || digit > most - sum * radix) return false;
+        sum = sum * radix + digit;
+    }
+    value = sum;
+    return true;
+}
+
+bool parseUpTo(const char* text, KT_U64 most, KT_U64& value) {
+    return isNumber(text) && readDigits(text, 10, most, value);
+}
+
+bool parseDecimalOrHexUpTo(const char* text, KT_U64 most, KT_U64& value) {
+    if (isNumber(text)) return readDigits(text, 10, most, value);
+    return isHex(text) && readDigits(text + 2, 16, most, value);
+}
+
+KT_U64 decimalDigits(const char* text) {
+    KT_U64 value = 0;
+    return readDigits(text, 10, UINT64_MAX, value) ? value : UINT64_MAX;
+}
+
+bool parsePdList(const char* text, Repeats repeats, PdList& list) {
+    list.count = 0;
+    for (const char* item = text; *item != '\0';) {
+        size_t length = strcspn(item, ",");
+        char digits[8];
+        if (length > 0) {
+            // Leading zeros say nothing, so they must not make a short number too long.
+            const char* number = item + strspn(item, "0");
+            size_t significant = number < item + length ? static_cast<size_t>(item + length - number) : 0;
+            if (significant >= sizeof digits) return false;
+            memcpy(digits, number, significant);
+            digits[significant] = '\0';
+            KT_U16 id = 0;
+            if (!parseDecimal(digits, id)) return false;
+            KT_U16* end = list.ids + list.count;
+            if (repeats == Repeats::Keep || std::find(list.ids, end, id) == end) {
+                if (list.count == sizeof list.ids / sizeof list.ids[0]) return false;
+                list.ids[list.count++] = id;
+            }
+        }
+        item += length;
+        if (*item == ',') ++item;
+    }
+    return true;
+}
+
+unsigned short fill_zero_to_str_before_u32value(char* buf, unsigned v) {
+    unsigned short zeros = 0;
+    while (zeros < 7 && ((v >> (28 - 4 * zeros)) & 0xFF) == 0) {
+        buf[zeros++] = '0';
+    }
+    return zeros;
+}
+
+unsigned short fill_zero_to_str_before_hexu32value(char* buf, unsigned v, unsigned short width) {
+    unsigned short digits = 0;
+    for (; v != 0; v >>= 4) {
+        ++digits;
+    }
+    unsigned short zeros = digits < width ? static_cast<unsigned short>(width - digits) : 0;
+    memset(buf, '0', zeros);
+    return zeros;
+}
+
+unsigned short U32_TRANSLATE_STR(char* buf, unsigned v, unsigned short pos, unsigned char radix) {
+    unsigned short at = pos;
+    if (v >= radix) at = U32_TRANSLATE_STR(buf, v / radix, pos, radix);
+    buf[at] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ"[v % radix];
+    return static_cast<unsigned short>(at + 1);
+}
+
+namespace {
+struct RaidModeRow {
+    KT_U8 code;
+    const char* word; // what chooseRaidMode accepts; null for a level nobody can ask for
+    const char* text;
+};
+const RaidModeRow raidModes[] = {
+    {KT_RAID0, "0", "RAID0"},
+    {KT_RAID1, "1", "RAID1"},
+    {KT_RAID10, "10", "RAID10"},
+    {KT_RAID1E, "1E", "RAID1e"},
+    {KT_RAID5, "5", "RAID5"},
+    {KT_RAID50, "50", "RAID50"},
+    {KT_RAID6, "6", "RAID6"},
+    {KT_RAID60, "60", "RAID60"},
+    {KT_JBOD, nullptr, "JBOD"},
+    {KT_TANDEM_CAPACITY, "hc", "tandemix capacity"},
+    {KT_TANDEM_SAFE, "hs", "tandemix safe"},
+    {KT_HYBRID, "hybrid", "tandemix hybrid"},
+};
+const char* const actionWords[] = {"start", "restart", "pause", "resume", "stop"};
+} // namespace
+
+const char* RaidModeStr(unsigned char mode) {
+    for (const RaidModeRow& row : raidModes) {
+        if (row.code == mode) return row.text;
+    }
+    return "unknown";
+}
+
+KT_U8 chooseRaidMode(const char* word) {
+    for (const RaidModeRow& row : raidModes) {
+        if (row.word == nullptr) continue;
+        // 1E is the one word whose letter may be of either case.
+        if (row.code == KT_RAID1E ? strcasecmp(row.word, word) == 0 : strcmp(row.word, word) == 0) return row.code;
+    }
+    return 255;
+}
+
+KT_U8 chooseBGAAction(const char* word) {
+    for (KT_U8 action = BGA_START; action <= BGA_STOP; ++action) {
+        if (strcmp(actionWords[action], word) == 0) return action;
+    }
+    return BGA_INVALID;
+}
+
+void getPhyIdString(char* dst, const unsigned char* ids, unsigned char count) {
+    *dst = '\0';
+    for (unsigned i = 0; i < count; ++i) {
+        dst += sprintf(dst, i == 0 ? "%d" : ", %d", ids[i]);
+    }
+}
+
+void str_add_str(char* dst, const char* src) {
+    memcpy(dst, src, strlen(src));
+}
+
+char* strlwr(char* text) {
+    for (char* at = text; *at != '\0'; ++at) {
+        if (*at >= 'A' && *at <= 'Z') *at = static_cast<char>(*at - 'A' + 'a');
+    }
+    return text;
+}
+
+unsigned char getMaxPortNum() {
+    return 8;
+}
+
+KT_U8 GetHBAInfoChksum_Flash(const _HBA_Info_Page* page) {
+    KT_U8 bytes[sizeof *page];
+    memcpy(bytes, page, sizeof bytes);
+    unsigned sum = 0;
+    for (KT_U8 byte : bytes) {
+        sum += byte;
+    }
+    return static_cast<KT_U8>(sum);
+}
+
+int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pdIds) {
+    for (unsigned i = 0; i < count; ++i) {
+        _HD_RAID_Status_Request request;
+        askForItem(request, pdIds[i]);
+        if (KT_PD_GetHDRaidStatus(adapter, &request) != KT_OK) continue;
+        if (request.hdRaidStatus[0].Status & KT_PD_MEDIA_PATROL) return confirmYesOrNo() ? 1 : 0;
+    }
+    return 1;
+}
+
+KT_U8 HDisFreeDiskForKelo(unsigned short pdId, unsigned short ldId) {
+    // Older controllers, and the array-based ones, sort this out in their firmware.
+    if (currentAdapter().DevID < 0x4701 || arrayBasedRaid) return KT_OK;
+    bool taken = false;
+    KT_U16 perPage = recordsPerPage(sizeof(_Block_Info), 512);
+    ListEnd end = walkList<_Block_Info>(KT_BLK_GetInfo, EVERYTHING, perPage, [&](const _Block_Info& block) {
+        taken = taken || (block.HDID == pdId && block.LDID != KT_BLOCK_FREE && block.LDID != ldId);
+        return true;
+    });
+    if (taken) return KT_ERR_PD_TYPES_DIFFER;
+    return end.status;
+}
+
+void getHdTypeString(char* dst, const _HD_Info* disk, unsigned char withKind) {
+    const char* protocol = nullptr;
+    if (disk->HDType & KT_HD_SATA) protocol = "SATA";
+    if (disk->HDType & KT_HD_PATA) protocol = "PATA";
+    if (disk->HDType & KT_HD_SAS) protocol = "SAS";
+    if (protocol == nullptr && (disk->HDType & KT_HD_ATAPI)) protocol = "ATA";
+    if (protocol == nullptr) {
+        sprintf(dst, "unknown 0x%x", disk->HDType);
+        return;
+    }
+    bool atapi = withKind != 0 && (disk->HDType & KT_HD_ATAPI) != 0;
+    bool ssd = withKind != 0 && (disk->HDType & KT_HD_SSD) != 0;
+    sprintf(dst, "%s%s%s", protocol, atapi ? " ATAPI" : "", ssd ? " SSD" : "");
+}
