@@ -1,0 +1,50 @@
+#include "Functions/adapter/adapter.h"
+
+#include "Public/utility.h"
+
+const char adapter_sh[] = ":Default adapter the following CLI commands refers to.";
+const char adapter_help[] = "\n\nadapter -i <adapter ID>\n\n"
+                            "Options:\n"
+                            "    -i, --id <adapter ID>\n"
+                            "        ID of the adapter to be selected. \n"
+                            "        If -i is not specified, display current adapter ID\n"
+                            "    -h, --help\n\n"
+                            "Examples:\n"
+                            "    adapter  -i 1\n\n"
+                            "    Select adapter 1 to be the default adapter for the following CLI commands.\n\n";
+
+static const option adapter_long[] = {
+    {"id", required_argument, nullptr, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+const OptionSet adapterOptions = {.letters = "\1:i:h", .longOptions = adapter_long, .once = "i"};
+
+static Take takeAdapter(int option, const char* value, KT_U8& adapter) {
+    if (option != 'i') return Take::Help;
+    if (!isNumber(value)) {
+        out("-i : invalid adapter id '%s'\n", value);
+        return Take::Failed;
+    }
+    // An adapter index has eight bits: only those are kept, and only those are checked.
+    adapter = narrowed<KT_U8>(value);
+    if (adapter >= gNumAdaptersFound) {
+        out("Adapter %d does not exist.\n", adapter);
+        return Take::Failed;
+    }
+    return Take::Yes;
+}
+
+int doAdapter(int argc, char** argv, _cmd_struct* row) {
+    OptionCounts given;
+    int result = 0;
+    KT_U8 adapter = 0;
+    auto take = [&](int option, const char* value) { return takeAdapter(option, value, adapter); };
+    if (!scanOptions(argc, argv, row, adapterOptions, given, result, take)) return result;
+    if (!givenOnce(adapterOptions, given)) return 1;
+    if (given['i'] == 1) {
+        gCurrentAdapter = adapter;
+        chooseCommandSet();
+        return 0;
+    }
+    gNumAdaptersFound = KT_Adapter_GetCount();
+    printAdapterCount();
+    return 0;
+}

@@ -1,0 +1,12 @@
+#include "Functions/version/version.h"
+
+const char version_sh[] = ":Get application version.";
+const char version_help[] = "\nversion \n\nOptions: N/A\n\n";
+
+static const option version_long[] = {END_OF_OPTIONS};
+const OptionSet versionOptions = {.letters = "", .longOptions = version_long};
+
+int doVersion(int, char**, _cmd_struct*) {
+    out("CLI Version: %s\nRaidAPI Version: %s\n", CLI_VERSION, KT_API_Version());
+    return 0;
+}

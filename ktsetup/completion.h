@@ -1,0 +1,4 @@
+// Tab in the shell: command words, option words, and the object words behind -o.
+#pragma once
+
+void installCompletion();

@@ -1,0 +1,17 @@
+#include "Public/common.h"
+#include "ktsetup/commandTables.h"
+#include "ktsetup/shell.h"
+#include "ktsetup/start.h"
+
+int main(int argc, char** argv) {
+    setCommandSets(ldBasedCommands, arrayBasedCommands);
+    CommandLine line = takeCommandLine(argc, argv);
+    if (line.toOutput || line.argc >= 2) return runOneShot(line);
+    if (!startLibrary()) {
+        closeOutput();
+        return 1;
+    }
+    runShell();
+    stopLibrary(0);
+    return -1;
+}
