@@ -1,0 +1,39 @@
+#include "Functions/info/info.h"
+#include "Functions/info/infoListing.h"
+
+void Blk_PrintInfo(const _Block_Info* block) {
+    printNum(REPORT_WIDTH, "Block ID:", block->ID);
+    printNum(REPORT_WIDTH, "PD ID:", block->HDID);
+    if (block->LDID == KT_BLOCK_FREE) {
+        printStr(REPORT_WIDTH, "VD ID:", "free");
+    } else {
+        printNum(REPORT_WIDTH, "VD ID:", block->LDID);
+    }
+    printNum(REPORT_WIDTH, "Status:", block->Status);
+    printNum(REPORT_WIDTH, "Sector size:", block->BlockSize);
+    out("%-*s %llu\n", REPORT_WIDTH, "Start LBA:", static_cast<unsigned long long>(block->StartLBA));
+    out("%-*s %llu sectors\n", REPORT_WIDTH, "Size:", static_cast<unsigned long long>(block->Size));
+}
+
+KT_U8 getBlkInfo(KT_U16 id) {
+    static const ListingWords words = {"No block disk is found.\n",
+                                       "\nBlock Disk Information\n-------------------------\n", "Total # of block:"};
+    bool all = id == ALL_ITEMS;
+    ListingFrame frame = {words};
+    KT_U16 perPage = recordsPerPage(sizeof(_Block_Info));
+    auto print = [&](const _Block_Info& block) {
+        frame.begin();
+        Blk_PrintInfo(&block);
+        out("\n");
+        return true;
+    };
+    ListEnd end = walkList<_Block_Info>(KT_BLK_GetInfo, all ? EVERYTHING : oneItem(id), perPage, print);
+    frame.end(end, all);
+    if (!refused(end)) return end.status;
+    if (all) {
+        out("\nUnable to get info of block (error %d: %s)\n", end.status, ErrorMessage(end.status));
+    } else {
+        out("\nUnable to get info of block %d (error %d: %s)\n", id, end.status, ErrorMessage(end.status));
+    }
+    return end.status;
+}

@@ -1,0 +1,41 @@
+// The info command and the objects it reports on. Each get function prints what it finds; it answers KT_OK or the
+// library's status after printing what went wrong.
+#pragma once
+
+#include "Public/options.h"
+
+int doInfo(int argc, char** argv, _cmd_struct* row);
+extern const char info_sh[];
+extern const char info_help[];
+extern const OptionSet infoOptions;
+
+// Ids that stand for every item: disks have ids of their own up to 0xFFFE.
+inline constexpr KT_U16 ALL_ITEMS = 255;
+inline constexpr KT_U16 ALL_DISKS = 0xFFFF;
+
+KT_U8 getAdapterInfo(KT_U16 id); // ALL_ITEMS = every adapter
+KT_U8 getLDInfo(KT_U16 id);      // ALL_ITEMS = every virtual disk
+KT_U8 getDGInfo(KT_U16 id);      // ALL_ITEMS = every array
+KT_U8 getHDInfo(KT_U16 id);      // ALL_DISKS = every disk
+KT_U8 getBlkInfo(KT_U16 id);     // ALL_ITEMS = every block
+KT_U8 getSpareInfo(KT_U16 id);   // ALL_ITEMS = every spare
+KT_U8 getTandemInfo(KT_U16 id);  // ALL_ITEMS = every hybrid virtual disk
+KT_U8 getPMInfo(KT_U16 id);      // ALL_ITEMS = every port multiplier
+KT_U8 getExpInfo(KT_U16 id);     // ALL_ITEMS = every expander
+KT_U8 getBBUInfo();
+
+// The word for a PCIe generation code.
+const char* AdapterPCIeSpeed(KT_U8 speed);
+
+void Adapter_PrintInfo(const _Adapter_Info* info, KT_U8 adapter);
+void LD_PrintInfo(const _LD_Info* ld);
+void LD_PrintStatus(const _LD_STATUS* status);
+void Tandem_Print(const _LD_Info* ld, const _LD_STATUS* status);
+void DG_PrintInfo(const _DG_Info* dg);
+// config is null when it could not be read; osStatus is what KT_DiskHasOS answered.
+void HD_PrintInfo(const _HD_Info* disk, const _HD_CONFIG* config, KT_U8 osStatus);
+void HD_PrintBGAStatus(const _HD_BGA_STATUS* status);
+void HD_PrintFreeInfo(const _HD_FreeSpaceInfo* space);
+void HD_Blk_PrintInfo(const _HD_Block_Info* blocks);
+void Blk_PrintInfo(const _Block_Info* block);
+void Spare_PrintInfo(const _HD_RAID_STATUS* spare);

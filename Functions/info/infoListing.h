@@ -1,0 +1,58 @@
+// The frame of every info listing and the lines that several reports share.
+#pragma once
+
+#include "Public/errorMsg.h"
+#include "Public/listing.h"
+
+inline constexpr int REPORT_WIDTH = 20;
+
+// What a listing says around its records.
+struct ListingWords {
+    const char* none;    // nothing to show
+    const char* heading; // before the first record
+    const char* total;   // label of the closing count when everything is listed
+};
+
+void printUnallocated(size_t bytes);
+
+// Walks a list and prints its frame. print(record, bool& shown) -> bool prints one record; it clears `shown` for one
+// that is not of the listing's kind, and answers false to end the listing. `begin` has been called before anything is
+// printed of the first record.
+struct ListingFrame {
+    const ListingWords& words;
+    unsigned shown = 0;
+    void begin() {
+        if (shown++ == 0) out("%s", words.heading);
+    }
+    void end(const ListEnd& walked, bool all) const {
+        if (walked.unallocated != 0) printUnallocated(walked.unallocated);
+        if (walked.stopped) return;
+        if (walked.status == KT_OK && shown == 0) out("%s", words.none);
+        if (all && shown > 0) {
+            printNum(REPORT_WIDTH, words.total, static_cast<long>(shown));
+            out("\n");
+        }
+    }
+};
+
+// True when the library itself refused the list, so that the listing has to say so.
+inline bool refused(const ListEnd& walked) {
+    return walked.status != KT_OK && walked.unallocated == 0;
+}
+
+// A background activity's words, by its bit and by its state.
+const char* bgaWord(unsigned bga);
+const char* bgaStateWord(unsigned state);
+
+// "yes", "no" or "unknown" for what KT_DiskHasOS answered about a virtual or a physical disk.
+const char* runningOsWord(KT_U8 kind, KT_U8 status);
+
+// The lines "Block ids:", "# of PDs:", "PD RAID setup:" and "Running OS:" of a virtual disk.
+void printLayoutLines(const _LD_Info* ld);
+
+// The word of a virtual disk's status.
+const char* ldStatusWord(KT_U8 status);
+
+inline bool isHybridMode(KT_U8 mode) {
+    return mode >= KT_TANDEM_CAPACITY && mode <= KT_HYBRID;
+}
