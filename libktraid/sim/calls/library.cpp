@@ -9,9 +9,12 @@ KT_U8 KT_API_Initialize(void) {
     KT_U8 status = KT_OK;
     if (!openState()) {
         try {
-            setOpenState(openStore(statePath(), fillDefaultLab, nullptr));
+            setOpenState(openStore(statePath(), fillFromLab, labNamed("default")));
         } catch (const StoreFailure& failure) {
             fprintf(stderr, "ktraid-sim: %s\n", failure.message.c_str());
+            status = KT_ERR_FAILED;
+        } catch (const LabError& error) {
+            fprintf(stderr, "ktraid-sim: %s\n", error.message.c_str());
             status = KT_ERR_FAILED;
         }
     }
