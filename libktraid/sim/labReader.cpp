@@ -106,6 +106,16 @@ std::vector<LabReader> takeObjects(LabReader& reader, const char* word) {
     return objects;
 }
 
+std::vector<LabReader> repeatObjects(LabReader& reader, const char* word) {
+    std::vector<LabReader> repeated;
+    for (LabReader& object : takeObjects(reader, word)) {
+        const KT_U64 copies = takeNumber(object, "count", 1, 65000);
+        for (KT_U64 copy = 0; copy < copies; copy++)
+            repeated.push_back(object);
+    }
+    return repeated;
+}
+
 void putText(const LabReader& reader, const char* word, const std::string& text, KT_U8* field, size_t size) {
     const std::string bytes = textToBytes(text, reader.path + "." + word);
     if (bytes.size() > size) failLab(reader, word, "is longer than " + std::to_string(size) + " characters");

@@ -37,6 +37,8 @@ struct LabWord {
 int takeWord(LabReader& reader, const char* word, const LabWord* words, size_t count, int absent);
 /* A list of objects; a single object counts as a list of one, nothing as none. */
 std::vector<LabReader> takeObjects(LabReader& reader, const char* word);
+/* The same, where an object with "count" stands for so many of it. */
+std::vector<LabReader> repeatObjects(LabReader& reader, const char* word);
 /* Writes text, not terminated when it fills the field. Throws when it does not fit. */
 void putText(const LabReader& reader, const char* word, const std::string& text, KT_U8* field, size_t size);
 

@@ -234,7 +234,7 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
 }
 
 static void addSlots(const Context& context, LabReader& reader, const Layout& layout, _DG_Info& array, DgState& state) {
-    for (LabReader& vdReader : takeObjects(reader, "virtualDisks")) {
+    for (LabReader& vdReader : repeatObjects(reader, "virtualDisks")) {
         if (array.VDSlotCount + 1U >= SLOTS) failLab(reader, "virtualDisks", "are too many for one array");
         const _LD_Info vd = addVd(context, vdReader, layout, array.DGID);
         array.VDSlotSize[array.VDSlotCount] = vd.Size;
@@ -260,8 +260,7 @@ static void takeSpares(const Context& context, LabReader& reader, _DG_Info& arra
     }
 }
 
-static void addArray(Context& context, LabReader& reader) {
-    const Layout layout = takeLayout(reader, Layout{KT_RAID5, 0, 0, 0, {}});
+static void addArray(Context& context, LabReader& reader, const Layout& layout) {
     const auto last = lastRow(context.store, context.adapter, KIND_DG);
     const auto id = static_cast<KT_U16>(takeNumber(reader, "id", last ? *last + 1 : 0, KT_BLOCK_FREE - 1));
     if (find<_DG_Info>(context, id)) failLab(reader, "id", "is another array's already");
@@ -296,16 +295,26 @@ static void addArray(Context& context, LabReader& reader) {
     save(context, id, state);
 }
 
-void addLabVolumes(Context& context, LabReader& adapter) {
-    for (LabReader& reader : takeObjects(adapter, "arrays"))
-        addArray(context, reader);
-    for (LabReader& reader : takeObjects(adapter, "virtualDisks")) {
+/* With "count", each copy takes as many disks further on. */
+template <class Add>
+static void forEachCopy(std::vector<LabReader> readers, Add add) {
+    for (LabReader& reader : readers) {
         const KT_U64 copies = takeNumber(reader, "count", 1, KT_BLOCK_FREE);
+        Layout layout = takeLayout(reader, Layout{KT_RAID5, 0, 0, 0, {}});
         for (KT_U64 copy = 0; copy < copies; copy++) {
             LabReader one = reader;
-            addVd(context, one, takeLayout(one, Layout{KT_RAID0, 0, 0, 0, {}}), KT_NO_ID);
+            add(one, layout);
+            for (KT_U16& pd : layout.disks)
+                if (pd != KT_NO_ID) pd = static_cast<KT_U16>(pd + layout.disks.size());
         }
     }
+}
+
+void addLabVolumes(Context& context, LabReader& adapter) {
+    forEachCopy(takeObjects(adapter, "arrays"),
+                [&](LabReader& reader, const Layout& layout) { addArray(context, reader, layout); });
+    forEachCopy(takeObjects(adapter, "virtualDisks"),
+                [&](LabReader& reader, const Layout& layout) { addVd(context, reader, layout, KT_NO_ID); });
 }
 
 } // namespace sim
