@@ -102,23 +102,6 @@ KT_U8 KT_PD_GetMBRInfo(KT_U8 a, _HD_MBR_Info* info) {
     });
 }
 
-KT_U8 KT_PD_GetSmartStatus(KT_U8 a, _HD_SMART_Status_Request* request) {
-    return notSupported("KT_PD_GetSmartStatus", a,
-                        {Arg{"request", ArgType::List, 0, request, sizeof(_HD_SMART_STATUS)}});
-}
-
-KT_U8 KT_PD_GET_SMART_INFO(KT_U8 a, KT_U16 pd, _SMART_Info* info) {
-    return notSupported("KT_PD_GET_SMART_INFO", a, {num("pd", pd), out("info", info)});
-}
-
-KT_U8 KT_PD_GetPMInfo(KT_U8 a, _PM_Info_Request* request) {
-    return notSupported("KT_PD_GetPMInfo", a, {Arg{"request", ArgType::List, 0, request, sizeof(_PM_Info)}});
-}
-
-KT_U8 KT_PD_GetExpanderInfo(KT_U8 a, _Exp_Info_Request* request) {
-    return notSupported("KT_PD_GetExpanderInfo", a, {Arg{"request", ArgType::List, 0, request, sizeof(_Exp_Info)}});
-}
-
 KT_U8 KT_PD_FreeHD2DGSpare(KT_U8 a, KT_U16 pd, KT_U16 dg) {
     return notSupported("KT_PD_FreeHD2DGSpare", a, {num("pd", pd), num("dg", dg)});
 }
@@ -149,8 +132,4 @@ KT_U8 KT_DiskHasOS(KT_U8 a, KT_U8 kind, KT_U8 count, const KT_U16* ids) {
 
 KT_U8 KT_LocateArrayDevice(KT_U8 a, KT_U8 kind, KT_U16 id, KT_U8 on) {
     return notSupported("KT_LocateArrayDevice", a, {num("kind", kind), num("id", id), num("on", on)});
-}
-
-KT_U8 KT_PassThrough_ATA(KT_U8 a, KT_U16 pd, _ATA_PassThrough* command) {
-    return notSupported("KT_PassThrough_ATA", a, {num("pd", pd), inOut("command", command)});
 }
