@@ -1,0 +1,176 @@
+// What holds for every row of the four command tables, so that a new command is held to it without a test of its own:
+// help works, an unknown option fails, required options and options given twice are refused, and the library is called
+// by none of it.
+#include <algorithm>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "ktsetup/commandTables.h"
+
+extern "C" unsigned KT_STUB_Calls;
+
+namespace {
+
+struct Row {
+    const char* table;
+    _cmd_struct* row;
+};
+
+std::vector<Row> allRows(bool arrayBased) {
+    const CommandSet& set = arrayBased ? arrayBasedCommands : ldBasedCommands;
+    std::vector<Row> rows;
+    for (int i = 0; i < set.generalSize; ++i) {
+        rows.push_back({"general", &set.general[i]});
+    }
+    for (int i = 0; i < set.internalSize; ++i) {
+        rows.push_back({"internal", &set.internal[i]});
+    }
+    return rows;
+}
+
+struct Outcome {
+    int result;
+    std::string text;
+};
+
+// Runs the row's handler on the words; its output is caught.
+Outcome run(_cmd_struct& row, std::vector<std::string> words) {
+    words.insert(words.begin(), row.cmd);
+    std::vector<char*> argv;
+    for (std::string& word : words) {
+        argv.push_back(word.data());
+    }
+    argv.push_back(nullptr);
+    char* text = nullptr;
+    size_t size = 0;
+    stream = open_memstream(&text, &size);
+    int result = row.cmdHandler(static_cast<int>(words.size()), argv.data(), &row);
+    fclose(stream);
+    stream = nullptr;
+    Outcome outcome = {result, std::string(text, size)};
+    free(text);
+    return outcome;
+}
+
+bool takesOptions(const _cmd_struct& row) {
+    return *optionsOf(row.cmdHandler)->letters != '\0';
+}
+
+bool isThere(const _cmd_struct& row) {
+    return run(const_cast<_cmd_struct&>(row), {"-Z"}).text.find("not available in this build") == std::string::npos;
+}
+
+bool endsInDuplicate(const std::string& text) {
+    constexpr size_t length = sizeof ErrorDuplicate - 1;
+    return text.size() >= length && text.compare(text.size() - length, length, ErrorDuplicate) == 0;
+}
+
+// A value that the option takes: what the letter stands for differs from command to command, so several are tried.
+std::vector<std::string> givenTwice(_cmd_struct& row, char letter) {
+    static const char* const values[] = {"1",      "vd",     "pd",   "enc",   "on",      "read",      "enable",
+                                         "hba",    "0",      "64",   "0x5A",  "start",   "changePwd", "getinfo",
+                                         "getCfg", "bios",   "none", "quick", "mailbox", "phy",       "wb",
+                                         "sync",   "update", "dev",  "spare"};
+    std::string option = std::string("-") + letter;
+    const char* argument = strchr(optionsOf(row.cmdHandler)->letters, letter);
+    if (argument == nullptr || argument[1] != ':') return {option, option};
+    for (const char* value : values) {
+        if (endsInDuplicate(run(row, {option, value, option, value}).text)) return {option, value, option, value};
+    }
+    return {option, "1", option, "1"};
+}
+
+class Sweep : public ::testing::TestWithParam<bool> {
+  protected:
+    void SetUp() override {
+        setCommandSets(ldBasedCommands, arrayBasedCommands);
+        gAdapterInfo[0] = {};
+        gAdapterInfo[0].MaxDiskGroup = GetParam() ? 8 : 0;
+        gAdapterInfo[0].Features = 0x7F;
+        gAdapterInfo[0].LogicalDriverMode = 0x0FFF;
+        gNumAdaptersFound = 1;
+        chooseCommandSet();
+        opterr = 0;
+        KT_STUB_Calls = 0;
+    }
+    void TearDown() override { EXPECT_EQ(KT_STUB_Calls, 0U); }
+};
+
+TEST_P(Sweep, RowsAreWellFormed) {
+    for (const Row& at : allRows(GetParam())) {
+        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
+        EXPECT_EQ(static_cast<size_t>(at.row->cmdLen), strlen(at.row->cmd) + 1);
+        ASSERT_NE(optionsOf(at.row->cmdHandler), nullptr);
+        EXPECT_EQ(strchr(at.row->cmdHelp, '%'), nullptr);
+        EXPECT_EQ(strchr(at.row->cmdShortHelp, '%'), nullptr);
+    }
+}
+
+TEST_P(Sweep, HelpIsPrinted) {
+    for (const Row& at : allRows(GetParam())) {
+        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
+        if (!isThere(*at.row) || !takesOptions(*at.row)) continue;
+        Outcome outcome = run(*at.row, {"-h"});
+        EXPECT_EQ(outcome.result, 0);
+        EXPECT_NE(outcome.text.find(at.row->cmdHelp), std::string::npos);
+        EXPECT_GT(strlen(at.row->cmdHelp), 10U);
+    }
+}
+
+TEST_P(Sweep, UnknownOptionsFail) {
+    for (const Row& at : allRows(GetParam())) {
+        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
+        if (!isThere(*at.row) || !takesOptions(*at.row)) continue;
+        int expected = optionsOf(at.row->cmdHandler)->helpOnUnknown ? 0 : 1;
+        EXPECT_EQ(run(*at.row, {"-Z"}).result, expected);
+        EXPECT_EQ(run(*at.row, {"--no-such-option"}).result, expected);
+    }
+}
+
+TEST_P(Sweep, RequiredOptionsAreAskedFor) {
+    for (const Row& at : allRows(GetParam())) {
+        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
+        if (!isThere(*at.row)) continue;
+        std::string expected;
+        for (const char* letter = optionsOf(at.row->cmdHandler)->required; *letter != '\0'; ++letter) {
+            char line[128];
+            snprintf(line, sizeof line, OptionRequired, at.row->cmd, *letter);
+            expected += line;
+        }
+        if (expected.empty()) continue;
+        Outcome outcome = run(*at.row, {});
+        EXPECT_EQ(outcome.result, 1);
+        EXPECT_EQ(outcome.text.substr(0, expected.size()), expected);
+    }
+}
+
+TEST_P(Sweep, OptionsGivenTwiceAreRefused) {
+    for (const Row& at : allRows(GetParam())) {
+        if (!isThere(*at.row)) continue;
+        for (const char* letter = optionsOf(at.row->cmdHandler)->once; *letter != '\0'; ++letter) {
+            SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd + " -" + *letter);
+            Outcome outcome = run(*at.row, givenTwice(*at.row, *letter));
+            EXPECT_EQ(outcome.result, 1);
+            EXPECT_TRUE(endsInDuplicate(outcome.text)) << outcome.text;
+        }
+    }
+}
+
+TEST_P(Sweep, CompletionWordsAreTaken) {
+    for (const Row& at : allRows(GetParam())) {
+        const char* const* objects = optionsOf(at.row->cmdHandler)->objects;
+        for (; objects != nullptr && *objects != nullptr; ++objects) {
+            SCOPED_TRACE(std::string(at.row->cmd) + " -o " + *objects);
+            // Given twice, a word that is understood is refused for that, or taken; never called invalid.
+            std::string text = run(*at.row, {"-o", *objects, "-Z"}).text;
+            EXPECT_EQ(text.find("invalid"), std::string::npos) << text;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandSets, Sweep, ::testing::Values(false, true),
+                         [](const auto& each) { return each.param ? "ArrayBased" : "LdBased"; });
+
+} // namespace

@@ -1,0 +1,145 @@
+// Splitting lines into words, taking words out of their quotes, and finding the command for a word.
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "ktsetup/commandTables.h"
+
+namespace {
+
+struct Split {
+    int result;
+    std::vector<std::string> words;
+    bool operator==(const Split& other) const { return result == other.result && words == other.words; }
+};
+
+Split split(std::string line) {
+    std::vector<char*> argv(line.size() + 1);
+    int argc = -1;
+    int result = parse(&argc, argv.data(), line.data());
+    return {result, {argv.begin(), argv.begin() + argc}};
+}
+
+TEST(Parse, SplitsAtBlanksAndKeepsQuotes) {
+    EXPECT_EQ(split(""), (Split{1, {}}));
+    EXPECT_EQ(split("info -o vd"), (Split{1, {"info", "-o", "vd"}}));
+    EXPECT_EQ(split("info    -o"), (Split{1, {"info", "-o"}}));
+    EXPECT_EQ(split("info  "), (Split{1, {"info"}}));
+    EXPECT_EQ(split(" info"), (Split{1, {"", "info"}}));
+    EXPECT_EQ(split("   "), (Split{1, {""}}));
+    EXPECT_EQ(split("a\tb"), (Split{1, {"a", "b"}}));
+    EXPECT_EQ(split("a\t\tb"), (Split{1, {"a", "", "b"}}));
+    EXPECT_EQ(split("a \tb"), (Split{1, {"a", "", "b"}}));
+    EXPECT_EQ(split("a\t  b"), (Split{1, {"a", "b"}}));
+    EXPECT_EQ(split("-n \"My VD\""), (Split{1, {"-n", "\"My VD\""}}));
+    EXPECT_EQ(split("a\"b c\"d"), (Split{1, {"a\"b c\"d"}}));
+    EXPECT_EQ(split("a\"b c\" d"), (Split{1, {"a\"b c\"", "d"}}));
+    EXPECT_EQ(split("\"\""), (Split{1, {"\"\""}}));
+}
+
+TEST(Parse, RefusesAnUnterminatedQuote) {
+    EXPECT_EQ(split("\""), (Split{0, {}}));
+    EXPECT_EQ(split("a \"b"), (Split{0, {"a"}}));
+    EXPECT_EQ(split("a b\""), (Split{0, {"a"}}));
+}
+
+TEST(Parse, HasNoLimit) {
+    std::string line(100000, 'x');
+    EXPECT_EQ(split(line).words, std::vector<std::string>{line});
+    std::string blanks;
+    for (int i = 0; i < 20000; ++i) {
+        blanks += "a\t";
+    }
+    EXPECT_EQ(split(blanks).words.size(), 20000U);
+}
+
+std::string unquoted(const char* word, int n) {
+    char dst[32];
+    memset(dst, 'X', sizeof dst);
+    noQuoteStrncpy(dst, word, n);
+    EXPECT_EQ(dst[n + 1], 'X') << "wrote beyond the place for " << n;
+    return dst;
+}
+
+TEST(NoQuoteStrncpy, KeepsOneCharacterMoreBehindAQuote) {
+    EXPECT_EQ(unquoted("", 4), "");
+    EXPECT_EQ(unquoted("abc", 4), "abc");
+    EXPECT_EQ(unquoted("abcd", 4), "abc");
+    EXPECT_EQ(unquoted("\"abcd\"", 4), "abcd");
+    EXPECT_EQ(unquoted("\"abcdef\"", 4), "abcd");
+    EXPECT_EQ(unquoted("\"a b\"", 4), "a b");
+    EXPECT_EQ(unquoted("\"\"", 4), "");
+    EXPECT_EQ(unquoted("\"", 4), "");
+    EXPECT_EQ(unquoted("\"abc", 4), "ab");
+}
+
+const char* ran;
+int ranGeneral(int, char**, _cmd_struct* row) {
+    ran = row->cmd;
+    return 7;
+}
+int ranInternal(int, char**, _cmd_struct* row) {
+    ran = row->cmd;
+    return 8;
+}
+
+class Dispatcher : public ::testing::Test {
+  protected:
+    _cmd_struct general[4] = {{"alpha", 6, ranGeneral, "", ""},
+                              {"alphabet", 9, ranGeneral, "", ""},
+                              {"beta", 5, ranGeneral, "", ""},
+                              {"inner-most", 11, ranGeneral, "", ""}};
+    _cmd_struct internal[2] = {{"inner", 6, ranInternal, "", ""}, {"beta", 5, ranInternal, "", ""}};
+    void SetUp() override {
+        pCmdTable = general;
+        cmdTableSize = 4;
+        pInCmdTable = internal;
+        inCmdTableSize = 2;
+    }
+    // Runs a word; the answer is its result and the row that ran or the text that was printed.
+    static std::string dispatch(std::string word) {
+        char* argv[] = {word.data(), nullptr};
+        char* text = nullptr;
+        size_t size = 0;
+        ran = "";
+        stream = open_memstream(&text, &size);
+        int result = cmdDispatcher(1, argv);
+        fclose(stream);
+        stream = nullptr;
+        std::string answer = std::to_string(result) + ran + text;
+        free(text);
+        return answer;
+    }
+};
+
+TEST_F(Dispatcher, FindsRowsByWordAndUniquePrefix) {
+    EXPECT_EQ(dispatch("alpha"), "7alpha");
+    EXPECT_EQ(dispatch("ALPHABET"), "7alphabet");
+    EXPECT_EQ(dispatch("alphab"), "7alphabet");
+    EXPECT_EQ(dispatch("exit"), "-1");
+    EXPECT_EQ(dispatch("QUIT"), "-1");
+}
+
+TEST_F(Dispatcher, RefusesWhatIsAmbiguousOrUnknown) {
+    EXPECT_EQ(dispatch("al"), "1Ambiguous command 'al'!\n");
+    EXPECT_EQ(dispatch("bet"), "1Ambiguous command 'bet'!\n");
+    EXPECT_EQ(dispatch(""), "1Ambiguous command ''!\n");
+    EXPECT_EQ(dispatch("gamma"), "1Invalid command 'gamma'!\n");
+    EXPECT_EQ(dispatch("ex"), "1Invalid command 'ex'!\n");
+    EXPECT_EQ(dispatch("ga\x01ma"), "1Invalid command!\n");
+    EXPECT_EQ(dispatch("ga\xC3\xA4"), "1Invalid command!\n");
+}
+
+TEST_F(Dispatcher, LooksUpPositionsInTheGeneralTableOnceThatMatched) {
+    EXPECT_EQ(dispatch("inner"), "7alpha");
+    EXPECT_EQ(dispatch("inn"), "1Ambiguous command 'inn'!\n");
+}
+
+TEST_F(Dispatcher, RunsAnInternalRowWhenNoGeneralRowMatches) {
+    cmdTableSize = 3;
+    EXPECT_EQ(dispatch("inner"), "8inner");
+    EXPECT_EQ(dispatch("inn"), "8inner");
+}
+
+} // namespace
