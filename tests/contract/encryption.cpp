@@ -1,0 +1,195 @@
+#include "frame.h"
+
+/* Four disks on ports 0 to 3 of an encrypting adapter with one entry more than ports, and one that cannot encrypt. */
+static const char LAB[] = R"({"adapters": [
+  {"type": "LD-based", "MaxAESEntry": 5, "MaxAESPort": 4, "PortCount": 3,
+   "disks": [{"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}]},
+  {"type": "array-based"}]})";
+
+static const KT_U16 DISK = 1; /* on port 1 */
+
+struct Secret {
+    KT_U8 bytes[32];
+    explicit Secret(const char* text) : bytes() { memcpy(bytes, text, strlen(text)); }
+};
+
+static _AES_Entry_Config entryConfig(KT_U8 entry, const char* key, const char* password, KT_U8 length = 32) {
+    _AES_Entry_Config config = {};
+    config.entry_id = entry;
+    config.key_length = length;
+    memcpy(config.key_content, Secret(key).bytes, 32);
+    memcpy(config.user_auth, Secret(password).bytes, 32);
+    return config;
+}
+
+static KT_U8 setKey(KT_U8 entry, const char* key, const char* password, KT_U8 length = 32, KT_U8 adapter = 0) {
+    _AES_Entry_Config config = entryConfig(entry, key, password, length);
+    return KT_AES_SetEntryConfig(adapter, &config, Secret(password).bytes);
+}
+
+static KT_U8 verify(KT_U8 entry, const char* key, const char* password, KT_U8 length = 32) {
+    _AES_Entry_Config config = entryConfig(entry, key, password, length);
+    return KT_AES_VerifyKey(0, &config, Secret(password).bytes);
+}
+
+static KT_U8 changePassword(KT_U8 entry, const char* from, const char* to) {
+    _AES_Entry_Config config = entryConfig(entry, from, to);
+    return KT_AES_ChangePwd(0, &config, Secret(to).bytes);
+}
+
+static KT_U8 link(KT_U8 port, KT_U8 entry, const char* password) {
+    const _AES_PORT_INFO info = {port, entry, {}};
+    const _AES_Entry_Config config = entryConfig(entry, "", password);
+    return KT_AES_SetLink(0, &info, &config);
+}
+
+static KT_U8 enable(KT_U8 port, KT_U8 on) {
+    const _AES_Port_Config config = {port, on, {}};
+    return KT_AES_SetPortConfig(0, &config);
+}
+
+static KT_U8 forceOnline(KT_U16 pd, KT_U8 percentage) {
+    const _AES_Entry_Config config = entryConfig(0, "", "");
+    return KT_AES_ForcePDOnline(0, &config, pd, percentage);
+}
+
+static bool offline(KT_U16 pd) {
+    _HD_RAID_STATUS status = {};
+    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, 0, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
+    return status.Status & KT_PD_OFFLINE;
+}
+
+struct Encryption : ContractTest {
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+    }
+};
+
+TEST_F(Encryption, EntriesKeepTheirKeyBehindAPassword) {
+    const char* longest = "0123456789abcdef0123456789abcdef";
+    ASSERT_EQ(setKey(4, "key", longest, 3), KT_OK);
+    reopen();
+    EXPECT_EQ(verify(4, "key", longest), KT_OK);
+    EXPECT_EQ(verify(4, "Key", longest), KT_ERR_KEY_MISMATCH);
+    EXPECT_EQ(verify(4, "key", "0123456789abcdef0123456789abcde"), KT_ERR_PASSWORD_MISMATCH);
+    _AES_Entry_Config config = entryConfig(4, "", "", 0);
+    ASSERT_EQ(KT_AES_GetEntryConfig(0, &config, Secret(longest).bytes), KT_OK);
+    EXPECT_EQ(config.key_length, 3);
+    EXPECT_EQ(config.key_content[0], 0) << "a key never leaves its entry";
+    EXPECT_EQ(KT_AES_GetEntryConfig(0, &config, Secret("x").bytes), KT_ERR_PASSWORD_MISMATCH);
+    EXPECT_EQ(changePassword(4, "wrong", "new"), KT_ERR_PASSWORD_MISMATCH);
+    EXPECT_EQ(changePassword(4, longest, ""), KT_ERR_WRONG_DATA);
+    EXPECT_EQ(changePassword(4, longest, "new"), KT_OK);
+    EXPECT_EQ(verify(4, "key", longest), KT_ERR_PASSWORD_MISMATCH);
+    EXPECT_EQ(verify(4, "key", "new"), KT_OK);
+}
+
+TEST_F(Encryption, EntriesRefuse) {
+    EXPECT_EQ(setKey(5, "key", "pw"), KT_ERR_ENTRY_RANGE);
+    EXPECT_EQ(setKey(0, "key", "pw", 33), KT_ERR_KEY_LENGTH);
+    EXPECT_EQ(setKey(0, "", "pw"), KT_ERR_KEY_LENGTH);
+    EXPECT_EQ(setKey(0, "key", "pw", 0), KT_ERR_KEY_LENGTH);
+    EXPECT_EQ(setKey(0, "key", "pw", 32, 1), KT_ERR_NOT_ON_THIS_ADAPTER);
+    EXPECT_EQ(verify(0, "key", "pw"), KT_ERR_ENTRY_NO_KEY);
+    EXPECT_EQ(changePassword(0, "pw", "new"), KT_ERR_ENTRY_NO_KEY);
+    EXPECT_EQ(changePassword(9, "pw", "new"), KT_ERR_ENTRY_RANGE);
+    ASSERT_EQ(setKey(0, "key", "pw"), KT_OK);
+    EXPECT_EQ(setKey(0, "other", "pw"), KT_ERR_KEY_PRESENT);
+    EXPECT_EQ(verify(0, "key", "pw", 0), KT_ERR_KEY_LENGTH);
+    EXPECT_EQ(setKey(0, "", "wrong", 0), KT_ERR_PASSWORD_MISMATCH);
+    EXPECT_EQ(setKey(0, "", "pw", 0), KT_OK) << "a key of no length is taken away";
+    EXPECT_EQ(verify(0, "key", "pw"), KT_ERR_ENTRY_NO_KEY);
+}
+
+TEST_F(Encryption, OverviewNamesPortsAndEntries) {
+    ASSERT_EQ(setKey(3, "key", "pw"), KT_OK);
+    ASSERT_EQ(link(2, 3, "pw"), KT_OK);
+    _aes_entry_info info = {};
+    ASSERT_EQ(KT_AES_GetEntryInfo(0, &info), KT_OK);
+    EXPECT_EQ(std::vector<int>({info.aes_port[0].id, info.aes_port[2].id, info.aes_port[3].id}),
+              std::vector<int>({0, 2, 255}));
+    EXPECT_EQ(std::vector<int>({info.aes_port[0].entry, info.aes_port[2].entry, info.aes_port[3].entry}),
+              std::vector<int>({255, 3, 255}));
+    EXPECT_EQ(std::vector<int>(info.entry, info.entry + 10), std::vector<int>({0, 0, 0, 1, 0, 0, 0, 0, 0, 0}));
+    _AES_ENTRY_INFO entry = {};
+    ASSERT_EQ(KT_AES_OnlyGetEntryInfo(0, 3, &entry), KT_OK);
+    EXPECT_EQ(entry.hasKey, 1);
+    _AES_PORT_INFO port = {};
+    ASSERT_EQ(KT_AES_OnlyGetPortInfo(0, 2, &port), KT_OK);
+    EXPECT_EQ(port.entry, 3);
+    EXPECT_EQ(setKey(3, "", "pw", 0), KT_ERR_INVALID_REQUEST) << "a port uses the key";
+}
+
+TEST_F(Encryption, PortsRefuse) {
+    ASSERT_EQ(setKey(0, "key", "pw"), KT_OK);
+    EXPECT_EQ(enable(1, 1), KT_ERR_KEY_ABSENT);
+    EXPECT_EQ(enable(1, 2), KT_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(enable(3, 1), KT_ERR_PORT_NOT_FOUND);
+    EXPECT_EQ(enable(4, 1), KT_ERR_PORT_RANGE);
+    EXPECT_EQ(link(1, 0, "wrong"), KT_ERR_PASSWORD_MISMATCH);
+    EXPECT_EQ(link(1, 2, "pw"), KT_ERR_ENTRY_NO_KEY);
+    EXPECT_EQ(link(1, 5, "pw"), KT_ERR_ENTRY_RANGE);
+    EXPECT_EQ(link(4, 0, "pw"), KT_ERR_PORT_RANGE);
+    EXPECT_EQ(KT_AES_ClearLink(0, 1), KT_ERR_KEY_ABSENT);
+    ASSERT_EQ(link(1, 0, "pw"), KT_OK);
+    EXPECT_EQ(link(1, 0, "pw"), KT_ERR_KEY_PRESENT);
+}
+
+TEST_F(Encryption, DisksFollowTheirPort) {
+    ASSERT_EQ(setKey(0, "key", "pw"), KT_OK);
+    ASSERT_EQ(setKey(1, "other key", "pw"), KT_OK);
+    ASSERT_EQ(link(1, 0, "pw"), KT_OK);
+    EXPECT_FALSE(offline(DISK));
+    EXPECT_EQ(forceOnline(DISK, 100), KT_ERR_DISK_NOT_OFFLINE);
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    EXPECT_TRUE(offline(DISK));
+    EXPECT_FALSE(offline(0)) << "a disk on another port";
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/55 of 1"}));
+    ASSERT_EQ(enable(1, 0), KT_OK);
+    EXPECT_FALSE(offline(DISK)) << "a plain disk is back when its port is plain again";
+
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    EXPECT_EQ(forceOnline(DISK, 55), KT_ERR_OUT_OF_RANGE);
+    EXPECT_EQ(forceOnline(77, 50), KT_ERR_INVALID_PD);
+    ASSERT_EQ(forceOnline(DISK, 60), KT_OK);
+    EXPECT_FALSE(offline(DISK));
+    _HD_CONFIG config = {};
+    ASSERT_EQ(readItem(KT_PD_GetConfig, 0, DISK, &_HD_Config_Request::hdConfig, config), KT_OK);
+    EXPECT_EQ(std::vector<int>({config.crypto, config.AESPercentage, config.Online}), std::vector<int>({1, 60, 1}));
+    newEvents();
+
+    ASSERT_EQ(KT_AES_ClearLink(0, 1), KT_OK);
+    EXPECT_TRUE(offline(DISK));
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/56 of 1"}));
+    ASSERT_EQ(link(1, 0, "pw"), KT_OK);
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    EXPECT_FALSE(offline(DISK)) << "its own key opens it";
+    ASSERT_EQ(KT_AES_ClearLink(0, 1), KT_OK);
+    ASSERT_EQ(link(1, 1, "pw"), KT_OK);
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    EXPECT_TRUE(offline(DISK)) << "another key does not";
+    ASSERT_EQ(KT_AES_ClearLink(0, 1), KT_OK);
+    ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
+    EXPECT_FALSE(offline(DISK)) << "forced online on a plain port it is a plain disk";
+}
+
+TEST_F(Encryption, SecretsAreNotShown) {
+    setenv("KTRAID_SIM_TRACE", (folder + "/trace").c_str(), 1);
+    ASSERT_EQ(setKey(0, "SECRETKEY", "SECRETPASS"), KT_OK);
+    EXPECT_EQ(verify(0, "SECRETKEY", "SECRETPASS"), KT_OK);
+    EXPECT_EQ(link(0, 0, "SECRETPASS"), KT_OK);
+    unsetenv("KTRAID_SIM_TRACE");
+    std::string trace(100000, '\0');
+    FILE* file = fopen((folder + "/trace").c_str(), "r");
+    ASSERT_NE(file, nullptr);
+    trace.resize(fread(trace.data(), 1, trace.size(), file));
+    fclose(file);
+    const std::string shown = show();
+    for (const char* hidden : {"SECRET", "534543524554"}) {
+        EXPECT_EQ(trace.find(hidden), std::string::npos);
+        EXPECT_EQ(shown.find(hidden), std::string::npos);
+    }
+    start(shown.c_str());
+    EXPECT_EQ(verify(0, "SECRETKEY", "SECRETPASS"), KT_OK) << "what is shown makes the same state again";
+}

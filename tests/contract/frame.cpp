@@ -1,0 +1,75 @@
+#include "frame.h"
+
+#include "clock.h"
+#include "lab.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+
+static std::map<KT_U8, KT_U32> gSeen; /* the last sequence number that newEvents() gave, by adapter */
+
+static std::string stateFile(const std::string& folder) {
+    return folder + "/state.db";
+}
+
+void ContractTest::SetUp() {
+    std::string name = (std::filesystem::temp_directory_path() / "contract.XXXXXX").string();
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    folder = name;
+    setenv("KTRAID_SIM", stateFile(folder).c_str(), 1);
+    gSeen.clear();
+}
+
+void ContractTest::TearDown() {
+    KT_API_Finalize();
+    std::filesystem::remove_all(folder);
+}
+
+void ContractTest::start(const char* lab) const {
+    KT_API_Finalize();
+    const sim::BuiltInLab source = {"lab", lab};
+    try {
+        sim::replaceStore(stateFile(folder), sim::fillFromLab, &source);
+    } catch (const sim::LabError& error) {
+        FAIL() << error.message;
+    }
+    advance(0);
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); adapter++)
+        newEvents(adapter);
+}
+
+void ContractTest::advance(uint64_t seconds) const {
+    sim::Store* store = sim::openExistingStore(stateFile(folder));
+    sim::beginTransaction(*store, sim::Access::Write);
+    sim::setClock(*store, sim::simulatedNow(*store) + seconds * 1000, 1000, true);
+    sim::commitTransaction(*store);
+    sim::closeStore(store);
+}
+
+void ContractTest::reopen() {
+    KT_API_Finalize();
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+}
+
+std::string ContractTest::show() const {
+    sim::Store* store = sim::openExistingStore(stateFile(folder));
+    std::string text = sim::stateToLab(*store);
+    sim::closeStore(store);
+    return text;
+}
+
+std::vector<std::string> newEvents(KT_U8 adapter) {
+    std::vector<_Event> events(255);
+    KT_U8 count = 0;
+    EXPECT_EQ(KT_EVT_GetEvent(adapter, 255, &count, events.data()), KT_OK);
+    std::vector<std::string> texts;
+    for (size_t i = 0; i < count; i++) {
+        if (events[i].SequenceNo <= gSeen[adapter]) continue;
+        gSeen[adapter] = events[i].SequenceNo;
+        texts.push_back(std::to_string(events[i].Class) + "/" + std::to_string(events[i].Code) + " of " +
+                        std::to_string(events[i].DeviceID));
+    }
+    return texts;
+}

@@ -1,0 +1,67 @@
+/* A library on a scratch state made from a lab, its clock stopped, for each test. */
+#ifndef CONTRACT_FRAME_H
+#define CONTRACT_FRAME_H
+
+#include "ktraid.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+struct ContractTest : testing::Test {
+    std::string folder;
+
+    void SetUp() override;
+    void TearDown() override;
+    /* Starts over with the lab (as ktsim create takes it) and opens the library. */
+    void start(const char* lab) const;
+    /* Moves the stopped clock on. */
+    void advance(uint64_t seconds) const;
+    /* Another process: everything that the library keeps in memory is gone. */
+    static void reopen();
+    /* The state as ktsim show prints it. */
+    std::string show() const;
+};
+
+/* "class/code of device", oldest first, of the events logged since the last call of it on that adapter. */
+std::vector<std::string> newEvents(KT_U8 adapter = 0);
+
+/* All records of a list call, read page by page of `page` records. */
+template <class Request, class Record>
+std::vector<Record> readList(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, Record (Request::*)[1], KT_U16 page = 3) {
+    std::vector<Record> all;
+    std::vector<unsigned char> buffer(sizeof(_RequestHeader) + page * sizeof(Record));
+    KT_U16 from = 0;
+    while (from != KT_LIST_END) {
+        std::fill(buffer.begin(), buffer.end(), static_cast<unsigned char>(0));
+        _RequestHeader header = {};
+        header.requestType = KT_REQUEST_LIST;
+        header.startingIndexOrId = from;
+        header.numRequested = page;
+        memcpy(buffer.data(), &header, sizeof header);
+        EXPECT_EQ(list(adapter, reinterpret_cast<Request*>(buffer.data())), KT_OK);
+        memcpy(&header, buffer.data(), sizeof header);
+        for (KT_U16 i = 0; i < header.numReturned; i++) {
+            Record record;
+            memcpy(&record, buffer.data() + sizeof header + i * sizeof record, sizeof record);
+            all.push_back(record);
+        }
+        from = header.nextStartingIndex;
+    }
+    return all;
+}
+/* One record by its id, and the call's status. */
+template <class Request, class Record>
+KT_U8 readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record (Request::*records)[1],
+               Record& record) {
+    Request request = {};
+    request.header.requestType = KT_REQUEST_ITEM;
+    request.header.startingIndexOrId = id;
+    request.header.numRequested = 1;
+    const KT_U8 status = list(adapter, &request);
+    if (status == KT_OK) record = (request.*records)[0];
+    return status;
+}
+
+#endif
