@@ -1,0 +1,26 @@
+#include "Public/disks.h"
+
+#include <cstring>
+
+#include "Public/common.h"
+
+DiskRole diskRole(KT_U8 status) {
+    if ((status & KT_PD_OFFLINE) != 0) return DiskRole::Offline;
+    if ((status & KT_PD_SPARE) != 0) return DiskRole::Spare;
+    if ((status & KT_PD_FOREIGN) != 0) return DiskRole::Foreign;
+    return DiskRole::Usable;
+}
+
+KT_U8 findFileSystems(const PdList& disks, FileSystems& found) {
+    _HD_MBR_Info info = {};
+    info.HDCount = disks.count;
+    memcpy(info.HDIDs, disks.ids, disks.count * sizeof disks.ids[0]);
+    KT_U8 status = KT_PD_GetMBRInfo(gCurrentAdapter, &info);
+    if (status != KT_OK) return status;
+    for (unsigned i = 0; i < disks.count; ++i) {
+        if (info.hasMBR[i] == 0) continue;
+        found.ids.add("%d ", disks.ids[i]);
+        ++found.count;
+    }
+    return KT_OK;
+}

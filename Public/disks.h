@@ -1,0 +1,18 @@
+// What commands ask about the disks they were given before they use them.
+#pragma once
+
+#include "Public/output.h"
+#include "Public/utility.h"
+
+// Why a disk cannot be given away, by its RAID status bits; the first reason counts, in this order.
+enum class DiskRole { Usable, Offline, Spare, Foreign };
+DiskRole diskRole(KT_U8 status);
+
+// The disks of a list that carry a file system: their ids, each followed by a blank, and how many there are.
+struct FileSystems {
+    LineText ids;
+    unsigned count = 0;
+};
+
+// Looks for file systems on the disks; answers the library's status.
+KT_U8 findFileSystems(const PdList& disks, FileSystems& found);
