@@ -1,0 +1,17 @@
+// What an adapter's events mean in words. Needs nothing of the program, so that the simulated library composes the same
+// texts with it.
+#pragma once
+
+#include "ktraid.h"
+
+inline constexpr unsigned EVENT_TEXT_SIZE = 224;
+
+// Writes the description of an event by its class and code, cut at the buffer and always terminated. Text that comes
+// from the adapter is bounded by its field; a byte of it that is not printable ASCII is shown as '?'.
+void composeEvent(const _Event& event, char (&text)[EVENT_TEXT_SIZE]);
+
+// True for the event that says an adapter was found; its sense data is the adapter's serial number, as text.
+bool isAdapterDetected(const _Event& event);
+
+// The word of a severity in brackets; "[UNKNOWN]" for one without a word. Never null.
+const char* severityText(KT_U8 severity);
