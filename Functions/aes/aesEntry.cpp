@@ -50,7 +50,7 @@ struct AesEntryOptions {
     KT_U8 entry = ALL_ENTRIES;
     AesSecret password = {};
     AesSecret key = {};
-    int (*run)(const AesEntryOptions& o, const OptionCounts& given, const char* command) = nullptr;
+    KT_U8 operation = 0; // index into operations
 };
 } // namespace
 
@@ -118,7 +118,7 @@ static int setConfig(const AesEntryOptions& o, const OptionCounts& given, const 
     }
     _AES_Entry_Config config = {};
     config.entry_id = o.entry;
-    config.key_length = AES_SECRET_SIZE;
+    config.key_length = static_cast<KT_U8>(strnlen(reinterpret_cast<const char*>(o.key), sizeof o.key));
     memcpy(config.key_content, o.key, sizeof config.key_content);
     memcpy(config.user_auth, o.password, sizeof config.user_auth);
     KT_U8 status = KT_AES_SetEntryConfig(gCurrentAdapter, &config, o.password);
@@ -129,18 +129,19 @@ static int setConfig(const AesEntryOptions& o, const OptionCounts& given, const 
     return status;
 }
 
+static const struct {
+    const char* word;
+    int (*run)(const AesEntryOptions& o, const OptionCounts& given, const char* command);
+} operations[] = {{"getInfo", getInfo}, {"getCfg", getConfig}, {"setCfg", setConfig}};
+
 static Take takeOperation(const char* word, AesEntryOptions& o) {
-    if (strcasecmp(word, "getinfo") == 0) {
-        o.run = getInfo;
-    } else if (strcasecmp(word, "getCfg") == 0) {
-        o.run = getConfig;
-    } else if (strcasecmp(word, "setCfg") == 0) {
-        o.run = setConfig;
-    } else {
-        out("-o : invalid object '%s'\n", word);
-        return Take::Failed;
+    for (KT_U8 i = 0; i < std::size(operations); ++i) {
+        if (strcasecmp(word, operations[i].word) != 0) continue;
+        o.operation = i;
+        return Take::Yes;
     }
-    return Take::Yes;
+    out("-o : invalid object '%s'\n", word);
+    return Take::Failed;
 }
 
 static Take takeOption(int option, char* value, AesEntryOptions& o) {
@@ -166,7 +167,7 @@ static int runAesEntry(int argc, char** argv, _cmd_struct* row, AesEntryOptions&
     auto take = [&](int option, char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, aesentryOptions, given, result, take)) return result;
     if (!givenOnce(aesentryOptions, given) || !givenRequired(aesentryOptions, given, argv[0])) return 1;
-    return o.run(o, given, argv[0]);
+    return operations[o.operation].run(o, given, argv[0]);
 }
 
 int doAESEntry(int argc, char** argv, _cmd_struct* row) {

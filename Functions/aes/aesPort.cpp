@@ -1,6 +1,7 @@
 #include "Functions/aes/aesPort.h"
 
 #include <cstring>
+#include <iterator>
 
 #include "Functions/aes/aesSecret.h"
 #include "Public/errorMsg.h"
@@ -53,7 +54,7 @@ struct AesPortOptions {
     KT_U8 entry = 0;
     bool on = false; // of --aeson and --aesoff the last one counts
     AesSecret password = {};
-    int (*run)(const AesPortOptions& o, const OptionCounts& given, const char* command) = nullptr;
+    KT_U8 operation = 0; // index into operations
 };
 } // namespace
 
@@ -177,20 +178,19 @@ static int dismount(const AesPortOptions& o, const OptionCounts& given, const ch
     return status;
 }
 
+static const struct {
+    const char* word;
+    int (*run)(const AesPortOptions& o, const OptionCounts& given, const char* command);
+} operations[] = {{"getCfg", getConfig}, {"set", setConfig}, {"mount", mount}, {"dismount", dismount}};
+
 static Take takeOperation(const char* word, AesPortOptions& o) {
-    if (strcasecmp(word, "getCfg") == 0) {
-        o.run = getConfig;
-    } else if (strcasecmp(word, "set") == 0) {
-        o.run = setConfig;
-    } else if (strcasecmp(word, "mount") == 0) {
-        o.run = mount;
-    } else if (strcasecmp(word, "dismount") == 0) {
-        o.run = dismount;
-    } else {
-        out("-o : invalid object '%s'\n", word);
-        return Take::Failed;
+    for (KT_U8 i = 0; i < std::size(operations); ++i) {
+        if (strcasecmp(word, operations[i].word) != 0) continue;
+        o.operation = i;
+        return Take::Yes;
     }
-    return Take::Yes;
+    out("-o : invalid object '%s'\n", word);
+    return Take::Failed;
 }
 
 static Take takeOption(int option, char* value, AesPortOptions& o) {
@@ -226,7 +226,7 @@ static int runAesPort(int argc, char** argv, _cmd_struct* row, AesPortOptions& o
         return 1;
     }
     if (!givenOnce(aesportOptions, given) || !givenRequired(aesportOptions, given, argv[0])) return 1;
-    return o.run(o, given, argv[0]);
+    return operations[o.operation].run(o, given, argv[0]);
 }
 
 int doAESPort(int argc, char** argv, _cmd_struct* row) {
