@@ -50,7 +50,7 @@ struct AesEntryOptions {
     KT_U8 entry = ALL_ENTRIES;
     AesSecret password = {};
     AesSecret key = {};
-    KT_U8 operation = 0; // index into operations
+    size_t operation = 0; // index into operations
 };
 } // namespace
 
@@ -135,7 +135,7 @@ static const struct {
 } operations[] = {{"getInfo", getInfo}, {"getCfg", getConfig}, {"setCfg", setConfig}};
 
 static Take takeOperation(const char* word, AesEntryOptions& o) {
-    for (KT_U8 i = 0; i < std::size(operations); ++i) {
+    for (size_t i = 0; i < std::size(operations); ++i) {
         if (strcasecmp(word, operations[i].word) != 0) continue;
         o.operation = i;
         return Take::Yes;

@@ -54,7 +54,7 @@ struct AesPortOptions {
     KT_U8 entry = 0;
     bool on = false; // of --aeson and --aesoff the last one counts
     AesSecret password = {};
-    KT_U8 operation = 0; // index into operations
+    size_t operation = 0; // index into operations
 };
 } // namespace
 
@@ -184,7 +184,7 @@ static const struct {
 } operations[] = {{"getCfg", getConfig}, {"set", setConfig}, {"mount", mount}, {"dismount", dismount}};
 
 static Take takeOperation(const char* word, AesPortOptions& o) {
-    for (KT_U8 i = 0; i < std::size(operations); ++i) {
+    for (size_t i = 0; i < std::size(operations); ++i) {
         if (strcasecmp(word, operations[i].word) != 0) continue;
         o.operation = i;
         return Take::Yes;
