@@ -138,6 +138,7 @@ TEST_P(Sweep, RequiredOptionsAreAskedFor) {
             char line[128];
             snprintf(line, sizeof line, OptionRequired, at.row->cmd, *letter);
             expected += line;
+            if (optionsOf(at.row->cmdHandler)->oneMissing) break;
         }
         if (expected.empty()) continue;
         Outcome outcome = run(*at.row, {});
