@@ -80,13 +80,11 @@ static void advance(Store& store, const std::string& text) {
 }
 
 static void setTime(Store& store, const std::string& text) {
-    tm parts = {};
-    const char* end = strptime(text.c_str(), "%Y-%m-%d %H:%M:%S", &parts);
-    const time_t seconds = timegm(&parts);
-    if (!end || *end || seconds < 0 || seconds > 0xFFFFFFFFLL)
+    KT_U64 milliseconds = 0;
+    if (!parseTime(text, milliseconds))
         throw CommandFailure{"\"" + text + "\" is not a time such as \"2026-01-05 08:00:00\""};
     const Clock clock = loadClock(store);
-    setClock(store, static_cast<KT_U64>(seconds) * 1000, clock.speed, clock.stopped != 0);
+    setClock(store, milliseconds, clock.speed, clock.stopped != 0);
 }
 
 static void setSpeed(Store& store, double speed) {

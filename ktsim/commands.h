@@ -56,6 +56,8 @@ unsigned adapterCount(sim::Store& store);
 std::string printable(const void* text, size_t size);
 /* "90m", "2h30m", "45s", "3d" in seconds. */
 bool parseDuration(const std::string& text, KT_U64& seconds);
+/* "2026-01-05 08:00:00" in UTC as milliseconds since 1970. */
+bool parseTime(const std::string& text, KT_U64& milliseconds);
 std::string durationText(KT_U64 seconds);
 
 #endif

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 
 using namespace sim;
 
@@ -117,6 +118,15 @@ bool parseDuration(const std::string& text, KT_U64& seconds) {
         if (seconds > LONGEST) return false;
     }
     return !text.empty();
+}
+
+bool parseTime(const std::string& text, KT_U64& milliseconds) {
+    tm parts = {};
+    const char* end = strptime(text.c_str(), "%Y-%m-%d %H:%M:%S", &parts);
+    const time_t seconds = timegm(&parts);
+    if (!end || *end || seconds <= 0 || seconds > 0xFFFFFFFFLL) return false;
+    milliseconds = static_cast<KT_U64>(seconds) * 1000;
+    return true;
 }
 
 std::string durationText(KT_U64 seconds) {

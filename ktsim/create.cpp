@@ -12,6 +12,7 @@ using namespace sim;
 
 struct CreateOptions {
     std::string lab = "default";
+    std::string at;
     bool list = false;
 };
 
@@ -87,7 +88,10 @@ static void create(const Options& options, const CreateOptions& wanted) {
         return;
     }
     const std::string text = labText(wanted.lab);
-    const BuiltInLab lab{wanted.lab.c_str(), text.c_str()};
+    KT_U64 stoppedAt = 0;
+    if (!wanted.at.empty() && !parseTime(wanted.at, stoppedAt))
+        throw CommandFailure{"\"" + wanted.at + "\" is not a time such as \"2026-01-05 08:00:00\""};
+    const BuiltInLab lab{wanted.lab.c_str(), text.c_str(), stoppedAt};
     closeStore(openMemoryStore(fillFromLab, &lab)); /* a lab with a mistake costs nobody his state */
     const std::string path = statePathOf(options);
     struct stat there = {};
@@ -102,6 +106,7 @@ void addCreate(CLI::App& app, Options& options) {
     const auto wanted = std::make_shared<CreateOptions>();
     command->add_option("-l,--lab", wanted->lab, "A built-in lab, a JSON file, or - for standard input")
         ->capture_default_str();
+    command->add_option("--at", wanted->at, "Stop the clock at this time in UTC: \"2026-01-05 08:00:00\"");
     command->add_flag("--list", wanted->list, "Name the built-in labs");
     addForceOption(*command, options);
     command->callback([&options, wanted] { create(options, *wanted); });
