@@ -24,6 +24,7 @@ bool givenRequired(const OptionSet& set, const OptionCounts& given, const char* 
         if (given[*letter] == 0) {
             out(OptionRequired, command, *letter);
             complete = false;
+            if (set.oneMissing) break;
         }
     }
     return complete;

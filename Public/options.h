@@ -32,6 +32,7 @@ struct OptionSet {
     const char* required = "";            // letters that must be given, in the order in which they are reported
     const char* const* objects = nullptr; // words that -o takes, null-terminated; for completion
     HelpStyle helpStyle = HelpStyle::Described;
+    bool oneMissing = false;    // of several missing options only the first is reported
     bool helpOnUnknown = false; // an unknown option prints the help with result 0 instead of failing with 1
 };
 
@@ -78,5 +79,6 @@ bool scanOptions(int argc, char** argv, const _cmd_struct* row, const OptionSet&
 // Refuses, with ErrorDuplicate, a second use of any option in set.once. True when there is none.
 bool givenOnce(const OptionSet& set, const OptionCounts& given);
 
-// One OptionRequired line per missing option of set.required. True when none is missing.
+// One OptionRequired line per missing option of set.required (set.oneMissing: for the first). True when none is
+// missing.
 bool givenRequired(const OptionSet& set, const OptionCounts& given, const char* command);

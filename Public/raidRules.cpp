@@ -1,7 +1,6 @@
 #include "Public/raidRules.h"
 
 #include "Public/common.h"
-#include "Public/utility.h"
 
 namespace {
 struct LevelBits {
@@ -220,23 +219,5 @@ const char* RaidModeStrInCreate(unsigned char mode) {
         return "Hybrid";
     default:
         return "NA";
-    }
-}
-
-bool chooseRounding(const char* word, KT_U8& scheme) {
-    KT_U8 gigabytes = 0;
-    if (!parseDecimal(word, gigabytes)) return false;
-    switch (gigabytes) {
-    case 0:
-        scheme = KT_ROUND_NONE;
-        return true;
-    case 1:
-        scheme = KT_ROUND_1GB;
-        return true;
-    case 10:
-        scheme = KT_ROUND_10GB;
-        return true;
-    default:
-        return false;
     }
 }

@@ -43,6 +43,3 @@ bool isValidStripe(unsigned short kb);
 
 // The short level word of default names; "NA" for an unknown level.
 const char* RaidModeStrInCreate(unsigned char mode);
-
-// Reads the words "0", "1" and "10" (GB) into KT_ROUND_*; false for any other, scheme then unchanged.
-bool chooseRounding(const char* word, KT_U8& scheme);

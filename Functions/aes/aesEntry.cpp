@@ -1,10 +1,179 @@
 #include "Functions/aes/aesEntry.h"
 
-const char aesentry_sh[] = "AES operations";
-const char aesentry_help[] = "\n\n";
-static const option aesentry_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet aesentryOptions = {"\1:h", aesentry_long};
+#include <algorithm>
+#include <cstring>
+#include <iterator>
 
-int doAESEntry(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+#include "Functions/aes/aesSecret.h"
+#include "Public/errorMsg.h"
+#include "Public/utility.h"
+
+const char aesentry_sh[] = "AES operations";
+const char aesentry_help[] =
+    "\n\naesEntry -o <getInfo|getCfg|setCfg>  [-i id<entryid>] [-p <password>] [-k <key>] [-h]\n\n"
+    "Options:\n"
+    "    -o, --operation <getInfo|getCfg|setCfg>\n"
+    "        Show the entries with their ports, show the configuration of an entry or\n"
+    "        give an entry a key and a password.\n"
+    "    -i, --id <entry id>\n"
+    "        ID of the AES entry. Default with getInfo: all entries.\n"
+    "    -p, --password <password>\n"
+    "        Password of the entry, at most 32 characters. For getCfg and setCfg.\n"
+    "    -k, --key <key>\n"
+    "        Key of the entry, at most 32 characters. For setCfg.\n"
+    "    -h, --help\n\n"
+    "Examples:\n"
+    "    aesEntry -o getInfo\n\n"
+    "    Show all entries and the ports linked to them.\n\n"
+    "    aesEntry -o setCfg -i 1 -p secret -k \"my key\"\n\n"
+    "    Put a key into entry 1, guarded by a password.\n\n";
+
+static const option aesentry_long[] = {{"id", required_argument, nullptr, 'i'},
+                                       {"operation", required_argument, nullptr, 'o'},
+                                       {"password", required_argument, nullptr, 'p'},
+                                       {"key", required_argument, nullptr, 'k'},
+                                       OUTPUT_OPTION,
+                                       HELP_OPTION,
+                                       END_OF_OPTIONS};
+static const char* const aesentry_objects[] = {"getInfo", "getCfg", "setCfg", nullptr};
+const OptionSet aesentryOptions = {.letters = "\1:i:o:p:k:h",
+                                   .longOptions = aesentry_long,
+                                   .once = "iopk",
+                                   .required = "o",
+                                   .objects = aesentry_objects};
+
+static constexpr int LABEL_WIDTH = 24;
+static constexpr KT_U8 ALL_ENTRIES = 255;
+
+namespace {
+struct AesEntryOptions {
+    KT_U8 entry = ALL_ENTRIES;
+    AesSecret password = {};
+    AesSecret key = {};
+    size_t operation = 0; // index into operations
+};
+} // namespace
+
+static int entryFailed(KT_U8 entry, KT_U8 status) {
+    out("\nGet configure of AES entry %d failed (error %d: %s).\n", entry, status, ErrorMessage(status));
+    return status;
+}
+
+// Prints an entry and each port that the overview links to it.
+static int reportEntry(KT_U8 entry, const _aes_entry_info& overview) {
+    _AES_ENTRY_INFO info = {};
+    KT_U8 status = KT_AES_OnlyGetEntryInfo(gCurrentAdapter, entry, &info);
+    if (status != KT_OK) return entryFailed(entry, status);
+    printNum(LABEL_WIDTH, "Entry ID:", entry);
+    printStr(LABEL_WIDTH, "Has Key:", info.hasKey != 0 ? "Yes" : "No");
+    for (const _aes_port_entry& port : overview.aes_port) {
+        if (port.id == AES_NO_LINK || port.entry != entry) continue;
+        _AES_PORT_INFO detail = {};
+        status = KT_AES_OnlyGetPortInfo(gCurrentAdapter, port.id, &detail);
+        if (status != KT_OK) return entryFailed(entry, status);
+        printNum(LABEL_WIDTH, "Port ID:", port.id);
+    }
+    return 0;
+}
+
+static int getInfo(const AesEntryOptions& o, const OptionCounts& given, const char*) {
+    _aes_entry_info overview = {};
+    KT_U8 status = KT_AES_GetEntryInfo(gCurrentAdapter, &overview);
+    if (status != KT_OK) return entryFailed(o.entry, status);
+    if (given['i'] > 0) return reportEntry(o.entry, overview);
+    auto most = static_cast<KT_U8>(std::min<size_t>(currentAdapter().MaxAESEntry, std::size(overview.entry)));
+    if (most == 0) out("\nNo entry is found\n");
+    int result = 0;
+    for (KT_U8 entry = 0; entry < most && result == 0; ++entry) {
+        result = reportEntry(entry, overview);
+    }
+    return result;
+}
+
+static int getConfig(const AesEntryOptions& o, const OptionCounts& given, const char* command) {
+    OptionSet needed = {.letters = nullptr, .longOptions = nullptr, .required = "ip"};
+    if (!givenRequired(needed, given, command)) return 1;
+    _AES_Entry_Config config = {};
+    config.entry_id = o.entry;
+    memcpy(config.user_auth, o.password, sizeof config.user_auth);
+    KT_U8 status = KT_AES_GetEntryConfig(gCurrentAdapter, &config, o.password);
+    if (status == KT_OK) {
+        printNum(LABEL_WIDTH, "Entry ID:", config.entry_id);
+        printNum(LABEL_WIDTH, "AES key length:", config.key_length);
+    } else {
+        entryFailed(o.entry, status);
+    }
+    explicit_bzero(&config, sizeof config); // the library may have put the key into it
+    return status;
+}
+
+static int setConfig(const AesEntryOptions& o, const OptionCounts& given, const char* command) {
+    if (given['i'] == 0 || given['p'] == 0) {
+        out("\nAES entry id and password must be set.\n");
+        return 1;
+    }
+    if (given['k'] == 0) {
+        out(OptionRequired, command, 'k');
+        return 1;
+    }
+    _AES_Entry_Config config = {};
+    config.entry_id = o.entry;
+    config.key_length = static_cast<KT_U8>(strnlen(reinterpret_cast<const char*>(o.key), sizeof o.key));
+    memcpy(config.key_content, o.key, sizeof config.key_content);
+    memcpy(config.user_auth, o.password, sizeof config.user_auth);
+    KT_U8 status = KT_AES_SetEntryConfig(gCurrentAdapter, &config, o.password);
+    explicit_bzero(&config, sizeof config);
+    if (status != KT_OK) {
+        out("\nFailed to set configuration of entry %d (error %d: %s)\n", o.entry, status, ErrorMessage(status));
+    }
+    return status;
+}
+
+static const struct {
+    const char* word;
+    int (*run)(const AesEntryOptions& o, const OptionCounts& given, const char* command);
+} operations[] = {{"getInfo", getInfo}, {"getCfg", getConfig}, {"setCfg", setConfig}};
+
+static Take takeOperation(const char* word, AesEntryOptions& o) {
+    for (size_t i = 0; i < std::size(operations); ++i) {
+        if (strcasecmp(word, operations[i].word) != 0) continue;
+        o.operation = i;
+        return Take::Yes;
+    }
+    out("-o : invalid object '%s'\n", word);
+    return Take::Failed;
+}
+
+static Take takeOption(int option, char* value, AesEntryOptions& o) {
+    switch (option) {
+    case 'o':
+        return takeOperation(value, o);
+    case 'i':
+        if (parseDecimal(value, o.entry)) return Take::Yes;
+        out("-i : invalid id '%s'\n", value);
+        return Take::Failed;
+    case 'p':
+        return takePassword(value, o.password);
+    case 'k':
+        return takeKey(value, o.key);
+    default:
+        return Take::Help;
+    }
+}
+
+static int runAesEntry(int argc, char** argv, _cmd_struct* row, AesEntryOptions& o) {
+    OptionCounts given;
+    int result = 0;
+    auto take = [&](int option, char* value) { return takeOption(option, value, o); };
+    if (!scanOptions(argc, argv, row, aesentryOptions, given, result, take)) return result;
+    if (!givenOnce(aesentryOptions, given) || !givenRequired(aesentryOptions, given, argv[0])) return 1;
+    return operations[o.operation].run(o, given, argv[0]);
+}
+
+int doAESEntry(int argc, char** argv, _cmd_struct* row) {
+    AesEntryOptions o;
+    int result = runAesEntry(argc, argv, row, o);
+    explicit_bzero(&o, sizeof o);
+    wipeWords(argc, argv);
+    return result;
 }

@@ -1,10 +1,238 @@
 #include "Functions/aes/aesPort.h"
 
-const char aesport_sh[] = "AES operations";
-const char aesport_help[] = "\n\n";
-static const option aesport_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet aesportOptions = {"\1:h", aesport_long};
+#include <cstring>
+#include <iterator>
 
-int doAESPort(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+#include "Functions/aes/aesSecret.h"
+#include "Public/errorMsg.h"
+#include "Public/utility.h"
+
+const char aesport_sh[] = "AES operations";
+const char aesport_help[] =
+    "\n\naesPort -o <getCfg|set|mount|dismount> [-e<entryid>] [-i id<portid>][-p <password>] [-h]\n\n"
+    "Options:\n"
+    "    -o, --operation <getCfg|set|mount|dismount>\n"
+    "        Show the configuration of ports, switch encryption on or off, link a port to\n"
+    "        an entry (mount) or release it (dismount).\n"
+    "    -i, --portid <port id>\n"
+    "        ID of the port. Default with getCfg: all ports.\n"
+    "    -e, --entryid <entry id>\n"
+    "        ID of the AES entry. For mount.\n"
+    "    -p, --password <password>\n"
+    "        Password of the entry, at most 32 characters. For mount.\n"
+    "    --aeson, --aesoff\n"
+    "        Switch encryption on or off. For set.\n"
+    "    -h, --help\n\n"
+    "Examples:\n"
+    "    aesPort -o mount -i 1 -e 2 -p secret\n\n"
+    "    Link port 1 to entry 2.\n\n"
+    "    aesPort -o set -i 1 --aeson\n\n"
+    "    Switch encryption on for port 1.\n\n";
+
+enum { OPT_AES_ON = OPT_FIRST_OWN, OPT_AES_OFF };
+static const option aesport_long[] = {{"operation", required_argument, nullptr, 'o'},
+                                      {"portid", required_argument, nullptr, 'i'},
+                                      {"entryid", required_argument, nullptr, 'e'},
+                                      {"password", required_argument, nullptr, 'p'},
+                                      {"aeson", no_argument, nullptr, OPT_AES_ON},
+                                      {"aesoff", no_argument, nullptr, OPT_AES_OFF},
+                                      OUTPUT_OPTION,
+                                      HELP_OPTION,
+                                      END_OF_OPTIONS};
+static const char* const aesport_objects[] = {"getCfg", "set", "mount", "dismount", nullptr};
+const OptionSet aesportOptions = {.letters = "\1:i:o:p:e:h",
+                                  .longOptions = aesport_long,
+                                  .once = "iope",
+                                  .required = "o",
+                                  .objects = aesport_objects};
+
+static constexpr int LABEL_WIDTH = 24;
+
+namespace {
+struct AesPortOptions {
+    KT_U8 port = 0;
+    KT_U8 entry = 0;
+    bool on = false; // of --aeson and --aesoff the last one counts
+    AesSecret password = {};
+    size_t operation = 0; // index into operations
+};
+} // namespace
+
+static KT_U8 portFailed(KT_U8 port, KT_U8 status) {
+    out("\nGet configure of AES port %d failed (error %d: %s).\n", port, status, ErrorMessage(status));
+    return status;
+}
+
+// Reads which entry the port is linked to now (AES_NO_LINK: none); a failure has been printed.
+static KT_U8 aesPort2Entry(KT_U8 port, _AES_PORT_INFO& link) {
+    _aes_entry_info overview = {};
+    KT_U8 status = KT_AES_GetEntryInfo(gCurrentAdapter, &overview);
+    if (status != KT_OK) return portFailed(port, status);
+    link = {};
+    status = KT_AES_OnlyGetPortInfo(gCurrentAdapter, port, &link);
+    if (status != KT_OK) return portFailed(port, status);
+    if (link.entry == AES_NO_LINK) return KT_OK;
+    _AES_ENTRY_INFO entry = {};
+    status = KT_AES_OnlyGetEntryInfo(gCurrentAdapter, link.entry, &entry);
+    if (status != KT_OK) {
+        out("\nGet configure of AES entry %d failed (error %d: %s).\n", link.entry, status, ErrorMessage(status));
+    }
+    return status;
+}
+
+static void aesPortGet_printf(const _AES_Port_Config& config, const _AES_PORT_INFO& link) {
+    printNum(LABEL_WIDTH, "Port ID:", config.port_id);
+    printStr(LABEL_WIDTH, "mount status:", link.entry == AES_NO_LINK ? "dismounted" : "mounted");
+    if (link.entry != AES_NO_LINK) printNum(LABEL_WIDTH, "entry id:", link.entry);
+    printStr(LABEL_WIDTH, "AES enable:", config.aes_enable != 0 ? "Enabled" : "Disabled");
+}
+
+static KT_U8 reportPort(KT_U8 port) {
+    _AES_Port_Config config = {};
+    KT_U8 status = KT_AES_GetPortConfig(gCurrentAdapter, port, &config);
+    if (status != KT_OK) return portFailed(port, status);
+    _AES_PORT_INFO link;
+    status = aesPort2Entry(port, link);
+    if (status == KT_OK) aesPortGet_printf(config, link);
+    return status;
+}
+
+static int getConfig(const AesPortOptions& o, const OptionCounts& given, const char*) {
+    if (given['i'] > 0) return reportPort(o.port);
+    _aes_entry_info overview = {};
+    KT_U8 status = KT_AES_GetEntryInfo(gCurrentAdapter, &overview);
+    if (status != KT_OK) return portFailed(AES_NO_LINK, status);
+    bool found = false;
+    for (const _aes_port_entry& port : overview.aes_port) {
+        if (port.id == AES_NO_LINK) continue;
+        found = true;
+        status = reportPort(port.id);
+        if (status != KT_OK) return status;
+    }
+    if (!found) out("\nNo port is found\n");
+    return 0;
+}
+
+static int setConfig(const AesPortOptions& o, const OptionCounts& given, const char* command) {
+    if (given['i'] == 0) {
+        out(OptionRequired, command, 'i');
+        return 1;
+    }
+    if (given[OPT_AES_ON] == 0 && given[OPT_AES_OFF] == 0) {
+        out("\n --aeson or --aesoff is required for set AES configuration.\n");
+        return 1;
+    }
+    _AES_PORT_INFO link;
+    KT_U8 status = aesPort2Entry(o.port, link);
+    if (status != KT_OK) return status;
+    _AES_Port_Config config = {};
+    config.port_id = o.port;
+    config.aes_enable = o.on ? 1 : 0;
+    status = KT_AES_SetPortConfig(gCurrentAdapter, &config);
+    if (status == KT_OK) {
+        out("\nSet configure of AES port %d is returned successfully.\n", o.port);
+    } else {
+        out("\nSet configure of AES port %d failed (error %d: %s).\n", o.port, status, ErrorMessage(status));
+    }
+    return status;
+}
+
+static int mount(const AesPortOptions& o, const OptionCounts& given, const char*) {
+    if (given['i'] == 0 || given['e'] == 0 || given['p'] == 0) {
+        out("\n  port id ,entry id, password and mount AES must be set.\n");
+        return 1;
+    }
+    _AES_PORT_INFO link;
+    KT_U8 status = aesPort2Entry(o.port, link);
+    if (status != KT_OK) return status;
+    link = {};
+    link.id = o.port;
+    link.entry = o.entry;
+    _AES_Entry_Config config = {};
+    config.entry_id = o.entry;
+    memcpy(config.user_auth, o.password, sizeof config.user_auth);
+    status = KT_AES_SetLink(gCurrentAdapter, &link, &config);
+    explicit_bzero(&config, sizeof config);
+    if (status == KT_OK) {
+        out("\nLink aes port %d to entry %d is returned successfully.\n", o.port, o.entry);
+    } else {
+        out("\nFailed to link aes port %d to entry %d (error %d: %s)\n", o.port, o.entry, status, ErrorMessage(status));
+    }
+    return status;
+}
+
+static int dismount(const AesPortOptions& o, const OptionCounts& given, const char* command) {
+    if (given['i'] == 0) {
+        out(OptionRequired, command, 'i');
+        return 1;
+    }
+    _AES_PORT_INFO link;
+    KT_U8 status = aesPort2Entry(o.port, link);
+    if (status != KT_OK) return status;
+    status = KT_AES_ClearLink(gCurrentAdapter, o.port);
+    if (status == KT_OK) {
+        out("\nClear AES link of port %d is returned successfully.\n", o.port);
+    } else {
+        out("\nClear AES link of port %d failed (error %d: %s).\n", o.port, status, ErrorMessage(status));
+    }
+    return status;
+}
+
+static const struct {
+    const char* word;
+    int (*run)(const AesPortOptions& o, const OptionCounts& given, const char* command);
+} operations[] = {{"getCfg", getConfig}, {"set", setConfig}, {"mount", mount}, {"dismount", dismount}};
+
+static Take takeOperation(const char* word, AesPortOptions& o) {
+    for (size_t i = 0; i < std::size(operations); ++i) {
+        if (strcasecmp(word, operations[i].word) != 0) continue;
+        o.operation = i;
+        return Take::Yes;
+    }
+    out("-o : invalid object '%s'\n", word);
+    return Take::Failed;
+}
+
+static Take takeOption(int option, char* value, AesPortOptions& o) {
+    switch (option) {
+    case 'o':
+        return takeOperation(value, o);
+    case 'i':
+        if (parseDecimal(value, o.port)) return Take::Yes;
+        out("-i : invalid port id '%s'\n", value);
+        return Take::Failed;
+    case 'e':
+        if (parseDecimal(value, o.entry)) return Take::Yes;
+        out("-e : invalid entry id '%s'\n", value);
+        return Take::Failed;
+    case 'p':
+        return takePassword(value, o.password);
+    case OPT_AES_ON:
+    case OPT_AES_OFF:
+        o.on = option == OPT_AES_ON;
+        return Take::Yes;
+    default:
+        return Take::Help;
+    }
+}
+
+static int runAesPort(int argc, char** argv, _cmd_struct* row, AesPortOptions& o) {
+    OptionCounts given;
+    int result = 0;
+    auto take = [&](int option, char* value) { return takeOption(option, value, o); };
+    if (!scanOptions(argc, argv, row, aesportOptions, given, result, take)) return result;
+    if (given[OPT_AES_ON] > 1 || given[OPT_AES_OFF] > 1) {
+        out(ErrorDuplicate);
+        return 1;
+    }
+    if (!givenOnce(aesportOptions, given) || !givenRequired(aesportOptions, given, argv[0])) return 1;
+    return operations[o.operation].run(o, given, argv[0]);
+}
+
+int doAESPort(int argc, char** argv, _cmd_struct* row) {
+    AesPortOptions o;
+    int result = runAesPort(argc, argv, row, o);
+    explicit_bzero(&o, sizeof o);
+    wipeWords(argc, argv);
+    return result;
 }

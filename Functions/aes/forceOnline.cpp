@@ -1,10 +1,67 @@
 #include "Functions/aes/forceOnline.h"
 
-const char forceonline_sh[] = "Forceonline the physical disk";
-const char forceonline_help[] = "\n\n";
-static const option forceonline_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet forceonlineOptions = {"\1:h", forceonline_long};
+#include "Functions/aes/aesSecret.h"
+#include "Public/errorMsg.h"
+#include "Public/utility.h"
 
-int doForceOnline(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+const char forceonline_sh[] = "Forceonline the physical disk";
+const char forceonline_help[] = "\n\nforceOnline -i <pd id> [-p <percentage>] [-h]\n\n"
+                                "Options:\n"
+                                "    -i, --pdid <pd id>\n"
+                                "        ID of the physical disk that was taken offline.\n"
+                                "    -p <10|20|30|40|50|60|70|80|90|100>\n"
+                                "        Percentage. Default: 100.\n"
+                                "    -h, --help\n\n"
+                                "Examples:\n"
+                                "    forceOnline -i 3\n\n"
+                                "    Bring physical disk 3 back online.\n\n";
+
+static const option forceonline_long[] = {
+    {"pdid", required_argument, nullptr, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+const OptionSet forceonlineOptions = {
+    .letters = "\1:i:p:h", .longOptions = forceonline_long, .once = "ip", .required = "i"};
+
+namespace {
+struct ForceOnlineOptions {
+    KT_U16 id = 0;
+    KT_U8 percentage = 100;
+};
+} // namespace
+
+static Take takePercentage(const char* word, KT_U8& percentage) {
+    if (!isNumber(word)) {
+        out("-p : invalid percentage '%s'\n", word);
+        return Take::Failed;
+    }
+    if (!parseDecimal(word, percentage) || percentage < 10 || percentage > 100 || percentage % 10 != 0) {
+        out("-p : invalid percentage '%s', available percentage include 10 20 30 40 50 60 70 80 90 100\n", word);
+        return Take::Failed;
+    }
+    return Take::Yes;
+}
+
+static Take takeOption(int option, const char* value, ForceOnlineOptions& o) {
+    if (option == 'p') return takePercentage(value, o.percentage);
+    if (option != 'i') return Take::Help;
+    if (parseDecimal(value, o.id)) return Take::Yes;
+    out("-i : invalid id '%s'\n", value);
+    return Take::Failed;
+}
+
+int doForceOnline(int argc, char** argv, _cmd_struct* row) {
+    OptionCounts given;
+    int result = 0;
+    ForceOnlineOptions o;
+    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    if (!scanOptions(argc, argv, row, forceonlineOptions, given, result, take)) return result;
+    if (!givenOnce(forceonlineOptions, given) || !givenRequired(forceonlineOptions, given, argv[0])) return 1;
+    _AES_Entry_Config config = {};
+    config.key_length = AES_SECRET_SIZE;
+    KT_U8 status = KT_AES_ForcePDOnline(gCurrentAdapter, &config, o.id, o.percentage);
+    if (status == KT_OK) {
+        out("\nForce online PD %d is returned successfully.\n", o.id);
+    } else {
+        out("\nForce online PD %d failed (error %d: %s).\n", o.id, status, ErrorMessage(status));
+    }
+    return status;
 }

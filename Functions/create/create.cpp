@@ -1,10 +1,295 @@
 #include "Functions/create/create.h"
 
-const char create_sh[] = ":Create virtual disk.";
-const char create_help[] = "\n\n";
-static const option create_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet createOptions = {"\1:h", create_long};
+#include <cstring>
+#include <strings.h>
 
-int doCreate(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+#include "Functions/create/createShared.h"
+#include "Public/disks.h"
+#include "Public/errorMsg.h"
+#include "Public/listing.h"
+#include "Public/raidRules.h"
+
+const char create_sh[] = ":Create virtual disk.";
+const char create_help[] = "\n\ncreate -o<vd> -d<PD id list> -r<0|1|10|5|1e>[-n <name>][-b <16|32|64|128>]\n"
+                           "       [-q <# parity disks>][-c <on|off>][-w <wt|wb>][-p <ra|none>][-s <size>]\n"
+                           "       [-g <0|1|10>][-i <quick|background|intelligent|none>]\n"
+                           "       [--forcesize][--waiveconfirmation][-h]\n\n"
+                           "Options:\n"
+                           "    -o, <vd>\n"
+                           "        Object to create: a virtual disk.\n"
+                           "    -d, --pdid <PD id list>\n"
+                           "        IDs of the physical disks to use, separated by commas.\n"
+                           "    -r, --raidmode <0|1|10|1e|5|50|6|60|hc|hs|hybrid>\n"
+                           "        RAID level.\n"
+                           "    -q, --paritydisks <# parity disks>\n"
+                           "        Number of parity disks; RAID6 and RAID60 only. Default: 2 and 4.\n"
+                           "    -n, --name <name>\n"
+                           "        Name of the VD: at most 10 letters, digits, blanks or underlines.\n"
+                           "        Default: VD, the RAID level and a number.\n"
+                           "    -b, --blocksize <16|32|64|128>\n"
+                           "        Stripe block size in KB. Default: 64. Up to 1024 on some adapters.\n"
+                           "    -c, --cache <on|off>\n"
+                           "        Cache mode. Default: on with a battery backup unit, otherwise off.\n"
+                           "    -w, --writepolicy <wt|wb>\n"
+                           "        Write policy: write through or write back.\n"
+                           "    -p, --readpolicy <ra|none>\n"
+                           "        Read policy: read ahead or none.\n"
+                           "    -s, --size <size>\n"
+                           "        Size in MB. Default: all available space.\n"
+                           "    --forcesize\n"
+                           "        Use the size given by -s on adapters that otherwise take all space.\n"
+                           "    -g, --gbrounding <0|1|10>\n"
+                           "        Round the size down to a multiple of 1 or 10 GB. Default: 0, no rounding.\n"
+                           "    -i, --init <quick|background|intelligent|none>\n"
+                           "        Initialization mode. Default: quick.\n"
+                           "    --waiveconfirmation\n"
+                           "        Do not ask when a disk has a file system on it.\n"
+                           "    -h, --help\n\n"
+                           "Examples:\n"
+                           "    create -o vd -r0 -d 0,2,4 -n \"My VD\" -b 32 -g 0\n\n"
+                           "    Create a RAID0 virtual disk named \"My VD\" on physical disks 0, 2 and 4 with\n"
+                           "    a stripe block size of 32 KB.\n\n";
+
+enum { OPT_FORCE_SIZE = OPT_FIRST_OWN };
+
+static const option create_long[] = {WAIVE_OPTION,
+                                     {"forcesize", no_argument, nullptr, OPT_FORCE_SIZE},
+                                     {"name", required_argument, nullptr, 'n'},
+                                     {"raidmode", required_argument, nullptr, 'r'},
+                                     {"paritydisks", required_argument, nullptr, 'q'},
+                                     {"pdid", required_argument, nullptr, 'd'},
+                                     {"blocksize", required_argument, nullptr, 'b'},
+                                     {"writepolicy", required_argument, nullptr, 'w'},
+                                     {"readpolicy", required_argument, nullptr, 'p'},
+                                     {"cache", required_argument, nullptr, 'c'},
+                                     {"size", required_argument, nullptr, 's'},
+                                     {"gbrounding", required_argument, nullptr, 'g'},
+                                     {"init", required_argument, nullptr, 'i'},
+                                     OUTPUT_OPTION,
+                                     HELP_OPTION,
+                                     END_OF_OPTIONS};
+static const char* const create_objects[] = {"vd", nullptr};
+const OptionSet createOptions = {.letters = "\1:c:o:n:r:q:d:b:t:s:w:p:g:i:h",
+                                 .longOptions = create_long,
+                                 .once = "rqdwpnbs",
+                                 .required = "rd",
+                                 .objects = create_objects};
+
+static constexpr int LONGEST_NAME = 10;
+static constexpr KT_U8 TANDEM_WATER_MARK = 90;
+
+// Above this device id an adapter takes a size only when it is forced to, and then also wants to be told so.
+static constexpr KT_U16 LAST_FREELY_SIZED = 0x4700;
+
+namespace {
+struct CreateOptions {
+    OptionCounts given;
+    KT_U8 level = KT_RAID0;
+    KT_U8 parity = 0;
+    PdList disks = {};
+    TypedName name = {};
+    KT_U16 stripe = 64; // KB
+    KT_U8 cache = 0;
+    KT_U32 size = 0;
+    KT_U8 rounding = KT_ROUND_NONE;
+    KT_U8 init = KT_INIT_QUICK;
+};
+} // namespace
+
+static Take takeStripe(const char* value, KT_U16& stripe) {
+    if (!parseDecimal(value, stripe)) {
+        out("-b : invalid stripe block size '%s'.\n", value);
+        return Take::Failed;
+    }
+    if (isValidStripe(stripe)) return Take::Yes;
+    out("-b : invalid stripe block size '%s'.Please refer to info -o hba command to get detail stripe size support "
+        "information.\n",
+        value);
+    return Take::Failed;
+}
+
+static Take takeCacheMode(const char* value, KT_U8& cache) {
+    if (!choosesWriteCache()) {
+        out("VD cache is not supported on adapter %d.\n", gCurrentAdapter);
+        return Take::Failed;
+    }
+    // The mode takes the place of every policy given before it.
+    if (strcasecmp(value, "off") == 0) {
+        cache = KT_CACHE_OFF;
+    } else if (strcasecmp(value, "on") == 0) {
+        cache = 0;
+    } else {
+        out("-c : invalid cache mode '%s'\n", value);
+        return Take::Failed;
+    }
+    return Take::Yes;
+}
+
+static Take takeObject(const char* value) {
+    if (strcasecmp(value, "array") != 0 || arrayBasedRaid) return Take::Yes;
+    out("-o : array is not supported on this adapter\n");
+    return Take::Failed;
+}
+
+static Take takeSize(const char* value, KT_U32& size) {
+    if (parseDecimal(value, size)) return Take::Yes;
+    out("-s : invalid size '%s'.\n", value);
+    return Take::Failed;
+}
+
+static Take takeSupportedRounding(const char* value, KT_U8& rounding) {
+    if ((currentAdapter().AdvancedFeatures & KT_ADV_NO_ROUNDING) == 0) return takeRounding(value, rounding);
+    out("Gigabyte rounding scheme is not supported\n");
+    return Take::Failed;
+}
+
+static Take takeOption(int option, const char* value, CreateOptions& o) {
+    switch (option) {
+    case 'b':
+        return takeStripe(value, o.stripe);
+    case 'c':
+        return takeCacheMode(value, o.cache);
+    case 'w':
+        return takeWritePolicy(value, false, o.cache);
+    case 'p':
+        return takeReadPolicy(value, o.cache);
+    case 'd':
+        return takeDisks(value, o.disks);
+    case 'g':
+        return takeSupportedRounding(value, o.rounding);
+    case 'i':
+        return takeInit(value, false, o.init);
+    case 'n':
+        return takeName(value, LONGEST_NAME, o.name);
+    case 'o':
+        return takeObject(value);
+    case 'q':
+        return takeParity(value, o.parity);
+    case 'r':
+        return takeLevel(value, o.level);
+    case 's':
+        return takeSize(value, o.size);
+    case OPT_WAIVE:
+    case OPT_FORCE_SIZE:
+        return Take::Yes;
+    default:
+        return Take::Help;
+    }
+}
+
+static bool readOptions(int argc, char** argv, const _cmd_struct* row, CreateOptions& o, int& result) {
+    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    return scanOptions(argc, argv, row, createOptions, o.given, result, take);
+}
+
+static bool checkOptions(const char* command, CreateOptions& o, int& result) {
+    result = 1;
+    if (!givenOnce(createOptions, o.given) || !givenRequired(createOptions, o.given, command)) return false;
+    if (o.given['n'] != 0 && !checkName(o.name)) return false;
+    bool parityGiven = o.given['q'] != 0;
+    if (!checkParityAllowed(o.level, parityGiven)) {
+        result = KT_ERR_NOT_SUPPORTED;
+        return false;
+    }
+    return checkLevel(USE_CREATE_VD, o.level) && checkDiskCount(USE_CREATE_VD, o.level, o.disks.count) &&
+           checkParity(USE_CREATE_VD, o.level, o.disks.count, parityGiven, o.parity);
+}
+
+// False with a message and the command's result when the disk cannot become part of the virtual disk.
+static bool checkDisk(KT_U16 pd, KT_U8 level, int& result) {
+    result = 1;
+    _HD_RAID_Status_Request request;
+    KT_U8 status = getItem(KT_PD_GetHDRaidStatus, pd, request);
+    if (status != KT_OK) {
+        out("Failed to get status for PD %d (error %d: %s)\n", pd, status, ErrorMessage(status));
+        return false;
+    }
+    switch (diskRole(request.hdRaidStatus[0].Status)) {
+    case DiskRole::Offline:
+        out("Offline disk %d can not be used to create VD.\n", pd);
+        return false;
+    case DiskRole::Spare:
+        out("Spare disk %d can not be used to create VD.\n", pd);
+        return false;
+    case DiskRole::Foreign:
+        out("Foreign disk %d can not be used to create VD.\n", pd);
+        return false;
+    case DiskRole::Usable:
+        break;
+    }
+    // The tiered levels share their disks.
+    status = HDisFreeDiskForKelo(pd, KT_BLOCK_FREE);
+    if (status == KT_OK || isTieredLevel(level)) return true;
+    if (status == KT_ERR_PD_TYPES_DIFFER) {
+        out("Non-free disk %d can not be used to create VD.\n", pd);
+        return false;
+    }
+    out("Can not get disk %d information(error %d: %s).\n", pd, status, ErrorMessage(status));
+    result = status;
+    return false;
+}
+
+static bool checkDisks(const CreateOptions& o, int& result) {
+    for (unsigned i = 0; i < o.disks.count; ++i) {
+        if (!checkDisk(o.disks.ids[i], o.level, result)) return false;
+    }
+    return true;
+}
+
+// The default name counts on from the virtual disks that exist. False without memory to count them.
+static bool nameVirtualDisk(const CreateOptions& o, KT_U8 (&field)[NAME_FIELD]) {
+    if (o.given['n'] != 0) {
+        fillName(field, o.name);
+        return true;
+    }
+    auto count = [](const _LD_Info&) { return true; };
+    ListEnd end = walkList<_LD_Info>(KT_LD_GetInfo, EVERYTHING, recordsPerPage(sizeof(_LD_Info)), count);
+    if (end.unallocated != 0) {
+        out("Unable to allocate buffer for %zu bytes.\n", end.unallocated);
+        return false;
+    }
+    char name[NAME_FIELD];
+    const char* prefix = isTieredLevel(o.level) ? "" : "VD_";
+    snprintf(name, sizeof name, "%s%s_%u", prefix, RaidModeStrInCreate(o.level), end.total + 1);
+    fillName(field, name);
+    return true;
+}
+
+static void fillSize(const CreateOptions& o, _Create_LD_Param& param) {
+    param.Size = o.size;
+    if (currentAdapter().DevID <= LAST_FREELY_SIZED) return;
+    if (o.given[OPT_FORCE_SIZE] != 0) {
+        param.ReservedForApp = 1;
+    } else if (!isTieredLevel(o.level)) {
+        param.Size = 0;
+    }
+}
+
+static void fillParam(const CreateOptions& o, _Create_LD_Param& param) {
+    param.RaidMode = o.level;
+    param.HDCount = o.disks.count;
+    param.RoundingScheme = o.rounding;
+    param.StripeBlockSize = o.stripe;
+    param.NumParityDisk = o.parity;
+    param.CachePolicy = o.cache;
+    param.InitializationOption = o.init;
+    param.SectorCoefficient = 1;
+    if (isTieredLevel(o.level)) param.TandemWaterMark = TANDEM_WATER_MARK;
+    memcpy(param.HDIDs, o.disks.ids, o.disks.count * sizeof o.disks.ids[0]);
+    fillSize(o, param);
+}
+
+int doCreate(int argc, char** argv, _cmd_struct* row) {
+    CreateOptions o;
+    int result = 0;
+    if (!readOptions(argc, argv, row, o, result)) return result;
+    if (!checkOptions(argv[0], o, result) || !checkDisks(o, result)) return result;
+    if (o.given[OPT_WAIVE] == 0 && !acceptFileSystems(o.disks, false, result)) return result;
+    if (o.given['c'] == 0) addDefaultCache(o.level, o.cache);
+    _Create_LD_Param param = {};
+    fillParam(o, param);
+    if (!nameVirtualDisk(o, param.Name)) return KT_ERR_NO_RESOURCE;
+    KT_U8 status = KT_LD_Create(gCurrentAdapter, &param);
+    if (status != KT_OK) out("\nFailed to create virtual disk (error %d: %s).\n", status, ErrorMessage(status));
+    return status;
 }

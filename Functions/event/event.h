@@ -2,6 +2,9 @@
 
 #include "Public/options.h"
 
+// How many events one run asks for: the most recent ones.
+inline constexpr KT_U8 EVENTS_ASKED = 50;
+
 int doEvent(int argc, char** argv, _cmd_struct* row);
 extern const char event_sh[];
 extern const char event_help[];

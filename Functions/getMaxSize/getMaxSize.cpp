@@ -1,10 +1,155 @@
 #include "Functions/getMaxSize/getMaxSize.h"
 
-const char getmaxsize_sh[] = ":Get maxsize that vd can create with.";
-const char getmaxsize_help[] = "\n\n";
-static const option getmaxsize_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet getmaxsizeOptions = {"\1:h", getmaxsize_long};
+#include <cinttypes>
+#include <cstring>
 
-int doGetMaxsize(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+#include "Public/errorMsg.h"
+#include "Public/listing.h"
+#include "Public/raidOptions.h"
+#include "Public/raidRules.h"
+
+const char getmaxsize_sh[] = ":Get maxsize that vd can create with.";
+const char getmaxsize_help[] =
+    "\n\nmaxcreatesize -r <0|1|10|1E|5|50|6|60> [-q <# parity disks>] -d <PD id list>\n"
+    "              [-g <0|1|10>] [-h]\n\n"
+    "Options:\n"
+    "    -r, --raidmode <0|1|10|1E|5|50|6|60>\n"
+    "        RAID level.\n"
+    "    -q, --paritydisks <# parity disks>\n"
+    "        Number of parity disks; RAID6 and RAID60 only. Default: 2 and 4.\n"
+    "    -d, --pdid <PD id list>\n"
+    "        IDs of the physical disks to use, separated by commas.\n"
+    "    -g, --gbrounding <0|1|10>\n"
+    "        Round the size down to a multiple of 1 or 10 GB. Default: 0, no rounding.\n"
+    "    -h, --help\n\n"
+    "Examples:\n"
+    "    maxcreatesize  -r0 -d 0,5,10\n\n"
+    "    Display the largest size of a RAID0 virtual disk on physical disks 0, 5 and 10.\n\n";
+
+static const option getmaxsize_long[] = {{"raidmode", required_argument, nullptr, 'r'},
+                                         {"paritydisks", required_argument, nullptr, 'q'},
+                                         {"pdid", required_argument, nullptr, 'd'},
+                                         {"gbrounding", required_argument, nullptr, 'g'},
+                                         OUTPUT_OPTION,
+                                         HELP_OPTION,
+                                         END_OF_OPTIONS};
+const OptionSet getmaxsizeOptions = {.letters = "\1:n:r:q:d:b:s:w:p:g:i:h",
+                                     .longOptions = getmaxsize_long,
+                                     .once = "rqd",
+                                     .required = "rd",
+                                     .helpStyle = HelpStyle::LongOnly,
+                                     .helpOnUnknown = true};
+
+static constexpr KT_U16 STRIPE = 64; // KB; the largest size does not depend on it
+static constexpr KT_U8 TANDEM_WATER_MARK = 90;
+
+namespace {
+struct MaxSizeOptions {
+    OptionCounts given;
+    KT_U8 level = KT_RAID0;
+    KT_U8 parity = 0;
+    PdList disks = {};
+    KT_U8 rounding = KT_ROUND_NONE;
+};
+} // namespace
+
+// A size is only asked for, so the list is read leniently: the digits at an item's start count, none mean disk 0, and
+// repeated disks count each time. What the record cannot hold is refused all the same.
+static Take takeAnyDisks(const char* value, PdList& disks) {
+    disks.count = 0;
+    for (const char* item = value; *item != '\0';) {
+        size_t length = strcspn(item, ",");
+        if (length > 0) {
+            KT_U32 id = 0;
+            for (const char* at = item; *at >= '0' && *at <= '9' && id <= UINT16_MAX; ++at) {
+                id = id * 10 + static_cast<KT_U32>(*at - '0');
+            }
+            if (id > UINT16_MAX || disks.count == sizeof disks.ids / sizeof disks.ids[0]) {
+                out("-d : invalid PD ID '%s'\n", value);
+                return Take::Failed;
+            }
+            disks.ids[disks.count++] = static_cast<KT_U16>(id);
+        }
+        item += length;
+        if (*item == ',') ++item;
+    }
+    return Take::Yes;
+}
+
+static Take takeOption(int option, const char* value, MaxSizeOptions& o) {
+    switch (option) {
+    case 'g':
+        return takeRounding(value, o.rounding);
+    case 'q':
+        return takeParity(value, o.parity);
+    case 'r':
+        return takeLevel(value, o.level);
+    case 'd':
+        return takeAnyDisks(value, o.disks);
+    default:
+        return Take::Help;
+    }
+}
+
+static bool readOptions(int argc, char** argv, const _cmd_struct* row, MaxSizeOptions& o, int& result) {
+    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    return scanOptions(argc, argv, row, getmaxsizeOptions, o.given, result, take);
+}
+
+static bool checkOptions(const char* command, MaxSizeOptions& o) {
+    return givenOnce(getmaxsizeOptions, o.given) && givenRequired(getmaxsizeOptions, o.given, command) &&
+           checkLevel(USE_MAX_SIZE, o.level) && checkDiskCount(USE_MAX_SIZE, o.level, o.disks.count) &&
+           checkParity(USE_MAX_SIZE, o.level, o.disks.count, o.given['q'] != 0, o.parity);
+}
+
+static bool checkDisks(const PdList& disks) {
+    for (unsigned i = 0; i < disks.count; ++i) {
+        KT_U16 pd = disks.ids[i];
+        _HD_RAID_Status_Request request;
+        KT_U8 status = getItem(KT_PD_GetHDRaidStatus, pd, request);
+        if (status != KT_OK) {
+            out("Failed to get status for PD %d (error %d: %s)\n", pd, status, ErrorMessage(status));
+            return false;
+        }
+        // Unlike for a creation, only a disk that has this role and no other is refused; foreign ones are not.
+        switch (request.hdRaidStatus[0].Status) {
+        case KT_PD_OFFLINE:
+            out("Offline disk %d can not be used to create VD.\n", pd);
+            return false;
+        case KT_PD_GLOBAL_SPARE:
+        case KT_PD_DEDICATED_SPARE:
+            out("Spare disk %d can not be used to create VD.\n", pd);
+            return false;
+        default:
+            break;
+        }
+    }
+    return true;
+}
+
+static int showMaxSize(const MaxSizeOptions& o) {
+    _Create_LD_Param param = {};
+    param.RaidMode = o.level;
+    param.HDCount = o.disks.count;
+    param.RoundingScheme = o.rounding;
+    param.StripeBlockSize = STRIPE;
+    param.NumParityDisk = o.parity;
+    bool tiered = o.level == KT_TANDEM_CAPACITY || o.level == KT_TANDEM_SAFE;
+    if (tiered) param.TandemWaterMark = TANDEM_WATER_MARK;
+    memcpy(param.HDIDs, o.disks.ids, o.disks.count * sizeof o.disks.ids[0]);
+    KT_U8 status = KT_LD_GetMaxSize(gCurrentAdapter, &param);
+    if (status == KT_OK) {
+        out("\nThe maxsize that VD can create with is:   %" PRIu64 " K\n", param.Size);
+    } else {
+        out("\nFailed to get Maxsize (error %d: %s).\n", status, ErrorMessage(status));
+    }
+    return status;
+}
+
+int doGetMaxsize(int argc, char** argv, _cmd_struct* row) {
+    MaxSizeOptions o;
+    int result = 0;
+    if (!readOptions(argc, argv, row, o, result)) return result;
+    if (!checkOptions(argv[0], o) || !checkDisks(o.disks)) return 1;
+    return showMaxSize(o);
 }

@@ -1,10 +1,157 @@
 #include "Functions/nvsram/nvsram.h"
 
-const char nvsram_sh[] = ":Read/write nvsram contents for test.";
-const char nvsram_help[] = "\n\n";
-static const option nvsram_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet nvsramOptions = {"\1:h", nvsram_long};
+#include <cstring>
+#include <strings.h>
 
-int doNvsramRW(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+#include "Public/errorMsg.h"
+#include "Public/utility.h"
+
+const char nvsram_sh[] = ":Read/write nvsram contents for test.";
+const char nvsram_help[] = "\nnvsram   -a <read|write>[-s <nvsram address offset>]\n"
+                           "         [-c <byte count>] [-p <pattern>] [-h] \n\n"
+                           "Options:\n"
+                           "    -a, --action <read|write>\n"
+                           "        Read the bytes, or write the pattern over them.\n"
+                           "    -s, --offset <nvsram address offset>\n"
+                           "        Where to start, in decimal or in hexadecimal behind 0x. The default is 0.\n"
+                           "    -c, --count <byte count>\n"
+                           "        Number of bytes. The default is 1, the maximum is 128k.\n"
+                           "    -p, --pattern <pattern>\n"
+                           "        Byte to write, in hexadecimal behind 0x. The default is 0x5A.\n"
+                           "    -h, --help\n\n"
+                           "Examples:\n"
+                           "    nvsram -a read -s 0x100 -c 64\n\n"
+                           "    Read 64 bytes from offset 0x100 on.\n\n"
+                           "    nvsram -a write -s 0x100 -c 64 -p 0xFF\n\n"
+                           "    Write 0xFF to the 64 bytes from offset 0x100 on.\n\n";
+
+static const option nvsram_long[] = {{"action", required_argument, nullptr, 'a'},
+                                     {"offset", required_argument, nullptr, 's'},
+                                     {"count", required_argument, nullptr, 'c'},
+                                     {"pattern", required_argument, nullptr, 'p'},
+                                     OUTPUT_OPTION,
+                                     HELP_OPTION,
+                                     END_OF_OPTIONS};
+const OptionSet nvsramOptions = {
+    .letters = "a:s:c:p:\1:h", .longOptions = nvsram_long, .once = "ascp", .required = "a"};
+
+static constexpr KT_U32 TRANSFER = sizeof(_NVSRAM_Data::Data);
+
+namespace {
+struct NvsramOptions {
+    KT_U8 action = KT_NVSRAM_READ;
+    KT_U32 offset = 0;
+    KT_U32 count = 1;
+    const char* countText = "";
+    KT_U8 pattern = 0x5A;
+};
+} // namespace
+
+static Take takeCount(const char* value, NvsramOptions& o) {
+    o.countText = value;
+    if (!parseDecimal(value, o.count)) {
+        out("-c : invalid byte counts '%s'\n", value);
+        return Take::Failed;
+    }
+    if (o.count == 0) {
+        out("Number of bytes should be > 0\n");
+        return Take::Failed;
+    }
+    return Take::Yes;
+}
+
+static Take takePattern(const char* value, NvsramOptions& o) {
+    if (!isHex(value)) {
+        out("-p: invalid hex pattern '%s'\n", value);
+        return Take::Failed;
+    }
+    if (!parseDecimalOrHex(value, o.pattern)) {
+        out("-p: hex pattern should be 8 bit \n");
+        return Take::Failed;
+    }
+    return Take::Yes;
+}
+
+static Take takeOption(int option, const char* value, NvsramOptions& o) {
+    switch (option) {
+    case 'a':
+        o.action = strcasecmp(value, "write") == 0 ? KT_NVSRAM_WRITE : KT_NVSRAM_READ;
+        if (o.action == KT_NVSRAM_WRITE || strcasecmp(value, "read") == 0) return Take::Yes;
+        out("-a : invalid action '%s'\n", value);
+        return Take::Failed;
+    case 's':
+        if (parseDecimalOrHex(value, o.offset)) return Take::Yes;
+        out("-s : invalid address offset '%s'\n", value);
+        return Take::Failed;
+    case 'c':
+        return takeCount(value, o);
+    case 'p':
+        return takePattern(value, o);
+    default:
+        return Take::Help;
+    }
+}
+
+void Nvsram_Byte_PrintInfo(const KT_U8* data, KT_U32 length, KT_U32 offset) {
+    out("nvsram offset at : 0x%08x\n", offset);
+    for (KT_U32 done = 0; done < length;) {
+        out("0x%02x\t", data[done]);
+        ++done;
+        if (done % 8 == 0) out("\n");
+        if (done % 64 != 0) continue;
+        out("\n");
+        if (done < length) out("nvsram offset: 0x%08x\n", offset + done);
+    }
+}
+
+// One transfer of at most TRANSFER bytes.
+static KT_U8 transfer(const NvsramOptions& o, KT_U32 offset, KT_U32 length) {
+    _NVSRAM_Data data = {};
+    data.Offset = offset;
+    data.Length = length;
+    if (o.action == KT_NVSRAM_WRITE) memset(data.Data, o.pattern, sizeof data.Data);
+    KT_U8 status = KT_Flash_NVSRAM(gCurrentAdapter, o.action, &data);
+    if (status != KT_OK) return status;
+    if (o.action == KT_NVSRAM_WRITE) {
+        out("\n%d bytes have been written into nvsram!\n", static_cast<int>(length));
+    } else {
+        Nvsram_Byte_PrintInfo(data.Data, length, offset);
+    }
+    return KT_OK;
+}
+
+static KT_U8 transferAll(const NvsramOptions& o) {
+    KT_U32 offset = o.offset;
+    KT_U32 left = o.count;
+    for (; left > TRANSFER; left -= TRANSFER, offset += TRANSFER) {
+        KT_U8 status = transfer(o, offset, TRANSFER);
+        if (status != KT_OK) {
+            out("\nFailed to run NVSRAM read/write test (error %d: %s).\n", status, ErrorMessage(status));
+            return status;
+        }
+    }
+    KT_U8 status = transfer(o, offset, left);
+    if (status != KT_OK) {
+        out("\nFailed to run nvsram read/write test (error %d: %s).\n", status, ErrorMessage(status));
+    }
+    return status;
+}
+
+int doNvsramRW(int argc, char** argv, _cmd_struct* row) {
+    OptionCounts given;
+    int result = 0;
+    NvsramOptions o;
+    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    if (!scanOptions(argc, argv, row, nvsramOptions, given, result, take)) return result;
+    if (!givenOnce(nvsramOptions, given)) return 1;
+    if (!givenRequired(nvsramOptions, given, argv[0])) {
+        printHelp(row, HelpStyle::LongOnly);
+        return 1;
+    }
+    // A range that passes the last address would go on at address 0.
+    if (o.offset > UINT32_MAX - (o.count - 1)) {
+        out("-c : invalid byte counts '%s'\n", o.countText);
+        return 1;
+    }
+    return transferAll(o);
 }

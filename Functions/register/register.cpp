@@ -1,10 +1,120 @@
 #include "Functions/register/register.h"
 
-const char register_sh[] = ":operation the register on adapter.";
-const char register_help[] = "\n\n";
-static const option register_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet registerOptions = {"\1:h", register_long};
+#include <strings.h>
 
-int doRegister(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+#include "Public/errorMsg.h"
+#include "Public/utility.h"
+
+const char register_sh[] = ":operation the register on adapter.";
+const char register_help[] = "\nregister [-t type] -a <read|write> [-d address] [-v value] [-h]\n\n"
+                             "Options:\n"
+                             "    -t, --type <mailbox>\n"
+                             "        Type of the register. The default is mailbox, the only type.\n"
+                             "    -a, --operation <read|write>\n"
+                             "        Read or write the register. The default is read.\n"
+                             "    -d, --address <address>\n"
+                             "        Number of the register, 0 or 1, in decimal or in hexadecimal behind 0x.\n"
+                             "        The default is 0.\n"
+                             "    -v, --value <value>\n"
+                             "        Value to write, in decimal or in hexadecimal behind 0x. Required for write.\n"
+                             "    -h, --help\n\n"
+                             "Examples:\n"
+                             "    register -a read -d 1\n\n"
+                             "    Read mailbox register 1.\n\n"
+                             "    register -a write -d 0 -v 0xff\n\n"
+                             "    Write 255 to mailbox register 0.\n\n";
+
+static const option register_long[] = {{"type", required_argument, nullptr, 't'},
+                                       {"operation", required_argument, nullptr, 'a'},
+                                       {"address", required_argument, nullptr, 'd'},
+                                       {"value", required_argument, nullptr, 'v'},
+                                       OUTPUT_OPTION,
+                                       HELP_OPTION,
+                                       END_OF_OPTIONS};
+const OptionSet registerOptions = {.letters = "t:a:d:v:\1:h", .longOptions = register_long, .once = "tadv"};
+
+// Types of registers, as the library numbers them.
+enum RegisterType : KT_U8 { REGISTER_MAILBOX = 0 };
+static constexpr KT_U32 MAILBOX_REGISTERS = 2;
+
+namespace {
+struct RegisterOptions {
+    bool write = false;
+    KT_U32 address = 0;
+    KT_U64 value = 0;
+};
+} // namespace
+
+static Take takeOption(int option, const char* value, RegisterOptions& o) {
+    switch (option) {
+    case 't':
+        if (strcasecmp(value, "mailbox") == 0) return Take::Yes;
+        out("-t : invalid register type '%s'\n", value);
+        return Take::Failed;
+    case 'a':
+        o.write = strcasecmp(value, "write") == 0;
+        if (o.write || strcasecmp(value, "read") == 0) return Take::Yes;
+        out("-t : invalid operation type '%s'\n", value);
+        return Take::Failed;
+    case 'd':
+        if (parseDecimalOrHex(value, o.address)) return Take::Yes;
+        out("-d : invalid address '%s'\n", value);
+        return Take::Failed;
+    case 'v':
+        if (parseDecimalOrHex(value, o.value)) return Take::Yes;
+        out("-v : invalid value '%s'\n", value);
+        return Take::Failed;
+    default:
+        return Take::Help;
+    }
+}
+
+static bool checkOptions(const RegisterOptions& o, bool withValue) {
+    if (o.write && !withValue) {
+        out("-v is must in the write register command.\n");
+        return false;
+    }
+    if (!o.write && withValue) {
+        out("-v is must not be set in the read register command.\n");
+        return false;
+    }
+    if (o.address >= MAILBOX_REGISTERS) {
+        out("address must be 0 or 1. Now is -d %d.\n", static_cast<int>(o.address));
+        return false;
+    }
+    return true;
+}
+
+static KT_U8 readRegister(KT_U32 address, _Register_Request& request) {
+    KT_U8 status = KT_Adapter_Read_Register(gCurrentAdapter, REGISTER_MAILBOX, address, &request);
+    if (status == KT_OK) {
+        out("%d address register value is %ld.\n", static_cast<int>(address), static_cast<long>(request.Value));
+    } else {
+        out("Read %d address register failed (error %d: %s).\n", static_cast<int>(address), status,
+            ErrorMessage(status));
+    }
+    return status;
+}
+
+static KT_U8 writeRegister(KT_U32 address, _Register_Request& request) {
+    KT_U8 status = KT_Adapter_Write_Register(gCurrentAdapter, REGISTER_MAILBOX, address, &request);
+    if (status == KT_OK) {
+        out("Write %d address register successfully.\n", static_cast<int>(address));
+    } else {
+        out("Write %d address register failed (error %d: %s).\n", static_cast<int>(address), status,
+            ErrorMessage(status));
+    }
+    return status;
+}
+
+int doRegister(int argc, char** argv, _cmd_struct* row) {
+    OptionCounts given;
+    int result = 0;
+    RegisterOptions o;
+    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    if (!scanOptions(argc, argv, row, registerOptions, given, result, take)) return result;
+    if (!givenOnce(registerOptions, given)) return 1;
+    if (!checkOptions(o, given['v'] != 0)) return 1;
+    _Register_Request request = {8, sizeof request, {}, o.value};
+    return o.write ? writeRegister(o.address, request) : readRegister(o.address, request);
 }

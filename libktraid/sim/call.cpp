@@ -58,9 +58,10 @@ static void spoil(const char* name, const Fault& fault, std::initializer_list<Ar
     for (const Arg& arg : args) {
         if (arg.type == ArgType::List) spoilList(name, fault, arg);
         if (arg.type == ArgType::Array && fault.kind == FAULT_COUNT) *const_cast<KT_U8*>(arg.count) = 0xFF;
-        if (arg.type == ArgType::Array && fault.kind == FAULT_TEXT)
+        if (arg.type == ArgType::Array && fault.kind == FAULT_TEXT) {
             for (size_t i = 0; i < *arg.count; i++)
                 fillTexts(name, static_cast<unsigned char*>(const_cast<void*>(arg.data)) + i * arg.size);
+        }
         if ((arg.type == ArgType::Out || arg.type == ArgType::InOut) && fault.kind == FAULT_TEXT && arg.size > 1)
             fillTexts(name, const_cast<void*>(arg.data));
     }
@@ -126,12 +127,13 @@ KT_U8 runCall(const char* name, int adapter, Access access, std::initializer_lis
     const std::lock_guard<std::mutex> guard(oneAtATime);
     const std::string before = traceBefore(name, adapter, args);
     KT_U8 status = KT_OK;
-    if (!gStore)
+    if (!gStore) {
         status = KT_ERR_INVALID_REQUEST;
-    else if (anyNull(args))
+    } else if (anyNull(args)) {
         status = KT_ERR_INVALID_PARAMETER;
-    else
+    } else {
         status = guardTransaction(name, adapter, access, args, body);
+    }
     traceAfter(before, status, args);
     return status;
 }

@@ -58,27 +58,29 @@ static void putSections(Store& store, KT_U8 adapter, LabReader& owner) {
         const RecordFields* table = fieldsOfSection(section);
         if (!table && section != "rows") continue;
         for (LabReader& row : takeObjects(owner, section.c_str())) {
-            if (table)
+            if (table) {
                 putFieldRow(store, adapter, *table, row);
-            else
+            } else {
                 putRawRow(store, adapter, row);
+            }
         }
     }
     takeNothingElse(owner);
 }
 
-static void fillComplete(Store& store, LabReader& lab) {
+static void fillComplete(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     KT_U8 index = 0;
     for (LabReader& adapter : takeObjects(lab, "adapters"))
         putSections(store, index++, adapter);
     putSections(store, ADAPTER_GLOBAL, lab);
     const auto global = find<GlobalState>(store, ADAPTER_GLOBAL, 0);
     if (!global || global->adapterCount != index) throw LabError{"global.adapterCount: is not the number of adapters"};
+    if (stoppedAt) setClock(store, stoppedAt, 1000, true);
 }
 
 /* A lab written by hand. */
 
-static void putClock(Store& store, LabReader& lab) {
+static void putClock(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     KT_U64 now = realNow();
     KT_U64 speed = 1000;
     bool stopped = false;
@@ -88,14 +90,17 @@ static void putClock(Store& store, LabReader& lab) {
         stopped = takeFlag(clock, "stopped", false);
         takeNothingElse(clock);
     }
-    setClock(store, now, static_cast<KT_U32>(speed), stopped);
+    if (stoppedAt)
+        setClock(store, stoppedAt, 1000, true);
+    else
+        setClock(store, now, static_cast<KT_U32>(speed), stopped);
 }
 
-static void fillWritten(Store& store, LabReader& lab, const char* name) {
-    putClock(store, lab);
+static void fillWritten(Store& store, LabReader& lab, const BuiltInLab& source) {
+    putClock(store, lab, source.stoppedAt);
     GlobalState global = {};
     global.sgVersion = static_cast<KT_U32>(takeNumber(lab, "sgVersion", SG_VERSION, 0x7FFFFFFF));
-    const std::string label = takeText(lab, "name", name);
+    const std::string label = takeText(lab, "name", source.name);
     strncpy(global.lab, label.c_str(), sizeof global.lab - 1);
     for (LabReader& adapter : takeObjects(lab, "adapters")) {
         const KT_U64 copies = takeNumber(adapter, "count", 1, 255);
@@ -118,10 +123,11 @@ void fillFromLab(Store& store, const void* argument) {
         json = Json::parse(source->text);
         LabReader lab = readObject(json, "lab");
         lab.path.clear();
-        if (takeFlag(lab, "complete", false))
-            fillComplete(store, lab);
-        else
-            fillWritten(store, lab, source->name);
+        if (takeFlag(lab, "complete", false)) {
+            fillComplete(store, lab, source->stoppedAt);
+        } else {
+            fillWritten(store, lab, *source);
+        }
     } catch (const LabError& error) {
         throw LabError{std::string(source->name) + ": " + error.message};
     } catch (const Json::exception& error) {
@@ -162,10 +168,11 @@ static void printRows(Store& store, KT_U8 adapter, Json& into) {
         RowWalk walk = beginWalk(store, adapter, kind, 0);
         while (nextRow(walk)) {
             Json row;
-            if (fieldRow(table, walk, row))
+            if (fieldRow(table, walk, row)) {
                 rows.push_back(std::move(row));
-            else
+            } else {
                 raw.push_back(rawRow(kind, walk));
+            }
         }
         endWalk(walk);
         if (!rows.empty()) into[table->section] = std::move(rows);

@@ -24,6 +24,7 @@ namespace sim {
 struct BuiltInLab {
     const char* name;
     const char* text;
+    KT_U64 stoppedAt = 0; /* the clock stands at this moment (milliseconds since 1970); 0 = as the lab says */
 };
 const BuiltInLab* labNamed(const std::string& name);
 std::vector<std::string> labNames();

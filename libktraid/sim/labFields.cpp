@@ -1,6 +1,6 @@
 #include "labFields.h"
 
-#include <array>
+#include <algorithm>
 #include <cstring>
 #include <type_traits>
 #include <utility>
@@ -11,7 +11,8 @@ template <class Member>
 static constexpr Field makeField(const char* name, size_t offset, FieldType type) {
     if (type == FieldType::Number || type == FieldType::Signed) {
         using Element = std::remove_all_extents_t<Member>;
-        return Field{name, offset, sizeof(Element), sizeof(Member) / sizeof(Element), type};
+        constexpr size_t whole = sizeof(Member);
+        return Field{name, offset, sizeof(Element), whole / sizeof(Element), type};
     }
     if constexpr (std::rank_v<Member> == 2) {
         return Field{name, offset, std::extent_v<Member, 1>, std::extent_v<Member, 0>, type};
@@ -20,6 +21,7 @@ static constexpr Field makeField(const char* name, size_t offset, FieldType type
     }
 }
 
+/* Members are names, not expressions. NOLINTBEGIN(bugprone-macro-parentheses) */
 #define FIELD(record, member, type)                                                                                    \
     makeField<std::remove_reference_t<decltype((std::declval<record&>().member))>>(#member, offsetof(record, member),  \
                                                                                    FieldType::type)
@@ -38,6 +40,8 @@ static constexpr Field makeField(const char* name, size_t offset, FieldType type
 #define VERSION(record, member)                                                                                        \
     NUM(record, member.MajorVersion), NUM(record, member.MinorVersion), NUM(record, member.RevisionNumber),            \
         NUM(record, member.BuildNumber)
+
+/* NOLINTEND(bugprone-macro-parentheses) */
 
 static constexpr Field GLOBAL_FIELDS[] = {NUM(GlobalState, adapterCount), NUM(GlobalState, rescanCount),
                                           NUM(GlobalState, sgVersion), TXT(GlobalState, lab)};
@@ -386,16 +390,17 @@ static void setText(const Field& field, unsigned char* at, const Json& value, co
     if (bytes.size() > field.size)
         throw LabError{path + ": is longer than " + std::to_string(field.size) + " characters"};
     memset(at, 0, field.size);
-    memcpy(at, bytes.data(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), at);
 }
 
 static void setElement(const Field& field, unsigned char* at, const Json& value, const std::string& path) {
-    if (field.type == FieldType::Text)
+    if (field.type == FieldType::Text) {
         setText(field, at, value, path);
-    else if (field.type == FieldType::Hex)
+    } else if (field.type == FieldType::Hex) {
         setHex(field, at, value, path);
-    else
+    } else {
         setNumber(field, at, value, path);
+    }
 }
 
 /* A last element "..." repeats the one before it to the end of the field. */
@@ -451,10 +456,11 @@ static Json elementToJson(const Field& field, const unsigned char* at) {
 
 static Json listToJson(const Field& field, const unsigned char* at, size_t used) {
     size_t distinct = used;
-    if (used == field.count)
+    if (used == field.count) {
         while (distinct > 1 &&
                memcmp(at + (distinct - 1) * field.size, at + (distinct - 2) * field.size, field.size) == 0)
             distinct--;
+    }
     Json list = Json::array();
     for (size_t i = 0; i < distinct; i++)
         list.push_back(elementToJson(field, at + i * field.size));

@@ -1,5 +1,6 @@
 #include "labReader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -120,7 +121,7 @@ void putText(const LabReader& reader, const char* word, const std::string& text,
     const std::string bytes = textToBytes(text, reader.path + "." + word);
     if (bytes.size() > size) failLab(reader, word, "is longer than " + std::to_string(size) + " characters");
     memset(field, 0, size);
-    memcpy(field, bytes.data(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), field);
 }
 
 void takeFields(LabReader& reader, Kind kind, void* record) {

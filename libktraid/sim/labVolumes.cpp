@@ -89,6 +89,7 @@ static Layout takeLayout(LabReader& reader, Layout inherited) {
     layout.parity = static_cast<KT_U8>(takeNumber(reader, "parity", layout.parity ? layout.parity : parity, 255));
     layout.subs = static_cast<KT_U8>(takeNumber(reader, "parts", layout.subs ? layout.subs : parted ? 2 : 0, 255));
     layout.stripe = static_cast<KT_U16>(takeNumber(reader, "stripe", layout.stripe ? layout.stripe : STRIPE_KIB, 1024));
+    if (layout.stripe == 0) failLab(reader, "stripe", "should be 1 to 1024 (KiB)");
     if (layout.level == KT_RAID5 && layout.disks.size() < 2) failLab(reader, "disks", "are too few for the level");
     if (dataHalves(layout) == 0) failLab(reader, "disks", "are too few for the level");
     return layout;
@@ -209,7 +210,7 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     _LD_Info vd = makeVd(context, reader, layout);
     vd.DGID = dgid;
     const KT_U64 room = memberRoom(context, layout, reader);
-    const KT_U64 halves = dataHalves(layout);
+    const KT_U64 halves = std::max<KT_U64>(dataHalves(layout), 1);
     const KT_U64 wanted = takeSize(reader, "size", room / 2 * halves * 1024) / 1024;
     KT_U64 kib = (wanted / halves * 2 + layout.stripe - 1) / layout.stripe * layout.stripe;
     kib = std::max<KT_U64>(kib, layout.stripe);

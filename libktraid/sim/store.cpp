@@ -132,9 +132,10 @@ static void checkIdentity(Store& store) {
     if (readPragma(store, "PRAGMA application_id") != STATE_APPLICATION)
         throw StoreFailure{KT_ERR_FAILED, store.path + ": this is not a state of the simulated adapters"};
     const int version = readPragma(store, "PRAGMA user_version");
-    if (version != STATE_VERSION)
+    if (version != STATE_VERSION) {
         throw StoreFailure{KT_ERR_FAILED, store.path + ": this state has version " + std::to_string(version) +
                                               ", this library reads version " + std::to_string(STATE_VERSION)};
+    }
     /* Reading one row of the table tells a damaged schema from a sound one. */
     if (!find<GlobalState>(store, ADAPTER_GLOBAL, 0))
         throw StoreFailure{KT_ERR_FAILED, store.path + ": this state is damaged: it names no adapters"};

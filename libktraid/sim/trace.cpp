@@ -73,16 +73,17 @@ static void appendArg(std::string& line, const Arg& arg, size_t size) {
     line += ' ';
     line += arg.name;
     line += '=';
-    if (arg.type == ArgType::Number)
+    if (arg.type == ArgType::Number) {
         line += std::to_string(arg.number);
-    else if (!arg.data)
+    } else if (!arg.data) {
         line += "null";
-    else if (arg.type == ArgType::Text)
+    } else if (arg.type == ArgType::Text) {
         appendText(line, static_cast<const char*>(arg.data));
-    else if (arg.pages)
+    } else if (arg.pages) {
         appendFlashPage(line, arg.data);
-    else
+    } else {
         appendHex(line, arg.data, size, arg.secretFrom, arg.secretSize);
+    }
 }
 
 bool tracing() {
@@ -102,7 +103,8 @@ std::string traceBefore(const char* call, int adapter, std::initializer_list<Arg
 }
 
 void traceAfter(const std::string& before, int status, std::initializer_list<Arg> args) {
-    if (!tracing()) return;
+    const char* path = getenv("KTRAID_SIM_TRACE");
+    if (!path || !*path) return;
     std::string line = before + " -> " + std::to_string(status);
     for (const Arg& arg : args) {
         if (status != KT_OK || !arg.data) break;
@@ -110,7 +112,7 @@ void traceAfter(const std::string& before, int status, std::initializer_list<Arg
             appendArg(line, arg, filledSize(arg));
     }
     line += '\n';
-    const int file = open(getenv("KTRAID_SIM_TRACE"), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    const int file = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
     if (file < 0) return;
     /* One write a line keeps the lines of several processes whole. */
     const ssize_t written = write(file, line.data(), line.size());

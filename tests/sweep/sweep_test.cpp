@@ -72,7 +72,7 @@ std::vector<std::string> givenTwice(_cmd_struct& row, char letter) {
     static const char* const values[] = {"1",      "vd",     "pd",   "enc",   "on",      "read",      "enable",
                                          "hba",    "0",      "64",   "0x5A",  "start",   "changePwd", "getinfo",
                                          "getCfg", "bios",   "none", "quick", "mailbox", "phy",       "wb",
-                                         "sync",   "update", "dev",  "spare"};
+                                         "sync",   "update", "dev",  "spare", "100"};
     std::string option = std::string("-") + letter;
     const char* argument = strchr(optionsOf(row.cmdHandler)->letters, letter);
     if (argument == nullptr || argument[1] != ':') return {option, option};
@@ -138,6 +138,7 @@ TEST_P(Sweep, RequiredOptionsAreAskedFor) {
             char line[128];
             snprintf(line, sizeof line, OptionRequired, at.row->cmd, *letter);
             expected += line;
+            if (optionsOf(at.row->cmdHandler)->oneMissing) break;
         }
         if (expected.empty()) continue;
         Outcome outcome = run(*at.row, {});

@@ -1,0 +1,27 @@
+#include "Public/fileName.h"
+
+#include <cstring>
+#include <wordexp.h>
+
+std::string unquotedName(const char* value) {
+    if (*value != '"') return value;
+    return {value + 1, strcspn(value + 1, "\"")};
+}
+
+bool expandName(const char* name, std::string& path) {
+    wordexp_t words = {};
+    const int status = wordexp(name, &words, WRDE_NOCMD);
+    const bool expanded = status == 0 && words.we_wordc > 0 && *words.we_wordv[0] != '\0';
+    if (expanded) path = words.we_wordv[0];
+    // Words that were found before the memory ran out are released as well.
+    if (status == 0 || status == WRDE_NOSPACE) wordfree(&words);
+    return expanded;
+}
+
+std::string shownName(const std::string& name) {
+    std::string shown = name;
+    for (char& c : shown) {
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+    }
+    return shown;
+}

@@ -1,0 +1,124 @@
+#include "clock.h"
+#include "adapter/settle.h"
+#include "commands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+
+using namespace sim;
+
+std::string clockText(Store& store);
+
+static std::string timeText(KT_U64 milliseconds) {
+    const auto seconds = static_cast<time_t>(milliseconds / 1000);
+    tm parts = {};
+    gmtime_r(&seconds, &parts);
+    char text[64];
+    strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", &parts);
+    return text;
+}
+
+std::string clockText(Store& store) {
+    const Clock clock = loadClock(store);
+    std::string text = timeText(simulatedNow(store));
+    if (clock.stopped) return text + ", stopped";
+    if (clock.speed == 1000) return text + ", running in real time";
+    char speed[32];
+    snprintf(speed, sizeof speed, "%g", clock.speed / 1000.0);
+    return text + ", running " + speed + " times as fast as real time";
+}
+
+static bool running(const Activity& activity) {
+    return activity.kind != 0 && activity.state == KT_STATE_RUNNING;
+}
+
+static bool busy(const Context& context) {
+    bool any = false;
+    forEach<VdState>(context, 0, [&](KT_U64, const VdState& vd) { return !(any = running(vd.activity)); });
+    if (!any) forEach<DgState>(context, 0, [&](KT_U64, const DgState& dg) { return !(any = running(dg.activity)); });
+    if (!any) forEach<PdState>(context, 0, [&](KT_U64, const PdState& pd) { return !(any = running(pd.patrol)); });
+    return any;
+}
+
+/* The next moment at which something happens on an adapter that is at work; NEVER when none is. */
+static KT_U64 nextDue(Store& store, KT_U64 now) {
+    KT_U64 due = NEVER;
+    for (unsigned i = 0; i < adapterCount(store); i++) {
+        const Context context{store, static_cast<KT_U8>(i), now};
+        if (busy(context)) due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
+    }
+    return due;
+}
+
+static void advanceUntilIdle(Store& store) {
+    static const int MANY = 100000; /* steps; jobs that start one another for ever must not keep us */
+    const KT_U64 start = simulatedNow(store);
+    for (int step = 0; step < MANY; step++) {
+        const Clock clock = loadClock(store);
+        const KT_U64 now = simulatedNow(store);
+        const KT_U64 due = nextDue(store, now);
+        if (due == NEVER) {
+            printf("Idle after %s.\n", durationText((now - start) / 1000).c_str());
+            return;
+        }
+        setClock(store, std::max(due, now), clock.speed, clock.stopped != 0);
+        settleAll(store);
+    }
+    throw CommandFailure{"the adapters do not come to rest"};
+}
+
+static void advance(Store& store, const std::string& text) {
+    KT_U64 seconds = 0;
+    if (!parseDuration(text, seconds))
+        throw CommandFailure{"\"" + text + "\" is not a duration such as 90m, 2h30m or 3d"};
+    const Clock clock = loadClock(store);
+    setClock(store, simulatedNow(store) + seconds * 1000, clock.speed, clock.stopped != 0);
+    settleAll(store);
+}
+
+static void setTime(Store& store, const std::string& text) {
+    KT_U64 milliseconds = 0;
+    if (!parseTime(text, milliseconds))
+        throw CommandFailure{"\"" + text + "\" is not a time such as \"2026-01-05 08:00:00\""};
+    const Clock clock = loadClock(store);
+    setClock(store, milliseconds, clock.speed, clock.stopped != 0);
+}
+
+static void setSpeed(Store& store, double speed) {
+    setClock(store, simulatedNow(store), static_cast<KT_U32>(std::lround(speed * 1000)), false);
+}
+
+static CLI::App* addChange(CLI::App& clock, Options& options, const char* word, const char* help,
+                           const std::function<void(Store&)>& work) {
+    CLI::App* command = clock.add_subcommand(word, help);
+    command->callback([&options, work] { changeState(options, work); });
+    return command;
+}
+
+void addClock(CLI::App& app, Options& options) {
+    CLI::App* clock = app.add_subcommand("clock", "The adapters' clock");
+    clock->require_subcommand(1);
+    const auto text = std::make_shared<std::string>();
+    const auto speed = std::make_shared<double>(1);
+    addChange(*clock, options, "show", "Print the time and how it runs",
+              [](Store& store) { printf("%s\n", clockText(store).c_str()); });
+    addChange(*clock, options, "stop", "Stop the clock; advance still moves it",
+              [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, true); });
+    addChange(*clock, options, "start", "Let the clock run on at the speed it had",
+              [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, false); });
+    CLI::App* faster = addChange(*clock, options, "speed", "Let the clock run, X times as fast as real time",
+                                 [speed](Store& store) { setSpeed(store, *speed); });
+    faster->add_option("X", *speed, "1 is real time")->required()->check(CLI::Range(0.001, 1000000.0));
+    CLI::App* jump = addChange(*clock, options, "advance", "Let time pass at once; what is due in it happens",
+                               [text](Store& store) { advance(store, *text); });
+    jump->add_option("DURATION", *text, "For instance 45s, 90m, 2h30m, 3d")->required();
+    CLI::App* set = addChange(*clock, options, "set", "Set the time (nothing happens in between)",
+                              [text](Store& store) { setTime(store, *text); });
+    set->add_option("TIME", *text, "In UTC: \"2026-01-05 08:00:00\"")->required();
+    CLI::App* until = addChange(*clock, options, "until", "Let time pass until every activity has ended",
+                                [](Store& store) { advanceUntilIdle(store); });
+    until->add_option("idle", *text, "The word idle")->required()->check(CLI::IsMember({"idle"}));
+}

@@ -1,0 +1,63 @@
+/* The subcommands of ktsim. Each add...() declares its words and what runs when they are given; running ends in 0 or
+   throws CommandFailure. */
+#ifndef KTSIM_COMMANDS_H
+#define KTSIM_COMMANDS_H
+
+#include "store.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+/* Said on standard error; the command's result is 1. */
+struct CommandFailure {
+    std::string message;
+};
+
+/* What all subcommands share. */
+struct Options {
+    std::string state; /* where the state is; empty = as the library finds it */
+    unsigned adapter = 0;
+    bool force = false;
+    int result = 0; /* of the command that ran */
+};
+
+void addCreate(CLI::App& app, Options& options);
+void addShow(CLI::App& app, Options& options);
+void addStatus(CLI::App& app, Options& options);
+void addClock(CLI::App& app, Options& options);
+void addFault(CLI::App& app, Options& options);
+void addEvent(CLI::App& app, Options& options);
+void addDisk(CLI::App& app, Options& options);
+void addBattery(CLI::App& app, Options& options);
+void addEnclosure(CLI::App& app, Options& options);
+void addImage(CLI::App& app, Options& options);
+void addRun(CLI::App& app, Options& options);
+
+std::string statePathOf(const Options& options);
+/* Opens the state, making the default one when there is none. */
+sim::Store* openState(const Options& options);
+/* --adapter, -a */
+void addAdapterOption(CLI::App& command, Options& options);
+/* --force, -f */
+void addForceOption(CLI::App& command, Options& options);
+/* Asks on the terminal or standard input; anything but y declines, and so does the end of input. */
+bool confirm(const Options& options, const std::string& question);
+
+/* One transaction over the whole state: everything due on every adapter has happened when `work` runs. */
+void changeState(const Options& options, const std::function<void(sim::Store&)>& work);
+/* The same for options.adapter; throws when there is no such adapter. */
+void changeAdapter(const Options& options, const std::function<void(sim::Context&)>& work);
+/* Lets everything happen that is due on every adapter by now; inside a transaction that writes. */
+void settleAll(sim::Store& store);
+unsigned adapterCount(sim::Store& store);
+
+/* Text of a record for a terminal: up to its NUL or end, control bytes as '?'. */
+std::string printable(const void* text, size_t size);
+/* "90m", "2h30m", "45s", "3d" in seconds. */
+bool parseDuration(const std::string& text, KT_U64& seconds);
+/* "2026-01-05 08:00:00" in UTC as milliseconds since 1970. */
+bool parseTime(const std::string& text, KT_U64& milliseconds);
+std::string durationText(KT_U64 seconds);
+
+#endif

@@ -1,0 +1,147 @@
+#include "adapter/settle.h"
+#include "clock.h"
+#include "commands.h"
+#include "lab.h"
+
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+using namespace sim;
+
+std::string statePathOf(const Options& options) {
+    return options.state.empty() ? statePath() : options.state;
+}
+
+Store* openState(const Options& options) {
+    return openStore(statePathOf(options), fillFromLab, labNamed("default"));
+}
+
+void addAdapterOption(CLI::App& command, Options& options) {
+    command.add_option("-a,--adapter", options.adapter, "The adapter's index")->capture_default_str();
+}
+
+void addForceOption(CLI::App& command, Options& options) {
+    command.add_flag("-f,--force", options.force, "Do it without asking");
+}
+
+bool confirm(const Options& options, const std::string& question) {
+    if (options.force) return true;
+    printf("%s [y/N] ", question.c_str());
+    fflush(stdout);
+    char answer[64] = "";
+    const bool answered = fgets(answer, sizeof answer, stdin) != nullptr;
+    if (!answered) printf("\n");
+    return answered && (answer[0] == 'y' || answer[0] == 'Y');
+}
+
+unsigned adapterCount(Store& store) {
+    return find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{}).adapterCount;
+}
+
+void settleAll(Store& store) {
+    const KT_U64 now = simulatedNow(store);
+    for (unsigned i = 0; i < adapterCount(store); i++) {
+        Context context{store, static_cast<KT_U8>(i), now};
+        if (settleDue(context)) settle(context);
+    }
+}
+
+void changeState(const Options& options, const std::function<void(Store&)>& work) {
+    Store* store = openState(options);
+    try {
+        beginTransaction(*store, Access::Write);
+        settleAll(*store);
+        work(*store);
+        commitTransaction(*store);
+    } catch (...) {
+        rollbackTransaction(*store);
+        closeStore(store);
+        throw;
+    }
+    closeStore(store);
+}
+
+void changeAdapter(const Options& options, const std::function<void(Context&)>& work) {
+    changeState(options, [&](Store& store) {
+        const unsigned adapters = adapterCount(store);
+        if (options.adapter >= adapters)
+            throw CommandFailure{"there is no adapter " + std::to_string(options.adapter) + ", only " +
+                                 std::to_string(adapters) + " of them"};
+        Context context{store, static_cast<KT_U8>(options.adapter), simulatedNow(store)};
+        work(context);
+    });
+}
+
+std::string printable(const void* text, size_t size) {
+    std::string shown;
+    const auto* bytes = static_cast<const unsigned char*>(text);
+    for (size_t i = 0; i < size && bytes[i] != 0; i++)
+        shown += bytes[i] >= 0x20 && bytes[i] < 0x7F ? static_cast<char>(bytes[i]) : '?';
+    while (!shown.empty() && shown.back() == ' ')
+        shown.pop_back();
+    return shown;
+}
+
+static KT_U64 unitSeconds(char unit) {
+    switch (unit) {
+    case 's':
+        return 1;
+    case 'm':
+        return 60;
+    case 'h':
+        return 3600;
+    case 'd':
+        return 86400;
+    case 'w':
+        return 604800;
+    default:
+        return 0;
+    }
+}
+
+bool parseDuration(const std::string& text, KT_U64& seconds) {
+    static const KT_U64 LONGEST = 100ULL * 366 * 86400;
+    seconds = 0;
+    size_t at = 0;
+    while (at < text.size()) {
+        KT_U64 number = 0;
+        const size_t digits = at;
+        for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; at++) {
+            number = number * 10 + static_cast<KT_U64>(text[at] - '0');
+            if (number > LONGEST) return false;
+        }
+        const KT_U64 unit = at < text.size() ? unitSeconds(text[at]) : 0;
+        if (at == digits || unit == 0) return false;
+        at++;
+        seconds += number * unit;
+        if (seconds > LONGEST) return false;
+    }
+    return !text.empty();
+}
+
+bool parseTime(const std::string& text, KT_U64& milliseconds) {
+    tm parts = {};
+    const char* end = strptime(text.c_str(), "%Y-%m-%d %H:%M:%S", &parts);
+    const time_t seconds = timegm(&parts);
+    if (!end || *end || seconds <= 0 || seconds > 0xFFFFFFFFLL) return false;
+    milliseconds = static_cast<KT_U64>(seconds) * 1000;
+    return true;
+}
+
+std::string durationText(KT_U64 seconds) {
+    const struct {
+        KT_U64 seconds;
+        const char* word;
+    } units[] = {{86400, " d"}, {3600, " h"}, {60, " min"}, {1, " s"}};
+    std::string text;
+    int shown = 0;
+    for (const auto& unit : units) {
+        const KT_U64 amount = seconds / unit.seconds;
+        if ((amount == 0 && !(shown == 0 && unit.seconds == 1)) || shown == 2) continue;
+        text += (shown ? " " : "") + std::to_string(amount) + unit.word;
+        seconds %= unit.seconds;
+        shown++;
+    }
+    return text;
+}

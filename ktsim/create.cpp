@@ -1,0 +1,122 @@
+#include "commands.h"
+#include "lab.h"
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace sim;
+
+struct CreateOptions {
+    std::string lab = "default";
+    std::string at;
+    bool list = false;
+};
+
+static std::string readAll(int file, const std::string& name) {
+    std::string text;
+    char buffer[65536];
+    for (;;) {
+        const ssize_t got = read(file, buffer, sizeof buffer);
+        if (got < 0) throw CommandFailure{name + ": cannot be read"};
+        if (got == 0) return text;
+        text.append(buffer, static_cast<size_t>(got));
+    }
+}
+
+/* The lab's text: "-" is standard input, then a file of that name, then a built-in lab. */
+static std::string labText(const std::string& name) {
+    if (name == "-") return readAll(STDIN_FILENO, "standard input");
+    const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat info = {};
+    if (file >= 0 && fstat(file, &info) == 0 && !S_ISDIR(info.st_mode)) {
+        const std::string text = readAll(file, name);
+        close(file);
+        return text;
+    }
+    if (file >= 0) close(file);
+    if (const BuiltInLab* lab = labNamed(name)) return lab->text;
+    std::string known;
+    for (const std::string& lab : labNames())
+        known += " " + lab;
+    throw CommandFailure{name + " is neither a file nor one of the labs:" + known};
+}
+
+static void refill(Store& store, const BuiltInLab& lab) {
+    try {
+        beginTransaction(store, Access::Write);
+        eraseEverything(store);
+        fillFromLab(store, &lab);
+        commitTransaction(store);
+    } catch (...) {
+        rollbackTransaction(store);
+        closeStore(&store);
+        throw;
+    }
+    closeStore(&store);
+}
+
+/* A sound state is refilled in one transaction, which other processes see as one step; what cannot be opened is
+   replaced as a file. */
+static void replaceState(const Options& options, const std::string& path, const BuiltInLab& lab) {
+    Store* store = nullptr;
+    std::string damage;
+    try {
+        store = openExistingStore(path);
+    } catch (const StoreFailure& failure) {
+        if (failure.status == KT_ERR_NO_RESOURCE) throw;
+        damage = "\n(" + failure.message + ")";
+    }
+    const std::string question = "Everything in " + path + " will be lost." + damage + " Go on?";
+    if (!confirm(options, question)) {
+        closeStore(store);
+        throw CommandFailure{"nothing was changed"};
+    }
+    if (store)
+        refill(*store, lab);
+    else
+        replaceStore(path, fillFromLab, &lab);
+}
+
+static void create(const Options& options, const CreateOptions& wanted) {
+    if (wanted.list) {
+        for (const std::string& name : labNames())
+            printf("%s\n", name.c_str());
+        return;
+    }
+    const std::string text = labText(wanted.lab);
+    KT_U64 stoppedAt = 0;
+    if (!wanted.at.empty() && !parseTime(wanted.at, stoppedAt))
+        throw CommandFailure{"\"" + wanted.at + "\" is not a time such as \"2026-01-05 08:00:00\""};
+    const BuiltInLab lab{wanted.lab.c_str(), text.c_str(), stoppedAt};
+    closeStore(openMemoryStore(fillFromLab, &lab)); /* a lab with a mistake costs nobody his state */
+    const std::string path = statePathOf(options);
+    struct stat there = {};
+    if (lstat(path.c_str(), &there) == 0)
+        replaceState(options, path, lab);
+    else
+        closeStore(openStore(path, fillFromLab, &lab));
+}
+
+void addCreate(CLI::App& app, Options& options) {
+    CLI::App* command = app.add_subcommand("create", "Make the state anew from a lab");
+    const auto wanted = std::make_shared<CreateOptions>();
+    command->add_option("-l,--lab", wanted->lab, "A built-in lab, a JSON file, or - for standard input")
+        ->capture_default_str();
+    command->add_option("--at", wanted->at, "Stop the clock at this time in UTC: \"2026-01-05 08:00:00\"");
+    command->add_flag("--list", wanted->list, "Name the built-in labs");
+    addForceOption(*command, options);
+    command->callback([&options, wanted] { create(options, *wanted); });
+}
+
+void addShow(CLI::App& app, Options& options) {
+    CLI::App* command = app.add_subcommand("show", "Print the whole state as a lab that create reads back");
+    command->callback([&options] {
+        std::string text;
+        changeState(options, [&](Store& store) { text = stateToLab(store); });
+        fputs(text.c_str(), stdout);
+    });
+}

@@ -1,0 +1,70 @@
+#include "commands.h"
+#include "events.h"
+
+#include <memory>
+#include <vector>
+
+using namespace sim;
+
+struct EventOptions {
+    unsigned eventClass = 0;
+    unsigned code = 0;
+    unsigned device = 0;
+    unsigned severity = SEV_INFO;
+    unsigned count = 1;
+    std::vector<KT_U32> params;
+    std::string sense;
+};
+
+static int hexDigit(char digit) {
+    if (digit >= '0' && digit <= '9') return digit - '0';
+    if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
+    if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
+    return -1;
+}
+
+static void readSense(const std::string& hex, _Event& event) {
+    if (hex.size() % 2 || hex.size() / 2 > sizeof event.SenseData)
+        throw CommandFailure{"--sense takes at most 30 bytes in hexadecimal"};
+    for (size_t i = 0; i < hex.size(); i += 2) {
+        const int high = hexDigit(hex[i]);
+        const int low = hexDigit(hex[i + 1]);
+        if (high < 0 || low < 0) throw CommandFailure{"--sense takes bytes in hexadecimal"};
+        event.SenseData[i / 2] = static_cast<KT_U8>(high * 16 + low);
+    }
+    event.SenseDataLength = static_cast<KT_U8>(hex.size() / 2);
+}
+
+static void log(const Options& options, const EventOptions& wanted) {
+    _Event event = {};
+    event.Class = static_cast<KT_U16>(wanted.eventClass);
+    event.Code = static_cast<KT_U16>(wanted.code);
+    event.DeviceID = static_cast<KT_U16>(wanted.device);
+    event.Severity = static_cast<KT_U8>(wanted.severity);
+    for (size_t i = 0; i < wanted.params.size() && i < 4; i++)
+        event.Params[i] = wanted.params[i];
+    readSense(wanted.sense, event);
+    changeAdapter(options, [&](Context& context) {
+        for (unsigned i = 0; i < wanted.count; i++)
+            logEvent(context, event);
+    });
+}
+
+void addEvent(CLI::App& app, Options& options) {
+    CLI::App* command = app.add_subcommand("event", "Put an event into an adapter's log");
+    const auto wanted = std::make_shared<EventOptions>();
+    const CLI::Range word(0U, 65535U);
+    command->add_option("CLASS", wanted->eventClass, "Event class")->required()->check(word);
+    command->add_option("CODE", wanted->code, "Event code within the class")->required()->check(word);
+    command->add_option("-d,--device", wanted->device, "The device it concerns")->check(word)->capture_default_str();
+    command->add_option("-s,--severity", wanted->severity, "0 unknown to 7 fatal; 2 is information")
+        ->check(CLI::Range(0U, 255U))
+        ->capture_default_str();
+    command->add_option("-p,--param", wanted->params, "Up to four values")->expected(1, 4);
+    command->add_option("--sense", wanted->sense, "Sense data in hexadecimal");
+    command->add_option("-n,--count", wanted->count, "How many of them")
+        ->check(CLI::Range(1U, 1000000U))
+        ->capture_default_str();
+    addAdapterOption(*command, options);
+    command->callback([&options, wanted] { log(options, *wanted); });
+}

@@ -1,0 +1,56 @@
+#include "commands.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <unistd.h>
+#include <vector>
+
+/* The folder of the simulated library beside this program: bin/ and lib/ktraid-sim/. */
+static std::string libraryFolder() {
+    char self[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
+    if (length <= 0) return {};
+    std::string folder(self, static_cast<size_t>(length));
+    folder.erase(folder.rfind('/'));
+    folder += "/../lib/ktraid-sim";
+    char whole[PATH_MAX];
+    return realpath(folder.c_str(), whole) ? std::string(whole) : std::string();
+}
+
+static void run(const Options& options, const std::vector<std::string>& command) {
+    std::string state = statePathOf(options);
+    if (state[0] != '/') {
+        char here[PATH_MAX];
+        if (getcwd(here, sizeof here)) state = std::string(here) + "/" + state;
+    }
+    setenv("KTRAID_SIM", state.c_str(), 1);
+    const std::string folder = libraryFolder();
+    if (!folder.empty()) {
+        const char* path = getenv("LD_LIBRARY_PATH");
+        setenv("LD_LIBRARY_PATH", (path && *path ? folder + ":" + path : folder).c_str(), 1);
+    }
+    std::vector<char*> words;
+    for (const std::string& word : command)
+        words.push_back(const_cast<char*>(word.c_str()));
+    words.push_back(nullptr);
+    execvp(words[0], words.data());
+    throw CommandFailure{command[0] + ": " + strerror(errno)};
+}
+
+void addRun(CLI::App& app, Options& options) {
+    CLI::App* command = app.add_subcommand("run", "Run a command in the environment of this state: run -- COMMAND ...");
+    const auto words = std::make_shared<std::vector<std::string>>();
+    command->prefix_command();
+    command->add_option("COMMAND", *words, "The command and its words, after --");
+    command->callback([&options, words, command] {
+        std::vector<std::string> all = *words;
+        const std::vector<std::string> rest = command->remaining();
+        all.insert(all.end(), rest.begin(), rest.end());
+        if (!all.empty() && all[0] == "--") all.erase(all.begin());
+        if (all.empty()) throw CLI::RequiredError("COMMAND");
+        run(options, all);
+    });
+}

@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include "Functions/aes/aesEntry.h"
+#include "Functions/aes/aesOp.h"
+#include "Functions/aes/aesPort.h"
+#include "Functions/aes/forceOnline.h"
+#include "tests/seam/seam.h"
+
+namespace {
+class Aes : public testing::Test {
+  protected:
+    void SetUp() override {
+        seam = {};
+        for (auto& port : seam.aesOverview.aes_port)
+            port = {255, 255};
+        gAdapterInfo[0] = {};
+        gAdapterInfo[0].MaxAESEntry = 3;
+    }
+};
+using Calls = std::vector<std::string>;
+
+std::string padded(std::string text) {
+    text.resize(32);
+    return text;
+}
+std::string entryRecord(char entry, char keyLength, const std::string& key, const std::string& password) {
+    return std::string{entry, keyLength, 0, 0, 0, 0, 0, 0} + padded(key) + padded(password);
+}
+} // namespace
+
+TEST_F(Aes, TakesSecretsOfThirtyTwoCharactersQuotedOrNot) {
+    const char tooLong[] = "-n : password of aes should be no more than 32 characters\n";
+    const char keyTooLong[] = "-k : length of AES key should be no more than 32 characters\n";
+    for (bool quoted : {false, true}) {
+        for (size_t length : {1U, 31U, 32U, 33U, 34U, 100U}) {
+            std::string content(length, 'x');
+            std::string typed = quoted ? '"' + content + '"' : content;
+            bool fits = length <= 32;
+            Outcome password = run(doAESOp, "aesop -o verifykey -e 1 -k k -p " + typed);
+            EXPECT_EQ(fits ? "\nVerify key on entry 1 returned successfully.\n" : tooLong, password.printed) << typed;
+            if (fits) {
+                EXPECT_EQ(entryRecord(1, 32, "k", content), seam.sent["entry"]) << typed;
+            }
+            Outcome old = run(doAESOp, "aesop -o changepwd -e 1 -p p -w " + typed);
+            EXPECT_EQ(fits ? 0 : 1, old.result) << typed;
+            if (!fits) {
+                EXPECT_EQ(tooLong, old.printed);
+            }
+            Outcome key = run(doAESEntry, "aesentry -o setcfg -i 1 -p p -k " + typed);
+            EXPECT_EQ(fits ? "" : keyTooLong, key.printed) << typed;
+            if (fits) {
+                EXPECT_EQ(entryRecord(1, static_cast<char>(length), content, "p"), seam.sent["entry"]) << typed;
+            }
+        }
+    }
+    EXPECT_EQ("-k : key can not be NULL\n", run(doAESOp, "aesop -o verifykey -e 1 -p p -k \"\"").printed);
+    EXPECT_EQ(0, run(doAESOp, "aesop -o verifykey -e 1 -p \"\" -k k").result);
+}
+
+TEST_F(Aes, RefusesOptionsBeforeAnyCall) {
+    const struct {
+        CommandHandler handler;
+        const char* line;
+        const char* printed;
+    } cases[] = {
+        {doAESOp, "aesop",
+         "aesop: option -o is required\naesop: option -e is required\naesop: option -p is required\n"},
+        {doAESOp, "aesop -o CHANGEPWD",
+         "aesop: option -e is required\naesop: option -p is required\n"
+         "aesop: option -w is required\n"},
+        {doAESOp, "aesop -o verifykey -p x -e 1 -w y", "aesop: option -k is required\n"},
+        {doAESOp, "aesop -o set", "-o : invalid object 'set'\n"},
+        {doAESOp, "aesop -e 256", "-i : invalid entry id '256'\n"},
+        {doAESOp, "aesop -i 1x", "-i : invalid port id '1x'\n"},
+        {doAESOp, "aesop --aesmount --aesmount", "Duplicated option specified.\n"},
+        {doAESOp, "aesop -p a -p b", "Duplicated option specified.\n"},
+        {doAESEntry, "aesentry", "aesentry: option -o is required\n"},
+        {doAESEntry, "aesentry -o get", "-o : invalid object 'get'\n"},
+        {doAESEntry, "aesentry -o getcfg -i 300", "-i : invalid id '300'\n"},
+        {doAESEntry, "aesentry -o getcfg", "aesentry: option -i is required\naesentry: option -p is required\n"},
+        {doAESEntry, "aesentry -o setcfg -k key -i 1", "\nAES entry id and password must be set.\n"},
+        {doAESEntry, "aesentry -o setcfg -p p -i 1", "aesentry: option -k is required\n"},
+        {doAESPort, "aesport -o on", "-o : invalid object 'on'\n"},
+        {doAESPort, "aesport -i 65536", "-i : invalid port id '65536'\n"},
+        {doAESPort, "aesport -e x", "-e : invalid entry id 'x'\n"},
+        {doAESPort, "aesport -o set", "aesport: option -i is required\n"},
+        {doAESPort, "aesport -o set -i 1", "\n --aeson or --aesoff is required for set AES configuration.\n"},
+        {doAESPort, "aesport -o set -i 1 --aeson --aeson", "Duplicated option specified.\n"},
+        {doAESPort, "aesport -o mount -i 1 -e 2", "\n  port id ,entry id, password and mount AES must be set.\n"},
+        {doAESPort, "aesport -o dismount", "aesport: option -i is required\n"},
+        {doForceOnline, "forceonline -p 50", "forceonline: option -i is required\n"},
+        {doForceOnline, "forceonline -i 65536", "-i : invalid id '65536'\n"},
+        {doForceOnline, "forceonline -i 3 -p abc", "-p : invalid percentage 'abc'\n"},
+        {doForceOnline, "forceonline -i 3 -p 266",
+         "-p : invalid percentage '266', available percentage include 10 20 30 40 50 60 70 80 90 100\n"},
+        {doForceOnline, "forceonline -i 3 -p 0",
+         "-p : invalid percentage '0', available percentage include 10 20 30 40 50 60 70 80 90 100\n"},
+    };
+    for (const auto& row : cases) {
+        Outcome outcome = run(row.handler, row.line);
+        EXPECT_EQ(row.printed, outcome.printed) << row.line;
+        EXPECT_EQ(1, outcome.result) << row.line;
+    }
+    EXPECT_EQ(Calls{}, seam.calls);
+}
+
+TEST_F(Aes, HandsOverRecordsAndPassesStatusesOn) {
+    struct Case {
+        CommandHandler handler;
+        const char* line;
+        const char* call;
+        std::string recorded, entry, port;
+        std::string good, bad;
+        int badResult;
+    };
+    const Case cases[] = {
+        {doAESOp, "aesop -o changePwd -e 7 -p new -w old", "KT_AES_ChangePwd", padded("new"),
+         entryRecord(7, 0, "old", "new"), "", "\nAES change password of entry 7 is returned successfully.\n",
+         "\nAES change password of entry 7 failed (error 248: password mismatch).\n", 248},
+        {doAESOp, "aesop -o verifyKey -e 7 -p pw -k key", "KT_AES_VerifyKey", padded("pw"),
+         entryRecord(7, 32, "key", "pw"), "", "\nVerify key on entry 7 returned successfully.\n",
+         "\nVerify key on entry 7 failed(error 248: password mismatch)\n", 1},
+        {doAESEntry, "aesentry -o getcfg -i 2 -p pw", "KT_AES_GetEntryConfig", padded("pw"),
+         entryRecord(2, 0, "", "pw"), "", "Entry ID:                2\nAES key length:          32\n",
+         "\nGet configure of AES entry 2 failed (error 248: password mismatch).\n", 248},
+        {doAESEntry, "aesentry -o setcfg -i 2 -p pw -k key", "KT_AES_SetEntryConfig", padded("pw"),
+         entryRecord(2, 3, "key", "pw"), "", "",
+         "\nFailed to set configuration of entry 2 (error 248: password mismatch)\n", 248},
+        {doAESPort, "aesport -o set -i 3 --aesoff --aeson", "KT_AES_SetPortConfig", "", "",
+         std::string("\3\1\0\0\0\0\0\0", 8), "\nSet configure of AES port 3 is returned successfully.\n",
+         "\nSet configure of AES port 3 failed (error 248: password mismatch).\n", 248},
+        {doAESPort, "aesport -o mount -i 3 -e 2 -p pw", "KT_AES_SetLink", "", entryRecord(2, 0, "", "pw"),
+         std::string("\3\2\0\0\0\0\0\0", 8), "\nLink aes port 3 to entry 2 is returned successfully.\n",
+         "\nFailed to link aes port 3 to entry 2 (error 248: password mismatch)\n", 248},
+        {doAESPort, "aesport -o dismount -i 3", "KT_AES_ClearLink", "3", "", "",
+         "\nClear AES link of port 3 is returned successfully.\n",
+         "\nClear AES link of port 3 failed (error 248: password mismatch).\n", 248},
+        {doForceOnline, "forceonline -i 300 -p 90", "KT_AES_ForcePDOnline", "300 90", entryRecord(0, 32, "", ""), "",
+         "\nForce online PD 300 is returned successfully.\n",
+         "\nForce online PD 300 failed (error 248: password mismatch).\n", 248},
+    };
+    for (const Case& row : cases) {
+        seam.sent.clear();
+        seam.statuses.clear();
+        Outcome good = run(row.handler, row.line);
+        EXPECT_EQ(row.good, good.printed);
+        EXPECT_EQ(0, good.result) << row.line;
+        EXPECT_EQ(row.call + (row.recorded.empty() ? "" : " " + row.recorded), seam.calls.back()) << row.line;
+        EXPECT_EQ(row.entry, seam.sent["entry"]) << row.line;
+        EXPECT_EQ(row.port, seam.sent["port"]) << row.line;
+        seam.statuses[row.call] = 248;
+        Outcome bad = run(row.handler, row.line);
+        EXPECT_EQ(row.bad, bad.printed);
+        EXPECT_EQ(row.badResult, bad.result) << row.line;
+    }
+}
+
+TEST_F(Aes, LeavesNoSecretInTheWords) {
+    const char* lines[] = {
+        "aesop -o verifykey -e 1 -psecret --oldpassword=secret -k \"secret\"",
+        "aesop -o verifykey -e x -p secret", // refused before the password is looked at
+        "aesop -p secret -p secret secret",
+    };
+    for (const char* line : lines) {
+        Outcome outcome = run(doAESOp, line);
+        EXPECT_EQ(std::string::npos, outcome.words.find("secret")) << line;
+        EXPECT_EQ(std::string::npos, outcome.printed.find("secret")) << line;
+    }
+    Outcome port = run(doAESPort, "aesport -o mount -i 1 -e 1 -p secret");
+    Outcome entry = run(doAESEntry, "aesentry -o getcfg -i 1 -p secret");
+    EXPECT_EQ(std::string::npos, (port.words + entry.words).find("secret"));
+}
+
+TEST_F(Aes, ListsEntriesWithTheirPortsAndPortsWithTheirEntry) {
+    seam.aesOverview.entry[1] = 1;
+    seam.aesOverview.entry[5] = 1; // beyond what the adapter has
+    seam.aesOverview.aes_port[0] = {0, 1};
+    seam.aesOverview.aes_port[1] = {1, 255};
+    seam.aesOverview.aes_port[2] = {2, 1};
+    EXPECT_EQ("Entry ID:                0\nHas Key:                 No\n"
+              "Entry ID:                1\nHas Key:                 Yes\n"
+              "Port ID:                 0\nPort ID:                 2\n"
+              "Entry ID:                2\nHas Key:                 No\n",
+              run(doAESEntry, "aesentry -o GETINFO").printed);
+    EXPECT_EQ("Port ID:                 0\nmount status:            mounted\n"
+              "entry id:                1\nAES enable:              Disabled\n"
+              "Port ID:                 1\nmount status:            dismounted\nAES enable:              Enabled\n"
+              "Port ID:                 2\nmount status:            mounted\n"
+              "entry id:                1\nAES enable:              Disabled\n",
+              run(doAESPort, "aesport -o getcfg").printed);
+    seam.statuses["KT_AES_OnlyGetEntryInfo"] = 241;
+    EXPECT_EQ("\nGet configure of AES entry 1 failed (error 241: entry out of range).\n",
+              run(doAESPort, "aesport -o dismount -i 0").printed);
+    EXPECT_EQ("\nGet configure of AES entry 0 failed (error 241: entry out of range).\n",
+              run(doAESEntry, "aesentry -o getinfo").printed);
+    seam.statuses["KT_AES_OnlyGetPortInfo"] = 242;
+    EXPECT_EQ(242, run(doAESPort, "aesport -o set -i 3 --aeson").result);
+    EXPECT_EQ("KT_AES_OnlyGetPortInfo 3", seam.calls.back());
+    seam.aesOverview = {{{255, 255}, {255, 255}, {255, 255}, {255, 255}}, {}, {}};
+    EXPECT_EQ("\nNo port is found\n", run(doAESPort, "aesport -o getcfg").printed);
+}

@@ -1,0 +1,37 @@
+// A library made of recordings: every call notes its name and what it was handed, and answers the status set for it.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Public/common.h"
+
+struct Seam {
+    std::vector<std::string> calls;          // "KT_AES_ClearLink 3", in order
+    std::map<std::string, KT_U8> statuses;   // by name; KT_OK when absent
+    std::map<std::string, std::string> sent; // the bytes of the last record handed to a call, by "name.argument"
+    // What the library answers.
+    _aes_entry_info aesOverview = {};
+    _HBA_Info_Page page = {};
+    std::vector<_LD_Info> lds;
+    std::vector<_LD_STATUS> ldStatuses;
+    std::vector<_HD_RAID_STATUS> disks;
+    std::vector<_Block_Info> blocks;
+};
+extern Seam seam;
+
+struct Outcome {
+    int result;
+    std::string printed;
+    std::string words; // the bytes left in the words behind the command word
+};
+
+// Runs a handler on the words of a command line, split as the shell splits them.
+Outcome run(CommandHandler handler, const std::string& line);
+
+// A record's bytes, for comparison with what was sent.
+template <class Record>
+std::string bytesOf(const Record& record) {
+    return {reinterpret_cast<const char*>(&record), sizeof record};
+}

@@ -1,0 +1,132 @@
+#include "Public/fileName.h"
+#include "Public/newFile.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+struct ScratchFolder : testing::Test {
+    char folder[32] = "/tmp/ktfileXXXXXX";
+    std::string path;
+    void SetUp() override {
+        ASSERT_NE(mkdtemp(folder), nullptr);
+        path = std::string(folder) + "/image";
+    }
+    void TearDown() override {
+        unlink(path.c_str());
+        rmdir(folder);
+    }
+    bool exists() const {
+        struct stat status;
+        return lstat(path.c_str(), &status) == 0;
+    }
+};
+using NewFiles = ScratchFolder;
+
+TEST(FileName, TakesAQuotedNameUpToTheClosingQuote) {
+    EXPECT_EQ(unquotedName("plain\"x"), "plain\"x");
+    EXPECT_EQ(unquotedName("\"my file\""), "my file");
+    EXPECT_EQ(unquotedName("\"my file\"rest"), "my file");
+    EXPECT_EQ(unquotedName("\"open end"), "open end");
+    EXPECT_EQ(unquotedName("\""), "");
+    EXPECT_EQ(unquotedName(""), "");
+}
+
+TEST(FileName, ExpandsLikeAShellButRunsNothing) {
+    setenv("KT_TEST_NAME", "value", 1);
+    std::string path = "untouched";
+    EXPECT_TRUE(expandName("${KT_TEST_NAME}.bin second", path));
+    EXPECT_EQ(path, "value.bin");
+    EXPECT_TRUE(expandName("no*such*file", path));
+    EXPECT_EQ(path, "no*such*file");
+    path = "untouched";
+    for (const char* name : {"", "  ", "$(echo x)", "`echo x`", "a;b", "a|b", "$KT_TEST_UNSET", "'open"}) {
+        EXPECT_FALSE(expandName(name, path)) << name;
+        EXPECT_EQ(path, "untouched");
+    }
+    EXPECT_EQ(shownName("a\x1b[m\n\xc3\xa9"), "a?[m?\xc3\xa9");
+}
+
+TEST_F(NewFiles, AreNeverMadeOverSomething) {
+    NewFile file = {};
+    ASSERT_EQ(createNewFile(path.c_str(), file), Created::Yes);
+    EXPECT_TRUE(writeNewFile(file, "whole", 5));
+    EXPECT_TRUE(keepNewFile(file));
+    struct stat status;
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_size, 5);
+    EXPECT_EQ(status.st_mode & 0133, 0u);
+    EXPECT_EQ(createNewFile(path.c_str(), file), Created::Exists);
+    ASSERT_EQ(unlink(path.c_str()), 0);
+    ASSERT_EQ(symlink("nowhere", path.c_str()), 0);
+    EXPECT_EQ(createNewFile(path.c_str(), file), Created::Exists);
+    EXPECT_EQ(createNewFile((path + "/below").c_str(), file), Created::Failed);
+}
+
+TEST_F(NewFiles, AreGoneWhenDropped) {
+    NewFile file = {};
+    ASSERT_EQ(createNewFile(path.c_str(), file), Created::Yes);
+    EXPECT_TRUE(exists());
+    dropNewFile(file);
+    EXPECT_FALSE(exists());
+}
+
+// Runs body in a process of its own and returns how that ended.
+template <class Body>
+int endOf(Body body) {
+    const pid_t child = fork();
+    if (child == 0) _exit(body());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+TEST_F(NewFiles, AreGoneWhenASignalEndsTheProgram) {
+    for (int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+        const int status = endOf([&] {
+            NewFile file = {};
+            createNewFile(path.c_str(), file);
+            raise(number);
+            return 0;
+        });
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == number);
+        EXPECT_FALSE(exists());
+    }
+}
+
+TEST_F(NewFiles, StayWhenASignalComesLaterOrIsIgnored) {
+    const int status = endOf([&] {
+        NewFile file = {};
+        signal(SIGHUP, SIG_IGN);
+        createNewFile(path.c_str(), file);
+        raise(SIGHUP);
+        keepNewFile(file);
+        raise(SIGTERM);
+        return 0;
+    });
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    EXPECT_TRUE(exists());
+}
+
+TEST_F(NewFiles, ReportAFullDisk) {
+    const int status = endOf([&] {
+        const rlimit limit = {4096, 4096};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        NewFile file = {};
+        static const char page[8192] = {};
+        createNewFile(path.c_str(), file);
+        const bool written = writeNewFile(file, page, sizeof page);
+        dropNewFile(file);
+        return written ? 1 : 0;
+    });
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_FALSE(exists());
+}
+
+} // namespace
