@@ -1,32 +1,10 @@
 #include "Functions/info/infoListing.h"
 
 #include "Functions/info/info.h"
-#include "Public/vdBlocks.h"
 
 void printUnallocated(size_t bytes) {
     out("Unable to allocate buffer for %d bytes (error %d: %s).\n", static_cast<int>(bytes), KT_ERR_NO_RESOURCE,
         ErrorMessage(KT_ERR_NO_RESOURCE));
-}
-
-bool addParent(LineText& line, const _Link_Endpoint& parent) {
-    int id = parent.DevID;
-    int port = parent.PhyID[0];
-    switch (parent.DevType) {
-    case KT_LINK_HBA:
-        line.add("HBA port %d", port);
-        return true;
-    case KT_LINK_PM:
-        line.add("PM %d, port %d", id, port);
-        return true;
-    case KT_LINK_EXPANDER:
-        line.add("Expander %d, port %d", id, port);
-        return true;
-    case KT_LINK_ENCLOSURE:
-        line.add("enclosure %d, HBA port %d", id, port);
-        return true;
-    default:
-        return false;
-    }
 }
 
 const char* bgaWord(unsigned bga) {
@@ -121,17 +99,21 @@ static void addBlock(KT_U16 id, LineText& blocks, LineText& disks) {
 }
 
 void printLayoutLines(const _LD_Info* ld) {
-    const BlockSlots slots = blockSlots(*ld);
+    constexpr unsigned room = sizeof ld->BlockIDs / sizeof ld->BlockIDs[0];
+    // Firmware that does not count its blocks fills sixteen slots and marks the empty ones with an eight-bit id.
+    unsigned slots = ld->BlkCount == 0 ? 16 : ld->BlkCount;
+    KT_U16 empty = ld->BlkCount == 0 ? KT_U16{0xFF} : KT_U16{KT_NO_ID};
+    if (slots > room) slots = room;
     unsigned group = disksPerGroup(ld);
     LineText blocks;
     LineText disks;
-    for (unsigned i = 0; i < slots.count; ++i) {
-        if (ld->BlockIDs[i] == slots.empty) {
+    for (unsigned i = 0; i < slots; ++i) {
+        if (ld->BlockIDs[i] == empty) {
             disks.add("* ");
         } else {
             addBlock(ld->BlockIDs[i], blocks, disks);
         }
-        if (group != 0 && (i + 1) % group == 0 && i + 1 < slots.count) disks.add("| ");
+        if (group != 0 && (i + 1) % group == 0 && i + 1 < slots) disks.add("| ");
     }
     printStr(REPORT_WIDTH, "Block ids:", blocks.text);
     printNum(REPORT_WIDTH, "# of PDs:", ld->HDCount);

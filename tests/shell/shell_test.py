@@ -1,0 +1,128 @@
+"""The interactive shell: prompt, history, completion, quotes, questions and the end of input."""
+import os
+import resource
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+# Debian's package belongs to its own interpreter, which need not be the first one found.
+sys.path.append("/usr/lib/python3/dist-packages")
+import pexpect  # noqa: E402
+
+PROGRAM = os.path.join(os.environ["BIN"], "ktsetup")
+
+
+class ShellTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.environment = dict(os.environ, KTRAID_SIM=os.path.join(self.folder.name, "state.db"), TERM="dumb",
+                                HOME=self.folder.name, LC_ALL="C", TZ="UTC")
+
+    def shell(self):
+        child = pexpect.spawn(PROGRAM, env=self.environment, encoding="utf-8", timeout=20, echo=False)
+        self.addCleanup(child.close, force=True)
+        child.expect_exact("> ")
+        return child
+
+    def say(self, child, line, answer):
+        child.sendline(line)
+        child.expect_exact(answer)
+        child.expect_exact("> ")
+
+    def piped(self, text):
+        done = subprocess.run([PROGRAM], input=text, env=self.environment, capture_output=True, text=True, timeout=60)
+        return done.returncode, done.stdout
+
+    def test_lines_are_read_until_exit(self):
+        child = self.shell()
+        self.assertIn("CLI Version: 4.1.0.15   RaidAPI Version: ", child.before)
+        self.assertIn("Welcome to RAID Command Line Interface.", child.before)
+        self.say(child, "", "Type 'exit' to exit CLI.")
+        self.say(child, 'create -n "My', "Invalid quoted string.")
+        self.say(child, " ver", "Ambiguous command ''!")
+        self.say(child, "VER", "CLI Version: 4.1.0.15   RaidAPI Version: ")
+        self.say(child, "adapter", "Current default adapter ID for CLI commands: 0")
+        child.sendline("EXIT")
+        child.expect(pexpect.EOF)
+        child.close()
+        self.assertEqual(child.exitstatus, 255)
+
+    def test_history_brings_lines_back(self):
+        child = self.shell()
+        self.say(child, "error -c 9", "Error code 9: Invalid physical disk id.")
+        self.say(child, "\x1b[A", "Error code 9: Invalid physical disk id.")
+        self.assertEqual([name for name in os.listdir(self.folder.name) if not name.startswith("state.db")], [])
+
+    def test_tab_completes_commands_options_and_objects(self):
+        child = self.shell()
+        self.say(child, "eve\t-h", "Get the current events.")
+        self.say(child, "info --obj\t ar\t", "Array Information")
+        self.say(child, "info -o hb\t", "Adapter ID:")
+
+    def test_the_command_set_follows_the_adapter(self):
+        child = self.shell()
+        self.say(child, "message -x", "message: invalid option -- 'x'")
+        child.sendline("adapter -i 1")
+        child.expect_exact("> ")
+        self.say(child, "message", "Invalid command 'message'!")
+        self.say(child, "adapter -i 9", "Adapter 9 does not exist.")
+
+    def test_the_end_of_input_goes_on_prompting_without_spinning(self):
+        child = self.shell()
+        child.sendeof()
+        child.expect_exact("> ")
+        self.say(child, "ver", "CLI Version")
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
+        process = subprocess.Popen([PROGRAM], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, env=self.environment)
+        time.sleep(3)
+        process.kill()
+        output = process.communicate()[0]
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        self.assertGreater(output.count(b"> "), 2)
+        self.assertLess(output.count(b"> "), 100)
+        self.assertLess(after.ru_utime - before.ru_utime, 1.5)
+
+    def test_piped_lines_and_answers_are_each_seen_once(self):
+        status, output = self.piped("error -c 1\ndelete -o vd -i 3\nx\ny\ninfo -o vd -i 3\nver\nexit\n")
+        self.assertEqual(status, 255)
+        self.assertEqual(output.count("Please input y or n."), 1)
+        self.assertRegex(output, "elete VD 3")
+        self.assertEqual(output.count("CLI Version:"), 2)
+
+    def test_a_line_has_no_limit(self):
+        status, output = self.piped("x" * 100000 + "\nhelp " + "a " * 3000 + "\nver\nexit\n")
+        self.assertEqual(status, 255)
+        self.assertIn("Invalid command '" + "x" * 100000 + "'!", output)
+        self.assertEqual(output.count("No help available for 'a'"), 3000)
+
+    def test_output_that_is_lost_is_reported(self):
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([PROGRAM, "error", "-c", "1"], stdout=full, stderr=subprocess.PIPE,
+                                  env=self.environment, text=True)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(len(done.stderr.splitlines()), 1)
+        silent = subprocess.run([PROGRAM, "error", "-c", "1", "-output", "/nonexistent/file"], env=self.environment,
+                                capture_output=True, text=True)
+        self.assertEqual((silent.returncode, silent.stdout), (0, ""))
+
+    def test_output_is_appended_to_a_file(self):
+        path = os.path.join(self.folder.name, "out.txt")
+        for _ in range(2):
+            done = subprocess.run([PROGRAM, "1", "error", "-OUTPUT", path, "-c", "1"], env=self.environment,
+                                  capture_output=True, text=True)
+            self.assertEqual((done.returncode, done.stdout), (0, ""))
+        with open(path) as file:
+            text = file.read()
+        self.assertEqual(text.count("Error code 1: Failed."), 2)
+        self.assertEqual(text.count("SG driver version"), 2)
+        done = subprocess.run([PROGRAM, "-output", path], env=self.environment, capture_output=True, text=True)
+        self.assertEqual(done.returncode, 1)
+        with open(path) as file:
+            self.assertTrue(file.read().endswith("Invalid command!\n"))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,88 @@
+The report of an adapter.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ kt info -o HBA -i 0
+  Adapter ID:                          0
+  Product:                             1fa4-4780
+  Sub vendor ID:                       1fa4
+  Sub device ID:                       4780
+  Chip revision:                       B1
+  slot number:                         1
+  Max PCIe speed:                      8Gb/s
+  Current PCIe speed:                  8Gb/s
+  Max PCIe link:                       8X
+  Current PCIe link:                   8X
+  Driver version:                      4.1.0.2031
+  BIOS version:                        3.2.0.1017
+  Firmware version:                    4.1.15.2108
+  Boot loader version:                 2.1.0.1009
+  # of ports:                          8
+      Port 0 SAS address : 500A1F4000100000
+      Port 1 SAS address : 500A1F4000100001
+      Port 2 SAS address : 500A1F4000100002
+      Port 3 SAS address : 500A1F4000100003
+      Port 4 SAS address : 500A1F4000100004
+      Port 5 SAS address : 500A1F4000100005
+      Port 6 SAS address : 500A1F4000100006
+      Port 7 SAS address : 500A1F4000100007
+  Serial number:                       KS260100004711
+  Model:                               Tarn R8i
+  Buzzer:                              Supported
+  Supported port type:                 SATA SAS 
+  Supported RAID mode:                 RAID0 RAID1 RAID5 RAID6 RAID10 RAID50 RAID60 
+  Maximum disk in one VD:              32
+  Maximum parity disk for RAID6:       3
+  PM:                                  Not supported
+  Expander:                            Supported
+  Rebuild:                             Supported
+  Background init:                     Supported
+  Sync:                                Supported
+  Migrate:                             Supported
+  Media patrol:                        Supported
+  Foreground init:                     Supported
+  Copy back:                           Supported
+  Maximum supported disk:              128
+  Maximum supported VD:                64
+  Maximum supported array:             32
+  Maximum disk in one array:           32
+  Maximum VD in one array:             16
+  Max total blocks:                    1024
+  Features:                            rebuild,background init,synchronize,migration,media patrol,foreground init,copy back
+  Advanced features:                   event sense code,big stripe,flash bios,bbu,config in flash,cpu efficiency,ses2,module consolidate,image health,vd write cache,vd read cache,smart,rounding,hd set free,hd write cache,set spare,hot plug,ata pass through,access register,flash predata,raw update
+  Max buffer size:                     64
+  Stripe size supported:               16K 32K 64K 128K 256K 512K 1024K 
+  Image health:                        Healthy
+  Autoload image health:               Healthy
+  Boot loader image health:            Healthy
+  Firmware image health:               Healthy
+  Boot ROM image health:               Healthy
+  HBA info image health:               Healthy
+  
+  $ kt info -o hba | grep -A 12 'Adapter ID:  *1'
+  Adapter ID:                          1
+  Product:                             1fa4-4740
+  Sub vendor ID:                       1fa4
+  Sub device ID:                       4740
+  Chip revision:                       B1
+  slot number:                         2
+  Max PCIe speed:                      8Gb/s
+  Current PCIe speed:                  8Gb/s
+  Max PCIe link:                       8X
+  Current PCIe link:                   8X
+  Driver version:                      4.1.0.2031
+  BIOS version:                        1.4.0.1023
+  # of ports:                          4
+
+An adapter that cannot be read does not hide the others.
+
+  $ ktsim fault KT_Adapter_GetInfo 5 --adapter 0
+  $ kt info -o hba | head -n 4
+  
+  Could not get info for Adapter ID 0 (error 5: Data out of range)
+  Adapter ID:                          1
+  Product:                             1fa4-4740
+  $ kt info -o hba -i 0
+  
+  Could not get info for Adapter ID 0 (error 5: Data out of range)
+  [5]

@@ -1,0 +1,150 @@
+Physical disks, the blocks on them, and spares.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ kt info -o pd -i 0
+  
+  Physical Disk Information
+  ----------------------------
+  Adapter:             0
+  PD ID:               0
+  Type:                SAS
+  Linked at:           Expander 0, port 0
+  SAS address:         500C2A7100100000
+  Size:                1953514584 K
+  Write cache:         supported (on)
+  SMART:               supported (on)
+  NCQ:                 supported (on)
+  48 bits LBA:         supported
+  supported speed:     3 Gb/s, 6 Gb/s, 12 Gb/s
+  Current speed:       12 Gb/s
+  model:               Fulmar FX2000G-SAS
+  Serial:              SG00000000000
+  Firmware version:    FX12
+  Locate LED status:   off
+  Running OS:          no
+  PD valid size:       1953449048 K
+  Block ids:           4 
+  
+  $ calls | cut -d ' ' -f 1,2 | sed 1,6d
+  KT_PD_GetConfig a=0
+  KT_DiskHasOS a=0
+  KT_PD_GetBGAStatus a=0
+  KT_PD_GetFreeSpaceInfo a=0
+  KT_BLK_GetHDBlock a=0
+  KT_API_Finalize ->
+  $ kt 1 info -o hd | grep -e '^PD ID' -e Type -e Linked -e address -e Total
+  PD ID:               0
+  Type:                SATA
+  Linked at:           HBA port 0
+  PD ID:               1
+  Type:                SATA
+  Linked at:           HBA port 1
+  PD ID:               2
+  Type:                SATA SSD
+  Linked at:           HBA port 2
+  SSD Type:            1
+  PD ID:               3
+  Type:                SATA
+  Linked at:           PM 0, port 0
+  PD ID:               4
+  Type:                SATA
+  Linked at:           PM 0, port 1
+  PD ID:               5
+  Type:                SATA
+  Linked at:           PM 0, port 2
+  PD ID:               6
+  Type:                SATA
+  Linked at:           PM 0, port 3
+  PD ID:               7
+  Type:                SATA
+  Linked at:           PM 0, port 4
+  Total # of PD:       8
+  $ kt info -o blk -i 3
+  
+  Block Disk Information
+  -------------------------
+  Block ID:            3
+  PD ID:               8
+  VD ID:               1
+  Status:              0
+  Sector size:         512
+  Start LBA:           209715200
+  Size:                838860800 sectors
+  
+  $ kt 1 info -o blk | grep -e '^Block ID' -e '^VD ID' -e Total | paste - - | head -n 4
+  Block ID:            0\tVD ID:               0 (esc)
+  Block ID:            1\tVD ID:               0 (esc)
+  Block ID:            2\tVD ID:               1 (esc)
+  Block ID:            3\tVD ID:               1 (esc)
+  $ kt info -o spare
+  
+  Spare Drive Information
+  -------------------------
+  PD ID:               9
+  Spare type:          dedicated
+  Array ID:            1
+  In use:              no
+  
+  PD ID:               10
+  Spare type:          global
+  In use:              no
+  
+  Total # of spare:    2
+  
+  $ kt info -o spare -i 9
+  
+  Spare Drive Information
+  -------------------------
+  PD ID:               9
+  Spare type:          dedicated
+  Array ID:            1
+  In use:              no
+  
+  $ kt info -o spare -i 0
+  No spare drive is found.
+  $ lab troubled
+  $ kt info -o pd | grep -e patrol -e scrub
+  Media patrol:        running, 61% done
+  $ lab empty
+  $ kt info -o blk
+  No block disk is found.
+
+What the library refuses is told and ends the listing.
+
+  $ lab default
+  $ kt info -o pd -i 200
+  
+  Unable to get info of PD 200 (error 9: Invalid physical disk id)
+  [9]
+  $ ktsim fault KT_PD_GetConfig 19
+  $ kt info -o pd -i 0 | grep -e 'Write cache' -e SMART -e 'Current speed'
+  Write cache:         supported
+  SMART:               supported
+  Current speed:       unknown
+  $ ktsim fault KT_PD_GetFreeSpaceInfo 58 --after 2
+  $ kt info -o pd | grep -e '^PD ID' -e Unable -e Total
+  PD ID:               0
+  PD ID:               1
+  PD ID:               2
+  Unable to get info of PD 2 (error 58: Virtual disk is not ready to receive command)
+  $ ktsim fault clear
+  $ ktsim fault KT_PD_GetHDInfo 1
+  $ kt info -o pd
+  
+  Unable to get info of PD (error 1: Failed)
+  [1]
+  $ ktsim fault KT_BLK_GetInfo 12
+  $ kt info -o blk
+  
+  Unable to get info of block (error 12: Invalid block disk id)
+  [12]
+  $ kt info -o blk -i 3
+  
+  Unable to get info of block 3 (error 12: Invalid block disk id)
+  [12]
+  $ ktsim fault KT_PD_GetHDRaidStatus 9
+  $ kt info -o spare
+  
+  Unable to get info of spare (error 9: Invalid physical disk id)
+  [9]

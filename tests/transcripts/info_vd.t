@@ -1,0 +1,208 @@
+Virtual disks with their state and what they are busy with.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ kt info -o vd -i 1
+  
+  Virtual Disk Information
+  -------------------------
+  id:                  1
+  name:                scratch
+  array id:            0
+  status:              online
+  Stripe size:         64
+  RAID mode:           RAID1
+  Cache mode:          On 
+  size:                409600 M
+  BGA status:          N/A
+  Block ids:           2 3 
+  # of PDs:            2
+  PD RAID setup:       7 8 
+  Running OS:          no
+  
+  $ calls | cut -d ' ' -f 1,2 | sed 1,6d
+  KT_BLK_GetInfo a=0
+  KT_BLK_GetInfo a=0
+  KT_DiskHasOS a=0
+  KT_API_Finalize ->
+  $ kt 1 info -o ld -i 1
+  
+  Virtual Disk Information
+  -------------------------
+  id:                  1
+  name:                media
+  status:              degraded
+  Stripe size:         64
+  RAID mode:           RAID5
+  Cache mode:          On 
+  size:                1048576 M
+  BGA status:          running
+  Block ids:           2 3 4 
+  # of PDs:            3
+  PD RAID setup:       3 4 5 
+  Running OS:          no
+  BGA progress:    rebuilding is 37% done
+  
+  $ kt 1 info -o vd | grep -e '^id' -e Total -e 'PD RAID' -e BGA
+  id:                  0
+  BGA status:          N/A
+  PD RAID setup:       0 1 
+  id:                  1
+  BGA status:          running
+  PD RAID setup:       3 4 5 
+  BGA progress:    rebuilding is 37% done
+  id:                  2
+  BGA status:          N/A
+  PD RAID setup:       3 4 
+  id:                  3
+  BGA status:          N/A
+  PD RAID setup:       2 6 
+  Total # of VD:       4
+  $ lab troubled
+  $ kt info -o vd -i 2
+  
+  Virtual Disk Information
+  -------------------------
+  id:                  2
+  name:                migrating
+  array id:            2
+  status:              online
+  Stripe size:         64
+  RAID mode:           RAID0
+  Cache mode:          On 
+  size:                307200 M
+  BGA status:          running
+  Block ids:           4 5 
+  # of PDs:            2
+  PD RAID setup:       4 5 
+  Running OS:          no
+  BGA progress:    migration is 18% done
+  target virtual: 
+  id:                  2
+  name:                migrating
+  array id:            2
+  status:              online
+  Stripe size:         64
+  RAID mode:           RAID5
+  Cache mode:          On 
+  size:                307200 M
+  BGA status:          N/A
+  Block ids:           4 5 6 
+  # of PDs:            3
+  PD RAID setup:       4 5 6 
+  Running OS:          no
+  
+  $ kt info -o vd | grep -e 'BGA progress' -e '^status'
+  status:              degraded
+  status:              degraded
+  BGA progress:    rebuilding is 42% done
+  status:              online
+  BGA progress:    migration is 18% done
+  status:              online
+  status:              offline
+  status:              online
+  BGA progress:    synchronizing is 73% done
+  status:              online
+  BGA progress:    initializing is paused at 5%
+  status:              online
+  $ kt 1 info -o vd | grep -e 'BGA progress' -e '^status' -e 'Last write'
+  status:              degraded
+  status:              conflicted
+  Last write time:     Mon Jan  5 08:00:00 2026
+  status:              plugin conflicted
+  Last write time:     Mon Jan  5 08:00:00 2026
+  status:              foreign
+  status:              importable foreign
+  status:              not importable foreign
+  status:              offline
+  status:              partially optimal
+  status:              using table
+  status:              online
+  status:              online
+  BGA progress:    synchronizing is aborted
+  status:              degraded
+  BGA progress:    rebuilding is interrupted
+  $ kt 1 info -o vd -i 9
+  
+  Virtual Disk Information
+  -------------------------
+  id:                  9
+  name:                initializing
+  status:              online
+  Tandem mode:         tandemix hybrid
+  size:                51200 M
+  initializing status: 88% done
+  Block ids:           19 20 
+  # of PDs:            2
+  PD RAID setup:       11 7 
+  Running OS:          no
+  
+  $ lab none
+  $ kt info -o vd
+  SG driver version 3.5.36.
+  
+  Unable to get info of vd (error 13: Invalid adapter id)
+  [13]
+  $ lab empty
+  $ kt info -o vd
+  No virtual disk is found.
+  $ kt info -o array
+  No array is found.
+  $ kt info -o spare
+  No spare drive is found.
+
+What the library refuses is told and ends the listing.
+
+  $ lab troubled
+  $ kt info -o vd -i 200
+  
+  Unable to get info of vd 200 (error 8: Invalid virtual disk id)
+  [8]
+  $ ktsim fault KT_LD_GetInfo 58
+  $ kt info -o vd
+  
+  Unable to get info of vd (error 58: Virtual disk is not ready to receive command)
+  [58]
+  $ ktsim fault clear
+  $ ktsim fault KT_LD_GetStatus 61
+  $ kt info -o vd -i 1 | tail -n 1
+  Failed to get status for LD 1 (error 61: Virtual disk is currently having BGA).
+  $ kt info -o vd | grep -e '^id' -e Failed -e Total -e Unable
+  id:                  0
+  id:                  1
+  Failed to get status for LD 1 (error 61: Virtual disk is currently having BGA).
+  $ ktsim fault clear
+  $ ktsim fault KT_BLK_GetInfo 12 --times 1
+  $ ktsim fault KT_DiskHasOS 1
+  $ ktsim fault KT_LD_GetTargetLDInfo 1
+  $ kt info -o vd -i 2
+  
+  Virtual Disk Information
+  -------------------------
+  id:                  2
+  name:                migrating
+  array id:            2
+  status:              online
+  Stripe size:         64
+  RAID mode:           RAID0
+  Cache mode:          On 
+  size:                307200 M
+  BGA status:          running
+  Block ids:           4 5 
+  # of PDs:            2
+  PD RAID setup:       ? 5 
+  Running OS:          unknown
+  BGA progress:    migration is 18% done
+  
+  $ kt 1 info -o tandem | grep -e '^id' -e 'Tandem mode' -e 'initializing' -e Total
+  id:                  8
+  Tandem mode:         tandemix safe
+  initializing status: N/A
+  id:                  9
+  name:                initializing
+  Tandem mode:         tandemix hybrid
+  initializing status: 88% done
+  Total # of tandem:   2
+  $ ktsim fault KT_LD_GetStatus 58
+  $ kt 1 info -o tandem | tail -n 1
+  Could not get tandem info for VD ID 8 (error 58: Virtual disk is not ready to receive command)
