@@ -52,7 +52,7 @@ static void printSenseData(const _Event& event) {
     printStr(13, "Sense Code : %s\n", text);
 }
 
-static void evt_printf(const _Event* event) {
+void evt_printf(const _Event* event) {
     char description[EVENT_TEXT_SIZE];
     composeEvent(*event, description);
     printNum(13, "Sequence:", event->SequenceNo);

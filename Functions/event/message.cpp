@@ -23,7 +23,7 @@ static void printText(int width, const char* label, const char (&text)[N]) {
     printStr(width, label, fieldText(shown, reinterpret_cast<const KT_U8*>(text), N));
 }
 
-static void msg_printf(const _Event_Message* message) {
+void msg_printf(const _Event_Message* message) {
     printNum(13, "Sequence:", message->SequenceNo);
     printText(13, "Time:", message->time);
     printStr(13, "Level:", severityText(message->Severity));
