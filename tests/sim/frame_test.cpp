@@ -1,0 +1,203 @@
+/* The frame around every call: checks, faults, time, trace. */
+#include "adapter/activity.h"
+#include "call.h"
+#include "clock.h"
+#include "events.h"
+#include "lab.h"
+#include "process.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace sim;
+
+static KT_U8 listVds(_LD_Info_Request* request, KT_U16 from, KT_U16 records) {
+    request->header = {0, KT_REQUEST_LIST, from, records, 0, 0, {}};
+    return KT_LD_GetInfo(0, request);
+}
+
+struct CallFrame : testing::Test {
+    ScratchFolder folder;
+    std::string trace = folder.path + "/trace";
+    std::vector<unsigned char> buffer = std::vector<unsigned char>(sizeof(_RequestHeader) + 8 * sizeof(_LD_Info));
+    _LD_Info_Request* request = reinterpret_cast<_LD_Info_Request*>(buffer.data());
+
+    void SetUp() override { ASSERT_EQ(KT_API_Initialize(), KT_OK); }
+    void TearDown() override {
+        KT_API_Finalize();
+        unsetenv("KTRAID_SIM_TRACE");
+    }
+    void setFaults(std::vector<Fault> faults) const {
+        Store* store = openExistingStore(folder.path + "/state.db");
+        beginTransaction(*store, Access::Write);
+        for (const Fault& fault : faults)
+            addFault(*store, fault);
+        commitTransaction(*store);
+        closeStore(store);
+    }
+    std::string lastLine() const {
+        std::ifstream file(trace);
+        std::string line;
+        std::string last;
+        while (std::getline(file, line))
+            last = line;
+        return last;
+    }
+};
+
+TEST_F(CallFrame, RefusesWhatNoBodyShouldSee) {
+    EXPECT_EQ(KT_LD_GetInfo(0, nullptr), KT_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(KT_LD_GetInfo(2, request), KT_ERR_INVALID_ADAPTER);
+    EXPECT_EQ(listVds(request, 0, 0), KT_ERR_NUM_REQUESTED);
+    request->header = {0, 3, 0, 1, 0, 0, {}};
+    EXPECT_EQ(KT_LD_GetInfo(0, request), KT_ERR_REQUEST_TYPE);
+    request->header = {0, KT_REQUEST_ITEM, 99, 1, 0, 0, {}};
+    EXPECT_EQ(KT_LD_GetInfo(0, request), KT_ERR_INVALID_VD);
+    KT_API_Finalize();
+    EXPECT_EQ(listVds(request, 0, 1), KT_ERR_INVALID_REQUEST);
+    EXPECT_EQ(KT_Adapter_GetCount(), 0);
+}
+
+TEST_F(CallFrame, ListsPagesThatEndWhereTheRecordsEnd) {
+    EXPECT_EQ(listVds(request, 0, 3), KT_OK);
+    EXPECT_EQ(request->header.numReturned, 3);
+    EXPECT_EQ(request->header.nextStartingIndex, 3);
+    EXPECT_EQ(listVds(request, 3, 1), KT_OK);
+    EXPECT_EQ(request->header.numReturned, 1);
+    EXPECT_EQ(request->header.nextStartingIndex, KT_LIST_END);
+    EXPECT_EQ(listVds(request, 4, 8), KT_OK);
+    EXPECT_EQ(request->header.numReturned, 0);
+    EXPECT_EQ(request->header.nextStartingIndex, KT_LIST_END);
+}
+
+TEST_F(CallFrame, StrikesWithFaultsWhenAndWhereTheyAreSet) {
+    Fault fault = {"KT_LD_GetInfo", FAULT_STATUS, 5, 0, 0, 1, 2, 0};
+    Fault other = {"KT_LD_GetInfo", FAULT_STATUS, 9, 1, 0, 0, 0, 0};
+    setFaults({fault, other});
+    std::vector<int> statuses;
+    for (int i = 0; i < 4; i++)
+        statuses.push_back(listVds(request, 0, 1));
+    EXPECT_EQ(statuses, (std::vector<int>{0, 5, 5, 0}));
+    EXPECT_EQ(KT_LD_GetInfo(1, request), 9);
+    EXPECT_EQ(KT_LD_GetInfo(1, request), 9);
+}
+
+TEST_F(CallFrame, SpoilsAnswersAsFaultsSay) {
+    setFaults({{"KT_LD_GetInfo", FAULT_COUNT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0}});
+    EXPECT_EQ(listVds(request, 0, 2), KT_OK);
+    EXPECT_EQ(request->header.numReturned, 1002);
+    setFaults({{"KT_LD_GetInfo", FAULT_NEXT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0}});
+    EXPECT_EQ(listVds(request, 1, 2), KT_OK);
+    EXPECT_EQ(request->header.nextStartingIndex, 1);
+    setFaults({{"KT_LD_GetInfo", FAULT_TEXT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0}});
+    EXPECT_EQ(listVds(request, 0, 2), KT_OK);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(request->ldInfo[0].Name), 16), std::string(16, 'X'));
+    EXPECT_EQ(listVds(request, 0, 2), KT_OK);
+    EXPECT_EQ(request->ldInfo[0].Name[0], 'b');
+}
+
+TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
+    const auto write = [](KT_U8 status, bool keep) {
+        return call("KT_LD_Delete", 0, Access::Write, {}, [&](Context& context) {
+            save(context, 77, VdState{});
+            context.keepOnFailure = keep;
+            return status;
+        });
+    };
+    Store* store = openExistingStore(folder.path + "/state.db");
+    setOpenState(store);
+    EXPECT_EQ(write(KT_ERR_VD_BUSY, false), KT_ERR_VD_BUSY);
+    EXPECT_FALSE(find<VdState>(*store, 0, 77));
+    EXPECT_EQ(write(KT_ERR_VD_BUSY, true), KT_ERR_VD_BUSY);
+    EXPECT_TRUE(find<VdState>(*store, 0, 77));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(call("KT_LD_GetInfo", 0, Access::Read, {},
+                   [](Context& context) { return erase<VdState>(context, 77) ? KT_OK : KT_ERR_FAILED; }),
+              KT_ERR_FAILED);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("only reads"), std::string::npos);
+    EXPECT_TRUE(find<VdState>(*store, 0, 77));
+    setOpenState(nullptr);
+    closeStore(store);
+}
+
+TEST_F(CallFrame, TracesOneLineACall) {
+    setenv("KTRAID_SIM_TRACE", trace.c_str(), 1);
+    request->header = {0, KT_REQUEST_ITEM, 2, 1, 0, 0, {}};
+    KT_LD_GetInfo(0, request);
+    const std::string head = "KT_LD_GetInfo a=0 request=00020200010000000000000000000000 -> 0 "
+                             "request=0002020001000100ffff000000000000";
+    EXPECT_EQ(lastLine().substr(0, head.size()), head);
+    EXPECT_EQ(lastLine().size(), head.size() + 2 * sizeof(_LD_Info));
+    KT_LD_Delete(1, 99, 1);
+    EXPECT_EQ(lastLine().substr(0, 38), "KT_LD_Delete a=1 vd=99 stopBga=1 -> " + lastLine().substr(36, 2));
+    KT_LD_GetInfo(0, nullptr);
+    EXPECT_EQ(lastLine(), "KT_LD_GetInfo a=0 request=null -> 7");
+    KT_API_Finalize();
+    EXPECT_EQ(lastLine(), "KT_API_Finalize -> 0");
+}
+
+TEST_F(CallFrame, TracesNoSecretsAndNoWholeImages) {
+    setenv("KTRAID_SIM_TRACE", trace.c_str(), 1);
+    _AES_Entry_Config entry = {1, 3, {}, "key", "password"};
+    const KT_U8 password[32] = "password";
+    KT_AES_SetEntryConfig(1, &entry, password);
+    EXPECT_NE(lastLine().find("config=0103000000000000****"), std::string::npos);
+    EXPECT_EQ(lastLine().find("6b6579"), std::string::npos);
+    EXPECT_EQ(lastLine().find("70617373"), std::string::npos);
+    auto page = std::make_unique<_Flash_Data>();
+    page->Size = 9;
+    page->PageNum = 2;
+    memcpy(page->Data, "123456789", 9);
+    KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIOS, page.get());
+    EXPECT_NE(lastLine().find("page=090000000200000000000000+9:cbf43926 -> "), std::string::npos) << lastLine();
+    page->Size = 0xFFFFFFFF;
+    KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIOS, page.get());
+    EXPECT_NE(lastLine().find("+196608:"), std::string::npos);
+    KT_U8 type = 0;
+    KT_U32 major = 0;
+    KT_U16 word = 0;
+    KT_Flash_GetHeaderInfo("a\n\"b\\\x1b", &type, &major, &word, &word, &word, &word);
+    EXPECT_NE(lastLine().find("path=\"a\\x0a\\x22b\\x5c\\x1b\" -> "), std::string::npos) << lastLine();
+}
+
+TEST(ClockOf, RunsFromItsBaseAtItsSpeed) {
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}}, 1750), 5750U);
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 60500, 0, {}}, 3000), 5000U + 121000);
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 1, {}}, 9999), 5000U);
+    /* The machine's clock was set back: time stands rather than running backwards. */
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}}, 10), 5000U);
+    EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}}, NEVER / 2), NEVER - 1);
+}
+
+TEST(ActivityOf, ProgressesAndEndsByItsSpeed) {
+    Activity job = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 1000, 250, 10000, 3, 0};
+    EXPECT_EQ(activityPercent(job, 10000), 25U);
+    EXPECT_EQ(activityDone(job, 10999), 252U);
+    EXPECT_EQ(activityEnd(job), 10000U + 250000);
+    EXPECT_EQ(activityPercent(job, activityEnd(job) - 1), 99U);
+    EXPECT_EQ(activityPercent(job, activityEnd(job)), 100U);
+    EXPECT_EQ(activityDone(job, 9), 250U);
+    job.state = KT_STATE_PAUSED;
+    EXPECT_EQ(activityDone(job, 99999), 250U);
+    EXPECT_EQ(activityEnd(job), NEVER);
+    job = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 7, 3, 0, 1, 0};
+    EXPECT_EQ(activityPercent(job, 0), 42U);
+    job.work = 0;
+    EXPECT_EQ(activityPercent(job, 0), 100U);
+}
+
+TEST(EventLog, KeepsTheNewestInOrder) {
+    const BuiltInLab lab{"lab", R"({"adapters": [{}, {}]})"};
+    Store* store = openMemoryStore(fillFromLab, &lab);
+    beginTransaction(*store, Access::Write);
+    const Context context{*store, 1, 5000};
+    for (unsigned i = 0; i < EVENTS_KEPT + 10; i++)
+        logEvent(context, EVT_MISC, static_cast<KT_U16>(i), 1, SEV_INFO);
+    EXPECT_EQ(count<_Event>(context), EVENTS_KEPT);
+    EXPECT_EQ(lastRow(*store, 1, KIND_EVENT), EVENTS_KEPT + 11);
+    EXPECT_EQ(find<_Event>(context, EVENTS_KEPT + 11)->TimeStamp, 5U);
+    EXPECT_EQ(count<_Event>(Context{*store, 0, 0}), 1U);
+    commitTransaction(*store);
+    closeStore(store);
+}

@@ -1,0 +1,192 @@
+#include "store.h"
+
+#include "lab.h"
+#include "process.h"
+
+#include <csignal>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace sim;
+
+static std::string readFile(const std::string& path) {
+    if (std::filesystem::is_directory(path)) return {};
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+static void writeFile(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+static void sql(const std::string& path, const char* statement) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db, statement, nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
+}
+
+struct StateFile : testing::Test {
+    ScratchFolder folder;
+    std::string path = folder.path + "/state.db";
+
+    void TearDown() override { KT_API_Finalize(); }
+    void make() const { closeStore(openStore(path, fillFromLab, labNamed("default"))); }
+    /* What the library says when it will not open the state, having left it as it was. */
+    std::string refusal() const {
+        const std::string before = readFile(path);
+        testing::internal::CaptureStderr();
+        EXPECT_NE(KT_API_Initialize(), KT_OK);
+        EXPECT_EQ(readFile(path), before);
+        return testing::internal::GetCapturedStderr();
+    }
+};
+
+TEST_F(StateFile, IsMadeWithItsFoldersForTheUserAlone) {
+    path = folder.path + "/a/b/state.db";
+    make();
+    struct stat info = {};
+    ASSERT_EQ(stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600U);
+    ASSERT_EQ(stat((folder.path + "/a/b").c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0700U);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path + "/a/b"), {}), 1);
+}
+
+TEST_F(StateFile, OfAnotherKindOrVersionIsRefusedAndKept) {
+    sql(path, "CREATE TABLE mine (x); INSERT INTO mine VALUES (1)");
+    EXPECT_NE(refusal().find("is not a state of the simulated adapters"), std::string::npos);
+    writeFile(path, "");
+    EXPECT_NE(refusal().find("is not a state of the simulated adapters"), std::string::npos);
+    writeFile(path, std::string(5000, 'x'));
+    EXPECT_NE(refusal().find("file is not a database"), std::string::npos);
+    std::filesystem::remove(path);
+    make();
+    sql(path, "PRAGMA user_version = 99");
+    EXPECT_NE(refusal().find("this state has version 99"), std::string::npos);
+    sql(path, "PRAGMA user_version = 1; DELETE FROM record WHERE adapter = 255");
+    EXPECT_NE(refusal().find("damaged"), std::string::npos);
+    sql(path, "DROP TABLE record");
+    EXPECT_NE(refusal().find("no such table"), std::string::npos);
+    std::filesystem::remove(path);
+    std::filesystem::create_directory(path);
+    EXPECT_NE(refusal().find("is not a file"), std::string::npos);
+}
+
+TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
+    make();
+    const std::string whole = readFile(path);
+    std::vector<unsigned char> buffer(sizeof(_RequestHeader) + 32 * sizeof(_HD_Info));
+    for (size_t at = 0; at < whole.size(); at += 509) {
+        std::string damaged = whole;
+        for (size_t i = at; i < std::min(at + 64, damaged.size()); i++)
+            damaged[i] = static_cast<char>(damaged[i] ^ 0x5A);
+        std::filesystem::remove(path + "-wal");
+        std::filesystem::remove(path + "-shm");
+        writeFile(path, damaged);
+        testing::internal::CaptureStderr();
+        if (KT_API_Initialize() == KT_OK) {
+            auto* request = reinterpret_cast<_HD_Info_Request*>(buffer.data());
+            request->header = {0, KT_REQUEST_LIST, 0, 32, 0, 0, {}};
+            KT_PD_GetHDInfo(0, request);
+            EXPECT_LE(request->header.numReturned, 32);
+            KT_API_RescanAdapter();
+            KT_API_Finalize();
+        }
+        testing::internal::GetCapturedStderr();
+    }
+}
+
+TEST_F(StateFile, RowOfAWrongSizeFailsItsCallOnly) {
+    make();
+    sql(path, "UPDATE record SET data = x'0102' WHERE adapter = 0 AND kind = 20 AND id = 1");
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    testing::internal::CaptureStderr();
+    _LD_Info_Request request = {};
+    request.header = {0, KT_REQUEST_ITEM, 1, 1, 0, 0, {}};
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_FAILED);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("damaged record"), std::string::npos);
+    request.header = {0, KT_REQUEST_ITEM, 0, 1, 0, 0, {}};
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_OK);
+}
+
+TEST_F(StateFile, FullDiskFailsTheCallAndKeepsTheState) {
+    make();
+    const int result = waitFor(startChild([] {
+        if (KT_API_Initialize() != KT_OK || KT_API_RescanAdapter() != KT_OK) return 1;
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit none = {4096, 4096};
+        setrlimit(RLIMIT_FSIZE, &none);
+        if (!freopen("/dev/null", "w", stderr)) return 9;
+        KT_U8 status = KT_OK;
+        for (int i = 0; i < 50 && status == KT_OK; i++)
+            status = KT_API_RescanAdapter();
+        if (status != KT_ERR_NO_RESOURCE) return 2;
+        return KT_API_GetRescanCount(0) >= 1 ? 0 : 3;
+    }));
+    EXPECT_EQ(result, 0);
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    EXPECT_EQ(KT_API_RescanAdapter(), KT_OK);
+}
+
+TEST_F(StateFile, CannotBeMadeOnAFullDisk) {
+    const int result = waitFor(startChild([] {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit none = {4096, 4096};
+        setrlimit(RLIMIT_FSIZE, &none);
+        if (!freopen("/dev/null", "w", stderr)) return 9;
+        return KT_API_Initialize() != KT_OK ? 0 : 1;
+    }));
+    EXPECT_EQ(result, 0);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path));
+}
+
+TEST_F(StateFile, IsMadeOnceByManyThatStartTogether) {
+    std::vector<pid_t> children;
+    for (int i = 0; i < 8; i++)
+        children.push_back(startChild([] { return KT_API_Initialize() != KT_OK || KT_API_RescanAdapter() != KT_OK; }));
+    for (const pid_t child : children)
+        EXPECT_EQ(waitFor(child), 0);
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    EXPECT_EQ(KT_API_GetRescanCount(0), 8U);
+    for (const auto& file : std::filesystem::directory_iterator(folder.path))
+        EXPECT_EQ(file.path().filename().string().rfind("state.db", 0), 0U) << file.path();
+    KT_API_Finalize();
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1);
+}
+
+TEST_F(StateFile, LosesNoUpdateOfTwoWriters) {
+    make();
+    static const int WRITERS = 4;
+    static const int CALLS = 250;
+    std::vector<pid_t> children;
+    for (int i = 0; i < WRITERS; i++)
+        children.push_back(startChild([] {
+            if (KT_API_Initialize() != KT_OK) return 1;
+            for (int call = 0; call < CALLS; call++)
+                if (KT_API_RescanAdapter() != KT_OK) return 2;
+            return 0;
+        }));
+    for (const pid_t child : children)
+        EXPECT_EQ(waitFor(child), 0);
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    EXPECT_EQ(KT_API_GetRescanCount(0), static_cast<KT_U32>(WRITERS * CALLS));
+}
+
+TEST_F(StateFile, ReadingNeitherWaitsForAWriterNorSeesHalfOfIt) {
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    _LD_Info_Request request = {};
+    request.header = {0, KT_REQUEST_ITEM, 0, 1, 0, 0, {}};
+    ASSERT_EQ(KT_LD_GetInfo(0, &request), KT_OK); /* what is due at the start has happened */
+    Store* writer = openExistingStore(path);
+    beginTransaction(*writer, Access::Write);
+    const Context context{*writer, 0, 0};
+    erase<_LD_Info>(context, 0);
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_OK);
+    commitTransaction(*writer);
+    closeStore(writer);
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_INVALID_VD);
+}
