@@ -46,6 +46,12 @@ inline ListRange oneItem(KT_U16 id) {
     return {false, id};
 }
 
+// The id that stands for every item where a command's ids end at 254.
+inline constexpr KT_U16 ALL_ITEMS = 255;
+inline ListRange itemRange(KT_U16 id) {
+    return id == ALL_ITEMS ? EVERYTHING : oneItem(id);
+}
+
 // Calls visit(record) -> bool for each record, in the library's order, page by page; a false ends the walk. Record is
 // the type of the records behind the request's header. More records than were asked for are not looked at, and a next
 // index that does not advance ends the walk, so it ends whatever the library answers.

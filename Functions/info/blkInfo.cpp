@@ -18,19 +18,9 @@ void Blk_PrintInfo(const _Block_Info* block) {
 KT_U8 getBlkInfo(KT_U16 id) {
     static const ListingWords words = {"No block disk is found.\n",
                                        "\nBlock Disk Information\n-------------------------\n", "Total # of block:"};
-    bool all = id == ALL_ITEMS;
-    ListingFrame frame = {words};
-    KT_U16 perPage = recordsPerPage(sizeof(_Block_Info));
-    auto print = [&](const _Block_Info& block) {
-        frame.begin();
-        Blk_PrintInfo(&block);
-        out("\n");
-        return true;
-    };
-    ListEnd end = walkList<_Block_Info>(KT_BLK_GetInfo, all ? EVERYTHING : oneItem(id), perPage, print);
-    frame.end(end, all);
+    ListEnd end = printListing<_Block_Info>(KT_BLK_GetInfo, id, words, Blk_PrintInfo);
     if (!refused(end)) return end.status;
-    if (all) {
+    if (id == ALL_ITEMS) {
         out("\nUnable to get info of block (error %d: %s)\n", end.status, ErrorMessage(end.status));
     } else {
         out("\nUnable to get info of block %d (error %d: %s)\n", id, end.status, ErrorMessage(end.status));

@@ -74,18 +74,9 @@ void DG_PrintInfo(const _DG_Info* dg) {
 KT_U8 getDGInfo(KT_U16 id) {
     static const ListingWords words = {"No array is found.\n", "\nArray Information\n-------------------------\n",
                                        "Total # of array:"};
-    bool all = id == ALL_ITEMS;
-    ListingFrame frame = {words};
-    KT_U16 perPage = recordsPerPage(sizeof(_DG_Info));
-    ListEnd end = walkList<_DG_Info>(KT_DG_GetInfo, all ? EVERYTHING : oneItem(id), perPage, [&](const _DG_Info& dg) {
-        frame.begin();
-        DG_PrintInfo(&dg);
-        out("\n");
-        return true;
-    });
-    frame.end(end, all);
+    ListEnd end = printListing<_DG_Info>(KT_DG_GetInfo, id, words, DG_PrintInfo);
     if (!refused(end)) return end.status;
-    if (all) {
+    if (id == ALL_ITEMS) {
         out("\nUnable to get info of array(error %d: %s)\n", end.status, ErrorMessage(end.status));
     } else {
         out("\nUnable to get info of array %d (error %d: %s)\n", id, end.status, ErrorMessage(end.status));

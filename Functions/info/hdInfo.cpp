@@ -3,28 +3,12 @@
 #include "Public/utility.h"
 
 static void printLinkedAt(const _HD_Info* disk) {
+    static constexpr KT_U8 NO_PARENT = 255;
     const _Link_Endpoint& parent = disk->Link.Parent;
-    int id = parent.DevID;
-    int port = parent.PhyID[0];
+    if (parent.DevType == NO_PARENT) return;
     LineText line;
-    switch (parent.DevType) {
-    case KT_LINK_HBA:
-        line.add("HBA port %d", port);
-        break;
-    case KT_LINK_PM:
-        line.add("PM %d, port %d", id, port);
-        break;
-    case KT_LINK_EXPANDER:
-        line.add("Expander %d, port %d", id, port);
-        break;
-    case KT_LINK_ENCLOSURE:
-        line.add("enclosure %d, HBA port %d", id, port);
-        break;
-    case 255:
-        return;
-    default:
-        line.add("unknown device, type %d, id %d, port %d", parent.DevType, id, port);
-        break;
+    if (!addParent(line, parent)) {
+        line.add("unknown device, type %d, id %d, port %d", parent.DevType, parent.DevID, parent.PhyID[0]);
     }
     printStr(REPORT_WIDTH, "Linked at:", line.text);
 }

@@ -2,6 +2,7 @@
 // library's status after printing what went wrong.
 #pragma once
 
+#include "Public/listing.h"
 #include "Public/options.h"
 
 int doInfo(int argc, char** argv, _cmd_struct* row);
@@ -9,8 +10,7 @@ extern const char info_sh[];
 extern const char info_help[];
 extern const OptionSet infoOptions;
 
-// Ids that stand for every item: disks have ids of their own up to 0xFFFE.
-inline constexpr KT_U16 ALL_ITEMS = 255;
+// Disks have ids of their own beyond 254, so every disk is another id than every item of the other kinds.
 inline constexpr KT_U16 ALL_DISKS = 0xFFFF;
 
 KT_U8 getAdapterInfo(KT_U16 id); // ALL_ITEMS = every adapter
@@ -39,3 +39,7 @@ void HD_PrintFreeInfo(const _HD_FreeSpaceInfo* space);
 void HD_Blk_PrintInfo(const _HD_Block_Info* blocks);
 void Blk_PrintInfo(const _Block_Info* block);
 void Spare_PrintInfo(const _HD_RAID_STATUS* spare);
+void PM_PrintInfo(const _PM_Info* pm);
+void Exp_PrintInfo(const _Exp_Info* expander);
+// The words for what the battery is doing, without a line break.
+void BBU_PrintStatus(const _BBU_Info* battery);

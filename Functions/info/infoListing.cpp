@@ -7,6 +7,27 @@ void printUnallocated(size_t bytes) {
         ErrorMessage(KT_ERR_NO_RESOURCE));
 }
 
+bool addParent(LineText& line, const _Link_Endpoint& parent) {
+    int id = parent.DevID;
+    int port = parent.PhyID[0];
+    switch (parent.DevType) {
+    case KT_LINK_HBA:
+        line.add("HBA port %d", port);
+        return true;
+    case KT_LINK_PM:
+        line.add("PM %d, port %d", id, port);
+        return true;
+    case KT_LINK_EXPANDER:
+        line.add("Expander %d, port %d", id, port);
+        return true;
+    case KT_LINK_ENCLOSURE:
+        line.add("enclosure %d, HBA port %d", id, port);
+        return true;
+    default:
+        return false;
+    }
+}
+
 const char* bgaWord(unsigned bga) {
     switch (bga) {
     case KT_BGA_REBUILD:

@@ -3,6 +3,7 @@
 
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
+#include "Public/output.h"
 
 inline constexpr int REPORT_WIDTH = 20;
 
@@ -15,9 +16,7 @@ struct ListingWords {
 
 void printUnallocated(size_t bytes);
 
-// Walks a list and prints its frame. print(record, bool& shown) -> bool prints one record; it clears `shown` for one
-// that is not of the listing's kind, and answers false to end the listing. `begin` has been called before anything is
-// printed of the first record.
+// What is printed around a walk: begin() before anything is printed of a record, end() once behind the walk.
 struct ListingFrame {
     const ListingWords& words;
     unsigned shown = 0;
@@ -39,6 +38,24 @@ struct ListingFrame {
 inline bool refused(const ListEnd& walked) {
     return walked.status != KT_OK && walked.unallocated == 0;
 }
+
+// Lists the item `id` (ALL_ITEMS = every one) within its frame: print(record) prints one, an empty line follows it.
+template <class Record, class Request, class Print>
+ListEnd printListing(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, const ListingWords& words, Print print) {
+    ListingFrame frame = {words};
+    ListEnd end = walkList<Record>(call, itemRange(id), recordsPerPage(sizeof(Record)), [&](const Record& record) {
+        frame.begin();
+        print(&record);
+        out("\n");
+        return true;
+    });
+    frame.end(end, id == ALL_ITEMS);
+    return end;
+}
+
+// Adds where the parent end of a link is: "Expander 2, port 5". False, and nothing added, for a kind of parent that is
+// not known.
+bool addParent(LineText& line, const _Link_Endpoint& parent);
 
 // A background activity's words, by its bit and by its state.
 const char* bgaWord(unsigned bga);

@@ -1,10 +1,84 @@
 #include "Functions/locate/locate.h"
 
-const char locate_sh[] = ":Locate the specified PD.";
-const char locate_help[] = "\n\n";
-static const option locate_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet locateOptions = {"\1:h", locate_long};
+#include <strings.h>
 
-int doLocate(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+#include "Public/errorMsg.h"
+#include "Public/utility.h"
+
+const char locate_sh[] = ":Locate the specified PD.";
+const char locate_help[] = "\nlocate -i <PD id> [-a <on|off>] [-h]\n\n"
+                           "Options:\n"
+                           "    -i, --id <PD id>\n"
+                           "        ID of the physical disk, decimal or hexadecimal (0x...).\n"
+                           "    -a, --action <on|off>\n"
+                           "        Turn the disk's locate LED on or off. Default: on.\n"
+                           "    -o, --object <pd>\n"
+                           "        Object to locate; only physical disks have a locate LED.\n"
+                           "    -h, --help\n\n"
+                           "Examples:\n"
+                           "    locate -i 3 -a on\n\n"
+                           "    Turn on the locate LED of physical disk 3.\n\n";
+
+static const option locate_long[] = {{"object", required_argument, nullptr, 'o'},
+                                     {"id", required_argument, nullptr, 'i'},
+                                     {"action", required_argument, nullptr, 'a'},
+                                     OUTPUT_OPTION,
+                                     HELP_OPTION,
+                                     END_OF_OPTIONS};
+static const char* const locate_objects[] = {"pd", nullptr};
+const OptionSet locateOptions = {
+    .letters = "\1:o:i:a:h", .longOptions = locate_long, .once = "oia", .objects = locate_objects};
+
+namespace {
+struct LocateOptions {
+    KT_U16 id = 0;
+    bool on = true;
+    bool actionRefused = false;
+};
+} // namespace
+
+static Take takeOption(int option, const char* value, LocateOptions& o) {
+    switch (option) {
+    case 'o':
+        return Take::Yes;
+    case 'i':
+        if (parseDecimalOrHex(value, o.id)) return Take::Yes;
+        out("-i: id should be a number\n");
+        return Take::Failed;
+    case 'a':
+        o.on = strcasecmp(value, "on") == 0;
+        if (!o.on && strcasecmp(value, "off") != 0) {
+            // The other options are still read, so that everything wrong is said at once.
+            out("-a: invalid action '%s'\n", value);
+            o.actionRefused = true;
+        }
+        return Take::Yes;
+    default:
+        return Take::Help;
+    }
+}
+
+static bool checkOptions(const OptionCounts& given, const LocateOptions& o) {
+    if (!givenOnce(locateOptions, given)) return false;
+    if (given['i'] == 0) {
+        out("missing PD id\n");
+        return false;
+    }
+    return !o.actionRefused;
+}
+
+int doLocate(int argc, char** argv, _cmd_struct* row) {
+    OptionCounts given;
+    int result = 0;
+    LocateOptions o;
+    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    if (!scanOptions(argc, argv, row, locateOptions, given, result, take)) return result;
+    if (!checkOptions(given, o)) return 1;
+    KT_U8 status = KT_LocateArrayDevice(gCurrentAdapter, KT_DEVICE_PD, o.id, o.on ? 1 : 0);
+    if (status != KT_OK) {
+        out("Failed to set LED status (error %d: %s)\n", status, ErrorMessage(status));
+        return status;
+    }
+    out("Success to set PD %d LED status \n", o.id);
+    return 0;
 }

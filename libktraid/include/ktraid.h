@@ -300,6 +300,18 @@ enum { KT_NVSRAM_WRITE = 0, KT_NVSRAM_READ = 1 };
 /* Kinds of the calls that name either a virtual or a physical disk */
 enum { KT_DEVICE_VD = 0, KT_DEVICE_PD = 1 };
 
+/* KT_PassThrough_ATA: the SMART RETURN STATUS command, and the Status of a disk that considers itself healthy */
+enum {
+    KT_ATA_SMART = 0xB0,
+    KT_SMART_RETURN_STATUS = 0xDA,
+    KT_SMART_LBA_MID = 0x4F,
+    KT_SMART_LBA_HIGH = 0xC2,
+    KT_ATA_HEALTHY = 'O'
+};
+
+/* _SMART_Attribute.Status: good, below its threshold now, below it in the past */
+enum { KT_SMART_GOOD = 0, KT_SMART_FAILING = 1, KT_SMART_FAILED_BEFORE = 2 };
+
 /* SES element types */
 enum {
     KT_SES_DEVICE = 0x01,
