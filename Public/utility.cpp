@@ -168,6 +168,10 @@ KT_U8 chooseBGAAction(const char* word) {
     return BGA_INVALID;
 }
 
+const char* BGAActionStr(KT_U8 action) {
+    return action <= BGA_STOP ? actionWords[action] : "";
+}
+
 void getPhyIdString(char* dst, const unsigned char* ids, unsigned char count) {
     *dst = '\0';
     for (unsigned i = 0; i < count; ++i) {

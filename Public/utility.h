@@ -89,6 +89,9 @@ enum BgaAction : KT_U8 {
 // The action of a word; BGA_INVALID for any other word.
 KT_U8 chooseBGAAction(const char* word);
 
+// The word of an action; "" for any other number.
+const char* BGAActionStr(KT_U8 action);
+
 // The ids in decimal separated by ", "; dst holds 5 bytes an id and at least 1.
 void getPhyIdString(char* dst, const unsigned char* ids, unsigned char count);
 

@@ -1,10 +1,73 @@
 #include "Functions/consistencyCheck/consistencyCheck.h"
 
-const char cc_sh[] = ":Start, stop, pause or resume VD Consistency Check.";
-const char cc_help[] = "\n\n";
-static const option cc_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet ccOptions = {"\1:h", cc_long};
+#include "Public/activity.h"
 
-int doCC(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+const char cc_sh[] = ":Start, stop, pause or resume VD Consistency Check.";
+const char cc_help[] = "\n\ncc [-o <vd>] [-a <start|stop|pause|resume|restart>] -l <VD id> [-t <sync|check>] [-h]\n\n"
+                       "Options:\n"
+                       "    -o, --object <vd>\n"
+                       "        What is checked: a virtual disk.\n"
+                       "    -a, --action <start|stop|pause|resume|restart>\n"
+                       "        What to do. If -a is not specified, the check is started.\n"
+                       "        A paused check can be resumed, an aborted one restarted.\n"
+                       "    -l, --id <VD id>\n"
+                       "        ID of the virtual disk.\n"
+                       "    -t, --type <sync|check>\n"
+                       "        sync  - repair what is found to be inconsistent (the default).\n"
+                       "        check - only look.\n"
+                       "    -h, --help\n\n"
+                       "Examples:\n"
+                       "    cc -l 0 -t check\n\n"
+                       "    Start a consistency check of virtual disk 0 that repairs nothing.\n\n"
+                       "    cc -a stop -l 0\n\n"
+                       "    Stop the consistency check of virtual disk 0.\n\n";
+
+static const option cc_long[] = {{"object", required_argument, nullptr, 'o'},
+                                 {"action", required_argument, nullptr, 'a'},
+                                 {"id", required_argument, nullptr, 'l'},
+                                 {"type", required_argument, nullptr, 't'},
+                                 OUTPUT_OPTION,
+                                 HELP_OPTION,
+                                 END_OF_OPTIONS};
+static const char* const cc_objects[] = {"vd", nullptr};
+const OptionSet ccOptions = {
+    .letters = "o:a:l:t:\1:h", .longOptions = cc_long, .once = "oalt", .required = "l", .objects = cc_objects};
+
+static constexpr ActivityCommand ccCommand = {
+    .options = ccOptions,
+    .target = ActivityTarget::VirtualDisk,
+    .invalidObject = "-o : invalid object '%s', should be VD\n",
+    .invalidId = "-l : invalid vd '%s'\n",
+    .invalidKind = "-t : invalid argument '%s'\n",
+    .infoFailed = "\nUnable to get info of VD %d (error %d: %s).\n",
+    .refusedRaid0 = "Consistency check for RAID 0 is not supported.\n",
+    .statusFailed = "\nUnable to get status of VD %d (error %d: %s).\n",
+    // The number tells the library whether to repair.
+    .kinds = {{"sync", 1, "Fix VD will stop Media patrol on PD. Do you want to continue?(y or n)\n"},
+              {"check", 0, "Check VD will stop Media patrol on PD. Do you want to continue?(y or n)\n"}},
+    .start = [](const ActivityRequest& request,
+                KT_U8 kind) { return KT_LD_StartConsistencyCheck(gCurrentAdapter, request.id, kind); },
+    .started = "Start consistency check\n",
+    .startFailed = "\nUnable to start consistency check on VD %d (error %d: %s)\n",
+    .words = {
+        .own = KT_BGA_CHECK_FIX | KT_BGA_CHECK,
+        .control = KT_LD_BGAControl,
+        .refusal = 0,
+        .busy = "\nVD %d is having background activities.\n",
+        .notOwn = "\nVD %d is not in consistency check mode.\n",
+        .idle = "\nVD %d is not having any background activity.\n",
+        .running = {"\nVD %d is having consistency check.\n",
+                    {{BGA_STOP, "Abort successfully\n", "\nAbort Consistency check on VD %d failed (error %d: %s).\n"},
+                     {BGA_PAUSE, "Pause successfully\n",
+                      "\nPause Consistency check on VD %d failed (error %d: %s).\n"}}},
+        .paused = {"\nConsistency check on VD %d is paused, resume it first.\n",
+                   {{BGA_RESUME, "Resume successfully\n",
+                     "\nUnable to resume consistency chec on VD %d (error %d: %s).\n"}}},
+        .aborted = {"\nVD %d consistency check is aborted and need to restart.\n",
+                    {{BGA_RESTART, "Restart successfully\n",
+                      "\nUnable to resume consistency chec on VD %d (error %d: %s).\n"}}},
+    }};
+
+int doCC(int argc, char** argv, _cmd_struct* row) {
+    return runActivityCommand(argc, argv, row, ccCommand);
 }

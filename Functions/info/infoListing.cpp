@@ -1,6 +1,7 @@
 #include "Functions/info/infoListing.h"
 
 #include "Functions/info/info.h"
+#include "Public/vdBlocks.h"
 
 void printUnallocated(size_t bytes) {
     out("Unable to allocate buffer for %d bytes (error %d: %s).\n", static_cast<int>(bytes), KT_ERR_NO_RESOURCE,
@@ -120,21 +121,17 @@ static void addBlock(KT_U16 id, LineText& blocks, LineText& disks) {
 }
 
 void printLayoutLines(const _LD_Info* ld) {
-    constexpr unsigned room = sizeof ld->BlockIDs / sizeof ld->BlockIDs[0];
-    // Firmware that does not count its blocks fills sixteen slots and marks the empty ones with an eight-bit id.
-    unsigned slots = ld->BlkCount == 0 ? 16 : ld->BlkCount;
-    KT_U16 empty = ld->BlkCount == 0 ? KT_U16{0xFF} : KT_U16{KT_NO_ID};
-    if (slots > room) slots = room;
+    const BlockSlots slots = blockSlots(*ld);
     unsigned group = disksPerGroup(ld);
     LineText blocks;
     LineText disks;
-    for (unsigned i = 0; i < slots; ++i) {
-        if (ld->BlockIDs[i] == empty) {
+    for (unsigned i = 0; i < slots.count; ++i) {
+        if (ld->BlockIDs[i] == slots.empty) {
             disks.add("* ");
         } else {
             addBlock(ld->BlockIDs[i], blocks, disks);
         }
-        if (group != 0 && (i + 1) % group == 0 && i + 1 < slots) disks.add("| ");
+        if (group != 0 && (i + 1) % group == 0 && i + 1 < slots.count) disks.add("| ");
     }
     printStr(REPORT_WIDTH, "Block ids:", blocks.text);
     printNum(REPORT_WIDTH, "# of PDs:", ld->HDCount);

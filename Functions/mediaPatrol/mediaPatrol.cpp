@@ -1,10 +1,56 @@
 #include "Functions/mediaPatrol/mediaPatrol.h"
 
-const char mp_sh[] = ":Start, stop, pause or resume media patrol for a physical disk.";
-const char mp_help[] = "\n\n";
-static const option mp_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet mpOptions = {"\1:h", mp_long};
+#include "Public/activity.h"
 
-int doMP(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+const char mp_sh[] = ":Start, stop, pause or resume media patrol for a physical disk.";
+const char mp_help[] = "\n\nmp [-a <start|stop|pause|resume|restart>] -d <PD id> [-h]\n\n"
+                       "Options:\n"
+                       "    -a, --action <start|stop|pause|resume|restart>\n"
+                       "        What to do. If -a is not specified, media patrol is started.\n"
+                       "        A paused media patrol can be resumed, an aborted one restarted.\n"
+                       "    -d, --pdid <PD id>\n"
+                       "        ID of the physical disk: a spare drive, or a disk of a VD or an array.\n"
+                       "    -h, --help\n\n"
+                       "Examples:\n"
+                       "    mp -d 3\n\n"
+                       "    Start media patrol on physical disk 3.\n\n"
+                       "    mp -a stop -d 3\n\n"
+                       "    Stop media patrol on physical disk 3.\n\n";
+
+static const option mp_long[] = {{"action", required_argument, nullptr, 'a'},
+                                 {"pdid", required_argument, nullptr, 'd'},
+                                 OUTPUT_OPTION,
+                                 HELP_OPTION,
+                                 END_OF_OPTIONS};
+const OptionSet mpOptions = {.letters = "a:d:\1:h", .longOptions = mp_long, .once = "ad", .required = "d"};
+
+static constexpr Line FAILED = "\nFailed to %s media patrol on PD %d (error %d: %s)\n";
+
+static constexpr ActivityCommand mpCommand = {
+    .options = mpOptions,
+    .target = ActivityTarget::Disk,
+    .invalidId = "-d : invalid pd id\n",
+    .feature = KT_FEATURE_MEDIA_PATROL,
+    .unsupported = "Media patrol is not supported.\n",
+    .statusFailed = "\nUnable to get status of PD %d.\n",
+    .wrongRole = "\nPD %d is not a spare or assigned disk.\n",
+    .start = [](const ActivityRequest& request, KT_U8) { return KT_PD_StartMediaPatrol(gCurrentAdapter, request.id); },
+    .started = "Start media patrol successfully\n",
+    .startFailed = "\nFailed to start media patrol on PD %d (error %d: %s)\n",
+    .words = {
+        .own = KT_PD_BGA_MEDIA_PATROL,
+        .control = KT_PD_BGAControl,
+        .refusal = 0,
+        .busy = "\nPD %d is currently having background activity.\n",
+        .notOwn = "\nPD %d is not in media patrol state.\n",
+        .idle = "\nPD %d is currently does not have any background activity.\n",
+        .running = {"\nMedai patrol is in progress on PD %d.\n",
+                    {{BGA_STOP, "Abort successfully\n", FAILED}, {BGA_PAUSE, "Pause successfully\n", FAILED}}},
+        .paused = {"\nMedia patrol on PD %d is currently paused\n", {{BGA_RESUME, "Resume successfully\n", FAILED}}},
+        .aborted = {"\nMedia patrol on PD %d is aborted and need to restart.\n",
+                    {{BGA_RESTART, "Restart successfully\n", FAILED}}},
+    }};
+
+int doMP(int argc, char** argv, _cmd_struct* row) {
+    return runActivityCommand(argc, argv, row, mpCommand);
 }

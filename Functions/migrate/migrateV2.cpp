@@ -1,10 +1,184 @@
 #include "Functions/migrate/migrateV2.h"
 
-const char migrateV2_sh[] = ":Start,pause or resume VD migration.";
-const char migrateV2_help[] = "\n\n";
-static const option migrateV2_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet migrateV2Options = {"\1:h", migrateV2_long};
+#include "Functions/migrate/migration.h"
+#include "Public/errorMsg.h"
+#include "Public/listing.h"
 
-int doMigrateV2(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+const char migrateV2_sh[] = ":Start,pause or resume VD migration.";
+const char migrateV2_help[] =
+    "\n\nmigrate [-a <start|stop|pause|resume|restart|size>] -l <array id> [-r <0|1|10|1E|5|50|6|60>]\n"
+    "        [-q <# of parity disks>] [-d <PD id list>] [-h]\n\n"
+    "Options:\n"
+    "    -a, --action <start|stop|pause|resume|restart|size>\n"
+    "        What to do. If -a is not specified, migration is started.\n"
+    "        size only reports how large the array would be.\n"
+    "        A paused migration can be resumed, an aborted one restarted.\n"
+    "    -l, --id <array id>\n"
+    "        ID of the array.\n"
+    "    -r, --raidmode <0|1|10|1E|5|50|6|60>\n"
+    "        The level to migrate to, the present one or one that is more redundant.\n"
+    "        If -r is not specified, the level stays as it is.\n"
+    "    -q, --paritydisks <# of parity disks>\n"
+    "        Number of parity disks: RAID6 (default 2) and RAID60 (default 4) only.\n"
+    "    -d, --pdid <PD id list>\n"
+    "        IDs of the target disks, separated by commas, all present member disks included.\n"
+    "        Needed to start.\n"
+    "    -h, --help\n\n"
+    "Examples:\n"
+    "    migrate -l 0 -r 5 -d 1,2,3\n\n"
+    "    Migrate array 0 to RAID5 on physical disks 1, 2 and 3.\n\n"
+    "    migrate -a pause -l 0\n\n"
+    "    Pause the migration of array 0.\n\n";
+
+const OptionSet migrateV2Options = {.letters = migrateLetters, .longOptions = migrate_long, .required = "l"};
+
+static constexpr MigrationCommand migrateV2Command = {
+    .options = migrateV2Options,
+    .use = USE_MIGRATE_ARRAY,
+    .unsupported = "Migration is not supported on adapter %d.\n",
+    .noDisks = "No target disk is specified.\n",
+    .degraded =
+        [](const char* from, const char* to) {
+            out("\n Abort migration!!! Redundancy level is degraded from %s to %s.\n", from, to);
+        },
+    // Some lines name the array, some keep "VD".
+    .words = {
+        .own = KT_BGA_MIGRATION,
+        .control = KT_DG_BGAControl,
+        .refusal = 1,
+        .busy = "\nVD %d is currently having background activity.\n",
+        .notOwn = "\nArray %d is not migrating (error %d: %s).\n",
+        .idle = "\nArray %d does not have any background activities.\n",
+        .running = {"\nMigration on VD %d is in progress.\n",
+                    {{BGA_STOP, "Abort successfully\n", "\nUnable to abort migration on VD %d (error %d: %s).\n"},
+                     {BGA_PAUSE, "Pause successfully\n", "\nUnable to pause migration on VD %d (error %d: %s).\n"}}},
+        .paused = {"\nMigration on array %d is currently paused.\n",
+                   {{BGA_RESUME, "Resume successfully\n",
+                     "\nUnable to resume migration on array %d (error %d: %s).\n"}}},
+        .aborted = {"\nMigration on array %d is aborted and need to restart.\n",
+                    {{BGA_RESTART, "Restart successfully\n",
+                      "\nUnable to restart migration on array %d (error %d: %s).\n"}}},
+    }};
+
+static KT_U8 readArray(MigrationRequest& request, _DG_Info& array) {
+    _DG_Info_Request answer;
+    KT_U8 status = getItem(KT_DG_GetInfo, request.id, answer);
+    if (status != KT_OK) {
+        out("\nUnable to get status of array %d (error %d: %s).\n", request.id, status, ErrorMessage(status));
+        return status;
+    }
+    array = answer.dgInfo[0];
+    completeMigration(migrateV2Command, array.RaidMode, request);
+    return KT_OK;
+}
+
+static _CreateOrModify_DG_Param migrationParam(const MigrationRequest& request) {
+    _CreateOrModify_DG_Param param = {};
+    param.DGID = request.id;
+    param.RaidMode = request.level;
+    param.NumParityDisk = request.parity;
+    param.PDCount = request.disks.count;
+    static_assert(sizeof param.PDIDs == sizeof request.disks.ids);
+    memcpy(param.PDIDs, request.disks.ids, request.disks.count * sizeof(KT_U16));
+    return param;
+}
+
+// Asks, on a record of its own, how large the result would be; a failure is reported.
+static KT_U8 askSize(const MigrationRequest& request, KT_U64& size) {
+    _CreateOrModify_DG_Param param = migrationParam(request);
+    KT_U8 status = KT_DG_StartMigration(gCurrentAdapter, &param, 1);
+    if (status != KT_OK) out("\nFailed to get migration size (error %d: %s).\n", status, ErrorMessage(status));
+    size = param.Size;
+    return status;
+}
+
+static int reportSize(const MigrationRequest& request) {
+    KT_U64 size = 0;
+    KT_U8 status = askSize(request, size);
+    if (status == KT_OK) out("Migrated size will be %lld M\n", static_cast<long long>(size));
+    return status;
+}
+
+static void findMembers(const MigrationRequest& request, const _DG_Info& array, MigrationMembers& members) {
+    constexpr int room = sizeof array.PDIDs / sizeof array.PDIDs[0];
+    for (int i = 0; i < array.PDCount && i < room; ++i) {
+        // A missing disk has left its place empty.
+        if (array.PDIDs[i] == KT_NO_ID) continue;
+        ++members.present;
+        addMember(request, array.PDIDs[i], members);
+    }
+}
+
+static bool checkNewDisk(KT_U16 disk, int& result) {
+    _HD_RAID_Status_Request answer;
+    KT_U8 status = getItem(KT_PD_GetHDRaidStatus, disk, answer);
+    if (status != KT_OK) {
+        out("Failed to get status for PD %d (error %d: %s)\n", disk, status, ErrorMessage(status));
+        result = status;
+        return false;
+    }
+    if ((answer.hdRaidStatus[0].Status & KT_PD_NOT_FREE) != 0) {
+        out("Target PD %d is not free.\n", disk);
+        result = 1;
+        return false;
+    }
+    _HD_FreeSpaceInfo space = {};
+    status = KT_PD_GetFreeSpaceInfo(gCurrentAdapter, disk, &space);
+    if (status != KT_OK) {
+        out("Unable to get size of PD %d (error %d: %s).\n", disk, status, ErrorMessage(status));
+        result = status;
+        return false;
+    }
+    return true;
+}
+
+// The checks of a start, up to the question. False after a message, with the result set.
+static bool checkStart(const MigrationRequest& request, const _DG_Info& array, MigrationMembers& members, int& result) {
+    result = 1;
+    if (array.BgaType != 0) {
+        say(migrateV2Command.words.busy, request.id, KT_OK);
+        return false;
+    }
+    KT_U64 size = 0;
+    // A size that cannot be had is said, but no reason to stop: the library decides.
+    if (askSize(request, size) == KT_OK && size < array.TotalManagedSpace) {
+        out("\nTarget VD size can not smaller than source VD.\n");
+        return false;
+    }
+    if (!checkMigrationTarget(migrateV2Command, array.RaidMode, request)) return false;
+    findMembers(request, array, members);
+    for (int i = 0; i < request.disks.count; ++i) {
+        if (!members.isMember[i] && !checkNewDisk(request.disks.ids[i], result)) return false;
+    }
+    return true;
+}
+
+static int startMigration(const MigrationRequest& request, const _DG_Info& array, const ActivityStatus& now) {
+    static constexpr Line question = "Migrate Array will stop Media patrol on PD. Do you want to continue?(y or n)\n";
+    MigrationMembers members;
+    int result = 0;
+    if (!checkStart(request, array, members, result)) return result;
+    if (!confirmMigration(now, question)) return 0;
+    if (!checkMembersKept(members)) return 1;
+    _CreateOrModify_DG_Param param = migrationParam(request);
+    KT_U8 status = KT_DG_StartMigration(gCurrentAdapter, &param, 0);
+    if (status == KT_OK) {
+        out("Start migrate successfully\n");
+    } else {
+        out("\nUnable to migrate array %d (error %d: %s).\n", request.id, status, ErrorMessage(status));
+    }
+    return status;
+}
+
+int doMigrateV2(int argc, char** argv, _cmd_struct* row) {
+    MigrationRequest request;
+    int result = 0;
+    if (!readMigration(argc, argv, row, migrateV2Command, request, result)) return result;
+    _DG_Info array;
+    KT_U8 status = readArray(request, array);
+    if (status != KT_OK) return status;
+    if (request.sizeOnly) return reportSize(request);
+    ActivityStatus now = {array.BgaType, array.BgaState, array.PDBgaRunning != 0};
+    if (request.action == BGA_START) return startMigration(request, array, now);
+    return steerActivity(migrateV2Command.words, request.id, request.action, now);
 }

@@ -1,10 +1,37 @@
 #include "Functions/pause/pause.h"
 
-const char pause_sh[] = ":Pause all background activities on specified controller.";
-const char pause_help[] = "\n\n";
-static const option pause_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet pauseOptions = {"\1:h", pause_long};
+#include "Public/errorMsg.h"
+#include "Public/utility.h"
 
-int doPause(int, char** argv, _cmd_struct*) {
-    return notAvailable(argv[0]);
+const char pause_sh[] = ":Pause all background activities on specified controller.";
+const char pause_help[] = "\n\npause -c <adapter id> [-h]\n\n"
+                          "Options:\n"
+                          "    -c, --controller <adapter id>\n"
+                          "        ID of the adapter whose background activities are paused.\n"
+                          "    -h, --help\n\n"
+                          "Examples:\n"
+                          "    pause -c 0\n\n"
+                          "    Pause all background activities on adapter 0.\n\n";
+
+static const option pause_long[] = {
+    {"controller", required_argument, nullptr, 'c'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+const OptionSet pauseOptions = {.letters = "c:\1:h", .longOptions = pause_long, .once = "c", .required = "c"};
+
+static Take takeOption(int option, const char* value, KT_U8& adapter) {
+    if (option != 'c') return Take::Help;
+    if (parseDecimal(value, adapter)) return Take::Yes;
+    out("-c : id should be a number\n");
+    return Take::Failed;
+}
+
+int doPause(int argc, char** argv, _cmd_struct* row) {
+    OptionCounts given;
+    int result = 0;
+    KT_U8 adapter = 0;
+    auto take = [&](int option, const char* value) { return takeOption(option, value, adapter); };
+    if (!scanOptions(argc, argv, row, pauseOptions, given, result, take)) return result;
+    if (!givenOnce(pauseOptions, given) || !givenRequired(pauseOptions, given, argv[0])) return 1;
+    KT_U8 status = KT_LD_PauseAll(adapter);
+    if (status != KT_OK) out("\nExecutes  fail (error %d: %s).\n", status, ErrorMessage(status));
+    return status;
 }
