@@ -1,0 +1,256 @@
+// Migration: what is refused, in which order things are asked, and the records that a start sends.
+#include <cstring>
+#include <gtest/gtest.h>
+
+#include "Functions/migrate/migrate.h"
+#include "Functions/migrate/migrateV2.h"
+#include "Public/raidRules.h"
+#include "fakeLibrary.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Migrate : public ::testing::Test {
+  protected:
+    void SetUp() override { resetFake(); }
+};
+
+// An outcome that both commands share, or each of them has for itself (null: not a case of that command).
+struct Refusal {
+    const char* line;
+    const char* vd;
+    const char* array;
+};
+
+void expectRefusals(const Refusal* rows, size_t count, bool nothingRead) {
+    for (size_t i = 0; i < count; ++i) {
+        for (bool arrays : {false, true}) {
+            const char* text = arrays ? rows[i].array : rows[i].vd;
+            if (text == nullptr) continue;
+            SCOPED_TRACE(std::string(rows[i].line) + (arrays ? " on an array" : " on a virtual disk"));
+            fake.reads.clear();
+            Outcome outcome = run(arrays ? doMigrateV2 : doMigrate, rows[i].line);
+            EXPECT_EQ(outcome.text, text);
+            EXPECT_EQ(outcome.result, 1);
+            EXPECT_TRUE(!nothingRead || fake.reads.empty());
+            EXPECT_TRUE(fake.calls.empty());
+        }
+    }
+}
+
+TEST_F(Migrate, ArgumentsAreRefusedBeforeAnythingIsRead) {
+    const char* oneOf = "migrate: one of -r or -d option must be specified\n";
+    const Refusal rows[] = {
+        {"migrate", "migrate: option -l is required\n", "migrate: option -l is required\n"},
+        {"migrate -l 2", oneOf, oneOf},
+        {"migrate -l 2 -q 3", oneOf, oneOf},
+        {"migrate -l 2 -r 6", nullptr, "No target disk is specified.\n"},
+        {"migrate -l x", "-l : invalid VD id 'x'\n", "-l : invalid VD id 'x'\n"},
+        {"migrate -a begin -l 2", "-a : invalid action 'begin'\n", "-a : invalid action 'begin'\n"},
+        {"migrate -l 2 -r 7", "-r : invalid raid mode 7\n", "-r : invalid raid mode 7\n"},
+        {"migrate -l 2 -q 256", "-q : invalid number of parity disks '256'\n", nullptr},
+        {"migrate -l 2 -d 1,2,a", "-d : invalid PD ID '1,2,a'\n", "-d : invalid PD ID '1,2,a'\n"},
+        // A second use of an option ends the command without a word.
+        {"migrate -l 2 -l 2", "", ""},
+        {"migrate -a size -a size -l 2", "", ""},
+        {"migrate -l 2 -r 5 -r 6", "", ""},
+        {"migrate -l 2 -q 2 -q 3", "", ""},
+        {"migrate -d 1 -d 2", "", ""},
+    };
+    expectRefusals(rows, std::size(rows), true);
+    gAdapterInfo[0].Features = static_cast<KT_U8>(~KT_FEATURE_MIGRATION);
+    const Refusal unsupported = {"migrate -l 2 -l 2", "This adapter does not support migration.\n",
+                                 "Migration is not supported on adapter 0.\n"};
+    expectRefusals(&unsupported, 1, true);
+}
+
+TEST_F(Migrate, LevelAndDiskCountMustFit) {
+    const char* parity60 = "RAID60 need at least 4 even number of parity disks.\n";
+    const char* fewer = "# of parity disks (6) should be less than # of total disks (6).\n";
+    const Refusal rows[] = {
+        {"migrate -l 2 -r 1 -d 1,2,3", "\n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1\n",
+         "\n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1.\n"},
+        {"migrate -l 2 -d 1,2", "RAID5 needs at least 3 PDs.\n", "RAID5 needs at least 3 PDs.\n"},
+        {"migrate -l 2 -r 6", "RAID6 needs least 3 PDs.\n", nullptr},
+        {"migrate -l 2 -r 6 -d 1,2", "RAID6 needs least 3 PDs.\n", "RAID6 needs least 4 PDs.\n"},
+        {"migrate -l 2 -r 6 -d 1,2,3", nullptr, "RAID6 needs least 4 PDs.\n"},
+        {"migrate -l 2 -r 6 -q 4 -d 1,2,3,9", "Number of parity disks should be at least 2 and less than 4.\n",
+         "Number of parity disks should be at between 2 and 3.\n"},
+        {"migrate -l 2 -r 6 -q 1 -d 1,2,3,9", "Number of parity disks should be at least 2 and less than 4.\n",
+         "Number of parity disks should be at between 2 and 3.\n"},
+        {"migrate -l 2 -r 50 -d 1,2,3,9,8", "RAID50 needs least 6 or more even number of PDs.\n",
+         "RAID50 needs least 6 or more even number of PDs.\n"},
+        {"migrate -l 2 -r 60 -d 1,2,3,9", "RAID60 needs least 6 or more even number of PDs.\n", nullptr},
+        {"migrate -l 2 -r 60 -d 1,2,3,9,8,7", nullptr, "RAID60 needs least 8 or more even number of PDs.\n"},
+        {"migrate -l 2 -r 60 -q 5 -d 1,2,3,9,8,7", parity60, nullptr},
+        {"migrate -l 2 -r 60 -q 2 -d 1,2,3,9,8,7,6,5", parity60, parity60},
+        {"migrate -l 2 -r 60 -q 6 -d 1,2,3,9,8,7", fewer, nullptr},
+    };
+    expectRefusals(rows, std::size(rows), false);
+    fake.migratedSize = 10;
+    fake.ld.Size = fake.dg.TotalManagedSpace = 11;
+    const char* smaller = "\nTarget VD size can not smaller than source VD.\n";
+    gAdapterInfo[0].LogicalDriverMode = KT_MODE_RAID5;
+    const Refusal size = {"migrate -l 2 -r 6 -d 1,2,3,9", smaller, smaller};
+    expectRefusals(&size, 1, false);
+    fake.migratedSize = 11;
+    const char* level = "Specified RAID mode is not supported.\n";
+    const Refusal mode = {"migrate -l 2 -r 6 -d 1,2", level, level};
+    expectRefusals(&mode, 1, false);
+}
+
+TEST_F(Migrate, RanksOfRedundancy) {
+    const struct {
+        KT_U8 level;
+        KT_U8 rank;
+    } ranks[] = {{KT_RAID0, 0},  {KT_RAID1, 1}, {KT_RAID10, 1}, {KT_RAID1E, 1}, {KT_RAID5, 5},
+                 {KT_RAID50, 5}, {KT_RAID6, 6}, {KT_RAID60, 6}, {KT_JBOD, 15},  {KT_HYBRID, 12}};
+    for (const auto& row : ranks) {
+        EXPECT_EQ(RedundencyLevel(row.level), row.rank) << +row.level;
+    }
+    fake.ld.RaidMode = KT_RAID1;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 0 -d 1,2,3").text,
+              "\n Abort migration!!! Redundancy level is degraded from RAID1 to RAID0\n");
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 1E -d 1,2,3").text, "Start migration successfully\n");
+    // From JBOD there is no way out: nothing ranks as high.
+    fake.ld.RaidMode = KT_JBOD;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 60 -d 1,2,3").text,
+              "\n Abort migration!!! Redundancy level is degraded from JBOD to RAID60\n");
+}
+
+TEST_F(Migrate, EveryMemberDiskStays) {
+    const char* missing = "Target PDs need to include ALL member disks [1 2 3 ].\n";
+    const Refusal rows[] = {{"migrate -l 2 -d 1,3,9", missing, missing}, {"migrate -l 2 -d 7,8,9", missing, missing}};
+    expectRefusals(rows, std::size(rows), false);
+    // A block that cannot be read is not listed, but the disk behind it is not forgotten.
+    fake.blocks.erase(fake.blocks.begin() + 1);
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3,9").text, "Target PDs need to include ALL member disks [1 3 ].\n");
+    // A disk that is gone has no place in the list.
+    fake.ld.BlockIDs[1] = fake.dg.PDIDs[1] = KT_NO_ID;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,3,9").text, "Start migration successfully\n");
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,3,9").text, "Start migrate successfully\n");
+}
+
+TEST_F(Migrate, NewDisksMustBeUsable) {
+    const struct {
+        KT_U8 role;
+        const char* vd;
+    } roles[] = {{KT_PD_OFFLINE | KT_PD_FOREIGN, "Offline disk 9 can not be used as target of a migration.\n"},
+                 {KT_PD_GLOBAL_SPARE, "Spare disk 9 can not be used as target of a migration.\n"},
+                 {KT_PD_DEDICATED_SPARE | KT_PD_FOREIGN, "Spare disk 9 can not be used as target of a migration.\n"},
+                 {KT_PD_FOREIGN, "Foreign disk 9 can not be used as target of a migration.\n"},
+                 {KT_PD_MEMBER, nullptr}};
+    for (const auto& row : roles) {
+        fake.role[9].Status = row.role;
+        const Refusal refusal = {"migrate -l 2 -d 1,2,3,9", row.vd, "Target PD 9 is not free.\n"};
+        expectRefusals(&refusal, 1, false);
+    }
+    // A disk of another virtual disk is not free on controllers that look at blocks; one of this virtual disk is.
+    fake.role.erase(9);
+    fake.blocks.push_back(fake.blocks[0]);
+    fake.blocks.back().HDID = 9;
+    fake.blocks.back().LDID = 3;
+    const Refusal taken = {"migrate -l 2 -d 1,2,3,9", "Not free disk 9 can not be used to migration VD.\n", nullptr};
+    expectRefusals(&taken, 1, false);
+    EXPECT_EQ(fake.reads, Lines(4, "BLK_GetInfo list"));
+}
+
+TEST_F(Migrate, SizeIsReportedAndNothingStarted) {
+    fake.migratedSize = 0x100000000;
+    Outcome vd = run(doMigrate, "migrate -a SIZE -l 2 -r 6");
+    EXPECT_EQ(vd.text, "Migrate VD size = 4294967296 M\n");
+    EXPECT_EQ(vd.result, 0);
+    EXPECT_EQ(fake.reads, (Lines{"LD_GetInfo 2", "LD_GetMigratedLdSize 2 6 2"}));
+    fake.reads.clear();
+    Outcome array = run(doMigrateV2, "migrate -a size -l 2 -r 60 -q 6");
+    EXPECT_EQ(array.text, "Migrated size will be 4294967296 M\n");
+    EXPECT_EQ(array.result, 0);
+    EXPECT_EQ(fake.reads, (Lines{"DG_GetInfo 2", "DG_StartMigration size 2 96 6"}));
+    EXPECT_TRUE(fake.calls.empty());
+}
+
+TEST_F(Migrate, RecordsOfAStart) {
+    fake.migratedSize = 4000;
+    fake.ld.Size = fake.dg.TotalManagedSpace = 4000;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 6 -d 9,1,2,1,3").text, "Start migration successfully\n");
+    _Create_LD_Param ld = {};
+    ld.RaidMode = KT_RAID6;
+    ld.HDCount = 4;
+    ld.NumParityDisk = 2;
+    ld.SectorCoefficient = 8;
+    ld.LDID = 2;
+    const KT_U16 disks[] = {9, 1, 2, 3};
+    memcpy(ld.HDIDs, disks, sizeof disks);
+    EXPECT_EQ(memcmp(&fake.ldParam, &ld, sizeof ld), 0);
+    EXPECT_EQ(fake.reads, (Lines{"BLK_GetInfo list", "BLK_GetInfo list", "BLK_GetInfo list", "BLK_GetInfo list",
+                                 "LD_GetInfo 2", "LD_GetMigratedLdSize 2 6 2", "LD_GetStatus 2", "BLK_GetInfo 11",
+                                 "BLK_GetInfo 12", "BLK_GetInfo 13", "PD_GetHDRaidStatus 9"}));
+    fake.reads.clear();
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -r 6 -q 3 -d 9,1,2,3").text, "Start migrate successfully\n");
+    _CreateOrModify_DG_Param dg = {};
+    dg.DGID = 2;
+    dg.RaidMode = KT_RAID6;
+    dg.NumParityDisk = 3;
+    dg.PDCount = 4;
+    memcpy(dg.PDIDs, disks, sizeof disks);
+    EXPECT_EQ(memcmp(&fake.dgParam, &dg, sizeof dg), 0);
+    EXPECT_EQ(fake.reads,
+              (Lines{"DG_GetInfo 2", "DG_StartMigration size 2 6 3", "PD_GetHDRaidStatus 9", "PD_GetFreeSpaceInfo 9"}));
+}
+
+TEST_F(Migrate, EveryReadThatFailsIsReported) {
+#define E70 "(error 70: Migration is not supported)"
+    const struct {
+        CommandHandler handler;
+        const char* line;
+        const char* failing;
+        const char* text;
+    } cases[] = {
+        {doMigrate, "migrate -l 2 -d 1", "BLK_GetInfo list", "Can not get disk 1 information" E70 ".\n"},
+        {doMigrate, "migrate -l 2 -r 6", "LD_GetInfo", "\nUnable to get info of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -a size -l 2", "LD_GetMigratedLdSize", "\nUnable to get migrate size of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -l 2 -d 1,2,3", "LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -a stop -l 2", "LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -l 2 -d 1,2,3,9", "PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
+        {doMigrateV2, "migrate -a stop -l 2", "DG_GetInfo", "\nUnable to get status of array 2 " E70 ".\n"},
+        {doMigrateV2, "migrate -a size -l 2", "DG_StartMigration size", "\nFailed to get migration size " E70 ".\n"},
+        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
+        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E70 ".\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
+        resetFake();
+        fake.failing[row.failing] = KT_ERR_MIGRATION_UNSUPPORTED;
+        Outcome outcome = run(row.handler, row.line);
+        EXPECT_EQ(outcome.result, KT_ERR_MIGRATION_UNSUPPORTED);
+        EXPECT_EQ(outcome.text, row.text);
+        EXPECT_TRUE(fake.calls.empty());
+    }
+    // Without the new size a start goes on.
+    resetFake();
+    fake.ld.Size = fake.dg.TotalManagedSpace = 4000;
+    fake.failing = {{"LD_GetMigratedLdSize", KT_ERR_FAILED}, {"DG_StartMigration size", KT_ERR_FAILED}};
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3,9").text,
+              "\nUnable to get migrate size of VD 2 (error 1: Failed).\nStart migration successfully\n");
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,3,9").text,
+              "\nFailed to get migration size (error 1: Failed).\nStart migrate successfully\n");
+}
+
+TEST_F(Migrate, QuestionComesBeforeTheMembersAreCounted) {
+    fake.ldStatus.BgaExt = KT_BGAEXT_MEDIA_PATROL;
+    fake.dg.PDBgaRunning = 1;
+    const std::string vd = "Migrate VD will stop Media patrol on PD. Do you want to continue?(y or n)\n";
+    const std::string array = "Migrate Array will stop Media patrol on PD. Do you want to continue?(y or n)\n";
+    Outcome declined = run(doMigrate, "migrate -l 2 -d 1,2,9", "n\n");
+    EXPECT_EQ(declined.text, vd);
+    EXPECT_EQ(declined.result, 0);
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,9", "").result, 0);
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,9", "y\n").text,
+              array + "Target PDs need to include ALL member disks [1 2 3 ].\n");
+    EXPECT_TRUE(fake.calls.empty());
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3", "y\n").text, vd + "Start migration successfully\n");
+    EXPECT_EQ(fake.calls.size(), 1U);
+}
+
+} // namespace

@@ -1,0 +1,256 @@
+// What stands before a start: options, what the adapter supports, the object, the target disks and the question.
+#include <gtest/gtest.h>
+
+#include "Functions/consistencyCheck/consistencyCheck.h"
+#include "Functions/copyBack/copyBack.h"
+#include "Functions/init/init.h"
+#include "Functions/mediaPatrol/mediaPatrol.h"
+#include "Functions/pause/pause.h"
+#include "Functions/rebuild/rebuild.h"
+#include "Functions/rebuild/rebuildV2.h"
+#include "fakeLibrary.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Start : public ::testing::Test {
+  protected:
+    void SetUp() override { resetFake(); }
+};
+
+struct Case {
+    CommandHandler handler;
+    const char* line;
+    int result;
+    const char* text;
+};
+
+TEST_F(Start, ArgumentsAreRefusedBeforeAnythingIsRead) {
+    const char* help = "Description:\nhelp of the row\n";
+    const char* twice = "Duplicated option specified.\n";
+    const Case cases[] = {
+        {doInit, "init", 1, "init: option -l is required\n"},
+        {doInit, "init -o pd -l 2", 1, "-o : invalid object 'pd'\n"},
+        {doInit, "init -a halt -l 2", 1, "-a : invalid action 'halt'\n"},
+        {doInit, "init -a Stop -l 2", 1, "-a : invalid action 'Stop'\n"},
+        {doInit, "init -l 2x", 1, "-l : VD id should be a number\n"},
+        {doInit, "init -l 65538", 1, "-l : VD id should be a number\n"},
+        {doInit, "init -l 2 -t 1", 0, help},
+        {doInit, "init -h", 0, help},
+        {doInit, "init -o vd -o VD", 1, twice},
+        {doInit, "init -a stop -a stop", 1, twice},
+        {doCC, "cc", 1, "cc: option -l is required\n"},
+        {doCC, "cc -o array -l 2", 1, "-o : invalid object 'array', should be VD\n"},
+        {doCC, "cc -l two", 1, "-l : invalid vd 'two'\n"},
+        {doCC, "cc -l 2 -t fix", 1, "-t : invalid argument 'fix'\n"},
+        {doCC, "cc -l 2 -t sync -t check", 1, twice},
+        {doRebuild, "rebuild -d 9", 1, "rebuild: option -l is required\n"},
+        {doRebuild, "rebuild -l 2", 1, "At least one target PD is required\n"},
+        {doRebuild, "rebuild -l 2 -d 8,9", 1, "-d: Only One PD is needed for rebuilding!\n"},
+        {doRebuild, "rebuild -l 2 -d 9,x", 1, "-d:invalid PD IDs 9,x\n"},
+        {doRebuild, "rebuild -l 2 -d 65545", 1, "-d:invalid PD IDs 65545\n"},
+        {doRebuild, "rebuild -l 2 -d 9 -d 9", 1, twice},
+        {doRebuildV2, "rebuild -l a2 -d 9", 1, "-l : Array id should be a number\n"},
+        {doRebuildV2, "rebuild -l 2", 1, "At least one target PD is required\n"},
+        {doRebuildV2, "rebuild -l 2 -d ,9,y", 1, "-d:invalid PD IDs ,9,y\n"},
+        {doMP, "mp", 1, "mp: option -d is required\n"},
+        {doMP, "mp -d 1,2", 1, "-d : invalid pd id\n"},
+        {doMP, "mp -d 1 -d 2", 1, twice},
+        {doCopyBack, "copyback -a pause", 1, "copyback: option -l is required\n"},
+        {doCopyBack, "copyback -l x", 1, "-l : Array id should be a number\n"},
+        {doCopyBack, "copyback -l 2 -d 9", 0, help},
+        {doPause, "pause", 1, "pause: option -c is required\n"},
+        {doPause, "pause -c one", 1, "-c : id should be a number\n"},
+        {doPause, "pause -c 256", 1, "-c : id should be a number\n"},
+        {doPause, "pause -c 0 -c 1", 1, twice},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.line);
+        Outcome outcome = run(row.handler, row.line);
+        EXPECT_EQ(outcome.result, row.result);
+        EXPECT_EQ(outcome.text, row.text);
+    }
+    EXPECT_TRUE(fake.reads.empty());
+    EXPECT_TRUE(fake.calls.empty());
+}
+
+TEST_F(Start, AdapterMustSupportIt) {
+    gAdapterInfo[0].Features = static_cast<KT_U8>(~(KT_FEATURE_REBUILD | KT_FEATURE_MEDIA_PATROL));
+    const Case cases[] = {{doRebuild, "rebuild -a stop -l 2", 1, "Rebuilding is not supported by this HBA!\n"},
+                          {doRebuildV2, "rebuild -l 2 -d 9", 1, "Rebuilding is not supported by this HBA!\n"},
+                          {doMP, "mp -d 2", 1, "Media patrol is not supported.\n"}};
+    for (const Case& row : cases) {
+        Outcome outcome = run(row.handler, row.line);
+        EXPECT_EQ(outcome.result, row.result);
+        EXPECT_EQ(outcome.text, row.text);
+    }
+    EXPECT_TRUE(fake.reads.empty());
+}
+
+TEST_F(Start, Raid0IsNeitherInitializedNorChecked) {
+    fake.ld.RaidMode = KT_RAID0;
+    Outcome init = run(doInit, "init -l 2");
+    EXPECT_EQ(init.result, 19);
+    EXPECT_EQ(init.text, "Full initialization for RAID 0 is not supported.\n");
+    Outcome cc = run(doCC, "cc -l 2 -t check");
+    EXPECT_EQ(cc.result, 19);
+    EXPECT_EQ(cc.text, "Consistency check for RAID 0 is not supported.\n");
+    EXPECT_EQ(fake.reads, (Lines{"LD_GetInfo 2", "LD_GetInfo 2"}));
+    Outcome stop = run(doInit, "init -a stop -l 2");
+    EXPECT_EQ(stop.result, 0);
+    EXPECT_EQ(stop.text, "\nVD 2 is not initializing.\n");
+}
+
+// Each read in its order, and what its failure says.
+TEST_F(Start, EveryReadThatFailsEndsTheCommand) {
+#define E59 "(error 59: Specified virtual disk doesn't exist)"
+    const struct {
+        CommandHandler handler;
+        const char* line;
+        const char* failing;
+        const char* text;
+        size_t reads;
+    } cases[] = {
+        {doInit, "init -l 2", "LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
+        {doInit, "init -a pause -l 2", "LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
+        {doCC, "cc -a stop -l 2", "LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
+        {doCC, "cc -l 2", "LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
+        {doRebuild, "rebuild -l 2 -d 9", "LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 1},
+        {doRebuild, "rebuild -l 2 -d 9", "BLK_GetInfo list", "Can not get disk 9 information" E59 ".\n", 2},
+        {doRebuild, "rebuild -l 2 -d 9", "LD_GetInfo", "\nUnable to get necessary info" E59 ".\n", 3},
+        {doRebuild, "rebuild -l 2 -d 9", "PD_GetFreeSpaceInfo", "\nUnable to get necessary info" E59 ".\n", 4},
+        {doRebuild, "rebuild -l 2 -d 9", "BLK_GetInfo", "\nUnable to get necessary info" E59 ".\n", 5},
+        {doRebuildV2, "rebuild -l 2 -d 9", "DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
+        {doRebuildV2, "rebuild -l 2 -d 9", "PD_GetHDRaidStatus", "Unable to get status of PD 9 " E59 ".\n", 2},
+        {doRebuildV2, "rebuild -l 2 -d 9", "PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E59 ".\n", 3},
+        {doMP, "mp -d 2", "PD_GetHDRaidStatus", "\nUnable to get status of PD 2.\n", 1},
+        {doMP, "mp -a stop -d 2", "PD_GetBGAStatus", "\nUnable to get status of PD 2.\n", 2},
+        {doCopyBack, "copyback -a pause -l 2", "DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
+        {doPause, "pause -c 3", "LD_PauseAll", "\nExecutes  fail " E59 ".\n", 0},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
+        resetFake();
+        fake.failing[row.failing] = KT_ERR_VD_MISSING;
+        Outcome outcome = run(row.handler, row.line);
+        EXPECT_EQ(outcome.result, KT_ERR_VD_MISSING);
+        EXPECT_EQ(outcome.text, row.text);
+        EXPECT_EQ(fake.reads.size(), row.reads);
+    }
+}
+
+TEST_F(Start, RebuildTakesOneDiskOutsideTheVirtualDisk) {
+    Outcome member = run(doRebuild, "rebuild -l 2 -d 3");
+    // Disk 3 holds a block of virtual disk 2, so on this controller it is not even free.
+    EXPECT_EQ(member.text, "PD 3 is not a free disk and can not be used to rebuild VD.\n");
+    EXPECT_EQ(member.result, 1);
+    gAdapterInfo[0].DevID = 0x4700;
+    member = run(doRebuild, "rebuild -l 2 -d 3");
+    EXPECT_EQ(member.text, "\nPD 3 is member disk of VD 2 and can not use to rebuild\n");
+    EXPECT_EQ(member.result, 1);
+    EXPECT_TRUE(fake.calls.empty());
+    // The slot of a disk that is gone is empty and is not asked for.
+    fake.ld.BlockIDs[1] = KT_NO_ID;
+    fake.reads.clear();
+    Outcome good = run(doRebuild, "rebuild -l 2 -d 9,9");
+    EXPECT_EQ(good.text, "Start rebuild successfully\n");
+    EXPECT_EQ(fake.calls, Lines{"LD_StartRebuild 2 9"});
+    EXPECT_EQ(fake.reads,
+              (Lines{"LD_GetStatus 2", "LD_GetInfo 2", "PD_GetFreeSpaceInfo 9", "BLK_GetInfo 11", "BLK_GetInfo 13"}));
+}
+
+TEST_F(Start, ArrayIsRebuiltOnFreeDisksAndItsOwnSpares) {
+    fake.dg.SmallestAvailablePDSize = fake.pdSize;
+    fake.role[8] = {8, 2, KT_PD_DEDICATED_SPARE, {}};
+    fake.failing["PD_GetHDInfo_Ext"] = KT_ERR_NOT_SUPPORTED; // the older call answers instead
+    Outcome good = run(doRebuildV2, "rebuild -l 2 -d 9,8");
+    EXPECT_EQ(good.text, "Start rebuild successfully\n");
+    EXPECT_EQ(fake.calls, Lines{"LD_DG_StartRebuild 2 2 9 8"});
+    fake.calls.clear();
+
+    auto refused = [&](const char* text) {
+        Outcome outcome = run(doRebuildV2, "rebuild -l 2 -d 9,8");
+        EXPECT_EQ(outcome.text, text);
+        EXPECT_EQ(outcome.result, 1);
+    };
+    fake.role[8].DGID = 5;
+    refused("PD 8 is dedicated for array 5.\n");
+    for (KT_U8 role : {KT_PD_MEMBER, KT_PD_GLOBAL_SPARE, KT_PD_OFFLINE, KT_PD_FOREIGN}) {
+        fake.role[8] = {8, 2, role, {}};
+        refused("PD 8 is not a free disk.\n");
+    }
+    fake.role.erase(8);
+    fake.sectorSize = 4096;
+    refused("Block size of PD 9 (4096) doesn't match block size of array 2 (512).\n");
+    ++fake.dg.SmallestAvailablePDSize;
+    refused("PD 9 doesn't have enough space for rebuild.\n");
+    fake.failing["PD_GetHDInfo"] = KT_ERR_PD_MISSING;
+    --fake.dg.SmallestAvailablePDSize;
+    EXPECT_EQ(run(doRebuildV2, "rebuild -l 2 -d 9").text,
+              "Unable to get size of PD 9 (error 55: Specified physical disk doesn't exist).\n");
+    EXPECT_TRUE(fake.calls.empty());
+}
+
+TEST_F(Start, MediaPatrolRunsOnSparesAndAssignedDisks) {
+    for (KT_U8 role : {KT_PD_MEMBER, KT_PD_GLOBAL_SPARE, KT_PD_DEDICATED_SPARE}) {
+        fake.role[9].Status = role;
+        EXPECT_EQ(run(doMP, "mp -d 9").text, "Start media patrol successfully\n");
+    }
+    EXPECT_EQ(fake.calls, (Lines{"PD_StartMediaPatrol 9", "PD_StartMediaPatrol 9", "PD_StartMediaPatrol 9"}));
+    for (KT_U8 role : {KT_U8{0}, KT_U8{KT_PD_OFFLINE}, KT_U8{KT_PD_FOREIGN}}) {
+        fake.role[9].Status = role;
+        Outcome refused = run(doMP, "mp -d 9");
+        EXPECT_EQ(refused.text, "\nPD 9 is not a spare or assigned disk.\n");
+        EXPECT_EQ(refused.result, 1);
+    }
+    EXPECT_EQ(fake.calls.size(), 3U);
+}
+
+TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
+    const struct {
+        CommandHandler handler;
+        const char* line;
+        const char* question;
+        const char* call;
+        const char* done;
+    } cases[] = {
+        {doInit, "init -l 2", "Init VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
+         "LD_StartINIT 2 2", "Start initialization successfully\n"},
+        {doCC, "cc -l 2", "Fix VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
+         "LD_StartConsistencyCheck 2 1", "Start consistency check\n"},
+        {doCC, "cc -l 2 -t check", "Check VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
+         "LD_StartConsistencyCheck 2 0", "Start consistency check\n"},
+        {doRebuild, "rebuild -l 2 -d 9", "Rebuild VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
+         "LD_StartRebuild 2 9", "Start rebuild successfully\n"},
+        {doRebuildV2, "rebuild -l 2 -d 9",
+         "Rebuild Array will stop Media patrol on PD. Do you want to continue?(y or n)\n", "LD_DG_StartRebuild 2 1 9 9",
+         "Start rebuild successfully\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.line);
+        resetFake();
+        fake.ldStatus.BgaExt = 0xFD;
+        EXPECT_EQ(run(row.handler, row.line).text, row.done);
+        fake.ldStatus.BgaExt = KT_BGAEXT_MEDIA_PATROL;
+        fake.dg.PDBgaRunning = 1;
+        Outcome yes = run(row.handler, row.line, "maybe\nYes\n");
+        EXPECT_EQ(yes.text, std::string(row.question) + "Please input y or n.\n" + row.done);
+        EXPECT_EQ(fake.calls, (Lines{row.call, row.call}));
+        for (const char* no : {"n\n", "No\n", ""}) {
+            Outcome declined = run(row.handler, row.line, no);
+            EXPECT_EQ(declined.text, row.question);
+            EXPECT_EQ(declined.result, 0);
+        }
+        EXPECT_EQ(fake.calls.size(), 2U);
+    }
+}
+
+TEST_F(Start, PauseAddressesTheAdapterNamed) {
+    Outcome outcome = run(doPause, "pause -c 3");
+    EXPECT_EQ(outcome.result, 0);
+    EXPECT_EQ(outcome.text, "");
+    EXPECT_EQ(fake.calls, Lines{"LD_PauseAll 3"});
+}
+
+} // namespace
