@@ -10,9 +10,14 @@
 #include "Functions/migrate/migrateV2.h"
 #include "Functions/rebuild/rebuild.h"
 #include "Functions/rebuild/rebuildV2.h"
+#include "Public/activity.h"
 #include "fakeLibrary.h"
 
 namespace {
+
+// A message with conversions that would not be filled does not build.
+static_assert(isLineText("\nFailed to %s it on PD %d (error %d: %s)\n") && isLineText("-l : invalid '%s'\n"));
+static_assert(!isLineText("%d%%") && !isLineText("%s %s") && !isLineText("%d of %d") && !isLineText("50%"));
 
 // What comes of an action.
 enum Act { START, RESTART, PAUSE, RESUME, STOP, BUSY, NOT_OWN, IDLE, RUNNING, PAUSED, ABORTED };
