@@ -1,5 +1,6 @@
 #include "tests/seam/seam.h"
 
+#include <algorithm>
 #include <cstring>
 
 Seam seam;
@@ -120,5 +121,91 @@ KT_U8 KT_PD_GetHDRaidStatus(KT_U8, _HD_RAID_Status_Request* request) {
 }
 KT_U8 KT_BLK_GetInfo(KT_U8, _BLK_Info_Request* request) {
     return list("KT_BLK_GetInfo", request, seam.blocks, [](const _Block_Info& block) { return block.ID; });
+}
+
+KT_U8 KT_EVT_GetEvent(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event* events) {
+    size_t given = std::min<size_t>(seam.events.size(), maxCount);
+    std::copy_n(seam.events.begin(), given, events);
+    *count = seam.claimed != 0 ? seam.claimed : static_cast<KT_U8>(given);
+    return answer("KT_EVT_GetEvent", text(a) + " " + text(maxCount));
+}
+KT_U8 KT_EVT_GetEventMessage(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event_Message* messages) {
+    size_t given = std::min<size_t>(seam.messages.size(), maxCount);
+    std::copy_n(seam.messages.begin(), given, messages);
+    *count = seam.claimed != 0 ? seam.claimed : static_cast<KT_U8>(given);
+    return answer("KT_EVT_GetEventMessage", text(a) + " " + text(maxCount));
+}
+
+KT_U8 KT_Adapter_GetConfig(KT_U8 a, _Adapter_Config_V2* config) {
+    config->rawimg_update_disabled = seam.rawDisabled;
+    return answer("KT_Adapter_GetConfig", text(a));
+}
+KT_U8 KT_Flash_PreData(KT_U8 a, const _KT_FLASH_PER_DATA* announcement) {
+    return answer("KT_Flash_PreData",
+                  text(a) + " type " + text(announcement->image_type) + " size " + text(announcement->image_size));
+}
+KT_U8 KT_Flash_Erase(KT_U8 a, KT_U8 pageCode) {
+    return answer("KT_Flash_Erase", text(a) + " " + text(pageCode));
+}
+KT_U8 KT_Flash_Bin(KT_U8 a, KT_U8 action, KT_U8 imageType, _Flash_Data* page) {
+    size_t start = size_t{page->PageNum} * sizeof page->Data;
+    std::string arguments = text(a) + " " + text(action) + " " + text(imageType) + " page " + text(page->PageNum) +
+                            " last " + text(page->isLastPage) + " size " + text(page->Size);
+    bool clean = action == KT_FLASH_BACKUP ||
+                 std::all_of(page->Data + page->Size, std::end(page->Data), [](KT_U8 byte) { return byte == 0; });
+    KT_U8 status = answer("KT_Flash_Bin", clean ? arguments : arguments + " with remains");
+    if (seam.flashFailsAt >= 0 && page->PageNum != seam.flashFailsAt) status = KT_OK;
+    if (status != KT_OK || action == KT_FLASH_ERASE) return status;
+    if (action == KT_FLASH_UPDATE) {
+        seam.flash.insert(seam.flash.end(), page->Data, page->Data + page->Size);
+        return status;
+    }
+    size_t count = start < seam.flash.size() ? std::min(seam.flash.size() - start, sizeof page->Data) : 0;
+    std::copy_n(seam.flash.begin() + static_cast<std::ptrdiff_t>(std::min(start, seam.flash.size())), count,
+                page->Data);
+    page->Size = seam.flashClaims != 0 ? seam.flashClaims : static_cast<KT_U32>(count);
+    page->isLastPage = !seam.flashEndless && start + count >= seam.flash.size();
+    return status;
+}
+KT_U8 KT_Flash_GetHeaderInfo(const char* path, KT_U8* imageType, KT_U32* major, KT_U16* minor, KT_U16* revision,
+                             KT_U16* build, KT_U16* subVendorId) {
+    KT_U8 status =
+        answer("KT_Flash_GetHeaderInfo", std::string(path) + " " + text(*imageType) + text(*major) + text(*minor) +
+                                             text(*revision) + text(*build) + " " + text(*subVendorId));
+    if (status != KT_OK) return status;
+    *imageType = KT_IMAGE_FIRMWARE;
+    *major = 4000000000;
+    *minor = 1;
+    *revision = 2;
+    *build = 65535;
+    *subVendorId = 0x1B4B;
+    return status;
+}
+KT_U8 KT_Flash_NVSRAM(KT_U8 a, KT_U8 action, _NVSRAM_Data* data) {
+    seam.sent["nvsram"] = bytesOf(*data);
+    memcpy(data->Data, seam.nvsram.Data, sizeof data->Data);
+    return answer("KT_Flash_NVSRAM",
+                  text(a) + " " + text(action) + " " + text(data->Offset) + " " + text(data->Length));
+}
+KT_U8 KT_Adapter_Read_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
+    seam.sent["register"] = bytesOf(*request);
+    request->Value = seam.reg;
+    return answer("KT_Adapter_Read_Register", text(a) + " " + text(type) + " " + text(address));
+}
+KT_U8 KT_Adapter_Write_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
+    seam.sent["register"] = bytesOf(*request);
+    return answer("KT_Adapter_Write_Register", text(a) + " " + text(type) + " " + text(address));
+}
+
+KT_U8 KT_Tandemix_AddFSEntries(KT_U8 a, KT_U16 vd, const _Tandemix_Entry_Request* request, KT_U8 last) {
+    seam.sent["entry"] = bytesOf(*request);
+    return answer("KT_Tandemix_AddFSEntries", text(a) + " " + text(vd) + " " + text(last));
+}
+KT_U8 KT_Tandemix_GetEntriesTableInfo(KT_U8 a, KT_U16 vd, _Tandemix_Table_Info* info) {
+    *info = {65535, 12};
+    return answer("KT_Tandemix_GetEntriesTableInfo", text(a) + " " + text(vd));
+}
+KT_U8 KT_Tandemix_RemoveEntriesTable(KT_U8 a, KT_U16 vd) {
+    return answer("KT_Tandemix_RemoveEntriesTable", text(a) + " " + text(vd));
 }
 }

@@ -18,6 +18,16 @@ struct Seam {
     std::vector<_LD_STATUS> ldStatuses;
     std::vector<_HD_RAID_STATUS> disks;
     std::vector<_Block_Info> blocks;
+    std::vector<_Event> events;
+    std::vector<_Event_Message> messages;
+    KT_U8 claimed = 0;         // how many events there are said to be; 0: as many as there are
+    std::vector<KT_U8> flash;  // the image that a backup reads and an update writes
+    int flashFailsAt = -1;     // the page at which KT_Flash_Bin answers its status
+    KT_U32 flashClaims = 0;    // what a page that is read says of its size; 0: the truth
+    bool flashEndless = false; // no page that is read is the last
+    KT_U8 rawDisabled = 0;
+    _NVSRAM_Data nvsram = {};
+    KT_U64 reg = 0;
 };
 extern Seam seam;
 

@@ -1,0 +1,153 @@
+#include <cstring>
+#include <ctime>
+#include <gtest/gtest.h>
+
+#include "Functions/event/event.h"
+#include "Functions/event/message.h"
+#include "tests/seam/seam.h"
+#include "utcTime/utcTime.h"
+
+namespace {
+
+class Events : public testing::Test {
+  protected:
+    void SetUp() override {
+        seam = {};
+        gUTCStatus = UTC_CLOCK_UNKNOWN;
+        setZone("UTC");
+    }
+    void TearDown() override { setZone("UTC"); }
+    static void setZone(const char* zone) {
+        setenv("TZ", zone, 1);
+        tzset();
+    }
+};
+
+_Event makeEvent(KT_U16 eventClass, KT_U16 code, KT_U32 sequence) {
+    _Event event = {};
+    event.Class = eventClass;
+    event.Code = code;
+    event.DeviceID = 2;
+    event.SequenceNo = sequence;
+    event.Severity = 2;
+    event.TimeStamp = 1767600000;
+    return event;
+}
+
+// What stands behind a label, line by line.
+std::vector<std::string> valuesOf(const std::string& printed, const std::string& label) {
+    std::vector<std::string> values;
+    for (size_t at = 0; (at = printed.find(label, at)) != std::string::npos;) {
+        at = printed.find_first_not_of(' ', at + label.size());
+        values.push_back(printed.substr(at, printed.find('\n', at) - at));
+    }
+    return values;
+}
+using Values = std::vector<std::string>;
+
+} // namespace
+
+TEST_F(Events, ArePrintedNewestFirstDownToTheStart) {
+    for (KT_U32 sequence = 98; sequence <= 103; ++sequence) {
+        seam.events.push_back(makeEvent(9, 0, sequence));
+    }
+    Outcome all = run(doEvent, "event");
+    EXPECT_EQ(0U, all.printed.find("Current AdapterID:0\n\nSequence:     103\n"
+                                   "Time:         Mon Jan  5 08:00:00 2026\n"
+                                   "Level:        [INFO]\n"
+                                   "Description:  Battery present\n\n"
+                                   "Sequence:     102\n"));
+    EXPECT_EQ(seam.calls, Values{"KT_EVT_GetEvent 0 50"});
+    EXPECT_EQ(valuesOf(all.printed, "Sequence:"), (Values{"103", "102", "101", "100", "99", "98"}));
+    EXPECT_EQ(valuesOf(run(doEvent, "event -s 100").printed, "Sequence:"), (Values{"103", "102", "101"}));
+    EXPECT_EQ(valuesOf(run(doEvent, "event -s 1 --sequence=101").printed, "Sequence:"), (Values{"103", "102"}));
+    // The walk ends at the first old one, whatever stands before it.
+    seam.events[4].SequenceNo = 7;
+    EXPECT_EQ(valuesOf(run(doEvent, "event -s 100").printed, "Sequence:"), (Values{"103"}));
+    seam.events[5].SequenceNo = 4294967295;
+    EXPECT_EQ(valuesOf(run(doEvent, "event -s 4294967294").printed, "Sequence:"), (Values{"4294967295"}));
+}
+
+TEST_F(Events, AreSilentWithoutAnyAndBoundedWithTooMany) {
+    for (CommandHandler handler : {doEvent, doMessage}) {
+        Outcome none = run(handler, "event");
+        EXPECT_EQ("", none.printed);
+        EXPECT_EQ(0, none.result);
+        seam.events.assign(60, makeEvent(0, 0, 1));
+        seam.messages.assign(60, _Event_Message{});
+        seam.claimed = 255;
+        EXPECT_EQ(50U, valuesOf(run(handler, "event").printed, "Sequence:").size());
+        seam.statuses = {{"KT_EVT_GetEvent", 1}, {"KT_EVT_GetEventMessage", 1}};
+        Outcome failed = run(handler, "event");
+        EXPECT_EQ("", failed.printed);
+        EXPECT_EQ(0, failed.result);
+        seam = {};
+    }
+}
+
+TEST_F(Events, RefuseAStartThatIsNoNumber) {
+    for (const char* start : {"12a", "-1", "0x10", "4294967296"}) {
+        Outcome outcome = run(doEvent, std::string("event -s ") + start);
+        EXPECT_EQ("-s : start sequence should be a number\n", outcome.printed) << start;
+        EXPECT_EQ(1, outcome.result);
+    }
+    EXPECT_TRUE(seam.calls.empty());
+}
+
+TEST_F(Events, FollowTheClockOfTheMachine) {
+    setZone("EST5");
+    seam.events = {makeEvent(9, 0, 1), makeEvent(0, 9, 2)};
+    const std::string local = "Mon Jan  5 03:00:00 2026";
+    const std::string utc = "Mon Jan  5 08:00:00 2026";
+    for (int clock : {UTC_CLOCK_UTC, UTC_CLOCK_UNKNOWN}) {
+        gUTCStatus = clock;
+        EXPECT_EQ(valuesOf(run(doEvent, "event").printed, "Time:"), (Values{local, local}));
+    }
+    gUTCStatus = UTC_CLOCK_LOCAL;
+    EXPECT_EQ(valuesOf(run(doEvent, "event").printed, "Time:"), (Values{local, utc}));
+}
+
+TEST_F(Events, ShowAtMostThirtySenseBytes) {
+    seam.events = {makeEvent(2, 4, 1)};
+    _Event& event = seam.events[0];
+    for (KT_U8 i = 0; i < 30; ++i) {
+        event.SenseData[i] = static_cast<KT_U8>(0xF0 + i);
+    }
+    event.SenseDataLength = 2;
+    event.Severity = 8;
+    EXPECT_EQ("Current AdapterID:0\n\n"
+              "Sequence:     1\n"
+              "Time:         Mon Jan  5 08:00:00 2026\n"
+              "Level:        [UNKNOWN]\n"
+              "Description:  Physical disk 2 read write error.\n"
+              "Sense Code : %s\n F0 F1 \n\n",
+              run(doEvent, "event").printed);
+    event.SenseDataLength = 40;
+    std::string printed = run(doEvent, "event").printed;
+    EXPECT_EQ("0C 0D \n\n", printed.substr(printed.size() - 8));
+    // The serial number of a found adapter is no sense data.
+    event.Class = 0;
+    event.Code = 9;
+    EXPECT_EQ(std::string::npos, run(doEvent, "event").printed.find("Sense"));
+}
+
+TEST_F(Events, AsMessagesArePrintedNewestFirst) {
+    for (KT_U32 sequence : {7U, 8U, 4000000009U}) {
+        _Event_Message message = {};
+        message.SequenceNo = sequence;
+        message.Severity = static_cast<KT_U8>(sequence % 10);
+        strcpy(message.time, "then\t");
+        memset(message.msg, 'm', sizeof message.msg);
+        seam.messages.push_back(message);
+    }
+    std::string printed = run(doMessage, "message").printed;
+    EXPECT_EQ(0U, printed.find("Current AdapterID:0\n\n"
+                               "Sequence:     4000000009\n"
+                               "Time:         then?\n"
+                               "Level:        [UNKNOWN]\n"
+                               "Description: " +
+                               std::string(127, 'm') + "m\n\n"));
+    EXPECT_EQ(valuesOf(printed, "Sequence:"), (Values{"4000000009", "8", "7"}));
+    EXPECT_EQ(valuesOf(printed, "Level:"), (Values{"[UNKNOWN]", "[UNKNOWN]", "[FATAL]"}));
+    EXPECT_EQ(1, run(doMessage, "message -s 1").result);
+}

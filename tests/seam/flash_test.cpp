@@ -1,0 +1,288 @@
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "Functions/flash/flash.h"
+#include "tests/seam/seam.h"
+
+namespace {
+
+constexpr size_t PAGE = 0x30000;
+using Calls = std::vector<std::string>;
+
+class Flash : public testing::Test {
+  protected:
+    char folder[32] = "/tmp/ktflashXXXXXX";
+    std::string path;
+    void SetUp() override {
+        seam = {};
+        gAdapterInfo[0] = {};
+        ASSERT_NE(mkdtemp(folder), nullptr);
+        path = std::string(folder) + "/image";
+    }
+    void TearDown() override {
+        unlink(path.c_str());
+        rmdir(folder);
+    }
+    bool exists() const { return access(path.c_str(), F_OK) == 0; }
+    Outcome backUp() const { return run(doFlash, "flash -a backup -t bin -f " + path); }
+    Outcome update(const std::string& words = "-t firmware") const {
+        return run(doFlash, "flash -a update -f " + path + " " + words);
+    }
+};
+
+std::vector<KT_U8> makeImage(size_t size) {
+    std::vector<KT_U8> image(size);
+    for (size_t i = 0; i < size; ++i) {
+        image[i] = static_cast<KT_U8>(i * 7 + i / PAGE + 1);
+    }
+    return image;
+}
+
+void writeFile(const std::string& path, const std::vector<KT_U8>& image) {
+    std::ofstream file(path, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(image.data()), static_cast<std::streamsize>(image.size()));
+}
+
+std::vector<KT_U8> readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Runs the command with these lines on standard input.
+Outcome answered(const std::string& line, const std::string& answers) {
+    int ends[2];
+    if (pipe(ends) != 0 || write(ends[1], answers.data(), answers.size()) < 0) return {-1, "", ""};
+    close(ends[1]);
+    const int before = dup(STDIN_FILENO);
+    dup2(ends[0], STDIN_FILENO);
+    Outcome outcome = run(doFlash, line);
+    dup2(before, STDIN_FILENO);
+    close(before);
+    close(ends[0]);
+    return outcome;
+}
+
+} // namespace
+
+TEST_F(Flash, UpdatesPageByPage) {
+    const struct {
+        size_t size;
+        std::vector<size_t> pages;
+    } cases[] = {{1, {1}}, {PAGE - 1, {PAGE - 1}}, {PAGE, {PAGE}}, {PAGE + 1, {PAGE, 1}}, {2 * PAGE, {PAGE, PAGE}}};
+    for (const auto& c : cases) {
+        seam = {};
+        const std::vector<KT_U8> image = makeImage(c.size);
+        writeFile(path, image);
+        Calls calls = {"KT_Flash_PreData 0 type 3 size " + std::to_string(c.size)};
+        std::string printed;
+        for (size_t i = 0; i < c.pages.size(); ++i) {
+            const bool last = i + 1 == c.pages.size();
+            const std::string number = std::to_string(i);
+            calls.push_back("KT_Flash_Bin 0 15 3 page " + number + (last ? " last 1" : " last 0") + " size " +
+                            std::to_string(c.pages[i]));
+            printed += "page " + number + " write to device.\n";
+        }
+        Outcome outcome = update();
+        EXPECT_EQ(printed + "Flash command is returned successfully.\n", outcome.printed);
+        EXPECT_EQ(0, outcome.result);
+        EXPECT_EQ(calls, seam.calls);
+        EXPECT_TRUE(image == seam.flash);
+    }
+}
+
+TEST_F(Flash, StopsAnUpdateThatFails) {
+    writeFile(path, makeImage(3 * PAGE));
+    seam.statuses["KT_Flash_PreData"] = 19;
+    seam.statuses["KT_Flash_Bin"] = 184;
+    seam.flashFailsAt = 1;
+    Outcome outcome = update("-t BIOS -i 3");
+    EXPECT_EQ("page 0 write to device.\npage 1 write to device.\n\nFailed to update file '" + path +
+                  "', error 184: Invalid flash buffer data\n",
+              outcome.printed);
+    EXPECT_EQ(184, outcome.result);
+    EXPECT_EQ(3U, seam.calls.size());
+    EXPECT_EQ("KT_Flash_PreData 3 type 2 size 589824", seam.calls[0]);
+}
+
+TEST_F(Flash, RefusesWhatIsNoImageFile) {
+    const std::string unable = "Unable to open file '" + path + "'.\n";
+    EXPECT_EQ(unable, update().printed);
+    mkdir(path.c_str(), 0700);
+    EXPECT_EQ(unable, update().printed);
+    rmdir(path.c_str());
+    mkfifo(path.c_str(), 0600);
+    EXPECT_EQ(unable, update().printed);
+    unlink(path.c_str());
+    // Holes only; more than an announcement can say.
+    writeFile(path, {});
+    ASSERT_EQ(0, truncate(path.c_str(), off_t{1} << 32));
+    EXPECT_EQ(unable, update().printed);
+    EXPECT_TRUE(seam.calls.empty());
+    ASSERT_EQ(0, truncate(path.c_str(), 0));
+    Outcome empty = update();
+    EXPECT_EQ("Unable to read from file " + path + "\n", empty.printed);
+    EXPECT_EQ(1, empty.result);
+    EXPECT_EQ(Calls{"KT_Flash_PreData 0 type 3 size 0"}, seam.calls);
+}
+
+TEST_F(Flash, AsksWhetherRawImagesAreTaken) {
+    writeFile(path, makeImage(1));
+    gAdapterInfo[0].AdvancedFeatures = ~KT_ADV_RAW_UPDATE;
+    seam.rawDisabled = 1;
+    EXPECT_EQ(0, update("-t raw").result);
+    EXPECT_EQ("KT_Flash_PreData 0 type 6 size 1", seam.calls[0]);
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_RAW_UPDATE;
+    EXPECT_EQ(2U, (seam.calls.clear(), update("-t bin"), seam.calls.size()));
+    seam.calls.clear();
+    Outcome disabled = update("-t raw");
+    EXPECT_EQ("\nFail to update file '" + path + "' since raw image format is not supported.\n", disabled.printed);
+    EXPECT_EQ(0, disabled.result);
+    EXPECT_EQ(Calls{"KT_Adapter_GetConfig 0"}, seam.calls);
+    seam.statuses["KT_Adapter_GetConfig"] = 1;
+    Outcome failed = update("-t raw");
+    EXPECT_EQ("\nFailed to update file '" + path + "', error 1: Failed\n", failed.printed);
+    EXPECT_EQ(1, failed.result);
+    seam.statuses.clear();
+    seam.rawDisabled = 0;
+    EXPECT_EQ("page 0 write to device.\nFlash command is returned successfully.\n", update("-t raw").printed);
+}
+
+TEST_F(Flash, BacksUpWhatIsThere) {
+    seam.flash = makeImage(2 * PAGE + 5);
+    Outcome outcome = backUp();
+    EXPECT_EQ("page 0 write to file.\npage 1 write to file.\npage 2 write to file.\n"
+              "Flash command is returned successfully.\n",
+              outcome.printed);
+    EXPECT_EQ(0, outcome.result);
+    EXPECT_EQ((Calls{"KT_Flash_Bin 0 240 1 page 0 last 0 size 0", "KT_Flash_Bin 0 240 1 page 1 last 0 size 0",
+                     "KT_Flash_Bin 0 240 1 page 2 last 0 size 0"}),
+              seam.calls);
+    EXPECT_TRUE(seam.flash == readFile(path));
+    seam.calls.clear();
+    EXPECT_EQ("File '" + path + "' has already existed.\n", backUp().printed);
+    EXPECT_EQ(1, backUp().result);
+    EXPECT_EQ("Unable to create file '" + path + "/x'.\n",
+              run(doFlash, "flash -a backup -t bin -f " + path + "/x").printed);
+    EXPECT_TRUE(seam.calls.empty());
+}
+
+TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
+    seam.flash = makeImage(2 * PAGE);
+    seam.statuses["KT_Flash_Bin"] = 20;
+    seam.flashFailsAt = 1;
+    Outcome failed = backUp();
+    EXPECT_EQ("page 0 write to file.\n\nFailed to flash (error 20: Link time out).\n", failed.printed);
+    EXPECT_EQ(20, failed.result);
+    EXPECT_FALSE(exists());
+
+    seam.statuses.clear();
+    seam.flashClaims = PAGE + 1;
+    EXPECT_EQ("\nFailed to flash (error 184: Invalid flash buffer data).\n", backUp().printed);
+    EXPECT_FALSE(exists());
+
+    seam.flashClaims = 0;
+    seam.flash.clear();
+    seam.flashEndless = true;
+    EXPECT_EQ(184, backUp().result);
+    EXPECT_FALSE(exists());
+
+    seam.flashEndless = false;
+    seam.flash = makeImage(PAGE);
+    rlimit limit;
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small = {4096, limit.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    Outcome full = backUp();
+    setrlimit(RLIMIT_FSIZE, &limit);
+    EXPECT_EQ("page 0 write to file.\nUnable to create file '" + path + "'.\n", full.printed);
+    EXPECT_EQ(1, full.result);
+    EXPECT_FALSE(exists());
+}
+
+TEST_F(Flash, RunsNoCommandInAFileName) {
+    for (const char* action : {"update", "backup"}) {
+        const std::string name = "$(touch " + path + ")";
+        Outcome outcome = run(doFlash, std::string("flash -t bin -a ") + action + " -f \"" + name + "\"");
+        EXPECT_EQ((*action == 'u' ? "Unable to open file '" : "Unable to create file '") + name + "'.\n",
+                  outcome.printed);
+        EXPECT_EQ(1, outcome.result);
+        EXPECT_FALSE(exists());
+    }
+    EXPECT_TRUE(seam.calls.empty());
+}
+
+TEST_F(Flash, ErasesAnImageWhenToldSo) {
+    const std::string question = "Do you want to erase ROM file in Flash?  (y or n)\n";
+    Outcome yes = answered("flash -a erase -t Firmware", "yes\nn\n");
+    EXPECT_EQ(question + "Erase bios command is returned successfully.\n", yes.printed);
+    EXPECT_EQ(Calls{"KT_Flash_Bin 0 1 3 page 0 last 0 size 196608"}, seam.calls);
+    seam.calls.clear();
+    Outcome no = answered("flash -a erase -t bios", "\n maybe\nno\ny\n");
+    EXPECT_EQ("Warning: Autoload will be erased too! " + question + "Please input y or n.\nPlease input y or n.\n",
+              no.printed);
+    EXPECT_EQ(0, no.result);
+    EXPECT_EQ(question, answered("flash -a erase -t raw", "").printed);
+    EXPECT_TRUE(seam.calls.empty());
+    seam.statuses["KT_Flash_Bin"] = 155;
+    Outcome failed = answered("flash -a erase -t BIN", "Y\n");
+    EXPECT_EQ(question + "\nFailed to erase BIN (error 155: Invalid flash type).\n", failed.printed);
+    EXPECT_EQ(155, failed.result);
+}
+
+TEST_F(Flash, ErasesThePdPageWithoutAsking) {
+    EXPECT_EQ("Erase PD Page command is returned successfully.\n", run(doFlash, "flash -a erase -p PD").printed);
+    EXPECT_EQ(0, run(doFlash, "flash -a erase -p pdforce -t bios").result);
+    EXPECT_EQ((Calls{"KT_Flash_Erase 0 1", "KT_Flash_Erase 0 254"}), seam.calls);
+    seam.statuses["KT_Flash_Erase"] = 156;
+    Outcome failed = run(doFlash, "flash -a erase -p pd");
+    EXPECT_EQ("\nFailed to erase flash PD page (error 156: Invalid flash action).\n", failed.printed);
+    EXPECT_EQ(156, failed.result);
+}
+
+TEST_F(Flash, ShowsTheVersionOfAFile) {
+    const std::string version = "major version:     4000000000\n"
+                                "minor version:     1\n"
+                                "revision number:   2\n"
+                                "build number:      65535\n"
+                                "Sub Verndor ID:    1b4b\n";
+    EXPECT_EQ(version, run(doFlash, "flash -a version -t firmware -f \"~/$X y\"").printed);
+    EXPECT_EQ(Calls{"KT_Flash_GetHeaderInfo ~/$X y 2550000 65535"}, seam.calls);
+    EXPECT_EQ(version, run(doFlash, "flash -a version -p pd -f x").printed);
+    Outcome other = run(doFlash, "flash -a version -t bios -f x");
+    EXPECT_EQ("\nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from "
+              "file: 3\n",
+              other.printed);
+    EXPECT_EQ(0, other.result);
+    seam.statuses["KT_Flash_GetHeaderInfo"] = 165;
+    Outcome failed = run(doFlash, "flash -a version -t bios -f x");
+    EXPECT_EQ("\nFailed to check version of file 'x', error 165: invalid file input\n", failed.printed);
+    EXPECT_EQ(165, failed.result);
+}
+
+TEST_F(Flash, RefusesOptionsInTheirOrder) {
+    const struct {
+        const char *words, *printed;
+    } cases[] = {{"-a burn", "-a : invalid action 'burn'.\n"},
+                 {"-i 1x", "-i : invalid adapter id '1x'.\n"},
+                 {"-i 256", "-i : invalid adapter id '256'.\n"},
+                 {"-t rom", "-t : invalid type 'rom'.\n"},
+                 {"-p all", "-p : invalid flash page 'all'.\n"},
+                 {"-f x -f y", "Duplicated option specified.\n"},
+                 {"-t bin -f x", "flash: option -a is required\n"},
+                 {"-a update", "flash: option -t is required\n"},
+                 {"-a update -t config", "flash: option -f is required\n"},
+                 {"-a version -p pd", "flash: option -f is required\n"},
+                 {"-a erase -f x", "flash: option -t is required\n"}};
+    for (const auto& c : cases) {
+        Outcome outcome = run(doFlash, std::string("flash ") + c.words);
+        EXPECT_EQ(c.printed, outcome.printed) << c.words;
+        EXPECT_EQ(1, outcome.result) << c.words;
+    }
+    EXPECT_TRUE(seam.calls.empty());
+}
