@@ -1,0 +1,93 @@
+Port multipliers, expanders and the battery.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ kt 1 info -o pm
+  
+  Port Multiplexer Information
+  -------------------------
+  Adapter:             1
+  PM ID:               0
+  # of ports:          5
+  Links to:            HBA port 3
+  Vendor ID:           8100
+  Device ID:           14085
+  Product revision:    1
+  PM spec revision:    1.2
+  
+  Total # of PM:       1
+  
+  $ kt 0 info -o pm
+  PM is not supported on adapter 0.
+  [19]
+  $ kt 1 info -o pm -i 7
+  
+  Unable to get info of PM 7 (error 11: Invalid port multiplexer id)
+  [11]
+  $ kt info -o exp -i 0
+  
+  Expander Information
+  -------------------------
+  Adapter:             0
+  Expander ID:         0
+  Enclosure ID:        0
+  Total # of PHYs:     28
+  Links to:            HBA 0, port [0, 1, 2, 3] on SAS address 500A1F4000100000
+  From parent:         port [24, 25, 26, 27] on SAS addr 500A1F4000280000
+  Vendor ID:           TARNWARE
+  Product ID:          Fanout 28       
+  Product revision:    1.07
+  Component vendor ID: TARNWARE
+  Route table is not self configurable.
+  
+  $ kt 1 info -o exp
+  Expander is not supported on adapter 1.
+  [19]
+  $ kt info -o exp -i 7
+  
+  Unable to get info of expander 7 (error 10: Invalid expander id)
+  [10]
+  $ ktsim fault KT_PD_GetPMInfo 4
+  $ ktsim fault KT_PD_GetExpanderInfo 1
+  $ kt 1 info -o pm
+  
+  Unable to get info of PM (error 4: Resource not available)
+  [4]
+  $ kt info -o exp
+  
+  Unable to get info of expander (error 1: Failed)
+  [1]
+
+  $ lab troubled
+  $ kt info -o exp | tail -4
+  Configuring route table...
+  
+  Total # of expander: 1
+  
+
+A buffer of 1 KiB holds nine expanders or twelve port multipliers.
+
+  $ ktsim create --force --lab - > /dev/null << 'END'
+  > {"adapters": [
+  >   {"type": "array-based", "MaxBufferSize": 1, "MaxExpander": 20,
+  >    "expanders": [{}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}]},
+  >   {"type": "LD-based", "MaxBufferSize": 1, "MaxPM": 13,
+  >    "portMultipliers": [{}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}]}]}
+  > END
+  $ calls > /dev/null
+  $ kt info -o exp | grep -e 'Expander ID' -e 'Total # of exp' | tail -3
+  Expander ID:         18
+  Expander ID:         19
+  Total # of expander: 20
+  $ calls | grep -c KT_PD_GetExpanderInfo
+  3
+  $ kt 1 info -o pm | grep -e 'PM ID' -e Total | tail -3
+  PM ID:               11
+  PM ID:               12
+  Total # of PM:       13
+  $ calls | grep -c KT_PD_GetPMInfo
+  2
+
+  $ lab empty
+  $ kt info -o exp
+  No expander is found.
