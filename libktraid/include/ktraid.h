@@ -186,7 +186,9 @@ enum {
     KT_ADV_NO_ROUNDING = 1 << 17,
     KT_ADV_NO_SET_SPARE = 1 << 24,
     KT_ADV_HYBRID_SWITCH = 1 << 25,
-    KT_ADV_REMAP = 1 << 28
+    KT_ADV_ATA_PASS_THROUGH = 1 << 27,
+    KT_ADV_REMAP = 1 << 28,
+    KT_ADV_REGISTER = 1 << 29
 };
 #define KT_ADV_RAW_UPDATE 0x80000000U
 

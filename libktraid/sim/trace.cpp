@@ -1,5 +1,7 @@
 #include "trace.h"
 
+#include "checksum.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -23,16 +25,6 @@ static void appendHex(std::string& line, const void* data, size_t size, size_t s
         line += DIGITS[bytes[i] >> 4];
         line += DIGITS[bytes[i] & 15];
     }
-}
-
-static KT_U32 crc32(const unsigned char* bytes, size_t size) {
-    KT_U32 crc = 0xFFFFFFFFU;
-    for (size_t i = 0; i < size; i++) {
-        crc ^= bytes[i];
-        for (int bit = 0; bit < 8; bit++)
-            crc = (crc >> 1) ^ (0xEDB88320U & (0U - (crc & 1U)));
-    }
-    return ~crc;
 }
 
 static void appendFlashPage(std::string& line, const void* data) {

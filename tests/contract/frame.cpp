@@ -1,5 +1,6 @@
 #include "frame.h"
 
+#include "adapter/settle.h"
 #include "clock.h"
 #include "lab.h"
 
@@ -40,12 +41,29 @@ void ContractTest::start(const char* lab) const {
         newEvents(adapter);
 }
 
-void ContractTest::advance(uint64_t seconds) const {
+static void change(const std::string& folder, const std::function<void(sim::Store&)>& act) {
     sim::Store* store = sim::openExistingStore(stateFile(folder));
     sim::beginTransaction(*store, sim::Access::Write);
-    sim::setClock(*store, sim::simulatedNow(*store) + seconds * 1000, 1000, true);
+    act(*store);
     sim::commitTransaction(*store);
     sim::closeStore(store);
+}
+
+void ContractTest::advance(uint64_t seconds) const {
+    change(folder,
+           [&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store) + seconds * 1000, 1000, true); });
+}
+
+void ContractTest::runClock(uint32_t speed) const {
+    change(folder, [&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store), speed, false); });
+}
+
+void ContractTest::outside(KT_U8 adapter, const std::function<void(sim::Context&)>& act) const {
+    change(folder, [&](sim::Store& store) {
+        sim::Context context{store, adapter, sim::simulatedNow(store)};
+        sim::settle(context);
+        act(context);
+    });
 }
 
 void ContractTest::reopen() {

@@ -5,9 +5,14 @@
 #include "ktraid.h"
 
 #include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+namespace sim {
+struct Context;
+}
 
 struct ContractTest : testing::Test {
     std::string folder;
@@ -18,6 +23,10 @@ struct ContractTest : testing::Test {
     void start(const char* lab) const;
     /* Moves the stopped clock on. */
     void advance(uint64_t seconds) const;
+    /* Lets the clock run, at `speed` thousandths of real time. */
+    void runClock(uint32_t speed) const;
+    /* What no client of the library does: a battery pulled out, a fan that stops. */
+    void outside(KT_U8 adapter, const std::function<void(sim::Context&)>& act) const;
     /* Another process: everything that the library keeps in memory is gone. */
     static void reopen();
     /* The state as ktsim show prints it. */

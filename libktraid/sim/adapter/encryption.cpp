@@ -66,12 +66,14 @@ KT_U8 getAesOverview(const Context& context, _aes_entry_info& info) {
     const KT_U8 status = checkSupport(context);
     if (status != KT_OK) return status;
     info = {};
-    for (KT_U8 port = 0; port < std::size(info.aes_port); port++) {
+    KT_U8 port = 0;
+    for (_aes_port_entry& shown : info.aes_port) {
         const bool used = checkPort(context, port) == KT_OK;
-        info.aes_port[port].id = used ? port : KT_U8{255};
-        info.aes_port[port].entry = used ? portState(context, port).entry : KT_U8{NO_ENTRY};
+        shown.id = used ? port : KT_U8{255};
+        shown.entry = used ? portState(context, port).entry : KT_U8{NO_ENTRY};
+        port++;
     }
-    for (KT_U8 entry = 0; entry < std::size(info.entry); entry++)
+    for (size_t entry = 0; entry < std::size(info.entry); entry++)
         info.entry[entry] = find<AesEntry>(context, entry) ? 1 : 0;
     return KT_OK;
 }
@@ -190,10 +192,11 @@ static KT_U16 cipherComplaint(const Context& context, KT_U8 port, const DiskCiph
 }
 
 static void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher) {
-    if (cipher.offline || !(cipher.key == Digest{}))
+    if (cipher.offline || !(cipher.key == Digest{})) {
         save(context, pd, cipher);
-    else
+    } else {
         erase<DiskCipher>(context, pd);
+    }
 }
 
 static void setOnline(const Context& context, KT_U16 pd, bool online) {
@@ -249,26 +252,26 @@ KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
     return KT_OK;
 }
 
-KT_U8 setAesLink(const Context& context, KT_U8 id, const _AES_Entry_Config& entry) {
-    KT_U8 status = checkPort(context, id);
+KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& entry) {
+    KT_U8 status = checkPort(context, port);
     if (status != KT_OK) return status;
     AesEntry unlocked = {};
     status = unlock(context, entry.entry_id, entry.user_auth, unlocked);
     if (status != KT_OK) return status;
-    AesPort port = portState(context, id);
-    if (port.entry != NO_ENTRY) return KT_ERR_KEY_PRESENT;
-    port.entry = entry.entry_id;
-    save(context, id, port);
-    reviewPort(context, id);
+    AesPort state = portState(context, port);
+    if (state.entry != NO_ENTRY) return KT_ERR_KEY_PRESENT;
+    state.entry = entry.entry_id;
+    save(context, port, state);
+    reviewPort(context, port);
     return KT_OK;
 }
 
-KT_U8 clearAesLink(const Context& context, KT_U8 id) {
-    const KT_U8 status = checkPort(context, id);
+KT_U8 clearAesLink(const Context& context, KT_U8 port) {
+    const KT_U8 status = checkPort(context, port);
     if (status != KT_OK) return status;
-    if (portState(context, id).entry == NO_ENTRY) return KT_ERR_KEY_ABSENT;
-    erase<AesPort>(context, id);
-    reviewPort(context, id);
+    if (portState(context, port).entry == NO_ENTRY) return KT_ERR_KEY_ABSENT;
+    erase<AesPort>(context, port);
+    reviewPort(context, port);
     return KT_OK;
 }
 

@@ -1,3 +1,5 @@
+#include "adapter/adapterConfig.h"
+#include "adapter/flash.h"
 #include "call.h"
 
 using namespace sim;
@@ -25,19 +27,22 @@ KT_U8 KT_Adapter_GetConfig(KT_U8 a, _Adapter_Config_V2* config) {
 }
 
 KT_U8 KT_Adapter_SetConfig(KT_U8 a, const _Adapter_Config_V2* config) {
-    return notSupported("KT_Adapter_SetConfig", a, {in("config", config)});
+    return call("KT_Adapter_SetConfig", a, Access::Write, {in("config", config)},
+                [&](Context& context) { return setAdapterConfig(context, *config); });
 }
 
 KT_U8 KT_Adapter_Read_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
-    return notSupported("KT_Adapter_Read_Register", a,
-                        {num("type", type), num("address", address), inOut("request", request)});
+    return call("KT_Adapter_Read_Register", a, Access::Read,
+                {num("type", type), num("address", address), inOut("request", request)},
+                [&](Context& context) { return readRegister(context, type, address, *request); });
 }
 
 KT_U8 KT_Adapter_Write_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
-    return notSupported("KT_Adapter_Write_Register", a,
-                        {num("type", type), num("address", address), inOut("request", request)});
+    return call("KT_Adapter_Write_Register", a, Access::Write,
+                {num("type", type), num("address", address), inOut("request", request)},
+                [&](Context& context) { return writeRegister(context, type, address, *request); });
 }
 
 KT_U8 KT_AdapterMute(KT_U8 a) {
-    return notSupported("KT_AdapterMute", a, {});
+    return call("KT_AdapterMute", a, Access::Write, {}, [](Context& context) { return muteAdapter(context); });
 }

@@ -1,0 +1,73 @@
+#include "frame.h"
+
+static const char LAB[] = R"({"adapters": [{"type": "array-based"},
+  {"type": "LD-based", "AlarmSupport": 0, "config": {"AutoRebuildOn": 255}}]})";
+
+struct AdapterConfig : ContractTest {
+    _Adapter_Config_V2 config = {};
+
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+        ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+    }
+};
+
+TEST_F(AdapterConfig, ChangesAreKeptAndLogged) {
+    const _Adapter_Config_V2 before = config;
+    config.AutoRebuildOn = 0;
+    config.RebuildRate = 100;
+    config.MPRate = 0;
+    config.CopyBackOn = 0;
+    memset(config.SerialNo, 'X', sizeof config.SerialNo);
+    ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"0/5 of 0", "12/24 of 0", "12/27 of 0", "0/8 of 0"}));
+    reopen();
+    _Adapter_Config_V2 held = {};
+    ASSERT_EQ(KT_Adapter_GetConfig(0, &held), KT_OK);
+    EXPECT_EQ(held.RebuildRate, 100);
+    EXPECT_EQ(memcmp(held.SerialNo, before.SerialNo, sizeof held.SerialNo), 0) << "the serial number is not a setting";
+    memcpy(config.SerialNo, before.SerialNo, sizeof config.SerialNo);
+    EXPECT_EQ(memcmp(&held, &config, sizeof held), 0);
+    ASSERT_EQ(KT_Adapter_SetConfig(0, &held), KT_OK);
+    EXPECT_TRUE(newEvents().empty()) << "nothing changed";
+}
+
+TEST_F(AdapterConfig, WrongValuesChangeNothing) {
+    const _Adapter_Config_V2 before = config;
+    config.SyncRate = 30;
+    config.MPRate = 101;
+    EXPECT_EQ(KT_Adapter_SetConfig(0, &config), KT_ERR_OUT_OF_RANGE);
+    config.MPRate = 50;
+    config.AutoRebuildOn = 2;
+    EXPECT_EQ(KT_Adapter_SetConfig(0, &config), KT_ERR_OUT_OF_RANGE);
+    _Adapter_Config_V2 held = {};
+    ASSERT_EQ(KT_Adapter_GetConfig(0, &held), KT_OK);
+    EXPECT_EQ(memcmp(&held, &before, sizeof held), 0);
+    EXPECT_TRUE(newEvents().empty());
+
+    ASSERT_EQ(KT_Adapter_GetConfig(1, &config), KT_OK);
+    _Adapter_Config_V2 other = config;
+    other.AutoRebuildOn = 1;
+    EXPECT_EQ(KT_Adapter_SetConfig(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
+    other = config;
+    other.AlarmOn = 1;
+    EXPECT_EQ(KT_Adapter_SetConfig(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
+    other = config;
+    other.ModuleConsolidation = 1;
+    EXPECT_EQ(KT_Adapter_SetConfig(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
+}
+
+TEST_F(AdapterConfig, MuteIsLoggedOnce) {
+    EXPECT_EQ(KT_AdapterMute(0), KT_OK);
+    EXPECT_EQ(KT_AdapterMute(0), KT_OK);
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"}));
+    config.AlarmOn = 0;
+    ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
+    config.AlarmOn = 1;
+    ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
+    newEvents();
+    EXPECT_EQ(KT_AdapterMute(0), KT_OK);
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"})) << "a buzzer switched on anew is not mute";
+    EXPECT_EQ(KT_AdapterMute(1), KT_ERR_NOT_ON_THIS_ADAPTER);
+}

@@ -1,0 +1,147 @@
+#include "frame.h"
+
+#include "adapter/battery.h"
+
+static const char LAB[] = R"({"adapters": [
+  {"type": "array-based", "battery": true,
+   "disks": [{"count": 3, "type": "SAS", "size": "1TB", "on": "HBA", "port": 0}],
+   "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [
+     {"size": "100GiB", "cache": "auto"}, {"size": "100GiB", "cache": "off"}, {"size": "100GiB"}]}]},
+  {"type": "LD-based"}, {"type": "array-based"}]})";
+static const uint64_t MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
+
+struct Battery : ContractTest {
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+    }
+};
+
+static _BBU_Info battery() {
+    _BBU_Info info = {};
+    EXPECT_EQ(KT_BBU_GetInfo(0, &info), KT_OK);
+    return info;
+}
+
+/* Whether each virtual disk writes through. */
+static std::vector<int> writeThrough() {
+    std::vector<int> off;
+    for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))
+        off.push_back(vd.CacheMode & KT_CACHE_OFF);
+    return off;
+}
+
+static std::vector<std::string> codes(const std::vector<std::string>& events) {
+    std::vector<std::string> battery;
+    for (const std::string& event : events)
+        if (event.rfind("9/", 0) == 0) battery.push_back(event.substr(2, event.find(' ') - 2));
+    return battery;
+}
+
+TEST_F(Battery, ShowsTheLabsBatteryFirst) {
+    const _BBU_Info info = battery();
+    EXPECT_EQ(info.status, KT_BBU_PRESENT);
+    EXPECT_EQ(info.percentage, 95);
+    EXPECT_NEAR(info.capacity, 620, 1);
+    EXPECT_EQ(info.voltage, 4120);
+    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
+    EXPECT_TRUE(newEvents().empty());
+    _BBU_Info other = {};
+    EXPECT_EQ(KT_BBU_GetInfo(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
+    EXPECT_EQ(KT_BBU_GetInfo(2, &other), KT_OK);
+    EXPECT_EQ(other.status, 0) << "room for a battery, but none there";
+    EXPECT_EQ(KT_BBU_ChangePower(2, sim::POWER_CHARGE), KT_ERR_INVALID_BBU);
+    EXPECT_EQ(KT_BBU_ChangePower(0, 3), KT_ERR_INVALID_PARAMETER);
+}
+
+TEST_F(Battery, DischargesAndChargesOverTime) {
+    ASSERT_EQ(KT_BBU_ChangePower(0, sim::POWER_DISCHARGE), KT_OK);
+    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_DISCHARGING);
+    const int minutes = battery().minutesToEmpty;
+    advance(60 * MINUTE);
+    EXPECT_EQ(battery().minutesToEmpty, minutes - 60);
+    EXPECT_EQ(battery().percentage, 62);
+    EXPECT_LT(battery().voltage, 4120);
+    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
+    advance(60 * MINUTE);
+    EXPECT_EQ(battery().percentage, 28);
+    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0})) << "the automatic cache writes through below 30%";
+    advance(60 * MINUTE);
+    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_CHARGING) << "an empty battery is charged";
+    advance(4 * HOUR);
+    EXPECT_EQ(battery().status, KT_BBU_PRESENT);
+    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"16", "20", "28", "31", "17", "21", "29", "18"}));
+    EXPECT_EQ(KT_BBU_ChangePower(0, sim::POWER_DISCHARGE), KT_OK);
+    EXPECT_EQ(KT_BBU_ChangePower(0, sim::POWER_STOP), KT_OK);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"16", "31"}));
+}
+
+TEST_F(Battery, AnIdleOneIsKeptCharged) {
+    advance(20 * DAY);
+    EXPECT_GE(battery().percentage, 85);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"17", "18"}));
+}
+
+TEST_F(Battery, RelearnsOnSchedule) {
+    const _BBU_Info before = battery();
+    outside(0, [](sim::Context& context) { sim::scheduleRelearn(context, 5 * DAY); });
+    advance(4 * DAY + 23 * HOUR);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"12", "13", "14", "15"}));
+    advance(2 * HOUR);
+    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_DISCHARGING);
+    advance(DAY);
+    EXPECT_EQ(codes(newEvents()),
+              std::vector<std::string>({"6", "16", "20", "28", "31", "7", "17", "21", "29", "18", "8"}));
+    EXPECT_EQ(battery().rechargeCycle, before.rechargeCycle + 1);
+    EXPECT_LT(battery().maxCapacity, before.maxCapacity);
+    advance(31 * DAY);
+    EXPECT_EQ(battery().rechargeCycle, before.rechargeCycle + 2);
+}
+
+TEST_F(Battery, RelearnWaitsForTheChargeAndForPeople) {
+    outside(0, [](sim::Context& context) {
+        sim::setBatteryCharge(context, 80);
+        sim::scheduleRelearn(context, 10 * MINUTE);
+    });
+    newEvents();
+    advance(15 * MINUTE);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"10"}));
+    advance(45 * MINUTE);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"18", "6", "16"}));
+    ASSERT_EQ(KT_BBU_ChangePower(0, sim::POWER_CHARGE), KT_OK);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"11", "17", "14"})) << "postponed by a day";
+}
+
+TEST_F(Battery, ABrokenChargerEndsTheRelearn) {
+    outside(0, [](sim::Context& context) {
+        sim::breakCharger(context, true);
+        sim::scheduleRelearn(context, 1);
+    });
+    advance(3 * DAY);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"19", "15", "6", "16", "20", "28", "31", "7", "17", "9"}));
+    EXPECT_EQ(battery().percentage, 0);
+}
+
+TEST_F(Battery, LostAndFoundAgain) {
+    outside(0, [](sim::Context& context) { sim::removeBattery(context); });
+    EXPECT_EQ(battery().status, 0);
+    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
+    advance(40 * DAY);
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"5", "28"}));
+    outside(0, [](sim::Context& context) { sim::insertBattery(context); });
+    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_CHARGING);
+    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"2", "0", "17", "29"}));
+}
+
+TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
+    outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, 6001); });
+    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
+    outside(0, [](sim::Context& context) { sim::setBatteryVoltage(context, 3299); });
+    outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, 6000); });
+    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0})) << "the voltage is still wrong";
+    outside(0, [](sim::Context& context) { sim::setBatteryVoltage(context, 3300); });
+    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"24", "28", "25", "23", "26", "29"}));
+}
