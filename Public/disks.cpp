@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "Public/common.h"
+#include "Public/listing.h"
 
 DiskRole diskRole(KT_U8 status) {
     if ((status & KT_PD_OFFLINE) != 0) return DiskRole::Offline;
@@ -23,4 +23,11 @@ KT_U8 findFileSystems(const PdList& disks, FileSystems& found) {
         ++found.count;
     }
     return KT_OK;
+}
+
+bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status) {
+    status = getItem(KT_PD_GetHDInfo_Ext, pd, request);
+    if (status == KT_OK && request.header.numReturned == 1) return true;
+    status = getItem(KT_PD_GetHDInfo, pd, request);
+    return status == KT_OK && request.header.numReturned == 1;
 }

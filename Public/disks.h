@@ -16,3 +16,6 @@ struct FileSystems {
 
 // Looks for file systems on the disks; answers the library's status.
 KT_U8 findFileSystems(const PdList& disks, FileSystems& found);
+
+// Reads a disk's record, by the older call where the newer one fails. False when there is none; status says why.
+bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status);

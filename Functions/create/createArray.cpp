@@ -50,14 +50,6 @@ static bool answered(KT_U8 status, const _RequestHeader& header) {
     return status == KT_OK && header.numReturned == 1;
 }
 
-// Reads a disk's record, by the older call where the newer one fails. False when there is none; status says why.
-static bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status) {
-    status = getItem(KT_PD_GetHDInfo_Ext, pd, request);
-    if (answered(status, request.header)) return true;
-    status = getItem(KT_PD_GetHDInfo, pd, request);
-    return answered(status, request.header);
-}
-
 static bool refuseUnreadable(KT_U16 pd, KT_U8 status) {
     out("Unable to get info of PD %d, (error %d : %s)\n", pd, status, ErrorMessage(status));
     return false;

@@ -1,6 +1,7 @@
 #include "Functions/migrate/migrate.h"
 
 #include "Functions/migrate/migration.h"
+#include "Public/disks.h"
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 #include "Public/vdBlocks.h"
@@ -148,21 +149,20 @@ static bool checkNewDisk(KT_U16 disk, int& result) {
         result = status;
         return false;
     }
-    KT_U8 role = answer.hdRaidStatus[0].Status;
     result = 1;
-    if ((role & KT_PD_OFFLINE) != 0) {
+    switch (diskRole(answer.hdRaidStatus[0].Status)) {
+    case DiskRole::Offline:
         out("Offline disk %d can not be used as target of a migration.\n", disk);
         return false;
-    }
-    if ((role & KT_PD_SPARE) != 0) {
+    case DiskRole::Spare:
         out("Spare disk %d can not be used as target of a migration.\n", disk);
         return false;
-    }
-    if ((role & KT_PD_FOREIGN) != 0) {
+    case DiskRole::Foreign:
         out("Foreign disk %d can not be used as target of a migration.\n", disk);
         return false;
+    default:
+        return true;
     }
-    return true;
 }
 
 // The checks of a start, up to the question. False after a message, with the result set.

@@ -4,6 +4,7 @@
 #include <strings.h>
 
 #include "Public/confirm.h"
+#include "Public/raidOptions.h"
 
 const option migrate_long[] = {{"action", required_argument, nullptr, 'a'},
                                {"id", required_argument, nullptr, 'l'},
@@ -32,18 +33,11 @@ static Take takeOption(int option, const char* value, MigrationRequest& request)
         out("-l : invalid VD id '%s'\n", value);
         return Take::Failed;
     case 'r':
-        request.level = chooseRaidMode(value);
-        if (request.level != 255) return Take::Yes;
-        out("-r : invalid raid mode %s\n", value);
-        return Take::Failed;
+        return takeLevel(value, request.level);
     case 'q':
-        if (parseDecimal(value, request.parity)) return Take::Yes;
-        out("-q : invalid number of parity disks '%s'\n", value);
-        return Take::Failed;
+        return takeParity(value, request.parity);
     case 'd':
-        if (parsePdList(value, Repeats::Skip, request.disks)) return Take::Yes;
-        out("-d : invalid PD ID '%s'\n", value);
-        return Take::Failed;
+        return takeDisks(value, request.disks);
     default:
         return Take::Help;
     }

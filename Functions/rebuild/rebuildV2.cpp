@@ -1,6 +1,7 @@
 #include "Functions/rebuild/rebuildV2.h"
 
 #include "Public/activity.h"
+#include "Public/disks.h"
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 
@@ -79,11 +80,10 @@ static bool checkSize(KT_U16 pd, const _DG_Info& array, int& result) {
 
 static bool checkBlockSize(KT_U16 pd, KT_U16 id, const _DG_Info& array, int& result) {
     _HD_Info_Request answer;
-    KT_U8 status = getItem(KT_PD_GetHDInfo_Ext, pd, answer);
-    if (status != KT_OK) status = getItem(KT_PD_GetHDInfo, pd, answer);
-    if (status != KT_OK) {
+    KT_U8 status = KT_OK;
+    if (!readDisk(pd, answer, status)) {
         out("Unable to get size of PD %d (error %d: %s).\n", pd, status, ErrorMessage(status));
-        result = status;
+        result = status == KT_OK ? 1 : status;
         return false;
     }
     KT_U32 size = answer.hdInfo[0].BlockSize;

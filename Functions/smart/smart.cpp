@@ -1,5 +1,6 @@
 #include "Functions/smart/smart.h"
 
+#include "Public/disks.h"
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 #include "Public/utility.h"
@@ -28,10 +29,10 @@ static Take takeDisk(int option, const char* value, KT_U16& id) {
     return Take::Yes;
 }
 
-static KT_U8 readDisk(KT_U16 id, _HD_Info_Request& request) {
-    if (getItem(KT_PD_GetHDInfo_Ext, id, request) == KT_OK && request.header.numReturned == 1) return KT_OK;
-    KT_U8 status = getItem(KT_PD_GetHDInfo, id, request);
-    return status == KT_OK && request.header.numReturned != 1 ? KT_U8{KT_ERR_INVALID_PD} : status;
+static KT_U8 findDisk(KT_U16 id, _HD_Info_Request& request) {
+    KT_U8 status = KT_OK;
+    if (readDisk(id, request, status)) return KT_OK;
+    return status == KT_OK ? KT_U8{KT_ERR_INVALID_PD} : status;
 }
 
 // Asks the disk itself whether it considers itself healthy.
@@ -95,7 +96,7 @@ static KT_U8 reportAttributes(KT_U16 id) {
 
 static KT_U8 reportSmart(KT_U16 id) {
     _HD_Info_Request disk;
-    KT_U8 status = readDisk(id, disk);
+    KT_U8 status = findDisk(id, disk);
     if (status != KT_OK) {
         out("Unable to get info of PD %d (error %d : %s)\n", id, status, ErrorMessage(status));
         return status;
