@@ -151,8 +151,9 @@ static constexpr Field VD_FIELDS[] = {
     NUM(_LD_Info, BlockSize),
 };
 static constexpr Field VD_STATE_FIELDS[] = {
-    NUM(VdState, cachePolicy), NUM(VdState, hasOs),      NUM(VdState, initialized), NUM(VdState, reported),
-    NUM(VdState, waterMark),   NUM(VdState, linkedDisk), NUM(VdState, created),     ACTIVITY(VdState, activity)};
+    NUM(VdState, cachePolicy), NUM(VdState, hasOs),         NUM(VdState, initialized),
+    NUM(VdState, reported),    NUM(VdState, waterMark),     NUM(VdState, linkedDisk),
+    NUM(VdState, created),     ACTIVITY(VdState, activity), NUM(VdState, homes)};
 static constexpr Field DG_FIELDS[] = {
     NUM(_DG_Info, DGID),
     TXT(_DG_Info, Name),
@@ -177,7 +178,8 @@ static constexpr Field DG_FIELDS[] = {
     NUM(_DG_Info, BgaType),
     NUM(_DG_Info, BgaState),
 };
-static constexpr Field DG_STATE_FIELDS[] = {NUM(DgState, writeCacheOn), ACTIVITY(DgState, activity)};
+static constexpr Field DG_STATE_FIELDS[] = {NUM(DgState, writeCacheOn), NUM(DgState, memberCount),
+                                            ACTIVITY(DgState, activity), NUM(DgState, members), NUM(DgState, homes)};
 static constexpr Field PD_FIELDS[] = {
     LINK(_HD_Info, Link),
     NUM(_HD_Info, AdapterID),

@@ -224,6 +224,8 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     if (takeFlag(reader, "readAhead", false)) state.cachePolicy |= KT_CACHE_READ_AHEAD;
     vd.CacheMode = state.cachePolicy;
     state.activity.disk = KT_NO_ID;
+    std::fill(std::begin(state.homes), std::end(state.homes), KT_U16{KT_NO_ID});
+    std::copy(layout.disks.begin(), layout.disks.end(), state.homes);
     placeBlocks(context, layout, reader, kib, vd, 0);
     takeActivity(context, reader, kib, vd, state);
     takeTarget(context, reader, layout, kib, vd);
@@ -287,6 +289,10 @@ static void addArray(Context& context, LabReader& reader, const Layout& layout) 
     }
     DgState state = {};
     state.writeCacheOn = takeFlag(reader, "writeCache", true) ? 1 : 0;
+    state.memberCount = static_cast<KT_U8>(layout.disks.size());
+    std::fill(std::begin(state.members), std::end(state.members), KT_U16{KT_NO_ID});
+    std::copy(layout.disks.begin(), layout.disks.end(), state.members);
+    std::copy(std::begin(state.members), std::end(state.members), state.homes);
     state.activity.disk = KT_NO_ID;
     addSlots(context, reader, layout, array, state);
     takeSpares(context, reader, array);

@@ -89,6 +89,7 @@ struct VdState {
     KT_U16 linkedDisk; /* KT_VDHDD_AddLink; KT_NO_ID = none */
     KT_U64 created;    /* seconds since 1970 */
     Activity activity;
+    KT_U16 homes[128]; /* whose place each slot is; a spare may stand in for that disk. Unused in an array */
 };
 
 /* What a migrating virtual disk is turning into. */
@@ -98,8 +99,11 @@ struct VdTarget {
 
 struct DgState {
     KT_U8 writeCacheOn;
-    KT_U8 reserved[7];
+    KT_U8 memberCount; /* slots, whether or not a disk is in them; _DG_Info.PDIDs lists the disks that are there */
+    KT_U8 reserved[6];
     Activity activity;
+    KT_U16 members[128]; /* the disk in each slot, KT_NO_ID = missing */
+    KT_U16 homes[128];   /* whose place each slot is; a spare may stand in for that disk */
 };
 
 enum : KT_U8 { PD_HEALTHY = 0, PD_FAILED = 1 };

@@ -1,9 +1,55 @@
+#include "adapter/activity.h"
+#include "adapter/jobs.h"
 #include "adapter/settle.h"
+
+#include <vector>
 
 namespace sim {
 
-KT_U64 settleRaid(Context& /*context*/) {
-    return NEVER;
+static void completeVdJob(const Context& context, Owner owner, const Activity& job) {
+    Vd vd = {};
+    if (findVd(context, owner.id, vd) != KT_OK) return;
+    if (job.kind != KT_BGA_CHECK) vd.state.initialized = 1;
+    save(context, owner.id, vd.state);
+    dropJob(context, owner);
+    logJob(context, owner, job, STEP_COMPLETED);
+}
+
+void completeJob(const Context& context, Owner owner) {
+    const Activity job = jobOf(context, owner);
+    if (owner.kind == OwnerKind::Disk) {
+        dropJob(context, owner);
+        logJob(context, owner, job, STEP_COMPLETED);
+    } else {
+        completeVdJob(context, owner, job);
+    }
+}
+
+static void announce(const Context& context, Owner owner, Activity job) {
+    const unsigned percent = activityPercent(job, context.now);
+    const KT_U64 quarter = percent - percent % ANNOUNCED_PERCENT;
+    if (quarter <= job.announced || quarter >= 100) return;
+    job.announced = quarter;
+    saveJob(context, owner, job);
+    logJob(context, owner, job, STEP_PROGRESS, static_cast<KT_U32>(quarter));
+}
+
+KT_U64 settleRaid(Context& context) {
+    std::vector<Owner> due;
+    forEachJob(context, [&](Owner owner, const Activity& job) {
+        if (nextMoment(job) <= context.now) due.push_back(owner);
+    });
+    for (const Owner owner : due) {
+        const Activity job = jobOf(context, owner);
+        if (activityEnd(job) <= context.now)
+            completeJob(context, owner);
+        else
+            announce(context, owner, job);
+    }
+    if (!due.empty()) arbitrate(context);
+    KT_U64 next = NEVER;
+    forEachJob(context, [&](Owner, const Activity& job) { next = nextMoment(job) < next ? nextMoment(job) : next; });
+    return next;
 }
 
 } // namespace sim

@@ -89,6 +89,15 @@ KT_U64 freeKib(const Context& context, KT_U16 pd, KT_U64 valid) {
     return valid > used ? valid - used : 0;
 }
 
+bool isFreeSpace(const Context& context, KT_U16 pd, KT_U64 start, KT_U64 sectors) {
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); i++) {
+        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        if (block && block->StartLBA < start + sectors && start < block->StartLBA + block->Size) return false;
+    }
+    return true;
+}
+
 std::optional<KT_U64> findSpace(const Context& context, KT_U16 pd, const _HD_Info& disk, const PdState& state,
                                 KT_U64 sectors) {
     const KT_U64 end = kibToSectors(validKib(disk, state), disk.BlockSize);

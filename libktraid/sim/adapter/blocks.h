@@ -21,6 +21,8 @@ KT_U64 freeKib(const Context& context, KT_U16 pd, KT_U64 valid);
 /* Where `sectors` fit first in the disk's free space, a gap between blocks included; nothing when they do not. */
 std::optional<KT_U64> findSpace(const Context& context, KT_U16 pd, const _HD_Info& disk, const PdState& state,
                                 KT_U64 sectors);
+/* Whether no block of the disk reaches into these sectors. */
+bool isFreeSpace(const Context& context, KT_U16 pd, KT_U64 start, KT_U64 sectors);
 inline KT_U64 sectorsToKib(KT_U64 sectors, KT_U32 sectorSize) {
     return sectors / 1024 * sectorSize + sectors % 1024 * sectorSize / 1024;
 }

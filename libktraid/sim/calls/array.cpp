@@ -1,3 +1,6 @@
+#include "adapter/arrays.h"
+#include "adapter/configuration.h"
+#include "adapter/vdJobs.h"
 #include "call.h"
 
 using namespace sim;
@@ -18,15 +21,18 @@ KT_U8 KT_DG_GetConfig(KT_U8 a, _DG_Config_Request* request) {
 }
 
 KT_U8 KT_DG_SetConfig(KT_U8 a, KT_U16 dg, const _DG_CONFIG* config) {
-    return notSupported("KT_DG_SetConfig", a, {num("dg", dg), in("config", config)});
+    return call("KT_DG_SetConfig", a, Access::Write, {num("dg", dg), in("config", config)},
+                [&](Context& context) { return configureArray(context, dg, *config); });
 }
 
 KT_U8 KT_DG_Delete(KT_U8 a, KT_U16 dg) {
-    return notSupported("KT_DG_Delete", a, {num("dg", dg)});
+    return call("KT_DG_Delete", a, Access::Write, {num("dg", dg)},
+                [&](Context& context) { return deleteArray(context, dg); });
 }
 
 KT_U8 KT_DG_BGAControl(KT_U8 a, KT_U16 dg, KT_U8 control) {
-    return notSupported("KT_DG_BGAControl", a, {num("dg", dg), num("control", control)});
+    return call("KT_DG_BGAControl", a, Access::Write, {num("dg", dg), num("control", control)},
+                [&](Context& context) { return controlArray(context, dg, control); });
 }
 
 KT_U8 KT_DG_StartMigration(KT_U8 a, _CreateOrModify_DG_Param* param, KT_U8 sizeOnly) {
@@ -34,5 +40,7 @@ KT_U8 KT_DG_StartMigration(KT_U8 a, _CreateOrModify_DG_Param* param, KT_U8 sizeO
 }
 
 KT_U8 KT_CreateOrModify_DG(KT_U8 a, _CreateOrModify_DG_Param* param, KT_U8 sizeOnly) {
-    return notSupported("KT_CreateOrModify_DG", a, {inOut("param", param), num("sizeOnly", sizeOnly)});
+    return call("KT_CreateOrModify_DG", a, sizeOnly ? Access::Read : Access::Write,
+                {inOut("param", param), num("sizeOnly", sizeOnly)},
+                [&](Context& context) { return createArray(context, *param, sizeOnly != 0); });
 }

@@ -1,4 +1,10 @@
 #include "adapter/activity.h"
+#include "adapter/arrays.h"
+#include "adapter/configuration.h"
+#include "adapter/creation.h"
+#include "adapter/deletion.h"
+#include "adapter/jobs.h"
+#include "adapter/vdJobs.h"
 #include "call.h"
 
 using namespace sim;
@@ -16,12 +22,12 @@ static bool patrolled(const Context& context, const _LD_Info& vd) {
 }
 
 static bool fillStatus(Context& context, KT_U16 id, const _LD_Info& vd, _LD_STATUS& status) {
-    const VdState state = find<VdState>(context, id).value_or(VdState{});
+    const Activity job = shownActivity(context, Vd{vd, find<VdState>(context, id).value_or(VdState{})});
     status.LDID = id;
     status.Status = vd.Status;
-    status.Bga = state.activity.kind;
-    status.BgaState = state.activity.state;
-    if (state.activity.kind) status.BgaPercentage = static_cast<KT_U16>(activityPercent(state.activity, context.now));
+    status.Bga = job.kind;
+    status.BgaState = job.state;
+    if (job.kind) status.BgaPercentage = static_cast<KT_U16>(activityPercent(job, context.now));
     if (patrolled(context, vd)) status.BgaExt = KT_BGAEXT_MEDIA_PATROL;
     return true;
 }
@@ -46,31 +52,38 @@ KT_U8 KT_LD_GetConfig(KT_U8 a, _LD_Config_Request* request) {
 }
 
 KT_U8 KT_LD_SetConfig(KT_U8 a, KT_U16 vd, const _LD_Config* config) {
-    return notSupported("KT_LD_SetConfig", a, {num("vd", vd), in("config", config)});
+    return call("KT_LD_SetConfig", a, Access::Write, {num("vd", vd), in("config", config)},
+                [&](Context& context) { return configureVd(context, vd, *config); });
 }
 
 KT_U8 KT_LD_Create(KT_U8 a, _Create_LD_Param* param) {
-    return notSupported("KT_LD_Create", a, {inOut("param", param)});
+    return call("KT_LD_Create", a, Access::Write, {inOut("param", param)},
+                [&](Context& context) { return createLd(context, *param); });
 }
 
 KT_U8 KT_LD_DG_QuickCreate(KT_U8 a, KT_U8 type) {
-    return notSupported("KT_LD_DG_QuickCreate", a, {num("type", type)});
+    return call("KT_LD_DG_QuickCreate", a, Access::Write, {num("type", type)},
+                [&](Context& context) { return quickCreate(context, type); });
 }
 
 KT_U8 KT_LD_Delete(KT_U8 a, KT_U16 vd, KT_U8 stopBga) {
-    return notSupported("KT_LD_Delete", a, {num("vd", vd), num("stopBga", stopBga)});
+    return call("KT_LD_Delete", a, Access::Write, {num("vd", vd), num("stopBga", stopBga)},
+                [&](Context& context) { return deleteVd(context, vd, stopBga != 0); });
 }
 
 KT_U8 KT_LD_BGAControl(KT_U8 a, KT_U16 vd, KT_U8 control) {
-    return notSupported("KT_LD_BGAControl", a, {num("vd", vd), num("control", control)});
+    return call("KT_LD_BGAControl", a, Access::Write, {num("vd", vd), num("control", control)},
+                [&](Context& context) { return controlVd(context, vd, control); });
 }
 
 KT_U8 KT_LD_StartINIT(KT_U8 a, KT_U16 vd, KT_U8 initType) {
-    return notSupported("KT_LD_StartINIT", a, {num("vd", vd), num("initType", initType)});
+    return call("KT_LD_StartINIT", a, Access::Write, {num("vd", vd), num("initType", initType)},
+                [&](Context& context) { return startInitialization(context, vd, initType); });
 }
 
 KT_U8 KT_LD_StartConsistencyCheck(KT_U8 a, KT_U16 vd, KT_U8 fix) {
-    return notSupported("KT_LD_StartConsistencyCheck", a, {num("vd", vd), num("fix", fix)});
+    return call("KT_LD_StartConsistencyCheck", a, Access::Write, {num("vd", vd), num("fix", fix)},
+                [&](Context& context) { return startCheck(context, vd, fix); });
 }
 
 KT_U8 KT_LD_StartRebuild(KT_U8 a, KT_U16 vd, KT_U16 pd) {
@@ -87,7 +100,8 @@ KT_U8 KT_LD_StartMigration(KT_U8 a, _Create_LD_Param* param) {
 }
 
 KT_U8 KT_LD_GetMaxSize(KT_U8 a, _Create_LD_Param* param) {
-    return notSupported("KT_LD_GetMaxSize", a, {inOut("param", param)});
+    return call("KT_LD_GetMaxSize", a, Access::Read, {inOut("param", param)},
+                [&](Context& context) { return maxLdSize(context, *param); });
 }
 
 KT_U8 KT_LD_GetMigratedLdSize(KT_U8 a, _Create_LD_Param* param) {
@@ -114,9 +128,13 @@ KT_U8 KT_LD_Report(KT_U8 a, KT_U16 vd) {
 }
 
 KT_U8 KT_LD_PauseAll(KT_U8 a) {
-    return notSupported("KT_LD_PauseAll", a, {});
+    return call("KT_LD_PauseAll", a, Access::Write, {}, [](Context& context) {
+        pauseAll(context);
+        return KT_OK;
+    });
 }
 
 KT_U8 KT_CreateOrModify_VD(KT_U8 a, _CreateOrModify_VD_Param* param) {
-    return notSupported("KT_CreateOrModify_VD", a, {inOut("param", param)});
+    return call("KT_CreateOrModify_VD", a, Access::Write, {inOut("param", param)},
+                [&](Context& context) { return createVdInArray(context, *param); });
 }

@@ -1,0 +1,47 @@
+/* Making virtual disks. */
+#ifndef KTSIM_ADAPTER_CREATION_H
+#define KTSIM_ADAPTER_CREATION_H
+
+#include "adapter/candidates.h"
+
+namespace sim {
+
+/* A virtual disk to be. */
+struct VdPlan {
+    Geometry geometry;
+    KT_U16 stripe;
+    KT_U8 sectorCoefficient;
+    KT_U8 cachePolicy;
+    KT_U8 initialization;
+    KT_U8 waterMark;
+    KT_U8 name[16];
+    KT_U16 dgid;               /* KT_NO_ID outside arrays */
+    KT_U64 size;               /* KiB */
+    std::vector<KT_U16> disks; /* by slot; KT_NO_ID = missing from its array */
+    std::vector<KT_U64> kib;   /* by slot: KiB on that disk */
+    KT_U64 startKib;           /* where on the disks, NEVER = wherever it fits */
+};
+
+/* Checks that do not depend on the disks; KT_OK or what is wrong. */
+KT_U8 checkName(const KT_U8* name);
+KT_U8 checkStripe(const _Adapter_Info& adapter, KT_U16 stripe);
+KT_U8 checkOptions(const _Adapter_Info& adapter, KT_U8 level, KT_U8 cachePolicy, KT_U8 initialization, KT_U8 rounding,
+                   KT_U8 sectorCoefficient);
+/* KiB rounded down to what the scheme allows; 0 when nothing is left. */
+KT_U64 roundSize(KT_U64 kib, KT_U8 scheme);
+KT_U16 defaultStripe();
+
+/* Lays the blocks out, adds the virtual disk, logs it and starts its initialisation. Answers its id in `vd`. */
+KT_U8 buildVd(const Context& context, const VdPlan& plan, KT_U16& vd);
+/* KiB of an initialisation or a check: what is done on each disk. */
+KT_U64 initializationWork(KT_U8 kind, KT_U64 share);
+
+/* KT_LD_Create. Size 0 takes all there is. Otherwise its unit is MB where the record comes from a person's size option:
+   on adapters of the first generation (DevID up to 0x4700), when ReservedForApp is set, and for hybrid levels with
+   their water mark; in every other record, as a restored configuration sends them, it is KiB. */
+KT_U8 createLd(const Context& context, const _Create_LD_Param& param);
+/* KT_LD_GetMaxSize: Size in KiB. */
+KT_U8 maxLdSize(const Context& context, _Create_LD_Param& param);
+
+} // namespace sim
+#endif

@@ -1,0 +1,84 @@
+#include "adapter/deletion.h"
+
+#include "adapter/arrays.h"
+#include "adapter/blocks.h"
+#include "adapter/jobs.h"
+#include "events.h"
+
+#include <algorithm>
+
+namespace sim {
+
+static bool isArrayMember(const Context& context, KT_U16 dgid, KT_U16 pd) {
+    const auto array = dgid == KT_NO_ID ? std::nullopt : find<DgState>(context, dgid);
+    if (!array) return false;
+    const KT_U16* end = array->members + std::min<int>(array->memberCount, MAX_MEMBERS);
+    return std::find(array->members, end, pd) != end;
+}
+
+static bool isArraySpare(const Context& context, KT_U16 dgid, KT_U16 pd) {
+    const auto array = dgid == KT_NO_ID ? std::nullopt : find<_DG_Info>(context, dgid);
+    if (!array) return false;
+    return std::find(std::begin(array->SparePDIDs), std::end(array->SparePDIDs), pd) != std::end(array->SparePDIDs);
+}
+
+void releaseDisk(const Context& context, KT_U16 pd) {
+    Disk disk = {};
+    if (pd == KT_NO_ID || findDisk(context, pd, disk) != KT_OK) return;
+    const KT_U8 before = disk.state.raid;
+    const bool member = isArrayMember(context, disk.state.dgid, pd);
+    if (!member && blocksOf(context, pd).BlkCount == 0)
+        disk.state.raid &= static_cast<KT_U8>(~(KT_PD_MEMBER | KT_PD_SPARE_IN_USE | KT_PD_FOREIGN));
+    if ((disk.state.raid & KT_PD_DEDICATED_SPARE) && !isArraySpare(context, disk.state.dgid, pd)) {
+        disk.state.raid &= static_cast<KT_U8>(~KT_PD_DEDICATED_SPARE);
+        logEvent(context, EVT_PD, 10, pd, SEV_INFO);
+    }
+    if (!member && !(disk.state.raid & KT_PD_DEDICATED_SPARE)) disk.state.dgid = KT_NO_ID;
+    saveDisk(context, disk);
+    const Owner owner{OwnerKind::Disk, pd};
+    if (disk.state.patrol.kind && !(disk.state.raid & (KT_PD_MEMBER | KT_PD_SPARE))) {
+        logJob(context, owner, disk.state.patrol, STEP_ABORTED);
+        dropJob(context, owner);
+    }
+    const bool isFree = (disk.state.raid & KT_PD_NOT_FREE) == 0;
+    if (isFree && (before & KT_PD_NOT_FREE) != 0) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+}
+
+void removeVd(const Context& context, const Vd& vd) {
+    std::vector<KT_U16> blocks;
+    std::vector<KT_U16> disks;
+    forEach<_Block_Info>(context, 0, [&](KT_U64 id, const _Block_Info& block) {
+        if (block.LDID != vd.info.ID) return true;
+        blocks.push_back(static_cast<KT_U16>(id));
+        disks.push_back(block.HDID);
+        return true;
+    });
+    for (const KT_U16 block : blocks)
+        removeBlock(context, block);
+    erase<_LD_Info>(context, vd.info.ID);
+    erase<VdState>(context, vd.info.ID);
+    erase<VdTarget>(context, vd.info.ID);
+    if (vd.info.DGID != KT_NO_ID) freeSlot(context, vd.info.DGID, vd.info.ID);
+    for (const KT_U16 disk : disks)
+        releaseDisk(context, disk);
+    logEvent(context, EVT_VD, 3, vd.info.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.info.RaidMode) ? 1 : 0);
+}
+
+KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity) {
+    Vd vd = {};
+    const KT_U8 status = findVd(context, id, vd);
+    if (status != KT_OK) return status;
+    if (vd.state.hasOs) return KT_ERR_VD_HAS_OS;
+    const Activity job = shownActivity(context, vd);
+    if (isUsable(vd.info) && isAlive(job)) {
+        const bool arrays = vd.info.DGID != KT_NO_ID && vd.state.activity.kind != job.kind;
+        if (arrays && job.kind == KT_BGA_MIGRATION) return KT_ERR_ARRAY_BUSY;
+        if (!stopActivity) return KT_ERR_VD_BUSY;
+    }
+    if (isAlive(vd.state.activity)) logJob(context, Owner{OwnerKind::Vd, id}, vd.state.activity, STEP_ABORTED);
+    removeVd(context, vd);
+    arbitrate(context);
+    return KT_OK;
+}
+
+} // namespace sim
