@@ -244,11 +244,16 @@ static void addSlots(const Context& context, LabReader& reader, const Layout& la
         array.VDIDs[array.VDSlotCount++] = vd.ID;
         array.RemainingManagedSpace -= std::min(array.RemainingManagedSpace, vd.Size);
         array.BlockSize = vd.BlockSize;
-        const VdState vdState = find<VdState>(context, vd.ID).value_or(VdState{});
-        if (vdState.activity.kind == 0) continue;
-        array.BgaType = vdState.activity.kind;
-        array.BgaState = vdState.activity.state;
+        VdState vdState = find<VdState>(context, vd.ID).value_or(VdState{});
+        const int arraysOwn = KT_BGA_REBUILD | KT_BGA_MIGRATION | KT_BGA_COPY_BACK;
+        if ((vdState.activity.kind & arraysOwn) == 0) continue;
+        /* These concern all virtual disks of an array, which is why the array has them. */
         state.activity = vdState.activity;
+        array.BgaType = state.activity.kind;
+        array.BgaState = state.activity.state;
+        vdState.activity = Activity{};
+        vdState.activity.disk = KT_NO_ID;
+        save(context, vd.ID, vdState);
     }
     if (array.RemainingManagedSpace == 0) return;
     array.VDSlotSize[array.VDSlotCount++] = array.RemainingManagedSpace;
