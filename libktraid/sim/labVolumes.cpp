@@ -246,11 +246,13 @@ static void addSlots(const Context& context, LabReader& reader, const Layout& la
         array.BlockSize = vd.BlockSize;
         VdState vdState = find<VdState>(context, vd.ID).value_or(VdState{});
         const int arraysOwn = KT_BGA_REBUILD | KT_BGA_MIGRATION | KT_BGA_COPY_BACK;
+        if (vdState.activity.kind != 0 && array.BgaState != KT_STATE_RUNNING) {
+            array.BgaType = vdState.activity.kind;
+            array.BgaState = vdState.activity.state;
+        }
         if ((vdState.activity.kind & arraysOwn) == 0) continue;
         /* These concern all virtual disks of an array, which is why the array has them. */
         state.activity = vdState.activity;
-        array.BgaType = state.activity.kind;
-        array.BgaState = state.activity.state;
         vdState.activity = Activity{};
         vdState.activity.disk = KT_NO_ID;
         save(context, vd.ID, vdState);

@@ -1,6 +1,7 @@
 #include "invariants.h"
 
 #include "adapter/blocks.h"
+#include "adapter/jobs.h"
 
 #include <algorithm>
 #include <map>
@@ -63,7 +64,7 @@ static void checkVds(const Check& check) {
         if (vd.ID != id) report(check, name("VD", id) + " calls itself " + std::to_string(vd.ID));
         const auto state = find<VdState>(check.context, id);
         if (!state) report(check, name("VD", id) + " has no state");
-        if (state && (vd.BGAStatus != 0) != (state->activity.kind != 0))
+        if (state && vd.BGAStatus != shownActivity(check.context, Vd{vd, *state}).state)
             report(check, name("VD", id) + " does not agree with its activity");
         if (vd.DGID != KT_NO_ID && !find<_DG_Info>(check.context, vd.DGID))
             report(check, name("VD", id) + " is on an array that is not there");

@@ -56,7 +56,7 @@ Arrays with their space, slots and disks.
   BGA status:          none
   Status:              offline
   ID:                  4
-  BGA status:          initializing paused
+  BGA status:          synchronizing
   Status:              functional
   ID:                  5
   BGA status:          none

@@ -209,6 +209,7 @@ static KT_U8 createInSlot(const Context& context, Array& array, _CreateOrModify_
     array.info.VDIDs[slot] = param.VDID;
     countFreeSlots(array);
     save(context, array.info.DGID, array.info);
+    showActivity(context, param.VDID);
     return KT_OK;
 }
 
@@ -300,6 +301,7 @@ void freeSlot(const Context& context, KT_U16 dgid, KT_U16 vd) {
     info.VDSlotCount = static_cast<KT_U8>(kept);
     countFreeSlots(array);
     save(context, dgid, info);
+    showArrayActivity(context, dgid);
 }
 
 /* The free disks that go best together: the most alike ones, in order of their ids. */

@@ -68,15 +68,29 @@ static void showOnVd(const Context& context, KT_U16 id) {
     save(context, id, vd.info);
 }
 
+/* An array shows its own activity, or else one of its virtual disks', a running one first. */
+void showArrayActivity(const Context& context, KT_U16 id) {
+    Array array = {};
+    if (findArray(context, id, array) != KT_OK) return;
+    Activity shown = array.state.activity;
+    for (int i = 0; array.state.activity.kind == 0 && i < MAX_SLOTS; i++) {
+        const Activity job = find<VdState>(context, array.info.VDIDs[i]).value_or(VdState{}).activity;
+        if (job.kind && (shown.kind == 0 || (shown.state != KT_STATE_RUNNING && job.state == KT_STATE_RUNNING)))
+            shown = job;
+    }
+    array.info.BgaType = shown.kind;
+    array.info.BgaState = shown.kind ? shown.state : KT_U8{KT_STATE_NONE};
+    save(context, id, array.info);
+}
+
 static void saveArrayJob(const Context& context, KT_U16 id, const Activity& job) {
     Array array = {};
     if (findArray(context, id, array) != KT_OK) return;
     array.state.activity = job;
-    array.info.BgaType = job.kind;
-    array.info.BgaState = job.kind ? job.state : KT_U8{KT_STATE_NONE};
-    saveArray(context, array);
+    save(context, id, array.state);
     for (const KT_U16 vd : array.info.VDIDs)
         if (vd != KT_NO_ID) showOnVd(context, vd);
+    showArrayActivity(context, id);
 }
 
 static void showPatrol(const Context& context, KT_U16 dgid) {
@@ -102,6 +116,12 @@ static void savePatrol(const Context& context, KT_U16 id, const Activity& job) {
     showPatrol(context, disk.state.dgid);
 }
 
+void showActivity(const Context& context, KT_U16 id) {
+    showOnVd(context, id);
+    const auto vd = find<_LD_Info>(context, id);
+    if (vd && vd->DGID != KT_NO_ID) showArrayActivity(context, vd->DGID);
+}
+
 void saveJob(const Context& context, Owner owner, const Activity& job) {
     if (owner.kind == OwnerKind::Array) return saveArrayJob(context, owner.id, job);
     if (owner.kind == OwnerKind::Disk) return savePatrol(context, owner.id, job);
@@ -109,7 +129,7 @@ void saveJob(const Context& context, Owner owner, const Activity& job) {
     if (findVd(context, owner.id, vd) != KT_OK) return;
     vd.state.activity = job;
     save(context, owner.id, vd.state);
-    showOnVd(context, owner.id);
+    showActivity(context, owner.id);
 }
 
 void dropJob(const Context& context, Owner owner) {

@@ -49,6 +49,10 @@ inline bool isAlive(const Activity& job) {
     return job.kind != 0 && job.state != KT_STATE_ABORTED && job.state != KT_STATE_NONE;
 }
 
+/* Brings what the records of a virtual disk and its array show of activities up to date. */
+void showActivity(const Context& context, KT_U16 vd);
+void showArrayActivity(const Context& context, KT_U16 id);
+
 /* Lets the greater of activities on the same disks run and the lesser wait; call after anything that starts, stops or
    moves one. Then settling looks again at the next moment something is due. */
 void arbitrate(const Context& context);
