@@ -98,6 +98,7 @@ static KT_U8 layOut(const Context& context, VdPlan& plan, const std::vector<Disk
     for (const Disk& disk : disks) {
         plan.disks.push_back(disk.state.config.HDID);
         plan.kib.push_back(downTo(largestGapKib(context, disk), plan.stripe));
+        if (plan.kib.back() == 0) return KT_ERR_NO_RESOURCE;
     }
     const bool uneven = isHybridLevel(plan.geometry.level) || plan.geometry.level == KT_JBOD;
     if (wanted != 0 && wanted < LEAST_KIB) return KT_ERR_OUT_OF_RANGE;
