@@ -55,19 +55,6 @@ std::vector<KT_U8> readFile(const std::string& path) {
 }
 
 // Runs the command with these lines on standard input.
-Outcome answered(const std::string& line, const std::string& answers) {
-    int ends[2];
-    if (pipe(ends) != 0 || write(ends[1], answers.data(), answers.size()) < 0) return {-1, "", ""};
-    close(ends[1]);
-    const int before = dup(STDIN_FILENO);
-    dup2(ends[0], STDIN_FILENO);
-    Outcome outcome = run(doFlash, line);
-    dup2(before, STDIN_FILENO);
-    close(before);
-    close(ends[0]);
-    return outcome;
-}
-
 } // namespace
 
 TEST_F(Flash, UpdatesPageByPage) {
@@ -219,18 +206,18 @@ TEST_F(Flash, RunsNoCommandInAFileName) {
 
 TEST_F(Flash, ErasesAnImageWhenToldSo) {
     const std::string question = "Do you want to erase ROM file in Flash?  (y or n)\n";
-    Outcome yes = answered("flash -a erase -t Firmware", "yes\nn\n");
+    Outcome yes = run(doFlash, "flash -a erase -t Firmware", "yes\nn\n");
     EXPECT_EQ(question + "Erase bios command is returned successfully.\n", yes.printed);
     EXPECT_EQ(Calls{"KT_Flash_Bin 0 1 3 page 0 last 0 size 196608"}, seam.calls);
     seam.calls.clear();
-    Outcome no = answered("flash -a erase -t bios", "\n maybe\nno\ny\n");
+    Outcome no = run(doFlash, "flash -a erase -t bios", "\n maybe\nno\ny\n");
     EXPECT_EQ("Warning: Autoload will be erased too! " + question + "Please input y or n.\nPlease input y or n.\n",
               no.printed);
     EXPECT_EQ(0, no.result);
-    EXPECT_EQ(question, answered("flash -a erase -t raw", "").printed);
+    EXPECT_EQ(question, run(doFlash, "flash -a erase -t raw", "").printed);
     EXPECT_TRUE(seam.calls.empty());
     seam.statuses["KT_Flash_Bin"] = 155;
-    Outcome failed = answered("flash -a erase -t BIN", "Y\n");
+    Outcome failed = run(doFlash, "flash -a erase -t BIN", "Y\n");
     EXPECT_EQ(question + "\nFailed to erase BIN (error 155: Invalid flash type).\n", failed.printed);
     EXPECT_EQ(155, failed.result);
 }

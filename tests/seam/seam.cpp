@@ -1,11 +1,23 @@
 #include "tests/seam/seam.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <unistd.h>
 
 Seam seam;
 
-Outcome run(CommandHandler handler, const std::string& line) {
+// Standard input becomes the text and ends behind it.
+static void typeIn(const std::string& answers) {
+    int ends[2];
+    if (pipe(ends) != 0 || write(ends[1], answers.data(), answers.size()) < 0 || dup2(ends[0], STDIN_FILENO) < 0)
+        abort();
+    close(ends[0]);
+    close(ends[1]);
+}
+
+Outcome run(CommandHandler handler, const std::string& line, const std::string& answers) {
+    typeIn(answers);
     std::string text = line;
     std::vector<char*> words(line.size() + 2);
     int argc = 0;
@@ -22,36 +34,13 @@ Outcome run(CommandHandler handler, const std::string& line) {
     return outcome;
 }
 
-static KT_U8 answer(const char* name, const std::string& arguments) {
+KT_U8 answer(const char* name, const std::string& arguments) {
     seam.calls.push_back(arguments.empty() ? name : std::string(name) + " " + arguments);
     auto status = seam.statuses.find(name);
     return status == seam.statuses.end() ? KT_U8{KT_OK} : status->second;
 }
-static std::string text(unsigned value) {
-    return std::to_string(value);
-}
 static std::string secret(const KT_U8* password) {
     return {reinterpret_cast<const char*>(password), 32};
-}
-
-// Hands out the records from the asked index on, or the one with the asked id.
-template <class Request, class Record, class IdOf>
-static KT_U8 list(const char* name, Request* request, const std::vector<Record>& records, IdOf idOf) {
-    _RequestHeader& header = request->header;
-    bool all = header.requestType == KT_REQUEST_LIST;
-    KT_U8 status = answer(name, all ? "" : text(header.startingIndexOrId));
-    header.numReturned = 0;
-    header.nextStartingIndex = KT_LIST_END;
-    auto* behind = reinterpret_cast<char*>(request) + sizeof header;
-    for (size_t i = all ? header.startingIndexOrId : 0; i < records.size(); ++i) {
-        if (!all && idOf(records[i]) != header.startingIndexOrId) continue;
-        if (header.numReturned == header.numRequested) {
-            header.nextStartingIndex = static_cast<KT_U16>(i);
-            break;
-        }
-        memcpy(behind + header.numReturned++ * sizeof(Record), &records[i], sizeof(Record));
-    }
-    return status;
 }
 
 extern "C" {

@@ -1,7 +1,9 @@
 // A library made of recordings: every call notes its name and what it was handed, and answers the status set for it.
 #pragma once
 
+#include <cstring>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,6 +30,11 @@ struct Seam {
     KT_U8 rawDisabled = 0;
     _NVSRAM_Data nvsram = {};
     KT_U64 reg = 0;
+    std::vector<_DG_Info> arrays;
+    std::vector<_HD_Info> hds;            // known by Link.Self.DevID
+    std::set<KT_U16> disksWithFileSystem; // by id
+    _BBU_Info battery = {};
+    KT_U64 size = 0; // what sizes are answered
 };
 extern Seam seam;
 
@@ -37,11 +44,37 @@ struct Outcome {
     std::string words; // the bytes left in the words behind the command word
 };
 
-// Runs a handler on the words of a command line, split as the shell splits them.
-Outcome run(CommandHandler handler, const std::string& line);
+// Runs a handler on the words of a command line, split as the shell splits them. Questions are answered with the text.
+Outcome run(CommandHandler handler, const std::string& line, const std::string& answers = "");
 
 // A record's bytes, for comparison with what was sent.
 template <class Record>
 std::string bytesOf(const Record& record) {
     return {reinterpret_cast<const char*>(&record), sizeof record};
+}
+
+// For the calls: notes one with its arguments and answers the status set for it.
+KT_U8 answer(const char* name, const std::string& arguments);
+inline std::string text(unsigned value) {
+    return std::to_string(value);
+}
+
+// Hands out the records from the asked index on, or the one with the asked id.
+template <class Request, class Record, class IdOf>
+KT_U8 list(const char* name, Request* request, const std::vector<Record>& records, IdOf idOf) {
+    _RequestHeader& header = request->header;
+    bool all = header.requestType == KT_REQUEST_LIST;
+    KT_U8 status = answer(name, all ? "" : text(header.startingIndexOrId));
+    header.numReturned = 0;
+    header.nextStartingIndex = KT_LIST_END;
+    auto* behind = reinterpret_cast<char*>(request) + sizeof header;
+    for (size_t i = all ? header.startingIndexOrId : 0; i < records.size(); ++i) {
+        if (!all && idOf(records[i]) != header.startingIndexOrId) continue;
+        if (header.numReturned == header.numRequested) {
+            header.nextStartingIndex = static_cast<KT_U16>(i);
+            break;
+        }
+        memcpy(behind + header.numReturned++ * sizeof(Record), &records[i], sizeof(Record));
+    }
+    return status;
 }

@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "Public/common.h"
+#include "Public/raidRules.h"
+
+namespace {
+// What is printed while the code runs.
+template <class Code>
+std::string printedBy(Code code) {
+    char* text = nullptr;
+    size_t size = 0;
+    stream = open_memstream(&text, &size);
+    code();
+    fclose(stream);
+    stream = nullptr;
+    std::string printed(text, size);
+    free(text);
+    return printed;
+}
+
+struct RaidRules : testing::Test {
+    _Adapter_Info& adapter = gAdapterInfo[0];
+    void SetUp() override {
+        adapter = {};
+        adapter.MaxParityDisks = 3;
+    }
+};
+
+const RaidUse uses[] = {USE_CREATE_VD, USE_CREATE_ARRAY, USE_MAX_SIZE, USE_MIGRATE_VD, USE_MIGRATE_ARRAY};
+} // namespace
+
+// Which of 0 to 9 disks each level takes, a mark per count, for each use.
+TEST_F(RaidRules, DiskCounts) {
+    const struct {
+        KT_U8 level;
+        const char* counts[5]; // create VD, create array, size query, migrate VD, migrate array
+    } rows[] = {
+        {KT_RAID0, {"--++++++++", "--++++++++", "--++++++++", "++++++++++", "++++++++++"}},
+        {KT_RAID1, {"--+-------", "--+-------", "--+-------", "--+-------", "--+-------"}},
+        {KT_RAID10, {"----+-+-+-", "----+-+-+-", "----+-+-+-", "----+-+-+-", "----+-+-+-"}},
+        {KT_RAID1E, {"---+-+-+-+", "---+-+-+-+", "---+-+-+-+", "---+-+-+-+", "---+-+-+-+"}},
+        {KT_RAID5, {"---+++++++", "---+++++++", "---+++++++", "---+++++++", "---+++++++"}},
+        {KT_RAID50, {"------+-+-", "------+-+-", "------+-+-", "------+-+-", "------+-+-"}},
+        {KT_RAID6, {"---+++++++", "----++++++", "---+++++++", "---+++++++", "----++++++"}},
+        {KT_RAID60, {"------+-+-", "--------+-", "------+-+-", "------+-+-", "--------+-"}},
+        {KT_HYBRID, {"++++++++++", "++++++++++", "++++++++++", "++++++++++", "++++++++++"}},
+    };
+    for (const auto& row : rows) {
+        for (size_t use = 0; use < std::size(uses); ++use) {
+            std::string counts;
+            for (unsigned disks = 0; disks < 10; ++disks)
+                counts += checkDiskCount(uses[use], row.level, disks) ? '+' : '-';
+            EXPECT_EQ(row.counts[use], counts) << int{row.level} << " use " << use;
+        }
+    }
+}
+
+// Which of 0 to 9 parity disks a level takes on `disks` disks: '+', or the letter of the refusal.
+TEST_F(RaidRules, ParityCounts) {
+    const struct {
+        RaidUse use;
+        KT_U8 level;
+        unsigned disks;
+        const char* counts;
+    } rows[] = {
+        {USE_CREATE_VD, KT_RAID6, 9, "aa++aaaaaa"},      {USE_CREATE_VD, KT_RAID6, 3, "aa+aaaaaaa"},
+        {USE_CREATE_ARRAY, KT_RAID6, 9, "bb++bbbbbb"},   {USE_CREATE_ARRAY, KT_RAID6, 4, "bb+cbbbbbb"},
+        {USE_MAX_SIZE, KT_RAID6, 5, "dd+++ddddd"},       {USE_MIGRATE_VD, KT_RAID6, 5, "dd+++ddddd"},
+        {USE_MIGRATE_ARRAY, KT_RAID6, 4, "ee++eeeeee"},  {USE_CREATE_VD, KT_RAID60, 6, "ffff+fgfff"},
+        {USE_CREATE_VD, KT_RAID60, 8, "ffff+f+fff"},     {USE_CREATE_ARRAY, KT_RAID60, 8, "hhhh+hihhh"},
+        {USE_MAX_SIZE, KT_RAID60, 6, "jjjj+jgjgj"},      {USE_MIGRATE_VD, KT_RAID60, 6, "jjjj+jgjgj"},
+        {USE_MIGRATE_ARRAY, KT_RAID60, 8, "jjjj+j+jgj"}, {USE_CREATE_VD, KT_RAID5, 3, "++++++++++"},
+    };
+    const char* refusals[] = {
+        "Number of parity disks should be at least 2 and less than 3.\n",
+        "Number of parity disks for RAID6 should be between 2 & 3\n",
+        "Number of parity disks for RAID6 can not exceed half of total disks\n",
+        "Number of parity disks should be at least 2 and less than 5.\n",
+        "Number of parity disks should be at between 2 and 3.\n",
+        "RAID60 need even number of parity disks between 4 and 6.\n",
+        "# of parity disks (",
+        "Number of parity disks for RAID60 should be even and between 4 & 6\n",
+        "Number of parity disks for RAID60 can not exceed half of total disks\n",
+        "RAID60 need at least 4 even number of parity disks.\n",
+    };
+    for (const auto& row : rows) {
+        for (KT_U8 given = 0; given < 10; ++given) {
+            KT_U8 parity = given;
+            bool taken = false;
+            std::string printed = printedBy([&] { taken = checkParity(row.use, row.level, row.disks, true, parity); });
+            EXPECT_EQ(given, parity);
+            char mark = row.counts[given];
+            EXPECT_EQ(mark == '+', taken) << int{row.level} << " use " << int{row.use} << ": " << int{given};
+            std::string expected = mark == '+' ? "" : refusals[mark - 'a'];
+            if (mark == 'g') {
+                expected += std::to_string(given) + ") should be less than # of total disks (" +
+                            std::to_string(row.disks) + ").\n";
+            }
+            EXPECT_EQ(expected, printed);
+        }
+    }
+    KT_U8 parity = 9;
+    EXPECT_TRUE(checkParity(USE_CREATE_ARRAY, KT_RAID60, 8, false, parity));
+    EXPECT_EQ(4, parity);
+}
+
+TEST_F(RaidRules, LevelsFollowTheAdaptersBits) {
+    const KT_U8 levels[] = {KT_RAID0,  KT_RAID1, KT_RAID10, KT_RAID1E,          KT_RAID5,       KT_RAID6,
+                            KT_RAID50, KT_JBOD,  KT_RAID60, KT_TANDEM_CAPACITY, KT_TANDEM_SAFE, KT_HYBRID};
+    for (unsigned bit = 0; bit < 16; ++bit) {
+        adapter.LogicalDriverMode = static_cast<KT_U16>(1U << bit);
+        for (unsigned level = 0; level < std::size(levels); ++level) {
+            EXPECT_EQ(bit == level, checkLevel(USE_CREATE_VD, levels[level])) << bit << " " << level;
+            bool inArray = bit == level;
+            if (levels[level] == KT_TANDEM_SAFE) inArray = bit == 0 || bit == 1 || bit == 3;
+            if (levels[level] == KT_HYBRID) inArray = true;
+            EXPECT_EQ(inArray, checkLevel(USE_VD_IN_ARRAY, levels[level])) << bit << " " << level;
+        }
+    }
+    EXPECT_EQ("Specified RAID mode is not supported.\n", printedBy([] { checkLevel(USE_MAX_SIZE, 2); }));
+}
+
+TEST_F(RaidRules, StripesAreSumsOfSupportedSizes) {
+    const struct {
+        KT_U16 supported;
+        KT_U32 advanced;
+        KT_U16 kb;
+        bool valid;
+    } rows[] = {
+        {3, 0, 16, true},
+        {3, 0, 48, true},
+        {3, 0, 24, false},
+        {3, 0, 64, false},
+        {0, 0, 128, true},
+        {0, 0, 256, false},
+        {0, KT_ADV_BIG_STRIPE, 1024, true},
+        {0, KT_ADV_BIG_STRIPE, 2048, false},
+        {1, KT_ADV_BIG_STRIPE, 32, false},
+        {0xFFFF, 0, 65520, true},
+        {0xFFFF, 0, 65521, false},
+    };
+    for (const auto& row : rows) {
+        adapter.StripeSizeSupported = row.supported;
+        adapter.AdvancedFeatures = row.advanced;
+        EXPECT_EQ(row.valid, isValidStripe(row.kb)) << row.supported << " " << row.kb;
+        if (row.supported == 0) {
+            EXPECT_EQ(row.advanced != 0 ? 127 : 15, adapter.StripeSizeSupported);
+        }
+    }
+}
+
+TEST_F(RaidRules, RedundancyRanks) {
+    const KT_U8 ranks[][2] = {{KT_RAID0, 0},  {KT_RAID1, 1}, {KT_RAID10, 1}, {KT_RAID1E, 1}, {KT_RAID5, 5},
+                              {KT_RAID50, 5}, {KT_RAID6, 6}, {KT_RAID60, 6}, {KT_JBOD, 15}};
+    for (const auto& [level, rank] : ranks)
+        EXPECT_EQ(rank, RedundencyLevel(level));
+}
