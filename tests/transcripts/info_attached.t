@@ -91,3 +91,47 @@ A buffer of 1 KiB holds nine expanders or twelve port multipliers.
   $ lab empty
   $ kt info -o exp
   No expander is found.
+
+The battery: charging, discharging on a troubled adapter, none, and one that lies.
+
+  $ lab default
+  $ kt info -o bbu
+  status: Unknowrecharge cycle 17
+  feature supported (supported sensor): temperature voltage Ecapacity
+  current temperature: 31.40 C
+  temperature range: 0 - 60 degrees centigrade
+  current voltage: 4.12 V
+  voltage range: 3300mV - 4300mV
+  current capacity: 6.19 watt-hours
+  max capacity: 6.50 watt-hours
+  battery power remaining: 95%
+  $ kt info -o bbu -i 0 > /dev/null
+  $ ktsim fault KT_BBU_GetInfo 16
+  $ kt info -o bbu
+  Unable to get info of BBU. (error 16: Invalid BBU id).
+  [16]
+  $ lab troubled
+  $ kt info -o bbu
+  status: discharging and 16 minutes to empty,recharge cycle 17
+  feature supported (supported sensor): temperature voltage Ecapacity
+  current temperature: 58.20 C
+  temperature range: 0 - 60 degrees centigrade
+  current voltage: 3.29 V
+  voltage range: 3300mV - 4300mV
+  current capacity: 0.58 watt-hours
+  max capacity: 6.50 watt-hours
+  battery power remaining: 9%
+  $ kt 1 info -o bbu
+  Unable to get info of BBU. (error 160: This command is not supported on this adapter).
+  [160]
+  $ lab hostile
+  $ kt info -o bbu
+  status: discharging and 180 minutes to empty,recharge cycle 17
+  feature supported (supported sensor): temperature voltage Ecapacity
+  current temperature: -273.15 C
+  temperature range: -32768 - 32767 degrees centigrade
+  current voltage: 64.61 V
+  voltage range: 3300mV - 4300mV
+  current capacity: 6.50 watt-hours
+  max capacity: 6.50 watt-hours
+  battery power remaining: 100%
