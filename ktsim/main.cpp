@@ -34,11 +34,13 @@ int main(int argc, char** argv) {
     addCreate(app, options);
     addShow(app, options);
     addStatus(app, options);
+    addBattery(app, options);
 
     addClock(app, options);
     addFault(app, options);
     addEvent(app, options);
 
+    addImage(app, options);
     addRun(app, options);
     const int result = runParsed(app, argc, argv);
     if (fflush(stdout) != 0) {

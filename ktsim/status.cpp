@@ -126,6 +126,19 @@ static void printVd(const Context& context, KT_U16 id, const _LD_Info& vd) {
                progressText(state.activity, wordFor(ACTIVITIES, state.activity.kind), context.now).c_str());
 }
 
+static void printArrays(const Context& context, int rows) {
+    static const char* const STATUS_OF[] = {"functional", "disk missing", "offline"};
+    int shown = 0;
+    forEach<_DG_Info>(context, 0, [&](KT_U64 id, const _DG_Info& array) {
+        printf("  Array %-2llu%-16s %-15s %10s  %s, %s free%s\n", static_cast<unsigned long long>(id),
+               printable(array.Name, sizeof array.Name).c_str(), wordFor(LEVELS, array.RaidMode).c_str(),
+               sizeText(array.TotalManagedSpace).c_str(), STATUS_OF[std::min<KT_U8>(array.Status, 2)],
+               sizeText(array.RemainingManagedSpace).c_str(), array.SparePDCount ? ", has spares" : "");
+        return ++shown < rows;
+    });
+    printMore(count<_DG_Info>(context), shown, "arrays");
+}
+
 static void printVds(const Context& context, int rows) {
     int shown = 0;
     forEach<_LD_Info>(context, 0, [&](KT_U64 id, const _LD_Info& vd) {
@@ -199,6 +212,7 @@ static void printStatus(Store& store, const std::string& path, int rows) {
         const auto info = find<_Adapter_Info>(context, 0);
         if (!info) continue;
         printHead(context, *info);
+        printArrays(context, rows);
         printVds(context, rows);
         printDisks(context, rows);
     }

@@ -1,0 +1,110 @@
+#include "adapter/battery.h"
+#include "clock.h"
+#include "commands.h"
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+
+using namespace sim;
+
+static const char* stateWord(const _BBU_Info& info) {
+    if (info.status & KT_BBU_CHARGING) return "charging";
+    if (info.status & KT_BBU_DISCHARGING) return "discharging";
+    return "idle";
+}
+
+static void showBattery(Context& context) {
+    _BBU_Info info = {};
+    if (getBattery(context, info) != KT_OK) {
+        printf("Adapter %u has no place for a battery.\n", context.adapter);
+        return;
+    }
+    if ((info.status & KT_BBU_PRESENT) == 0) {
+        printf("Adapter %u has no battery.\n", context.adapter);
+        return;
+    }
+    printf("%-13s%s, %u%%\n", "Charge", stateWord(info), info.percentage);
+    printf("%-13s%.2f of %.2f Wh, %u cycles\n", "Capacity", info.capacity / 100.0, info.maxCapacity / 100.0,
+           info.rechargeCycle);
+    printf("%-13s%.2f C (%d to %d C)\n", "Temperature", info.temperature / 100.0, info.tempLow, info.tempHigh);
+    printf("%-13s%.2f V (%.2f to %.2f V)\n", "Voltage", info.voltage / 1000.0, info.voltLow / 1000.0,
+           info.voltHigh / 1000.0);
+    printf("%-13s%s\n", "VD caches", batteryKeepsCache(context) ? "survive a power failure" : "are not safe");
+}
+
+/* A subcommand that changes something about the battery; `change` answers false when there is none. */
+static CLI::App* addChange(CLI::App& battery, Options& options, const char* word, const char* help,
+                           const std::function<bool(Context&)>& change) {
+    CLI::App* command = battery.add_subcommand(word, help);
+    addAdapterOption(*command, options);
+    command->callback([&options, change] {
+        changeAdapter(options, [&](Context& context) {
+            if (!change(context))
+                throw CommandFailure{"adapter " + std::to_string(context.adapter) + " has no such battery"};
+            settleAll(context.store);
+        });
+    });
+    return command;
+}
+
+struct BatteryOptions {
+    double number = 0;
+    std::string text;
+};
+
+static void addReadings(CLI::App& battery, Options& options, const std::shared_ptr<BatteryOptions>& wanted) {
+    addChange(battery, options, "charge", "Set the charge in percent",
+              [wanted](Context& context) { return setBatteryCharge(context, static_cast<unsigned>(wanted->number)); })
+        ->add_option("PERCENT", wanted->number)
+        ->required()
+        ->check(CLI::Range(0.0, 100.0));
+    addChange(battery, options, "temperature", "Set the temperature in degrees Celsius",
+              [wanted](Context& context) {
+                  return setBatteryTemperature(context, static_cast<KT_S16>(std::lround(wanted->number * 100)));
+              })
+        ->add_option("CELSIUS", wanted->number)
+        ->required()
+        ->check(CLI::Range(-100.0, 200.0));
+    addChange(battery, options, "voltage", "Set the voltage in volts",
+              [wanted](Context& context) {
+                  return setBatteryVoltage(context, static_cast<KT_U16>(std::lround(wanted->number * 1000)));
+              })
+        ->add_option("VOLTS", wanted->number)
+        ->required()
+        ->check(CLI::Range(0.0, 60.0));
+}
+
+static bool relearnIn(Context& context, const std::string& duration) {
+    KT_U64 seconds = 0;
+    if (!parseDuration(duration, seconds))
+        throw CommandFailure{"\"" + duration + "\" is not a duration such as 90m, 2h30m or 3d"};
+    return scheduleRelearn(context, seconds);
+}
+
+void addBattery(CLI::App& app, Options& options) {
+    CLI::App* battery = app.add_subcommand("battery", "The battery backup unit of an adapter");
+    battery->require_subcommand(1);
+    const auto wanted = std::make_shared<BatteryOptions>();
+    addChange(*battery, options, "show", "Print how it does", [](Context& context) {
+        showBattery(context);
+        return true;
+    });
+    addChange(*battery, options, "insert", "Put a new one in", insertBattery);
+    CLI::App* remove = addChange(*battery, options, "remove", "Take it out", [&options](Context& context) {
+        if (!confirm(options, "Caches of virtual disks will not survive a power failure. Take the battery out?"))
+            throw CommandFailure{"nothing was changed"};
+        return removeBattery(context);
+    });
+    addForceOption(*remove, options);
+    addReadings(*battery, options, wanted);
+    addChange(*battery, options, "charger", "Break the charger, or repair it",
+              [wanted](Context& context) { return breakCharger(context, wanted->text == "broken"); })
+        ->add_option("STATE", wanted->text, "broken or working")
+        ->required()
+        ->check(CLI::IsMember({"broken", "working"}));
+    addChange(*battery, options, "relearn", "Schedule the next relearn",
+              [wanted](Context& context) { return relearnIn(context, wanted->text); })
+        ->add_option("IN", wanted->text, "For instance 45s, 90m, 5h, 3d")
+        ->required();
+}

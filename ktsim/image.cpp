@@ -1,0 +1,81 @@
+#include "adapter/image.h"
+#include "commands.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+#include <vector>
+
+using namespace sim;
+
+struct ImageOptions {
+    std::string file;
+    std::string kind = "firmware";
+    std::string version = "1.0.0.1";
+    unsigned vendor = 0x1FA4;
+    unsigned kib = 0;
+    std::string damage = "none";
+};
+
+static ImageVersion readVersion(const std::string& text) {
+    ImageVersion version = {};
+    int end = 0;
+    const int parts = sscanf(text.c_str(), "%9u.%5hu.%5hu.%5hu%n", &version.major, &version.minor, &version.revision,
+                             &version.build, &end);
+    if (parts != 4 || static_cast<size_t>(end) != text.size())
+        throw CommandFailure{"\"" + text + "\" is not a version such as 4.1.15.2108"};
+    return version;
+}
+
+/* Never over a file that is there. */
+static void writeNew(const std::string& name, const std::string& bytes) {
+    const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    if (file < 0) throw CommandFailure{name + ": " + strerror(errno)};
+    size_t at = 0;
+    ssize_t written = 1;
+    while (at < bytes.size() && written > 0) {
+        written = write(file, bytes.data() + at, bytes.size() - at);
+        if (written > 0) at += static_cast<size_t>(written);
+    }
+    const bool whole = at == bytes.size() && close(file) == 0;
+    if (whole) return;
+    const int reason = errno;
+    unlink(name.c_str());
+    throw CommandFailure{name + ": " + strerror(reason)};
+}
+
+static void make(const ImageOptions& wanted) {
+    const ImageKind* kind = imageKindNamed(wanted.kind);
+    if (!kind) throw CommandFailure{wanted.kind + " is not a kind of image"};
+    const size_t size = (wanted.kib ? wanted.kib : kind->factoryKib) * size_t{1024};
+    const ImageVersion version = readVersion(wanted.version);
+    std::string image = makeImage(*kind, version, static_cast<KT_U16>(wanted.vendor),
+                                  imageFiller(version.build * 65599U + kind->type, size));
+    if (wanted.damage == "header") image[8] = static_cast<char>(image[8] ^ 1);
+    if (wanted.damage == "data" && !image.empty()) image.back() = static_cast<char>(image.back() ^ 1);
+    if (wanted.damage == "cut") image.resize(image.size() / 2);
+    writeNew(wanted.file, image);
+}
+
+void addImage(CLI::App& app, Options& /*options*/) {
+    CLI::App* image = app.add_subcommand("image", "Flash images for the adapters");
+    image->require_subcommand(1);
+    CLI::App* command = image->add_subcommand("make", "Make an image file that an adapter takes");
+    const auto wanted = std::make_shared<ImageOptions>();
+    command->add_option("FILE", wanted->file, "The file; it must not exist yet")->required();
+    command->add_option("-t,--type", wanted->kind, "What it is: bios, firmware, autoload, bin, raw ...")
+        ->capture_default_str();
+    command->add_option("-v,--version", wanted->version, "Its version")->capture_default_str();
+    command->add_option("--vendor", wanted->vendor, "The sub vendor id of the adapters it is for")
+        ->check(CLI::Range(0U, 65535U))
+        ->capture_default_str();
+    command->add_option("--size", wanted->kib, "KiB of data; 0 = as large as the factory's")
+        ->check(CLI::Range(0U, 65536U));
+    command->add_option("--damage", wanted->damage, "Spoil it: none, header, data or cut")
+        ->check(CLI::IsMember({"none", "header", "data", "cut"}))
+        ->capture_default_str();
+    command->callback([wanted] { make(*wanted); });
+}
