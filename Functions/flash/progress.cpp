@@ -32,7 +32,7 @@ void drawProgress(Progress& progress) {
     const double seconds = std::max(secondsSince(progress.since), 0.001);
     const double rate = static_cast<double>(progress.bytes) / (1024 * 1024) / seconds;
     if (progress.total == 0) {
-        fprintf(stderr, "\r\033[K%u pages, %.1f MiB/s", progress.done, rate);
+        fprintf(stderr, "%u pages, %.1f MiB/s", progress.done, rate);
         return;
     }
     char bar[BAR_CELLS + 1];
@@ -40,7 +40,7 @@ void drawProgress(Progress& progress) {
     memset(bar, '#', filled);
     memset(bar + filled, '.', BAR_CELLS - filled);
     bar[BAR_CELLS] = '\0';
-    fprintf(stderr, "\r\033[K[%s] %u of %u pages, %.1f MiB/s", bar, progress.done, progress.total, rate);
+    fprintf(stderr, "[%s] %u of %u pages, %.1f MiB/s", bar, progress.done, progress.total, rate);
 }
 
 void hideProgress(Progress& progress) {

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <pty.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -81,6 +82,32 @@ TEST_F(Flash, UpdatesPageByPage) {
         EXPECT_EQ(calls, seam.calls);
         EXPECT_TRUE(image == seam.flash);
     }
+}
+
+TEST_F(Flash, DrawsABarOnATerminalOnly) {
+    writeFile(path, makeImage(PAGE + 1));
+    const std::string printed = update().printed;
+    int terminal;
+    int end;
+    ASSERT_EQ(0, openpty(&terminal, &end, nullptr, nullptr, nullptr));
+    const int before = dup(STDERR_FILENO);
+    dup2(end, STDERR_FILENO);
+    EXPECT_EQ(printed, update().printed);
+    seam.flash = makeImage(PAGE + 1);
+    unlink(path.c_str());
+    EXPECT_EQ(0, backUp().result);
+    dup2(before, STDERR_FILENO);
+    close(before);
+    char drawn[2048];
+    const ssize_t count = read(terminal, drawn, sizeof drawn);
+    close(end);
+    close(terminal);
+    const std::string bars(drawn, static_cast<size_t>(count));
+    const std::string gone = "\r\033[K";
+    EXPECT_EQ(0U, bars.find("[..............................] 0 of 2 pages, 0.0 MiB/s" + gone +
+                            "[###############...............] 1 of 2 pages, "));
+    EXPECT_NE(std::string::npos, bars.find(" MiB/s" + gone + "1 pages, "));
+    EXPECT_EQ("MiB/s" + gone, bars.substr(bars.size() - 9));
 }
 
 TEST_F(Flash, StopsAnUpdateThatFails) {

@@ -1,0 +1,56 @@
+Events are listed newest first.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ ktsim event 2 36 -d 5 -s 3 -p 42 -p 3 -p 17 -p 1 --sense 7000030000000018
+  $ ktsim event 1 46 -d 1 -p 50
+  $ kt event
+  Current AdapterID:0
+  
+  Sequence:     3
+  Time:         Mon Jan  5 08:00:00 2026
+  Level:        [INFO]
+  Description:  Fast initialization on Virtual Disk 1 is 50% done
+  
+  Sequence:     2
+  Time:         Mon Jan  5 08:00:00 2026
+  Level:        [WARNING]
+  Description:  Command [0x2a] on physical disk 5 failed. Sense key=0x3, ASC=0x11, ASCQ=0x1
+  Sense Code : %s
+   70 00 03 00 00 00 00 18 
+  
+  Sequence:     1
+  Time:         Mon Jan  5 08:00:00 2026
+  Level:        [INFO]
+  Description:  Adapter 0 with serial number KS260100004711 is detected
+  
+  $ calls | grep EVT | cut -c1-40
+  KT_EVT_GetEvent a=0 maxCount=50 -> 0
+  $ kt event -s 2 | grep Seq
+  Sequence:     3
+  $ kt event -s 3
+  Current AdapterID:0
+  
+
+What was done to the adapter tells its story.
+
+  $ kt flash -a backup -t bios -f saved > .out
+  $ ktsim event 9 99
+  $ kt event -s 3 | grep Desc
+  Description: Unknown battery event code 99
+  Description:  Backup image succeeded
+
+A log of many events is cut to the latest fifty, whatever the library says.
+
+  $ ktsim event 9 16 -n 60
+  $ kt event | grep -c Battery
+  50
+  $ ktsim fault KT_EVT_GetEvent 0 --kind count
+  $ kt event | grep -c Seq
+  50
+  $ ktsim fault clear
+  $ ktsim fault KT_EVT_GetEvent 20
+  $ kt event
+  $ kt event -s one
+  -s : start sequence should be a number
+  [1]
