@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <unistd.h>
 
 using namespace sim;
 
@@ -31,7 +32,7 @@ bool confirm(const Options& options, const std::string& question) {
     fflush(stdout);
     char answer[64] = "";
     const bool answered = fgets(answer, sizeof answer, stdin) != nullptr;
-    if (!answered) printf("\n");
+    if (!answered || !isatty(STDIN_FILENO)) printf("\n");
     return answered && (answer[0] == 'y' || answer[0] == 'Y');
 }
 

@@ -130,10 +130,11 @@ static void printArrays(const Context& context, int rows) {
     static const char* const STATUS_OF[] = {"functional", "disk missing", "offline"};
     int shown = 0;
     forEach<_DG_Info>(context, 0, [&](KT_U64 id, const _DG_Info& array) {
-        printf("  Array %-2llu%-16s %-15s %10s  %s, %s free%s\n", static_cast<unsigned long long>(id),
+        const std::string free = array.RemainingManagedSpace ? sizeText(array.RemainingManagedSpace) + " free" : "full";
+        printf("  Array %-2llu%-16s %-15s %10s  %s, %s%s\n", static_cast<unsigned long long>(id),
                printable(array.Name, sizeof array.Name).c_str(), wordFor(LEVELS, array.RaidMode).c_str(),
-               sizeText(array.TotalManagedSpace).c_str(), STATUS_OF[std::min<KT_U8>(array.Status, 2)],
-               sizeText(array.RemainingManagedSpace).c_str(), array.SparePDCount ? ", has spares" : "");
+               sizeText(array.TotalManagedSpace).c_str(), STATUS_OF[std::min<KT_U8>(array.Status, 2)], free.c_str(),
+               array.SparePDCount ? ", has spares" : "");
         return ++shown < rows;
     });
     printMore(count<_DG_Info>(context), shown, "arrays");

@@ -1,0 +1,216 @@
+The command of the simulated adapters.
+
+  $ . "$TESTDIR/setup.sh"
+  $ export KTRAID_SIM=state.db
+
+A state is made once; over an existing one only when that is wanted.
+
+  $ ktsim create --list
+  default
+  empty
+  full
+  hostile
+  none
+  troubled
+  $ ktsim create --lab default --at "2026-01-05 08:00:00"
+  $ stat -c %a state.db
+  600
+  $ ktsim create --lab none < /dev/null
+  Everything in state.db will be lost. Go on? [y/N] ktsim: nothing was changed
+  
+  [1]
+  $ echo n | ktsim create --lab none > /dev/null 2>&1
+  [1]
+  $ ktsim status | sed 1d
+  Clock   2026-01-05 08:00:00 UTC, stopped
+  Faults  none
+  
+  Adapter 0  Tarn R8i (array-based): 13 disks, 3 arrays, 4 virtual disks, battery 95%, last event 1
+    Array 0 system           RAID1            745.2 GiB  functional, 245.2 GiB free
+    Array 1 databases        RAID5              3.6 TiB  functional, 1.6 TiB free, has spares
+    Array 2 archive          RAID6              7.3 TiB  functional, full
+    VD 0    boot             RAID1            100.0 GiB  array 0   online, running the system
+    VD 1    scratch          RAID1            400.0 GiB  array 0   online
+    VD 2    orders           RAID5              2.0 TiB  array 1   online
+    VD 3    archive          RAID6              7.3 TiB  array 2   online
+    PD 0    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
+    PD 1    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
+    PD 2    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
+    PD 3    Gannet GT4000G           SATA        3.6 TiB  member of array 2
+    PD 4    Gannet GT4000G           SATA        3.6 TiB  member of array 2
+    PD 5    Gannet GT4000G           SATA        3.6 TiB  member of array 2
+    PD 6    Gannet GT4000G           SATA        3.6 TiB  member of array 2
+    PD 7    Petrel PX800G SAS SSD    SAS SSD   745.2 GiB  member of array 0
+    PD 8    Petrel PX800G SAS SSD    SAS SSD   745.2 GiB  member of array 0
+    PD 9    Fulmar FX2000G-SAS       SAS         1.8 TiB  spare of array 1
+    PD 10   Gannet GT4000G           SATA        3.6 TiB  global spare
+    PD 11   Petrel PS480G SSD        SATA SSD  447.1 GiB  free
+    PD 12   Gannet GT1000G           SATA      931.5 GiB  free
+  
+  Adapter 1  Tarn S4h (LD-based): 8 disks, 4 virtual disks, no battery, last event 1
+    VD 0    system           RAID1            200.0 GiB            online, running the system
+    VD 1    media            RAID5              1.0 TiB            degraded
+            [#######-------------] 37% rebuild
+    VD 2    spool            RAID0            200.0 GiB            online
+    VD 3    home             hybrid           200.0 GiB            online
+    PD 0    Gannet GT1000G           SATA      931.5 GiB  member
+    PD 1    Gannet GT1000G           SATA      931.5 GiB  member
+    PD 2    Petrel PS240G SSD        SATA SSD  223.6 GiB  member
+    PD 3    Gannet GT2000G           SATA        1.8 TiB  member
+    PD 4    Gannet GT2000G           SATA        1.8 TiB  member
+    PD 5    Gannet GT2000G           SATA        1.8 TiB  member
+    PD 6    Gannet GT2000G           SATA        1.8 TiB  member
+    PD 7    Gannet GT2000G           SATA        1.8 TiB  free
+  $ echo y | ktsim create --lab none
+  Everything in state.db will be lost. Go on? [y/N] 
+  $ ktsim status | sed 1,2d
+  Faults  none
+  $ ktsim create --lab nothere
+  ktsim: nothere is neither a file nor one of the labs: default empty full hostile none troubled
+  [1]
+  $ echo '{"adapters": [{"disks": [{"sise": "1TB"}]}]}' > wrong.json
+  $ ktsim create --lab wrong.json --force
+  ktsim: lab wrong.json: adapters[0].disks[0].sise: is not a word that labs know here
+  [1]
+  $ ktsim create --lab empty --at yesterday
+  ktsim: "yesterday" is not a time such as "2026-01-05 08:00:00"
+  [1]
+  $ printf 'not a state' > other.db
+  $ KTRAID_SIM=other.db ktsim status
+  ktsim: other.db: file is not a database
+  [1]
+  $ cat other.db; echo
+  not a state
+  $ KTRAID_SIM=other.db ktsim create --force && KTRAID_SIM=other.db ktsim clock stop
+
+What show prints, create reads back; a lab comes through a pipe too.
+
+  $ lab troubled
+  $ ktsim event 2 11 --device 12 --severity 6 -p 1 2 3 4 --sense 7005ff -a 1
+  $ ktsim fault KT_LD_Delete 61 --after 1 --times 3
+  $ ktsim show > first.json
+  $ ktsim create --lab - --force < first.json
+  $ ktsim show | cmp - first.json
+
+The clock.
+
+  $ lab empty
+  $ ktsim clock show
+  2026-01-05 08:00:00 UTC, stopped
+  $ ktsim clock advance 2h30m && ktsim clock show
+  2026-01-05 10:30:00 UTC, stopped
+  $ ktsim clock advance 1y
+  ktsim: "1y" is not a duration such as 90m, 2h30m or 3d
+  [1]
+  $ ktsim clock set "2026-02-28 23:59:59" && ktsim clock advance 1s && ktsim clock show
+  2026-03-01 00:00:00 UTC, stopped
+  $ ktsim clock set "2026-13-01 00:00:00"
+  ktsim: "2026-13-01 00:00:00" is not a time such as "2026-01-05 08:00:00"
+  [1]
+  $ ktsim clock speed 60 && ktsim clock show | sed 's/.*UTC//'
+  , running 60 times as fast as real time
+  $ ktsim clock stop && ktsim clock show | sed 's/.*UTC//'
+  , stopped
+  $ ktsim clock start && ktsim clock show | sed 's/.*UTC//'
+  , running 60 times as fast as real time
+  $ ktsim clock speed 0 2>&1 | head -1
+  X: Value 0 not in range 0.001000 to 1000000.000000
+  $ ktsim clock until idle
+  Idle after 0 s.
+
+Faults.
+
+  $ lab default
+  $ ktsim fault KT_PD_GetHDInfo 9 --times 1
+  $ ktsim fault KT_LD_GetInfo --kind count -a 1
+  $ ktsim fault KT_LD_GetStatus 58 --after 2
+  $ ktsim fault list
+  KT_PD_GetHDInfo answers 9, once
+  KT_LD_GetInfo spoils its count on adapter 1
+  KT_LD_GetStatus answers 58, after 2 more calls that go well
+  $ kt info -o pd -i 0
+  
+  Unable to get info of PD 0 (error 9: Invalid physical disk id)
+  [9]
+  $ kt info -o pd -i 0 | head -4
+  
+  Physical Disk Information
+  ----------------------------
+  Adapter:             0
+  $ ktsim fault list
+  KT_LD_GetInfo spoils its count on adapter 1
+  KT_LD_GetStatus answers 58, after 2 more calls that go well
+  $ ktsim fault clear && ktsim fault list
+  $ ktsim fault KT_LD_GetInfos 5
+  ktsim: KT_LD_GetInfos is not a call of the library
+  [1]
+  $ ktsim fault KT_LD_GetInfo
+  STATUS is required
+  Run with --help or --help-all for more information.
+  [2]
+  $ ktsim fault KT_LD_GetInfo 256 2> /dev/null
+  [2]
+
+Batteries and images.
+
+  $ ktsim battery show
+  Charge       idle, 95%
+  Capacity     6.19 of 6.50 Wh, 17 cycles
+  Temperature  31.40 C (0 to 60 C)
+  Voltage      4.12 V (3.30 to 4.30 V)
+  VD caches    survive a power failure
+  $ echo | ktsim battery remove
+  Caches of virtual disks will not survive a power failure. Take the battery out? [y/N] ktsim: nothing was changed
+  
+  [1]
+  $ ktsim battery remove --force && ktsim battery show
+  Adapter 0 has no battery.
+  $ ktsim battery charge 10
+  ktsim: adapter 0 has no such battery
+  [1]
+  $ ktsim battery insert && ktsim battery charge 10 && ktsim battery show | head -1
+  Charge       charging, 10%
+  $ ktsim battery show -a 1
+  Adapter 1 has no place for a battery.
+  $ ktsim battery show -a 2
+  ktsim: there is no adapter 2, only 2 of them
+  [1]
+  $ ktsim image make new.img --type bios --version 9.8.7.6 && wc -c < new.img
+  131136
+  $ ktsim image make new.img
+  ktsim: new.img: File exists
+  [1]
+  $ ktsim image make other.img --version 9.8.7
+  ktsim: "9.8.7" is not a version such as 4.1.15.2108
+  [1]
+  $ ktsim image make other.img --type soup
+  ktsim: soup is not a kind of image
+  [1]
+  $ ls other.img 2> /dev/null
+  [2]
+
+A command in the state's environment; its result is the command's own.
+
+  $ ktsim --state elsewhere.db run -- sh -c 'basename "$KTRAID_SIM"; basename "${LD_LIBRARY_PATH%%:*}"; exit 7'
+  elsewhere.db
+  ktraid-sim
+  [7]
+  $ ktsim run -- ktsetup ver > /dev/null
+  $ ktsim run -- ./nothing
+  ktsim: ./nothing: No such file or directory
+  [1]
+  $ ktsim run
+  COMMAND is required
+  Run with --help or --help-all for more information.
+  [2]
+
+Help is everywhere; what is not understood ends in 2.
+
+  $ for c in create show status clock "clock until" battery "battery charge" fault event image "image make" run; do
+  >   ktsim $c --help > help || echo "$c: $?"; grep -q Usage help || echo "$c: no help"; done
+  $ ktsim > /dev/null 2>&1
+  [2]
+  $ ktsim soup 2> /dev/null
+  [2]
+  $ ktsim event 1 70000 2> /dev/null
+  [2]
