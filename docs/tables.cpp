@@ -1,0 +1,89 @@
+// Prints what the command tables hold, for what is made of them.
+// "help": for each row a line "command <table> <word>", the short help, the long help, and a line with a form feed.
+// "completion": bash variables with the words of both sets, and each command's option words and objects.
+#include <cstdio>
+#include <cstring>
+#include <set>
+#include <string>
+
+#include "ktsetup/commandTables.h"
+
+namespace {
+struct Table {
+    const char* name;
+    const _cmd_struct* rows;
+    int size;
+};
+const Table tables[] = {
+    {"ld-general", ldBasedCommands.general, ldBasedCommands.generalSize},
+    {"ld-internal", ldBasedCommands.internal, ldBasedCommands.internalSize},
+    {"array-general", arrayBasedCommands.general, arrayBasedCommands.generalSize},
+    {"array-internal", arrayBasedCommands.internal, arrayBasedCommands.internalSize},
+};
+} // namespace
+
+static void printHelp() {
+    for (const Table& table : tables) {
+        for (int i = 0; i < table.size; ++i) {
+            const _cmd_struct& row = table.rows[i];
+            printf("command %s %s\n%s\n%s\n\f\n", table.name, row.cmd, row.cmdShortHelp, row.cmdHelp);
+        }
+    }
+}
+
+// The words that a command takes in either set, without repeats.
+static std::set<std::string> wordsOf(const char* command, bool objects) {
+    std::set<std::string> words;
+    for (const Table& table : tables) {
+        for (int i = 0; i < table.size; ++i) {
+            if (strcmp(table.rows[i].cmd, command) != 0) continue;
+            const OptionSet& set = *optionsOf(table.rows[i].cmdHandler);
+            for (const option* row = set.longOptions; !objects && row->name != nullptr; ++row) {
+                words.insert(std::string("--") + row->name);
+            }
+            for (const char* const* word = set.objects; objects && word != nullptr && *word != nullptr; ++word) {
+                words.insert(*word);
+            }
+        }
+    }
+    return words;
+}
+
+static void printArray(const char* name, const std::set<std::string>& commands, bool objects) {
+    printf("declare -gA %s=(\n", name);
+    for (const std::string& command : commands) {
+        std::set<std::string> words = wordsOf(command.c_str(), objects);
+        if (words.empty()) continue;
+        printf("  [%s]='", command.c_str());
+        for (const std::string& word : words) {
+            printf("%s ", word.c_str());
+        }
+        printf("'\n");
+    }
+    printf(")\n");
+}
+
+static void printCompletion() {
+    std::set<std::string> commands = {"ver"};
+    for (const Table& table : tables) {
+        for (int i = 0; i < table.size; ++i) {
+            if (strcmp(table.rows[i].cmd, "?") != 0) commands.insert(table.rows[i].cmd);
+        }
+    }
+    printf("_ktsetup_words='");
+    for (const std::string& command : commands) {
+        printf("%s ", command.c_str());
+    }
+    printf("'\n");
+    printArray("_ktsetup_options", commands, false);
+    printArray("_ktsetup_objects", commands, true);
+}
+
+int main(int argc, char** argv) {
+    if (argc == 2 && strcmp(argv[1], "completion") == 0) {
+        printCompletion();
+    } else {
+        printHelp();
+    }
+    return 0;
+}
