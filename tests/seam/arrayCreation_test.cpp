@@ -126,6 +126,8 @@ TEST_F(Creation, OfArraysSaysWhatStandsInTheWay) {
     EXPECT_EQ("Spare disk 8 can not be used to create array.\n", run(doCreateV2, line).printed);
     seam.disks[8].Status |= KT_PD_OFFLINE;
     EXPECT_EQ("Offline disk 8 can not be used to create arrray.\n", run(doCreateV2, line).printed);
+    seam.disks.resize(8); // the library knows the disk, but no role of it
+    EXPECT_EQ("Unable to get info of PD 8, (error 0 : No error)\n", run(doCreateV2, line).printed);
 }
 
 TEST_F(Creation, InAnArraySendsTheRecord) {

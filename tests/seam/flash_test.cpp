@@ -55,7 +55,6 @@ std::vector<KT_U8> readFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// Runs the command with these lines on standard input.
 } // namespace
 
 TEST_F(Flash, UpdatesPageByPage) {
