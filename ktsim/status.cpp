@@ -88,6 +88,11 @@ static std::string progressText(const Activity& activity, const std::string& nam
     return end == NEVER ? text : text + ", " + durationText((std::max(end, now) - now + 999) / 1000) + " left";
 }
 
+static void printProgress(const Context& context, const Activity& activity) {
+    if (activity.kind == 0) return;
+    printf("          %s\n", progressText(activity, wordFor(ACTIVITIES, activity.kind), context.now).c_str());
+}
+
 static std::string healthNotes(const Context& context) {
     std::string notes;
     const auto battery = find<_BBU_Info>(context, 0);
@@ -121,9 +126,7 @@ static void printVd(const Context& context, KT_U16 id, const _LD_Info& vd) {
            wordFor(STATUSES, vd.Status).c_str());
     if (state.hasOs) printf(", running the system");
     printf("\n");
-    if (state.activity.kind)
-        printf("          %s\n",
-               progressText(state.activity, wordFor(ACTIVITIES, state.activity.kind), context.now).c_str());
+    printProgress(context, state.activity);
 }
 
 static void printArrays(const Context& context, int rows) {
@@ -135,6 +138,8 @@ static void printArrays(const Context& context, int rows) {
                printable(array.Name, sizeof array.Name).c_str(), wordFor(LEVELS, array.RaidMode).c_str(),
                sizeText(array.TotalManagedSpace).c_str(), STATUS_OF[std::min<KT_U8>(array.Status, 2)], free.c_str(),
                array.SparePDCount ? ", has spares" : "");
+        const DgState state = find<DgState>(context, id).value_or(DgState{});
+        printProgress(context, state.activity);
         return ++shown < rows;
     });
     printMore(count<_DG_Info>(context), shown, "arrays");
