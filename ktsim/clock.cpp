@@ -44,14 +44,11 @@ static bool busy(const Context& context) {
 }
 
 /* The next moment at which something happens on an adapter that is at work; NEVER when none is. */
-static KT_U64 nextDue(Store& store, KT_U64 now, bool& working) {
+static KT_U64 nextDue(Store& store, KT_U64 now) {
     KT_U64 due = NEVER;
-    working = false;
     for (unsigned i = 0; i < adapterCount(store); i++) {
         const Context context{store, static_cast<KT_U8>(i), now};
-        if (!busy(context)) continue;
-        working = true;
-        due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
+        if (busy(context)) due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
     }
     return due;
 }
@@ -62,10 +59,8 @@ static void advanceUntilIdle(Store& store) {
     for (int step = 0; step < MANY; step++) {
         const Clock clock = loadClock(store);
         const KT_U64 now = simulatedNow(store);
-        bool working = false;
-        const KT_U64 due = nextDue(store, now, working);
-        if (working && due == NEVER) break;
-        if (!working) {
+        const KT_U64 due = nextDue(store, now);
+        if (due == NEVER) {
             printf("Idle after %s.\n", durationText((now - start) / 1000).c_str());
             return;
         }
