@@ -125,8 +125,7 @@ static bool readVirtualDisk(const ActivityCommand& command, const ActivityReques
         result = failed(command.statusFailed, request.id, status);
         return false;
     }
-    const _LD_STATUS& vd = answer.ldStatus[0];
-    subject.now = {vd.Bga, vd.BgaState, (vd.BgaExt & KT_BGAEXT_MEDIA_PATROL) != 0};
+    subject.now = activityOf(answer.ldStatus[0]);
     return true;
 }
 
@@ -138,8 +137,8 @@ static bool readArray(const ActivityCommand& command, const ActivityRequest& req
         result = failed(command.infoFailed, request.id, status);
         return false;
     }
-    const _DG_Info& array = subject.array = answer.dgInfo[0];
-    subject.now = {array.BgaType, array.BgaState, array.PDBgaRunning != 0};
+    subject.array = answer.dgInfo[0];
+    subject.now = activityOf(subject.array);
     return true;
 }
 

@@ -49,6 +49,14 @@ struct ActivityStatus {
     bool mediaPatrol = false; // runs on a member disk
 };
 
+// The same, from the records that tell it.
+inline ActivityStatus activityOf(const _LD_STATUS& vd) {
+    return {vd.Bga, vd.BgaState, (vd.BgaExt & KT_BGAEXT_MEDIA_PATROL) != 0};
+}
+inline ActivityStatus activityOf(const _DG_Info& array) {
+    return {array.BgaType, array.BgaState, array.PDBgaRunning != 0};
+}
+
 // An action that a state allows: its number is the control code, the lines report the outcome.
 struct AllowedAction {
     KT_U8 action = BGA_INVALID;

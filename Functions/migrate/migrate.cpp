@@ -127,8 +127,7 @@ static KT_U8 readStatus(KT_U16 id, ActivityStatus& now) {
         out("\nUnable to get status of VD %d (error %d: %s).\n", id, status, ErrorMessage(status));
         return status;
     }
-    const _LD_STATUS& vd = answer.ldStatus[0];
-    now = {vd.Bga, vd.BgaState, (vd.BgaExt & KT_BGAEXT_MEDIA_PATROL) != 0};
+    now = activityOf(answer.ldStatus[0]);
     return KT_OK;
 }
 

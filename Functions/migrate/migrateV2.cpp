@@ -178,7 +178,7 @@ int doMigrateV2(int argc, char** argv, _cmd_struct* row) {
     KT_U8 status = readArray(request, array);
     if (status != KT_OK) return status;
     if (request.sizeOnly) return reportSize(request);
-    ActivityStatus now = {array.BgaType, array.BgaState, array.PDBgaRunning != 0};
+    const ActivityStatus now = activityOf(array);
     if (request.action == BGA_START) return startMigration(request, array, now);
     return steerActivity(migrateV2Command.words, request.id, request.action, now);
 }
