@@ -195,6 +195,7 @@ void PrintEncElementConfig(const _Enc_Element_Config* config) {
     char text[room + 1];
     fieldText(text, config->Text, config->TextLength < room ? config->TextLength : room);
     out("Enclosure ID: %d\n", config->EnclosureID);
+    if (config->ElementID != ALL_ELEMENTS) out("Element ID: %d\n", config->ElementID);
     out("Element type: ");
     PrintElementType(config->ElementType);
     out("Number of elements: %d\n", config->NumberOfElements);

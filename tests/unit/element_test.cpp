@@ -119,7 +119,8 @@ TEST(Element, KeepsTheConfigurationTextWithinItsField) {
         config.TextLength = static_cast<KT_U8>(length);
         std::string text(length < 64 ? length : 64, 'x');
         if (length > 1) text[1] = '?';
-        EXPECT_EQ("Enclosure ID: 0\nElement type: Cooling Device\nNumber of elements: 0\nSub-enclosure ID: 0\nText: " +
+        EXPECT_EQ("Enclosure ID: 0\nElement ID: 0\nElement type: Cooling Device\nNumber of elements: 0\nSub-enclosure "
+                  "ID: 0\nText: " +
                       text + "\n",
                   printed(PrintEncElementConfig, config));
     }
