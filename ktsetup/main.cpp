@@ -1,7 +1,7 @@
 #include "Public/common.h"
+#include "Public/start.h"
 #include "ktsetup/commandTables.h"
 #include "ktsetup/shell.h"
-#include "ktsetup/start.h"
 
 int main(int argc, char** argv) {
     setCommandSets(ldBasedCommands, arrayBasedCommands);

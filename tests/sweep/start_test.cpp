@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "Public/start.h"
 #include "ktsetup/commandTables.h"
-#include "ktsetup/start.h"
 
 extern "C" int KT_STUB_Adapters;
 

@@ -1,4 +1,4 @@
-#include "ktsetup/start.h"
+#include "Public/start.h"
 
 #include <cstdio>
 #include <dlfcn.h>

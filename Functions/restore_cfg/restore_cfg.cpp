@@ -1,0 +1,282 @@
+#include "Functions/restore_cfg/restore_cfg.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "Functions/restore_cfg/assignment.h"
+#include "Functions/restore_cfg/raidRestore.h"
+#include "Public/errorMsg.h"
+#include "Public/fileName.h"
+#include "Public/utility.h"
+#include "Public/wholeFile.h"
+
+const char restore_cfg_sh[] = ":Restore HBA,RAID and AutoLoad configuration from a text file.";
+const char restore_cfg_help[] = "\n\nrestore_cfg [-f <filename>][-t<phy>][--autoset][--raid][-h]\n\n"
+                                "Options:\n"
+                                "    -i, --id <adapter id>\n"
+                                "        The adapter is always the current one.\n"
+                                "    -f, --filename <filename>\n"
+                                "        File to read; double quotes around it may hold blanks. Default: 4740.txt or\n"
+                                "        4730.txt, after the kind of the adapter.\n"
+                                "    -t, --type phy\n"
+                                "        The file holds the PHY tuning of the ports only.\n"
+                                "    --autoset\n"
+                                "        Give each port a new SAS address and the adapter a new serial number, taken\n"
+                                "        from setcfg.txt or setcfg4.txt.\n"
+                                "    --raid\n"
+                                "        Delete all virtual disks and spares and create those of the file.\n"
+                                "    -h, --help\n\n"
+                                "Examples:\n"
+                                "    restore_cfg -f \"my adapter.txt\"\n\n"
+                                "    Restore the settings and ports from a file.\n\n"
+                                "    restore_cfg -f hba0_cfg.txt --raid\n\n"
+                                "    Restore the virtual disks and spares as well.\n\n";
+
+static const option restore_cfg_long[] = {{"filename", required_argument, nullptr, 'f'},
+                                          {"autoset", no_argument, nullptr, 'a'},
+                                          {"raid", no_argument, nullptr, 'r'},
+                                          {"type", required_argument, nullptr, 't'},
+                                          OUTPUT_OPTION,
+                                          HELP_OPTION,
+                                          END_OF_OPTIONS};
+// The short forms of --autoset and --raid take an argument, which says nothing.
+const OptionSet restoreCfgOptions = {.letters = "f:a:r:\1:t:h", .longOptions = restore_cfg_long, .once = "far"};
+
+namespace {
+struct RestoreOptions {
+    std::string file;
+    bool autoset = false;
+    bool raid = false;
+    KT_U8 mode = CFG_FULL_FORM;
+};
+
+// A file as it is, and with its comments blanked.
+struct CfgFile {
+    std::string path;
+    std::string shown;
+    std::string text;
+    std::string clean;
+};
+} // namespace
+
+static Take takeOption(int option, const char* value, RestoreOptions& o) {
+    switch (option) {
+    case 'f':
+        o.file = unquotedName(value);
+        return Take::Yes;
+    case 'a':
+        o.autoset = true;
+        return Take::Yes;
+    case 'r':
+        o.raid = true;
+        return Take::Yes;
+    case 't':
+        o.mode = CFG_PHY_FORM;
+        if (strcasecmp(value, "phy") == 0) return Take::Yes;
+        out("-p : invalid type setting '%s'\n", value);
+        return Take::Failed;
+    default:
+        return Take::Help;
+    }
+}
+
+static bool chooseDefaultFile(std::string& file) {
+    switch (currentAdapter().DevID) {
+    case 0x4740:
+    case 0x4745:
+        file = "4740.txt";
+        return true;
+    case 0x4730:
+    case 0x4732:
+    case 0x4734:
+    case 0x4735:
+        file = "4730.txt";
+        return true;
+    default:
+        out("Error: Unknown DeviceID:%x !\n", currentAdapter().DevID);
+        return false;
+    }
+}
+
+static const char* assignmentFile() {
+    switch (currentAdapter().DevID) {
+    case 0x4730:
+    case 0x4734:
+    case 0x4735:
+        return "setcfg4.txt";
+    default:
+        return "setcfg.txt";
+    }
+}
+
+static void useFile(CfgFile& file, const std::string& path) {
+    file.path = path;
+    file.shown = shownName(path);
+}
+
+// Reads the file and blanks the comments in a copy. A file that cannot be opened is left to the caller to report.
+static ReadFile readFile(CfgFile& file) {
+    ReadFile result = readWholeFile(file.path, file.text);
+    if (result == ReadFile::TooBig) {
+        out("Size of the file %s is too big (%d).\n", file.shown.c_str(), static_cast<int>(FILE_TOO_BIG));
+    }
+    file.clean = file.text;
+    clean_comment(file.clean.data(), file.clean.size());
+    return result;
+}
+
+static bool readAssignment(CfgFile& file, _updata_sasaddr_info_t& assigned) {
+    useFile(file, assignmentFile());
+    out("To autoset SAS Addr and Serial Number,");
+    out("%s should be configed manually.\n\n", file.shown.c_str());
+    ReadFile result = readFile(file);
+    if (result == ReadFile::NotOpened) out("Error:Failed open %s \n", file.shown.c_str());
+    if (result != ReadFile::Yes) return false;
+    assigned.filename = file.path.c_str();
+    return KT_AutoGet_SASAddrSN(file.clean.data(), file.clean.size(), &assigned) == 0;
+}
+
+static bool readConfiguration(CfgFile& file, KT_U8 mode, _file_sasaddr_place_info_t& places, _HBA_Info_Page& page,
+                              CfgRaid& raid) {
+    ReadFile result = readFile(file);
+    if (result == ReadFile::NotOpened) out("Error: Failed open %s !\n", file.shown.c_str());
+    if (result != ReadFile::Yes) return false;
+    KT_U16 counts = 0;
+    if (!KT_Analyze_Grammar(file.clean.data(), file.clean.size(), &places, &page, raid.lds, raid.spares, &counts,
+                            mode)) {
+        out("Analysis config file error!\n");
+        return false;
+    }
+    raid.ldCount = static_cast<KT_U8>(counts);
+    raid.spareCount = static_cast<KT_U8>(counts >> 8);
+    return true;
+}
+
+// The configuration text with the assigned addresses and serial number in their places.
+static std::string assignedText(const std::string& text, const _file_sasaddr_place_info_t& places,
+                                const _HBA_Info_Page& page) {
+    struct Change {
+        CfgPlace place;
+        std::string value;
+    };
+    std::vector<Change> changes;
+    for (unsigned port = 0; port < CFG_PORTS; ++port) {
+        if (places.sasaddr_place[port].length == 0) continue;
+        changes.push_back({places.sasaddr_place[port], sasAddressText(page.SAS_Address[port])});
+    }
+    changes.push_back({places.serialnumber_place,
+                       std::string(reinterpret_cast<const char*>(page.Serial_Num), sizeof page.Serial_Num)});
+    // From the end on, so that the places before a change stay valid.
+    std::sort(changes.begin(), changes.end(), [](const Change& a, const Change& b) { return a.place.at > b.place.at; });
+    std::string assigned = text;
+    for (const Change& change : changes) {
+        assigned.replace(change.place.at, change.place.length, change.value);
+    }
+    return assigned;
+}
+
+// Puts what was assigned into the page and into the configuration file.
+static bool assign(const CfgFile& file, const _file_sasaddr_place_info_t& places,
+                   const _updata_sasaddr_info_t& assigned, _HBA_Info_Page& page) {
+    if (places.serialnumber_place.length == 0) {
+        out("Error:Didn't find the Serial number.\n");
+        return false;
+    }
+    for (unsigned port = 0; port < CFG_PORTS; ++port) {
+        if (assigned.port_sasaddr[port] != 0) sasAddressBytes(assigned.port_sasaddr[port], page.SAS_Address[port]);
+    }
+    if (assigned.serialnumber_flag != 0) {
+        std::string serial = serialNumberText(assigned, assigned.serialnumber_current);
+        memset(page.Serial_Num, 0, sizeof page.Serial_Num);
+        memcpy(page.Serial_Num, serial.data(), std::min(serial.size(), sizeof page.Serial_Num));
+    }
+    page.Check_Sum = 0;
+    page.Check_Sum = static_cast<KT_U8>(-GetHBAInfoChksum_Flash(&page));
+    if (writeWholeFile(file.path, assignedText(file.text, places, page), Existing::Replace) != WroteFile::Yes) {
+        out("Error: Failed open %s !\n", file.shown.c_str());
+        return false;
+    }
+    return true;
+}
+
+static bool advanceAssignment(const CfgFile& file, const _updata_sasaddr_info_t& assigned) {
+    std::string advanced = advancedAssignment(file.text, assigned);
+    if (advanced == file.text) return true;
+    if (writeWholeFile(file.path, advanced, Existing::Replace) == WroteFile::Yes) return true;
+    out("Error:Failed open %s \n", file.shown.c_str());
+    return false;
+}
+
+static KT_U8 readPage(_HBA_Info_Page& page) {
+    FlashPage flash = newFlashPage();
+    if (flash == nullptr) return KT_ERR_NO_RESOURCE;
+    KT_U8 status = KT_Flash_Bin(gCurrentAdapter, KT_FLASH_BACKUP, KT_IMAGE_CONFIG, flash.get());
+    if (status != KT_OK) {
+        out("\nExecutes read hba config fail (error %d: %s).\n", status, ErrorMessage(status));
+        return status;
+    }
+    memcpy(&page, flash->Data, sizeof page);
+    return KT_OK;
+}
+
+static KT_U8 writePage(const _HBA_Info_Page& page) {
+    FlashPage flash = newFlashPage();
+    if (flash == nullptr) return KT_ERR_NO_RESOURCE;
+    flash->Size = sizeof page;
+    flash->isLastPage = 1;
+    memcpy(flash->Data, &page, sizeof page);
+    KT_U8 status = KT_Flash_Bin(gCurrentAdapter, KT_FLASH_UPDATE, KT_IMAGE_CONFIG, flash.get());
+    if (status != KT_OK) {
+        out("\nExecutes write hba config fail (error %d: %s).\n", status, ErrorMessage(status));
+        return status;
+    }
+    out("Restore HBA and Port config is returned successfully!\n\n");
+    return KT_OK;
+}
+
+// The settings page, with `raid` filled from the file. 0 when it was restored.
+static int restorePage(const RestoreOptions& o, _HBA_Info_Page& current, _HBA_Info_Page& page, CfgRaid& raid) {
+    KT_U8 status = readPage(current);
+    if (status != KT_OK) return status;
+    page = current;
+    CfgFile assignment;
+    _updata_sasaddr_info_t assigned = {};
+    if (o.autoset && !readAssignment(assignment, assigned)) return 1;
+    CfgFile file;
+    useFile(file, o.file);
+    _file_sasaddr_place_info_t places = {};
+    places.available_port = assigned.available_port;
+    if (!readConfiguration(file, o.mode, places, page, raid)) return 1;
+    if (o.autoset && !assign(file, places, assigned, page)) return 1;
+    status = writePage(page);
+    if (status != KT_OK) return status;
+    return !o.autoset || advanceAssignment(assignment, assigned) ? 0 : 1;
+}
+
+static int restore(const RestoreOptions& o) {
+    CfgRaidHolder raid = newCfgRaid();
+    if (raid == nullptr) return KT_ERR_NO_RESOURCE;
+    _HBA_Info_Page current;
+    _HBA_Info_Page page;
+    int result = restorePage(o, current, page, *raid);
+    if (result != 0) return result;
+    // From here on 1 is the result of success, too.
+    if (!o.raid || (current.RAID_Feature & page.RAID_Feature & RAID_FEATURE_ON) == 0) return 1;
+    if (o.mode == CFG_PHY_FORM) {
+        fprintf(stderr, "The file was read for its PHY tuning only; the RAID configuration stays as it is.\n");
+        return 1;
+    }
+    return isCompleteRaid(*raid) ? restoreRaid(*raid) : 1;
+}
+
+int doRestore_CFG(int argc, char** argv, _cmd_struct* row) {
+    OptionCounts given;
+    int result = 0;
+    RestoreOptions o;
+    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    if (!scanOptions(argc, argv, row, restoreCfgOptions, given, result, take)) return result;
+    if (!givenOnce(restoreCfgOptions, given)) return 1;
+    if (given['f'] == 0 && !chooseDefaultFile(o.file)) return 1;
+    return restore(o);
+}

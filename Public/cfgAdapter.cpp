@@ -1,0 +1,49 @@
+#include "Public/cfgAdapter.h"
+
+#include <cstdlib>
+
+#include "Public/errorMsg.h"
+#include "Public/listing.h"
+
+FlashPage newFlashPage() {
+    return {static_cast<_Flash_Data*>(calloc(1, sizeof(_Flash_Data))), &free};
+}
+
+CfgRaidHolder newCfgRaid() {
+    return {static_cast<CfgRaid*>(calloc(1, sizeof(CfgRaid))), &free};
+}
+
+static KT_U8 readSpares(CfgRaid& raid) {
+    KT_U16 perPage = recordsPerPage(sizeof(_HD_RAID_STATUS), 128);
+    ListEnd end =
+        walkList<_HD_RAID_STATUS>(KT_PD_GetHDRaidStatus, EVERYTHING, perPage, [&](const _HD_RAID_STATUS& disk) {
+            if ((disk.Status & KT_PD_SPARE) == 0) return true;
+            if (raid.spareCount == CFG_MOST_SPARES) return false;
+            raid.spares[raid.spareCount++] = disk;
+            return true;
+        });
+    if (end.stopped || end.unallocated > 0) return KT_ERR_NO_RESOURCE;
+    if (end.status != KT_OK) {
+        out("\nExecutes get pd spare info  fail (error %d: %s).\n", end.status, ErrorMessage(end.status));
+    }
+    return end.status;
+}
+
+static KT_U8 readVirtualDisks(CfgRaid& raid) {
+    KT_U16 perPage = recordsPerPage(sizeof(_LD_Info));
+    ListEnd end = walkList<_LD_Info>(KT_LD_GetInfo, EVERYTHING, perPage, [&](const _LD_Info& ld) {
+        if (raid.ldCount == CFG_MOST_VDS) return false;
+        raid.lds[raid.ldCount++] = ld;
+        return true;
+    });
+    if (end.stopped || end.unallocated > 0) return KT_ERR_NO_RESOURCE;
+    if (end.status != KT_OK) {
+        out("\nExecutes get ld info fail (error %d: %s).\n", end.status, ErrorMessage(end.status));
+    }
+    return end.status;
+}
+
+KT_U8 readCfgRaid(CfgRaid& raid) {
+    KT_U8 status = readSpares(raid);
+    return status == KT_OK ? readVirtualDisks(raid) : status;
+}

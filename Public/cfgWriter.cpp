@@ -1,0 +1,152 @@
+#include <algorithm>
+#include <cstring>
+
+#include "Public/cfgText.h"
+#include "Public/common.h"
+#include "Public/utility.h"
+
+static const char banner[] =
+    "########################################################################################\n"
+    "#                    HBA Configuration Help                                            #\n"
+    "#                                                                                      #\n"
+    "# 1.Config PHY tuning.Features([TRANS_AMP][TRANS_EMPHASIS_AMP][TRANS_AMP_ADJUST]) are  #\n"
+    "#   related with phy tuning values which equals to 'FFFF' means no need to configure.  #\n"
+    "########################################################################################\n";
+
+static void appendNumber(std::string& text, KT_U32 value, KT_U8 radix) {
+    char digits[32];
+    text.append(digits, U32_TRANSLATE_STR(digits, value, 0, radix));
+}
+
+static void appendWord(std::string& text, const CfgKey& key, KT_U32 value) {
+    for (size_t i = 0; i < key.words.count; ++i) {
+        if (key.words.words[i].value == value) text += cfgWord(key.words.words[i].code);
+    }
+}
+
+std::string sasAddressText(const KT_U8 (&address)[8]) {
+    std::string text;
+    for (unsigned half = 0; half < 2; ++half) {
+        KT_U32 word = 0;
+        for (unsigned i = 0; i < 4; ++i) {
+            word = word << 8 | address[4 * half + i];
+        }
+        char digits[16];
+        KT_U16 length = fill_zero_to_str_before_u32value(digits, word);
+        if (half > 0) text += ':';
+        text.append(digits, U32_TRANSLATE_STR(digits, word, length, 16));
+    }
+    return text;
+}
+
+static void appendMembers(std::string& text, const _LD_Info& ld) {
+    const char* separator = "";
+    for (unsigned i = 0; i < cfgMembers(ld); ++i) {
+        if (ld.BlockIDs[i] == KT_NO_ID) continue;
+        text += separator;
+        appendNumber(text, ld.BlockIDs[i], 10);
+        separator = ",";
+    }
+}
+
+// `record` is the row's owner; index the port of a port's row, the running number of a spare's.
+static void appendValue(std::string& text, const CfgKey& key, const void* record, unsigned index) {
+    if (key.alwaysWritten != nullptr) {
+        text += key.alwaysWritten;
+        return;
+    }
+    unsigned element = key.owner == CfgOwner::Port ? index : 0;
+    switch (key.form) {
+    case CfgForm::Raw:
+        text.append(static_cast<const char*>(record) + key.field.offset, key.writtenBytes);
+        break;
+    case CfgForm::Word:
+        appendWord(text, key, fieldValue(record, key.field, element));
+        break;
+    case CfgForm::SasAddress:
+        text += sasAddressText(static_cast<const _HBA_Info_Page*>(record)->SAS_Address[index]);
+        break;
+    case CfgForm::Members:
+        appendMembers(text, *static_cast<const _LD_Info*>(record));
+        break;
+    case CfgForm::PortId:
+    case CfgForm::SpareId:
+        appendNumber(text, index, key.writtenRadix);
+        break;
+    case CfgForm::SpareArray:
+        if ((static_cast<const _HD_RAID_STATUS*>(record)->Status & KT_PD_DEDICATED_SPARE) == 0) {
+            appendNumber(text, CFG_GLOBAL_SPARE, key.writtenRadix);
+            break;
+        }
+        [[fallthrough]];
+    default:
+        appendNumber(text, fieldValue(record, key.field, element) >> key.writtenShift, key.writtenRadix);
+    }
+}
+
+// The lines of one group: an adapter, a port, a virtual disk or a spare.
+static void appendGroup(std::string& text, const CfgSection& section, CfgOwner owner, const void* record,
+                        unsigned index, KT_U8 mode) {
+    for (size_t i = 0; i < section.count; ++i) {
+        const CfgKey& key = section.keys[i];
+        bool written = key.use == CfgUse::Always || (key.use == CfgUse::FullForm && mode != CFG_PHY_FORM);
+        if (!written || key.owner != owner) continue;
+        if (key.onParityLevels && !hasParityDisks(static_cast<const _LD_Info*>(record)->RaidMode)) continue;
+        text += key.key;
+        text += '=';
+        appendValue(text, key, record, index);
+        text += '\n';
+    }
+}
+
+static void appendHeader(std::string& text, const CfgSection& section) {
+    text += section.header;
+    text += '\n';
+    text += CFG_BEGIN;
+    text += '\n';
+}
+
+static void appendEnd(std::string& text) {
+    text += CFG_END;
+    text += '\n';
+}
+
+static void appendRaid(std::string& text, const _LD_Info* lds, KT_U8 ldCount, const _HD_RAID_STATUS* spares,
+                       KT_U8 spareCount) {
+    const CfgSection& section = cfgSections[CFG_RAID_SECTION];
+    appendHeader(text, section);
+    for (unsigned i = 0; i < ldCount; ++i) {
+        if (i > 0) text += '\n';
+        appendGroup(text, section, CfgOwner::Vd, &lds[i], i, CFG_FULL_FORM);
+    }
+    unsigned number = 0;
+    for (unsigned i = 0; i < spareCount; ++i) {
+        if ((spares[i].Status & KT_PD_SPARE) == 0) continue;
+        text += '\n';
+        appendGroup(text, section, CfgOwner::Spare, &spares[i], number++, CFG_FULL_FORM);
+    }
+    appendEnd(text);
+}
+
+size_t KT_Form_Grammar(KT_U8 adapter, std::string& text, const _HBA_Info_Page* page, const _LD_Info* lds, KT_U8 ldCount,
+                       const _HD_RAID_STATUS* spares, KT_U8 spareCount, KT_U8 mode) {
+    if (memcmp(page->Signature, CFG_SIGNATURE, sizeof page->Signature) != 0) return 0;
+    size_t before = text.size();
+    text += banner;
+    if (mode != CFG_PHY_FORM) {
+        appendHeader(text, cfgSections[CFG_ADAPTER_SECTION]);
+        appendGroup(text, cfgSections[CFG_ADAPTER_SECTION], CfgOwner::Page, page, 0, mode);
+        appendEnd(text);
+        text += '\n';
+    }
+    appendHeader(text, cfgSections[CFG_PORT_SECTION]);
+    unsigned ports = std::min<unsigned>(gAdapterInfo[adapter].PortCount, getMaxPortNum());
+    for (unsigned port = 0; port < ports; ++port) {
+        text += '\n';
+        appendGroup(text, cfgSections[CFG_PORT_SECTION], CfgOwner::Port, page, port, mode);
+    }
+    appendEnd(text);
+    text += '\n';
+    if (mode != CFG_PHY_FORM) appendRaid(text, lds, ldCount, spares, spareCount);
+    return text.size() - before;
+}

@@ -1,0 +1,108 @@
+#include "Public/wholeFile.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "Public/newFile.h"
+
+size_t read_file_to_mem(FILE* file, std::string& buffer) {
+    buffer.clear();
+    int byte;
+    while ((byte = fgetc(file)) != EOF) {
+        if (buffer.size() == MOST_FILE_BYTES) {
+            buffer.clear();
+            return FILE_TOO_BIG;
+        }
+        buffer += static_cast<char>(byte);
+    }
+    return buffer.size();
+}
+
+void write_mem_to_file(FILE* file, const char* buffer, size_t length) {
+    if (file == nullptr || buffer == nullptr) return;
+    for (size_t i = 0; i < length; ++i) {
+        fputc(static_cast<unsigned char>(buffer[i]), file);
+    }
+}
+
+ReadFile readWholeFile(const std::string& path, std::string& bytes) {
+    FILE* file = fopen(path.c_str(), "re");
+    if (file == nullptr) return ReadFile::NotOpened;
+    size_t size = read_file_to_mem(file, bytes);
+    bool read = ferror(file) == 0;
+    fclose(file);
+    if (!read) return ReadFile::NotOpened;
+    return size == FILE_TOO_BIG && bytes.empty() ? ReadFile::TooBig : ReadFile::Yes;
+}
+
+static bool fill(const NewFile& file, const std::string& bytes, const struct stat* replaced) {
+    if (replaced != nullptr) {
+        // The owner first: changing it takes special permission bits away. It can only be kept by the superuser.
+        if (fchown(file.fd, replaced->st_uid, replaced->st_gid) != 0 && errno != EPERM) return false;
+        if (fchmod(file.fd, replaced->st_mode & 07777) != 0) return false;
+    }
+    FILE* out = fdopen(fcntl(file.fd, F_DUPFD_CLOEXEC, 0), "w");
+    if (out == nullptr) return false;
+    write_mem_to_file(out, bytes.data(), bytes.size());
+    bool written = ferror(out) == 0;
+    return fclose(out) == 0 && written;
+}
+
+// Gives a complete file its name without taking that of another one.
+static WroteFile name(const std::string& unnamed, const std::string& path) {
+    if (renameat2(AT_FDCWD, unnamed.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) return WroteFile::Yes;
+    int reason = errno;
+    if (reason == EINVAL || reason == ENOSYS) {
+        // A file system that knows no such rename may know links.
+        reason = link(unnamed.c_str(), path.c_str()) == 0 ? 0 : errno;
+    }
+    unlink(unnamed.c_str());
+    if (reason == 0) return WroteFile::Yes;
+    return reason == EEXIST ? WroteFile::Exists : WroteFile::NotWritten;
+}
+
+// The entry of the folder that holds path's name outlives a crash as well.
+static void flushFolder(const std::string& path) {
+    size_t slash = path.rfind('/');
+    int fd =
+        open(slash == std::string::npos ? "." : path.substr(0, slash + 1).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    fsync(fd);
+    close(fd);
+}
+
+WroteFile writeWholeFile(const std::string& path, const std::string& bytes, Existing existing) {
+    std::string target = path;
+    struct stat replaced = {};
+    bool exists = lstat(target.c_str(), &replaced) == 0;
+    if (exists && existing == Existing::Keep) return WroteFile::Exists;
+    if (exists) {
+        char resolved[PATH_MAX];
+        if (realpath(path.c_str(), resolved) == nullptr || stat(resolved, &replaced) != 0) return WroteFile::NotOpened;
+        target = resolved;
+    }
+    size_t slash = target.rfind('/');
+    size_t base = slash == std::string::npos ? 0 : slash + 1;
+    if (base == target.size()) return WroteFile::NotOpened;
+    std::string unnamed = target.substr(0, base) + "." + target.substr(base) + "." + std::to_string(getpid()) + ".new";
+    NewFile file = {};
+    if (createNewFile(unnamed.c_str(), file) != Created::Yes) return WroteFile::NotOpened;
+    if (!fill(file, bytes, exists ? &replaced : nullptr)) {
+        dropNewFile(file);
+        return WroteFile::NotWritten;
+    }
+    if (!keepNewFile(file)) return WroteFile::NotWritten;
+    WroteFile result = WroteFile::Yes;
+    if (existing == Existing::Keep) {
+        result = name(unnamed, target);
+    } else if (rename(unnamed.c_str(), target.c_str()) != 0) {
+        unlink(unnamed.c_str());
+        result = WroteFile::NotWritten;
+    }
+    if (result == WroteFile::Yes) flushFolder(target);
+    return result;
+}
