@@ -11,11 +11,10 @@
 
 struct Seam {
     std::vector<std::string> calls;          // "KT_AES_ClearLink 3", in order
-    std::map<std::string, KT_U8> statuses;   // by name; KT_OK when absent
+    std::map<std::string, KT_U8> statuses;   // by name, or by one of `calls`; KT_OK when absent
     std::map<std::string, std::string> sent; // the bytes of the last record handed to a call, by "name.argument"
     // What the library answers.
     _aes_entry_info aesOverview = {};
-    _HBA_Info_Page page = {};
     std::vector<_LD_Info> lds;
     std::vector<_LD_STATUS> ldStatuses;
     std::vector<_HD_RAID_STATUS> disks;

@@ -1,0 +1,381 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "Public/cfgAdapter.h"
+#include "Public/common.h"
+#include "Public/utility.h"
+
+namespace {
+// A text read into records, with what the reader printed.
+struct Reading {
+    bool good;
+    std::string printed;
+    _HBA_Info_Page page;
+    _file_sasaddr_place_info_t places;
+    CfgRaidHolder raid = newCfgRaid();
+};
+
+Reading read(std::string text, KT_U8 mode = CFG_FULL_FORM, const _HBA_Info_Page& page = {}) {
+    Reading reading = {false, "", page, {}};
+    reading.places.available_port = 0xFF;
+    char* printed = nullptr;
+    size_t size = 0;
+    stream = open_memstream(&printed, &size);
+    clean_comment(text.data(), text.size());
+    KT_U16 counts = 0;
+    CfgRaid& raid = *reading.raid;
+    // A copy on the heap of exactly this size, so that a read beyond it is noticed.
+    std::vector<char> exact(text.begin(), text.end());
+    reading.good = KT_Analyze_Grammar(exact.data(), exact.size(), &reading.places, &reading.page, raid.lds, raid.spares,
+                                      &counts, mode);
+    raid.ldCount = static_cast<KT_U8>(counts);
+    raid.spareCount = static_cast<KT_U8>(counts >> 8);
+    fclose(stream);
+    stream = nullptr;
+    reading.printed = std::string(printed, size);
+    free(printed);
+    return reading;
+}
+
+std::string adapterText(const std::string& lines) {
+    return "[ADAPTER CONFIG]\n[BEGIN]\n" + lines + "[END]\n[RAID CONFIG]\n[BEGIN]\n[END]\n";
+}
+std::string portText(const std::string& lines) {
+    return "[PORT CONFIG]\n[BEGIN]\n" + lines + "[END]\n[RAID CONFIG]\n[BEGIN]\n[END]\n";
+}
+std::string raidText(const std::string& lines) {
+    return "[PORT CONFIG]\n[BEGIN]\n[END]\n[RAID CONFIG]\n[BEGIN]\n" + lines + "[END]\n";
+}
+
+template <size_t N>
+void put(KT_U8 (&field)[N], const char* text) {
+    memcpy(field, text, strnlen(text, N));
+}
+
+_HBA_Info_Page samplePage() {
+    _HBA_Info_Page page = {};
+    put(page.Signature, "TLVN");
+    put(page.Serial_Num, "TARN-0001");
+    page.HBA_Flag = 0x2 | 0x200 | 0xF0000000;
+    page.RAID_Feature = 0x3 | 0x80;
+    page.DSpinUpGroup = 2;
+    page.DSpinUpTimer = 7;
+    page.Delay_Time = 30;
+    for (KT_U8 i = 0; i < 8; ++i) {
+        page.SAS_Address[0][i] = static_cast<KT_U8>(0x50 + i);
+        page.SAS_Address[1][i] = i;
+    }
+    page.PHY_Rate[0] = 1;
+    page.PHY_Tuning[0] = {0xA, 5, 0x2B, 1, 0};
+    page.PHY_Tuning[1] = {0, 7, 0x3F, 0, 0x3FFFF};
+    page.BGA_Rate = 0x5A;
+    return page;
+}
+
+_LD_Info sampleVd() {
+    _LD_Info ld = {};
+    ld.ID = 3;
+    put(ld.Name, "data");
+    ld.RaidMode = KT_RAID6;
+    ld.Size = KT_U64{20000} << 10;
+    ld.HDCount = 4;
+    for (KT_U16& id : ld.BlockIDs)
+        id = KT_NO_ID;
+    ld.BlockIDs[0] = 0;
+    ld.BlockIDs[1] = 12;
+    ld.BlockIDs[3] = 256;
+    ld.StripeBlockSize = 64;
+    ld.CacheMode = 0x05;
+    ld.NumParityDisk = 2;
+    return ld;
+}
+
+const char banner[] = "########################################################################################\n"
+                      "#                    HBA Configuration Help                                            #\n"
+                      "#                                                                                      #\n"
+                      "# 1.Config PHY tuning.Features([TRANS_AMP][TRANS_EMPHASIS_AMP][TRANS_AMP_ADJUST]) are  #\n"
+                      "#   related with phy tuning values which equals to 'FFFF' means no need to configure.  #\n"
+                      "########################################################################################\n";
+
+std::string fullText() {
+    return std::string(banner) + "[ADAPTER CONFIG]\n[BEGIN]\n[SERIAL_NUMBER]=TARN-0001" + std::string(11, '\0') +
+           "\n[SILENT_MODE]=ENABLE\n[INT13]=DISABLE\n[ERROR_STOP]=DISABLE\n[RAID FEATURE]=ENABLE\n[RAID5]=DISABLE\n"
+           "[SPINUP GROUP]=2\n[SPINUP TIME]=7\n[HDD-DETECT TIME(S)]=30\n[SERIAL_CONSOLE]=ENABLE\n[END]\n\n"
+           "[PORT CONFIG]\n[BEGIN]\n"
+           "\n[PORT ID]=0\n[SASADDRESS]=50515253:54555657\n[RATE]=3Gb/s\n[AMP]=A\n[PRE_EMPHASIS]=5\n[DRIVE]=2B\n"
+           "[PRE_HALF]=ENABLE\n"
+           "\n[PORT ID]=1\n[SASADDRESS]=00010203:04050607\n[RATE]=1.5Gb/s\n[AMP]=0\n[PRE_EMPHASIS]=7\n[DRIVE]=3F\n"
+           "[PRE_HALF]=DISABLE\n"
+           "[END]\n\n"
+           "[RAID CONFIG]\n[BEGIN]\n"
+           "[VD ID]=3\n[RAID NAME]=data" +
+           std::string(11, '\0') +
+           "\n[RAID MODE]=RAID6\n[CAPACITY (M)]=20000\n[PD MEMBER]=0,12,256\n[BLOCK SIZE (K)]=64\n"
+           "[WRITE POLICY]=WRITETHROUGH\n[READ POLICY]=NONE\n[INIT MODE]=QUICK\n[PARITY DISK]=2\n"
+           "\n[VD ID]=4\n[RAID NAME]=" +
+           std::string(15, '\0') +
+           "\n[RAID MODE]=\n[CAPACITY (M)]=0\n[PD MEMBER]=\n[BLOCK SIZE (K)]=0\n[WRITE POLICY]=\n[READ POLICY]=NONE\n"
+           "[INIT MODE]=QUICK\n"
+           "\n[SPARE ID]=0\n[PHYSICAL DISK ID]=9\n[VIRTUAL DISK ID]=FF\n"
+           "\n[SPARE ID]=1\n[PHYSICAL DISK ID]=10\n[VIRTUAL DISK ID]=1F\n"
+           "[END]\n";
+}
+} // namespace
+
+TEST(CfgWriter, WritesBothForms) {
+    gAdapterInfo[5] = {};
+    gAdapterInfo[5].PortCount = 2;
+    _HBA_Info_Page page = samplePage();
+    _LD_Info lds[2] = {sampleVd(), {}};
+    lds[1].ID = 4;
+    lds[1].RaidMode = KT_JBOD;
+    lds[1].CacheMode = 0x08;
+    // The second one is no spare.
+    _HD_RAID_STATUS spares[3] = {
+        {9, 0xFFFF, KT_PD_GLOBAL_SPARE, {}}, {8, 0, KT_PD_MEMBER, {}}, {10, 0x1F, KT_PD_DEDICATED_SPARE, {}}};
+    std::string text;
+    EXPECT_EQ(fullText().size(), KT_Form_Grammar(5, text, &page, lds, 2, spares, 3, CFG_FULL_FORM));
+    EXPECT_EQ(fullText(), text);
+    text.clear();
+    KT_Form_Grammar(5, text, &page, lds, 2, spares, 3, CFG_PHY_FORM);
+    EXPECT_EQ(std::string(banner) + "[PORT CONFIG]\n[BEGIN]\n"
+                                    "\n[PORT ID]=0\n[AMP]=A\n[PRE_EMPHASIS]=5\n[DRIVE]=2B\n[PRE_HALF]=ENABLE\n"
+                                    "\n[PORT ID]=1\n[AMP]=0\n[PRE_EMPHASIS]=7\n[DRIVE]=3F\n[PRE_HALF]=DISABLE\n"
+                                    "[END]\n\n",
+              text);
+    gAdapterInfo[5].PortCount = 255;
+    text.clear();
+    KT_Form_Grammar(5, text, &page, lds, 0, spares, 0, CFG_PHY_FORM);
+    EXPECT_NE(std::string::npos, text.find("[PORT ID]=7\n"));
+    EXPECT_EQ(std::string::npos, text.find("[PORT ID]=8\n"));
+    page.Signature[0] = 'X';
+    text.clear();
+    EXPECT_EQ(0U, KT_Form_Grammar(5, text, &page, lds, 0, spares, 0, CFG_FULL_FORM));
+    EXPECT_EQ("", text);
+}
+
+TEST(CfgReader, RestoresWhatWasWritten) {
+    gAdapterInfo[5] = {};
+    gAdapterInfo[5].PortCount = 8;
+    const KT_U8 levels[] = {KT_RAID0, KT_RAID1, KT_RAID10, KT_RAID1E, KT_RAID5, KT_RAID6, KT_RAID50, KT_RAID60};
+    _HBA_Info_Page page = samplePage();
+    std::vector<_LD_Info> lds;
+    for (KT_U8 level : levels) {
+        lds.push_back(sampleVd());
+        lds.back().ID = static_cast<KT_U16>(lds.size() * 1000);
+        lds.back().RaidMode = level;
+        lds.back().CacheMode = lds.size() % 2;
+    }
+    _HD_RAID_STATUS spares[2] = {{9, 0xFF, KT_PD_GLOBAL_SPARE, {}}, {300, 0x1F, KT_PD_DEDICATED_SPARE, {}}};
+    std::string text;
+    KT_Form_Grammar(5, text, &page, lds.data(), 8, spares, 2, CFG_FULL_FORM);
+    // Bits that the text does not name stay as they are in the page that is read into.
+    _HBA_Info_Page other;
+    memset(&other, 0xFF, sizeof other);
+    Reading reading = read(text, CFG_FULL_FORM, other);
+    ASSERT_TRUE(reading.good);
+    EXPECT_EQ("KTCLI_RAID_CONFIG End\n", reading.printed);
+    EXPECT_EQ(0, GetHBAInfoChksum_Flash(&reading.page));
+    EXPECT_EQ(page.HBA_Flag & 0x207U, reading.page.HBA_Flag & 0x207U);
+    EXPECT_EQ(0xFFFFFFFFU & ~0x207U, reading.page.HBA_Flag & ~0x207U);
+    EXPECT_EQ(0xFC | 0x3, reading.page.RAID_Feature);
+    EXPECT_EQ(0xFF, reading.page.BGA_Rate);
+    EXPECT_EQ(0x3FFFFU, reading.page.PHY_Tuning[0].Reserved);
+    EXPECT_EQ(0, memcmp(page.SAS_Address, reading.page.SAS_Address, sizeof page.SAS_Address));
+    EXPECT_EQ(0, memcmp(page.Serial_Num, reading.page.Serial_Num, sizeof page.Serial_Num));
+    ASSERT_EQ(8, reading.raid->ldCount);
+    for (size_t i = 0; i < lds.size(); ++i) {
+        EXPECT_EQ(levels[i], reading.raid->lds[i].RaidMode);
+        EXPECT_EQ(20000U, reading.raid->lds[i].Size);
+        EXPECT_EQ(3, reading.raid->lds[i].HDCount);
+        EXPECT_EQ(256, reading.raid->lds[i].BlockIDs[2]);
+        EXPECT_EQ(lds[i].CacheMode, reading.raid->lds[i].CacheMode);
+        EXPECT_EQ(KT_INIT_QUICK, reading.raid->lds[i].BGAStatus);
+    }
+    ASSERT_EQ(2, reading.raid->spareCount);
+    EXPECT_EQ(0, memcmp(spares, reading.raid->spares, sizeof spares));
+    // What was read is written the same way again.
+    std::string again;
+    for (_LD_Info& ld : lds)
+        ld = reading.raid->lds[&ld - lds.data()], ld.Size <<= 10;
+    KT_Form_Grammar(5, again, &reading.page, lds.data(), 8, reading.raid->spares, 2, CFG_FULL_FORM);
+    EXPECT_EQ(text, again);
+}
+
+TEST(CfgReader, FindsThePlacesOfWhatIsAssigned) {
+    std::string text = fullText();
+    text.replace(text.find("[RAID MODE]=\n"), 13, "[RAID MODE]=RAID5\n");
+    text.replace(text.find("[PD MEMBER]=\n"), 13, "[PD MEMBER]=1\n");
+    text.replace(text.find("[WRITE POLICY]=\n"), 16, "[WRITE POLICY]=writeback\n");
+    Reading reading = read(text);
+    ASSERT_TRUE(reading.good) << reading.printed;
+    EXPECT_EQ(text.find("TARN-0001"), reading.places.serialnumber_place.at);
+    EXPECT_EQ(20U, reading.places.serialnumber_place.length);
+    EXPECT_EQ(text.find("00010203:"), reading.places.sasaddr_place[1].at);
+    EXPECT_EQ(17U, reading.places.sasaddr_place[1].length);
+    EXPECT_EQ(0U, reading.places.sasaddr_place[2].length);
+    // A place reaches from the first to the last character, blanks between them included.
+    std::string blanks = portText("[PORT ID]=6\n[SASADDRESS] = = 0001 0203:04050607 # here\n");
+    reading = read(blanks);
+    EXPECT_EQ(blanks.find("0001 "), reading.places.sasaddr_place[6].at);
+    EXPECT_EQ(18U, reading.places.sasaddr_place[6].length);
+}
+
+TEST(CfgReader, IsLenientAboutCaseBlanksAndComments) {
+    Reading reading = read("anything [begin] [end]\n# [PORT CONFIG]\n[adapter config][begin]\r\n"
+                           "[int13]\t=  en able # boot\n[silent_mode] disabled\n[SPINUP GROUP]=1=8\n[End]\n"
+                           "[port config] [begin] [port id]=0\n[amp]=f\n[end][RAID config]\n"
+                           "[vd id]=007\n[raid mode] = raid5\n[RAID NAME]=My VD\n[read policy]=readahead\n"
+                           "[pd member]=1, 2,2,03,\n[SPARE ID]=0\n[PHYSICAL DISK ID]=4\n[end]trailing [junk]");
+    ASSERT_TRUE(reading.good) << reading.printed;
+    EXPECT_EQ(1U, reading.page.HBA_Flag);
+    EXPECT_EQ(8, reading.page.DSpinUpGroup);
+    EXPECT_EQ(0xFU, reading.page.PHY_Tuning[0].AMP);
+    const _LD_Info& ld = reading.raid->lds[0];
+    EXPECT_EQ(7, ld.ID);
+    EXPECT_EQ(KT_RAID5, ld.RaidMode);
+    EXPECT_STREQ("MyVD", reinterpret_cast<const char*>(ld.Name));
+    EXPECT_EQ(KT_CACHE_READ_AHEAD, ld.CacheMode);
+    EXPECT_EQ(KT_INIT_NONE, ld.BGAStatus);
+    EXPECT_EQ(3, ld.HDCount);
+    EXPECT_EQ(3, ld.BlockIDs[2]);
+    EXPECT_EQ(CFG_GLOBAL_SPARE, reading.raid->spares[0].DGID);
+    // A value may be as long as forty characters; the identities of other cards are checked and dropped.
+    EXPECT_TRUE(read(adapterText("[SERIAL_NUMBER]=" + std::string(40, 's') + "\n[SUBVENDOR_ID]=1b4B\n")).good);
+    // Ports before any id, and values of keys that pend across a section, are no reason to stop.
+    EXPECT_TRUE(read(portText("[AMP]=zz\n[SASADDRESS]=1\n")).good);
+    EXPECT_TRUE(read("[ADAPTER CONFIG][INT13]=ENABLE[RAID CONFIG]\n[END]").good);
+}
+
+TEST(CfgReader, ReadsThePhyFormToTheEndOfItsPorts) {
+    std::string text = "[PORT CONFIG]\n[PORT ID]=3\n[DRIVE]=3f\n[END]\n[whatever]";
+    Reading reading = read(text, CFG_PHY_FORM);
+    EXPECT_TRUE(reading.good);
+    EXPECT_EQ("", reading.printed);
+    EXPECT_EQ(0x3FU, reading.page.PHY_Tuning[3].Drive_En);
+    EXPECT_EQ("Restore_Error! \n", read(text).printed);
+    EXPECT_EQ("syntax error!! line 4 \n>>", read("[PORT CONFIG]\n[PORT ID]=3\n[END]\n").printed);
+    EXPECT_FALSE(read("[PORT CONFIG]\n[END]\n").good);
+}
+
+TEST(CfgReader, SaysWhatIsWrong) {
+    const std::string vd = "[VD ID]=0\n";
+    const std::string port = "[PORT ID]=0\n";
+    const std::string spare = "[SPARE ID]=0\n";
+    const struct {
+        std::string text;
+        const char* printed;
+    } values[] = {
+        {adapterText("[SILENT_MODE]=ON\n"), "Restore_Error: invalid flag for silent mode."},
+        {adapterText("[INT13]=\n"), "Restore_Error: invalid flag for INT13"},
+        {adapterText("[ERROR_STOP]=QUICK\n"), "Restore_Error: invalid flag for ERROR_STOP."},
+        {adapterText("[RAID FEATURE]=1\n"), "Restore_Error: invalid flag for RAID Feature."},
+        {adapterText("[RAID5]=RAID5\n"), "Restore_Error: invalid flag for RAID5 "},
+        {adapterText("[SPINUP GROUP]=x\n"), "Restore_Error: invalid flag for SPINUP GROUP "},
+        {adapterText("[SPINUP GROUP]=0\n"), "Restore_Error:SPINUP_GROUP should be 1~8"},
+        {adapterText("[SPINUP GROUP]=A\n"), "Restore_Error:SPINUP_GROUP should be 1~8"},
+        {adapterText("[SPINUP GROUP]=4294967297\n"), "Restore_Error:SPINUP_GROUP should be 1~8"},
+        {adapterText("[SPINUP TIME]=\n"), "Restore_Error:  invalid flag for SPINUP TIME"},
+        {adapterText("[SPINUP TIME]=8\n"), "Restore_Error:SPINUP_TIME should be 0~7"},
+        {adapterText("[HDD-DETECT TIME(S)]=-1\n"), "Restore_Error:  invalid flag for HDD-Detect Time"},
+        {adapterText("[HDD-DETECT TIME(S)]=33\n"), "Restore_Error:HDD-Detect Time should be 0~32"},
+        {adapterText("[SERIAL_CONSOLE]=NO\n"), "Restore_Error: invalid flag for Serial Console"},
+        {adapterText("[SUBVENDOR_ID]=0x1B\n"), nullptr},
+        {adapterText("[MODEL_NUMBER]=K\n"), "Restore_Error: unknown config  in the file!"},
+        {portText("[PORT ID]=one\n"), "Restore_Error:invalid port id in the file "},
+        {portText(port + port), "Restore_Error: repeated portid :0 !"},
+        {portText("[PORT ID]=8\n"), "Restore_Error: port id in the file exceed MAX_PORT_NUMBER!"},
+        {portText("[PORT ID]=4294967295\n"), "Restore_Error: port id in the file exceed MAX_PORT_NUMBER!"},
+        {portText(port + "[SASADDRESS]=1234567:12345678\n"), "Restore_Error: length of SASADDRESS isn't 17!"},
+        {portText(port + "[SASADDRESS]=12345678.12345678\n"), "Restore_Error: the 9th bit of SASADDRESS isn't ':'!"},
+        {portText(port + "[SASADDRESS]=1234567g:12345678\n"),
+         "Restore_Error: firt 8 bits of SASADDRESS isn't hex digit"},
+        {portText(port + "[SASADDRESS]=12345678:1234567" + std::string(1, '\0') + "\n"),
+         "Restore_Error: last 8 bits of SASADDRESS isn't hex digit"},
+        {portText(port + "[RATE]=6Gb/s\n"), "Restore_Error: invalid flag for Port Rate! "},
+        {portText(port + "[AMP]=G\n"), "Restore_Error: AMP flag isn't a hex digit"},
+        {portText(port + "[AMP]=100000000\n"), "Restore_Error: AMP flag is bigger than '0xf'!"},
+        {portText(port + "[PRE_EMPHASIS]=A\n"), "Restore_Error: pre-emphasis flag isn't a digit!"},
+        {portText(port + "[PRE_EMPHASIS]=8\n"), "Restore_Error: pre-emphasis flag exceeds '0x7'"},
+        {portText(port + "[DRIVE]=-\n"), "Restore_Error: phy Drive flag isn't a hex digit"},
+        {portText(port + "[DRIVE]=40\n"), "Restore_Error: phy Drive flag exceeds '0x3f'"},
+        {portText(port + "[PRE_HALF]=HALF\n"), "Restore_Error: PHY Half Pre-emphasis flag is invalid!"},
+        {raidText("[VD ID]=x\n"), "Restore_Error: vd id isn't a digit!"},
+        {raidText(vd + vd), "Restore_Error: repeated vdid :0 !"},
+        {raidText("[VD ID]=255\n"), "Restore_Error: vd id = 0xff "},
+        {raidText("[VD ID]=65536\n"), "Restore_Error: vd id is invalid!"},
+        {raidText("[RAID NAME]=x\n"), "Restore_Error: vd id is invalid!"},
+        {raidText("[RAID MODE]=RAID0\n"), "Restore_Error: invalid vd id!"},
+        {raidText(vd + "[RAID NAME]=12345678901234567\n"), "Restore_Error: length of vd name exceeds 16!"},
+        {raidText(vd + "[RAID MODE]=JBOD\n"), "Restore_Error: invalid vd raid mode!"},
+        {raidText(vd + "[CAPACITY (M)]=1G\n"), "Restore_Error: vd capacity(M) isn't a digit! "},
+        {raidText(vd + "[PD MEMBER]=,1\n"), "Restore_Error: failed to restore vd's member disk "},
+        {raidText(vd + "[PD MEMBER]=1,65537\n"), "Restore_Error: failed to restore vd's member disk "},
+        {raidText(vd + "[PD MEMBER]=1;2\n"), "Restore_Error: failed to restore vd's member disk "},
+        {raidText(vd + "[BLOCK SIZE (K)]=65600\n"), "Restore_Error: vd block size(k) isn't a digit! "},
+        {raidText(vd + "[WRITE POLICY]=NONE\n"), "Restore_Error: invalid vd write cache! "},
+        {raidText(vd + "[READ POLICY]=QUICK\n"), "Restore_Error: invalid vd read cache!"},
+        {raidText(vd + "[INIT MODE]=NONE\n"), nullptr},
+        {raidText(vd + "[RAID MODE]=RAID5\n[PARITY DISK]=1\n"),
+         "Restore_Error: RaidMode isn't raid6/60,but parity disk option is set !"},
+        {raidText(vd + "[RAID MODE]=RAID60\n[PARITY DISK]=two\n"), "Restore_Error: vd parity disk isn't a digit!"},
+        {raidText("[SPARE ID]=a\n"), "Restore_Error: spare disk id isn't a digit!"},
+        {raidText(spare + spare), "Restore_Error: repeated sparedisk id :0 !"},
+        {raidText("[PHYSICAL DISK ID]=1\n"), "Restore_Error: invalid pd id for spare config!"},
+        {raidText(spare + "[PHYSICAL DISK ID]=255\n"), "Restore_Error: invalid pd id for spare config!"},
+        {raidText(spare + "[PHYSICAL DISK ID]=65536\n"), "Restore_Error: invalid pd id for spare config!"},
+        {raidText(spare + "[VIRTUAL DISK ID]=10000\n"), "Restore_Error: invalid vd id!"},
+    };
+    for (const auto& row : values) {
+        Reading reading = read(row.text);
+        EXPECT_FALSE(reading.good) << row.text;
+        std::string line = row.printed == nullptr ? "" : std::string(row.printed) + "\n";
+        EXPECT_EQ(line + "Restore_Error: \n", reading.printed) << row.text;
+    }
+    const struct {
+        std::string text;
+        const char* printed;
+    } grammar[] = {
+        {"", "syntax error!! line 1 \n>>"},
+        {"\n[RAID CONFIG]\n", "syntax error!! line 3 \n>>"},
+        {"[PORT CONFIG]\n[PORT ID]=1", "syntax error!! line 2 \n>>"},
+        {"[ADAPTER CONFIG]\n[AMP]=1\n", "Restore_Error: unknown HBA config option!\n"},
+        {"[PORT CONFIG]\n[INT13]=1\n", "Restore_Error: unknown port config option!\n"},
+        {raidText("VD ID=1\n"), "Restore_Error: unknown raid config option!\n"},
+        {"[PORT CONFIG][END]\nx", "Restore_Error! \n"},
+        {adapterText("[INT13]=" + std::string(41, 'E') + "\n"), "Restore_Error: failed to get config value! \n"},
+    };
+    for (const auto& row : grammar) {
+        EXPECT_EQ(row.printed, read(row.text).printed) << row.text;
+    }
+}
+
+TEST(CfgReader, KeepsWithinItsRecords) {
+    std::string lines;
+    for (int i = 0; i < 65535; ++i)
+        lines += "[VD ID]=" + std::to_string(i == 255 ? 0 : i) + "\n";
+    EXPECT_EQ("Restore_Error: vd id is invalid!\nRestore_Error: \n", read(raidText(lines)).printed);
+    lines.clear();
+    for (int i = 0; i < 256; ++i)
+        lines += "[SPARE ID]=" + std::to_string(i) + "\n[PHYSICAL DISK ID]=1\n";
+    EXPECT_EQ("Restore_Error: invalid pd id for spare config!\nRestore_Error: \n", read(raidText(lines)).printed);
+    // Every beginning of a good text is refused.
+    std::string text = fullText();
+    text.erase(text.find("\n[VD ID]=4"), text.find("\n[SPARE ID]=0") - text.find("\n[VD ID]=4"));
+    ASSERT_TRUE(read(text).good);
+    for (size_t length = 0; length + 1 < text.size(); ++length)
+        EXPECT_FALSE(read(text.substr(0, length)).good) << length;
+}
+
+TEST(CfgWords, PreferTheLongerOfTwoThatBeginAlike) {
+    const struct {
+        const char* word;
+        KT_U8 code;
+    } words[] = {{"RAID10", 7},  {"RAID1E", 8}, {"raid1", 6},   {"RAID50", 11}, {"RAID5", 9},
+                 {"RAID60", 12}, {"RAID6", 10}, {"ENABLED", 1}, {"3GB/S", 3},   {"6Gb/s", 4},
+                 {"", 255},      {"RAID", 255}, {"WRITE", 255}};
+    for (const auto& row : words)
+        EXPECT_EQ(row.code, check_str(row.word)) << row.word;
+}
