@@ -180,7 +180,7 @@ void getPhyIdString(char* dst, const unsigned char* ids, unsigned char count) {
 }
 
 void str_add_str(char* dst, const char* src) {
-    memcpy(dst, src, strlen(src));
+    std::copy_n(src, strlen(src), dst);
 }
 
 char* strlwr(char* text) {

@@ -24,10 +24,10 @@ static char* nextCommand(const char* text, int state) {
 static const OptionSet* completing;
 
 static char* nextOption(const char* text, int state) {
-    static const option* at;
-    if (state == 0) at = completing->longOptions;
-    for (size_t length = strlen(text); at->name != nullptr;) {
-        std::string word = std::string("--") + at->name;
+    static int at;
+    if (state == 0) at = 0;
+    for (size_t length = strlen(text); completing->longOptions[at].name != nullptr;) {
+        std::string word = std::string("--") + completing->longOptions[at].name;
         ++at;
         if (strncmp(word.c_str(), text, length) == 0) return strdup(word.c_str());
     }
@@ -35,10 +35,10 @@ static char* nextOption(const char* text, int state) {
 }
 
 static char* nextObject(const char* text, int state) {
-    static const char* const* at;
-    if (state == 0) at = completing->objects;
-    for (size_t length = strlen(text); *at != nullptr;) {
-        const char* word = *at++;
+    static int at;
+    if (state == 0) at = 0;
+    for (size_t length = strlen(text); completing->objects[at] != nullptr;) {
+        const char* word = completing->objects[at++];
         if (strncasecmp(word, text, length) == 0) return strdup(word);
     }
     return nullptr;

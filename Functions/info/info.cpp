@@ -100,7 +100,7 @@ static bool checkOptions(const char* command, const OptionCounts& given, const I
         out("-i : invalid id %d\n", o.id);
         return false;
     }
-    return givenOnce(infoOptions, given) && complete;
+    return givenOnce(infoOptions, given) && complete && o.object != nullptr;
 }
 
 int doInfo(int argc, char** argv, _cmd_struct* row) {
