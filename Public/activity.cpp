@@ -87,7 +87,7 @@ static Take takeOption(const ActivityCommand& command, int option, const char* v
         return parseDecimal(value, request.id) ? Take::Yes : refuse(command.invalidId, value);
     }
     if (option == 'd' && command.invalidTargets) {
-        bool good = parsePdList(value, Repeats::Skip, request.targets);
+        bool good = parsePdList(value, PdItems::Strict, request.targets);
         return good ? Take::Yes : refuse(command.invalidTargets, value);
     }
     if (option == 't' && command.invalidKind) return takeKind(command, value, request.kind);

@@ -182,7 +182,7 @@ static bool storeMembers(const Reader& r, _LD_Info& ld) {
     PdList list = {};
     const Value& value = r.value;
     bool usable = value.length > 0 && value.text[0] != ',' && strlen(value.text) == value.length &&
-                  parsePdList(value.text, Repeats::Skip, list) &&
+                  parsePdList(value.text, PdItems::Strict, list) &&
                   std::find(list.ids, list.ids + list.count, KT_NO_ID) == list.ids + list.count;
     if (!usable) return refuse(r.key->invalid);
     std::fill(std::begin(ld.BlockIDs), std::end(ld.BlockIDs), KT_U16{KT_NO_ID});

@@ -16,7 +16,7 @@ Take takeParity(const char* value, KT_U8& parity) {
 }
 
 Take takeDisks(const char* value, PdList& disks) {
-    if (parsePdList(value, Repeats::Skip, disks)) return Take::Yes;
+    if (parsePdList(value, PdItems::Strict, disks)) return Take::Yes;
     out("-d : invalid PD ID '%s'\n", value);
     return Take::Failed;
 }

@@ -71,28 +71,24 @@ KT_U64 decimalDigits(const char* text) {
     return readDigits(text, 10, UINT64_MAX, value) ? value : UINT64_MAX;
 }
 
-bool parsePdList(const char* text, Repeats repeats, PdList& list) {
+bool parsePdList(const char* text, PdItems items, PdList& list) {
     list.count = 0;
     for (const char* item = text; *item != '\0';) {
-        size_t length = strcspn(item, ",");
-        char digits[8];
-        if (length > 0) {
-            // Leading zeros say nothing, so they must not make a short number too long.
-            const char* number = item + strspn(item, "0");
-            size_t significant = number < item + length ? static_cast<size_t>(item + length - number) : 0;
-            if (significant >= sizeof digits) return false;
-            memcpy(digits, number, significant);
-            digits[significant] = '\0';
-            KT_U16 id = 0;
-            if (!parseDecimal(digits, id)) return false;
-            KT_U16* end = list.ids + list.count;
-            if (repeats == Repeats::Keep || std::find(list.ids, end, id) == end) {
+        const char* end = item + strcspn(item, ",");
+        if (item != end) {
+            KT_U32 id = 0;
+            const char* at = item;
+            for (; isDigit(*at) && id <= UINT16_MAX; ++at) {
+                id = id * 10 + static_cast<KT_U32>(*at - '0');
+            }
+            if (id > UINT16_MAX || (items == PdItems::Strict && at != end)) return false;
+            KT_U16* known = list.ids + list.count;
+            if (items == PdItems::Lenient || std::find(list.ids, known, id) == known) {
                 if (list.count == sizeof list.ids / sizeof list.ids[0]) return false;
-                list.ids[list.count++] = id;
+                list.ids[list.count++] = static_cast<KT_U16>(id);
             }
         }
-        item += length;
-        if (*item == ',') ++item;
+        item = *end == ',' ? end + 1 : end;
     }
     return true;
 }

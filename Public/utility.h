@@ -54,11 +54,13 @@ struct PdList {
     KT_U8 count;
 };
 
-enum class Repeats { Skip, Keep };
+// Strict: an item is a number, a repeated id is skipped. Lenient: the digits that an item begins with are its id, none
+// mean 0, and repeated ids stay.
+enum class PdItems { Strict, Lenient };
 
-// Reads a comma list of decimal disk ids; empty items count for nothing. False for an item that is no number or above
-// 65535, and for more ids than the list holds.
-bool parsePdList(const char* text, Repeats repeats, PdList& list);
+// Reads a comma list of decimal disk ids; empty items count for nothing. False for an item that the rule refuses or
+// whose id is above 65535, and for more ids than the list holds.
+bool parsePdList(const char* text, PdItems items, PdList& list);
 
 // Writes one '0' for each leading zero digit of v as eight hexadecimal digits, at most 7; returns how many.
 unsigned short fill_zero_to_str_before_u32value(char* buf, unsigned v);

@@ -121,7 +121,7 @@ static Take takeSlot(const char* value, KT_U8& slot) {
 }
 
 static Take takeArrayDisks(const char* value, PdList& disks) {
-    if (!parsePdList(value, Repeats::Skip, disks)) {
+    if (!parsePdList(value, PdItems::Strict, disks)) {
         out("-d : invalid PD IDs '%s'\n", value);
         return Take::Failed;
     }

@@ -53,27 +53,11 @@ struct MaxSizeOptions {
 };
 } // namespace
 
-// A size is only asked for, so the list is read leniently: the digits at an item's start count, none mean disk 0, and
-// repeated disks count each time. What the record cannot hold is refused all the same.
+// A size is only asked for, so the list is read leniently; what the record cannot hold is refused all the same.
 static Take takeAnyDisks(const char* value, PdList& disks) {
-    disks.count = 0;
-    for (const char* item = value; *item != '\0';) {
-        size_t length = strcspn(item, ",");
-        if (length > 0) {
-            KT_U32 id = 0;
-            for (const char* at = item; *at >= '0' && *at <= '9' && id <= UINT16_MAX; ++at) {
-                id = id * 10 + static_cast<KT_U32>(*at - '0');
-            }
-            if (id > UINT16_MAX || disks.count == sizeof disks.ids / sizeof disks.ids[0]) {
-                out("-d : invalid PD ID '%s'\n", value);
-                return Take::Failed;
-            }
-            disks.ids[disks.count++] = static_cast<KT_U16>(id);
-        }
-        item += length;
-        if (*item == ',') ++item;
-    }
-    return Take::Yes;
+    if (parsePdList(value, PdItems::Lenient, disks)) return Take::Yes;
+    out("-d : invalid PD ID '%s'\n", value);
+    return Take::Failed;
 }
 
 static Take takeOption(int option, const char* value, MaxSizeOptions& o) {

@@ -53,9 +53,9 @@ TEST(Numbers, WrapOnlyWhereAsked) {
     EXPECT_EQ(narrowed<KT_U8>("99999999999999999999999"), 255);
 }
 
-std::string ids(const char* text, Repeats repeats = Repeats::Skip) {
+std::string ids(const char* text, PdItems items = PdItems::Strict) {
     PdList list;
-    if (!parsePdList(text, repeats, list)) return "refused";
+    if (!parsePdList(text, items, list)) return "refused";
     std::string all;
     for (unsigned i = 0; i < list.count; ++i) {
         all += std::to_string(list.ids[i]) + " ";
@@ -66,7 +66,8 @@ std::string ids(const char* text, Repeats repeats = Repeats::Skip) {
 TEST(PdList, TakesIdsAndNothingElse) {
     EXPECT_EQ(ids("3"), "3 ");
     EXPECT_EQ(ids("1,1,2"), "1 2 ");
-    EXPECT_EQ(ids("1,1,2", Repeats::Keep), "1 1 2 ");
+    EXPECT_EQ(ids("1,1,,x,2y,0,65536x", PdItems::Lenient), "refused");
+    EXPECT_EQ(ids("1,1,,x,2y,0,65535x", PdItems::Lenient), "1 1 0 2 0 65535 ");
     EXPECT_EQ(ids(""), "");
     EXPECT_EQ(ids(",1,,2,"), "1 2 ");
     EXPECT_EQ(ids("65535,000000000007"), "65535 7 ");
