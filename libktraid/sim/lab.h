@@ -39,7 +39,8 @@ struct LabReader;
 void addLabAdapter(Context& context, LabReader& adapter);
 void addLabDisks(Context& context, LabReader& adapter);   /* labDisks.cpp */
 void addLabVolumes(Context& context, LabReader& adapter); /* labVolumes.cpp */
-/* The enclosures' elements, encryption, hybrid tier and the like of one adapter (labPeripherals.cpp). */
+/* labPeripherals.cpp: an enclosure's elements; key entries and encrypting ports. */
+void addLabElements(Context& context, KT_U16 enclosure, LabReader& reader);
 void addLabPeripherals(Context& context, LabReader& adapter);
 
 } // namespace sim

@@ -233,13 +233,14 @@ static void addEnclosures(Context& context, LabReader& adapter) {
         _Enclosure_Info enclosure = {};
         enclosure.EnclosureID = id;
         enclosure.AdapterID = context.adapter;
-        enclosure.ElementTypeCount = 8;
         const KT_U8 logical[8] = {0x50, 0x0A, 0x1F, 0x40, 0x00, 0x3E, context.adapter, static_cast<KT_U8>(id)};
         memcpy(enclosure.LogicalID, logical, sizeof logical);
         memcpy(enclosure.VendorID, "TARNWARE", 8);
         memcpy(enclosure.ProductID, "Shelf 24        ", 16);
         memcpy(enclosure.RevisionLevel, "0103", 4);
-        take(reader, "elements"); /* labPeripherals.cpp reads them */
+        save(context, id, enclosure);
+        addLabElements(context, id, reader);
+        enclosure = find<_Enclosure_Info>(context, id).value_or(enclosure);
         takeFields(reader, KIND_ENCLOSURE, &enclosure);
         takeNothingElse(reader);
         save(context, id, enclosure);

@@ -1,3 +1,5 @@
+#include "adapter/peripherals.h"
+
 #include "adapter/battery.h"
 #include "adapter/settle.h"
 
@@ -5,6 +7,11 @@ namespace sim {
 
 KT_U64 settlePeripherals(Context& context) {
     return settleBattery(context);
+}
+
+void forgetDisk(const Context& context, KT_U16 pd) {
+    erase<DiskAge>(context, pd);
+    erase<DiskCipher>(context, pd);
 }
 
 } // namespace sim

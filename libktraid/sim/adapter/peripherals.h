@@ -47,6 +47,43 @@ struct BatteryState {
     KT_U8 reserved[3];
 };
 
+/* One SES element, id = (enclosure << 16) + (type << 8) + element. The slots' status follows from their disks. */
+struct EnclosureElement {
+    KT_U8 status[4]; /* the SES status element */
+    KT_U8 subEnclosure;
+    KT_U8 reserved[3];
+    KT_U8 text[64]; /* what the enclosure calls it; empty = the type's name and the number */
+};
+
+/* What has befallen a disk, id = the disk's; no row = nothing but time. */
+struct DiskAge {
+    KT_U32 reallocated; /* sectors */
+    KT_U32 pending;
+    KT_U32 uncorrectable;
+    KT_U32 readErrors;
+    KT_U32 spinRetries;
+    KT_U32 linkErrors;
+    KT_U32 hours;       /* beyond those since it was made */
+    KT_U32 wear;        /* percent of a solid state disk's life */
+    KT_U32 warmth;      /* degrees above its usual temperature */
+    KT_U32 mostPending; /* the most there ever were */
+    KT_U32 mostWarmth;
+    KT_U32 reserved;
+};
+
+/* The table of a hybrid virtual disk, id = its id. It belongs to the virtual disk that has that GUID only. */
+struct TandemTable {
+    KT_U8 guid[8];
+    KT_U16 used;
+    KT_U8 reserved[6];
+};
+
+/* id = (virtual disk << 16) + number */
+struct TandemEntry {
+    KT_U64 start;
+    KT_U64 length;
+};
+
 /* A key entry, id = its number; no row = no key. Only digests of the secrets are kept. */
 struct AesEntry {
     KT_U8 keyLength;
@@ -105,6 +142,10 @@ KTSIM_KIND(NvsramPage, KIND_NVSRAM);
 KTSIM_KIND(Mailbox, KIND_MAILBOX);
 KTSIM_KIND(_HBA_Info_Page, KIND_SETTINGS_PAGE);
 KTSIM_KIND(BatteryState, KIND_BATTERY_STATE);
+KTSIM_KIND(EnclosureElement, KIND_ENCLOSURE_ELEMENT);
+KTSIM_KIND(DiskAge, KIND_DISK_AGE);
+KTSIM_KIND(TandemTable, KIND_TANDEM_TABLE);
+KTSIM_KIND(TandemEntry, KIND_TANDEM_ENTRY);
 KTSIM_KIND(AesEntry, KIND_AES_ENTRY);
 KTSIM_KIND(AesPort, KIND_AES_PORT);
 KTSIM_KIND(DiskCipher, KIND_DISK_CIPHER);
@@ -113,6 +154,9 @@ KTSIM_KIND(DiskCipher, KIND_DISK_CIPHER);
 inline _Adapter_Info adapterInfo(const Context& context) {
     return find<_Adapter_Info>(context, 0).value_or(_Adapter_Info{});
 }
+
+/* What only the disk itself carried is gone with it: to be called when another disk takes its id. */
+void forgetDisk(const Context& context, KT_U16 pd);
 
 } // namespace sim
 #endif

@@ -1,0 +1,22 @@
+/* Disks as they age: SMART attributes and what the drive itself says. */
+#ifndef KTSIM_ADAPTER_SMART_H
+#define KTSIM_ADAPTER_SMART_H
+
+#include "adapter/peripherals.h"
+
+#include <string>
+#include <vector>
+
+namespace sim {
+
+KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info);
+/* The non-data commands a drive knows; others end with an aborted command, as the registers say. */
+KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& command);
+
+/* Ages a disk: `aspect` is one of agingWords(). A threshold that it crosses is logged. False for an unknown disk or
+   word, or a disk without SMART. */
+bool ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount);
+std::vector<std::string> agingWords();
+
+} // namespace sim
+#endif

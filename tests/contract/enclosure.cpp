@@ -1,0 +1,120 @@
+#include "frame.h"
+
+#include "adapter/enclosure.h"
+
+/* Enclosure 1 as it comes, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first. */
+static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
+  "enclosures": [{"id": 1, "slots": 12}, {"id": 4, "elements": [
+     {"type": "dev", "count": 2}, {"type": "fan", "text": "Rear blower"},
+     {"type": "pow", "condition": "ac-fail"}]}],
+  "disks": [{"count": 2, "type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1},
+            {"type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1, "spare": "global"}]}]})";
+
+struct Enclosure : ContractTest {
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+    }
+};
+
+/* The four bytes of a status element, in hexadecimal, or the error. */
+static std::string status(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
+    _Enc_Element_Info info = {};
+    const KT_U8 error = KT_ENC_GetElementInfo(0, enclosure, type, element, &info);
+    if (error != KT_OK) return "error " + std::to_string(error);
+    EXPECT_EQ(std::vector<int>({info.EnclosureID, info.ElementType, info.ElementID}),
+              std::vector<int>({enclosure, type, element}));
+    char text[16];
+    snprintf(text, sizeof text, "%02x%02x%02x%02x", info.Status[0], info.Status[1], info.Status[2], info.Status[3]);
+    return text;
+}
+
+static std::string config(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
+    _Enc_Element_Config config = {};
+    const KT_U8 error = KT_ENC_GetElementConfig(0, enclosure, type, element, &config);
+    if (error != KT_OK) return "error " + std::to_string(error);
+    return std::to_string(config.NumberOfElements) + " " +
+           std::string(reinterpret_cast<const char*>(config.Text), config.TextLength);
+}
+
+static int enclosureStatus(KT_U16 enclosure) {
+    _Enclosure_Info info = {};
+    EXPECT_EQ(readItem(KT_ENC_GetEnclosureInfo, 0, enclosure, &_Enclosure_Info_Request::enclosureInfo, info), KT_OK);
+    return info.Status;
+}
+
+TEST_F(Enclosure, ListsWhatTheLabHas) {
+    const auto all = readList(KT_ENC_GetEnclosureInfo, KT_U8{0}, &_Enclosure_Info_Request::enclosureInfo, 1);
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[0].ElementTypeCount, 8);
+    EXPECT_EQ(all[1].ElementTypeCount, 3);
+    _Enclosure_Info none = {};
+    EXPECT_EQ(readItem(KT_ENC_GetEnclosureInfo, 0, 2, &_Enclosure_Info_Request::enclosureInfo, none),
+              KT_ERR_INVALID_ENCLOSURE);
+    EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 11), "12 Slot 11");
+    EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 255), "12 Slot");
+    EXPECT_EQ(config(4, KT_SES_COOLING, 0), "1 Rear blower");
+    EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 12), "error 18");
+    EXPECT_EQ(config(1, KT_SES_DEVICE, 0), "error 18") << "this enclosure has none of the type";
+    EXPECT_EQ(config(1, 0x7F, 255), "error 18");
+    EXPECT_EQ(config(2, KT_SES_COOLING, 0), "error 15");
+    EXPECT_EQ(status(2, KT_SES_COOLING, 0), "error 15");
+    EXPECT_EQ(status(1, KT_SES_COOLING, 4), "error 18");
+}
+
+TEST_F(Enclosure, SlotsFollowTheirDisks) {
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "01800000");
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 2), "01a00000") << "a hot spare";
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "05000000") << "empty";
+    EXPECT_EQ(status(4, KT_SES_DEVICE, 1), "05010000");
+    outside(0, [](sim::Context& context) {
+        auto disk = sim::find<_HD_Info>(context, 0);
+        disk->LocateLEDStatus = 1;
+        sim::save(context, 0, *disk);
+        auto state = sim::find<sim::PdState>(context, 1);
+        state->health = sim::PD_FAILED;
+        sim::save(context, 1, *state);
+    });
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "01800200") << "its locate light is on";
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "02000040") << "it failed";
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 255), "02000000") << "all of them are as well as the worst";
+}
+
+TEST_F(Enclosure, ElementsTakeConditions) {
+    EXPECT_EQ(status(4, KT_SES_POWER_SUPPLY, 0), "020000e2") << "as the lab says";
+    EXPECT_EQ(enclosureStatus(4), 2);
+    EXPECT_EQ(enclosureStatus(1), 0);
+    newEvents();
+    outside(0, [](sim::Context& context) {
+        EXPECT_TRUE(sim::setElementCondition(context, 4, KT_SES_POWER_SUPPLY, 0, "ok"));
+        EXPECT_TRUE(sim::setElementCondition(context, 1, KT_SES_COOLING, 2, "failed"));
+        EXPECT_TRUE(sim::setElementCondition(context, 1, KT_SES_DOOR_LOCK, 0, "open"));
+        EXPECT_FALSE(sim::setElementCondition(context, 1, KT_SES_COOLING, 2, "open"));
+        EXPECT_FALSE(sim::setElementCondition(context, 1, KT_SES_COOLING, 9, "ok"));
+        EXPECT_FALSE(sim::setElementCondition(context, 1, KT_SES_ARRAY_DEVICE, 0, "missing")) << "a disk decides that";
+    });
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/7 of 0", "15/4 of 0", "15/12 of 0"}));
+    EXPECT_EQ(enclosureStatus(4), 0);
+    EXPECT_EQ(enclosureStatus(1), 2);
+    EXPECT_EQ(status(1, KT_SES_COOLING, 2), "020000e0");
+    EXPECT_EQ(status(1, KT_SES_COOLING, 255), "02000000");
+}
+
+TEST_F(Enclosure, SensorsMeasure) {
+    EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 1), "01003300") << "31 Celsius";
+    outside(0, [](sim::Context& context) {
+        sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 1, 55);
+        sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 0, -100);
+        sim::setElementReading(context, 1, KT_SES_VOLTAGE, 1, 524);
+        sim::setElementReading(context, 1, KT_SES_VOLTAGE, 0, 1070);
+        sim::setElementReading(context, 1, KT_SES_COOLING, 0, 20470);
+    });
+    EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 1), "03004b04");
+    EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 0), "02000102");
+    EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
+    EXPECT_EQ(status(1, KT_SES_VOLTAGE, 0), "0201042e");
+    EXPECT_EQ(status(1, KT_SES_COOLING, 0), "0107ffa3");
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/1 of 0"}));
+    outside(0, [](sim::Context& context) { sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 1, 54); });
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/0 of 0"}));
+}

@@ -1,0 +1,42 @@
+#include "frame.h"
+
+struct Event : ContractTest {};
+
+TEST_F(Event, MessagesSayWhatTheRawEventsMean) {
+    start(R"({"clock": {"seconds": 1700000000, "stopped": true}, "adapters": [{"type": "array-based", "events": [
+      {"Class": 2, "Code": 11, "DeviceID": 5, "Severity": 3, "count": 60},
+      {"Class": 1, "Code": 76, "DeviceID": 3, "Params": [40], "secondsAgo": 60}]}]})");
+    std::vector<_Event_Message> messages(50);
+    KT_U8 count = 0;
+    ASSERT_EQ(KT_EVT_GetEventMessage(0, 50, &count, messages.data()), KT_OK);
+    ASSERT_EQ(count, 50);
+    const _Event_Message& last = messages[49];
+    EXPECT_STREQ(last.msg, "Rebuild disk on virtual disk 3 is 40% done");
+    EXPECT_STREQ(last.time, "Tue Nov 14 22:12:20 2023");
+    EXPECT_EQ(last.SequenceNo, messages[48].SequenceNo + 1);
+    EXPECT_EQ(last.Severity, 2);
+    EXPECT_STREQ(messages[48].msg, "SMART has over threshold on physical disk 5");
+    ASSERT_EQ(KT_EVT_GetEventMessage(0, 0, &count, messages.data()), KT_OK);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(KT_EVT_GetEventMessage(1, 50, &count, messages.data()), KT_ERR_INVALID_ADAPTER);
+}
+
+TEST_F(Event, AdaptersListTheirLinks) {
+    start(R"({"adapters": [{"type": "LD-based", "portMultipliers": [{}, {}]},
+                           {"type": "array-based", "expanders": [{}]}]})");
+    EXPECT_EQ(readList(KT_PD_GetPMInfo, KT_U8{0}, &_PM_Info_Request::pmInfo, 1).size(), 2U);
+    EXPECT_TRUE(readList(KT_PD_GetPMInfo, KT_U8{1}, &_PM_Info_Request::pmInfo).empty());
+    EXPECT_EQ(readList(KT_PD_GetExpanderInfo, KT_U8{1}, &_Exp_Info_Request::expInfo).size(), 1U);
+    _PM_Info pm = {};
+    EXPECT_EQ(readItem(KT_PD_GetPMInfo, 0, 2, &_PM_Info_Request::pmInfo, pm), KT_ERR_INVALID_PM);
+    _Exp_Info expander = {};
+    EXPECT_EQ(readItem(KT_PD_GetExpanderInfo, 1, 1, &_Exp_Info_Request::expInfo, expander), KT_ERR_INVALID_EXPANDER);
+}
+
+TEST_F(Event, RescansAreCounted) {
+    start(R"({"adapters": [{}]})");
+    const KT_U32 before = KT_API_GetRescanCount(0);
+    ASSERT_EQ(KT_API_RescanAdapter(), KT_OK);
+    reopen();
+    EXPECT_EQ(KT_API_GetRescanCount(1), before + 1);
+}

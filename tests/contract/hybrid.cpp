@@ -1,0 +1,103 @@
+#include "frame.h"
+
+#include <set>
+
+/* Virtual disk 0 is a plain one, 1 a hybrid one of 200 GiB; disks 4 and 5 are free, 6 is a spare. */
+static const char LAB[] = R"({"adapters": [
+  {"type": "LD-based", "disks": [
+     {"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0},
+     {"type": "SATA SSD", "size": "240GB", "on": "HBA", "port": 3},
+     {"count": 2, "type": "SATA", "size": "1TB", "on": "HBA", "port": 4},
+     {"type": "SATA", "size": "1TB", "on": "HBA", "port": 6, "spare": "global"}],
+   "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB"},
+                    {"level": "HYBRID", "disks": [3, 2], "size": "200GiB"}]},
+  {"type": "array-based", "disks": [{"type": "SATA", "size": "1TB", "on": "HBA", "port": 0}]}]})";
+static const KT_U64 SIZE = KT_U64{200} << 30;
+
+struct Hybrid : ContractTest {
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+    }
+};
+
+static KT_U8 add(KT_U16 vd, KT_U64 from, KT_U64 length, KT_U8 type = KT_REQUEST_ITEM, KT_U16 records = 1,
+                 KT_U8 adapter = 0) {
+    _Tandemix_Entry_Request request = {};
+    request.header.requestType = type;
+    request.header.numRequested = records;
+    request.start = from;
+    request.length = length;
+    return KT_Tandemix_AddFSEntries(adapter, vd, &request, 0);
+}
+
+static int used(KT_U16 vd) {
+    _Tandemix_Table_Info info = {};
+    EXPECT_EQ(KT_Tandemix_GetEntriesTableInfo(0, vd, &info), KT_OK);
+    return info.total - info.remaining;
+}
+
+TEST_F(Hybrid, TablesFill) {
+    EXPECT_EQ(used(1), 0);
+    EXPECT_EQ(add(1, 0, 0), KT_OK);
+    EXPECT_EQ(add(1, SIZE - 1, 1), KT_OK);
+    reopen();
+    EXPECT_EQ(used(1), 2);
+    EXPECT_EQ(add(1, SIZE, 1), KT_ERR_OUT_OF_RANGE);
+    EXPECT_EQ(add(1, 1, ~KT_U64{0}), KT_ERR_OUT_OF_RANGE);
+    EXPECT_EQ(add(1, ~KT_U64{0}, 1), KT_ERR_OUT_OF_RANGE);
+    EXPECT_EQ(add(1, 0, 1, KT_REQUEST_LIST), KT_ERR_REQUEST_TYPE);
+    EXPECT_EQ(add(1, 0, 1, KT_REQUEST_ITEM, 2), KT_ERR_NUM_REQUESTED);
+    EXPECT_EQ(add(0, 0, 1), KT_ERR_INVALID_RAID_MODE);
+    EXPECT_EQ(add(7, 0, 1), KT_ERR_INVALID_VD);
+    EXPECT_EQ(add(0, 0, 1, KT_REQUEST_ITEM, 1, 1), KT_ERR_NOT_ON_THIS_ADAPTER);
+    EXPECT_EQ(used(1), 2);
+    _Tandemix_Table_Info info = {};
+    ASSERT_EQ(KT_Tandemix_GetEntriesTableInfo(0, 1, &info), KT_OK);
+    for (int i = 2; i < info.total; i++)
+        ASSERT_EQ(add(1, 0, 1), KT_OK);
+    EXPECT_EQ(add(1, 0, 1), KT_ERR_NO_RESOURCE);
+    ASSERT_EQ(KT_Tandemix_RemoveEntriesTable(0, 1), KT_OK);
+    EXPECT_EQ(used(1), 0);
+    EXPECT_EQ(add(1, 0, 1), KT_OK);
+    EXPECT_EQ(KT_Tandemix_RemoveEntriesTable(0, 0), KT_ERR_INVALID_RAID_MODE);
+}
+
+TEST_F(Hybrid, MagicsAreTheDevicesOwn) {
+    _Device_Magic magics[3] = {};
+    magics[1].ID = 1;
+    magics[2].ID = 5;
+    ASSERT_EQ(KT_Tandem_GetHDMagic(0, 3, magics), KT_OK);
+    std::set<std::string> all;
+    for (const _Device_Magic& magic : magics)
+        all.insert(std::string(reinterpret_cast<const char*>(magic.Magic), 20));
+    _Device_Magic vds[2] = {};
+    vds[1].ID = 1;
+    ASSERT_EQ(KT_Tandem_GetVDMagic(0, 2, vds), KT_OK);
+    for (const _Device_Magic& magic : vds)
+        all.insert(std::string(reinterpret_cast<const char*>(magic.Magic), 20));
+    EXPECT_EQ(all.size(), 5U);
+    EXPECT_EQ(all.begin()->find_first_not_of("0123456789ABCDEF"), std::string::npos);
+    vds[1].ID = 2;
+    EXPECT_EQ(KT_Tandem_GetVDMagic(0, 2, vds), KT_ERR_INVALID_VD);
+    magics[0].ID = 99;
+    EXPECT_EQ(KT_Tandem_GetHDMagic(0, 1, magics), KT_ERR_INVALID_PD);
+    EXPECT_EQ(KT_Tandem_GetHDMagic(0, 0, magics), KT_ERR_NUM_REQUESTED);
+    EXPECT_EQ(KT_Tandem_GetHDMagic(1, 1, magics), KT_ERR_NOT_ON_THIS_ADAPTER);
+}
+
+TEST_F(Hybrid, LinksGoToFreeDisks) {
+    KT_U16 pd = 7;
+    ASSERT_EQ(KT_VDHDD_GetLink(0, 1, &pd), KT_OK);
+    EXPECT_EQ(pd, KT_NO_ID);
+    EXPECT_EQ(KT_VDHDD_AddLink(0, 1, 0), KT_ERR_PD_ASSIGNED) << "a member";
+    EXPECT_EQ(KT_VDHDD_AddLink(0, 1, 6), KT_ERR_IS_SPARE);
+    EXPECT_EQ(KT_VDHDD_AddLink(0, 1, 60), KT_ERR_INVALID_PD);
+    EXPECT_EQ(KT_VDHDD_AddLink(0, 9, 4), KT_ERR_INVALID_VD);
+    ASSERT_EQ(KT_VDHDD_AddLink(0, 1, 4), KT_OK);
+    EXPECT_EQ(KT_VDHDD_AddLink(0, 0, 4), KT_ERR_PD_ASSIGNED) << "linked already";
+    ASSERT_EQ(KT_VDHDD_AddLink(0, 0, 5), KT_OK);
+    ASSERT_EQ(KT_VDHDD_GetLink(0, 1, &pd), KT_OK);
+    EXPECT_EQ(pd, 4);
+    EXPECT_EQ(KT_VDHDD_GetLink(0, 9, &pd), KT_ERR_INVALID_VD);
+}
