@@ -1,47 +1,11 @@
 #include "labFields.h"
 
+#include "labFieldMaker.h"
+
 #include <algorithm>
 #include <cstring>
-#include <type_traits>
-#include <utility>
 
 namespace sim {
-
-template <class Member>
-static constexpr Field makeField(const char* name, size_t offset, FieldType type) {
-    if (type == FieldType::Number || type == FieldType::Signed) {
-        using Element = std::remove_all_extents_t<Member>;
-        constexpr size_t whole = sizeof(Member);
-        return Field{name, offset, sizeof(Element), whole / sizeof(Element), type};
-    }
-    if constexpr (std::rank_v<Member> == 2) {
-        return Field{name, offset, std::extent_v<Member, 1>, std::extent_v<Member, 0>, type};
-    } else {
-        return Field{name, offset, sizeof(Member), 1, type};
-    }
-}
-
-/* Members are names, not expressions. NOLINTBEGIN(bugprone-macro-parentheses) */
-#define FIELD(record, member, type)                                                                                    \
-    makeField<std::remove_reference_t<decltype((std::declval<record&>().member))>>(#member, offsetof(record, member),  \
-                                                                                   FieldType::type)
-#define NUM(record, member) FIELD(record, member, Number)
-#define SGN(record, member) FIELD(record, member, Signed)
-#define TXT(record, member) FIELD(record, member, Text)
-#define HEX(record, member) FIELD(record, member, Hex)
-#define ACTIVITY(record, member)                                                                                       \
-    NUM(record, member.kind), NUM(record, member.state), NUM(record, member.disk), NUM(record, member.resumes),        \
-        NUM(record, member.work), NUM(record, member.done), NUM(record, member.since), NUM(record, member.speed),      \
-        NUM(record, member.announced)
-#define ENDPOINT(record, member)                                                                                       \
-    NUM(record, member.DevID), NUM(record, member.DevType), NUM(record, member.PhyCnt), NUM(record, member.PhyID),     \
-        HEX(record, member.SAS_Address), NUM(record, member.EnclosureID)
-#define LINK(record, member) ENDPOINT(record, member.Parent), ENDPOINT(record, member.Self)
-#define VERSION(record, member)                                                                                        \
-    NUM(record, member.MajorVersion), NUM(record, member.MinorVersion), NUM(record, member.RevisionNumber),            \
-        NUM(record, member.BuildNumber)
-
-/* NOLINTEND(bugprone-macro-parentheses) */
 
 static constexpr Field GLOBAL_FIELDS[] = {NUM(GlobalState, adapterCount), NUM(GlobalState, rescanCount),
                                           NUM(GlobalState, sgVersion), TXT(GlobalState, lab)};
@@ -268,8 +232,6 @@ static constexpr Field BATTERY_FIELDS[] = {
     NUM(_BBU_Info, voltLow),       NUM(_BBU_Info, voltHigh),       NUM(_BBU_Info, capacity),
     NUM(_BBU_Info, maxCapacity),   NUM(_BBU_Info, percentage)};
 
-#define TABLE(kind, section, record, fields)                                                                           \
-    { static_cast<Kind>(kind), section, sizeof(record), fields, std::size(fields) }
 static constexpr RecordFields TABLES[] = {
     TABLE(KIND_GLOBAL, "global", GlobalState, GLOBAL_FIELDS),
     TABLE(KIND_CLOCK, "clock", Clock, CLOCK_FIELDS),
@@ -294,16 +256,21 @@ static constexpr RecordFields TABLES[] = {
 };
 static_assert(sizeof(VdTarget) == sizeof(_LD_Info));
 
+template <class Fits>
+static const RecordFields* firstTable(Fits fits) {
+    const auto* table = std::find_if(std::begin(TABLES), std::end(TABLES), fits);
+    if (table != std::end(TABLES)) return table;
+    const std::span<const RecordFields> more = peripheralTables();
+    const auto found = std::find_if(more.begin(), more.end(), fits);
+    return found == more.end() ? nullptr : &*found;
+}
+
 const RecordFields* fieldsOf(Kind kind) {
-    for (const RecordFields& table : TABLES)
-        if (table.kind == kind) return &table;
-    return nullptr;
+    return firstTable([&](const RecordFields& table) { return table.kind == kind; });
 }
 
 const RecordFields* fieldsOfSection(const std::string& section) {
-    for (const RecordFields& table : TABLES)
-        if (section == table.section) return &table;
-    return nullptr;
+    return firstTable([&](const RecordFields& table) { return section == table.section; });
 }
 
 static const Field* fieldNamed(const RecordFields& table, const std::string& name) {

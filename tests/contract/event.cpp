@@ -1,5 +1,9 @@
 #include "frame.h"
 
+#include "adapter/smart.h"
+
+#include <memory>
+
 struct Event : ContractTest {};
 
 TEST_F(Event, MessagesSayWhatTheRawEventsMean) {
@@ -39,4 +43,29 @@ TEST_F(Event, RescansAreCounted) {
     ASSERT_EQ(KT_API_RescanAdapter(), KT_OK);
     reopen();
     EXPECT_EQ(KT_API_GetRescanCount(1), before + 1);
+}
+
+/* Whatever the peripherals keep, a printed state has it by name and makes the same state again. */
+TEST_F(Event, PeripheralsAreShownByName) {
+    start(R"({"adapters": [{"type": "array-based", "battery": true, "AdvancedFeatures": 4294967295, "MaxAESPort": 2,
+      "MaxAESEntry": 2, "LogicalDriverMode": 4095, "expanders": [{}], "enclosures": [{"id": 1}],
+      "disks": [{"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
+      "keys": [{"id": 1, "key": "k", "password": "p", "ports": [{"id": 0, "enabled": true}]}]}]})");
+    _NVSRAM_Data nvsram = {};
+    nvsram.Length = 3;
+    memset(nvsram.Data, 7, sizeof nvsram.Data);
+    ASSERT_EQ(KT_Flash_NVSRAM(0, KT_NVSRAM_WRITE, &nvsram), KT_OK);
+    _Register_Request mailbox = {8, 16, {}, 5};
+    ASSERT_EQ(KT_Adapter_Write_Register(0, 0, 0, &mailbox), KT_OK);
+    const auto page = std::make_unique<_Flash_Data>();
+    ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_BACKUP, KT_IMAGE_CONFIG, page.get()), KT_OK);
+    ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_CONFIG, page.get()), KT_OK);
+    ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_ERASE, KT_IMAGE_BIOS, page.get()), KT_OK);
+    const _KT_FLASH_PER_DATA announcement = {KT_IMAGE_BIOS, {}, 12};
+    ASSERT_EQ(KT_Flash_PreData(0, &announcement), KT_OK);
+    outside(0, [](sim::Context& context) { EXPECT_TRUE(sim::ageDisk(context, 1, "wear", 5)); });
+    const std::string shown = show();
+    EXPECT_EQ(shown.find("\"rows\""), std::string::npos);
+    start(shown.c_str());
+    EXPECT_EQ(show().substr(show().find("adapters\"")), shown.substr(shown.find("adapters\""))) << "but for the clock";
 }
