@@ -1,4 +1,5 @@
 #include "adapter/blocks.h"
+#include "adapter/levels.h"
 #include "lab.h"
 #include "labReader.h"
 
@@ -53,28 +54,25 @@ struct Layout {
     std::vector<KT_U16> disks; /* KT_NO_ID = missing */
 };
 
-/* Data held by one KiB of every member together, in half KiB (RAID1E holds half of what its disks do). */
-static KT_U64 dataHalves(const Layout& layout) {
-    const auto disks = static_cast<KT_U64>(layout.disks.size());
-    switch (layout.level) {
-    case KT_RAID1:
-        return 2;
-    case KT_RAID10:
-    case KT_RAID1E:
-        return disks;
-    case KT_RAID5:
-        return 2 * (disks - 1);
-    case KT_RAID6:
-    case KT_RAID60:
-        return 2 * (disks - std::min<KT_U64>(layout.parity, disks));
-    case KT_RAID50:
-        return 2 * (disks - std::min<KT_U64>(layout.subs, disks));
-    case KT_TANDEM_SAFE:
-    case KT_HYBRID:
-        return 2;
-    default:
-        return 2 * disks;
-    }
+static Geometry geometryFor(const Layout& layout) {
+    return Geometry{layout.level, static_cast<KT_U8>(layout.disks.size()), layout.parity};
+}
+
+/* A lab gives the members of hybrid levels equal blocks; at these levels those on solid-state disks are copies. */
+static bool keepsCopies(const Layout& layout) {
+    return layout.level == KT_TANDEM_SAFE || layout.level == KT_HYBRID;
+}
+
+/* Data on `share` KiB of every member. */
+static KT_U64 capacityFor(const Layout& layout, KT_U64 share) {
+    return keepsCopies(layout) ? share : capacityOf(geometryFor(layout), share);
+}
+
+/* KiB of every member, in whole stripes and at least one, that hold `size` KiB. */
+static KT_U64 shareFor(const Layout& layout, KT_U64 size) {
+    const Geometry alone{KT_JBOD, 1, 0};
+    const KT_U64 share = shareFor(keepsCopies(layout) ? alone : geometryFor(layout), size, layout.stripe);
+    return std::max<KT_U64>(share, layout.stripe);
 }
 
 static Layout takeLayout(LabReader& reader, Layout inherited) {
@@ -90,8 +88,8 @@ static Layout takeLayout(LabReader& reader, Layout inherited) {
     layout.subs = static_cast<KT_U8>(takeNumber(reader, "parts", layout.subs ? layout.subs : parted ? 2 : 0, 255));
     layout.stripe = static_cast<KT_U16>(takeNumber(reader, "stripe", layout.stripe ? layout.stripe : STRIPE_KIB, 1024));
     if (layout.stripe == 0) failLab(reader, "stripe", "should be 1 to 1024 (KiB)");
-    if (layout.level == KT_RAID5 && layout.disks.size() < 2) failLab(reader, "disks", "are too few for the level");
-    if (dataHalves(layout) == 0) failLab(reader, "disks", "are too few for the level");
+    const size_t least = layout.level == KT_RAID5 ? 2 : layout.level == KT_RAID50 ? 4 : layout.parity + 1U;
+    if (layout.disks.size() < least) failLab(reader, "disks", "are too few for the level");
     return layout;
 }
 
@@ -166,7 +164,7 @@ static void takeTarget(const Context& context, LabReader& vdReader, const Layout
         target.info.NumParityDisk = layout.parity;
         target.info.SubLDCount = layout.subs;
         target.info.HDCount = target.info.BlkCount = static_cast<KT_U8>(layout.disks.size());
-        target.info.Size = kib * dataHalves(layout) / 2;
+        target.info.Size = capacityFor(layout, kib);
         target.info.BGAStatus = 0;
         placeBlocks(context, layout, reader, kib, target.info, from.disks.size());
         takeFields(reader, KIND_VD_TARGET, &target.info);
@@ -210,11 +208,9 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     _LD_Info vd = makeVd(context, reader, layout);
     vd.DGID = dgid;
     const KT_U64 room = memberRoom(context, layout, reader);
-    const KT_U64 halves = std::max<KT_U64>(dataHalves(layout), 1);
-    const KT_U64 wanted = takeSize(reader, "size", room / 2 * halves * 1024) / 1024;
-    KT_U64 kib = (wanted / halves * 2 + layout.stripe - 1) / layout.stripe * layout.stripe;
-    kib = std::max<KT_U64>(kib, layout.stripe);
-    vd.Size = kib * halves / 2;
+    const KT_U64 wanted = takeSize(reader, "size", capacityFor(layout, room) * 1024) / 1024;
+    const KT_U64 kib = shareFor(layout, wanted);
+    vd.Size = capacityFor(layout, kib);
     VdState state = {};
     state.created = context.now / 1000;
     state.linkedDisk = static_cast<KT_U16>(takeNumber(reader, "linkedDisk", KT_NO_ID, KT_NO_ID));
@@ -284,7 +280,7 @@ static void addArray(Context& context, LabReader& reader, const Layout& layout) 
     array.BlockSize = 512;
     putText(reader, "name", takeText(reader, "name", "Array_" + std::to_string(id)), array.Name, sizeof array.Name);
     array.SmallestAvailablePDSize = memberRoom(context, layout, reader);
-    array.TotalManagedSpace = array.SmallestAvailablePDSize * dataHalves(layout) / 2;
+    array.TotalManagedSpace = capacityFor(layout, array.SmallestAvailablePDSize);
     array.RemainingManagedSpace = array.TotalManagedSpace;
     std::fill(std::begin(array.PDIDs), std::end(array.PDIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(array.VDIDs), std::end(array.VDIDs), KT_U16{KT_NO_ID});
