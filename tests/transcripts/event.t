@@ -54,3 +54,15 @@ A log of many events is cut to the latest fifty, whatever the library says.
   $ kt event -s one
   -s : start sequence should be a number
   [1]
+
+The same events in words that the adapter's library chose.
+
+  $ ktsim fault clear
+  $ ktsim event 2 0 -d 3 -s 5
+  $ kt message | head -6
+  Current AdapterID:0
+  
+  Sequence:     66
+  Time:         Mon Jan  5 08:00:00 2026
+  Level:        [MAJOR]
+  Description: Physical disk 3 is plugged out

@@ -32,8 +32,21 @@ The two mailbox registers.
   KT_Adapter_Write_Register a=0 type=0 address=1 request=0810000000000000ffffffff0f000000 -> 0
   KT_Adapter_Read_Register a=0 type=0 address=1 request=08100000000000000000000000000000 -> 0
 
-The hybrid tier's table needs an adapter that has the tier.
+The hybrid tier's table needs an adapter that has the tier; the example's second one has.
 
   $ kt tandem -o count -d 0
   Tandemix is not supported.
   [1]
+  $ kt 1 tandem -o count -d 3
+  Tandemix table total enties count 512
+  Tandemix table remian enties count 512
+  $ kt 1 tandem -o EMPTY -a 2048 -l 4096 -d 3
+  $ kt 1 tandem -o delete -o count -d 3
+  Tandemix table total enties count 512
+  Tandemix table remian enties count 511
+  $ kt 1 tandem -o delete -d 3
+  $ calls | grep Tandemix
+  KT_Tandemix_GetEntriesTableInfo a=1 vd=3 -> 0
+  KT_Tandemix_AddFSEntries a=1 vd=3 request=0002000001000000000000000000000000080000000000000010000000000000 last=0 -> 0
+  KT_Tandemix_GetEntriesTableInfo a=1 vd=3 -> 0
+  KT_Tandemix_RemoveEntriesTable a=1 vd=3 -> 0
