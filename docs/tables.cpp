@@ -1,11 +1,14 @@
 // Prints what the command tables hold, for what is made of them.
 // "help": for each row a line "command <table> <word>", the short help, the long help, and a line with a form feed.
+// "ktcfg-help": the same for the commands of ktcfg.
 // "completion": bash variables with the words of both sets, and each command's option words and objects.
 #include <cstdio>
 #include <cstring>
 #include <set>
 #include <string>
 
+#include "Functions/backup_cfg/backup_cfg.h"
+#include "Functions/restore_cfg/restore_cfg.h"
 #include "ktsetup/commandTables.h"
 
 namespace {
@@ -22,11 +25,15 @@ const Table tables[] = {
 };
 } // namespace
 
-static void printHelp() {
+static void printHelp(const char* table, const char* command, const char* shortHelp, const char* help) {
+    printf("command %s %s\n%s\n%s\n\f\n", table, command, shortHelp, help);
+}
+
+static void printAllHelp() {
     for (const Table& table : tables) {
         for (int i = 0; i < table.size; ++i) {
             const _cmd_struct& row = table.rows[i];
-            printf("command %s %s\n%s\n%s\n\f\n", table.name, row.cmd, row.cmdShortHelp, row.cmdHelp);
+            printHelp(table.name, row.cmd, row.cmdShortHelp, row.cmdHelp);
         }
     }
 }
@@ -80,10 +87,14 @@ static void printCompletion() {
 }
 
 int main(int argc, char** argv) {
-    if (argc == 2 && strcmp(argv[1], "completion") == 0) {
+    const char* what = argc == 2 ? argv[1] : "help";
+    if (strcmp(what, "completion") == 0) {
         printCompletion();
+    } else if (strcmp(what, "ktcfg-help") == 0) {
+        printHelp("ktcfg", "backup_cfg", backup_cfg_sh, backup_cfg_help);
+        printHelp("ktcfg", "restore_cfg", restore_cfg_sh, restore_cfg_help);
     } else {
-        printHelp();
+        printAllHelp();
     }
     return 0;
 }
