@@ -40,19 +40,8 @@ The settings of disks, arrays, virtual disks and adapters, and the links of hybr
   Module Consolidation:    off
   Raw Update:              on
   Model:                   Tarn R8i
-  $ kt 0 get -o hba -i 1
+  $ kt 0 get -o hba -i 1 | grep -e HBA -e Model
   HBA Index:               1
-  Auto Rebuild:            on
-  Optimize CPU efficiency: off
-  BGA Rate:                50 %
-  Syncronization Rate:     50 %
-  Initialization Rate:     50 %
-  Rebuild Rate:            50 %
-  Migration Rate:          50 %
-  Copyback Rate:           50 %
-  Media Patrol Rate:       50 %
-  Poll SMART Status:       on
-  Copy Back:               on
   Model:                   Tarn S4h
   $ kt get -o hba -i 2
   
@@ -96,8 +85,11 @@ The settings of disks, arrays, virtual disks and adapters, and the links of hybr
   = 5
   $ ktsim fault clear
 
-  $ kt get -o link -i 0
+  $ kt 1 get -o link
   VD 0 ATA is unlinked.
+  VD 1 ATA is unlinked.
+  VD 2 ATA is unlinked.
+  VD 3 ATA is unlinked.
   $ ktsim fault KT_LD_GetInfo 5
   $ kt get -o link -i 0
   

@@ -1,0 +1,101 @@
+Enclosures and what stands in them.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ kt enc -o enc
+  Enclosure ID: 1
+  Adapter ID: 0
+  Status: OK
+  Logical ID: 0x500A1F40003E0001
+  Vendor ID: TARNWARE
+  Product ID: Shelf 24        
+  Revision Level: 0103
+  $ kt enc -o ENC -i 1 | head -1
+  Enclosure ID: 1
+  $ kt enc -o elecfg -i 1 -t fan
+  Enclosure ID: 1
+  Element type: Cooling Device
+  Number of elements: 4
+  Sub-enclosure ID: 0
+  Text: Fan
+  
+  $ kt enc -o elecfg -t tpr -e 2 | grep -v Enclosure
+  Element ID: 2
+  Element type: Temperature Sensor
+  Number of elements: 3
+  Sub-enclosure ID: 0
+  Text: Temp 02
+  
+  $ kt enc -o ele -i 1 -t arydev -e 2
+  Enclosure ID: 1
+  Element ID: 2
+  Element type: Array Device
+  Status: OK
+  Predicted failure: no
+  Disabled: no
+  Swapped: no
+  Slot: 2
+  Ident: no
+  Fault sensed: no
+  Fault requested: no
+  Rebuild: no
+  Rebuild aborted: no
+  Device off: no
+  Hot spare: no
+  Reserved device: no
+  Consistency check: no
+  In critical array: no
+  In failed array: no
+  Ready to insert: no
+  Ready to remove: no
+  Do not remove: no
+  
+  $ kt enc -o ele -t tpr -e 0 | tail -8
+  Temperature: 31 Celsius
+  Ident: no
+  Fail: no
+  Over temperature failure: no
+  Over temperature warning: no
+  Under temperature failure: no
+  Under temperature warning: no
+  
+  $ kt enc -o ele -t pow | grep -e ID -e 'AC fail'
+  Enclosure ID: 1
+  Element ID: 0
+  AC fail: no
+  Enclosure ID: 1
+  Element ID: 1
+  AC fail: no
+
+None, none with that number, and no such element; a library that fails.
+
+  $ kt 1 enc -o enc
+  
+  No enclosure is found
+  $ kt enc -o enc -i 9
+  
+  Unable to get enclosure info (error 15: Invalid enclosure id)
+  [15]
+  $ kt enc -o ele -i 1 -t fan -e 200
+  
+  Unable to get enclosure info (error 18: Invalid enclosure element id)
+  [18]
+  $ ktsim fault KT_ENC_GetEnclosureInfo 4
+  $ kt enc -o ele -t fan
+  
+  Unable to get enclosure info (error 4: Resource not available)
+  [4]
+  $ kt enc -o ele -t fan -i 1 | head -2
+  Enclosure ID: 1
+  Element ID: 0
+
+Troubled and hostile enclosures.
+
+  $ lab troubled
+  $ kt enc -o enc | grep Status
+  Status: Unstable
+  $ lab hostile
+  $ kt enc -o enc | tail -3
+  Vendor ID: ?]0;x?%n
+  Product ID: ?31m%99999d?[H??
+  Revision Level: %n%s

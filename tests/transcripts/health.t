@@ -1,0 +1,89 @@
+The health of disks: SMART thresholds, return status and attributes.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ kt status -o pd -i 3
+  hard disk id:              3
+  SMART threshold exceeded:  false
+  $ kt status -o hd | grep -c false
+  13
+  $ kt smart -p 3
+  SMART STATUS RETURN: OK.
+  
+  Smart Info
+  ID\tAttribute Name\t\tCurrent\tWorst\tThreshhold\tRawValue\tStatus (esc)
+  01\tRaw_Read_Error_Rate \t100\t100\t6       \t000000000000\tOK (esc)
+  03\tSpin_Up_Time        \t97\t97\t0       \t000000000000\tOK (esc)
+  04\tStart_Stop_Count    \t100\t100\t20      \t000000000029\tOK (esc)
+  05\tReallocated_Sector_Ct\t100\t100\t36      \t000000000000\tOK (esc)
+  07\tSeek_Error_Rate     \t87\t87\t30      \t000000000000\tOK (esc)
+  09\tPower_On_Hours      \t86\t86\t0       \t000000003740\tOK (esc)
+  0A\tSpin_Retry_Count    \t100\t100\t97      \t000000000000\tOK (esc)
+  0C\tPower_Cycle_Count   \t100\t100\t20      \t000000000029\tOK (esc)
+  BB\tReported_Uncorrect  \t100\t100\t0       \t000000000000\tOK (esc)
+  BE\tAirflow_Temperature_Cel\t70\t70\t45      \t00000000001E\tOK (esc)
+  C2\tTemperature_Celsius \t70\t70\t0       \t00000000001E\tOK (esc)
+  C5\tCurrent_Pending_Sector\t100\t100\t0       \t000000000000\tOK (esc)
+  C6\tOffline_Uncorrectable\t100\t100\t0       \t000000000000\tOK (esc)
+  C7\tUDMA_CRC_Error_Count\t200\t200\t0       \t000000000000\tOK (esc)
+  $ kt smart -p 0
+  SAS PD 0 has not SMART information
+  $ kt smart -p 99
+  Unable to get info of PD 99 (error 9 : Invalid physical disk id)
+  [9]
+  $ lab troubled
+  $ kt status -o pd | grep -B1 true
+  hard disk id:              12
+  SMART threshold exceeded:  true
+  $ kt 1 status -o pd | grep -B1 true
+  hard disk id:              8
+  SMART threshold exceeded:  true
+  $ kt 1 smart -p 8 | grep -e STATUS -e now
+  SMART STATUS RETURN: NotOK.
+  05\tReallocated_Sector_Ct\t36\t36\t36      \t000000000200\tFailing now (esc)
+
+Every failure says what failed.
+
+  $ lab default
+  $ ktsim fault KT_PassThrough_ATA 1
+  $ kt smart -p 3
+  
+  Unable to get smart return status for PHY 3 (error 1: Failed)
+  [1]
+  $ ktsim fault clear
+  $ ktsim fault KT_PD_GET_SMART_INFO 4
+  $ kt smart -p 3
+  SMART STATUS RETURN: OK.
+  
+  Unable to get smart information for PHY 3 (error 4: Resource not available)
+  [4]
+  $ ktsim fault KT_PD_GetSmartStatus 9
+  $ kt status -o pd -i 77
+  
+  Unable to get status of hard disk 77 (error 9: Invalid physical disk id).
+  [9]
+  $ kt status -o pd
+  
+  Unable to get status of hard disk 255 (error 9: Invalid physical disk id).
+  [9]
+
+The status of disks comes 128 records at a time, or as many as the adapter's buffer holds.
+
+  $ ktsim create --force --lab - > /dev/null << 'END'
+  > {"adapters": [{"type": "array-based", "MaxHD_Ext": 300, "disks": [{"count": 300}]},
+  >               {"type": "array-based", "MaxBufferSize": 1, "MaxHD_Ext": 300, "disks": [{"count": 300}]},
+  >               {"type": "array-based"}]}
+  > END
+  $ calls > /dev/null
+  $ kt status -o pd | grep 'hard disk' | tail -1
+  hard disk id:              299
+  $ calls | grep -o 'KT_PD_GetSmartStatus.*' | cut -c1-62
+  KT_PD_GetSmartStatus a=0 request=00010000800000000000000000000
+  KT_PD_GetSmartStatus a=0 request=00018000800000000000000000000
+  KT_PD_GetSmartStatus a=0 request=00010001800000000000000000000
+  $ kt 1 status -o pd | grep -c 'hard disk'
+  300
+  $ calls | grep -c KT_PD_GetSmartStatus
+  3
+  $ kt 2 status -o pd
+  No hard disk is found.
