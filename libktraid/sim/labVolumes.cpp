@@ -1,5 +1,5 @@
 #include "adapter/blocks.h"
-#include "adapter/levels.h"
+#include "adapter/jobs.h"
 #include "lab.h"
 #include "labReader.h"
 
@@ -139,6 +139,15 @@ static void placeBlocks(const Context& context, const Layout& layout, const LabR
     }
 }
 
+static void markRebuilding(const Context& context, const _LD_Info& vd, KT_U16 pd) {
+    for (const KT_U16 id : vd.BlockIDs) {
+        auto block = find<_Block_Info>(context, id);
+        if (!block || block->HDID != pd) continue;
+        block->Status = BLOCK_REBUILDING;
+        updateBlock(context, *block);
+    }
+}
+
 static void takeActivity(const Context& context, LabReader& vdReader, KT_U64 work, _LD_Info& vd, VdState& state) {
     for (LabReader& reader : takeObjects(vdReader, "activity")) {
         Activity& activity = state.activity;
@@ -148,9 +157,12 @@ static void takeActivity(const Context& context, LabReader& vdReader, KT_U64 wor
             static_cast<KT_U8>(takeWord(reader, "state", STATE_WORDS, std::size(STATE_WORDS), KT_STATE_RUNNING));
         activity.disk = static_cast<KT_U16>(takeNumber(reader, "disk", KT_NO_ID, KT_NO_ID));
         activity.work = work;
-        activity.done = work / 100 * takeNumber(reader, "percent", 0, 99);
+        const KT_U64 percent = takeNumber(reader, "percent", 0, 99);
+        activity.done = work / 100 * percent;
+        activity.announced = percent - percent % ANNOUNCED_PERCENT;
         activity.since = context.now;
         vd.BGAStatus = activity.state;
+        if (activity.kind == KT_BGA_REBUILD) markRebuilding(context, vd, activity.disk);
         takeNothingElse(reader);
     }
 }

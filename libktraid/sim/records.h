@@ -25,6 +25,7 @@ enum Kind : KT_U8 {
     KIND_PD = 40,
     KIND_PD_STATE = 41,
     KIND_PD_PULLED = 42,
+    KIND_PD_PULLED_BLOCKS = 45,
     KIND_BLOCK = 50,
     KIND_PD_BLOCKS = 51,
     KIND_PM = 60,
@@ -127,6 +128,22 @@ struct PulledDisk {
     PdState state;
 };
 
+/* What virtual disks had on a pulled disk, so that they know it again. */
+struct PulledBlock {
+    _Block_Info block;
+    KT_U8 guid[8]; /* of the virtual disk */
+    KT_U16 slot;   /* in it */
+    KT_U8 reserved[6];
+};
+struct PulledBlocks {
+    KT_U8 count;
+    KT_U8 raid;  /* its PdState.raid */
+    KT_U16 dgid; /* its array, or the array it was a spare of */
+    KT_U16 slot; /* in that array */
+    KT_U16 reserved;
+    PulledBlock entries[128];
+};
+
 enum : KT_U8 { FAULT_STATUS = 0, FAULT_COUNT = 1, FAULT_TEXT = 2, FAULT_NEXT = 3 };
 
 /* One row a fault, ADAPTER_GLOBAL: meets the calls of that name from the after-th on, `times` times. */
@@ -162,6 +179,7 @@ KTSIM_KIND(DgState, KIND_DG_STATE);
 KTSIM_KIND(_HD_Info, KIND_PD);
 KTSIM_KIND(PdState, KIND_PD_STATE);
 KTSIM_KIND(PulledDisk, KIND_PD_PULLED);
+KTSIM_KIND(PulledBlocks, KIND_PD_PULLED_BLOCKS);
 KTSIM_KIND(_Block_Info, KIND_BLOCK);
 KTSIM_KIND(_HD_Block_Info, KIND_PD_BLOCKS);
 KTSIM_KIND(_PM_Info, KIND_PM);

@@ -58,6 +58,10 @@ Initialization and consistency check of virtual disks, from the start to the eve
   Background initialization on virtual disk 0 restarted
   Background initialization on virtual disk 0 aborted
   Background initialization on virtual disk 0 resumed
+  Virtual Disk 1 is online
+  Rebuild disk on virtual disk 1 completed
+  Rebuild disk on virtual disk 1 is 75% done
+  Rebuild disk on virtual disk 1 is 50% done
   Background initialization on virtual disk 0 paused
   Background initialization on virtual disk 0 started
   Adapter 1 with serial number KS260101004718 is detected

@@ -50,7 +50,7 @@ A state is made once; over an existing one only when that is wanted.
   Adapter 1  Tarn S4h (LD-based): 8 disks, 4 virtual disks, no battery, last event 1
     VD 0    system           RAID1            200.0 GiB            online, running the system
     VD 1    media            RAID5              1.0 TiB            degraded
-            [#######-------------] 37% rebuild
+            [#######-------------] 37% rebuild, 1 h 8 min left
     VD 2    spool            RAID0            200.0 GiB            online
     VD 3    home             hybrid           200.0 GiB            online
     PD 0    Gannet GT1000G           SATA      931.5 GiB  member

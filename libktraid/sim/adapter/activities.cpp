@@ -1,5 +1,7 @@
 #include "adapter/activity.h"
 #include "adapter/jobs.h"
+#include "adapter/migration.h"
+#include "adapter/rebuild.h"
 #include "adapter/settle.h"
 
 #include <vector>
@@ -20,6 +22,12 @@ void completeJob(const Context& context, Owner owner) {
     if (owner.kind == OwnerKind::Disk) {
         dropJob(context, owner);
         logJob(context, owner, job, STEP_COMPLETED);
+    } else if (job.kind == KT_BGA_REBUILD) {
+        finishRebuild(context, owner);
+    } else if (job.kind == KT_BGA_COPY_BACK) {
+        finishCopyBack(context, owner);
+    } else if (job.kind == KT_BGA_MIGRATION) {
+        finishMigration(context, owner);
     } else {
         completeVdJob(context, owner, job);
     }
@@ -35,6 +43,8 @@ static void announce(const Context& context, Owner owner, Activity job) {
 }
 
 KT_U64 settleRaid(Context& context) {
+    /* A lab states how far an activity is, not how fast it goes. */
+    if (find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid == 0) applyRates(context);
     std::vector<Owner> due;
     forEachJob(context, [&](Owner owner, const Activity& job) {
         if (nextMoment(job) <= context.now) due.push_back(owner);

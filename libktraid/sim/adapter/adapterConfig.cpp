@@ -1,7 +1,8 @@
 #include "adapter/adapterConfig.h"
 
+#include "adapter/jobs.h"
+#include "adapter/rebuild.h"
 #include "adapter/settingsPage.h"
-#include "adapter/settle.h"
 #include "events.h"
 
 namespace sim {
@@ -88,7 +89,8 @@ KT_U8 setAdapterConfig(const Context& context, const _Adapter_Config_V2& wanted)
     save(context, 0, *config);
     settingsChanged(context, *config);
     if (alarmComesOn) unmute(context);
-    scheduleRaid(context, context.now);
+    applyRates(context);
+    engageSpares(context);
     return KT_OK;
 }
 

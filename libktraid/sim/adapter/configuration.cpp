@@ -1,6 +1,7 @@
 #include "adapter/configuration.h"
 
 #include "adapter/creation.h"
+#include "adapter/health.h"
 #include "events.h"
 
 #include <algorithm>
@@ -52,7 +53,8 @@ KT_U8 configureDisk(const Context& context, KT_U16 id, const _HD_CONFIG& config)
     saveDisk(context, disk);
     if (cacheChanges) logEvent(context, EVT_PD, 16, id, SEV_INFO);
     if (smartChanges && config.SMARTOn) logEvent(context, EVT_PD, 5, id, SEV_INFO);
-    return KT_OK;
+    if ((config.Online != 0) == (disk.state.config.Online != 0)) return KT_OK;
+    return config.Online ? bringDiskUp(context, id) : setDiskDown(context, id);
 }
 
 static KT_U8 lightDisk(const Context& context, KT_U16 id, bool on) {

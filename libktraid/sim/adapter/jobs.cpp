@@ -211,7 +211,7 @@ void startJob(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U
 static void restart(const Context& context, Owner owner, Activity job) {
     /* What a migration or a rebuild has moved stays moved; a check or an initialisation begins anew. */
     const bool goesOn = job.kind == KT_BGA_MIGRATION && owner.kind != OwnerKind::Disk;
-    if (!goesOn) job.done = job.announced = 0;
+    if (!goesOn) job.done = job.announced = 0; /* setState() counts from here */
     setState(context, owner, job, KT_STATE_RUNNING);
     logJob(context, owner, job, STEP_RESTARTED);
 }

@@ -44,9 +44,9 @@ void logJob(const Context& context, Owner owner, const Activity& job, JobStep st
 
 /* What status calls show of a virtual disk: its array's activity if that has one, else its own. */
 Activity shownActivity(const Context& context, const Vd& vd);
-/* True for one that runs or will run again by itself or by a resume. */
+/* True for one that runs or will run again; also for a migration that was stopped, for only it can be gone on with. */
 inline bool isAlive(const Activity& job) {
-    return job.kind != 0 && job.state != KT_STATE_ABORTED && job.state != KT_STATE_NONE;
+    return job.kind != 0 && (job.state != KT_STATE_ABORTED || job.kind == KT_BGA_MIGRATION);
 }
 
 /* Brings what the records of a virtual disk and its array show of activities up to date. */

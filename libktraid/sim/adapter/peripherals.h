@@ -3,6 +3,7 @@
 #define KTSIM_ADAPTER_PERIPHERALS_H
 
 #include "adapter/digest.h"
+#include "adapter/volumes.h"
 #include "store.h"
 
 namespace sim {
@@ -149,11 +150,6 @@ KTSIM_KIND(TandemEntry, KIND_TANDEM_ENTRY);
 KTSIM_KIND(AesEntry, KIND_AES_ENTRY);
 KTSIM_KIND(AesPort, KIND_AES_PORT);
 KTSIM_KIND(DiskCipher, KIND_DISK_CIPHER);
-
-/* The adapter's record; zero when it has none. */
-inline _Adapter_Info adapterInfo(const Context& context) {
-    return find<_Adapter_Info>(context, 0).value_or(_Adapter_Info{});
-}
 
 /* What only the disk itself carried is gone with it: to be called when another disk takes its id. */
 void forgetDisk(const Context& context, KT_U16 pd);

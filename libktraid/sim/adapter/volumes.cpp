@@ -1,5 +1,6 @@
 #include "adapter/volumes.h"
 
+#include "adapter/battery.h"
 #include "adapter/blocks.h"
 #include "events.h"
 
@@ -176,26 +177,10 @@ KT_U16 freeId(const Context& context, Kind kind, KT_U64 limit) {
     return next < limit ? static_cast<KT_U16>(next) : KT_U16{KT_NO_ID};
 }
 
-static bool batteryKeepsCache(const Context& context) {
-    if ((adapterInfo(context).AdvancedFeatures & KT_ADV_BBU) == 0) return false;
-    const auto battery = find<_BBU_Info>(context, 0);
-    return battery && (battery->status & KT_BBU_PRESENT) != 0;
-}
-
 KT_U8 cacheModeFor(const Context& context, KT_U8 policy) {
     if ((policy & KT_CACHE_AUTO) == 0) return policy;
     const KT_U8 rest = policy & static_cast<KT_U8>(~(KT_CACHE_AUTO | KT_CACHE_OFF));
     return batteryKeepsCache(context) ? rest : static_cast<KT_U8>(rest | KT_CACHE_OFF);
-}
-
-void refreshCacheModes(const Context& context) {
-    forEachVd(context, [&](Vd vd) {
-        const KT_U8 mode = cacheModeFor(context, vd.state.cachePolicy);
-        if (mode == vd.info.CacheMode || (vd.state.cachePolicy & KT_CACHE_AUTO) == 0) return;
-        vd.info.CacheMode = mode;
-        save(context, vd.info.ID, vd.info);
-        logEvent(context, EVT_VD, 6, vd.info.ID, SEV_INFO, 0, 0, 0, tandemFlag(vd.info));
-    });
 }
 
 } // namespace sim

@@ -74,10 +74,8 @@ void refreshArrayStatus(const Context& context, KT_U16 id);
 /* The lowest id below `limit` that no row of the kind has, or KT_NO_ID. */
 KT_U16 freeId(const Context& context, Kind kind, KT_U64 limit);
 
-/* Cache mode in force: KT_CACHE_AUTO is resolved by the battery. Call refreshCacheModes() when the battery turns good
-   or bad. */
+/* Cache mode in force: KT_CACHE_AUTO is resolved by the battery. */
 KT_U8 cacheModeFor(const Context& context, KT_U8 policy);
-void refreshCacheModes(const Context& context);
 
 } // namespace sim
 #endif

@@ -1,5 +1,6 @@
 #include "adapter/arrays.h"
 #include "adapter/configuration.h"
+#include "adapter/migration.h"
 #include "adapter/vdJobs.h"
 #include "call.h"
 
@@ -36,7 +37,9 @@ KT_U8 KT_DG_BGAControl(KT_U8 a, KT_U16 dg, KT_U8 control) {
 }
 
 KT_U8 KT_DG_StartMigration(KT_U8 a, _CreateOrModify_DG_Param* param, KT_U8 sizeOnly) {
-    return notSupported("KT_DG_StartMigration", a, {inOut("param", param), num("sizeOnly", sizeOnly)});
+    return call("KT_DG_StartMigration", a, sizeOnly ? Access::Read : Access::Write,
+                {inOut("param", param), num("sizeOnly", sizeOnly)},
+                [&](Context& context) { return startArrayMigration(context, *param, sizeOnly != 0); });
 }
 
 KT_U8 KT_CreateOrModify_DG(KT_U8 a, _CreateOrModify_DG_Param* param, KT_U8 sizeOnly) {

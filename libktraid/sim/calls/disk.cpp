@@ -1,5 +1,9 @@
 #include "adapter/activity.h"
 #include "adapter/blocks.h"
+#include "adapter/configuration.h"
+#include "adapter/health.h"
+#include "adapter/spares.h"
+#include "adapter/vdJobs.h"
 #include "call.h"
 
 using namespace sim;
@@ -56,11 +60,13 @@ KT_U8 KT_PD_GetConfig(KT_U8 a, _HD_Config_Request* request) {
 }
 
 KT_U8 KT_PD_SetConfig(KT_U8 a, KT_U16 pd, const _HD_CONFIG* config) {
-    return notSupported("KT_PD_SetConfig", a, {num("pd", pd), in("config", config)});
+    return call("KT_PD_SetConfig", a, Access::Write, {num("pd", pd), in("config", config)},
+                [&](Context& context) { return configureDisk(context, pd, *config); });
 }
 
 KT_U8 KT_PD_SetHDStatus(KT_U8 a, KT_U16 pd, KT_U8 status) {
-    return notSupported("KT_PD_SetHDStatus", a, {num("pd", pd), num("status", status)});
+    return call("KT_PD_SetHDStatus", a, Access::Write, {num("pd", pd), num("status", status)},
+                [&](Context& context) { return setDiskStatus(context, pd, status); });
 }
 
 KT_U8 KT_PD_GetFreeSpaceInfo(KT_U8 a, KT_U16 pd, _HD_FreeSpaceInfo* info) {
@@ -83,11 +89,13 @@ KT_U8 KT_PD_GetBGAStatus(KT_U8 a, _HD_BGA_Status_Request* request) {
 }
 
 KT_U8 KT_PD_BGAControl(KT_U8 a, KT_U16 pd, KT_U8 control) {
-    return notSupported("KT_PD_BGAControl", a, {num("pd", pd), num("control", control)});
+    return call("KT_PD_BGAControl", a, Access::Write, {num("pd", pd), num("control", control)},
+                [&](Context& context) { return controlPatrol(context, pd, control); });
 }
 
 KT_U8 KT_PD_StartMediaPatrol(KT_U8 a, KT_U16 pd) {
-    return notSupported("KT_PD_StartMediaPatrol", a, {num("pd", pd)});
+    return call("KT_PD_StartMediaPatrol", a, Access::Write, {num("pd", pd)},
+                [&](Context& context) { return startPatrol(context, pd); });
 }
 
 KT_U8 KT_PD_GetMBRInfo(KT_U8 a, _HD_MBR_Info* info) {
@@ -103,19 +111,23 @@ KT_U8 KT_PD_GetMBRInfo(KT_U8 a, _HD_MBR_Info* info) {
 }
 
 KT_U8 KT_PD_FreeHD2DGSpare(KT_U8 a, KT_U16 pd, KT_U16 dg) {
-    return notSupported("KT_PD_FreeHD2DGSpare", a, {num("pd", pd), num("dg", dg)});
+    return call("KT_PD_FreeHD2DGSpare", a, Access::Write, {num("pd", pd), num("dg", dg)},
+                [&](Context& context) { return makeDedicatedSpare(context, pd, dg); });
 }
 
 KT_U8 KT_PD_FreeHD2GlobalSpare(KT_U8 a, KT_U16 pd) {
-    return notSupported("KT_PD_FreeHD2GlobalSpare", a, {num("pd", pd)});
+    return call("KT_PD_FreeHD2GlobalSpare", a, Access::Write, {num("pd", pd)},
+                [&](Context& context) { return makeGlobalSpare(context, pd); });
 }
 
 KT_U8 KT_PD_Spare2FreeHD(KT_U8 a, KT_U16 pd) {
-    return notSupported("KT_PD_Spare2FreeHD", a, {num("pd", pd)});
+    return call("KT_PD_Spare2FreeHD", a, Access::Write, {num("pd", pd)},
+                [&](Context& context) { return releaseSpare(context, pd); });
 }
 
 KT_U8 KT_PD_WipeHDMDD(KT_U8 a, KT_U16 pd, KT_U8 force) {
-    return notSupported("KT_PD_WipeHDMDD", a, {num("pd", pd), num("force", force)});
+    return call("KT_PD_WipeHDMDD", a, Access::Write, {num("pd", pd), num("force", force)},
+                [&](Context& context) { return wipeDisk(context, pd, force != 0); });
 }
 
 KT_U8 KT_DiskHasOS(KT_U8 a, KT_U8 kind, KT_U8 count, const KT_U16* ids) {
@@ -131,5 +143,6 @@ KT_U8 KT_DiskHasOS(KT_U8 a, KT_U8 kind, KT_U8 count, const KT_U16* ids) {
 }
 
 KT_U8 KT_LocateArrayDevice(KT_U8 a, KT_U8 kind, KT_U16 id, KT_U8 on) {
-    return notSupported("KT_LocateArrayDevice", a, {num("kind", kind), num("id", id), num("on", on)});
+    return call("KT_LocateArrayDevice", a, Access::Write, {num("kind", kind), num("id", id), num("on", on)},
+                [&](Context& context) { return locateDevice(context, kind, id, on != 0); });
 }

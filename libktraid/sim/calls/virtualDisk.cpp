@@ -3,7 +3,10 @@
 #include "adapter/configuration.h"
 #include "adapter/creation.h"
 #include "adapter/deletion.h"
+#include "adapter/foreign.h"
 #include "adapter/jobs.h"
+#include "adapter/migration.h"
+#include "adapter/rebuild.h"
 #include "adapter/vdJobs.h"
 #include "call.h"
 
@@ -87,16 +90,19 @@ KT_U8 KT_LD_StartConsistencyCheck(KT_U8 a, KT_U16 vd, KT_U8 fix) {
 }
 
 KT_U8 KT_LD_StartRebuild(KT_U8 a, KT_U16 vd, KT_U16 pd) {
-    return notSupported("KT_LD_StartRebuild", a, {num("vd", vd), num("pd", pd)});
+    return call("KT_LD_StartRebuild", a, Access::Write, {num("vd", vd), num("pd", pd)},
+                [&](Context& context) { return startVdRebuild(context, vd, pd); });
 }
 
 KT_U8 KT_LD_DG_StartRebuild(KT_U8 a, KT_U16 dg, KT_U8 pdCount, const KT_U16* pds) {
-    return notSupported("KT_LD_DG_StartRebuild", a,
-                        {num("dg", dg), num("pdCount", pdCount), bytes("pds", pds, sizeof(KT_U16) * pdCount)});
+    return call("KT_LD_DG_StartRebuild", a, Access::Write,
+                {num("dg", dg), num("pdCount", pdCount), bytes("pds", pds, sizeof(KT_U16) * pdCount)},
+                [&](Context& context) { return startArrayRebuild(context, dg, pds, pdCount); });
 }
 
 KT_U8 KT_LD_StartMigration(KT_U8 a, _Create_LD_Param* param) {
-    return notSupported("KT_LD_StartMigration", a, {inOut("param", param)});
+    return call("KT_LD_StartMigration", a, Access::Write, {inOut("param", param)},
+                [&](Context& context) { return startVdMigration(context, *param); });
 }
 
 KT_U8 KT_LD_GetMaxSize(KT_U8 a, _Create_LD_Param* param) {
@@ -105,7 +111,8 @@ KT_U8 KT_LD_GetMaxSize(KT_U8 a, _Create_LD_Param* param) {
 }
 
 KT_U8 KT_LD_GetMigratedLdSize(KT_U8 a, _Create_LD_Param* param) {
-    return notSupported("KT_LD_GetMigratedLdSize", a, {inOut("param", param)});
+    return call("KT_LD_GetMigratedLdSize", a, Access::Read, {inOut("param", param)},
+                [&](Context& context) { return migratedVdSize(context, *param); });
 }
 
 KT_U8 KT_LD_GetTargetLDInfo(KT_U8 a, KT_U16 vd, _LD_Info* target) {
@@ -120,11 +127,13 @@ KT_U8 KT_LD_GetTargetLDInfo(KT_U8 a, KT_U16 vd, _LD_Info* target) {
 }
 
 KT_U8 KT_LD_Import(KT_U8 a, KT_U16 vd) {
-    return notSupported("KT_LD_Import", a, {num("vd", vd)});
+    return call("KT_LD_Import", a, Access::Write, {num("vd", vd)},
+                [&](Context& context) { return importVd(context, vd); });
 }
 
 KT_U8 KT_LD_Report(KT_U8 a, KT_U16 vd) {
-    return notSupported("KT_LD_Report", a, {num("vd", vd)});
+    return call("KT_LD_Report", a, Access::Write, {num("vd", vd)},
+                [&](Context& context) { return reportVd(context, vd); });
 }
 
 KT_U8 KT_LD_PauseAll(KT_U8 a) {

@@ -1,0 +1,397 @@
+#include "adapter/health.h"
+
+#include "adapter/blocks.h"
+#include "adapter/deletion.h"
+#include "adapter/members.h"
+#include "adapter/peripherals.h"
+#include "adapter/rebuild.h"
+#include "adapter/spares.h"
+#include "events.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace sim {
+
+/* The groups that have something on the disk, or count it among their members. */
+static std::vector<Owner> groupsOn(const Context& context, KT_U16 pd) {
+    std::vector<Owner> owners;
+    for (const Owner owner : allGroups(context)) {
+        const Group group = groupOf(context, owner);
+        const bool member = std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
+        if (member || !blocksFor(context, group, pd).empty()) owners.push_back(owner);
+    }
+    return owners;
+}
+
+static void markBlocks(const Context& context, KT_U16 pd, KT_U8 status) {
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+        auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        if (!block) continue;
+        block->Status = status;
+        updateBlock(context, *block);
+    }
+}
+
+static bool isRebuildLike(const Activity& job) {
+    return job.kind == KT_BGA_REBUILD || job.kind == KT_BGA_COPY_BACK;
+}
+
+/* Initialisations and checks cannot go on without the disk; nor can what is being written to it. */
+static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
+    for (const KT_U16 vd : group.vds) {
+        const Owner owner{OwnerKind::Vd, vd};
+        const Activity job = jobOf(context, owner);
+        if (job.kind == 0 || isRebuildLike(job) || job.kind == KT_BGA_MIGRATION) continue;
+        dropJob(context, owner);
+        if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
+    }
+    const Activity job = jobOf(context, group.owner);
+    const bool writesIt = isRebuildLike(job) && job.disk == pd;
+    const bool readsIt = job.kind == KT_BGA_COPY_BACK;
+    if (writesIt || readsIt) failRebuild(context, group.owner);
+}
+
+/* What cannot run on an offline virtual disk. */
+static void interruptJobs(const Context& context, const Group& group) {
+    Activity job = jobOf(context, group.owner);
+    if (!isAlive(job) || groupOf(context, group.owner).usable) return;
+    if (isRebuildLike(job)) return failRebuild(context, group.owner);
+    job.state = KT_STATE_INTERRUPTED;
+    saveJob(context, group.owner, job);
+}
+
+static void failPatrol(const Context& context, KT_U16 pd) {
+    const Owner owner{OwnerKind::Disk, pd};
+    const Activity job = jobOf(context, owner);
+    if (job.kind == 0) return;
+    dropJob(context, owner);
+    if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
+}
+
+static void followUp(const Context& context, const std::vector<Owner>& owners, KT_U16 pd) {
+    for (const Owner owner : owners) {
+        const Group group = groupOf(context, owner);
+        failJobs(context, group, pd);
+        refreshGroup(context, group);
+        interruptJobs(context, group);
+    }
+    engageSpares(context);
+    arbitrate(context);
+}
+
+void loseDisk(const Context& context, KT_U16 pd) {
+    Disk disk = {};
+    if (findDisk(context, pd, disk) != KT_OK) return;
+    const std::vector<Owner> owners = groupsOn(context, pd);
+    failPatrol(context, pd);
+    dropSpareRole(context, pd);
+    findDisk(context, pd, disk);
+    disk.state.raid |= KT_PD_OFFLINE;
+    disk.state.config.Online = 0;
+    saveDisk(context, disk);
+    markBlocks(context, pd, BLOCK_OFFLINE);
+    followUp(context, owners, pd);
+}
+
+KT_U8 failDisk(const Context& context, KT_U16 pd) {
+    Disk disk = {};
+    if (findDisk(context, pd, disk) != KT_OK || disk.state.health == PD_FAILED) return KT_ERR_PD_MISSING;
+    disk.state.health = PD_FAILED;
+    saveDisk(context, disk);
+    logEvent(context, EVT_PD, 4, pd, SEV_MAJOR);
+    if (disk.state.raid & KT_PD_OFFLINE) return KT_OK;
+    logEvent(context, EVT_PD, 2, pd, SEV_CRITICAL);
+    loseDisk(context, pd);
+    return KT_OK;
+}
+
+/* What a disk held when it left the virtual disks it belonged to. */
+static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
+    PulledBlocks pulled = {};
+    const PdState state = find<PdState>(context, pd).value_or(PdState{});
+    const DgState array = find<DgState>(context, state.dgid).value_or(DgState{});
+    pulled.raid = state.raid;
+    pulled.dgid = state.dgid;
+    const KT_U16* members = array.members;
+    pulled.slot = static_cast<KT_U16>(std::find(members, members + array.memberCount, pd) - members);
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        const auto vd = block ? find<_LD_Info>(context, block->LDID) : std::nullopt;
+        if (!vd) continue;
+        const KT_U16* slot = std::find(std::begin(vd->BlockIDs), std::end(vd->BlockIDs), block->ID);
+        if (slot == std::end(vd->BlockIDs)) continue;
+        PulledBlock& entry = pulled.entries[pulled.count++];
+        entry.block = *block;
+        entry.slot = static_cast<KT_U16>(slot - vd->BlockIDs);
+        memcpy(entry.guid, vd->LD_GUID, sizeof entry.guid);
+    }
+    return pulled;
+}
+
+/* Takes the disk out of everything, leaving it without blocks. */
+static std::vector<Owner> detach(const Context& context, KT_U16 pd) {
+    const std::vector<Owner> owners = groupsOn(context, pd);
+    for (const Owner owner : owners)
+        removeMember(context, groupOf(context, owner), pd);
+    return owners;
+}
+
+KT_U8 pullDisk(const Context& context, KT_U16 pd) {
+    Disk disk = {};
+    if (findDisk(context, pd, disk) != KT_OK) return KT_ERR_PD_MISSING;
+    const PulledBlocks blocks = rememberBlocks(context, pd);
+    logEvent(context, EVT_PD, 0, pd, SEV_MAJOR);
+    failPatrol(context, pd);
+    dropSpareRole(context, pd);
+    findDisk(context, pd, disk);
+    save(context, pd, PulledDisk{disk.info, disk.state});
+    save(context, pd, blocks);
+    const std::vector<Owner> owners = groupsOn(context, pd);
+    erase<_HD_Info>(context, pd);
+    erase<PdState>(context, pd);
+    for (const Owner owner : owners)
+        removeMember(context, groupOf(context, owner), pd);
+    followUp(context, owners, pd);
+    return KT_OK;
+}
+
+/* Gives a virtual disk back the block it missed, when it has not gone on without it. */
+static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry) {
+    auto vd = find<_LD_Info>(context, entry.block.LDID);
+    if (!vd || memcmp(vd->LD_GUID, entry.guid, sizeof entry.guid) != 0) return false;
+    if (vd->Status != KT_VD_OFFLINE || entry.slot >= geometryOf(*vd).disks) return false;
+    if (vd->BlockIDs[entry.slot] != KT_NO_ID || entry.block.Status == BLOCK_REBUILDING) return false;
+    _Block_Info block = entry.block;
+    block.HDID = pd;
+    block.Status = BLOCK_GOOD;
+    if (!isFreeSpace(context, pd, block.StartLBA, block.Size)) return false;
+    const KT_U16 id = addBlock(context, block);
+    if (id == KT_NO_ID) return false;
+    vd->BlockIDs[entry.slot] = id;
+    save(context, vd->ID, *vd);
+    return true;
+}
+
+static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
+    Array array = {};
+    if (!(blocks.raid & KT_PD_MEMBER) || findArray(context, blocks.dgid, array) != KT_OK) return false;
+    if (array.info.Status != ARRAY_OFFLINE || blocks.slot >= array.state.memberCount) return false;
+    if (array.state.members[blocks.slot] != KT_NO_ID || array.state.homes[blocks.slot] != pd) return false;
+    array.state.members[blocks.slot] = pd;
+    listMembers(array);
+    saveArray(context, array);
+    return true;
+}
+
+/* The disk, free of blocks, goes back to what still waits for it; else it is a free disk. */
+static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
+    bool back = rejoinArray(context, pd, blocks);
+    bool known = back || blocks.count == 0;
+    const bool inArray = blocks.dgid != KT_NO_ID && (blocks.raid & KT_PD_MEMBER);
+    for (int i = 0; i < blocks.count; i++) {
+        const auto vd = find<_LD_Info>(context, blocks.entries[i].block.LDID);
+        known = known || (vd && memcmp(vd->LD_GUID, blocks.entries[i].guid, sizeof vd->LD_GUID) == 0);
+        if (!inArray || back) back = rejoinVd(context, pd, blocks.entries[i]) || back;
+    }
+    Disk disk = {};
+    if (findDisk(context, pd, disk) != KT_OK) return;
+    disk.state.raid &= KT_PD_OFFLINE;
+    if (back) disk.state.raid |= KT_PD_MEMBER;
+    if (!known) disk.state.raid |= KT_PD_FOREIGN;
+    disk.state.dgid = back && inArray ? blocks.dgid : KT_U16{KT_NO_ID};
+    saveDisk(context, disk);
+    if ((disk.state.raid & KT_PD_NOT_FREE) == 0 && blocks.count) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+    for (const Owner owner : groupsOn(context, pd)) {
+        refreshGroup(context, groupOf(context, owner));
+        Activity job = jobOf(context, owner);
+        if (job.state != KT_STATE_INTERRUPTED || !groupOf(context, owner).usable) continue;
+        job.state = KT_STATE_AUTO_PAUSED;
+        saveJob(context, owner, job);
+    }
+}
+
+KT_U8 insertDisk(const Context& context, KT_U16 pd) {
+    const auto pulled = find<PulledDisk>(context, pd);
+    if (!pulled || find<_HD_Info>(context, pd)) return KT_ERR_PD_MISSING;
+    const PulledBlocks blocks = find<PulledBlocks>(context, pd).value_or(PulledBlocks{});
+    erase<PulledDisk>(context, pd);
+    erase<PulledBlocks>(context, pd);
+    save(context, pd, pulled->info);
+    PdState state = pulled->state;
+    state.raid = state.health == PD_FAILED ? KT_PD_OFFLINE : 0;
+    state.config.Online = state.health == PD_FAILED ? 0 : 1;
+    state.dgid = KT_NO_ID;
+    save(context, pd, state);
+    logEvent(context, EVT_PD, 1, pd, SEV_INFO);
+    if (state.health == PD_FAILED) return KT_OK;
+    rejoin(context, pd, blocks);
+    if (blocks.raid & KT_PD_GLOBAL_SPARE && !(blocks.raid & KT_PD_MEMBER)) makeGlobalSpare(context, pd);
+    if (blocks.raid & KT_PD_DEDICATED_SPARE && !(blocks.raid & KT_PD_MEMBER))
+        makeDedicatedSpare(context, pd, blocks.dgid);
+    engageSpares(context);
+    arbitrate(context);
+    return KT_OK;
+}
+
+/* The next serial number of the same make. */
+static void renumber(const Context& context, _HD_Info& disk) {
+    const KT_U64 sequence = lastRow(context.store, context.adapter, KIND_EVENT).value_or(0) + 1;
+    size_t length = strnlen(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo);
+    char tail[9];
+    const int digits = snprintf(tail, sizeof tail, "%06X", static_cast<unsigned>(sequence & 0xFFFFFF));
+    if (length < static_cast<size_t>(digits)) length = static_cast<size_t>(digits);
+    memcpy(disk.SerialNo + length - digits, tail, static_cast<size_t>(digits));
+    disk.WWN[5] = disk.Link.Self.SAS_Address[5] = static_cast<KT_U8>(sequence >> 8 & 0xFF);
+}
+
+KT_U8 replaceDisk(const Context& context, KT_U16 pd, KT_U64 sectors) {
+    if (find<_HD_Info>(context, pd)) {
+        const KT_U8 status = pullDisk(context, pd);
+        if (status != KT_OK) return status;
+    }
+    const auto pulled = find<PulledDisk>(context, pd);
+    if (!pulled) return KT_ERR_PD_MISSING;
+    erase<PulledDisk>(context, pd);
+    erase<PulledBlocks>(context, pd);
+    _HD_Info info = pulled->info;
+    renumber(context, info);
+    if (sectors) info.Size = sectors;
+    PdState state = {};
+    state.config = pulled->state.config;
+    state.config.Online = 1;
+    state.config.WriteCacheOn = info.FeatureSupport & KT_HD_WRITE_CACHE ? 1 : 0;
+    state.config.SMARTOn = info.FeatureSupport & KT_HD_SMART ? 1 : 0;
+    state.dgid = KT_NO_ID;
+    state.reservedKib = pulled->state.reservedKib;
+    state.patrol.disk = KT_NO_ID;
+    save(context, pd, info);
+    save(context, pd, state);
+    forgetDisk(context, pd);
+    logEvent(context, EVT_PD, 1, pd, SEV_INFO);
+    engageSpares(context);
+    arbitrate(context);
+    return KT_OK;
+}
+
+KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
+    Disk disk = {};
+    const KT_U8 status = findDisk(context, pd, disk);
+    if (status != KT_OK) return status;
+    if (!(disk.info.FeatureSupport & KT_HD_SMART)) return KT_ERR_NOT_SUPPORTED;
+    const bool news = tripped && !disk.state.smartTripped;
+    disk.state.smartTripped = tripped ? 1 : 0;
+    saveDisk(context, disk);
+    if (news && disk.state.config.SMARTOn && adapterConfig(context).PollSMARTStatus == 1)
+        logEvent(context, EVT_PD, 11, pd, SEV_WARNING);
+    return KT_OK;
+}
+
+static std::vector<KT_U16> offlineVds(const Context& context) {
+    std::vector<KT_U16> offline;
+    forEach<_LD_Info>(context, 0, [&](KT_U64 id, const _LD_Info& vd) {
+        if (vd.Status == KT_VD_OFFLINE) offline.push_back(static_cast<KT_U16>(id));
+        return true;
+    });
+    return offline;
+}
+
+KT_U8 setDiskDown(const Context& context, KT_U16 pd) {
+    Disk disk = {};
+    const KT_U8 status = findDisk(context, pd, disk);
+    if (status != KT_OK) return status;
+    const bool working = (disk.state.raid & KT_PD_MEMBER) && !(disk.state.raid & (KT_PD_OFFLINE | KT_PD_FOREIGN));
+    if (!working || disk.state.hasOs) return KT_ERR_PD_CANNOT_SET_DOWN;
+    Array array = {};
+    const bool inArray = findArray(context, disk.state.dgid, array) == KT_OK;
+    const KT_U8 before = array.info.Status;
+    const std::vector<KT_U16> offline = offlineVds(context);
+    logEvent(context, EVT_PD, 2, pd, SEV_MAJOR);
+    loseDisk(context, pd);
+    /* Failing undoes it all. */
+    if (inArray && findArray(context, array.info.DGID, array) == KT_OK && before != ARRAY_OFFLINE &&
+        array.info.Status == ARRAY_OFFLINE)
+        return KT_ERR_PD_CANNOT_SET_DOWN;
+    return offlineVds(context) == offline ? KT_U8{KT_OK} : KT_U8{KT_ERR_PD_CANNOT_SET_DOWN};
+}
+
+KT_U8 bringDiskUp(const Context& context, KT_U16 pd) {
+    Disk disk = {};
+    const KT_U8 status = findDisk(context, pd, disk);
+    if (status != KT_OK) return status;
+    if (!(disk.state.raid & KT_PD_OFFLINE)) return KT_ERR_PD_NOT_OFFLINE;
+    if (disk.state.health == PD_FAILED) return KT_ERR_FAILED;
+    const PulledBlocks blocks = rememberBlocks(context, pd);
+    const std::vector<Owner> owners = detach(context, pd);
+    findDisk(context, pd, disk);
+    disk.state.raid &= static_cast<KT_U8>(~KT_PD_OFFLINE);
+    disk.state.config.Online = 1;
+    saveDisk(context, disk);
+    rejoin(context, pd, blocks);
+    followUp(context, owners, KT_NO_ID);
+    return KT_OK;
+}
+
+KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status) {
+    if (status > 1) return KT_ERR_INVALID_PARAMETER;
+    return status ? bringDiskUp(context, pd) : setDiskDown(context, pd);
+}
+
+/* Foreign virtual disks that lose their last disk are gone; the others cannot be imported any more. */
+static void wipeForeign(const Context& context, KT_U16 pd) {
+    std::vector<Vd> foreign;
+    forEachVd(context, [&](const Vd& vd) {
+        if (vd.info.Status != KT_VD_FOREIGN && vd.info.Status != KT_VD_IMPORTABLE &&
+            vd.info.Status != KT_VD_NOT_IMPORTABLE)
+            return;
+        if (!blocksFor(context, groupOf(context, Owner{OwnerKind::Vd, vd.info.ID}), pd).empty()) foreign.push_back(vd);
+    });
+    for (Vd& vd : foreign) {
+        removeMember(context, groupOf(context, Owner{OwnerKind::Vd, vd.info.ID}), pd);
+        findVd(context, vd.info.ID, vd);
+        const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.info.ID});
+        const bool empty = std::count(group.members.begin(), group.members.end(), KT_U16{KT_NO_ID}) ==
+                           static_cast<long>(group.members.size());
+        if (empty) {
+            removeVd(context, vd);
+        } else {
+            vd.info.Status = KT_VD_NOT_IMPORTABLE;
+            save(context, vd.info.ID, vd.info);
+        }
+    }
+}
+
+KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
+    Disk disk = {};
+    KT_U8 status = findDisk(context, pd, disk);
+    if (status != KT_OK) return status;
+    if (disk.state.health == PD_FAILED) return KT_ERR_FAILED;
+    if (disk.state.hasOs) return KT_ERR_PD_HAS_OS;
+    const bool foreign = (disk.state.raid & KT_PD_FOREIGN) != 0;
+    if ((disk.state.raid & KT_PD_MEMBER) && !foreign && !force) return KT_ERR_PD_ASSIGNED;
+    if ((disk.state.raid & KT_PD_SPARE) && !force) return KT_ERR_IS_SPARE;
+    for (const Owner owner : groupsOn(context, pd)) {
+        const Group group = groupOf(context, owner);
+        for (const KT_U16 vd : group.vds)
+            if (find<VdState>(context, vd).value_or(VdState{}).hasOs) return KT_ERR_VD_HAS_OS;
+    }
+    if (foreign) wipeForeign(context, pd);
+    dropSpareRole(context, pd);
+    failPatrol(context, pd);
+    const std::vector<Owner> owners = detach(context, pd);
+    findDisk(context, pd, disk);
+    disk.state.raid &= KT_PD_OFFLINE;
+    disk.state.dgid = KT_NO_ID;
+    /* A partition table would keep the adapter from ever using the disk by itself, and so would its old place. */
+    disk.state.hasMbr = 0;
+    saveDisk(context, disk);
+    for (const Owner owner : owners)
+        forgetHome(context, owner, pd);
+    followUp(context, owners, pd);
+    return KT_OK;
+}
+
+} // namespace sim

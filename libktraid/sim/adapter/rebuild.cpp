@@ -1,0 +1,267 @@
+#include "adapter/rebuild.h"
+
+#include "adapter/blocks.h"
+#include "adapter/deletion.h"
+#include "adapter/members.h"
+#include "events.h"
+
+#include <algorithm>
+
+namespace sim {
+
+static int slotInNeed(const Group& group) {
+    for (int i = 0; i < group.geometry.disks; i++)
+        if (group.needsDisk[static_cast<size_t>(i)]) return i;
+    return -1;
+}
+
+static bool isMember(const Group& group, KT_U16 pd) {
+    return std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
+}
+
+/* Slots that an aborted rebuild left half filled count as needing a disk again. */
+static void reopenAborted(const Context& context, Group& group) {
+    const Activity job = jobOf(context, group.owner);
+    if (job.kind != KT_BGA_REBUILD || job.state != KT_STATE_ABORTED) return;
+    for (size_t i = 0; i < group.members.size(); i++)
+        if (group.members[i] == job.disk) group.needsDisk[i] = true;
+}
+
+static KT_U8 checkRebuildTarget(const Context& context, const Group& group, KT_U16 pd, Disk& disk) {
+    if (findDisk(context, pd, disk) != KT_OK) return KT_ERR_PD_MISSING;
+    const KT_U8 raid = disk.state.raid;
+    if (raid & KT_PD_OFFLINE) return KT_ERR_PD_MISSING;
+    if (isMember(group, pd)) return KT_ERR_TARGET_IS_MEMBER;
+    if (disk.info.HDType & KT_HD_ATAPI) return KT_ERR_ATAPI;
+    const bool otherArrays = (raid & KT_PD_DEDICATED_SPARE) && disk.state.dgid != group.dgid;
+    const bool taken =
+        (raid & (KT_PD_FOREIGN | KT_PD_SPARE_IN_USE)) || ((raid & KT_PD_MEMBER) && !(raid & KT_PD_SPARE));
+    if (otherArrays) return KT_ERR_ALREADY_ARRAY_SPARE;
+    if (taken) return KT_ERR_PD_ASSIGNED;
+    if (disk.state.hasOs) return KT_ERR_PD_HAS_OS;
+    return checkFits(context, group, disk);
+}
+
+static void logSpareUsed(const Context& context, const Group& group, KT_U16 pd) {
+    const auto disk = find<PdState>(context, pd);
+    if (disk && (disk->raid & KT_PD_SPARE))
+        logEvent(context, EVT_PD, 59, pd, SEV_INFO, group.dgid == KT_NO_ID ? 0U : pd,
+                 group.dgid == KT_NO_ID ? 0U : group.dgid);
+}
+
+static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, int count) {
+    KT_U64 work = 0;
+    for (int i = 0; i < count; i++) {
+        const int slot = slotInNeed(group);
+        if (slot < 0) return KT_ERR_PD_COUNT;
+        KT_U8 status = KT_OK;
+        work = std::max(work, placeMember(context, group, slot, pds[i], BLOCK_REBUILDING, status));
+        if (status != KT_OK) return status;
+        group.members[static_cast<size_t>(slot)] = pds[i];
+        group.needsDisk[static_cast<size_t>(slot)] = false;
+        logSpareUsed(context, group, pds[i]);
+    }
+    startJob(context, group.owner, KT_BGA_REBUILD, work, pds[0]);
+    refreshGroup(context, group);
+    if (work == 0) finishRebuild(context, group.owner);
+    arbitrate(context);
+    return KT_OK;
+}
+
+KT_U8 startVdRebuild(const Context& context, KT_U16 id, KT_U16 pd) {
+    if (!(adapterInfo(context).Features & KT_FEATURE_REBUILD)) return KT_ERR_NOT_SUPPORTED;
+    Vd vd = {};
+    const KT_U8 status = findVd(context, id, vd);
+    if (status != KT_OK) return status;
+    if (vd.info.DGID != KT_NO_ID) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (!isRedundant(vd.info.RaidMode)) return KT_ERR_NOT_REDUNDANT;
+    if (!isUsable(vd.info)) return KT_ERR_VD_NOT_READY;
+    if (vd.info.Status == KT_VD_ONLINE) return KT_ERR_VD_FUNCTIONAL;
+    if (isAlive(vd.state.activity)) return KT_ERR_VD_BUSY;
+    Group group = groupOf(context, Owner{OwnerKind::Vd, id});
+    reopenAborted(context, group);
+    Disk disk = {};
+    const KT_U8 target = checkRebuildTarget(context, group, pd, disk);
+    if (target != KT_OK) return target;
+    return slotInNeed(group) < 0 ? KT_U8{KT_ERR_VD_FUNCTIONAL} : startOn(context, group, &pd, 1);
+}
+
+KT_U8 startArrayRebuild(const Context& context, KT_U16 id, const KT_U16* pds, int count) {
+    const _Adapter_Info adapter = adapterInfo(context);
+    if (!isArrayBased(adapter)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (!(adapter.Features & KT_FEATURE_REBUILD)) return KT_ERR_NOT_SUPPORTED;
+    Array array = {};
+    const KT_U8 status = findArray(context, id, array);
+    if (status != KT_OK) return status;
+    if (!isRedundant(array.info.RaidMode)) return KT_ERR_NOT_REDUNDANT;
+    if (array.info.Status == ARRAY_OFFLINE) return KT_ERR_VD_NOT_READY;
+    if (isAlive(array.state.activity)) return KT_ERR_ARRAY_BUSY;
+    Group group = groupOf(context, Owner{OwnerKind::Array, id});
+    reopenAborted(context, group);
+    if (slotInNeed(group) < 0) return KT_ERR_VD_FUNCTIONAL;
+    if (count < 1 || count > group.geometry.disks) return KT_ERR_PD_COUNT;
+    for (int i = 0; i < count; i++) {
+        Disk disk = {};
+        const KT_U8 target = checkRebuildTarget(context, group, pds[i], disk);
+        if (target != KT_OK) return target;
+        if (std::find(pds, pds + i, pds[i]) != pds + i) return KT_ERR_PD_COUNT;
+    }
+    return startOn(context, group, pds, count);
+}
+
+static bool autoRebuildOn(const Context& context) {
+    return adapterConfig(context).AutoRebuildOn == 1 && (adapterInfo(context).Features & KT_FEATURE_REBUILD) != 0;
+}
+
+static bool copyBackOn(const Context& context) {
+    return adapterConfig(context).CopyBackOn == 1 && (adapterInfo(context).Features & KT_FEATURE_COPY_BACK) != 0;
+}
+
+/* How gladly the disk is used to rebuild the slot: 0 = not at all, then a replaced disk in its old place, a spare of
+   the array, a spare of the adapter. */
+static int willingness(const Group& group, const Disk& disk, KT_U16 home) {
+    const KT_U8 raid = disk.state.raid;
+    if (raid & (KT_PD_OFFLINE | KT_PD_FOREIGN | KT_PD_SPARE_IN_USE)) return 0;
+    if (raid & KT_PD_DEDICATED_SPARE) return disk.state.dgid == group.dgid ? 2 : 0;
+    if (raid & KT_PD_GLOBAL_SPARE) return 1;
+    const bool unused = (raid & KT_PD_NOT_FREE) == 0 && !disk.state.hasOs && !disk.state.hasMbr;
+    return unused && disk.state.config.HDID == home ? 3 : 0;
+}
+
+/* The disk to rebuild onto by itself, the smallest of the most willing ones, or KT_NO_ID. */
+static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) {
+    KT_U16 best = KT_NO_ID;
+    int bestWill = 0;
+    KT_U64 bestSize = 0;
+    std::vector<KT_U16> tooSmall;
+    const KT_U16 home = group.homes[static_cast<size_t>(slot)];
+    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& state) {
+        Disk disk = {};
+        const auto pd = static_cast<KT_U16>(id);
+        if (!(state.raid & KT_PD_SPARE) && pd != home) return true;
+        if (findDisk(context, pd, disk) != KT_OK) return true;
+        const int will = willingness(group, disk, home);
+        const KT_U8 fits = will ? checkFits(context, group, disk) : KT_U8{KT_ERR_FAILED};
+        if (fits == KT_ERR_TARGET_TOO_SMALL) tooSmall.push_back(pd);
+        if (fits != KT_OK || will < bestWill || (will == bestWill && disk.info.Size >= bestSize)) return true;
+        best = pd;
+        bestWill = will;
+        bestSize = disk.info.Size;
+        return true;
+    });
+    if (best == KT_NO_ID)
+        for (const KT_U16 pd : tooSmall)
+            logEvent(context, EVT_MISC, 20, pd, SEV_WARNING);
+    return best;
+}
+
+static void rebuildByItself(const Context& context, Owner owner) {
+    Group group = groupOf(context, owner);
+    const int slot = slotInNeed(group);
+    if (slot < 0 || !group.usable || !isRedundant(group.geometry.level)) return;
+    if (jobOf(context, owner).kind != 0) return;
+    const KT_U16 pd = chooseSpare(context, group, slot);
+    if (pd != KT_NO_ID) startOn(context, group, &pd, 1);
+}
+
+/* The slot in which a spare stands for a disk that could have its place back, or -1. */
+static int slotToCopyBack(const Context& context, const Group& group) {
+    for (size_t i = 0; i < group.members.size(); i++) {
+        const auto spare = find<PdState>(context, group.members[i]);
+        Disk home = {};
+        if (!spare || !(spare->raid & KT_PD_SPARE_IN_USE) || group.homes[i] == group.members[i]) continue;
+        if (findDisk(context, group.homes[i], home) != KT_OK) continue;
+        if ((home.state.raid & KT_PD_NOT_FREE) || home.state.hasOs || home.state.hasMbr) continue;
+        const KT_U8 fits = checkFits(context, group, home);
+        if (fits == KT_OK) return static_cast<int>(i);
+        if (fits == KT_ERR_TARGET_TOO_SMALL) logEvent(context, EVT_MISC, 21, group.homes[i], SEV_WARNING);
+    }
+    return -1;
+}
+
+static void copyBackByItself(const Context& context, Owner owner) {
+    const Group group = groupOf(context, owner);
+    if (!group.usable || slotInNeed(group) >= 0 || jobOf(context, owner).kind != 0) return;
+    const int slot = slotToCopyBack(context, group);
+    if (slot < 0) return;
+    KT_U8 status = KT_OK;
+    const KT_U16 home = group.homes[static_cast<size_t>(slot)];
+    const KT_U64 work = placeMember(context, group, slot, home, BLOCK_COPYING, status);
+    if (status != KT_OK) return;
+    startJob(context, owner, KT_BGA_COPY_BACK, work, home);
+    if (work == 0) finishCopyBack(context, owner);
+    arbitrate(context);
+}
+
+void engageSpares(const Context& context) {
+    const bool rebuilds = autoRebuildOn(context);
+    const bool copies = copyBackOn(context);
+    for (const Owner owner : allGroups(context)) {
+        if (rebuilds) rebuildByItself(context, owner);
+        if (copies) copyBackByItself(context, owner);
+    }
+}
+
+/* A spare that nobody will relieve becomes a member like any other. */
+static void settleSpare(const Context& context, const Group& group, KT_U16 pd) {
+    Disk disk = {};
+    if (findDisk(context, pd, disk) != KT_OK || !(disk.state.raid & KT_PD_SPARE_IN_USE)) return;
+    if (copyBackOn(context)) return;
+    disk.state.raid &= static_cast<KT_U8>(~(KT_PD_SPARE | KT_PD_SPARE_IN_USE));
+    saveDisk(context, disk);
+    Array array = {};
+    if (group.dgid == KT_NO_ID || findArray(context, group.dgid, array) != KT_OK) return;
+    KT_U16* end = std::remove(std::begin(array.info.SparePDIDs), std::end(array.info.SparePDIDs), pd);
+    std::fill(end, std::end(array.info.SparePDIDs), KT_U16{KT_NO_ID});
+    array.info.SparePDCount =
+        static_cast<KT_U8>(std::find(std::begin(array.info.SparePDIDs), std::end(array.info.SparePDIDs), KT_NO_ID) -
+                           array.info.SparePDIDs);
+    saveArray(context, array);
+}
+
+void finishRebuild(const Context& context, Owner owner) {
+    const Activity job = jobOf(context, owner);
+    const Group group = groupOf(context, owner);
+    for (size_t slot = 0; slot < group.members.size(); slot++) {
+        bool rebuilt = false;
+        for (const KT_U16 id : blocksFor(context, group, group.members[slot])) {
+            auto block = find<_Block_Info>(context, id);
+            if (!block || block->Status != BLOCK_REBUILDING) continue;
+            block->Status = BLOCK_GOOD;
+            updateBlock(context, *block);
+            rebuilt = true;
+        }
+        const auto disk = find<PdState>(context, group.members[slot]);
+        if (!rebuilt && group.members[slot] != job.disk) continue;
+        settleSpare(context, group, group.members[slot]);
+        if (disk && (!(disk->raid & KT_PD_SPARE) || !copyBackOn(context)))
+            setHome(context, group, static_cast<int>(slot), group.members[slot]);
+    }
+    dropJob(context, owner);
+    logJob(context, owner, job, STEP_COMPLETED);
+    refreshGroup(context, group);
+    engageSpares(context);
+}
+
+void finishCopyBack(const Context& context, Owner owner) {
+    const Activity job = jobOf(context, owner);
+    const Group group = groupOf(context, owner);
+    dropJob(context, owner);
+    logJob(context, owner, job, STEP_COMPLETED);
+    for (size_t slot = 0; slot < group.members.size(); slot++) {
+        if (group.homes[slot] != job.disk) continue;
+        adoptCopies(context, group, static_cast<int>(slot), job.disk);
+        logEvent(context, EVT_PD, 59, group.members[slot], SEV_INFO);
+    }
+    refreshGroup(context, group);
+    engageSpares(context);
+}
+
+void failRebuild(const Context& context, Owner owner) {
+    const Activity job = jobOf(context, owner);
+    dropJob(context, owner);
+    logJob(context, owner, job, STEP_FAILED);
+    if (job.kind == KT_BGA_COPY_BACK) removeMember(context, groupOf(context, owner), job.disk);
+}
+
+} // namespace sim
