@@ -94,6 +94,25 @@ static int composeText(const BackupOptions& o, std::string& text) {
     return 0;
 }
 
+// Says on standard error when the text does not come back: not every level, cache policy, rate or number of members
+// has a form in it.
+static void checkText(const BackupOptions& o, std::string text) {
+    CfgRaidHolder raid = newCfgRaid();
+    if (raid == nullptr) return;
+    _HBA_Info_Page page = {};
+    _file_sasaddr_place_info_t places = {};
+    KT_U16 counts = 0;
+    FILE* printed = stream;
+    stream = nullptr;
+    clean_comment(text.data(), text.size());
+    bool readable =
+        KT_Analyze_Grammar(text.data(), text.size(), &places, &page, raid->lds, raid->spares, &counts, o.mode);
+    stream = printed;
+    if (readable && text.size() <= MOST_FILE_BYTES) return;
+    fprintf(stderr, "%s holds values that restore_cfg does not take; edit it before restoring.\n",
+            shownName(o.file).c_str());
+}
+
 static int writeText(const BackupOptions& o, const std::string& text) {
     std::string shown = shownName(o.file);
     switch (writeWholeFile(o.file, text, Existing::Keep)) {
@@ -128,6 +147,7 @@ int doBackUp_CFG(int argc, char** argv, _cmd_struct* row) {
         result = 1;
     }
     if (writeText(o, text) != 0) return 1;
+    if (!text.empty()) checkText(o, text);
     if (result == 0) out("Backup_cfg command is returned successfully!\n");
     return result;
 }

@@ -1,0 +1,292 @@
+An adapter's configuration is saved as text. A file is never overwritten.
+
+  $ . "$TESTDIR/setup.sh"
+  $ cfg() { ktcfg "$@" > .out 2> .err; local status=$?; sed 1d .out; sed 's/^/stderr: /' .err; return $status; }
+  $ lab default
+  $ cfg backup_cfg
+  Backup_cfg command is returned successfully!
+  $ calls | grep -v 'Adapter\|API\|SIM' | sed 's/ .*//' | uniq -c
+        1 KT_Flash_Bin
+        1 KT_PD_GetHDRaidStatus
+        1 KT_LD_GetInfo
+       11 KT_BLK_GetInfo
+  $ tr '\0' '.' < hba0_cfg.txt
+  ########################################################################################
+  #                    HBA Configuration Help                                            #
+  #                                                                                      #
+  # 1.Config PHY tuning.Features([TRANS_AMP][TRANS_EMPHASIS_AMP][TRANS_AMP_ADJUST]) are  #
+  #   related with phy tuning values which equals to 'FFFF' means no need to configure.  #
+  ########################################################################################
+  [ADAPTER CONFIG]
+  [BEGIN]
+  [SERIAL_NUMBER]=KS260100004711......
+  [SILENT_MODE]=DISABLE
+  [INT13]=DISABLE
+  [ERROR_STOP]=DISABLE
+  [RAID FEATURE]=ENABLE
+  [RAID5]=ENABLE
+  [SPINUP GROUP]=1
+  [SPINUP TIME]=1
+  [HDD-DETECT TIME(S)]=5
+  [SERIAL_CONSOLE]=DISABLE
+  [END]
+  
+  [PORT CONFIG]
+  [BEGIN]
+  
+  [PORT ID]=0
+  [SASADDRESS]=500A1F40:00100000
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=1
+  [SASADDRESS]=500A1F40:00100001
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=2
+  [SASADDRESS]=500A1F40:00100002
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=3
+  [SASADDRESS]=500A1F40:00100003
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=4
+  [SASADDRESS]=500A1F40:00100004
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=5
+  [SASADDRESS]=500A1F40:00100005
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=6
+  [SASADDRESS]=500A1F40:00100006
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=7
+  [SASADDRESS]=500A1F40:00100007
+  [RATE]=3Gb/s
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  [END]
+  
+  [RAID CONFIG]
+  [BEGIN]
+  [VD ID]=0
+  [RAID NAME]=boot...........
+  [RAID MODE]=RAID1
+  [CAPACITY (M)]=102400
+  [PD MEMBER]=7,8
+  [BLOCK SIZE (K)]=64
+  [WRITE POLICY]=WRITEBACK
+  [READ POLICY]=NONE
+  [INIT MODE]=QUICK
+  
+  [VD ID]=1
+  [RAID NAME]=scratch........
+  [RAID MODE]=RAID1
+  [CAPACITY (M)]=409600
+  [PD MEMBER]=7,8
+  [BLOCK SIZE (K)]=64
+  [WRITE POLICY]=WRITEBACK
+  [READ POLICY]=NONE
+  [INIT MODE]=QUICK
+  
+  [VD ID]=2
+  [RAID NAME]=orders.........
+  [RAID MODE]=RAID5
+  [CAPACITY (M)]=2097152
+  [PD MEMBER]=0,1,2
+  [BLOCK SIZE (K)]=64
+  [WRITE POLICY]=WRITEBACK
+  [READ POLICY]=NONE
+  [INIT MODE]=QUICK
+  
+  [VD ID]=3
+  [RAID NAME]=archive........
+  [RAID MODE]=RAID6
+  [CAPACITY (M)]=3436463
+  [PD MEMBER]=3,4,5,6
+  [BLOCK SIZE (K)]=128
+  [WRITE POLICY]=WRITETHROUGH
+  [READ POLICY]=NONE
+  [INIT MODE]=QUICK
+  [PARITY DISK]=2
+  
+  [SPARE ID]=0
+  [PHYSICAL DISK ID]=9
+  [VIRTUAL DISK ID]=1
+  
+  [SPARE ID]=1
+  [PHYSICAL DISK ID]=10
+  [VIRTUAL DISK ID]=FF
+  [END]
+  $ cp hba0_cfg.txt before
+  $ cfg backup_cfg
+  There is the same file 'hba0_cfg.txt', please rename this file!!
+  [1]
+  $ cmp hba0_cfg.txt before
+  $ cfg backup_cfg -t PHY -f '"only phy.txt"'
+  Backup_cfg command is returned successfully!
+  $ head -16 'only phy.txt' | tail -8
+  
+  [PORT ID]=0
+  [AMP]=6
+  [PRE_EMPHASIS]=2
+  [DRIVE]=20
+  [PRE_HALF]=ENABLE
+  
+  [PORT ID]=1
+
+Edited by hand and read back, it changes what it names and nothing else.
+
+  $ cat > change.txt <<EOF
+  > [adapter config] # as an editor left it
+  > [spinup group] = 4
+  > [End]
+  > [Port Config]
+  > [PORT ID]=7
+  > [AMP]=f   # the strongest
+  > [END]
+  > [RAID CONFIG]
+  > [END]
+  > EOF
+  $ cfg restore_cfg -f change.txt
+  KTCLI_RAID_CONFIG End
+  Restore HBA and Port config is returned successfully!
+  
+  [1]
+  $ ktcfg backup_cfg -f after > .out
+  $ diff -aU0 before after | grep '^[+-]\['
+  -[SPINUP GROUP]=1
+  +[SPINUP GROUP]=4
+  -[AMP]=6
+  +[AMP]=F
+  $ cfg restore_cfg -t phy -f 'only phy.txt'
+  Restore HBA and Port config is returned successfully!
+  
+  [1]
+  $ cfg restore_cfg -f 'only phy.txt'
+  syntax error!! line 59 
+  >>Analysis config file error!
+  [1]
+  $ cfg restore_cfg -f nosuch.txt
+  Error: Failed open nosuch.txt !
+  [1]
+  $ printf '[PORT CONFIG]\n[PORT ID]=8\n[END]\n' > bad.txt
+  $ cfg restore_cfg -f bad.txt
+  Restore_Error: port id in the file exceed MAX_PORT_NUMBER!
+  Restore_Error: 
+  Analysis config file error!
+  [1]
+
+A saved adapter comes back whole: virtual disks and spares are deleted and created again, in that order.
+
+  $ lab full
+  $ cfg 8 backup_cfg -f saved
+  Backup_cfg command is returned successfully!
+  $ cfg 8 restore_cfg -f saved --raid | sed '/ing virtual disk/{/VD_3\>/!d}'
+  KTCLI_RAID_CONFIG End
+  Restore HBA and Port config is returned successfully!
+  
+  Restore raid config is returned successfully!
+  stderr: Deleting virtual disk 3 'VD_3' (RAID5).
+  stderr: Creating virtual disk 'VD_3' (RAID5, 3057543 M) on disks 12, 13, 14, 15.
+  $ calls | sed '/Adapter\|API\|SIM\|GetStatus/d; s/ .*//' | uniq -c
+        1 KT_Flash_Bin
+        1 KT_PD_GetHDRaidStatus
+        1 KT_LD_GetInfo
+      128 KT_BLK_GetInfo
+        2 KT_Flash_Bin
+        1 KT_PD_GetHDRaidStatus
+        1 KT_LD_GetInfo
+       32 KT_LD_Delete
+       32 KT_LD_Create
+  $ cfg 8 backup_cfg -f again
+  Backup_cfg command is returned successfully!
+  $ cmp saved again
+
+Whatever an adapter holds, it is either read back and written the same way, or said to be beyond the text's means.
+
+  $ for name in default empty full troubled hostile; do
+  >   lab $name
+  >   count=$(ktsetup adapter | sed -n 's/Total number of adapters: //p')
+  >   for a in $(seq 0 $((count - 1))); do
+  >     rm -f saved again
+  >     cfg $a backup_cfg -f saved > .said
+  >     cfg $a restore_cfg -f saved >> .said
+  >     ktcfg $a backup_cfg -f again > /dev/null 2>&1
+  >     cmp -s saved again && echo "$name $a: $(sed -n '/stderr/s/stderr: //p; /Restore_Error: ./p' .said)"
+  >   done
+  > done
+  default 0: 
+  default 1: saved holds values that restore_cfg does not take; edit it before restoring.
+  Restore_Error: invalid vd raid mode!
+  empty 0: 
+  empty 1: 
+  empty 2: 
+  full 0: 
+  full 1: 
+  full 2: 
+  full 3: 
+  full 4: 
+  full 5: 
+  full 6: 
+  full 7: 
+  full 8: 
+  full 9: 
+  full 10: 
+  full 11: 
+  full 12: 
+  full 13: 
+  full 14: 
+  full 15: 
+  troubled 0: 
+  troubled 1: saved holds values that restore_cfg does not take; edit it before restoring.
+  Restore_Error: invalid vd raid mode!
+  hostile 0: saved holds values that restore_cfg does not take; edit it before restoring.
+  Restore_Error: unknown HBA config option!
+  hostile 1: saved holds values that restore_cfg does not take; edit it before restoring.
+  Restore_Error: unknown HBA config option!
+
+Where to find the commands.
+
+  $ ktcfg | tail -4
+  help         :Get brief help for all commands or detail help for one command.
+  backup_cfg   :Backup current HBA,RAID configuration and autoload data.
+  restore_cfg  :Restore HBA,RAID and AutoLoad configuration from a text file.
+  
+  $ ktcfg 0 back -h | head -4
+  SG driver version 3.5.36.
+  Description:Backup current HBA,RAID configuration and autoload data.
+  
+  backup_cfg [-f <filename>][-t ][-h]
