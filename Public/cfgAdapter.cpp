@@ -5,10 +5,6 @@
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 
-FlashPage newFlashPage() {
-    return {static_cast<_Flash_Data*>(calloc(1, sizeof(_Flash_Data))), &free};
-}
-
 CfgRaidHolder newCfgRaid() {
     return {static_cast<CfgRaid*>(calloc(1, sizeof(CfgRaid))), &free};
 }

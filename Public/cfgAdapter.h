@@ -5,10 +5,6 @@
 
 #include "Public/cfgText.h"
 
-// One page of the settings image, zeroed; null without memory.
-using FlashPage = std::unique_ptr<_Flash_Data, decltype(&free)>;
-FlashPage newFlashPage();
-
 // The virtual disks and spares of an adapter or of a text. About 80 KiB, so it is allocated; null without memory.
 struct CfgRaid {
     _LD_Info lds[CFG_MOST_VDS];

@@ -7,6 +7,7 @@
 #include "Public/cfgAdapter.h"
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
+#include "Public/flashPage.h"
 #include "Public/listing.h"
 #include "Public/wholeFile.h"
 

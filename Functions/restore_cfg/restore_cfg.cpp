@@ -8,6 +8,7 @@
 #include "Functions/restore_cfg/raidRestore.h"
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
+#include "Public/flashPage.h"
 #include "Public/utility.h"
 #include "Public/wholeFile.h"
 
