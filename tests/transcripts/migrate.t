@@ -26,8 +26,6 @@ What a migration would come to, and what is refused.
   [1]
   $ kt migrate -l 0 -r 0 -d 1,2
   
-  Unable to get migrate size of VD 0 (error 70: Migration is not supported).
-  
    Abort migration!!! Redundancy level is degraded from RAID1 to RAID0
   [1]
   $ kt migrate -l 0 -r 5
@@ -36,16 +34,12 @@ What a migration would come to, and what is refused.
   RAID5 needs at least 3 PDs.
   [1]
   $ kt migrate -l 0 -r 5 -d 1,3,4
-  
-  Unable to get migrate size of VD 0 (error 79: Disk is missing from an array).
   Target PDs need to include ALL member disks [1 2 ].
   [1]
   $ kt migrate -l 0 -r 5 -d 1,2,5
   Not free disk 5 can not be used to migration VD.
   [1]
   $ kt migrate -l 0 -r 5 -d 1,2,40
-  
-  Unable to get migrate size of VD 0 (error 55: Specified physical disk doesn't exist).
   Failed to get status for PD 40 (error 9: Invalid physical disk id)
   [9]
   $ kt migrate -l 9 -r 5 -d 1,2,3
@@ -120,9 +114,11 @@ An array, with all its virtual disks.
   [1]
   $ kt 1 migrate -l 0 -r 1 -d 0,1
   
-  Failed to get migration size (error 70: Migration is not supported).
+  Target VD size can not smaller than source VD.
+  [1]
+  $ kt 1 migrate -l 0 -r 10 -d 0,1,2,5
   
-   Abort migration!!! Redundancy level is degraded from RAID5 to RAID1.
+   Abort migration!!! Redundancy level is degraded from RAID5 to RAID10.
   [1]
   $ kt 1 migrate -l 0 -r 6 -d 0,1,5
   
@@ -130,13 +126,9 @@ An array, with all its virtual disks.
   RAID6 needs least 4 PDs.
   [1]
   $ kt 1 migrate -l 0 -d 0,1,5
-  
-  Failed to get migration size (error 79: Disk is missing from an array).
   Target PDs need to include ALL member disks [0 1 2 ].
   [1]
   $ kt 1 migrate -l 0 -d 0,1,2,3
-  
-  Failed to get migration size (error 56: Specified physical disk is assigned to a virtual disk).
   Target PD 3 is not free.
   [1]
   $ kt 1 migrate -l 0 -d 0,1,2,5

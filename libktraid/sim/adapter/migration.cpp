@@ -52,7 +52,7 @@ static KT_U8 checkArrivals(const Context& context, Journey& journey) {
     return KT_OK;
 }
 
-/* Fills in the journey and checks all that does not depend on what is going on now. */
+/* Fills in the journey and checks what its size depends on: that the level takes that many disks. */
 static KT_U8 planJourney(const Context& context, KT_U8 level, KT_U8 parity, const KT_U16* disks, int count, bool array,
                          Journey& journey) {
     const _Adapter_Info adapter = adapterInfo(context);
@@ -64,14 +64,19 @@ static KT_U8 planJourney(const Context& context, KT_U8 level, KT_U8 parity, cons
     if (most && journey.disks.size() > most) return KT_ERR_PD_COUNT;
     const bool counts = level == KT_RAID6 || level == KT_RAID60;
     journey.to = Geometry{level, static_cast<KT_U8>(journey.disks.size()), counts ? parity : KT_U8{0}};
-    KT_U8 status = checkGeometry(adapter, journey.to, array);
+    const KT_U8 status = checkGeometry(adapter, journey.to, array);
     if (status != KT_OK) return status;
+    const bool migratable = isMigratable(level) && isMigratable(journey.from.geometry.level);
+    return migratable ? KT_U8{KT_OK} : KT_U8{KT_ERR_MIGRATION_UNSUPPORTED};
+}
+
+/* All else that does not depend on what is going on now. */
+static KT_U8 checkJourney(const Context& context, Journey& journey) {
     const Geometry& from = journey.from.geometry;
-    if (!isMigratable(level) || !isMigratable(from.level)) return KT_ERR_MIGRATION_UNSUPPORTED;
-    if (redundancyRank(level) < redundancyRank(from.level)) return KT_ERR_MIGRATION_UNSUPPORTED;
-    status = checkArrivals(context, journey);
+    if (redundancyRank(journey.to.level) < redundancyRank(from.level)) return KT_ERR_MIGRATION_UNSUPPORTED;
+    const KT_U8 status = checkArrivals(context, journey);
     if (status != KT_OK) return status;
-    const bool same = level == from.level && journey.to.parity == from.parity && journey.arrived.empty();
+    const bool same = journey.to.level == from.level && journey.to.parity == from.parity && journey.arrived.empty();
     return same ? KT_U8{KT_ERR_MIGRATION_UNNECESSARY} : KT_U8{KT_OK};
 }
 
@@ -156,7 +161,8 @@ KT_U8 migratedVdSize(const Context& context, _Create_LD_Param& param) {
 KT_U8 startVdMigration(const Context& context, _Create_LD_Param& param) {
     Vd vd = {};
     Journey journey = {};
-    const KT_U8 status = planVd(context, param, vd, journey);
+    KT_U8 status = planVd(context, param, vd, journey);
+    if (status == KT_OK) status = checkJourney(context, journey);
     if (status != KT_OK) return status;
     if (isAlive(vd.state.activity)) return KT_ERR_VD_BUSY;
     if (anotherMigrates(context, journey.from.owner)) return KT_ERR_ONE_VD_MIGRATION;
@@ -189,6 +195,8 @@ KT_U8 startArrayMigration(const Context& context, _CreateOrModify_DG_Param& para
     const KT_U64 size = capacityOf(journey.to, array.info.SmallestAvailablePDSize);
     param.Size = size;
     if (sizeOnly) return KT_OK;
+    status = checkJourney(context, journey);
+    if (status != KT_OK) return status;
     status = checkArrayIdle(context, journey, array);
     if (status != KT_OK) return status;
     return size < array.info.TotalManagedSpace ? KT_U8{KT_ERR_TARGET_TOO_SMALL} : startJourney(context, journey);
