@@ -19,7 +19,6 @@ struct Options {
     std::string state; /* where the state is; empty = as the library finds it */
     unsigned adapter = 0;
     bool force = false;
-    int result = 0; /* of the command that ran */
 };
 
 void addCreate(CLI::App& app, Options& options);

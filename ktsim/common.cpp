@@ -66,9 +66,10 @@ void changeState(const Options& options, const std::function<void(Store&)>& work
 void changeAdapter(const Options& options, const std::function<void(Context&)>& work) {
     changeState(options, [&](Store& store) {
         const unsigned adapters = adapterCount(store);
-        if (options.adapter >= adapters)
+        if (options.adapter >= adapters) {
             throw CommandFailure{"there is no adapter " + std::to_string(options.adapter) + ", only " +
                                  std::to_string(adapters) + " of them"};
+        }
         Context context{store, static_cast<KT_U8>(options.adapter), simulatedNow(store)};
         work(context);
     });

@@ -33,7 +33,7 @@ static std::string labText(const std::string& name) {
     const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
     struct stat info = {};
     if (file >= 0 && fstat(file, &info) == 0 && !S_ISDIR(info.st_mode)) {
-        const std::string text = readAll(file, name);
+        std::string text = readAll(file, name);
         close(file);
         return text;
     }
@@ -75,10 +75,11 @@ static void replaceState(const Options& options, const std::string& path, const 
         closeStore(store);
         throw CommandFailure{"nothing was changed"};
     }
-    if (store)
+    if (store) {
         refill(*store, lab);
-    else
+    } else {
         replaceStore(path, fillFromLab, &lab);
+    }
 }
 
 static void create(const Options& options, const CreateOptions& wanted) {
@@ -95,10 +96,11 @@ static void create(const Options& options, const CreateOptions& wanted) {
     closeStore(openMemoryStore(fillFromLab, &lab)); /* a lab with a mistake costs nobody his state */
     const std::string path = statePathOf(options);
     struct stat there = {};
-    if (lstat(path.c_str(), &there) == 0)
+    if (lstat(path.c_str(), &there) == 0) {
         replaceState(options, path, lab);
-    else
+    } else {
         closeStore(openStore(path, fillFromLab, &lab));
+    }
 }
 
 void addCreate(CLI::App& app, Options& options) {

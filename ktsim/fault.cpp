@@ -24,10 +24,11 @@ std::string faultText(const Fault& fault);
 
 std::string faultText(const Fault& fault) {
     std::string text = printable(fault.call, sizeof fault.call);
-    if (fault.kind == FAULT_STATUS)
+    if (fault.kind == FAULT_STATUS) {
         text += " answers " + std::to_string(fault.status);
-    else
+    } else {
         text += std::string(" spoils its ") + KIND_NAMES[fault.kind < 4 ? fault.kind : 0];
+    }
     if (fault.adapter != ADAPTER_GLOBAL) text += " on adapter " + std::to_string(fault.adapter);
     if (fault.after > fault.seen)
         text += ", after " + std::to_string(fault.after - fault.seen) + " more calls that go well";

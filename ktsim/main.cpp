@@ -5,25 +5,12 @@
 
 enum { RESULT_FAILED = 1, RESULT_USAGE = 2 };
 
-static int runParsed(CLI::App& app, int argc, char** argv) {
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : RESULT_USAGE;
-    } catch (const CommandFailure& failure) {
-        fprintf(stderr, "ktsim: %s\n", failure.message.c_str());
-        return RESULT_FAILED;
-    } catch (const sim::StoreFailure& failure) {
-        fprintf(stderr, "ktsim: %s\n", failure.message.c_str());
-        return RESULT_FAILED;
-    } catch (const sim::LabError& error) {
-        fprintf(stderr, "ktsim: lab %s\n", error.message.c_str());
-        return RESULT_FAILED;
-    }
-    return 0;
+static int say(const std::string& what) {
+    fprintf(stderr, "ktsim: %s\n", what.c_str());
+    return RESULT_FAILED;
 }
 
-int main(int argc, char** argv) {
+static int runWords(int argc, char** argv) {
     CLI::App app{"Makes, shows and changes the simulated adapters that the library libktraid.so.4 plays.\n"
                  "Their state is kept in the file that KTRAID_SIM names, else in the user's state folder."};
     Options options;
@@ -35,17 +22,36 @@ int main(int argc, char** argv) {
     addShow(app, options);
     addStatus(app, options);
     addBattery(app, options);
-
+    addEnclosure(app, options);
     addClock(app, options);
     addFault(app, options);
     addEvent(app, options);
-
     addImage(app, options);
     addRun(app, options);
-    const int result = runParsed(app, argc, argv);
-    if (fflush(stdout) != 0) {
-        fprintf(stderr, "ktsim: the output could not be written\n");
-        return RESULT_FAILED;
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : RESULT_USAGE;
     }
-    return result ? result : options.result;
+    return 0;
+}
+
+static int runGuarded(int argc, char** argv) {
+    try {
+        return runWords(argc, argv);
+    } catch (const CommandFailure& failure) {
+        return say(failure.message);
+    } catch (const sim::StoreFailure& failure) {
+        return say(failure.message);
+    } catch (const sim::LabError& error) {
+        return say("lab " + error.message);
+    } catch (const std::exception& error) {
+        return say(error.what());
+    }
+}
+
+/* What is left that a handler itself can throw is running out of memory: the end, whatever is done. */
+int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
+    const int result = runGuarded(argc, argv);
+    return fflush(stdout) == 0 ? result : say("the output could not be written");
 }

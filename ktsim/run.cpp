@@ -33,6 +33,7 @@ static void run(const Options& options, const std::vector<std::string>& command)
         setenv("LD_LIBRARY_PATH", (path && *path ? folder + ":" + path : folder).c_str(), 1);
     }
     std::vector<char*> words;
+    words.reserve(command.size() + 1);
     for (const std::string& word : command)
         words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);

@@ -96,10 +96,11 @@ static void printProgress(const Context& context, const Activity& activity) {
 static std::string healthNotes(const Context& context) {
     std::string notes;
     const auto battery = find<_BBU_Info>(context, 0);
-    if (battery && battery->status)
+    if (battery && battery->status) {
         notes += ", battery " + std::to_string(battery->percentage) + "%";
-    else
+    } else {
         notes += ", no battery";
+    }
     if (const auto last = lastRow(context.store, context.adapter, KIND_EVENT))
         notes += ", last event " + std::to_string(*last);
     return notes;
@@ -115,7 +116,8 @@ static void printHead(const Context& context, const _Adapter_Info& info) {
 
 static void printMore(KT_U64 total, int shown, const char* what) {
     if (total > static_cast<KT_U64>(shown))
-        printf("    ... %llu more %s (--all shows them)\n", static_cast<unsigned long long>(total) - shown, what);
+        printf("    ... %llu more %s (--all shows them)\n",
+               static_cast<unsigned long long>(total) - static_cast<unsigned>(shown), what);
 }
 
 static void printVd(const Context& context, KT_U16 id, const _LD_Info& vd) {

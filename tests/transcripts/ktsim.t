@@ -189,6 +189,25 @@ Batteries and images.
   $ ls other.img 2> /dev/null
   [2]
 
+Elements of enclosures.
+
+  $ ktsim enclosure show
+  Enclosure 1    TARNWARE Shelf 24, 8 kinds of element, status 0
+  $ ktsim enclosure set 1 fan 0 failed
+  $ kt event | sed -n 's/^Description:  //p' | head -1
+  Adapter 0 Defective fan 0 found
+  $ ktsim enclosure set 1 fan 0 soup
+  ktsim: enclosure 1, fan 0: there is none, or it is never "soup" but only: ok failed off missing unknown
+  [1]
+  $ ktsim enclosure set 1 fan 200 ok
+  ktsim: enclosure 1, fan 200: there is none, or it is never "ok" but only: ok failed off missing unknown
+  [1]
+  $ ktsim enclosure set 1 soup 0 ok 2> /dev/null
+  [2]
+  $ ktsim enclosure reading 1 dor 0 20
+  ktsim: enclosure 1, dor 0: there is none, or it measures nothing
+  [1]
+
 A command in the state's environment; its result is the command's own.
 
   $ ktsim --state elsewhere.db run -- sh -c 'basename "$KTRAID_SIM"; basename "${LD_LIBRARY_PATH%%:*}"; exit 7'
@@ -206,7 +225,7 @@ A command in the state's environment; its result is the command's own.
 
 Help is everywhere; what is not understood ends in 2.
 
-  $ for c in create show status clock "clock until" battery "battery charge" fault event image "image make" run; do
+  $ for c in create show status clock "clock until" battery "battery charge" enclosure "enclosure set" fault event image "image make" run; do
   >   ktsim $c --help > help || echo "$c: $?"; grep -q Usage help || echo "$c: no help"; done
   $ ktsim > /dev/null 2>&1
   [2]
