@@ -21,6 +21,7 @@ static int runWords(int argc, char** argv) {
     addCreate(app, options);
     addShow(app, options);
     addStatus(app, options);
+    addDisk(app, options);
     addBattery(app, options);
     addEnclosure(app, options);
     addClock(app, options);

@@ -115,9 +115,9 @@ static void printHead(const Context& context, const _Adapter_Info& info) {
 }
 
 static void printMore(KT_U64 total, int shown, const char* what) {
-    if (total > static_cast<KT_U64>(shown))
-        printf("    ... %llu more %s (--all shows them)\n",
-               static_cast<unsigned long long>(total) - static_cast<unsigned>(shown), what);
+    if (total <= static_cast<KT_U64>(shown)) return;
+    printf("    ... %llu more %s (--all shows them)\n",
+           static_cast<unsigned long long>(total) - static_cast<unsigned>(shown), what);
 }
 
 static void printVd(const Context& context, KT_U16 id, const _LD_Info& vd) {

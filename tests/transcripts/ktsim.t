@@ -189,6 +189,46 @@ Batteries and images.
   $ ls other.img 2> /dev/null
   [2]
 
+Disks; what follows is the adapter's business.
+
+  $ lab default
+  $ ktsim disk fail 1 < /dev/null
+  Disk 1 holds parts of virtual disks. Go on? [y/N] ktsim: nothing was changed
+  
+  [1]
+  $ ktsim disk fail 1 --force && ktsim status | grep -A1 'Array 1\|VD 2'
+    Array 1 databases        RAID5              3.6 TiB  functional, 1.6 TiB free, has spares
+            [--------------------] 0% rebuild, 3 h 38 min left
+  --
+    VD 2    orders           RAID5              2.0 TiB  array 1   degraded
+    VD 3    archive          RAID6              7.3 TiB  array 2   online
+  --
+    VD 2    spool            RAID0            200.0 GiB            online
+    VD 3    home             hybrid           200.0 GiB            online
+  $ ktsim disk fail 1 --force
+  ktsim: there is no disk 1 that works
+  [1]
+  $ ktsim disk insert 1
+  ktsim: there is no disk 1 that was pulled
+  [1]
+  $ ktsim disk pull 12 && ktsim status | grep 'PD 12 ' && ktsim disk insert 12 && ktsim status | grep 'PD 12 '
+    PD 12   Gannet GT1000G           pulled out
+    PD 12   Gannet GT1000G           SATA      931.5 GiB  free
+  $ ktsim disk replace 1 --size 4XB --force
+  ktsim: "4XB" is not a size such as 500GB or 4TB
+  [1]
+  $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim clock until idle
+  Idle after 7 h 16 min.
+  $ ktsim status | grep 'VD 2\|PD [19] \|PD 11'
+    VD 2    orders           RAID5              2.0 TiB  array 1   online
+    PD 1    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
+    PD 9    Fulmar FX2000G-SAS       SAS         1.8 TiB  spare of array 1
+    PD 11   Petrel PS480G SSD        SATA SSD  447.1 GiB  free, SMART threshold exceeded
+    VD 2    spool            RAID0            200.0 GiB            online
+    PD 1    Gannet GT1000G           SATA      931.5 GiB  member
+  $ ktsim disk age 0 soup 2> /dev/null
+  [2]
+
 Elements of enclosures.
 
   $ ktsim enclosure show
@@ -225,7 +265,7 @@ A command in the state's environment; its result is the command's own.
 
 Help is everywhere; what is not understood ends in 2.
 
-  $ for c in create show status clock "clock until" battery "battery charge" enclosure "enclosure set" fault event image "image make" run; do
+  $ for c in create show status clock "clock until" disk "disk age" battery "battery charge" enclosure "enclosure set" fault event image "image make" run; do
   >   ktsim $c --help > help || echo "$c: $?"; grep -q Usage help || echo "$c: no help"; done
   $ ktsim > /dev/null 2>&1
   [2]
