@@ -1,6 +1,8 @@
 #include "Public/output.h"
 
+#include <cerrno>
 #include <cstdarg>
+#include <cstring>
 
 FILE* stream = nullptr;
 
@@ -13,7 +15,7 @@ void out(const char* format, ...) {
 }
 
 static bool reportLost(bool lost) {
-    if (lost) perror("ktsetup: cannot write the output");
+    if (lost) fprintf(stderr, "%s: cannot write the output: %s\n", program_invocation_short_name, strerror(errno));
     return !lost;
 }
 

@@ -156,7 +156,7 @@ static bool readConfiguration(CfgFile& file, KT_U8 mode, _file_sasaddr_place_inf
 
 // The configuration text with the assigned addresses and serial number in their places.
 static std::string assignedText(const std::string& text, const _file_sasaddr_place_info_t& places,
-                                const _HBA_Info_Page& page) {
+                                const _HBA_Info_Page& page, bool newSerial) {
     struct Change {
         CfgPlace place;
         std::string value;
@@ -166,8 +166,10 @@ static std::string assignedText(const std::string& text, const _file_sasaddr_pla
         if (places.sasaddr_place[port].length == 0) continue;
         changes.push_back({places.sasaddr_place[port], sasAddressText(page.SAS_Address[port])});
     }
-    changes.push_back({places.serialnumber_place,
-                       std::string(reinterpret_cast<const char*>(page.Serial_Num), sizeof page.Serial_Num)});
+    if (newSerial) {
+        changes.push_back({places.serialnumber_place,
+                           std::string(reinterpret_cast<const char*>(page.Serial_Num), sizeof page.Serial_Num)});
+    }
     // From the end on, so that the places before a change stay valid.
     std::sort(changes.begin(), changes.end(), [](const Change& a, const Change& b) { return a.place.at > b.place.at; });
     std::string assigned = text;
@@ -194,7 +196,8 @@ static bool assign(const CfgFile& file, const _file_sasaddr_place_info_t& places
     }
     page.Check_Sum = 0;
     page.Check_Sum = static_cast<KT_U8>(-GetHBAInfoChksum_Flash(&page));
-    if (writeWholeFile(file.path, assignedText(file.text, places, page), Existing::Replace) != WroteFile::Yes) {
+    std::string text = assignedText(file.text, places, page, assigned.serialnumber_flag != 0);
+    if (writeWholeFile(file.path, text, Existing::Replace) != WroteFile::Yes) {
         out("Error: Failed open %s !\n", file.shown.c_str());
         return false;
     }

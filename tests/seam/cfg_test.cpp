@@ -378,13 +378,16 @@ TEST_F(Cfg, AutosetStartsAtTheStartAndStopsAtTheEnd) {
     EXPECT_EQ(range + "[SAS_ADDRESS_CURRENT]=00000000:00000007\n[SERIALNUMBER_CURRENT]=ABCDEFGHIJ00000000A1\n",
               fileText("setcfg4.txt"));
     EXPECT_EQ(5, written().SAS_Address[0][7]);
+    write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=00000000:00000007");
+    runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_EQ(8, written().SAS_Address[1][7]);
     // One address is left for two ports: none is given; the serial number still is.
     const std::string end = "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n[SAS_ADDRESS_CURRENT]=00000000:00000008";
     write("setcfg4.txt", range + end);
     Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
     EXPECT_NE(std::string::npos,
               outcome.printed.find("Restore_Warning: No available count for SAS Address!(setcfg.txt)\n"));
-    EXPECT_EQ(5, written().SAS_Address[0][7]);
+    EXPECT_EQ(7, written().SAS_Address[0][7]);
     EXPECT_EQ(range + "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000101\n[SAS_ADDRESS_CURRENT]=00000000:00000008",
               fileText("setcfg4.txt"));
     outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");

@@ -244,6 +244,9 @@ TEST(CfgReader, IsLenientAboutCaseBlanksAndComments) {
     EXPECT_EQ(CFG_GLOBAL_SPARE, reading.raid->spares[0].DGID);
     // A value may be as long as forty characters; the identities of other cards are checked and dropped.
     EXPECT_TRUE(read(adapterText("[SERIAL_NUMBER]=" + std::string(40, 's') + "\n[SUBVENDOR_ID]=1b4B\n")).good);
+    // A NUL ends a comment as well.
+    EXPECT_EQ("Restore_Error: unknown HBA config option!\n",
+              read(adapterText("#" + std::string(1, '\0') + "\n")).printed);
     // Ports before any id, and values of keys that pend across a section, are no reason to stop.
     EXPECT_TRUE(read(portText("[AMP]=zz\n[SASADDRESS]=1\n")).good);
     EXPECT_TRUE(read("[ADAPTER CONFIG][INT13]=ENABLE[RAID CONFIG]\n[END]").good);
@@ -354,6 +357,11 @@ TEST(CfgReader, SaysWhatIsWrong) {
 
 TEST(CfgReader, KeepsWithinItsRecords) {
     std::string lines;
+    for (int i = 0; i < 255; ++i)
+        lines += "[VD ID]=" + std::to_string(i) + "\n";
+    EXPECT_EQ(255, read(raidText(lines)).raid->ldCount);
+    EXPECT_EQ("Restore_Error: vd id is invalid!\nRestore_Error: \n", read(raidText(lines + "[VD ID]=256\n")).printed);
+    lines.clear();
     for (int i = 0; i < 65535; ++i)
         lines += "[VD ID]=" + std::to_string(i == 255 ? 0 : i) + "\n";
     EXPECT_EQ("Restore_Error: vd id is invalid!\nRestore_Error: \n", read(raidText(lines)).printed);
