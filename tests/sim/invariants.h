@@ -11,5 +11,7 @@
    not agree with the blocks, virtual disks whose blocks are not theirs, arrays and spares that disagree with their
    disks, events out of sequence. */
 std::vector<std::string> findViolations(sim::Store& store);
+/* The same, with what holds only where the adapters' rules made the state, not a lab. */
+std::vector<std::string> findRaidViolations(sim::Store& store);
 
 #endif

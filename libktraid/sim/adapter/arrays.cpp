@@ -180,7 +180,8 @@ static VdPlan planInSlot(Array& array, int slot, const _CreateOrModify_VD_Param&
 static KT_U8 checkVdParam(const Context& context, const Array& array, const _CreateOrModify_VD_Param& param) {
     const _Adapter_Info adapter = adapterInfo(context);
     if (array.info.Status == ARRAY_OFFLINE) return KT_ERR_ARRAY_DISK_MISSING;
-    if (array.state.activity.kind == KT_BGA_MIGRATION) return KT_ERR_ARRAY_BUSY;
+    const KT_U8 activity = array.state.activity.kind;
+    if (activity == KT_BGA_MIGRATION || activity == KT_BGA_COPY_BACK) return KT_ERR_ARRAY_BUSY;
     if (param.RaidMode != array.info.RaidMode) return KT_ERR_INVALID_RAID_MODE;
     if (param.StripeBlockSize != array.info.StripeBlockSize) return KT_ERR_STRIPE_MISMATCH;
     if (param.BlockSize != array.info.BlockSize) return KT_ERR_BLOCK_SIZE;

@@ -159,16 +159,21 @@ KT_U8 pullDisk(const Context& context, KT_U16 pd) {
     return KT_OK;
 }
 
-/* Gives a virtual disk back the block it missed, when it has not gone on without it. */
-static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry) {
-    auto vd = find<_LD_Info>(context, entry.block.LDID);
+/* Whether the virtual disk has waited for this block: it is offline, and nothing else is in the place. */
+static bool isAwaited(const Context& context, KT_U16 pd, const PulledBlock& entry) {
+    const auto vd = find<_LD_Info>(context, entry.block.LDID);
     if (!vd || memcmp(vd->LD_GUID, entry.guid, sizeof entry.guid) != 0) return false;
     if (vd->Status != KT_VD_OFFLINE || entry.slot >= geometryOf(*vd).disks) return false;
     if (vd->BlockIDs[entry.slot] != KT_NO_ID || entry.block.Status == BLOCK_REBUILDING) return false;
+    return isFreeSpace(context, pd, entry.block.StartLBA, entry.block.Size);
+}
+
+static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry) {
+    auto vd = find<_LD_Info>(context, entry.block.LDID);
+    if (!vd || !isAwaited(context, pd, entry)) return false;
     _Block_Info block = entry.block;
     block.HDID = pd;
     block.Status = BLOCK_GOOD;
-    if (!isFreeSpace(context, pd, block.StartLBA, block.Size)) return false;
     const KT_U16 id = addBlock(context, block);
     if (id == KT_NO_ID) return false;
     vd->BlockIDs[entry.slot] = id;
@@ -176,11 +181,15 @@ static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry
     return true;
 }
 
+/* A member comes back as a whole, with the blocks of every virtual disk of the array, or not at all. */
 static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     Array array = {};
     if (!(blocks.raid & KT_PD_MEMBER) || findArray(context, blocks.dgid, array) != KT_OK) return false;
     if (array.info.Status != ARRAY_OFFLINE || blocks.slot >= array.state.memberCount) return false;
     if (array.state.members[blocks.slot] != KT_NO_ID || array.state.homes[blocks.slot] != pd) return false;
+    const size_t vds = groupOf(context, Owner{OwnerKind::Array, blocks.dgid}).vds.size();
+    const auto awaits = [&](const PulledBlock& entry) { return isAwaited(context, pd, entry); };
+    if (blocks.count != vds || !std::all_of(blocks.entries, blocks.entries + blocks.count, awaits)) return false;
     array.state.members[blocks.slot] = pd;
     listMembers(array);
     saveArray(context, array);
