@@ -117,15 +117,24 @@ static bool copyBackOn(const Context& context) {
     return adapterConfig(context).CopyBackOn == 1 && (adapterInfo(context).Features & KT_FEATURE_COPY_BACK) != 0;
 }
 
-/* How gladly the disk is used to rebuild the slot: 0 = not at all, then a replaced disk in its old place, a spare of
-   the array, a spare of the adapter. */
+/* Whether the disk may take its own place in the group again: unused, or outside arrays beside what else it holds. */
+static bool canComeHome(const Group& group, const Disk& disk) {
+    const KT_U8 ruledOut = KT_PD_SPARE | KT_PD_OFFLINE | KT_PD_FOREIGN;
+    if ((disk.state.raid & ruledOut) || disk.state.hasOs || disk.state.hasMbr) return false;
+    if (isMember(group, disk.state.config.HDID)) return false;
+    return group.dgid == KT_NO_ID || !(disk.state.raid & KT_PD_MEMBER);
+}
+
+/* How gladly the disk is used to rebuild the slot: 0 = not at all, then a spare of the adapter, a spare of the array, a
+   disk that is back in its old place. */
 static int willingness(const Group& group, const Disk& disk, KT_U16 home) {
     const KT_U8 raid = disk.state.raid;
-    if (raid & (KT_PD_OFFLINE | KT_PD_FOREIGN | KT_PD_SPARE_IN_USE)) return 0;
+    if (disk.state.config.HDID == home && canComeHome(group, disk)) return 3;
+    if ((raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) || isMember(group, disk.state.config.HDID)) return 0;
+    /* Outside arrays a lost disk may have carried several virtual disks, for all of which one spare stands in. */
+    if ((raid & KT_PD_SPARE_IN_USE) && group.dgid != KT_NO_ID) return 0;
     if (raid & KT_PD_DEDICATED_SPARE) return disk.state.dgid == group.dgid ? 2 : 0;
-    if (raid & KT_PD_GLOBAL_SPARE) return 1;
-    const bool unused = (raid & KT_PD_NOT_FREE) == 0 && !disk.state.hasOs && !disk.state.hasMbr;
-    return unused && disk.state.config.HDID == home ? 3 : 0;
+    return raid & KT_PD_GLOBAL_SPARE ? 1 : 0;
 }
 
 /* The disk to rebuild onto by itself, the smallest of the most willing ones, or KT_NO_ID. */
@@ -157,11 +166,15 @@ static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) 
 
 static void rebuildByItself(const Context& context, Owner owner) {
     Group group = groupOf(context, owner);
-    const int slot = slotInNeed(group);
-    if (slot < 0 || !group.usable || !isRedundant(group.geometry.level)) return;
-    if (jobOf(context, owner).kind != 0) return;
-    const KT_U16 pd = chooseSpare(context, group, slot);
-    if (pd != KT_NO_ID) startOn(context, group, &pd, 1);
+    if (!group.usable || !isRedundant(group.geometry.level) || jobOf(context, owner).kind != 0) return;
+    for (int slot = slotInNeed(group); slot >= 0; slot = slotInNeed(group)) {
+        const KT_U16 pd = chooseSpare(context, group, slot);
+        if (pd != KT_NO_ID) {
+            startOn(context, group, &pd, 1);
+            return;
+        }
+        group.needsDisk[static_cast<size_t>(slot)] = false; /* another slot may have its own disk back */
+    }
 }
 
 /* The slot in which a spare stands for a disk that could have its place back, or -1. */
@@ -171,7 +184,7 @@ static int slotToCopyBack(const Context& context, const Group& group) {
         Disk home = {};
         if (!spare || !(spare->raid & KT_PD_SPARE_IN_USE) || group.homes[i] == group.members[i]) continue;
         if (findDisk(context, group.homes[i], home) != KT_OK) continue;
-        if ((home.state.raid & KT_PD_NOT_FREE) || home.state.hasOs || home.state.hasMbr) continue;
+        if (!canComeHome(group, home)) continue;
         const KT_U8 fits = checkFits(context, group, home);
         if (fits == KT_OK) return static_cast<int>(i);
         if (fits == KT_ERR_TARGET_TOO_SMALL) logEvent(context, EVT_MISC, 21, group.homes[i], SEV_WARNING);

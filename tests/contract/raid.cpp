@@ -1,0 +1,385 @@
+#include "frame.h"
+
+#include "adapter/foreign.h"
+#include "adapter/health.h"
+#include "lab.h"
+
+/* Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapter 1 has no arrays. */
+static const char LAB[] = R"({"adapters": [
+  {"type": "array-based", "disks": [
+     {"count": 8, "type": "SAS", "size": "100GB"}, {"type": "SAS", "size": "50GB"},
+     {"type": "SAS", "size": "100GB", "sector": 4096}, {"type": "SAS", "size": "100GB", "os": true}]},
+  {"type": "LD-based", "disks": [
+     {"count": 6, "type": "SATA", "size": "100GB"}, {"type": "SATA", "size": "50GB"},
+     {"count": 2, "type": "SATA SSD", "size": "50GB"}]}]})";
+static const KT_U8 ARRAYS = 0;
+static const KT_U8 PLAIN = 1;
+static const uint64_t HOUR = 3600;
+static const KT_U64 MB = 1024;
+
+using Ids = std::vector<KT_U16>;
+
+struct Raid : ContractTest {
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+    }
+    void disk(KT_U8 adapter, KT_U8 (*act)(const sim::Context&, KT_U16), KT_U16 pd) const {
+        outside(adapter, [&](sim::Context& context) { EXPECT_EQ(act(context, pd), KT_OK); });
+    }
+    void replace(KT_U8 adapter, KT_U16 pd) const {
+        outside(adapter, [&](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, pd, 0), KT_OK); });
+    }
+};
+
+static _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0) {
+    _Create_LD_Param param = {};
+    param.RaidMode = level;
+    param.HDCount = static_cast<KT_U8>(disks.size());
+    std::copy(disks.begin(), disks.end(), param.HDIDs);
+    param.NumParityDisk = level == KT_RAID6 ? 2 : 0;
+    param.StripeBlockSize = 64;
+    param.SectorCoefficient = 1;
+    param.Size = kib;
+    return param;
+}
+
+static KT_U8 createLd(KT_U8 level, const Ids& disks, KT_U64 kib = 0) {
+    _Create_LD_Param param = ldParam(level, disks, kib);
+    return KT_LD_Create(PLAIN, &param);
+}
+
+static _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0) {
+    _CreateOrModify_DG_Param param = {};
+    param.DGID = KT_NO_ID;
+    param.RaidMode = level;
+    param.NumParityDisk = level == KT_RAID6 ? 2 : 0;
+    param.StripeBlockSize = 64;
+    param.Size = megabytes;
+    param.BlockSize = 512;
+    param.PDCount = static_cast<KT_U8>(disks.size());
+    std::copy(disks.begin(), disks.end(), param.PDIDs);
+    return param;
+}
+
+static KT_U8 createDg(KT_U8 level, const Ids& disks) {
+    _CreateOrModify_DG_Param param = dgParam(level, disks);
+    return KT_CreateOrModify_DG(ARRAYS, &param, 0);
+}
+
+static _CreateOrModify_VD_Param vdParam(KT_U8 level, KT_U64 megabytes = 0, KT_U8 slot = 255) {
+    _CreateOrModify_VD_Param param = {};
+    param.VDID = KT_NO_ID;
+    param.RaidMode = level;
+    param.NumParityDisk = level == KT_RAID6 ? 2 : 0;
+    param.StripeBlockSize = 64;
+    param.BlockSize = 512;
+    param.Size = megabytes;
+    param.DGSlotNum = slot;
+    param.InitializationOption = KT_INIT_NONE;
+    return param;
+}
+
+static KT_U8 createVd(KT_U8 level, KT_U64 megabytes = 0, KT_U8 slot = 255) {
+    _CreateOrModify_VD_Param param = vdParam(level, megabytes, slot);
+    return KT_CreateOrModify_VD(ARRAYS, &param);
+}
+
+static _LD_Info vdInfo(KT_U8 adapter, KT_U16 id) {
+    _LD_Info info = {};
+    EXPECT_EQ(readItem(KT_LD_GetInfo, adapter, id, &_LD_Info_Request::ldInfo, info), KT_OK);
+    return info;
+}
+
+static _DG_Info dgInfo(KT_U16 id) {
+    _DG_Info info = {};
+    EXPECT_EQ(readItem(KT_DG_GetInfo, ARRAYS, id, &_DG_Info_Request::dgInfo, info), KT_OK);
+    return info;
+}
+
+static KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
+    _HD_RAID_STATUS status = {};
+    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
+    return status.Status;
+}
+
+/* "activity/state percent" of a virtual disk. */
+static std::string activity(KT_U8 adapter, KT_U16 vd) {
+    _LD_STATUS status = {};
+    EXPECT_EQ(readItem(KT_LD_GetStatus, adapter, vd, &_LD_Status_Request::ldStatus, status), KT_OK);
+    return std::to_string(status.Bga) + "/" + std::to_string(status.BgaState) + " " +
+           std::to_string(status.BgaPercentage);
+}
+
+static Ids members(KT_U8 adapter, KT_U16 vd) {
+    const _LD_Info info = vdInfo(adapter, vd);
+    Ids disks;
+    for (int i = 0; i < info.HDCount; i++) {
+        _Block_Info block = {};
+        const bool there = info.BlockIDs[i] != KT_NO_ID;
+        if (there) readItem(KT_BLK_GetInfo, adapter, info.BlockIDs[i], &_BLK_Info_Request::blkInfo, block);
+        disks.push_back(there ? block.HDID : KT_U16{KT_NO_ID});
+    }
+    return disks;
+}
+
+TEST_F(Raid, SizesFollowTheLevel) {
+    _HD_FreeSpaceInfo room = {};
+    ASSERT_EQ(KT_PD_GetFreeSpaceInfo(PLAIN, 0, &room), KT_OK);
+    const KT_U64 share = room.FreeSize / 64 * 64;
+    const struct {
+        KT_U8 level;
+        Ids disks;
+        KT_U64 halves;
+    } cases[] = {{KT_RAID0, {0, 1, 2}, 6},  {KT_RAID1, {0, 1}, 2},       {KT_RAID10, {0, 1, 2, 3}, 4},
+                 {KT_RAID1E, {0, 1, 2}, 3}, {KT_RAID5, {0, 1, 2, 3}, 6}, {KT_RAID6, {0, 1, 2, 3}, 4},
+                 {KT_JBOD, {0}, 2}};
+    for (const auto& each : cases) {
+        _Create_LD_Param param = ldParam(each.level, each.disks);
+        ASSERT_EQ(KT_LD_GetMaxSize(PLAIN, &param), KT_OK) << int(each.level);
+        EXPECT_EQ(param.Size, share * each.halves / 2) << int(each.level);
+    }
+    _Create_LD_Param rounded = ldParam(KT_RAID0, {0, 1});
+    rounded.RoundingScheme = KT_ROUND_10GB;
+    ASSERT_EQ(KT_LD_GetMaxSize(PLAIN, &rounded), KT_OK);
+    EXPECT_EQ(rounded.Size % (10000 * MB), 0U);
+    EXPECT_GT(rounded.Size + 10000 * MB, share * 2);
+    _Create_LD_Param uneven = ldParam(KT_RAID0, {0, 6});
+    ASSERT_EQ(KT_LD_GetMaxSize(PLAIN, &uneven), KT_OK);
+    EXPECT_LT(uneven.Size, share * 3 / 2);
+}
+
+TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
+    _Create_LD_Param param = ldParam(KT_RAID1, {0, 1}, 3000 * MB);
+    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
+    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 3000 * MB);
+    param = ldParam(KT_RAID1, {0, 1}, 3000);
+    param.ReservedForApp = 1;
+    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
+    EXPECT_EQ(vdInfo(PLAIN, 1).Size, 3000 * MB);
+    param = ldParam(KT_HYBRID, {7, 2}, 3000);
+    param.TandemWaterMark = 90;
+    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
+    EXPECT_EQ(vdInfo(PLAIN, 2).Size, 3000 * MB);
+    EXPECT_EQ(newEvents(PLAIN),
+              (std::vector<std::string>{"1/2 of 0", "1/40 of 0", "1/2 of 1", "1/40 of 1", "1/2 of 2", "1/40 of 2"}));
+}
+
+TEST_F(Raid, CreationSaysWhatIsWrong) {
+    EXPECT_EQ(createLd(0x77, {0, 1}), KT_ERR_INVALID_RAID_MODE);
+    EXPECT_EQ(createLd(KT_RAID5, {0, 1}), KT_ERR_PD_COUNT_FOR_LEVEL);
+    EXPECT_EQ(createLd(KT_RAID10, {0, 1, 2, 3, 4}), KT_ERR_PD_COUNT_FOR_LEVEL);
+    EXPECT_EQ(createLd(KT_RAID0, {}), KT_ERR_PD_COUNT);
+    EXPECT_EQ(createLd(KT_RAID0, {1, 1}), KT_ERR_PD_COUNT);
+    EXPECT_EQ(createLd(KT_RAID0, {0, 77}), KT_ERR_PD_MISSING);
+    EXPECT_EQ(createLd(KT_RAID0, {0, 10}), KT_ERR_OTHER_ADAPTER);
+    EXPECT_EQ(createLd(KT_RAID0, {0, 1}, KT_U64{1} << 40), KT_ERR_NO_RESOURCE);
+    EXPECT_EQ(createLd(KT_HYBRID, {0, 1}), KT_ERR_TANDEM_SSD_COUNT);
+    EXPECT_EQ(createLd(KT_HYBRID, {7, 8}), KT_ERR_PD_COUNT_FOR_LEVEL);
+    _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
+    param.NumParityDisk = 4;
+    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_PARITY_COUNT);
+    param = ldParam(KT_RAID5, {0, 1, 2});
+    param.StripeBlockSize = 48;
+    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_BLOCK_SIZE);
+    param.StripeBlockSize = 64;
+    param.Name[0] = 7;
+    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_VD_NAME);
+    EXPECT_EQ(createDg(KT_RAID1, {0, 9}), KT_ERR_PD_SECTORS_DIFFER);
+    EXPECT_EQ(createDg(KT_RAID1, {0, 10}), KT_ERR_PD_HAS_OS);
+    EXPECT_EQ(createDg(KT_RAID6, {0, 1, 2}), KT_ERR_PD_COUNT_FOR_LEVEL);
+    ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(createDg(KT_RAID1, {0, 1}), KT_ERR_IS_SPARE);
+    ASSERT_EQ(createDg(KT_RAID1, {1, 2}), KT_OK);
+    EXPECT_EQ(createDg(KT_RAID1, {2, 3}), KT_ERR_PD_ASSIGNED);
+    _CreateOrModify_VD_Param vd = vdParam(KT_RAID1);
+    vd.StripeBlockSize = 128;
+    EXPECT_EQ(KT_CreateOrModify_VD(ARRAYS, &vd), KT_ERR_STRIPE_MISMATCH);
+    EXPECT_TRUE(newEvents(PLAIN).empty());
+}
+
+TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
+    _CreateOrModify_DG_Param asked = dgParam(KT_RAID5, {0, 1, 2});
+    ASSERT_EQ(KT_CreateOrModify_DG(ARRAYS, &asked, 1), KT_OK);
+    EXPECT_EQ(readList(KT_DG_GetInfo, ARRAYS, &_DG_Info_Request::dgInfo).size(), 0U);
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    EXPECT_EQ(dgInfo(0).TotalManagedSpace, asked.Size);
+    for (int i = 0; i < 3; i++)
+        ASSERT_EQ(createVd(KT_RAID5, 1000), KT_OK);
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
+    EXPECT_EQ(dgInfo(0).VDSlotCount, 4);
+    EXPECT_EQ(createVd(KT_RAID5, 2000, 1), KT_ERR_NO_RESOURCE);
+    ASSERT_EQ(createVd(KT_RAID5, 600, 1), KT_OK);
+    const _DG_Info split = dgInfo(0);
+    EXPECT_EQ(split.VDSlotCount, 5);
+    EXPECT_EQ(split.VDSlotSize[1], 600 * MB);
+    EXPECT_EQ(split.VDSlotSize[2], 400 * MB);
+    EXPECT_EQ(split.RemainingManagedSpace, split.TotalManagedSpace - 2600 * MB);
+    for (KT_U16 vd = 0; vd < 3; vd++)
+        ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
+    EXPECT_EQ(dgInfo(0).VDSlotCount, 1);
+    EXPECT_EQ(dgInfo(0).RemainingManagedSpace, asked.Size);
+    ASSERT_EQ(createVd(KT_RAID5), KT_OK);
+    EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 0), KT_OK);
+    ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(roleOf(ARRAYS, 1), 0);
+}
+
+TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID5, 10000), KT_OK);
+    EXPECT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 8, 0), KT_ERR_SPARE_TOO_SMALL);
+    ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
+    EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_ERR_ALREADY_ARRAY_SPARE);
+    newEvents(ARRAYS);
+    disk(ARRAYS, sim::failDisk, 1);
+    EXPECT_EQ(newEvents(ARRAYS),
+              (std::vector<std::string>{"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 5", "1/70 of 0"}));
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED);
+    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
+    EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_MEMBER | KT_PD_SPARE_IN_USE | KT_PD_DEDICATED_SPARE);
+    EXPECT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_ERR_SPARE_IN_USE);
+    advance(HOUR);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
+    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 5, 2}));
+    newEvents(ARRAYS);
+    replace(ARRAYS, 1);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/0 of 1", "2/1 of 1", "1/90 of 0"}));
+    advance(HOUR);
+    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 1, 2}));
+    EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_DEDICATED_SPARE);
+    ASSERT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_OK);
+    EXPECT_EQ(dgInfo(0).SparePDCount, 0);
+}
+
+TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
+    ASSERT_EQ(createLd(KT_RAID5, {0, 1, 2}, 5000 * MB), KT_OK);
+    ASSERT_EQ(createLd(KT_RAID6, {0, 1, 2, 3}, 5000 * MB), KT_OK);
+    advance(60);
+    newEvents(PLAIN);
+    disk(PLAIN, sim::pullDisk, 0);
+    EXPECT_EQ(newEvents(PLAIN), (std::vector<std::string>{"2/0 of 0", "1/4 of 0", "1/5 of 1"}));
+    EXPECT_EQ(KT_PD_SetHDStatus(PLAIN, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
+    disk(PLAIN, sim::pullDisk, 1);
+    EXPECT_EQ(newEvents(PLAIN), (std::vector<std::string>{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
+    EXPECT_EQ(KT_LD_StartConsistencyCheck(PLAIN, 0, 1), KT_ERR_VD_NOT_READY);
+    disk(PLAIN, sim::insertDisk, 1);
+    /* What was offline takes the disk back as it was; what went on without it is rebuilt onto it. */
+    EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
+    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
+    EXPECT_EQ(activity(PLAIN, 1), "1/1 0");
+    advance(HOUR);
+    EXPECT_EQ(vdInfo(PLAIN, 1).Status, KT_VD_PARTIALLY_OPTIMAL);
+}
+
+TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
+    _Adapter_Config_V2 config = {};
+    ASSERT_EQ(KT_Adapter_GetConfig(PLAIN, &config), KT_OK);
+    config.AutoRebuildOn = 0;
+    ASSERT_EQ(KT_Adapter_SetConfig(PLAIN, &config), KT_OK);
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 20000 * MB), KT_OK);
+    ASSERT_EQ(createLd(KT_RAID0, {2, 3}, 80000 * MB), KT_OK);
+    advance(60);
+    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 4), KT_ERR_VD_FUNCTIONAL);
+    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 1, 4), KT_ERR_NOT_REDUNDANT);
+    disk(PLAIN, sim::failDisk, 1);
+    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
+    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 0), KT_ERR_TARGET_IS_MEMBER);
+    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 2), KT_ERR_PD_ASSIGNED);
+    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 1), KT_ERR_PD_MISSING);
+    ASSERT_EQ(KT_LD_StartRebuild(PLAIN, 0, 4), KT_OK);
+    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 5), KT_ERR_VD_BUSY);
+    advance(128); /* half of 20000 MB at half of 160 MiB/s */
+    EXPECT_EQ(activity(PLAIN, 0), "1/1 51");
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_PAUSE), KT_OK);
+    advance(HOUR);
+    EXPECT_EQ(activity(PLAIN, 0), "1/3 51");
+    EXPECT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESTART), KT_ERR_BGA_ACTION);
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESUME), KT_OK);
+    disk(PLAIN, sim::pullDisk, 4);
+    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
+    EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
+}
+
+TEST_F(Raid, GreaterActivitiesGoFirst) {
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID5, 20000), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID5, 20000), KT_OK);
+    EXPECT_EQ(KT_LD_StartConsistencyCheck(ARRAYS, 0, 0), KT_ERR_VD_NOT_INITIALIZED);
+    ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 1), KT_ERR_ONE_MEDIA_PATROL);
+    EXPECT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 4), KT_ERR_NOT_SPARE);
+    newEvents(ARRAYS);
+    ASSERT_EQ(KT_LD_StartConsistencyCheck(ARRAYS, 0, 1), KT_OK);
+    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_OK);
+    EXPECT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_ERR_VD_BUSY);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/30 of 0", "2/25 of 0", "1/50 of 1", "1/38 of 0"}))
+        << "the check waits under its own codes";
+}
+
+TEST_F(Raid, MigrationKeepsMembersAndGrows) {
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_OK);
+    ASSERT_EQ(createLd(KT_RAID1, {4, 5}, 4000 * MB), KT_OK);
+    advance(60);
+    _Create_LD_Param to = ldParam(KT_RAID5, {0, 2, 3});
+    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_ERR_ARRAY_DISK_MISSING);
+    to = ldParam(KT_RAID0, {0, 1, 2});
+    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_ERR_MIGRATION_UNSUPPORTED);
+    to = ldParam(KT_RAID1, {0, 1});
+    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_ERR_MIGRATION_UNNECESSARY);
+    to = ldParam(KT_RAID5, {0, 1, 2});
+    ASSERT_EQ(KT_LD_GetMigratedLdSize(PLAIN, &to), KT_OK);
+    EXPECT_EQ(to.Size, 8000 * MB);
+    ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
+    _Create_LD_Param other = ldParam(KT_RAID5, {3, 4, 5});
+    other.LDID = 1;
+    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &other), KT_ERR_ONE_VD_MIGRATION);
+    _LD_Info target = {};
+    ASSERT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_OK);
+    EXPECT_EQ(target.RaidMode, KT_RAID5);
+    EXPECT_EQ(vdInfo(PLAIN, 0).RaidMode, KT_RAID1);
+    advance(HOUR);
+    EXPECT_EQ(members(PLAIN, 0), (Ids{0, 1, 2}));
+    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 8000 * MB);
+    EXPECT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_ERR_VD_STATUS);
+}
+
+TEST_F(Raid, WipingTakesAMemberAway) {
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_OK);
+    advance(60);
+    EXPECT_EQ(KT_PD_WipeHDMDD(PLAIN, 0, 0), KT_ERR_PD_ASSIGNED);
+    EXPECT_EQ(KT_PD_WipeHDMDD(ARRAYS, 10, 1), KT_ERR_PD_HAS_OS);
+    ASSERT_EQ(KT_PD_WipeHDMDD(PLAIN, 0, 1), KT_OK);
+    EXPECT_EQ(roleOf(PLAIN, 0), 0);
+    EXPECT_EQ(members(PLAIN, 0), (Ids{KT_NO_ID, 1}));
+    EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
+    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
+}
+
+static void fillOther(sim::Store& store, const void*) {
+    static const sim::BuiltInLab lab = {"lab", R"({"adapters": [{"type": "LD-based", "disks": [
+        {"count": 4, "type": "SATA", "size": "100GB"}], "virtualDisks": [
+        {"level": "RAID5", "disks": [0, 1, 2], "size": "10GiB"}, {"level": "RAID0", "disks": [0, 3], "size": "10GiB"}]}]})"};
+    sim::fillFromLab(store, &lab);
+}
+
+TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
+    sim::Store* other = sim::openMemoryStore(fillOther, nullptr);
+    outside(ARRAYS, [&](sim::Context& context) {
+        EXPECT_EQ(sim::insertForeignDisks(context, *other, 0, {0, 1, 2}), KT_OK);
+    });
+    sim::closeStore(other);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
+    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE);
+    EXPECT_EQ(roleOf(ARRAYS, 11) & KT_PD_FOREIGN, KT_PD_FOREIGN);
+    EXPECT_EQ(createDg(KT_RAID1, {0, 11}), KT_ERR_PD_ASSIGNED);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
+    newEvents(ARRAYS);
+    ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
+    EXPECT_EQ(dgInfo(0).VDIDs[0], 0);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_STATUS);
+    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE);
+}
