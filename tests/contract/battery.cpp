@@ -42,7 +42,7 @@ TEST_F(Battery, ShowsTheLabsBatteryFirst) {
     const _BBU_Info info = battery();
     EXPECT_EQ(info.status, KT_BBU_PRESENT);
     EXPECT_EQ(info.percentage, 95);
-    EXPECT_NEAR(info.capacity, 620, 1);
+    EXPECT_EQ(info.capacity, 620);
     EXPECT_EQ(info.voltage, 4120);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     EXPECT_TRUE(newEvents().empty());

@@ -58,7 +58,7 @@ TEST_F(Smart, AttributesTellADisksLife) {
     EXPECT_GT(hours, 1000U);
     advance(48 * 3600);
     EXPECT_EQ(attribute(0, HOURS).RawValue, hours + 48);
-    EXPECT_STREQ(reinterpret_cast<const char*>(attribute(0, REALLOCATED).Name), "Reallocated_Sector_Ct");
+    EXPECT_STREQ(reinterpret_cast<const char*>(attribute(0, REALLOCATED).Name), "Reallocated_Sectors");
     EXPECT_STREQ(reinterpret_cast<const char*>(attribute(2, 0xE7).Name), "SSD_Life_Left");
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
     EXPECT_EQ(tripped(), std::vector<int>({0, 0, 0, 1}));

@@ -139,7 +139,7 @@ KT_U8 getBattery(const Context& context, _BBU_Info& info) {
         info.status |= KT_BBU_DISCHARGING;
         info.minutesToEmpty = static_cast<KT_U16>(charge * DISCHARGE_TIME / FULL / MINUTE);
     }
-    info.capacity = static_cast<KT_U16>(KT_U64{info.maxCapacity} * charge / FULL);
+    info.capacity = static_cast<KT_U16>((KT_U64{info.maxCapacity} * charge + FULL / 2) / FULL);
     info.percentage = static_cast<KT_U8>(charge / (FULL / 100));
     return KT_OK;
 }
