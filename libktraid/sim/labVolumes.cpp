@@ -230,7 +230,7 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     state.hasOs = takeFlag(reader, "os", false) ? 1 : 0;
     state.cachePolicy = static_cast<KT_U8>(takeWord(reader, "cache", CACHE_WORDS, std::size(CACHE_WORDS), 0));
     if (takeFlag(reader, "readAhead", false)) state.cachePolicy |= KT_CACHE_READ_AHEAD;
-    vd.CacheMode = state.cachePolicy;
+    vd.CacheMode = cacheModeFor(context, state.cachePolicy);
     state.activity.disk = KT_NO_ID;
     std::fill(std::begin(state.homes), std::end(state.homes), KT_U16{KT_NO_ID});
     std::copy(layout.disks.begin(), layout.disks.end(), state.homes);

@@ -1,5 +1,7 @@
 #include "frame.h"
 
+#include "adapter/health.h"
+
 /* Four disks on ports 0 to 3 of an encrypting adapter with one entry more than ports, and one that cannot encrypt. */
 static const char LAB[] = R"({"adapters": [
   {"type": "LD-based", "MaxAESEntry": 5, "MaxAESPort": 4, "PortCount": 3,
@@ -192,4 +194,28 @@ TEST_F(Encryption, SecretsAreNotShown) {
     }
     start(shown.c_str());
     EXPECT_EQ(verify(0, "SECRETKEY", "SECRETPASS"), KT_OK) << "what is shown makes the same state again";
+}
+
+static KT_U8 vdStatus() {
+    _LD_Info vd = {};
+    EXPECT_EQ(readItem(KT_LD_GetInfo, 0, 0, &_LD_Info_Request::ldInfo, vd), KT_OK);
+    return vd.Status;
+}
+
+TEST_F(Encryption, VirtualDisksFeelIt) {
+    start(R"({"adapters": [{"type": "LD-based", "PortCount": 8,
+      "disks": [{"count": 2, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
+      "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB"}],
+      "keys": [{"id": 0, "key": "key", "password": "pw", "ports": [{"id": 1}]}]}]})");
+    ASSERT_EQ(vdStatus(), KT_VD_ONLINE);
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    EXPECT_EQ(vdStatus(), KT_VD_DEGRADED);
+    EXPECT_EQ(KT_PD_SetHDStatus(0, DISK, 1), KT_OK);
+    EXPECT_TRUE(offline(DISK)) << "setting it up does not make its cipher fit";
+    ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
+    EXPECT_FALSE(offline(DISK));
+    advance(48 * 3600);
+    EXPECT_FALSE(offline(DISK));
+    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, DISK, 0), KT_OK); });
+    EXPECT_TRUE(offline(DISK)) << "a new disk is a plain one";
 }

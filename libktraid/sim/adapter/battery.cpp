@@ -1,6 +1,7 @@
 #include "adapter/battery.h"
 
 #include "adapter/settle.h"
+#include "adapter/volumes.h"
 #include "events.h"
 
 #include <algorithm>
@@ -150,17 +151,11 @@ bool batteryKeepsCache(const Context& context) {
     return hasPlace(context) && !stateOf(context).abnormal;
 }
 
-static KT_U8 cacheModeInForce(KT_U8 policy, bool keepsCache) {
-    const auto rest = static_cast<KT_U8>(policy & ~(KT_CACHE_AUTO | KT_CACHE_OFF));
-    return keepsCache ? rest : static_cast<KT_U8>(rest | KT_CACHE_OFF);
-}
-
 static void switchCaches(const Context& context) {
-    const bool keepsCache = batteryKeepsCache(context);
     forEach<VdState>(context, 0, [&](KT_U64 id, const VdState& vd) {
         auto info = vd.cachePolicy & KT_CACHE_AUTO ? find<_LD_Info>(context, id) : std::nullopt;
         if (!info) return true;
-        info->CacheMode = cacheModeInForce(vd.cachePolicy, keepsCache);
+        info->CacheMode = cacheModeFor(context, vd.cachePolicy);
         save(context, id, *info);
         return true;
     });

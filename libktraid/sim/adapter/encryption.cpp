@@ -1,5 +1,6 @@
 #include "adapter/encryption.h"
 
+#include "adapter/health.h"
 #include "events.h"
 
 #include <algorithm>
@@ -199,13 +200,6 @@ static void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& ciph
     }
 }
 
-static void setOnline(const Context& context, KT_U16 pd, bool online) {
-    PdState state = find<PdState>(context, pd).value_or(PdState{});
-    state.config.Online = online ? 1 : 0;
-    state.raid = static_cast<KT_U8>(online ? state.raid & ~KT_PD_OFFLINE : state.raid | KT_PD_OFFLINE);
-    save(context, pd, state);
-}
-
 static void reviewDisk(const Context& context, KT_U16 pd, KT_U8 port) {
     DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
     const auto state = find<PdState>(context, pd);
@@ -215,11 +209,11 @@ static void reviewDisk(const Context& context, KT_U16 pd, KT_U8 port) {
         cipher.offline = 1;
         saveCipher(context, pd, cipher);
         logEvent(context, EVT_PD, complaint, pd, SEV_MAJOR);
-        setOnline(context, pd, false);
+        loseDisk(context, pd);
     } else if (complaint == NO_COMPLAINT && cipher.offline) {
         cipher.offline = 0;
         saveCipher(context, pd, cipher);
-        setOnline(context, pd, true);
+        bringDiskUp(context, pd);
     }
 }
 
@@ -296,8 +290,7 @@ KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, K
     online.hasMbr = 0;
     online.hasOs = 0;
     save(context, pd, online);
-    setOnline(context, pd, true);
-    return KT_OK;
+    return bringDiskUp(context, pd);
 }
 
 } // namespace sim

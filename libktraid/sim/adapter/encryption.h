@@ -23,7 +23,7 @@ KT_U8 changeAesPassword(const Context& context, const _AES_Entry_Config& config,
 KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config);
 KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& entry);
 KT_U8 clearAesLink(const Context& context, KT_U8 port);
-/* Gives a disk that its cipher keeps offline the cipher of its port, its content lost, on that part of it. */
+/* Gives a disk that its cipher keeps offline the cipher of its port, on that part of it, and brings it up. */
 KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, KT_U16 pd, KT_U8 percentage);
 
 /* To be called for a disk that arrives: offline, with its event, when its cipher does not suit its port. */

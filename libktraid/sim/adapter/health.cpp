@@ -2,6 +2,7 @@
 
 #include "adapter/blocks.h"
 #include "adapter/deletion.h"
+#include "adapter/encryption.h"
 #include "adapter/members.h"
 #include "adapter/peripherals.h"
 #include "adapter/rebuild.h"
@@ -238,6 +239,7 @@ KT_U8 insertDisk(const Context& context, KT_U16 pd) {
     logEvent(context, EVT_PD, 1, pd, SEV_INFO);
     if (state.health == PD_FAILED) return KT_OK;
     rejoin(context, pd, blocks);
+    reviewDiskCipher(context, pd);
     if (blocks.raid & KT_PD_GLOBAL_SPARE && !(blocks.raid & KT_PD_MEMBER)) makeGlobalSpare(context, pd);
     if (blocks.raid & KT_PD_DEDICATED_SPARE && !(blocks.raid & KT_PD_MEMBER))
         makeDedicatedSpare(context, pd, blocks.dgid);
@@ -281,6 +283,7 @@ KT_U8 replaceDisk(const Context& context, KT_U16 pd, KT_U64 sectors) {
     save(context, pd, state);
     forgetDisk(context, pd);
     logEvent(context, EVT_PD, 1, pd, SEV_INFO);
+    reviewDiskCipher(context, pd);
     engageSpares(context);
     arbitrate(context);
     return KT_OK;
@@ -346,7 +349,10 @@ KT_U8 bringDiskUp(const Context& context, KT_U16 pd) {
 
 KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status) {
     if (status > 1) return KT_ERR_INVALID_PARAMETER;
-    return status ? bringDiskUp(context, pd) : setDiskDown(context, pd);
+    if (status == 0) return setDiskDown(context, pd);
+    const KT_U8 result = bringDiskUp(context, pd);
+    if (result == KT_OK) reviewDiskCipher(context, pd);
+    return result;
 }
 
 /* Foreign virtual disks that lose their last disk are gone; the others cannot be imported any more. */

@@ -1,7 +1,7 @@
 #include "adapter/settingsPage.h"
 
 #include "adapter/battery.h"
-#include "adapter/settle.h"
+#include "adapter/jobs.h"
 #include "events.h"
 
 #include <algorithm>
@@ -107,7 +107,7 @@ static void applyPage(const Context& context, const _HBA_Info_Page& page) {
     for (const RateField& rate : RATES)
         byteAt(*config, rate.config) = reinterpret_cast<const KT_U8*>(&page)[rate.page];
     save(context, 0, *config);
-    scheduleRaid(context, context.now);
+    applyRates(context);
 }
 
 KT_U8 writeSettingsPage(const Context& context, const _HBA_Info_Page& page) {

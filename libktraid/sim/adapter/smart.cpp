@@ -1,12 +1,13 @@
 #include "adapter/smart.h"
 
+#include "adapter/health.h"
 #include "events.h"
 
 #include <algorithm>
 
 namespace sim {
 
-enum : KT_U16 { EVT_OVER_THRESHOLD = 11, EVT_BAD_BLOCKS_80 = 13, EVT_BAD_BLOCKS_FULL = 14, EVT_REASSIGNED = 15 };
+enum : KT_U16 { EVT_BAD_BLOCKS_80 = 13, EVT_BAD_BLOCKS_FULL = 14, EVT_REASSIGNED = 15 };
 static const KT_U32 BAD_BLOCK_TABLE = 512; /* sectors a disk can reassign */
 static const KT_U64 HOUR = 3600000;
 static const KT_U64 DAY = 24 * HOUR;
@@ -291,7 +292,7 @@ bool ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U3
     const auto* found =
         std::find_if(std::begin(ASPECTS), std::end(ASPECTS), [&](const Aspect& known) { return aspect == known.word; });
     const auto disk = find<_HD_Info>(context, pd);
-    auto state = find<PdState>(context, pd);
+    const auto state = find<PdState>(context, pd);
     if (found == std::end(ASPECTS) || !disk || !state || !knowsSmart(*disk)) return false;
     DiskAge age = find<DiskAge>(context, pd).value_or(DiskAge{});
     const KT_U32 reallocated = age.reallocated;
@@ -302,12 +303,7 @@ bool ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U3
     save(context, pd, age);
     logReassigned(context, pd, reallocated, age.reallocated);
     if (state->smartTripped || !isFailing(describeAll(context, pd, *disk))) return true;
-    state->smartTripped = 1;
-    save(context, pd, *state);
-    const auto config = find<_Adapter_Config_V2>(context, 0);
-    const bool polled = state->config.SMARTOn && config && config->PollSMARTStatus;
-    if (polled) logEvent(context, EVT_PD, EVT_OVER_THRESHOLD, pd, SEV_WARNING);
-    return true;
+    return tripSmart(context, pd, true) == KT_OK;
 }
 
 } // namespace sim
