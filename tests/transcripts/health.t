@@ -15,16 +15,16 @@ The health of disks: SMART thresholds, return status and attributes.
   01\tRaw_Read_Error_Rate \t100\t100\t6       \t000000000000\tOK (esc)
   03\tSpin_Up_Time        \t97\t97\t0       \t000000000000\tOK (esc)
   04\tStart_Stop_Count    \t100\t100\t20      \t000000000029\tOK (esc)
-  05\tReallocated_Sector_Ct\t100\t100\t36      \t000000000000\tOK (esc)
+  05\tReallocated_Sectors \t100\t100\t36      \t000000000000\tOK (esc)
   07\tSeek_Error_Rate     \t87\t87\t30      \t000000000000\tOK (esc)
   09\tPower_On_Hours      \t86\t86\t0       \t000000003740\tOK (esc)
   0A\tSpin_Retry_Count    \t100\t100\t97      \t000000000000\tOK (esc)
   0C\tPower_Cycle_Count   \t100\t100\t20      \t000000000029\tOK (esc)
   BB\tReported_Uncorrect  \t100\t100\t0       \t000000000000\tOK (esc)
-  BE\tAirflow_Temperature_Cel\t70\t70\t45      \t00000000001E\tOK (esc)
+  BE\tAirflow_Temperature \t70\t70\t45      \t00000000001E\tOK (esc)
   C2\tTemperature_Celsius \t70\t70\t0       \t00000000001E\tOK (esc)
-  C5\tCurrent_Pending_Sector\t100\t100\t0       \t000000000000\tOK (esc)
-  C6\tOffline_Uncorrectable\t100\t100\t0       \t000000000000\tOK (esc)
+  C5\tPending_Sectors     \t100\t100\t0       \t000000000000\tOK (esc)
+  C6\tOffline_Uncorrect   \t100\t100\t0       \t000000000000\tOK (esc)
   C7\tUDMA_CRC_Error_Count\t200\t200\t0       \t000000000000\tOK (esc)
   $ kt smart -p 0
   SAS PD 0 has not SMART information
@@ -40,7 +40,7 @@ The health of disks: SMART thresholds, return status and attributes.
   SMART threshold exceeded:  true
   $ kt 1 smart -p 8 | grep -e STATUS -e now
   SMART STATUS RETURN: NotOK.
-  05\tReallocated_Sector_Ct\t36\t36\t36      \t000000000200\tFailing now (esc)
+  05\tReallocated_Sectors \t36\t36\t36      \t000000000200\tFailing now (esc)
 
 Every failure says what failed.
 

@@ -102,7 +102,7 @@ The battery: charging, discharging on a troubled adapter, none, and one that lie
   temperature range: 0 - 60 degrees centigrade
   current voltage: 4.12 V
   voltage range: 3300mV - 4300mV
-  current capacity: 6.19 watt-hours
+  current capacity: 6.20 watt-hours
   max capacity: 6.50 watt-hours
   battery power remaining: 95%
   $ kt info -o bbu -i 0 > /dev/null
@@ -118,7 +118,7 @@ The battery: charging, discharging on a troubled adapter, none, and one that lie
   temperature range: 0 - 60 degrees centigrade
   current voltage: 3.29 V
   voltage range: 3300mV - 4300mV
-  current capacity: 0.58 watt-hours
+  current capacity: 0.59 watt-hours
   max capacity: 6.50 watt-hours
   battery power remaining: 9%
   $ kt 1 info -o bbu

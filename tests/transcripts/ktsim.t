@@ -155,7 +155,7 @@ Batteries and images.
 
   $ ktsim battery show
   Charge       idle, 95%
-  Capacity     6.19 of 6.50 Wh, 17 cycles
+  Capacity     6.20 of 6.50 Wh, 17 cycles
   Temperature  31.40 C (0 to 60 C)
   Voltage      4.12 V (3.30 to 4.30 V)
   VD caches    survive a power failure
