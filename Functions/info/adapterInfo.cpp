@@ -158,7 +158,8 @@ static void printLink(const _Adapter_Info& info) {
 static void printVersions(const _Adapter_Info& info) {
     LineText driver;
     const _Version_Info& version = info.DriverVersion;
-    driver.add("%u.%u.%u.%04u", version.VerMajor, version.VerMinor, version.VerOEM, version.VerBuild);
+    driver.add("%d.%d.%d.%04d", static_cast<int>(version.VerMajor), static_cast<int>(version.VerMinor),
+               static_cast<int>(version.VerOEM), static_cast<int>(version.VerBuild));
     printStr(ADAPTER_WIDTH, "Driver version:", driver.text);
     if (info.DevID > NEWER_CONTROLLERS && info.BIOSVersion.MajorVersion != 0) {
         printVersion("BIOS version:", info.BIOSVersion);
