@@ -12,7 +12,16 @@
 #include "Public/utility.h"
 #include "utcTime/utcTime.h"
 
+// Started without one of its standard streams, the program would give that number to the next file opened, and what is
+// printed would end up in it, were it an adapter's device. The stand-in can neither be read as input nor be written to.
+static void fillStandardStreams() {
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+        if (fcntl(fd, F_GETFD) < 0) open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
 CommandLine takeCommandLine(int argc, char** argv) {
+    fillStandardStreams();
     CommandLine line = {argc, argv, false};
     stream = stdout;
     if (line.argc >= 2 && isNumber(line.argv[1])) {

@@ -6,6 +6,7 @@
 #include <readline/readline.h>
 #include <string>
 #include <strings.h>
+#include <unistd.h>
 
 #include "ktsetup/commandTables.h"
 
@@ -88,5 +89,10 @@ static char** complete(const char* text, int start, int) {
 
 void installCompletion() {
     rl_readline_name = "ktsetup";
+    if (isatty(STDIN_FILENO) == 0) {
+        // Nobody is there to be offered words: in a script's line a tab stands between two words, as a blank does.
+        rl_bind_key('\t', rl_insert);
+        return;
+    }
     rl_attempted_completion_function = complete;
 }

@@ -99,6 +99,22 @@ class ShellTest(unittest.TestCase):
         self.assertIn("Invalid command '" + "x" * 100000 + "'!", output)
         self.assertEqual(output.count("No help available for 'a'"), 3000)
 
+    def test_tabs_of_a_script_separate_words(self):
+        # The second tab in a row makes an empty word, which -c takes as the number 0.
+        status, output = self.piped("error\t-c\t3\nerror -c\t\t3\nexit\n")
+        self.assertEqual(status, 255)
+        self.assertIn("Error code 3: Unknown error.", output)
+        self.assertIn("Error code 0: No error.", output)
+
+    def test_closed_streams_are_not_reused_for_files(self):
+        path = os.path.join(self.folder.name, "out.txt")
+        command = f'"{PROGRAM}" info -z -output "{path}"'
+        for closing in ("2>&-", "<&- 2>&-", "<&- >&- 2>&-"):
+            done = subprocess.run(["bash", "-c", f"{command} {closing}"], env=self.environment)
+            self.assertEqual(done.returncode, 1)
+        with open(path, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "SG driver version 3.5.36.\n" * 3)
+
     def test_output_that_is_lost_is_reported(self):
         with open("/dev/full", "wb") as full:
             done = subprocess.run([PROGRAM, "error", "-c", "1"], stdout=full, stderr=subprocess.PIPE,
