@@ -8,9 +8,18 @@ std::string unquotedName(const char* value) {
     return {value + 1, strcspn(value + 1, "\"")};
 }
 
-bool expandName(const char* name, std::string& path) {
+static std::string withBlanksKept(const std::string& name) {
+    std::string kept;
+    for (char c : name) {
+        if (c == ' ' || c == '\t') kept += '\\';
+        kept += c;
+    }
+    return kept;
+}
+
+bool expandName(const std::string& name, bool quoted, std::string& path) {
     wordexp_t words = {};
-    const int status = wordexp(name, &words, WRDE_NOCMD);
+    const int status = wordexp((quoted ? withBlanksKept(name) : name).c_str(), &words, WRDE_NOCMD);
     const bool expanded = status == 0 && words.we_wordc > 0 && *words.we_wordv[0] != '\0';
     if (expanded) path = words.we_wordv[0];
     // Words that were found before the memory ran out are released as well.

@@ -69,6 +69,7 @@ struct FlashOptions {
     const char* typeWord = "";
     KT_U8 page = KT_PAGE_PD;
     std::string file;
+    bool quoted = false; // the file's name was
 };
 } // namespace
 
@@ -90,6 +91,7 @@ static Take takeOption(int option, const char* value, FlashOptions& o) {
         return Take::Failed;
     case 'f':
         o.file = unquotedName(value);
+        o.quoted = *value == '"';
         return Take::Yes;
     case 'i':
         if (parseDecimal(value, o.adapter)) return Take::Yes;
@@ -192,9 +194,9 @@ int doFlash(int argc, char** argv, _cmd_struct* row) {
     if (!checkOptions(o, given, argv[0])) return 1;
     switch (o.action) {
     case KT_FLASH_UPDATE:
-        return updateImage({o.adapter, o.type, o.file});
+        return updateImage({o.adapter, o.type, o.file, o.quoted});
     case KT_FLASH_BACKUP:
-        return backUpImage({o.adapter, o.type, o.file});
+        return backUpImage({o.adapter, o.type, o.file, o.quoted});
     case KT_FLASH_ERASE:
         return given['p'] != 0 ? erasePage(o) : eraseImage(o);
     default:

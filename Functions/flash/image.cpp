@@ -40,7 +40,7 @@ static bool ReadFromFile(int fd, KT_U8* buffer, KT_U32 length, KT_U32& count) {
 // Opens the image for reading; -1 for anything but a file whose length an announcement can hold.
 static int openImage(const Image& image, KT_U32& length) {
     std::string path;
-    if (!expandName(image.file.c_str(), path)) return -1;
+    if (!expandName(image.file, image.quoted, path)) return -1;
     // Not to wait for the other end of a pipe.
     const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (fd < 0) return -1;
@@ -182,7 +182,8 @@ static bool readPages(const Image& image, const NewFile& file, int& result) {
 int backUpImage(const Image& image) {
     std::string path;
     NewFile file = {};
-    const Created created = expandName(image.file.c_str(), path) ? createNewFile(path.c_str(), file) : Created::Failed;
+    const Created created =
+        expandName(image.file, image.quoted, path) ? createNewFile(path.c_str(), file) : Created::Failed;
     if (created == Created::Exists) {
         out("File '%s' has already existed.\n", shownName(image.file).c_str());
         return 1;

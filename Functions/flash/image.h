@@ -10,6 +10,7 @@ struct Image {
     KT_U8 adapter;
     KT_U8 type;
     std::string file; // as the user named it, without quotes
+    bool quoted;      // it had quotes: its blanks belong to it
 };
 
 // Writes the file to the flash. Prints its progress and what went wrong; returns the handler's result.

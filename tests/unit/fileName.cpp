@@ -41,13 +41,15 @@ TEST(FileName, TakesAQuotedNameUpToTheClosingQuote) {
 TEST(FileName, ExpandsLikeAShellButRunsNothing) {
     setenv("KT_TEST_NAME", "value", 1);
     std::string path = "untouched";
-    EXPECT_TRUE(expandName("${KT_TEST_NAME}.bin second", path));
+    EXPECT_TRUE(expandName("${KT_TEST_NAME}.bin second", false, path));
     EXPECT_EQ(path, "value.bin");
-    EXPECT_TRUE(expandName("no*such*file", path));
+    EXPECT_TRUE(expandName("${KT_TEST_NAME} two\tthree", true, path));
+    EXPECT_EQ(path, "value two\tthree");
+    EXPECT_TRUE(expandName("no*such*file", false, path));
     EXPECT_EQ(path, "no*such*file");
     path = "untouched";
     for (const char* name : {"", "  ", "$(echo x)", "`echo x`", "a;b", "a|b", "$KT_TEST_UNSET", "'open"}) {
-        EXPECT_FALSE(expandName(name, path)) << name;
+        EXPECT_FALSE(expandName(name, false, path)) << name;
         EXPECT_EQ(path, "untouched");
     }
     EXPECT_EQ(shownName("a\x1b[m\n\xc3\xa9"), "a?[m?\xc3\xa9");
