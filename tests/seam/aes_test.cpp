@@ -17,8 +17,6 @@ class Aes : public testing::Test {
         gAdapterInfo[0].MaxAESEntry = 3;
     }
 };
-using Calls = std::vector<std::string>;
-
 std::string padded(std::string text) {
     text.resize(32);
     return text;

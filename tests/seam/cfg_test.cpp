@@ -15,8 +15,6 @@
 
 namespace {
 namespace fs = std::filesystem;
-using Calls = std::vector<std::string>;
-
 std::string fileText(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     std::ostringstream text;

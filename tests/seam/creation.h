@@ -5,8 +5,6 @@
 
 #include "tests/seam/seam.h"
 
-using Calls = std::vector<std::string>;
-
 class Creation : public testing::Test {
   protected:
     _Adapter_Info& adapter = gAdapterInfo[0];

@@ -14,8 +14,6 @@
 namespace {
 
 constexpr size_t PAGE = 0x30000;
-using Calls = std::vector<std::string>;
-
 class Flash : public testing::Test {
   protected:
     char folder[32] = "/tmp/ktflashXXXXXX";

@@ -7,8 +7,6 @@
 
 namespace {
 
-using Calls = std::vector<std::string>;
-
 class Maintenance : public testing::Test {
   protected:
     void SetUp() override {

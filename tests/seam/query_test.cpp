@@ -13,8 +13,6 @@
 #include "Functions/status/status.h"
 #include "tests/seam/seam.h"
 
-using Calls = std::vector<std::string>;
-
 static struct {
     _SMART_Info smart;
     KT_U8 driveStatus;

@@ -1,4 +1,4 @@
-// The calls that create, delete and look at virtual disks, arrays and disks.
+// The calls that create, delete, look at and set to work virtual disks, arrays and disks.
 #include "tests/seam/seam.h"
 
 static constexpr KT_U16 NEW_ID = 7;
@@ -87,5 +87,57 @@ KT_U8 KT_PD_WipeHDMDD(KT_U8, KT_U16 pd, KT_U8 force) {
 KT_U8 KT_BBU_GetInfo(KT_U8, _BBU_Info* info) {
     *info = seam.battery;
     return answer("KT_BBU_GetInfo", "");
+}
+
+KT_U8 KT_PD_GetBGAStatus(KT_U8, _HD_BGA_Status_Request* request) {
+    return list("KT_PD_GetBGAStatus", request, seam.hdActivities, [](const _HD_BGA_STATUS& hd) { return hd.HDID; });
+}
+KT_U8 KT_PD_GetFreeSpaceInfo(KT_U8, KT_U16 pd, _HD_FreeSpaceInfo* info) {
+    info->ValidSize = info->FreeSize = seam.freeSpace;
+    return answer("KT_PD_GetFreeSpaceInfo", text(pd));
+}
+KT_U8 KT_LD_StartINIT(KT_U8, KT_U16 vd, KT_U8 type) {
+    return answer("KT_LD_StartINIT", text(vd) + " " + text(type));
+}
+KT_U8 KT_LD_StartConsistencyCheck(KT_U8, KT_U16 vd, KT_U8 fix) {
+    return answer("KT_LD_StartConsistencyCheck", text(vd) + " " + text(fix));
+}
+KT_U8 KT_LD_StartRebuild(KT_U8, KT_U16 vd, KT_U16 pd) {
+    return answer("KT_LD_StartRebuild", text(vd) + " " + text(pd));
+}
+KT_U8 KT_LD_DG_StartRebuild(KT_U8, KT_U16 dg, KT_U8 count, const KT_U16* pds) {
+    std::string arguments = text(dg) + " " + text(count);
+    for (unsigned i = 0; i < count; ++i) {
+        arguments += " " + text(pds[i]);
+    }
+    return answer("KT_LD_DG_StartRebuild", arguments);
+}
+KT_U8 KT_PD_StartMediaPatrol(KT_U8, KT_U16 pd) {
+    return answer("KT_PD_StartMediaPatrol", text(pd));
+}
+KT_U8 KT_DG_BGAControl(KT_U8, KT_U16 dg, KT_U8 control) {
+    return answer("KT_DG_BGAControl", text(dg) + " " + text(control));
+}
+KT_U8 KT_PD_BGAControl(KT_U8, KT_U16 pd, KT_U8 control) {
+    return answer("KT_PD_BGAControl", text(pd) + " " + text(control));
+}
+KT_U8 KT_LD_PauseAll(KT_U8 adapter) {
+    return answer("KT_LD_PauseAll", text(adapter));
+}
+KT_U8 KT_LD_GetMigratedLdSize(KT_U8, _Create_LD_Param* param) {
+    KT_U8 status = take("KT_LD_GetMigratedLdSize",
+                        text(param->LDID) + " " + text(param->RaidMode) + " " + text(param->NumParityDisk), *param);
+    if (status == KT_OK) param->Size = seam.size;
+    return status;
+}
+KT_U8 KT_LD_StartMigration(KT_U8, _Create_LD_Param* param) {
+    return take("KT_LD_StartMigration", text(param->LDID), *param);
+}
+KT_U8 KT_DG_StartMigration(KT_U8, _CreateOrModify_DG_Param* param, KT_U8 sizeOnly) {
+    if (sizeOnly == 0) return take("KT_DG_StartMigration", text(param->DGID), *param);
+    KT_U8 status = take("KT_DG_StartMigration size",
+                        text(param->DGID) + " " + text(param->RaidMode) + " " + text(param->NumParityDisk), *param);
+    if (status == KT_OK) param->Size = seam.size;
+    return status;
 }
 }

@@ -7,8 +7,6 @@
 #include "tests/seam/seam.h"
 
 namespace {
-using Calls = std::vector<std::string>;
-
 class Removal : public testing::Test {
   protected:
     void SetUp() override {

@@ -9,8 +9,10 @@
 
 #include "Public/common.h"
 
+using Calls = std::vector<std::string>;
+
 struct Seam {
-    std::vector<std::string> calls;          // "KT_AES_ClearLink 3", in order
+    Calls calls;                             // "KT_AES_ClearLink 3", in order
     std::map<std::string, KT_U8> statuses;   // by name, or by one of `calls`; KT_OK when absent
     std::map<std::string, std::string> sent; // the bytes of the last record handed to a call, by "name.argument"
     // What the library answers.
@@ -18,6 +20,8 @@ struct Seam {
     std::vector<_LD_Info> lds;
     std::vector<_LD_STATUS> ldStatuses;
     std::vector<_HD_RAID_STATUS> disks;
+    std::vector<_HD_BGA_STATUS> hdActivities;
+    KT_U64 freeSpace = 1000; // KiB, of every disk
     std::vector<_Block_Info> blocks;
     std::vector<_Event> events;
     std::vector<_Event_Message> messages;

@@ -1,7 +1,4 @@
 // Every action on an object in every state, for each command of the family: one line, one result, one call at most.
-#include <cstdio>
-#include <gtest/gtest.h>
-
 #include "Functions/consistencyCheck/consistencyCheck.h"
 #include "Functions/copyBack/copyBack.h"
 #include "Functions/init/init.h"
@@ -11,7 +8,7 @@
 #include "Functions/rebuild/rebuild.h"
 #include "Functions/rebuild/rebuildV2.h"
 #include "Public/activity.h"
-#include "fakeLibrary.h"
+#include "tests/seam/activity.h"
 
 namespace {
 
@@ -77,7 +74,7 @@ const Member members[] = {
      {8, 16, 64},
      {1, 32},
      0,
-     "LD_BGAControl 2 ",
+     "KT_LD_BGAControl 2 ",
      {"Start initialization successfully\n", RESUME_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start initialization on VD 2 " E63 ".\n", "\nUnable to restart initialization on VD 2 " E63 "\n",
       "\nUnable to pause initialization on VD 2 " E63 ".\n", "\nUnable to resume initialization on Ld 2 " E63 ".\n",
@@ -92,7 +89,7 @@ const Member members[] = {
      {2, 4},
      {8, 24},
      0,
-     "LD_BGAControl 2 ",
+     "KT_LD_BGAControl 2 ",
      {"Start consistency check\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start consistency check on VD 2 " E63 "\n", "\nUnable to resume consistency chec on VD 2 " E63 ".\n",
       "\nPause Consistency check on VD 2 failed " E63 ".\n", "\nUnable to resume consistency chec on VD 2 " E63 ".\n",
@@ -107,7 +104,7 @@ const Member members[] = {
      {1},
      {2, 128},
      0,
-     "LD_BGAControl 2 ",
+     "KT_LD_BGAControl 2 ",
      {"Start rebuild successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to rebuild VD 2 " E63 ".\n", "\nRebuilding can not be resumed on VD 2 " E63 "\n",
       "\nUnable to pause VD 2 rebuilding " E63 "\n", "\nRebuilding can not be resumed on VD 2 " E63 "\n",
@@ -121,7 +118,7 @@ const Member members[] = {
      {1},
      {32, 8},
      0,
-     "DG_BGAControl 2 ",
+     "KT_DG_BGAControl 2 ",
      {"Start rebuild successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"Unable to rebuild array 2 " E63 ".\n", "\nRebuilding can not be resumed on array 2 " E63 "\n",
       "\nUnable to pause array 2 rebuilding " E63 "\n", "\nRebuilding can not be resumed on array 2 " E63 "\n",
@@ -135,7 +132,7 @@ const Member members[] = {
      {1},
      {2},
      0,
-     "PD_BGAControl 2 ",
+     "KT_PD_BGAControl 2 ",
      {"Start media patrol successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nFailed to start media patrol on PD 2 " E63 "\n", "\nFailed to restart media patrol on PD 2 " E63 "\n",
       "\nFailed to pause media patrol on PD 2 " E63 "\n", "\nFailed to resume media patrol on PD 2 " E63 "\n",
@@ -149,7 +146,7 @@ const Member members[] = {
      {128},
      {1, 32},
      0,
-     "DG_BGAControl 2 ",
+     "KT_DG_BGAControl 2 ",
      {nullptr, nullptr, PAUSE_OK, RESUME_OK, nullptr},
      {nullptr, nullptr, "\nUnable to pause copyback on array 2 " E63 "\n",
       "\nCopy back can not be resumed on array 2 " E63 "\n", nullptr},
@@ -161,7 +158,7 @@ const Member members[] = {
      {32},
      {1, 64},
      1,
-     "LD_BGAControl 2 ",
+     "KT_LD_BGAControl 2 ",
      {"Start migration successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start migration on VD 2 " E63 ".\n", "\nUnable to restart migration on VD 2 " E63 ".\n",
       "\nUnable to pause migration on VD 2 " E63 ".\n", "\nUnable to resume migration on VD 2 " E63 ".\n",
@@ -175,7 +172,7 @@ const Member members[] = {
      {32},
      {1, 128},
      1,
-     "DG_BGAControl 2 ",
+     "KT_DG_BGAControl 2 ",
      {"Start migrate successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to migrate array 2 " E63 ".\n", "\nUnable to restart migration on array 2 " E63 ".\n",
       "\nUnable to pause migration on VD 2 " E63 ".\n", "\nUnable to resume migration on array 2 " E63 ".\n",
@@ -187,9 +184,9 @@ const Member members[] = {
 
 // Puts every object into the state; each command looks at its own.
 void put(KT_U8 bga, KT_U8 state) {
-    resetFake();
-    fake.dg.BgaType = fake.ldStatus.Bga = fake.pdActivity.Bga = bga;
-    fake.dg.BgaState = fake.ldStatus.BgaState = fake.pdActivity.BgaState = state;
+    layOut();
+    array().BgaType = vdStatus().Bga = seam.hdActivities[0].Bga = bga;
+    array().BgaState = vdStatus().BgaState = seam.hdActivities[0].BgaState = state;
 }
 
 void check(const Member& member, const GridRow& row, KT_U8 bga, int action) {
@@ -200,22 +197,22 @@ void check(const Member& member, const GridRow& row, KT_U8 bga, int action) {
     put(bga, row.state);
     Outcome outcome = run(member.handler, line);
     if (act >= BUSY) {
-        EXPECT_EQ(outcome.text, member.refused[act - BUSY]);
+        EXPECT_EQ(outcome.printed, member.refused[act - BUSY]);
         EXPECT_EQ(outcome.result, member.refusal);
-        EXPECT_TRUE(fake.calls.empty());
+        EXPECT_TRUE(changes().empty());
         return;
     }
-    EXPECT_EQ(outcome.text, member.done[act]);
+    EXPECT_EQ(outcome.printed, member.done[act]);
     EXPECT_EQ(outcome.result, 0);
-    ASSERT_EQ(fake.calls.size(), 1U);
+    ASSERT_EQ(changes().size(), 1U);
     if (act != START) {
-        EXPECT_EQ(fake.calls[0], member.control + std::to_string(act));
+        EXPECT_EQ(changes()[0], member.control + std::to_string(act));
     }
-    const std::string called = fake.calls[0].substr(0, fake.calls[0].find(' '));
+    const std::string called = changes()[0].substr(0, changes()[0].find(' '));
     put(bga, row.state);
-    fake.failing[called] = KT_ERR_BGA_RUNNING;
+    seam.statuses[called] = KT_ERR_BGA_RUNNING;
     outcome = run(member.handler, line);
-    EXPECT_EQ(outcome.text, member.failed[act]);
+    EXPECT_EQ(outcome.printed, member.failed[act]);
     EXPECT_EQ(outcome.result, KT_ERR_BGA_RUNNING);
 }
 

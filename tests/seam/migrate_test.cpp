@@ -1,19 +1,16 @@
 // Migration: what is refused, in which order things are asked, and the records that a start sends.
 #include <cstring>
-#include <gtest/gtest.h>
 
 #include "Functions/migrate/migrate.h"
 #include "Functions/migrate/migrateV2.h"
 #include "Public/raidRules.h"
-#include "fakeLibrary.h"
+#include "tests/seam/activity.h"
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class Migrate : public ::testing::Test {
   protected:
-    void SetUp() override { resetFake(); }
+    void SetUp() override { layOut(); }
 };
 
 // An outcome that both commands share, or each of them has for itself (null: not a case of that command).
@@ -29,12 +26,12 @@ void expectRefusals(const Refusal* rows, size_t count, bool nothingRead) {
             const char* text = arrays ? rows[i].array : rows[i].vd;
             if (text == nullptr) continue;
             SCOPED_TRACE(std::string(rows[i].line) + (arrays ? " on an array" : " on a virtual disk"));
-            fake.reads.clear();
+            seam.calls.clear();
             Outcome outcome = run(arrays ? doMigrateV2 : doMigrate, rows[i].line);
-            EXPECT_EQ(outcome.text, text);
+            EXPECT_EQ(outcome.printed, text);
             EXPECT_EQ(outcome.result, 1);
-            EXPECT_TRUE(!nothingRead || fake.reads.empty());
-            EXPECT_TRUE(fake.calls.empty());
+            EXPECT_TRUE(!nothingRead || reads().empty());
+            EXPECT_TRUE(changes().empty());
         }
     }
 }
@@ -88,13 +85,13 @@ TEST_F(Migrate, LevelAndDiskCountMustFit) {
         {"migrate -l 2 -r 60 -q 6 -d 1,2,3,9,8,7", fewer, nullptr},
     };
     expectRefusals(rows, std::size(rows), false);
-    fake.migratedSize = 10;
-    fake.ld.Size = fake.dg.TotalManagedSpace = 11;
+    seam.size = 10;
+    vd().Size = array().TotalManagedSpace = 11;
     const char* smaller = "\nTarget VD size can not smaller than source VD.\n";
     gAdapterInfo[0].LogicalDriverMode = KT_MODE_RAID5;
     const Refusal size = {"migrate -l 2 -r 6 -d 1,2,3,9", smaller, smaller};
     expectRefusals(&size, 1, false);
-    fake.migratedSize = 11;
+    seam.size = 11;
     const char* level = "Specified RAID mode is not supported.\n";
     const Refusal mode = {"migrate -l 2 -r 6 -d 1,2", level, level};
     expectRefusals(&mode, 1, false);
@@ -109,13 +106,13 @@ TEST_F(Migrate, RanksOfRedundancy) {
     for (const auto& row : ranks) {
         EXPECT_EQ(RedundencyLevel(row.level), row.rank) << +row.level;
     }
-    fake.ld.RaidMode = KT_RAID1;
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 0 -d 1,2,3").text,
+    vd().RaidMode = KT_RAID1;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 0 -d 1,2,3").printed,
               "\n Abort migration!!! Redundancy level is degraded from RAID1 to RAID0\n");
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 1E -d 1,2,3").text, "Start migration successfully\n");
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 1E -d 1,2,3").printed, "Start migration successfully\n");
     // From JBOD there is no way out: nothing ranks as high.
-    fake.ld.RaidMode = KT_JBOD;
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 60 -d 1,2,3").text,
+    vd().RaidMode = KT_JBOD;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 60 -d 1,2,3").printed,
               "\n Abort migration!!! Redundancy level is degraded from JBOD to RAID60\n");
 }
 
@@ -124,12 +121,13 @@ TEST_F(Migrate, EveryMemberDiskStays) {
     const Refusal rows[] = {{"migrate -l 2 -d 1,3,9", missing, missing}, {"migrate -l 2 -d 7,8,9", missing, missing}};
     expectRefusals(rows, std::size(rows), false);
     // A block that cannot be read is not listed, but the disk behind it is not forgotten.
-    fake.blocks.erase(fake.blocks.begin() + 1);
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3,9").text, "Target PDs need to include ALL member disks [1 3 ].\n");
+    seam.statuses["KT_BLK_GetInfo 12"] = KT_ERR_INVALID_BLOCK;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3,9").printed,
+              "Target PDs need to include ALL member disks [1 3 ].\n");
     // A disk that is gone has no place in the list.
-    fake.ld.BlockIDs[1] = fake.dg.PDIDs[1] = KT_NO_ID;
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,3,9").text, "Start migration successfully\n");
-    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,3,9").text, "Start migrate successfully\n");
+    vd().BlockIDs[1] = array().PDIDs[1] = KT_NO_ID;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,3,9").printed, "Start migration successfully\n");
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,3,9").printed, "Start migrate successfully\n");
 }
 
 TEST_F(Migrate, NewDisksMustBeUsable) {
@@ -142,38 +140,38 @@ TEST_F(Migrate, NewDisksMustBeUsable) {
                  {KT_PD_FOREIGN, "Foreign disk 9 can not be used as target of a migration.\n"},
                  {KT_PD_MEMBER, nullptr}};
     for (const auto& row : roles) {
-        fake.role[9].Status = row.role;
+        disk(9).Status = row.role;
         const Refusal refusal = {"migrate -l 2 -d 1,2,3,9", row.vd, "Target PD 9 is not free.\n"};
         expectRefusals(&refusal, 1, false);
     }
     // A disk of another virtual disk is not free on controllers that look at blocks; one of this virtual disk is.
-    fake.role.erase(9);
-    fake.blocks.push_back(fake.blocks[0]);
-    fake.blocks.back().HDID = 9;
-    fake.blocks.back().LDID = 3;
+    disk(9) = {9, KT_NO_ID, 0, {}};
+    seam.blocks.push_back(seam.blocks[0]);
+    seam.blocks.back().HDID = 9;
+    seam.blocks.back().LDID = 3;
     const Refusal taken = {"migrate -l 2 -d 1,2,3,9", "Not free disk 9 can not be used to migration VD.\n", nullptr};
     expectRefusals(&taken, 1, false);
-    EXPECT_EQ(fake.reads, Lines(4, "BLK_GetInfo list"));
+    EXPECT_EQ(reads(), Calls(4, "KT_BLK_GetInfo"));
 }
 
 TEST_F(Migrate, SizeIsReportedAndNothingStarted) {
-    fake.migratedSize = 0x100000000;
+    seam.size = 0x100000000;
     Outcome vd = run(doMigrate, "migrate -a SIZE -l 2 -r 6");
-    EXPECT_EQ(vd.text, "Migrate VD size = 4294967296 M\n");
+    EXPECT_EQ(vd.printed, "Migrate VD size = 4294967296 M\n");
     EXPECT_EQ(vd.result, 0);
-    EXPECT_EQ(fake.reads, (Lines{"LD_GetInfo 2", "LD_GetMigratedLdSize 2 6 2"}));
-    fake.reads.clear();
+    EXPECT_EQ(reads(), (Calls{"KT_LD_GetInfo 2", "KT_LD_GetMigratedLdSize 2 6 2"}));
+    seam.calls.clear();
     Outcome array = run(doMigrateV2, "migrate -a size -l 2 -r 60 -q 6");
-    EXPECT_EQ(array.text, "Migrated size will be 4294967296 M\n");
+    EXPECT_EQ(array.printed, "Migrated size will be 4294967296 M\n");
     EXPECT_EQ(array.result, 0);
-    EXPECT_EQ(fake.reads, (Lines{"DG_GetInfo 2", "DG_StartMigration size 2 96 6"}));
-    EXPECT_TRUE(fake.calls.empty());
+    EXPECT_EQ(reads(), (Calls{"KT_DG_GetInfo 2", "KT_DG_StartMigration size 2 96 6"}));
+    EXPECT_TRUE(changes().empty());
 }
 
 TEST_F(Migrate, RecordsOfAStart) {
-    fake.migratedSize = 4000;
-    fake.ld.Size = fake.dg.TotalManagedSpace = 4000;
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 6 -d 9,1,2,1,3").text, "Start migration successfully\n");
+    seam.size = 4000;
+    vd().Size = array().TotalManagedSpace = 4000;
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 6 -d 9,1,2,1,3").printed, "Start migration successfully\n");
     _Create_LD_Param ld = {};
     ld.RaidMode = KT_RAID6;
     ld.HDCount = 4;
@@ -182,21 +180,21 @@ TEST_F(Migrate, RecordsOfAStart) {
     ld.LDID = 2;
     const KT_U16 disks[] = {9, 1, 2, 3};
     memcpy(ld.HDIDs, disks, sizeof disks);
-    EXPECT_EQ(memcmp(&fake.ldParam, &ld, sizeof ld), 0);
-    EXPECT_EQ(fake.reads, (Lines{"BLK_GetInfo list", "BLK_GetInfo list", "BLK_GetInfo list", "BLK_GetInfo list",
-                                 "LD_GetInfo 2", "LD_GetMigratedLdSize 2 6 2", "LD_GetStatus 2", "BLK_GetInfo 11",
-                                 "BLK_GetInfo 12", "BLK_GetInfo 13", "PD_GetHDRaidStatus 9"}));
-    fake.reads.clear();
-    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -r 6 -q 3 -d 9,1,2,3").text, "Start migrate successfully\n");
+    EXPECT_EQ(bytesOf(ld), seam.sent["KT_LD_StartMigration"]);
+    EXPECT_EQ(reads(), (Calls{"KT_BLK_GetInfo", "KT_BLK_GetInfo", "KT_BLK_GetInfo", "KT_BLK_GetInfo", "KT_LD_GetInfo 2",
+                              "KT_LD_GetMigratedLdSize 2 6 2", "KT_LD_GetStatus 2", "KT_BLK_GetInfo 11",
+                              "KT_BLK_GetInfo 12", "KT_BLK_GetInfo 13", "KT_PD_GetHDRaidStatus 9"}));
+    seam.calls.clear();
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -r 6 -q 3 -d 9,1,2,3").printed, "Start migrate successfully\n");
     _CreateOrModify_DG_Param dg = {};
     dg.DGID = 2;
     dg.RaidMode = KT_RAID6;
     dg.NumParityDisk = 3;
     dg.PDCount = 4;
     memcpy(dg.PDIDs, disks, sizeof disks);
-    EXPECT_EQ(memcmp(&fake.dgParam, &dg, sizeof dg), 0);
-    EXPECT_EQ(fake.reads,
-              (Lines{"DG_GetInfo 2", "DG_StartMigration size 2 6 3", "PD_GetHDRaidStatus 9", "PD_GetFreeSpaceInfo 9"}));
+    EXPECT_EQ(bytesOf(dg), seam.sent["KT_DG_StartMigration"]);
+    EXPECT_EQ(reads(), (Calls{"KT_DG_GetInfo 2", "KT_DG_StartMigration size 2 6 3", "KT_PD_GetHDRaidStatus 9",
+                              "KT_PD_GetFreeSpaceInfo 9"}));
 }
 
 TEST_F(Migrate, EveryReadThatFailsIsReported) {
@@ -207,50 +205,51 @@ TEST_F(Migrate, EveryReadThatFailsIsReported) {
         const char* failing;
         const char* text;
     } cases[] = {
-        {doMigrate, "migrate -l 2 -d 1", "BLK_GetInfo list", "Can not get disk 1 information" E70 ".\n"},
-        {doMigrate, "migrate -l 2 -r 6", "LD_GetInfo", "\nUnable to get info of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -a size -l 2", "LD_GetMigratedLdSize", "\nUnable to get migrate size of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -l 2 -d 1,2,3", "LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -a stop -l 2", "LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -l 2 -d 1,2,3,9", "PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
-        {doMigrateV2, "migrate -a stop -l 2", "DG_GetInfo", "\nUnable to get status of array 2 " E70 ".\n"},
-        {doMigrateV2, "migrate -a size -l 2", "DG_StartMigration size", "\nFailed to get migration size " E70 ".\n"},
-        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
-        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E70 ".\n"},
+        {doMigrate, "migrate -l 2 -d 1", "KT_BLK_GetInfo", "Can not get disk 1 information" E70 ".\n"},
+        {doMigrate, "migrate -l 2 -r 6", "KT_LD_GetInfo", "\nUnable to get info of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -a size -l 2", "KT_LD_GetMigratedLdSize",
+         "\nUnable to get migrate size of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -l 2 -d 1,2,3", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -a stop -l 2", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
+        {doMigrate, "migrate -l 2 -d 1,2,3,9", "KT_PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
+        {doMigrateV2, "migrate -a stop -l 2", "KT_DG_GetInfo", "\nUnable to get status of array 2 " E70 ".\n"},
+        {doMigrateV2, "migrate -a size -l 2", "KT_DG_StartMigration size", "\nFailed to get migration size " E70 ".\n"},
+        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "KT_PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
+        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "KT_PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E70 ".\n"},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
-        resetFake();
-        fake.failing[row.failing] = KT_ERR_MIGRATION_UNSUPPORTED;
+        layOut();
+        seam.statuses[row.failing] = KT_ERR_MIGRATION_UNSUPPORTED;
         Outcome outcome = run(row.handler, row.line);
         EXPECT_EQ(outcome.result, KT_ERR_MIGRATION_UNSUPPORTED);
-        EXPECT_EQ(outcome.text, row.text);
-        EXPECT_TRUE(fake.calls.empty());
+        EXPECT_EQ(outcome.printed, row.text);
+        EXPECT_TRUE(changes().empty());
     }
     // Without the new size a start goes on.
-    resetFake();
-    fake.ld.Size = fake.dg.TotalManagedSpace = 4000;
-    fake.failing = {{"LD_GetMigratedLdSize", KT_ERR_FAILED}, {"DG_StartMigration size", KT_ERR_FAILED}};
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3,9").text,
+    layOut();
+    vd().Size = array().TotalManagedSpace = 4000;
+    seam.statuses = {{"KT_LD_GetMigratedLdSize", KT_ERR_FAILED}, {"KT_DG_StartMigration size", KT_ERR_FAILED}};
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3,9").printed,
               "\nUnable to get migrate size of VD 2 (error 1: Failed).\nStart migration successfully\n");
-    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,3,9").text,
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,3,9").printed,
               "\nFailed to get migration size (error 1: Failed).\nStart migrate successfully\n");
 }
 
 TEST_F(Migrate, QuestionComesBeforeTheMembersAreCounted) {
-    fake.ldStatus.BgaExt = KT_BGAEXT_MEDIA_PATROL;
-    fake.dg.PDBgaRunning = 1;
+    vdStatus().BgaExt = KT_BGAEXT_MEDIA_PATROL;
+    array().PDBgaRunning = 1;
     const std::string vd = "Migrate VD will stop Media patrol on PD. Do you want to continue?(y or n)\n";
     const std::string array = "Migrate Array will stop Media patrol on PD. Do you want to continue?(y or n)\n";
     Outcome declined = run(doMigrate, "migrate -l 2 -d 1,2,9", "n\n");
-    EXPECT_EQ(declined.text, vd);
+    EXPECT_EQ(declined.printed, vd);
     EXPECT_EQ(declined.result, 0);
     EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,9", "").result, 0);
-    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,9", "y\n").text,
+    EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,9", "y\n").printed,
               array + "Target PDs need to include ALL member disks [1 2 3 ].\n");
-    EXPECT_TRUE(fake.calls.empty());
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3", "y\n").text, vd + "Start migration successfully\n");
-    EXPECT_EQ(fake.calls.size(), 1U);
+    EXPECT_TRUE(changes().empty());
+    EXPECT_EQ(run(doMigrate, "migrate -l 2 -d 1,2,3", "y\n").printed, vd + "Start migration successfully\n");
+    EXPECT_EQ(changes().size(), 1U);
 }
 
 } // namespace

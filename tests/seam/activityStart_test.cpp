@@ -1,6 +1,4 @@
 // What stands before a start: options, what the adapter supports, the object, the target disks and the question.
-#include <gtest/gtest.h>
-
 #include "Functions/consistencyCheck/consistencyCheck.h"
 #include "Functions/copyBack/copyBack.h"
 #include "Functions/init/init.h"
@@ -8,15 +6,13 @@
 #include "Functions/pause/pause.h"
 #include "Functions/rebuild/rebuild.h"
 #include "Functions/rebuild/rebuildV2.h"
-#include "fakeLibrary.h"
+#include "tests/seam/activity.h"
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class Start : public ::testing::Test {
   protected:
-    void SetUp() override { resetFake(); }
+    void SetUp() override { layOut(); }
 };
 
 struct Case {
@@ -27,7 +23,7 @@ struct Case {
 };
 
 TEST_F(Start, ArgumentsAreRefusedBeforeAnythingIsRead) {
-    const char* help = "Description:\nhelp of the row\n";
+    const char* help = "Description:short\nlong help\n";
     const char* twice = "Duplicated option specified.\n";
     const Case cases[] = {
         {doInit, "init", 1, "init: option -l is required\n"},
@@ -69,10 +65,10 @@ TEST_F(Start, ArgumentsAreRefusedBeforeAnythingIsRead) {
         SCOPED_TRACE(row.line);
         Outcome outcome = run(row.handler, row.line);
         EXPECT_EQ(outcome.result, row.result);
-        EXPECT_EQ(outcome.text, row.text);
+        EXPECT_EQ(outcome.printed, row.text);
     }
-    EXPECT_TRUE(fake.reads.empty());
-    EXPECT_TRUE(fake.calls.empty());
+    EXPECT_TRUE(reads().empty());
+    EXPECT_TRUE(changes().empty());
 }
 
 TEST_F(Start, AdapterMustSupportIt) {
@@ -83,23 +79,23 @@ TEST_F(Start, AdapterMustSupportIt) {
     for (const Case& row : cases) {
         Outcome outcome = run(row.handler, row.line);
         EXPECT_EQ(outcome.result, row.result);
-        EXPECT_EQ(outcome.text, row.text);
+        EXPECT_EQ(outcome.printed, row.text);
     }
-    EXPECT_TRUE(fake.reads.empty());
+    EXPECT_TRUE(reads().empty());
 }
 
 TEST_F(Start, Raid0IsNeitherInitializedNorChecked) {
-    fake.ld.RaidMode = KT_RAID0;
+    vd().RaidMode = KT_RAID0;
     Outcome init = run(doInit, "init -l 2");
     EXPECT_EQ(init.result, 19);
-    EXPECT_EQ(init.text, "Full initialization for RAID 0 is not supported.\n");
+    EXPECT_EQ(init.printed, "Full initialization for RAID 0 is not supported.\n");
     Outcome cc = run(doCC, "cc -l 2 -t check");
     EXPECT_EQ(cc.result, 19);
-    EXPECT_EQ(cc.text, "Consistency check for RAID 0 is not supported.\n");
-    EXPECT_EQ(fake.reads, (Lines{"LD_GetInfo 2", "LD_GetInfo 2"}));
+    EXPECT_EQ(cc.printed, "Consistency check for RAID 0 is not supported.\n");
+    EXPECT_EQ(reads(), (Calls{"KT_LD_GetInfo 2", "KT_LD_GetInfo 2"}));
     Outcome stop = run(doInit, "init -a stop -l 2");
     EXPECT_EQ(stop.result, 0);
-    EXPECT_EQ(stop.text, "\nVD 2 is not initializing.\n");
+    EXPECT_EQ(stop.printed, "\nVD 2 is not initializing.\n");
 }
 
 // Each read in its order, and what its failure says.
@@ -112,99 +108,99 @@ TEST_F(Start, EveryReadThatFailsEndsTheCommand) {
         const char* text;
         size_t reads;
     } cases[] = {
-        {doInit, "init -l 2", "LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
-        {doInit, "init -a pause -l 2", "LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
-        {doCC, "cc -a stop -l 2", "LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
-        {doCC, "cc -l 2", "LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
-        {doRebuild, "rebuild -l 2 -d 9", "LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 1},
-        {doRebuild, "rebuild -l 2 -d 9", "BLK_GetInfo list", "Can not get disk 9 information" E59 ".\n", 2},
-        {doRebuild, "rebuild -l 2 -d 9", "LD_GetInfo", "\nUnable to get necessary info" E59 ".\n", 3},
-        {doRebuild, "rebuild -l 2 -d 9", "PD_GetFreeSpaceInfo", "\nUnable to get necessary info" E59 ".\n", 4},
-        {doRebuild, "rebuild -l 2 -d 9", "BLK_GetInfo", "\nUnable to get necessary info" E59 ".\n", 5},
-        {doRebuildV2, "rebuild -l 2 -d 9", "DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
-        {doRebuildV2, "rebuild -l 2 -d 9", "PD_GetHDRaidStatus", "Unable to get status of PD 9 " E59 ".\n", 2},
-        {doRebuildV2, "rebuild -l 2 -d 9", "PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E59 ".\n", 3},
-        {doMP, "mp -d 2", "PD_GetHDRaidStatus", "\nUnable to get status of PD 2.\n", 1},
-        {doMP, "mp -a stop -d 2", "PD_GetBGAStatus", "\nUnable to get status of PD 2.\n", 2},
-        {doCopyBack, "copyback -a pause -l 2", "DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
-        {doPause, "pause -c 3", "LD_PauseAll", "\nExecutes  fail " E59 ".\n", 0},
+        {doInit, "init -l 2", "KT_LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
+        {doInit, "init -a pause -l 2", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
+        {doCC, "cc -a stop -l 2", "KT_LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
+        {doCC, "cc -l 2", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
+        {doRebuild, "rebuild -l 2 -d 9", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 1},
+        {doRebuild, "rebuild -l 2 -d 9", "KT_BLK_GetInfo", "Can not get disk 9 information" E59 ".\n", 2},
+        {doRebuild, "rebuild -l 2 -d 9", "KT_LD_GetInfo", "\nUnable to get necessary info" E59 ".\n", 3},
+        {doRebuild, "rebuild -l 2 -d 9", "KT_PD_GetFreeSpaceInfo", "\nUnable to get necessary info" E59 ".\n", 4},
+        {doRebuild, "rebuild -l 2 -d 9", "KT_BLK_GetInfo 11", "\nUnable to get necessary info" E59 ".\n", 5},
+        {doRebuildV2, "rebuild -l 2 -d 9", "KT_DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
+        {doRebuildV2, "rebuild -l 2 -d 9", "KT_PD_GetHDRaidStatus", "Unable to get status of PD 9 " E59 ".\n", 2},
+        {doRebuildV2, "rebuild -l 2 -d 9", "KT_PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E59 ".\n", 3},
+        {doMP, "mp -d 2", "KT_PD_GetHDRaidStatus", "\nUnable to get status of PD 2.\n", 1},
+        {doMP, "mp -a stop -d 2", "KT_PD_GetBGAStatus", "\nUnable to get status of PD 2.\n", 2},
+        {doCopyBack, "copyback -a pause -l 2", "KT_DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
+        {doPause, "pause -c 3", "KT_LD_PauseAll", "\nExecutes  fail " E59 ".\n", 0},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
-        resetFake();
-        fake.failing[row.failing] = KT_ERR_VD_MISSING;
+        layOut();
+        seam.statuses[row.failing] = KT_ERR_VD_MISSING;
         Outcome outcome = run(row.handler, row.line);
         EXPECT_EQ(outcome.result, KT_ERR_VD_MISSING);
-        EXPECT_EQ(outcome.text, row.text);
-        EXPECT_EQ(fake.reads.size(), row.reads);
+        EXPECT_EQ(outcome.printed, row.text);
+        EXPECT_EQ(reads().size(), row.reads);
     }
 }
 
 TEST_F(Start, RebuildTakesOneDiskOutsideTheVirtualDisk) {
     Outcome member = run(doRebuild, "rebuild -l 2 -d 3");
     // Disk 3 holds a block of virtual disk 2, so on this controller it is not even free.
-    EXPECT_EQ(member.text, "PD 3 is not a free disk and can not be used to rebuild VD.\n");
+    EXPECT_EQ(member.printed, "PD 3 is not a free disk and can not be used to rebuild VD.\n");
     EXPECT_EQ(member.result, 1);
     gAdapterInfo[0].DevID = 0x4700;
     member = run(doRebuild, "rebuild -l 2 -d 3");
-    EXPECT_EQ(member.text, "\nPD 3 is member disk of VD 2 and can not use to rebuild\n");
+    EXPECT_EQ(member.printed, "\nPD 3 is member disk of VD 2 and can not use to rebuild\n");
     EXPECT_EQ(member.result, 1);
-    EXPECT_TRUE(fake.calls.empty());
+    EXPECT_TRUE(changes().empty());
     // The slot of a disk that is gone is empty and is not asked for.
-    fake.ld.BlockIDs[1] = KT_NO_ID;
-    fake.reads.clear();
+    vd().BlockIDs[1] = KT_NO_ID;
+    seam.calls.clear();
     Outcome good = run(doRebuild, "rebuild -l 2 -d 9,9");
-    EXPECT_EQ(good.text, "Start rebuild successfully\n");
-    EXPECT_EQ(fake.calls, Lines{"LD_StartRebuild 2 9"});
-    EXPECT_EQ(fake.reads,
-              (Lines{"LD_GetStatus 2", "LD_GetInfo 2", "PD_GetFreeSpaceInfo 9", "BLK_GetInfo 11", "BLK_GetInfo 13"}));
+    EXPECT_EQ(good.printed, "Start rebuild successfully\n");
+    EXPECT_EQ(changes(), Calls{"KT_LD_StartRebuild 2 9"});
+    EXPECT_EQ(reads(), (Calls{"KT_LD_GetStatus 2", "KT_LD_GetInfo 2", "KT_PD_GetFreeSpaceInfo 9", "KT_BLK_GetInfo 11",
+                              "KT_BLK_GetInfo 13"}));
 }
 
 TEST_F(Start, ArrayIsRebuiltOnFreeDisksAndItsOwnSpares) {
-    fake.dg.SmallestAvailablePDSize = fake.pdSize;
-    fake.role[8] = {8, 2, KT_PD_DEDICATED_SPARE, {}};
-    fake.failing["PD_GetHDInfo_Ext"] = KT_ERR_NOT_SUPPORTED; // the older call answers instead
+    array().SmallestAvailablePDSize = seam.freeSpace;
+    disk(8) = {8, 2, KT_PD_DEDICATED_SPARE, {}};
+    seam.statuses["KT_PD_GetHDInfo_Ext"] = KT_ERR_NOT_SUPPORTED; // the older call answers instead
     Outcome good = run(doRebuildV2, "rebuild -l 2 -d 9,8");
-    EXPECT_EQ(good.text, "Start rebuild successfully\n");
-    EXPECT_EQ(fake.calls, Lines{"LD_DG_StartRebuild 2 2 9 8"});
-    fake.calls.clear();
+    EXPECT_EQ(good.printed, "Start rebuild successfully\n");
+    EXPECT_EQ(changes(), Calls{"KT_LD_DG_StartRebuild 2 2 9 8"});
+    seam.calls.clear();
 
     auto refused = [&](const char* text) {
         Outcome outcome = run(doRebuildV2, "rebuild -l 2 -d 9,8");
-        EXPECT_EQ(outcome.text, text);
+        EXPECT_EQ(outcome.printed, text);
         EXPECT_EQ(outcome.result, 1);
     };
-    fake.role[8].DGID = 5;
+    disk(8).DGID = 5;
     refused("PD 8 is dedicated for array 5.\n");
     for (KT_U8 role : {KT_PD_MEMBER, KT_PD_GLOBAL_SPARE, KT_PD_OFFLINE, KT_PD_FOREIGN}) {
-        fake.role[8] = {8, 2, role, {}};
+        disk(8) = {8, 2, role, {}};
         refused("PD 8 is not a free disk.\n");
     }
-    fake.role.erase(8);
-    fake.sectorSize = 4096;
+    disk(8) = {8, KT_NO_ID, 0, {}};
+    seam.hds[9].BlockSize = 4096;
     refused("Block size of PD 9 (4096) doesn't match block size of array 2 (512).\n");
-    ++fake.dg.SmallestAvailablePDSize;
+    ++array().SmallestAvailablePDSize;
     refused("PD 9 doesn't have enough space for rebuild.\n");
-    fake.failing["PD_GetHDInfo"] = KT_ERR_PD_MISSING;
-    --fake.dg.SmallestAvailablePDSize;
-    EXPECT_EQ(run(doRebuildV2, "rebuild -l 2 -d 9").text,
+    seam.statuses["KT_PD_GetHDInfo"] = KT_ERR_PD_MISSING;
+    --array().SmallestAvailablePDSize;
+    EXPECT_EQ(run(doRebuildV2, "rebuild -l 2 -d 9").printed,
               "Unable to get size of PD 9 (error 55: Specified physical disk doesn't exist).\n");
-    EXPECT_TRUE(fake.calls.empty());
+    EXPECT_TRUE(changes().empty());
 }
 
 TEST_F(Start, MediaPatrolRunsOnSparesAndAssignedDisks) {
     for (KT_U8 role : {KT_PD_MEMBER, KT_PD_GLOBAL_SPARE, KT_PD_DEDICATED_SPARE}) {
-        fake.role[9].Status = role;
-        EXPECT_EQ(run(doMP, "mp -d 9").text, "Start media patrol successfully\n");
+        disk(9).Status = role;
+        EXPECT_EQ(run(doMP, "mp -d 9").printed, "Start media patrol successfully\n");
     }
-    EXPECT_EQ(fake.calls, (Lines{"PD_StartMediaPatrol 9", "PD_StartMediaPatrol 9", "PD_StartMediaPatrol 9"}));
+    EXPECT_EQ(changes(), (Calls{"KT_PD_StartMediaPatrol 9", "KT_PD_StartMediaPatrol 9", "KT_PD_StartMediaPatrol 9"}));
     for (KT_U8 role : {KT_U8{0}, KT_U8{KT_PD_OFFLINE}, KT_U8{KT_PD_FOREIGN}}) {
-        fake.role[9].Status = role;
+        disk(9).Status = role;
         Outcome refused = run(doMP, "mp -d 9");
-        EXPECT_EQ(refused.text, "\nPD 9 is not a spare or assigned disk.\n");
+        EXPECT_EQ(refused.printed, "\nPD 9 is not a spare or assigned disk.\n");
         EXPECT_EQ(refused.result, 1);
     }
-    EXPECT_EQ(fake.calls.size(), 3U);
+    EXPECT_EQ(changes().size(), 3U);
 }
 
 TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
@@ -216,41 +212,41 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
         const char* done;
     } cases[] = {
         {doInit, "init -l 2", "Init VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
-         "LD_StartINIT 2 2", "Start initialization successfully\n"},
+         "KT_LD_StartINIT 2 2", "Start initialization successfully\n"},
         {doCC, "cc -l 2", "Fix VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
-         "LD_StartConsistencyCheck 2 1", "Start consistency check\n"},
+         "KT_LD_StartConsistencyCheck 2 1", "Start consistency check\n"},
         {doCC, "cc -l 2 -t check", "Check VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
-         "LD_StartConsistencyCheck 2 0", "Start consistency check\n"},
+         "KT_LD_StartConsistencyCheck 2 0", "Start consistency check\n"},
         {doRebuild, "rebuild -l 2 -d 9", "Rebuild VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
-         "LD_StartRebuild 2 9", "Start rebuild successfully\n"},
+         "KT_LD_StartRebuild 2 9", "Start rebuild successfully\n"},
         {doRebuildV2, "rebuild -l 2 -d 9",
-         "Rebuild Array will stop Media patrol on PD. Do you want to continue?(y or n)\n", "LD_DG_StartRebuild 2 1 9 9",
-         "Start rebuild successfully\n"},
+         "Rebuild Array will stop Media patrol on PD. Do you want to continue?(y or n)\n",
+         "KT_LD_DG_StartRebuild 2 1 9", "Start rebuild successfully\n"},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.line);
-        resetFake();
-        fake.ldStatus.BgaExt = 0xFD;
-        EXPECT_EQ(run(row.handler, row.line).text, row.done);
-        fake.ldStatus.BgaExt = KT_BGAEXT_MEDIA_PATROL;
-        fake.dg.PDBgaRunning = 1;
+        layOut();
+        vdStatus().BgaExt = 0xFD;
+        EXPECT_EQ(run(row.handler, row.line).printed, row.done);
+        vdStatus().BgaExt = KT_BGAEXT_MEDIA_PATROL;
+        array().PDBgaRunning = 1;
         Outcome yes = run(row.handler, row.line, "maybe\nYes\n");
-        EXPECT_EQ(yes.text, std::string(row.question) + "Please input y or n.\n" + row.done);
-        EXPECT_EQ(fake.calls, (Lines{row.call, row.call}));
+        EXPECT_EQ(yes.printed, std::string(row.question) + "Please input y or n.\n" + row.done);
+        EXPECT_EQ(changes(), (Calls{row.call, row.call}));
         for (const char* no : {"n\n", "No\n", ""}) {
             Outcome declined = run(row.handler, row.line, no);
-            EXPECT_EQ(declined.text, row.question);
+            EXPECT_EQ(declined.printed, row.question);
             EXPECT_EQ(declined.result, 0);
         }
-        EXPECT_EQ(fake.calls.size(), 2U);
+        EXPECT_EQ(changes().size(), 2U);
     }
 }
 
 TEST_F(Start, PauseAddressesTheAdapterNamed) {
     Outcome outcome = run(doPause, "pause -c 3");
     EXPECT_EQ(outcome.result, 0);
-    EXPECT_EQ(outcome.text, "");
-    EXPECT_EQ(fake.calls, Lines{"LD_PauseAll 3"});
+    EXPECT_EQ(outcome.printed, "");
+    EXPECT_EQ(changes(), Calls{"KT_LD_PauseAll 3"});
 }
 
 } // namespace

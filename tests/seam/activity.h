@@ -1,0 +1,75 @@
+// What the tests of background activities stand on: virtual disk 2 and array 2, both RAID5 on the disks 1, 2 and 3.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "tests/seam/seam.h"
+
+inline _LD_Info& vd() {
+    return seam.lds[0];
+}
+inline _LD_STATUS& vdStatus() {
+    return seam.ldStatuses[0];
+}
+inline _DG_Info& array() {
+    return seam.arrays[0];
+}
+inline _HD_RAID_STATUS& disk(KT_U16 id) {
+    return seam.disks[id];
+}
+
+// The calls so far that change something, and the others.
+inline Calls callsThat(bool change) {
+    Calls found;
+    for (const std::string& call : seam.calls) {
+        const std::string name = call.substr(0, call.find(' '));
+        bool changes =
+            name.find("_Start") != name.npos || name.find("BGAControl") != name.npos || name == "KT_LD_PauseAll";
+        if (call.starts_with("KT_DG_StartMigration size")) changes = false;
+        if (changes == change) found.push_back(call);
+    }
+    return found;
+}
+inline Calls changes() {
+    return callsThat(true);
+}
+inline Calls reads() {
+    return callsThat(false);
+}
+
+// Starts over: everything is idle, and the disks 0 and 4 to 9 are free, on an adapter that can do everything.
+inline void layOut() {
+    seam = {};
+    gCurrentAdapter = 0;
+    arrayBasedRaid = false;
+    gAdapterInfo[0] = {};
+    gAdapterInfo[0].Features = 0xFF;
+    gAdapterInfo[0].LogicalDriverMode = 0x0FFF;
+    gAdapterInfo[0].MaxParityDisks = 3;
+    gAdapterInfo[0].DevID = 0x4701;
+    seam.lds.resize(1);
+    seam.ldStatuses.resize(1);
+    seam.arrays.resize(1);
+    seam.hdActivities.resize(1);
+    vd().ID = vdStatus().LDID = array().DGID = seam.hdActivities[0].HDID = 2;
+    vd().RaidMode = array().RaidMode = KT_RAID5;
+    vd().BlkCount = vd().HDCount = array().PDCount = 3;
+    vd().SectorCoefficient = 8;
+    array().BlockSize = 512;
+    for (KT_U16 id = 0; id < 10; ++id) {
+        seam.disks.push_back({id, KT_NO_ID, 0, {}});
+        seam.hds.push_back({});
+        seam.hds.back().Link.Self.DevID = id;
+        seam.hds.back().BlockSize = 512;
+    }
+    for (KT_U16 id = 1; id <= 3; ++id) {
+        _Block_Info block = {};
+        block.ID = static_cast<KT_U16>(10 + id);
+        block.HDID = id;
+        block.LDID = 2;
+        seam.blocks.push_back(block);
+        vd().BlockIDs[id - 1] = block.ID;
+        array().PDIDs[id - 1] = id;
+        disk(id).Status = KT_PD_MEMBER;
+    }
+}
