@@ -131,11 +131,11 @@ static Take takeArrayDisks(const char* value, PdList& disks) {
 }
 
 static Take takeStripe(const char* value, KT_U16& stripe) {
-    if (!parseDecimal(value, stripe)) {
+    if (!isNumber(value)) {
         out("-b : invalid stripe block size '%s'.\n", value);
         return Take::Failed;
     }
-    if (isValidStripe(stripe)) return Take::Yes;
+    if (parseDecimal(value, stripe) && isValidStripe(stripe)) return Take::Yes;
     out("-b : invalid stripe block size '%s'. Please refer to info -o hba command to get detail stripe size support "
         "information.\n",
         value);

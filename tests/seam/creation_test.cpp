@@ -27,7 +27,9 @@ TEST_F(Creation, OnDisksRefusesOptionsBeforeAnyCall) {
         {"create", "create: option -r is required\ncreate: option -d is required\n"},
         {"create -r 5", "create: option -d is required\n"},
         {"create -b 1x", "-b : invalid stripe block size '1x'.\n"},
-        {"create -b 65552", "-b : invalid stripe block size '65552'.\n"},
+        {"create -b 65552",
+         "-b : invalid stripe block size '65552'.Please refer to info -o hba command to get detail stripe "
+         "size support information.\n"},
         {"create -b 24", "-b : invalid stripe block size '24'.Please refer to info -o hba command to get detail stripe "
                          "size support information.\n"},
         {"create -c auto", "-c : invalid cache mode 'auto'\n"},
