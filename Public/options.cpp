@@ -8,6 +8,17 @@ void printHelp(const _cmd_struct* row, HelpStyle style) {
     out("%s%s%s", style == HelpStyle::OwnLine ? "Description:\n" : "Description", row->cmdShortHelp, row->cmdHelp);
 }
 
+int nextOption(int argc, char** argv, const OptionSet& set) {
+    const int speaks = opterr;
+    if (set.secrets) opterr = 0;
+    const int value = getopt_long(argc, argv, set.letters, set.longOptions, nullptr);
+    opterr = speaks;
+    if (set.secrets && value == '?' && speaks != 0) {
+        fprintf(stderr, "%s: unknown option, or an option without its value\n", argv[0]);
+    }
+    return value;
+}
+
 bool givenOnce(const OptionSet& set, const OptionCounts& given) {
     for (const char* letter = set.once; *letter != '\0'; ++letter) {
         if (given[*letter] > 1) {

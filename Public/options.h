@@ -34,6 +34,7 @@ struct OptionSet {
     HelpStyle helpStyle = HelpStyle::Described;
     bool oneMissing = false;    // of several missing options only the first is reported
     bool helpOnUnknown = false; // an unknown option prints the help with result 0 instead of failing with 1
+    bool secrets = false;       // words may hold a password or a key: one that is not understood is not repeated
 };
 
 // How often each option was given, by its value.
@@ -51,6 +52,9 @@ enum class Take {
 
 void printHelp(const _cmd_struct* row, HelpStyle style = HelpStyle::Described);
 
+// The next option's value, -1 behind the last one.
+int nextOption(int argc, char** argv, const OptionSet& set);
+
 // Resets the scanner and hands each option to take(value, argument) -> Take. True when all were understood; otherwise
 // the command is over and `result` is what its handler returns.
 template <class TakeOption>
@@ -59,7 +63,7 @@ bool scanOptions(int argc, char** argv, const _cmd_struct* row, const OptionSet&
     // 0 starts at the first argument as 1 does, and also forgets what an abandoned scan left behind.
     optind = 0;
     int value;
-    while ((value = getopt_long(argc, argv, set.letters, set.longOptions, nullptr)) != -1) {
+    while ((value = nextOption(argc, argv, set)) != -1) {
         if (value == OPT_OUTPUT) continue;
         if (value == '?' && !set.helpOnUnknown) {
             result = 1;

@@ -40,7 +40,8 @@ const OptionSet aesentryOptions = {.letters = "\1:i:o:p:k:h",
                                    .longOptions = aesentry_long,
                                    .once = "iopk",
                                    .required = "o",
-                                   .objects = aesentry_objects};
+                                   .objects = aesentry_objects,
+                                   .secrets = true};
 
 static constexpr int LABEL_WIDTH = 24;
 static constexpr KT_U8 ALL_ENTRIES = 255;

@@ -47,7 +47,8 @@ const OptionSet aesopOptions = {.letters = "\1:o:w:i:e:p:k:h",
                                 .longOptions = aesop_long,
                                 .once = "owiepk",
                                 .required = "oep",
-                                .objects = aesop_objects};
+                                .objects = aesop_objects,
+                                .secrets = true};
 
 namespace {
 struct AesOpOptions {

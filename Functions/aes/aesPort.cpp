@@ -44,7 +44,8 @@ const OptionSet aesportOptions = {.letters = "\1:i:o:p:e:h",
                                   .longOptions = aesport_long,
                                   .once = "iope",
                                   .required = "o",
-                                  .objects = aesport_objects};
+                                  .objects = aesport_objects,
+                                  .secrets = true};
 
 static constexpr int LABEL_WIDTH = 24;
 

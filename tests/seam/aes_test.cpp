@@ -164,6 +164,11 @@ TEST_F(Aes, LeavesNoSecretInTheWords) {
         EXPECT_EQ(std::string::npos, outcome.words.find("secret")) << line;
         EXPECT_EQ(std::string::npos, outcome.printed.find("secret")) << line;
     }
+    for (const char* line : {"aesport --p=secret", "aesport --pasword=secret", "aesport --aeson=secret"}) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(1, run(doAESPort, line).result) << line;
+        EXPECT_EQ("aesport: unknown option, or an option without its value\n", testing::internal::GetCapturedStderr());
+    }
     Outcome port = run(doAESPort, "aesport -o mount -i 1 -e 1 -p secret");
     Outcome entry = run(doAESEntry, "aesentry -o getcfg -i 1 -p secret");
     EXPECT_EQ(std::string::npos, (port.words + entry.words).find("secret"));
