@@ -51,10 +51,11 @@ KT_U64 settleRaid(Context& context) {
     });
     for (const Owner owner : due) {
         const Activity job = jobOf(context, owner);
-        if (activityEnd(job) <= context.now)
+        if (activityEnd(job) <= context.now) {
             completeJob(context, owner);
-        else
+        } else {
             announce(context, owner, job);
+        }
     }
     if (!due.empty()) arbitrate(context);
     KT_U64 next = NEVER;

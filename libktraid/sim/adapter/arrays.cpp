@@ -317,9 +317,10 @@ static std::vector<KT_U16> quickCreateDisks(const Context& context) {
     std::vector<KT_U16> best;
     for (const Disk& model : candidates) {
         std::vector<KT_U16> alike;
-        for (const Disk& disk : candidates)
+        for (const Disk& disk : candidates) {
             if (disk.info.HDType == model.info.HDType && disk.info.BlockSize == model.info.BlockSize)
                 alike.push_back(disk.state.config.HDID);
+        }
         if (alike.size() > best.size()) best = alike;
     }
     return best;

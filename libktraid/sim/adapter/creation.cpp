@@ -228,9 +228,10 @@ static KT_U8 planLd(const Context& context, const _Create_LD_Param& param, KT_U6
     plan.geometry = Geometry{param.RaidMode, param.HDCount, counts ? param.NumParityDisk : KT_U8{0}};
     KT_U8 status = checkGeometry(adapter, plan.geometry, isArrayBased(adapter));
     if (status == KT_OK) status = checkStripe(adapter, param.StripeBlockSize);
-    if (status == KT_OK)
+    if (status == KT_OK) {
         status = checkOptions(adapter, param.RaidMode, param.CachePolicy, param.InitializationOption,
                               param.RoundingScheme, param.SectorCoefficient);
+    }
     if (status == KT_OK) status = checkName(param.Name);
     if (status != KT_OK) return status;
     plan.stripe = param.StripeBlockSize;

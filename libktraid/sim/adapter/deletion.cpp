@@ -64,6 +64,14 @@ void removeVd(const Context& context, const Vd& vd) {
     logEvent(context, EVT_VD, 3, vd.info.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.info.RaidMode) ? 1 : 0);
 }
 
+/* A rebuild or copy back of an array that has no virtual disk left has nothing more to do. */
+static void endEmptyJob(const Context& context, KT_U16 dgid) {
+    Array array = {};
+    if (dgid == KT_NO_ID || findArray(context, dgid, array) != KT_OK) return;
+    const bool empty = array.info.RemainingManagedSpace == array.info.TotalManagedSpace;
+    if (empty && isAlive(array.state.activity)) completeJob(context, Owner{OwnerKind::Array, dgid});
+}
+
 KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity) {
     Vd vd = {};
     const KT_U8 status = findVd(context, id, vd);
@@ -77,6 +85,7 @@ KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity) {
     }
     if (isAlive(vd.state.activity)) logJob(context, Owner{OwnerKind::Vd, id}, vd.state.activity, STEP_ABORTED);
     removeVd(context, vd);
+    endEmptyJob(context, vd.info.DGID);
     arbitrate(context);
     return KT_OK;
 }

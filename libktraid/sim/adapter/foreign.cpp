@@ -50,10 +50,11 @@ static void comeHome(const Context& context, const _LD_Info& vd, KT_U16 dgid) {
     mine.info.DGID = dgid;
     mine.state.reported = 1;
     saveVd(context, mine);
-    if (dgid == KT_NO_ID)
+    if (dgid == KT_NO_ID) {
         logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.RaidMode) ? 1 : 0);
-    else
+    } else {
         logEvent(context, EVT_VD, EVT_IMPORTED, vd.ID, SEV_INFO, dgid);
+    }
     refreshVdStatus(context, vd.ID);
 }
 

@@ -135,7 +135,7 @@ static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
 
 /* Takes the disk out of everything, leaving it without blocks. */
 static std::vector<Owner> detach(const Context& context, KT_U16 pd) {
-    const std::vector<Owner> owners = groupsOn(context, pd);
+    std::vector<Owner> owners = groupsOn(context, pd);
     for (const Owner owner : owners)
         removeMember(context, groupOf(context, owner), pd);
     return owners;

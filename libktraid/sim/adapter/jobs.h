@@ -50,7 +50,7 @@ inline bool isAlive(const Activity& job) {
 }
 
 /* Brings what the records of a virtual disk and its array show of activities up to date. */
-void showActivity(const Context& context, KT_U16 vd);
+void showActivity(const Context& context, KT_U16 id);
 void showArrayActivity(const Context& context, KT_U16 id);
 
 /* Lets the greater of activities on the same disks run and the lesser wait; call after anything that starts, stops or

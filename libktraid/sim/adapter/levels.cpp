@@ -147,10 +147,11 @@ KT_U8 statusWithLost(const Geometry& geometry, const bool* lost, const bool* isH
             gone += lost[i] ? 1 : 0;
         if (gone > spare) return KT_VD_OFFLINE;
         if (gone == 0) continue;
-        if (gone == spare)
+        if (gone == spare) {
             status = KT_VD_DEGRADED;
-        else if (status == KT_VD_ONLINE)
+        } else if (status == KT_VD_ONLINE) {
             status = KT_VD_PARTIALLY_OPTIMAL;
+        }
     }
     return status;
 }

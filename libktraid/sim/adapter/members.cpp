@@ -58,10 +58,11 @@ Group groupOf(const Context& context, Owner owner) {
     Group group = {};
     group.owner = owner;
     group.dgid = KT_NO_ID;
-    if (owner.kind == OwnerKind::Array)
+    if (owner.kind == OwnerKind::Array) {
         fillFromArray(context, group);
-    else
+    } else {
         fillFromVd(context, group);
+    }
     for (const KT_U16 pd : group.members)
         group.needsDisk.push_back(isOut(context, pd));
     return group;

@@ -46,9 +46,10 @@ static KT_U8 checkArrivals(const Context& context, Journey& journey) {
         if (status != KT_OK) return status;
         journey.arrived.push_back(pd);
     }
-    for (const KT_U16 member : journey.from.members)
+    for (const KT_U16 member : journey.from.members) {
         if (std::find(journey.disks.begin(), journey.disks.end(), member) == journey.disks.end())
             return KT_ERR_ARRAY_DISK_MISSING;
+    }
     return KT_OK;
 }
 
@@ -117,10 +118,11 @@ static KT_U8 layOutTarget(const Context& context, const Journey& journey, const 
         const auto& members = journey.from.members;
         const auto member = std::find(members.begin(), members.end(), journey.disks[slot]);
         KT_U8 status = KT_OK;
-        if (member != members.end())
+        if (member != members.end()) {
             target.info.BlockIDs[slot] = vd.BlockIDs[member - members.begin()];
-        else
+        } else {
             status = addArrival(context, vd, journey.disks[slot], target.info.BlockIDs[slot]);
+        }
         if (status != KT_OK) return status;
     }
     save(context, vd.ID, target);

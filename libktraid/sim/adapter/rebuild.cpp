@@ -3,6 +3,7 @@
 #include "adapter/blocks.h"
 #include "adapter/deletion.h"
 #include "adapter/members.h"
+#include "adapter/spares.h"
 #include "events.h"
 
 #include <algorithm>
@@ -44,9 +45,10 @@ static KT_U8 checkRebuildTarget(const Context& context, const Group& group, KT_U
 
 static void logSpareUsed(const Context& context, const Group& group, KT_U16 pd) {
     const auto disk = find<PdState>(context, pd);
-    if (disk && (disk->raid & KT_PD_SPARE))
+    if (disk && (disk->raid & KT_PD_SPARE)) {
         logEvent(context, EVT_PD, 59, pd, SEV_INFO, group.dgid == KT_NO_ID ? 0U : pd,
                  group.dgid == KT_NO_ID ? 0U : group.dgid);
+    }
 }
 
 static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, int count) {
@@ -158,9 +160,10 @@ static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) 
         bestSize = disk.info.Size;
         return true;
     });
-    if (best == KT_NO_ID)
+    if (best == KT_NO_ID) {
         for (const KT_U16 pd : tooSmall)
             logEvent(context, EVT_MISC, 20, pd, SEV_WARNING);
+    }
     return best;
 }
 
@@ -216,20 +219,9 @@ void engageSpares(const Context& context) {
 }
 
 /* A spare that nobody will relieve becomes a member like any other. */
-static void settleSpare(const Context& context, const Group& group, KT_U16 pd) {
-    Disk disk = {};
-    if (findDisk(context, pd, disk) != KT_OK || !(disk.state.raid & KT_PD_SPARE_IN_USE)) return;
-    if (copyBackOn(context)) return;
-    disk.state.raid &= static_cast<KT_U8>(~(KT_PD_SPARE | KT_PD_SPARE_IN_USE));
-    saveDisk(context, disk);
-    Array array = {};
-    if (group.dgid == KT_NO_ID || findArray(context, group.dgid, array) != KT_OK) return;
-    KT_U16* end = std::remove(std::begin(array.info.SparePDIDs), std::end(array.info.SparePDIDs), pd);
-    std::fill(end, std::end(array.info.SparePDIDs), KT_U16{KT_NO_ID});
-    array.info.SparePDCount =
-        static_cast<KT_U8>(std::find(std::begin(array.info.SparePDIDs), std::end(array.info.SparePDIDs), KT_NO_ID) -
-                           array.info.SparePDIDs);
-    saveArray(context, array);
+static void settleSpare(const Context& context, KT_U16 pd) {
+    const auto disk = find<PdState>(context, pd);
+    if (disk && (disk->raid & KT_PD_SPARE_IN_USE) && !copyBackOn(context)) dropSpareRole(context, pd);
 }
 
 void finishRebuild(const Context& context, Owner owner) {
@@ -246,7 +238,7 @@ void finishRebuild(const Context& context, Owner owner) {
         }
         const auto disk = find<PdState>(context, group.members[slot]);
         if (!rebuilt && group.members[slot] != job.disk) continue;
-        settleSpare(context, group, group.members[slot]);
+        settleSpare(context, group.members[slot]);
         if (disk && (!(disk->raid & KT_PD_SPARE) || !copyBackOn(context)))
             setHome(context, group, static_cast<int>(slot), group.members[slot]);
     }

@@ -7,8 +7,8 @@
 namespace sim {
 
 /* KT_LD_StartRebuild and KT_LD_DG_StartRebuild. */
-KT_U8 startVdRebuild(const Context& context, KT_U16 vd, KT_U16 pd);
-KT_U8 startArrayRebuild(const Context& context, KT_U16 dg, const KT_U16* pds, int count);
+KT_U8 startVdRebuild(const Context& context, KT_U16 id, KT_U16 pd);
+KT_U8 startArrayRebuild(const Context& context, KT_U16 id, const KT_U16* pds, int count);
 
 /* What the adapter does by itself: rebuilds what is degraded onto spares or replaced disks when auto-rebuild is on, and
    copies back from spares to replaced disks when copy back is on. Call when disks, spares or settings changed. */
