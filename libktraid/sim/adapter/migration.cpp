@@ -251,6 +251,13 @@ static void arriveArray(const Context& context, KT_U16 id, const _LD_Info& model
     array.info.TotalManagedSpace = capacityOf(geometryOf(array), array.info.SmallestAvailablePDSize);
     countFreeSlots(array);
     saveArray(context, array);
+    for (const KT_U16 pd : disks) {
+        Disk disk = {};
+        if (findDisk(context, pd, disk) != KT_OK) continue;
+        disk.state.raid |= KT_PD_MEMBER;
+        disk.state.dgid = id;
+        saveDisk(context, disk);
+    }
 }
 
 void finishMigration(const Context& context, Owner owner) {
