@@ -77,7 +77,8 @@ bool parsePdList(const char* text, PdItems items, PdList& list) {
         const char* end = item + strcspn(item, ",");
         if (item != end) {
             KT_U32 id = 0;
-            const char* at = item;
+            // Leniently, an item is read as people write lists: "0, 2, 4".
+            const char* at = items == PdItems::Lenient ? item + strspn(item, " \t") : item;
             for (; isDigit(*at) && id <= UINT16_MAX; ++at) {
                 id = id * 10 + static_cast<KT_U32>(*at - '0');
             }

@@ -54,8 +54,8 @@ struct PdList {
     KT_U8 count;
 };
 
-// Strict: an item is a number, a repeated id is skipped. Lenient: the digits that an item begins with are its id, none
-// mean 0, and repeated ids stay.
+// Strict: an item is a number, a repeated id is skipped. Lenient: the digits that an item begins with, behind
+// blanks, are its id, none mean 0, and repeated ids stay.
 enum class PdItems { Strict, Lenient };
 
 // Reads a comma list of decimal disk ids; empty items count for nothing. False for an item that the rule refuses or

@@ -67,7 +67,7 @@ TEST(PdList, TakesIdsAndNothingElse) {
     EXPECT_EQ(ids("3"), "3 ");
     EXPECT_EQ(ids("1,1,2"), "1 2 ");
     EXPECT_EQ(ids("1,1,,x,2y,0,65536x", PdItems::Lenient), "refused");
-    EXPECT_EQ(ids("1,1,,x,2y,0,65535x", PdItems::Lenient), "1 1 0 2 0 65535 ");
+    EXPECT_EQ(ids("1, 1,,x,2y,0,65535x", PdItems::Lenient), "1 1 0 2 0 65535 ");
     EXPECT_EQ(ids(""), "");
     EXPECT_EQ(ids(",1,,2,"), "1 2 ");
     EXPECT_EQ(ids("65535,000000000007"), "65535 7 ");
