@@ -46,7 +46,8 @@ inline ListRange oneItem(KT_U16 id) {
     return {false, id};
 }
 
-// The id that stands for every item where a command's ids end at 254.
+// The last id that a command with ids of eight bits takes, and the one that stands for every item there.
+inline constexpr KT_U16 HIGHEST_ID = 254;
 inline constexpr KT_U16 ALL_ITEMS = 255;
 inline ListRange itemRange(KT_U16 id) {
     return id == ALL_ITEMS ? EVERYTHING : oneItem(id);

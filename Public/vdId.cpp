@@ -1,5 +1,6 @@
 #include "Public/vdId.h"
 
+#include "Public/listing.h"
 #include "Public/utility.h"
 
 const option vdIdLongOptions[] = {{"id", required_argument, nullptr, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
@@ -15,7 +16,6 @@ static Take takeId(int option, const char* value, KT_U64& id) {
 }
 
 bool readVdId(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, KT_U16& vd, int& result) {
-    static constexpr KT_U64 HIGHEST_ID = 254;
     OptionCounts given;
     KT_U64 id = 0;
     auto take = [&](int option, const char* value) { return takeId(option, value, id); };

@@ -76,7 +76,6 @@ const OptionSet createOptions = {.letters = "\1:c:o:n:r:q:d:b:t:s:w:p:g:i:h",
                                  .objects = create_objects};
 
 static constexpr int LONGEST_NAME = 10;
-static constexpr KT_U8 TANDEM_WATER_MARK = 90;
 
 // Above this device id an adapter takes a size only when it is forced to, and then also wants to be told so.
 static constexpr KT_U16 LAST_FREELY_SIZED = 0x4700;

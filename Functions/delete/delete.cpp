@@ -35,8 +35,6 @@ static const char* const delete_objects[] = {"vd", "ld", "array", "spare", nullp
 const OptionSet deleteOptions = {
     .letters = "\1:o:i:fh", .longOptions = delete_long, .once = "oif", .required = "oi", .objects = delete_objects};
 
-static constexpr int HIGHEST_ID = 254;
-
 namespace {
 enum class DeleteObject { VirtualDisk, Array, Spare };
 

@@ -41,7 +41,6 @@ const OptionSet getmaxsizeOptions = {.letters = "\1:n:r:q:d:b:s:w:p:g:i:h",
                                      .helpOnUnknown = true};
 
 static constexpr KT_U16 STRIPE = 64; // KB; the largest size does not depend on it
-static constexpr KT_U8 TANDEM_WATER_MARK = 90;
 
 namespace {
 struct MaxSizeOptions {

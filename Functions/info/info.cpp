@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "Public/errorMsg.h"
+#include "Public/listing.h"
 #include "Public/utility.h"
 
 const char info_sh[] = ":Display adapter(hba), virtual disk(vd), disk array,\n"
@@ -33,9 +34,6 @@ static const char* const info_objects[] = {"hba", "pd",  "hd",    "vd",  "ld",  
                                            "exp", "blk", "spare", "bbu", "tandem", nullptr};
 const OptionSet infoOptions = {
     .letters = "\1:o:i:h", .longOptions = info_long, .once = "oi", .required = "o", .objects = info_objects};
-
-// The highest id that can be asked for; the next one stands for all.
-static constexpr KT_U16 HIGHEST_ID = 254;
 
 static KT_U8 reportBattery(KT_U16 id) {
     // There is one battery: no id, or 0.

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "Public/errorMsg.h"
+#include "Public/listing.h"
 #include "Public/utility.h"
 
 const char wipe_sh[] = ":Wipe out disk drive MDD data.";
@@ -23,8 +24,6 @@ static const option wipe_long[] = {{"pdid", required_argument, nullptr, 'd'},
                                    HELP_OPTION,
                                    END_OF_OPTIONS};
 const OptionSet wipeOptions = {.letters = "\1:d:fh", .longOptions = wipe_long, .once = "d", .required = "d"};
-
-static constexpr int HIGHEST_ID = 254;
 
 namespace {
 struct WipeOptions {
