@@ -1,0 +1,35 @@
+#!/bin/bash
+# usage: check.sh BUILD-FOLDER   Makes the Debian packages and uses what is in them.
+set -eu
+build=$1
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+(cd "$folder" && cpack --config "$build/CPackConfig.cmake" -B "$folder" -G DEB > cpack.log 2>&1) || fail "$(cat "$folder/cpack.log")"
+mkdir "$folder/root"
+for package in "$folder"/*.deb; do
+  dpkg-deb -c "$package" > "$folder/list"
+  ! grep -v ' root/root ' "$folder/list" || fail "$package: files that are not root's"
+  ! grep -E '^-..[sS]|^-.....[sS]' "$folder/list" || fail "$package: setuid or setgid files"
+  dpkg-deb -x "$package" "$folder/root"
+done
+for page in man8/ktsetup.8 man8/ktcfg.8 man1/ktsim.1 man7/ktraid-sim.7; do
+  [ -s "$folder/root/usr/share/man/$page.gz" ] || [ ! -x "$(command -v scdoc)" ] || fail "no $page"
+done
+for words in ktsetup ktcfg ktsim; do
+  bash -n "$folder/root/usr/share/bash-completion/completions/$words" || fail "completion of $words"
+done
+
+# Alone, without any library, ktsetup ends with the loader's message; beside ktraid-sim it runs through ktsim.
+export KTRAID_SIM=$folder/state.db PATH=$folder/root/usr/sbin:$folder/root/usr/bin:$PATH
+unset LD_LIBRARY_PATH
+message=$(ktsetup ver 2>&1) && fail "ktsetup started without a library"
+[[ $message == *"error while loading shared libraries: libktraid.so.4"* ]] || fail "$message"
+ktsim run -- ktsetup info -o hba | grep -q '^Adapter ID: ' || fail "no adapter on the simulated library"
+if command -v lintian > /dev/null; then
+  ! lintian --fail-on error "$folder"/*.deb 2>&1 | grep '^E:' || fail "lintian has errors"
+fi
+echo "packages hold what they should"
