@@ -160,8 +160,9 @@ static std::string roleText(const PdState& state) {
     std::string role;
     if (state.raid & KT_PD_MEMBER) role = "member";
     if (state.raid & KT_PD_MEMBER && state.dgid != KT_NO_ID) role += " of array " + std::to_string(state.dgid);
-    if (state.raid & KT_PD_DEDICATED_SPARE) role += "spare of array " + std::to_string(state.dgid);
-    if (state.raid & KT_PD_GLOBAL_SPARE) role += "global spare";
+    const char* also = role.empty() ? "" : ", ";
+    if (state.raid & KT_PD_DEDICATED_SPARE) role += also + ("spare of array " + std::to_string(state.dgid));
+    if (state.raid & KT_PD_GLOBAL_SPARE) role += also + std::string("global spare");
     if (state.raid & KT_PD_FOREIGN) role += role.empty() ? "foreign" : ", foreign";
     if (role.empty()) role = state.raid & KT_PD_OFFLINE ? "not in use" : "free";
     if (state.raid & KT_PD_OFFLINE) role += ", offline";
