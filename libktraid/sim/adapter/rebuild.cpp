@@ -262,11 +262,25 @@ void finishCopyBack(const Context& context, Owner owner) {
     engageSpares(context);
 }
 
+/* Whether the disk holds anything for the group that is not filled yet. */
+static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) {
+    for (const KT_U16 id : blocksFor(context, group, pd)) {
+        const auto block = find<_Block_Info>(context, id);
+        if (block && (block->Status == BLOCK_REBUILDING || block->Status == BLOCK_COPYING)) return true;
+    }
+    return false;
+}
+
 void failRebuild(const Context& context, Owner owner) {
     const Activity job = jobOf(context, owner);
     dropJob(context, owner);
     logJob(context, owner, job, STEP_FAILED);
-    if (job.kind == KT_BGA_COPY_BACK) removeMember(context, groupOf(context, owner), job.disk);
+    std::vector<KT_U16> targets = groupOf(context, owner).members;
+    targets.push_back(job.disk);
+    for (const KT_U16 pd : targets) {
+        const Group group = groupOf(context, owner);
+        if (pd == job.disk || isHalfFilled(context, group, pd)) removeMember(context, group, pd);
+    }
 }
 
 } // namespace sim

@@ -150,6 +150,16 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
     logStatus(context, vd.info, status);
 }
 
+/* A member that is being rebuilt is there, but holds no data to rely on. */
+static bool isHalfFilled(const Context& context, const _DG_Info& array, int slot) {
+    for (const KT_U16 id : array.VDIDs) {
+        const auto vd = id == KT_NO_ID ? std::nullopt : find<_LD_Info>(context, id);
+        const auto block = vd ? find<_Block_Info>(context, vd->BlockIDs[slot]) : std::nullopt;
+        if (block && block->Status == BLOCK_REBUILDING) return true;
+    }
+    return false;
+}
+
 void refreshArrayStatus(const Context& context, KT_U16 id) {
     Array array = {};
     if (findArray(context, id, array) != KT_OK) return;
@@ -161,6 +171,7 @@ void refreshArrayStatus(const Context& context, KT_U16 id) {
         const auto disk = find<PdState>(context, array.state.members[i]);
         lost[i] = !disk || (disk->raid & KT_PD_OFFLINE) != 0;
         missing = missing || lost[i];
+        lost[i] = lost[i] || isHalfFilled(context, array.info, i);
     }
     const bool offline = statusWithLost(geometry, lost, none) == KT_VD_OFFLINE;
     listMembers(array);
