@@ -1,5 +1,6 @@
 #include "ktsetup/shell.h"
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -16,13 +17,23 @@ using Line = std::unique_ptr<char, decltype(&free)>;
 using Words = std::unique_ptr<char*, decltype(&free)>;
 } // namespace
 
+// Readline takes over the user's locale, which it needs to edit a line, for the whole process. Commands are to read
+// words and print alike everywhere (in Turkish, "WRITE" is not another case of "write"), so they run in the plain one.
+static char* readInUsersLocale() {
+    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    uselocale(LC_GLOBAL_LOCALE);
+    char* line = readline("> ");
+    uselocale(plain);
+    return line;
+}
+
 // The next line; the end of input does not end the shell. What has ended stays ended, so the prompt comes back more and
 // more slowly rather than at the full speed of a core.
 static Line readLine() {
     static constexpr useconds_t LONGEST_WAIT = 1000000;
     for (useconds_t wait = 1000;; wait = wait < LONGEST_WAIT ? wait * 2 : LONGEST_WAIT) {
         flushOutput();
-        Line line(readline("> "), &free);
+        Line line(readInUsersLocale(), &free);
         if (line != nullptr) return line;
         fflush(stdout);
         usleep(wait);

@@ -106,6 +106,14 @@ class ShellTest(unittest.TestCase):
         self.assertIn("Error code 3: Unknown error.", output)
         self.assertIn("Error code 0: No error.", output)
 
+    def test_words_have_the_same_cases_in_every_locale(self):
+        made = subprocess.run(["localedef", "-i", "tr_TR", "-f", "UTF-8", os.path.join(self.folder.name, "tr_TR.UTF-8")],
+                              capture_output=True)
+        if made.returncode != 0:
+            self.skipTest("the sources of the Turkish locale are not installed")
+        self.environment.update(LOCPATH=self.folder.name, LC_ALL="tr_TR.UTF-8")
+        self.assertIn("have been written into nvsram!", self.piped("nvsram -a WRITE\nexit\n")[1])
+
     def test_closed_streams_are_not_reused_for_files(self):
         path = os.path.join(self.folder.name, "out.txt")
         command = f'"{PROGRAM}" info -z -output "{path}"'
