@@ -56,10 +56,11 @@ static void checkArray(const Context& context, const Array& array, Wrong& wrong)
         for (int slot = 0; vd && slot < array.state.memberCount; slot++) {
             const auto block = find<_Block_Info>(context, vd->BlockIDs[slot]);
             const KT_U16 member = array.state.members[slot];
-            if (block ? block->HDID != member : member != KT_NO_ID)
+            if (block ? block->HDID != member : member != KT_NO_ID) {
                 wrong.push_back(who + "has disk " + std::to_string(member) + " in slot " + std::to_string(slot) +
                                 ", its VD " + std::to_string(vd->ID) +
                                 (block ? " disk " + std::to_string(block->HDID) : " none"));
+            }
         }
     }
     if (used != array.info.TotalManagedSpace) wrong.push_back(who + "does not manage the sum of its slots");
