@@ -5,7 +5,7 @@
 namespace {
 struct ErrorText {
     unsigned char code;
-    const char* text;
+    char text[90]; // in place: a table of pointers would be work at every start of the program
 };
 
 // In ascending order of code. The odd spellings are the texts' own.

@@ -55,8 +55,10 @@ struct EventRow {
     KT_U16 eventClass;
     KT_U16 code;
     When when;
-    const char* text; // its leading "%s" is always empty, so such a text begins with a blank
-    Value values[5];  // for the other conversions, in order
+    // Its leading "%s" is always empty, so such a text begins with a blank. Held in place: a table of pointers would be
+    // work at every start of the program.
+    char text[88];
+    Value values[5]; // for the other conversions, in order
 };
 
 // The first row that fits an event describes it. The odd spellings and blanks are the texts' own.

@@ -1,7 +1,7 @@
 # Sourced by every transcript: the built programs on a scratch state, the clock stopped, the time zone fixed.
 #   lab NAME           start over with an example lab, the clock stopped at 8 o'clock
 #   calls              the library calls since the last `calls`, one a line (from the trace)
-export PATH="$BIN:$PATH" TZ=UTC LC_ALL=C
+export PATH="$BIN:$PATH" LD_LIBRARY_PATH="$SIM" TZ=UTC LC_ALL=C
 export KTRAID_SIM="$PWD/state.db" KTRAID_SIM_TRACE="$PWD/trace"
 unset POSIXLY_CORRECT
 # The driver's line stands before every report; transcripts show what a command says.
