@@ -2,6 +2,14 @@
 
 namespace sim {
 
+/* Muting silences what has happened so far; what happens next is heard again. */
+static void soundAlarm(const Context& context) {
+    auto state = find<AdapterState>(context, 0);
+    if (!state || !state->muted) return;
+    state->muted = 0;
+    save(context, 0, *state);
+}
+
 void logEvent(const Context& context, _Event event) {
     const auto last = lastRow(context.store, context.adapter, KIND_EVENT);
     const KT_U64 sequence = last ? *last + 1 : 1;
@@ -9,6 +17,7 @@ void logEvent(const Context& context, _Event event) {
     event.AdapterID = context.adapter;
     event.SequenceNo = static_cast<KT_U32>(sequence);
     save(context, sequence, event);
+    if (event.Severity >= SEV_MAJOR) soundAlarm(context);
     if (sequence > EVENTS_KEPT) erase<_Event>(context, sequence - EVENTS_KEPT);
 }
 

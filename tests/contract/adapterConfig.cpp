@@ -1,6 +1,8 @@
 #include "frame.h"
 
-static const char LAB[] = R"({"adapters": [{"type": "array-based"},
+#include "adapter/health.h"
+
+static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
   {"type": "LD-based", "AlarmSupport": 0, "config": {"AutoRebuildOn": 255}}]})";
 
 struct AdapterConfig : ContractTest {
@@ -69,5 +71,9 @@ TEST_F(AdapterConfig, MuteIsLoggedOnce) {
     newEvents();
     EXPECT_EQ(KT_AdapterMute(0), KT_OK);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"})) << "a buzzer switched on anew is not mute";
+    outside(0, [](sim::Context& context) { sim::failDisk(context, 0); });
+    newEvents();
+    EXPECT_EQ(KT_AdapterMute(0), KT_OK);
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"})) << "a new alarm is heard again";
     EXPECT_EQ(KT_AdapterMute(1), KT_ERR_NOT_ON_THIS_ADAPTER);
 }
