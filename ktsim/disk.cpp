@@ -91,5 +91,5 @@ void addDisk(CLI::App& app, Options& options) {
     CLI::App* trip =
         addChange(*disk, options, wanted, "trip", "Its SMART status goes over the threshold", "", false,
                   [wanted](Context& context, KT_U16 pd) { return tripSmart(context, pd, !wanted->clear); });
-    trip->add_flag("--clear", wanted->clear, "Back under it");
+    trip->add_flag("--clear", wanted->clear, "Back under it, its wear undone");
 }

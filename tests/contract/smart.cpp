@@ -1,5 +1,6 @@
 #include "frame.h"
 
+#include "adapter/health.h"
 #include "adapter/smart.h"
 
 /* Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start. */
@@ -87,6 +88,15 @@ TEST_F(Smart, WornDisksTrip) {
     EXPECT_FALSE(age(1, "wear", 1)) << "a SAS disk";
     EXPECT_FALSE(age(0, "beauty", 1));
     EXPECT_FALSE(age(9, "wear", 1));
+}
+
+TEST_F(Smart, AClearedTripIsForgottenByTheAttributesToo) {
+    ASSERT_TRUE(age(0, "reallocated", 512));
+    ASSERT_EQ(tripped()[0], 1);
+    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::tripSmart(context, 0, false), KT_OK); });
+    EXPECT_EQ(tripped()[0], 0);
+    EXPECT_EQ(attribute(0, REALLOCATED).Status, KT_SMART_GOOD);
+    EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
 }
 
 TEST_F(Smart, HeatPasses) {

@@ -297,6 +297,8 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
     const bool news = tripped && !disk.state.smartTripped;
     disk.state.smartTripped = tripped ? 1 : 0;
     saveDisk(context, disk);
+    /* Its attributes would go on saying that it fails. */
+    if (!tripped) erase<DiskAge>(context, pd);
     if (news && disk.state.config.SMARTOn && adapterConfig(context).PollSMARTStatus == 1)
         logEvent(context, EVT_PD, 11, pd, SEV_WARNING);
     return KT_OK;

@@ -17,7 +17,8 @@ KT_U8 pullDisk(const Context& context, KT_U16 pd);
 KT_U8 insertDisk(const Context& context, KT_U16 pd);
 /* A new, empty disk of the same make takes the place of one that is there or was pulled; `sectors` 0 = as large. */
 KT_U8 replaceDisk(const Context& context, KT_U16 pd, KT_U64 sectors);
-/* The disk's SMART status goes over (true) or back under its threshold; logged when the adapter polls it. */
+/* The disk's SMART status goes over its threshold, logged when the adapter polls it, or (false) back under it: its wear
+   is undone with it. */
 KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped);
 
 /* What the library's calls do. */
