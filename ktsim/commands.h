@@ -36,6 +36,8 @@ void addRun(CLI::App& app, Options& options);
 std::string statePathOf(const Options& options);
 /* Opens the state, making the default one when there is none. */
 sim::Store* openState(const Options& options);
+/* The lab's text: "-" is standard input, then a file of that name, then a built-in lab. */
+std::string labText(const std::string& name);
 /* --adapter, -a */
 void addAdapterOption(CLI::App& command, Options& options);
 /* --force, -f */

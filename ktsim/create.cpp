@@ -27,8 +27,7 @@ static std::string readAll(int file, const std::string& name) {
     }
 }
 
-/* The lab's text: "-" is standard input, then a file of that name, then a built-in lab. */
-static std::string labText(const std::string& name) {
+std::string labText(const std::string& name) {
     if (name == "-") return readAll(STDIN_FILENO, "standard input");
     const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
     struct stat info = {};

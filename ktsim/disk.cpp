@@ -1,8 +1,12 @@
 #include "adapter/blocks.h"
+#include "adapter/foreign.h"
 #include "adapter/health.h"
 #include "adapter/smart.h"
 #include "commands.h"
+#include "lab.h"
 
+#include <cstdio>
+#include <cstring>
 #include <memory>
 
 using namespace sim;
@@ -75,13 +79,80 @@ static void addAge(CLI::App& disk, Options& options, const std::shared_ptr<DiskO
     age->add_option("AMOUNT", wanted->amount, "By how much")->capture_default_str();
 }
 
+struct InsertOptions {
+    std::vector<unsigned> ids;
+    std::string from;
+    unsigned of = 0;
+};
+
+static bool isStateFile(const std::string& name) {
+    static const char MAGIC[] = "SQLite format 3";
+    char head[sizeof MAGIC] = "";
+    FILE* file = fopen(name.c_str(), "re");
+    const bool whole = file && fread(head, sizeof head, 1, file) == 1;
+    if (file) fclose(file);
+    return whole && memcmp(head, MAGIC, sizeof MAGIC) == 0;
+}
+
+static Store* openSource(const std::string& name) {
+    if (isStateFile(name)) return openExistingStore(name);
+    const std::string text = labText(name);
+    const BuiltInLab lab{name.c_str(), text.c_str()};
+    return openMemoryStore(fillFromLab, &lab);
+}
+
+static void checkArrived(KT_U8 status, const InsertOptions& wanted) {
+    const std::string source = "adapter " + std::to_string(wanted.of) + " of " + wanted.from;
+    if (status == KT_ERR_PD_MISSING) throw CommandFailure{source + " does not have all of these disks"};
+    if (status == KT_ERR_INVALID_PARAMETER) throw CommandFailure{"a disk is named twice"};
+    if (status == KT_ERR_NOT_SUPPORTED) throw CommandFailure{"the adapter has no ports for such disks"};
+    if (status != KT_OK) throw CommandFailure{"the adapter has no room for all that"};
+}
+
+static void insertFrom(const Options& options, const InsertOptions& wanted, Store& source) {
+    const std::vector<KT_U16> there(wanted.ids.begin(), wanted.ids.end());
+    std::vector<KT_U16> here;
+    beginTransaction(source, Access::Read);
+    if (wanted.of >= adapterCount(source))
+        throw CommandFailure{wanted.from + " has no adapter " + std::to_string(wanted.of)};
+    changeAdapter(options, [&](Context& context) {
+        checkArrived(insertForeignDisks(context, source, static_cast<KT_U8>(wanted.of), there, here), wanted);
+    });
+    for (size_t i = 0; i < here.size(); i++)
+        printf("Disk %u of %s is disk %u here.\n", unsigned{there[i]}, wanted.from.c_str(), unsigned{here[i]});
+}
+
+static void insert(const Options& options, const InsertOptions& wanted) {
+    if (wanted.from.empty()) {
+        changeAdapter(options, [&](Context& context) {
+            for (const unsigned id : wanted.ids)
+                checkDone(insertDisk(context, static_cast<KT_U16>(id)), id, " that was pulled");
+            settleAll(context.store);
+        });
+        return;
+    }
+    const std::unique_ptr<Store, void (*)(Store*)> source(openSource(wanted.from), closeStore);
+    insertFrom(options, wanted, *source);
+}
+
+static void addInsert(CLI::App& disk, Options& options) {
+    CLI::App* command = disk.add_subcommand("insert", "Put pulled disks back, or disks of other adapters in");
+    const auto wanted = std::make_shared<InsertOptions>();
+    command->add_option("ID", wanted->ids, "The disks")->required()->check(CLI::Range(0U, 65534U));
+    CLI::Option* from =
+        command->add_option("--from", wanted->from, "The state or lab they are taken from; it stays as it is");
+    command->add_option("--of", wanted->of, "The adapter there")->needs(from)->capture_default_str();
+    addAdapterOption(*command, options);
+    command->callback([&options, wanted] { insert(options, *wanted); });
+}
+
 void addDisk(CLI::App& app, Options& options) {
     CLI::App* disk = app.add_subcommand("disk", "Let something happen to a disk");
     disk->require_subcommand(1);
     const auto wanted = std::make_shared<DiskOptions>();
     addChange(*disk, options, wanted, "fail", "It stops answering for good", " that works", true, failDisk);
     addChange(*disk, options, wanted, "pull", "Take it out of its bay", "", true, pullDisk);
-    addChange(*disk, options, wanted, "insert", "Put a pulled disk back", " that was pulled", false, insertDisk);
+    addInsert(*disk, options);
     CLI::App* replace = addChange(*disk, options, wanted, "replace", "Put a new, empty disk into its bay", "", true,
                                   [wanted](Context& context, KT_U16 pd) {
                                       return replaceDisk(context, pd, readSectors(context, pd, wanted->size));

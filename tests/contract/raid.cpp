@@ -366,20 +366,30 @@ static void fillOther(sim::Store& store, const void*) {
 
 TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
     sim::Store* other = sim::openMemoryStore(fillOther, nullptr);
-    outside(ARRAYS, [&](sim::Context& context) {
-        EXPECT_EQ(sim::insertForeignDisks(context, *other, 0, {0, 1, 2}), KT_OK);
-    });
+    std::vector<KT_U16> ids;
+    const auto bring = [&](const std::vector<KT_U16>& disks) {
+        outside(ARRAYS, [&](sim::Context& context) {
+            EXPECT_EQ(sim::insertForeignDisks(context, *other, 0, disks, ids), KT_OK);
+        });
+    };
+    outside(ARRAYS, [](sim::Context& context) { sim::pullDisk(context, 5); });
+    bring({0});
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "one of three";
+    bring({1, 2});
     sim::closeStore(other);
+    EXPECT_EQ(ids, (std::vector<KT_U16>{11, 12, 13})) << "the pulled disk keeps its id";
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
     EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE);
     EXPECT_EQ(roleOf(ARRAYS, 11) & KT_PD_FOREIGN, KT_PD_FOREIGN);
     EXPECT_EQ(createDg(KT_RAID1, {0, 11}), KT_ERR_PD_ASSIGNED);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE) << "an array would lie on the other one's block";
+    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE);
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
     EXPECT_EQ(dgInfo(0).VDIDs[0], 0);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_STATUS);
-    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE);
 }

@@ -214,6 +214,24 @@ Disks; what follows is the adapter's business.
   $ ktsim disk pull 12 && ktsim status | grep 'PD 12 ' && ktsim disk insert 12 && ktsim status | grep 'PD 12 '
     PD 12   Gannet GT1000G           pulled out
     PD 12   Gannet GT1000G           SATA      931.5 GiB  free
+Disks of another lab bring their virtual disks; they get ids and numbers of their own.
+
+  $ cat > other.json <<EOF
+  > {"adapters": [{"disks": [{"count": 3, "type": "SAS", "size": "100GB"}],
+  >   "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "moved", "size": "1GiB"}]}]}]}
+  > EOF
+  $ ktsim disk insert 0 --from other.json && ktsim status | grep moved
+  Disk 0 of other.json is disk 13 here.
+    VD 4    moved            RAID5              1.0 GiB            not importable
+  $ ktsim disk insert 1 --from other.json && ktsim status | grep moved
+  Disk 1 of other.json is disk 14 here.
+    VD 4    moved            RAID5              1.0 GiB            importable
+  $ ktsim disk insert 3 --from other.json
+  ktsim: adapter 0 of other.json does not have all of these disks
+  [1]
+  $ ktsim disk insert 2 --from none
+  ktsim: none has no adapter 0
+  [1]
   $ ktsim disk replace 1 --size 4XB --force
   ktsim: "4XB" is not a size such as 500GB or 4TB
   [1]

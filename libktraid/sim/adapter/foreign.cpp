@@ -2,8 +2,10 @@
 
 #include "adapter/arrays.h"
 #include "adapter/blocks.h"
+#include "adapter/encryption.h"
 #include "adapter/jobs.h"
 #include "adapter/members.h"
+#include "adapter/peripherals.h"
 #include "adapter/rebuild.h"
 #include "events.h"
 
@@ -133,13 +135,28 @@ static Array arrayAround(const Context& context, const std::vector<_LD_Info>& vd
     return array;
 }
 
+/* An array has its disks to itself: what else lies on them must be deleted first. */
+static bool shareDisks(const Context& context, const std::vector<_LD_Info>& vds, const Group& group) {
+    for (const KT_U16 pd : group.members) {
+        const _HD_Block_Info list = blocksOf(context, pd);
+        for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+            const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+            if (block && std::none_of(vds.begin(), vds.end(), [&](const _LD_Info& vd) { return vd.ID == block->LDID; }))
+                return true;
+        }
+    }
+    return false;
+}
+
 static KT_U8 importArray(const Context& context, const _LD_Info& vd) {
     const _Adapter_Info adapter = adapterInfo(context);
     const std::vector<_LD_Info> vds = companions(context, vd);
     const KT_U16 id = freeId(context, KIND_DG, adapter.MaxDiskGroup);
     if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
     if (vds.empty() || vds.size() > std::max<size_t>(adapter.MaxVDPerDG, 1)) return KT_ERR_VD_NOT_IMPORTABLE;
-    saveArray(context, arrayAround(context, vds, groupOf(context, Owner{OwnerKind::Vd, vd.ID}), id));
+    const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.ID});
+    if (shareDisks(context, vds, group)) return KT_ERR_VD_NOT_IMPORTABLE;
+    saveArray(context, arrayAround(context, vds, group, id));
     logEvent(context, EVT_ARRAY, 0, id, SEV_INFO);
     for (const _LD_Info& each : vds)
         comeHome(context, each, id);
@@ -184,91 +201,170 @@ struct Arrival {
     std::map<KT_U16, KT_U16> disks; /* id there -> id here */
 };
 
+/* The lowest id that neither a disk has nor a pulled one may want back. */
+static KT_U16 idForArrival(const Context& context) {
+    const _Adapter_Info adapter = adapterInfo(context);
+    const KT_U16 limit = adapter.MaxHD_Ext ? adapter.MaxHD_Ext : adapter.MaxHD;
+    for (KT_U16 id = 0; id < limit; id++)
+        if (!find<_HD_Info>(context, id) && !find<PulledDisk>(context, id)) return id;
+    return KT_NO_ID;
+}
+
+static bool isDiskHere(const Context& context, const _HD_Info& disk) {
+    bool here = false;
+    forEach<_HD_Info>(context, 0, [&](KT_U64, const _HD_Info& mine) {
+        here = memcmp(mine.WWN, disk.WWN, sizeof disk.WWN) == 0;
+        return !here;
+    });
+    return here;
+}
+
+/* Labs number their disks alike; two adapters' disks are never the same one. */
+static void tellApart(const Context& context, _HD_Info& disk) {
+    static const char MARKS[] = "123456789ABCDEFGHJKLMNPQRSTUVWXYZ";
+    for (size_t i = 0; i + 1 < sizeof MARKS && isDiskHere(context, disk); i++) {
+        disk.WWN[4]++;
+        disk.Link.Self.SAS_Address[4] = disk.WWN[4];
+        disk.SerialNo[strnlen(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo) / 2] =
+            static_cast<KT_U8>(MARKS[i]);
+    }
+}
+
 static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     auto info = find<_HD_Info>(arrival.store, arrival.adapter, pd);
     auto state = find<PdState>(arrival.store, arrival.adapter, pd);
     if (!info || !state) return KT_ERR_PD_MISSING;
+    if (arrival.disks.count(pd)) return KT_ERR_INVALID_PARAMETER;
     const _Adapter_Info adapter = adapterInfo(context);
-    const KT_U16 id = freeId(context, KIND_PD, adapter.MaxHD_Ext ? adapter.MaxHD_Ext : adapter.MaxHD);
+    /* SATA disks do on SAS ports, the reverse does not. */
+    if ((info->HDType & KT_HD_SAS) && !(adapter.PortSupportType & KT_HD_SAS)) return KT_ERR_NOT_SUPPORTED;
+    const KT_U16 id = idForArrival(context);
     if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
+    tellApart(context, *info);
     info->AdapterID = context.adapter;
     info->Link.Self.DevID = id;
+    info->Link.Self.EnclosureID = KT_NO_ID;
     info->Link.Parent = _Link_Endpoint{};
     info->Link.Parent.PhyCnt = 1;
     info->Link.Parent.PhyID[0] = static_cast<KT_U8>(adapter.PortCount ? id % adapter.PortCount : 0);
     info->Link.Parent.EnclosureID = KT_NO_ID;
-    const bool used = find<_HD_Block_Info>(arrival.store, arrival.adapter, pd).has_value();
-    state->raid = static_cast<KT_U8>((used ? KT_PD_FOREIGN : 0) | (state->health == PD_FAILED ? KT_PD_OFFLINE : 0));
-    state->dgid = KT_NO_ID;
+    const bool failed = state->health == PD_FAILED;
+    state->raid = failed ? KT_PD_OFFLINE : 0;
+    state->config.Online = failed ? 0 : 1;
     state->config.HDID = id;
+    state->dgid = KT_NO_ID;
     state->patrol = Activity{};
     state->patrol.disk = KT_NO_ID;
     save(context, id, *info);
     save(context, id, *state);
+    forgetDisk(context, id);
+    if (const auto age = find<DiskAge>(arrival.store, arrival.adapter, pd)) save(context, id, *age);
+    if (const auto cipher = find<DiskCipher>(arrival.store, arrival.adapter, pd)) save(context, id, *cipher);
     logEvent(context, EVT_PD, 1, id, SEV_INFO);
     arrival.disks[pd] = id;
     return KT_OK;
 }
 
-static bool isKnownHere(const Context& context, const _LD_Info& vd) {
-    bool known = false;
-    forEachVd(context,
-              [&](const Vd& mine) { known = known || memcmp(mine.info.LD_GUID, vd.LD_GUID, sizeof vd.LD_GUID) == 0; });
-    return known;
-}
-
-static KT_U8 bringVd(const Context& context, const Arrival& arrival, _LD_Info vd) {
-    const bool migrating = find<VdTarget>(arrival.store, arrival.adapter, vd.ID).has_value();
-    const bool known = isKnownHere(context, vd);
-    const _Adapter_Info adapter = adapterInfo(context);
-    Vd mine = {vd, find<VdState>(arrival.store, arrival.adapter, vd.ID).value_or(VdState{})};
-    mine.info.ID = freeId(context, KIND_VD, std::min<KT_U64>(adapter.MaxLogicalDrive, KT_BLOCK_FREE));
-    if (mine.info.ID == KT_NO_ID) return KT_ERR_NO_VD_ID;
-    mine.info.DGID = KT_NO_ID;
-    mine.info.AdapterID = context.adapter;
-    mine.info.BGAStatus = KT_STATE_NONE;
-    mine.state.activity = Activity{};
-    mine.state.activity.disk = mine.state.linkedDisk = KT_NO_ID;
-    mine.state.reported = 0;
+/* What arrives of the virtual disk: whole blocks only, by slot; an unfinished rebuild leaves nothing to rely on. */
+static std::map<int, _Block_Info> arrivingBlocks(const Arrival& arrival, const _LD_Info& vd) {
+    std::map<int, _Block_Info> blocks;
     for (int i = 0; i < geometryOf(vd).disks; i++) {
         auto block = find<_Block_Info>(arrival.store, arrival.adapter, vd.BlockIDs[i]);
         const auto here = block ? arrival.disks.find(block->HDID) : arrival.disks.end();
-        mine.info.BlockIDs[i] = mine.state.homes[i] = KT_NO_ID;
-        if (!block || here == arrival.disks.end()) continue;
-        block->HDID = mine.state.homes[i] = here->second;
-        block->LDID = mine.info.ID;
-        mine.info.BlockIDs[i] = addBlock(context, *block);
+        if (here == arrival.disks.end() || block->Status != BLOCK_GOOD) continue;
+        block->HDID = here->second;
+        blocks[i] = *block;
+    }
+    return blocks;
+}
+
+/* Whether `mine` is the part of the arriving virtual disk that came before. */
+static bool isOtherPart(const _LD_Info& mine, const _LD_Info& vd, const std::map<int, _Block_Info>& blocks) {
+    if (mine.Status != KT_VD_IMPORTABLE && mine.Status != KT_VD_NOT_IMPORTABLE) return false;
+    if (mine.RaidMode != vd.RaidMode || mine.HDCount != vd.HDCount || mine.Size != vd.Size) return false;
+    return std::all_of(blocks.begin(), blocks.end(),
+                       [&](const auto& entry) { return mine.BlockIDs[entry.first] == KT_NO_ID; });
+}
+
+static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_Info& vd) {
+    Vd mine = {vd, find<VdState>(arrival.store, arrival.adapter, vd.ID).value_or(VdState{})};
+    const KT_U64 limit = std::min<KT_U64>(adapterInfo(context).MaxLogicalDrive, KT_BLOCK_FREE);
+    mine.info.ID = freeId(context, KIND_VD, limit);
+    mine.info.DGID = KT_NO_ID;
+    mine.info.AdapterID = context.adapter;
+    mine.info.BGAStatus = KT_STATE_NONE;
+    mine.info.Status = KT_VD_NOT_IMPORTABLE;
+    mine.state.activity = Activity{};
+    mine.state.activity.disk = mine.state.linkedDisk = KT_NO_ID;
+    mine.state.reported = 0;
+    std::fill(std::begin(mine.info.BlockIDs), std::end(mine.info.BlockIDs), KT_U16{KT_NO_ID});
+    std::fill(std::begin(mine.state.homes), std::end(mine.state.homes), KT_U16{KT_NO_ID});
+    return mine;
+}
+
+/* The part that came before, or a new virtual disk. Labs number these alike, too: a GUID that another one has here is
+   counted up, always the same way, so that the parts of one find each other. */
+static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info& vd,
+                  const std::map<int, _Block_Info>& blocks) {
+    Vd place = newArrival(context, arrival, vd);
+    for (int attempt = 0; attempt < 256; attempt++) {
+        bool known = false;
+        bool found = false;
+        forEachVd(context, [&](const Vd& mine) {
+            if (memcmp(mine.info.LD_GUID, place.info.LD_GUID, sizeof place.info.LD_GUID) != 0) return;
+            known = true;
+            found = isOtherPart(mine.info, vd, blocks);
+            if (found) place = mine;
+        });
+        if (!known || found) break;
+        place.info.LD_GUID[2]++;
+    }
+    return place;
+}
+
+static KT_U8 bringVd(const Context& context, const Arrival& arrival, const _LD_Info& vd) {
+    const std::map<int, _Block_Info> blocks = arrivingBlocks(arrival, vd);
+    if (blocks.empty()) return KT_OK;
+    Vd mine = placeOf(context, arrival, vd, blocks);
+    if (mine.info.ID == KT_NO_ID) return KT_ERR_NO_VD_ID;
+    for (const auto& [slot, arriving] : blocks) {
+        _Block_Info block = arriving;
+        block.LDID = mine.info.ID;
+        mine.info.BlockIDs[slot] = addBlock(context, block);
+        if (mine.info.BlockIDs[slot] == KT_NO_ID) return KT_ERR_NO_RESOURCE;
+        mine.state.homes[slot] = block.HDID;
+        Disk disk = {};
+        if (findDisk(context, block.HDID, disk) != KT_OK) continue;
+        disk.state.raid |= KT_PD_FOREIGN;
+        saveDisk(context, disk);
     }
     saveVd(context, mine);
-    mine.info.Status = isComplete(context, mine.info) && !migrating ? KT_VD_IMPORTABLE : KT_VD_NOT_IMPORTABLE;
-    if (known) mine.info.Status = KT_VD_PLUGIN_CONFLICTED;
+    const bool migrating = find<VdTarget>(arrival.store, arrival.adapter, vd.ID).has_value();
+    const bool importable = !migrating && isLevelEnabled(adapterInfo(context), vd.RaidMode);
+    mine.info.Status = importable && isComplete(context, mine.info) ? KT_VD_IMPORTABLE : KT_VD_NOT_IMPORTABLE;
     save(context, mine.info.ID, mine.info);
     return KT_OK;
 }
 
-static bool touches(const Arrival& arrival, const _LD_Info& vd) {
-    for (int i = 0; i < geometryOf(vd).disks; i++) {
-        const auto block = find<_Block_Info>(arrival.store, arrival.adapter, vd.BlockIDs[i]);
-        if (block && arrival.disks.count(block->HDID)) return true;
-    }
-    return false;
-}
-
-KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapter, const std::vector<KT_U16>& disks) {
+KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapter, const std::vector<KT_U16>& disks,
+                         std::vector<KT_U16>& ids) {
     Arrival arrival{other, otherAdapter, {}};
     for (const KT_U16 pd : disks) {
         const KT_U8 status = bringDisk(context, arrival, pd);
         if (status != KT_OK) return status;
+        ids.push_back(arrival.disks[pd]);
     }
     std::vector<_LD_Info> vds;
     forEach<_LD_Info>(other, otherAdapter, 0, [&](KT_U64, const _LD_Info& vd) {
-        if (touches(arrival, vd)) vds.push_back(vd);
+        vds.push_back(vd);
         return true;
     });
     for (const _LD_Info& vd : vds) {
         const KT_U8 status = bringVd(context, arrival, vd);
         if (status != KT_OK) return status;
     }
+    for (const KT_U16 id : ids)
+        reviewDiskCipher(context, id);
     return KT_OK;
 }
 
