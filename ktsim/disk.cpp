@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <sys/stat.h>
 
 using namespace sim;
 
@@ -88,6 +89,9 @@ struct InsertOptions {
 static bool isStateFile(const std::string& name) {
     static const char MAGIC[] = "SQLite format 3";
     char head[sizeof MAGIC] = "";
+    struct stat info = {};
+    /* What can be read only once is left to be read as a lab. */
+    if (stat(name.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
     FILE* file = fopen(name.c_str(), "re");
     const bool whole = file && fread(head, sizeof head, 1, file) == 1;
     if (file) fclose(file);
