@@ -75,7 +75,9 @@ static void advance(Store& store, const std::string& text) {
     if (!parseDuration(text, seconds))
         throw CommandFailure{"\"" + text + "\" is not a duration such as 90m, 2h30m or 3d"};
     const Clock clock = loadClock(store);
-    setClock(store, simulatedNow(store) + seconds * 1000, clock.speed, clock.stopped != 0);
+    const KT_U64 then = simulatedNow(store) + seconds * 1000;
+    if (then > LAST_MOMENT) throw CommandFailure{"the adapters' clock ends at " + timeText(LAST_MOMENT)};
+    setClock(store, then, clock.speed, clock.stopped != 0);
     settleAll(store);
 }
 

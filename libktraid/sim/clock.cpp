@@ -13,8 +13,9 @@ KT_U64 realNow() {
 KT_U64 clockAt(const Clock& clock, KT_U64 real) {
     if (clock.stopped || real <= clock.realBase) return clock.base;
     const KT_U64 passed = real - clock.realBase;
-    const KT_U64 room = NEVER - 1 - clock.base;
-    if (clock.speed != 0 && passed / 1000 >= room / clock.speed) return NEVER - 1;
+    if (clock.base >= LAST_MOMENT) return clock.base;
+    const KT_U64 room = LAST_MOMENT - clock.base;
+    if (clock.speed != 0 && passed / 1000 >= room / clock.speed) return LAST_MOMENT;
     return clock.base + passed / 1000 * clock.speed + passed % 1000 * clock.speed / 1000;
 }
 

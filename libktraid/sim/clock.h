@@ -6,6 +6,9 @@
 
 namespace sim {
 
+/* The last moment that an event can name, in milliseconds since 1970; the clock stands still there. */
+inline constexpr KT_U64 LAST_MOMENT = 0xFFFFFFFFULL * 1000;
+
 /* Milliseconds since 1970 of the machine's own clock. */
 KT_U64 realNow();
 /* What `clock` shows when the machine's clock shows `real`; never earlier than its base. */
