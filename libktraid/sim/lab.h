@@ -6,9 +6,9 @@
                     "disks": [{"count": 4, "size": "2TB"}, {"size": "2TB", "spare": "global"}],
                     "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "data"}]}]}]}
 
-   Words in lower case are the lab's (docs/ktraid-sim.7.scd lists them); words that begin with a capital letter are fields of the
-   library's record and override what the lab's words made of it. A lab that begins with "complete": true, which is
-   what a state is printed as, gives every row as it is, field by field; what it leaves out is zero. */
+   Words in lower case are the lab's (docs/ktraid-sim.7.scd lists them); words that begin with a capital letter are
+   fields of the library's record and override what the lab's words made of it. A lab that begins with "complete": true,
+   which is what a state is printed as, gives every row as it is, field by field; what it leaves out is zero. */
 #ifndef KTSIM_LAB_H
 #define KTSIM_LAB_H
 
