@@ -54,10 +54,11 @@ bool strikeFault(Store& store, KT_U64 id, Fault& fault) {
     fault = find<Fault>(store, ADAPTER_GLOBAL, id).value_or(Fault{});
     fault.seen++;
     const bool strikes = fault.seen > fault.after;
-    if (strikes && fault.times != 0 && fault.seen - fault.after >= fault.times)
+    if (strikes && fault.times != 0 && fault.seen - fault.after >= fault.times) {
         eraseRow(store, ADAPTER_GLOBAL, KIND_FAULT, id);
-    else
+    } else {
         save(store, ADAPTER_GLOBAL, id, fault);
+    }
     return strikes;
 }
 

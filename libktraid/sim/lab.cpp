@@ -90,10 +90,11 @@ static void putClock(Store& store, LabReader& lab, KT_U64 stoppedAt) {
         stopped = takeFlag(clock, "stopped", false);
         takeNothingElse(clock);
     }
-    if (stoppedAt)
+    if (stoppedAt) {
         setClock(store, stoppedAt, 1000, true);
-    else
+    } else {
         setClock(store, now, static_cast<KT_U32>(speed), stopped);
+    }
 }
 
 static void fillWritten(Store& store, LabReader& lab, const BuiltInLab& source) {

@@ -68,10 +68,11 @@ void removeBlock(const Context& context, KT_U16 id) {
     list.BlkCount = static_cast<KT_U8>(rest - list.BlkIDs);
     std::fill(rest, end, KT_U16{KT_NO_ID});
     erase<_Block_Info>(context, id);
-    if (list.BlkCount)
+    if (list.BlkCount) {
         save(context, block->HDID, list);
-    else
+    } else {
         erase<_HD_Block_Info>(context, block->HDID);
+    }
 }
 
 KT_U64 validKib(const _HD_Info& disk, const PdState& state) {
