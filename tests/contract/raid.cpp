@@ -345,6 +345,24 @@ TEST_F(Raid, MigrationKeepsMembersAndGrows) {
     EXPECT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_ERR_VD_STATUS);
 }
 
+TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
+    ASSERT_EQ(createDg(KT_RAID1, {0, 1}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID1, 4000), KT_OK);
+    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_QUICK), KT_OK);
+    advance(HOUR);
+    _CreateOrModify_DG_Param to = dgParam(KT_RAID5, {0, 1, 2, 3});
+    to.DGID = 0;
+    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    disk(ARRAYS, sim::pullDisk, 2);
+    disk(ARRAYS, sim::pullDisk, 3);
+    newEvents(ARRAYS);
+    advance(HOUR);
+    EXPECT_EQ(newEvents(ARRAYS), std::vector<std::string>());
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
+    EXPECT_EQ(dgInfo(0).RaidMode, KT_RAID1);
+    EXPECT_EQ(dgInfo(0).BgaState, KT_STATE_INTERRUPTED);
+}
+
 TEST_F(Raid, WipingTakesAMemberAway) {
     ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_OK);
     advance(60);

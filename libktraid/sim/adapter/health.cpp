@@ -55,10 +55,21 @@ static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
     if (writesIt || readsIt) failRebuild(context, group.owner);
 }
 
+/* A migration also needs the disks it moves to, without which an array's own members may do. */
+static bool canGoOn(const Context& context, Owner owner, const Activity& job) {
+    const Group group = groupOf(context, owner);
+    const auto isOffline = [&](KT_U16 id) {
+        const auto vd = find<_LD_Info>(context, id);
+        return vd && vd->Status == KT_VD_OFFLINE;
+    };
+    return group.usable &&
+           (job.kind != KT_BGA_MIGRATION || std::none_of(group.vds.begin(), group.vds.end(), isOffline));
+}
+
 /* What cannot run on an offline virtual disk. */
 static void interruptJobs(const Context& context, const Group& group) {
     Activity job = jobOf(context, group.owner);
-    if (!isAlive(job) || groupOf(context, group.owner).usable) return;
+    if (!isAlive(job) || canGoOn(context, group.owner, job)) return;
     if (isRebuildLike(job)) return failRebuild(context, group.owner);
     job.state = KT_STATE_INTERRUPTED;
     saveJob(context, group.owner, job);
@@ -218,7 +229,7 @@ static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks
     for (const Owner owner : groupsOn(context, pd)) {
         refreshGroup(context, groupOf(context, owner));
         Activity job = jobOf(context, owner);
-        if (job.state != KT_STATE_INTERRUPTED || !groupOf(context, owner).usable) continue;
+        if (job.state != KT_STATE_INTERRUPTED || !canGoOn(context, owner, job)) continue;
         job.state = KT_STATE_AUTO_PAUSED;
         saveJob(context, owner, job);
     }
