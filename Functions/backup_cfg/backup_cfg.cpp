@@ -1,8 +1,6 @@
 #include "Functions/backup_cfg/backup_cfg.h"
 
-#include <algorithm>
 #include <cstring>
-#include <iterator>
 
 #include "Public/cfgAdapter.h"
 #include "Public/errorMsg.h"
@@ -62,23 +60,26 @@ static bool isNoMember(KT_U16 id) {
     return id == KT_NO_ID || id == CFG_NO_DEVICE;
 }
 
-// Turns the block ids of a virtual disk into the ids of the disks that hold them. What follows the first member that
-// is missing is no disk's id and is taken out.
-static void blocksToDisks(_LD_Info& ld) {
-    unsigned i = 0;
-    for (; i < cfgMembers(ld) && !isNoMember(ld.BlockIDs[i]); ++i) {
+// Turns the block ids of a virtual disk, up to the first member that is missing, into the ids of the disks that hold
+// them. False when that leaves ids of blocks.
+static bool blocksToDisks(_LD_Info& ld) {
+    unsigned members = cfgMembers(ld);
+    unsigned known = 0;
+    for (unsigned i = 0; i < members && !isNoMember(ld.BlockIDs[i]); ++i) {
         _BLK_Info_Request request;
         KT_U8 status = getItem(KT_BLK_GetInfo, ld.BlockIDs[i], request);
-        if (status == KT_OK && request.header.numReturned == 1) ld.BlockIDs[i] = request.blkInfo[0].HDID;
+        if (status != KT_OK || request.header.numReturned != 1) continue;
+        ld.BlockIDs[i] = request.blkInfo[0].HDID;
+        ++known;
     }
-    std::fill(ld.BlockIDs + i, std::end(ld.BlockIDs), KT_U16{KT_NO_ID});
+    return known == members;
 }
 
-// Composes the text: empty for a page without its signature. Anything but 0 is what the command returns.
-static int composeText(const BackupOptions& o, std::string& text) {
+// Composes the text of what the adapter holds: empty for a page without its signature. Anything but 0 is what the
+// command returns.
+static int composeText(const BackupOptions& o, CfgRaid& raid, std::string& text) {
     FlashPage flash = newFlashPage();
-    CfgRaidHolder raid = newCfgRaid();
-    if (flash == nullptr || raid == nullptr) return KT_ERR_NO_RESOURCE;
+    if (flash == nullptr) return KT_ERR_NO_RESOURCE;
     KT_U8 status = KT_Flash_Bin(gCurrentAdapter, KT_FLASH_BACKUP, KT_IMAGE_CONFIG, flash.get());
     if (status != KT_OK) {
         out("\nFailed to read HBA configuration from flash! (error %d: %s).\n", status, ErrorMessage(status));
@@ -87,17 +88,28 @@ static int composeText(const BackupOptions& o, std::string& text) {
     _HBA_Info_Page page;
     memcpy(&page, flash->Data, sizeof page);
     if ((page.RAID_Feature & RAID_FEATURE_ON) != 0) {
-        status = readCfgRaid(*raid);
+        status = readCfgRaid(raid);
         if (status != KT_OK) return status;
-        std::for_each(raid->lds, raid->lds + raid->ldCount, blocksToDisks);
+        for (unsigned i = 0; i < raid.ldCount; ++i) {
+            if (blocksToDisks(raid.lds[i]) || o.mode == CFG_PHY_FORM) continue;
+            fprintf(stderr, "[PD MEMBER] of virtual disk %d lacks disks or names blocks in their place.\n",
+                    raid.lds[i].ID);
+        }
     }
-    KT_Form_Grammar(gCurrentAdapter, text, &page, raid->lds, raid->ldCount, raid->spares, raid->spareCount, o.mode);
+    KT_Form_Grammar(gCurrentAdapter, text, &page, raid.lds, raid.ldCount, raid.spares, raid.spareCount, o.mode);
     return 0;
 }
 
-// Says on standard error when the text does not come back: not every level, cache policy, rate or number of members
-// has a form in it.
-static void checkText(const BackupOptions& o, std::string text) {
+// Blanks in a name, sizes from 4 TiB on and members that are missing get lost.
+static bool comesBack(const _LD_Info& saved, const _LD_Info& read) {
+    return strncmp(reinterpret_cast<const char*>(saved.Name), reinterpret_cast<const char*>(read.Name),
+                   sizeof saved.Name) == 0 &&
+           read.Size == saved.Size >> 10 && read.HDCount == saved.HDCount;
+}
+
+// Says on standard error when the text does not come back as it is: not every level, cache policy, rate or number of
+// members has a form in it.
+static void checkText(const BackupOptions& o, const CfgRaid& saved, std::string text) {
     CfgRaidHolder raid = newCfgRaid();
     if (raid == nullptr) return;
     _HBA_Info_Page page = {};
@@ -109,9 +121,18 @@ static void checkText(const BackupOptions& o, std::string text) {
     bool readable =
         KT_Analyze_Grammar(text.data(), text.size(), &places, &page, raid->lds, raid->spares, &counts, o.mode);
     stream = printed;
-    if (readable && text.size() <= MOST_FILE_BYTES) return;
-    fprintf(stderr, "%s holds values that restore_cfg does not take; edit it before restoring.\n",
-            shownName(o.file).c_str());
+    std::string shown = shownName(o.file);
+    if (!readable || text.size() > MOST_FILE_BYTES) {
+        fprintf(stderr, "%s holds values that restore_cfg does not take; edit it before restoring.\n", shown.c_str());
+        return;
+    }
+    std::string changed;
+    for (unsigned i = 0; i < (counts & 0xFF); ++i) {
+        if (!comesBack(saved.lds[i], raid->lds[i])) changed += ' ' + std::to_string(saved.lds[i].ID);
+    }
+    if (changed.empty()) return;
+    fprintf(stderr, "%s holds another name, size or number of disks for virtual disks%s; edit it before restoring.\n",
+            shown.c_str(), changed.c_str());
 }
 
 static int writeText(const BackupOptions& o, const std::string& text) {
@@ -139,8 +160,10 @@ int doBackUp_CFG(int argc, char** argv, _cmd_struct* row) {
     if (!scanOptions(argc, argv, row, backupCfgOptions, given, result, take)) return result;
     if (!givenOnce(backupCfgOptions, given)) return 1;
     if (given['f'] == 0) o.file = "hba" + std::to_string(gCurrentAdapter) + "_cfg.txt";
+    CfgRaidHolder raid = newCfgRaid();
+    if (raid == nullptr) return KT_ERR_NO_RESOURCE;
     std::string text;
-    result = composeText(o, text);
+    result = composeText(o, *raid, text);
     if (result != 0) return result;
     if (text.empty()) {
         // The file is still created, empty.
@@ -148,7 +171,7 @@ int doBackUp_CFG(int argc, char** argv, _cmd_struct* row) {
         result = 1;
     }
     if (writeText(o, text) != 0) return 1;
-    if (!text.empty()) checkText(o, text);
+    if (!text.empty()) checkText(o, *raid, text);
     if (result == 0) out("Backup_cfg command is returned successfully!\n");
     return result;
 }

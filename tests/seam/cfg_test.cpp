@@ -118,7 +118,7 @@ TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
               seam.calls);
     std::string text = fileText("hba0_cfg.txt");
     EXPECT_NE(std::string::npos, text.find("[PD MEMBER]=100,101,102\n"));
-    EXPECT_NE(std::string::npos, text.find("[PD MEMBER]=103\n")); // what follows a missing member is no disk's id
+    EXPECT_NE(std::string::npos, text.find("[PD MEMBER]=103,5\n")); // behind a missing member blocks stay blocks
     EXPECT_NE(std::string::npos, text.find("[SPARE ID]=1\n[PHYSICAL DISK ID]=108\n[VIRTUAL DISK ID]=3\n[END]\n"));
     Outcome again = runOn(doBackUp_CFG, "backup_cfg");
     EXPECT_EQ("There is the same file 'hba0_cfg.txt', please rename this file!!\n", again.printed);

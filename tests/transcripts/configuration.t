@@ -1,10 +1,11 @@
 An adapter's configuration is saved as text. A file is never overwritten.
 
   $ . "$TESTDIR/setup.sh"
-  $ cfg() { ktcfg "$@" > .out 2> .err; local status=$?; sed 1d .out; sed 's/^/stderr: /' .err; return $status; }
+  $ cfg() { ktcfg "$@" > .out 2> .err; local status=$?; sed 1d .out; sed 's/disks\( [0-9]*\)\{9,\};/disks ...;/; s/^/stderr: /' .err; return $status; }
   $ lab default
   $ cfg backup_cfg
   Backup_cfg command is returned successfully!
+  stderr: hba0_cfg.txt holds another name, size or number of disks for virtual disks 3; edit it before restoring.
   $ calls | grep -v 'Adapter\|API\|SIM' | sed 's/ .*//' | uniq -c
         1 KT_Flash_Bin
         1 KT_PD_GetHDRaidStatus
@@ -186,6 +187,7 @@ Edited by hand and read back, it changes what it names and nothing else.
   
   [1]
   $ ktcfg backup_cfg -f after > .out
+  after holds another name, size or number of disks for virtual disks 3; edit it before restoring.
   $ diff -aU0 before after | grep '^[+-]\['
   -[SPINUP GROUP]=1
   +[SPINUP GROUP]=4
@@ -214,6 +216,7 @@ A saved adapter comes back whole: virtual disks and spares are deleted and creat
   $ lab full
   $ cfg 8 backup_cfg -f saved
   Backup_cfg command is returned successfully!
+  stderr: saved holds another name, size or number of disks for virtual disks ...; edit it before restoring.
   $ cfg 8 restore_cfg -f saved --raid | sed '/ing virtual disk/{/VD_3\>/!d}'
   KTCLI_RAID_CONFIG End
   Restore HBA and Port config is returned successfully!
@@ -240,7 +243,7 @@ Whatever an adapter holds, it is either read back and written the same way, or s
   $ for name in default empty full troubled hostile; do
   >   lab $name
   >   count=$(ktsetup adapter | sed -n 's/Total number of adapters: //p')
-  >   for a in $(seq 0 $((count - 1))); do
+  >   for a in $([ $name = full ] && echo 0 8 || seq 0 $((count - 1))); do
   >     rm -f saved again
   >     cfg $a backup_cfg -f saved > .said
   >     cfg $a restore_cfg -f saved >> .said
@@ -248,30 +251,22 @@ Whatever an adapter holds, it is either read back and written the same way, or s
   >     cmp -s saved again && echo "$name $a: $(sed -n '/stderr/s/stderr: //p; /Restore_Error: ./p' .said)"
   >   done
   > done
-  default 0: 
+  default 0: saved holds another name, size or number of disks for virtual disks 3; edit it before restoring.
   default 1: saved holds values that restore_cfg does not take; edit it before restoring.
   Restore_Error: invalid vd raid mode!
   empty 0: 
   empty 1: 
   empty 2: 
-  full 0: 
-  full 1: 
-  full 2: 
-  full 3: 
-  full 4: 
-  full 5: 
-  full 6: 
-  full 7: 
-  full 8: 
-  full 9: 
-  full 10: 
-  full 11: 
-  full 12: 
-  full 13: 
-  full 14: 
-  full 15: 
-  troubled 0: 
-  troubled 1: saved holds values that restore_cfg does not take; edit it before restoring.
+  full 0: [PD MEMBER] of virtual disk 63 lacks disks or names blocks in their place.
+  saved holds another name, size or number of disks for virtual disks ...; edit it before restoring.
+  full 8: saved holds another name, size or number of disks for virtual disks ...; edit it before restoring.
+  troubled 0: [PD MEMBER] of virtual disk 0 lacks disks or names blocks in their place.
+  [PD MEMBER] of virtual disk 3 lacks disks or names blocks in their place.
+  saved holds another name, size or number of disks for virtual disks 0 3; edit it before restoring.
+  troubled 1: [PD MEMBER] of virtual disk 0 lacks disks or names blocks in their place.
+  [PD MEMBER] of virtual disk 6 lacks disks or names blocks in their place.
+  [PD MEMBER] of virtual disk 7 lacks disks or names blocks in their place.
+  saved holds values that restore_cfg does not take; edit it before restoring.
   Restore_Error: invalid vd raid mode!
   hostile 0: saved holds values that restore_cfg does not take; edit it before restoring.
   Restore_Error: unknown HBA config option!
