@@ -113,6 +113,7 @@ static KT_U8 reportElements(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 e
     _Enc_Element_Config config = {};
     KT_U8 status = KT_ENC_GetElementConfig(adapter, enclosure, type, ALL_ELEMENTS, &config);
     if (status != KT_OK) return failed(status);
+    if (config.NumberOfElements == 0) out("\nNo element is found\n");
     for (KT_U8 i = 0; i < config.NumberOfElements && status == KT_OK; ++i) {
         status = reportElement(adapter, enclosure, type, i);
     }

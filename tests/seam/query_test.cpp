@@ -39,7 +39,7 @@ KT_U8 KT_ENC_GetElementInfo(KT_U8, KT_U16 enc, KT_U8 type, KT_U8 element, _Enc_E
     return answer("element", text(enc) + " " + text(type) + " " + text(element));
 }
 KT_U8 KT_ENC_GetElementConfig(KT_U8, KT_U16 enc, KT_U8 type, KT_U8 element, _Enc_Element_Config* config) {
-    config->NumberOfElements = enc == 7 ? 2 : 1;
+    config->NumberOfElements = type == KT_SES_ALARM ? 0 : enc == 7 ? 2 : 1;
     return answer("config", text(enc) + " " + text(type) + " " + text(element));
 }
 KT_U8 KT_PD_GetSmartStatus(KT_U8, _HD_SMART_Status_Request* request) {
@@ -214,6 +214,7 @@ TEST_F(Query, AsksEachEnclosureForEachElement) {
     run(doEnclosure, "enc -o ele -t arydev -e 254 -i 254");
     run(doEnclosure, "enc -o elecfg -t dpl -i 3");
     EXPECT_EQ((Calls{"element 254 23 254", "config 3 12 255"}), seam.calls);
+    EXPECT_EQ("\nNo element is found\n", run(doEnclosure, "enc -o ele -t alm -i 3").printed);
     // An enclosure that fails does not hide the next one.
     seam.statuses["config 0 18 255"] = 18;
     Outcome failed = run(doEnclosure, "enc -o elecfg -t vlt");
