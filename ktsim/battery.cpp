@@ -58,21 +58,21 @@ static void addReadings(CLI::App& battery, Options& options, const std::shared_p
               [wanted](Context& context) { return setBatteryCharge(context, static_cast<unsigned>(wanted->number)); })
         ->add_option("PERCENT", wanted->number)
         ->required()
-        ->check(CLI::Range(0.0, 100.0));
+        ->check(between(0, 100));
     addChange(battery, options, "temperature", "Set the temperature in degrees Celsius",
               [wanted](Context& context) {
                   return setBatteryTemperature(context, static_cast<KT_S16>(std::lround(wanted->number * 100)));
               })
         ->add_option("CELSIUS", wanted->number)
         ->required()
-        ->check(CLI::Range(-100.0, 200.0));
+        ->check(between(-100, 200));
     addChange(battery, options, "voltage", "Set the voltage in volts",
               [wanted](Context& context) {
                   return setBatteryVoltage(context, static_cast<KT_U16>(std::lround(wanted->number * 1000)));
               })
         ->add_option("VOLTS", wanted->number)
         ->required()
-        ->check(CLI::Range(0.0, 60.0));
+        ->check(between(0, 60));
 }
 
 static bool relearnIn(Context& context, const std::string& duration) {

@@ -27,7 +27,7 @@ std::string clockText(Store& store) {
     if (clock.stopped) return text + ", stopped";
     if (clock.speed == 1000) return text + ", running in real time";
     char speed[32];
-    snprintf(speed, sizeof speed, "%g", clock.speed / 1000.0);
+    snprintf(speed, sizeof speed, "%.10g", clock.speed / 1000.0);
     return text + ", running " + speed + " times as fast as real time";
 }
 
@@ -113,7 +113,7 @@ void addClock(CLI::App& app, Options& options) {
               [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, false); });
     CLI::App* faster = addChange(*clock, options, "speed", "Let the clock run, X times as fast as real time",
                                  [speed](Store& store) { setSpeed(store, *speed); });
-    faster->add_option("X", *speed, "1 is real time")->required()->check(CLI::Range(0.001, 1000000.0));
+    faster->add_option("X", *speed, "1 is real time")->required()->check(between(0.001, 1000000));
     CLI::App* jump = addChange(*clock, options, "advance", "Let time pass at once; what is due in it happens",
                                [text](Store& store) { advance(store, *text); });
     jump->add_option("DURATION", *text, "For instance 45s, 90m, 2h30m, 3d")->required();

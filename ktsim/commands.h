@@ -60,5 +60,7 @@ bool parseDuration(const std::string& text, KT_U64& seconds);
 /* "2026-01-05 08:00:00" in UTC as milliseconds since 1970. */
 bool parseTime(const std::string& text, KT_U64& milliseconds);
 std::string durationText(KT_U64 seconds);
+/* A check of options: a number from `least` to `most`, which nan is not. */
+CLI::Validator between(double least, double most);
 
 #endif

@@ -125,10 +125,25 @@ bool parseDuration(const std::string& text, KT_U64& seconds) {
 bool parseTime(const std::string& text, KT_U64& milliseconds) {
     tm parts = {};
     const char* end = strptime(text.c_str(), "%Y-%m-%d %H:%M:%S", &parts);
+    const tm asked = parts;
     const time_t seconds = timegm(&parts);
-    if (!end || *end || seconds <= 0 || seconds > 0xFFFFFFFFLL) return false;
+    /* timegm() makes the second of March of the thirtieth of February. */
+    const bool exists = asked.tm_mday == parts.tm_mday && asked.tm_sec == parts.tm_sec;
+    if (!end || *end || !exists || seconds <= 0 || seconds > 0xFFFFFFFFLL) return false;
     milliseconds = static_cast<KT_U64>(seconds) * 1000;
     return true;
+}
+
+CLI::Validator between(double least, double most) {
+    char range[64];
+    snprintf(range, sizeof range, "%.10g to %.10g", least, most);
+    const std::string name = range;
+    const auto check = [least, most, name](std::string& text) {
+        double number = 0;
+        const bool inside = CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
+        return inside ? std::string() : text + " is not a number from " + name;
+    };
+    return CLI::Validator(check, name);
 }
 
 std::string durationText(KT_U64 seconds) {

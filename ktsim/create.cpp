@@ -94,8 +94,7 @@ static void create(const Options& options, const CreateOptions& wanted) {
     const BuiltInLab lab{wanted.lab.c_str(), text.c_str(), stoppedAt};
     closeStore(openMemoryStore(fillFromLab, &lab)); /* a lab with a mistake costs nobody his state */
     const std::string path = statePathOf(options);
-    struct stat there = {};
-    if (lstat(path.c_str(), &there) == 0) {
+    if (stateMayGo(path)) {
         replaceState(options, path, lab);
     } else {
         closeStore(openStore(path, fillFromLab, &lab));

@@ -61,7 +61,7 @@ static KT_U64 readSectors(const Context& context, KT_U16 pd, const std::string& 
     const double amount = strtod(size.c_str(), &end);
     const std::string unit = end;
     const double bytes = amount * (unit == "TB" ? 1e12 : 1e9);
-    if (end == size.c_str() || (unit != "GB" && unit != "TB") || bytes < 1e9 || bytes > 1e17)
+    if (end == size.c_str() || (unit != "GB" && unit != "TB") || !(bytes >= 1e9 && bytes <= 1e17))
         throw CommandFailure{"\"" + size + "\" is not a size such as 500GB or 4TB"};
     const auto there = find<_HD_Info>(context, pd);
     const auto pulled = find<PulledDisk>(context, pd);

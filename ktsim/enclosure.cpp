@@ -25,7 +25,17 @@ static const ElementKind& kindOf(const std::string& word) {
                          std::to_string(wanted.number) + ": " + what};
 }
 
+static void checkThere(const Context& context, const EnclosureOptions& wanted) {
+    _Enc_Element_Info info = {};
+    const KT_U8 status = getElementInfo(context, static_cast<KT_U16>(wanted.enclosure), kindOf(wanted.element).type,
+                                        static_cast<KT_U8>(wanted.number), info);
+    if (status == KT_ERR_INVALID_ENCLOSURE)
+        throw CommandFailure{"there is no enclosure " + std::to_string(wanted.enclosure)};
+    if (status != KT_OK) failElement(wanted, "there is none");
+}
+
 static void setCondition(const Context& context, const EnclosureOptions& wanted) {
+    checkThere(context, wanted);
     const ElementKind& kind = kindOf(wanted.element);
     if (setElementCondition(context, static_cast<KT_U16>(wanted.enclosure), kind.type,
                             static_cast<KT_U8>(wanted.number), wanted.condition))
@@ -33,21 +43,56 @@ static void setCondition(const Context& context, const EnclosureOptions& wanted)
     std::string words;
     for (const std::string& word : conditionWords(kind.type))
         words += " " + word;
-    failElement(wanted, "there is none, or it is never \"" + wanted.condition + "\" but only:" + words);
+    if (isSlot(kind.type)) failElement(wanted, "slots follow their disks");
+    failElement(wanted, "it is never \"" + wanted.condition + "\" but only:" + words);
 }
 
 static void setReading(const Context& context, const EnclosureOptions& wanted) {
+    checkThere(context, wanted);
     if (!setElementReading(context, static_cast<KT_U16>(wanted.enclosure), kindOf(wanted.element).type,
                            static_cast<KT_U8>(wanted.number), wanted.reading))
-        failElement(wanted, "there is none, or it measures nothing");
+        failElement(wanted, "it measures nothing");
+}
+
+/* By the code in the low four bits of an element's first status byte. */
+static const char* statusWord(KT_U8 status) {
+    static const char* const WORDS[] = {"unsupported",   "ok",      "critical",     "not critical", "unrecoverable",
+                                        "not installed", "unknown", "not available"};
+    const unsigned code = status & 0x0F;
+    return code < std::size(WORDS) ? WORDS[code] : "reserved";
+}
+
+/* "0 critical, 1-3 ok" */
+static std::string describeElements(const Context& context, KT_U16 enclosure, const ElementKind& kind) {
+    std::string text;
+    std::string last;
+    unsigned first = 0;
+    for (unsigned number = 0;; number++) {
+        _Enc_Element_Info info = {};
+        const bool there = number < OVERALL_ELEMENT &&
+                           getElementInfo(context, enclosure, kind.type, static_cast<KT_U8>(number), info) == KT_OK;
+        const std::string word = there ? statusWord(info.Status[0]) : "";
+        if (number != 0 && word != last) {
+            text += (text.empty() ? "" : ", ") + std::to_string(first);
+            if (number - first > 1) text += "-" + std::to_string(number - 1);
+            text += " " + last;
+            first = number;
+        }
+        last = word;
+        if (!there) return text;
+    }
 }
 
 static void showEnclosures(const Context& context) {
-    forEach<_Enclosure_Info>(context, 0, [](KT_U64 id, const _Enclosure_Info& enclosure) {
-        printf("Enclosure %-4llu %s %s, %u kinds of element, status %u\n", static_cast<unsigned long long>(id),
+    forEach<_Enclosure_Info>(context, 0, [&](KT_U64 id, const _Enclosure_Info& enclosure) {
+        printf("Enclosure %llu  %s %s: %s\n", static_cast<unsigned long long>(id),
                printable(enclosure.VendorID, sizeof enclosure.VendorID).c_str(),
-               printable(enclosure.ProductID, sizeof enclosure.ProductID).c_str(), enclosure.ElementTypeCount,
-               enclosure.Status);
+               printable(enclosure.ProductID, sizeof enclosure.ProductID).c_str(),
+               enclosure.Status == 0 ? "OK" : "unstable");
+        for (const std::string& word : elementWords()) {
+            const std::string elements = describeElements(context, static_cast<KT_U16>(id), kindOf(word));
+            if (!elements.empty()) printf("  %-8s%s\n", word.c_str(), elements.c_str());
+        }
         return true;
     });
 }
@@ -75,7 +120,7 @@ void addEnclosure(CLI::App& app, Options& options) {
     CLI::App* enclosure = app.add_subcommand("enclosure", "Let something happen to a shelf's elements");
     enclosure->require_subcommand(1);
     const auto wanted = std::make_shared<EnclosureOptions>();
-    CLI::App* show = enclosure->add_subcommand("show", "Name the enclosures");
+    CLI::App* show = enclosure->add_subcommand("show", "Print how the enclosures and their elements do");
     addAdapterOption(*show, options);
     show->callback([&options] { changeAdapter(options, showEnclosures); });
     addChange(*enclosure, options, wanted, "set", "Put an element into a condition", setCondition)

@@ -63,7 +63,11 @@ static void setFault(const Options& options, const FaultOptions& wanted, bool ha
     fault.adapter = wanted.adapter < 0 ? KT_U8{ADAPTER_GLOBAL} : static_cast<KT_U8>(wanted.adapter);
     fault.after = wanted.after;
     fault.times = wanted.times;
-    changeState(options, [&](Store& store) { addFault(store, fault); });
+    changeState(options, [&](Store& store) {
+        if (fault.adapter != ADAPTER_GLOBAL && fault.adapter >= adapterCount(store))
+            throw CommandFailure{"there is no adapter " + std::to_string(fault.adapter)};
+        addFault(store, fault);
+    });
 }
 
 void addFault(CLI::App& app, Options& options) {

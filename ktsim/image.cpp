@@ -1,6 +1,7 @@
 #include "adapter/image.h"
 #include "commands.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -21,13 +22,15 @@ struct ImageOptions {
 };
 
 static ImageVersion readVersion(const std::string& text) {
-    ImageVersion version = {};
+    unsigned parts[4] = {};
     int end = 0;
-    const int parts = sscanf(text.c_str(), "%9u.%5hu.%5hu.%5hu%n", &version.major, &version.minor, &version.revision,
-                             &version.build, &end);
-    if (parts != 4 || static_cast<size_t>(end) != text.size())
+    const int read = sscanf(text.c_str(), "%5u.%5u.%5u.%5u%n", &parts[0], &parts[1], &parts[2], &parts[3], &end);
+    const bool plain = text.find_first_not_of("0123456789.") == std::string::npos;
+    const bool fits = std::all_of(parts, parts + 4, [](unsigned part) { return part <= 0xFFFF; });
+    if (read != 4 || static_cast<size_t>(end) != text.size() || !plain || !fits)
         throw CommandFailure{"\"" + text + "\" is not a version such as 4.1.15.2108"};
-    return version;
+    return ImageVersion{parts[0], static_cast<KT_U16>(parts[1]), static_cast<KT_U16>(parts[2]),
+                        static_cast<KT_U16>(parts[3])};
 }
 
 /* Never over a file that is there. */
@@ -49,7 +52,6 @@ static void writeNew(const std::string& name, const std::string& bytes) {
 
 static void make(const ImageOptions& wanted) {
     const ImageKind* kind = imageKindNamed(wanted.kind);
-    if (!kind) throw CommandFailure{wanted.kind + " is not a kind of image"};
     const size_t size = (wanted.kib ? wanted.kib : kind->factoryKib) * size_t{1024};
     const ImageVersion version = readVersion(wanted.version);
     std::string image = makeImage(*kind, version, static_cast<KT_U16>(wanted.vendor),
@@ -66,7 +68,8 @@ void addImage(CLI::App& app, Options& /*options*/) {
     CLI::App* command = image->add_subcommand("make", "Make an image file that an adapter takes");
     const auto wanted = std::make_shared<ImageOptions>();
     command->add_option("FILE", wanted->file, "The file; it must not exist yet")->required();
-    command->add_option("-t,--type", wanted->kind, "What it is: bios, firmware, autoload, bin, raw ...")
+    command->add_option("-t,--type", wanted->kind, "What it is")
+        ->check(CLI::IsMember({"bios", "firmware", "autoload", "bin", "raw"}))
         ->capture_default_str();
     command->add_option("-v,--version", wanted->version, "Its version")->capture_default_str();
     command->add_option("--vendor", wanted->vendor, "The sub vendor id of the adapters it is for")

@@ -1,13 +1,30 @@
 #include "commands.h"
 #include "lab.h"
 
+#include <algorithm>
 #include <cstdio>
 
 enum { RESULT_FAILED = 1, RESULT_USAGE = 2 };
 
-static int say(const std::string& what) {
+/* One line, whatever was typed or stands in a file. */
+static int say(std::string what) {
+    for (char& byte : what)
+        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = '?';
     fprintf(stderr, "ktsim: %s\n", what.c_str());
     return RESULT_FAILED;
+}
+
+/* A word where a command should stand is what is wrong, rather than the missing command. */
+static int refuseWords(const CLI::App& app, const CLI::ParseError& error) {
+    const CLI::App* command = &app;
+    while (!command->get_subcommands().empty())
+        command = command->get_subcommands().front();
+    const auto& commands = command->get_subcommands([](const CLI::App*) { return true; });
+    const std::vector<std::string> words = command->remaining();
+    std::string what = error.what();
+    if (!words.empty() && !commands.empty()) what = "\"" + words[0] + "\" is not a command";
+    say(what + " (--help tells more)");
+    return RESULT_USAGE;
 }
 
 static int runWords(int argc, char** argv) {
@@ -17,7 +34,9 @@ static int runWords(int argc, char** argv) {
     app.name("ktsim");
     app.require_subcommand(1);
     app.set_help_all_flag("--help-all", "Print the help of every command");
-    app.add_option("--state", options.state, "The state's file, instead of KTRAID_SIM");
+    app.add_option("--state", options.state, "The state's file, instead of KTRAID_SIM")
+        ->check(
+            [](const std::string& path) { return path.empty() ? std::string("should name a file") : std::string(); });
     addCreate(app, options);
     addShow(app, options);
     addStatus(app, options);
@@ -32,7 +51,7 @@ static int runWords(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : RESULT_USAGE;
+        return error.get_exit_code() == 0 ? app.exit(error) : refuseWords(app, error);
     }
     return 0;
 }

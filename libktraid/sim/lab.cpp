@@ -34,11 +34,16 @@ static std::vector<unsigned char> hexToBytes(const std::string& hex, const std::
     return bytes;
 }
 
+static void refuseTwice(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, const LabReader& row) {
+    if (readBytes(store, adapter, kind, id)) failLab(row, "id", "is there twice");
+}
+
 static void putRawRow(Store& store, KT_U8 adapter, LabReader& row) {
     const auto kind = static_cast<Kind>(takeNumber(row, "kind", 0, 255));
     const KT_U64 id = takeNumber(row, "id", 0, NEVER);
     const std::string hex = takeText(row, "hex", "");
     takeNothingElse(row);
+    refuseTwice(store, adapter, kind, id, row);
     const std::vector<unsigned char> bytes = hexToBytes(hex, row.path);
     writeRow(store, adapter, kind, id, bytes.empty() ? reinterpret_cast<const unsigned char*>("") : bytes.data(),
              bytes.size());
@@ -46,6 +51,7 @@ static void putRawRow(Store& store, KT_U8 adapter, LabReader& row) {
 
 static void putFieldRow(Store& store, KT_U8 adapter, const RecordFields& table, LabReader& row) {
     const KT_U64 id = takeNumber(row, "id", 0, NEVER);
+    refuseTwice(store, adapter, table.kind, id, row);
     std::vector<unsigned char> record(table.size);
     takeFields(row, table.kind, record.data());
     takeNothingElse(row);
@@ -70,8 +76,12 @@ static void putSections(Store& store, KT_U8 adapter, LabReader& owner) {
 
 static void fillComplete(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     KT_U8 index = 0;
-    for (LabReader& adapter : takeObjects(lab, "adapters"))
-        putSections(store, index++, adapter);
+    for (LabReader& adapter : takeObjects(lab, "adapters")) {
+        if (index == ADAPTER_GLOBAL) throw LabError{"adapters: there can be 255 at most"};
+        putSections(store, index, adapter);
+        if (!find<_Adapter_Info>(store, index, 0)) failLab(adapter, "adapter", "is missing");
+        index++;
+    }
     putSections(store, ADAPTER_GLOBAL, lab);
     const auto global = find<GlobalState>(store, ADAPTER_GLOBAL, 0);
     if (!global || global->adapterCount != index) throw LabError{"global.adapterCount: is not the number of adapters"};
@@ -87,6 +97,7 @@ static void putClock(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     for (LabReader& clock : takeObjects(lab, "clock")) {
         now = takeNumber(clock, "seconds", now / 1000, 0xFFFFFFFFU) * 1000;
         speed = takeNumber(clock, "speed", 1, 1000000) * 1000;
+        if (speed == 0) failLab(clock, "speed", "should be 1 to 1000000; \"stopped\" stops the clock");
         stopped = takeFlag(clock, "stopped", false);
         takeNothingElse(clock);
     }
@@ -122,7 +133,7 @@ void fillFromLab(Store& store, const void* argument) {
     Json json;
     try {
         json = Json::parse(source->text);
-        LabReader lab = readObject(json, "lab");
+        LabReader lab = readObject(json, "what it holds");
         lab.path.clear();
         if (takeFlag(lab, "complete", false)) {
             fillComplete(store, lab, source->stoppedAt);
@@ -132,7 +143,9 @@ void fillFromLab(Store& store, const void* argument) {
     } catch (const LabError& error) {
         throw LabError{std::string(source->name) + ": " + error.message};
     } catch (const Json::exception& error) {
-        throw LabError{std::string(source->name) + ": " + error.what()};
+        /* "[json.exception.parse_error.101] parse error at line 1 ..." */
+        const char* what = strstr(error.what(), "] ");
+        throw LabError{std::string(source->name) + ": " + (what ? what + 2 : error.what())};
     }
 }
 

@@ -73,6 +73,12 @@ static void linkDisk(_HD_Info& disk, const Context& context, LabReader& reader, 
     const auto adapter = find<_Adapter_Info>(context, 0);
     const KT_U64 port = takeNumber(reader, "port", NEVER, 255);
     const KT_U16 enclosure = static_cast<KT_U16>(takeNumber(reader, "enclosure", KT_NO_ID, KT_NO_ID));
+    if (parent == KT_LINK_EXPANDER && !find<_Exp_Info>(context, parentId))
+        failLab(reader, "parent", "there is no expander " + std::to_string(parentId));
+    if (parent == KT_LINK_PM && !find<_PM_Info>(context, parentId))
+        failLab(reader, "parent", "there is no port multiplier " + std::to_string(parentId));
+    if (enclosure != KT_NO_ID && !find<_Enclosure_Info>(context, enclosure))
+        failLab(reader, "enclosure", "there is no enclosure " + std::to_string(enclosure));
     disk.Link.Parent.DevType = parent;
     disk.Link.Parent.DevID = parentId;
     disk.Link.Parent.PhyCnt = 1;
@@ -230,6 +236,7 @@ static void addEnclosures(Context& context, LabReader& adapter) {
     KT_U16 next = 0;
     for (LabReader& reader : takeObjects(adapter, "enclosures")) {
         const auto id = static_cast<KT_U16>(takeNumber(reader, "id", next, 0xFFFE));
+        if (find<_Enclosure_Info>(context, id)) failLab(reader, "id", "is another enclosure's already");
         _Enclosure_Info enclosure = {};
         enclosure.EnclosureID = id;
         enclosure.AdapterID = context.adapter;

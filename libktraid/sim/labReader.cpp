@@ -13,7 +13,7 @@ LabReader readObject(const Json& object, const std::string& path) {
 }
 
 void failLab(const LabReader& reader, const char* word, const std::string& what) {
-    throw LabError{reader.path + "." + word + ": " + what};
+    throw LabError{(reader.path.empty() ? "" : reader.path + ".") + word + ": " + what};
 }
 
 const Json* take(LabReader& reader, const char* word) {

@@ -75,12 +75,27 @@ static KT_U64 shareFor(const Layout& layout, KT_U64 size) {
     return std::max<KT_U64>(share, layout.stripe);
 }
 
+static void checkMembers(const LabReader& reader, std::vector<KT_U16> disks) {
+    std::sort(disks.begin(), disks.end());
+    if (disks.front() == KT_NO_ID) failLab(reader, "disks", "are all missing");
+    const auto twice = std::adjacent_find(disks.begin(), disks.end());
+    if (twice != disks.end() && *twice != KT_NO_ID)
+        failLab(reader, "disks", "name disk " + std::to_string(*twice) + " twice");
+}
+
+/* Arrays share no disk with anything else. */
+static void refuseUsed(const Context& context, const LabReader& reader, const char* word, KT_U16 pd, KT_U8 flags) {
+    const auto state = find<PdState>(context, pd);
+    if (state && (state->raid & flags)) failLab(reader, word, "disk " + std::to_string(pd) + " is in use already");
+}
+
 static Layout takeLayout(LabReader& reader, Layout inherited) {
     Layout layout = std::move(inherited);
     layout.level = static_cast<KT_U8>(takeWord(reader, "level", LEVEL_WORDS, std::size(LEVEL_WORDS), layout.level));
     if (reader.object.contains("disks")) layout.disks = takeIds(reader, "disks");
     if (layout.disks.empty() || layout.disks.size() > MEMBERS)
         failLab(reader, "disks", "should name 1 to " + std::to_string(MEMBERS) + " disks");
+    checkMembers(reader, layout.disks);
     const bool raid60 = layout.level == KT_RAID60;
     const bool parted = raid60 || layout.level == KT_RAID50;
     const KT_U8 parity = raid60 ? 4 : layout.level == KT_RAID6 ? 2 : 0;
@@ -156,6 +171,12 @@ static void takeActivity(const Context& context, LabReader& vdReader, KT_U64 wor
         activity.state =
             static_cast<KT_U8>(takeWord(reader, "state", STATE_WORDS, std::size(STATE_WORDS), KT_STATE_RUNNING));
         activity.disk = static_cast<KT_U16>(takeNumber(reader, "disk", KT_NO_ID, KT_NO_ID));
+        const KT_U16* homes = state.homes;
+        if (activity.disk != KT_NO_ID && std::find(homes, homes + vd.HDCount, activity.disk) == homes + vd.HDCount)
+            failLab(reader, "disk", "is not a member");
+        const bool redundant = vd.RaidMode != KT_RAID0 && vd.RaidMode != KT_JBOD;
+        if (!redundant && (activity.kind & (KT_BGA_REBUILD | KT_BGA_CHECK | KT_BGA_CHECK_FIX)))
+            failLab(reader, "kind", "does not go with the level");
         activity.work = work;
         const KT_U64 percent = takeNumber(reader, "percent", 0, 99);
         activity.done = work / 100 * percent;
@@ -273,6 +294,7 @@ static void takeSpares(const Context& context, LabReader& reader, _DG_Info& arra
     for (const KT_U16 pd : takeIds(reader, "spares")) {
         if (array.SparePDCount == SPARES) failLab(reader, "spares", "are too many for one array");
         if (!find<PdState>(context, pd)) failLab(reader, "spares", "there is no disk " + std::to_string(pd));
+        refuseUsed(context, reader, "spares", pd, KT_PD_MEMBER | KT_PD_SPARE);
         array.SparePDIDs[array.SparePDCount++] = pd;
         markMember(context, pd, KT_PD_DEDICATED_SPARE, array.DGID);
     }
@@ -298,6 +320,7 @@ static void addArray(Context& context, LabReader& reader, const Layout& layout) 
     std::fill(std::begin(array.VDIDs), std::end(array.VDIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(array.SparePDIDs), std::end(array.SparePDIDs), KT_U16{KT_NO_ID});
     for (const KT_U16 pd : layout.disks) {
+        refuseUsed(context, reader, "disks", pd, KT_PD_MEMBER | KT_PD_SPARE);
         if (pd == KT_NO_ID) array.Status = 1;
         if (pd != KT_NO_ID) array.PDIDs[array.PDCount++] = pd;
         markMember(context, pd, KT_PD_MEMBER, id);
@@ -333,6 +356,8 @@ static void forEachCopy(std::vector<LabReader> readers, Add add) {
 }
 
 void addLabVolumes(Context& context, LabReader& adapter) {
+    if (adapter.object.contains("arrays") && adapterInfo(context).MaxDiskGroup == 0)
+        failLab(adapter, "arrays", "are not for LD-based adapters");
     forEachCopy(takeObjects(adapter, "arrays"),
                 [&](LabReader& reader, const Layout& layout) { addArray(context, reader, layout); });
     forEachCopy(takeObjects(adapter, "virtualDisks"),

@@ -48,6 +48,7 @@ static const char SCHEMA[] = "CREATE TABLE record (adapter INTEGER, kind INTEGER
                              "PRIMARY KEY (adapter, kind, id)) WITHOUT ROWID";
 static const char WALK[] = "SELECT id, data FROM record WHERE adapter = ?1 AND kind = ?2 AND id >= ?3 ORDER BY id";
 static const int BUSY_WAIT_MS = 5000;
+static const char NOT_A_STATE[] = "this is not a state of the simulated adapters";
 
 struct Store {
     sqlite3* db = nullptr;
@@ -57,12 +58,34 @@ struct Store {
     bool writing = false;
 };
 
+static std::string reasonFor(const Store& store, int primary) {
+    std::string reason = sqlite3_errmsg(store.db);
+    const int error = sqlite3_system_errno(store.db);
+    switch (primary) {
+    case SQLITE_BUSY:
+        return "another process keeps it busy";
+    case SQLITE_NOTADB:
+        return NOT_A_STATE;
+    case SQLITE_CORRUPT:
+        return "this state is damaged (" + reason + ")";
+    case SQLITE_READONLY:
+        return "this state cannot be written to";
+    case SQLITE_FULL:
+        return "there is no space left to write to";
+    case SQLITE_IOERR:
+    case SQLITE_CANTOPEN:
+        return error ? strerror(error) : reason;
+    default:
+        return reason;
+    }
+}
+
 [[noreturn]] static void fail(const Store& store, int code) {
     const int primary = code & 0xFF;
     const bool passing =
         primary == SQLITE_BUSY || primary == SQLITE_FULL || primary == SQLITE_NOMEM || primary == SQLITE_IOERR;
-    const char* why = primary == SQLITE_BUSY ? "another process keeps it busy" : sqlite3_errmsg(store.db);
-    throw StoreFailure{static_cast<KT_U8>(passing ? KT_ERR_NO_RESOURCE : KT_ERR_FAILED), store.path + ": " + why};
+    throw StoreFailure{static_cast<KT_U8>(passing ? KT_ERR_NO_RESOURCE : KT_ERR_FAILED),
+                       store.path + ": " + reasonFor(store, primary)};
 }
 
 void failBadRow(KT_U8 adapter, Kind kind, KT_U64 id) {
@@ -130,7 +153,7 @@ void closeStore(Store* store) {
 
 static void checkIdentity(Store& store) {
     if (readPragma(store, "PRAGMA application_id") != STATE_APPLICATION)
-        throw StoreFailure{KT_ERR_FAILED, store.path + ": this is not a state of the simulated adapters"};
+        throw StoreFailure{KT_ERR_FAILED, store.path + ": " + NOT_A_STATE};
     const int version = readPragma(store, "PRAGMA user_version");
     if (version != STATE_VERSION) {
         throw StoreFailure{KT_ERR_FAILED, store.path + ": this state has version " + std::to_string(version) +
@@ -229,10 +252,20 @@ static std::string writeNewFile(const std::string& path, StoreFiller fill, const
     return name;
 }
 
-Store* openStore(const std::string& path, StoreFiller fill, const void* argument) {
+/* Whether a file is at `path`; throws for anything else there, which is no place for a state. */
+static bool isThere(const std::string& path) {
     struct stat there = {};
-    if (stat(path.c_str(), &there) != 0) {
-        if (errno != ENOENT) failSystem(path);
+    if (stat(path.c_str(), &there) == 0) {
+        if (S_ISREG(there.st_mode)) return true;
+        throw StoreFailure{KT_ERR_FAILED, path + ": this is not a file"};
+    }
+    if (errno != ENOENT) failSystem(path);
+    if (lstat(path.c_str(), &there) == 0) throw StoreFailure{KT_ERR_FAILED, path + ": this link leads nowhere"};
+    return false;
+}
+
+Store* openStore(const std::string& path, StoreFiller fill, const void* argument) {
+    if (!isThere(path)) {
         makeFolders(path);
         const std::string made = writeNewFile(path, fill, argument);
         /* A link, unlike a rename, leaves alone what another process has put there meanwhile. */
@@ -241,18 +274,41 @@ Store* openStore(const std::string& path, StoreFiller fill, const void* argument
         unlink(made.c_str());
         errno = reason;
         if (!linked) failSystem(path);
-    } else if (!S_ISREG(there.st_mode)) {
-        throw StoreFailure{KT_ERR_FAILED, path + ": this is not a file"};
     }
     return openExistingStore(path);
 }
 
+/* A damaged state still says what it is, at the place where SQLite keeps the application's id. */
+static bool looksLikeState(const std::string& path) {
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) failSystem(path);
+    unsigned char head[72] = {};
+    const ssize_t size = read(file, head, sizeof head);
+    close(file);
+    const unsigned char* id = head + 68;
+    const int application = id[0] << 24 | id[1] << 16 | id[2] << 8 | id[3];
+    return size == 0 || (size == sizeof head && application == STATE_APPLICATION);
+}
+
+bool stateMayGo(const std::string& path) {
+    if (!isThere(path)) return false;
+    if (looksLikeState(path)) return true;
+    throw StoreFailure{KT_ERR_FAILED, path + ": " + NOT_A_STATE + "; it stays as it is"};
+}
+
 void replaceStore(const std::string& path, StoreFiller fill, const void* argument) {
     makeFolders(path);
-    const std::string made = writeNewFile(path, fill, argument);
-    unlink((path + "-wal").c_str());
-    unlink((path + "-shm").c_str());
-    if (rename(made.c_str(), path.c_str()) == 0) return;
+    std::string place = path;
+    /* A link stays one. */
+    if (stateMayGo(path)) {
+        char* whole = realpath(path.c_str(), nullptr);
+        if (whole) place = whole;
+        free(whole);
+    }
+    const std::string made = writeNewFile(place, fill, argument);
+    unlink((place + "-wal").c_str());
+    unlink((place + "-shm").c_str());
+    if (rename(made.c_str(), place.c_str()) == 0) return;
     const int reason = errno;
     unlink(made.c_str());
     errno = reason;

@@ -36,7 +36,10 @@ Store* openStore(const std::string& path, StoreFiller fill, const void* argument
 Store* openExistingStore(const std::string& path);
 /* A state in memory, for tests and for checking a lab. */
 Store* openMemoryStore(StoreFiller fill, const void* argument);
-/* Puts a new state in the place of whatever is at `path`. */
+/* Whether there is a state at `path`, sound or not, whose place another may take. Throws for all else that is there:
+   what somebody else keeps is never replaced. */
+bool stateMayGo(const std::string& path);
+/* Puts a new state in the place of the one at `path`. */
 void replaceStore(const std::string& path, StoreFiller fill, const void* argument);
 void closeStore(Store* store);
 

@@ -78,6 +78,13 @@ static void appendArg(std::string& line, const Arg& arg, size_t size) {
     }
 }
 
+/* Once: a call more or less does not make an incomplete trace better. */
+static void reportIncomplete(const char* path) {
+    static bool said = false;
+    if (!said) fprintf(stderr, "ktraid-sim: the trace is incomplete: %s: %s\n", path, strerror(errno));
+    said = true;
+}
+
 bool tracing() {
     const char* file = getenv("KTRAID_SIM_TRACE");
     return file && *file;
@@ -105,11 +112,10 @@ void traceAfter(const std::string& before, int status, std::initializer_list<Arg
     }
     line += '\n';
     const int file = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    if (file < 0) return;
     /* One write a line keeps the lines of several processes whole. */
-    const ssize_t written = write(file, line.data(), line.size());
-    if (written != static_cast<ssize_t>(line.size())) fprintf(stderr, "ktraid-sim: the trace is incomplete\n");
-    close(file);
+    errno = file < 0 ? errno : ENOSPC;
+    if (file < 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size())) reportIncomplete(path);
+    if (file >= 0) close(file);
 }
 
 } // namespace sim

@@ -110,8 +110,20 @@ TEST(Lab, SaysWhereTheMistakeIs) {
     EXPECT_EQ(mistakeIn(R"({"adapters": [{"disks": [{}], "virtualDisks": [{"level": "RAID0", "disks": [0],
                           "size": "2TB"}]}]})"),
               "lab: adapters[0].virtualDisks[0].size: does not fit on disk 0");
-    EXPECT_EQ(mistakeIn(R"({"complete": true, "global": {"adapterCount": 2}, "adapters": [{}]})"),
+    EXPECT_EQ(mistakeIn(R"({"complete": true, "global": {"adapterCount": 2}, "adapters": []})"),
               "lab: global.adapterCount: is not the number of adapters");
+    EXPECT_EQ(mistakeIn(R"({"complete": true, "adapters": [{}]})"), "lab: adapters[0].adapter: is missing");
+    const auto arrays = [](const std::string& words) {
+        return R"({"adapters": [{"disks": [{"count": 6}], "arrays": [)" + words + "]}]}";
+    };
+    EXPECT_EQ(mistakeIn(arrays(R"({"disks": [0, 1, 0]})")), "lab: adapters[0].arrays[0].disks: name disk 0 twice");
+    EXPECT_EQ(mistakeIn(arrays(R"({"disks": [0, 1, 2]}, {"disks": [2, 3, 4]})")),
+              "lab: adapters[0].arrays[1].disks: disk 2 is in use already");
+    EXPECT_EQ(mistakeIn(arrays(R"({"disks": [0, 1, 2], "spares": [3, 3]})")),
+              "lab: adapters[0].arrays[0].spares: disk 3 is in use already");
+    EXPECT_EQ(mistakeIn(arrays(R"({"disks": [0, 1, 2], "virtualDisks": [{"activity": {"disk": 5}}]})")),
+              "lab: adapters[0].arrays[0].virtualDisks[0].activity.disk: is not a member");
+    EXPECT_EQ(mistakeIn(disk(R"("on": "expander")")), "lab: adapters[0].disks[1].parent: there is no expander 0");
     EXPECT_EQ(mistakeIn(R"({"complete": true, "global": {"adapterCount": 0}, "faults": [{"kid": 1}]})"),
               "lab: faults[0].kid: is not a word that labs know here");
 }

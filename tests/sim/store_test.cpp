@@ -62,7 +62,7 @@ TEST_F(StateFile, OfAnotherKindOrVersionIsRefusedAndKept) {
     writeFile(path, "");
     EXPECT_NE(refusal().find("is not a state of the simulated adapters"), std::string::npos);
     writeFile(path, std::string(5000, 'x'));
-    EXPECT_NE(refusal().find("file is not a database"), std::string::npos);
+    EXPECT_NE(refusal().find("is not a state of the simulated adapters"), std::string::npos);
     std::filesystem::remove(path);
     make();
     sql(path, "PRAGMA user_version = 99");

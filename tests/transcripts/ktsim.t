@@ -77,11 +77,22 @@ A state is made once; over an existing one only when that is wanted.
   [1]
   $ printf 'not a state' > other.db
   $ KTRAID_SIM=other.db ktsim status
-  ktsim: other.db: file is not a database
+  ktsim: other.db: this is not a state of the simulated adapters
+  [1]
+  $ KTRAID_SIM=other.db ktsim create --force
+  ktsim: other.db: this is not a state of the simulated adapters; it stays as it is
   [1]
   $ cat other.db; echo
   not a state
-  $ KTRAID_SIM=other.db ktsim create --force && KTRAID_SIM=other.db ktsim clock stop
+  $ ln -s nowhere link.db; mkfifo pipe.db; mknod null.db c 1 3 2> /dev/null || mkfifo null.db
+  $ for place in link pipe null; do ktsim --state $place.db create --force; done
+  ktsim: link.db: this link leads nowhere
+  ktsim: pipe.db: this is not a file
+  ktsim: null.db: this is not a file
+  [1]
+  $ ktsim --state other2.db create && ln -s other2.db link2.db
+  $ head -c 5000 other2.db > cut.db && mv cut.db other2.db && ktsim --state link2.db create --force
+  $ test -L link2.db && ktsim --state other2.db clock stop
 
 What show prints, create reads back; a lab comes through a pipe too.
 
@@ -114,7 +125,7 @@ The clock.
   $ ktsim clock start && ktsim clock show | sed 's/.*UTC//'
   , running 60 times as fast as real time
   $ ktsim clock speed 0 2>&1 | head -1
-  X: Value 0 not in range 0.001000 to 1000000.000000
+  ktsim: X: 0 is not a number from 0.001 to 1000000 (--help tells more)
   $ ktsim clock until idle
   Idle after 0 s.
 
@@ -145,8 +156,7 @@ Faults.
   ktsim: KT_LD_GetInfos is not a call of the library
   [1]
   $ ktsim fault KT_LD_GetInfo
-  STATUS is required
-  Run with --help or --help-all for more information.
+  ktsim: STATUS is required (--help tells more)
   [2]
   $ ktsim fault KT_LD_GetInfo 256 2> /dev/null
   [2]
@@ -184,8 +194,8 @@ Batteries and images.
   ktsim: "9.8.7" is not a version such as 4.1.15.2108
   [1]
   $ ktsim image make other.img --type soup
-  ktsim: soup is not a kind of image
-  [1]
+  ktsim: --type: soup not in {bios,firmware,autoload,bin,raw} (--help tells more)
+  [2]
   $ ls other.img 2> /dev/null
   [2]
 
@@ -250,20 +260,28 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
 Elements of enclosures.
 
   $ ktsim enclosure show
-  Enclosure 1    TARNWARE Shelf 24, 8 kinds of element, status 0
+  Enclosure 1  TARNWARE Shelf 24: OK
+    arydev  0-10 ok, 11-23 not installed
+    pow     0-1 ok
+    fan     0-3 ok
+    tpr     0-2 ok
+    dor     0 ok
+    alm     0 ok
+    dpl     0 ok
+    vlt     0-1 ok
   $ ktsim enclosure set 1 fan 0 failed
   $ kt event | sed -n 's/^Description:  //p' | head -1
   Adapter 0 Defective fan 0 found
   $ ktsim enclosure set 1 fan 0 soup
-  ktsim: enclosure 1, fan 0: there is none, or it is never "soup" but only: ok failed off missing unknown
+  ktsim: enclosure 1, fan 0: it is never "soup" but only: ok failed off missing unknown
   [1]
   $ ktsim enclosure set 1 fan 200 ok
-  ktsim: enclosure 1, fan 200: there is none, or it is never "ok" but only: ok failed off missing unknown
+  ktsim: enclosure 1, fan 200: there is none
   [1]
   $ ktsim enclosure set 1 soup 0 ok 2> /dev/null
   [2]
   $ ktsim enclosure reading 1 dor 0 20
-  ktsim: enclosure 1, dor 0: there is none, or it measures nothing
+  ktsim: enclosure 1, dor 0: it measures nothing
   [1]
 
 A command in the state's environment; its result is the command's own.
@@ -277,8 +295,7 @@ A command in the state's environment; its result is the command's own.
   ktsim: ./nothing: No such file or directory
   [1]
   $ ktsim run
-  COMMAND is required
-  Run with --help or --help-all for more information.
+  ktsim: COMMAND is required (--help tells more)
   [2]
 
 Help is everywhere; what is not understood ends in 2.

@@ -95,7 +95,7 @@ static const Condition* conditionNamed(KT_U8 type, const std::string& word) {
     return nullptr;
 }
 
-static bool isSlot(KT_U8 type) {
+bool isSlot(KT_U8 type) {
     return type == KT_SES_ARRAY_DEVICE || type == KT_SES_DEVICE;
 }
 

@@ -18,6 +18,8 @@ struct ElementKind {
 };
 const ElementKind* elementKindNamed(const std::string& word);
 std::vector<std::string> elementWords();
+/* Slots are as their disks are. */
+bool isSlot(KT_U8 type);
 
 KT_U8 getElementInfo(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, _Enc_Element_Info& info);
 KT_U8 getElementConfig(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element,

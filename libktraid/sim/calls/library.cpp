@@ -2,23 +2,36 @@
 #include "lab.h"
 
 #include <cstdio>
+#include <new>
 
 using namespace sim;
 
-KT_U8 KT_API_Initialize(void) {
-    KT_U8 status = KT_OK;
-    if (!openState()) {
-        try {
-            setOpenState(openStore(statePath(), fillFromLab, labNamed("default")));
-        } catch (const StoreFailure& failure) {
-            fprintf(stderr, "ktraid-sim: %s\n", failure.message.c_str());
-            status = KT_ERR_FAILED;
-        } catch (const LabError& error) {
-            fprintf(stderr, "ktraid-sim: %s\n", error.message.c_str());
-            status = KT_ERR_FAILED;
-        }
+static bool openDefaultState() {
+    std::string reason;
+    try {
+        setOpenState(openStore(statePath(), fillFromLab, labNamed("default")));
+        return true;
+    } catch (const StoreFailure& failure) {
+        reason = failure.message;
+    } catch (const LabError& error) {
+        reason = error.message;
+    } catch (const std::bad_alloc&) {
+        reason = "out of memory";
     }
-    traceAfter(traceBefore("KT_API_Initialize", -1, {}), status, {});
+    fprintf(stderr, "ktraid-sim: %s\n", reason.c_str());
+    return false;
+}
+
+KT_U8 KT_API_Initialize(void) {
+    if (!openState() && !openDefaultState()) {
+        traceAfter(traceBefore("KT_API_Initialize", -1, {}), KT_ERR_FAILED, {});
+        return KT_ERR_FAILED;
+    }
+    const KT_U8 status = call("KT_API_Initialize", -1, Access::Read, {}, [](Context&) { return KT_OK; });
+    if (status != KT_OK) {
+        closeStore(openState());
+        setOpenState(nullptr);
+    }
     return status;
 }
 
