@@ -185,27 +185,22 @@ KT_U8 getHDInfo(KT_U16 id) {
     bool all = id == ALL_DISKS;
     ListingFrame frame = {words};
     KT_U8 status = KT_OK;
-    KT_U16 failed = 0;
     KT_U16 perPage = recordsPerPage(sizeof(_HD_Info));
     ListEnd end =
         walkList<_HD_Info>(KT_PD_GetHDInfo, all ? EVERYTHING : oneItem(id), perPage, [&](const _HD_Info& disk) {
             frame.begin();
             reportDisk(disk);
-            failed = disk.Link.Self.DevID;
-            status = reportUse(failed);
+            status = reportUse(disk.Link.Self.DevID);
             if (status == KT_OK) out("\n");
             return status == KT_OK;
         });
     frame.end(end, all);
-    if (end.stopped) {
-        out("\nUnable to get info of PD %d (error %d: %s)\n", failed, status, ErrorMessage(status));
-        return status;
-    }
-    if (!refused(end)) return end.status;
+    if (!end.stopped) status = end.status;
+    if (!end.stopped && !refused(end)) return status;
     if (all) {
-        out("\nUnable to get info of PD (error %d: %s)\n", end.status, ErrorMessage(end.status));
+        out("\nUnable to get info of PD (error %d: %s)\n", status, ErrorMessage(status));
     } else {
-        out("\nUnable to get info of PD %d (error %d: %s)\n", id, end.status, ErrorMessage(end.status));
+        out("\nUnable to get info of PD %d (error %d: %s)\n", id, status, ErrorMessage(status));
     }
-    return end.status;
+    return status;
 }

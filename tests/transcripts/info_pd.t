@@ -127,7 +127,7 @@ What the library refuses is told and ends the listing.
   PD ID:               0
   PD ID:               1
   PD ID:               2
-  Unable to get info of PD 2 (error 58: Virtual disk is not ready to receive command)
+  Unable to get info of PD (error 58: Virtual disk is not ready to receive command)
   $ ktsim fault clear
   $ ktsim fault KT_PD_GetHDInfo 1
   $ kt info -o pd
