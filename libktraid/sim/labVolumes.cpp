@@ -1,5 +1,7 @@
 #include "adapter/blocks.h"
+#include "adapter/foreign.h"
 #include "adapter/jobs.h"
+#include "adapter/rebuild.h"
 #include "lab.h"
 #include "labReader.h"
 
@@ -150,7 +152,7 @@ static void placeBlocks(const Context& context, const Layout& layout, const LabR
         vd.BlockIDs[i] = addBlock(context, block);
         if (vd.BlockIDs[i] == KT_NO_ID) failLab(reader, "disks", "disk " + std::to_string(pd) + " has no more blocks");
         vd.BlockSize = disk->BlockSize;
-        markMember(context, pd, KT_PD_MEMBER, KT_NO_ID);
+        markMember(context, pd, isForeign(vd) ? KT_PD_FOREIGN : KT_PD_MEMBER, vd.DGID);
     }
 }
 
@@ -362,6 +364,9 @@ void addLabVolumes(Context& context, LabReader& adapter) {
                 [&](LabReader& reader, const Layout& layout) { addArray(context, reader, layout); });
     forEachCopy(takeObjects(adapter, "virtualDisks"),
                 [&](LabReader& reader, const Layout& layout) { addVd(context, reader, layout, KT_NO_ID); });
+    /* No adapter would be at rest with a spare that could be at work. */
+    reviewForeign(context);
+    engageSpares(context);
 }
 
 } // namespace sim

@@ -20,6 +20,7 @@ enum Kind : KT_U8 {
     KIND_VD = 20,
     KIND_VD_STATE = 21,
     KIND_VD_TARGET = 22,
+    KIND_VD_AWAY = 23,
     KIND_DG = 30,
     KIND_DG_STATE = 31,
     KIND_PD = 40,
@@ -86,7 +87,7 @@ struct VdState {
     KT_U8 initialized; /* parity or mirror known to be consistent */
     KT_U8 reported;    /* KT_LD_Report done */
     KT_U8 waterMark;   /* TandemWaterMark of its creation */
-    KT_U8 reserved;
+    KT_U8 unfinished;  /* foreign, and in the middle of a migration that cannot be gone on with here */
     KT_U16 linkedDisk; /* KT_VDHDD_AddLink; KT_NO_ID = none */
     KT_U64 created;    /* seconds since 1970 */
     Activity activity;
@@ -96,6 +97,13 @@ struct VdState {
 /* What a migrating virtual disk is turning into. */
 struct VdTarget {
     _LD_Info info;
+};
+
+/* A virtual disk that is on pulled disks only, or was deleted without them: it comes back with them as a foreign one.
+   The id of its row means nothing. */
+struct AwayVd {
+    _LD_Info info;
+    VdState state;
 };
 
 struct DgState {
@@ -132,8 +140,9 @@ struct PulledDisk {
 struct PulledBlock {
     _Block_Info block;
     KT_U8 guid[8]; /* of the virtual disk */
-    KT_U16 slot;   /* in it */
-    KT_U8 reserved[6];
+    KT_U16 slot;   /* in it; KT_NO_ID = only in what it is turning into */
+    KT_U16 target; /* 1 + the slot in what it is turning into; 0 = none */
+    KT_U8 reserved[4];
 };
 struct PulledBlocks {
     KT_U8 count;
@@ -174,6 +183,7 @@ KTSIM_KIND(AdapterState, KIND_ADAPTER_STATE);
 KTSIM_KIND(_LD_Info, KIND_VD);
 KTSIM_KIND(VdState, KIND_VD_STATE);
 KTSIM_KIND(VdTarget, KIND_VD_TARGET);
+KTSIM_KIND(AwayVd, KIND_VD_AWAY);
 KTSIM_KIND(_DG_Info, KIND_DG);
 KTSIM_KIND(DgState, KIND_DG_STATE);
 KTSIM_KIND(_HD_Info, KIND_PD);

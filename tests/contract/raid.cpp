@@ -4,16 +4,19 @@
 #include "adapter/health.h"
 #include "lab.h"
 
-/* Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapter 1 has no arrays. */
+/* Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
+   arrays, 2 lets virtual disks share disks. */
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [
      {"count": 8, "type": "SAS", "size": "100GB"}, {"type": "SAS", "size": "50GB"},
      {"type": "SAS", "size": "100GB", "sector": 4096}, {"type": "SAS", "size": "100GB", "os": true}]},
   {"type": "LD-based", "disks": [
      {"count": 6, "type": "SATA", "size": "100GB"}, {"type": "SATA", "size": "50GB"},
-     {"count": 2, "type": "SATA SSD", "size": "50GB"}]}]})";
+     {"count": 2, "type": "SATA SSD", "size": "50GB"}]},
+  {"type": "LD-based", "DevID": 17920, "disks": [{"count": 4, "type": "SATA", "size": "100GB"}]}]})";
 static const KT_U8 ARRAYS = 0;
 static const KT_U8 PLAIN = 1;
+static const KT_U8 OLD = 2;
 static const uint64_t HOUR = 3600;
 static const KT_U64 MB = 1024;
 
@@ -44,9 +47,9 @@ static _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0) {
     return param;
 }
 
-static KT_U8 createLd(KT_U8 level, const Ids& disks, KT_U64 kib = 0) {
-    _Create_LD_Param param = ldParam(level, disks, kib);
-    return KT_LD_Create(PLAIN, &param);
+static KT_U8 createLd(KT_U8 level, const Ids& disks, KT_U64 size = 0, KT_U8 adapter = PLAIN) {
+    _Create_LD_Param param = ldParam(level, disks, size);
+    return KT_LD_Create(adapter, &param);
 }
 
 static _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0) {
@@ -153,16 +156,22 @@ TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     _Create_LD_Param param = ldParam(KT_RAID1, {0, 1}, 3000 * MB);
     ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 3000 * MB);
-    param = ldParam(KT_RAID1, {0, 1}, 3000);
+    EXPECT_EQ(createLd(KT_RAID1, {1, 2}, 3000 * MB), KT_ERR_PD_ASSIGNED) << "no second one on a disk";
+    param = ldParam(KT_RAID1, {2, 3}, 3000);
     param.ReservedForApp = 1;
     ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
     EXPECT_EQ(vdInfo(PLAIN, 1).Size, 3000 * MB);
     param = ldParam(KT_HYBRID, {7, 2}, 3000);
     param.TandemWaterMark = 90;
-    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
+    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK) << "beside another one";
     EXPECT_EQ(vdInfo(PLAIN, 2).Size, 3000 * MB);
     EXPECT_EQ(newEvents(PLAIN),
               (std::vector<std::string>{"1/2 of 0", "1/40 of 0", "1/2 of 1", "1/40 of 1", "1/2 of 2", "1/40 of 2"}));
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4096, OLD), KT_OK);
+    EXPECT_EQ(vdInfo(OLD, 0).Size, 4096 * MB) << "what a person asks for";
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD), KT_OK);
+    EXPECT_EQ(vdInfo(OLD, 1).Size, 4096 * MB) << "what a file restores";
+    EXPECT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB, OLD), KT_ERR_NO_RESOURCE) << "a file would ask for rounding";
 }
 
 TEST_F(Raid, CreationSaysWhatIsWrong) {
@@ -254,23 +263,23 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
 }
 
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
-    ASSERT_EQ(createLd(KT_RAID5, {0, 1, 2}, 5000 * MB), KT_OK);
-    ASSERT_EQ(createLd(KT_RAID6, {0, 1, 2, 3}, 5000 * MB), KT_OK);
+    ASSERT_EQ(createLd(KT_RAID5, {0, 1, 2}, 5000, OLD), KT_OK);
+    ASSERT_EQ(createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD), KT_OK);
     advance(60);
-    newEvents(PLAIN);
-    disk(PLAIN, sim::pullDisk, 0);
-    EXPECT_EQ(newEvents(PLAIN), (std::vector<std::string>{"2/0 of 0", "1/4 of 0", "1/5 of 1"}));
-    EXPECT_EQ(KT_PD_SetHDStatus(PLAIN, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
-    disk(PLAIN, sim::pullDisk, 1);
-    EXPECT_EQ(newEvents(PLAIN), (std::vector<std::string>{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
-    EXPECT_EQ(KT_LD_StartConsistencyCheck(PLAIN, 0, 1), KT_ERR_VD_NOT_READY);
-    disk(PLAIN, sim::insertDisk, 1);
+    newEvents(OLD);
+    disk(OLD, sim::pullDisk, 0);
+    EXPECT_EQ(newEvents(OLD), (std::vector<std::string>{"2/0 of 0", "1/4 of 0", "1/5 of 1"}));
+    EXPECT_EQ(KT_PD_SetHDStatus(OLD, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
+    disk(OLD, sim::pullDisk, 1);
+    EXPECT_EQ(newEvents(OLD), (std::vector<std::string>{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
+    EXPECT_EQ(KT_LD_StartConsistencyCheck(OLD, 0, 1), KT_ERR_VD_NOT_READY);
+    disk(OLD, sim::insertDisk, 1);
     /* What was offline takes the disk back as it was; what went on without it is rebuilt onto it. */
-    EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
-    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
-    EXPECT_EQ(activity(PLAIN, 1), "1/1 0");
+    EXPECT_EQ(vdInfo(OLD, 0).Status, KT_VD_DEGRADED);
+    EXPECT_EQ(activity(OLD, 0), "0/0 0");
+    EXPECT_EQ(activity(OLD, 1), "1/1 0");
     advance(HOUR);
-    EXPECT_EQ(vdInfo(PLAIN, 1).Status, KT_VD_PARTIALLY_OPTIMAL);
+    EXPECT_EQ(vdInfo(OLD, 1).Status, KT_VD_PARTIALLY_OPTIMAL);
 }
 
 TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
@@ -361,6 +370,9 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
     EXPECT_EQ(dgInfo(0).RaidMode, KT_RAID1);
     EXPECT_EQ(dgInfo(0).BgaState, KT_STATE_INTERRUPTED);
+    disk(ARRAYS, sim::insertDisk, 3);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED) << "one of RAID5's disks may be missing";
+    EXPECT_EQ(dgInfo(0).BgaState, KT_STATE_RUNNING);
 }
 
 TEST_F(Raid, WipingTakesAMemberAway) {
@@ -396,14 +408,24 @@ TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
     bring({1, 2});
     sim::closeStore(other);
     EXPECT_EQ(ids, (std::vector<KT_U16>{11, 12, 13})) << "the pulled disk keeps its id";
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "an array would lie on the other one's block";
     EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE);
     EXPECT_EQ(roleOf(ARRAYS, 11) & KT_PD_FOREIGN, KT_PD_FOREIGN);
     EXPECT_EQ(createDg(KT_RAID1, {0, 11}), KT_ERR_PD_ASSIGNED);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
-    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE) << "an array would lie on the other one's block";
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
     EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
+    outside(ARRAYS, [](sim::Context& context) {
+        for (const KT_U16 pd : Ids{11, 12, 13})
+            sim::pullDisk(context, pd);
+    });
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_MISSING) << "its disks have left";
+    outside(ARRAYS, [](sim::Context& context) {
+        for (const KT_U16 pd : Ids{13, 11, 12})
+            sim::insertDisk(context, pd);
+    });
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));

@@ -264,6 +264,7 @@ Whatever an adapter holds, it is either read back and written the same way, or s
   [PD MEMBER] of virtual disk 3 lacks disks or names blocks in their place.
   saved holds another name, size or number of disks for virtual disks 0 3; edit it before restoring.
   troubled 1: [PD MEMBER] of virtual disk 0 lacks disks or names blocks in their place.
+  [PD MEMBER] of virtual disk 5 lacks disks or names blocks in their place.
   [PD MEMBER] of virtual disk 6 lacks disks or names blocks in their place.
   [PD MEMBER] of virtual disk 7 lacks disks or names blocks in their place.
   saved holds values that restore_cfg does not take; edit it before restoring.

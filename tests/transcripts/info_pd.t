@@ -59,7 +59,13 @@ Physical disks, the blocks on them, and spares.
   PD ID:               7
   Type:                SATA
   Linked at:           PM 0, port 4
-  Total # of PD:       8
+  PD ID:               8
+  Type:                SATA
+  Linked at:           HBA port 1
+  PD ID:               9
+  Type:                SATA
+  Linked at:           HBA port 2
+  Total # of PD:       10
   $ kt info -o blk -i 3
   
   Block Disk Information

@@ -53,7 +53,7 @@ Virtual disks with their state and what they are busy with.
   BGA progress:    rebuilding is 37% done
   id:                  2
   BGA status:          N/A
-  PD RAID setup:       3 4 
+  PD RAID setup:       8 9 
   id:                  3
   BGA status:          N/A
   PD RAID setup:       2 6 

@@ -47,7 +47,7 @@ A state is made once; over an existing one only when that is wanted.
     PD 11   Petrel PS480G SSD        SATA SSD  447.1 GiB  free
     PD 12   Gannet GT1000G           SATA      931.5 GiB  free
   
-  Adapter 1  Tarn S4h (LD-based): 8 disks, 4 virtual disks, no battery, last event 1
+  Adapter 1  Tarn S4h (LD-based): 10 disks, 4 virtual disks, no battery, last event 1
     VD 0    system           RAID1            200.0 GiB            online, running the system
     VD 1    media            RAID5              1.0 TiB            degraded
             [#######-------------] 37% rebuild, 1 h 8 min left
@@ -61,6 +61,8 @@ A state is made once; over an existing one only when that is wanted.
     PD 5    Gannet GT2000G           SATA        1.8 TiB  member
     PD 6    Gannet GT2000G           SATA        1.8 TiB  member
     PD 7    Gannet GT2000G           SATA        1.8 TiB  free
+    PD 8    Gannet GT1000G           SATA      931.5 GiB  member
+    PD 9    Gannet GT1000G           SATA      931.5 GiB  member
   $ echo y | ktsim create --lab none
   Everything in state.db will be lost. Go on? [y/N] 
   $ ktsim status | sed 1,2d
@@ -254,6 +256,7 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
     PD 11   Petrel PS480G SSD        SATA SSD  447.1 GiB  free, SMART threshold exceeded
     VD 2    spool            RAID0            200.0 GiB            online
     PD 1    Gannet GT1000G           SATA      931.5 GiB  member
+    PD 9    Gannet GT1000G           SATA      931.5 GiB  member
   $ ktsim disk age 0 soup 2> /dev/null
   [2]
 

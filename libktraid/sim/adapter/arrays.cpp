@@ -94,10 +94,6 @@ static KT_U64 planShare(const Context& context, const Geometry& geometry, const 
     return wanted > most ? 0 : shareFor(geometry, wanted, stripe);
 }
 
-static KT_U64 mbToKib(KT_U64 megabytes) {
-    return megabytes < NEVER / KIB_PER_MB ? megabytes * KIB_PER_MB : NEVER;
-}
-
 KT_U8 createArray(const Context& context, _CreateOrModify_DG_Param& param, bool sizeOnly) {
     const _Adapter_Info adapter = adapterInfo(context);
     if (param.DGID != KT_NO_ID && isArrayBased(adapter) && !sizeOnly) return renameArray(context, param);

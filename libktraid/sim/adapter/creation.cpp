@@ -11,7 +11,6 @@ namespace sim {
 
 static const KT_U16 DEFAULT_STRIPE = 64;
 static const KT_U16 STRIPE_UNIT = 16;
-static const KT_U16 FIRST_GENERATION = 0x4700;
 static const KT_U64 GB_IN_KIB = 1000 * KIB_PER_MB;
 static const KT_U64 LEAST_KIB = KIB_PER_MB;
 static const KT_U64 QUICK_INIT_KIB = 512 * 1024; /* the ends of every member are cleared, nothing else */
@@ -212,13 +211,6 @@ KT_U8 buildVd(const Context& context, const VdPlan& plan, KT_U16& vdId) {
     return KT_OK;
 }
 
-static KT_U64 askedKib(const _Adapter_Info& adapter, const _Create_LD_Param& param) {
-    const bool fromPerson = adapter.DevID <= FIRST_GENERATION || param.ReservedForApp != 0 ||
-                            (isHybridLevel(param.RaidMode) && param.TandemWaterMark != 0);
-    if (!fromPerson) return param.Size;
-    return param.Size < NEVER / KIB_PER_MB ? param.Size * KIB_PER_MB : NEVER;
-}
-
 /* Everything about the record up to the lay-out on the disks. */
 static KT_U8 planLd(const Context& context, const _Create_LD_Param& param, KT_U64 wanted, VdPlan& plan) {
     const _Adapter_Info adapter = adapterInfo(context);
@@ -243,9 +235,8 @@ static KT_U8 planLd(const Context& context, const _Create_LD_Param& param, KT_U6
     plan.startKib = NEVER;
     std::copy(std::begin(param.Name), std::end(param.Name), plan.name);
     std::vector<Disk> disks;
-    const bool whole = isArrayBased(adapter) || adapter.MaxBlockPerPD == 1;
-    status = collectMembers(context, param.RaidMode, param.HDIDs, param.HDCount, whole ? Sharing::Whole : Sharing::Part,
-                            disks);
+    const Sharing sharing = sharesDisks(adapter, param.RaidMode) ? Sharing::Part : Sharing::Whole;
+    status = collectMembers(context, param.RaidMode, param.HDIDs, param.HDCount, sharing, disks);
     return status == KT_OK ? layOut(context, plan, disks, wanted, param.RoundingScheme) : status;
 }
 
@@ -260,9 +251,27 @@ KT_U8 maxLdSize(const Context& context, _Create_LD_Param& param) {
     return status;
 }
 
+/* Whether the size can be a file's: whole megabytes in KiB, with the rounding that goes with them. */
+static bool mayBeRestored(const _Create_LD_Param& param) {
+    const KT_U64 megabytes = param.Size / KIB_PER_MB;
+    const KT_U8 rounding = megabytes % 10000 == 0  ? KT_U8{KT_ROUND_10GB}
+                           : megabytes % 1000 == 0 ? KT_U8{KT_ROUND_1GB}
+                                                   : KT_U8{KT_ROUND_NONE};
+    return param.Size % KIB_PER_MB == 0 && param.RoundingScheme == rounding;
+}
+
+static KT_U64 askedKib(const Context& context, const _Adapter_Info& adapter, const _Create_LD_Param& param) {
+    const KT_U64 asked = mbToKib(param.Size);
+    if (param.ReservedForApp != 0 || (isHybridLevel(param.RaidMode) && param.TandemWaterMark != 0)) return asked;
+    if (adapter.DevID > FIRST_GENERATION) return param.Size;
+    VdPlan plan = {};
+    const bool tooLarge = planLd(context, param, asked, plan) == KT_ERR_NO_RESOURCE;
+    return tooLarge && mayBeRestored(param) ? param.Size : asked;
+}
+
 KT_U8 createLd(const Context& context, const _Create_LD_Param& param) {
     const _Adapter_Info adapter = adapterInfo(context);
-    const KT_U64 wanted = askedKib(adapter, param);
+    const KT_U64 wanted = askedKib(context, adapter, param);
     if (isArrayBased(adapter)) return createLdInArray(context, param, wanted);
     VdPlan plan = {};
     const KT_U8 status = planLd(context, param, wanted, plan);

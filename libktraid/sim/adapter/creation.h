@@ -30,15 +30,19 @@ KT_U8 checkOptions(const _Adapter_Info& adapter, KT_U8 level, KT_U8 cachePolicy,
 /* KiB rounded down to what the scheme allows; 0 when nothing is left. */
 KT_U64 roundSize(KT_U64 kib, KT_U8 scheme);
 KT_U16 defaultStripe();
+inline KT_U64 mbToKib(KT_U64 megabytes) {
+    return megabytes < NEVER / KIB_PER_MB ? megabytes * KIB_PER_MB : NEVER;
+}
 
 /* Lays the blocks out, adds the virtual disk, logs it and starts its initialisation. Answers its id in `vd`. */
 KT_U8 buildVd(const Context& context, const VdPlan& plan, KT_U16& vd);
 /* KiB of an initialisation or a check: what is done on each disk. */
 KT_U64 initializationWork(KT_U8 kind, KT_U64 share);
 
-/* KT_LD_Create. Size 0 takes all there is. Otherwise its unit is MB where the record comes from a person's size option:
-   on adapters of the first generation (DevID up to 0x4700), when ReservedForApp is set, and for hybrid levels with
-   their water mark; in every other record, as a restored configuration sends them, it is KiB. */
+/* KT_LD_Create. Size 0 takes all there is. Its unit is MB in what a person asks for, KiB in what a configuration file
+   restores. From the second generation on the record tells: only people set ReservedForApp, or a hybrid level's water
+   mark. The first generation's records (DevID up to 0x4700) do not, so that what fits as MB is MB there, and what does
+   not but could come from a file is KiB. */
 KT_U8 createLd(const Context& context, const _Create_LD_Param& param);
 /* KT_LD_GetMaxSize: Size in KiB. */
 KT_U8 maxLdSize(const Context& context, _Create_LD_Param& param);

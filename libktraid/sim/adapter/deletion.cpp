@@ -2,6 +2,7 @@
 
 #include "adapter/arrays.h"
 #include "adapter/blocks.h"
+#include "adapter/foreign.h"
 #include "adapter/jobs.h"
 #include "events.h"
 
@@ -55,6 +56,7 @@ void removeVd(const Context& context, const Vd& vd) {
     });
     for (const KT_U16 block : blocks)
         removeBlock(context, block);
+    rememberAway(context, vd);
     erase<_LD_Info>(context, vd.info.ID);
     erase<VdState>(context, vd.info.ID);
     erase<VdTarget>(context, vd.info.ID);
@@ -86,6 +88,7 @@ KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity) {
     if (isAlive(vd.state.activity)) logJob(context, Owner{OwnerKind::Vd, id}, vd.state.activity, STEP_ABORTED);
     removeVd(context, vd);
     endEmptyJob(context, vd.info.DGID);
+    reviewForeign(context);
     arbitrate(context);
     return KT_OK;
 }

@@ -17,10 +17,6 @@ namespace sim {
 
 static const KT_U16 EVT_IMPORTED = 9;
 
-static bool isForeign(const _LD_Info& vd) {
-    return vd.Status == KT_VD_FOREIGN || vd.Status == KT_VD_IMPORTABLE;
-}
-
 /* Whether enough members are there, none of them in use here. */
 static bool isComplete(const Context& context, const _LD_Info& vd) {
     const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.ID});
@@ -148,14 +144,25 @@ static bool shareDisks(const Context& context, const std::vector<_LD_Info>& vds,
     return false;
 }
 
-static KT_U8 importArray(const Context& context, const _LD_Info& vd) {
+/* Whether the adapter could take the virtual disk over, with those that would come along. */
+static bool canImport(const Context& context, const _LD_Info& vd) {
     const _Adapter_Info adapter = adapterInfo(context);
+    const bool arrays = isArrayBased(adapter);
+    const std::vector<_LD_Info> vds = arrays ? companions(context, vd) : std::vector<_LD_Info>{vd};
+    const bool whole = std::all_of(vds.begin(), vds.end(), [&](const _LD_Info& each) {
+        return find<VdState>(context, each.ID).value_or(VdState{}).unfinished == 0 && isComplete(context, each);
+    });
+    if (!whole || !isLevelEnabled(adapter, vd.RaidMode)) return false;
+    if (!arrays) return true;
+    if (vds.size() > std::max<size_t>(adapter.MaxVDPerDG, 1)) return false;
+    return !shareDisks(context, vds, groupOf(context, Owner{OwnerKind::Vd, vd.ID}));
+}
+
+static KT_U8 importArray(const Context& context, const _LD_Info& vd) {
     const std::vector<_LD_Info> vds = companions(context, vd);
-    const KT_U16 id = freeId(context, KIND_DG, adapter.MaxDiskGroup);
+    const KT_U16 id = freeId(context, KIND_DG, adapterInfo(context).MaxDiskGroup);
     if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
-    if (vds.empty() || vds.size() > std::max<size_t>(adapter.MaxVDPerDG, 1)) return KT_ERR_VD_NOT_IMPORTABLE;
     const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.ID});
-    if (shareDisks(context, vds, group)) return KT_ERR_VD_NOT_IMPORTABLE;
     saveArray(context, arrayAround(context, vds, group, id));
     logEvent(context, EVT_ARRAY, 0, id, SEV_INFO);
     for (const _LD_Info& each : vds)
@@ -168,18 +175,89 @@ KT_U8 importVd(const Context& context, KT_U16 id) {
     Vd vd = {};
     const KT_U8 status = findVd(context, id, vd);
     if (status != KT_OK) return status;
-    if (vd.info.Status == KT_VD_NOT_IMPORTABLE) return KT_ERR_VD_NOT_IMPORTABLE;
     if (!isForeign(vd.info)) return KT_ERR_VD_STATUS;
-    if (!isComplete(context, vd.info)) return KT_ERR_VD_NOT_IMPORTABLE;
+    if (!canImport(context, vd.info)) return KT_ERR_VD_NOT_IMPORTABLE;
     if (isArrayBased(adapterInfo(context))) {
         const KT_U8 imported = importArray(context, vd.info);
         if (imported != KT_OK) return imported;
     } else {
         comeHome(context, vd.info, KT_NO_ID);
     }
+    reviewForeign(context);
     engageSpares(context);
     arbitrate(context);
     return KT_OK;
+}
+
+static bool hasBlocks(const Context& context, const _LD_Info& vd) {
+    return std::any_of(std::begin(vd.BlockIDs), std::end(vd.BlockIDs),
+                       [&](KT_U16 id) { return id != KT_NO_ID && find<_Block_Info>(context, id); });
+}
+
+void reviewForeign(const Context& context) {
+    std::vector<Vd> foreign;
+    forEachVd(context, [&](const Vd& vd) {
+        if (isForeign(vd.info)) foreign.push_back(vd);
+    });
+    for (Vd& vd : foreign) {
+        if (!hasBlocks(context, vd.info)) {
+            rememberAway(context, vd);
+            erase<_LD_Info>(context, vd.info.ID);
+            erase<VdState>(context, vd.info.ID);
+            continue;
+        }
+        const KT_U8 status = canImport(context, vd.info) ? KT_VD_IMPORTABLE : KT_VD_NOT_IMPORTABLE;
+        if (vd.info.Status == status || (vd.info.Status == KT_VD_FOREIGN && status == KT_VD_IMPORTABLE)) continue;
+        vd.info.Status = status;
+        save(context, vd.info.ID, vd.info);
+    }
+}
+
+static bool isPulled(const Context& context, const KT_U8* guid) {
+    bool pulled = false;
+    forEach<PulledBlocks>(context, 0, [&](KT_U64, const PulledBlocks& disk) {
+        pulled = std::any_of(disk.entries, disk.entries + std::min<int>(disk.count, MAX_MEMBERS),
+                             [&](const PulledBlock& entry) { return memcmp(entry.guid, guid, 8) == 0; });
+        return !pulled;
+    });
+    return pulled;
+}
+
+void rememberAway(const Context& context, const Vd& vd) {
+    if (!isPulled(context, vd.info.LD_GUID)) return;
+    AwayVd away{vd.info, vd.state};
+    away.state.unfinished = away.state.unfinished || find<VdTarget>(context, vd.info.ID) ? 1 : 0;
+    away.info.DGID = KT_NO_ID;
+    away.info.BGAStatus = KT_STATE_NONE;
+    away.info.Status = KT_VD_NOT_IMPORTABLE;
+    away.state.activity = Activity{};
+    away.state.activity.disk = away.state.linkedDisk = KT_NO_ID;
+    away.state.reported = 0;
+    std::fill(std::begin(away.info.BlockIDs), std::end(away.info.BlockIDs), KT_U16{KT_NO_ID});
+    save(context, lastRow(context.store, context.adapter, KIND_VD_AWAY).value_or(0) + 1, away);
+}
+
+std::optional<_LD_Info> vdWithGuid(const Context& context, const KT_U8* guid) {
+    std::optional<_LD_Info> found;
+    forEach<_LD_Info>(context, 0, [&](KT_U64, const _LD_Info& vd) {
+        if (memcmp(vd.LD_GUID, guid, sizeof vd.LD_GUID) == 0) found = vd;
+        return !found;
+    });
+    if (found) return found;
+    std::optional<AwayVd> back;
+    KT_U64 row = 0;
+    forEach<AwayVd>(context, 0, [&](KT_U64 id, const AwayVd& vd) {
+        if (memcmp(vd.info.LD_GUID, guid, sizeof vd.info.LD_GUID) == 0) back = vd;
+        row = id;
+        return !back;
+    });
+    const KT_U64 limit = std::min<KT_U64>(adapterInfo(context).MaxLogicalDrive, KT_BLOCK_FREE);
+    const KT_U16 id = back ? freeId(context, KIND_VD, limit) : KT_U16{KT_NO_ID};
+    if (id == KT_NO_ID) return std::nullopt;
+    back->info.ID = id;
+    erase<AwayVd>(context, row);
+    saveVd(context, Vd{back->info, back->state});
+    return back->info;
 }
 
 KT_U8 reportVd(const Context& context, KT_U16 id) {
@@ -253,6 +331,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     state->config.Online = failed ? 0 : 1;
     state->config.HDID = id;
     state->dgid = KT_NO_ID;
+    state->hasOs = 0; /* what runs, runs elsewhere */
     state->patrol = Activity{};
     state->patrol.disk = KT_NO_ID;
     save(context, id, *info);
@@ -296,7 +375,8 @@ static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_I
     mine.info.Status = KT_VD_NOT_IMPORTABLE;
     mine.state.activity = Activity{};
     mine.state.activity.disk = mine.state.linkedDisk = KT_NO_ID;
-    mine.state.reported = 0;
+    mine.state.reported = mine.state.hasOs = 0;
+    mine.state.unfinished = find<VdTarget>(arrival.store, arrival.adapter, vd.ID) ? 1 : 0;
     std::fill(std::begin(mine.info.BlockIDs), std::end(mine.info.BlockIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(mine.state.homes), std::end(mine.state.homes), KT_U16{KT_NO_ID});
     return mine;
@@ -339,10 +419,6 @@ static KT_U8 bringVd(const Context& context, const Arrival& arrival, const _LD_I
         saveDisk(context, disk);
     }
     saveVd(context, mine);
-    const bool migrating = find<VdTarget>(arrival.store, arrival.adapter, vd.ID).has_value();
-    const bool importable = !migrating && isLevelEnabled(adapterInfo(context), vd.RaidMode);
-    mine.info.Status = importable && isComplete(context, mine.info) ? KT_VD_IMPORTABLE : KT_VD_NOT_IMPORTABLE;
-    save(context, mine.info.ID, mine.info);
     return KT_OK;
 }
 
@@ -363,6 +439,7 @@ KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapte
         const KT_U8 status = bringVd(context, arrival, vd);
         if (status != KT_OK) return status;
     }
+    reviewForeign(context);
     for (const KT_U16 id : ids)
         reviewDiskCipher(context, id);
     return KT_OK;

@@ -11,6 +11,18 @@ namespace sim {
 /* KT_LD_Import: KT_ERR_VD_NOT_IMPORTABLE when too much of it is missing or in other use, KT_ERR_VD_STATUS when it is
    not foreign. With arrays, all virtual disks on the same foreign disks come along in one new array. */
 KT_U8 importVd(const Context& context, KT_U16 id);
+/* A virtual disk that the adapter knows of, but does not use. */
+inline bool isForeign(const _LD_Info& vd) {
+    return vd.Status == KT_VD_FOREIGN || vd.Status == KT_VD_IMPORTABLE || vd.Status == KT_VD_NOT_IMPORTABLE;
+}
+/* Says of every foreign virtual disk anew whether it can be imported; those whose disks have all left go away. To be
+   called after anything that disks or other virtual disks come or go by. */
+void reviewForeign(const Context& context);
+/* Remembers a virtual disk that leaves while pulled disks still hold parts of it. */
+void rememberAway(const Context& context, const Vd& vd);
+/* The virtual disk with that GUID; one that was away is there again, as a foreign one. */
+std::optional<_LD_Info> vdWithGuid(const Context& context, const KT_U8* guid);
+
 /* KT_LD_Report: shows the virtual disk to the host. */
 KT_U8 reportVd(const Context& context, KT_U16 id);
 

@@ -3,6 +3,7 @@
 #include "adapter/blocks.h"
 #include "adapter/deletion.h"
 #include "adapter/encryption.h"
+#include "adapter/foreign.h"
 #include "adapter/members.h"
 #include "adapter/peripherals.h"
 #include "adapter/rebuild.h"
@@ -90,6 +91,7 @@ static void followUp(const Context& context, const std::vector<Owner>& owners, K
         refreshGroup(context, group);
         interruptJobs(context, group);
     }
+    reviewForeign(context);
     engageSpares(context);
     arbitrate(context);
 }
@@ -120,6 +122,11 @@ KT_U8 failDisk(const Context& context, KT_U16 pd) {
     return KT_OK;
 }
 
+static KT_U16 slotOf(const _LD_Info& vd, KT_U16 block) {
+    const KT_U16* slot = std::find(std::begin(vd.BlockIDs), std::end(vd.BlockIDs), block);
+    return slot == std::end(vd.BlockIDs) ? KT_U16{KT_NO_ID} : static_cast<KT_U16>(slot - vd.BlockIDs);
+}
+
 /* What a disk held when it left the virtual disks it belonged to. */
 static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
     PulledBlocks pulled = {};
@@ -134,11 +141,14 @@ static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         const auto vd = block ? find<_LD_Info>(context, block->LDID) : std::nullopt;
         if (!vd) continue;
-        const KT_U16* slot = std::find(std::begin(vd->BlockIDs), std::end(vd->BlockIDs), block->ID);
-        if (slot == std::end(vd->BlockIDs)) continue;
+        const auto target = find<VdTarget>(context, vd->ID);
+        const KT_U16 slot = slotOf(*vd, block->ID);
+        const KT_U16 targetSlot = target ? slotOf(target->info, block->ID) : KT_U16{KT_NO_ID};
+        if (slot == KT_NO_ID && targetSlot == KT_NO_ID) continue;
         PulledBlock& entry = pulled.entries[pulled.count++];
         entry.block = *block;
-        entry.slot = static_cast<KT_U16>(slot - vd->BlockIDs);
+        entry.slot = slot;
+        entry.target = targetSlot == KT_NO_ID ? KT_U16{0} : static_cast<KT_U16>(targetSlot + 1);
         memcpy(entry.guid, vd->LD_GUID, sizeof entry.guid);
     }
     return pulled;
@@ -171,25 +181,36 @@ KT_U8 pullDisk(const Context& context, KT_U16 pd) {
     return KT_OK;
 }
 
-/* Whether the virtual disk has waited for this block: it is offline, and nothing else is in the place. */
+static bool isEmptySlot(const _LD_Info& vd, KT_U16 slot) {
+    return slot < geometryOf(vd).disks && vd.BlockIDs[slot] == KT_NO_ID;
+}
+
+/* Whether the virtual disk has waited for this block: it is offline or foreign, and nothing else is in the place. */
 static bool isAwaited(const Context& context, KT_U16 pd, const PulledBlock& entry) {
-    const auto vd = find<_LD_Info>(context, entry.block.LDID);
-    if (!vd || memcmp(vd->LD_GUID, entry.guid, sizeof entry.guid) != 0) return false;
-    if (vd->Status != KT_VD_OFFLINE || entry.slot >= geometryOf(*vd).disks) return false;
-    if (vd->BlockIDs[entry.slot] != KT_NO_ID || entry.block.Status == BLOCK_REBUILDING) return false;
+    const auto vd = vdWithGuid(context, entry.guid);
+    if (!vd || entry.block.Status == BLOCK_REBUILDING) return false;
+    if (vd->Status != KT_VD_OFFLINE && !isForeign(*vd)) return false;
+    const auto target = entry.target ? find<VdTarget>(context, vd->ID) : std::nullopt;
+    if (entry.slot != KT_NO_ID && !isEmptySlot(*vd, entry.slot)) return false;
+    if (entry.target && !(target && isEmptySlot(target->info, static_cast<KT_U16>(entry.target - 1)))) return false;
     return isFreeSpace(context, pd, entry.block.StartLBA, entry.block.Size);
 }
 
 static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry) {
-    auto vd = find<_LD_Info>(context, entry.block.LDID);
+    auto vd = vdWithGuid(context, entry.guid);
     if (!vd || !isAwaited(context, pd, entry)) return false;
     _Block_Info block = entry.block;
     block.HDID = pd;
+    block.LDID = vd->ID;
     block.Status = BLOCK_GOOD;
     const KT_U16 id = addBlock(context, block);
     if (id == KT_NO_ID) return false;
-    vd->BlockIDs[entry.slot] = id;
+    if (entry.slot != KT_NO_ID) vd->BlockIDs[entry.slot] = id;
     save(context, vd->ID, *vd);
+    auto target = entry.target ? find<VdTarget>(context, vd->ID) : std::nullopt;
+    if (!target) return true;
+    target->info.BlockIDs[entry.target - 1] = id;
+    save(context, vd->ID, *target);
     return true;
 }
 
@@ -197,11 +218,15 @@ static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry
 static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     Array array = {};
     if (!(blocks.raid & KT_PD_MEMBER) || findArray(context, blocks.dgid, array) != KT_OK) return false;
-    if (array.info.Status != ARRAY_OFFLINE || blocks.slot >= array.state.memberCount) return false;
-    if (array.state.members[blocks.slot] != KT_NO_ID || array.state.homes[blocks.slot] != pd) return false;
+    /* A disk that the array migrates to has no slot in it yet. */
+    const bool arriving = blocks.slot >= array.state.memberCount;
+    if (!arriving && (array.info.Status != ARRAY_OFFLINE || array.state.members[blocks.slot] != KT_NO_ID ||
+                      array.state.homes[blocks.slot] != pd))
+        return false;
     const size_t vds = groupOf(context, Owner{OwnerKind::Array, blocks.dgid}).vds.size();
     const auto awaits = [&](const PulledBlock& entry) { return isAwaited(context, pd, entry); };
     if (blocks.count != vds || !std::all_of(blocks.entries, blocks.entries + blocks.count, awaits)) return false;
+    if (arriving) return blocks.count != 0;
     array.state.members[blocks.slot] = pd;
     listMembers(array);
     saveArray(context, array);
@@ -210,20 +235,19 @@ static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& b
 
 /* The disk, free of blocks, goes back to what still waits for it; else it is a free disk. */
 static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
-    bool back = rejoinArray(context, pd, blocks);
-    bool known = back || blocks.count == 0;
+    const bool asMember = rejoinArray(context, pd, blocks);
     const bool inArray = blocks.dgid != KT_NO_ID && (blocks.raid & KT_PD_MEMBER);
+    KT_U8 role = asMember ? KT_PD_MEMBER : 0;
     for (int i = 0; i < blocks.count; i++) {
-        const auto vd = find<_LD_Info>(context, blocks.entries[i].block.LDID);
-        known = known || (vd && memcmp(vd->LD_GUID, blocks.entries[i].guid, sizeof vd->LD_GUID) == 0);
-        if (!inArray || back) back = rejoinVd(context, pd, blocks.entries[i]) || back;
+        const auto vd = vdWithGuid(context, blocks.entries[i].guid);
+        const bool foreign = !vd || isForeign(*vd);
+        if ((foreign || asMember || !inArray) && rejoinVd(context, pd, blocks.entries[i]))
+            role |= foreign ? KT_PD_FOREIGN : KT_PD_MEMBER;
     }
     Disk disk = {};
     if (findDisk(context, pd, disk) != KT_OK) return;
-    disk.state.raid &= KT_PD_OFFLINE;
-    if (back) disk.state.raid |= KT_PD_MEMBER;
-    if (!known) disk.state.raid |= KT_PD_FOREIGN;
-    disk.state.dgid = back && inArray ? blocks.dgid : KT_U16{KT_NO_ID};
+    disk.state.raid = static_cast<KT_U8>((disk.state.raid & KT_PD_OFFLINE) | role);
+    disk.state.dgid = asMember ? blocks.dgid : KT_U16{KT_NO_ID};
     saveDisk(context, disk);
     if ((disk.state.raid & KT_PD_NOT_FREE) == 0 && blocks.count) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
     for (const Owner owner : groupsOn(context, pd)) {
@@ -233,6 +257,7 @@ static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks
         job.state = KT_STATE_AUTO_PAUSED;
         saveJob(context, owner, job);
     }
+    reviewForeign(context);
 }
 
 KT_U8 insertDisk(const Context& context, KT_U16 pd) {
@@ -368,27 +393,20 @@ KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status) {
     return result;
 }
 
-/* Foreign virtual disks that lose their last disk are gone; the others cannot be imported any more. */
+/* Takes the parts of foreign virtual disks off the disk; those that it held the last part of are gone. */
 static void wipeForeign(const Context& context, KT_U16 pd) {
-    std::vector<Vd> foreign;
+    std::vector<KT_U16> foreign;
     forEachVd(context, [&](const Vd& vd) {
-        if (vd.info.Status != KT_VD_FOREIGN && vd.info.Status != KT_VD_IMPORTABLE &&
-            vd.info.Status != KT_VD_NOT_IMPORTABLE)
-            return;
-        if (!blocksFor(context, groupOf(context, Owner{OwnerKind::Vd, vd.info.ID}), pd).empty()) foreign.push_back(vd);
-    });
-    for (Vd& vd : foreign) {
-        removeMember(context, groupOf(context, Owner{OwnerKind::Vd, vd.info.ID}), pd);
-        findVd(context, vd.info.ID, vd);
         const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.info.ID});
+        if (isForeign(vd.info) && !blocksFor(context, group, pd).empty()) foreign.push_back(vd.info.ID);
+    });
+    for (const KT_U16 id : foreign) {
+        removeMember(context, groupOf(context, Owner{OwnerKind::Vd, id}), pd);
+        const Group group = groupOf(context, Owner{OwnerKind::Vd, id});
         const bool empty = std::count(group.members.begin(), group.members.end(), KT_U16{KT_NO_ID}) ==
                            static_cast<long>(group.members.size());
-        if (empty) {
-            removeVd(context, vd);
-        } else {
-            vd.info.Status = KT_VD_NOT_IMPORTABLE;
-            save(context, vd.info.ID, vd.info);
-        }
+        Vd vd = {};
+        if (empty && findVd(context, id, vd) == KT_OK) removeVd(context, vd);
     }
 }
 
@@ -406,7 +424,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
         for (const KT_U16 vd : group.vds)
             if (find<VdState>(context, vd).value_or(VdState{}).hasOs) return KT_ERR_VD_HAS_OS;
     }
-    if (foreign) wipeForeign(context, pd);
+    wipeForeign(context, pd);
     dropSpareRole(context, pd);
     failPatrol(context, pd);
     const std::vector<Owner> owners = detach(context, pd);

@@ -32,8 +32,7 @@ static bool isMigratable(KT_U8 level) {
 }
 
 static KT_U8 checkArrivals(const Context& context, Journey& journey) {
-    const _Adapter_Info adapter = adapterInfo(context);
-    const bool whole = isArrayBased(adapter) || adapter.MaxBlockPerPD == 1;
+    const Sharing sharing = sharesDisks(adapterInfo(context), journey.to.level) ? Sharing::Part : Sharing::Whole;
     for (size_t i = 0; i < journey.disks.size(); i++) {
         const KT_U16 pd = journey.disks[i];
         const auto here = journey.disks.begin() + static_cast<std::ptrdiff_t>(i);
@@ -41,7 +40,7 @@ static KT_U8 checkArrivals(const Context& context, Journey& journey) {
         const auto& members = journey.from.members;
         if (std::find(members.begin(), members.end(), pd) != members.end()) continue;
         Disk disk = {};
-        KT_U8 status = checkNewMember(context, pd, whole ? Sharing::Whole : Sharing::Part, disk);
+        KT_U8 status = checkNewMember(context, pd, sharing, disk);
         if (status == KT_OK) status = checkFits(context, journey.from, disk);
         if (status != KT_OK) return status;
         journey.arrived.push_back(pd);

@@ -1,9 +1,8 @@
 #include "adapter/spares.h"
 
 #include "adapter/blocks.h"
-#include "adapter/candidates.h"
 #include "adapter/deletion.h"
-#include "adapter/jobs.h"
+#include "adapter/members.h"
 #include "adapter/rebuild.h"
 #include "events.h"
 
@@ -20,7 +19,7 @@ static KT_U8 checkFree(const Context& context, KT_U16 pd, Disk& disk) {
     return checkNewMember(context, pd, Sharing::Whole, disk);
 }
 
-/* Whether a redundant virtual disk or array exists, and one that the disk is large enough for. */
+/* Whether a redundant virtual disk or array of such disks exists, and one that the disk is large enough for. */
 struct Use {
     bool any;
     bool fits;
@@ -28,19 +27,13 @@ struct Use {
 
 static Use useAsGlobalSpare(const Context& context, const Disk& disk) {
     Use use = {};
-    const KT_U64 room = validKib(disk.info, disk.state);
-    forEach<_DG_Info>(context, 0, [&](KT_U64, const _DG_Info& array) {
-        if (!isRedundant(array.RaidMode)) return true;
-        use.any = true;
-        use.fits = use.fits || room >= array.SmallestAvailablePDSize;
-        return true;
-    });
-    forEach<_LD_Info>(context, 0, [&](KT_U64, const _LD_Info& vd) {
-        if (vd.DGID != KT_NO_ID || !isRedundant(vd.RaidMode)) return true;
-        use.any = true;
-        use.fits = use.fits || room >= shareOf(context, vd);
-        return true;
-    });
+    for (const Owner owner : allGroups(context)) {
+        const Group group = groupOf(context, owner);
+        if (!isRedundant(group.geometry.level)) continue;
+        const KT_U8 status = checkFits(context, group, disk);
+        use.any = use.any || status == KT_OK || status == KT_ERR_TARGET_TOO_SMALL;
+        use.fits = use.fits || status == KT_OK;
+    }
     return use;
 }
 

@@ -41,6 +41,14 @@ inline bool isArrayBased(const _Adapter_Info& adapter) {
     return adapter.MaxDiskGroup != 0;
 }
 
+/* Whether disks may hold parts of several virtual disks: only without arrays, and only on the first generation, but for
+   the hybrid levels, which later ones too put beside others. */
+inline constexpr KT_U16 FIRST_GENERATION = 0x4700; /* the last DevID of it */
+inline bool sharesDisks(const _Adapter_Info& adapter, KT_U8 level) {
+    if (isArrayBased(adapter) || adapter.MaxBlockPerPD == 1) return false;
+    return adapter.DevID <= FIRST_GENERATION || isHybridLevel(level);
+}
+
 /* Each answers KT_OK and fills its second argument, or says why there is none: KT_ERR_INVALID_VD beyond the adapter's
    range, KT_ERR_VD_MISSING within it; KT_ERR_INVALID_ARRAY; KT_ERR_INVALID_PD. */
 KT_U8 findVd(const Context& context, KT_U16 id, Vd& vd);
