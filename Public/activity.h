@@ -24,6 +24,8 @@ constexpr bool isLineText(const char* text) {
     return *at == '\0';
 }
 
+void hasConversionsThatSayDoesNotFill(); // never defined: not a constant, so that the build stops at such a line
+
 // One printed message, whole. Its conversions stand for the word in question (an option's value, an action), the id of
 // the object, and a status with its text; they are checked when the program is built.
 struct Line {
@@ -32,7 +34,7 @@ struct Line {
     constexpr Line() = default;
     template <size_t N>
     consteval Line(const char (&whole)[N]) : text(whole) {
-        if (!isLineText(whole)) throw "conversions that say() does not fill";
+        if (!isLineText(whole)) hasConversionsThatSayDoesNotFill();
     }
     constexpr explicit operator bool() const { return text != nullptr; }
 };

@@ -5,7 +5,7 @@
 
 #include "Public/output.h"
 
-static int readByte() {
+int readInputByte() {
     unsigned char byte = 0;
     ssize_t got;
     do {
@@ -17,9 +17,9 @@ static int readByte() {
 // The first character of the next line of standard input ('\n' for an empty one), or EOF.
 static int readAnswer() {
     if (stream != nullptr) fflush(stream);
-    int first = readByte();
+    int first = readInputByte();
     for (int next = first; next != '\n' && next != EOF;) {
-        next = readByte();
+        next = readInputByte();
     }
     return first;
 }

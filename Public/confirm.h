@@ -8,3 +8,6 @@ bool confirmUnlessNo();
 // Goes on (true) on "y" or "Y", declines on "n" or "N"; any other answer prints "Please input y or n.\n" and the next
 // line is read.
 bool confirmYesOrNo();
+
+// The next byte of standard input, EOF behind the last one and on an error.
+int readInputByte();

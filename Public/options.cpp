@@ -8,10 +8,19 @@ void printHelp(const _cmd_struct* row, HelpStyle style) {
     out("%s%s%s", style == HelpStyle::OwnLine ? "Description:\n" : "Description", row->cmdShortHelp, row->cmdHelp);
 }
 
-int nextOption(int argc, char** argv, const OptionSet& set) {
+OptionScan::OptionScan(const OptionSet& options) : set(options) {
+    for (int i = 0; i < MAX_LONG_OPTIONS && set.longOptions[i].name[0] != '\0'; ++i) {
+        const LongOption& row = set.longOptions[i];
+        rows[i] = {row.name, row.argument, nullptr, row.value};
+    }
+    // 0 starts at the first argument as 1 does, and also forgets what an abandoned scan left behind.
+    optind = 0;
+}
+
+int OptionScan::next(int argc, char** argv) const {
     const int speaks = opterr;
     if (set.secrets) opterr = 0;
-    const int value = getopt_long(argc, argv, set.letters, set.longOptions, nullptr);
+    const int value = getopt_long(argc, argv, set.letters, rows, nullptr);
     opterr = speaks;
     if (set.secrets && value == '?' && speaks != 0) {
         fprintf(stderr, "%s: unknown option, or an option without its value\n", argv[0]);

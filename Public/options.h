@@ -9,15 +9,25 @@
 // Option values beyond the letters, for long options without one.
 enum { OPT_OUTPUT = 1, OPT_WAIVE = 256, OPT_FIRST_OWN = 257, OPT_LIMIT = 272 };
 
+// One long option. The name lies in the row itself: a table of pointers would be patched at every start of the program.
+struct LongOption {
+    char name[20];
+    unsigned char argument; // no_argument or required_argument
+    short value;            // what the scanner returns for it
+};
+
+// Rows of one command at most, the end not counted.
+inline constexpr int MAX_LONG_OPTIONS = 24;
+
 // Rows that stand in nearly every table. "output" is the shell's: accepted here, used at start-up.
 #define OUTPUT_OPTION                                                                                                  \
-    { "output", required_argument, nullptr, OPT_OUTPUT }
+    { "output", required_argument, OPT_OUTPUT }
 #define HELP_OPTION                                                                                                    \
-    { "help", no_argument, nullptr, 'h' }
+    { "help", no_argument, 'h' }
 #define WAIVE_OPTION                                                                                                   \
-    { "waiveconfirmation", no_argument, nullptr, OPT_WAIVE }
+    { "waiveconfirmation", no_argument, OPT_WAIVE }
 #define END_OF_OPTIONS                                                                                                 \
-    { nullptr, 0, nullptr, 0 }
+    { "", 0, 0 }
 
 enum class HelpStyle {
     Described, // "Description", short help, long help
@@ -27,7 +37,7 @@ enum class HelpStyle {
 
 struct OptionSet {
     const char* letters;                  // getopt_long's option string; holds "\1:" for the swallowed "-output" word
-    const option* longOptions;            // ends with END_OF_OPTIONS
+    const LongOption* longOptions;        // MAX_LONG_OPTIONS at most, ends with END_OF_OPTIONS
     const char* once = "";                // letters refused when given twice
     const char* required = "";            // letters that must be given, in the order in which they are reported
     const char* const* objects = nullptr; // words that -o takes, null-terminated; for completion
@@ -52,18 +62,24 @@ enum class Take {
 
 void printHelp(const _cmd_struct* row, HelpStyle style = HelpStyle::Described);
 
-// The next option's value, -1 behind the last one.
-int nextOption(int argc, char** argv, const OptionSet& set);
+// Goes through the options of one command line. One scan at a time: the scanner underneath is the process's.
+struct OptionScan {
+    const OptionSet& set;
+    option rows[MAX_LONG_OPTIONS + 1] = {};
+
+    explicit OptionScan(const OptionSet& options);
+    // The next option's value, '?' for one that is refused with a message, -1 behind the last one.
+    int next(int argc, char** argv) const;
+};
 
 // Resets the scanner and hands each option to take(value, argument) -> Take. True when all were understood; otherwise
 // the command is over and `result` is what its handler returns.
 template <class TakeOption>
 bool scanOptions(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, OptionCounts& given, int& result,
                  TakeOption take) {
-    // 0 starts at the first argument as 1 does, and also forgets what an abandoned scan left behind.
-    optind = 0;
+    const OptionScan scan(set);
     int value;
-    while ((value = nextOption(argc, argv, set)) != -1) {
+    while ((value = scan.next(argc, argv)) != -1) {
         if (value == OPT_OUTPUT) continue;
         if (value == '?' && !set.helpOnUnknown) {
             result = 1;

@@ -16,7 +16,8 @@
 // printed would end up in it, were it an adapter's device. The stand-in can neither be read as input nor be written to.
 static void fillStandardStreams() {
     for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
-        if (fcntl(fd, F_GETFD) < 0) open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        if (fcntl(fd, F_GETFD) >= 0) continue;
+        fd == STDIN_FILENO ? open("/dev/null", O_WRONLY) : open("/dev/null", O_RDONLY);
     }
 }
 

@@ -3,7 +3,7 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const option vdIdLongOptions[] = {{"id", required_argument, nullptr, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+const LongOption vdIdLongOptions[] = {{"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 
 static Take takeId(int option, const char* value, KT_U64& id) {
     if (option != 'i') return Take::Help;

@@ -4,7 +4,7 @@
 #include "Public/options.h"
 
 // The long options of such a command.
-extern const option vdIdLongOptions[];
+extern const LongOption vdIdLongOptions[];
 
 // Reads and checks `-i <id>`, decimal or hexadecimal, 0 to 254. True when vd is set; otherwise the command is over and
 // `result` is what its handler returns.

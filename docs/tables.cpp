@@ -45,7 +45,7 @@ static std::set<std::string> wordsOf(const char* command, bool objects) {
         for (int i = 0; i < table.size; ++i) {
             if (strcmp(table.rows[i].cmd, command) != 0) continue;
             const OptionSet& set = *optionsOf(table.rows[i].cmdHandler);
-            for (const option* row = set.longOptions; !objects && row->name != nullptr; ++row) {
+            for (const LongOption* row = set.longOptions; !objects && row->name[0] != '\0'; ++row) {
                 words.insert(std::string("--") + row->name);
             }
             for (const char* const* word = set.objects; objects && word != nullptr && *word != nullptr; ++word) {

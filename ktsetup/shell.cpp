@@ -5,12 +5,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <readline/history.h>
-#include <readline/readline.h>
+#include <string>
 #include <unistd.h>
 
 #include "Public/common.h"
+#include "Public/confirm.h"
 #include "ktsetup/completion.h"
+#include "ktsetup/lineEditor.h"
 
 namespace {
 using Line = std::unique_ptr<char, decltype(&free)>;
@@ -20,11 +21,26 @@ using Words = std::unique_ptr<char*, decltype(&free)>;
 // Readline takes over the user's locale, which it needs to edit a line, for the whole process. Commands are to read
 // words and print alike everywhere (in Turkish, "WRITE" is not another case of "write"), so they run in the plain one.
 static char* readInUsersLocale() {
-    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    static locale_t plain;
+    if (plain == nullptr) plain = newlocale(LC_ALL_MASK, "C", nullptr);
     uselocale(LC_GLOBAL_LOCALE);
-    char* line = readline("> ");
+    char* line = editor.readLine("> ");
     uselocale(plain);
     return line;
+}
+
+// Without the line editor: the same prompt, and the same echo of lines that nobody typed.
+static char* readUnedited() {
+    fputs("> ", stdout);
+    fflush(stdout);
+    std::string line;
+    int byte = readInputByte();
+    if (byte == EOF) return nullptr;
+    for (; byte != '\n' && byte != EOF; byte = readInputByte()) {
+        line += static_cast<char>(byte);
+    }
+    if (isatty(STDIN_FILENO) == 0) printf("%s\n", line.c_str());
+    return strdup(line.c_str());
 }
 
 // The next line; the end of input does not end the shell. What has ended stays ended, so the prompt comes back more and
@@ -33,7 +49,7 @@ static Line readLine() {
     static constexpr useconds_t LONGEST_WAIT = 1000000;
     for (useconds_t wait = 1000;; wait = wait < LONGEST_WAIT ? wait * 2 : LONGEST_WAIT) {
         flushOutput();
-        Line line(readInUsersLocale(), &free);
+        Line line(editor.readLine != nullptr ? readInUsersLocale() : readUnedited(), &free);
         if (line != nullptr) return line;
         fflush(stdout);
         usleep(wait);
@@ -58,10 +74,15 @@ static bool runLine(char* line, char** words) {
 void runShell() {
     printVersionLine();
     out("Welcome to RAID Command Line Interface.\n\n");
-    installCompletion();
+    if (loadLineEditor()) {
+        installCompletion();
+    } else if (isatty(STDIN_FILENO) != 0) {
+        fputs("The readline library is not installed: lines are read without editing, history and completion.\n",
+              stderr);
+    }
     for (bool goOn = true; goOn;) {
         Line line = readLine();
-        add_history(line.get());
+        if (editor.addHistory != nullptr) editor.addHistory(line.get());
         // Every word takes at least one character of the line, so this many pointers are always enough.
         Words words(static_cast<char**>(calloc(strlen(line.get()) + 2, sizeof(char*))), &free);
         if (words == nullptr) continue;

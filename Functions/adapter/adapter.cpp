@@ -13,8 +13,7 @@ const char adapter_help[] = "\n\nadapter -i <adapter ID>\n\n"
                             "    adapter  -i 1\n\n"
                             "    Select adapter 1 to be the default adapter for the following CLI commands.\n\n";
 
-static const option adapter_long[] = {
-    {"id", required_argument, nullptr, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption adapter_long[] = {{"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet adapterOptions = {.letters = "\1:i:h", .longOptions = adapter_long, .once = "i"};
 
 static Take takeAdapter(int option, const char* value, KT_U8& adapter) {

@@ -28,13 +28,13 @@ const char aesentry_help[] =
     "    aesEntry -o setCfg -i 1 -p secret -k \"my key\"\n\n"
     "    Put a key into entry 1, guarded by a password.\n\n";
 
-static const option aesentry_long[] = {{"id", required_argument, nullptr, 'i'},
-                                       {"operation", required_argument, nullptr, 'o'},
-                                       {"password", required_argument, nullptr, 'p'},
-                                       {"key", required_argument, nullptr, 'k'},
-                                       OUTPUT_OPTION,
-                                       HELP_OPTION,
-                                       END_OF_OPTIONS};
+static const LongOption aesentry_long[] = {{"id", required_argument, 'i'},
+                                           {"operation", required_argument, 'o'},
+                                           {"password", required_argument, 'p'},
+                                           {"key", required_argument, 'k'},
+                                           OUTPUT_OPTION,
+                                           HELP_OPTION,
+                                           END_OF_OPTIONS};
 static const char* const aesentry_objects[] = {"getInfo", "getCfg", "setCfg", nullptr};
 const OptionSet aesentryOptions = {.letters = "\1:i:o:p:k:h",
                                    .longOptions = aesentry_long,

@@ -32,16 +32,16 @@ const char aesop_help[] = "\n\naesOp -o changePWD -e <entry id> -p <password> -w
                           "    Compare the key of entry 1.\n\n";
 
 enum { OPT_MOUNT = OPT_FIRST_OWN, OPT_DISMOUNT };
-static const option aesop_long[] = {{"option", required_argument, nullptr, 'o'},
-                                    {"portid", required_argument, nullptr, 'i'},
-                                    {"entryid", required_argument, nullptr, 'e'},
-                                    {"password", required_argument, nullptr, 'p'},
-                                    {"oldpassword", required_argument, nullptr, 'w'},
-                                    {"aesmount", no_argument, nullptr, OPT_MOUNT},
-                                    {"aesdismount", no_argument, nullptr, OPT_DISMOUNT},
-                                    OUTPUT_OPTION,
-                                    HELP_OPTION,
-                                    END_OF_OPTIONS};
+static const LongOption aesop_long[] = {{"option", required_argument, 'o'},
+                                        {"portid", required_argument, 'i'},
+                                        {"entryid", required_argument, 'e'},
+                                        {"password", required_argument, 'p'},
+                                        {"oldpassword", required_argument, 'w'},
+                                        {"aesmount", no_argument, OPT_MOUNT},
+                                        {"aesdismount", no_argument, OPT_DISMOUNT},
+                                        OUTPUT_OPTION,
+                                        HELP_OPTION,
+                                        END_OF_OPTIONS};
 static const char* const aesop_objects[] = {"changePwd", "verifyKey", nullptr};
 const OptionSet aesopOptions = {.letters = "\1:o:w:i:e:p:k:h",
                                 .longOptions = aesop_long,

@@ -30,15 +30,15 @@ const char aesport_help[] =
     "    Switch encryption on for port 1.\n\n";
 
 enum { OPT_AES_ON = OPT_FIRST_OWN, OPT_AES_OFF };
-static const option aesport_long[] = {{"operation", required_argument, nullptr, 'o'},
-                                      {"portid", required_argument, nullptr, 'i'},
-                                      {"entryid", required_argument, nullptr, 'e'},
-                                      {"password", required_argument, nullptr, 'p'},
-                                      {"aeson", no_argument, nullptr, OPT_AES_ON},
-                                      {"aesoff", no_argument, nullptr, OPT_AES_OFF},
-                                      OUTPUT_OPTION,
-                                      HELP_OPTION,
-                                      END_OF_OPTIONS};
+static const LongOption aesport_long[] = {{"operation", required_argument, 'o'},
+                                          {"portid", required_argument, 'i'},
+                                          {"entryid", required_argument, 'e'},
+                                          {"password", required_argument, 'p'},
+                                          {"aeson", no_argument, OPT_AES_ON},
+                                          {"aesoff", no_argument, OPT_AES_OFF},
+                                          OUTPUT_OPTION,
+                                          HELP_OPTION,
+                                          END_OF_OPTIONS};
 static const char* const aesport_objects[] = {"getCfg", "set", "mount", "dismount", nullptr};
 const OptionSet aesportOptions = {.letters = "\1:i:o:p:e:h",
                                   .longOptions = aesport_long,

@@ -16,8 +16,8 @@ const char forceonline_help[] = "\n\nforceOnline -i <pd id> [-p <percentage>] [-
                                 "    forceOnline -i 3\n\n"
                                 "    Bring physical disk 3 back online.\n\n";
 
-static const option forceonline_long[] = {
-    {"pdid", required_argument, nullptr, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption forceonline_long[] = {
+    {"pdid", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet forceonlineOptions = {
     .letters = "\1:i:p:h", .longOptions = forceonline_long, .once = "ip", .required = "i"};
 

@@ -26,11 +26,8 @@ const char backup_cfg_help[] = "\n\nbackup_cfg [-f <filename>][-t ][-h]\n\n"
                                "    backup_cfg -t phy\n\n"
                                "    Save the PHY tuning of the ports.\n\n";
 
-static const option backup_cfg_long[] = {{"filename", required_argument, nullptr, 'f'},
-                                         {"type", required_argument, nullptr, 't'},
-                                         OUTPUT_OPTION,
-                                         HELP_OPTION,
-                                         END_OF_OPTIONS};
+static const LongOption backup_cfg_long[] = {
+    {"filename", required_argument, 'f'}, {"type", required_argument, 't'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet backupCfgOptions = {.letters = "f:\1:t:h", .longOptions = backup_cfg_long, .once = "ft"};
 
 namespace {

@@ -22,13 +22,13 @@ const char cc_help[] = "\n\ncc [-o <vd>] [-a <start|stop|pause|resume|restart>] 
                        "    cc -a stop -l 0\n\n"
                        "    Stop the consistency check of virtual disk 0.\n\n";
 
-static const option cc_long[] = {{"object", required_argument, nullptr, 'o'},
-                                 {"action", required_argument, nullptr, 'a'},
-                                 {"id", required_argument, nullptr, 'l'},
-                                 {"type", required_argument, nullptr, 't'},
-                                 OUTPUT_OPTION,
-                                 HELP_OPTION,
-                                 END_OF_OPTIONS};
+static const LongOption cc_long[] = {{"object", required_argument, 'o'},
+                                     {"action", required_argument, 'a'},
+                                     {"id", required_argument, 'l'},
+                                     {"type", required_argument, 't'},
+                                     OUTPUT_OPTION,
+                                     HELP_OPTION,
+                                     END_OF_OPTIONS};
 static const char* const cc_objects[] = {"vd", nullptr};
 const OptionSet ccOptions = {
     .letters = "o:a:l:t:\1:h", .longOptions = cc_long, .once = "oalt", .required = "l", .objects = cc_objects};

@@ -14,11 +14,8 @@ const char copyback_help[] = "\n\ncopyback -a <pause|resume> -l <array id> [-h]\
                              "    copyback -a pause -l 0\n\n"
                              "    Pause copy back on array 0.\n\n";
 
-static const option copyback_long[] = {{"action", required_argument, nullptr, 'a'},
-                                       {"id", required_argument, nullptr, 'l'},
-                                       OUTPUT_OPTION,
-                                       HELP_OPTION,
-                                       END_OF_OPTIONS};
+static const LongOption copyback_long[] = {
+    {"action", required_argument, 'a'}, {"id", required_argument, 'l'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 // -d is taken with a value and prints the help.
 const OptionSet copybackOptions = {
     .letters = "a:l:d:\1:h", .longOptions = copyback_long, .once = "al", .required = "l"};

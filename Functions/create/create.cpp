@@ -52,22 +52,22 @@ const char create_help[] = "\n\ncreate -o<vd> -d<PD id list> -r<0|1|10|5|1e>[-n 
 
 enum { OPT_FORCE_SIZE = OPT_FIRST_OWN };
 
-static const option create_long[] = {WAIVE_OPTION,
-                                     {"forcesize", no_argument, nullptr, OPT_FORCE_SIZE},
-                                     {"name", required_argument, nullptr, 'n'},
-                                     {"raidmode", required_argument, nullptr, 'r'},
-                                     {"paritydisks", required_argument, nullptr, 'q'},
-                                     {"pdid", required_argument, nullptr, 'd'},
-                                     {"blocksize", required_argument, nullptr, 'b'},
-                                     {"writepolicy", required_argument, nullptr, 'w'},
-                                     {"readpolicy", required_argument, nullptr, 'p'},
-                                     {"cache", required_argument, nullptr, 'c'},
-                                     {"size", required_argument, nullptr, 's'},
-                                     {"gbrounding", required_argument, nullptr, 'g'},
-                                     {"init", required_argument, nullptr, 'i'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     END_OF_OPTIONS};
+static const LongOption create_long[] = {WAIVE_OPTION,
+                                         {"forcesize", no_argument, OPT_FORCE_SIZE},
+                                         {"name", required_argument, 'n'},
+                                         {"raidmode", required_argument, 'r'},
+                                         {"paritydisks", required_argument, 'q'},
+                                         {"pdid", required_argument, 'd'},
+                                         {"blocksize", required_argument, 'b'},
+                                         {"writepolicy", required_argument, 'w'},
+                                         {"readpolicy", required_argument, 'p'},
+                                         {"cache", required_argument, 'c'},
+                                         {"size", required_argument, 's'},
+                                         {"gbrounding", required_argument, 'g'},
+                                         {"init", required_argument, 'i'},
+                                         OUTPUT_OPTION,
+                                         HELP_OPTION,
+                                         END_OF_OPTIONS};
 static const char* const create_objects[] = {"vd", nullptr};
 const OptionSet createOptions = {.letters = "\1:c:o:n:r:q:d:b:t:s:w:p:g:i:h",
                                  .longOptions = create_long,

@@ -24,13 +24,13 @@ const char delete_help[] = "\n\ndelete -o <vd|array|spare> -i <id> [-f] [--waive
                            "    delete -o vd -i 4\n\n"
                            "    Delete virtual disk 4.\n\n";
 
-static const option delete_long[] = {WAIVE_OPTION,
-                                     {"object", required_argument, nullptr, 'o'},
-                                     {"id", required_argument, nullptr, 'i'},
-                                     {"force", no_argument, nullptr, 'f'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     END_OF_OPTIONS};
+static const LongOption delete_long[] = {WAIVE_OPTION,
+                                         {"object", required_argument, 'o'},
+                                         {"id", required_argument, 'i'},
+                                         {"force", no_argument, 'f'},
+                                         OUTPUT_OPTION,
+                                         HELP_OPTION,
+                                         END_OF_OPTIONS};
 static const char* const delete_objects[] = {"vd", "ld", "array", "spare", nullptr};
 const OptionSet deleteOptions = {
     .letters = "\1:o:i:fh", .longOptions = delete_long, .once = "oif", .required = "oi", .objects = delete_objects};

@@ -19,11 +19,8 @@ const char devmap_help[] = "\ndevmap -o <vd|pd> [-i <id>] [-h]\n\n"
                            "    devmap -o vd -i 0\n\n"
                            "    Display the magic number of virtual disk 0.\n\n";
 
-static const option devmap_long[] = {{"object", required_argument, nullptr, 'o'},
-                                     {"id", required_argument, nullptr, 'i'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     END_OF_OPTIONS};
+static const LongOption devmap_long[] = {
+    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 static const char* const devmap_objects[] = {"vd", "pd", nullptr};
 const OptionSet devmapOptions = {
     .letters = "\1:o:i:h", .longOptions = devmap_long, .once = "oi", .required = "o", .objects = devmap_objects};

@@ -29,13 +29,13 @@ const char enc_help[] = "\nenc -o <enc|ele|elecfg> [-i <enclosure id>] [-t <type
                         "    enc -o ele -i 0 -t fan -e 1\n\n"
                         "    Display the status of cooling device 1 of enclosure 0.\n\n";
 
-static const option enc_long[] = {{"object", required_argument, nullptr, 'o'},
-                                  {"id", required_argument, nullptr, 'i'},
-                                  {"element", required_argument, nullptr, 'e'},
-                                  {"type", required_argument, nullptr, 't'},
-                                  OUTPUT_OPTION,
-                                  HELP_OPTION,
-                                  END_OF_OPTIONS};
+static const LongOption enc_long[] = {{"object", required_argument, 'o'},
+                                      {"id", required_argument, 'i'},
+                                      {"element", required_argument, 'e'},
+                                      {"type", required_argument, 't'},
+                                      OUTPUT_OPTION,
+                                      HELP_OPTION,
+                                      END_OF_OPTIONS};
 static const char* const enc_objects[] = {"enc", "ele", "elecfg", nullptr};
 // -a takes a value and means nothing: it prints the help.
 const OptionSet encOptions = {

@@ -13,7 +13,7 @@ const char error_help[] = "\nerror -c [error code] [-h]\n\n"
                           "    error -c 1\n\n"
                           "    Show description of error code 1.\n\n";
 
-static const option error_long[] = {{"controller", required_argument, nullptr, 'c'}, OUTPUT_OPTION, END_OF_OPTIONS};
+static const LongOption error_long[] = {{"controller", required_argument, 'c'}, OUTPUT_OPTION, END_OF_OPTIONS};
 const OptionSet errorOptions = {.letters = "c:\1:h", .longOptions = error_long, .once = "c", .required = "c"};
 
 static Take takeCode(int option, const char* value, KT_U8& code) {

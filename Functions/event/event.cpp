@@ -18,8 +18,8 @@ const char event_help[] = "\nevent [-s <seqno>]\n\n\n"
                           "    event -s 100\n\n"
                           "    Get events that sequence number larger than 100.\n\n";
 
-static const option event_long[] = {
-    {"sequence", required_argument, nullptr, 's'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption event_long[] = {
+    {"sequence", required_argument, 's'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 // -s may be given again: the last one counts.
 const OptionSet eventOptions = {.letters = "s:\1:h", .longOptions = event_long};
 

@@ -14,7 +14,7 @@ const char message_help[] = "\nmessage\n\n\n"
                             "    message\n\n"
                             "    Get events that sequence number larger than 100.\n\n";
 
-static const option message_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption message_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet messageOptions = {.letters = "\1:h", .longOptions = message_long};
 
 template <size_t N>

@@ -37,13 +37,13 @@ const char flash_help[] = "\nflash -a <update|backup|erase|version> -f <file> "
                           "    flash -a erase -p pd\n\n"
                           "    Erase the PD page.\n\n";
 
-static const option flash_long[] = {{"action", required_argument, nullptr, 'a'},
-                                    {"file", required_argument, nullptr, 'f'},
-                                    {"type", required_argument, nullptr, 't'},
-                                    {"page", required_argument, nullptr, 'p'},
-                                    OUTPUT_OPTION,
-                                    HELP_OPTION,
-                                    END_OF_OPTIONS};
+static const LongOption flash_long[] = {{"action", required_argument, 'a'},
+                                        {"file", required_argument, 'f'},
+                                        {"type", required_argument, 't'},
+                                        {"page", required_argument, 'p'},
+                                        OUTPUT_OPTION,
+                                        HELP_OPTION,
+                                        END_OF_OPTIONS};
 const OptionSet flashOptions = {
     .letters = "a:f:i:t:p:\1:h", .longOptions = flash_long, .once = "afitp", .required = "a"};
 

@@ -23,11 +23,8 @@ const char get_help[] = "\nget -o <vd|ld|array|pd|hd|hba|driver|link> [-i <id>] 
                         "    get -o hba\n\n"
                         "    Display the configuration of the current adapter.\n\n";
 
-static const option get_long[] = {{"object", required_argument, nullptr, 'o'},
-                                  {"id", required_argument, nullptr, 'i'},
-                                  OUTPUT_OPTION,
-                                  HELP_OPTION,
-                                  END_OF_OPTIONS};
+static const LongOption get_long[] = {
+    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 static const char* const get_objects[] = {"pd", "hd", "vd", "ld", "array", "hba", "driver", "link", nullptr};
 const OptionSet getOptions = {
     .letters = "\1:o:i:h", .longOptions = get_long, .once = "oi", .required = "o", .objects = get_objects};

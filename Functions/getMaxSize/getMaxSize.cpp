@@ -26,13 +26,13 @@ const char getmaxsize_help[] =
     "    maxcreatesize  -r0 -d 0,5,10\n\n"
     "    Display the largest size of a RAID0 virtual disk on physical disks 0, 5 and 10.\n\n";
 
-static const option getmaxsize_long[] = {{"raidmode", required_argument, nullptr, 'r'},
-                                         {"paritydisks", required_argument, nullptr, 'q'},
-                                         {"pdid", required_argument, nullptr, 'd'},
-                                         {"gbrounding", required_argument, nullptr, 'g'},
-                                         OUTPUT_OPTION,
-                                         HELP_OPTION,
-                                         END_OF_OPTIONS};
+static const LongOption getmaxsize_long[] = {{"raidmode", required_argument, 'r'},
+                                             {"paritydisks", required_argument, 'q'},
+                                             {"pdid", required_argument, 'd'},
+                                             {"gbrounding", required_argument, 'g'},
+                                             OUTPUT_OPTION,
+                                             HELP_OPTION,
+                                             END_OF_OPTIONS};
 const OptionSet getmaxsizeOptions = {.letters = "\1:n:r:q:d:b:s:w:p:g:i:h",
                                      .longOptions = getmaxsize_long,
                                      .once = "rqd",

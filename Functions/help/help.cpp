@@ -15,7 +15,7 @@ const char help_help[] = "\nhelp [-i] [command ...]\n\n"
                          "    help info create\n\n"
                          "    Show the detail help of the commands info and create.\n\n";
 
-static const option help_long[] = {{"internal", no_argument, nullptr, 'i'}, OUTPUT_OPTION, END_OF_OPTIONS};
+static const LongOption help_long[] = {{"internal", no_argument, 'i'}, OUTPUT_OPTION, END_OF_OPTIONS};
 const OptionSet helpOptions = {.letters = "\1:i", .longOptions = help_long, .once = "i", .helpOnUnknown = true};
 
 // Width of the column of command words.

@@ -25,11 +25,8 @@ const char info_help[] = "\ninfo -o <hba|vd|ld|array|pd|hd|pm|exp|blk|spare|bbu|
                          "    info -o vd -i 1\n\n"
                          "    Display virtual disk 1.\n\n";
 
-static const option info_long[] = {{"object", required_argument, nullptr, 'o'},
-                                   {"id", required_argument, nullptr, 'i'},
-                                   OUTPUT_OPTION,
-                                   HELP_OPTION,
-                                   END_OF_OPTIONS};
+static const LongOption info_long[] = {
+    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 static const char* const info_objects[] = {"hba", "pd",  "hd",    "vd",  "ld",     "array", "pm",
                                            "exp", "blk", "spare", "bbu", "tandem", nullptr};
 const OptionSet infoOptions = {

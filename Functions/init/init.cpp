@@ -19,12 +19,12 @@ const char init_help[] = "\n\ninit [-o <vd>] [-a <start|stop|pause|resume|restar
                          "    init -a pause -l 2\n\n"
                          "    Pause the initialization of virtual disk 2.\n\n";
 
-static const option init_long[] = {{"object", required_argument, nullptr, 'o'},
-                                   {"action", required_argument, nullptr, 'a'},
-                                   {"id", required_argument, nullptr, 'l'},
-                                   OUTPUT_OPTION,
-                                   HELP_OPTION,
-                                   END_OF_OPTIONS};
+static const LongOption init_long[] = {{"object", required_argument, 'o'},
+                                       {"action", required_argument, 'a'},
+                                       {"id", required_argument, 'l'},
+                                       OUTPUT_OPTION,
+                                       HELP_OPTION,
+                                       END_OF_OPTIONS};
 static const char* const init_objects[] = {"vd", nullptr};
 // -t is taken with a value and prints the help.
 const OptionSet initOptions = {

@@ -19,12 +19,12 @@ const char locate_help[] = "\nlocate -i <PD id> [-a <on|off>] [-h]\n\n"
                            "    locate -i 3 -a on\n\n"
                            "    Turn on the locate LED of physical disk 3.\n\n";
 
-static const option locate_long[] = {{"object", required_argument, nullptr, 'o'},
-                                     {"id", required_argument, nullptr, 'i'},
-                                     {"action", required_argument, nullptr, 'a'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     END_OF_OPTIONS};
+static const LongOption locate_long[] = {{"object", required_argument, 'o'},
+                                         {"id", required_argument, 'i'},
+                                         {"action", required_argument, 'a'},
+                                         OUTPUT_OPTION,
+                                         HELP_OPTION,
+                                         END_OF_OPTIONS};
 static const char* const locate_objects[] = {"pd", nullptr};
 const OptionSet locateOptions = {
     .letters = "\1:o:i:a:h", .longOptions = locate_long, .once = "oia", .objects = locate_objects};

@@ -17,11 +17,8 @@ const char mp_help[] = "\n\nmp [-a <start|stop|pause|resume|restart>] -d <PD id>
                        "    mp -a stop -d 3\n\n"
                        "    Stop media patrol on physical disk 3.\n\n";
 
-static const option mp_long[] = {{"action", required_argument, nullptr, 'a'},
-                                 {"pdid", required_argument, nullptr, 'd'},
-                                 OUTPUT_OPTION,
-                                 HELP_OPTION,
-                                 END_OF_OPTIONS};
+static const LongOption mp_long[] = {
+    {"action", required_argument, 'a'}, {"pdid", required_argument, 'd'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet mpOptions = {.letters = "a:d:\1:h", .longOptions = mp_long, .once = "ad", .required = "d"};
 
 static constexpr Line FAILED = "\nFailed to %s media patrol on PD %d (error %d: %s)\n";

@@ -6,14 +6,14 @@
 #include "Public/confirm.h"
 #include "Public/raidOptions.h"
 
-const option migrate_long[] = {{"action", required_argument, nullptr, 'a'},
-                               {"id", required_argument, nullptr, 'l'},
-                               {"raidmode", required_argument, nullptr, 'r'},
-                               {"paritydisks", required_argument, nullptr, 'q'},
-                               {"pdid", required_argument, nullptr, 'd'},
-                               OUTPUT_OPTION,
-                               HELP_OPTION,
-                               END_OF_OPTIONS};
+const LongOption migrate_long[] = {{"action", required_argument, 'a'},
+                                   {"id", required_argument, 'l'},
+                                   {"raidmode", required_argument, 'r'},
+                                   {"paritydisks", required_argument, 'q'},
+                                   {"pdid", required_argument, 'd'},
+                                   OUTPUT_OPTION,
+                                   HELP_OPTION,
+                                   END_OF_OPTIONS};
 
 static bool takeAction(const char* value, MigrationRequest& request) {
     request.sizeOnly = strcasecmp(value, "size") == 0;

@@ -26,7 +26,7 @@ struct MigrationCommand {
 };
 
 inline constexpr char migrateLetters[] = "a:l:r:q:d:\1:h";
-extern const option migrate_long[];
+extern const LongOption migrate_long[];
 
 // Reads and checks the options. False when the command is over; result is then what its handler returns.
 bool readMigration(int argc, char** argv, const _cmd_struct* row, const MigrationCommand& command,

@@ -25,13 +25,13 @@ const char nvsram_help[] = "\nnvsram   -a <read|write>[-s <nvsram address offset
                            "    nvsram -a write -s 0x100 -c 64 -p 0xFF\n\n"
                            "    Write 0xFF to the 64 bytes from offset 0x100 on.\n\n";
 
-static const option nvsram_long[] = {{"action", required_argument, nullptr, 'a'},
-                                     {"offset", required_argument, nullptr, 's'},
-                                     {"count", required_argument, nullptr, 'c'},
-                                     {"pattern", required_argument, nullptr, 'p'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     END_OF_OPTIONS};
+static const LongOption nvsram_long[] = {{"action", required_argument, 'a'},
+                                         {"offset", required_argument, 's'},
+                                         {"count", required_argument, 'c'},
+                                         {"pattern", required_argument, 'p'},
+                                         OUTPUT_OPTION,
+                                         HELP_OPTION,
+                                         END_OF_OPTIONS};
 const OptionSet nvsramOptions = {
     .letters = "a:s:c:p:\1:h", .longOptions = nvsram_long, .once = "ascp", .required = "a"};
 

@@ -13,8 +13,8 @@ const char pause_help[] = "\n\npause -c <adapter id> [-h]\n\n"
                           "    pause -c 0\n\n"
                           "    Pause all background activities on adapter 0.\n\n";
 
-static const option pause_long[] = {
-    {"controller", required_argument, nullptr, 'c'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption pause_long[] = {
+    {"controller", required_argument, 'c'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet pauseOptions = {.letters = "c:\1:h", .longOptions = pause_long, .once = "c", .required = "c"};
 
 static Take takeOption(int option, const char* value, KT_U8& adapter) {

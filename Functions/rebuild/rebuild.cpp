@@ -22,12 +22,12 @@ const char rebuild_help[] = "\n\nrebuild [-a <start|stop|pause|resume|restart>] 
                             "    rebuild -a pause -l 1\n\n"
                             "    Pause rebuilding virtual disk 1.\n\n";
 
-static const option rebuild_long[] = {{"action", required_argument, nullptr, 'a'},
-                                      {"id", required_argument, nullptr, 'l'},
-                                      {"pdid", required_argument, nullptr, 'd'},
-                                      OUTPUT_OPTION,
-                                      HELP_OPTION,
-                                      END_OF_OPTIONS};
+static const LongOption rebuild_long[] = {{"action", required_argument, 'a'},
+                                          {"id", required_argument, 'l'},
+                                          {"pdid", required_argument, 'd'},
+                                          OUTPUT_OPTION,
+                                          HELP_OPTION,
+                                          END_OF_OPTIONS};
 const OptionSet rebuildOptions = {.letters = "a:l:d:\1:h", .longOptions = rebuild_long, .once = "ald", .required = "l"};
 
 static bool checkRequest(const ActivityRequest& request) {

@@ -24,12 +24,12 @@ const char rebuildV2_help[] =
     "    rebuild -a pause -l 0\n\n"
     "    Pause rebuilding array 0.\n\n";
 
-static const option rebuildV2_long[] = {{"action", required_argument, nullptr, 'a'},
-                                        {"id", required_argument, nullptr, 'l'},
-                                        {"pdid", required_argument, nullptr, 'd'},
-                                        OUTPUT_OPTION,
-                                        HELP_OPTION,
-                                        END_OF_OPTIONS};
+static const LongOption rebuildV2_long[] = {{"action", required_argument, 'a'},
+                                            {"id", required_argument, 'l'},
+                                            {"pdid", required_argument, 'd'},
+                                            OUTPUT_OPTION,
+                                            HELP_OPTION,
+                                            END_OF_OPTIONS};
 const OptionSet rebuildV2Options = {
     .letters = "a:l:d:\1:h", .longOptions = rebuildV2_long, .once = "ald", .required = "l"};
 

@@ -24,13 +24,13 @@ const char register_help[] = "\nregister [-t type] -a <read|write> [-d address] 
                              "    register -a write -d 0 -v 0xff\n\n"
                              "    Write 255 to mailbox register 0.\n\n";
 
-static const option register_long[] = {{"type", required_argument, nullptr, 't'},
-                                       {"operation", required_argument, nullptr, 'a'},
-                                       {"address", required_argument, nullptr, 'd'},
-                                       {"value", required_argument, nullptr, 'v'},
-                                       OUTPUT_OPTION,
-                                       HELP_OPTION,
-                                       END_OF_OPTIONS};
+static const LongOption register_long[] = {{"type", required_argument, 't'},
+                                           {"operation", required_argument, 'a'},
+                                           {"address", required_argument, 'd'},
+                                           {"value", required_argument, 'v'},
+                                           OUTPUT_OPTION,
+                                           HELP_OPTION,
+                                           END_OF_OPTIONS};
 const OptionSet registerOptions = {.letters = "t:a:d:v:\1:h", .longOptions = register_long, .once = "tadv"};
 
 // Types of registers, as the library numbers them.

@@ -16,11 +16,8 @@ const char rescan_help[] = "\nrescan [-a ][-h]\n\n"
                            "    rescan -a getcount --force\n"
                            "    Get the rescan count, force unlock API.\n\n";
 
-static const option rescan_long[] = {{"action", required_argument, nullptr, 'a'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     {"force", no_argument, nullptr, 'f'},
-                                     END_OF_OPTIONS};
+static const LongOption rescan_long[] = {
+    {"action", required_argument, 'a'}, OUTPUT_OPTION, HELP_OPTION, {"force", no_argument, 'f'}, END_OF_OPTIONS};
 // -a may be given twice: once for each action.
 const OptionSet rescanOptions = {.letters = "a:\1:hf", .longOptions = rescan_long, .required = "a"};
 

@@ -34,13 +34,13 @@ const char restore_cfg_help[] = "\n\nrestore_cfg [-f <filename>][-t<phy>][--auto
                                 "    restore_cfg -f hba0_cfg.txt --raid\n\n"
                                 "    Restore the virtual disks and spares as well.\n\n";
 
-static const option restore_cfg_long[] = {{"filename", required_argument, nullptr, 'f'},
-                                          {"autoset", no_argument, nullptr, 'a'},
-                                          {"raid", no_argument, nullptr, 'r'},
-                                          {"type", required_argument, nullptr, 't'},
-                                          OUTPUT_OPTION,
-                                          HELP_OPTION,
-                                          END_OF_OPTIONS};
+static const LongOption restore_cfg_long[] = {{"filename", required_argument, 'f'},
+                                              {"autoset", no_argument, 'a'},
+                                              {"raid", no_argument, 'r'},
+                                              {"type", required_argument, 't'},
+                                              OUTPUT_OPTION,
+                                              HELP_OPTION,
+                                              END_OF_OPTIONS};
 // The short forms of --autoset and --raid take an argument, which says nothing.
 const OptionSet restoreCfgOptions = {.letters = "f:a:r:\1:t:h", .longOptions = restore_cfg_long, .once = "far"};
 

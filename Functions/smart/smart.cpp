@@ -15,8 +15,7 @@ const char smart_help[] = "\nsmart -p <PD id> [-h]\n\n"
                           "    smart -p 0\n\n"
                           "    Display the SMART status and attributes of physical disk 0.\n\n";
 
-static const option smart_long[] = {
-    {"phyId", required_argument, nullptr, 'p'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption smart_long[] = {{"phyId", required_argument, 'p'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet smartOptions = {
     .letters = "\1:p:h", .longOptions = smart_long, .once = "p", .required = "p", .helpStyle = HelpStyle::OwnLine};
 

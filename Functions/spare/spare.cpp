@@ -26,13 +26,13 @@ const char spare_help[] = "\n\nassign -o <hba|array> -d <PD id> [-a <array id>] 
                           "    assign -o array -d 2 -a 4\n\n"
                           "    Assign physical disk 2 as a dedicated spare of array 4.\n\n";
 
-static const option spare_long[] = {WAIVE_OPTION,
-                                    {"object", required_argument, nullptr, 'o'},
-                                    {"pdid", required_argument, nullptr, 'd'},
-                                    {"arrayid", required_argument, nullptr, 'a'},
-                                    OUTPUT_OPTION,
-                                    HELP_OPTION,
-                                    END_OF_OPTIONS};
+static const LongOption spare_long[] = {WAIVE_OPTION,
+                                        {"object", required_argument, 'o'},
+                                        {"pdid", required_argument, 'd'},
+                                        {"arrayid", required_argument, 'a'},
+                                        OUTPUT_OPTION,
+                                        HELP_OPTION,
+                                        END_OF_OPTIONS};
 static const char* const spare_objects[] = {"hba", "array", nullptr};
 const OptionSet spareOptions = {
     .letters = "\1:o:d:a:h", .longOptions = spare_long, .once = "oda", .required = "d", .objects = spare_objects};

@@ -2,7 +2,7 @@
 
 const char ssd_sh[] = ":Tolvane SSD Diagnostic functions.";
 const char ssd_help[] = "\n\n";
-static const option ssd_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption ssd_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet ssdOptions = {"\1:h", ssd_long};
 
 int doSsdDiagnostic(int, char** argv, _cmd_struct*) {
@@ -11,7 +11,7 @@ int doSsdDiagnostic(int, char** argv, _cmd_struct*) {
 
 const char ssdop_sh[] = ":SSD Operations.";
 const char ssdop_help[] = "\n\n";
-static const option ssdop_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
+static const LongOption ssdop_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet ssdopOptions = {"\1:h", ssdop_long};
 
 int doSsdOp(int, char** argv, _cmd_struct*) {

@@ -19,11 +19,8 @@ const char status_help[] = "\nstatus -o <pd|hd> [-i <PD id>] [-h]\n\n"
                            "    status -o pd -i 3\n\n"
                            "    Display whether physical disk 3 has exceeded a SMART threshold.\n\n";
 
-static const option status_long[] = {{"object", required_argument, nullptr, 'o'},
-                                     {"id", required_argument, nullptr, 'i'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     END_OF_OPTIONS};
+static const LongOption status_long[] = {
+    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 static const char* const status_objects[] = {"pd", "hd", nullptr};
 const OptionSet statusOptions = {
     .letters = "\1:o:i:h", .longOptions = status_long, .once = "oi", .required = "o", .objects = status_objects};

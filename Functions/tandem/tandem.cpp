@@ -23,10 +23,9 @@ const char tandem_help[] = "\ntandem -o empty -a address -l length -d vdid[-h]\n
                            "    add 1G to 2G as empty entry to Tandemix 0.\n\n";
 
 // The long form of -l takes no value, so a length can only be given as -l.
-static const option tandem_long[] = {
-    {"object", required_argument, nullptr, 'o'},   {"adress", required_argument, nullptr, 'a'},
-    {"Tandemix", required_argument, nullptr, 'd'}, OUTPUT_OPTION,
-    {"length", no_argument, nullptr, 'l'},         END_OF_OPTIONS};
+static const LongOption tandem_long[] = {{"object", required_argument, 'o'},   {"adress", required_argument, 'a'},
+                                         {"Tandemix", required_argument, 'd'}, OUTPUT_OPTION,
+                                         {"length", no_argument, 'l'},         END_OF_OPTIONS};
 static const char* const objects[] = {"empty", "count", "delete", nullptr};
 // -o may be repeated.
 const OptionSet tandemOptions = {.letters = "o:a:\1:d:l:h",

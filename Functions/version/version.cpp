@@ -3,7 +3,7 @@
 const char version_sh[] = ":Get application version.";
 const char version_help[] = "\nversion \n\nOptions: N/A\n\n";
 
-static const option version_long[] = {END_OF_OPTIONS};
+static const LongOption version_long[] = {END_OF_OPTIONS};
 const OptionSet versionOptions = {.letters = "", .longOptions = version_long};
 
 int doVersion(int, char**, _cmd_struct*) {

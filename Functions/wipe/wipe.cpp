@@ -18,11 +18,8 @@ const char wipe_help[] = "\n\nwipe -d <PDid> [-f] [-h]\n\n"
                          "    wipe -d 3\n\n"
                          "    Wipe out the MDD data of physical disk 3.\n\n";
 
-static const option wipe_long[] = {{"pdid", required_argument, nullptr, 'd'},
-                                   {"force", no_argument, nullptr, 'f'},
-                                   OUTPUT_OPTION,
-                                   HELP_OPTION,
-                                   END_OF_OPTIONS};
+static const LongOption wipe_long[] = {
+    {"pdid", required_argument, 'd'}, {"force", no_argument, 'f'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 const OptionSet wipeOptions = {.letters = "\1:d:fh", .longOptions = wipe_long, .once = "d", .required = "d"};
 
 namespace {

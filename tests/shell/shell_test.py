@@ -106,6 +106,18 @@ class ShellTest(unittest.TestCase):
         self.assertIn("Error code 3: Unknown error.", output)
         self.assertIn("Error code 0: No error.", output)
 
+    def test_lines_are_read_without_readline_too(self):
+        lines = "error -c 3\ndelete -o vd -i 3\nn\n\nexit\n"
+        edited = self.piped(lines)
+        open(os.path.join(self.folder.name, "libreadline.so.8"), "wb").close()
+        self.environment["LD_LIBRARY_PATH"] = self.folder.name + ":" + self.environment["LD_LIBRARY_PATH"]
+        self.assertEqual(self.piped(lines), edited)
+        child = pexpect.spawn(PROGRAM, env=self.environment, encoding="utf-8", timeout=20, echo=False)
+        self.addCleanup(child.close, force=True)
+        child.expect_exact("The readline library is not installed")
+        child.expect_exact("> ")
+        self.say(child, "error -c 3", "Error code 3: Unknown error.")
+
     def test_words_have_the_same_cases_in_every_locale(self):
         made = subprocess.run(["localedef", "-i", "tr_TR", "-f", "UTF-8", os.path.join(self.folder.name, "tr_TR.UTF-8")],
                               capture_output=True)

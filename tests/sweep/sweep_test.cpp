@@ -205,9 +205,9 @@ TEST_P(Sweep, HelpNamesEveryOption) {
     for (const Row& at : allRows(GetParam())) {
         const OptionSet& set = *optionsOf(at.row->cmdHandler);
         if (!isThere(*at.row)) continue;
-        for (const option* row = set.longOptions; row->name != nullptr; ++row) {
+        for (const LongOption* row = set.longOptions; row->name[0] != '\0'; ++row) {
             std::string option = std::string("--") + row->name;
-            if (row->val == OPT_OUTPUT || isKnownGap(*at.row, option)) continue;
+            if (row->value == OPT_OUTPUT || isKnownGap(*at.row, option)) continue;
             EXPECT_TRUE(names(at.row->cmdHelp, option)) << at.row->cmd << " does not explain " << option;
         }
         for (const char* letter = set.letters; *letter != '\0'; ++letter) {
@@ -232,7 +232,7 @@ TEST_P(Sweep, HelpNamesNoOtherOption) {
             std::string option = help.substr(from, end - from);
             if (option == "--" || isKnownGap(*at.row, option)) continue;
             bool found = false;
-            for (const ::option* row = set.longOptions; row->name != nullptr; ++row) {
+            for (const LongOption* row = set.longOptions; row->name[0] != '\0'; ++row) {
                 found = found || option == std::string("--") + row->name;
             }
             EXPECT_TRUE(found) << at.row->cmd << " explains " << option << ", which it does not take";
