@@ -21,7 +21,10 @@ static int hexDigit(char c) {
 }
 
 bool isNumber(const char* text) {
-    return text[strspn(text, "0123456789")] == '\0';
+    while (isDigit(*text)) {
+        ++text;
+    }
+    return *text == '\0';
 }
 
 bool isHex(const char* text) {

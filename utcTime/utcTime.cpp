@@ -2,6 +2,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 // True when the line holds the setting outside a comment.
 static bool holds(const char* line, const char* setting) {
@@ -21,8 +23,14 @@ static int scanFor(FILE* file, const char* utc, const char* local) {
 }
 
 int scanClockFile(const char* path) {
-    FILE* file = fopen(path, "re");
-    if (file == nullptr) return UTC_CLOCK_UNKNOWN;
+    // Most machines have no such file, and every start asks: the stream comes only with the file.
+    int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return UTC_CLOCK_UNKNOWN;
+    FILE* file = fdopen(fd, "r");
+    if (file == nullptr) {
+        close(fd);
+        return UTC_CLOCK_UNKNOWN;
+    }
     int setting = scanFor(file, "HWCLOCK=\"-u\"", "HWCLOCK=\"--localtime\"");
     if (setting == UTC_CLOCK_UNKNOWN) setting = scanFor(file, "UTC=true", "UTC=false");
     fclose(file);
