@@ -54,8 +54,8 @@ static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_p
     return command;
 }
 
-/* Gigabytes as vendors count them. */
-static KT_U64 readSectors(const Context& context, KT_U16 pd, const std::string& size) {
+/* Gigabytes as vendors count them; 0 = not said. */
+static double readBytes(const std::string& size) {
     if (size.empty()) return 0;
     char* end = nullptr;
     const double amount = strtod(size.c_str(), &end);
@@ -63,10 +63,14 @@ static KT_U64 readSectors(const Context& context, KT_U16 pd, const std::string& 
     const double bytes = amount * (unit == "TB" ? 1e12 : 1e9);
     if (end == size.c_str() || (unit != "GB" && unit != "TB") || !(bytes >= 1e9 && bytes <= 1e17))
         throw CommandFailure{"\"" + size + "\" is not a size such as 500GB or 4TB"};
+    return bytes;
+}
+
+static KT_U64 sectorsOf(const Context& context, KT_U16 pd, const std::string& size) {
     const auto there = find<_HD_Info>(context, pd);
     const auto pulled = find<PulledDisk>(context, pd);
     const KT_U32 sector = there ? there->BlockSize : pulled ? pulled->info.BlockSize : 512;
-    return static_cast<KT_U64>(bytes) / std::max<KT_U32>(sector, 512);
+    return static_cast<KT_U64>(readBytes(size)) / std::max<KT_U32>(sector, 512);
 }
 
 static void addAge(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted) {
@@ -159,9 +163,10 @@ void addDisk(CLI::App& app, Options& options) {
     addInsert(*disk, options);
     CLI::App* replace = addChange(*disk, options, wanted, "replace", "Put a new, empty disk into its bay", "", true,
                                   [wanted](Context& context, KT_U16 pd) {
-                                      return replaceDisk(context, pd, readSectors(context, pd, wanted->size));
+                                      return replaceDisk(context, pd, sectorsOf(context, pd, wanted->size));
                                   });
-    replace->add_option("--size", wanted->size, "Of the new one, for instance 500GB or 4TB; else as large");
+    replace->add_option("--size", wanted->size, "Of the new one, for instance 500GB or 4TB; else as large")
+        ->each([](const std::string& size) { readBytes(size); });
     addAge(*disk, options, wanted);
     CLI::App* trip =
         addChange(*disk, options, wanted, "trip", "Its SMART status goes over the threshold", "", false,

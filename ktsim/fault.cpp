@@ -57,6 +57,8 @@ static void setFault(const Options& options, const FaultOptions& wanted, bool ha
     if (!knownCall(wanted.call)) throw CommandFailure{wanted.call + " is not a call of the library"};
     Fault fault = {};
     fault.kind = kindOf(wanted.kind);
+    if (!canStrike(wanted.call.c_str(), fault.kind))
+        throw CommandFailure{wanted.call + " answers nothing that --kind " + wanted.kind + " could spoil"};
     if (fault.kind == FAULT_STATUS && !hasStatus) throw CLI::RequiredError("STATUS");
     strncpy(fault.call, wanted.call.c_str(), sizeof fault.call - 1);
     fault.status = static_cast<KT_U8>(wanted.status);

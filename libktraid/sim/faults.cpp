@@ -1,5 +1,7 @@
 #include "faults.h"
 
+#include <algorithm>
+
 namespace sim {
 
 struct TextField {
@@ -39,6 +41,26 @@ static const TextField TEXT_FIELDS[] = {
     KTSIM_TEXT("KT_Tandem_GetHDMagic", _Device_Magic, Magic),
     KTSIM_TEXT("KT_Tandem_GetVDMagic", _Device_Magic, Magic),
 };
+
+static const char* const LIST_CALLS[] = {
+    "KT_LD_GetInfo",         "KT_LD_GetStatus",    "KT_LD_GetConfig",         "KT_DG_GetInfo",
+    "KT_DG_GetConfig",       "KT_PD_GetHDInfo",    "KT_PD_GetHDInfo_Ext",     "KT_PD_GetHDRaidStatus",
+    "KT_PD_GetConfig",       "KT_PD_GetBGAStatus", "KT_PD_GetSmartStatus",    "KT_PD_GetPMInfo",
+    "KT_PD_GetExpanderInfo", "KT_BLK_GetInfo",     "KT_ENC_GetEnclosureInfo",
+};
+/* They count, and begin where they are told to. */
+static const char* const COUNTING_CALLS[] = {"KT_EVT_GetEvent", "KT_EVT_GetEventMessage"};
+
+bool canStrike(const char* call, KT_U8 kind) {
+    const auto isCall = [call](const char* name) { return strcmp(name, call) == 0; };
+    const bool lists = std::any_of(std::begin(LIST_CALLS), std::end(LIST_CALLS), isCall);
+    if (kind == FAULT_NEXT) return lists;
+    if (kind == FAULT_COUNT) return lists || std::any_of(std::begin(COUNTING_CALLS), std::end(COUNTING_CALLS), isCall);
+    if (kind == FAULT_TEXT)
+        return std::any_of(std::begin(TEXT_FIELDS), std::end(TEXT_FIELDS),
+                           [&](const TextField& field) { return isCall(field.call); });
+    return true;
+}
 
 std::optional<KT_U64> findFault(Store& store, const char* call, KT_U8 adapter) {
     std::optional<KT_U64> found;

@@ -14,6 +14,8 @@ bool strikeFault(Store& store, KT_U64 id, Fault& fault);
 /* Adds one; answers its id. */
 KT_U64 addFault(Store& store, const Fault& fault);
 
+/* Whether a fault of this kind shows in what the call answers: it answers texts, a count or a list. */
+bool canStrike(const char* call, KT_U8 kind);
 /* Fills every text field of a record of `call` to its last byte, with no NUL left; calls without one are unchanged. */
 void fillTexts(const char* call, void* record);
 

@@ -121,6 +121,20 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
     closeStore(store);
 }
 
+TEST_F(CallFrame, OutlivesAJobThatNeverEnds) {
+    Store* store = openExistingStore(folder.path + "/state.db");
+    beginTransaction(*store, Access::Write);
+    VdState nobodys = {}; /* no virtual disk has this id: its job is due for ever */
+    nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, 0, {}, 1, 1, 0, 1, 0};
+    save(*store, 0, 77, nobodys);
+    setClock(*store, simulatedNow(*store) + 30 * 86400 * MS_PER_SECOND, 1000, true);
+    commitTransaction(*store);
+    closeStore(store);
+    alarm(20);
+    EXPECT_EQ(listVds(request, 0, 1), KT_OK);
+    alarm(0);
+}
+
 TEST_F(CallFrame, TracesOneLineACall) {
     setenv("KTRAID_SIM_TRACE", trace.c_str(), 1);
     request->header = {0, KT_REQUEST_ITEM, 2, 1, 0, 0, {}};

@@ -162,6 +162,11 @@ Faults.
   [2]
   $ ktsim fault KT_LD_GetInfo 256 2> /dev/null
   [2]
+  $ for c in "KT_LD_Delete --kind text" "KT_EVT_GetEvent --kind next" "KT_BBU_GetInfo --kind count"; do ktsim fault $c; done
+  ktsim: KT_LD_Delete answers nothing that --kind text could spoil
+  ktsim: KT_EVT_GetEvent answers nothing that --kind next could spoil
+  ktsim: KT_BBU_GetInfo answers nothing that --kind count could spoil
+  [1]
 
 Batteries and images.
 
@@ -244,7 +249,7 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
   $ ktsim disk insert 2 --from none
   ktsim: none has no adapter 0
   [1]
-  $ ktsim disk replace 1 --size 4XB --force
+  $ ktsim disk replace 1 --size 4XB < /dev/null
   ktsim: "4XB" is not a size such as 500GB or 4TB
   [1]
   $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim clock until idle

@@ -1,6 +1,7 @@
 #include "adapter/flash.h"
 
 #include "adapter/image.h"
+#include "adapter/jobs.h"
 #include "adapter/settingsPage.h"
 #include "events.h"
 
@@ -9,6 +10,7 @@
 namespace sim {
 
 enum : KT_U16 {
+    EVT_ERASE_FAILED = 1,
     EVT_UPDATED = 17,
     EVT_BACKED_UP = 18,
     EVT_UPDATE_FAILED = 19,
@@ -233,14 +235,14 @@ KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announceme
     return KT_OK;
 }
 
-KT_U8 erasePdPage(const Context& context, KT_U8 pageCode) {
+KT_U8 erasePdPage(Context& context, KT_U8 pageCode) {
     if (pageCode != KT_PAGE_PD && pageCode != KT_PAGE_PD_FORCE) return KT_ERR_INVALID_PARAMETER;
     bool busy = false;
-    forEach<VdState>(context, 0, [&](KT_U64, const VdState& vd) {
-        busy = vd.activity.kind != 0 && vd.activity.state == KT_STATE_RUNNING;
-        return !busy;
+    forEachJob(context, [&](Owner owner, const Activity& job) {
+        busy |= owner.kind != OwnerKind::Disk && job.state == KT_STATE_RUNNING;
     });
-    return busy && pageCode == KT_PAGE_PD ? KT_ERR_BGA_RUNNING : KT_OK;
+    if (busy && pageCode == KT_PAGE_PD) return failWith(context, EVT_ERASE_FAILED, KT_ERR_BGA_RUNNING);
+    return KT_OK;
 }
 
 } // namespace sim

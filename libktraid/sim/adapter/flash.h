@@ -19,7 +19,7 @@ KT_U8 eraseImage(const Context& context, KT_U8 type);
 KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announcement);
 /* The page that remembers disk ids. Ids in use stay with their disks, so nothing that can be seen changes; only
    KT_PAGE_PD_FORCE may do it while background work relies on them. */
-KT_U8 erasePdPage(const Context& context, KT_U8 pageCode);
+KT_U8 erasePdPage(Context& context, KT_U8 pageCode);
 
 KT_U8 accessNvsram(const Context& context, KT_U8 action, _NVSRAM_Data& data);
 KT_U8 readRegister(const Context& context, KT_U8 type, KT_U32 address, _Register_Request& request);
