@@ -131,7 +131,7 @@ Nobody finds a password or a key in the trace.
 
   $ grep -c KT_AES trace
   67
-  $ grep -ci "secret\|$(printf secret | xxd -p)\|$(printf 'my own' | xxd -p)" trace state.db
+  $ grep -ci "secret\|$(printf secret | od -An -tx1 | tr -d ' \n')\|$(printf 'my own' | od -An -tx1 | tr -d ' \n')" trace state.db
   trace:0
   state.db:0
   [1]
