@@ -362,6 +362,9 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     _CreateOrModify_DG_Param to = dgParam(KT_RAID5, {0, 1, 2, 3});
     to.DGID = 0;
     ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    newEvents(ARRAYS);
+    ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 2), KT_OK);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";
     disk(ARRAYS, sim::pullDisk, 2);
     disk(ARRAYS, sim::pullDisk, 3);
     newEvents(ARRAYS);

@@ -18,7 +18,9 @@ static const char LAB[] = R"({"adapters": [
      {"count": 2, "type": "SAS", "size": "2GB", "sector": 4096}]},
   {"type": "LD-based", "disks": [
      {"count": 10, "type": "SATA", "size": "2GB"}, {"count": 2, "type": "SATA SSD", "size": "1GB"},
-     {"count": 2, "type": "SATA", "size": "3GB", "spare": "global"}]}]})";
+     {"count": 2, "type": "SATA", "size": "3GB", "spare": "global"}]},
+  {"type": "LD-based", "DevID": 17920, "disks": [
+     {"count": 8, "type": "SATA", "size": "2GB"}, {"count": 2, "type": "SATA", "size": "2GB", "sector": 4096}]}]})";
 static const KT_U8 LEVELS[] = {KT_RAID0,  KT_RAID1,  KT_RAID5, KT_RAID5,  KT_RAID6,           KT_RAID10, KT_RAID1E,
                                KT_RAID50, KT_RAID60, KT_JBOD,  KT_HYBRID, KT_TANDEM_CAPACITY, 0x77};
 static const KT_U8 CONTROLS[] = {1, 2, 3, 3, 4, 7, 0, 9};
@@ -253,7 +255,7 @@ static void happen(Chaos& run) {
 }
 
 static void doAnything(Chaos& run) {
-    run.adapter = static_cast<KT_U8>(pick(run, 2));
+    run.adapter = static_cast<KT_U8>(pick(run, 3));
     const unsigned what = pick(run, 24);
     if (what < 9)
         build(run);

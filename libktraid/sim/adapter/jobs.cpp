@@ -162,6 +162,15 @@ void logJob(const Context& context, Owner owner, const Activity& job, JobStep st
     }
 }
 
+/* Disks that a migration moves to are no members yet, but it writes to them. */
+static void addTargetDisks(const Context& context, KT_U16 vd, std::vector<KT_U16>& disks) {
+    const auto target = find<VdTarget>(context, vd);
+    for (int i = 0; target && i < geometryOf(target->info).disks; i++) {
+        const auto block = find<_Block_Info>(context, target->info.BlockIDs[i]);
+        if (block) disks.push_back(block->HDID);
+    }
+}
+
 /* The disks that an activity of this owner reads or writes. */
 static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Activity& job) {
     std::vector<KT_U16> disks;
@@ -175,6 +184,12 @@ static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Ac
         const auto block = find<_Block_Info>(context, vd->BlockIDs[i]);
         if (block) disks.push_back(block->HDID);
     }
+    if (owner.kind == OwnerKind::Vd && job.kind == KT_BGA_MIGRATION) addTargetDisks(context, owner.id, disks);
+    const auto array = owner.kind == OwnerKind::Array && job.kind == KT_BGA_MIGRATION
+                           ? find<_DG_Info>(context, owner.id)
+                           : std::nullopt;
+    for (int i = 0; array && i < MAX_SLOTS; i++)
+        if (array->VDIDs[i] != KT_NO_ID) addTargetDisks(context, array->VDIDs[i], disks);
     if (job.disk != KT_NO_ID) disks.push_back(job.disk);
     return disks;
 }
