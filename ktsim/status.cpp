@@ -1,4 +1,5 @@
 #include "adapter/activity.h"
+#include "adapter/battery.h"
 #include "clock.h"
 #include "commands.h"
 
@@ -95,9 +96,9 @@ static void printProgress(const Context& context, const Activity& activity) {
 
 static std::string healthNotes(const Context& context) {
     std::string notes;
-    const auto battery = find<_BBU_Info>(context, 0);
-    if (battery && battery->status) {
-        notes += ", battery " + std::to_string(battery->percentage) + "%";
+    _BBU_Info battery = {};
+    if (getBattery(context, battery) == KT_OK && battery.status != 0) {
+        notes += ", battery " + std::to_string(battery.percentage) + "%";
     } else {
         notes += ", no battery";
     }
@@ -107,11 +108,11 @@ static std::string healthNotes(const Context& context) {
 }
 
 static void printHead(const Context& context, const _Adapter_Info& info) {
-    printf("\nAdapter %u  %s (%s): %llu disks, ", context.adapter, printable(info.ModelNumber, 20).c_str(),
-           info.MaxDiskGroup ? "array-based" : "LD-based", static_cast<unsigned long long>(count<_HD_Info>(context)));
+    printf("\nAdapter %u  %s (%s)%s\n", context.adapter, printable(info.ModelNumber, 20).c_str(),
+           info.MaxDiskGroup ? "array-based" : "LD-based", healthNotes(context).c_str());
+    printf("  %llu disks, ", static_cast<unsigned long long>(count<_HD_Info>(context)));
     if (info.MaxDiskGroup) printf("%llu arrays, ", static_cast<unsigned long long>(count<_DG_Info>(context)));
-    printf("%llu virtual disks%s\n", static_cast<unsigned long long>(count<_LD_Info>(context)),
-           healthNotes(context).c_str());
+    printf("%llu virtual disks\n", static_cast<unsigned long long>(count<_LD_Info>(context)));
 }
 
 static void printMore(KT_U64 total, int shown, const char* what) {
@@ -122,11 +123,11 @@ static void printMore(KT_U64 total, int shown, const char* what) {
 
 static void printVd(const Context& context, KT_U16 id, const _LD_Info& vd) {
     const VdState state = find<VdState>(context, id).value_or(VdState{});
-    const std::string array = vd.DGID == KT_NO_ID ? "" : "array " + std::to_string(vd.DGID);
-    printf("  VD %-4u %-16s %-15s %10s  %-9s %s", id, printable(vd.Name, sizeof vd.Name).c_str(),
-           wordFor(LEVELS, vd.RaidMode).c_str(), sizeText(vd.Size).c_str(), array.c_str(),
+    const std::string array = vd.DGID == KT_NO_ID ? "" : "array " + std::to_string(vd.DGID) + " ";
+    printf("  VD %-5u %-16s %-11s %10s  %-*s%s", id, printable(vd.Name, sizeof vd.Name).c_str(),
+           wordFor(LEVELS, vd.RaidMode).c_str(), sizeText(vd.Size).c_str(), array.empty() ? 0 : 9, array.c_str(),
            wordFor(STATUSES, vd.Status).c_str());
-    if (state.hasOs) printf(", running the system");
+    if (state.hasOs) printf(", runs the OS");
     printf("\n");
     printProgress(context, state.activity);
 }
@@ -136,10 +137,9 @@ static void printArrays(const Context& context, int rows) {
     int shown = 0;
     forEach<_DG_Info>(context, 0, [&](KT_U64 id, const _DG_Info& array) {
         const std::string free = array.RemainingManagedSpace ? sizeText(array.RemainingManagedSpace) + " free" : "full";
-        printf("  Array %-2llu%-16s %-15s %10s  %s, %s%s\n", static_cast<unsigned long long>(id),
+        printf("  Array %-2llu %-16s %-11s %10s  %s, %s\n", static_cast<unsigned long long>(id),
                printable(array.Name, sizeof array.Name).c_str(), wordFor(LEVELS, array.RaidMode).c_str(),
-               sizeText(array.TotalManagedSpace).c_str(), STATUS_OF[std::min<KT_U8>(array.Status, 2)], free.c_str(),
-               array.SparePDCount ? ", has spares" : "");
+               sizeText(array.TotalManagedSpace).c_str(), STATUS_OF[std::min<KT_U8>(array.Status, 2)], free.c_str());
         const DgState state = find<DgState>(context, id).value_or(DgState{});
         printProgress(context, state.activity);
         return ++shown < rows;
@@ -167,7 +167,7 @@ static std::string roleText(const PdState& state) {
     if (role.empty()) role = state.raid & KT_PD_OFFLINE ? "not in use" : "free";
     if (state.raid & KT_PD_OFFLINE) role += ", offline";
     if (state.health == PD_FAILED) role += ", FAILED";
-    if (state.smartTripped) role += ", SMART threshold exceeded";
+    if (state.smartTripped) role += ", failing";
     return role;
 }
 
@@ -180,8 +180,8 @@ static std::string typeText(const _HD_Info& disk) {
 
 static void printDisk(const Context& context, KT_U64 id, const _HD_Info& disk) {
     const PdState state = find<PdState>(context, id).value_or(PdState{});
-    printf("  PD %-4llu %-24s %-8s %10s  %s\n", static_cast<unsigned long long>(id),
-           printable(disk.Model, sizeof disk.Model).substr(0, 24).c_str(), typeText(disk).c_str(),
+    printf("  PD %-5llu %-21s %-8s %9s  %s\n", static_cast<unsigned long long>(id),
+           printable(disk.Model, sizeof disk.Model).substr(0, 21).c_str(), typeText(disk).c_str(),
            sizeText(disk.Size / 1024 * disk.BlockSize).c_str(), roleText(state).c_str());
     if (state.patrol.kind) printf("          %s\n", progressText(state.patrol, "media patrol", context.now).c_str());
 }
@@ -194,8 +194,8 @@ static void printDisks(const Context& context, int rows) {
     });
     printMore(count<_HD_Info>(context), shown, "disks");
     forEach<PulledDisk>(context, 0, [](KT_U64 id, const PulledDisk& disk) {
-        printf("  PD %-4llu %-24s pulled out\n", static_cast<unsigned long long>(id),
-               printable(disk.info.Model, sizeof disk.info.Model).substr(0, 24).c_str());
+        printf("  PD %-5llu %-21s pulled out\n", static_cast<unsigned long long>(id),
+               printable(disk.info.Model, sizeof disk.info.Model).substr(0, 21).c_str());
         return true;
     });
 }

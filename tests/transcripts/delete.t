@@ -38,8 +38,8 @@ Deleting virtual disks and arrays: what is asked, and that nothing goes without 
   KT_LD_Delete vd=2 stopBga=1 -> 0
   KT_DG_Delete dg=1 -> 0
   $ ktsim status | grep Array
-    Array 0 system           RAID1            745.2 GiB  functional, 245.2 GiB free
-    Array 2 archive          RAID6              7.3 TiB  functional, full
+    Array 0  system           RAID1        745.2 GiB  functional, 245.2 GiB free
+    Array 2  archive          RAID6          7.3 TiB  functional, full
   $ kt 1 delete -o array -i 0
   -o : array is not supported on this adapter
   [1]

@@ -25,44 +25,46 @@ A state is made once; over an existing one only when that is wanted.
   Clock   2026-01-05 08:00:00 UTC, stopped
   Faults  none
   
-  Adapter 0  Tarn R8i (array-based): 13 disks, 3 arrays, 4 virtual disks, battery 95%, last event 1
-    Array 0 system           RAID1            745.2 GiB  functional, 245.2 GiB free
-    Array 1 databases        RAID5              3.6 TiB  functional, 1.6 TiB free, has spares
-    Array 2 archive          RAID6              7.3 TiB  functional, full
-    VD 0    boot             RAID1            100.0 GiB  array 0   online, running the system
-    VD 1    scratch          RAID1            400.0 GiB  array 0   online
-    VD 2    orders           RAID5              2.0 TiB  array 1   online
-    VD 3    archive          RAID6              7.3 TiB  array 2   online
-    PD 0    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
-    PD 1    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
-    PD 2    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
-    PD 3    Gannet GT4000G           SATA        3.6 TiB  member of array 2
-    PD 4    Gannet GT4000G           SATA        3.6 TiB  member of array 2
-    PD 5    Gannet GT4000G           SATA        3.6 TiB  member of array 2
-    PD 6    Gannet GT4000G           SATA        3.6 TiB  member of array 2
-    PD 7    Petrel PX800G SAS SSD    SAS SSD   745.2 GiB  member of array 0
-    PD 8    Petrel PX800G SAS SSD    SAS SSD   745.2 GiB  member of array 0
-    PD 9    Fulmar FX2000G-SAS       SAS         1.8 TiB  spare of array 1
-    PD 10   Gannet GT4000G           SATA        3.6 TiB  global spare
-    PD 11   Petrel PS480G SSD        SATA SSD  447.1 GiB  free
-    PD 12   Gannet GT1000G           SATA      931.5 GiB  free
+  Adapter 0  Tarn R8i (array-based), battery 95%, last event 1
+    13 disks, 3 arrays, 4 virtual disks
+    Array 0  system           RAID1        745.2 GiB  functional, 245.2 GiB free
+    Array 1  databases        RAID5          3.6 TiB  functional, 1.6 TiB free
+    Array 2  archive          RAID6          7.3 TiB  functional, full
+    VD 0     boot             RAID1        100.0 GiB  array 0  online, runs the OS
+    VD 1     scratch          RAID1        400.0 GiB  array 0  online
+    VD 2     orders           RAID5          2.0 TiB  array 1  online
+    VD 3     archive          RAID6          7.3 TiB  array 2  online
+    PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  member of array 1
+    PD 1     Fulmar FX2000G-SAS    SAS        1.8 TiB  member of array 1
+    PD 2     Fulmar FX2000G-SAS    SAS        1.8 TiB  member of array 1
+    PD 3     Gannet GT4000G        SATA       3.6 TiB  member of array 2
+    PD 4     Gannet GT4000G        SATA       3.6 TiB  member of array 2
+    PD 5     Gannet GT4000G        SATA       3.6 TiB  member of array 2
+    PD 6     Gannet GT4000G        SATA       3.6 TiB  member of array 2
+    PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  member of array 0
+    PD 8     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  member of array 0
+    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  spare of array 1
+    PD 10    Gannet GT4000G        SATA       3.6 TiB  global spare
+    PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  free
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  free
   
-  Adapter 1  Tarn S4h (LD-based): 10 disks, 4 virtual disks, no battery, last event 1
-    VD 0    system           RAID1            200.0 GiB            online, running the system
-    VD 1    media            RAID5              1.0 TiB            degraded
+  Adapter 1  Tarn S4h (LD-based), no battery, last event 1
+    10 disks, 4 virtual disks
+    VD 0     system           RAID1        200.0 GiB  online, runs the OS
+    VD 1     media            RAID5          1.0 TiB  degraded
             [#######-------------] 37% rebuild, 1 h 8 min left
-    VD 2    spool            RAID0            200.0 GiB            online
-    VD 3    home             hybrid           200.0 GiB            online
-    PD 0    Gannet GT1000G           SATA      931.5 GiB  member
-    PD 1    Gannet GT1000G           SATA      931.5 GiB  member
-    PD 2    Petrel PS240G SSD        SATA SSD  223.6 GiB  member
-    PD 3    Gannet GT2000G           SATA        1.8 TiB  member
-    PD 4    Gannet GT2000G           SATA        1.8 TiB  member
-    PD 5    Gannet GT2000G           SATA        1.8 TiB  member
-    PD 6    Gannet GT2000G           SATA        1.8 TiB  member
-    PD 7    Gannet GT2000G           SATA        1.8 TiB  free
-    PD 8    Gannet GT1000G           SATA      931.5 GiB  member
-    PD 9    Gannet GT1000G           SATA      931.5 GiB  member
+    VD 2     spool            RAID0        200.0 GiB  online
+    VD 3     home             hybrid       200.0 GiB  online
+    PD 0     Gannet GT1000G        SATA     931.5 GiB  member
+    PD 1     Gannet GT1000G        SATA     931.5 GiB  member
+    PD 2     Petrel PS240G SSD     SATA SSD 223.6 GiB  member
+    PD 3     Gannet GT2000G        SATA       1.8 TiB  member
+    PD 4     Gannet GT2000G        SATA       1.8 TiB  member
+    PD 5     Gannet GT2000G        SATA       1.8 TiB  member
+    PD 6     Gannet GT2000G        SATA       1.8 TiB  member
+    PD 7     Gannet GT2000G        SATA       1.8 TiB  free
+    PD 8     Gannet GT1000G        SATA     931.5 GiB  member
+    PD 9     Gannet GT1000G        SATA     931.5 GiB  member
   $ echo y | ktsim create --lab none
   Everything in state.db will be lost. Go on? [y/N] 
   $ ktsim status | sed 1,2d
@@ -104,6 +106,13 @@ What show prints, create reads back; a lab comes through a pipe too.
   $ ktsim show > first.json
   $ ktsim create --lab - --force < first.json
   $ ktsim show | cmp - first.json
+
+It fits a terminal, and the battery is as charged as it is now.
+
+  $ for l in default full troubled; do lab $l; ktsim status --all | awk 'length > 80'; done
+  $ ktsim battery charge 40 && ktsim status | grep battery
+  Adapter 0  Tarn R8i (array-based), battery 40%, last event 7
+  Adapter 1  Tarn S4h (LD-based), no battery, last event 1
 
 The clock.
 
@@ -214,14 +223,14 @@ Disks; what follows is the adapter's business.
   
   [1]
   $ ktsim disk fail 1 --force && ktsim status | grep -A1 'Array 1\|VD 2'
-    Array 1 databases        RAID5              3.6 TiB  functional, 1.6 TiB free, has spares
+    Array 1  databases        RAID5          3.6 TiB  functional, 1.6 TiB free
             [--------------------] 0% rebuild, 3 h 38 min left
   --
-    VD 2    orders           RAID5              2.0 TiB  array 1   degraded
-    VD 3    archive          RAID6              7.3 TiB  array 2   online
+    VD 2     orders           RAID5          2.0 TiB  array 1  degraded
+    VD 3     archive          RAID6          7.3 TiB  array 2  online
   --
-    VD 2    spool            RAID0            200.0 GiB            online
-    VD 3    home             hybrid           200.0 GiB            online
+    VD 2     spool            RAID0        200.0 GiB  online
+    VD 3     home             hybrid       200.0 GiB  online
   $ ktsim disk fail 1 --force
   ktsim: there is no disk 1 that works
   [1]
@@ -229,8 +238,8 @@ Disks; what follows is the adapter's business.
   ktsim: there is no disk 1 that was pulled
   [1]
   $ ktsim disk pull 12 && ktsim status | grep 'PD 12 ' && ktsim disk insert 12 && ktsim status | grep 'PD 12 '
-    PD 12   Gannet GT1000G           pulled out
-    PD 12   Gannet GT1000G           SATA      931.5 GiB  free
+    PD 12    Gannet GT1000G        pulled out
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  free
 Disks of another lab bring their virtual disks; they get ids and numbers of their own.
 
   $ cat > other.json <<EOF
@@ -239,10 +248,10 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
   > EOF
   $ ktsim disk insert 0 --from other.json && ktsim status | grep moved
   Disk 0 of other.json is disk 13 here.
-    VD 4    moved            RAID5              1.0 GiB            not importable
+    VD 4     moved            RAID5          1.0 GiB  not importable
   $ ktsim disk insert 1 --from other.json && ktsim status | grep moved
   Disk 1 of other.json is disk 14 here.
-    VD 4    moved            RAID5              1.0 GiB            importable
+    VD 4     moved            RAID5          1.0 GiB  importable
   $ ktsim disk insert 3 --from other.json
   ktsim: adapter 0 of other.json does not have all of these disks
   [1]
@@ -255,13 +264,13 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
   $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim clock until idle
   Idle after 7 h 16 min.
   $ ktsim status | grep 'VD 2\|PD [19] \|PD 11'
-    VD 2    orders           RAID5              2.0 TiB  array 1   online
-    PD 1    Fulmar FX2000G-SAS       SAS         1.8 TiB  member of array 1
-    PD 9    Fulmar FX2000G-SAS       SAS         1.8 TiB  spare of array 1
-    PD 11   Petrel PS480G SSD        SATA SSD  447.1 GiB  free, SMART threshold exceeded
-    VD 2    spool            RAID0            200.0 GiB            online
-    PD 1    Gannet GT1000G           SATA      931.5 GiB  member
-    PD 9    Gannet GT1000G           SATA      931.5 GiB  member
+    VD 2     orders           RAID5          2.0 TiB  array 1  online
+    PD 1     Fulmar FX2000G-SAS    SAS        1.8 TiB  member of array 1
+    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  spare of array 1
+    PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  free, failing
+    VD 2     spool            RAID0        200.0 GiB  online
+    PD 1     Gannet GT1000G        SATA     931.5 GiB  member
+    PD 9     Gannet GT1000G        SATA     931.5 GiB  member
   $ ktsim disk age 0 soup 2> /dev/null
   [2]
 

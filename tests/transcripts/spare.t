@@ -58,9 +58,9 @@ Spare disks and wiped disks: what becomes of a disk, and what is asked and refus
   
   Succeeded to assign the disk as a global spare disk.
   $ ktsim status | grep 'PD 1[012]'
-    PD 10   Gannet GT4000G           SATA        3.6 TiB  global spare
-    PD 11   Petrel PS480G SSD        SATA SSD  447.1 GiB  free
-    PD 12   Gannet GT1000G           SATA      931.5 GiB  free
+    PD 10    Gannet GT4000G        SATA       3.6 TiB  global spare
+    PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  free
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  free
   $ kt 1 wipe -d 6
   
   Wipe MDD on PD 6 failed (error 56: Specified physical disk is assigned to a virtual disk).
