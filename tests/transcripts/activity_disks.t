@@ -2,46 +2,24 @@ Media patrol on disks that are in use or kept as spares, and activities that tak
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
-  $ steering() { calls | grep -e Start -e Control | cut -d ' ' -f 1,3-; }
   $ patrol() { kt info -o pd -i $1 | grep 'Media patrol'; }
   $ kt mp -d 9
   Start media patrol successfully
   $ ktsim clock advance 30m
   $ patrol 9
   Media patrol:        running, 7% done
-  $ kt mp -d 9
-  
-  PD 9 is currently having background activity.
-  $ kt mp -a restart -d 9
-  
-  Medai patrol is in progress on PD 9.
   $ kt mp -a pause -d 9
   Pause successfully
-  $ kt mp -a stop -d 9
-  
-  Media patrol on PD 9 is currently paused
   $ patrol 9
   Media patrol:        paused at 7%
   $ kt mp -a resume -d 9
   Resume successfully
   $ kt mp -a stop -d 9
   Abort successfully
-  $ kt mp -a resume -d 9
-  
-  Media patrol on PD 9 is aborted and need to restart.
   $ kt mp -a restart -d 9
   Restart successfully
-  $ steering
-  KT_PD_StartMediaPatrol pd=9 -> 0
-  KT_PD_BGAControl pd=9 control=2 -> 0
-  KT_PD_BGAControl pd=9 control=3 -> 0
-  KT_PD_BGAControl pd=9 control=4 -> 0
-  KT_PD_BGAControl pd=9 control=1 -> 0
   $ ktsim clock until idle
   Idle after 6 h 37 min.
-  $ kt mp -a stop -d 9
-  
-  PD 9 is not in media patrol state.
   $ kt event | sed -n 's/^Description:  //p' | grep -v '%'
   Media Patrol on physical disk 9 completed
   Media Patrol on physical disk 9 restarted
@@ -58,31 +36,37 @@ A member disk: what starts on its virtual disk asks first.
   Start media patrol successfully
   $ echo n | kt init -l 2
   Init VD will stop Media patrol on PD. Do you want to continue?(y or n)
-  $ steering
-  KT_PD_StartMediaPatrol pd=0 -> 0
   $ (echo; echo y) | kt init -l 2
   Init VD will stop Media patrol on PD. Do you want to continue?(y or n)
   Please input y or n.
   Start initialization successfully
-  $ steering
+  $ calls | grep Start | cut -d ' ' -f 1,3-
+  KT_PD_StartMediaPatrol pd=0 -> 0
   KT_LD_StartINIT vd=2 initType=2 -> 0
-  $ kt info -o vd -i 2 | grep 'BGA progress'
-  BGA progress:    initializing is 0% done
   $ patrol 0
   Media patrol:        auto-paused
-
-Other disks are not patrolled.
-
   $ kt mp -d 11
   
   PD 11 is not a spare or assigned disk.
   [1]
-  $ kt mp -d 40
+
+Copy back is steered, never started.
+
+  $ ktsim create --force --at "2026-01-05 08:00:00" --lab - << 'EOF' > /dev/null
+  > {"adapters": [{"type": "array-based", "disks": [{"count": 3, "type": "SAS", "size": "1TB"}],
+  >   "arrays": [{"level": "RAID1", "disks": [0, 1], "virtualDisks": [
+  >     {"activity": {"kind": "copy back", "percent": 40, "disk": 1}}]}]}]}
+  > EOF
+  $ kt copyback -l 0
   
-  Unable to get status of PD 40.
-  [9]
-  $ ktsim fault KT_PD_GetBGAStatus 1
-  $ kt mp -a stop -d 0
+  Array 0 is currently doing copy back.
+  $ kt copyback -a pause -l 0
+  Pause successfully
+  $ ktsim clock advance 1d
+  $ kt info -o vd | grep 'BGA progress'
+  BGA progress:    copy back is paused at 40%
+  $ kt rebuild -l 0 -d 2
   
-  Unable to get status of PD 0.
-  [1]
+  Array 0 is having background activity.
+  $ kt copyback -a resume -l 0
+  Resume successfully

@@ -10,8 +10,6 @@ Enclosures and what stands in them.
   Vendor ID: TARNWARE
   Product ID: Shelf 24        
   Revision Level: 0103
-  $ kt enc -o ENC -i 1 | head -1
-  Enclosure ID: 1
   $ kt enc -o elecfg -i 1 -t fan
   Enclosure ID: 1
   Element type: Cooling Device
@@ -50,15 +48,6 @@ Enclosures and what stands in them.
   Ready to remove: no
   Do not remove: no
   
-  $ kt enc -o ele -t tpr -e 0 | tail -8
-  Temperature: 31 Celsius
-  Ident: no
-  Fail: no
-  Over temperature failure: no
-  Over temperature warning: no
-  Under temperature failure: no
-  Under temperature warning: no
-  
   $ kt enc -o ele -t pow | grep -e ID -e 'AC fail'
   Enclosure ID: 1
   Element ID: 0
@@ -72,7 +61,7 @@ None, none with that number, and no such element; a library that fails.
   $ kt 1 enc -o enc
   
   No enclosure is found
-  $ kt enc -o enc -i 9
+  $ kt enc -o ENC -i 9
   
   Unable to get enclosure info (error 15: Invalid enclosure id)
   [15]

@@ -24,45 +24,23 @@ Events are listed newest first.
   Level:        [INFO]
   Description:  Adapter 0 with serial number KS260100004711 is detected
   
-  $ calls | grep EVT | cut -c1-40
-  KT_EVT_GetEvent a=0 maxCount=50 -> 0
   $ kt event -s 2 | grep Seq
   Sequence:     3
-  $ kt event -s 3
-  Current AdapterID:0
-  
-
-What was done to the adapter tells its story.
-
-  $ kt flash -a backup -t bios -f saved > .out
-  $ ktsim event 9 99
-  $ kt event -s 3 | grep Desc
-  Description: Unknown battery event code 99
-  Description:  Backup image succeeded
 
 A log of many events is cut to the latest fifty, whatever the library says.
 
   $ ktsim event 9 16 -n 60
-  $ kt event | grep -c Battery
-  50
   $ ktsim fault KT_EVT_GetEvent 0 --kind count
   $ kt event | grep -c Seq
   50
-  $ ktsim fault clear
-  $ ktsim fault KT_EVT_GetEvent 20
-  $ kt event
-  $ kt event -s one
-  -s : start sequence should be a number
-  [1]
 
 The same events in words that the adapter's library chose.
 
-  $ ktsim fault clear
   $ ktsim event 2 0 -d 3 -s 5
   $ kt message | head -6
   Current AdapterID:0
   
-  Sequence:     66
+  Sequence:     64
   Time:         Mon Jan  5 08:00:00 2026
   Level:        [MAJOR]
   Description: Physical disk 3 is plugged out

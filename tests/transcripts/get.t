@@ -6,10 +6,10 @@ The settings of disks, arrays, virtual disks and adapters, and the links of hybr
   hard disk id:            3
   write cache:             on
   drive speed:             6 Gb/s
-  $ kt get -o HD -i 0
-  hard disk id:            0
+  $ kt get -o HD | tail -3
+  hard disk id:            12
   write cache:             on
-  drive speed:             12 Gb/s
+  drive speed:             6 Gb/s
   $ kt get -o array
   array id:                0
   write cache:             on
@@ -43,59 +43,52 @@ The settings of disks, arrays, virtual disks and adapters, and the links of hybr
   $ kt 0 get -o hba -i 1 | grep -e HBA -e Model
   HBA Index:               1
   Model:                   Tarn S4h
-  $ kt get -o hba -i 2
-  
-  Unable to get configuration info of hba 2 (error 13: Invalid adapter id)
-  [13]
   $ kt get -o driver
   
   Linux CLI needn't support :get -o driver.
+  $ kt 1 get -o link | head -1
+  VD 0 ATA is unlinked.
 
-  $ kt get -o pd -i 200
+What there is not, and what the library refuses.
+
+  $ for object in hba array vd pd; do kt get -o $object -i 200; echo "= $?"; done
+  
+  Unable to get configuration info of hba 200 (error 13: Invalid adapter id)
+  = 13
+  
+  Unable to get configuration of array 200 (error 17: Invalid array id)
+  = 17
+  
+  VD 200 is invalid (error 8: Invalid virtual disk id)
+  = 8
   
   Unable to get configuration of hard disk 200 (error 9 : Invalid physical disk id).
-  [9]
-  $ kt get -o array -i 9
-  
-  Unable to get configuration of array 9 (error 17: Invalid array id)
-  [17]
-  $ kt get -o vd -i 9
-  
-  VD 9 is invalid (error 8: Invalid virtual disk id)
-  [8]
+  = 9
   $ ktsim fault KT_Adapter_GetConfig 6
-  $ kt get -o hba
-  
-  Unable to get configuration info of hba 0 (error 6: Invalid request)
-  [6]
-
-  $ ktsim fault clear
   $ ktsim fault KT_PD_GetConfig 1
   $ ktsim fault KT_DG_GetConfig 4
   $ ktsim fault KT_LD_GetConfig 5
-  $ for object in pd array vd; do kt get -o $object; echo "= $?"; done
+  $ ktsim fault KT_LD_GetInfo 5
+  $ for object in hba pd array vd link; do kt get -o $object -i 0; echo "= $?"; done
   
-  Unable to get configuration of hard disk 255 (error 1 : Failed).
+  Unable to get configuration info of hba 0 (error 6: Invalid request)
+  = 6
+  
+  Unable to get configuration of hard disk 0 (error 1 : Failed).
   = 1
   
-  Unable to get configuration of array 255 (error 4: Resource not available)
+  Unable to get configuration of array 0 (error 4: Resource not available)
   = 4
   
-  VD 255 is invalid (error 5: Data out of range)
+  VD 0 is invalid (error 5: Data out of range)
   = 5
-  $ ktsim fault clear
-
-  $ kt 1 get -o link
-  VD 0 ATA is unlinked.
-  VD 1 ATA is unlinked.
-  VD 2 ATA is unlinked.
-  VD 3 ATA is unlinked.
-  $ ktsim fault KT_LD_GetInfo 5
-  $ kt get -o link -i 0
   
   VD 0 is invalid (error 5: Data out of range)
-  [5]
-
+  = 5
+  $ kt get -o pd
+  
+  Unable to get configuration of hard disk 255 (error 1 : Failed).
+  [1]
   $ ktsim create --force --lab - > /dev/null << 'END'
   > {"adapters": [{"type": "array-based"}]}
   > END
@@ -108,14 +101,3 @@ The settings of disks, arrays, virtual disks and adapters, and the links of hybr
   No VD is found
   
   No VD is found
-
-Disks are read page by page: a buffer of 1 KiB holds 126.
-
-  $ ktsim create --force --lab - > /dev/null << 'END'
-  > {"adapters": [{"type": "array-based", "MaxBufferSize": 1, "MaxHD_Ext": 300, "disks": [{"count": 300}]}]}
-  > END
-  $ calls > /dev/null
-  $ kt get -o pd | grep 'hard disk id' | tail -1
-  hard disk id:            299
-  $ calls | grep -c KT_PD_GetConfig
-  3

@@ -35,9 +35,6 @@ The health of disks: SMART thresholds, return status and attributes.
   $ kt status -o pd | grep -B1 true
   hard disk id:              12
   SMART threshold exceeded:  true
-  $ kt 1 status -o pd | grep -B1 true
-  hard disk id:              8
-  SMART threshold exceeded:  true
   $ kt 1 smart -p 8 | grep -e STATUS -e now
   SMART STATUS RETURN: NotOK.
   05\tReallocated_Sectors \t36\t36\t36      \t000000000200\tFailing now (esc)
@@ -45,18 +42,14 @@ The health of disks: SMART thresholds, return status and attributes.
 Every failure says what failed.
 
   $ lab default
-  $ ktsim fault KT_PassThrough_ATA 1
+  $ ktsim fault KT_PassThrough_ATA 1 --times 1
   $ kt smart -p 3
   
   Unable to get smart return status for PHY 3 (error 1: Failed)
   [1]
-  $ ktsim fault clear
   $ ktsim fault KT_PD_GET_SMART_INFO 4
-  $ kt smart -p 3
-  SMART STATUS RETURN: OK.
-  
+  $ kt smart -p 3 | tail -1
   Unable to get smart information for PHY 3 (error 4: Resource not available)
-  [4]
   $ ktsim fault KT_PD_GetSmartStatus 9
   $ kt status -o pd -i 77
   
@@ -74,16 +67,17 @@ The status of disks comes 128 records at a time, or as many as the adapter's buf
   >               {"type": "array-based", "MaxBufferSize": 1, "MaxHD_Ext": 300, "disks": [{"count": 300}]},
   >               {"type": "array-based"}]}
   > END
-  $ calls > /dev/null
-  $ kt status -o pd | grep 'hard disk' | tail -1
+  $ for a in 0 1 2; do kt $a status -o pd | tail -2 | head -1; done
   hard disk id:              299
-  $ calls | grep -o 'KT_PD_GetSmartStatus.*' | cut -c1-62
-  KT_PD_GetSmartStatus a=0 request=00010000800000000000000000000
-  KT_PD_GetSmartStatus a=0 request=00018000800000000000000000000
-  KT_PD_GetSmartStatus a=0 request=00010001800000000000000000000
-  $ kt 1 status -o pd | grep -c 'hard disk'
-  300
-  $ calls | grep -c KT_PD_GetSmartStatus
-  3
-  $ kt 2 status -o pd
+  hard disk id:              299
   No hard disk is found.
+  $ calls | grep -o 'KT_PD_GetSmartStatus.*' | cut -c1-42
+  KT_PD_GetSmartStatus a=0 request=00024d000
+  KT_PD_GetSmartStatus a=0 request=000100008
+  KT_PD_GetSmartStatus a=0 request=000100008
+  KT_PD_GetSmartStatus a=0 request=000180008
+  KT_PD_GetSmartStatus a=0 request=000100018
+  KT_PD_GetSmartStatus a=1 request=000100007
+  KT_PD_GetSmartStatus a=1 request=00017e007
+  KT_PD_GetSmartStatus a=1 request=0001fc007
+  KT_PD_GetSmartStatus a=2 request=000100008

@@ -55,37 +55,8 @@ Help: the lists of both command sets and the help of single commands.
   rescan       :Rescan the adapters
   message      :Get the current events.
   
-  $ kt 1 ? | sed '1,/^---/d' | cut -c 1-30
-  ?            :Get brief help f
-  help         :Get brief help f
-  devmap       :Map device ID to
-  adapter      :Default adapter 
-  assign       :Assign a disk as
-  flash        :Update, backup o
-  rescan       :Rescan the adapt
-  cc           :Start, stop, pau
-  create       :Create virtual d
-  delete       :Delete virtual d
-  event        :Get the current 
-  get          :Get configuratio
-  info         :Display adapter(
-                physical disk(pd
-                block disk(blk) 
-  init         :Start, stop, pau
-  migrate      :Start,pause or r
-  rebuild      :Start, stop, pau
-  set          :Set configuratio
-  enc          :Get enclosure, e
-  import       :Import a virtual
-  locate       :Locate the speci
-  mp           :Start, stop, pau
-  report       :report a conflic
-  aesop        AES operations
-  aesentry     AES operations
-  aesport      AES operations
-  forceonline  Forceonline the p
-  smart        :Display the smar
-  
+  $ kt 1 ? | sed '1,/^---/d; /^ /d; s/ .*//' | paste -s -d ' '
+  ? help devmap adapter assign flash rescan cc create delete event get info init migrate rebuild set enc import locate mp report aesop aesentry aesport forceonline smart 
   $ kt help -i
   register     :operation the register on adapter.
   nvsram       :Read/write nvsram contents for test.
@@ -101,28 +72,6 @@ Help: the lists of both command sets and the help of single commands.
   pause        :Pause all background activities on specified controller.
   tandem       :Tandemix Test Command.
   
-  $ kt help --internal -i
-  Duplicated option specified.
-  [1]
-  $ kt help -x
-  help: invalid option -- 'x'
-  Description:Get brief help for all commands or detail help for one command.
-  help [-i] [command ...]
-  
-  Options:
-      -i, --internal
-          List the commands for maintenance and test.
-      -h
-  
-  Examples:
-      help
-  
-      List all commands.
-  
-      help info create
-  
-      Show the detail help of the commands info and create.
-  
   $ kt help nosuch ERROR version
   No help available for 'nosuch'
   No help available for 'ERROR'
@@ -135,17 +84,3 @@ Help: the lists of both command sets and the help of single commands.
   $ cat FILE
   SG driver version 3.5.36.
   No help available for 'FILE'
-  $ kt rescan -h
-  Description:Rescan the adapters
-  rescan [-a ][-h]
-  
-  Options:
-      -a, --action  scan/getcount
-      -h, --help
-  
-  Examples:
-      rescan -a scan
-      Rescan the adapters.
-      rescan -a getcount --force
-      Get the rescan count, force unlock API.
-  

@@ -59,20 +59,10 @@ The report of an adapter.
   Boot ROM image health:               Healthy
   HBA info image health:               Healthy
   
-  $ kt info -o hba | grep -A 12 'Adapter ID:  *1'
+  $ kt info -o hba | grep -A 2 'Adapter ID:  *1'
   Adapter ID:                          1
   Product:                             1fa4-4740
   Sub vendor ID:                       1fa4
-  Sub device ID:                       4740
-  Chip revision:                       B1
-  slot number:                         2
-  Max PCIe speed:                      8Gb/s
-  Current PCIe speed:                  8Gb/s
-  Max PCIe link:                       8X
-  Current PCIe link:                   8X
-  Driver version:                      4.1.0.2031
-  BIOS version:                        1.4.0.1023
-  # of ports:                          4
 
 An adapter that cannot be read does not hide the others.
 
@@ -86,3 +76,7 @@ An adapter that cannot be read does not hide the others.
   
   Could not get info for Adapter ID 0 (error 5: Data out of range)
   [5]
+  $ kt info -o hba -i 2
+  
+  Unable to get info of Adapter 2 (error 13: Invalid adapter id)
+  [13]

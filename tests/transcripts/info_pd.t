@@ -33,13 +33,7 @@ Physical disks, the blocks on them, and spares.
   KT_PD_GetFreeSpaceInfo a=0
   KT_BLK_GetHDBlock a=0
   KT_API_Finalize ->
-  $ kt 1 info -o hd | grep -e '^PD ID' -e Type -e Linked -e address -e Total
-  PD ID:               0
-  Type:                SATA
-  Linked at:           HBA port 0
-  PD ID:               1
-  Type:                SATA
-  Linked at:           HBA port 1
+  $ kt 1 info -o hd | grep -e '^PD ID' -e Type -e Linked -e Total | sed 1,6d | head -7
   PD ID:               2
   Type:                SATA SSD
   Linked at:           HBA port 2
@@ -47,25 +41,9 @@ Physical disks, the blocks on them, and spares.
   PD ID:               3
   Type:                SATA
   Linked at:           PM 0, port 0
-  PD ID:               4
-  Type:                SATA
-  Linked at:           PM 0, port 1
-  PD ID:               5
-  Type:                SATA
-  Linked at:           PM 0, port 2
-  PD ID:               6
-  Type:                SATA
-  Linked at:           PM 0, port 3
-  PD ID:               7
-  Type:                SATA
-  Linked at:           PM 0, port 4
-  PD ID:               8
-  Type:                SATA
-  Linked at:           HBA port 1
-  PD ID:               9
-  Type:                SATA
-  Linked at:           HBA port 2
+  $ kt 1 info -o hd | tail -2
   Total # of PD:       10
+  
   $ kt info -o blk -i 3
   
   Block Disk Information
@@ -78,11 +56,10 @@ Physical disks, the blocks on them, and spares.
   Start LBA:           209715200
   Size:                838860800 sectors
   
-  $ kt 1 info -o blk | grep -e '^Block ID' -e '^VD ID' -e Total | paste - - | head -n 4
-  Block ID:            0\tVD ID:               0 (esc)
-  Block ID:            1\tVD ID:               0 (esc)
-  Block ID:            2\tVD ID:               1 (esc)
-  Block ID:            3\tVD ID:               1 (esc)
+  $ kt 1 info -o blk | grep -e '^Block ID' -e '^VD ID' | paste -d ' ' - - | head -n 3
+  Block ID:            0 VD ID:               0
+  Block ID:            1 VD ID:               0
+  Block ID:            2 VD ID:               1
   $ kt info -o spare
   
   Spare Drive Information
@@ -98,15 +75,8 @@ Physical disks, the blocks on them, and spares.
   
   Total # of spare:    2
   
-  $ kt info -o spare -i 9
-  
-  Spare Drive Information
-  -------------------------
-  PD ID:               9
-  Spare type:          dedicated
-  Array ID:            1
-  In use:              no
-  
+  $ kt info -o spare -i 9 | grep -c PD
+  1
   $ kt info -o spare -i 0
   No spare drive is found.
   $ lab troubled
@@ -128,29 +98,24 @@ What the library refuses is told and ends the listing.
   Write cache:         supported
   SMART:               supported
   Current speed:       unknown
-  $ ktsim fault KT_PD_GetFreeSpaceInfo 58 --after 2
+  $ ktsim fault KT_PD_GetFreeSpaceInfo 58 --after 1
   $ kt info -o pd | grep -e '^PD ID' -e Unable -e Total
   PD ID:               0
   PD ID:               1
-  PD ID:               2
   Unable to get info of PD (error 58: Virtual disk is not ready to receive command)
-  $ ktsim fault clear
   $ ktsim fault KT_PD_GetHDInfo 1
-  $ kt info -o pd
+  $ ktsim fault KT_BLK_GetInfo 12
+  $ ktsim fault KT_PD_GetHDRaidStatus 9
+  $ for object in pd blk 'blk -i 3' spare; do kt info -o $object; echo "= $?"; done
   
   Unable to get info of PD (error 1: Failed)
-  [1]
-  $ ktsim fault KT_BLK_GetInfo 12
-  $ kt info -o blk
+  = 1
   
   Unable to get info of block (error 12: Invalid block disk id)
-  [12]
-  $ kt info -o blk -i 3
+  = 12
   
   Unable to get info of block 3 (error 12: Invalid block disk id)
-  [12]
-  $ ktsim fault KT_PD_GetHDRaidStatus 9
-  $ kt info -o spare
+  = 12
   
   Unable to get info of spare (error 9: Invalid physical disk id)
-  [9]
+  = 9

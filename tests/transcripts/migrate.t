@@ -14,49 +14,19 @@ Migration of virtual disks and arrays to more disks and to other levels.
   >              {"name": "pair", "level": "RAID1", "disks": [3, 4], "virtualDisks": [{"name": "c"}]}]}]}
   > EOF
   $ lab lab.json
-  $ progress() { kt $1 info -o vd -i $2 | grep -e '^target' -e 'BGA progress' -e 'RAID mode' -e '^size' -e 'PD RAID'; }
-  $ steering() { calls | grep -e Start -e Control | cut -d ' ' -f 1,3 | cut -c 1-120; }
+  $ progress() { kt $1 info -o vd -i 0 | grep -e '^target' -e 'BGA progress' -e 'RAID mode' -e '^size' -e 'PD RAID'; }
 
-What a migration would come to, and what is refused.
+To another level on more disks. Only one may migrate at any time.
 
   $ kt migrate -a size -l 0 -r 5 -d 1,2,3
   Migrate VD size = 419430400 M
-  $ kt migrate -l 0
-  migrate: one of -r or -d option must be specified
-  [1]
-  $ kt migrate -l 0 -r 0 -d 1,2
-  
-   Abort migration!!! Redundancy level is degraded from RAID1 to RAID0
-  [1]
-  $ kt migrate -l 0 -r 5
-  
-  Unable to get migrate size of VD 0 (error 57: Number of physical disks doesn't fit the specified RAID level).
-  RAID5 needs at least 3 PDs.
-  [1]
-  $ kt migrate -l 0 -r 5 -d 1,3,4
-  Target PDs need to include ALL member disks [1 2 ].
-  [1]
   $ kt migrate -l 0 -r 5 -d 1,2,5
   Not free disk 5 can not be used to migration VD.
   [1]
-  $ kt migrate -l 0 -r 5 -d 1,2,40
-  Failed to get status for PD 40 (error 9: Invalid physical disk id)
-  [9]
-  $ kt migrate -l 9 -r 5 -d 1,2,3
-  Not free disk 1 can not be used to migration VD.
-  [1]
-  $ kt migrate -a pause -l 0
-  
-  VD 0 is not migrating (error 0: No error).
-  [1]
-  $ steering
-
-To another level on more disks.
-
   $ kt migrate -l 0 -r 5 -d 1,2,3
   Start migration successfully
   $ ktsim clock advance 30m
-  $ progress 0 0
+  $ progress 0
   RAID mode:           RAID1
   size:                204800 M
   PD RAID setup:       1 2 
@@ -65,32 +35,17 @@ To another level on more disks.
   RAID mode:           RAID5
   size:                409600 M
   PD RAID setup:       1 2 3 
-  $ kt migrate -l 0 -r 5 -d 1,2,3
-  
-  VD 0 is currently having background activity.
-  [1]
-  $ kt migrate -a resume -l 0
-  
-  Migration on VD 0 is in progress.
-  [1]
   $ kt migrate -a pause -l 0
   Pause successfully
-  $ kt migrate -a stop -l 0
-  
-  Migration on VD 0 is currently paused.
-  [1]
   $ kt migrate -a resume -l 0
   Resume successfully
-
-Only one may migrate at any time.
-
   $ kt migrate -l 1 -r 6 -d 0,5,6,7
   
   Unable to start migration on VD 1 (error 161: Can not migrate more than one virtual disk in each adapter).
   [161]
   $ ktsim clock until idle
   Idle after 55 min 20 s.
-  $ progress 0 0
+  $ progress 0
   RAID mode:           RAID5
   size:                409600 M
   PD RAID setup:       1 2 3 
@@ -103,38 +58,20 @@ Only one may migrate at any time.
   Migration on virtual disk 0 is 25% done
   Migration on virtual disk 0 started
   Adapter 0 with serial number KS260100004711 is detected
-  $ calls > /dev/null
 
 An array, with all its virtual disks.
 
   $ kt 1 migrate -a size -l 0 -d 0,1,2,5
   Migrated size will be 2930091072 M
-  $ kt 1 migrate -l 0 -r 6
-  No target disk is specified.
-  [1]
-  $ kt 1 migrate -l 0 -r 1 -d 0,1
-  
-  Target VD size can not smaller than source VD.
-  [1]
-  $ kt 1 migrate -l 0 -r 10 -d 0,1,2,5
-  
-   Abort migration!!! Redundancy level is degraded from RAID5 to RAID10.
-  [1]
   $ kt 1 migrate -l 0 -r 6 -d 0,1,5
   
   Failed to get migration size (error 57: Number of physical disks doesn't fit the specified RAID level).
   RAID6 needs least 4 PDs.
   [1]
-  $ kt 1 migrate -l 0 -d 0,1,5
-  Target PDs need to include ALL member disks [0 1 2 ].
-  [1]
-  $ kt 1 migrate -l 0 -d 0,1,2,3
-  Target PD 3 is not free.
-  [1]
   $ kt 1 migrate -l 0 -d 0,1,2,5
   Start migrate successfully
   $ ktsim clock advance 1h
-  $ progress 1 0
+  $ progress 1
   RAID mode:           RAID5
   size:                102400 M
   PD RAID setup:       0 1 2 
@@ -143,30 +80,12 @@ An array, with all its virtual disks.
   RAID mode:           RAID5
   size:                153600 M
   PD RAID setup:       0 1 2 5 
-  $ kt 1 info -o array -i 0 | grep BGA
-  BGA status:          migration
-  $ kt 1 migrate -a pause -l 0
-  Pause successfully
-  $ kt 1 migrate -a pause -l 0
-  
-  Migration on array 0 is currently paused.
-  [1]
-  $ kt 1 migrate -a resume -l 0
-  Resume successfully
   $ kt 1 migrate -l 1 -r 5 -d 3,4,6
   
   Unable to migrate array 1 (error 81: Another array is currently doing migration. Only one migration is allowed at any time.).
   [81]
-  $ kt 1 migrate -a pause -l 1
-  
-  Array 1 is not migrating (error 0: No error).
-  [1]
   $ ktsim clock until idle
   Idle after 5 h 37 min.
-  $ progress 1 0
-  RAID mode:           RAID5
-  size:                153600 M
-  PD RAID setup:       0 1 2 5 
   $ kt 1 info -o array -i 0 | grep -e 'PD IDs' -e space -e BGA
   Total space:         2861417 M
   Remaining space:     0 M

@@ -18,9 +18,6 @@ Starting: the adapter's index, "-output", the driver and the library.
   
   Unable to get info of vd (error 13: Invalid adapter id)
   [13]
-  $ ktsetup "" ver
-  SG driver version 3.5.36.
-  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
 
 The library is opened before anything else and closed last; every adapter's record is read once.
 
@@ -51,9 +48,6 @@ A word that is no command; exit and its like leave at once.
   $ kt fla
   Ambiguous command 'fla'!
   [1]
-  $ kt fla -h -x
-  Ambiguous command 'fla'!
-  [1]
   $ kt exit
   [255]
   $ kt VERS
@@ -67,9 +61,6 @@ No adapter, and a library that cannot start.
   No adapter is found.
   SG driver version 3.5.36.
   CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
-  $ ktsetup info -o hba
-  No adapter is found.
-  SG driver version 3.5.36.
   $ ktsetup adapter
   No adapter is found.
   SG driver version 3.5.36.

@@ -78,10 +78,6 @@ A loss while another spare is being filled is one too many. Nothing was written 
   $ array
   PD IDs:              1
   Status:              offline
-  $ kt cc -l 2
-  
-  Unable to start consistency check on VD 2 (error 58: Virtual disk is not ready to receive command)
-  [58]
   $ ktsim disk insert 2
   $ vd
   status:              degraded
