@@ -42,11 +42,13 @@ static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_p
     addAdapterOption(*command, options);
     if (asks) addForceOption(*command, options);
     command->callback([&options, wanted, missing, asks, change] {
+        const auto pd = static_cast<KT_U16>(wanted->id);
+        bool holds = false;
+        if (asks) changeAdapter(options, [&](Context& context) { holds = holdsData(context, pd); });
+        /* Asked with the state let go of: nobody else waits for the answer. */
+        if (holds && !confirm(options, "Disk " + std::to_string(pd) + " holds parts of virtual disks. Go on?"))
+            throw CommandFailure{"nothing was changed"};
         changeAdapter(options, [&](Context& context) {
-            const auto pd = static_cast<KT_U16>(wanted->id);
-            const std::string name = "Disk " + std::to_string(pd);
-            if (asks && holdsData(context, pd) && !confirm(options, name + " holds parts of virtual disks. Go on?"))
-                throw CommandFailure{"nothing was changed"};
             checkDone(change(context, pd), pd, missing);
             settleAll(context.store);
         });
