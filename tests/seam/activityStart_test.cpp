@@ -25,50 +25,42 @@ struct Case {
 TEST_F(Start, ArgumentsAreRefusedBeforeAnythingIsRead) {
     const char* help = "Description:short\nlong help\n";
     const char* twice = "Duplicated option specified.\n";
-    const Case cases[] = {
-        {doInit, "init", 1, "init: option -l is required\n"},
-        {doInit, "init -o pd -l 2", 1, "-o : invalid object 'pd'\n"},
-        {doInit, "init -a halt -l 2", 1, "-a : invalid action 'halt'\n"},
-        {doInit, "init -a Stop -l 2", 1, "-a : invalid action 'Stop'\n"},
-        {doInit, "init -l 2x", 1, "-l : VD id should be a number\n"},
-        {doInit, "init -l 65538", 1, "-l : VD id should be a number\n"},
-        {doInit, "init -l 2 -t 1", 0, help},
-        {doInit, "init -h", 0, help},
-        {doInit, "init -o vd -o VD", 1, twice},
-        {doInit, "init -a stop -a stop", 1, twice},
-        {doCC, "cc", 1, "cc: option -l is required\n"},
-        {doCC, "cc -o array -l 2", 1, "-o : invalid object 'array', should be VD\n"},
-        {doCC, "cc -l two", 1, "-l : invalid vd 'two'\n"},
-        {doCC, "cc -l 2 -t fix", 1, "-t : invalid argument 'fix'\n"},
-        {doCC, "cc -l 2 -t sync -t check", 1, twice},
-        {doRebuild, "rebuild -d 9", 1, "rebuild: option -l is required\n"},
-        {doRebuild, "rebuild -l 2", 1, "At least one target PD is required\n"},
-        {doRebuild, "rebuild -l 2 -d 8,9", 1, "-d: Only One PD is needed for rebuilding!\n"},
-        {doRebuild, "rebuild -l 2 -d 9,x", 1, "-d:invalid PD IDs 9,x\n"},
-        {doRebuild, "rebuild -l 2 -d 65545", 1, "-d:invalid PD IDs 65545\n"},
-        {doRebuild, "rebuild -l 2 -d 9 -d 9", 1, twice},
-        {doRebuildV2, "rebuild -l a2 -d 9", 1, "-l : Array id should be a number\n"},
-        {doRebuildV2, "rebuild -l 2", 1, "At least one target PD is required\n"},
-        {doRebuildV2, "rebuild -l 2 -d ,9,y", 1, "-d:invalid PD IDs ,9,y\n"},
-        {doMP, "mp", 1, "mp: option -d is required\n"},
-        {doMP, "mp -d 1,2", 1, "-d : invalid pd id\n"},
-        {doMP, "mp -d 1 -d 2", 1, twice},
-        {doCopyBack, "copyback -a pause", 1, "copyback: option -l is required\n"},
-        {doCopyBack, "copyback -l x", 1, "-l : Array id should be a number\n"},
-        {doCopyBack, "copyback -l 2 -d 9", 0, help},
-        {doPause, "pause", 1, "pause: option -c is required\n"},
-        {doPause, "pause -c one", 1, "-c : id should be a number\n"},
-        {doPause, "pause -c 256", 1, "-c : id should be a number\n"},
-        {doPause, "pause -c 0 -c 1", 1, twice},
-    };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.line);
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(outcome.result, row.result);
-        EXPECT_EQ(outcome.printed, row.text);
-    }
-    EXPECT_TRUE(reads().empty());
-    EXPECT_TRUE(changes().empty());
+    expectRefused({
+        {doInit, "init", "init: option -l is required\n"},
+        {doInit, "init -o pd -l 2", "-o : invalid object 'pd'\n"},
+        {doInit, "init -a halt -l 2", "-a : invalid action 'halt'\n"},
+        {doInit, "init -a Stop -l 2", "-a : invalid action 'Stop'\n"},
+        {doInit, "init -l 2x", "-l : VD id should be a number\n"},
+        {doInit, "init -l 65538", "-l : VD id should be a number\n"},
+        {doInit, "init -l 2 -t 1", help, 0},
+        {doInit, "init -h", help, 0},
+        {doInit, "init -o vd -o VD", twice},
+        {doInit, "init -a stop -a stop", twice},
+        {doCC, "cc", "cc: option -l is required\n"},
+        {doCC, "cc -o array -l 2", "-o : invalid object 'array', should be VD\n"},
+        {doCC, "cc -l two", "-l : invalid vd 'two'\n"},
+        {doCC, "cc -l 2 -t fix", "-t : invalid argument 'fix'\n"},
+        {doCC, "cc -l 2 -t sync -t check", twice},
+        {doRebuild, "rebuild -d 9", "rebuild: option -l is required\n"},
+        {doRebuild, "rebuild -l 2", "At least one target PD is required\n"},
+        {doRebuild, "rebuild -l 2 -d 8,9", "-d: Only One PD is needed for rebuilding!\n"},
+        {doRebuild, "rebuild -l 2 -d 9,x", "-d:invalid PD IDs 9,x\n"},
+        {doRebuild, "rebuild -l 2 -d 65545", "-d:invalid PD IDs 65545\n"},
+        {doRebuild, "rebuild -l 2 -d 9 -d 9", twice},
+        {doRebuildV2, "rebuild -l a2 -d 9", "-l : Array id should be a number\n"},
+        {doRebuildV2, "rebuild -l 2", "At least one target PD is required\n"},
+        {doRebuildV2, "rebuild -l 2 -d ,9,y", "-d:invalid PD IDs ,9,y\n"},
+        {doMP, "mp", "mp: option -d is required\n"},
+        {doMP, "mp -d 1,2", "-d : invalid pd id\n"},
+        {doMP, "mp -d 1 -d 2", twice},
+        {doCopyBack, "copyback -a pause", "copyback: option -l is required\n"},
+        {doCopyBack, "copyback -l x", "-l : Array id should be a number\n"},
+        {doCopyBack, "copyback -l 2 -d 9", help, 0},
+        {doPause, "pause", "pause: option -c is required\n"},
+        {doPause, "pause -c one", "-c : id should be a number\n"},
+        {doPause, "pause -c 256", "-c : id should be a number\n"},
+        {doPause, "pause -c 0 -c 1", twice},
+    });
 }
 
 TEST_F(Start, AdapterMustSupportIt) {

@@ -56,11 +56,7 @@ TEST_F(Aes, TakesSecretsOfThirtyTwoCharactersQuotedOrNot) {
 }
 
 TEST_F(Aes, RefusesOptionsBeforeAnyCall) {
-    const struct {
-        CommandHandler handler;
-        const char* line;
-        const char* printed;
-    } cases[] = {
+    expectRefused({
         {doAESOp, "aesop",
          "aesop: option -o is required\naesop: option -e is required\naesop: option -p is required\n"},
         {doAESOp, "aesop -o CHANGEPWD",
@@ -93,13 +89,7 @@ TEST_F(Aes, RefusesOptionsBeforeAnyCall) {
          "-p : invalid percentage '266', available percentage include 10 20 30 40 50 60 70 80 90 100\n"},
         {doForceOnline, "forceonline -i 3 -p 0",
          "-p : invalid percentage '0', available percentage include 10 20 30 40 50 60 70 80 90 100\n"},
-    };
-    for (const auto& row : cases) {
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(row.printed, outcome.printed) << row.line;
-        EXPECT_EQ(1, outcome.result) << row.line;
-    }
-    EXPECT_EQ(Calls{}, seam.calls);
+    });
 }
 
 TEST_F(Aes, HandsOverRecordsAndPassesStatusesOn) {

@@ -5,41 +5,38 @@
 
 TEST_F(Creation, OfArraysAndTheirDisksRefusesOptionsBeforeAnyCall) {
     arrayBasedRaid = true;
-    const std::string many = "create -d " + tooManyDisks();
+    const std::string many = "-d " + tooManyDisks();
     const std::string manyPrinted = "-d : invalid PD IDs '" + tooManyDisks() + "'\n";
-    const Refusal refusals[] = {
-        {"create", "create: option -a is required\n"},
-        {"create -o array", "create: option -r is required\ncreate: option -d is required\n"},
-        {"create -o disk", "-o : invalid object 'disk'\n"},
-        {"create -a 65536", "-a : invalid array id '65536'\n"},
-        {"create -l 256", "-l : invalid slot number '256'\n"},
-        {"create -n 12345678901234567", "-n : length of name should be no more than 16 characters\n"},
-        {"create -n \"1234 678901234567\"", "-n : length of name should be no more than 16 characters\n"},
-        {"create -d 1,x", "-d : invalid PD IDs '1,x'\n"},
-        {"create -d ,", "-d : no PD ID is specified.\n"},
-        {many.c_str(), manyPrinted.c_str()},
-        {"create -b 24", "-b : invalid stripe block size '24'. Please refer to info -o hba command to get detail "
-                         "stripe size support information.\n"},
-        {"create -s 0", "-s : invalid size '0'.\n"},
-        {"create -s 18446744073709551616", "-s : invalid size '18446744073709551616'.\n"},
-        {"create -c auto", "'auto' cache mode is not supported\n"},
-        {"create -w AUTO", "'auto' cache mode is not supported\n"},
-        {"create -i background", "-i : initialization mode 'background' is not supported\n"},
-        {"create -t on", "-t : invalid create type 'on'\n"},
-        {"create -o auto -t enable -t enable", "Duplicated option specified.\n"},
-        {"create -o auto -n a.b", "-n, name must be numeric, character, space or underline. Now is a.b\n"},
-        {"create -o array -r 5 -d 1,2,3 -a 0", "-a option is not used for creating array\n"},
-        {"create -a 0 -r 5", "-r, -d and -q option are not allowed in creating VD\n"},
-        {"create -o array -r 6 -d 0,1,2,3 -q 3 -n x",
-         "Number of parity disks for RAID6 can not exceed half of total disks\n"},
-    };
-    expectRefused(doCreateV2, refusals);
+    expectRefused(doCreateV2, "create",
+                  {{"", "create: option -a is required\n"},
+                   {"-o array", "create: option -r is required\ncreate: option -d is required\n"},
+                   {"-o disk", "-o : invalid object 'disk'\n"},
+                   {"-a 65536", "-a : invalid array id '65536'\n"},
+                   {"-l 256", "-l : invalid slot number '256'\n"},
+                   {"-n 12345678901234567", "-n : length of name should be no more than 16 characters\n"},
+                   {"-n \"1234 678901234567\"", "-n : length of name should be no more than 16 characters\n"},
+                   {"-d 1,x", "-d : invalid PD IDs '1,x'\n"},
+                   {"-d ,", "-d : no PD ID is specified.\n"},
+                   {many.c_str(), manyPrinted.c_str()},
+                   {"-b 24", "-b : invalid stripe block size '24'. Please refer to info -o hba command to get detail "
+                             "stripe size support information.\n"},
+                   {"-s 0", "-s : invalid size '0'.\n"},
+                   {"-s 18446744073709551616", "-s : invalid size '18446744073709551616'.\n"},
+                   {"-c auto", "'auto' cache mode is not supported\n"},
+                   {"-w AUTO", "'auto' cache mode is not supported\n"},
+                   {"-i background", "-i : initialization mode 'background' is not supported\n"},
+                   {"-t on", "-t : invalid create type 'on'\n"},
+                   {"-o auto -t enable -t enable", "Duplicated option specified.\n"},
+                   {"-o auto -n a.b", "-n, name must be numeric, character, space or underline. Now is a.b\n"},
+                   {"-o array -r 5 -d 1,2,3 -a 0", "-a option is not used for creating array\n"},
+                   {"-a 0 -r 5", "-r, -d and -q option are not allowed in creating VD\n"},
+                   {"-o array -r 6 -d 0,1,2,3 -q 3 -n x",
+                    "Number of parity disks for RAID6 can not exceed half of total disks\n"}});
     adapter.AdvancedFeatures = KT_ADV_NO_ROUNDING;
-    const Refusal rounding[] = {{"create -g 1", "giga byte rounding scheme is not support\n"}};
-    expectRefused(doCreateV2, rounding);
-    const Refusal parity[] = {
-        {"create -o array -d 1 -r 0 -q 1", "RAID mode RAID0 don't support the setting of parity disks.\n"}};
-    expectRefused(doCreateV2, parity, KT_ERR_NOT_SUPPORTED);
+    expectRefused(doCreateV2, "create", {{"-g 1", "giga byte rounding scheme is not support\n"}});
+    expectRefused(doCreateV2, "create",
+                  {{"-o array -d 1 -r 0 -q 1", "RAID mode RAID0 don't support the setting of parity disks.\n"}},
+                  KT_ERR_NOT_SUPPORTED);
     EXPECT_EQ("Auto create successfully.\n", run(doCreateV2, "create -o auto -r 5").printed);
     seam.statuses["KT_LD_DG_QuickCreate"] = 4;
     EXPECT_EQ("Auto create error,Resource not available\n", run(doCreateV2, "create -o AUTO -t ENABLE").printed);

@@ -147,11 +147,8 @@ TEST_F(Cfg, BackUpWithoutRaidOrSignature) {
 }
 
 TEST_F(Cfg, RefusesOptions) {
-    const struct {
-        CommandHandler handler;
-        const char* line;
-        const char* printed;
-    } cases[] = {
+    opterr = 0;
+    expectRefused({
         {doBackUp_CFG, "backup_cfg -t raid", "-p : invalid type setting 'raid'\n"},
         {doBackUp_CFG, "backup_cfg -f a -f b", "Duplicated option specified.\n"},
         {doBackUp_CFG, "backup_cfg -t phy -t phy", "Duplicated option specified.\n"},
@@ -161,13 +158,7 @@ TEST_F(Cfg, RefusesOptions) {
         {doRestore_CFG, "restore_cfg -r x --raid", "Duplicated option specified.\n"},
         {doRestore_CFG, "restore_cfg -f a -f b", "Duplicated option specified.\n"},
         {doRestore_CFG, "restore_cfg -i 1", ""},
-    };
-    opterr = 0;
-    for (const auto& row : cases) {
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(row.printed, outcome.printed) << row.line;
-        EXPECT_EQ(1, outcome.result) << row.line;
-    }
+    });
     gAdapterInfo[0].DevID = 0x1234;
     EXPECT_EQ("Error: Unknown DeviceID:1234 !\n", runOn(doRestore_CFG, "restore_cfg").printed);
     EXPECT_EQ(Calls{}, seam.calls);

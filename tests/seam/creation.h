@@ -38,20 +38,6 @@ class Creation : public testing::Test {
     void TearDown() override { arrayBasedRaid = false; }
 };
 
-struct Refusal {
-    const char* line;
-    const char* printed;
-};
-template <size_t N>
-void expectRefused(CommandHandler handler, const Refusal (&refusals)[N], int result = 1) {
-    for (const Refusal& row : refusals) {
-        Outcome outcome = run(handler, row.line);
-        EXPECT_EQ(row.printed, outcome.printed) << row.line;
-        EXPECT_EQ(result, outcome.result) << row.line;
-    }
-    EXPECT_EQ(Calls{}, seam.calls);
-}
-
 // 129 disks, one more than a record holds.
 inline std::string tooManyDisks() {
     std::string ids = "0";

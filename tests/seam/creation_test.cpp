@@ -21,52 +21,47 @@ _Create_LD_Param ldParam(KT_U8 level, std::initializer_list<KT_U16> ids, const s
 
 TEST_F(Creation, OnDisksRefusesOptionsBeforeAnyCall) {
     adapter.StripeSizeSupported = 3;
-    const std::string many = "create -r 0 -d " + tooManyDisks();
+    const std::string many = "-r 0 -d " + tooManyDisks();
     const std::string manyPrinted = "-d : invalid PD ID '" + tooManyDisks() + "'\n";
-    const Refusal refusals[] = {
-        {"create", "create: option -r is required\ncreate: option -d is required\n"},
-        {"create -r 5", "create: option -d is required\n"},
-        {"create -b 1x", "-b : invalid stripe block size '1x'.\n"},
-        {"create -b 65552",
-         "-b : invalid stripe block size '65552'.Please refer to info -o hba command to get detail stripe "
-         "size support information.\n"},
-        {"create -b 24", "-b : invalid stripe block size '24'.Please refer to info -o hba command to get detail stripe "
-                         "size support information.\n"},
-        {"create -c auto", "-c : invalid cache mode 'auto'\n"},
-        {"create -w auto", "-w : invalid write policy 'auto'\n"},
-        {"create -p on", "-p : invalid read policy 'on'\n"},
-        {"create -d 1,x", "-d : invalid PD ID '1,x'\n"},
-        {"create -d 1,65536", "-d : invalid PD ID '1,65536'\n"},
-        {many.c_str(), manyPrinted.c_str()},
-        {"create -g 2", "-g : invalid giga byte rounding scheme '2'\n"},
-        {"create -g 256", "-g : invalid giga byte rounding scheme '256'\n"},
-        {"create -i foreground", "-i : invalid initialization mode 'foreground'\n"},
-        {"create -i Background", "-i : initialization mode 'Background' is not supported\n"},
-        {"create -n 12345678901", "-n : length of name should be no more than 10 characters\n"},
-        {"create -n \"123 5678901\"", "-n : length of name should be no more than 10 characters\n"},
-        {"create -o ARRAY", "-o : array is not supported on this adapter\n"},
-        {"create -q 256", "-q : invalid number of parity disks '256'\n"},
-        {"create -r 7", "-r : invalid raid mode 7\n"},
-        {"create -s 4294967296", "-s : invalid size '4294967296'.\n"},
-        {"create -r 0 -d 1,2 -s 1 -s 2", "Duplicated option specified.\n"},
-        {"create -r 0 -d 1,2 -n My-VD", "-n, name must be numeric, character, space or underline. Now is My-VD\n"},
-        {"create -r 0 -d 3,3", "RAID0 needs at least 2 PD.\n"},
-    };
-    expectRefused(doCreate, refusals);
+    expectRefused(
+        doCreate, "create",
+        {{"", "create: option -r is required\ncreate: option -d is required\n"},
+         {"-r 5", "create: option -d is required\n"},
+         {"-b 1x", "-b : invalid stripe block size '1x'.\n"},
+         {"-b 65552", "-b : invalid stripe block size '65552'.Please refer to info -o hba command to get detail stripe "
+                      "size support information.\n"},
+         {"-b 24", "-b : invalid stripe block size '24'.Please refer to info -o hba command to get detail stripe "
+                   "size support information.\n"},
+         {"-c auto", "-c : invalid cache mode 'auto'\n"},
+         {"-w auto", "-w : invalid write policy 'auto'\n"},
+         {"-p on", "-p : invalid read policy 'on'\n"},
+         {"-d 1,x", "-d : invalid PD ID '1,x'\n"},
+         {"-d 1,65536", "-d : invalid PD ID '1,65536'\n"},
+         {many.c_str(), manyPrinted.c_str()},
+         {"-g 2", "-g : invalid giga byte rounding scheme '2'\n"},
+         {"-g 256", "-g : invalid giga byte rounding scheme '256'\n"},
+         {"-i foreground", "-i : invalid initialization mode 'foreground'\n"},
+         {"-i Background", "-i : initialization mode 'Background' is not supported\n"},
+         {"-n 12345678901", "-n : length of name should be no more than 10 characters\n"},
+         {"-n \"123 5678901\"", "-n : length of name should be no more than 10 characters\n"},
+         {"-o ARRAY", "-o : array is not supported on this adapter\n"},
+         {"-q 256", "-q : invalid number of parity disks '256'\n"},
+         {"-r 7", "-r : invalid raid mode 7\n"},
+         {"-s 4294967296", "-s : invalid size '4294967296'.\n"},
+         {"-r 0 -d 1,2 -s 1 -s 2", "Duplicated option specified.\n"},
+         {"-r 0 -d 1,2 -n My-VD", "-n, name must be numeric, character, space or underline. Now is My-VD\n"},
+         {"-r 0 -d 3,3", "RAID0 needs at least 2 PD.\n"}});
     adapter.AdvancedFeatures = KT_ADV_NO_WRITE_CACHE | KT_ADV_NO_READ_CACHE | KT_ADV_NO_ROUNDING;
-    const Refusal unsupported[] = {
-        {"create -c on", "VD cache is not supported on adapter 0.\n"},
-        {"create -w wb", "VD write cache is not supported on adapter 0.\n"},
-        {"create -p none", "VD read cache is not supported on adapter 0.\n"},
-        {"create -g 0", "Gigabyte rounding scheme is not supported\n"},
-    };
-    expectRefused(doCreate, unsupported);
-    const Refusal parity[] = {
-        {"create -q 3 -r 5 -d 1", "RAID mode RAID5 don't support the setting of parity disks.\n"}};
-    expectRefused(doCreate, parity, KT_ERR_NOT_SUPPORTED);
+    expectRefused(doCreate, "create",
+                  {{"-c on", "VD cache is not supported on adapter 0.\n"},
+                   {"-w wb", "VD write cache is not supported on adapter 0.\n"},
+                   {"-p none", "VD read cache is not supported on adapter 0.\n"},
+                   {"-g 0", "Gigabyte rounding scheme is not supported\n"}});
+    expectRefused(doCreate, "create",
+                  {{"-q 3 -r 5 -d 1", "RAID mode RAID5 don't support the setting of parity disks.\n"}},
+                  KT_ERR_NOT_SUPPORTED);
     adapter.LogicalDriverMode = KT_MODE_RAID0;
-    const Refusal level[] = {{"create -r 1 -d 1", "Specified RAID mode is not supported.\n"}};
-    expectRefused(doCreate, level);
+    expectRefused(doCreate, "create", {{"-r 1 -d 1", "Specified RAID mode is not supported.\n"}});
 }
 
 TEST_F(Creation, OnDisksSendsTheRecord) {
@@ -243,13 +238,10 @@ TEST_F(Creation, SizeQueryReadsDisksLeniently) {
     EXPECT_EQ("Failed to get status for PD 8 (error 9: Invalid physical disk id)\n",
               run(doGetMaxsize, "maxcreatesize -r 1 -d 8,9").printed);
     seam.calls.clear();
-    const Refusal refusals[] = {
-        {"maxcreatesize -d 1,65536 -r 0", "-d : invalid PD ID '1,65536'\n"},
-        {"maxcreatesize", "maxcreatesize: option -r is required\nmaxcreatesize: option -d is required\n"},
-        {"maxcreatesize -g 3", "-g : invalid giga byte rounding scheme '3'\n"},
-        {"maxcreatesize -r 1 -d 0,1,2", "RAID1 needs exactly 2 PDs.\n"},
-    };
-    expectRefused(doGetMaxsize, refusals);
-    const Refusal help[] = {{"maxcreatesize -n x", "\nlong help\n"}, {"maxcreatesize -h", "\nlong help\n"}};
-    expectRefused(doGetMaxsize, help, 0);
+    expectRefused(doGetMaxsize, "maxcreatesize",
+                  {{"-d 1,65536 -r 0", "-d : invalid PD ID '1,65536'\n"},
+                   {"", "maxcreatesize: option -r is required\nmaxcreatesize: option -d is required\n"},
+                   {"-g 3", "-g : invalid giga byte rounding scheme '3'\n"},
+                   {"-r 1 -d 0,1,2", "RAID1 needs exactly 2 PDs.\n"}});
+    expectRefused(doGetMaxsize, "maxcreatesize", {{"-n x", "\nlong help\n"}, {"-h", "\nlong help\n"}}, 0);
 }

@@ -277,23 +277,16 @@ TEST_F(Flash, ShowsTheVersionOfAFile) {
 }
 
 TEST_F(Flash, RefusesOptionsInTheirOrder) {
-    const struct {
-        const char *words, *printed;
-    } cases[] = {{"-a burn", "-a : invalid action 'burn'.\n"},
-                 {"-i 1x", "-i : invalid adapter id '1x'.\n"},
-                 {"-i 256", "-i : invalid adapter id '256'.\n"},
-                 {"-t rom", "-t : invalid type 'rom'.\n"},
-                 {"-p all", "-p : invalid flash page 'all'.\n"},
-                 {"-f x -f y", "Duplicated option specified.\n"},
-                 {"-t bin -f x", "flash: option -a is required\n"},
-                 {"-a update", "flash: option -t is required\n"},
-                 {"-a update -t config", "flash: option -f is required\n"},
-                 {"-a version -p pd", "flash: option -f is required\n"},
-                 {"-a erase -f x", "flash: option -t is required\n"}};
-    for (const auto& c : cases) {
-        Outcome outcome = run(doFlash, std::string("flash ") + c.words);
-        EXPECT_EQ(c.printed, outcome.printed) << c.words;
-        EXPECT_EQ(1, outcome.result) << c.words;
-    }
-    EXPECT_TRUE(seam.calls.empty());
+    expectRefused(doFlash, "flash",
+                  {{"-a burn", "-a : invalid action 'burn'.\n"},
+                   {"-i 1x", "-i : invalid adapter id '1x'.\n"},
+                   {"-i 256", "-i : invalid adapter id '256'.\n"},
+                   {"-t rom", "-t : invalid type 'rom'.\n"},
+                   {"-p all", "-p : invalid flash page 'all'.\n"},
+                   {"-f x -f y", "Duplicated option specified.\n"},
+                   {"-t bin -f x", "flash: option -a is required\n"},
+                   {"-a update", "flash: option -t is required\n"},
+                   {"-a update -t config", "flash: option -f is required\n"},
+                   {"-a version -p pd", "flash: option -f is required\n"},
+                   {"-a erase -f x", "flash: option -t is required\n"}});
 }

@@ -22,21 +22,6 @@ using Nvsram = Maintenance;
 using Register = Maintenance;
 using Tandem = Maintenance;
 
-struct Refusal {
-    const char *words, *printed;
-};
-
-// Each is refused with its message, and the library is not called.
-template <size_t N>
-void expectRefused(CommandHandler handler, const std::string& command, const Refusal (&refusals)[N]) {
-    for (const Refusal& c : refusals) {
-        Outcome outcome = run(handler, command + " " + c.words);
-        EXPECT_EQ(c.printed, outcome.printed) << c.words;
-        EXPECT_EQ(1, outcome.result) << c.words;
-    }
-    EXPECT_TRUE(seam.calls.empty());
-}
-
 std::string dumpOf(KT_U32 length) {
     char* text = nullptr;
     size_t size = 0;

@@ -14,13 +14,13 @@ class Migrate : public ::testing::Test {
 };
 
 // An outcome that both commands share, or each of them has for itself (null: not a case of that command).
-struct Refusal {
+struct Row {
     const char* line;
     const char* vd;
     const char* array;
 };
 
-void expectRefusals(const Refusal* rows, size_t count, bool nothingRead) {
+void expectRefusals(const Row* rows, size_t count, bool nothingRead) {
     for (size_t i = 0; i < count; ++i) {
         for (bool arrays : {false, true}) {
             const char* text = arrays ? rows[i].array : rows[i].vd;
@@ -38,7 +38,7 @@ void expectRefusals(const Refusal* rows, size_t count, bool nothingRead) {
 
 TEST_F(Migrate, ArgumentsAreRefusedBeforeAnythingIsRead) {
     const char* oneOf = "migrate: one of -r or -d option must be specified\n";
-    const Refusal rows[] = {
+    const Row rows[] = {
         {"migrate", "migrate: option -l is required\n", "migrate: option -l is required\n"},
         {"migrate -l 2", oneOf, oneOf},
         {"migrate -l 2 -q 3", oneOf, oneOf},
@@ -57,15 +57,15 @@ TEST_F(Migrate, ArgumentsAreRefusedBeforeAnythingIsRead) {
     };
     expectRefusals(rows, std::size(rows), true);
     gAdapterInfo[0].Features = static_cast<KT_U8>(~KT_FEATURE_MIGRATION);
-    const Refusal unsupported = {"migrate -l 2 -l 2", "This adapter does not support migration.\n",
-                                 "Migration is not supported on adapter 0.\n"};
+    const Row unsupported = {"migrate -l 2 -l 2", "This adapter does not support migration.\n",
+                             "Migration is not supported on adapter 0.\n"};
     expectRefusals(&unsupported, 1, true);
 }
 
 TEST_F(Migrate, LevelAndDiskCountMustFit) {
     const char* parity60 = "RAID60 need at least 4 even number of parity disks.\n";
     const char* fewer = "# of parity disks (6) should be less than # of total disks (6).\n";
-    const Refusal rows[] = {
+    const Row rows[] = {
         {"migrate -l 2 -r 1 -d 1,2,3", "\n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1\n",
          "\n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1.\n"},
         {"migrate -l 2 -d 1,2", "RAID5 needs at least 3 PDs.\n", "RAID5 needs at least 3 PDs.\n"},
@@ -89,23 +89,15 @@ TEST_F(Migrate, LevelAndDiskCountMustFit) {
     vd().Size = array().TotalManagedSpace = 11;
     const char* smaller = "\nTarget VD size can not smaller than source VD.\n";
     gAdapterInfo[0].LogicalDriverMode = KT_MODE_RAID5;
-    const Refusal size = {"migrate -l 2 -r 6 -d 1,2,3,9", smaller, smaller};
+    const Row size = {"migrate -l 2 -r 6 -d 1,2,3,9", smaller, smaller};
     expectRefusals(&size, 1, false);
     seam.size = 11;
     const char* level = "Specified RAID mode is not supported.\n";
-    const Refusal mode = {"migrate -l 2 -r 6 -d 1,2", level, level};
+    const Row mode = {"migrate -l 2 -r 6 -d 1,2", level, level};
     expectRefusals(&mode, 1, false);
 }
 
-TEST_F(Migrate, RanksOfRedundancy) {
-    const struct {
-        KT_U8 level;
-        KT_U8 rank;
-    } ranks[] = {{KT_RAID0, 0},  {KT_RAID1, 1}, {KT_RAID10, 1}, {KT_RAID1E, 1}, {KT_RAID5, 5},
-                 {KT_RAID50, 5}, {KT_RAID6, 6}, {KT_RAID60, 6}, {KT_JBOD, 15},  {KT_HYBRID, 12}};
-    for (const auto& row : ranks) {
-        EXPECT_EQ(RedundencyLevel(row.level), row.rank) << +row.level;
-    }
+TEST_F(Migrate, NeverLosesRedundancy) {
     vd().RaidMode = KT_RAID1;
     EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 0 -d 1,2,3").printed,
               "\n Abort migration!!! Redundancy level is degraded from RAID1 to RAID0\n");
@@ -118,7 +110,7 @@ TEST_F(Migrate, RanksOfRedundancy) {
 
 TEST_F(Migrate, EveryMemberDiskStays) {
     const char* missing = "Target PDs need to include ALL member disks [1 2 3 ].\n";
-    const Refusal rows[] = {{"migrate -l 2 -d 1,3,9", missing, missing}, {"migrate -l 2 -d 7,8,9", missing, missing}};
+    const Row rows[] = {{"migrate -l 2 -d 1,3,9", missing, missing}, {"migrate -l 2 -d 7,8,9", missing, missing}};
     expectRefusals(rows, std::size(rows), false);
     // A block that cannot be read is not listed, but the disk behind it is not forgotten.
     seam.statuses["KT_BLK_GetInfo 12"] = KT_ERR_INVALID_BLOCK;
@@ -141,7 +133,7 @@ TEST_F(Migrate, NewDisksMustBeUsable) {
                  {KT_PD_MEMBER, nullptr}};
     for (const auto& row : roles) {
         disk(9).Status = row.role;
-        const Refusal refusal = {"migrate -l 2 -d 1,2,3,9", row.vd, "Target PD 9 is not free.\n"};
+        const Row refusal = {"migrate -l 2 -d 1,2,3,9", row.vd, "Target PD 9 is not free.\n"};
         expectRefusals(&refusal, 1, false);
     }
     // A disk of another virtual disk is not free on controllers that look at blocks; one of this virtual disk is.
@@ -149,7 +141,7 @@ TEST_F(Migrate, NewDisksMustBeUsable) {
     seam.blocks.push_back(seam.blocks[0]);
     seam.blocks.back().HDID = 9;
     seam.blocks.back().LDID = 3;
-    const Refusal taken = {"migrate -l 2 -d 1,2,3,9", "Not free disk 9 can not be used to migration VD.\n", nullptr};
+    const Row taken = {"migrate -l 2 -d 1,2,3,9", "Not free disk 9 can not be used to migration VD.\n", nullptr};
     expectRefusals(&taken, 1, false);
     EXPECT_EQ(reads(), Calls(4, "KT_BLK_GetInfo"));
 }

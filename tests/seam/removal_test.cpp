@@ -186,11 +186,7 @@ TEST_F(Removal, AssignsSparesAndWipes) {
 }
 
 TEST_F(Removal, RefusesOptionsBeforeAnyCall) {
-    const struct {
-        CommandHandler handler;
-        const char* line;
-        const char* printed;
-    } cases[] = {
+    expectRefused({
         {doDelete, "delete", "delete: option -o is required\ndelete: option -i is required\n"},
         {doDelete, "delete -o pd", "-o : invalid object 'pd'\n"},
         {doDelete, "delete -o vd -i 1x", "-i : invalid id '1x'\n"},
@@ -208,12 +204,7 @@ TEST_F(Removal, RefusesOptionsBeforeAnyCall) {
         {doWipe, "wipe -d 300", "-i : invalid id 300\n"},
         {doWipe, "wipe -d 255 -d 1", "Duplicated option specified.\n"},
         {doWipe, "wipe -d 4294967300", "-d : invalid PD id '4294967300'\n"},
-    };
-    for (const auto& row : cases) {
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(row.printed, outcome.printed) << row.line;
-        EXPECT_EQ(1, outcome.result) << row.line;
-    }
+    });
     arrayBasedRaid = false;
     for (CommandHandler handler : {doDelete, doAssign}) {
         EXPECT_EQ("-o : array is not supported on this adapter\n", run(handler, "word -o Array").printed);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstring>
+#include <gtest/gtest.h>
 #include <map>
 #include <set>
 #include <string>
@@ -49,6 +50,32 @@ struct Outcome {
 
 // Runs a handler on the words of a command line, split as the shell splits them. Questions are answered with the text.
 Outcome run(CommandHandler handler, const std::string& line, const std::string& answers = "");
+
+struct Refusal {
+    CommandHandler handler;
+    const char *line, *printed;
+    int result = 1;
+};
+
+// Each line is refused with its message, and the library is not called.
+template <size_t N>
+void expectRefused(const Refusal (&refusals)[N]) {
+    for (const Refusal& row : refusals) {
+        Outcome outcome = run(row.handler, row.line);
+        EXPECT_EQ(row.printed, outcome.printed) << row.line;
+        EXPECT_EQ(row.result, outcome.result) << row.line;
+        EXPECT_EQ(Calls{}, seam.calls) << row.line;
+    }
+}
+// The same for lines of one command: what stands behind its word, and the message.
+template <size_t N>
+void expectRefused(CommandHandler handler, const std::string& word, const char* const (&refusals)[N][2],
+                   int result = 1) {
+    for (const auto& [words, printed] : refusals) {
+        std::string line = word + " " + words;
+        expectRefused({{handler, line.c_str(), printed, result}});
+    }
+}
 
 // A record's bytes, for comparison with what was sent.
 template <class Record>

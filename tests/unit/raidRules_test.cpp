@@ -154,7 +154,7 @@ TEST_F(RaidRules, StripesAreSumsOfSupportedSizes) {
 
 TEST_F(RaidRules, RedundancyRanks) {
     const KT_U8 ranks[][2] = {{KT_RAID0, 0},  {KT_RAID1, 1}, {KT_RAID10, 1}, {KT_RAID1E, 1}, {KT_RAID5, 5},
-                              {KT_RAID50, 5}, {KT_RAID6, 6}, {KT_RAID60, 6}, {KT_JBOD, 15}};
+                              {KT_RAID50, 5}, {KT_RAID6, 6}, {KT_RAID60, 6}, {KT_JBOD, 15},  {KT_HYBRID, 12}};
     for (const auto& [level, rank] : ranks)
         EXPECT_EQ(rank, RedundencyLevel(level));
 }
