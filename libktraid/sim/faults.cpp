@@ -56,9 +56,10 @@ bool canStrike(const char* call, KT_U8 kind) {
     const bool lists = std::any_of(std::begin(LIST_CALLS), std::end(LIST_CALLS), isCall);
     if (kind == FAULT_NEXT) return lists;
     if (kind == FAULT_COUNT) return lists || std::any_of(std::begin(COUNTING_CALLS), std::end(COUNTING_CALLS), isCall);
-    if (kind == FAULT_TEXT)
+    if (kind == FAULT_TEXT) {
         return std::any_of(std::begin(TEXT_FIELDS), std::end(TEXT_FIELDS),
                            [&](const TextField& field) { return isCall(field.call); });
+    }
     return true;
 }
 
