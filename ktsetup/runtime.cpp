@@ -1,25 +1,21 @@
 // What the programs need of a C++ runtime. Linking the usual one would bring exceptions, their tables and a pool of
 // memory for them, which every run pays for when it starts; nothing here throws. A run that cannot have the memory it
 // needs ends with one line: it has done what it said up to then, and nothing after it.
-#include <cstdarg>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <new>
 #include <unistd.h>
 
-[[noreturn]] static void endWith(const char* line, size_t length) {
-    // Neither memory nor the output stream can be relied on here.
-    if (write(STDERR_FILENO, line, length) < 0) _exit(2);
-    _exit(1);
-}
-
-template <size_t N>
-[[noreturn]] static void endWith(const char (&line)[N]) {
-    endWith(line, N - 1);
+// Never called from within the output stream, so what was printed up to here is written.
+[[noreturn]] static void endWith(const char* reason) {
+    dprintf(STDERR_FILENO, "%s: %s\n", program_invocation_short_name, reason);
+    exit(1);
 }
 
 void* operator new(size_t size) {
     void* memory = malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) endWith("ktsetup: out of memory\n");
+    if (memory == nullptr) endWith("out of memory");
     return memory;
 }
 
@@ -35,19 +31,19 @@ void operator delete(void* memory, size_t) noexcept {
 // NOLINTBEGIN(cert-dcl58-cpp,bugprone-reserved-identifier)
 namespace std {
 void __throw_bad_alloc() {
-    endWith("ktsetup: out of memory\n");
+    endWith("out of memory");
 }
 
 void __throw_length_error(const char*) {
-    endWith("ktsetup: out of memory\n");
+    endWith("out of memory");
 }
 
 void __throw_logic_error(const char*) {
-    endWith("ktsetup: internal error\n");
+    endWith("internal error");
 }
 
 void __throw_out_of_range_fmt(const char*, ...) {
-    endWith("ktsetup: internal error\n");
+    endWith("internal error");
 }
 } // namespace std
 // NOLINTEND(cert-dcl58-cpp,bugprone-reserved-identifier)

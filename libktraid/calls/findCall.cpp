@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -8,6 +9,6 @@ void* findLibraryCall(const char* name) {
     // Behind the program, which has a function of the same name: the one that asks here.
     void* call = dlsym(RTLD_NEXT, name);
     if (call != nullptr) return call;
-    fprintf(stderr, "ktsetup: libktraid.so.4 has no call %s\n", name);
+    fprintf(stderr, "%s: libktraid.so.4 has no call %s\n", program_invocation_short_name, name);
     exit(127);
 }
