@@ -3,6 +3,7 @@
 #include "labFieldMaker.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace sim {
@@ -114,10 +115,18 @@ static constexpr Field VD_FIELDS[] = {
     NUM(_LD_Info, time_low),
     NUM(_LD_Info, BlockSize),
 };
+/* A target's record begins with a virtual disk's. */
+static constexpr auto targetFields() {
+    std::array<Field, std::size(VD_FIELDS) + 1> all = {};
+    std::copy(std::begin(VD_FIELDS), std::end(VD_FIELDS), all.begin());
+    all.back() = NUM(VdTarget, homes);
+    return all;
+}
+static constexpr auto TARGET_FIELDS = targetFields();
 static constexpr Field VD_STATE_FIELDS[] = {
-    NUM(VdState, cachePolicy), NUM(VdState, hasOs),         NUM(VdState, initialized),
-    NUM(VdState, reported),    NUM(VdState, waterMark),     NUM(VdState, linkedDisk),
-    NUM(VdState, created),     ACTIVITY(VdState, activity), NUM(VdState, homes)};
+    NUM(VdState, cachePolicy),   NUM(VdState, hasOs),      NUM(VdState, initialized), NUM(VdState, reported),
+    NUM(VdState, waterMark),     NUM(VdState, linkedDisk), NUM(VdState, created),     NUM(VdState, offline),
+    ACTIVITY(VdState, activity), NUM(VdState, homes)};
 static constexpr Field DG_FIELDS[] = {
     NUM(_DG_Info, DGID),
     TXT(_DG_Info, Name),
@@ -182,6 +191,7 @@ static constexpr Field PD_STATE_FIELDS[] = {
     NUM(PdState, config.AESPercentage),
     NUM(PdState, config.HDID),
     NUM(PdState, raid),
+    NUM(PdState, left),
     NUM(PdState, health),
     NUM(PdState, hasMbr),
     NUM(PdState, hasOs),
@@ -241,7 +251,7 @@ static constexpr RecordFields TABLES[] = {
     TABLE(KIND_ADAPTER_STATE, "adapterState", AdapterState, ADAPTER_STATE_FIELDS),
     TABLE(KIND_VD, "virtualDisks", _LD_Info, VD_FIELDS),
     TABLE(KIND_VD_STATE, "virtualDiskStates", VdState, VD_STATE_FIELDS),
-    TABLE(KIND_VD_TARGET, "migrationTargets", VdTarget, VD_FIELDS),
+    {KIND_VD_TARGET, "migrationTargets", sizeof(VdTarget), TARGET_FIELDS.data(), TARGET_FIELDS.size()},
     TABLE(KIND_DG, "arrays", _DG_Info, DG_FIELDS),
     TABLE(KIND_DG_STATE, "arrayStates", DgState, DG_STATE_FIELDS),
     TABLE(KIND_PD, "disks", _HD_Info, PD_FIELDS),
@@ -254,7 +264,7 @@ static constexpr RecordFields TABLES[] = {
     TABLE(KIND_EVENT, "events", _Event, EVENT_FIELDS),
     TABLE(KIND_BATTERY, "battery", _BBU_Info, BATTERY_FIELDS),
 };
-static_assert(sizeof(VdTarget) == sizeof(_LD_Info));
+static_assert(offsetof(VdTarget, info) == 0);
 
 template <class Fits>
 static const RecordFields* firstTable(Fits fits) {

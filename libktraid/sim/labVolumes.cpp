@@ -194,7 +194,7 @@ static void takeTarget(const Context& context, LabReader& vdReader, const Layout
                        const _LD_Info& vd) {
     for (LabReader& reader : takeObjects(vdReader, "target")) {
         const Layout layout = takeLayout(reader, from);
-        VdTarget target{vd};
+        VdTarget target{vd, {}};
         target.info.RaidMode = layout.level;
         target.info.NumParityDisk = layout.parity;
         target.info.SubLDCount = layout.subs;
@@ -202,7 +202,9 @@ static void takeTarget(const Context& context, LabReader& vdReader, const Layout
         target.info.Size = capacityFor(layout, kib);
         target.info.BGAStatus = 0;
         placeBlocks(context, layout, reader, kib, target.info, from.disks.size());
-        takeFields(reader, KIND_VD_TARGET, &target.info);
+        std::fill(std::begin(target.homes), std::end(target.homes), KT_U16{KT_NO_ID});
+        std::copy(layout.disks.begin(), layout.disks.end(), target.homes);
+        takeFields(reader, KIND_VD_TARGET, &target);
         takeNothingElse(reader);
         save(context, vd.ID, target);
     }

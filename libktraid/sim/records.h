@@ -90,6 +90,7 @@ struct VdState {
     KT_U8 unfinished;  /* foreign, and in the middle of a migration that cannot be gone on with here */
     KT_U16 linkedDisk; /* KT_VDHDD_AddLink; KT_NO_ID = none */
     KT_U64 created;    /* seconds since 1970 */
+    KT_U64 offline;    /* milliseconds: when it last went offline; what disks missed before is lost on them */
     Activity activity;
     KT_U16 homes[128]; /* whose place each slot is; a spare may stand in for that disk. Unused in an array */
 };
@@ -97,6 +98,7 @@ struct VdState {
 /* What a migrating virtual disk is turning into. */
 struct VdTarget {
     _LD_Info info;
+    KT_U16 homes[128]; /* whose place each slot will be, whether or not that disk is there */
 };
 
 /* A virtual disk that is on pulled disks only, or was deleted without them: it comes back with them as a foreign one.
@@ -126,6 +128,7 @@ struct PdState {
     KT_U16 dgid; /* the array it is a member or the dedicated spare of; KT_NO_ID = none */
     KT_U8 smartTripped;
     KT_U8 reserved[1];
+    KT_U64 left;        /* milliseconds: when it went offline */
     KT_U64 reservedKib; /* kept at the disk's end for metadata; the rest is its valid size */
     Activity patrol;
 };
@@ -150,6 +153,7 @@ struct PulledBlocks {
     KT_U16 dgid; /* its array, or the array it was a spare of */
     KT_U16 slot; /* in that array */
     KT_U16 reserved;
+    KT_U64 left; /* milliseconds: when it went */
     PulledBlock entries[128];
 };
 

@@ -280,6 +280,9 @@ TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
     EXPECT_EQ(activity(OLD, 1), "1/1 0");
     advance(HOUR);
     EXPECT_EQ(vdInfo(OLD, 1).Status, KT_VD_PARTIALLY_OPTIMAL);
+    disk(OLD, sim::pullDisk, 1);
+    disk(OLD, sim::insertDisk, 0);
+    EXPECT_EQ(vdInfo(OLD, 0).Status, KT_VD_OFFLINE) << "the disk missed what was written in that hour";
 }
 
 TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
@@ -365,6 +368,7 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     newEvents(ARRAYS);
     ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 2), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";
+    advance(30);
     disk(ARRAYS, sim::pullDisk, 2);
     disk(ARRAYS, sim::pullDisk, 3);
     newEvents(ARRAYS);
@@ -372,10 +376,14 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     EXPECT_EQ(newEvents(ARRAYS), std::vector<std::string>());
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
     EXPECT_EQ(dgInfo(0).RaidMode, KT_RAID1);
-    EXPECT_EQ(dgInfo(0).BgaState, KT_STATE_INTERRUPTED);
+    EXPECT_EQ(activity(ARRAYS, 0), "32/5 30");
+    EXPECT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
     disk(ARRAYS, sim::insertDisk, 3);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED) << "one of RAID5's disks may be missing";
-    EXPECT_EQ(dgInfo(0).BgaState, KT_STATE_RUNNING);
+    EXPECT_EQ(activity(ARRAYS, 0), "32/1 30");
+    advance(HOUR);
+    disk(ARRAYS, sim::insertDisk, 2);
+    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "it has kept its place";
 }
 
 TEST_F(Raid, WipingTakesAMemberAway) {

@@ -67,7 +67,8 @@ TEST_F(StateFile, OfAnotherKindOrVersionIsRefusedAndKept) {
     make();
     sql(path, "PRAGMA user_version = 99");
     EXPECT_NE(refusal().find("this state has version 99"), std::string::npos);
-    sql(path, "PRAGMA user_version = 1; DELETE FROM record WHERE adapter = 255");
+    sql(path, ("PRAGMA user_version = " + std::to_string(STATE_VERSION)).c_str());
+    sql(path, "DELETE FROM record WHERE adapter = 255");
     EXPECT_NE(refusal().find("damaged"), std::string::npos);
     sql(path, "DROP TABLE record");
     EXPECT_NE(refusal().find("no such table"), std::string::npos);

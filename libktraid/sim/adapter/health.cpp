@@ -1,5 +1,6 @@
 #include "adapter/health.h"
 
+#include "adapter/activity.h"
 #include "adapter/blocks.h"
 #include "adapter/deletion.h"
 #include "adapter/encryption.h"
@@ -72,6 +73,10 @@ static void interruptJobs(const Context& context, const Group& group) {
     Activity job = jobOf(context, group.owner);
     if (!isAlive(job) || canGoOn(context, group.owner, job)) return;
     if (isRebuildLike(job)) return failRebuild(context, group.owner);
+    /* What somebody paused or stopped stays so. */
+    if (job.state != KT_STATE_RUNNING && job.state != KT_STATE_AUTO_PAUSED) return;
+    job.done = activityDone(job, context.now);
+    job.since = context.now;
     job.state = KT_STATE_INTERRUPTED;
     saveJob(context, group.owner, job);
 }
@@ -104,6 +109,7 @@ void loseDisk(const Context& context, KT_U16 pd) {
     dropSpareRole(context, pd);
     findDisk(context, pd, disk);
     disk.state.raid |= KT_PD_OFFLINE;
+    disk.state.left = context.now;
     disk.state.config.Online = 0;
     saveDisk(context, disk);
     markBlocks(context, pd, BLOCK_OFFLINE);
@@ -133,6 +139,7 @@ static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
     const PdState state = find<PdState>(context, pd).value_or(PdState{});
     const DgState array = find<DgState>(context, state.dgid).value_or(DgState{});
     pulled.raid = state.raid;
+    pulled.left = state.raid & KT_PD_OFFLINE ? state.left : context.now;
     pulled.dgid = state.dgid;
     const KT_U16* members = array.members;
     pulled.slot = static_cast<KT_U16>(std::find(members, members + array.memberCount, pd) - members);
@@ -185,20 +192,23 @@ static bool isEmptySlot(const _LD_Info& vd, KT_U16 slot) {
     return slot < geometryOf(vd).disks && vd.BlockIDs[slot] == KT_NO_ID;
 }
 
-/* Whether the virtual disk has waited for this block: it is offline or foreign, and nothing else is in the place. */
-static bool isAwaited(const Context& context, KT_U16 pd, const PulledBlock& entry) {
+/* Whether the virtual disk has waited for this block: it is foreign, or offline and was not written to since the disk
+   left; and nothing else is in the place. */
+static bool isAwaited(const Context& context, KT_U16 pd, const PulledBlock& entry, KT_U64 left) {
     const auto vd = vdWithGuid(context, entry.guid);
     if (!vd || entry.block.Status == BLOCK_REBUILDING) return false;
     if (vd->Status != KT_VD_OFFLINE && !isForeign(*vd)) return false;
+    const KT_U64 offline = find<VdState>(context, vd->ID).value_or(VdState{}).offline;
+    if (vd->Status == KT_VD_OFFLINE && left < offline) return false;
     const auto target = entry.target ? find<VdTarget>(context, vd->ID) : std::nullopt;
     if (entry.slot != KT_NO_ID && !isEmptySlot(*vd, entry.slot)) return false;
     if (entry.target && !(target && isEmptySlot(target->info, static_cast<KT_U16>(entry.target - 1)))) return false;
     return isFreeSpace(context, pd, entry.block.StartLBA, entry.block.Size);
 }
 
-static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry) {
+static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry, KT_U64 left) {
     auto vd = vdWithGuid(context, entry.guid);
-    if (!vd || !isAwaited(context, pd, entry)) return false;
+    if (!vd || !isAwaited(context, pd, entry, left)) return false;
     _Block_Info block = entry.block;
     block.HDID = pd;
     block.LDID = vd->ID;
@@ -224,7 +234,7 @@ static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& b
                       array.state.homes[blocks.slot] != pd))
         return false;
     const size_t vds = groupOf(context, Owner{OwnerKind::Array, blocks.dgid}).vds.size();
-    const auto awaits = [&](const PulledBlock& entry) { return isAwaited(context, pd, entry); };
+    const auto awaits = [&](const PulledBlock& entry) { return isAwaited(context, pd, entry, blocks.left); };
     if (blocks.count != vds || !std::all_of(blocks.entries, blocks.entries + blocks.count, awaits)) return false;
     if (arriving) return blocks.count != 0;
     array.state.members[blocks.slot] = pd;
@@ -241,7 +251,7 @@ static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks
     for (int i = 0; i < blocks.count; i++) {
         const auto vd = vdWithGuid(context, blocks.entries[i].guid);
         const bool foreign = !vd || isForeign(*vd);
-        if ((foreign || asMember || !inArray) && rejoinVd(context, pd, blocks.entries[i]))
+        if ((foreign || asMember || !inArray) && rejoinVd(context, pd, blocks.entries[i], blocks.left))
             role |= foreign ? KT_PD_FOREIGN : KT_PD_MEMBER;
     }
     Disk disk = {};
@@ -434,7 +444,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     /* A partition table would keep the adapter from ever using the disk by itself, and so would its old place. */
     disk.state.hasMbr = 0;
     saveDisk(context, disk);
-    for (const Owner owner : owners)
+    for (const Owner owner : allGroups(context))
         forgetHome(context, owner, pd);
     followUp(context, owners, pd);
     return KT_OK;

@@ -86,6 +86,12 @@ void forgetHome(const Context& context, Owner owner, KT_U16 pd) {
     const Group group = groupOf(context, owner);
     for (size_t i = 0; i < group.homes.size(); i++)
         if (group.homes[i] == pd && group.members[i] != pd) setHome(context, group, static_cast<int>(i), KT_NO_ID);
+    for (const KT_U16 vd : group.vds) {
+        auto target = find<VdTarget>(context, vd);
+        if (!target) continue;
+        std::replace(std::begin(target->homes), std::end(target->homes), pd, KT_U16{KT_NO_ID});
+        save(context, vd, *target);
+    }
 }
 
 /* A block of the virtual disk on one of its working disks, as the model for a new one. */

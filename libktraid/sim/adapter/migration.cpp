@@ -104,7 +104,7 @@ static KT_U8 addArrival(const Context& context, const _LD_Info& vd, KT_U16 pd, K
 }
 
 static KT_U8 layOutTarget(const Context& context, const Journey& journey, const _LD_Info& vd) {
-    VdTarget target{vd};
+    VdTarget target{vd, {}};
     target.info.RaidMode = journey.to.level;
     target.info.NumParityDisk = journey.to.parity;
     target.info.HDCount = target.info.BlkCount = journey.to.disks;
@@ -113,12 +113,15 @@ static KT_U8 layOutTarget(const Context& context, const Journey& journey, const 
     target.info.Size = capacityOf(journey.to, shareOf(context, vd));
     target.info.BGAStatus = KT_STATE_NONE;
     std::fill(std::begin(target.info.BlockIDs), std::end(target.info.BlockIDs), KT_U16{KT_NO_ID});
+    std::fill(std::begin(target.homes), std::end(target.homes), KT_U16{KT_NO_ID});
     for (size_t slot = 0; slot < journey.disks.size(); slot++) {
         const auto& members = journey.from.members;
         const auto member = std::find(members.begin(), members.end(), journey.disks[slot]);
         KT_U8 status = KT_OK;
+        target.homes[slot] = journey.disks[slot];
         if (member != members.end()) {
             target.info.BlockIDs[slot] = vd.BlockIDs[member - members.begin()];
+            target.homes[slot] = journey.from.homes[static_cast<size_t>(member - members.begin())];
         } else {
             status = addArrival(context, vd, journey.disks[slot], target.info.BlockIDs[slot]);
         }
@@ -214,26 +217,26 @@ static std::vector<KT_U16> targetDisks(const Context& context, const _LD_Info& t
 }
 
 /* The virtual disk becomes what it was turning into; what is not about its make-up stays as it is now. */
-static void arriveVd(const Context& context, KT_U16 id, std::vector<KT_U16>& disks) {
+static void arriveVd(const Context& context, KT_U16 id, const VdTarget& target) {
     Vd vd = {};
-    const auto target = find<VdTarget>(context, id);
-    if (!target || findVd(context, id, vd) != KT_OK) return;
-    vd.info.RaidMode = target->info.RaidMode;
-    vd.info.NumParityDisk = target->info.NumParityDisk;
-    vd.info.SubLDCount = target->info.SubLDCount;
-    vd.info.HDCount = vd.info.BlkCount = target->info.HDCount;
-    vd.info.Size = target->info.Size;
-    std::copy(std::begin(target->info.BlockIDs), std::end(target->info.BlockIDs), vd.info.BlockIDs);
-    disks = targetDisks(context, target->info);
-    std::fill(std::begin(vd.state.homes), std::end(vd.state.homes), KT_U16{KT_NO_ID});
-    std::copy(disks.begin(), disks.end(), vd.state.homes);
+    if (findVd(context, id, vd) != KT_OK) return;
+    vd.info.RaidMode = target.info.RaidMode;
+    vd.info.NumParityDisk = target.info.NumParityDisk;
+    vd.info.SubLDCount = target.info.SubLDCount;
+    vd.info.HDCount = vd.info.BlkCount = target.info.HDCount;
+    vd.info.Size = target.info.Size;
+    std::copy(std::begin(target.info.BlockIDs), std::end(target.info.BlockIDs), vd.info.BlockIDs);
+    std::copy(std::begin(target.homes), std::end(target.homes), vd.state.homes);
+    vd.state.initialized = 1; /* all of it was written anew */
     saveVd(context, vd);
     erase<VdTarget>(context, id);
 }
 
-static void arriveArray(const Context& context, KT_U16 id, const _LD_Info& model, const std::vector<KT_U16>& disks) {
+static void arriveArray(const Context& context, KT_U16 id, const VdTarget& target) {
     Array array = {};
     if (findArray(context, id, array) != KT_OK) return;
+    const _LD_Info& model = target.info;
+    const std::vector<KT_U16> disks = targetDisks(context, model);
     KT_U64 shares[MAX_SLOTS] = {};
     for (int i = 0; i < array.info.VDSlotCount; i++)
         shares[i] = slotShare(array, i);
@@ -243,7 +246,7 @@ static void arriveArray(const Context& context, KT_U16 id, const _LD_Info& model
     array.state.memberCount = static_cast<KT_U8>(disks.size());
     std::fill(std::begin(array.state.members), std::end(array.state.members), KT_U16{KT_NO_ID});
     std::copy(disks.begin(), disks.end(), array.state.members);
-    std::copy(std::begin(array.state.members), std::end(array.state.members), array.state.homes);
+    std::copy(std::begin(target.homes), std::end(target.homes), array.state.homes);
     listMembers(array);
     for (int i = 0; i < array.info.VDSlotCount; i++)
         array.info.VDSlotSize[i] = capacityOf(geometryOf(array), shares[i]);
@@ -262,11 +265,14 @@ static void arriveArray(const Context& context, KT_U16 id, const _LD_Info& model
 void finishMigration(const Context& context, Owner owner) {
     const Activity job = jobOf(context, owner);
     const Group group = groupOf(context, owner);
-    std::vector<KT_U16> disks;
-    for (const KT_U16 vd : group.vds)
-        arriveVd(context, vd, disks);
-    const auto model = group.vds.empty() ? std::nullopt : find<_LD_Info>(context, group.vds.front());
-    if (owner.kind == OwnerKind::Array && model && !disks.empty()) arriveArray(context, owner.id, *model, disks);
+    std::optional<VdTarget> arrived;
+    for (const KT_U16 vd : group.vds) {
+        const auto target = find<VdTarget>(context, vd);
+        if (!target) continue;
+        arriveVd(context, vd, *target);
+        arrived = target;
+    }
+    if (owner.kind == OwnerKind::Array && arrived) arriveArray(context, owner.id, *arrived);
     dropJob(context, owner);
     logJob(context, owner, job, STEP_COMPLETED);
     refreshGroup(context, groupOf(context, owner));

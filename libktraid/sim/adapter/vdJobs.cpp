@@ -84,6 +84,10 @@ static bool isControl(KT_U8 control) {
     return (control >= KT_CONTROL_RESTART && control <= KT_CONTROL_STOP) || control == KT_CONTROL_STOP_FOR_DELETE;
 }
 
+static bool setsGoing(KT_U8 control) {
+    return control == KT_CONTROL_RESTART || control == KT_CONTROL_RESUME;
+}
+
 KT_U8 controlVd(const Context& context, KT_U16 id, KT_U8 control) {
     Vd vd = {};
     const KT_U8 status = findVd(context, id, vd);
@@ -91,6 +95,7 @@ KT_U8 controlVd(const Context& context, KT_U16 id, KT_U8 control) {
     if (!isControl(control)) return KT_ERR_BGA_ACTION;
     const bool arrays = vd.info.DGID != KT_NO_ID && jobOf(context, Owner{OwnerKind::Array, vd.info.DGID}).kind != 0;
     if (arrays) return control == KT_CONTROL_STOP_FOR_DELETE ? KT_U8{KT_OK} : KT_U8{KT_ERR_ARRAY_BUSY};
+    if (setsGoing(control) && !isUsable(vd.info)) return KT_ERR_VD_NOT_READY;
     return controlJob(context, Owner{OwnerKind::Vd, id}, control);
 }
 
@@ -100,6 +105,10 @@ KT_U8 controlArray(const Context& context, KT_U16 id, KT_U8 control) {
     const KT_U8 status = findArray(context, id, array);
     if (status != KT_OK) return status;
     if (!isControl(control) || control == KT_CONTROL_STOP_FOR_DELETE) return KT_ERR_BGA_ACTION;
+    for (int i = 0; setsGoing(control) && i < array.info.VDSlotCount; i++) {
+        const auto vd = find<_LD_Info>(context, array.info.VDIDs[i]);
+        if (vd && !isUsable(*vd)) return KT_ERR_VD_NOT_READY;
+    }
     return controlJob(context, Owner{OwnerKind::Array, id}, control);
 }
 

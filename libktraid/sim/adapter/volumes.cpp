@@ -146,7 +146,8 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
     }
     if (status == vd.info.Status) return;
     vd.info.Status = status;
-    save(context, id, vd.info);
+    if (status == KT_VD_OFFLINE) vd.state.offline = context.now;
+    saveVd(context, vd);
     logStatus(context, vd.info, status);
 }
 
