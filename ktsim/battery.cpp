@@ -33,18 +33,21 @@ static void showBattery(Context& context) {
     printf("%-13s%s\n", "VD caches", batteryKeepsCache(context) ? "survive a power failure" : "are not safe");
 }
 
-/* A subcommand that changes something about the battery; `change` answers false when there is none. */
+using BatteryChange = std::function<bool(Context&)>;
+
+static void change(const Options& options, const BatteryChange& how) {
+    changeAdapter(options, [&](Context& context) {
+        if (!how(context)) throw CommandFailure{"adapter " + std::to_string(context.adapter) + " has no such battery"};
+        settleAll(context.store);
+    });
+}
+
+/* A subcommand that changes something about the battery; `how` answers false when there is none. */
 static CLI::App* addChange(CLI::App& battery, Options& options, const char* word, const char* help,
-                           const std::function<bool(Context&)>& change) {
+                           const BatteryChange& how) {
     CLI::App* command = battery.add_subcommand(word, help);
     addAdapterOption(*command, options);
-    command->callback([&options, change] {
-        changeAdapter(options, [&](Context& context) {
-            if (!change(context))
-                throw CommandFailure{"adapter " + std::to_string(context.adapter) + " has no such battery"};
-            settleAll(context.store);
-        });
-    });
+    command->callback([&options, how] { change(options, how); });
     return command;
 }
 
@@ -91,12 +94,16 @@ void addBattery(CLI::App& app, Options& options) {
         return true;
     });
     addChange(*battery, options, "insert", "Put a new one in", insertBattery);
-    CLI::App* remove = addChange(*battery, options, "remove", "Take it out", [&options](Context& context) {
+    CLI::App* remove = battery->add_subcommand("remove", "Take it out");
+    addAdapterOption(*remove, options);
+    addForceOption(*remove, options);
+    remove->callback([&options] {
+        change(options, [](Context& context) { return hasBattery(context); });
+        /* Asked with the state let go of: nobody else waits for the answer. */
         if (!confirm(options, "Caches of virtual disks will not survive a power failure. Take the battery out?"))
             throw CommandFailure{"nothing was changed"};
-        return removeBattery(context);
+        change(options, removeBattery);
     });
-    addForceOption(*remove, options);
     addReadings(*battery, options, wanted);
     addChange(*battery, options, "charger", "Break the charger, or repair it",
               [wanted](Context& context) { return breakCharger(context, wanted->text == "broken"); })

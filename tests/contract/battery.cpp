@@ -119,8 +119,14 @@ TEST_F(Battery, ABrokenChargerEndsTheRelearn) {
         sim::scheduleRelearn(context, 1);
     });
     advance(3 * DAY);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"19", "15", "6", "16", "20", "28", "31", "7", "17", "9"}));
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"19", "15", "6", "16", "20", "28", "31", "7", "19", "9"}));
     EXPECT_EQ(battery().percentage, 0);
+    outside(0, [](sim::Context& context) { sim::setBatteryCharge(context, 50); });
+    EXPECT_EQ(battery().status, KT_BBU_PRESENT);
+    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
+    advance(21 * DAY);
+    EXPECT_EQ(battery().percentage, 29) << "it runs down";
+    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
 }
 
 TEST_F(Battery, LostAndFoundAgain) {
@@ -139,9 +145,10 @@ TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
     outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, 6001); });
     EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
     outside(0, [](sim::Context& context) { sim::setBatteryVoltage(context, 3299); });
+    outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, -1); });
     outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, 6000); });
     EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0})) << "the voltage is still wrong";
     outside(0, [](sim::Context& context) { sim::setBatteryVoltage(context, 3300); });
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"24", "28", "25", "23", "26", "29"}));
+    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"24", "28", "25", "22", "23", "26", "29"}));
 }

@@ -64,6 +64,11 @@ static bool isPresent(const Context& context, _BBU_Info& info) {
     return found && (found->status & KT_BBU_PRESENT);
 }
 
+bool hasBattery(const Context& context) {
+    _BBU_Info info = {};
+    return isPresent(context, info);
+}
+
 static bool hasPlace(const Context& context) {
     return (adapterInfo(context).AdvancedFeatures & KT_ADV_BBU) || find<_BBU_Info>(context, 0);
 }
@@ -92,26 +97,31 @@ static BatteryState stateOf(const Context& context) {
     return found ? *found : firstState(context);
 }
 
-/* Milliseconds that the whole charge takes in the present mode, NEVER when it does not move. */
+/* What a broken charger should charge runs down. */
+static bool isRising(const BatteryState& state) {
+    return state.mode == BATTERY_CHARGING && !state.chargerBroken;
+}
+
+/* Milliseconds that the whole charge takes in the present mode. */
 static KT_U64 paceOf(const BatteryState& state) {
-    if (state.mode == BATTERY_CHARGING) return state.chargerBroken ? NEVER : CHARGE_TIME;
+    if (isRising(state)) return CHARGE_TIME;
     return state.mode == BATTERY_DISCHARGING ? DISCHARGE_TIME : LEAK_TIME;
 }
 
 static KT_U32 chargeAt(const BatteryState& state, KT_U64 now) {
     const KT_U64 pace = paceOf(state);
-    if (pace == NEVER || now <= state.since) return state.charge;
+    if (now <= state.since) return state.charge;
     const KT_U64 passed = std::min(now - state.since, pace);
     const auto moved = static_cast<KT_U32>(passed * FULL / pace);
-    if (state.mode == BATTERY_CHARGING) return std::min(FULL, state.charge + moved);
+    if (isRising(state)) return std::min(FULL, state.charge + moved);
     return state.charge > moved ? state.charge - moved : 0;
 }
 
 /* When the charge will have reached `level`; NEVER when it moves away from it or is there. */
 static KT_U64 reaches(const BatteryState& state, KT_U32 level) {
     const KT_U64 pace = paceOf(state);
-    const bool rising = state.mode == BATTERY_CHARGING;
-    if (pace == NEVER || (rising ? level <= state.charge : level >= state.charge)) return NEVER;
+    const bool rising = isRising(state);
+    if (rising ? level <= state.charge : level >= state.charge) return NEVER;
     const KT_U64 way = rising ? level - state.charge : state.charge - level;
     return state.since + (way * pace + FULL - 1) / FULL;
 }
@@ -133,7 +143,7 @@ KT_U8 getBattery(const Context& context, _BBU_Info& info) {
     info.voltage = static_cast<KT_U16>(std::clamp(voltageAt(info, charge), 0, 0xFFFF));
     info.status = KT_BBU_PRESENT;
     info.minutesToFull = info.minutesToEmpty = 0;
-    if (state.mode == BATTERY_CHARGING) {
+    if (isRising(state)) {
         info.status |= KT_BBU_CHARGING;
         info.minutesToFull = static_cast<KT_U16>((FULL - charge) * CHARGE_TIME / FULL / MINUTE);
     } else if (state.mode == BATTERY_DISCHARGING) {
@@ -188,12 +198,18 @@ static const Complaint COMPLAINTS[] = {
 };
 
 static void checkComplaints(const Context& context, const _BBU_Info& info, BatteryState& state) {
+    /* From too cold to too hot is not back to normal. */
+    const auto isOver = [&](KT_U16 code) {
+        return std::none_of(std::begin(COMPLAINTS), std::end(COMPLAINTS),
+                            [&](const Complaint& each) { return each.over == code && each.holds(info, state); });
+    };
     for (size_t i = 0; i < std::size(COMPLAINTS); i++) {
         const auto bit = static_cast<KT_U8>(1U << i);
         const bool wrong = COMPLAINTS[i].holds(info, state);
         if (wrong == ((state.complaints & bit) != 0)) continue;
         state.complaints = static_cast<KT_U8>(state.complaints ^ bit);
-        report(context, wrong ? COMPLAINTS[i].code : COMPLAINTS[i].over, wrong ? SEV_WARNING : SEV_INFO);
+        if (wrong) report(context, COMPLAINTS[i].code, SEV_WARNING);
+        if (!wrong && isOver(COMPLAINTS[i].over)) report(context, COMPLAINTS[i].over);
     }
 }
 
@@ -210,7 +226,8 @@ static void setAbnormal(const Context& context, BatteryState& state, bool abnorm
 static void setMode(const Context& context, BatteryState& state, KT_U8 mode) {
     if (state.mode == mode) return;
     state.mode = mode;
-    if (mode == BATTERY_CHARGING) report(context, EVT_CHARGING);
+    if (mode == BATTERY_CHARGING && state.chargerBroken) report(context, EVT_CHARGER_PROBLEM, SEV_MAJOR);
+    if (mode == BATTERY_CHARGING && !state.chargerBroken) report(context, EVT_CHARGING);
     if (mode == BATTERY_DISCHARGING) report(context, EVT_DISCHARGING);
 }
 
@@ -304,7 +321,7 @@ KT_U64 settleBattery(const Context& context) {
     checkComplaints(context, info, state);
     setAbnormal(context, state, state.complaints != 0, !first);
     KT_U64 next = std::min(nextRelearnStep(state), reaches(state, LOW_CHARGE));
-    next = std::min(next, reaches(state, state.mode == BATTERY_CHARGING ? FULL : 0));
+    next = std::min(next, reaches(state, isRising(state) ? FULL : 0));
     /* Just below the low mark the complaint begins; one step further lies the moment to look. */
     next = std::min(next, reaches(state, LOW_CHARGE - 1));
     if (state.mode == BATTERY_IDLE) next = std::min(next, reaches(state, state.rechargeBelow * (FULL / 100)));
@@ -444,6 +461,7 @@ bool setBatteryVoltage(const Context& context, KT_U16 millivolts) {
 bool breakCharger(const Context& context, bool broken) {
     return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
         if (broken && !state.chargerBroken) report(context, EVT_CHARGER_PROBLEM, SEV_MAJOR);
+        if (!broken && state.chargerBroken && state.mode == BATTERY_CHARGING) report(context, EVT_CHARGING);
         state.chargerBroken = broken ? 1 : 0;
     });
 }

@@ -32,6 +32,7 @@ BatteryLimits batteryLimits(const Context& context);
 void setBatteryLimits(const Context& context, const BatteryLimits& limits);
 
 /* What people and weather do to it. False when there is no battery (or no place for one). */
+bool hasBattery(const Context& context);
 bool insertBattery(const Context& context);
 bool removeBattery(const Context& context);
 bool setBatteryCharge(const Context& context, unsigned percent);
