@@ -1,7 +1,9 @@
 #include "adapter/blocks.h"
 #include "adapter/foreign.h"
 #include "adapter/health.h"
+#include "adapter/jobs.h"
 #include "adapter/smart.h"
+#include "adapter/surface.h"
 #include "commands.h"
 #include "lab.h"
 
@@ -17,6 +19,7 @@ struct DiskOptions {
     std::string size;
     std::string aspect;
     unsigned amount = 1;
+    KT_U64 lba = NEVER; /* NEVER: wherever it happens */
     bool clear = false;
 };
 
@@ -84,6 +87,54 @@ static void addAge(CLI::App& disk, Options& options, const std::shared_ptr<DiskO
                               });
     age->add_option("WHAT", wanted->aspect, "What wears")->required()->check(CLI::IsMember(agingWords()));
     age->add_option("AMOUNT", wanted->amount, "By how much")->capture_default_str();
+}
+
+static void printSpoiled(KT_U16 pd, KT_U8 flaw, KT_U32 count, KT_U64 first) {
+    const char* what = flaw != FLAW_WRONG ? "cannot be read" : count == 1 ? "holds wrong data" : "hold wrong data";
+    printf("Disk %u: %u sector%s %s (%sLBA 0x%llx).\n", unsigned{pd}, unsigned{count}, count == 1 ? "" : "s", what,
+           count == 1 ? "" : "the first: ", static_cast<unsigned long long>(first));
+}
+
+static KT_U32 spoilAt(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskOptions& wanted) {
+    const auto disk = find<_HD_Info>(context, pd);
+    const std::string name = "disk " + std::to_string(pd);
+    if (disk && (wanted.lba >= disk->Size || disk->Size - wanted.lba < wanted.amount))
+        throw CommandFailure{name + " has only " + std::to_string(disk->Size) + " sectors"};
+    KT_U32 spoiled = 0;
+    for (KT_U64 lba = wanted.lba; lba < wanted.lba + wanted.amount; lba++) {
+        if (flaw == FLAW_WRONG && !isGuarded(context, pd, lba))
+            throw CommandFailure{"no redundant virtual disk has LBA " + std::to_string(lba) + " of " + name};
+        spoiled += addBadSector(context, pd, lba, BadSector{flaw, 0, {}}) ? 1U : 0U;
+    }
+    return spoiled;
+}
+
+static KT_U8 spoil(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskOptions& wanted) {
+    if (!find<_HD_Info>(context, pd)) return KT_ERR_INVALID_PD;
+    KT_U64 first = wanted.lba;
+    const KT_U32 spoiled = wanted.lba == NEVER
+                               ? addBadSectors(context, pd, BadSector{flaw, 0, {}}, wanted.amount, &first)
+                               : spoilAt(context, pd, flaw, wanted);
+    const std::string name = "disk " + std::to_string(pd);
+    if (spoiled == 0 && wanted.lba == NEVER && flaw == FLAW_WRONG && badSectorCount(context, pd) < BAD_SECTORS_KEPT)
+        throw CommandFailure{"no redundant virtual disk lies on " + name};
+    if (spoiled == 0) throw CommandFailure{name + " is no worse for it"};
+    printSpoiled(pd, flaw, spoiled, first);
+    /* What runs has been there or will get there. */
+    applyRates(context);
+    return KT_OK;
+}
+
+static void addSpoil(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted, const char* word,
+                     const char* help, KT_U8 flaw) {
+    CLI::App* command =
+        addChange(disk, options, wanted, word, help, "", true,
+                  [wanted, flaw](Context& context, KT_U16 pd) { return spoil(context, pd, flaw, *wanted); });
+    command->add_option("--lba", wanted->lba, "The first sector; else wherever it happens")
+        ->check(CLI::Range(KT_U64{0}, (KT_U64{1} << 48) - 1));
+    command->add_option("--count", wanted->amount, "So many sectors")
+        ->check(CLI::Range(KT_U64{1}, BAD_SECTORS_KEPT))
+        ->capture_default_str();
 }
 
 struct InsertOptions {
@@ -170,6 +221,9 @@ void addDisk(CLI::App& app, Options& options) {
     replace->add_option("--size", wanted->size, "Of the new one, for instance 500GB or 4TB; else as large")
         ->each([](const std::string& size) { readBytes(size); });
     addAge(*disk, options, wanted);
+    addSpoil(*disk, options, wanted, "damage", "Some of its sectors cannot be read any more", FLAW_UNREADABLE);
+    addSpoil(*disk, options, wanted, "corrupt", "Some of its sectors hold wrong data, which only a check tells",
+             FLAW_WRONG);
     CLI::App* trip =
         addChange(*disk, options, wanted, "trip", "Its SMART status goes over the threshold", "", false,
                   [wanted](Context& context, KT_U16 pd) { return tripSmart(context, pd, !wanted->clear); });

@@ -31,7 +31,8 @@ KT_U64 simulatedNow(Store& store) {
 }
 
 void setClock(Store& store, KT_U64 now, KT_U32 speed, bool stopped) {
-    save(store, ADAPTER_GLOBAL, 0, Clock{now, realNow(), speed, static_cast<KT_U8>(stopped ? 1 : 0), {}});
+    /* A clock that stands has nothing to do with real time: states that are alike look alike. */
+    save(store, ADAPTER_GLOBAL, 0, Clock{now, stopped ? 0 : realNow(), speed, static_cast<KT_U8>(stopped ? 1 : 0), {}});
 }
 
 } // namespace sim

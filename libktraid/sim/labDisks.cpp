@@ -1,3 +1,4 @@
+#include "adapter/surface.h"
 #include "lab.h"
 #include "labReader.h"
 
@@ -166,6 +167,16 @@ static void addPatrol(const Context& context, LabReader& disk, KT_U64 kib, PdSta
     }
 }
 
+static void takeBadSectors(const Context& context, LabReader& reader, const _HD_Info& disk, KT_U16 id) {
+    const Json* list = take(reader, "badSectors");
+    if (!list) return;
+    for (const Json& lba : list->is_array() ? *list : Json::array({*list})) {
+        const bool good = lba.is_number_unsigned() && lba.get<KT_U64>() < disk.Size &&
+                          addBadSector(context, id, lba.get<KT_U64>(), BadSector{FLAW_UNREADABLE, 0, {}});
+        if (!good) failLab(reader, "badSectors", "should be a list of at most 1000 sectors of the disk");
+    }
+}
+
 static void addDisks(Context& context, LabReader& adapter) {
     KT_U64 next = 0;
     for (LabReader& entry : takeObjects(adapter, "disks")) {
@@ -181,6 +192,7 @@ static void addDisks(Context& context, LabReader& adapter) {
             PdState state = makeState(reader, model, id);
             addPatrol(context, reader, disk.Size / 1024 * disk.BlockSize, state);
             takeFields(reader, KIND_PD, &disk);
+            takeBadSectors(context, reader, disk, id);
             takeNothingElse(reader);
             save(context, id, disk);
             save(context, id, state);

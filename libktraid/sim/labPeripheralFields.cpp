@@ -7,6 +7,7 @@ static constexpr Field AGE_FIELDS[] = {
     NUM(DiskAge, reallocated), NUM(DiskAge, pending),     NUM(DiskAge, uncorrectable), NUM(DiskAge, readErrors),
     NUM(DiskAge, spinRetries), NUM(DiskAge, linkErrors),  NUM(DiskAge, hours),         NUM(DiskAge, wear),
     NUM(DiskAge, warmth),      NUM(DiskAge, mostPending), NUM(DiskAge, mostWarmth)};
+static constexpr Field SECTOR_FIELDS[] = {NUM(BadSector, flaw), NUM(BadSector, known)};
 static constexpr Field CIPHER_FIELDS[] = {HEX(DiskCipher, key.bytes), NUM(DiskCipher, offline)};
 static constexpr Field ELEMENT_FIELDS[] = {HEX(EnclosureElement, status), NUM(EnclosureElement, subEnclosure),
                                            TXT(EnclosureElement, text)};
@@ -67,6 +68,7 @@ static constexpr Field TANDEM_ENTRY_FIELDS[] = {NUM(TandemEntry, start), NUM(Tan
 /* The pages of flash images have no fields; they are printed as rows of bytes. */
 static constexpr RecordFields TABLES[] = {
     TABLE(KIND_DISK_AGE, "diskAges", DiskAge, AGE_FIELDS),
+    TABLE(KIND_BAD_SECTOR, "badSectors", BadSector, SECTOR_FIELDS),
     TABLE(KIND_DISK_CIPHER, "diskCiphers", DiskCipher, CIPHER_FIELDS),
     TABLE(KIND_ENCLOSURE_ELEMENT, "enclosureElements", EnclosureElement, ELEMENT_FIELDS),
     TABLE(KIND_BATTERY_STATE, "batteryState", BatteryState, BATTERY_STATE_FIELDS),

@@ -27,6 +27,7 @@ enum Kind : KT_U8 {
     KIND_PD_STATE = 41,
     KIND_PD_PULLED = 42,
     KIND_PD_PULLED_BLOCKS = 45,
+    KIND_BAD_SECTOR = 46,
     KIND_BLOCK = 50,
     KIND_PD_BLOCKS = 51,
     KIND_PM = 60,
@@ -157,6 +158,19 @@ struct PulledBlocks {
     PulledBlock entries[128];
 };
 
+enum SectorFlaw : KT_U8 {
+    FLAW_UNREADABLE = 1,
+    FLAW_LOST = 2, /* sound, but marked by the adapter: what should be there could not be made from the other members */
+    FLAW_WRONG = 3 /* reads well, but is not what was written */
+};
+
+/* A sector of a disk with something wrong, id = (disk << 48) + LBA; see adapter/surface.h. */
+struct BadSector {
+    KT_U8 flaw;
+    KT_U8 known; /* the drive has met it, and counts it as pending */
+    KT_U8 reserved[6];
+};
+
 enum : KT_U8 { FAULT_STATUS = 0, FAULT_COUNT = 1, FAULT_TEXT = 2, FAULT_NEXT = 3 };
 
 /* One row a fault, ADAPTER_GLOBAL: meets the calls of that name from the after-th on, `times` times. */
@@ -194,6 +208,7 @@ KTSIM_KIND(_HD_Info, KIND_PD);
 KTSIM_KIND(PdState, KIND_PD_STATE);
 KTSIM_KIND(PulledDisk, KIND_PD_PULLED);
 KTSIM_KIND(PulledBlocks, KIND_PD_PULLED_BLOCKS);
+KTSIM_KIND(BadSector, KIND_BAD_SECTOR);
 KTSIM_KIND(_Block_Info, KIND_BLOCK);
 KTSIM_KIND(_HD_Block_Info, KIND_PD_BLOCKS);
 KTSIM_KIND(_PM_Info, KIND_PM);

@@ -2,6 +2,7 @@
 
 #include "adapter/blocks.h"
 #include "adapter/jobs.h"
+#include "adapter/surface.h"
 
 #include <algorithm>
 #include <map>
@@ -124,6 +125,19 @@ static void checkDisks(const Check& check) {
     });
 }
 
+static void checkSurface(const Check& check) {
+    std::map<KT_U16, KT_U64> counts;
+    forEach<BadSector>(check.context, 0, [&](KT_U64 id, const BadSector& sector) {
+        const auto pd = static_cast<KT_U16>(id >> 48);
+        if (id % (KT_U64{1} << 48) >= diskEnd(check.context, pd) || ++counts[pd] > BAD_SECTORS_KEPT)
+            report(check, name("disk", pd) + " has bad sectors beyond its end, or too many");
+        const bool known = sector.known == 0 || (sector.known == 1 && sector.flaw == FLAW_UNREADABLE);
+        if (!known || sector.flaw < FLAW_UNREADABLE || sector.flaw > FLAW_WRONG)
+            report(check, name("disk", pd) + " has sectors bad in a way that there is not");
+        return true;
+    });
+}
+
 static void checkEvents(const Check& check) {
     KT_U64 last = 0;
     forEach<_Event>(check.context, 0, [&](KT_U64 id, const _Event& event) {
@@ -145,6 +159,7 @@ std::vector<std::string> findViolations(Store& store) {
         checkVds(check);
         checkArrays(check);
         checkDisks(check);
+        checkSurface(check);
         checkEvents(check);
     }
     rollbackTransaction(store);

@@ -2,6 +2,7 @@
 #include "adapter/health.h"
 #include "adapter/members.h"
 #include "adapter/settle.h"
+#include "adapter/surface.h"
 #include "clock.h"
 #include "invariants.h"
 #include "lab.h"
@@ -243,6 +244,11 @@ static void happen(Chaos& run) {
     case 4:
     case 5:
         insertDisk(context, pd);
+        break;
+    case 6:
+    case 7:
+        addBadSectors(context, pd, BadSector{pick(run, 2) ? FLAW_WRONG : FLAW_UNREADABLE, 0, {}}, pick(run, 300));
+        applyRates(context);
         break;
     default:
         /* Broken and missing disks are seen to, or there would soon be none. */

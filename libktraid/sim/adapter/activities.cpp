@@ -1,9 +1,11 @@
 #include "adapter/activity.h"
 #include "adapter/jobs.h"
 #include "adapter/migration.h"
+#include "adapter/reading.h"
 #include "adapter/rebuild.h"
 #include "adapter/settle.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace sim {
@@ -47,9 +49,10 @@ KT_U64 settleRaid(Context& context) {
     if (find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid == 0) applyRates(context);
     std::vector<Owner> due;
     forEachJob(context, [&](Owner owner, const Activity& job) {
-        if (nextMoment(job) <= context.now) due.push_back(owner);
+        if (nextMoment(context, owner, job) <= context.now) due.push_back(owner);
     });
     for (const Owner owner : due) {
+        meetBadSectors(context, owner, jobOf(context, owner));
         const Activity job = jobOf(context, owner);
         if (activityEnd(job) <= context.now) {
             completeJob(context, owner);
@@ -59,7 +62,8 @@ KT_U64 settleRaid(Context& context) {
     }
     if (!due.empty()) arbitrate(context);
     KT_U64 next = NEVER;
-    forEachJob(context, [&](Owner, const Activity& job) { next = nextMoment(job) < next ? nextMoment(job) : next; });
+    forEachJob(context,
+               [&](Owner owner, const Activity& job) { next = std::min(next, nextMoment(context, owner, job)); });
     return next;
 }
 

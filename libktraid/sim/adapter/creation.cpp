@@ -3,6 +3,7 @@
 #include "adapter/arrays.h"
 #include "adapter/blocks.h"
 #include "adapter/jobs.h"
+#include "adapter/surface.h"
 #include "events.h"
 
 #include <algorithm>
@@ -124,6 +125,7 @@ static KT_U8 placeBlock(const Context& context, const VdPlan& plan, size_t slot,
     }
     blockId = addBlock(context, block);
     if (blockId == KT_NO_ID) return KT_ERR_NO_RESOURCE;
+    forgetWrongData(context, block);
     disk.state.raid |= KT_PD_MEMBER;
     if (plan.initialization != KT_INIT_NONE) disk.state.hasMbr = 0;
     saveDisk(context, disk);

@@ -7,6 +7,7 @@
 #include "adapter/members.h"
 #include "adapter/peripherals.h"
 #include "adapter/rebuild.h"
+#include "adapter/surface.h"
 #include "events.h"
 
 #include <algorithm>
@@ -337,6 +338,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     save(context, id, *info);
     save(context, id, *state);
     forgetDisk(context, id);
+    copySurface(Context{arrival.store, arrival.adapter, 0}, pd, context, id);
     if (const auto age = find<DiskAge>(arrival.store, arrival.adapter, pd)) save(context, id, *age);
     if (const auto cipher = find<DiskCipher>(arrival.store, arrival.adapter, pd)) save(context, id, *cipher);
     logEvent(context, EVT_PD, 1, id, SEV_INFO);

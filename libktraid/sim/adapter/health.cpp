@@ -9,6 +9,7 @@
 #include "adapter/peripherals.h"
 #include "adapter/rebuild.h"
 #include "adapter/spares.h"
+#include "adapter/surface.h"
 #include "events.h"
 
 #include <algorithm>
@@ -344,7 +345,10 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
     disk.state.smartTripped = tripped ? 1 : 0;
     saveDisk(context, disk);
     /* Its attributes would go on saying that it fails. */
-    if (!tripped) erase<DiskAge>(context, pd);
+    if (!tripped) {
+        erase<DiskAge>(context, pd);
+        forgetSurface(context, pd, FLAW_UNREADABLE);
+    }
     if (news && disk.state.config.SMARTOn && adapterConfig(context).PollSMARTStatus == 1)
         logEvent(context, EVT_PD, 11, pd, SEV_WARNING);
     return KT_OK;

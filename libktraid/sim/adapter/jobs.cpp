@@ -2,6 +2,7 @@
 
 #include "adapter/activity.h"
 #include "adapter/candidates.h"
+#include "adapter/reading.h"
 #include "adapter/settle.h"
 #include "events.h"
 
@@ -271,11 +272,13 @@ void forEachJob(const Context& context, const std::function<void(Owner, const Ac
     });
 }
 
-KT_U64 nextMoment(const Activity& job) {
+KT_U64 nextMoment(const Context& context, Owner owner, const Activity& job) {
     Activity part = job;
     const KT_U64 quarter = job.announced + ANNOUNCED_PERCENT;
     if (quarter < 100) part.work = job.work / 100 * quarter + (job.work % 100 * quarter + 99) / 100;
-    return activityEnd(part);
+    part.work = std::min(part.work, nextMeeting(context, owner, job));
+    /* What lies behind already, for its place has changed, shows at once. */
+    return std::max(activityEnd(part), context.now);
 }
 
 struct Claim {
@@ -318,7 +321,7 @@ void arbitrate(const Context& context) {
             setState(context, claim.owner, claim.job, KT_STATE_RUNNING);
             logJob(context, claim.owner, claim.job, STEP_AUTO_RESUMED);
         }
-        due = std::min(due, nextMoment(jobOf(context, claim.owner)));
+        due = std::min(due, nextMoment(context, claim.owner, jobOf(context, claim.owner)));
         granted.push_back(std::move(claim));
     }
     scheduleRaid(context, due);

@@ -61,8 +61,8 @@ void applyRates(const Context& context);
 /* Every running activity of the adapter pauses. */
 void pauseAll(const Context& context);
 
-/* The moment at which a running activity completes or passes the next quarter, which is logged. */
-KT_U64 nextMoment(const Activity& job);
+/* The moment at which a running activity completes, passes the next quarter, which is logged, or meets a bad sector. */
+KT_U64 nextMoment(const Context& context, Owner owner, const Activity& job);
 inline constexpr unsigned ANNOUNCED_PERCENT = 25;
 /* All owners that have an activity. */
 void forEachJob(const Context& context, const std::function<void(Owner, const Activity&)>& visit);

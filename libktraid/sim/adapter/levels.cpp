@@ -82,6 +82,7 @@ KT_U8 checkGeometry(const _Adapter_Info& adapter, const Geometry& geometry, bool
 }
 
 KT_U8 subCount(const Geometry& geometry) {
+    if (geometry.disks < 2) return 1;
     if (geometry.level == KT_RAID10) return geometry.disks / 2;
     return geometry.level == KT_RAID50 || geometry.level == KT_RAID60 ? KT_U8{2} : KT_U8{1};
 }
@@ -104,6 +105,28 @@ KT_U32 dataHalves(const Geometry& geometry) {
     default:
         return 2 * disks;
     }
+}
+
+bool inSameSet(const Geometry& geometry, int one, int other) {
+    const int disks = geometry.disks;
+    if (geometry.level == KT_RAID1E) return (one + 1) % disks == other || (other + 1) % disks == one;
+    const int perSet = disks / subCount(geometry);
+    return one / perSet == other / perSet;
+}
+
+KT_U64 placeInVd(const Geometry& geometry, int slot, KT_U64 offset, KT_U64 stripe) {
+    const KT_U64 row = offset / stripe;
+    const KT_U64 within = offset % stripe;
+    const auto disks = static_cast<KT_U64>(geometry.disks);
+    if (geometry.level == KT_RAID1E) {
+        /* Every other row repeats the one before it, one disk further on. */
+        const KT_U64 piece = (static_cast<KT_U64>(slot) + disks - row % 2) % disks;
+        return (row / 2 * disks + piece) * stripe + within;
+    }
+    const KT_U64 sets = subCount(geometry);
+    const KT_U64 perRow = dataHalves(geometry) / 2;
+    const KT_U64 set = static_cast<KT_U64>(slot) / (disks / sets);
+    return (row * perRow + set * (perRow / sets)) * stripe + within;
 }
 
 KT_U64 shareFor(const Geometry& geometry, KT_U64 size, KT_U16 stripe) {

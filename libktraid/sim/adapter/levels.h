@@ -28,6 +28,11 @@ KT_U8 checkGeometry(const _Adapter_Info& adapter, const Geometry& geometry, bool
 
 /* Sets of disks inside which redundancy works: pairs of RAID10, halves of RAID50 and RAID60; 1 otherwise. */
 KT_U8 subCount(const Geometry& geometry);
+/* Whether one slot is rebuilt from what the other holds, among others. */
+bool inSameSet(const Geometry& geometry, int one, int other);
+/* Where in the virtual disk the `offset`th byte of every member of the slot's set belongs: that of the first data in
+   its row of stripes of `stripe` bytes. */
+KT_U64 placeInVd(const Geometry& geometry, int slot, KT_U64 offset, KT_U64 stripe);
 /* Disks' worth of data, in halves of a disk: RAID1E on 3 disks holds 3 halves. */
 KT_U32 dataHalves(const Geometry& geometry);
 /* KiB that the level holds with `share` KiB on every disk. */

@@ -2,6 +2,7 @@
 
 #include "adapter/battery.h"
 #include "adapter/settle.h"
+#include "adapter/surface.h"
 
 namespace sim {
 
@@ -11,6 +12,7 @@ KT_U64 settlePeripherals(Context& context) {
 
 void forgetDisk(const Context& context, KT_U16 pd) {
     erase<DiskAge>(context, pd);
+    forgetSurface(context, pd);
     erase<DiskCipher>(context, pd);
 }
 

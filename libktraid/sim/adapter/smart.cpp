@@ -1,13 +1,14 @@
 #include "adapter/smart.h"
 
 #include "adapter/health.h"
+#include "adapter/surface.h"
 #include "events.h"
 
 #include <algorithm>
 
 namespace sim {
 
-enum : KT_U16 { EVT_BAD_BLOCKS_80 = 13, EVT_BAD_BLOCKS_FULL = 14, EVT_REASSIGNED = 15 };
+enum : KT_U16 { EVT_BAD_BLOCKS_80 = 13, EVT_BAD_BLOCKS_FULL = 14 };
 static const KT_U32 BAD_BLOCK_TABLE = 512; /* sectors a disk can reassign */
 static const KT_U64 HOUR = 3600000;
 static const KT_U64 DAY = 24 * HOUR;
@@ -280,30 +281,65 @@ KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& comman
 
 /* Ageing. */
 
-static void logReassigned(const Context& context, KT_U16 pd, KT_U32 before, KT_U32 now) {
-    if (now > before) logEvent(context, EVT_PD, EVT_REASSIGNED, pd, SEV_INFO);
+static void logTable(const Context& context, KT_U16 pd, KT_U32 before, KT_U32 now) {
     const KT_U32 most = BAD_BLOCK_TABLE * 8 / 10;
     if (before < most && now >= most) logEvent(context, EVT_PD, EVT_BAD_BLOCKS_80, pd, SEV_WARNING);
     if (before < BAD_BLOCK_TABLE && now >= BAD_BLOCK_TABLE)
         logEvent(context, EVT_PD, EVT_BAD_BLOCKS_FULL, pd, SEV_MAJOR);
 }
 
+static DiskAge ageOf(const Context& context, KT_U16 pd) {
+    return find<DiskAge>(context, pd).value_or(DiskAge{});
+}
+
+static void addTo(KT_U32& count, KT_U32 amount) {
+    count = static_cast<KT_U32>(std::min<KT_U64>(KT_U64{count} + amount, 0xFFFFFFU));
+}
+
+/* Keeps what has become of the disk, with the events of thresholds that it crosses. */
+static KT_U8 keepAge(const Context& context, KT_U16 pd, DiskAge age) {
+    const KT_U32 reallocated = ageOf(context, pd).reallocated;
+    age.mostPending = std::max(age.mostPending, age.pending);
+    age.mostWarmth = std::max(age.mostWarmth, age.warmth);
+    save(context, pd, age);
+    logTable(context, pd, reallocated, age.reallocated);
+    const auto disk = find<_HD_Info>(context, pd);
+    const auto state = find<PdState>(context, pd);
+    const bool trips = disk && state && !state->smartTripped && isFailing(describeAll(context, pd, *disk));
+    return trips && (disk->FeatureSupport & KT_HD_SMART) ? tripSmart(context, pd, true) : KT_U8{KT_OK};
+}
+
 bool ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount) {
     const auto* found =
         std::find_if(std::begin(ASPECTS), std::end(ASPECTS), [&](const Aspect& known) { return aspect == known.word; });
     const auto disk = find<_HD_Info>(context, pd);
-    const auto state = find<PdState>(context, pd);
-    if (found == std::end(ASPECTS) || !disk || !state || !knowsSmart(*disk)) return false;
-    DiskAge age = find<DiskAge>(context, pd).value_or(DiskAge{});
+    if (found == std::end(ASPECTS) || !disk || !knowsSmart(*disk)) return false;
+    DiskAge age = ageOf(context, pd);
     const KT_U32 reallocated = age.reallocated;
-    KT_U32& count = age.*found->count;
-    count = static_cast<KT_U32>(std::min<KT_U64>(KT_U64{count} + amount, 0xFFFFFFU));
-    age.mostPending = std::max(age.mostPending, age.pending);
-    age.mostWarmth = std::max(age.mostWarmth, age.warmth);
-    save(context, pd, age);
-    logReassigned(context, pd, reallocated, age.reallocated);
-    if (state->smartTripped || !isFailing(describeAll(context, pd, *disk))) return true;
-    return tripSmart(context, pd, true) == KT_OK;
+    addTo(age.*found->count, amount);
+    if (age.reallocated > reallocated) logEvent(context, EVT_PD, EVT_REASSIGNED, pd, SEV_INFO);
+    if (found->count == &DiskAge::pending) addBadSectors(context, pd, BadSector{FLAW_UNREADABLE, 1, {}}, amount);
+    return keepAge(context, pd, age) == KT_OK;
+}
+
+void countUnreadable(const Context& context, KT_U16 pd, KT_U32 sectors) {
+    if (sectors == 0) return;
+    DiskAge age = ageOf(context, pd);
+    addTo(age.pending, sectors);
+    addTo(age.uncorrectable, sectors);
+    addTo(age.readErrors, sectors);
+    keepAge(context, pd, age);
+}
+
+void countReassigned(const Context& context, KT_U16 pd, KT_U32 sectors, KT_U32 known) {
+    DiskAge age = ageOf(context, pd);
+    age.pending -= std::min(age.pending, known);
+    addTo(age.reallocated, sectors);
+    keepAge(context, pd, age);
+}
+
+KT_U32 sectorsToSpare(const Context& context, KT_U16 pd) {
+    return BAD_BLOCK_TABLE - std::min(ageOf(context, pd).reallocated, BAD_BLOCK_TABLE);
 }
 
 } // namespace sim

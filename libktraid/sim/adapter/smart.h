@@ -18,5 +18,12 @@ KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& comman
 bool ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount);
 std::vector<std::string> agingWords();
 
+/* A drive's own account of its sectors: that many more cannot be read; that many were put elsewhere, of which `known`
+   were counted as unreadable before. */
+void countUnreadable(const Context& context, KT_U16 pd, KT_U32 sectors);
+void countReassigned(const Context& context, KT_U16 pd, KT_U32 sectors, KT_U32 known);
+/* Sectors that the drive can still put elsewhere. */
+KT_U32 sectorsToSpare(const Context& context, KT_U16 pd);
+
 } // namespace sim
 #endif

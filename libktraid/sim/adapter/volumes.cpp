@@ -86,18 +86,22 @@ static bool isHardDisk(const Context& context, KT_U16 pd) {
 }
 
 /* The status that the blocks in the slots give; `statusWithLost` of the level. */
-static KT_U8 statusOf(const Context& context, const _LD_Info& vd, const KT_U16* homes) {
+static KT_U8 statusOf(const Context& context, const _LD_Info& vd, const KT_U16* homes, const BlockTest& isLost) {
     bool lost[MAX_MEMBERS] = {};
     bool hdd[MAX_MEMBERS] = {};
     const Geometry geometry = geometryOf(vd);
     const bool hybrid = isHybridLevel(geometry.level);
     for (int i = 0; i < geometry.disks; i++) {
         const auto block = vd.BlockIDs[i] == KT_NO_ID ? std::nullopt : find<_Block_Info>(context, vd.BlockIDs[i]);
-        lost[i] = !block || block->Status != BLOCK_GOOD;
+        lost[i] = !block || block->Status != BLOCK_GOOD || (isLost && isLost(*block));
         /* A pulled disk cannot be asked any more; a hybrid's last slot is its hard disk unless it says otherwise. */
         if (hybrid) hdd[i] = block ? isHardDisk(context, block->HDID) : isHardDisk(context, homes[i]) || i > 0;
     }
     return statusWithLost(geometry, lost, hdd);
+}
+
+KT_U8 statusWithout(const Context& context, const Vd& vd, const BlockTest& isLost) {
+    return statusOf(context, vd.info, vd.state.homes, isLost);
 }
 
 static int badness(KT_U8 status) {
@@ -138,10 +142,10 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
     Vd vd = {};
     if (findVd(context, id, vd) != KT_OK) return;
     if (!isUsable(vd.info) && vd.info.Status != KT_VD_OFFLINE) return;
-    KT_U8 status = statusOf(context, vd.info, vd.state.homes);
+    KT_U8 status = statusOf(context, vd.info, vd.state.homes, nullptr);
     const auto target = find<VdTarget>(context, id);
     if (target) {
-        const KT_U8 targetStatus = statusOf(context, target->info, vd.state.homes);
+        const KT_U8 targetStatus = statusOf(context, target->info, vd.state.homes, nullptr);
         if (badness(targetStatus) > badness(status)) status = targetStatus;
     }
     if (status == vd.info.Status) return;

@@ -5,6 +5,8 @@
 #include "adapter/levels.h"
 #include "store.h"
 
+#include <functional>
+
 namespace sim {
 
 inline constexpr int MAX_MEMBERS = 128;
@@ -71,6 +73,9 @@ Geometry geometryOf(const _LD_Info& vd);
 Geometry geometryOf(const Array& array); /* with the places of missing members */
 /* A virtual disk that takes commands: not offline, foreign or in conflict. */
 bool isUsable(const _LD_Info& vd);
+/* The status that the virtual disk would have if those of its working blocks were lost that `isLost` names. */
+using BlockTest = std::function<bool(const _Block_Info&)>;
+KT_U8 statusWithout(const Context& context, const Vd& vd, const BlockTest& isLost);
 /* KiB that the virtual disk holds on one member. */
 KT_U64 shareOf(const Context& context, const _LD_Info& vd);
 

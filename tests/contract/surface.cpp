@@ -1,0 +1,129 @@
+/* What checks, patrols, rebuilds and initialisations find on the disks. */
+#include "frame.h"
+
+#include "adapter/health.h"
+#include "adapter/surface.h"
+
+/* VD 0 is a RAID5 on disks 0 to 2, VD 1 a RAID6 on 3 to 6; 7 is a spare. */
+static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
+  {"type": "array-based", "disks": [{"count": 7, "size": "4GB"}, {"size": "4GB", "spare": "global"}],
+   "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{}]},
+              {"level": "RAID6", "disks": [3, 4, 5, 6], "virtualDisks": [{"size": "2GB"}, {"size": "1GB"}]}]}]})";
+static const uint64_t HOUR = 3600;
+using Events = std::vector<std::string>;
+
+struct Surface : ContractTest {
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+    }
+    void spoil(KT_U16 pd, KT_U64 lba, KT_U8 flaw, KT_U32 count = 1) const {
+        outside(0, [&](sim::Context& context) {
+            for (KT_U32 i = 0; i < count; i++)
+                EXPECT_TRUE(sim::addBadSector(context, pd, lba + i, sim::BadSector{flaw, 0, {}}));
+        });
+    }
+    void fail(KT_U16 pd) const {
+        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::failDisk(context, pd), KT_OK); });
+    }
+    /* What is logged until everything has ended, but for progress. */
+    Events found(KT_U8 status) const {
+        EXPECT_EQ(status, KT_OK);
+        advance(HOUR);
+        Events events = newEvents();
+        std::erase_if(events, [](const std::string& event) { return event.find("/23 ") != event.npos; });
+        std::erase_if(events,
+                      [](const std::string& event) { return event[0] == '1' && event.find("6 of") != event.npos; });
+        return events;
+    }
+};
+
+static KT_U64 smart(KT_U16 pd, KT_U8 id) {
+    _SMART_Info info = {};
+    EXPECT_EQ(KT_PD_GET_SMART_INFO(0, pd, &info), KT_OK);
+    for (const _SMART_Attribute& attribute : info.Attributes)
+        if (attribute.Id == id) return attribute.RawValue;
+    return 0;
+}
+
+TEST_F(Surface, ACheckFindsAndAFixRepairs) {
+    spoil(2, 0x2010, sim::FLAW_WRONG, 2);
+    spoil(0, 0x2010, sim::FLAW_WRONG);
+    spoil(1, 0x9000, sim::FLAW_UNREADABLE, 3);
+    for (int i = 0; i < 2; i++) {
+        EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
+                  Events({"1/20 of 0", "1/100 of 0", "2/36 of 1", "2/37 of 1", "1/25 of 0"}));
+        EXPECT_EQ(smart(1, 0xC5), 3U);
+    }
+    std::vector<_Event> events(255);
+    KT_U8 count = 0;
+    ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
+    for (const _Event& event : events) {
+        if (event.Class != 1 || event.Code != 100) continue;
+        /* 64 rows of two stripes of 128 sectors come first. */
+        EXPECT_EQ(event.Params[0], 0U);
+        EXPECT_EQ(event.Params[1], 64U * 256U + 0x10U);
+    }
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 1)),
+              Events({"1/30 of 0", "1/100 of 0", "2/36 of 1", "2/37 of 1", "2/38 of 1", "1/35 of 0"}));
+    EXPECT_EQ(smart(1, 0xC5), 0U);
+    EXPECT_EQ(smart(1, 0x05), 3U);
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/25 of 0"}));
+}
+
+TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
+    spoil(0, 100, sim::FLAW_UNREADABLE);
+    spoil(0, 200, sim::FLAW_WRONG);
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)),
+              Events({"2/17 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/22 of 0"}));
+    spoil(0, 100, sim::FLAW_UNREADABLE, 2);
+    spoil(1, 101, sim::FLAW_UNREADABLE);
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)),
+              Events({"2/17 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/22 of 0"}));
+    spoil(7, 100, sim::FLAW_UNREADABLE);
+    for (int i = 0; i < 2; i++)
+        EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), Events({"2/17 of 7", "2/36 of 7", "2/37 of 7", "2/22 of 7"}));
+}
+
+TEST_F(Surface, ARebuildMarksWhatIsLostUntilItIsWrittenAgain) {
+    spoil(0, 5000, sim::FLAW_UNREADABLE, 8);
+    fail(1);
+    EXPECT_EQ(found(KT_OK), Events({"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 7", "1/70 of 0", "2/36 of 0",
+                                    "2/37 of 0", "2/37 of 7", "1/75 of 0", "1/1 of 0"}));
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), Events({"2/17 of 7", "2/37 of 7", "2/22 of 7"}));
+    EXPECT_EQ(found(KT_LD_StartINIT(0, 0, KT_INIT_QUICK)), Events({"1/40 of 0", "2/15 of 0", "1/45 of 0"}));
+    EXPECT_EQ(smart(0, 0x05), 8U);
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/25 of 0"}));
+}
+
+TEST_F(Surface, DoubleParityRepairsDuringARebuild) {
+    spoil(4, 5000, sim::FLAW_UNREADABLE);
+    spoil(5, 2000000000 / 512, sim::FLAW_WRONG);
+    fail(3);
+    EXPECT_EQ(found(KT_OK),
+              Events({"2/4 of 3", "2/2 of 3", "1/5 of 1", "1/5 of 2", "2/59 of 7", "1/70 of 1", "1/70 of 2",
+                      "2/36 of 4", "2/37 of 4", "2/38 of 4", "1/75 of 1", "1/75 of 2", "1/1 of 1", "1/1 of 2"}));
+}
+
+TEST_F(Surface, OneLeapOfTheClockIsManySteps) {
+    const auto story = [&](uint64_t step) {
+        start(LAB);
+        outside(0, [&](sim::Context& context) {
+            sim::addBadSectors(context, 0, sim::BadSector{sim::FLAW_UNREADABLE, 0, {}}, 700);
+            sim::addBadSectors(context, 1, sim::BadSector{sim::FLAW_WRONG, 0, {}}, 100);
+            sim::addBadSectors(context, 4, sim::BadSector{sim::FLAW_UNREADABLE, 0, {}}, 30);
+        });
+        EXPECT_EQ(KT_LD_StartConsistencyCheck(0, 0, 1), KT_OK);
+        EXPECT_EQ(KT_PD_StartMediaPatrol(0, 4), KT_OK);
+        fail(5);
+        for (uint64_t at = 0; at < 120; at += step) {
+            advance(step);
+            newEvents();
+        }
+        return show();
+    };
+    const std::string leap = story(120);
+    EXPECT_NE(leap.find("\"Code\":38"), leap.npos);
+    EXPECT_TRUE(story(1) == leap);
+    EXPECT_TRUE(story(8) == leap);
+}
