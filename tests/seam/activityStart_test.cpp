@@ -69,25 +69,17 @@ TEST_F(Start, AdapterMustSupportIt) {
                           {doRebuildV2, "rebuild -l 2 -d 9", 1, "Rebuilding is not supported by this HBA!\n"},
                           {doMP, "mp -d 2", 1, "Media patrol is not supported.\n"}};
     for (const Case& row : cases) {
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(outcome.result, row.result);
-        EXPECT_EQ(outcome.printed, row.text);
+        expect(run(row.handler, row.line), row.text, row.result);
     }
     EXPECT_TRUE(reads().empty());
 }
 
 TEST_F(Start, Raid0IsNeitherInitializedNorChecked) {
     vd().RaidMode = KT_RAID0;
-    Outcome init = run(doInit, "init -l 2");
-    EXPECT_EQ(init.result, 19);
-    EXPECT_EQ(init.printed, "Full initialization for RAID 0 is not supported.\n");
-    Outcome cc = run(doCC, "cc -l 2 -t check");
-    EXPECT_EQ(cc.result, 19);
-    EXPECT_EQ(cc.printed, "Consistency check for RAID 0 is not supported.\n");
+    expect(run(doInit, "init -l 2"), "Full initialization for RAID 0 is not supported.\n", 19);
+    expect(run(doCC, "cc -l 2 -t check"), "Consistency check for RAID 0 is not supported.\n", 19);
     EXPECT_EQ(reads(), (Calls{"KT_LD_GetInfo 2", "KT_LD_GetInfo 2"}));
-    Outcome stop = run(doInit, "init -a stop -l 2");
-    EXPECT_EQ(stop.result, 0);
-    EXPECT_EQ(stop.printed, "\nVD 2 is not initializing.\n");
+    expect(run(doInit, "init -a stop -l 2"), "\nVD 2 is not initializing.\n");
 }
 
 // Each read in its order, and what its failure says.
@@ -121,9 +113,7 @@ TEST_F(Start, EveryReadThatFailsEndsTheCommand) {
         SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
         layOut();
         seam.statuses[row.failing] = KT_ERR_VD_MISSING;
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(outcome.result, KT_ERR_VD_MISSING);
-        EXPECT_EQ(outcome.printed, row.text);
+        expect(run(row.handler, row.line), row.text, KT_ERR_VD_MISSING);
         EXPECT_EQ(reads().size(), row.reads);
     }
 }
@@ -134,9 +124,7 @@ TEST_F(Start, RebuildTakesOneDiskOutsideTheVirtualDisk) {
     EXPECT_EQ(member.printed, "PD 3 is not a free disk and can not be used to rebuild VD.\n");
     EXPECT_EQ(member.result, 1);
     gAdapterInfo[0].DevID = 0x4700;
-    member = run(doRebuild, "rebuild -l 2 -d 3");
-    EXPECT_EQ(member.printed, "\nPD 3 is member disk of VD 2 and can not use to rebuild\n");
-    EXPECT_EQ(member.result, 1);
+    expect(run(doRebuild, "rebuild -l 2 -d 3"), "\nPD 3 is member disk of VD 2 and can not use to rebuild\n", 1);
     EXPECT_TRUE(changes().empty());
     // The slot of a disk that is gone is empty and is not asked for.
     vd().BlockIDs[1] = KT_NO_ID;
@@ -157,11 +145,7 @@ TEST_F(Start, ArrayIsRebuiltOnFreeDisksAndItsOwnSpares) {
     EXPECT_EQ(changes(), Calls{"KT_LD_DG_StartRebuild 2 2 9 8"});
     seam.calls.clear();
 
-    auto refused = [&](const char* text) {
-        Outcome outcome = run(doRebuildV2, "rebuild -l 2 -d 9,8");
-        EXPECT_EQ(outcome.printed, text);
-        EXPECT_EQ(outcome.result, 1);
-    };
+    auto refused = [&](const char* text) { expect(run(doRebuildV2, "rebuild -l 2 -d 9,8"), text, 1); };
     disk(8).DGID = 5;
     refused("PD 8 is dedicated for array 5.\n");
     for (KT_U8 role : {KT_PD_MEMBER, KT_PD_GLOBAL_SPARE, KT_PD_OFFLINE, KT_PD_FOREIGN}) {
@@ -188,9 +172,7 @@ TEST_F(Start, MediaPatrolRunsOnSparesAndAssignedDisks) {
     EXPECT_EQ(changes(), (Calls{"KT_PD_StartMediaPatrol 9", "KT_PD_StartMediaPatrol 9", "KT_PD_StartMediaPatrol 9"}));
     for (KT_U8 role : {KT_U8{0}, KT_U8{KT_PD_OFFLINE}, KT_U8{KT_PD_FOREIGN}}) {
         disk(9).Status = role;
-        Outcome refused = run(doMP, "mp -d 9");
-        EXPECT_EQ(refused.printed, "\nPD 9 is not a spare or assigned disk.\n");
-        EXPECT_EQ(refused.result, 1);
+        expect(run(doMP, "mp -d 9"), "\nPD 9 is not a spare or assigned disk.\n", 1);
     }
     EXPECT_EQ(changes().size(), 3U);
 }
@@ -226,18 +208,14 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
         EXPECT_EQ(yes.printed, std::string(row.question) + "Please input y or n.\n" + row.done);
         EXPECT_EQ(changes(), (Calls{row.call, row.call}));
         for (const char* no : {"n\n", "No\n", ""}) {
-            Outcome declined = run(row.handler, row.line, no);
-            EXPECT_EQ(declined.printed, row.question);
-            EXPECT_EQ(declined.result, 0);
+            expect(run(row.handler, row.line, no), row.question);
         }
         EXPECT_EQ(changes().size(), 2U);
     }
 }
 
 TEST_F(Start, PauseAddressesTheAdapterNamed) {
-    Outcome outcome = run(doPause, "pause -c 3");
-    EXPECT_EQ(outcome.result, 0);
-    EXPECT_EQ(outcome.printed, "");
+    expect(run(doPause, "pause -c 3"), "");
     EXPECT_EQ(changes(), Calls{"KT_LD_PauseAll 3"});
 }
 

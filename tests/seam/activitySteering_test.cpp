@@ -211,9 +211,7 @@ void check(const Member& member, const GridRow& row, KT_U8 bga, int action) {
     const std::string called = changes()[0].substr(0, changes()[0].find(' '));
     put(bga, row.state);
     seam.statuses[called] = KT_ERR_BGA_RUNNING;
-    outcome = run(member.handler, line);
-    EXPECT_EQ(outcome.printed, member.failed[act]);
-    EXPECT_EQ(outcome.result, KT_ERR_BGA_RUNNING);
+    expect(run(member.handler, line), member.failed[act], KT_ERR_BGA_RUNNING);
 }
 
 class Steering : public ::testing::TestWithParam<Member> {};

@@ -130,16 +130,12 @@ TEST_F(Aes, HandsOverRecordsAndPassesStatusesOn) {
     for (const Case& row : cases) {
         seam.sent.clear();
         seam.statuses.clear();
-        Outcome good = run(row.handler, row.line);
-        EXPECT_EQ(row.good, good.printed);
-        EXPECT_EQ(0, good.result) << row.line;
+        expect(run(row.handler, row.line), row.good);
         EXPECT_EQ(row.call + (row.recorded.empty() ? "" : " " + row.recorded), seam.calls.back()) << row.line;
         EXPECT_EQ(row.entry, seam.sent["entry"]) << row.line;
         EXPECT_EQ(row.port, seam.sent["port"]) << row.line;
         seam.statuses[row.call] = 248;
-        Outcome bad = run(row.handler, row.line);
-        EXPECT_EQ(row.bad, bad.printed);
-        EXPECT_EQ(row.badResult, bad.result) << row.line;
+        expect(run(row.handler, row.line), row.bad, row.badResult);
     }
 }
 

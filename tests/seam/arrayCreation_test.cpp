@@ -70,10 +70,9 @@ TEST_F(Creation, OfArraysSendsRecordAndSettings) {
     sent.Size = 5000000000;
     sent.InitializationOption = KT_INIT_FOREGROUND;
     seam.statuses["KT_DG_SetConfig"] = 1;
-    Outcome named = run(doCreateV2, "create -o array -r 10 -d 9,1,2,3 -n \"sixteen letters_\" -s 5000000000 "
-                                    "-i foreground --cacheoff");
-    EXPECT_EQ("Create array 7 successfully.\nSet Array cache on failed!\n", named.printed);
-    EXPECT_EQ(0, named.result);
+    expect(run(doCreateV2, "create -o array -r 10 -d 9,1,2,3 -n \"sixteen letters_\" -s 5000000000 "
+                           "-i foreground --cacheoff"),
+           "Create array 7 successfully.\nSet Array cache on failed!\n");
     EXPECT_EQ(bytesOf(sent), seam.sent["KT_CreateOrModify_DG"]);
     memcpy(config.Name, sent.Name, sizeof config.Name);
     config.WriteCacheOn = 0;
@@ -105,9 +104,7 @@ TEST_F(Creation, OfArraysSaysWhatStandsInTheWay) {
     seam.size = 0x12A42FA34;
     for (const auto& row : failures) {
         seam.statuses = {{row.call, row.status}};
-        Outcome outcome = run(doCreateV2, line + std::string(row.more));
-        EXPECT_EQ(row.printed, outcome.printed);
-        EXPECT_EQ(row.result, outcome.result) << row.call;
+        expect(run(doCreateV2, line + std::string(row.more)), row.printed, row.result);
     }
     EXPECT_EQ("KT_CreateOrModify_DG 1", seam.calls.back());
     seam.statuses = {{"KT_PD_GetHDInfo_Ext", 1}, {"KT_PD_GetHDInfo", 9}};
@@ -179,16 +176,12 @@ TEST_F(Creation, InAnArraySaysWhatStandsInTheWay) {
     };
     for (const auto& row : cases) {
         seam.arrays[0].RaidMode = row.level;
-        Outcome outcome = run(doCreateV2, "create -a 3" + std::string(row.options));
-        EXPECT_EQ(row.printed, outcome.printed);
-        EXPECT_EQ(row.printed[0] == 'C' ? 0 : 1, outcome.result) << row.options;
+        expect(run(doCreateV2, "create -a 3" + std::string(row.options)), row.printed, row.printed[0] == 'C' ? 0 : 1);
     }
     seam.arrays[0].RaidMode = KT_HYBRID;
     adapter.LogicalDriverMode = 0;
     seam.statuses = {{"KT_CreateOrModify_VD", 4}};
-    Outcome full = run(doCreateV2, "create -a 3");
-    EXPECT_EQ("\nNo resources. Max available size is 2 M\n", full.printed);
-    EXPECT_EQ(4, full.result);
+    expect(run(doCreateV2, "create -a 3"), "\nNo resources. Max available size is 2 M\n", 4);
     seam.statuses = {{"KT_CreateOrModify_VD", 64}};
     EXPECT_EQ("\nFailed to create virtual disk (error 64: Internal error, no virtual disk id available).\n",
               run(doCreateV2, "create -a 3").printed);

@@ -110,9 +110,7 @@ class Cfg : public testing::Test {
 
 TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
     addRaid();
-    Outcome outcome = runOn(doBackUp_CFG, "backup_cfg");
-    EXPECT_EQ("Backup_cfg command is returned successfully!\n", outcome.printed);
-    EXPECT_EQ(0, outcome.result);
+    expect(runOn(doBackUp_CFG, "backup_cfg"), "Backup_cfg command is returned successfully!\n");
     EXPECT_EQ((Calls{READ, "KT_PD_GetHDRaidStatus", "KT_LD_GetInfo", "KT_BLK_GetInfo 0", "KT_BLK_GetInfo 1",
                      "KT_BLK_GetInfo 2", "KT_BLK_GetInfo 3"}),
               seam.calls);
@@ -120,9 +118,7 @@ TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
     EXPECT_NE(std::string::npos, text.find("[PD MEMBER]=100,101,102\n"));
     EXPECT_NE(std::string::npos, text.find("[PD MEMBER]=103,5\n")); // behind a missing member blocks stay blocks
     EXPECT_NE(std::string::npos, text.find("[SPARE ID]=1\n[PHYSICAL DISK ID]=108\n[VIRTUAL DISK ID]=3\n[END]\n"));
-    Outcome again = runOn(doBackUp_CFG, "backup_cfg");
-    EXPECT_EQ("There is the same file 'hba0_cfg.txt', please rename this file!!\n", again.printed);
-    EXPECT_EQ(1, again.result);
+    expect(runOn(doBackUp_CFG, "backup_cfg"), "There is the same file 'hba0_cfg.txt', please rename this file!!\n", 1);
     EXPECT_EQ(text, fileText("hba0_cfg.txt"));
     // A block that cannot be asked for keeps its id.
     seam.statuses["KT_BLK_GetInfo 1"] = 12;
@@ -140,9 +136,7 @@ TEST_F(Cfg, BackUpWithoutRaidOrSignature) {
     EXPECT_EQ(0, runOn(doBackUp_CFG, "backup_cfg -t PHY -f phy.txt").result);
     EXPECT_EQ(std::string::npos, fileText("phy.txt").find("RAID"));
     page.Signature[0] = 0;
-    Outcome outcome = runOn(doBackUp_CFG, "backup_cfg -f b.txt");
-    EXPECT_EQ("\nInvalid  HBA Info page!", outcome.printed);
-    EXPECT_EQ(1, outcome.result);
+    expect(runOn(doBackUp_CFG, "backup_cfg -f b.txt"), "\nInvalid  HBA Info page!", 1);
     EXPECT_EQ(0U, fs::file_size("b.txt"));
 }
 
@@ -173,9 +167,8 @@ TEST_F(Cfg, RefusesOptions) {
 TEST_F(Cfg, RestoreWritesThePageAfterACleanParse) {
     write("4740.txt", configuration(raidLines));
     addRaid();
-    Outcome outcome = runOn(doRestore_CFG, "restore_cfg");
-    EXPECT_EQ("KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n", outcome.printed);
-    EXPECT_EQ(1, outcome.result);
+    expect(runOn(doRestore_CFG, "restore_cfg"),
+           "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n", 1);
     EXPECT_EQ((Calls{READ, WRITE}), seam.calls);
     EXPECT_EQ(1U, written().HBA_Flag);
     EXPECT_EQ(0x5A, written().BGA_Rate);
@@ -184,7 +177,7 @@ TEST_F(Cfg, RestoreWritesThePageAfterACleanParse) {
     EXPECT_EQ(0, GetHBAInfoChksum_Flash(&sums));
     seam.calls.clear();
     write("bad.txt", configuration("[VD ID]=x\n"));
-    outcome = runOn(doRestore_CFG, "restore_cfg -f bad.txt --raid");
+    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f bad.txt --raid");
     EXPECT_EQ("Restore_Error: vd id isn't a digit!\nRestore_Error: \nAnalysis config file error!\n", outcome.printed);
     EXPECT_EQ(Calls{READ}, seam.calls);
 }
@@ -424,9 +417,7 @@ TEST_F(Cfg, AutosetRefusesItsFile) {
         std::string text = assignment;
         text.replace(text.find(row.from), strlen(row.from), row.to);
         write("setcfg.txt", text);
-        Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
-        EXPECT_EQ(opening + row.printed, outcome.printed) << text;
-        EXPECT_EQ(1, outcome.result);
+        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + row.printed, 1);
         EXPECT_EQ(READ, seam.calls.back());
         EXPECT_EQ(text, fileText("setcfg.txt"));
     }

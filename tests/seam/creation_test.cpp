@@ -100,9 +100,7 @@ TEST_F(Creation, OnDisksSendsTheRecord) {
     adapter.AdvancedFeatures = KT_ADV_HYBRID_SWITCH;
     for (const Case& row : cases) {
         adapter.DevID = row.devId;
-        Outcome outcome = run(doCreate, row.line);
-        EXPECT_EQ("", outcome.printed) << row.line;
-        EXPECT_EQ(0, outcome.result);
+        expect(run(doCreate, row.line), "");
         EXPECT_EQ(bytesOf(row.sent), seam.sent["KT_LD_Create"]) << row.line;
     }
 }
@@ -159,9 +157,7 @@ TEST_F(Creation, OnDisksSaysWhichDiskOrCallStandsInTheWay) {
     adapter.DevID = 0x4701;
     for (const auto& row : failures) {
         seam.statuses = {{row.call, row.status}};
-        Outcome outcome = run(doCreate, "create -r 1 -d 8,9");
-        EXPECT_EQ(row.printed, outcome.printed);
-        EXPECT_EQ(row.result, outcome.result) << row.call;
+        expect(run(doCreate, "create -r 1 -d 8,9"), row.printed, row.result);
     }
     seam.statuses.clear();
     seam.blocks = {{1, 9, 0, 3, 0, 0, 0, 0, 0, 0}};
@@ -231,9 +227,8 @@ TEST_F(Creation, SizeQueryReadsDisksLeniently) {
     seam.disks[2].Status = KT_PD_DEDICATED_SPARE;
     EXPECT_EQ("Spare disk 2 can not be used to create VD.\n", run(doGetMaxsize, "maxcreatesize -r 1 -d 1,2").printed);
     seam.statuses = {{"KT_LD_GetMaxSize", 14}};
-    Outcome failed = run(doGetMaxsize, "maxcreatesize -r 1 -d 8,9");
-    EXPECT_EQ("\nFailed to get Maxsize (error 14: Invalid RAID mode).\n", failed.printed);
-    EXPECT_EQ(14, failed.result);
+    expect(run(doGetMaxsize, "maxcreatesize -r 1 -d 8,9"), "\nFailed to get Maxsize (error 14: Invalid RAID mode).\n",
+           14);
     seam.statuses = {{"KT_PD_GetHDRaidStatus", 9}};
     EXPECT_EQ("Failed to get status for PD 8 (error 9: Invalid physical disk id)\n",
               run(doGetMaxsize, "maxcreatesize -r 1 -d 8,9").printed);

@@ -73,9 +73,7 @@ TEST_F(Flash, UpdatesPageByPage) {
                             std::to_string(c.pages[i]));
             printed += "page " + number + " write to device.\n";
         }
-        Outcome outcome = update();
-        EXPECT_EQ(printed + "Flash command is returned successfully.\n", outcome.printed);
-        EXPECT_EQ(0, outcome.result);
+        expect(update(), printed + "Flash command is returned successfully.\n");
         EXPECT_EQ(calls, seam.calls);
         EXPECT_TRUE(image == seam.flash);
     }
@@ -112,11 +110,10 @@ TEST_F(Flash, StopsAnUpdateThatFails) {
     seam.statuses["KT_Flash_PreData"] = 19;
     seam.statuses["KT_Flash_Bin"] = 184;
     seam.flashFailsAt = 1;
-    Outcome outcome = update("-t BIOS -i 3");
-    EXPECT_EQ("page 0 write to device.\npage 1 write to device.\n\nFailed to update file '" + path +
-                  "', error 184: Invalid flash buffer data\n",
-              outcome.printed);
-    EXPECT_EQ(184, outcome.result);
+    expect(update("-t BIOS -i 3"),
+           "page 0 write to device.\npage 1 write to device.\n\nFailed to update file '" + path +
+               "', error 184: Invalid flash buffer data\n",
+           184);
     EXPECT_EQ(3U, seam.calls.size());
     EXPECT_EQ("KT_Flash_PreData 3 type 2 size 589824", seam.calls[0]);
 }
@@ -136,9 +133,7 @@ TEST_F(Flash, RefusesWhatIsNoImageFile) {
     EXPECT_EQ(unable, update().printed);
     EXPECT_TRUE(seam.calls.empty());
     ASSERT_EQ(0, truncate(path.c_str(), 0));
-    Outcome empty = update();
-    EXPECT_EQ("Unable to read from file " + path + "\n", empty.printed);
-    EXPECT_EQ(1, empty.result);
+    expect(update(), "Unable to read from file " + path + "\n", 1);
     EXPECT_EQ(Calls{"KT_Flash_PreData 0 type 3 size 0"}, seam.calls);
 }
 
@@ -151,14 +146,10 @@ TEST_F(Flash, AsksWhetherRawImagesAreTaken) {
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_RAW_UPDATE;
     EXPECT_EQ(2U, (seam.calls.clear(), update("-t bin"), seam.calls.size()));
     seam.calls.clear();
-    Outcome disabled = update("-t raw");
-    EXPECT_EQ("\nFail to update file '" + path + "' since raw image format is not supported.\n", disabled.printed);
-    EXPECT_EQ(0, disabled.result);
+    expect(update("-t raw"), "\nFail to update file '" + path + "' since raw image format is not supported.\n");
     EXPECT_EQ(Calls{"KT_Adapter_GetConfig 0"}, seam.calls);
     seam.statuses["KT_Adapter_GetConfig"] = 1;
-    Outcome failed = update("-t raw");
-    EXPECT_EQ("\nFailed to update file '" + path + "', error 1: Failed\n", failed.printed);
-    EXPECT_EQ(1, failed.result);
+    expect(update("-t raw"), "\nFailed to update file '" + path + "', error 1: Failed\n", 1);
     seam.statuses.clear();
     seam.rawDisabled = 0;
     EXPECT_EQ("page 0 write to device.\nFlash command is returned successfully.\n", update("-t raw").printed);
@@ -166,11 +157,8 @@ TEST_F(Flash, AsksWhetherRawImagesAreTaken) {
 
 TEST_F(Flash, BacksUpWhatIsThere) {
     seam.flash = makeImage(2 * PAGE + 5);
-    Outcome outcome = backUp();
-    EXPECT_EQ("page 0 write to file.\npage 1 write to file.\npage 2 write to file.\n"
-              "Flash command is returned successfully.\n",
-              outcome.printed);
-    EXPECT_EQ(0, outcome.result);
+    expect(backUp(), "page 0 write to file.\npage 1 write to file.\npage 2 write to file.\n"
+                     "Flash command is returned successfully.\n");
     EXPECT_EQ((Calls{"KT_Flash_Bin 0 240 1 page 0 last 0 size 0", "KT_Flash_Bin 0 240 1 page 1 last 0 size 0",
                      "KT_Flash_Bin 0 240 1 page 2 last 0 size 0"}),
               seam.calls);
@@ -187,9 +175,7 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
     seam.flash = makeImage(2 * PAGE);
     seam.statuses["KT_Flash_Bin"] = 20;
     seam.flashFailsAt = 1;
-    Outcome failed = backUp();
-    EXPECT_EQ("page 0 write to file.\n\nFailed to flash (error 20: Link time out).\n", failed.printed);
-    EXPECT_EQ(20, failed.result);
+    expect(backUp(), "page 0 write to file.\n\nFailed to flash (error 20: Link time out).\n", 20);
     EXPECT_FALSE(exists());
 
     seam.statuses.clear();
@@ -219,10 +205,8 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
 TEST_F(Flash, RunsNoCommandInAFileName) {
     for (const char* action : {"update", "backup"}) {
         const std::string name = "$(touch " + path + ")";
-        Outcome outcome = run(doFlash, std::string("flash -t bin -a ") + action + " -f \"" + name + "\"");
-        EXPECT_EQ((*action == 'u' ? "Unable to open file '" : "Unable to create file '") + name + "'.\n",
-                  outcome.printed);
-        EXPECT_EQ(1, outcome.result);
+        expect(run(doFlash, std::string("flash -t bin -a ") + action + " -f \"" + name + "\""),
+               (*action == 'u' ? "Unable to open file '" : "Unable to create file '") + name + "'.\n", 1);
         EXPECT_FALSE(exists());
     }
     EXPECT_TRUE(seam.calls.empty());
@@ -234,16 +218,13 @@ TEST_F(Flash, ErasesAnImageWhenToldSo) {
     EXPECT_EQ(question + "Erase bios command is returned successfully.\n", yes.printed);
     EXPECT_EQ(Calls{"KT_Flash_Bin 0 1 3 page 0 last 0 size 196608"}, seam.calls);
     seam.calls.clear();
-    Outcome no = run(doFlash, "flash -a erase -t bios", "\n maybe\nno\ny\n");
-    EXPECT_EQ("Warning: Autoload will be erased too! " + question + "Please input y or n.\nPlease input y or n.\n",
-              no.printed);
-    EXPECT_EQ(0, no.result);
+    expect(run(doFlash, "flash -a erase -t bios", "\n maybe\nno\ny\n"),
+           "Warning: Autoload will be erased too! " + question + "Please input y or n.\nPlease input y or n.\n");
     EXPECT_EQ(question, run(doFlash, "flash -a erase -t raw", "").printed);
     EXPECT_TRUE(seam.calls.empty());
     seam.statuses["KT_Flash_Bin"] = 155;
-    Outcome failed = run(doFlash, "flash -a erase -t BIN", "Y\n");
-    EXPECT_EQ(question + "\nFailed to erase BIN (error 155: Invalid flash type).\n", failed.printed);
-    EXPECT_EQ(155, failed.result);
+    expect(run(doFlash, "flash -a erase -t BIN", "Y\n"),
+           question + "\nFailed to erase BIN (error 155: Invalid flash type).\n", 155);
 }
 
 TEST_F(Flash, ErasesThePdPageWithoutAsking) {
@@ -251,9 +232,8 @@ TEST_F(Flash, ErasesThePdPageWithoutAsking) {
     EXPECT_EQ(0, run(doFlash, "flash -a erase -p pdforce -t bios").result);
     EXPECT_EQ((Calls{"KT_Flash_Erase 0 1", "KT_Flash_Erase 0 254"}), seam.calls);
     seam.statuses["KT_Flash_Erase"] = 156;
-    Outcome failed = run(doFlash, "flash -a erase -p pd");
-    EXPECT_EQ("\nFailed to erase flash PD page (error 156: Invalid flash action).\n", failed.printed);
-    EXPECT_EQ(156, failed.result);
+    expect(run(doFlash, "flash -a erase -p pd"), "\nFailed to erase flash PD page (error 156: Invalid flash action).\n",
+           156);
 }
 
 TEST_F(Flash, ShowsTheVersionOfAFile) {
@@ -265,15 +245,12 @@ TEST_F(Flash, ShowsTheVersionOfAFile) {
     EXPECT_EQ(version, run(doFlash, "flash -a version -t firmware -f \"~/$X y\"").printed);
     EXPECT_EQ(Calls{"KT_Flash_GetHeaderInfo ~/$X y 2550000 65535"}, seam.calls);
     EXPECT_EQ(version, run(doFlash, "flash -a version -p pd -f x").printed);
-    Outcome other = run(doFlash, "flash -a version -t bios -f x");
-    EXPECT_EQ("\nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from "
-              "file: 3\n",
-              other.printed);
-    EXPECT_EQ(0, other.result);
+    expect(run(doFlash, "flash -a version -t bios -f x"),
+           "\nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from "
+           "file: 3\n");
     seam.statuses["KT_Flash_GetHeaderInfo"] = 165;
-    Outcome failed = run(doFlash, "flash -a version -t bios -f x");
-    EXPECT_EQ("\nFailed to check version of file 'x', error 165: invalid file input\n", failed.printed);
-    EXPECT_EQ(165, failed.result);
+    expect(run(doFlash, "flash -a version -t bios -f x"),
+           "\nFailed to check version of file 'x', error 165: invalid file input\n", 165);
 }
 
 TEST_F(Flash, RefusesOptionsInTheirOrder) {

@@ -82,9 +82,8 @@ TEST_F(Nvsram, WritesThePattern) {
 
 TEST_F(Nvsram, SaysWhichTransferFailed) {
     seam.statuses["KT_Flash_NVSRAM"] = 5;
-    Outcome full = run(doNvsramRW, "nvsram -a read -c 257");
-    EXPECT_EQ("\nFailed to run NVSRAM read/write test (error 5: Data out of range).\n", full.printed);
-    EXPECT_EQ(5, full.result);
+    expect(run(doNvsramRW, "nvsram -a read -c 257"),
+           "\nFailed to run NVSRAM read/write test (error 5: Data out of range).\n", 5);
     EXPECT_EQ("\nFailed to run nvsram read/write test (error 5: Data out of range).\n",
               run(doNvsramRW, "nvsram -a write -c 256").printed);
 }
@@ -117,9 +116,8 @@ TEST_F(Register, ReadsAndWrites) {
     seam.statuses = {{"KT_Adapter_Read_Register", 30}, {"KT_Adapter_Write_Register", 5}};
     EXPECT_EQ("Read 0 address register failed (error 30: The referred register is writing).\n",
               run(doRegister, "register -a read").printed);
-    Outcome failed = run(doRegister, "register -a write -v 255");
-    EXPECT_EQ("Write 0 address register failed (error 5: Data out of range).\n", failed.printed);
-    EXPECT_EQ(5, failed.result);
+    expect(run(doRegister, "register -a write -v 255"),
+           "Write 0 address register failed (error 5: Data out of range).\n", 5);
     EXPECT_EQ(
         (Calls{"KT_Adapter_Read_Register 0 0 0", "KT_Adapter_Read_Register 0 0 1", "KT_Adapter_Write_Register 0 0 1",
                "KT_Adapter_Read_Register 0 0 0", "KT_Adapter_Write_Register 0 0 0"}),

@@ -27,9 +27,7 @@ void expectRefusals(const Row* rows, size_t count, bool nothingRead) {
             if (text == nullptr) continue;
             SCOPED_TRACE(std::string(rows[i].line) + (arrays ? " on an array" : " on a virtual disk"));
             seam.calls.clear();
-            Outcome outcome = run(arrays ? doMigrateV2 : doMigrate, rows[i].line);
-            EXPECT_EQ(outcome.printed, text);
-            EXPECT_EQ(outcome.result, 1);
+            expect(run(arrays ? doMigrateV2 : doMigrate, rows[i].line), text, 1);
             EXPECT_TRUE(!nothingRead || reads().empty());
             EXPECT_TRUE(changes().empty());
         }
@@ -148,14 +146,10 @@ TEST_F(Migrate, NewDisksMustBeUsable) {
 
 TEST_F(Migrate, SizeIsReportedAndNothingStarted) {
     seam.size = 0x100000000;
-    Outcome vd = run(doMigrate, "migrate -a SIZE -l 2 -r 6");
-    EXPECT_EQ(vd.printed, "Migrate VD size = 4294967296 M\n");
-    EXPECT_EQ(vd.result, 0);
+    expect(run(doMigrate, "migrate -a SIZE -l 2 -r 6"), "Migrate VD size = 4294967296 M\n");
     EXPECT_EQ(reads(), (Calls{"KT_LD_GetInfo 2", "KT_LD_GetMigratedLdSize 2 6 2"}));
     seam.calls.clear();
-    Outcome array = run(doMigrateV2, "migrate -a size -l 2 -r 60 -q 6");
-    EXPECT_EQ(array.printed, "Migrated size will be 4294967296 M\n");
-    EXPECT_EQ(array.result, 0);
+    expect(run(doMigrateV2, "migrate -a size -l 2 -r 60 -q 6"), "Migrated size will be 4294967296 M\n");
     EXPECT_EQ(reads(), (Calls{"KT_DG_GetInfo 2", "KT_DG_StartMigration size 2 96 6"}));
     EXPECT_TRUE(changes().empty());
 }
@@ -213,9 +207,7 @@ TEST_F(Migrate, EveryReadThatFailsIsReported) {
         SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
         layOut();
         seam.statuses[row.failing] = KT_ERR_MIGRATION_UNSUPPORTED;
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(outcome.result, KT_ERR_MIGRATION_UNSUPPORTED);
-        EXPECT_EQ(outcome.printed, row.text);
+        expect(run(row.handler, row.line), row.text, KT_ERR_MIGRATION_UNSUPPORTED);
         EXPECT_TRUE(changes().empty());
     }
     // Without the new size a start goes on.
@@ -233,9 +225,7 @@ TEST_F(Migrate, QuestionComesBeforeTheMembersAreCounted) {
     array().PDBgaRunning = 1;
     const std::string vd = "Migrate VD will stop Media patrol on PD. Do you want to continue?(y or n)\n";
     const std::string array = "Migrate Array will stop Media patrol on PD. Do you want to continue?(y or n)\n";
-    Outcome declined = run(doMigrate, "migrate -l 2 -d 1,2,9", "n\n");
-    EXPECT_EQ(declined.printed, vd);
-    EXPECT_EQ(declined.result, 0);
+    expect(run(doMigrate, "migrate -l 2 -d 1,2,9", "n\n"), vd);
     EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,9", "").result, 0);
     EXPECT_EQ(run(doMigrateV2, "migrate -l 2 -d 1,2,9", "y\n").printed,
               array + "Target PDs need to include ALL member disks [1 2 3 ].\n");

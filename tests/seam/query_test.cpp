@@ -162,12 +162,8 @@ TEST_F(Query, LocatesImportsAndReportsWhatIsNamed) {
         (Calls{"KT_LocateArrayDevice 1 16 1", "KT_LocateArrayDevice 1 3 0", "KT_LD_Import 254", "KT_LD_Report 7"}),
         seam.calls);
     seam.statuses = {{"KT_LocateArrayDevice", 9}, {"KT_LD_Import", 80}, {"KT_LD_Report", 86}};
-    Outcome locate = run(doLocate, "locate -i 9");
-    EXPECT_EQ("Failed to set LED status (error 9: Invalid physical disk id)\n", locate.printed);
-    EXPECT_EQ(9, locate.result);
-    Outcome import = run(doImport, "import -i 1");
-    EXPECT_EQ("Failed to import VD (error 80: Virtual disk is not importable)\n", import.printed);
-    EXPECT_EQ(80, import.result);
+    expect(run(doLocate, "locate -i 9"), "Failed to set LED status (error 9: Invalid physical disk id)\n", 9);
+    expect(run(doImport, "import -i 1"), "Failed to import VD (error 80: Virtual disk is not importable)\n", 80);
     EXPECT_EQ("Failed to report VD (error 86: virtual disk can not be reported)\n",
               run(doReport, "report -i 1").printed);
 }
@@ -188,9 +184,7 @@ TEST_F(Query, MapsAnyNumberOfDevicesAndOnlyFreeDisksUnasked) {
               run(doDevMap, "devmap -o PDx -i 0x40").printed);
     EXPECT_EQ((Calls{"KT_PD_GetHDInfo 64", "KT_Tandem_GetHDMagic 1 from 64 to 64"}), seam.calls);
     seam.statuses["KT_PD_GetHDRaidStatus 5"] = 4;
-    Outcome failed = run(doDevMap, "devmap -o pd");
-    EXPECT_EQ("Fail! (error 4: Resource not available).\n", failed.printed);
-    EXPECT_EQ(4, failed.result);
+    expect(run(doDevMap, "devmap -o pd"), "Fail! (error 4: Resource not available).\n", 4);
     seam.hds.clear();
     EXPECT_EQ("No free physical disk is found.\n", run(doDevMap, "devmap -o pd").printed);
 }

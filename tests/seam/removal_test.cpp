@@ -32,9 +32,7 @@ struct Step {
 };
 void expectStep(CommandHandler handler, const Step& step) {
     seam.calls.clear();
-    Outcome outcome = run(handler, step.line, step.answers);
-    EXPECT_EQ(step.printed, outcome.printed) << step.line;
-    EXPECT_EQ(step.result, outcome.result) << step.line;
+    expect(run(handler, step.line, step.answers), step.printed, step.result);
     if (!seam.calls.empty()) seam.calls.erase(seam.calls.begin());
     EXPECT_EQ(step.calls, seam.calls) << step.line << " " << step.answers;
 }

@@ -29,9 +29,15 @@ Outcome run(CommandHandler handler, const std::string& line, const std::string& 
     int result = handler(argc, words.data(), &row);
     fclose(stream);
     stream = nullptr;
-    Outcome outcome = {result, std::string(printed, size), text.substr(text.find('\0') + 1)};
+    Outcome outcome = {line, result, std::string(printed, size), text.substr(text.find('\0') + 1)};
     free(printed);
     return outcome;
+}
+
+void expect(const Outcome& outcome, const std::string& printed, int result, const std::source_location& place) {
+    testing::ScopedTrace trace(place.file_name(), static_cast<int>(place.line()), outcome.line);
+    EXPECT_EQ(printed, outcome.printed);
+    EXPECT_EQ(result, outcome.result);
 }
 
 KT_U8 answer(const char* name, const std::string& arguments) {

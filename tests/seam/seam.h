@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,7 @@ struct Seam {
 extern Seam seam;
 
 struct Outcome {
+    std::string line;
     int result;
     std::string printed;
     std::string words; // the bytes left in the words behind the command word
@@ -50,6 +52,10 @@ struct Outcome {
 
 // Runs a handler on the words of a command line, split as the shell splits them. Questions are answered with the text.
 Outcome run(CommandHandler handler, const std::string& line, const std::string& answers = "");
+
+// What a run printed, and its result.
+void expect(const Outcome& outcome, const std::string& printed, int result = 0,
+            const std::source_location& place = std::source_location::current());
 
 struct Refusal {
     CommandHandler handler;
