@@ -20,12 +20,8 @@ static struct {
 } answers;
 
 extern "C" {
-KT_U8 KT_PD_GetConfig(KT_U8, _HD_Config_Request* request) {
-    return list("KT_PD_GetConfig", request, std::vector<_HD_CONFIG>(), [](const _HD_CONFIG& c) { return c.HDID; });
-}
-KT_U8 KT_LD_GetConfig(KT_U8, _LD_Config_Request* request) {
-    return list("KT_LD_GetConfig", request, std::vector<_LD_Config>(), [](const _LD_Config& c) { return c.LDID; });
-}
+LISTS(KT_PD_GetConfig, _HD_Config_Request, std::vector<_HD_CONFIG>(), HDID)
+LISTS(KT_LD_GetConfig, _LD_Config_Request, std::vector<_LD_Config>(), LDID)
 KT_U8 KT_VDHDD_GetLink(KT_U8, KT_U16 vd, KT_U16* pd) {
     *pd = vd == 1 ? 6 : KT_NO_ID;
     return answer("KT_VDHDD_GetLink", text(vd));
@@ -42,10 +38,7 @@ KT_U8 KT_ENC_GetElementConfig(KT_U8, KT_U16 enc, KT_U8 type, KT_U8 element, _Enc
     config->NumberOfElements = type == KT_SES_ALARM ? 0 : enc == 7 ? 2 : 1;
     return answer("config", text(enc) + " " + text(type) + " " + text(element));
 }
-KT_U8 KT_PD_GetSmartStatus(KT_U8, _HD_SMART_Status_Request* request) {
-    return list("KT_PD_GetSmartStatus", request, std::vector<_HD_SMART_STATUS>(),
-                [](const _HD_SMART_STATUS& s) { return s.HDID; });
-}
+LISTS(KT_PD_GetSmartStatus, _HD_SMART_Status_Request, std::vector<_HD_SMART_STATUS>(), HDID)
 KT_U8 KT_PD_GET_SMART_INFO(KT_U8, KT_U16 pd, _SMART_Info* info) {
     *info = answers.smart;
     return answer("KT_PD_GET_SMART_INFO", text(pd));
@@ -55,10 +48,7 @@ KT_U8 KT_PassThrough_ATA(KT_U8, KT_U16 pd, _ATA_PassThrough* command) {
     command->Status = answers.driveStatus;
     return answer("KT_PassThrough_ATA", text(pd));
 }
-KT_U8 KT_PD_GetExpanderInfo(KT_U8, _Exp_Info_Request* request) {
-    return list("KT_PD_GetExpanderInfo", request, std::vector{answers.expander},
-                [](const _Exp_Info& e) { return e.Link.Self.DevID; });
-}
+LISTS(KT_PD_GetExpanderInfo, _Exp_Info_Request, std::vector{answers.expander}, Link.Self.DevID)
 KT_U8 KT_DiskHasOS(KT_U8, KT_U8, KT_U8, const KT_U16*) {
     return KT_OK;
 }
@@ -72,15 +62,9 @@ KT_U8 KT_Tandem_GetHDMagic(KT_U8, KT_U16 count, _Device_Magic* devices) {
 KT_U8 KT_Tandem_GetVDMagic(KT_U8, KT_U16 count, _Device_Magic* devices) {
     return magic("KT_Tandem_GetVDMagic", count, devices);
 }
-KT_U8 KT_LocateArrayDevice(KT_U8, KT_U8 kind, KT_U16 id, KT_U8 on) {
-    return answer("KT_LocateArrayDevice", text(kind) + " " + text(id) + " " + text(on));
-}
-KT_U8 KT_LD_Import(KT_U8, KT_U16 vd) {
-    return answer("KT_LD_Import", text(vd));
-}
-KT_U8 KT_LD_Report(KT_U8, KT_U16 vd) {
-    return answer("KT_LD_Report", text(vd));
-}
+NOTES3(KT_LocateArrayDevice, KT_U8, KT_U16, KT_U8)
+NOTES1(KT_LD_Import, KT_U16)
+NOTES1(KT_LD_Report, KT_U16)
 }
 
 namespace {

@@ -104,20 +104,14 @@ KT_U8 KT_AES_SetLink(KT_U8, const _AES_PORT_INFO* port, const _AES_Entry_Config*
     seam.sent["entry"] = bytesOf(*entry);
     return answer("KT_AES_SetLink", "");
 }
-KT_U8 KT_AES_ClearLink(KT_U8, KT_U8 port) {
-    return answer("KT_AES_ClearLink", text(port));
-}
+NOTES1(KT_AES_ClearLink, KT_U8)
 KT_U8 KT_AES_ForcePDOnline(KT_U8, const _AES_Entry_Config* config, KT_U16 pd, KT_U8 percentage) {
     seam.sent["entry"] = bytesOf(*config);
     return answer("KT_AES_ForcePDOnline", text(pd) + " " + text(percentage));
 }
 
-KT_U8 KT_PD_GetHDRaidStatus(KT_U8, _HD_RAID_Status_Request* request) {
-    return list("KT_PD_GetHDRaidStatus", request, seam.disks, [](const _HD_RAID_STATUS& disk) { return disk.HDID; });
-}
-KT_U8 KT_BLK_GetInfo(KT_U8, _BLK_Info_Request* request) {
-    return list("KT_BLK_GetInfo", request, seam.blocks, [](const _Block_Info& block) { return block.ID; });
-}
+LISTS(KT_PD_GetHDRaidStatus, _HD_RAID_Status_Request, seam.disks, HDID)
+LISTS(KT_BLK_GetInfo, _BLK_Info_Request, seam.blocks, ID)
 
 KT_U8 KT_EVT_GetEvent(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event* events) {
     size_t given = std::min<size_t>(seam.events.size(), maxCount);

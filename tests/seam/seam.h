@@ -95,6 +95,31 @@ inline std::string text(unsigned value) {
     return std::to_string(value);
 }
 
+template <class... Values>
+KT_U8 note(const char* name, Values... values) {
+    std::string arguments;
+    ((arguments += (arguments.empty() ? "" : " ") + text(values)), ...);
+    return answer(name, arguments);
+}
+// A call that does nothing else, with arguments of these types behind the adapter.
+#define NOTES1(call, A)                                                                                                \
+    KT_U8 call(KT_U8, A a) {                                                                                           \
+        return note(#call, a);                                                                                         \
+    }
+#define NOTES2(call, A, B)                                                                                             \
+    KT_U8 call(KT_U8, A a, B b) {                                                                                      \
+        return note(#call, a, b);                                                                                      \
+    }
+#define NOTES3(call, A, B, C)                                                                                          \
+    KT_U8 call(KT_U8, A a, B b, C c) {                                                                                 \
+        return note(#call, a, b, c);                                                                                   \
+    }
+// A call that lists records, which know their id.
+#define LISTS(call, Request, records, id)                                                                              \
+    KT_U8 call(KT_U8, Request* request) {                                                                              \
+        return list(#call, request, records, [](const auto& record) { return record.id; });                            \
+    }
+
 // Hands out the records from the asked index on, or the one with the asked id.
 template <class Request, class Record, class IdOf>
 KT_U8 list(const char* name, Request* request, const std::vector<Record>& records, IdOf idOf) {
