@@ -1,0 +1,128 @@
+Arrays, virtual disks and spares on the simulated adapters: made, refused, deleted.
+
+  $ . "$TESTDIR/setup.sh"
+  $ cat > lab.json <<'END'
+  > {"adapters": [{"type": "LD-based", "disks": [
+  >   {"count": 4, "type": "SATA", "size": "1TB"}, {"count": 2, "type": "SATA", "size": "1TB", "mbr": true},
+  >   {"type": "SATA", "size": "1TB", "spare": "global"}, {"type": "SATA", "size": "1TB", "state": "offline"},
+  >   {"type": "SATA", "size": "1TB", "state": "foreign"}]}]}
+  > END
+  $ lab lab.json
+  $ kt maxcreatesize -r 5 -d 0,1,2
+  
+  The maxsize that VD can create with is:   1953394048 K
+  $ kt create -r 1 -d 0,1 -n "My VD" -s 5000 -i none --forcesize -c off -p ra -b 128
+  $ kt create -r 0 -d 3,2,3 -s 5000 -i none
+  $ kt info -o vd | grep -e ^name -e 'Stripe size' -e ^size -e setup
+  name:                My VD
+  Stripe size:         128
+  size:                5000 M
+  PD RAID setup:       0 1 
+  name:                VD_R0_2
+  Stripe size:         64
+  size:                1907611 M
+  PD RAID setup:       3 2 
+  $ for disk in 2 6 7 8; do kt create -r 0 -d $disk,0; done
+  Non-free disk 2 can not be used to create VD.
+  Spare disk 6 can not be used to create VD.
+  Offline disk 7 can not be used to create VD.
+  Foreign disk 8 can not be used to create VD.
+  [1]
+  $ echo sure | kt create -r 1 -d 4,5 -n first
+  PD 4 5 have file system on them. Data will be lost if they are used to create VD.
+  Do you still want to create the VD? (y or n)
+  $ calls | grep -c KT_LD_Create
+  3
+
+From the first disk to a full array.
+
+  $ lab empty
+  $ kt create -o array -r 10 -d 0,1,2,3 --sizeonly
+  
+  Arry of size 0x0003a37a2 M can be created by the given parameters
+  $ kt create -o array -r 10 -d 0,1,2,3 -b 32 -i background
+  Create array 0 successfully.
+  $ kt create -o array -r 1 -d 4,5 -n "sixteen letters_" --cacheoff
+  Create array 1 successfully.
+  $ kt get -o array | grep cache
+  write cache:             on
+  write cache:             off
+  $ kt create -a 0 -s 5000 -g 1 -p ra -i none
+  Create VD 0 successfully.
+  $ kt create -a 0 -s 99999999
+  
+  No resources. Max available size is 3810330 M
+  [4]
+  $ kt create -a 0 -n rest
+  Create VD 1 successfully.
+  $ kt create -a 0
+  
+  No resources. Max available size is 0 M
+  [4]
+  $ kt info -o vd | grep -e ^id -e ^name -e ^size
+  id:                  0
+  name:                VD_R10_1
+  size:                5000 M
+  id:                  1
+  name:                rest
+  size:                3810330 M
+
+What becomes of a disk, and what is deleted only after a yes.
+
+  $ lab default
+  $ echo yes | kt assign -d 12
+  PD 12 has file system on it. Data may get lost if it is assigned as spare disk.
+  Are you sure you want to assign it as spare disk? (y or n)
+  
+  Failed to assign disk 12 as global spare disk (error 77: Disk space is too small to be assigned as spare drive).
+  [77]
+  $ kt assign -o array -d 11 -a 1
+  
+  Failed to assign disk 11 as a spare disk to array 1 (error 73: Physical disks are not of the same type.).
+  [73]
+  $ kt delete -o spare -i 10
+  Delete the spare disk 10 successfully.
+  $ kt assign -d 10
+  
+  Succeeded to assign the disk as a global spare disk.
+  $ kt 1 wipe -d 6
+  
+  Wipe MDD on PD 6 failed (error 56: Specified physical disk is assigned to a virtual disk).
+  [56]
+  $ kt wipe -d 12
+  
+  Wipe PD 12 is returned successfully.
+  $ kt create -o auto
+  Auto create error,Resource not available
+  [4]
+  $ printf 'maybe\ny\nY\n' | kt 1 delete -o vd -i 1
+  Are you sure you want to delete this virtual disk? (y or n)
+  Please input y or n.
+  
+  VD 1 is rebuilding, do you still want to delete it? (y or n)
+  Delete VD 1 successfully.
+  $ kt delete -o array -i 1 --waiveconfirmation
+  Failed to delete array 1 (error 76: At least one virtual disk is on the specified array).
+  [76]
+  $ kt delete -o ld -i 2 --waiveconfirmation
+  Delete VD 2 successfully.
+  $ echo y | kt delete -o array -i 1
+  Are you sure you want to delete this array? (y or n)
+  Delete array 1 successfully.
+  $ ktsim status | grep -e Array -e 'PD 1[02] '
+    Array 0  system           RAID1        745.2 GiB  functional, 245.2 GiB free
+    Array 2  archive          RAID6          7.3 TiB  functional, full
+    PD 10    Gannet GT4000G        SATA       3.6 TiB  global spare
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  free
+  $ calls | grep -e Delete -e Control -e Free -e Wipe
+  KT_PD_FreeHD2GlobalSpare a=0 pd=12 -> 77
+  KT_PD_FreeHD2DGSpare a=0 pd=11 dg=1 -> 73
+  KT_PD_Spare2FreeHD a=0 pd=10 -> 0
+  KT_PD_FreeHD2GlobalSpare a=0 pd=10 -> 0
+  KT_PD_WipeHDMDD a=1 pd=6 force=0 -> 56
+  KT_PD_WipeHDMDD a=0 pd=12 force=0 -> 0
+  KT_LD_BGAControl a=1 vd=1 control=7 -> 0
+  KT_LD_Delete a=1 vd=1 stopBga=1 -> 0
+  KT_DG_Delete a=0 dg=1 -> 76
+  KT_LD_Delete a=0 vd=2 stopBga=1 -> 0
+  KT_DG_Delete a=0 dg=1 -> 0
