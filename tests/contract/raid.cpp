@@ -255,11 +255,22 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     newEvents(ARRAYS);
     replace(ARRAYS, 1);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/0 of 1", "2/1 of 1", "1/90 of 0"}));
+    disk(ARRAYS, sim::failDisk, 0);
+    EXPECT_EQ(activity(ARRAYS, 0), "128/1 0") << "it does not read that one";
+    replace(ARRAYS, 0);
     advance(HOUR);
     EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 1, 2}));
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_DEDICATED_SPARE);
     ASSERT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_OK);
     EXPECT_EQ(dgInfo(0).SparePDCount, 0);
+    ASSERT_EQ(createVd(KT_RAID5, 30000), KT_OK);
+    disk(ARRAYS, sim::pullDisk, 2);
+    disk(ARRAYS, sim::insertDisk, 2);
+    advance(25);
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 1), KT_OK);
+    EXPECT_EQ(activity(ARRAYS, 0), "1/1 10");
+    advance(57);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE) << "only 5000 MB are left to fill";
 }
 
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
@@ -309,7 +320,10 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(activity(PLAIN, 0), "1/3 51");
     EXPECT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESTART), KT_ERR_BGA_ACTION);
     ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESUME), KT_OK);
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
+    newEvents(PLAIN);
     disk(PLAIN, sim::pullDisk, 4);
+    EXPECT_EQ(newEvents(PLAIN), std::vector<std::string>({"2/0 of 4"})) << "what was stopped does not fail";
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
     EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
 }

@@ -1,5 +1,6 @@
 #include "adapter/deletion.h"
 
+#include "adapter/activity.h"
 #include "adapter/arrays.h"
 #include "adapter/blocks.h"
 #include "adapter/foreign.h"
@@ -66,6 +67,29 @@ void removeVd(const Context& context, const Vd& vd) {
     logEvent(context, EVT_VD, 3, vd.info.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.info.RaidMode) ? 1 : 0);
 }
 
+/* Whether the array's activity moves or fills anything of the virtual disk. */
+static bool isWorkedOn(const Context& context, const _LD_Info& vd, const Activity& job) {
+    if (find<VdTarget>(context, vd.ID)) return true;
+    const _HD_Block_Info list = blocksOf(context, job.disk);
+    return std::any_of(list.BlkIDs, list.BlkIDs + list.BlkCount, [&](KT_U16 id) {
+        const auto block = find<_Block_Info>(context, id);
+        return block && block->LDID == vd.ID && block->Status != BLOCK_GOOD;
+    });
+}
+
+/* What is done for the array as a whole need no longer be done for this virtual disk. */
+static void spareWork(const Context& context, const _LD_Info& vd) {
+    const Owner owner{OwnerKind::Array, vd.DGID};
+    Activity job = jobOf(context, owner);
+    if (vd.DGID == KT_NO_ID || job.kind == 0 || job.work == 0 || !isWorkedOn(context, vd, job)) return;
+    const KT_U64 share = shareOf(context, vd) * (job.kind == KT_BGA_MIGRATION ? 2 : 1);
+    const double part = static_cast<double>(activityDone(job, context.now)) / static_cast<double>(job.work);
+    job.work -= std::min(job.work, share);
+    job.done = static_cast<KT_U64>(static_cast<double>(job.work) * part);
+    job.since = context.now;
+    saveJob(context, owner, job);
+}
+
 /* A rebuild or copy back of an array that has no virtual disk left has nothing more to do. */
 static void endEmptyJob(const Context& context, KT_U16 dgid) {
     Array array = {};
@@ -85,7 +109,9 @@ KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity) {
         if (arrays && job.kind == KT_BGA_MIGRATION) return KT_ERR_ARRAY_BUSY;
         if (!stopActivity) return KT_ERR_VD_BUSY;
     }
-    if (isAlive(vd.state.activity)) logJob(context, Owner{OwnerKind::Vd, id}, vd.state.activity, STEP_ABORTED);
+    const bool ends = isAlive(vd.state.activity) && vd.state.activity.state != KT_STATE_ABORTED;
+    if (ends) logJob(context, Owner{OwnerKind::Vd, id}, vd.state.activity, STEP_ABORTED);
+    spareWork(context, vd.info);
     removeVd(context, vd);
     endEmptyJob(context, vd.info.DGID);
     reviewForeign(context);

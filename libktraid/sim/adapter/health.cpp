@@ -43,6 +43,13 @@ static bool isRebuildLike(const Activity& job) {
     return job.kind == KT_BGA_REBUILD || job.kind == KT_BGA_COPY_BACK;
 }
 
+/* Whether a copy back reads from the disk: it is, or was, in the place that it fills. */
+static bool isCopiedFrom(const Group& group, const Activity& job, KT_U16 pd) {
+    for (size_t i = 0; job.kind == KT_BGA_COPY_BACK && i < group.members.size(); i++)
+        if (group.homes[i] == job.disk) return group.members[i] == pd || group.members[i] == KT_NO_ID;
+    return false;
+}
+
 /* Initialisations and checks cannot go on without the disk; nor can what is being written to it. */
 static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
     for (const KT_U16 vd : group.vds) {
@@ -54,8 +61,7 @@ static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
     }
     const Activity job = jobOf(context, group.owner);
     const bool writesIt = isRebuildLike(job) && job.disk == pd;
-    const bool readsIt = job.kind == KT_BGA_COPY_BACK;
-    if (writesIt || readsIt) failRebuild(context, group.owner);
+    if (writesIt || isCopiedFrom(group, job, pd)) failRebuild(context, group.owner);
 }
 
 /* A migration also needs the disks it moves to, without which an array's own members may do. */

@@ -274,7 +274,7 @@ static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) 
 void failRebuild(const Context& context, Owner owner) {
     const Activity job = jobOf(context, owner);
     dropJob(context, owner);
-    logJob(context, owner, job, STEP_FAILED);
+    if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
     std::vector<KT_U16> targets = groupOf(context, owner).members;
     targets.push_back(job.disk);
     for (const KT_U16 pd : targets) {
