@@ -4,9 +4,9 @@
 #include "adapter/health.h"
 #include "adapter/surface.h"
 
-/* VD 0 is a RAID5 on disks 0 to 2, VD 1 a RAID6 on 3 to 6; 7 is a spare. */
+/* VD 0 is a RAID5 on disks 0 to 2, VDs 1 and 2 are RAID6 on 3 to 6; 7 is a spare, 8 is free. */
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
-  {"type": "array-based", "disks": [{"count": 7, "size": "4GB"}, {"size": "4GB", "spare": "global"}],
+  {"type": "array-based", "disks": [{"count": 7, "size": "4GB"}, {"size": "4GB", "spare": "global"}, {"size": "4GB"}],
    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{}]},
               {"level": "RAID6", "disks": [3, 4, 5, 6], "virtualDisks": [{"size": "2GB"}, {"size": "1GB"}]}]}]})";
 static const uint64_t HOUR = 3600;
@@ -103,6 +103,21 @@ TEST_F(Surface, DoubleParityRepairsDuringARebuild) {
     EXPECT_EQ(found(KT_OK),
               Events({"2/4 of 3", "2/2 of 3", "1/5 of 1", "1/5 of 2", "2/59 of 7", "1/70 of 1", "1/70 of 2",
                       "2/36 of 4", "2/37 of 4", "2/38 of 4", "1/75 of 1", "1/75 of 2", "1/1 of 1", "1/1 of 2"}));
+}
+
+TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
+    spoil(0, 300, sim::FLAW_UNREADABLE, 2);
+    spoil(1, 301, sim::FLAW_UNREADABLE);
+    _CreateOrModify_DG_Param param = {};
+    param.RaidMode = KT_RAID6;
+    param.NumParityDisk = 2;
+    param.PDCount = 4;
+    const KT_U16 disks[] = {0, 1, 2, 8};
+    std::copy(std::begin(disks), std::end(disks), param.PDIDs);
+    EXPECT_EQ(found(KT_DG_StartMigration(0, &param, 0)),
+              Events({"1/80 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/36 of 1", "2/37 of 1",
+                      "2/37 of 2", "2/37 of 8", "1/85 of 0"}));
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 8)), Events({"2/17 of 8", "2/37 of 8", "2/22 of 8"}));
 }
 
 TEST_F(Surface, OneLeapOfTheClockIsManySteps) {

@@ -51,16 +51,18 @@ KT_U64 settleRaid(Context& context) {
     forEachJob(context, [&](Owner owner, const Activity& job) {
         if (nextMoment(context, owner, job) <= context.now) due.push_back(owner);
     });
+    bool ended = false;
     for (const Owner owner : due) {
         meetBadSectors(context, owner, jobOf(context, owner));
         const Activity job = jobOf(context, owner);
         if (activityEnd(job) <= context.now) {
             completeJob(context, owner);
+            ended = true;
         } else {
             announce(context, owner, job);
         }
     }
-    if (!due.empty()) arbitrate(context);
+    if (ended) arbitrate(context);
     KT_U64 next = NEVER;
     forEachJob(context,
                [&](Owner owner, const Activity& job) { next = std::min(next, nextMoment(context, owner, job)); });

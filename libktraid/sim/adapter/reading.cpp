@@ -180,12 +180,20 @@ static KT_U64 nextOn(const Context& context, const Pass& pass, const Activity& j
     return next;
 }
 
-KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& job) {
-    if (job.state != KT_STATE_RUNNING || job.done >= job.work || !anyBadSector(context)) return NEVER;
+static KT_U64 nextOf(const Context& context, const Run& run) {
     KT_U64 next = NEVER;
-    for (const Pass& pass : runOf(context, owner, job).passes)
-        next = std::min(next, nextOn(context, pass, job));
+    for (const Pass& pass : run.passes)
+        next = std::min(next, nextOn(context, pass, run.job));
     return next;
+}
+
+/* Cheaply false on an adapter whose disks are all sound. */
+static bool mayMeet(const Context& context, const Activity& job) {
+    return job.state == KT_STATE_RUNNING && job.done < job.work && anyBadSector(context);
+}
+
+KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& job) {
+    return mayMeet(context, job) ? nextOf(context, runOf(context, owner, job)) : NEVER;
 }
 
 /* Bad sectors beside each other that fare alike. */
@@ -247,13 +255,27 @@ static void logStretch(const Context& context, KT_U16 code, KT_U8 severity, KT_U
              stretch.flaw == FLAW_LOST ? FLAG_LOST : FLAG_MEDIUM);
 }
 
-/* The same place on the members that are being filled cannot be filled; it is marked as lost. */
-static void markLost(const Context& context, const Run& run, const Pass& from, const Stretch& stretch) {
+/* Lost data, and the pass that would have read it. */
+struct Loss {
+    const Pass* from;
+    Stretch stretch;
+};
+
+/* Whether what the other pass writes needs the data: the slots that a rebuild fills from it, or the whole row of
+   stripes when a migration lays it out anew. */
+static bool suffers(const Context& context, const Run& run, const Pass& from, const Pass& other) {
     const auto vd = find<_LD_Info>(context, from.vd);
+    if (!vd || other.vd != from.vd || other.pd == from.pd) return false;
+    if (run.job.kind == KT_BGA_MIGRATION) return true;
+    return other.writes && (run.job.kind == KT_BGA_COPY_BACK || inSameSet(geometryOf(*vd), other.slot, from.slot));
+}
+
+/* What cannot be written for want of the data is marked, so that nobody takes it for good. */
+static void markLost(const Context& context, const Run& run, const Loss& loss) {
     for (const Pass& pass : run.passes) {
-        if (!vd || !pass.writes || pass.vd != from.vd || !inSameSet(geometryOf(*vd), pass.slot, from.slot)) continue;
-        Stretch lost = {pass.start + (stretch.first - from.start), 0, 0, FLAW_LOST, true, false};
-        for (KT_U32 i = 0; i < stretch.count && lost.first + i < pass.start + pass.sectors; i++)
+        if (!suffers(context, run, *loss.from, pass)) continue;
+        Stretch lost = {pass.start + (loss.stretch.first - loss.from->start), 0, 0, FLAW_LOST, true, false};
+        for (KT_U32 i = 0; i < loss.stretch.count && lost.first + i < pass.start + pass.sectors; i++)
             if (addBadSector(context, pass.pd, lost.first + i, BadSector{FLAW_LOST, 0, {}})) lost.count++;
         if (lost.count) logStretch(context, EVT_BAD_SECTOR, SEV_MAJOR, pass.pd, lost);
     }
@@ -264,17 +286,13 @@ static void forgetStretch(const Context& context, KT_U16 pd, const Stretch& stre
         eraseBadSector(context, pd, stretch.first + i);
 }
 
-static void finishStretch(const Context& context, const Run& run, const Pass& pass, const Stretch& stretch) {
-    const bool fills = run.job.kind == KT_BGA_REBUILD || run.job.kind == KT_BGA_COPY_BACK;
+static void finishStretch(const Context& context, const Pass& pass, const Stretch& stretch) {
     logStretch(context, EVT_BAD_SECTOR, stretch.lost ? SEV_MAJOR : SEV_WARNING, pass.pd, stretch);
     if (stretch.flaw == FLAW_UNREADABLE) countUnreadable(context, pass.pd, stretch.count - stretch.known);
-    if (stretch.repaired) {
-        forgetStretch(context, pass.pd, stretch);
-        logStretch(context, EVT_SECTOR_FIXED, SEV_INFO, pass.pd, stretch);
-        if (stretch.flaw == FLAW_UNREADABLE) countReassigned(context, pass.pd, stretch.count, stretch.count);
-    } else if (fills && stretch.lost) {
-        markLost(context, run, pass, stretch);
-    }
+    if (!stretch.repaired) return;
+    forgetStretch(context, pass.pd, stretch);
+    logStretch(context, EVT_SECTOR_FIXED, SEV_INFO, pass.pd, stretch);
+    if (stretch.flaw == FLAW_UNREADABLE) countReassigned(context, pass.pd, stretch.count, stretch.count);
 }
 
 /* The bad sectors of the pass in the pieces done since, of those flaws that are read as errors (or as data). */
@@ -307,7 +325,7 @@ static bool goesOnWith(const Stretch& stretch, const Stretch& next) {
            stretch.repaired == next.repaired;
 }
 
-static void readErrors(const Context& context, const Run& run, const Pass& pass) {
+static void readErrors(const Context& context, const Run& run, const Pass& pass, std::vector<Loss>& losses) {
     std::vector<Stretch> stretches;
     KT_U32 spare = sectorsToSpare(context, pass.pd);
     bool sensed = false;
@@ -323,8 +341,10 @@ static void readErrors(const Context& context, const Run& run, const Pass& pass)
         }
         if (sector.flaw == FLAW_UNREADABLE) knowBadSector(context, pass.pd, lba);
     }
-    for (const Stretch& stretch : stretches)
-        finishStretch(context, run, pass, stretch);
+    for (const Stretch& stretch : stretches) {
+        finishStretch(context, pass, stretch);
+        if (stretch.lost) losses.push_back(Loss{&pass, stretch});
+    }
 }
 
 /* The LBA of the virtual disk that the sector of a member counts as; NEVER beyond its end. */
@@ -389,16 +409,19 @@ static void overwrite(const Context& context, const Run& run, const Pass& pass) 
     countReassigned(context, pass.pd, reassigned, known);
 }
 
-bool meetBadSectors(const Context& context, Owner owner, const Activity& job) {
-    const KT_U64 next = nextMeeting(context, owner, job);
-    if (next == NEVER || next > activityDone(job, context.now)) return false;
+void meetBadSectors(const Context& context, Owner owner, const Activity& job) {
+    if (!mayMeet(context, job)) return;
     const Run run = runOf(context, owner, job);
+    if (nextOf(context, run) > activityDone(job, context.now)) return;
     std::set<KT_U64> inconsistent;
+    std::vector<Loss> losses;
     /* First what is written: marks of lost data are put on it. */
     for (const Pass& pass : run.passes)
         if (pass.writes) overwrite(context, run, pass);
     for (const Pass& pass : run.passes)
-        if (!pass.writes) readErrors(context, run, pass);
+        if (!pass.writes) readErrors(context, run, pass, losses);
+    for (const Loss& loss : losses)
+        markLost(context, run, loss);
     for (const Pass& pass : run.passes)
         if (!pass.writes && pass.vd != KT_NO_ID) readWrongData(context, run, pass, inconsistent);
     logInconsistent(context, owner.id, inconsistent);
@@ -406,7 +429,6 @@ bool meetBadSectors(const Context& context, Owner owner, const Activity& job) {
     on.done = activityDone(job, context.now);
     on.since = context.now;
     saveJob(context, owner, on);
-    return true;
 }
 
 } // namespace sim

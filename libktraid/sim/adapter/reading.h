@@ -12,8 +12,8 @@ inline constexpr KT_U64 PIECE_KIB = 1024;
 /* The work done, in KiB, at which the activity next meets a bad sector; NEVER when it meets none. */
 KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& job);
 /* Lets a running activity meet what lies in the pieces done since `job.since`: it is logged, and repaired where the
-   activity does that and can. True when there was something; the activity then counts from context.now. */
-bool meetBadSectors(const Context& context, Owner owner, const Activity& job);
+   activity does that and can. The activity then counts from context.now. */
+void meetBadSectors(const Context& context, Owner owner, const Activity& job);
 
 } // namespace sim
 #endif
