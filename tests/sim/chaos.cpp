@@ -1,10 +1,12 @@
 #include "chaos.h"
 
+#include "adapter/foreign.h"
 #include "adapter/health.h"
 #include "adapter/members.h"
 #include "adapter/settle.h"
 #include "adapter/surface.h"
 #include "clock.h"
+#include "lab.h"
 
 #include <algorithm>
 
@@ -142,6 +144,18 @@ static void rebuildArray(Chaos& run) {
     KT_LD_DG_StartRebuild(run.adapter, anyArray(run), byte(run, 3), pds);
 }
 
+/* Disks come from elsewhere with what is on them, or stay there when there is no room. */
+static void bringForeign(Chaos& run, const Context& context) {
+    Store* elsewhere = openMemoryStore(fillFromLab, labNamed("default"));
+    std::vector<KT_U16> ids;
+    std::vector<KT_U16> disks;
+    for (KT_U16 pd = pick(run, 4); pd < 10; pd = static_cast<KT_U16>(pd + 1 + pick(run, 3)))
+        disks.push_back(pd);
+    setMark(*run.store);
+    if (insertForeignDisks(context, *elsewhere, byte(run, 2), disks, ids) != KT_OK) rollbackToMark(*run.store);
+    closeStore(elsewhere);
+}
+
 /* What no client of the library does: disks and time. */
 static void happen(Chaos& run) {
     beginTransaction(*run.store, Access::Write);
@@ -161,6 +175,8 @@ static void happen(Chaos& run) {
     } else if (what < 8) {
         addBadSectors(context, pd, BadSector{pick(run, 2) ? FLAW_WRONG : FLAW_UNREADABLE, 0, {}}, pick(run, 300));
         applyRates(context);
+    } else if (what == 8 && rarely(run, 4)) {
+        bringForeign(run, context);
     } else if (!state || state->health == PD_FAILED) {
         /* Broken and missing disks are seen to, or there would soon be none. */
         replaceDisk(context, pd, rarely(run, 6) ? 2000000 : 0);
@@ -186,6 +202,7 @@ static const struct {
     {2, [](Chaos& run) { KT_LD_Delete(run.adapter, anyVd(run), byte(run, 2)); }},
     {2, [](Chaos& run) { KT_DG_Delete(run.adapter, anyArray(run)); }},
     {2, [](Chaos& run) { KT_PD_WipeHDMDD(run.adapter, anyDisk(run), rarely(run, 3)); }},
+    {4, [](Chaos& run) { KT_LD_Import(run.adapter, anyVd(run)); }},
     {4, [](Chaos& run) { KT_PD_Spare2FreeHD(run.adapter, anyDisk(run)); }},
     {6, [](Chaos& run) { KT_LD_BGAControl(run.adapter, anyVd(run), oneOf(run, CONTROLS)); }},
     {6, [](Chaos& run) { KT_DG_BGAControl(run.adapter, anyArray(run), oneOf(run, CONTROLS)); }},
