@@ -342,6 +342,10 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     EXPECT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_ERR_VD_BUSY);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/30 of 0", "2/25 of 0", "1/50 of 1", "1/38 of 0"}))
         << "the check waits under its own codes";
+    ASSERT_EQ(KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_BACKGROUND), KT_OK);
+    advance(125);
+    EXPECT_EQ(activity(ARRAYS, 0), "64/1 50") << "alone it would be done";
 }
 
 TEST_F(Raid, MigrationKeepsMembersAndGrows) {

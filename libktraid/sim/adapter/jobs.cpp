@@ -7,6 +7,7 @@
 #include "events.h"
 
 #include <algorithm>
+#include <map>
 #include <vector>
 
 namespace sim {
@@ -172,7 +173,7 @@ static void addTargetDisks(const Context& context, KT_U16 vd, std::vector<KT_U16
     }
 }
 
-/* The disks that an activity of this owner reads or writes. */
+/* The disks that an activity of this owner reads or writes, each once. */
 static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Activity& job) {
     std::vector<KT_U16> disks;
     if (owner.kind == OwnerKind::Disk) disks.push_back(owner.id);
@@ -192,6 +193,8 @@ static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Ac
     for (int i = 0; array && i < MAX_SLOTS; i++)
         if (array->VDIDs[i] != KT_NO_ID) addTargetDisks(context, array->VDIDs[i], disks);
     if (job.disk != KT_NO_ID) disks.push_back(job.disk);
+    std::sort(disks.begin(), disks.end());
+    disks.erase(std::unique(disks.begin(), disks.end()), disks.end());
     return disks;
 }
 
@@ -305,9 +308,32 @@ static std::vector<Claim> claimsOf(const Context& context) {
     return claims;
 }
 
+/* Those that run side by side on a disk share what it can do. Answers when the first of them has something due. */
+static KT_U64 shareSpeed(const Context& context, const std::vector<Claim>& granted) {
+    std::map<KT_U16, KT_U64> crowd;
+    for (const Claim& claim : granted)
+        for (const KT_U16 disk : claim.disks)
+            crowd[disk]++;
+    KT_U64 due = NEVER;
+    for (const Claim& claim : granted) {
+        KT_U64 most = 1;
+        for (const KT_U16 disk : claim.disks)
+            if (disk != KT_NO_ID) most = std::max(most, crowd[disk]);
+        Activity job = jobOf(context, claim.owner);
+        const KT_U64 speed = jobSpeed(context, claim.owner, job) / most;
+        if (job.speed != speed) {
+            job.done = activityDone(job, context.now);
+            job.since = context.now;
+            job.speed = speed;
+            saveJob(context, claim.owner, job);
+        }
+        due = std::min(due, nextMoment(context, claim.owner, job));
+    }
+    return due;
+}
+
 void arbitrate(const Context& context) {
     std::vector<Claim> granted;
-    KT_U64 due = NEVER;
     for (Claim& claim : claimsOf(context)) {
         const bool waits = std::any_of(granted.begin(), granted.end(), [&](const Claim& other) {
             return other.rank > claim.rank && sharesDisk(other, claim);
@@ -321,10 +347,9 @@ void arbitrate(const Context& context) {
             setState(context, claim.owner, claim.job, KT_STATE_RUNNING);
             logJob(context, claim.owner, claim.job, STEP_AUTO_RESUMED);
         }
-        due = std::min(due, nextMoment(context, claim.owner, jobOf(context, claim.owner)));
         granted.push_back(std::move(claim));
     }
-    scheduleRaid(context, due);
+    scheduleRaid(context, shareSpeed(context, granted));
 }
 
 void applyRates(const Context& context) {
