@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Public/errorMsg.h"
 #include "Public/listing.h"
 
 DiskRole diskRole(KT_U8 status) {
@@ -9,6 +10,16 @@ DiskRole diskRole(KT_U8 status) {
     if ((status & KT_PD_SPARE) != 0) return DiskRole::Spare;
     if ((status & KT_PD_FOREIGN) != 0) return DiskRole::Foreign;
     return DiskRole::Usable;
+}
+
+KT_U8 readDiskStatus(KT_U16 pd, KT_U8& bits) {
+    _HD_RAID_Status_Request request;
+    KT_U8 status = getItem(KT_PD_GetHDRaidStatus, pd, request);
+    if (status != KT_OK) {
+        out("Failed to get status for PD %d (error %d: %s)\n", pd, status, ErrorMessage(status));
+    }
+    bits = status == KT_OK ? request.hdRaidStatus[0].Status : KT_U8{0};
+    return status;
 }
 
 KT_U8 findFileSystems(const PdList& disks, FileSystems& found) {

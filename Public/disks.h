@@ -8,6 +8,9 @@
 enum class DiskRole { Usable, Offline, Spare, Foreign };
 DiskRole diskRole(KT_U8 status);
 
+// Reads a disk's RAID status bits; answers the library's status and says so when it is not KT_OK.
+KT_U8 readDiskStatus(KT_U16 pd, KT_U8& bits);
+
 // The disks of a list that carry a file system: their ids, each followed by a blank, and how many there are.
 struct FileSystems {
     LineText ids;

@@ -88,7 +88,8 @@ WroteFile writeWholeFile(const std::string& path, const std::string& bytes, Exis
     size_t slash = target.rfind('/');
     size_t base = slash == std::string::npos ? 0 : slash + 1;
     if (base == target.size()) return WroteFile::NotOpened;
-    std::string unnamed = target.substr(0, base) + "." + target.substr(base) + "." + std::to_string(getpid()) + ".new";
+    // Not made of the target's name, which may be as long as a name can be.
+    std::string unnamed = target.substr(0, base) + ".kt." + std::to_string(getpid()) + ".new";
     NewFile file = {};
     if (createNewFile(unnamed.c_str(), file) != Created::Yes) return WroteFile::NotOpened;
     if (!fill(file, bytes, exists ? &replaced : nullptr)) {

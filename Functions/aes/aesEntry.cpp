@@ -4,8 +4,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "Functions/aes/aesSecret.h"
-#include "Public/errorMsg.h"
+#include "Functions/aes/aesCommand.h"
 #include "Public/utility.h"
 
 const char aesentry_sh[] = "AES operations";
@@ -54,11 +53,6 @@ struct AesEntryOptions {
     size_t operation = 0; // index into operations
 };
 } // namespace
-
-static int entryFailed(KT_U8 entry, KT_U8 status) {
-    out("\nGet configure of AES entry %d failed (error %d: %s).\n", entry, status, ErrorMessage(status));
-    return status;
-}
 
 // Prints an entry and each port that the overview links to it.
 static int reportEntry(KT_U8 entry, const _aes_entry_info& overview) {
@@ -130,25 +124,13 @@ static int setConfig(const AesEntryOptions& o, const OptionCounts& given, const 
     return status;
 }
 
-static const struct {
-    const char* word;
-    int (*run)(const AesEntryOptions& o, const OptionCounts& given, const char* command);
-} operations[] = {{"getInfo", getInfo}, {"getCfg", getConfig}, {"setCfg", setConfig}};
-
-static Take takeOperation(const char* word, AesEntryOptions& o) {
-    for (size_t i = 0; i < std::size(operations); ++i) {
-        if (strcasecmp(word, operations[i].word) != 0) continue;
-        o.operation = i;
-        return Take::Yes;
-    }
-    out("-o : invalid object '%s'\n", word);
-    return Take::Failed;
-}
+static const AesOperation<AesEntryOptions> operations[] = {
+    {"getInfo", getInfo}, {"getCfg", getConfig}, {"setCfg", setConfig}};
 
 static Take takeOption(int option, char* value, AesEntryOptions& o) {
     switch (option) {
     case 'o':
-        return takeOperation(value, o);
+        return takeOperation(value, operations, o.operation);
     case 'i':
         if (parseDecimal(value, o.entry)) return Take::Yes;
         out("-i : invalid id '%s'\n", value);
@@ -172,9 +154,5 @@ static int runAesEntry(int argc, char** argv, _cmd_struct* row, AesEntryOptions&
 }
 
 int doAESEntry(int argc, char** argv, _cmd_struct* row) {
-    AesEntryOptions o;
-    int result = runAesEntry(argc, argv, row, o);
-    explicit_bzero(&o, sizeof o);
-    wipeWords(argc, argv);
-    return result;
+    return runAndWipe(argc, argv, row, runAesEntry);
 }

@@ -2,8 +2,7 @@
 
 #include <cstring>
 
-#include "Functions/aes/aesSecret.h"
-#include "Public/errorMsg.h"
+#include "Functions/aes/aesCommand.h"
 #include "Public/utility.h"
 
 const char aesop_sh[] = "AES operations";
@@ -148,9 +147,5 @@ static int runAesOp(int argc, char** argv, _cmd_struct* row, AesOpOptions& o) {
 }
 
 int doAESOp(int argc, char** argv, _cmd_struct* row) {
-    AesOpOptions o;
-    int result = runAesOp(argc, argv, row, o);
-    explicit_bzero(&o, sizeof o);
-    wipeWords(argc, argv);
-    return result;
+    return runAndWipe(argc, argv, row, runAesOp);
 }

@@ -3,8 +3,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "Functions/aes/aesSecret.h"
-#include "Public/errorMsg.h"
+#include "Functions/aes/aesCommand.h"
 #include "Public/utility.h"
 
 const char aesport_sh[] = "AES operations";
@@ -75,10 +74,7 @@ static KT_U8 aesPort2Entry(KT_U8 port, _AES_PORT_INFO& link) {
     if (link.entry == AES_NO_LINK) return KT_OK;
     _AES_ENTRY_INFO entry = {};
     status = KT_AES_OnlyGetEntryInfo(gCurrentAdapter, link.entry, &entry);
-    if (status != KT_OK) {
-        out("\nGet configure of AES entry %d failed (error %d: %s).\n", link.entry, status, ErrorMessage(status));
-    }
-    return status;
+    return status == KT_OK ? KT_U8{KT_OK} : entryFailed(link.entry, status);
 }
 
 static void aesPortGet_printf(const _AES_Port_Config& config, const _AES_PORT_INFO& link) {
@@ -179,25 +175,13 @@ static int dismount(const AesPortOptions& o, const OptionCounts& given, const ch
     return status;
 }
 
-static const struct {
-    const char* word;
-    int (*run)(const AesPortOptions& o, const OptionCounts& given, const char* command);
-} operations[] = {{"getCfg", getConfig}, {"set", setConfig}, {"mount", mount}, {"dismount", dismount}};
-
-static Take takeOperation(const char* word, AesPortOptions& o) {
-    for (size_t i = 0; i < std::size(operations); ++i) {
-        if (strcasecmp(word, operations[i].word) != 0) continue;
-        o.operation = i;
-        return Take::Yes;
-    }
-    out("-o : invalid object '%s'\n", word);
-    return Take::Failed;
-}
+static const AesOperation<AesPortOptions> operations[] = {
+    {"getCfg", getConfig}, {"set", setConfig}, {"mount", mount}, {"dismount", dismount}};
 
 static Take takeOption(int option, char* value, AesPortOptions& o) {
     switch (option) {
     case 'o':
-        return takeOperation(value, o);
+        return takeOperation(value, operations, o.operation);
     case 'i':
         if (parseDecimal(value, o.port)) return Take::Yes;
         out("-i : invalid port id '%s'\n", value);
@@ -231,9 +215,5 @@ static int runAesPort(int argc, char** argv, _cmd_struct* row, AesPortOptions& o
 }
 
 int doAESPort(int argc, char** argv, _cmd_struct* row) {
-    AesPortOptions o;
-    int result = runAesPort(argc, argv, row, o);
-    explicit_bzero(&o, sizeof o);
-    wipeWords(argc, argv);
-    return result;
+    return runAndWipe(argc, argv, row, runAesPort);
 }

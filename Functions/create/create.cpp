@@ -197,13 +197,9 @@ static bool checkOptions(const char* command, CreateOptions& o, int& result) {
 // False with a message and the command's result when the disk cannot become part of the virtual disk.
 static bool checkDisk(KT_U16 pd, KT_U8 level, int& result) {
     result = 1;
-    _HD_RAID_Status_Request request;
-    KT_U8 status = getItem(KT_PD_GetHDRaidStatus, pd, request);
-    if (status != KT_OK) {
-        out("Failed to get status for PD %d (error %d: %s)\n", pd, status, ErrorMessage(status));
-        return false;
-    }
-    switch (diskRole(request.hdRaidStatus[0].Status)) {
+    KT_U8 bits = 0;
+    if (readDiskStatus(pd, bits) != KT_OK) return false;
+    switch (diskRole(bits)) {
     case DiskRole::Offline:
         out("Offline disk %d can not be used to create VD.\n", pd);
         return false;
@@ -217,7 +213,7 @@ static bool checkDisk(KT_U16 pd, KT_U8 level, int& result) {
         break;
     }
     // The tiered levels share their disks.
-    status = HDisFreeDiskForKelo(pd, KT_BLOCK_FREE);
+    KT_U8 status = HDisFreeDiskForKelo(pd, KT_BLOCK_FREE);
     if (status == KT_OK || isTieredLevel(level)) return true;
     if (status == KT_ERR_PD_TYPES_DIFFER) {
         out("Non-free disk %d can not be used to create VD.\n", pd);

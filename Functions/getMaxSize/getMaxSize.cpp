@@ -3,8 +3,8 @@
 #include <cinttypes>
 #include <cstring>
 
+#include "Public/disks.h"
 #include "Public/errorMsg.h"
-#include "Public/listing.h"
 #include "Public/raidOptions.h"
 #include "Public/raidRules.h"
 
@@ -88,14 +88,10 @@ static bool checkOptions(const char* command, MaxSizeOptions& o) {
 static bool checkDisks(const PdList& disks) {
     for (unsigned i = 0; i < disks.count; ++i) {
         KT_U16 pd = disks.ids[i];
-        _HD_RAID_Status_Request request;
-        KT_U8 status = getItem(KT_PD_GetHDRaidStatus, pd, request);
-        if (status != KT_OK) {
-            out("Failed to get status for PD %d (error %d: %s)\n", pd, status, ErrorMessage(status));
-            return false;
-        }
+        KT_U8 bits = 0;
+        if (readDiskStatus(pd, bits) != KT_OK) return false;
         // Unlike for a creation, only a disk that has this role and no other is refused; foreign ones are not.
-        switch (request.hdRaidStatus[0].Status) {
+        switch (bits) {
         case KT_PD_OFFLINE:
             out("Offline disk %d can not be used to create VD.\n", pd);
             return false;

@@ -141,15 +141,11 @@ static void findMembers(const MigrationRequest& request, const _LD_Info& ld, Mig
 }
 
 static bool checkNewDisk(KT_U16 disk, int& result) {
-    _HD_RAID_Status_Request answer;
-    KT_U8 status = getItem(KT_PD_GetHDRaidStatus, disk, answer);
-    if (status != KT_OK) {
-        out("Failed to get status for PD %d (error %d: %s)\n", disk, status, ErrorMessage(status));
-        result = status;
-        return false;
-    }
+    KT_U8 bits = 0;
+    result = readDiskStatus(disk, bits);
+    if (result != KT_OK) return false;
     result = 1;
-    switch (diskRole(answer.hdRaidStatus[0].Status)) {
+    switch (diskRole(bits)) {
     case DiskRole::Offline:
         out("Offline disk %d can not be used as target of a migration.\n", disk);
         return false;

@@ -1,6 +1,7 @@
 #include "Functions/migrate/migrateV2.h"
 
 #include "Functions/migrate/migration.h"
+#include "Public/disks.h"
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 
@@ -110,20 +111,16 @@ static void findMembers(const MigrationRequest& request, const _DG_Info& array, 
 }
 
 static bool checkNewDisk(KT_U16 disk, int& result) {
-    _HD_RAID_Status_Request answer;
-    KT_U8 status = getItem(KT_PD_GetHDRaidStatus, disk, answer);
-    if (status != KT_OK) {
-        out("Failed to get status for PD %d (error %d: %s)\n", disk, status, ErrorMessage(status));
-        result = status;
-        return false;
-    }
-    if ((answer.hdRaidStatus[0].Status & KT_PD_NOT_FREE) != 0) {
+    KT_U8 bits = 0;
+    result = readDiskStatus(disk, bits);
+    if (result != KT_OK) return false;
+    if ((bits & KT_PD_NOT_FREE) != 0) {
         out("Target PD %d is not free.\n", disk);
         result = 1;
         return false;
     }
     _HD_FreeSpaceInfo space = {};
-    status = KT_PD_GetFreeSpaceInfo(gCurrentAdapter, disk, &space);
+    KT_U8 status = KT_PD_GetFreeSpaceInfo(gCurrentAdapter, disk, &space);
     if (status != KT_OK) {
         out("Unable to get size of PD %d (error %d: %s).\n", disk, status, ErrorMessage(status));
         result = status;

@@ -122,8 +122,9 @@ TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
     EXPECT_EQ(text, fileText("hba0_cfg.txt"));
     // A block that cannot be asked for keeps its id.
     seam.statuses["KT_BLK_GetInfo 1"] = 12;
-    runOn(doBackUp_CFG, "backup_cfg -f \"with blank.txt\"");
-    EXPECT_NE(std::string::npos, fileText("with blank.txt").find("[PD MEMBER]=100,1,102\n"));
+    const std::string longest = "with blank " + std::string(244, 'x');
+    runOn(doBackUp_CFG, "backup_cfg -f \"" + longest + "\"");
+    EXPECT_NE(std::string::npos, fileText(longest).find("[PD MEMBER]=100,1,102\n"));
     EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
 }
 
