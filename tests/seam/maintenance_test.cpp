@@ -4,6 +4,7 @@
 #include "Functions/register/register.h"
 #include "Functions/tandem/tandem.h"
 #include "tests/seam/seam.h"
+#include "tests/support/printed.h"
 
 namespace {
 
@@ -23,15 +24,7 @@ using Register = Maintenance;
 using Tandem = Maintenance;
 
 std::string dumpOf(KT_U32 length) {
-    char* text = nullptr;
-    size_t size = 0;
-    stream = open_memstream(&text, &size);
-    Nvsram_Byte_PrintInfo(seam.nvsram.Data, length, 0x1F0);
-    fclose(stream);
-    stream = nullptr;
-    std::string dump(text, size);
-    free(text);
-    return dump;
+    return printedBy([&] { Nvsram_Byte_PrintInfo(seam.nvsram.Data, length, 0x1F0); });
 }
 
 std::string range(unsigned first, unsigned last) {

@@ -1,5 +1,7 @@
 #include "tests/seam/seam.h"
 
+#include "tests/support/printed.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -22,15 +24,10 @@ Outcome run(CommandHandler handler, const std::string& line, const std::string& 
     std::vector<char*> words(line.size() + 2);
     int argc = 0;
     parse(&argc, words.data(), text.data());
-    char* printed = nullptr;
-    size_t size = 0;
-    stream = open_memstream(&printed, &size);
     _cmd_struct row = {"word", 5, handler, "\nlong help\n", ":short"};
-    int result = handler(argc, words.data(), &row);
-    fclose(stream);
-    stream = nullptr;
-    Outcome outcome = {line, result, std::string(printed, size), text.substr(text.find('\0') + 1)};
-    free(printed);
+    Outcome outcome = {line, 0, "", ""};
+    outcome.printed = printedBy([&] { outcome.result = handler(argc, words.data(), &row); });
+    outcome.words = text.substr(text.find('\0') + 1);
     return outcome;
 }
 

@@ -1,27 +1,14 @@
 // Starting and rescanning on a library that reports more adapters than are supported.
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 
 #include "Public/start.h"
 #include "ktsetup/commandTables.h"
+#include "tests/support/printed.h"
 
 extern "C" int KT_STUB_Adapters;
 
 namespace {
-
-template <class Action>
-std::string printed(Action action) {
-    char* text = nullptr;
-    size_t size = 0;
-    stream = open_memstream(&text, &size);
-    action();
-    fclose(stream);
-    stream = nullptr;
-    std::string all(text, size);
-    free(text);
-    return all;
-}
 
 int dispatch(std::string first, std::string second = "", std::string third = "") {
     char* words[] = {first.data(), second.data(), third.data(), nullptr};
@@ -32,20 +19,20 @@ int dispatch(std::string first, std::string second = "", std::string third = "")
 TEST(Start, UsesTheFirstSixteenAdapters) {
     setCommandSets(ldBasedCommands, arrayBasedCommands);
     KT_STUB_Adapters = 200;
-    EXPECT_EQ(printed([] { EXPECT_TRUE(startLibrary()); }), "SG driver version 3.5.36.\nCLI supports 16 adapters!\n");
+    EXPECT_EQ(printedBy([] { EXPECT_TRUE(startLibrary()); }), "SG driver version 3.5.36.\nCLI supports 16 adapters!\n");
     EXPECT_EQ(gNumAdaptersFound, 16);
-    EXPECT_EQ(printed([] { EXPECT_EQ(dispatch("adapter", "-i", "16"), 1); }), "Adapter 16 does not exist.\n");
+    EXPECT_EQ(printedBy([] { EXPECT_EQ(dispatch("adapter", "-i", "16"), 1); }), "Adapter 16 does not exist.\n");
 }
 
 TEST(Start, CountsAreNotCappedLater) {
     setCommandSets(ldBasedCommands, arrayBasedCommands);
     KT_STUB_Adapters = 255;
-    printed([] { startLibrary(); });
-    EXPECT_EQ(printed([] { dispatch("adapter"); }),
+    printedBy([] { startLibrary(); });
+    EXPECT_EQ(printedBy([] { dispatch("adapter"); }),
               "Total number of adapters: 255\nCurrent default adapter ID for CLI commands: 0\n");
-    EXPECT_EQ(printed([] { EXPECT_EQ(dispatch("adapter", "-i", "254"), 0); }), "");
+    EXPECT_EQ(printedBy([] { EXPECT_EQ(dispatch("adapter", "-i", "254"), 0); }), "");
     EXPECT_EQ(gCurrentAdapter, 254);
-    printed([] { EXPECT_EQ(dispatch("rescan", "-a", "scan"), 0); });
+    printedBy([] { EXPECT_EQ(dispatch("rescan", "-a", "scan"), 0); });
     EXPECT_EQ(gCurrentAdapter, 0);
     EXPECT_EQ(gNumAdaptersFound, 255);
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ktsetup/commandTables.h"
+#include "tests/support/printed.h"
 
 extern "C" unsigned KT_STUB_Calls;
 
@@ -43,14 +44,9 @@ Outcome run(_cmd_struct& row, std::vector<std::string> words) {
         argv.push_back(word.data());
     }
     argv.push_back(nullptr);
-    char* text = nullptr;
-    size_t size = 0;
-    stream = open_memstream(&text, &size);
-    int result = row.cmdHandler(static_cast<int>(words.size()), argv.data(), &row);
-    fclose(stream);
-    stream = nullptr;
-    Outcome outcome = {result, std::string(text, size)};
-    free(text);
+    Outcome outcome;
+    outcome.text =
+        printedBy([&] { outcome.result = row.cmdHandler(static_cast<int>(words.size()), argv.data(), &row); });
     return outcome;
 }
 

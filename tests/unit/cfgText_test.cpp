@@ -6,6 +6,7 @@
 #include "Public/cfgAdapter.h"
 #include "Public/common.h"
 #include "Public/utility.h"
+#include "tests/support/printed.h"
 
 namespace {
 // A text read into records, with what the reader printed.
@@ -20,22 +21,17 @@ struct Reading {
 Reading read(std::string text, KT_U8 mode = CFG_FULL_FORM, const _HBA_Info_Page& page = {}) {
     Reading reading = {false, "", page, {}};
     reading.places.available_port = 0xFF;
-    char* printed = nullptr;
-    size_t size = 0;
-    stream = open_memstream(&printed, &size);
     clean_comment(text.data(), text.size());
     KT_U16 counts = 0;
     CfgRaid& raid = *reading.raid;
     // A copy on the heap of exactly this size, so that a read beyond it is noticed.
     std::vector<char> exact(text.begin(), text.end());
-    reading.good = KT_Analyze_Grammar(exact.data(), exact.size(), &reading.places, &reading.page, raid.lds, raid.spares,
-                                      &counts, mode);
+    reading.printed = printedBy([&] {
+        reading.good = KT_Analyze_Grammar(exact.data(), exact.size(), &reading.places, &reading.page, raid.lds,
+                                          raid.spares, &counts, mode);
+    });
     raid.ldCount = static_cast<KT_U8>(counts);
     raid.spareCount = static_cast<KT_U8>(counts >> 8);
-    fclose(stream);
-    stream = nullptr;
-    reading.printed = std::string(printed, size);
-    free(printed);
     return reading;
 }
 

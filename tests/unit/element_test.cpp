@@ -4,21 +4,7 @@
 #include <string>
 
 #include "Functions/enclosure/enclosure.h"
-
-// What a printer prints of a record.
-template <class Record>
-static std::string printed(void (*print)(const Record*), const Record& record) {
-    char* text = nullptr;
-    size_t length = 0;
-    FILE* before = stream;
-    stream = open_memstream(&text, &length);
-    print(&record);
-    fclose(stream);
-    stream = before;
-    std::string result(text, length);
-    free(text);
-    return result;
-}
+#include "tests/support/printed.h"
 
 // What is said of an element with a status, the "no" lines and the lines every element has left out.
 static std::string said(KT_U8 type, KT_U8 common, KT_U8 byte1, KT_U8 byte2, KT_U8 byte3) {
@@ -29,7 +15,7 @@ static std::string said(KT_U8 type, KT_U8 common, KT_U8 byte1, KT_U8 byte2, KT_U
     element.Status[1] = byte1;
     element.Status[2] = byte2;
     element.Status[3] = byte3;
-    std::string all = printed(PrintEncElementInfo, element);
+    std::string all = printedBy([&] { PrintEncElementInfo(&element); });
     std::string kept;
     for (size_t at = 0, end = 0; (end = all.find('\n', at)) != std::string::npos; at = end + 1) {
         std::string line = all.substr(at, end - at);
@@ -122,6 +108,6 @@ TEST(Element, KeepsTheConfigurationTextWithinItsField) {
         EXPECT_EQ("Enclosure ID: 0\nElement ID: 0\nElement type: Cooling Device\nNumber of elements: 0\nSub-enclosure "
                   "ID: 0\nText: " +
                       text + "\n",
-                  printed(PrintEncElementConfig, config));
+                  printedBy([&] { PrintEncElementConfig(&config); }));
     }
 }

@@ -18,33 +18,20 @@ struct Line {
     bool withSerial;
     const char* text;
 };
-// One line per shape of text.
+// Texts with all that can stand in them, and those that sums over single events would not hold.
 const Line lines[] = {
     {0, 9, 421, 44, true, " Adapter 300 with serial number KT-0042 is detected"},
     {0, 9, 421, 44, false, " Adapter 300 is detected, serial number not available"},
-    {0, 11, 421, 44, false, " Auto dirty data flushed 2/421"},
-    {0, 17, 421, 44, false, " Adapter 300 detected"},
     {0, 65535, 421, 44, false, " Event(s) lost. Current seqNum 4000000123, last seqNum 3"},
-    {1, 9, 421, 44, false, " virtual disk 300 has been imported into disk array 421"},
     {1, 26, 421, 44, false, " Consistency check on Virtual Disk 300 is 421% done"},
-    {1, 70, 421, 44, false, " Rebuild disk on virtual disk 300 started"},
     {1, 70, 421, 1, false, " Initialization data on Tandemix 300 started"},
     {1, 100, 421, 44, false, " Consistency check/fix on virtual disk 300 found inconsistent LBA 0x1a500000002"},
     {1, 100, 0, 44, false, " Consistency check/fix on virtual disk 300 found inconsistent LBA 0x2"},
-    {2, 5, 421, 44, false, " Physical disk 300  S.M.A.R.T started"},
     {2, 36, 421, 44, false, " Command [0x1a5] on physical disk 300 failed. Sense key=0x2, ASC=0x3, ASCQ=0x2c"},
     {2, 37, 421, 44, false, " Bad Sector is detected on disk 300 at LBA 0x1a500000002, count=3, flag=0x0000002c."},
     {2, 59, 421, 44, false, " Spare disk 165 used by disk array 2"},
     {2, 59, 0, 44, false, " Spare disk information changed"},
-    {4, 0, 421, 44, false, " Expander 300 is plugged in"},
-    {9, 2, 421, 44, false, " New battery detecte"},
-    {10, 23, 421, 44, false, " Image Header corrupted (Signature invalid)"},
-    {12, 1, 421, 44, false, " Background activity rate changed to 421%"},
     {12, 5, 421, 44, false, " Multi-bit ECC error: count = 421, address = 0x2, module ID = 3"},
-    {12, 6, 421, 44, false, " Single-bit ECC error: count = 421"},
-    {12, 17, 421, 44, false, " Virtual disk 300 missing drives and went offline at boot"},
-    {13, 0, 421, 44, false, " Array 300 is created"},
-    {15, 3, 421, 44, false, " Adapter 300 Fan 421 check pass"},
 };
 
 _Event makeEvent(KT_U16 eventClass, KT_U16 code) {

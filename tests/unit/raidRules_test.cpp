@@ -1,26 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "Public/common.h"
 #include "Public/raidRules.h"
+#include "tests/support/printed.h"
 
 namespace {
-// What is printed while the code runs.
-template <class Code>
-std::string printedBy(Code code) {
-    char* text = nullptr;
-    size_t size = 0;
-    stream = open_memstream(&text, &size);
-    code();
-    fclose(stream);
-    stream = nullptr;
-    std::string printed(text, size);
-    free(text);
-    return printed;
-}
-
 struct RaidRules : testing::Test {
     _Adapter_Info& adapter = gAdapterInfo[0];
     void SetUp() override {

@@ -1,10 +1,10 @@
 // Splitting lines into words, taking words out of their quotes, and finding the command for a word.
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 #include "ktsetup/commandTables.h"
+#include "tests/support/printed.h"
 
 namespace {
 
@@ -100,16 +100,10 @@ class Dispatcher : public ::testing::Test {
     // Runs a word; the answer is its result and the row that ran or the text that was printed.
     static std::string dispatch(std::string word) {
         char* argv[] = {word.data(), nullptr};
-        char* text = nullptr;
-        size_t size = 0;
         ran = "";
-        stream = open_memstream(&text, &size);
-        int result = cmdDispatcher(1, argv);
-        fclose(stream);
-        stream = nullptr;
-        std::string answer = std::to_string(result) + ran + text;
-        free(text);
-        return answer;
+        int result = 0;
+        const std::string text = printedBy([&] { result = cmdDispatcher(1, argv); });
+        return std::to_string(result) + ran + text;
     }
 };
 
