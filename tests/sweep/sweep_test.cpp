@@ -14,23 +14,6 @@ extern "C" unsigned KT_STUB_Calls;
 
 namespace {
 
-struct Row {
-    const char* table;
-    _cmd_struct* row;
-};
-
-std::vector<Row> allRows(bool arrayBased) {
-    const CommandSet& set = arrayBased ? arrayBasedCommands : ldBasedCommands;
-    std::vector<Row> rows;
-    for (int i = 0; i < set.generalSize; ++i) {
-        rows.push_back({"general", &set.general[i]});
-    }
-    for (int i = 0; i < set.internalSize; ++i) {
-        rows.push_back({"internal", &set.internal[i]});
-    }
-    return rows;
-}
-
 struct Outcome {
     int result;
     std::string text;
@@ -50,12 +33,20 @@ Outcome run(_cmd_struct& row, std::vector<std::string> words) {
     return outcome;
 }
 
-bool takesOptions(const _cmd_struct& row) {
-    return *optionsOf(row.cmdHandler)->letters != '\0';
-}
-
-bool isThere(const _cmd_struct& row) {
-    return run(const_cast<_cmd_struct&>(row), {"-Z"}).text.find("not available in this build") == std::string::npos;
+// Checks each row of both tables with its options; those of commands that are not built only when asked to.
+template <class Check>
+void eachRow(bool arrayBased, Check check, bool built = true) {
+    const CommandSet& set = arrayBased ? arrayBasedCommands : ldBasedCommands;
+    auto walk = [&](const char* table, _cmd_struct* rows, int size) {
+        for (_cmd_struct* row = rows; row < rows + size; ++row) {
+            SCOPED_TRACE(std::string(table) + " " + row->cmd);
+            ASSERT_NE(optionsOf(row->cmdHandler), nullptr);
+            if (built && run(*row, {"-Z"}).text.find("not available in this build") != std::string::npos) continue;
+            check(*row, *optionsOf(row->cmdHandler));
+        }
+    };
+    walk("general", set.general, set.generalSize);
+    walk("internal", set.internal, set.internalSize);
 }
 
 bool endsInDuplicate(const std::string& text) {
@@ -95,76 +86,60 @@ class Sweep : public ::testing::TestWithParam<bool> {
 };
 
 TEST_P(Sweep, RowsAreWellFormed) {
-    for (const Row& at : allRows(GetParam())) {
-        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
-        EXPECT_EQ(static_cast<size_t>(at.row->cmdLen), strlen(at.row->cmd) + 1);
-        ASSERT_NE(optionsOf(at.row->cmdHandler), nullptr);
-        EXPECT_EQ(strchr(at.row->cmdHelp, '%'), nullptr);
-        EXPECT_EQ(strchr(at.row->cmdShortHelp, '%'), nullptr);
-    }
+    auto check = [](_cmd_struct& row, const OptionSet&) {
+        EXPECT_EQ(static_cast<size_t>(row.cmdLen), strlen(row.cmd) + 1);
+        EXPECT_EQ(strchr(row.cmdHelp, '%'), nullptr);
+        EXPECT_EQ(strchr(row.cmdShortHelp, '%'), nullptr);
+    };
+    eachRow(GetParam(), check, false);
 }
 
-TEST_P(Sweep, HelpIsPrinted) {
-    for (const Row& at : allRows(GetParam())) {
-        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
-        if (!isThere(*at.row) || !takesOptions(*at.row)) continue;
-        Outcome outcome = run(*at.row, {"-h"});
-        EXPECT_EQ(outcome.result, 0);
-        EXPECT_NE(outcome.text.find(at.row->cmdHelp), std::string::npos);
-        EXPECT_GT(strlen(at.row->cmdHelp), 10U);
-    }
-}
-
-TEST_P(Sweep, UnknownOptionsFail) {
-    for (const Row& at : allRows(GetParam())) {
-        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
-        if (!isThere(*at.row) || !takesOptions(*at.row)) continue;
-        int expected = optionsOf(at.row->cmdHandler)->helpOnUnknown ? 0 : 1;
-        EXPECT_EQ(run(*at.row, {"-Z"}).result, expected);
-        EXPECT_EQ(run(*at.row, {"--no-such-option"}).result, expected);
-    }
+TEST_P(Sweep, HelpIsPrintedAndUnknownOptionsFail) {
+    eachRow(GetParam(), [](_cmd_struct& row, const OptionSet& set) {
+        if (*set.letters == '\0') return;
+        Outcome help = run(row, {"-h"});
+        EXPECT_EQ(help.result, 0);
+        EXPECT_NE(help.text.find(row.cmdHelp), std::string::npos);
+        EXPECT_GT(strlen(row.cmdHelp), 10U);
+        EXPECT_EQ(run(row, {"-Z"}).result, set.helpOnUnknown ? 0 : 1);
+        EXPECT_EQ(run(row, {"--no-such-option"}).result, set.helpOnUnknown ? 0 : 1);
+    });
 }
 
 TEST_P(Sweep, RequiredOptionsAreAskedFor) {
-    for (const Row& at : allRows(GetParam())) {
-        SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd);
-        if (!isThere(*at.row)) continue;
+    eachRow(GetParam(), [](_cmd_struct& row, const OptionSet& set) {
         std::string expected;
-        for (const char* letter = optionsOf(at.row->cmdHandler)->required; *letter != '\0'; ++letter) {
+        for (const char* letter = set.required; *letter != '\0'; ++letter) {
             char line[128];
-            snprintf(line, sizeof line, OptionRequired, at.row->cmd, *letter);
+            snprintf(line, sizeof line, OptionRequired, row.cmd, *letter);
             expected += line;
-            if (optionsOf(at.row->cmdHandler)->oneMissing) break;
+            if (set.oneMissing) break;
         }
-        if (expected.empty()) continue;
-        Outcome outcome = run(*at.row, {});
+        if (expected.empty()) return;
+        Outcome outcome = run(row, {});
         EXPECT_EQ(outcome.result, 1);
         EXPECT_EQ(outcome.text.substr(0, expected.size()), expected);
-    }
+    });
 }
 
 TEST_P(Sweep, OptionsGivenTwiceAreRefused) {
-    for (const Row& at : allRows(GetParam())) {
-        if (!isThere(*at.row)) continue;
-        for (const char* letter = optionsOf(at.row->cmdHandler)->once; *letter != '\0'; ++letter) {
-            SCOPED_TRACE(std::string(at.table) + " " + at.row->cmd + " -" + *letter);
-            Outcome outcome = run(*at.row, givenTwice(*at.row, *letter));
-            EXPECT_EQ(outcome.result, 1);
-            EXPECT_TRUE(endsInDuplicate(outcome.text)) << outcome.text;
+    eachRow(GetParam(), [](_cmd_struct& row, const OptionSet& set) {
+        for (const char* letter = set.once; *letter != '\0'; ++letter) {
+            Outcome outcome = run(row, givenTwice(row, *letter));
+            EXPECT_EQ(outcome.result, 1) << *letter;
+            EXPECT_TRUE(endsInDuplicate(outcome.text)) << *letter << ": " << outcome.text;
         }
-    }
+    });
 }
 
 TEST_P(Sweep, CompletionWordsAreTaken) {
-    for (const Row& at : allRows(GetParam())) {
-        const char* const* objects = optionsOf(at.row->cmdHandler)->objects;
-        for (; objects != nullptr && *objects != nullptr; ++objects) {
-            SCOPED_TRACE(std::string(at.row->cmd) + " -o " + *objects);
+    eachRow(GetParam(), [](_cmd_struct& row, const OptionSet& set) {
+        for (const char* const* word = set.objects; word != nullptr && *word != nullptr; ++word) {
             // Given twice, a word that is understood is refused for that, or taken; never called invalid.
-            std::string text = run(*at.row, {"-o", *objects, "-Z"}).text;
+            std::string text = run(row, {"-o", *word, "-Z"}).text;
             EXPECT_EQ(text.find("invalid"), std::string::npos) << text;
         }
-    }
+    });
 }
 
 // Words of help texts that stand as they are although no option table has them, options that a text leaves out, and
@@ -197,43 +172,30 @@ bool names(const std::string& help, const std::string& option) {
     return false;
 }
 
-TEST_P(Sweep, HelpNamesEveryOption) {
-    for (const Row& at : allRows(GetParam())) {
-        const OptionSet& set = *optionsOf(at.row->cmdHandler);
-        if (!isThere(*at.row)) continue;
-        for (const LongOption* row = set.longOptions; row->name[0] != '\0'; ++row) {
-            std::string option = std::string("--") + row->name;
-            if (row->value == OPT_OUTPUT || isKnownGap(*at.row, option)) continue;
-            EXPECT_TRUE(names(at.row->cmdHelp, option)) << at.row->cmd << " does not explain " << option;
+TEST_P(Sweep, HelpNamesEveryOptionAndNoOther) {
+    eachRow(GetParam(), [](_cmd_struct& row, const OptionSet& set) {
+        auto expectNamed = [&](const std::string& option) {
+            if (isKnownGap(row, option)) return;
+            EXPECT_TRUE(names(row.cmdHelp, option)) << row.cmd << " does not explain " << option;
+        };
+        std::vector<std::string> known = {"--"};
+        for (const LongOption* option = set.longOptions; option->name[0] != '\0'; ++option) {
+            known.push_back(std::string("--") + option->name);
+            if (option->value != OPT_OUTPUT) expectNamed(known.back());
         }
-        for (const char* letter = set.letters; *letter != '\0'; ++letter) {
-            if (*letter == ':' || *letter == '\1') continue;
-            std::string option = std::string("-") + *letter;
-            if (isKnownGap(*at.row, option)) continue;
-            EXPECT_TRUE(names(at.row->cmdHelp, option)) << at.row->cmd << " does not explain " << option;
-        }
-    }
-}
-
-TEST_P(Sweep, HelpNamesNoOtherOption) {
-    for (const Row& at : allRows(GetParam())) {
-        const OptionSet& set = *optionsOf(at.row->cmdHandler);
-        if (!isThere(*at.row)) continue;
-        std::string help = at.row->cmdHelp;
+        for (const char* letter = set.letters; *letter != '\0'; ++letter)
+            if (*letter != ':' && *letter != '\1') expectNamed(std::string("-") + *letter);
+        std::string help = row.cmdHelp;
         for (size_t from = help.find("--"); from != std::string::npos; from = help.find("--", from + 2)) {
             size_t end = from + 2;
-            while (isalnum(static_cast<unsigned char>(help[end])) != 0) {
+            while (isalnum(static_cast<unsigned char>(help[end])) != 0)
                 ++end;
-            }
             std::string option = help.substr(from, end - from);
-            if (option == "--" || isKnownGap(*at.row, option)) continue;
-            bool found = false;
-            for (const LongOption* row = set.longOptions; row->name[0] != '\0'; ++row) {
-                found = found || option == std::string("--") + row->name;
-            }
-            EXPECT_TRUE(found) << at.row->cmd << " explains " << option << ", which it does not take";
+            if (isKnownGap(row, option)) continue;
+            EXPECT_NE(std::find(known.begin(), known.end(), option), known.end())
+                << row.cmd << " explains " << option << ", which it does not take";
         }
-    }
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(CommandSets, Sweep, ::testing::Values(false, true),
