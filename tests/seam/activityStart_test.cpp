@@ -15,13 +15,6 @@ class Start : public ::testing::Test {
     void SetUp() override { layOut(); }
 };
 
-struct Case {
-    CommandHandler handler;
-    const char* line;
-    int result;
-    const char* text;
-};
-
 TEST_F(Start, ArgumentsAreRefusedBeforeAnythingIsRead) {
     const char* help = "Description:short\nlong help\n";
     const char* twice = "Duplicated option specified.\n";
@@ -61,17 +54,10 @@ TEST_F(Start, ArgumentsAreRefusedBeforeAnythingIsRead) {
         {doPause, "pause -c 256", "-c : id should be a number\n"},
         {doPause, "pause -c 0 -c 1", twice},
     });
-}
-
-TEST_F(Start, AdapterMustSupportIt) {
     gAdapterInfo[0].Features = static_cast<KT_U8>(~(KT_FEATURE_REBUILD | KT_FEATURE_MEDIA_PATROL));
-    const Case cases[] = {{doRebuild, "rebuild -a stop -l 2", 1, "Rebuilding is not supported by this HBA!\n"},
-                          {doRebuildV2, "rebuild -l 2 -d 9", 1, "Rebuilding is not supported by this HBA!\n"},
-                          {doMP, "mp -d 2", 1, "Media patrol is not supported.\n"}};
-    for (const Case& row : cases) {
-        expect(run(row.handler, row.line), row.text, row.result);
-    }
-    EXPECT_TRUE(reads().empty());
+    expectRefused({{doRebuild, "rebuild -a stop -l 2", "Rebuilding is not supported by this HBA!\n"},
+                   {doRebuildV2, "rebuild -l 2 -d 9", "Rebuilding is not supported by this HBA!\n"},
+                   {doMP, "mp -d 2", "Media patrol is not supported.\n"}});
 }
 
 TEST_F(Start, Raid0IsNeitherInitializedNorChecked) {
@@ -212,11 +198,6 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
         }
         EXPECT_EQ(changes().size(), 2U);
     }
-}
-
-TEST_F(Start, PauseAddressesTheAdapterNamed) {
-    expect(run(doPause, "pause -c 3"), "");
-    EXPECT_EQ(changes(), Calls{"KT_LD_PauseAll 3"});
 }
 
 } // namespace

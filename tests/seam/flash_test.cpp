@@ -202,16 +202,6 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
     EXPECT_FALSE(exists());
 }
 
-TEST_F(Flash, RunsNoCommandInAFileName) {
-    for (const char* action : {"update", "backup"}) {
-        const std::string name = "$(touch " + path + ")";
-        expect(run(doFlash, std::string("flash -t bin -a ") + action + " -f \"" + name + "\""),
-               (*action == 'u' ? "Unable to open file '" : "Unable to create file '") + name + "'.\n", 1);
-        EXPECT_FALSE(exists());
-    }
-    EXPECT_TRUE(seam.calls.empty());
-}
-
 TEST_F(Flash, ErasesAnImageWhenToldSo) {
     const std::string question = "Do you want to erase ROM file in Flash?  (y or n)\n";
     Outcome yes = run(doFlash, "flash -a erase -t Firmware", "yes\nn\n");

@@ -95,17 +95,6 @@ TEST_F(Migrate, LevelAndDiskCountMustFit) {
     expectRefusals(&mode, 1, false);
 }
 
-TEST_F(Migrate, NeverLosesRedundancy) {
-    vd().RaidMode = KT_RAID1;
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 0 -d 1,2,3").printed,
-              "\n Abort migration!!! Redundancy level is degraded from RAID1 to RAID0\n");
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 1E -d 1,2,3").printed, "Start migration successfully\n");
-    // From JBOD there is no way out: nothing ranks as high.
-    vd().RaidMode = KT_JBOD;
-    EXPECT_EQ(run(doMigrate, "migrate -l 2 -r 60 -d 1,2,3").printed,
-              "\n Abort migration!!! Redundancy level is degraded from JBOD to RAID60\n");
-}
-
 TEST_F(Migrate, EveryMemberDiskStays) {
     const char* missing = "Target PDs need to include ALL member disks [1 2 3 ].\n";
     const Row rows[] = {{"migrate -l 2 -d 1,3,9", missing, missing}, {"migrate -l 2 -d 7,8,9", missing, missing}};
@@ -142,16 +131,6 @@ TEST_F(Migrate, NewDisksMustBeUsable) {
     const Row taken = {"migrate -l 2 -d 1,2,3,9", "Not free disk 9 can not be used to migration VD.\n", nullptr};
     expectRefusals(&taken, 1, false);
     EXPECT_EQ(reads(), Calls(4, "KT_BLK_GetInfo"));
-}
-
-TEST_F(Migrate, SizeIsReportedAndNothingStarted) {
-    seam.size = 0x100000000;
-    expect(run(doMigrate, "migrate -a SIZE -l 2 -r 6"), "Migrate VD size = 4294967296 M\n");
-    EXPECT_EQ(reads(), (Calls{"KT_LD_GetInfo 2", "KT_LD_GetMigratedLdSize 2 6 2"}));
-    seam.calls.clear();
-    expect(run(doMigrateV2, "migrate -a size -l 2 -r 60 -q 6"), "Migrated size will be 4294967296 M\n");
-    EXPECT_EQ(reads(), (Calls{"KT_DG_GetInfo 2", "KT_DG_StartMigration size 2 96 6"}));
-    EXPECT_TRUE(changes().empty());
 }
 
 TEST_F(Migrate, RecordsOfAStart) {

@@ -200,25 +200,6 @@ TEST(CfgReader, RestoresWhatWasWritten) {
     EXPECT_EQ(text, again);
 }
 
-TEST(CfgReader, FindsThePlacesOfWhatIsAssigned) {
-    std::string text = fullText();
-    text.replace(text.find("[RAID MODE]=\n"), 13, "[RAID MODE]=RAID5\n");
-    text.replace(text.find("[PD MEMBER]=\n"), 13, "[PD MEMBER]=1\n");
-    text.replace(text.find("[WRITE POLICY]=\n"), 16, "[WRITE POLICY]=writeback\n");
-    Reading reading = read(text);
-    ASSERT_TRUE(reading.good) << reading.printed;
-    EXPECT_EQ(text.find("TARN-0001"), reading.places.serialnumber_place.at);
-    EXPECT_EQ(20U, reading.places.serialnumber_place.length);
-    EXPECT_EQ(text.find("00010203:"), reading.places.sasaddr_place[1].at);
-    EXPECT_EQ(17U, reading.places.sasaddr_place[1].length);
-    EXPECT_EQ(0U, reading.places.sasaddr_place[2].length);
-    // A place reaches from the first to the last character, blanks between them included.
-    std::string blanks = portText("[PORT ID]=6\n[SASADDRESS] = = 0001 0203:04050607 # here\n");
-    reading = read(blanks);
-    EXPECT_EQ(blanks.find("0001 "), reading.places.sasaddr_place[6].at);
-    EXPECT_EQ(18U, reading.places.sasaddr_place[6].length);
-}
-
 TEST(CfgReader, IsLenientAboutCaseBlanksAndComments) {
     Reading reading = read("anything [begin] [end]\n# [PORT CONFIG]\n[adapter config][begin]\r\n"
                            "[int13]\t=  en able # boot\n[silent_mode] disabled\n[SPINUP GROUP]=1=8\n[End]\n"
@@ -371,15 +352,4 @@ TEST(CfgReader, KeepsWithinItsRecords) {
     ASSERT_TRUE(read(text).good);
     for (size_t length = 0; length + 1 < text.size(); ++length)
         EXPECT_FALSE(read(text.substr(0, length)).good) << length;
-}
-
-TEST(CfgWords, PreferTheLongerOfTwoThatBeginAlike) {
-    const struct {
-        const char* word;
-        KT_U8 code;
-    } words[] = {{"RAID10", 7},  {"RAID1E", 8}, {"raid1", 6},   {"RAID50", 11}, {"RAID5", 9},
-                 {"RAID60", 12}, {"RAID6", 10}, {"ENABLED", 1}, {"3GB/S", 3},   {"6Gb/s", 4},
-                 {"", 255},      {"RAID", 255}, {"WRITE", 255}};
-    for (const auto& row : words)
-        EXPECT_EQ(row.code, check_str(row.word)) << row.word;
 }

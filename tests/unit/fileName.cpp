@@ -4,7 +4,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -71,14 +70,6 @@ TEST_F(NewFiles, AreNeverMadeOverSomething) {
     EXPECT_EQ(createNewFile((path + "/below").c_str(), file), Created::Failed);
 }
 
-TEST_F(NewFiles, AreGoneWhenDropped) {
-    NewFile file = {};
-    ASSERT_EQ(createNewFile(path.c_str(), file), Created::Yes);
-    EXPECT_TRUE(exists());
-    dropNewFile(file);
-    EXPECT_FALSE(exists());
-}
-
 // Runs body in a process of its own and returns how that ended.
 template <class Body>
 int endOf(Body body) {
@@ -114,21 +105,6 @@ TEST_F(NewFiles, StayWhenASignalComesLaterOrIsIgnored) {
     });
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
     EXPECT_TRUE(exists());
-}
-
-TEST_F(NewFiles, ReportAFullDisk) {
-    const int status = endOf([&] {
-        const rlimit limit = {4096, 4096};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        NewFile file = {};
-        static const char page[8192] = {};
-        createNewFile(path.c_str(), file);
-        const bool written = writeNewFile(file, page, sizeof page);
-        dropNewFile(file);
-        return written ? 1 : 0;
-    });
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    EXPECT_FALSE(exists());
 }
 
 } // namespace

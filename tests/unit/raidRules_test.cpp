@@ -110,32 +110,21 @@ TEST_F(RaidRules, LevelsFollowTheAdaptersBits) {
 }
 
 TEST_F(RaidRules, StripesAreSumsOfSupportedSizes) {
-    const struct {
-        KT_U16 supported;
-        KT_U32 advanced;
-        KT_U16 kb;
-        bool valid;
-    } rows[] = {
-        {3, 0, 16, true},
-        {3, 0, 48, true},
-        {3, 0, 24, false},
-        {3, 0, 64, false},
-        {0, 0, 128, true},
-        {0, 0, 256, false},
-        {0, KT_ADV_BIG_STRIPE, 1024, true},
-        {0, KT_ADV_BIG_STRIPE, 2048, false},
-        {1, KT_ADV_BIG_STRIPE, 32, false},
-        {0xFFFF, 0, 65520, true},
-        {0xFFFF, 0, 65521, false},
+    auto valid = [&](KT_U16 supported, KT_U32 advanced) {
+        adapter.StripeSizeSupported = supported;
+        adapter.AdvancedFeatures = advanced;
+        std::string sizes;
+        for (unsigned kb : {16U, 24U, 32U, 48U, 64U, 128U, 256U, 1024U, 2048U, 65520U, 65521U})
+            sizes += isValidStripe(static_cast<KT_U16>(kb)) ? std::to_string(kb) + " " : "";
+        return sizes;
     };
-    for (const auto& row : rows) {
-        adapter.StripeSizeSupported = row.supported;
-        adapter.AdvancedFeatures = row.advanced;
-        EXPECT_EQ(row.valid, isValidStripe(row.kb)) << row.supported << " " << row.kb;
-        if (row.supported == 0) {
-            EXPECT_EQ(row.advanced != 0 ? 127 : 15, adapter.StripeSizeSupported);
-        }
-    }
+    EXPECT_EQ(valid(3, 0), "16 32 48 ");
+    EXPECT_EQ(valid(0, 0), "16 32 48 64 128 ");
+    EXPECT_EQ(adapter.StripeSizeSupported, 15);
+    EXPECT_EQ(valid(0, KT_ADV_BIG_STRIPE), "16 32 48 64 128 256 1024 ");
+    EXPECT_EQ(adapter.StripeSizeSupported, 127);
+    EXPECT_EQ(valid(1, KT_ADV_BIG_STRIPE), "16 ");
+    EXPECT_EQ(valid(0xFFFF, 0), "16 32 48 64 128 256 1024 2048 65520 ");
 }
 
 TEST_F(RaidRules, RedundancyRanks) {

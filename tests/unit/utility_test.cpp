@@ -121,25 +121,13 @@ TEST(Hexadecimal, IsFilledWithZeros) {
 }
 
 TEST(Words, StandForLevelsAndActions) {
-    static const struct {
-        const char* word;
-        int code;
-        const char* text;
-    } levels[] = {{"0", 0, "RAID0"},
-                  {"1", 1, "RAID1"},
-                  {"10", 16, "RAID10"},
-                  {"1e", 17, "RAID1e"},
-                  {"5", 5, "RAID5"},
-                  {"50", 80, "RAID50"},
-                  {"6", 6, "RAID6"},
-                  {"60", 96, "RAID60"},
-                  {"hc", 10, "tandemix capacity"},
-                  {"hs", 11, "tandemix safe"},
-                  {"hybrid", 12, "tandemix hybrid"}};
-    for (const auto& level : levels) {
-        EXPECT_EQ(chooseRaidMode(level.word), level.code);
-        EXPECT_STREQ(RaidModeStr(static_cast<unsigned char>(level.code)), level.text);
+    std::string levels;
+    for (const char* word : {"0", "1", "10", "1e", "5", "50", "6", "60", "hc", "hs", "hybrid"}) {
+        const auto code = static_cast<unsigned char>(chooseRaidMode(word));
+        levels += std::to_string(code) + " " + RaidModeStr(code) + ", ";
     }
+    EXPECT_EQ(levels, "0 RAID0, 1 RAID1, 16 RAID10, 17 RAID1e, 5 RAID5, 80 RAID50, 6 RAID6, 96 RAID60, "
+                      "10 tandemix capacity, 11 tandemix safe, 12 tandemix hybrid, ");
     for (const char* word : {"HC", "", "2", "JBOD", "15", "01"}) {
         EXPECT_EQ(chooseRaidMode(word), 255) << word;
     }

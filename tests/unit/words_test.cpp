@@ -1,4 +1,4 @@
-// Splitting lines into words, taking words out of their quotes, and finding the command for a word.
+// Splitting lines into words, and finding the command for a word.
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -36,9 +36,6 @@ TEST(Parse, SplitsAtBlanksAndKeepsQuotes) {
     EXPECT_EQ(split("a\"b c\"d"), (Split{1, {"a\"b c\"d"}}));
     EXPECT_EQ(split("a\"b c\" d"), (Split{1, {"a\"b c\"", "d"}}));
     EXPECT_EQ(split("\"\""), (Split{1, {"\"\""}}));
-}
-
-TEST(Parse, RefusesAnUnterminatedQuote) {
     EXPECT_EQ(split("\""), (Split{0, {}}));
     EXPECT_EQ(split("a \"b"), (Split{0, {"a"}}));
     EXPECT_EQ(split("a b\""), (Split{0, {"a"}}));
@@ -52,26 +49,6 @@ TEST(Parse, HasNoLimit) {
         blanks += "a\t";
     }
     EXPECT_EQ(split(blanks).words.size(), 20000U);
-}
-
-std::string unquoted(const char* word, int n) {
-    char dst[32];
-    memset(dst, 'X', sizeof dst);
-    noQuoteStrncpy(dst, word, n);
-    EXPECT_EQ(dst[n + 1], 'X') << "wrote beyond the place for " << n;
-    return dst;
-}
-
-TEST(NoQuoteStrncpy, KeepsOneCharacterMoreBehindAQuote) {
-    EXPECT_EQ(unquoted("", 4), "");
-    EXPECT_EQ(unquoted("abc", 4), "abc");
-    EXPECT_EQ(unquoted("abcd", 4), "abc");
-    EXPECT_EQ(unquoted("\"abcd\"", 4), "abcd");
-    EXPECT_EQ(unquoted("\"abcdef\"", 4), "abcd");
-    EXPECT_EQ(unquoted("\"a b\"", 4), "a b");
-    EXPECT_EQ(unquoted("\"\"", 4), "");
-    EXPECT_EQ(unquoted("\"", 4), "");
-    EXPECT_EQ(unquoted("\"abc", 4), "ab");
 }
 
 const char* ran;
@@ -107,15 +84,12 @@ class Dispatcher : public ::testing::Test {
     }
 };
 
-TEST_F(Dispatcher, FindsRowsByWordAndUniquePrefix) {
+TEST_F(Dispatcher, FindsRowsByWordAndUniquePrefixOrRefuses) {
     EXPECT_EQ(dispatch("alpha"), "7alpha");
     EXPECT_EQ(dispatch("ALPHABET"), "7alphabet");
     EXPECT_EQ(dispatch("alphab"), "7alphabet");
     EXPECT_EQ(dispatch("exit"), "-1");
     EXPECT_EQ(dispatch("QUIT"), "-1");
-}
-
-TEST_F(Dispatcher, RefusesWhatIsAmbiguousOrUnknown) {
     EXPECT_EQ(dispatch("al"), "1Ambiguous command 'al'!\n");
     EXPECT_EQ(dispatch("bet"), "1Ambiguous command 'bet'!\n");
     EXPECT_EQ(dispatch(""), "1Ambiguous command ''!\n");
@@ -123,14 +97,9 @@ TEST_F(Dispatcher, RefusesWhatIsAmbiguousOrUnknown) {
     EXPECT_EQ(dispatch("ex"), "1Invalid command 'ex'!\n");
     EXPECT_EQ(dispatch("ga\x01ma"), "1Invalid command!\n");
     EXPECT_EQ(dispatch("ga\xC3\xA4"), "1Invalid command!\n");
-}
-
-TEST_F(Dispatcher, LooksUpPositionsInTheGeneralTableOnceThatMatched) {
+    // Positions are looked up in the general table once that matched.
     EXPECT_EQ(dispatch("inner"), "7alpha");
     EXPECT_EQ(dispatch("inn"), "1Ambiguous command 'inn'!\n");
-}
-
-TEST_F(Dispatcher, RunsAnInternalRowWhenNoGeneralRowMatches) {
     cmdTableSize = 3;
     EXPECT_EQ(dispatch("inner"), "8inner");
     EXPECT_EQ(dispatch("inn"), "8inner");
