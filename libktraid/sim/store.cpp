@@ -4,10 +4,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace sim {
 
@@ -48,13 +46,13 @@ static const char SCHEMA[] = "CREATE TABLE record (adapter INTEGER, kind INTEGER
                              "PRIMARY KEY (adapter, kind, id)) WITHOUT ROWID";
 static const char WALK[] = "SELECT id, data FROM record WHERE adapter = ?1 AND kind = ?2 AND id >= ?3 ORDER BY id";
 static const int BUSY_WAIT_MS = 5000;
-static const char NOT_A_STATE[] = "this is not a state of the simulated adapters";
 
 struct Store {
     sqlite3* db = nullptr;
     sqlite3_stmt* statements[STATEMENT_COUNT] = {};
     std::vector<sqlite3_stmt*> walks; /* idle; a walk inside a walk takes another one */
     std::string path;
+    struct stat file = {}; /* as it was opened; all zero for a state in memory */
     bool writing = false;
 };
 
@@ -141,8 +139,21 @@ static int readPragma(Store& store, const char* sql) {
     return value;
 }
 
+/* What has happened to the file since it was opened; empty = it is still there. */
+static std::string whatBefell(const Store& store) {
+    if (store.file.st_ino == 0) return {};
+    struct stat now = {};
+    if (stat(store.path.c_str(), &now) != 0)
+        return errno == ENOENT ? "this state was removed while it was in use" : strerror(errno);
+    if (now.st_ino != store.file.st_ino || now.st_dev != store.file.st_dev)
+        return "something else has taken the place of this state while it was in use";
+    return now.st_size < store.file.st_size ? "this state was cut short while it was in use" : "";
+}
+
 void closeStore(Store* store) {
     if (!store) return;
+    /* The journal beside it may by now be that of what has taken its place. */
+    if (!whatBefell(*store).empty()) sqlite3_db_config(store->db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     for (sqlite3_stmt* statement : store->statements)
         sqlite3_finalize(statement);
     for (sqlite3_stmt* statement : store->walks)
@@ -173,6 +184,7 @@ Store* openExistingStore(const std::string& path) {
         sqlite3_busy_timeout(store->db, BUSY_WAIT_MS);
         execute(*store, "PRAGMA synchronous = NORMAL");
         checkIdentity(*store);
+        if (stat(path.c_str(), &store->file) != 0) throw StoreFailure{KT_ERR_FAILED, path + ": " + strerror(errno)};
     } catch (...) {
         closeStore(store);
         throw;
@@ -198,134 +210,29 @@ Store* openMemoryStore(StoreFiller fill, const void* argument) {
     return store;
 }
 
-[[noreturn]] static void failSystem(const std::string& what) {
-    throw StoreFailure{KT_ERR_FAILED, what + ": " + strerror(errno)};
-}
-
-static void makeFolders(const std::string& path) {
-    for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
-        const std::string folder = path.substr(0, slash);
-        if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST && errno != EISDIR && errno != EROFS)
-            failSystem(folder);
-    }
-}
-
-static void writeAll(int file, const unsigned char* bytes, size_t size, const std::string& name) {
-    while (size > 0) {
-        const ssize_t written = write(file, bytes, size);
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) failSystem(name);
-        bytes += written;
-        size -= static_cast<size_t>(written);
-    }
-}
-
-/* Builds the state in memory and writes it, complete, to a new file beside `path`; answers that file's name. */
-static std::string writeNewFile(const std::string& path, StoreFiller fill, const void* argument) {
-    Store* built = openMemoryStore(fill, argument);
+std::string imageOf(const Store& store) {
     sqlite3_int64 size = 0;
-    unsigned char* image = sqlite3_serialize(built->db, "main", &size, 0);
-    closeStore(built);
-    if (!image || size < 100) {
-        sqlite3_free(image);
-        throw StoreFailure{KT_ERR_NO_RESOURCE, path + ": out of memory"};
+    unsigned char* bytes = sqlite3_serialize(store.db, "main", &size, 0);
+    if (!bytes || size < 100) {
+        sqlite3_free(bytes);
+        throw StoreFailure{KT_ERR_NO_RESOURCE, store.path + ": out of memory"};
     }
     /* Bytes 18 and 19 of the file say how it is journalled: 2 is write-ahead, with which readers and one writer do
        not wait for each other. */
-    image[18] = image[19] = 2;
-    std::string name = path + ".XXXXXX";
-    const int file = mkstemp(name.data());
-    try {
-        if (file < 0) failSystem(path);
-        writeAll(file, image, static_cast<size_t>(size), path);
-        if (fsync(file) != 0) failSystem(path);
-    } catch (...) {
-        sqlite3_free(image);
-        if (file >= 0) {
-            close(file);
-            unlink(name.c_str());
-        }
-        throw;
-    }
-    sqlite3_free(image);
-    close(file);
-    return name;
+    bytes[18] = bytes[19] = 2;
+    std::string image(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
+    sqlite3_free(bytes);
+    return image;
 }
 
-/* Whether a file is at `path`; throws for anything else there, which is no place for a state. */
-static bool isThere(const std::string& path) {
-    struct stat there = {};
-    if (stat(path.c_str(), &there) == 0) {
-        if (S_ISREG(there.st_mode)) return true;
-        throw StoreFailure{KT_ERR_FAILED, path + ": this is not a file"};
-    }
-    if (errno != ENOENT) failSystem(path);
-    if (lstat(path.c_str(), &there) == 0) throw StoreFailure{KT_ERR_FAILED, path + ": this link leads nowhere"};
-    return false;
-}
-
-Store* openStore(const std::string& path, StoreFiller fill, const void* argument) {
-    if (!isThere(path)) {
-        makeFolders(path);
-        const std::string made = writeNewFile(path, fill, argument);
-        /* A link, unlike a rename, leaves alone what another process has put there meanwhile. */
-        const bool linked = link(made.c_str(), path.c_str()) == 0 || errno == EEXIST;
-        const int reason = errno;
-        unlink(made.c_str());
-        errno = reason;
-        if (!linked) failSystem(path);
-    }
-    return openExistingStore(path);
-}
-
-/* A damaged state still says what it is, at the place where SQLite keeps the application's id. */
-static bool looksLikeState(const std::string& path) {
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file < 0) failSystem(path);
-    unsigned char head[72] = {};
-    const ssize_t size = read(file, head, sizeof head);
-    close(file);
-    const unsigned char* id = head + 68;
-    const int application = id[0] << 24 | id[1] << 16 | id[2] << 8 | id[3];
-    return size == 0 || (size == sizeof head && application == STATE_APPLICATION);
-}
-
-bool stateMayGo(const std::string& path) {
-    if (!isThere(path)) return false;
-    if (looksLikeState(path)) return true;
-    throw StoreFailure{KT_ERR_FAILED, path + ": " + NOT_A_STATE + "; it stays as it is"};
-}
-
-void replaceStore(const std::string& path, StoreFiller fill, const void* argument) {
-    makeFolders(path);
-    std::string place = path;
-    /* A link stays one. */
-    if (stateMayGo(path)) {
-        char* whole = realpath(path.c_str(), nullptr);
-        if (whole) place = whole;
-        free(whole);
-    }
-    const std::string made = writeNewFile(place, fill, argument);
-    unlink((place + "-wal").c_str());
-    unlink((place + "-shm").c_str());
-    if (rename(made.c_str(), place.c_str()) == 0) return;
-    const int reason = errno;
-    unlink(made.c_str());
-    errno = reason;
-    failSystem(path);
-}
-
-std::string statePath() {
-    const char* path = getenv("KTRAID_SIM");
-    if (path && *path) return path;
-    const char* state = getenv("XDG_STATE_HOME");
-    if (state && *state == '/') return std::string(state) + "/ktraid-sim/state.db";
-    const char* home = getenv("HOME");
-    if (home && *home) return std::string(home) + "/.local/state/ktraid-sim/state.db";
-    throw StoreFailure{KT_ERR_FAILED, "no place for the state: neither KTRAID_SIM nor HOME is set"};
+/* Without this, a process that holds a removed file open would go on with it, and nobody would ever see what it did. */
+static void checkStillThere(const Store& store) {
+    const std::string befallen = whatBefell(store);
+    if (!befallen.empty()) throw StoreFailure{KT_ERR_FAILED, store.path + ": " + befallen};
 }
 
 void beginTransaction(Store& store, Access access) {
+    checkStillThere(store);
     run(store, access == Access::Write ? ST_BEGIN_WRITE : ST_BEGIN_READ);
     store.writing = access == Access::Write;
 }

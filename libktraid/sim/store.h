@@ -42,6 +42,10 @@ bool stateMayGo(const std::string& path);
 /* Puts a new state in the place of the one at `path`. */
 void replaceStore(const std::string& path, StoreFiller fill, const void* argument);
 void closeStore(Store* store);
+/* The state as the bytes of its file. */
+std::string imageOf(const Store& store);
+/* What a file that is no state of this kind is called in messages. */
+inline constexpr char NOT_A_STATE[] = "this is not a state of the simulated adapters";
 
 enum class Access { Read, Write };
 

@@ -77,6 +77,30 @@ TEST_F(StateFile, OfAnotherKindOrVersionIsRefusedAndKept) {
     EXPECT_NE(refusal().find("is not a file"), std::string::npos);
 }
 
+TEST_F(StateFile, GoneWhileInUseIsNotWrittenToAndLeavesNoJournalToTheNext) {
+    const auto callAfter = [&](const std::function<void()>& act) {
+        EXPECT_EQ(KT_API_Initialize(), KT_OK);
+        EXPECT_EQ(KT_API_RescanAdapter(), KT_OK);
+        const std::string journal = readFile(path + "-wal");
+        testing::internal::CaptureStderr();
+        act();
+        EXPECT_EQ(KT_API_RescanAdapter(), KT_ERR_FAILED);
+        KT_API_Finalize();
+        std::filesystem::remove_all(path);
+        writeFile(path + "-wal", journal);
+        return testing::internal::GetCapturedStderr();
+    };
+    EXPECT_NE(callAfter([&] { std::filesystem::remove(path); }).find("was removed"), std::string::npos);
+    EXPECT_NE(callAfter([&] { std::filesystem::resize_file(path, 5000); }).find("cut short"), std::string::npos);
+    EXPECT_NE(callAfter([&] {
+                  std::filesystem::remove(path);
+                  make();
+              }).find("taken the place"),
+              std::string::npos);
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    EXPECT_EQ(KT_API_GetRescanCount(0), 0U);
+}
+
 TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
     make();
     const std::string whole = readFile(path);
