@@ -98,7 +98,11 @@ TEST_F(Flash, BadImagesLeaveTheOldOne) {
         {"no data", image(KT_IMAGE_BIOS, 0), KT_ERR_FLASH_DATA, {"10/24 of 0", "10/19 of 0"}},
         {"type", image(KT_IMAGE_FIRMWARE, 1000), KT_ERR_FLASH_TYPE, {"10/19 of 0"}},
         {"vendor", image(KT_IMAGE_BIOS, 1000, 7), KT_ERR_ADAPTER_DEVICE_MISMATCH, {"10/19 of 0"}},
-        {"too big", image(KT_IMAGE_BIOS, 1024 * 1024), KT_ERR_OUT_OF_RANGE, {"10/19 of 0"}},
+        {"too big", image(KT_IMAGE_BIOS, 1024 * 1024), KT_ERR_OUT_OF_RANGE, {"10/15 of 0", "10/19 of 0"}},
+        {"no version",
+         sim::makeImage(*sim::imageKind(KT_IMAGE_BIOS), {0, 8, 9, 1}, VENDOR, "data"),
+         KT_ERR_INVALID_MICROCODE,
+         {"10/21 of 0", "10/19 of 0"}},
     };
     for (const Bad& bad : bads) {
         EXPECT_EQ(update(KT_IMAGE_BIOS, bad.bytes), bad.status) << bad.what;
@@ -118,6 +122,9 @@ TEST_F(Flash, PagesFollowOneAnother) {
     EXPECT_EQ(put(KT_IMAGE_BIOS, 2, 1, 10), KT_ERR_FLASH_DESCRIPTOR) << "page 1 is missing";
     EXPECT_EQ(put(KT_IMAGE_BIOS, 1, 1, 10), KT_ERR_FLASH_DESCRIPTOR) << "the failed update is over";
     EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 0, 10), KT_OK);
+    newEvents();
+    EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 0, 10), KT_OK);
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/21 of 0"})) << "half of the one before is there";
     EXPECT_EQ(put(KT_IMAGE_FIRMWARE, 1, 0, 10), KT_ERR_FLASH_DESCRIPTOR) << "another type";
     EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 0, 0), KT_ERR_FLASH_DESCRIPTOR);
     EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 2, 10), KT_ERR_FLASH_DESCRIPTOR);
@@ -170,6 +177,8 @@ TEST_F(Flash, EraseTakesVersionAndHealth) {
     std::string held;
     EXPECT_EQ(backup(KT_IMAGE_BIOS, held), KT_ERR_FLASH_DATA);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"10/20 of 0"}));
+    ASSERT_EQ(KT_API_RescanAdapter(), KT_OK);
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/22 of 0", "10/3 of 0", "10/22 of 0", "10/3 of 0"}));
     EXPECT_EQ(backup(KT_IMAGE_BIOS, held, 1), KT_ERR_FLASH_DATA) << "that adapter came without a BIOS";
     ASSERT_EQ(update(KT_IMAGE_BIOS, image(KT_IMAGE_BIOS, 10)), KT_OK);
     EXPECT_EQ(info().boot_rom_img_health, 1);
@@ -265,8 +274,10 @@ TEST_F(Flash, SettingsPageRefuses) {
     ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_ERASE, KT_IMAGE_CONFIG, record.get()), KT_OK);
     EXPECT_EQ(readSettings().Signature[0], 0xFF);
     EXPECT_EQ(info().hba_info_img_health, 0);
+    EXPECT_EQ(info().SerialNo[0] | info().ModelNumber[0] | info().PortSasAddress[0][0], 0);
     EXPECT_EQ(update(KT_IMAGE_CONFIG, sound), KT_OK);
     EXPECT_EQ(info().hba_info_img_health, 1);
+    EXPECT_NE(info().SerialNo[0], 0);
 }
 
 TEST_F(Flash, NvsramIsBounded) {

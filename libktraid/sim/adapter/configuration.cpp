@@ -54,13 +54,13 @@ KT_U8 configureDisk(const Context& context, KT_U16 id, const _HD_CONFIG& config)
     if (cacheChanges) logEvent(context, EVT_PD, 16, id, SEV_INFO);
     if (smartChanges && config.SMARTOn) logEvent(context, EVT_PD, 5, id, SEV_INFO);
     if ((config.Online != 0) == (disk.state.config.Online != 0)) return KT_OK;
-    return config.Online ? bringDiskUp(context, id) : setDiskDown(context, id);
+    return setDiskStatus(context, id, config.Online ? 1 : 0);
 }
 
 static KT_U8 lightDisk(const Context& context, KT_U16 id, bool on) {
     auto disk = find<_HD_Info>(context, id);
     if (!disk) return KT_ERR_INVALID_PD;
-    if (disk->LocateLEDStatus == 0xFF) return KT_ERR_NOT_SUPPORTED;
+    if (disk->LocateLEDStatus == 0xFF) return KT_ERR_SGPIO;
     disk->LocateLEDStatus = on ? 1 : 0;
     save(context, id, *disk);
     return KT_OK;

@@ -13,6 +13,7 @@ enum : KT_U8 { SES_PREDICTED_FAILURE = 0x40 };
 /* Bits of the slot elements. */
 enum : KT_U8 { SLOT_OK = 0x80, SLOT_SPARE = 0x20, SLOT_REBUILD = 0x02, SLOT_IDENT = 0x02, SLOT_FAULT = 0x40 };
 /* Bits of the others. */
+enum : KT_U8 { TONE_NONCRITICAL = 0x04, TONE_CRITICAL = 0x02 };
 enum : KT_U8 { HOT_SWAP = 0x80, REQUESTED_ON = 0x20, FAN_SPEED_CODE = 0x03 };
 static const int FAN_RPM = 5200;
 static const int CELSIUS_OFFSET = 20;
@@ -285,18 +286,46 @@ void countElementTypes(const Context& context, KT_U16 enclosure) {
 
 /* What befalls them. */
 
+/* The alarm sounds when the enclosure gets worse, whether or not it was muted, and falls silent when all is well. */
+static void soundAlarms(const Context& context, KT_U16 enclosure, KT_U8 status) {
+    const KT_U8 elements = countElements(context, enclosure, KT_SES_ALARM);
+    for (KT_U8 element = 0; element < elements; element++) {
+        auto row = find<EnclosureElement>(context, elementId(enclosure, KT_SES_ALARM, element));
+        if (!row || (row->status[0] & SES_CODE_MASK) != SES_OK) continue;
+        row->status[3] = status == SES_CRITICAL ? KT_U8{TONE_CRITICAL} : KT_U8{TONE_NONCRITICAL};
+        if (status == 0) row->status[3] = 0;
+        save(context, elementId(enclosure, KT_SES_ALARM, element), *row);
+    }
+}
+
+/* A supply or a fan that is not in its bay is missed; of the others there may be fewer. */
+static KT_U8 worstOf(const Context& context, KT_U16 enclosure, KT_U8 type) {
+    KT_U8 worst[4] = {};
+    fillOverall(context, enclosure, type, worst);
+    if (worst[0] == SES_CRITICAL || (type != KT_SES_POWER_SUPPLY && type != KT_SES_COOLING)) return worst[0];
+    const KT_U8 elements = countElements(context, enclosure, type);
+    for (KT_U8 element = 0; element < elements; element++) {
+        KT_U8 status[4] = {};
+        fillStatus(context, enclosure, type, element, status);
+        if ((status[0] & SES_CODE_MASK) == SES_NOT_INSTALLED) return SES_NONCRITICAL;
+    }
+    return worst[0];
+}
+
 /* An enclosure is as well as the worst of its elements; slots do not count. */
 static void refreshEnclosure(const Context& context, KT_U16 enclosure) {
     auto info = find<_Enclosure_Info>(context, enclosure);
     if (!info) return;
-    info->Status = 0;
+    const KT_U8 before = info->Status ? info->Status : KT_U8{SES_OK};
+    KT_U8 worst = SES_OK;
     for (const ElementKind& kind : KINDS) {
-        if (isSlot(kind.type)) continue;
-        KT_U8 status[4] = {};
-        fillOverall(context, enclosure, kind.type, status);
-        if (badness(status[0]) > badness(SES_OK)) info->Status = std::max(info->Status, status[0]);
+        const KT_U8 status = isSlot(kind.type) ? KT_U8{SES_OK} : worstOf(context, enclosure, kind.type);
+        if (badness(status) > badness(worst)) worst = status;
     }
+    info->Status = worst == SES_OK ? KT_U8{0} : worst;
     save(context, enclosure, *info);
+    const bool recovered = worst == SES_OK && before != SES_OK;
+    if (badness(worst) > badness(before) || recovered) soundAlarms(context, enclosure, info->Status);
 }
 
 static void putStatus(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, const KT_U8 (&status)[4],

@@ -213,7 +213,7 @@ static void reviewDisk(const Context& context, KT_U16 pd, KT_U8 port) {
     } else if (complaint == NO_COMPLAINT && cipher.offline) {
         cipher.offline = 0;
         saveCipher(context, pd, cipher);
-        bringDiskUp(context, pd);
+        bringDiskUp(context, pd, false);
     }
 }
 
@@ -224,7 +224,22 @@ void reviewDiskCipher(const Context& context, KT_U16 pd) {
     if (port) reviewDisk(context, pd, *port);
 }
 
-static void reviewPort(const Context& context, KT_U8 port) {
+/* How many running systems have lost their disk or virtual disk. */
+static size_t lostSystems(const Context& context) {
+    size_t lost = 0;
+    forEach<PdState>(context, 0, [&](KT_U64, const PdState& disk) {
+        if (disk.hasOs && (disk.raid & KT_PD_OFFLINE)) lost++;
+        return true;
+    });
+    forEachVd(context, [&](const Vd& vd) {
+        if (vd.state.hasOs && vd.info.Status == KT_VD_OFFLINE) lost++;
+    });
+    return lost;
+}
+
+/* Takes the port's disks off and on as its cipher now demands; refused, which undoes it all, when that takes the ground
+   from under a running system. */
+static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
     std::vector<KT_U16> disks;
     forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info& disk) {
         if (rootPort(context, disk.Link.Parent) == port) disks.push_back(static_cast<KT_U16>(id));
@@ -232,6 +247,7 @@ static void reviewPort(const Context& context, KT_U8 port) {
     });
     for (const KT_U16 pd : disks)
         reviewDisk(context, pd, port);
+    return lostSystems(context) > lostBefore ? KT_U8{KT_ERR_VD_HAS_OS} : KT_U8{KT_OK};
 }
 
 KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
@@ -240,10 +256,10 @@ KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
     if (config.aes_enable > 1) return KT_ERR_INVALID_PARAMETER;
     AesPort port = portState(context, config.port_id);
     if (config.aes_enable && port.entry == NO_ENTRY) return KT_ERR_KEY_ABSENT;
+    const size_t lost = lostSystems(context);
     port.enabled = config.aes_enable;
     save(context, config.port_id, port);
-    reviewPort(context, config.port_id);
-    return KT_OK;
+    return reviewPort(context, config.port_id, lost);
 }
 
 KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& entry) {
@@ -255,18 +271,18 @@ KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& en
     AesPort state = portState(context, port);
     if (state.entry != NO_ENTRY) return KT_ERR_KEY_PRESENT;
     state.entry = entry.entry_id;
+    const size_t lost = lostSystems(context);
     save(context, port, state);
-    reviewPort(context, port);
-    return KT_OK;
+    return reviewPort(context, port, lost);
 }
 
 KT_U8 clearAesLink(const Context& context, KT_U8 port) {
     const KT_U8 status = checkPort(context, port);
     if (status != KT_OK) return status;
-    if (portState(context, port).entry == NO_ENTRY) return KT_ERR_KEY_ABSENT;
+    if (portState(context, port).entry == NO_ENTRY) return KT_ERR_INVALID_REQUEST;
+    const size_t lost = lostSystems(context);
     erase<AesPort>(context, port);
-    reviewPort(context, port);
-    return KT_OK;
+    return reviewPort(context, port, lost);
 }
 
 KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, KT_U16 pd, KT_U8 percentage) {
@@ -290,7 +306,7 @@ KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, K
     online.hasMbr = 0;
     online.hasOs = 0;
     save(context, pd, online);
-    return bringDiskUp(context, pd);
+    return bringDiskUp(context, pd, true);
 }
 
 } // namespace sim

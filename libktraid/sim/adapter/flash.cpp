@@ -11,10 +11,14 @@ namespace sim {
 
 enum : KT_U16 {
     EVT_ERASE_FAILED = 1,
+    EVT_RECOVER_FAILED = 3,
+    EVT_WRITE_FAILED = 15,
     EVT_UPDATED = 17,
     EVT_BACKED_UP = 18,
     EVT_UPDATE_FAILED = 19,
     EVT_BACKUP_FAILED = 20,
+    EVT_BAD_GENERATION = 21,
+    EVT_NO_GENERATION = 22,
     EVT_BAD_HEADER = 23,
     EVT_BAD_DATA = 24,
     EVT_BAD_HEADER_AND_DATA = 25
@@ -94,6 +98,9 @@ static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUp
         if (header.imageType != kind.type) return refuseImage(context, EVT_UPDATE_FAILED, KT_ERR_FLASH_TYPE);
         if (header.subVendorId != adapterInfo(context).SubVenID)
             return refuseImage(context, EVT_UPDATE_FAILED, KT_ERR_ADAPTER_DEVICE_MISMATCH);
+        /* The adapter's record calls a region of major version 0 empty. */
+        if (header.major == 0 || header.major > 0xFFFF)
+            return refuseImage(context, EVT_BAD_GENERATION, KT_ERR_INVALID_MICROCODE);
     }
     endUpdate(context);
     storeImage(context, kind.type, image);
@@ -129,6 +136,8 @@ static FlashUpdate updateOf(const Context& context, KT_U8 type, const _Flash_Dat
     FlashUpdate update = find<FlashUpdate>(context, 0).value_or(FlashUpdate{type, 0, 0, 0, 0});
     if (page.PageNum != 0) return update;
     const bool announced = update.announced && update.imageType == type;
+    /* One that broke off has left half an image behind. */
+    if (update.received != 0) logEvent(context, EVT_FLASH, EVT_BAD_GENERATION, context.adapter, SEV_WARNING);
     endUpdate(context);
     return FlashUpdate{type, static_cast<KT_U8>(announced ? 1 : 0), 0, announced ? update.expected : 0, 0};
 }
@@ -143,13 +152,13 @@ KT_U8 updateImage(Context& context, KT_U8 type, const _Flash_Data& page) {
     FlashUpdate update = updateOf(context, type, page);
     const bool follows = update.imageType == type && update.nextPage == page.PageNum;
     if (!follows || page.Size == 0 || page.isLastPage > 1)
-        return refuseImage(context, EVT_UPDATE_FAILED, KT_ERR_FLASH_DESCRIPTOR);
+        return refuseImage(context, EVT_WRITE_FAILED, KT_ERR_FLASH_DESCRIPTOR);
     update.received += page.Size;
     update.nextPage++;
-    if (update.received > kind->capacity) return refuseImage(context, EVT_UPDATE_FAILED, KT_ERR_OUT_OF_RANGE);
+    if (update.received > kind->capacity) return refuseImage(context, EVT_WRITE_FAILED, KT_ERR_OUT_OF_RANGE);
     const bool complete = update.received == update.expected;
     if (update.announced && (page.isLastPage ? !complete : update.received >= update.expected))
-        return refuseImage(context, EVT_UPDATE_FAILED, KT_ERR_FLASH_DESCRIPTOR);
+        return refuseImage(context, EVT_WRITE_FAILED, KT_ERR_FLASH_DESCRIPTOR);
     writeRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page.PageNum, page.Data, page.Size);
     save(context, 0, update);
     return page.isLastPage ? finishUpdate(context, *kind, update) : KT_U8{KT_OK};
@@ -221,6 +230,16 @@ KT_U8 eraseImage(const Context& context, KT_U8 type) {
     eraseRegion(context, *kind);
     if (type == KT_IMAGE_BIOS) eraseRegion(context, *imageKind(KT_IMAGE_AUTOLOAD));
     return KT_OK;
+}
+
+void examineFlash(const Context& context) {
+    for (int type = 0; type <= KT_IMAGE_RAW; type++) {
+        const ImageKind* kind = imageKind(static_cast<KT_U8>(type));
+        const auto image = kind && kind->headed ? find<FlashImage>(context, kind->type) : std::nullopt;
+        if (!image || image->state != IMAGE_ERASED) continue;
+        logEvent(context, EVT_FLASH, EVT_NO_GENERATION, context.adapter, SEV_CRITICAL);
+        logEvent(context, EVT_FLASH, EVT_RECOVER_FAILED, context.adapter, SEV_CRITICAL);
+    }
 }
 
 KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announcement) {

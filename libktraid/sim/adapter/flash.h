@@ -16,6 +16,8 @@ KT_U8 updateImage(Context& context, KT_U8 type, const _Flash_Data& page);
 KT_U8 backupImage(Context& context, KT_U8 type, _Flash_Data& page);
 /* The BIOS takes the autoload image along. */
 KT_U8 eraseImage(const Context& context, KT_U8 type);
+/* What a start finds: of an image that was erased there is no second one to recover it from. */
+void examineFlash(const Context& context);
 KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announcement);
 /* The page that remembers disk ids. Ids in use stay with their disks, so nothing that can be seen changes; only
    KT_PAGE_PD_FORCE may do it while background work relies on them. */

@@ -388,13 +388,18 @@ KT_U8 setDiskDown(const Context& context, KT_U16 pd) {
     return offlineVds(context) == offline ? KT_U8{KT_OK} : KT_U8{KT_ERR_PD_CANNOT_SET_DOWN};
 }
 
-KT_U8 bringDiskUp(const Context& context, KT_U16 pd) {
+KT_U8 bringDiskUp(const Context& context, KT_U16 pd, bool emptied) {
     Disk disk = {};
     const KT_U8 status = findDisk(context, pd, disk);
     if (status != KT_OK) return status;
     if (!(disk.state.raid & KT_PD_OFFLINE)) return KT_ERR_PD_NOT_OFFLINE;
-    if (disk.state.health == PD_FAILED) return KT_ERR_FAILED;
-    const PulledBlocks blocks = rememberBlocks(context, pd);
+    if (disk.state.health == PD_FAILED) return KT_ERR_LINK_TIMEOUT;
+    PulledBlocks blocks = rememberBlocks(context, pd);
+    if (emptied) {
+        if (blocks.count) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+        blocks.raid = blocks.count = 0;
+        blocks.dgid = KT_NO_ID;
+    }
     const std::vector<Owner> owners = detach(context, pd);
     findDisk(context, pd, disk);
     disk.state.raid &= static_cast<KT_U8>(~KT_PD_OFFLINE);
@@ -408,9 +413,12 @@ KT_U8 bringDiskUp(const Context& context, KT_U16 pd) {
 KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status) {
     if (status > 1) return KT_ERR_INVALID_PARAMETER;
     if (status == 0) return setDiskDown(context, pd);
-    const KT_U8 result = bringDiskUp(context, pd);
-    if (result == KT_OK) reviewDiskCipher(context, pd);
-    return result;
+    const KT_U8 result = bringDiskUp(context, pd, false);
+    if (result != KT_OK) return result;
+    reviewDiskCipher(context, pd);
+    Disk disk = {};
+    const bool suits = findDisk(context, pd, disk) == KT_OK && !(disk.state.raid & KT_PD_OFFLINE);
+    return suits ? KT_U8{KT_OK} : KT_U8{KT_ERR_KEY_MISMATCH};
 }
 
 /* Takes the parts of foreign virtual disks off the disk; those that it held the last part of are gone. */
@@ -434,13 +442,16 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     Disk disk = {};
     KT_U8 status = findDisk(context, pd, disk);
     if (status != KT_OK) return status;
-    if (disk.state.health == PD_FAILED) return KT_ERR_FAILED;
+    if (disk.state.health == PD_FAILED) return KT_ERR_LINK_TIMEOUT;
     if (disk.state.hasOs) return KT_ERR_PD_HAS_OS;
     const bool foreign = (disk.state.raid & KT_PD_FOREIGN) != 0;
     if ((disk.state.raid & KT_PD_MEMBER) && !foreign && !force) return KT_ERR_PD_ASSIGNED;
     if ((disk.state.raid & KT_PD_SPARE) && !force) return KT_ERR_IS_SPARE;
     for (const Owner owner : groupsOn(context, pd)) {
         const Group group = groupOf(context, owner);
+        /* What such a virtual disk keeps is on its hard disk. */
+        const bool hybrid = isHybridLevel(group.geometry.level) && !isSolidState(disk.info);
+        if (hybrid && !foreign) return KT_ERR_TANDEM_HDD_DATA;
         for (const KT_U16 vd : group.vds)
             if (find<VdState>(context, vd).value_or(VdState{}).hasOs) return KT_ERR_VD_HAS_OS;
     }

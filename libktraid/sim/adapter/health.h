@@ -23,13 +23,13 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped);
 
 /* What the library's calls do. */
 
-/* KT_PD_SetHDStatus: 0 sets the disk down, 1 brings it up again. */
+/* KT_PD_SetHDStatus: 0 sets the disk down, 1 brings it up again, which its cipher may forbid (KT_ERR_KEY_MISMATCH). */
 KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status);
 /* KT_ERR_PD_CANNOT_SET_DOWN unless it is a member that its virtual disks can do without. */
 KT_U8 setDiskDown(const Context& context, KT_U16 pd);
-/* KT_ERR_PD_NOT_OFFLINE when it is up; KT_ERR_FAILED when it is broken. What went on without it does not take it back
-   as it is: it becomes a free disk, or is rebuilt onto. */
-KT_U8 bringDiskUp(const Context& context, KT_U16 pd);
+/* KT_ERR_PD_NOT_OFFLINE when it is up; KT_ERR_LINK_TIMEOUT when it is broken. What went on without it does not take it
+   back as it is, nor does anything when it comes back `emptied`: it becomes a free disk, or is rebuilt onto. */
+KT_U8 bringDiskUp(const Context& context, KT_U16 pd, bool emptied);
 /* KT_PD_WipeHDMDD. */
 KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force);
 

@@ -126,7 +126,15 @@ void eraseSettingsPage(const Context& context) {
     save(context, 0, page);
     _Adapter_Info info = adapterInfo(context);
     info.hba_info_img_health = 0;
+    memset(info.SerialNo, 0, sizeof info.SerialNo);
+    memset(info.ModelNumber, 0, sizeof info.ModelNumber);
+    memset(info.PortSasAddress, 0, sizeof info.PortSasAddress);
     save(context, 0, info);
+    auto config = find<_Adapter_Config_V2>(context, 0);
+    if (!config) return;
+    memset(config->SerialNo, 0, sizeof config->SerialNo);
+    memset(config->ModelNumber, 0, sizeof config->ModelNumber);
+    save(context, 0, *config);
 }
 
 void settingsChanged(const Context& context, const _Adapter_Config_V2& config) {

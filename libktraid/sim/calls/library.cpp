@@ -1,3 +1,4 @@
+#include "adapter/flash.h"
 #include "call.h"
 #include "lab.h"
 
@@ -61,6 +62,8 @@ KT_U8 KT_API_RescanAdapter(void) {
         if (!global) return KT_ERR_FAILED;
         global->rescanCount++;
         save(context.store, ADAPTER_GLOBAL, 0, *global);
+        for (int adapter = 0; adapter < global->adapterCount; adapter++)
+            examineFlash(Context{context.store, static_cast<KT_U8>(adapter), context.now});
         return KT_OK;
     });
 }
