@@ -98,6 +98,16 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     EXPECT_EQ(enclosureStatus(1), 2);
     EXPECT_EQ(status(1, KT_SES_COOLING, 2), "020000e0");
     EXPECT_EQ(status(1, KT_SES_COOLING, 255), "02000000");
+    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000002") << "it sounds";
+    const auto condition = [&](KT_U8 type, KT_U8 element, const char* word) {
+        outside(0, [&](sim::Context& context) { sim::setElementCondition(context, 1, type, element, word); });
+    };
+    condition(KT_SES_ALARM, 0, "muted");
+    condition(KT_SES_COOLING, 2, "ok");
+    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000000");
+    condition(KT_SES_POWER_SUPPLY, 0, "missing");
+    EXPECT_EQ(enclosureStatus(1), 3) << "a supply is missed";
+    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000004");
 }
 
 TEST_F(Enclosure, SensorsMeasure) {
