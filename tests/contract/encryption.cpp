@@ -133,7 +133,7 @@ TEST_F(Encryption, PortsRefuse) {
     EXPECT_EQ(link(1, 2, "pw"), KT_ERR_ENTRY_NO_KEY);
     EXPECT_EQ(link(1, 5, "pw"), KT_ERR_ENTRY_RANGE);
     EXPECT_EQ(link(4, 0, "pw"), KT_ERR_PORT_RANGE);
-    EXPECT_EQ(KT_AES_ClearLink(0, 1), KT_ERR_KEY_ABSENT);
+    EXPECT_EQ(KT_AES_ClearLink(0, 1), KT_ERR_INVALID_REQUEST);
     ASSERT_EQ(link(1, 0, "pw"), KT_OK);
     EXPECT_EQ(link(1, 0, "pw"), KT_ERR_KEY_PRESENT);
 }
@@ -205,12 +205,13 @@ static KT_U8 vdStatus() {
 TEST_F(Encryption, VirtualDisksFeelIt) {
     start(R"({"adapters": [{"type": "LD-based", "PortCount": 8,
       "disks": [{"count": 2, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
-      "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB"}],
-      "keys": [{"id": 0, "key": "key", "password": "pw", "ports": [{"id": 1}]}]}]})");
+      "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "os": true}],
+      "keys": [{"id": 0, "key": "key", "password": "pw", "ports": [{"id": 0}, {"id": 1}]}]}]})");
     ASSERT_EQ(vdStatus(), KT_VD_ONLINE);
     ASSERT_EQ(enable(1, 1), KT_OK);
+    EXPECT_EQ(enable(0, 1), KT_ERR_VD_HAS_OS) << "it would lose its last disk";
     EXPECT_EQ(vdStatus(), KT_VD_DEGRADED);
-    EXPECT_EQ(KT_PD_SetHDStatus(0, DISK, 1), KT_OK);
+    EXPECT_EQ(KT_PD_SetHDStatus(0, DISK, 1), KT_ERR_KEY_MISMATCH);
     EXPECT_TRUE(offline(DISK)) << "setting it up does not make its cipher fit";
     ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
     EXPECT_FALSE(offline(DISK));
@@ -218,4 +219,18 @@ TEST_F(Encryption, VirtualDisksFeelIt) {
     EXPECT_FALSE(offline(DISK));
     outside(0, [](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, DISK, 0), KT_OK); });
     EXPECT_TRUE(offline(DISK)) << "a new disk is a plain one";
+}
+
+TEST_F(Encryption, WhatIsForcedOnlineHasLostItsData) {
+    start(R"({"adapters": [{"type": "LD-based", "PortCount": 8,
+      "disks": [{"count": 2, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
+      "virtualDisks": [{"level": "RAID0", "disks": [0, 1], "size": "10GiB"}],
+      "keys": [{"id": 0, "key": "key", "password": "pw", "ports": [{"id": 1}]}]}]})");
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    ASSERT_EQ(enable(1, 0), KT_OK);
+    EXPECT_EQ(vdStatus(), KT_VD_ONLINE) << "nothing was written";
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
+    EXPECT_EQ(vdStatus(), KT_VD_OFFLINE);
+    EXPECT_FALSE(offline(DISK));
 }
