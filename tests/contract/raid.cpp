@@ -346,6 +346,9 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_BACKGROUND), KT_OK);
     advance(125);
     EXPECT_EQ(activity(ARRAYS, 0), "64/1 50") << "alone it would be done";
+    newEvents(ARRAYS);
+    ASSERT_EQ(KT_LD_PauseAll(ARRAYS), KT_OK);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/52 of 0", "1/52 of 1", "2/19 of 0"}));
 }
 
 TEST_F(Raid, MigrationKeepsMembersAndGrows) {

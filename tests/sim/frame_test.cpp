@@ -127,7 +127,9 @@ TEST_F(CallFrame, OutlivesAJobThatNeverEnds) {
     VdState nobodys = {}; /* no virtual disk has this id: its job is due for ever */
     nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, 0, {}, 1, 1, 0, 1, 0};
     save(*store, 0, 77, nobodys);
-    setClock(*store, simulatedNow(*store) + 30 * 86400 * MS_PER_SECOND, 1000, true);
+    const KT_U64 now = simulatedNow(*store);
+    save(*store, 0, 0, AdapterState{now, NEVER, 0, 0, 0, {}});
+    setClock(*store, now + 30 * 86400 * MS_PER_SECOND, 1000, true);
     commitTransaction(*store);
     closeStore(store);
     alarm(20);

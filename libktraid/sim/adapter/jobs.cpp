@@ -367,8 +367,13 @@ void pauseAll(const Context& context) {
     forEachJob(context, [&](Owner owner, const Activity& job) {
         if (job.state == KT_STATE_RUNNING || job.state == KT_STATE_AUTO_PAUSED) owners.push_back(owner);
     });
-    for (const Owner owner : owners)
-        controlJob(context, owner, KT_CONTROL_PAUSE);
+    /* All before any that waits could go on. */
+    for (const Owner owner : owners) {
+        const Activity job = jobOf(context, owner);
+        setState(context, owner, job, KT_STATE_PAUSED);
+        logJob(context, owner, job, STEP_PAUSED);
+    }
+    arbitrate(context);
 }
 
 } // namespace sim
