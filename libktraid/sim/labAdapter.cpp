@@ -53,6 +53,8 @@ static _Adapter_Info commonInfo(const Context& context) {
 static void setPorts(_Adapter_Info& info, KT_U8 ports) {
     info.PortCount = ports;
     for (KT_U8 port = 0; port < std::min<KT_U8>(ports, 16); port++) {
+        const KT_U8* address = info.PortSasAddress[port];
+        if (std::any_of(address, address + sizeof info.WWN, [](KT_U8 byte) { return byte != 0; })) continue;
         memcpy(info.PortSasAddress[port], info.WWN, sizeof info.WWN);
         info.PortSasAddress[port][7] = port;
     }
@@ -193,6 +195,7 @@ void addLabAdapter(Context& context, LabReader& adapter) {
     const int type = takeWord(adapter, "type", TYPE_WORDS, std::size(TYPE_WORDS), TYPE_ARRAY_BASED);
     _Adapter_Info info = type == TYPE_ARRAY_BASED ? arrayBasedInfo(context) : ldBasedInfo(context);
     takeFields(adapter, KIND_ADAPTER, &info);
+    setPorts(info, info.PortCount); /* the lab may have said more of them */
     save(context, 0, info);
     save(context, 0, AdapterState{});
     addConfig(context, adapter, info);

@@ -76,7 +76,8 @@ static void linkDisk(_HD_Info& disk, const Context& context, LabReader& reader, 
     const KT_U16 enclosure = static_cast<KT_U16>(takeNumber(reader, "enclosure", KT_NO_ID, KT_NO_ID));
     if (parent == KT_LINK_EXPANDER && !find<_Exp_Info>(context, parentId))
         failLab(reader, "parent", "there is no expander " + std::to_string(parentId));
-    if (parent == KT_LINK_PM && !find<_PM_Info>(context, parentId))
+    const auto multiplier = find<_PM_Info>(context, parentId);
+    if (parent == KT_LINK_PM && !multiplier)
         failLab(reader, "parent", "there is no port multiplier " + std::to_string(parentId));
     if (enclosure != KT_NO_ID && !find<_Enclosure_Info>(context, enclosure))
         failLab(reader, "enclosure", "there is no enclosure " + std::to_string(enclosure));
@@ -85,6 +86,8 @@ static void linkDisk(_HD_Info& disk, const Context& context, LabReader& reader, 
     disk.Link.Parent.PhyCnt = 1;
     disk.Link.Parent.PhyID[0] = static_cast<KT_U8>(
         port == NEVER ? (parent == KT_LINK_HBA && adapter->PortCount ? id % adapter->PortCount : id) : port + copy);
+    if (parent == KT_LINK_PM && disk.Link.Parent.PhyID[0] >= multiplier->NumberOfPorts)
+        failLab(reader, "port", "goes beyond the ports of port multiplier " + std::to_string(parentId));
     disk.Link.Parent.EnclosureID = enclosure;
     disk.Link.Self.DevID = id;
     disk.Link.Self.PhyCnt = 1;
@@ -200,6 +203,24 @@ static void addDisks(Context& context, LabReader& adapter) {
     }
 }
 
+/* Wide links of four: to the adapter as long as it has ports for them, then from expander to expander. */
+static _Link_Endpoint expanderParent(const Context& context, KT_U16 id) {
+    const _Adapter_Info adapter = find<_Adapter_Info>(context, 0).value_or(_Adapter_Info{});
+    const KT_U16 links = std::max<KT_U16>(adapter.PortCount / 4, 1);
+    _Link_Endpoint parent = {context.adapter, KT_LINK_HBA, 4, {0, 1, 2, 3}, {}, KT_NO_ID, {}};
+    if (id >= links) {
+        const auto above = static_cast<KT_U16>(id - links);
+        parent = _Link_Endpoint{above, KT_LINK_EXPANDER, 4, {20, 21, 22, 23}, {}, KT_NO_ID, {}};
+        const auto expander = find<_Exp_Info>(context, above);
+        memcpy(parent.SAS_Address, expander->Link.Self.SAS_Address, sizeof parent.SAS_Address);
+        return parent;
+    }
+    for (int i = 0; i < 4; i++)
+        parent.PhyID[i] = static_cast<KT_U8>(4 * id + i);
+    memcpy(parent.SAS_Address, adapter.PortSasAddress[std::min(4 * id, 15)], sizeof parent.SAS_Address);
+    return parent;
+}
+
 static void addExpanders(Context& context, LabReader& adapter) {
     KT_U16 id = 0;
     for (LabReader& reader : takeObjects(adapter, "expanders")) {
@@ -215,11 +236,9 @@ static void addExpanders(Context& context, LabReader& adapter) {
         expander.ComponentID = 0x0228;
         expander.ComponentRevision = 2;
         const KT_U8 address[8] = {0x50, 0x0A, 0x1F, 0x40, 0x00, 0x28, context.adapter, static_cast<KT_U8>(id)};
-        expander.Link.Parent = _Link_Endpoint{context.adapter, KT_LINK_HBA, 4, {0, 1, 2, 3}, {}, KT_NO_ID, {}};
+        expander.Link.Parent = expanderParent(context, id);
         expander.Link.Self = _Link_Endpoint{id, KT_LINK_EXPANDER, 4, {24, 25, 26, 27}, {}, 0, {}};
         memcpy(expander.Link.Self.SAS_Address, address, sizeof address);
-        const auto info = find<_Adapter_Info>(context, 0);
-        memcpy(expander.Link.Parent.SAS_Address, info->PortSasAddress[0], sizeof info->PortSasAddress[0]);
         takeFields(reader, KIND_EXPANDER, &expander);
         takeNothingElse(reader);
         save(context, id++, expander);
@@ -236,7 +255,10 @@ static void addPortMultipliers(Context& context, LabReader& adapter) {
         multiplier.NumberOfPorts = 5;
         multiplier.VendorID = 0x1FA4;
         multiplier.DeviceID = 0x3705;
-        multiplier.Link.Parent = _Link_Endpoint{context.adapter, KT_LINK_HBA, 1, {3}, {}, KT_NO_ID, {}};
+        /* From the last port down; single disks take those from the first on. */
+        const int port = std::max(find<_Adapter_Info>(context, 0)->PortCount - 1 - id, 0);
+        multiplier.Link.Parent =
+            _Link_Endpoint{context.adapter, KT_LINK_HBA, 1, {static_cast<KT_U8>(port)}, {}, KT_NO_ID, {}};
         multiplier.Link.Self = _Link_Endpoint{id, KT_LINK_PM, 1, {0}, {}, KT_NO_ID, {}};
         takeFields(reader, KIND_PM, &multiplier);
         takeNothingElse(reader);

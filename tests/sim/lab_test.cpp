@@ -110,6 +110,8 @@ TEST(Lab, SaysWhereTheMistakeIs) {
     EXPECT_EQ(mistakeIn(R"({"adapters": [{"disks": [{}], "virtualDisks": [{"level": "RAID0", "disks": [0],
                           "size": "2TB"}]}]})"),
               "lab: adapters[0].virtualDisks[0].size: does not fit on disk 0");
+    EXPECT_EQ(mistakeIn(R"({"adapters": [{"portMultipliers": [{}], "disks": [{"count": 6, "on": "PM"}]}]})"),
+              "lab: adapters[0].disks[0].port: goes beyond the ports of port multiplier 0");
     EXPECT_EQ(mistakeIn(R"({"complete": true, "global": {"adapterCount": 2}, "adapters": []})"),
               "lab: global.adapterCount: is not the number of adapters");
     EXPECT_EQ(mistakeIn(R"({"complete": true, "adapters": [{}]})"), "lab: adapters[0].adapter: is missing");

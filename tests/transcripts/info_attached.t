@@ -15,7 +15,16 @@ Port multipliers, expanders and the battery.
   Product revision:    1
   PM spec revision:    1.2
   
-  Total # of PM:       1
+  Adapter:             1
+  PM ID:               1
+  # of ports:          5
+  Links to:            HBA port 2
+  Vendor ID:           8100
+  Device ID:           14085
+  Product revision:    1
+  PM spec revision:    1.2
+  
+  Total # of PM:       2
   
   $ kt 0 info -o pm
   PM is not supported on adapter 0.

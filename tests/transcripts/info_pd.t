@@ -36,7 +36,7 @@ Physical disks, the blocks on them, and spares.
   $ kt 1 info -o hd | grep -e '^PD ID' -e Type -e Linked -e Total | sed 1,6d | head -7
   PD ID:               2
   Type:                SATA SSD
-  Linked at:           HBA port 2
+  Linked at:           PM 1, port 0
   SSD Type:            1
   PD ID:               3
   Type:                SATA
