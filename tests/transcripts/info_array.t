@@ -24,22 +24,7 @@ Arrays with their space, slots and disks.
   BGA status:          none
   Status:              functional
   
-  $ kt info -o array | grep -e '^ID' -e Total -e slot
-  ID:                  0
-  Total space:         763033 M
-  Total array slot:    3
-    slot 0: VD 0, 102400 M
-    slot 1: VD 1, 409600 M
-    slot 2: free, 251033 M
-  ID:                  1
-  Total space:         3815330 M
-  Total array slot:    2
-    slot 0: VD 2, 2097152 M
-    slot 1: free, 1718178 M
-  ID:                  2
-  Total space:         7630767 M
-  Total array slot:    1
-    slot 0: VD 3, 7630767 M
+  $ kt info -o array | grep 'Total #'
   Total # of array:    3
   $ lab troubled
   $ kt info -o array | grep -e '^ID' -e '^Status' -e '^BGA'

@@ -73,23 +73,8 @@ Port multipliers, expanders and the battery.
   Total # of expander: 1
   
 
-A buffer of 1 KiB holds nine expanders or twelve port multipliers.
-
-  $ ktsim create --force --lab - > /dev/null << 'END'
-  > {"adapters": [
-  >   {"type": "array-based", "MaxBufferSize": 1, "MaxExpander": 10,
-  >    "expanders": [{}, {}, {}, {}, {}, {}, {}, {}, {}, {}]},
-  >   {"type": "LD-based", "MaxBufferSize": 1, "MaxPM": 13,
-  >    "portMultipliers": [{}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}]},
-  >   {"type": "array-based"}]}
-  > END
-  $ kt info -o exp | grep 'Total # of exp'
-  Total # of expander: 10
-  $ kt 1 info -o pm | grep Total
-  Total # of PM:       13
-  $ calls | grep -c -e KT_PD_GetExpanderInfo -e KT_PD_GetPMInfo
-  5
-  $ kt 2 info -o exp
+  $ lab empty
+  $ kt info -o exp
   No expander is found.
 
 The battery: charging, discharging on a troubled adapter, none, and one that lies.
