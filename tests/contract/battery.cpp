@@ -10,12 +10,7 @@ static const char LAB[] = R"({"adapters": [
   {"type": "LD-based"}, {"type": "array-based"}]})";
 static const uint64_t MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
 
-struct Battery : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
-};
+struct Battery : LabTest<LAB> {};
 
 static _BBU_Info battery() {
     _BBU_Info info = {};

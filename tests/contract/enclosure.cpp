@@ -10,12 +10,7 @@ static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": 
   "disks": [{"count": 2, "type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1},
             {"type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1, "spare": "global"}]}]})";
 
-struct Enclosure : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
-};
+struct Enclosure : LabTest<LAB> {};
 
 /* The four bytes of a status element, in hexadecimal, or the error. */
 static std::string status(KT_U16 enclosure, KT_U8 type, KT_U8 element) {

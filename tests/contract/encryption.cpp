@@ -61,12 +61,7 @@ static bool offline(KT_U16 pd) {
     return status.Status & KT_PD_OFFLINE;
 }
 
-struct Encryption : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
-};
+struct Encryption : LabTest<LAB> {};
 
 TEST_F(Encryption, EntriesKeepTheirKeyBehindAPassword) {
     const char* longest = "0123456789abcdef0123456789abcdef";

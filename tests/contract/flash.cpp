@@ -10,12 +10,7 @@ static const char LAB[] = R"({"adapters": [
   {"type": "LD-based", "BIOSVersion.MajorVersion": 0, "BIOSVersion.MinorVersion": 0, "BIOSVersion.BuildNumber": 0}]})";
 static const KT_U16 VENDOR = 0x1FA4; /* of the lab's adapters */
 
-struct Flash : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
-};
+struct Flash : LabTest<LAB> {};
 
 static std::unique_ptr<_Flash_Data> page(const std::string& data, KT_U16 number = 0, KT_BOOLEAN last = 1) {
     auto record = std::make_unique<_Flash_Data>();

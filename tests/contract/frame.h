@@ -33,6 +33,15 @@ struct ContractTest : testing::Test {
     std::string show() const;
 };
 
+/* A test that begins with a lab. */
+template <const char* LAB>
+struct LabTest : ContractTest {
+    void SetUp() override {
+        ContractTest::SetUp();
+        start(LAB);
+    }
+};
+
 /* "class/code of device", oldest first, of the events logged since the last call of it on that adapter. */
 std::vector<std::string> newEvents(KT_U8 adapter = 0);
 

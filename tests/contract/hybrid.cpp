@@ -14,12 +14,7 @@ static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [{"type": "SATA", "size": "1TB", "on": "HBA", "port": 0}]}]})";
 static const KT_U64 SIZE = KT_U64{200} << 30;
 
-struct Hybrid : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
-};
+struct Hybrid : LabTest<LAB> {};
 
 static KT_U8 add(KT_U16 vd, KT_U64 from, KT_U64 length, KT_U8 type = KT_REQUEST_ITEM, KT_U16 records = 1,
                  KT_U8 adapter = 0) {

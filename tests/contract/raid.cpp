@@ -22,11 +22,7 @@ static const KT_U64 MB = 1024;
 
 using Ids = std::vector<KT_U16>;
 
-struct Raid : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
+struct Raid : LabTest<LAB> {
     void disk(KT_U8 adapter, KT_U8 (*act)(const sim::Context&, KT_U16), KT_U16 pd) const {
         outside(adapter, [&](sim::Context& context) { EXPECT_EQ(act(context, pd), KT_OK); });
     }

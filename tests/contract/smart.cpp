@@ -11,11 +11,7 @@ static const char LAB[] = R"({"adapters": [
     {"type": "SATA", "size": "1TB", "on": "HBA", "port": 3, "smartTripped": true}]}]})";
 static const KT_U8 REALLOCATED = 0x05, PENDING = 0xC5, HOURS = 0x09, AIRFLOW = 0xBE;
 
-struct Smart : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
+struct Smart : LabTest<LAB> {
     bool age(KT_U16 pd, const char* aspect, KT_U32 amount) const {
         bool done = false;
         outside(0, [&](sim::Context& context) { done = sim::ageDisk(context, pd, aspect, amount); });

@@ -12,11 +12,7 @@ static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true},
 static const uint64_t HOUR = 3600;
 using Events = std::vector<std::string>;
 
-struct Surface : ContractTest {
-    void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-    }
+struct Surface : LabTest<LAB> {
     void spoil(KT_U16 pd, KT_U64 lba, KT_U8 flaw, KT_U32 count = 1) const {
         outside(0, [&](sim::Context& context) {
             for (KT_U32 i = 0; i < count; i++)
