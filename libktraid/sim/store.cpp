@@ -181,6 +181,7 @@ Store* openExistingStore(const std::string& path) {
     try {
         const int code = sqlite3_open_v2(path.c_str(), &store->db, SQLITE_OPEN_READWRITE, nullptr);
         if (code != SQLITE_OK) fail(*store, code);
+        if (sqlite3_db_readonly(store->db, "main") == 1) fail(*store, SQLITE_READONLY);
         sqlite3_busy_timeout(store->db, BUSY_WAIT_MS);
         execute(*store, "PRAGMA synchronous = NORMAL");
         checkIdentity(*store);
