@@ -1,5 +1,6 @@
 #include "frame.h"
 
+#include "adapter/health.h"
 #include "adapter/image.h"
 
 #include <fstream>
@@ -179,9 +180,35 @@ TEST_F(Flash, EraseTakesVersionAndHealth) {
     EXPECT_EQ(info().boot_rom_img_health, 1);
     EXPECT_EQ(info().img_health, 0) << "autoload is still missing";
     EXPECT_EQ(KT_Flash_Bin(0, KT_FLASH_ERASE, 9, record.get()), KT_ERR_FLASH_TYPE);
-    EXPECT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_OK);
-    EXPECT_EQ(KT_Flash_Erase(0, KT_PAGE_PD_FORCE), KT_OK);
     EXPECT_EQ(KT_Flash_Erase(0, 2), KT_ERR_INVALID_PARAMETER);
+}
+
+TEST_F(Flash, ErasingThePdPageForgetsIds) {
+    start(R"({"adapters": [{"type": "array-based", "disks": [{"count": 6, "type": "SAS", "size": "100GB"}],
+      "arrays": [{"level": "RAID1", "disks": [3, 4], "virtualDisks": [{"size": "10GiB"}]}]}]})");
+    const auto ids = [] {
+        std::vector<KT_U16> found;
+        for (const _HD_Info& disk : readList(KT_PD_GetHDInfo, 0, &_HD_Info_Request::hdInfo))
+            found.push_back(disk.Link.Self.DevID);
+        return found;
+    };
+    outside(0, [](sim::Context& context) {
+        EXPECT_EQ(sim::pullDisk(context, 1), KT_OK);
+        EXPECT_EQ(sim::pullDisk(context, 3), KT_OK);
+    });
+    ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_OK);
+    EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 2, 4, 5})) << "those in use stay";
+    newEvents();
+    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::insertDisk(context, 0xF001), KT_OK); });
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/1 of 1", "2/54 of 1", "1/70 of 0"})) << "it was disk 3";
+    ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD_FORCE), KT_OK);
+    EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 1, 2, 3, 4}));
+    advance(3600);
+    _DG_Info array = {};
+    ASSERT_EQ(readItem(KT_DG_GetInfo, 0, 0, &_DG_Info_Request::dgInfo, array), KT_OK);
+    EXPECT_EQ(array.PDIDs[0], 1);
+    EXPECT_EQ(array.PDIDs[1], 3);
+    EXPECT_EQ(newEvents().back(), "1/1 of 0") << "the rebuild followed";
 }
 
 TEST_F(Flash, HeadersOfFiles) {

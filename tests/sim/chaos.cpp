@@ -1,5 +1,6 @@
 #include "chaos.h"
 
+#include "adapter/diskIds.h"
 #include "adapter/foreign.h"
 #include "adapter/health.h"
 #include "adapter/members.h"
@@ -168,10 +169,12 @@ static void happen(Chaos& run) {
         failDisk(context, pd);
     } else if (what == 1) {
         pullDisk(context, pd);
+        if (rarely(run, 3)) renumberDisks(context);
     } else if (what == 2) {
         tripSmart(context, pd, pick(run, 2) != 0);
     } else if (what < 6) {
-        insertDisk(context, pd);
+        insertDisk(context,
+                   rarely(run, 4) ? static_cast<KT_U16>(0xF000 + pick(run, 3)) : pd); /* its id was forgotten */
     } else if (what < 8) {
         addBadSectors(context, pd, BadSector{pick(run, 2) ? FLAW_WRONG : FLAW_UNREADABLE, 0, {}}, pick(run, 300));
         applyRates(context);
@@ -199,6 +202,7 @@ static const struct {
     {6, rebuildArray},
     {1, [](Chaos& run) { KT_LD_DG_QuickCreate(run.adapter, byte(run, 3)); }},
     {1, [](Chaos& run) { KT_LD_PauseAll(run.adapter); }},
+    {1, [](Chaos& run) { KT_Flash_Erase(run.adapter, KT_PAGE_PD); }},
     {2, [](Chaos& run) { KT_LD_Delete(run.adapter, anyVd(run), byte(run, 2)); }},
     {2, [](Chaos& run) { KT_DG_Delete(run.adapter, anyArray(run)); }},
     {2, [](Chaos& run) { KT_PD_WipeHDMDD(run.adapter, anyDisk(run), rarely(run, 3)); }},

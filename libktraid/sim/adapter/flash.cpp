@@ -1,5 +1,6 @@
 #include "adapter/flash.h"
 
+#include "adapter/diskIds.h"
 #include "adapter/image.h"
 #include "adapter/jobs.h"
 #include "adapter/settingsPage.h"
@@ -261,6 +262,7 @@ KT_U8 erasePdPage(Context& context, KT_U8 pageCode) {
         busy |= owner.kind != OwnerKind::Disk && job.state == KT_STATE_RUNNING;
     });
     if (busy && pageCode == KT_PAGE_PD) return failWith(context, EVT_ERASE_FAILED, KT_ERR_BGA_RUNNING);
+    pageCode == KT_PAGE_PD_FORCE ? renumberDisks(context) : forgetAwayIds(context);
     return KT_OK;
 }
 

@@ -19,8 +19,8 @@ KT_U8 eraseImage(const Context& context, KT_U8 type);
 /* What a start finds: of an image that was erased there is no second one to recover it from. */
 void examineFlash(const Context& context);
 KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announcement);
-/* The page that remembers disk ids. Ids in use stay with their disks, so nothing that can be seen changes; only
-   KT_PAGE_PD_FORCE may do it while background work relies on them. */
+/* The page that remembers disk ids. Those in use stay with their disks, those of pulled disks are free to be given to
+   others. KT_PAGE_PD_FORCE numbers the disks afresh, and does not mind background work. */
 KT_U8 erasePdPage(Context& context, KT_U8 pageCode);
 
 KT_U8 accessNvsram(const Context& context, KT_U8 action, _NVSRAM_Data& data);

@@ -2,6 +2,7 @@
 
 #include "adapter/arrays.h"
 #include "adapter/blocks.h"
+#include "adapter/diskIds.h"
 #include "adapter/encryption.h"
 #include "adapter/jobs.h"
 #include "adapter/members.h"
@@ -280,15 +281,6 @@ struct Arrival {
     std::map<KT_U16, KT_U16> disks; /* id there -> id here */
 };
 
-/* The lowest id that neither a disk has nor a pulled one may want back. */
-static KT_U16 idForArrival(const Context& context) {
-    const _Adapter_Info adapter = adapterInfo(context);
-    const KT_U16 limit = adapter.MaxHD_Ext ? adapter.MaxHD_Ext : adapter.MaxHD;
-    for (KT_U16 id = 0; id < limit; id++)
-        if (!find<_HD_Info>(context, id) && !find<PulledDisk>(context, id)) return id;
-    return KT_NO_ID;
-}
-
 static bool isDiskHere(const Context& context, const _HD_Info& disk) {
     bool here = false;
     forEach<_HD_Info>(context, 0, [&](KT_U64, const _HD_Info& mine) {
@@ -317,7 +309,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     const _Adapter_Info adapter = adapterInfo(context);
     /* SATA disks do on SAS ports, the reverse does not. */
     if ((info->HDType & KT_HD_SAS) && !(adapter.PortSupportType & KT_HD_SAS)) return KT_ERR_NOT_SUPPORTED;
-    const KT_U16 id = idForArrival(context);
+    const KT_U16 id = freeDiskId(context);
     if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
     tellApart(context, *info);
     info->AdapterID = context.adapter;

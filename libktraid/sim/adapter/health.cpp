@@ -3,6 +3,7 @@
 #include "adapter/activity.h"
 #include "adapter/blocks.h"
 #include "adapter/deletion.h"
+#include "adapter/diskIds.h"
 #include "adapter/encryption.h"
 #include "adapter/foreign.h"
 #include "adapter/members.h"
@@ -277,7 +278,8 @@ static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks
     reviewForeign(context);
 }
 
-KT_U8 insertDisk(const Context& context, KT_U16 pd) {
+KT_U8 insertDisk(const Context& context, KT_U16 known) {
+    const KT_U16 pd = idOnReturn(context, known);
     const auto pulled = find<PulledDisk>(context, pd);
     if (!pulled || find<_HD_Info>(context, pd)) return KT_ERR_PD_MISSING;
     const PulledBlocks blocks = find<PulledBlocks>(context, pd).value_or(PulledBlocks{});
@@ -312,7 +314,8 @@ static void renumber(const Context& context, _HD_Info& disk) {
     disk.WWN[5] = disk.Link.Self.SAS_Address[5] = static_cast<KT_U8>(sequence >> 8 & 0xFF);
 }
 
-KT_U8 replaceDisk(const Context& context, KT_U16 pd, KT_U64 sectors) {
+KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors) {
+    const KT_U16 pd = idOnReturn(context, known);
     if (find<_HD_Info>(context, pd)) {
         const KT_U8 status = pullDisk(context, pd);
         if (status != KT_OK) return status;
