@@ -6,7 +6,8 @@ namespace sim {
 static constexpr Field AGE_FIELDS[] = {
     NUM(DiskAge, reallocated), NUM(DiskAge, pending),     NUM(DiskAge, uncorrectable), NUM(DiskAge, readErrors),
     NUM(DiskAge, spinRetries), NUM(DiskAge, linkErrors),  NUM(DiskAge, hours),         NUM(DiskAge, wear),
-    NUM(DiskAge, warmth),      NUM(DiskAge, mostPending), NUM(DiskAge, mostWarmth)};
+    NUM(DiskAge, warmth),      NUM(DiskAge, mostPending), NUM(DiskAge, mostWarmth),    NUM(DiskAge, powerCycles),
+    NUM(DiskAge, born),        NUM(DiskAge, pulled),      NUM(DiskAge, writtenKib)};
 static constexpr Field SECTOR_FIELDS[] = {NUM(BadSector, flaw), NUM(BadSector, known)};
 static constexpr Field CIPHER_FIELDS[] = {HEX(DiskCipher, key.bytes), NUM(DiskCipher, offline)};
 static constexpr Field ELEMENT_FIELDS[] = {HEX(EnclosureElement, status), NUM(EnclosureElement, subEnclosure),

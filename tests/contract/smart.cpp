@@ -4,7 +4,7 @@
 #include "adapter/smart.h"
 
 /* Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start. */
-static const char LAB[] = R"({"adapters": [
+static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
   {"type": "array-based", "disks": [
     {"type": "SATA", "size": "1TB", "on": "HBA", "port": 0}, {"type": "SAS", "size": "1TB", "on": "HBA", "port": 1},
     {"type": "SATA SSD", "size": "480GB", "on": "HBA", "port": 2},
@@ -105,6 +105,25 @@ TEST_F(Smart, HeatPasses) {
     EXPECT_EQ(attribute(0, AIRFLOW).Status, KT_SMART_FAILED_BEFORE);
     EXPECT_GT(attribute(0, AIRFLOW).Current, attribute(0, AIRFLOW).Worst);
     EXPECT_EQ(attribute(0, PENDING).Status, KT_SMART_GOOD);
+}
+
+TEST_F(Smart, TheDayWarmsAndThePullStopsTheHours) {
+    const KT_U64 morning = attribute(2, 0xC2).RawValue;
+    const KT_U64 hours = attribute(2, HOURS).RawValue;
+    const KT_U64 cycles = attribute(2, 0x0C).RawValue;
+    const KT_U64 written = attribute(2, 0xF1).RawValue;
+    advance(6 * 3600);
+    EXPECT_EQ(attribute(2, 0xC2).RawValue, morning + 2);
+    EXPECT_GT(attribute(2, 0xF1).RawValue, written);
+    outside(0, [](sim::Context& context) { sim::pullDisk(context, 2); });
+    advance(10 * 3600);
+    outside(0, [](sim::Context& context) { sim::insertDisk(context, 2); });
+    EXPECT_EQ(attribute(2, HOURS).RawValue, hours + 6);
+    EXPECT_EQ(attribute(2, 0x0C).RawValue, cycles + 1);
+    outside(0, [](sim::Context& context) { sim::replaceDisk(context, 2, 0); });
+    advance(3 * 3600);
+    EXPECT_EQ(attribute(2, HOURS).RawValue, 3U) << "a new one";
+    EXPECT_EQ(attribute(2, 0x0C).RawValue, 1U);
 }
 
 TEST_F(Smart, DrivesAnswerCommands) {

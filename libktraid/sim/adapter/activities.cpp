@@ -21,6 +21,7 @@ static void completeVdJob(const Context& context, Owner owner, const Activity& j
 
 void completeJob(const Context& context, Owner owner) {
     const Activity job = jobOf(context, owner);
+    wearDisks(context, owner, job);
     if (owner.kind == OwnerKind::Disk) {
         dropJob(context, owner);
         logJob(context, owner, job, STEP_COMPLETED);

@@ -5,6 +5,7 @@
 #include "adapter/diskIds.h"
 #include "adapter/encryption.h"
 #include "adapter/jobs.h"
+#include "adapter/life.h"
 #include "adapter/members.h"
 #include "adapter/peripherals.h"
 #include "adapter/rebuild.h"
@@ -330,8 +331,9 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     save(context, id, *info);
     save(context, id, *state);
     forgetDisk(context, id);
-    copySurface(Context{arrival.store, arrival.adapter, 0}, pd, context, id);
-    if (const auto age = find<DiskAge>(arrival.store, arrival.adapter, pd)) save(context, id, *age);
+    const Context there{arrival.store, arrival.adapter, context.now};
+    copySurface(there, pd, context, id);
+    moveLife(there, pd, context, id);
     if (const auto cipher = find<DiskCipher>(arrival.store, arrival.adapter, pd)) save(context, id, *cipher);
     logEvent(context, EVT_PD, 1, id, SEV_INFO);
     arrival.disks[pd] = id;

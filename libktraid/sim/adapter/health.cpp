@@ -6,6 +6,7 @@
 #include "adapter/diskIds.h"
 #include "adapter/encryption.h"
 #include "adapter/foreign.h"
+#include "adapter/life.h"
 #include "adapter/members.h"
 #include "adapter/peripherals.h"
 #include "adapter/rebuild.h"
@@ -185,6 +186,7 @@ KT_U8 pullDisk(const Context& context, KT_U16 pd) {
     failPatrol(context, pd);
     dropSpareRole(context, pd);
     findDisk(context, pd, disk);
+    powerOff(context, pd);
     save(context, pd, PulledDisk{disk.info, disk.state});
     save(context, pd, blocks);
     const std::vector<Owner> owners = groupsOn(context, pd);
@@ -286,6 +288,7 @@ KT_U8 insertDisk(const Context& context, KT_U16 known) {
     erase<PulledDisk>(context, pd);
     erase<PulledBlocks>(context, pd);
     save(context, pd, pulled->info);
+    powerOn(context, pd);
     PdState state = pulled->state;
     state.raid = state.health == PD_FAILED ? KT_PD_OFFLINE : 0;
     state.config.Online = state.health == PD_FAILED ? 0 : 1;
@@ -338,6 +341,7 @@ KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors) {
     save(context, pd, info);
     save(context, pd, state);
     forgetDisk(context, pd);
+    beginLife(context, pd);
     logEvent(context, EVT_PD, 1, pd, SEV_INFO);
     reviewDiskCipher(context, pd);
     engageSpares(context);
@@ -355,7 +359,7 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
     saveDisk(context, disk);
     /* Its attributes would go on saying that it fails. */
     if (!tripped) {
-        erase<DiskAge>(context, pd);
+        undoWear(context, pd);
         forgetSurface(context, pd, FLAW_UNREADABLE);
     }
     if (news && disk.state.config.SMARTOn && adapterConfig(context).PollSMARTStatus == 1)

@@ -275,6 +275,16 @@ void forEachJob(const Context& context, const std::function<void(Owner, const Ac
     });
 }
 
+bool isBusy(const Context& context, KT_U16 pd) {
+    bool busy = false;
+    forEachJob(context, [&](Owner owner, const Activity& job) {
+        if (job.state != KT_STATE_RUNNING || busy) return;
+        const std::vector<KT_U16> disks = disksOf(context, owner, job);
+        busy = std::find(disks.begin(), disks.end(), pd) != disks.end();
+    });
+    return busy;
+}
+
 KT_U64 nextMoment(const Context& context, Owner owner, const Activity& job) {
     Activity part = job;
     const KT_U64 quarter = job.announced + ANNOUNCED_PERCENT;

@@ -42,6 +42,9 @@ void startJob(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U
 KT_U8 controlJob(const Context& context, Owner owner, KT_U8 control);
 void logJob(const Context& context, Owner owner, const Activity& job, JobStep step, KT_U32 parameter = 0);
 
+/* Whether an activity reads or writes the disk now. */
+bool isBusy(const Context& context, KT_U16 pd);
+
 /* What status calls show of a virtual disk: its array's activity if that has one, else its own. */
 Activity shownActivity(const Context& context, const Vd& vd);
 /* True for one that runs or will run again; also for a migration that was stopped, for only it can be gone on with. */

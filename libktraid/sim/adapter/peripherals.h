@@ -69,7 +69,10 @@ struct DiskAge {
     KT_U32 warmth;      /* degrees above its usual temperature */
     KT_U32 mostPending; /* the most there ever were */
     KT_U32 mostWarmth;
-    KT_U32 reserved;
+    KT_U32 powerCycles; /* beyond those of its first years */
+    KT_U64 born;        /* milliseconds: when its hours began to count; 0 = as its serial number says */
+    KT_U64 pulled;      /* milliseconds: when it was last taken out; its hours stand still meanwhile */
+    KT_U64 writtenKib;  /* by activities, on a solid state disk */
 };
 
 /* The table of a hybrid virtual disk, id = its id. It belongs to the virtual disk that has that GUID only. */

@@ -431,4 +431,11 @@ void meetBadSectors(const Context& context, Owner owner, const Activity& job) {
     saveJob(context, owner, on);
 }
 
+void wearDisks(const Context& context, Owner owner, const Activity& job) {
+    for (const Pass& pass : runOf(context, owner, job).passes) {
+        const KT_U64 kib = sectorsToKib(pass.sectors, pass.sectorSize);
+        if (pass.writes || job.kind == KT_BGA_MIGRATION) countWritten(context, pass.pd, kib);
+    }
+}
+
 } // namespace sim

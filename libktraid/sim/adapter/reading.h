@@ -15,5 +15,8 @@ KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& job);
    activity does that and can. The activity then counts from context.now. */
 void meetBadSectors(const Context& context, Owner owner, const Activity& job);
 
+/* Counts on the disks what the activity, which completes now, has written to them. */
+void wearDisks(const Context& context, Owner owner, const Activity& job);
+
 } // namespace sim
 #endif

@@ -1,6 +1,8 @@
 #include "adapter/smart.h"
 
+#include "adapter/candidates.h"
 #include "adapter/health.h"
+#include "adapter/life.h"
 #include "adapter/surface.h"
 #include "events.h"
 
@@ -10,18 +12,6 @@ namespace sim {
 
 enum : KT_U16 { EVT_BAD_BLOCKS_80 = 13, EVT_BAD_BLOCKS_FULL = 14 };
 static const KT_U32 BAD_BLOCK_TABLE = 512; /* sectors a disk can reassign */
-static const KT_U64 HOUR = 3600000;
-static const KT_U64 DAY = 24 * HOUR;
-static const KT_U64 FIRST_MADE = 19723 * DAY; /* the first day of 2024 */
-static const KT_U32 USUAL_TEMPERATURE = 29;
-
-/* What a disk has behind it, from its age and its own numbers. */
-struct Life {
-    DiskAge age;
-    KT_U32 hours;
-    KT_U32 powerCycles;
-    KT_U32 temperature;
-};
 
 enum Counter : KT_U8 {
     READ_ERRORS,
@@ -30,6 +20,7 @@ enum Counter : KT_U8 {
     SPIN_RETRIES,
     POWER_CYCLES,
     WEAR,
+    WRITTEN,
     UNCORRECTABLE,
     TEMPERATURE,
     PENDING,
@@ -37,7 +28,7 @@ enum Counter : KT_U8 {
     NOTHING
 };
 
-/* An attribute: its value falls from `start` by one for every `perPoint` of its counter. */
+/* An attribute: its value falls from `start` by one for every `perPoint` of its counter (0 = never). */
 struct Attribute {
     KT_U8 id;
     KT_U8 start;
@@ -73,6 +64,7 @@ static const Attribute SOLID_STATE[] = {
     {0xC2, 100, 0, TEMPERATURE, 1, "Temperature_Celsius"},
     {0xC7, 200, 0, LINK_ERRORS, 10, "UDMA_CRC_Error_Count"},
     {0xE7, 100, 10, WEAR, 1, "SSD_Life_Left"},
+    {0xF1, 100, 0, WRITTEN, 0, "Total_LBAs_Written"},
 };
 
 struct Aspect {
@@ -98,19 +90,7 @@ std::vector<std::string> agingWords() {
     return words;
 }
 
-static Life lifeOf(const Context& context, KT_U16 pd, const _HD_Info& disk) {
-    const Digest own = sha256(std::string(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo));
-    const KT_U64 made = FIRST_MADE + (own.bytes[0] * 256U + own.bytes[1]) % 365 * DAY;
-    Life life = {};
-    life.age = find<DiskAge>(context, pd).value_or(DiskAge{});
-    const KT_U64 hours = context.now > made ? (context.now - made) / HOUR : 0;
-    life.hours = static_cast<KT_U32>(std::min<KT_U64>(hours, 0xFFFFFFU)) + life.age.hours;
-    life.powerCycles = 12U + own.bytes[2] % 40;
-    life.temperature = USUAL_TEMPERATURE + own.bytes[3] % 8 + life.age.warmth;
-    return life;
-}
-
-static KT_U32 counterOf(const Life& life, Counter counter) {
+static KT_U64 counterOf(const Life& life, Counter counter) {
     switch (counter) {
     case READ_ERRORS:
         return life.age.readErrors;
@@ -123,7 +103,9 @@ static KT_U32 counterOf(const Life& life, Counter counter) {
     case POWER_CYCLES:
         return life.powerCycles;
     case WEAR:
-        return life.age.wear;
+        return life.wear;
+    case WRITTEN:
+        return life.written;
     case UNCORRECTABLE:
         return life.age.uncorrectable;
     case TEMPERATURE:
@@ -137,21 +119,20 @@ static KT_U32 counterOf(const Life& life, Counter counter) {
     }
 }
 
-static KT_U8 valueOf(const Attribute& attribute, KT_U32 counter) {
-    const KT_U32 lost = counter / attribute.perPoint;
+static KT_U8 valueOf(const Attribute& attribute, KT_U64 counter) {
+    const KT_U64 lost = attribute.perPoint ? counter / attribute.perPoint : 0;
     return static_cast<KT_U8>(lost + 1 < attribute.start ? attribute.start - lost : 1);
 }
 
 /* The counter at the disk's worst moment; only what recovers was ever worse than now. */
-static KT_U32 worstCounter(const Life& life, Counter counter) {
+static KT_U64 worstCounter(const Life& life, Counter counter) {
     if (counter == PENDING) return std::max(life.age.mostPending, life.age.pending);
-    const KT_U32 now = counterOf(life, counter);
-    return counter == TEMPERATURE ? now - life.age.warmth + std::max(life.age.mostWarmth, life.age.warmth) : now;
+    return counter == TEMPERATURE ? life.hottest : counterOf(life, counter);
 }
 
 static _SMART_Attribute describe(const Attribute& attribute, const Life& life) {
     _SMART_Attribute described = {};
-    const KT_U32 counter = counterOf(life, attribute.counter);
+    const KT_U64 counter = counterOf(life, attribute.counter);
     described.Id = attribute.id;
     described.Current = valueOf(attribute, counter);
     described.Worst = valueOf(attribute, worstCounter(life, attribute.counter));
@@ -164,9 +145,8 @@ static _SMART_Attribute describe(const Attribute& attribute, const Life& life) {
     return described;
 }
 
-static _SMART_Info describeAll(const Context& context, KT_U16 pd, const _HD_Info& disk) {
+static _SMART_Info describeAll(const Life& life, const _HD_Info& disk) {
     _SMART_Info info = {};
-    const Life life = lifeOf(context, pd, disk);
     const auto add = [&](const Attribute& attribute) {
         info.Attributes[info.AttributeCount++] = describe(attribute, life);
     };
@@ -176,6 +156,13 @@ static _SMART_Info describeAll(const Context& context, KT_U16 pd, const _HD_Info
         std::for_each(std::begin(SPINNING), std::end(SPINNING), add);
     }
     return info;
+}
+
+/* As it is at this very moment. */
+static _SMART_Info describeNow(const Context& context, KT_U16 pd, const _HD_Info& disk) {
+    Life life = lifeOf(context, pd, disk);
+    life.temperature += static_cast<KT_U64>(warmthNow(context, pd));
+    return describeAll(life, disk);
 }
 
 static bool isFailing(const _SMART_Info& info) {
@@ -216,7 +203,7 @@ KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info) {
     if (status != KT_OK) return status;
     if (!knowsSmart(disk)) return KT_ERR_NOT_SUPPORTED;
     if (!state.config.SMARTOn) return KT_ERR_INVALID_REQUEST;
-    info = describeAll(context, pd, disk);
+    info = describeNow(context, pd, disk);
     explainTrip(state, info);
     return KT_OK;
 }
@@ -269,7 +256,7 @@ KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& comman
     const PdState before = state;
     bool done = isHarmless(command.Command);
     if (command.Command == KT_ATA_SMART)
-        done = doSmart(disk, state, state.smartTripped || isFailing(describeAll(context, pd, disk)), command);
+        done = doSmart(disk, state, state.smartTripped || isFailing(describeNow(context, pd, disk)), command);
     if (command.Command == ATA_SET_FEATURES) done = doSetFeatures(state, command);
     if (!done) {
         command.Status = ATA_ERROR;
@@ -288,10 +275,6 @@ static void logTable(const Context& context, KT_U16 pd, KT_U32 before, KT_U32 no
         logEvent(context, EVT_PD, EVT_BAD_BLOCKS_FULL, pd, SEV_MAJOR);
 }
 
-static DiskAge ageOf(const Context& context, KT_U16 pd) {
-    return find<DiskAge>(context, pd).value_or(DiskAge{});
-}
-
 static void addTo(KT_U32& count, KT_U32 amount) {
     count = static_cast<KT_U32>(std::min<KT_U64>(KT_U64{count} + amount, 0xFFFFFFU));
 }
@@ -305,7 +288,8 @@ static KT_U8 keepAge(const Context& context, KT_U16 pd, DiskAge age) {
     logTable(context, pd, reallocated, age.reallocated);
     const auto disk = find<_HD_Info>(context, pd);
     const auto state = find<PdState>(context, pd);
-    const bool trips = disk && state && !state->smartTripped && isFailing(describeAll(context, pd, *disk));
+    const bool trips =
+        disk && state && !state->smartTripped && isFailing(describeAll(lifeOf(context, pd, *disk), *disk));
     return trips && (disk->FeatureSupport & KT_HD_SMART) ? tripSmart(context, pd, true) : KT_U8{KT_OK};
 }
 
@@ -335,6 +319,14 @@ void countReassigned(const Context& context, KT_U16 pd, KT_U32 sectors, KT_U32 k
     DiskAge age = ageOf(context, pd);
     age.pending -= std::min(age.pending, known);
     addTo(age.reallocated, sectors);
+    keepAge(context, pd, age);
+}
+
+void countWritten(const Context& context, KT_U16 pd, KT_U64 kib) {
+    const auto disk = find<_HD_Info>(context, pd);
+    if (!disk || !isSolidState(*disk) || kib == 0) return;
+    DiskAge age = ageOf(context, pd);
+    age.writtenKib += kib;
     keepAge(context, pd, age);
 }
 

@@ -22,6 +22,8 @@ std::vector<std::string> agingWords();
    were counted as unreadable before. */
 void countUnreadable(const Context& context, KT_U16 pd, KT_U32 sectors);
 void countReassigned(const Context& context, KT_U16 pd, KT_U32 sectors, KT_U32 known);
+/* An activity has written that much to the disk, which wears a solid state one. */
+void countWritten(const Context& context, KT_U16 pd, KT_U64 kib);
 /* Sectors that the drive can still put elsewhere. */
 KT_U32 sectorsToSpare(const Context& context, KT_U16 pd);
 
