@@ -322,6 +322,16 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(newEvents(PLAIN), std::vector<std::string>({"2/0 of 4"})) << "what was stopped does not fail";
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
     EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
+    ASSERT_EQ(createDg(KT_RAID6, {0, 1, 2, 3}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID6, 4000), KT_OK);
+    disk(ARRAYS, sim::failDisk, 0);
+    disk(ARRAYS, sim::failDisk, 1);
+    ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 2, Ids{4, 5}.data()), KT_OK);
+    disk(ARRAYS, sim::failDisk, 4);
+    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "the other one is filled all the same";
+    EXPECT_EQ(roleOf(ARRAYS, 4), KT_PD_OFFLINE);
+    disk(ARRAYS, sim::failDisk, 5);
+    EXPECT_EQ(activity(ARRAYS, 0), "0/0 0");
 }
 
 TEST_F(Raid, GreaterActivitiesGoFirst) {

@@ -31,12 +31,13 @@ static std::vector<Owner> groupsOn(const Context& context, KT_U16 pd) {
     return owners;
 }
 
-static void markBlocks(const Context& context, KT_U16 pd, KT_U8 status) {
+/* What was still being filled has nothing to come back with: it goes with the rebuild. */
+static void setBlocksOffline(const Context& context, KT_U16 pd) {
     const _HD_Block_Info list = blocksOf(context, pd);
     for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
         auto block = find<_Block_Info>(context, list.BlkIDs[i]);
-        if (!block) continue;
-        block->Status = status;
+        if (!block || block->Status != BLOCK_GOOD) continue;
+        block->Status = BLOCK_OFFLINE;
         updateBlock(context, *block);
     }
 }
@@ -62,8 +63,8 @@ static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
         if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
     }
     const Activity job = jobOf(context, group.owner);
-    const bool writesIt = isRebuildLike(job) && job.disk == pd;
-    if (writesIt || isCopiedFrom(group, job, pd)) failRebuild(context, group.owner);
+    if (isRebuildLike(job)) loseTarget(context, group.owner, pd);
+    if (isCopiedFrom(group, job, pd)) failRebuild(context, group.owner);
 }
 
 /* A migration also needs the disks it moves to, without which an array's own members may do. */
@@ -121,7 +122,7 @@ void loseDisk(const Context& context, KT_U16 pd) {
     disk.state.left = context.now;
     disk.state.config.Online = 0;
     saveDisk(context, disk);
-    markBlocks(context, pd, BLOCK_OFFLINE);
+    setBlocksOffline(context, pd);
     followUp(context, owners, pd);
 }
 

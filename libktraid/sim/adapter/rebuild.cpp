@@ -271,6 +271,20 @@ static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) 
     return false;
 }
 
+void loseTarget(const Context& context, Owner owner, KT_U16 pd) {
+    Activity job = jobOf(context, owner);
+    Group group = groupOf(context, owner);
+    if (job.disk != pd && !isHalfFilled(context, group, pd)) return;
+    removeMember(context, group, pd);
+    if (job.disk != pd) return;
+    group = groupOf(context, owner);
+    const auto other = std::find_if(group.members.begin(), group.members.end(),
+                                    [&](KT_U16 member) { return isHalfFilled(context, group, member); });
+    if (other == group.members.end()) return failRebuild(context, owner);
+    job.disk = *other;
+    saveJob(context, owner, job);
+}
+
 void failRebuild(const Context& context, Owner owner) {
     const Activity job = jobOf(context, owner);
     dropJob(context, owner);

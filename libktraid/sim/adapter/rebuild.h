@@ -17,6 +17,8 @@ void engageSpares(const Context& context);
 /* The end of a rebuild or copy back of a virtual disk or an array. */
 void finishRebuild(const Context& context, Owner owner);
 void finishCopyBack(const Context& context, Owner owner);
+/* The disk is no longer filled; the rebuild or copy back fails when it fills no other. */
+void loseTarget(const Context& context, Owner owner, KT_U16 pd);
 /* Ends the owner's rebuild or copy back without success; its target gives up what it had got. */
 void failRebuild(const Context& context, Owner owner);
 
