@@ -56,12 +56,7 @@ inline void layOut() {
     vd().BlkCount = vd().HDCount = array().PDCount = 3;
     vd().SectorCoefficient = 8;
     array().BlockSize = 512;
-    for (KT_U16 id = 0; id < 10; ++id) {
-        seam.disks.push_back({id, KT_NO_ID, 0, {}});
-        seam.hds.push_back({});
-        seam.hds.back().Link.Self.DevID = id;
-        seam.hds.back().BlockSize = 512;
-    }
+    addDisks(10);
     for (KT_U16 id = 1; id <= 3; ++id) {
         _Block_Info block = {};
         block.ID = static_cast<KT_U16>(10 + id);

@@ -16,12 +16,7 @@ class Creation : public testing::Test {
         adapter.MaxParityDisks = 3;
         adapter.MaxVDPerDG = 8;
         arrayBasedRaid = false;
-        for (KT_U16 id = 0; id < 10; ++id) {
-            seam.disks.push_back({id, KT_NO_ID, 0, {}});
-            seam.hds.push_back({});
-            seam.hds.back().Link.Self.DevID = id;
-            seam.hds.back().BlockSize = 512;
-        }
+        addDisks(10);
         _DG_Info array = {};
         array.DGID = 3;
         array.RaidMode = KT_RAID6;

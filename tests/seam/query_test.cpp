@@ -75,15 +75,6 @@ class Query : public testing::Test {
         answers = {};
         gAdapterInfo[0] = {};
     }
-    static void addDisks(KT_U16 count, KT_U8 type = KT_HD_SATA) {
-        for (KT_U16 id = 0; id < count; ++id) {
-            _HD_Info disk = {};
-            disk.Link.Self.DevID = id;
-            disk.HDType = type;
-            seam.hds.push_back(disk);
-            seam.disks.push_back({id, KT_NO_ID, KT_U8{0}, {}});
-        }
-    }
 };
 const char DUPLICATED[] = "Duplicated option specified.\n";
 } // namespace
@@ -153,7 +144,7 @@ TEST_F(Query, LocatesImportsAndReportsWhatIsNamed) {
 }
 
 TEST_F(Query, MapsAnyNumberOfDevicesAndOnlyFreeDisksUnasked) {
-    addDisks(300);
+    addDisks(300, KT_HD_SATA);
     for (KT_U8 used = 1; used != 0; used = static_cast<KT_U8>(used << 1))
         if (used & KT_PD_NOT_FREE) seam.disks[used].Status = used;
     seam.disks[2].Status = KT_PD_SPARE_IN_USE | KT_PD_MEDIA_PATROL;
@@ -192,7 +183,7 @@ TEST_F(Query, AsksEachEnclosureForEachElement) {
 }
 
 TEST_F(Query, ReadsSmartRecordsWithinTheirFields) {
-    addDisks(2);
+    addDisks(2, KT_HD_SATA);
     seam.hds[1].HDType = KT_HD_SATA | KT_HD_SAS;
     answers.driveStatus = 'O';
     EXPECT_EQ("SMART STATUS RETURN: OK.\n", run(doSmart, "smart -p 0").printed);

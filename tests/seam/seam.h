@@ -43,6 +43,17 @@ struct Seam {
 };
 extern Seam seam;
 
+// Adds free disks, with ids from 0 on.
+inline void addDisks(KT_U16 count, KT_U8 type = 0) {
+    for (KT_U16 id = 0; id < count; ++id) {
+        seam.disks.push_back({id, KT_NO_ID, 0, {}});
+        seam.hds.push_back({});
+        seam.hds.back().Link.Self.DevID = id;
+        seam.hds.back().BlockSize = 512;
+        seam.hds.back().HDType = type;
+    }
+}
+
 struct Outcome {
     std::string line;
     int result;
