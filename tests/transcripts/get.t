@@ -6,10 +6,8 @@ The settings of disks, arrays, virtual disks and adapters, and the links of hybr
   hard disk id:            3
   write cache:             on
   drive speed:             6 Gb/s
-  $ kt get -o HD | tail -3
-  hard disk id:            12
-  write cache:             on
-  drive speed:             6 Gb/s
+  $ kt get -o HD | grep -c '^drive speed'
+  13
   $ kt get -o array
   array id:                0
   write cache:             on

@@ -45,9 +45,6 @@ A word that is no command; exit and its like leave at once.
   $ kt se
   Ambiguous command 'se'!
   [1]
-  $ kt fla
-  Ambiguous command 'fla'!
-  [1]
   $ kt exit
   [255]
   $ kt VERS
@@ -61,11 +58,6 @@ No adapter, and a library that cannot start.
   No adapter is found.
   SG driver version 3.5.36.
   CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
-  $ ktsetup adapter
-  No adapter is found.
-  SG driver version 3.5.36.
-  Total number of adapters: 0
-  Current default adapter ID for CLI commands: 0
   $ lab full
   $ ktsetup adapter
   SG driver version 3.5.36.
