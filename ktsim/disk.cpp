@@ -109,16 +109,21 @@ static KT_U32 spoilAt(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskO
     return spoiled;
 }
 
+[[noreturn]] static void failToSpoil(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskOptions& wanted) {
+    const std::string name = "disk " + std::to_string(pd);
+    if (badSectorCount(context, pd) >= BAD_SECTORS_KEPT)
+        throw CommandFailure{name + " has " + std::to_string(BAD_SECTORS_KEPT) + " bad sectors, the most it can have"};
+    if (wanted.lba == NEVER && flaw == FLAW_WRONG) throw CommandFailure{"no redundant virtual disk lies on " + name};
+    throw CommandFailure{name + " has these bad sectors already"};
+}
+
 static KT_U8 spoil(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskOptions& wanted) {
     if (!find<_HD_Info>(context, pd)) return KT_ERR_INVALID_PD;
     KT_U64 first = wanted.lba;
     const KT_U32 spoiled = wanted.lba == NEVER
                                ? addBadSectors(context, pd, BadSector{flaw, 0, {}}, wanted.amount, &first)
                                : spoilAt(context, pd, flaw, wanted);
-    const std::string name = "disk " + std::to_string(pd);
-    if (spoiled == 0 && wanted.lba == NEVER && flaw == FLAW_WRONG && badSectorCount(context, pd) < BAD_SECTORS_KEPT)
-        throw CommandFailure{"no redundant virtual disk lies on " + name};
-    if (spoiled == 0) throw CommandFailure{name + " is no worse for it"};
+    if (spoiled == 0) failToSpoil(context, pd, flaw, wanted);
     printSpoiled(pd, flaw, spoiled, first);
     /* What runs has been there or will get there. */
     applyRates(context);

@@ -1,5 +1,6 @@
 #include "adapter/activity.h"
 #include "adapter/battery.h"
+#include "adapter/surface.h"
 #include "clock.h"
 #include "commands.h"
 
@@ -178,11 +179,18 @@ static std::string typeText(const _HD_Info& disk) {
     return type;
 }
 
+static std::string surfaceText(const Context& context, KT_U16 pd) {
+    const KT_U64 bad = badSectorCount(context, pd);
+    if (bad == 0) return "";
+    return ", " + std::to_string(bad) + (bad == 1 ? " bad sector" : " bad sectors");
+}
+
 static void printDisk(const Context& context, KT_U64 id, const _HD_Info& disk) {
     const PdState state = find<PdState>(context, id).value_or(PdState{});
-    printf("  PD %-5llu %-21s %-8s %9s  %s\n", static_cast<unsigned long long>(id),
+    printf("  PD %-5llu %-21s %-8s %9s  %s%s\n", static_cast<unsigned long long>(id),
            printable(disk.Model, sizeof disk.Model).substr(0, 21).c_str(), typeText(disk).c_str(),
-           sizeText(disk.Size / 1024 * disk.BlockSize).c_str(), roleText(state).c_str());
+           sizeText(disk.Size / 1024 * disk.BlockSize).c_str(), roleText(state).c_str(),
+           surfaceText(context, static_cast<KT_U16>(id)).c_str());
     if (state.patrol.kind) printf("          %s\n", progressText(state.patrol, "media patrol", context.now).c_str());
 }
 

@@ -218,6 +218,24 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
     PD 1     Gannet GT1000G        SATA     931.5 GiB  member
     PD 9     Gannet GT1000G        SATA     931.5 GiB  member
 
+What is wrong on a disk shows where a person looks for it, and when something reads there.
+
+  $ ktsim disk damage 3 --lba 64 --count 2 --force && ktsim disk corrupt 3 --force --count 3 && ktsim disk damage 12
+  Disk 3: 2 sectors cannot be read (the first: LBA 0x40).
+  Disk 3: 3 sectors hold wrong data (the first: LBA 0x13526b580).
+  Disk 12: 1 sector cannot be read (LBA 0x2d393ca7).
+  $ ktsim disk damage 3 --lba 64 --force
+  ktsim: disk 3 has these bad sectors already
+  [1]
+  $ ktsim disk corrupt 12 --lba 0x10 --force
+  ktsim: no redundant virtual disk has LBA 16 of disk 12
+  [1]
+  $ ktsim disk damage 3 --count 0
+  ktsim: --count: Value 0 not in range 1 to 1000 (--help tells more)
+  [2]
+  $ ktsim status | grep 'PD 3 .*bad'
+    PD 3     Gannet GT4000G        SATA       3.6 TiB  member of array 2, 5 bad sectors
+
 Elements of enclosures.
 
   $ ktsim enclosure show
