@@ -1,4 +1,5 @@
 #include "adapter/blocks.h"
+#include "adapter/diskIds.h"
 #include "adapter/foreign.h"
 #include "adapter/health.h"
 #include "adapter/jobs.h"
@@ -188,15 +189,21 @@ static void insertFrom(const Options& options, const InsertOptions& wanted, Stor
         printf("Disk %u of %s is disk %u here.\n", unsigned{there[i]}, wanted.from.c_str(), unsigned{here[i]});
 }
 
+static void putBack(const Options& options, const std::vector<unsigned>& ids) {
+    std::vector<KT_U16> here;
+    changeAdapter(options, [&](Context& context) {
+        for (const unsigned id : ids) {
+            here.push_back(idOnReturn(context, static_cast<KT_U16>(id)));
+            checkDone(insertDisk(context, here.back()), id, " that was pulled");
+        }
+        settleAll(context.store);
+    });
+    for (size_t i = 0; i < ids.size(); i++)
+        if (here[i] != ids[i]) printf("Pulled disk %u is disk %u now.\n", ids[i], unsigned{here[i]});
+}
+
 static void insert(const Options& options, const InsertOptions& wanted) {
-    if (wanted.from.empty()) {
-        changeAdapter(options, [&](Context& context) {
-            for (const unsigned id : wanted.ids)
-                checkDone(insertDisk(context, static_cast<KT_U16>(id)), id, " that was pulled");
-            settleAll(context.store);
-        });
-        return;
-    }
+    if (wanted.from.empty()) return putBack(options, wanted.ids);
     const std::unique_ptr<Store, void (*)(Store*)> source(openSource(wanted.from), closeStore);
     insertFrom(options, wanted, *source);
 }

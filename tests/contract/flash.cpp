@@ -160,6 +160,7 @@ TEST_F(Flash, RawImagesNeedLeave) {
     config.rawimg_update_disabled = 1;
     ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
     EXPECT_EQ(update(KT_IMAGE_RAW, "any bytes"), KT_ERR_NOT_ON_THIS_ADAPTER);
+    EXPECT_EQ(KT_Flash_Bin(0, KT_FLASH_ERASE, KT_IMAGE_RAW, page("").get()), KT_ERR_NOT_ON_THIS_ADAPTER);
 }
 
 TEST_F(Flash, EraseTakesVersionAndHealth) {

@@ -111,6 +111,7 @@ static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUp
     return KT_OK;
 }
 
+/* Whether the adapter lets this image be written or erased. */
 static KT_U8 checkUpdate(const Context& context, const ImageKind& kind) {
     const _Adapter_Info info = adapterInfo(context);
     const auto config = find<_Adapter_Config_V2>(context, 0);
@@ -228,6 +229,8 @@ KT_U8 eraseImage(const Context& context, KT_U8 type) {
         eraseSettingsPage(context);
         return KT_OK;
     }
+    const KT_U8 status = checkUpdate(context, *kind);
+    if (status != KT_OK) return status;
     eraseRegion(context, *kind);
     if (type == KT_IMAGE_BIOS) eraseRegion(context, *imageKind(KT_IMAGE_AUTOLOAD));
     return KT_OK;
