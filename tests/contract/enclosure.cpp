@@ -1,6 +1,7 @@
 #include "frame.h"
 
 #include "adapter/enclosure.h"
+#include "adapter/health.h"
 
 /* Enclosure 1 as it comes, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first. */
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
@@ -75,6 +76,25 @@ TEST_F(Enclosure, SlotsFollowTheirDisks) {
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 255), "02000000") << "all of them are as well as the worst";
 }
 
+TEST_F(Enclosure, SlotsTellOfTheirArrays) {
+    start(R"({"adapters": [{"type": "array-based", "expanders": [{}], "enclosures": [{"id": 1}],
+      "disks": [{"count": 3, "size": "100GB", "on": "expander", "enclosure": 1},
+                {"size": "100GB", "on": "expander", "enclosure": 1, "spare": "global"}],
+      "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"size": "10GiB"}]}]}]})");
+    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::failDisk(context, 0), KT_OK); });
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "02000040");
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01880000") << "in a critical array";
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01aa0000") << "the spare is rebuilt onto";
+    advance(3600);
+    ASSERT_EQ(KT_LD_StartConsistencyCheck(0, 0, 0), KT_OK);
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01900000") << "checked";
+    outside(0, [](sim::Context& context) {
+        EXPECT_EQ(sim::failDisk(context, 1), KT_OK);
+        EXPECT_EQ(sim::failDisk(context, 2), KT_OK);
+    });
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01a40000") << "in a failed one";
+}
+
 TEST_F(Enclosure, ElementsTakeConditions) {
     EXPECT_EQ(status(4, KT_SES_POWER_SUPPLY, 0), "020000e2") << "as the lab says";
     EXPECT_EQ(enclosureStatus(4), 2);
@@ -97,8 +117,12 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     const auto condition = [&](KT_U8 type, KT_U8 element, const char* word) {
         outside(0, [&](sim::Context& context) { sim::setElementCondition(context, 1, type, element, word); });
     };
+    condition(KT_SES_POWER_SUPPLY, 0, "missing");
     condition(KT_SES_ALARM, 0, "muted");
+    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000042");
     condition(KT_SES_COOLING, 2, "ok");
+    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000044") << "better, and still muted";
+    condition(KT_SES_POWER_SUPPLY, 0, "ok");
     EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000000");
     condition(KT_SES_POWER_SUPPLY, 0, "missing");
     EXPECT_EQ(enclosureStatus(1), 3) << "a supply is missed";

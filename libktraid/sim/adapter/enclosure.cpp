@@ -1,5 +1,7 @@
 #include "adapter/enclosure.h"
 
+#include "adapter/blocks.h"
+#include "adapter/jobs.h"
 #include "events.h"
 
 #include <algorithm>
@@ -11,9 +13,19 @@ namespace sim {
 enum : KT_U8 { SES_OK = 1, SES_CRITICAL = 2, SES_NONCRITICAL = 3, SES_NOT_INSTALLED = 5, SES_CODE_MASK = 0x0F };
 enum : KT_U8 { SES_PREDICTED_FAILURE = 0x40 };
 /* Bits of the slot elements. */
-enum : KT_U8 { SLOT_OK = 0x80, SLOT_SPARE = 0x20, SLOT_REBUILD = 0x02, SLOT_IDENT = 0x02, SLOT_FAULT = 0x40 };
+enum : KT_U8 {
+    SLOT_OK = 0x80,
+    SLOT_SPARE = 0x20,
+    SLOT_CHECK = 0x10,
+    SLOT_CRITICAL_ARRAY = 0x08,
+    SLOT_FAILED_ARRAY = 0x04,
+    SLOT_REBUILD = 0x02,
+    SLOT_REBUILD_ABORTED = 0x01,
+    SLOT_IDENT = 0x02,
+    SLOT_FAULT = 0x40
+};
 /* Bits of the others. */
-enum : KT_U8 { TONE_NONCRITICAL = 0x04, TONE_CRITICAL = 0x02 };
+enum : KT_U8 { ALARM_MUTED = 0x40, TONE_NONCRITICAL = 0x04, TONE_CRITICAL = 0x02 };
 enum : KT_U8 { HOT_SWAP = 0x80, REQUESTED_ON = 0x20, FAN_SPEED_CODE = 0x03 };
 static const int FAN_RPM = 5200;
 static const int CELSIUS_OFFSET = 20;
@@ -77,8 +89,8 @@ static const Condition CONDITIONS[] = {
     {"open", 12, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0x01}, SEV_WARNING},
     {"failed", NO_EVENT, KT_SES_DOOR_LOCK, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
     {"ok", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, 0}, SEV_INFO},
-    {"sounding", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, 0x02}, SEV_INFO},
-    {"muted", 8, KT_SES_ALARM, {SES_OK, 0, 0, 0x40 | 0x02}, SEV_INFO},
+    {"sounding", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, TONE_CRITICAL}, SEV_INFO},
+    {"muted", 8, KT_SES_ALARM, {SES_OK, 0, 0, ALARM_MUTED | TONE_CRITICAL}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_ALARM, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
     {"ok", NO_EVENT, KT_SES_DISPLAY, {SES_OK, 0x01, 'A', '1'}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_DISPLAY, {SES_CRITICAL, 0x41, 0, 0}, SEV_MAJOR},
@@ -142,13 +154,23 @@ static std::optional<KT_U16> diskInSlot(const Context& context, KT_U16 enclosure
     return found;
 }
 
-static bool isBeingRebuilt(const Context& context, KT_U16 pd) {
-    bool rebuilt = false;
-    forEach<VdState>(context, 0, [&](KT_U64, const VdState& vd) {
-        rebuilt = vd.activity.kind == KT_BGA_REBUILD && vd.activity.disk == pd;
-        return !rebuilt;
-    });
-    return rebuilt;
+/* What an array device element says of the virtual disks on the disk. */
+static KT_U8 raidBits(const Context& context, KT_U16 pd) {
+    KT_U8 bits = 0;
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        Vd vd = {};
+        if (!block || findVd(context, block->LDID, vd) != KT_OK) continue;
+        const Activity job = shownActivity(context, vd);
+        const bool checked = job.kind == KT_BGA_CHECK || job.kind == KT_BGA_CHECK_FIX;
+        if (block->Status == BLOCK_REBUILDING || block->Status == BLOCK_COPYING)
+            bits |= isAlive(job) ? SLOT_REBUILD : SLOT_REBUILD_ABORTED;
+        if (checked && job.state == KT_STATE_RUNNING) bits |= SLOT_CHECK;
+        if (vd.info.Status == KT_VD_DEGRADED) bits |= SLOT_CRITICAL_ARRAY;
+        if (vd.info.Status == KT_VD_OFFLINE) bits |= SLOT_FAILED_ARRAY;
+    }
+    return bits;
 }
 
 static void fillSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, KT_U8 (&status)[4]) {
@@ -168,7 +190,7 @@ static void fillSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8
     if (type == KT_SES_ARRAY_DEVICE) {
         status[1] = fault ? 0 : SLOT_OK;
         if (state.raid & KT_PD_SPARE) status[1] |= SLOT_SPARE;
-        if (isBeingRebuilt(context, *pd)) status[1] |= SLOT_REBUILD;
+        status[1] |= raidBits(context, *pd);
     }
     if (disk && disk->LocateLEDStatus == 1) status[2] |= SLOT_IDENT;
     if (fault) status[3] |= SLOT_FAULT;
@@ -286,13 +308,15 @@ void countElementTypes(const Context& context, KT_U16 enclosure) {
 
 /* What befalls them. */
 
-/* The alarm sounds when the enclosure gets worse, whether or not it was muted, and falls silent when all is well. */
-static void soundAlarms(const Context& context, KT_U16 enclosure, KT_U8 status) {
+/* The alarm says how bad the enclosure is, whether or not it was muted when that gets worse, and is silent when all is
+   well. */
+static void soundAlarms(const Context& context, KT_U16 enclosure, KT_U8 status, bool worse) {
     const KT_U8 elements = countElements(context, enclosure, KT_SES_ALARM);
     for (KT_U8 element = 0; element < elements; element++) {
         auto row = find<EnclosureElement>(context, elementId(enclosure, KT_SES_ALARM, element));
         if (!row || (row->status[0] & SES_CODE_MASK) != SES_OK) continue;
-        row->status[3] = status == SES_CRITICAL ? KT_U8{TONE_CRITICAL} : KT_U8{TONE_NONCRITICAL};
+        const KT_U8 muted = worse ? KT_U8{0} : static_cast<KT_U8>(row->status[3] & ALARM_MUTED);
+        row->status[3] = muted | (status == SES_CRITICAL ? KT_U8{TONE_CRITICAL} : KT_U8{TONE_NONCRITICAL});
         if (status == 0) row->status[3] = 0;
         save(context, elementId(enclosure, KT_SES_ALARM, element), *row);
     }
@@ -324,8 +348,8 @@ static void refreshEnclosure(const Context& context, KT_U16 enclosure) {
     }
     info->Status = worst == SES_OK ? KT_U8{0} : worst;
     save(context, enclosure, *info);
-    const bool recovered = worst == SES_OK && before != SES_OK;
-    if (badness(worst) > badness(before) || recovered) soundAlarms(context, enclosure, info->Status);
+    const int change = badness(worst) - badness(before);
+    if (change != 0) soundAlarms(context, enclosure, info->Status, change > 0);
 }
 
 static void putStatus(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, const KT_U8 (&status)[4],
@@ -344,7 +368,12 @@ bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, K
     const Condition* condition = conditionNamed(type, word);
     if (!condition || isSlot(type) || element == OVERALL_ELEMENT) return false;
     if (checkElement(context, enclosure, type, element) != KT_OK) return false;
-    putStatus(context, enclosure, type, element, condition->status, condition->event, condition->severity);
+    KT_U8 status[4];
+    memcpy(status, condition->status, sizeof status);
+    const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
+    const KT_U8 tone = type == KT_SES_ALARM && row ? row->status[3] & (TONE_CRITICAL | TONE_NONCRITICAL) : 0;
+    if ((status[3] & ALARM_MUTED) && tone) status[3] = ALARM_MUTED | tone;
+    putStatus(context, enclosure, type, element, status, condition->event, condition->severity);
     return true;
 }
 
