@@ -287,8 +287,10 @@ TEST_F(Flash, SettingsPageRefuses) {
     std::string wrong = sound;
     wrong[60] ^= 1;
     EXPECT_EQ(update(KT_IMAGE_CONFIG, wrong), KT_ERR_FLASH_DATA) << "the sum";
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/24 of 0", "10/19 of 0"}));
     settings.Signature[0] = 'X';
     EXPECT_EQ(writeSettings(settings), KT_ERR_FLASH_DATA);
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/23 of 0", "10/19 of 0"}));
     settings.Signature[0] = 'T';
     settings.MP_Rate = 101;
     EXPECT_EQ(writeSettings(settings), KT_ERR_FLASH_DATA);

@@ -128,7 +128,10 @@ static KT_U8 updatePage(Context& context, const _Flash_Data& page) {
     _HBA_Info_Page settings;
     memcpy(&settings, page.Data, sizeof settings);
     const KT_U8 status = writeSettingsPage(context, settings);
-    if (status != KT_OK) return failWith(context, EVT_UPDATE_FAILED, status);
+    if (status != KT_OK) {
+        logEvent(context, EVT_FLASH, isSigned(settings) ? EVT_BAD_DATA : EVT_BAD_HEADER, context.adapter, SEV_MAJOR);
+        return failWith(context, EVT_UPDATE_FAILED, status);
+    }
     logEvent(context, EVT_FLASH, EVT_UPDATED, context.adapter, SEV_INFO);
     return KT_OK;
 }

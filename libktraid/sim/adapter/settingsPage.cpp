@@ -84,11 +84,15 @@ _HBA_Info_Page settingsPage(const Context& context) {
     return stored ? *stored : factoryPage(context);
 }
 
+bool isSigned(const _HBA_Info_Page& page) {
+    return memcmp(page.Signature, SIGNATURE, sizeof SIGNATURE) == 0;
+}
+
 static bool pageIsSound(const _HBA_Info_Page& page) {
     const bool rates = std::all_of(std::begin(RATES), std::end(RATES), [&](const RateField& rate) {
         return reinterpret_cast<const KT_U8*>(&page)[rate.page] <= LARGEST_RATE;
     });
-    return memcmp(page.Signature, SIGNATURE, sizeof SIGNATURE) == 0 && sumOf(page) == 0 && rates;
+    return isSigned(page) && sumOf(page) == 0 && rates;
 }
 
 /* The adapter's record and settings after a page was written. */
