@@ -14,7 +14,6 @@ using namespace sim;
 
 /* Whether media patrol reads one of the disks under this virtual disk. */
 static bool patrolled(const Context& context, const _LD_Info& vd) {
-    if (find<AdapterState>(context, 0).value_or(AdapterState{}).patrols == 0) return false;
     for (const KT_U16 blockId : vd.BlockIDs) {
         if (blockId == KT_NO_ID) continue;
         const auto block = find<_Block_Info>(context, blockId);
@@ -24,15 +23,14 @@ static bool patrolled(const Context& context, const _LD_Info& vd) {
     return false;
 }
 
-static bool fillStatus(Context& context, KT_U16 id, const _LD_Info& vd, _LD_STATUS& status) {
-    const Activity job = shownActivity(context, Vd{vd, find<VdState>(context, id).value_or(VdState{})});
+static void fillStatus(const Context& context, KT_U16 id, const _LD_Info& vd, _LD_STATUS& status) {
     status.LDID = id;
     status.Status = vd.Status;
+    if (vd.BGAStatus == KT_STATE_NONE) return;
+    const Activity job = shownActivity(context, Vd{vd, find<VdState>(context, id).value_or(VdState{})});
     status.Bga = job.kind;
     status.BgaState = job.state;
     if (job.kind) status.BgaPercentage = static_cast<KT_U16>(activityPercent(job, context.now));
-    if (patrolled(context, vd)) status.BgaExt = KT_BGAEXT_MEDIA_PATROL;
-    return true;
 }
 
 static bool fillConfig(Context& context, KT_U16 id, const _LD_Info& vd, _LD_Config& config) {
@@ -47,7 +45,15 @@ KT_U8 KT_LD_GetInfo(KT_U8 a, _LD_Info_Request* request) {
 }
 
 KT_U8 KT_LD_GetStatus(KT_U8 a, _LD_Status_Request* request) {
-    return listCall<_LD_Info, _LD_STATUS>("KT_LD_GetStatus", a, request, KT_ERR_INVALID_VD, fillStatus);
+    std::optional<bool> patrols; /* any on the adapter; looked up once */
+    return listCall<_LD_Info, _LD_STATUS>(
+        "KT_LD_GetStatus", a, request, KT_ERR_INVALID_VD,
+        [&](const Context& context, KT_U16 id, const _LD_Info& vd, _LD_STATUS& status) {
+            fillStatus(context, id, vd, status);
+            if (!patrols) patrols = find<AdapterState>(context, 0).value_or(AdapterState{}).patrols != 0;
+            if (*patrols && patrolled(context, vd)) status.BgaExt = KT_BGAEXT_MEDIA_PATROL;
+            return true;
+        });
 }
 
 KT_U8 KT_LD_GetConfig(KT_U8 a, _LD_Config_Request* request) {
