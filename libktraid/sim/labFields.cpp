@@ -197,6 +197,7 @@ static constexpr Field PD_STATE_FIELDS[] = {
     NUM(PdState, hasOs),
     NUM(PdState, dgid),
     NUM(PdState, smartTripped),
+    NUM(PdState, toldTooSmall),
     NUM(PdState, reservedKib),
     ACTIVITY(PdState, patrol),
 };

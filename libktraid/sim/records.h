@@ -120,6 +120,8 @@ struct DgState {
 
 enum : KT_U8 { PD_HEALTHY = 0, PD_FAILED = 1 };
 
+enum : KT_U8 { TOLD_REBUILD = 1, TOLD_COPY_BACK = 2 };
+
 struct PdState {
     _HD_CONFIG config;
     KT_U8 raid;   /* KT_PD_* flags of _HD_RAID_STATUS */
@@ -128,7 +130,7 @@ struct PdState {
     KT_U8 hasOs;
     KT_U16 dgid; /* the array it is a member or the dedicated spare of; KT_NO_ID = none */
     KT_U8 smartTripped;
-    KT_U8 reserved[1];
+    KT_U8 toldTooSmall; /* TOLD_*: what it is too small for was logged since a disk was lost */
     KT_U64 left;        /* milliseconds: when it went offline */
     KT_U64 reservedKib; /* kept at the disk's end for metadata; the rest is its valid size */
     Activity patrol;

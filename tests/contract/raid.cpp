@@ -267,6 +267,11 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 10");
     advance(57);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE) << "only 5000 MB are left to fill";
+    newEvents(ARRAYS);
+    outside(ARRAYS, [](sim::Context& context) { sim::replaceDisk(context, 1, 2000000); });
+    disk(ARRAYS, sim::pullDisk, 6);
+    EXPECT_EQ(newEvents(ARRAYS),
+              (std::vector<std::string>{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));
 }
 
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {

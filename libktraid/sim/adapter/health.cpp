@@ -99,6 +99,20 @@ static void failPatrol(const Context& context, KT_U16 pd) {
     if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
 }
 
+/* Another loss: what is of no use for it is worth telling. */
+static void forgetTold(const Context& context) {
+    std::vector<KT_U16> told;
+    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& disk) {
+        if (disk.toldTooSmall) told.push_back(static_cast<KT_U16>(id));
+        return true;
+    });
+    for (const KT_U16 pd : told) {
+        PdState disk = find<PdState>(context, pd).value_or(PdState{});
+        disk.toldTooSmall = 0;
+        save(context, pd, disk);
+    }
+}
+
 static void followUp(const Context& context, const std::vector<Owner>& owners, KT_U16 pd) {
     for (const Owner owner : owners) {
         const Group group = groupOf(context, owner);
@@ -106,6 +120,7 @@ static void followUp(const Context& context, const std::vector<Owner>& owners, K
         refreshGroup(context, group);
         interruptJobs(context, group);
     }
+    if (!owners.empty()) forgetTold(context);
     reviewForeign(context);
     engageSpares(context);
     arbitrate(context);
@@ -294,6 +309,7 @@ KT_U8 insertDisk(const Context& context, KT_U16 known) {
     state.raid = state.health == PD_FAILED ? KT_PD_OFFLINE : 0;
     state.config.Online = state.health == PD_FAILED ? 0 : 1;
     state.dgid = KT_NO_ID;
+    state.toldTooSmall = 0;
     save(context, pd, state);
     logEvent(context, EVT_PD, 1, pd, SEV_INFO);
     if (state.health == PD_FAILED) return KT_OK;

@@ -139,6 +139,15 @@ static int willingness(const Group& group, const Disk& disk, KT_U16 home) {
     return raid & KT_PD_GLOBAL_SPARE ? 1 : 0;
 }
 
+/* Once, not whenever the adapter looks for a disk again. */
+static void tellTooSmall(const Context& context, KT_U16 pd, KT_U8 what) {
+    auto disk = find<PdState>(context, pd);
+    if (!disk || (disk->toldTooSmall & what) != 0) return;
+    disk->toldTooSmall |= what;
+    save(context, pd, *disk);
+    logEvent(context, EVT_MISC, what == TOLD_REBUILD ? 20 : 21, pd, SEV_WARNING);
+}
+
 /* The disk to rebuild onto by itself, the smallest of the most willing ones, or KT_NO_ID. */
 static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) {
     KT_U16 best = KT_NO_ID;
@@ -162,7 +171,7 @@ static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) 
     });
     if (best == KT_NO_ID) {
         for (const KT_U16 pd : tooSmall)
-            logEvent(context, EVT_MISC, 20, pd, SEV_WARNING);
+            tellTooSmall(context, pd, TOLD_REBUILD);
     }
     return best;
 }
@@ -190,7 +199,7 @@ static int slotToCopyBack(const Context& context, const Group& group) {
         if (!canComeHome(group, home)) continue;
         const KT_U8 fits = checkFits(context, group, home);
         if (fits == KT_OK) return static_cast<int>(i);
-        if (fits == KT_ERR_TARGET_TOO_SMALL) logEvent(context, EVT_MISC, 21, group.homes[i], SEV_WARNING);
+        if (fits == KT_ERR_TARGET_TOO_SMALL) tellTooSmall(context, group.homes[i], TOLD_COPY_BACK);
     }
     return -1;
 }
