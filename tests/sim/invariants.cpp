@@ -181,6 +181,7 @@ static void checkDisk(const Check& check, KT_U16 id, const PdState& disk) {
     const bool member = (disk.raid & KT_PD_MEMBER) != 0;
     const bool used = inArray || blocksOf(check.context, id).BlkCount != 0;
     check.require(member == used || (disk.raid & KT_PD_FOREIGN), used ? "is used as no member" : "is no one's member");
+    check.require(disk.dgid == KT_NO_ID || member || dedicated, "names an array that it does not serve");
     const bool spare = (disk.raid & KT_PD_SPARE) != 0;
     check.require(!(disk.raid & KT_PD_SPARE_IN_USE) || (member && spare), "is a spare in use that is none");
     check.require(!disk.patrol.kind || member || spare, "is patrolled for nothing");
