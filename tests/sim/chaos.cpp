@@ -207,7 +207,7 @@ static const struct {
     {4, [](Chaos& run) { KT_DG_Delete(run.adapter, anyArray(run)); }},
     {2, [](Chaos& run) { KT_PD_WipeHDMDD(run.adapter, anyDisk(run), rarely(run, 3)); }},
     {4, [](Chaos& run) { KT_LD_Import(run.adapter, anyVd(run)); }},
-    {8, [](Chaos& run) { KT_PD_Spare2FreeHD(run.adapter, anyDisk(run)); }},
+    {20, [](Chaos& run) { KT_PD_Spare2FreeHD(run.adapter, anyDisk(run)); }},
     {6, [](Chaos& run) { KT_LD_BGAControl(run.adapter, anyVd(run), oneOf(run, CONTROLS)); }},
     {6, [](Chaos& run) { KT_DG_BGAControl(run.adapter, anyArray(run), oneOf(run, CONTROLS)); }},
     {6, [](Chaos& run) { KT_PD_BGAControl(run.adapter, anyDisk(run), oneOf(run, CONTROLS)); }},
@@ -216,7 +216,7 @@ static const struct {
     {6, [](Chaos& run) { KT_LD_StartRebuild(run.adapter, anyVd(run), anyDisk(run)); }},
     {6, [](Chaos& run) { KT_PD_StartMediaPatrol(run.adapter, anyDisk(run)); }},
     {6, [](Chaos& run) { KT_PD_FreeHD2GlobalSpare(run.adapter, anyDisk(run)); }},
-    {6, [](Chaos& run) { KT_PD_FreeHD2DGSpare(run.adapter, anyDisk(run), anyArray(run)); }},
+    {12, [](Chaos& run) { KT_PD_FreeHD2DGSpare(run.adapter, anyDisk(run), anyArray(run)); }},
     {6, [](Chaos& run) { KT_PD_SetHDStatus(run.adapter, anyDisk(run), byte(run, 3)); }},
 };
 
