@@ -14,9 +14,9 @@ KT_U8 failDisk(const Context& context, KT_U16 pd);
 /* Taken out of its bay; it can come back with what it holds. */
 KT_U8 pullDisk(const Context& context, KT_U16 pd);
 /* A pulled disk comes back: KT_ERR_PD_MISSING when none with that id was pulled. */
-KT_U8 insertDisk(const Context& context, KT_U16 pd);
+KT_U8 insertDisk(const Context& context, KT_U16 known);
 /* A new, empty disk of the same make takes the place of one that is there or was pulled; `sectors` 0 = as large. */
-KT_U8 replaceDisk(const Context& context, KT_U16 pd, KT_U64 sectors);
+KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors);
 /* The disk's SMART status goes over its threshold, logged when the adapter polls it, or (false) back under it: its wear
    is undone with it. */
 KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped);

@@ -321,9 +321,10 @@ static std::vector<Claim> claimsOf(const Context& context) {
 /* Those that run side by side on a disk share what it can do. Answers when the first of them has something due. */
 static KT_U64 shareSpeed(const Context& context, const std::vector<Claim>& granted) {
     std::map<KT_U16, KT_U64> crowd;
-    for (const Claim& claim : granted)
+    for (const Claim& claim : granted) {
         for (const KT_U16 disk : claim.disks)
             crowd[disk]++;
+    }
     KT_U64 due = NEVER;
     for (const Claim& claim : granted) {
         KT_U64 most = 1;
