@@ -5,25 +5,19 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <memory>
 
 using namespace sim;
 
 std::string clockText(Store& store);
 
-static std::string timeText(KT_U64 milliseconds) {
-    const auto seconds = static_cast<time_t>(milliseconds / 1000);
-    tm parts = {};
-    gmtime_r(&seconds, &parts);
-    char text[64];
-    strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", &parts);
-    return text;
+static KT_U64 shownNow(Store& store) {
+    return shownAt(loadClock(store), simulatedNow(store));
 }
 
 std::string clockText(Store& store) {
     const Clock clock = loadClock(store);
-    std::string text = timeText(simulatedNow(store));
+    std::string text = timeText(shownNow(store));
     if (clock.stopped) return text + ", stopped";
     if (clock.speed == 1000) return text + ", running in real time";
     char speed[32];
@@ -53,19 +47,26 @@ static KT_U64 nextDue(Store& store, KT_U64 now) {
     return due;
 }
 
+/* Lets that much time pass, and what is due in it happen. */
+static void pass(Store& store, KT_U64 milliseconds) {
+    const Clock clock = loadClock(store);
+    if (milliseconds > LAST_MOMENT - shownNow(store))
+        throw CommandFailure{"the adapters' clock ends at " + timeText(LAST_MOMENT)};
+    setClock(store, simulatedNow(store) + milliseconds, clock.speed, clock.stopped != 0);
+    settleAll(store);
+}
+
 static void advanceUntilIdle(Store& store) {
     static const int MANY = 100000; /* steps; jobs that start one another for ever must not keep us */
     const KT_U64 start = simulatedNow(store);
     for (int step = 0; step < MANY; step++) {
-        const Clock clock = loadClock(store);
         const KT_U64 now = simulatedNow(store);
         const KT_U64 due = nextDue(store, now);
         if (due == NEVER) {
-            printf("Idle after %s.\n", durationText((now - start) / 1000).c_str());
+            printf("Idle after %s.\n", durationText(wholeSeconds(now - start)).c_str());
             return;
         }
-        setClock(store, std::max(due, now), clock.speed, clock.stopped != 0);
-        settleAll(store);
+        pass(store, std::max(due, now) - now);
     }
     throw CommandFailure{"the adapters do not come to rest"};
 }
@@ -74,19 +75,7 @@ static void advance(Store& store, const std::string& text) {
     KT_U64 seconds = 0;
     if (!parseDuration(text, seconds))
         throw CommandFailure{"\"" + text + "\" is not a duration such as 90m, 2h30m or 3d"};
-    const Clock clock = loadClock(store);
-    const KT_U64 then = simulatedNow(store) + seconds * 1000;
-    if (then > LAST_MOMENT) throw CommandFailure{"the adapters' clock ends at " + timeText(LAST_MOMENT)};
-    setClock(store, then, clock.speed, clock.stopped != 0);
-    settleAll(store);
-}
-
-static void setTime(Store& store, const std::string& text) {
-    KT_U64 milliseconds = 0;
-    if (!parseTime(text, milliseconds))
-        throw CommandFailure{"\"" + text + "\" is not a time such as \"2026-01-05 08:00:00\""};
-    const Clock clock = loadClock(store);
-    setClock(store, milliseconds, clock.speed, clock.stopped != 0);
+    pass(store, seconds * 1000);
 }
 
 static void setSpeed(Store& store, double speed) {
@@ -117,8 +106,8 @@ void addClock(CLI::App& app, Options& options) {
     CLI::App* jump = addChange(*clock, options, "advance", "Let time pass at once; what is due in it happens",
                                [text](Store& store) { advance(store, *text); });
     jump->add_option("DURATION", *text, "For instance 45s, 90m, 2h30m, 3d")->required();
-    CLI::App* set = addChange(*clock, options, "set", "Set the time (nothing happens in between)",
-                              [text](Store& store) { setTime(store, *text); });
+    CLI::App* set = addChange(*clock, options, "set", "Set the time that is shown (nothing happens in between)",
+                              [text](Store& store) { setShownTime(store, readTime(*text)); });
     set->add_option("TIME", *text, "In UTC: \"2026-01-05 08:00:00\"")->required();
     CLI::App* until = addChange(*clock, options, "until", "Let time pass until every activity has ended",
                                 [](Store& store) { advanceUntilIdle(store); });

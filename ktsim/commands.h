@@ -57,9 +57,12 @@ unsigned adapterCount(sim::Store& store);
 std::string printable(const void* text, size_t size);
 /* "90m", "2h30m", "45s", "3d" in seconds. */
 bool parseDuration(const std::string& text, KT_U64& seconds);
-/* "2026-01-05 08:00:00" in UTC as milliseconds since 1970. */
-bool parseTime(const std::string& text, KT_U64& milliseconds);
+/* "2026-01-05 08:00:00" in UTC as milliseconds since 1970; throws for what the adapters' clock cannot show. */
+KT_U64 readTime(const std::string& text);
+std::string timeText(KT_U64 milliseconds);
 std::string durationText(KT_U64 seconds);
+/* Rounded up: what has just begun does not take no time at all. */
+KT_U64 wholeSeconds(KT_U64 milliseconds);
 /* A check of options: a number from `least` to `most`, which nan is not. */
 CLI::Validator between(double least, double most);
 

@@ -122,16 +122,28 @@ bool parseDuration(const std::string& text, KT_U64& seconds) {
     return !text.empty();
 }
 
-bool parseTime(const std::string& text, KT_U64& milliseconds) {
+KT_U64 readTime(const std::string& text) {
     tm parts = {};
     const char* end = strptime(text.c_str(), "%Y-%m-%d %H:%M:%S", &parts);
     const tm asked = parts;
     const time_t seconds = timegm(&parts);
     /* timegm() makes the second of March of the thirtieth of February. */
     const bool exists = asked.tm_mday == parts.tm_mday && asked.tm_sec == parts.tm_sec;
-    if (!end || *end || !exists || seconds <= 0 || seconds > 0xFFFFFFFFLL) return false;
-    milliseconds = static_cast<KT_U64>(seconds) * 1000;
-    return true;
+    if (!end || *end || !exists) throw CommandFailure{"\"" + text + "\" is not a time such as \"2026-01-05 08:00:00\""};
+    if (seconds <= 0 || static_cast<KT_U64>(seconds) * 1000 > LAST_MOMENT) {
+        throw CommandFailure{"the adapters' clock begins at " + timeText(1000) + " and ends at " +
+                             timeText(LAST_MOMENT)};
+    }
+    return static_cast<KT_U64>(seconds) * 1000;
+}
+
+std::string timeText(KT_U64 milliseconds) {
+    const auto seconds = static_cast<time_t>(milliseconds / 1000);
+    tm parts = {};
+    gmtime_r(&seconds, &parts);
+    char text[64];
+    strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S UTC", &parts);
+    return text;
 }
 
 CLI::Validator between(double least, double most) {
@@ -144,6 +156,10 @@ CLI::Validator between(double least, double most) {
         return inside ? std::string() : text + " is not a number from " + name;
     };
     return CLI::Validator(check, name);
+}
+
+KT_U64 wholeSeconds(KT_U64 milliseconds) {
+    return (milliseconds + 999) / 1000;
 }
 
 std::string durationText(KT_U64 seconds) {

@@ -88,9 +88,7 @@ static void create(const Options& options, const CreateOptions& wanted) {
         return;
     }
     const std::string text = labText(wanted.lab);
-    KT_U64 stoppedAt = 0;
-    if (!wanted.at.empty() && !parseTime(wanted.at, stoppedAt))
-        throw CommandFailure{"\"" + wanted.at + "\" is not a time such as \"2026-01-05 08:00:00\""};
+    const KT_U64 stoppedAt = wanted.at.empty() ? 0 : readTime(wanted.at);
     const BuiltInLab lab{wanted.lab.c_str(), text.c_str(), stoppedAt};
     closeStore(openMemoryStore(fillFromLab, &lab)); /* a lab with a mistake costs nobody his state */
     const std::string path = statePathOf(options);

@@ -87,7 +87,7 @@ static std::string progressText(const Activity& activity, const std::string& nam
     text += "] " + std::to_string(percent) + "% " + name;
     if (activity.state != KT_STATE_RUNNING) return text + ", " + wordFor(STATES, activity.state);
     const KT_U64 end = activityEnd(activity);
-    return end == NEVER ? text : text + ", " + durationText((std::max(end, now) - now + 999) / 1000) + " left";
+    return end == NEVER ? text : text + ", " + durationText(wholeSeconds(std::max(end, now) - now)) + " left";
 }
 
 static void printProgress(const Context& context, const Activity& activity) {

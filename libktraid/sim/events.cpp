@@ -1,5 +1,7 @@
 #include "events.h"
 
+#include "clock.h"
+
 namespace sim {
 
 /* Muting silences what has happened so far; what happens next is heard again. */
@@ -13,7 +15,7 @@ static void soundAlarm(const Context& context) {
 void logEvent(const Context& context, _Event event) {
     const auto last = lastRow(context.store, context.adapter, KIND_EVENT);
     const KT_U64 sequence = last ? *last + 1 : 1;
-    event.TimeStamp = static_cast<KT_U32>(context.now / 1000);
+    event.TimeStamp = static_cast<KT_U32>(shownTime(context) / 1000);
     event.AdapterID = context.adapter;
     event.SequenceNo = static_cast<KT_U32>(sequence);
     save(context, sequence, event);

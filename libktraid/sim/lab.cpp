@@ -85,7 +85,9 @@ static void fillComplete(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     putSections(store, ADAPTER_GLOBAL, lab);
     const auto global = find<GlobalState>(store, ADAPTER_GLOBAL, 0);
     if (!global || global->adapterCount != index) throw LabError{"global.adapterCount: is not the number of adapters"};
-    if (stoppedAt) setClock(store, stoppedAt, 1000, true);
+    if (!stoppedAt) return;
+    setClock(store, simulatedNow(store), 1000, true);
+    setShownTime(store, stoppedAt);
 }
 
 /* A lab written by hand. */

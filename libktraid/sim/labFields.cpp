@@ -10,8 +10,8 @@ namespace sim {
 
 static constexpr Field GLOBAL_FIELDS[] = {NUM(GlobalState, adapterCount), NUM(GlobalState, rescanCount),
                                           NUM(GlobalState, sgVersion), TXT(GlobalState, lab)};
-static constexpr Field CLOCK_FIELDS[] = {NUM(Clock, base), NUM(Clock, realBase), NUM(Clock, speed),
-                                         NUM(Clock, stopped)};
+static constexpr Field CLOCK_FIELDS[] = {NUM(Clock, base), NUM(Clock, realBase), NUM(Clock, speed), NUM(Clock, stopped),
+                                         SGN(Clock, ahead)};
 static constexpr Field FAULT_FIELDS[] = {TXT(Fault, call),  NUM(Fault, kind),  NUM(Fault, status), NUM(Fault, adapter),
                                          NUM(Fault, after), NUM(Fault, times), NUM(Fault, seen)};
 static constexpr Field ADAPTER_FIELDS[] = {
@@ -430,8 +430,8 @@ static Json elementToJson(const Field& field, const unsigned char* at) {
     }
     KT_U64 number = 0;
     memcpy(&number, at, field.size);
-    if (field.type == FieldType::Number || field.size > 2) return number;
-    return static_cast<int>(static_cast<KT_S16>(number));
+    if (field.type == FieldType::Number) return number;
+    return field.size == sizeof(KT_S16) ? static_cast<KT_S16>(number) : static_cast<int64_t>(number);
 }
 
 static Json listToJson(const Field& field, const unsigned char* at, size_t used) {

@@ -2,6 +2,7 @@
 #include "adapter/foreign.h"
 #include "adapter/jobs.h"
 #include "adapter/rebuild.h"
+#include "clock.h"
 #include "lab.h"
 #include "labReader.h"
 
@@ -234,7 +235,7 @@ static _LD_Info makeVd(const Context& context, LabReader& reader, const Layout& 
     const bool missing = std::count(layout.disks.begin(), layout.disks.end(), KT_U16{KT_NO_ID}) != 0;
     vd.Status = static_cast<KT_U8>(
         takeWord(reader, "status", STATUS_WORDS, std::size(STATUS_WORDS), missing ? KT_VD_DEGRADED : KT_VD_ONLINE));
-    const auto created = static_cast<KT_U32>(context.now / 1000);
+    const auto created = static_cast<KT_U32>(shownTime(context) / 1000);
     vd.time_hi = static_cast<KT_U16>(created >> 16);
     vd.time_low = static_cast<KT_U16>(created & 0xFFFF);
     return vd;
@@ -249,7 +250,7 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     const KT_U64 kib = shareFor(layout, wanted);
     vd.Size = capacityFor(layout, kib);
     VdState state = {};
-    state.created = context.now / 1000;
+    state.created = shownTime(context) / 1000;
     state.linkedDisk = static_cast<KT_U16>(takeNumber(reader, "linkedDisk", KT_NO_ID, KT_NO_ID));
     state.initialized = takeFlag(reader, "initialized", true) ? 1 : 0;
     state.hasOs = takeFlag(reader, "os", false) ? 1 : 0;

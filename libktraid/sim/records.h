@@ -63,13 +63,15 @@ struct GlobalState {
     char lab[64]; /* the lab it was made from */
 };
 
-/* One row, id 0, ADAPTER_GLOBAL: sim time = base + (real - realBase) * speed / 1000; see clock.h. */
+/* One row, id 0, ADAPTER_GLOBAL: the time that everything goes by = base + (real - realBase) * speed / 1000. It only
+   ever runs forward; what the adapters' clock is set to is that far from it. See clock.h. */
 struct Clock {
     KT_U64 base;
     KT_U64 realBase;
     KT_U32 speed; /* thousandths; 1000 = real time */
     KT_U8 stopped;
     KT_U8 reserved[3];
+    int64_t ahead; /* milliseconds that the clock shows more */
 };
 
 /* One row an adapter, id 0. `due...` are the moments at which settling has something to do (NEVER, or 0 = unknown). */

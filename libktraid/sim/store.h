@@ -12,7 +12,7 @@
 namespace sim {
 
 inline constexpr int STATE_APPLICATION = 0x4B545344;
-inline constexpr int STATE_VERSION = 3;
+inline constexpr int STATE_VERSION = 4;
 
 struct Store; /* one connection; not to be used by two threads at once */
 
@@ -85,7 +85,7 @@ void endWalk(RowWalk& walk);
 struct Context {
     Store& store;
     KT_U8 adapter;
-    KT_U64 now;                 /* simulated clock, milliseconds since 1970 */
+    KT_U64 now;                 /* milliseconds of the time that everything goes by; shownTime() is the date */
     bool keepOnFailure = false; /* set by a call that fails but whose changes stand */
 };
 

@@ -178,12 +178,13 @@ TEST_F(CallFrame, TracesNoSecretsAndNoWholeImages) {
 }
 
 TEST(ClockOf, RunsFromItsBaseAtItsSpeed) {
-    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}}, 1750), 5750U);
-    EXPECT_EQ(clockAt(Clock{5000, 1000, 60500, 0, {}}, 3000), 5000U + 121000);
-    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 1, {}}, 9999), 5000U);
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}, 0}, 1750), 5750U);
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 60500, 0, {}, 0}, 3000), 5000U + 121000);
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 1, {}, 0}, 9999), 5000U);
     /* The machine's clock was set back: time stands rather than running backwards. */
-    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}}, 10), 5000U);
-    EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}}, NEVER / 2), LAST_MOMENT);
+    EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}, 0}, 10), 5000U);
+    EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}, 0}, NEVER / 2), LAST_MOMENT);
+    EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}, -3000}, NEVER / 2), LAST_MOMENT + 3000);
 }
 
 TEST(ActivityOf, ProgressesAndEndsByItsSpeed) {

@@ -101,6 +101,9 @@ The clock.
   [1]
   $ ktsim clock set "2026-02-28 23:59:59" && ktsim clock advance 1s && ktsim clock show
   2026-03-01 00:00:00 UTC, stopped
+  $ ktsim clock set "1970-01-01 00:00:00"
+  ktsim: the adapters' clock begins at 1970-01-01 00:00:01 UTC and ends at 2106-02-07 06:28:15 UTC
+  [1]
   $ ktsim clock speed 60 && ktsim clock show | sed 's/.*UTC//'
   , running 60 times as fast as real time
   $ ktsim clock start && ktsim clock show | sed 's/.*UTC//'
@@ -109,6 +112,21 @@ The clock.
   ktsim: X: 0 is not a number from 0.001 to 1000000 (--help tells more)
   $ ktsim clock until idle
   Idle after 0 s.
+
+Setting it moves dates only: no work is done or lost, nothing planned falls due.
+
+  $ lab default && ktsim disk fail 0 --force && ktsim clock advance 1h
+  $ for day in 2027-01-01 2026-01-01; do ktsim clock set "$day 08:00:00" && ktsim status | grep '27%\|last event'; done
+  Adapter 0  Tarn R8i (array-based), battery 95%, last event 7
+            [#####---------------] 27% rebuild, 2 h 38 min left
+  Adapter 1  Tarn S4h (LD-based), no battery, last event 3
+  Adapter 0  Tarn R8i (array-based), battery 95%, last event 7
+            [#####---------------] 27% rebuild, 2 h 38 min left
+  Adapter 1  Tarn S4h (LD-based), no battery, last event 3
+  $ ktsim clock until idle && kt event | grep -m1 Time
+  Idle after 2 h 38 min.
+  Time:         Thu Jan  1 10:38:27 2026
+  $ ktsim show > first.json && ktsim create --lab - --force < first.json && ktsim show | cmp - first.json
 
 Faults.
 

@@ -4,6 +4,7 @@
 #include "adapter/blocks.h"
 #include "adapter/jobs.h"
 #include "adapter/surface.h"
+#include "clock.h"
 #include "events.h"
 
 #include <algorithm>
@@ -165,7 +166,7 @@ static Vd describeVd(const Context& context, const VdPlan& plan, KT_U16 id) {
     const KT_U8 subs = subCount(plan.geometry);
     vd.info.SubLDCount = subs > 1 ? subs : KT_U8{0};
     vd.info.NumParityDisk = plan.geometry.parity;
-    const auto seconds = static_cast<KT_U32>(context.now / 1000);
+    const auto seconds = static_cast<KT_U32>(shownTime(context) / 1000);
     vd.info.time_hi = static_cast<KT_U16>(seconds >> 16);
     vd.info.time_low = static_cast<KT_U16>(seconds & 0xFFFF);
     vd.state.created = seconds;
