@@ -120,6 +120,7 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     condition(KT_SES_POWER_SUPPLY, 0, "missing");
     condition(KT_SES_ALARM, 0, "muted");
     EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000042");
+    condition(KT_SES_DOOR_LOCK, 0, "ok");
     condition(KT_SES_COOLING, 2, "ok");
     EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000044") << "better, and still muted";
     condition(KT_SES_POWER_SUPPLY, 0, "ok");
@@ -142,7 +143,7 @@ TEST_F(Enclosure, SensorsMeasure) {
     EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 0), "02000102");
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 0), "0201042e");
-    EXPECT_EQ(status(1, KT_SES_COOLING, 0), "0107ffa3");
+    EXPECT_EQ(status(1, KT_SES_COOLING, 0), "0107ffa7");
     EXPECT_EQ(newEvents(), std::vector<std::string>({"15/1 of 0"}));
     outside(0, [](sim::Context& context) { sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 1, 54); });
     EXPECT_EQ(newEvents(), std::vector<std::string>({"15/0 of 0"}));

@@ -270,6 +270,16 @@ Elements of enclosures.
   $ ktsim enclosure set 1 fan 0 soup
   ktsim: enclosure 1, fan 0: it is never "soup" but only: ok failed off missing unknown
   [1]
+  $ ktsim enclosure set 1 dor 0 open && kt enc -o ele -i 1 -t dor | grep 'Status\|Open\|Unlocked'
+  Status: non-critical
+  Open: yes
+  Unlocked: yes
+  $ ktsim enclosure set 1 dor 0 unlocked && ktsim enclosure set 1 dor 0 ok && kt event | grep intrusion
+  Description:  Adapter 0 intrusion is closed
+  Description:  Adapter 0 intrusion is opened
+  $ ktsim enclosure reading 1 fan 1 10 && kt enc -o ele -i 1 -t fan -e 1 | grep -i speed
+  Actual speed: 10 RPM
+  Speed code: 1 (lowest)
   $ ktsim enclosure set 1 fan 200 ok
   ktsim: enclosure 1, fan 200: there is none
   [1]

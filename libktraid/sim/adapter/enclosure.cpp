@@ -26,8 +26,11 @@ enum : KT_U8 {
 };
 /* Bits of the others. */
 enum : KT_U8 { ALARM_MUTED = 0x40, TONE_NONCRITICAL = 0x04, TONE_CRITICAL = 0x02 };
-enum : KT_U8 { HOT_SWAP = 0x80, REQUESTED_ON = 0x20, FAN_SPEED_CODE = 0x03 };
+enum : KT_U8 { DOOR_OPEN = 0x02, DOOR_UNLOCKED = 0x01 };
+enum : KT_U8 { HOT_SWAP = 0x80, REQUESTED_ON = 0x20 };
 static const int FAN_RPM = 5200;
+static const int RPM_PER_SPEED_CODE = 2000; /* up to the seventh, the highest; 0 = it stands still */
+static const int HIGHEST_SPEED_CODE = 7;
 static const int CELSIUS_OFFSET = 20;
 
 static const ElementKind KINDS[] = {
@@ -60,6 +63,8 @@ std::vector<std::string> elementWords() {
 /* A condition of a type (EVERY_TYPE: of all but slots): the event of class 15 that says so, what the status element
    becomes. */
 static const KT_U16 NO_EVENT = 0xFFFF;
+static const KT_U16 EVT_OPENED = 12;
+static const KT_U16 EVT_CLOSED = 13;
 static const KT_U8 EVERY_TYPE = 0;
 struct Condition {
     const char* word;
@@ -68,6 +73,10 @@ struct Condition {
     KT_U8 status[4];
     KT_U8 severity;
 };
+static constexpr KT_U8 speedCode(int rpm) {
+    return static_cast<KT_U8>(std::min((rpm + RPM_PER_SPEED_CODE - 1) / RPM_PER_SPEED_CODE, HIGHEST_SPEED_CODE));
+}
+
 static const Condition CONDITIONS[] = {
     {"ok", 7, KT_SES_POWER_SUPPLY, {SES_OK, 0, 0, HOT_SWAP | REQUESTED_ON}, SEV_INFO},
     {"ac-fail", 6, KT_SES_POWER_SUPPLY, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x02}, SEV_MAJOR},
@@ -78,15 +87,16 @@ static const Condition CONDITIONS[] = {
     {"ok",
      3,
      KT_SES_COOLING,
-     {SES_OK, FAN_RPM / 10 >> 8, FAN_RPM / 10 & 0xFF, HOT_SWAP | REQUESTED_ON | FAN_SPEED_CODE},
+     {SES_OK, FAN_RPM / 10 >> 8, FAN_RPM / 10 & 0xFF, HOT_SWAP | REQUESTED_ON | speedCode(FAN_RPM)},
      SEV_INFO},
     {"failed", 4, KT_SES_COOLING, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON}, SEV_MAJOR},
     {"off", 4, KT_SES_COOLING, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
     {"missing", 5, KT_SES_COOLING, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
     {"ok", 0, KT_SES_TEMPERATURE, {SES_OK, 0, 31 + CELSIUS_OFFSET, 0}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_TEMPERATURE, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
-    {"ok", 13, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0}, SEV_INFO},
-    {"open", 12, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0x01}, SEV_WARNING},
+    {"ok", EVT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0}, SEV_INFO},
+    {"open", EVT_OPENED, KT_SES_DOOR_LOCK, {SES_NONCRITICAL, 0, 0, DOOR_OPEN | DOOR_UNLOCKED}, SEV_WARNING},
+    {"unlocked", EVT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, DOOR_UNLOCKED}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_DOOR_LOCK, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
     {"ok", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, 0}, SEV_INFO},
     {"sounding", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, TONE_CRITICAL}, SEV_INFO},
@@ -373,7 +383,9 @@ bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, K
     const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
     const KT_U8 tone = type == KT_SES_ALARM && row ? row->status[3] & (TONE_CRITICAL | TONE_NONCRITICAL) : 0;
     if ((status[3] & ALARM_MUTED) && tone) status[3] = ALARM_MUTED | tone;
-    putStatus(context, enclosure, type, element, status, condition->event, condition->severity);
+    const bool nothingCloses = condition->event == EVT_CLOSED && row && !(row->status[3] & DOOR_OPEN);
+    putStatus(context, enclosure, type, element, status, nothingCloses ? NO_EVENT : condition->event,
+              condition->severity);
     return true;
 }
 
@@ -424,7 +436,7 @@ static void putReading(KT_U8 type, const Reading& reading, int value, KT_U8 (&st
         const int tens = std::clamp(value / 10, 0, 0x7FF);
         status[1] = static_cast<KT_U8>(tens >> 8);
         status[2] = static_cast<KT_U8>(tens & 0xFF);
-        status[3] = static_cast<KT_U8>(HOT_SWAP | REQUESTED_ON | reading.flag | (value ? FAN_SPEED_CODE : 0));
+        status[3] = static_cast<KT_U8>(HOT_SWAP | REQUESTED_ON | reading.flag | speedCode(tens * 10));
     }
 }
 
