@@ -19,11 +19,12 @@ enum : KT_U16 {
     EVT_UPDATE_FAILED = 19,
     EVT_BACKUP_FAILED = 20,
     EVT_BAD_GENERATION = 21,
-    EVT_NO_GENERATION = 22,
-    EVT_BAD_HEADER = 23,
-    EVT_BAD_DATA = 24,
-    EVT_BAD_HEADER_AND_DATA = 25
+    EVT_NO_GENERATION = 22
 };
+
+/* The controllers that run no firmware have no boot loader for it either. */
+static const KT_U16 FIRST_WITH_FIRMWARE = 0x4761;
+static const KT_U16 WITHOUT_FIRMWARE = 0x4790;
 
 static KT_U8 failWith(Context& context, KT_U16 event, KT_U8 status) {
     context.keepOnFailure = true;
@@ -45,6 +46,14 @@ static void showImage(const Context& context, const ImageKind& kind, const _Vers
             ? 1
             : 0;
     save(context, 0, info);
+}
+
+/* The kind of image, null when the adapter has none of that type. */
+static const ImageKind* imageKindOn(const Context& context, KT_U8 type) {
+    const KT_U16 controller = adapterInfo(context).DevID;
+    const bool firmware = controller >= FIRST_WITH_FIRMWARE && controller != WITHOUT_FIRMWARE;
+    const bool partOfIt = type == KT_IMAGE_FIRMWARE || type == KT_IMAGE_BIN;
+    return partOfIt && !firmware ? nullptr : imageKind(type);
 }
 
 static KT_U64 chunkId(KT_U8 type, KT_U64 page) {
@@ -72,10 +81,14 @@ static void endUpdate(const Context& context) {
     eraseRows(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED));
 }
 
-static KT_U8 refuseImage(Context& context, KT_U16 event, KT_U8 status) {
+static KT_U8 refuseImage(Context& context, KT_U8 status) {
     endUpdate(context);
-    if (event != EVT_UPDATE_FAILED) logEvent(context, EVT_FLASH, event, context.adapter, SEV_MAJOR);
     return failWith(context, EVT_UPDATE_FAILED, status);
+}
+
+static KT_U8 refuseWrite(Context& context, KT_U8 status) {
+    logEvent(context, EVT_FLASH, EVT_WRITE_FAILED, context.adapter, SEV_MAJOR);
+    return refuseImage(context, status);
 }
 
 static std::string stagedImage(const Context& context, const FlashUpdate& update) {
@@ -86,22 +99,19 @@ static std::string stagedImage(const Context& context, const FlashUpdate& update
     return image;
 }
 
-/* The whole image is here: it takes effect or leaves everything as it was. */
+/* The whole image is here: it takes effect, or nothing of it is written and everything stays as it was. */
 static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUpdate& update) {
     const std::string image = stagedImage(context, update);
     ImageHeader header = {};
     if (kind.headed) {
         const ImageFault fault = checkImage(image, header);
-        if (fault == ImageFault::TooShort) return refuseImage(context, EVT_BAD_HEADER, KT_ERR_INVALID_MICROCODE);
-        if (fault == ImageFault::Header) return refuseImage(context, EVT_BAD_HEADER, KT_ERR_INVALID_MICROCODE);
-        if (fault == ImageFault::Both) return refuseImage(context, EVT_BAD_HEADER_AND_DATA, KT_ERR_INVALID_MICROCODE);
-        if (fault == ImageFault::Data) return refuseImage(context, EVT_BAD_DATA, KT_ERR_FLASH_DATA);
-        if (header.imageType != kind.type) return refuseImage(context, EVT_UPDATE_FAILED, KT_ERR_FLASH_TYPE);
+        if (fault == ImageFault::Data) return refuseImage(context, KT_ERR_FLASH_DATA);
+        if (fault != ImageFault::None) return refuseImage(context, KT_ERR_INVALID_MICROCODE);
+        if (header.imageType != kind.type) return refuseImage(context, KT_ERR_FLASH_TYPE);
         if (header.subVendorId != adapterInfo(context).SubVenID)
-            return refuseImage(context, EVT_UPDATE_FAILED, KT_ERR_ADAPTER_DEVICE_MISMATCH);
+            return refuseImage(context, KT_ERR_ADAPTER_DEVICE_MISMATCH);
         /* The adapter's record calls a region of major version 0 empty. */
-        if (header.major == 0 || header.major > 0xFFFF)
-            return refuseImage(context, EVT_BAD_GENERATION, KT_ERR_INVALID_MICROCODE);
+        if (header.major == 0 || header.major > 0xFFFF) return refuseImage(context, KT_ERR_INVALID_MICROCODE);
     }
     endUpdate(context);
     storeImage(context, kind.type, image);
@@ -128,10 +138,7 @@ static KT_U8 updatePage(Context& context, const _Flash_Data& page) {
     _HBA_Info_Page settings;
     memcpy(&settings, page.Data, sizeof settings);
     const KT_U8 status = writeSettingsPage(context, settings);
-    if (status != KT_OK) {
-        logEvent(context, EVT_FLASH, isSigned(settings) ? EVT_BAD_DATA : EVT_BAD_HEADER, context.adapter, SEV_MAJOR);
-        return failWith(context, EVT_UPDATE_FAILED, status);
-    }
+    if (status != KT_OK) return failWith(context, EVT_UPDATE_FAILED, status);
     logEvent(context, EVT_FLASH, EVT_UPDATED, context.adapter, SEV_INFO);
     return KT_OK;
 }
@@ -150,20 +157,19 @@ static FlashUpdate updateOf(const Context& context, KT_U8 type, const _Flash_Dat
 KT_U8 updateImage(Context& context, KT_U8 type, const _Flash_Data& page) {
     if (page.Size > FLASH_PAGE) return KT_ERR_BUFFER_TOO_BIG;
     if (type == KT_IMAGE_CONFIG) return updatePage(context, page);
-    const ImageKind* kind = imageKind(type);
+    const ImageKind* kind = imageKindOn(context, type);
     if (!kind) return KT_ERR_FLASH_TYPE;
     const KT_U8 status = checkUpdate(context, *kind);
     if (status != KT_OK) return status;
     FlashUpdate update = updateOf(context, type, page);
     const bool follows = update.imageType == type && update.nextPage == page.PageNum;
-    if (!follows || page.Size == 0 || page.isLastPage > 1)
-        return refuseImage(context, EVT_WRITE_FAILED, KT_ERR_FLASH_DESCRIPTOR);
+    if (!follows || page.Size == 0 || page.isLastPage > 1) return refuseWrite(context, KT_ERR_FLASH_DESCRIPTOR);
     update.received += page.Size;
     update.nextPage++;
-    if (update.received > kind->capacity) return refuseImage(context, EVT_WRITE_FAILED, KT_ERR_OUT_OF_RANGE);
+    if (update.received > kind->capacity) return refuseWrite(context, KT_ERR_OUT_OF_RANGE);
     const bool complete = update.received == update.expected;
     if (update.announced && (page.isLastPage ? !complete : update.received >= update.expected))
-        return refuseImage(context, EVT_WRITE_FAILED, KT_ERR_FLASH_DESCRIPTOR);
+        return refuseWrite(context, KT_ERR_FLASH_DESCRIPTOR);
     writeRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page.PageNum, page.Data, page.Size);
     save(context, 0, update);
     return page.isLastPage ? finishUpdate(context, *kind, update) : KT_U8{KT_OK};
@@ -207,7 +213,7 @@ KT_U8 backupImage(Context& context, KT_U8 type, _Flash_Data& page) {
         const _HBA_Info_Page settings = settingsPage(context);
         image.assign(reinterpret_cast<const char*>(&settings), sizeof settings);
     } else {
-        const ImageKind* kind = imageKind(type);
+        const ImageKind* kind = imageKindOn(context, type);
         if (!kind) return KT_ERR_FLASH_TYPE;
         image = imageInFlash(context, *kind);
         if (image.empty()) return failWith(context, EVT_BACKUP_FAILED, KT_ERR_FLASH_DATA);
@@ -226,7 +232,7 @@ static void eraseRegion(const Context& context, const ImageKind& kind) {
 }
 
 KT_U8 eraseImage(const Context& context, KT_U8 type) {
-    const ImageKind* kind = imageKind(type);
+    const ImageKind* kind = imageKindOn(context, type);
     if (!kind && type != KT_IMAGE_CONFIG) return KT_ERR_FLASH_TYPE;
     if (!kind) {
         eraseSettingsPage(context);
@@ -253,7 +259,7 @@ KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announceme
     const _Adapter_Info info = adapterInfo(context);
     if (!(info.AdvancedFeatures & KT_ADV_RAW_UPDATE)) return KT_ERR_NOT_ON_THIS_ADAPTER;
     if (announcement.image_type == KT_IMAGE_CONFIG) return KT_OK;
-    const ImageKind* kind = imageKind(announcement.image_type);
+    const ImageKind* kind = imageKindOn(context, announcement.image_type);
     if (!kind) return KT_ERR_FLASH_TYPE;
     if (announcement.image_size == 0 || announcement.image_size > kind->capacity) return KT_ERR_OUT_OF_RANGE;
     endUpdate(context);

@@ -74,13 +74,13 @@ static bool headerIsSound(const ImageHeader& header) {
 }
 
 ImageFault checkImage(const std::string& image, ImageHeader& header) {
-    if (image.size() < sizeof header) return ImageFault::TooShort;
+    if (image.size() < sizeof header) return ImageFault::Header;
     memcpy(&header, image.data(), sizeof header);
     const size_t size = image.size() - sizeof header;
     const bool data =
         header.dataSize == size && header.dataChecksum == crc32(image.data() + sizeof header, size) && size > 0;
-    if (headerIsSound(header)) return data ? ImageFault::None : ImageFault::Data;
-    return data ? ImageFault::Header : ImageFault::Both;
+    if (!headerIsSound(header)) return ImageFault::Header;
+    return data ? ImageFault::None : ImageFault::Data;
 }
 
 KT_U8 readImageHeader(const char* path, ImageHeader& header) {

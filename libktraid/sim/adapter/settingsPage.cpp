@@ -84,7 +84,7 @@ _HBA_Info_Page settingsPage(const Context& context) {
     return stored ? *stored : factoryPage(context);
 }
 
-bool isSigned(const _HBA_Info_Page& page) {
+static bool isSigned(const _HBA_Info_Page& page) {
     return memcmp(page.Signature, SIGNATURE, sizeof SIGNATURE) == 0;
 }
 
