@@ -175,7 +175,7 @@ static VdPlan planInSlot(Array& array, int slot, const _CreateOrModify_VD_Param&
 
 static KT_U8 checkVdParam(const Context& context, const Array& array, const _CreateOrModify_VD_Param& param) {
     const _Adapter_Info adapter = adapterInfo(context);
-    if (array.info.Status == ARRAY_OFFLINE) return KT_ERR_ARRAY_DISK_MISSING;
+    if (array.info.Status != ARRAY_FUNCTIONAL) return KT_ERR_ARRAY_DISK_MISSING;
     const KT_U8 activity = array.state.activity.kind;
     if (activity == KT_BGA_MIGRATION || activity == KT_BGA_COPY_BACK) return KT_ERR_ARRAY_BUSY;
     if (param.RaidMode != array.info.RaidMode) return KT_ERR_INVALID_RAID_MODE;
@@ -352,11 +352,11 @@ KT_U8 deleteArray(const Context& context, KT_U16 id) {
     if (isAlive(array.state.activity)) return KT_ERR_ARRAY_BUSY;
     erase<_DG_Info>(context, id);
     erase<DgState>(context, id);
+    logEvent(context, EVT_ARRAY, 1, id, SEV_INFO);
     for (int i = 0; i < array.info.SparePDCount; i++)
         releaseDisk(context, array.info.SparePDIDs[i]);
     for (int i = 0; i < array.state.memberCount; i++)
         releaseDisk(context, array.state.members[i]);
-    logEvent(context, EVT_ARRAY, 1, id, SEV_INFO);
     arbitrate(context);
     return KT_OK;
 }

@@ -109,14 +109,14 @@ static KT_U8 layOut(const Context& context, VdPlan& plan, const std::vector<Disk
 
 static KT_U8 placeBlock(const Context& context, const VdPlan& plan, size_t slot, KT_U16 vd, KT_U16& blockId) {
     Disk disk = {};
-    if (findDisk(context, plan.disks[slot], disk) != KT_OK) return KT_OK; /* missing from its array */
+    const KT_U8 status = findDisk(context, plan.disks[slot], disk);
+    if (status != KT_OK) return status;
     _Block_Info block = {};
     block.HDID = plan.disks[slot];
     block.LDID = vd;
     block.BlockSize = static_cast<KT_U16>(disk.info.BlockSize);
     block.Size = kibToSectors(plan.kib[slot], disk.info.BlockSize);
     block.StartLBA = kibToSectors(plan.startKib == NEVER ? 0 : plan.startKib, disk.info.BlockSize);
-    if (disk.state.raid & KT_PD_OFFLINE) block.Status = BLOCK_OFFLINE;
     if (plan.startKib == NEVER) {
         const auto start = findSpace(context, block.HDID, disk.info, disk.state, block.Size);
         if (!start) return KT_ERR_NO_RESOURCE;

@@ -17,7 +17,7 @@ struct VdPlan {
     KT_U8 name[16];
     KT_U16 dgid;               /* KT_NO_ID outside arrays */
     KT_U64 size;               /* KiB */
-    std::vector<KT_U16> disks; /* by slot; KT_NO_ID = missing from its array */
+    std::vector<KT_U16> disks; /* by slot */
     std::vector<KT_U64> kib;   /* by slot: KiB on that disk */
     KT_U64 startKib;           /* where on the disks, NEVER = wherever it fits */
 };
