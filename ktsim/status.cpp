@@ -128,7 +128,7 @@ static void printVd(const Context& context, KT_U16 id, const _LD_Info& vd) {
     printf("  VD %-5u %-16s %-11s %10s  %-*s%s", id, printable(vd.Name, sizeof vd.Name).c_str(),
            wordFor(LEVELS, vd.RaidMode).c_str(), sizeText(vd.Size).c_str(), array.empty() ? 0 : 9, array.c_str(),
            wordFor(STATUSES, vd.Status).c_str());
-    if (state.hasOs) printf(", runs the OS");
+    if (runsSystem(Vd{vd, state})) printf(", runs the OS");
     printf("\n");
     printProgress(context, state.activity);
 }

@@ -227,7 +227,9 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     ASSERT_EQ(createVd(KT_RAID5), KT_OK);
     EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 0), KT_OK);
+    newEvents(ARRAYS);
     ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/1 of 0", "2/54 of 0", "2/54 of 1", "2/54 of 2"}));
     EXPECT_EQ(roleOf(ARRAYS, 1), 0);
 }
 
@@ -263,7 +265,9 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     disk(ARRAYS, sim::pullDisk, 2);
     disk(ARRAYS, sim::insertDisk, 2);
     advance(25);
+    newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 1), KT_OK);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/74 of 1", "1/3 of 1"}));
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 10");
     advance(57);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE) << "only 5000 MB are left to fill";
@@ -272,6 +276,11 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     disk(ARRAYS, sim::pullDisk, 6);
     EXPECT_EQ(newEvents(ARRAYS),
               (std::vector<std::string>{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));
+    ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_OK);
+    newEvents(ARRAYS);
+    disk(ARRAYS, sim::failDisk, 0);
+    EXPECT_EQ(newEvents(ARRAYS),
+              (std::vector<std::string>{"2/4 of 0", "2/2 of 0", "1/0 of 0", "1/77 of 0", "2/59 of 5"}));
 }
 
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
@@ -331,6 +340,7 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     ASSERT_EQ(createVd(KT_RAID6, 4000), KT_OK);
     disk(ARRAYS, sim::failDisk, 0);
     disk(ARRAYS, sim::failDisk, 1);
+    EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
     ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 2, Ids{4, 5}.data()), KT_OK);
     disk(ARRAYS, sim::failDisk, 4);
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "the other one is filled all the same";

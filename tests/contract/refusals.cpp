@@ -73,4 +73,10 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
         EXPECT_TRUE(show() == before) << &each - cases;
     }
     EXPECT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_ERR_BGA_RUNNING) << "this one logs that it failed";
+    const KT_U16 system = 0;
+    EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_ERR_VD_HAS_OS);
+    outside(1, [](sim::Context& context) { sim::failDisk(context, 0); });
+    outside(1, [](sim::Context& context) { sim::failDisk(context, 1); });
+    EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_OK) << "the system has crashed";
+    EXPECT_EQ(KT_LD_Delete(1, 0, 0), KT_OK);
 }

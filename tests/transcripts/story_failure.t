@@ -69,6 +69,7 @@ Nothing was written since the last one was lost, so its return is enough.
   Physical disk 2 is plugged out
   Virtual Disk 2 is offline
   Rebuild disk on virtual disk 2 failed
+  Spare disk information changed
   Physical disk 2 is plugged in
   Virtual Disk 2 is degraded
   Spare disk 9 used by disk array 1

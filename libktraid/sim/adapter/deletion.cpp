@@ -42,6 +42,8 @@ void releaseDisk(const Context& context, KT_U16 pd) {
         logJob(context, owner, disk.state.patrol, STEP_ABORTED);
         dropJob(context, owner);
     }
+    const bool standsBy = (before & KT_PD_SPARE_IN_USE) && !(disk.state.raid & KT_PD_SPARE_IN_USE);
+    if (standsBy && (disk.state.raid & KT_PD_SPARE)) logEvent(context, EVT_PD, 59, pd, SEV_INFO);
     const bool isFree = (disk.state.raid & KT_PD_NOT_FREE) == 0;
     if (isFree && (before & KT_PD_NOT_FREE) != 0) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
 }
@@ -62,9 +64,9 @@ void removeVd(const Context& context, const Vd& vd) {
     erase<VdState>(context, vd.info.ID);
     erase<VdTarget>(context, vd.info.ID);
     if (vd.info.DGID != KT_NO_ID) freeSlot(context, vd.info.DGID, vd.info.ID);
+    logEvent(context, EVT_VD, 3, vd.info.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.info.RaidMode) ? 1 : 0);
     for (const KT_U16 disk : disks)
         releaseDisk(context, disk);
-    logEvent(context, EVT_VD, 3, vd.info.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.info.RaidMode) ? 1 : 0);
 }
 
 /* Whether the array's activity moves or fills anything of the virtual disk. */
@@ -77,11 +79,12 @@ static bool isWorkedOn(const Context& context, const _LD_Info& vd, const Activit
     });
 }
 
-/* What is done for the array as a whole need no longer be done for this virtual disk. */
+/* What is done for the array as a whole ends for this virtual disk; the array has that much less to do. */
 static void spareWork(const Context& context, const _LD_Info& vd) {
     const Owner owner{OwnerKind::Array, vd.DGID};
     Activity job = jobOf(context, owner);
     if (vd.DGID == KT_NO_ID || job.kind == 0 || job.work == 0 || !isWorkedOn(context, vd, job)) return;
+    if (job.state != KT_STATE_ABORTED) logJob(context, Owner{OwnerKind::Vd, vd.ID}, job, STEP_ABORTED);
     const KT_U64 share = shareOf(context, vd) * (job.kind == KT_BGA_MIGRATION ? 2 : 1);
     const double part = static_cast<double>(activityDone(job, context.now)) / static_cast<double>(job.work);
     job.work -= std::min(job.work, share);
@@ -102,7 +105,7 @@ KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity) {
     Vd vd = {};
     const KT_U8 status = findVd(context, id, vd);
     if (status != KT_OK) return status;
-    if (vd.state.hasOs) return KT_ERR_VD_HAS_OS;
+    if (runsSystem(vd)) return KT_ERR_VD_HAS_OS;
     const Activity job = shownActivity(context, vd);
     if (isUsable(vd.info) && isAlive(job)) {
         const bool arrays = vd.info.DGID != KT_NO_ID && vd.state.activity.kind != job.kind;

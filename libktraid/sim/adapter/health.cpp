@@ -447,18 +447,16 @@ KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status) {
 
 /* Takes the parts of foreign virtual disks off the disk; those that it held the last part of are gone. */
 static void wipeForeign(const Context& context, KT_U16 pd) {
-    std::vector<KT_U16> foreign;
+    std::vector<Vd> foreign;
     forEachVd(context, [&](const Vd& vd) {
         const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.info.ID});
-        if (isForeign(vd.info) && !blocksFor(context, group, pd).empty()) foreign.push_back(vd.info.ID);
+        if (isForeign(vd.info) && !blocksFor(context, group, pd).empty()) foreign.push_back(vd);
     });
-    for (const KT_U16 id : foreign) {
-        removeMember(context, groupOf(context, Owner{OwnerKind::Vd, id}), pd);
-        const Group group = groupOf(context, Owner{OwnerKind::Vd, id});
-        const bool empty = std::count(group.members.begin(), group.members.end(), KT_U16{KT_NO_ID}) ==
-                           static_cast<long>(group.members.size());
-        Vd vd = {};
-        if (empty && findVd(context, id, vd) == KT_OK) removeVd(context, vd);
+    for (const Vd& vd : foreign) {
+        const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.info.ID});
+        const bool last = std::all_of(group.members.begin(), group.members.end(),
+                                      [&](KT_U16 member) { return member == pd || member == KT_NO_ID; });
+        last ? removeVd(context, vd) : removeMember(context, group, pd);
     }
 }
 
@@ -467,7 +465,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     KT_U8 status = findDisk(context, pd, disk);
     if (status != KT_OK) return status;
     if (disk.state.health == PD_FAILED) return KT_ERR_LINK_TIMEOUT;
-    if (disk.state.hasOs) return KT_ERR_PD_HAS_OS;
+    if (runsSystem(disk.state)) return KT_ERR_PD_HAS_OS;
     const bool foreign = (disk.state.raid & KT_PD_FOREIGN) != 0;
     if ((disk.state.raid & KT_PD_MEMBER) && !foreign && !force) return KT_ERR_PD_ASSIGNED;
     if ((disk.state.raid & KT_PD_SPARE) && !force) return KT_ERR_IS_SPARE;
@@ -476,8 +474,10 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
         /* What such a virtual disk keeps is on its hard disk. */
         const bool hybrid = isHybridLevel(group.geometry.level) && !isSolidState(disk.info);
         if (hybrid && !foreign) return KT_ERR_TANDEM_HDD_DATA;
-        for (const KT_U16 vd : group.vds)
-            if (find<VdState>(context, vd).value_or(VdState{}).hasOs) return KT_ERR_VD_HAS_OS;
+        for (const KT_U16 id : group.vds) {
+            Vd vd = {};
+            if (findVd(context, id, vd) == KT_OK && runsSystem(vd)) return KT_ERR_VD_HAS_OS;
+        }
     }
     wipeForeign(context, pd);
     dropSpareRole(context, pd);

@@ -263,9 +263,7 @@ void finishCopyBack(const Context& context, Owner owner) {
     dropJob(context, owner);
     logJob(context, owner, job, STEP_COMPLETED);
     for (size_t slot = 0; slot < group.members.size(); slot++) {
-        if (group.homes[slot] != job.disk) continue;
-        adoptCopies(context, group, static_cast<int>(slot), job.disk);
-        logEvent(context, EVT_PD, 59, group.members[slot], SEV_INFO);
+        if (group.homes[slot] == job.disk) adoptCopies(context, group, static_cast<int>(slot), job.disk);
     }
     refreshGroup(context, group);
     engageSpares(context);

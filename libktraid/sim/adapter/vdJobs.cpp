@@ -38,7 +38,7 @@ KT_U8 startInitialization(const Context& context, KT_U16 id, KT_U8 initType) {
     if (vd.info.RaidMode == KT_RAID0 && initType != KT_INIT_QUICK) return KT_ERR_NOT_REDUNDANT;
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
     /* Only in the background does it leave what is there. */
-    if (vd.state.hasOs && initType != KT_INIT_BACKGROUND) return KT_ERR_VD_HAS_OS;
+    if (runsSystem(vd) && initType != KT_INIT_BACKGROUND) return KT_ERR_VD_HAS_OS;
     vd.state.initialized = 0;
     save(context, id, vd.state);
     startJob(context, Owner{OwnerKind::Vd, id}, rule->kind, initializationWork(rule->kind, shareOf(context, vd.info)),

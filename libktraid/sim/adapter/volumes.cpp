@@ -64,6 +64,14 @@ bool isUsable(const _LD_Info& vd) {
     return vd.Status == KT_VD_ONLINE || vd.Status == KT_VD_DEGRADED || vd.Status == KT_VD_PARTIALLY_OPTIMAL;
 }
 
+bool runsSystem(const Vd& vd) {
+    return vd.state.hasOs && (isUsable(vd.info) || vd.info.Status == KT_VD_USING_TABLE);
+}
+
+bool runsSystem(const PdState& disk) {
+    return disk.hasOs && !(disk.raid & KT_PD_OFFLINE);
+}
+
 KT_U64 shareOf(const Context& context, const _LD_Info& vd) {
     KT_U64 share = 0;
     for (int i = 0; i < geometryOf(vd).disks; i++) {

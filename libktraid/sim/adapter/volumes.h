@@ -73,6 +73,10 @@ Geometry geometryOf(const _LD_Info& vd);
 Geometry geometryOf(const Array& array); /* with the places of missing members */
 /* A virtual disk that takes commands: not offline, foreign or in conflict. */
 bool isUsable(const _LD_Info& vd);
+/* Whether the machine runs its system from it. That has crashed when it goes offline, and what the host does not see
+   runs nothing; the system is still on it, for the time when it works again. */
+bool runsSystem(const Vd& vd);
+bool runsSystem(const PdState& disk); /* the same of a disk outside arrays and virtual disks */
 /* The status that the virtual disk would have if those of its working blocks were lost that `isLost` names. */
 using BlockTest = std::function<bool(const _Block_Info&)>;
 KT_U8 statusWithout(const Context& context, const Vd& vd, const BlockTest& isLost);

@@ -32,15 +32,15 @@ static bool fillActivity(Context& context, KT_U16 id, const PdState& state, _HD_
 }
 
 static KT_U8 vdHasOs(const Context& context, KT_U16 vd) {
-    const auto state = find<VdState>(context, vd);
-    if (!state) return KT_ERR_INVALID_VD;
-    return state->hasOs ? KT_ERR_VD_HAS_OS : KT_OK;
+    Vd found = {};
+    if (findVd(context, vd, found) != KT_OK) return KT_ERR_INVALID_VD;
+    return runsSystem(found) ? KT_ERR_VD_HAS_OS : KT_OK;
 }
 
 static KT_U8 pdHasOs(const Context& context, KT_U16 pd) {
     const auto state = find<PdState>(context, pd);
     if (!state) return KT_ERR_INVALID_PD;
-    return state->hasOs ? KT_ERR_PD_HAS_OS : KT_OK;
+    return runsSystem(*state) ? KT_ERR_PD_HAS_OS : KT_OK;
 }
 
 KT_U8 KT_PD_GetHDInfo(KT_U8 a, _HD_Info_Request* request) {
