@@ -459,7 +459,6 @@ TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
     bring({0});
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "one of three";
     bring({1, 2});
-    sim::closeStore(other);
     EXPECT_EQ(ids, (std::vector<KT_U16>{11, 12, 13})) << "the pulled disk keeps its id";
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "an array would lie on the other one's block";
     EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE);
@@ -485,4 +484,17 @@ TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
     EXPECT_EQ(dgInfo(0).VDIDs[0], 0);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_STATUS);
+    start(LAB);
+    bring({1, 2});
+    ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
+    bring({0});
+    sim::closeStore(other);
+    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED) << "the rest of what is in use already";
+    disk(ARRAYS, sim::pullDisk, 13);
+    disk(ARRAYS, sim::insertDisk, 13);
+    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
+    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE) << "one of three";
+    EXPECT_EQ(KT_LD_Report(ARRAYS, 0), KT_ERR_VD_NOT_REPORTABLE) << "it is no conflicted one";
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
 }

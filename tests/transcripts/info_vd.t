@@ -88,6 +88,9 @@ Virtual disks with their state and what they are busy with.
   BGA progress:    synchronizing is aborted
   status:              degraded
   BGA progress:    rebuilding is interrupted
+  $ kt 1 report -i 1
+  $ kt 1 info -o vd -i 1 | grep '^status'
+  status:              online
   $ kt 1 info -o vd -i 9
   
   Virtual Disk Information

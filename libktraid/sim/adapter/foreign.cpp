@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <set>
 
 namespace sim {
 
@@ -51,7 +52,7 @@ static void comeHome(const Context& context, const _LD_Info& vd, KT_U16 dgid) {
     mine.info.DGID = dgid;
     mine.state.reported = 1;
     saveVd(context, mine);
-    if (dgid == KT_NO_ID) {
+    if (dgid == KT_NO_ID || isConflicted(vd)) {
         logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.RaidMode) ? 1 : 0);
     } else {
         logEvent(context, EVT_VD, EVT_IMPORTED, vd.ID, SEV_INFO, dgid);
@@ -147,18 +148,27 @@ static bool shareDisks(const Context& context, const std::vector<_LD_Info>& vds,
     return false;
 }
 
+/* The virtual disk and those that come along. */
+static std::vector<_LD_Info> comingAlong(const Context& context, const _LD_Info& vd) {
+    return isArrayBased(adapterInfo(context)) ? companions(context, vd) : std::vector<_LD_Info>{vd};
+}
+
 /* Whether the adapter could take the virtual disk over, with those that would come along. */
-static bool canImport(const Context& context, const _LD_Info& vd) {
+static bool canTakeOver(const Context& context, const _LD_Info& vd) {
     const _Adapter_Info adapter = adapterInfo(context);
-    const bool arrays = isArrayBased(adapter);
-    const std::vector<_LD_Info> vds = arrays ? companions(context, vd) : std::vector<_LD_Info>{vd};
+    const std::vector<_LD_Info> vds = comingAlong(context, vd);
     const bool whole = std::all_of(vds.begin(), vds.end(), [&](const _LD_Info& each) {
         return find<VdState>(context, each.ID).value_or(VdState{}).unfinished == 0 && isComplete(context, each);
     });
     if (!whole || !isLevelEnabled(adapter, vd.RaidMode)) return false;
-    if (!arrays) return true;
+    if (!isArrayBased(adapter)) return true;
     if (vds.size() > std::max<size_t>(adapter.MaxVDPerDG, 1)) return false;
     return !shareDisks(context, vds, groupOf(context, Owner{OwnerKind::Vd, vd.ID}));
+}
+
+static bool canImport(const Context& context, const _LD_Info& vd) {
+    const std::vector<_LD_Info> vds = comingAlong(context, vd);
+    return std::none_of(vds.begin(), vds.end(), isConflicted) && canTakeOver(context, vd);
 }
 
 static KT_U8 importArray(const Context& context, const _LD_Info& vd) {
@@ -174,22 +184,33 @@ static KT_U8 importArray(const Context& context, const _LD_Info& vd) {
     return KT_OK;
 }
 
-KT_U8 importVd(const Context& context, KT_U16 id) {
-    Vd vd = {};
-    const KT_U8 status = findVd(context, id, vd);
-    if (status != KT_OK) return status;
-    if (!isForeign(vd.info)) return KT_ERR_VD_STATUS;
-    if (!canImport(context, vd.info)) return KT_ERR_VD_NOT_IMPORTABLE;
+static KT_U8 takeOver(const Context& context, const _LD_Info& vd) {
     if (isArrayBased(adapterInfo(context))) {
-        const KT_U8 imported = importArray(context, vd.info);
+        const KT_U8 imported = importArray(context, vd);
         if (imported != KT_OK) return imported;
     } else {
-        comeHome(context, vd.info, KT_NO_ID);
+        comeHome(context, vd, KT_NO_ID);
     }
     reviewForeign(context);
     engageSpares(context);
     arbitrate(context);
     return KT_OK;
+}
+
+KT_U8 importVd(const Context& context, KT_U16 id) {
+    Vd vd = {};
+    const KT_U8 status = findVd(context, id, vd);
+    if (status != KT_OK) return status;
+    if (!isForeign(vd.info)) return KT_ERR_VD_STATUS;
+    return canImport(context, vd.info) ? takeOver(context, vd.info) : KT_U8{KT_ERR_VD_NOT_IMPORTABLE};
+}
+
+KT_U8 reportVd(const Context& context, KT_U16 id) {
+    Vd vd = {};
+    const KT_U8 status = findVd(context, id, vd);
+    if (status != KT_OK) return status;
+    const bool reportable = isConflicted(vd.info) && canTakeOver(context, vd.info);
+    return reportable ? takeOver(context, vd.info) : KT_U8{KT_ERR_VD_NOT_REPORTABLE};
 }
 
 static bool hasBlocks(const Context& context, const _LD_Info& vd) {
@@ -209,6 +230,7 @@ void reviewForeign(const Context& context) {
             erase<VdState>(context, vd.info.ID);
             continue;
         }
+        if (isConflicted(vd.info)) continue;
         const KT_U8 status = canImport(context, vd.info) ? KT_VD_IMPORTABLE : KT_VD_NOT_IMPORTABLE;
         if (vd.info.Status == status || (vd.info.Status == KT_VD_FOREIGN && status == KT_VD_IMPORTABLE)) continue;
         vd.info.Status = status;
@@ -232,7 +254,7 @@ void rememberAway(const Context& context, const Vd& vd) {
     away.state.unfinished = away.state.unfinished || find<VdTarget>(context, vd.info.ID) ? 1 : 0;
     away.info.DGID = KT_NO_ID;
     away.info.BGAStatus = KT_STATE_NONE;
-    away.info.Status = KT_VD_NOT_IMPORTABLE;
+    if (!isConflicted(vd.info)) away.info.Status = KT_VD_NOT_IMPORTABLE;
     away.state.activity = Activity{};
     away.state.activity.disk = away.state.linkedDisk = KT_NO_ID;
     away.state.reported = 0;
@@ -263,23 +285,13 @@ std::optional<_LD_Info> vdWithGuid(const Context& context, const KT_U8* guid) {
     return back->info;
 }
 
-KT_U8 reportVd(const Context& context, KT_U16 id) {
-    Vd vd = {};
-    const KT_U8 status = findVd(context, id, vd);
-    if (status != KT_OK) return status;
-    if (vd.info.Status == KT_VD_OFFLINE || vd.info.Status == KT_VD_NOT_IMPORTABLE) return KT_ERR_VD_NOT_REPORTABLE;
-    if (!isUsable(vd.info) && vd.info.Status != KT_VD_USING_TABLE) return KT_ERR_VD_STATUS;
-    vd.state.reported = 1;
-    save(context, id, vd.state);
-    return KT_OK;
-}
-
 /* Disks arriving from elsewhere. */
 
 struct Arrival {
     Store& store;
     KT_U8 adapter;
     std::map<KT_U16, KT_U16> disks; /* id there -> id here */
+    std::set<KT_U16> strangers;     /* those of them, by their ids here, that had to be told apart from disks here */
 };
 
 static bool isDiskHere(const Context& context, const _HD_Info& disk) {
@@ -291,15 +303,18 @@ static bool isDiskHere(const Context& context, const _HD_Info& disk) {
     return here;
 }
 
-/* Labs number their disks alike; two adapters' disks are never the same one. */
-static void tellApart(const Context& context, _HD_Info& disk) {
+/* Labs number their disks alike; two adapters' disks are never the same one. Answers whether they had to be told apart.
+ */
+static bool tellApart(const Context& context, _HD_Info& disk) {
     static const char MARKS[] = "123456789ABCDEFGHJKLMNPQRSTUVWXYZ";
+    const bool stranger = isDiskHere(context, disk);
     for (size_t i = 0; i + 1 < sizeof MARKS && isDiskHere(context, disk); i++) {
         disk.WWN[4]++;
         disk.Link.Self.SAS_Address[4] = disk.WWN[4];
         disk.SerialNo[strnlen(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo) / 2] =
             static_cast<KT_U8>(MARKS[i]);
     }
+    return stranger;
 }
 
 static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
@@ -312,7 +327,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     if ((info->HDType & KT_HD_SAS) && !(adapter.PortSupportType & KT_HD_SAS)) return KT_ERR_NOT_SUPPORTED;
     const KT_U16 id = freeDiskId(context);
     if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
-    tellApart(context, *info);
+    if (tellApart(context, *info)) arrival.strangers.insert(id);
     info->AdapterID = context.adapter;
     info->Link.Self.DevID = id;
     info->Link.Self.EnclosureID = KT_NO_ID;
@@ -353,12 +368,24 @@ static std::map<int, _Block_Info> arrivingBlocks(const Arrival& arrival, const _
     return blocks;
 }
 
-/* Whether `mine` is the part of the arriving virtual disk that came before. */
-static bool isOtherPart(const _LD_Info& mine, const _LD_Info& vd, const std::map<int, _Block_Info>& blocks) {
-    if (mine.Status != KT_VD_IMPORTABLE && mine.Status != KT_VD_NOT_IMPORTABLE) return false;
-    if (mine.RaidMode != vd.RaidMode || mine.HDCount != vd.HDCount || mine.Size != vd.Size) return false;
+static bool isSameMake(const _LD_Info& mine, const _LD_Info& vd) {
+    return mine.RaidMode == vd.RaidMode && mine.HDCount == vd.HDCount && mine.Size == vd.Size;
+}
+
+/* Whether `mine` has none of what arrives. */
+static bool lacks(const _LD_Info& mine, const std::map<int, _Block_Info>& blocks) {
     return std::all_of(blocks.begin(), blocks.end(),
                        [&](const auto& entry) { return mine.BlockIDs[entry.first] == KT_NO_ID; });
+}
+
+/* Whether `mine`, in use here with the same GUID, is the arriving virtual disk, a part of which was imported before.
+   Its missing member may have been made up for since. */
+static bool isImportedPart(const Arrival& arrival, const _LD_Info& mine, const _LD_Info& vd,
+                           const std::map<int, _Block_Info>& blocks) {
+    if (isForeign(mine) || !isSameMake(mine, vd)) return false;
+    return lacks(mine, blocks) || std::none_of(blocks.begin(), blocks.end(), [&](const auto& entry) {
+               return arrival.strangers.count(entry.second.HDID) != 0;
+           });
 }
 
 static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_Info& vd) {
@@ -378,8 +405,9 @@ static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_I
     return mine;
 }
 
-/* The part that came before, or a new virtual disk. Labs number these alike, too: a GUID that another one has here is
-   counted up, always the same way, so that the parts of one find each other. */
+/* The part that came before, or a new virtual disk, in conflict when the other part is in use already. Labs number
+   these alike, too: a GUID that another one has here is counted up, always the same way, so that the parts of one find
+   each other. */
 static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info& vd,
                   const std::map<int, _Block_Info>& blocks) {
     Vd place = newArrival(context, arrival, vd);
@@ -389,8 +417,9 @@ static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info
         forEachVd(context, [&](const Vd& mine) {
             if (memcmp(mine.info.LD_GUID, place.info.LD_GUID, sizeof place.info.LD_GUID) != 0) return;
             known = true;
-            found = isOtherPart(mine.info, vd, blocks);
+            found = isForeign(mine.info) && isSameMake(mine.info, vd) && lacks(mine.info, blocks);
             if (found) place = mine;
+            if (isImportedPart(arrival, mine.info, vd, blocks)) place.info.Status = KT_VD_PLUGIN_CONFLICTED;
         });
         if (!known || found) break;
         place.info.LD_GUID[2]++;
@@ -420,7 +449,7 @@ static KT_U8 bringVd(const Context& context, const Arrival& arrival, const _LD_I
 
 KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapter, const std::vector<KT_U16>& disks,
                          std::vector<KT_U16>& ids) {
-    Arrival arrival{other, otherAdapter, {}};
+    Arrival arrival{other, otherAdapter, {}, {}};
     for (const KT_U16 pd : disks) {
         const KT_U8 status = bringDisk(context, arrival, pd);
         if (status != KT_OK) return status;
