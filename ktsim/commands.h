@@ -9,9 +9,10 @@
 #include <functional>
 #include <string>
 
-/* Said on standard error; the command's result is 1. */
+/* Said on standard error, with the command's result. */
 struct CommandFailure {
     std::string message;
+    int result = 1;
 };
 
 /* What all subcommands share. */

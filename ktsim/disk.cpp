@@ -79,15 +79,27 @@ static KT_U64 sectorsOf(const Context& context, KT_U16 pd, const std::string& si
     return static_cast<KT_U64>(readBytes(size)) / std::max<KT_U32>(sector, 512);
 }
 
+static KT_U8 age(const Context& context, KT_U16 pd, const DiskOptions& wanted) {
+    const std::string name = "disk " + std::to_string(pd);
+    switch (ageDisk(context, pd, wanted.aspect, wanted.amount)) {
+    case Ageing::NoDisk:
+        return KT_ERR_INVALID_PD;
+    case Ageing::NoAttributes:
+        throw CommandFailure{name + " keeps no SMART attributes"};
+    case Ageing::OnlySpinning:
+        throw CommandFailure{name + " is an SSD: it has no " + wanted.aspect};
+    case Ageing::OnlySolidState:
+        throw CommandFailure{name + " is no SSD: it has no " + wanted.aspect};
+    default:
+        return KT_OK;
+    }
+}
+
 static void addAge(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted) {
-    CLI::App* age = addChange(disk, options, wanted, "age", "Wear it: its SMART attributes move", " with SMART", false,
-                              [wanted](Context& context, KT_U16 pd) {
-                                  return ageDisk(context, pd, wanted->aspect, wanted->amount)
-                                             ? KT_U8{KT_OK}
-                                             : KT_U8{KT_ERR_INVALID_PD};
-                              });
-    age->add_option("WHAT", wanted->aspect, "What wears")->required()->check(CLI::IsMember(agingWords()));
-    age->add_option("AMOUNT", wanted->amount, "By how much")->capture_default_str();
+    CLI::App* command = addChange(disk, options, wanted, "age", "Wear it: its SMART attributes move", "", false,
+                                  [wanted](Context& context, KT_U16 pd) { return age(context, pd, *wanted); });
+    command->add_option("WHAT", wanted->aspect, "What wears")->required()->check(CLI::IsMember(agingWords()));
+    command->add_option("AMOUNT", wanted->amount, "By how much")->capture_default_str();
 }
 
 static void printSpoiled(KT_U16 pd, KT_U8 flaw, KT_U32 count, KT_U64 first) {

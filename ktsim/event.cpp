@@ -58,7 +58,7 @@ void addEvent(CLI::App& app, Options& options) {
     command->add_option("CODE", wanted->code, "Event code within the class")->required()->check(word);
     command->add_option("-d,--device", wanted->device, "The device it concerns")->check(word)->capture_default_str();
     command->add_option("-s,--severity", wanted->severity, "0 unknown to 7 fatal; 2 is information")
-        ->check(CLI::Range(0U, 255U))
+        ->check(CLI::Range(unsigned{SEV_UNKNOWN}, unsigned{SEV_FATAL}))
         ->capture_default_str();
     command->add_option("-p,--param", wanted->params, "Up to four values")->expected(1, 4);
     command->add_option("--sense", wanted->sense, "Sense data in hexadecimal");

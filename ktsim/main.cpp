@@ -60,7 +60,8 @@ static int runGuarded(int argc, char** argv) {
     try {
         return runWords(argc, argv);
     } catch (const CommandFailure& failure) {
-        return say(failure.message);
+        say(failure.message);
+        return failure.result;
     } catch (const sim::StoreFailure& failure) {
         return say(failure.message);
     } catch (const sim::LabError& error) {

@@ -8,6 +8,8 @@
 #include <unistd.h>
 #include <vector>
 
+enum { NOT_EXECUTABLE = 126, NOT_FOUND = 127 }; /* as shells answer */
+
 /* The folder of the simulated library beside this program: bin/ and lib/ktraid-sim/. */
 static std::string libraryFolder() {
     char self[PATH_MAX];
@@ -38,7 +40,8 @@ static void run(const Options& options, const std::vector<std::string>& command)
         words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);
     execvp(words[0], words.data());
-    throw CommandFailure{command[0] + ": " + strerror(errno)};
+    const int reason = errno;
+    throw CommandFailure{command[0] + ": " + strerror(reason), reason == ENOENT ? NOT_FOUND : NOT_EXECUTABLE};
 }
 
 void addRun(CLI::App& app, Options& options) {

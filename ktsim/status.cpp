@@ -108,12 +108,16 @@ static std::string healthNotes(const Context& context) {
     return notes;
 }
 
+static std::string countText(KT_U64 number, const char* what) {
+    return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
 static void printHead(const Context& context, const _Adapter_Info& info) {
     printf("\nAdapter %u  %s (%s)%s\n", context.adapter, printable(info.ModelNumber, 20).c_str(),
            info.MaxDiskGroup ? "array-based" : "LD-based", healthNotes(context).c_str());
-    printf("  %llu disks, ", static_cast<unsigned long long>(count<_HD_Info>(context)));
-    if (info.MaxDiskGroup) printf("%llu arrays, ", static_cast<unsigned long long>(count<_DG_Info>(context)));
-    printf("%llu virtual disks\n", static_cast<unsigned long long>(count<_LD_Info>(context)));
+    const std::string arrays = info.MaxDiskGroup ? countText(count<_DG_Info>(context), "array") + ", " : "";
+    printf("  %s, %s%s\n", countText(count<_HD_Info>(context), "disk").c_str(), arrays.c_str(),
+           countText(count<_LD_Info>(context), "virtual disk").c_str());
 }
 
 static void printMore(KT_U64 total, int shown, const char* what) {
@@ -182,7 +186,7 @@ static std::string typeText(const _HD_Info& disk) {
 static std::string surfaceText(const Context& context, KT_U16 pd) {
     const KT_U64 bad = badSectorCount(context, pd);
     if (bad == 0) return "";
-    return ", " + std::to_string(bad) + (bad == 1 ? " bad sector" : " bad sectors");
+    return ", " + countText(bad, "bad sector");
 }
 
 static void printDisk(const Context& context, KT_U64 id, const _HD_Info& disk) {

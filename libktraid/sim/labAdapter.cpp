@@ -18,7 +18,7 @@ static void setVersion(_Version_Info_CIM& version, KT_U16 major, KT_U16 minor, K
 
 static const KT_U8 ALL_FEATURES = KT_FEATURE_REBUILD | KT_FEATURE_BACKGROUND_INIT | KT_FEATURE_SYNC |
                                   KT_FEATURE_MIGRATION | KT_FEATURE_MEDIA_PATROL | KT_FEATURE_FOREGROUND_INIT |
-                                  KT_FEATURE_COPY_BACK;
+                                  KT_FEATURE_COPY_BACK | KT_FEATURE_SAME_TYPE_ONLY;
 static const KT_U32 COMMON_ADVANCED = KT_ADV_SENSE_CODE | KT_ADV_BIG_STRIPE | KT_ADV_FLASH_BIOS | 1U << 4 |
                                       KT_ADV_CPU_EFFICIENCY | KT_ADV_IMAGE_HEALTH | 1U << 26 | 1U << 27 | 1U << 29;
 

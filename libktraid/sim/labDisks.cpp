@@ -1,3 +1,4 @@
+#include "adapter/jobs.h"
 #include "adapter/surface.h"
 #include "lab.h"
 #include "labReader.h"
@@ -161,7 +162,9 @@ static void addPatrol(const Context& context, LabReader& disk, KT_U64 kib, PdSta
         state.patrol.kind = KT_PD_BGA_MEDIA_PATROL;
         state.patrol.state = static_cast<KT_U8>(takeWord(reader, "state", STATES, std::size(STATES), KT_STATE_RUNNING));
         state.patrol.work = kib;
-        state.patrol.done = kib / 100 * takeNumber(reader, "percent", 0, 99);
+        const KT_U64 percent = takeNumber(reader, "percent", 0, 99);
+        state.patrol.done = kib / 100 * percent;
+        state.patrol.announced = percent - percent % ANNOUNCED_PERCENT;
         state.patrol.since = context.now;
         takeNothingElse(reader);
         AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});

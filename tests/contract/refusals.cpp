@@ -2,12 +2,12 @@
 
 #include "adapter/health.h"
 
-/* Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a disk without a light (10)
+/* Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a SAS disk without a light (10)
    and a solid-state one (11).
    Adapter 1: virtual disks as many as it takes: a system, a degraded one, a hybrid one; disks 7 and 8 are free. */
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [{"count": 8, "size": "100GB"}, {"size": "100GB", "spare": "global"},
-     {"size": "1GB", "HDType": 8}, {"size": "100GB", "LocateLEDStatus": 255},
+     {"size": "1GB", "HDType": 8}, {"type": "SAS", "size": "100GB", "LocateLEDStatus": 255},
      {"type": "SATA SSD", "size": "100GB"}],
    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"size": "10GiB"}]},
               {"level": "RAID1", "disks": [3, 4]}]},
@@ -58,6 +58,7 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
         {KT_ERR_NO_VD_ID, [] { return createRaid0(1, 6, 8); }},
         {KT_ERR_ATAPI, [] { return createRaid0(0, 9, 5); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 11); }},
+        {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 10); }},
         {KT_ERR_ARRAY_EMPTY, [] { return migrateArray(1); }},
         {KT_ERR_ARRAY_BUSY, [] { return KT_LD_BGAControl(0, 0, KT_CONTROL_PAUSE); }},
         {KT_ERR_PD_NOT_OFFLINE, [] { return KT_PD_SetHDStatus(1, 2, 1); }},

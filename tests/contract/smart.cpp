@@ -14,7 +14,8 @@ static const KT_U8 REALLOCATED = 0x05, PENDING = 0xC5, HOURS = 0x09, AIRFLOW = 0
 struct Smart : LabTest<LAB> {
     bool age(KT_U16 pd, const char* aspect, KT_U32 amount) const {
         bool done = false;
-        outside(0, [&](sim::Context& context) { done = sim::ageDisk(context, pd, aspect, amount); });
+        outside(0,
+                [&](sim::Context& context) { done = sim::ageDisk(context, pd, aspect, amount) == sim::Ageing::Done; });
         return done;
     }
 };
@@ -82,6 +83,7 @@ TEST_F(Smart, WornDisksTrip) {
     ASSERT_TRUE(age(2, "wear", 0xFFFFFFFF));
     EXPECT_EQ(attribute(2, 0xE7).Current, 1) << "no value wraps";
     EXPECT_FALSE(age(1, "wear", 1)) << "a SAS disk";
+    EXPECT_FALSE(age(0, "wear", 1)) << "a spinning one";
     EXPECT_FALSE(age(0, "beauty", 1));
     EXPECT_FALSE(age(9, "wear", 1));
 }

@@ -50,6 +50,7 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
         EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
                   Events({"1/20 of 0", "1/100 of 0", "2/36 of 1", "2/37 of 1", "1/25 of 0"}));
         EXPECT_EQ(smart(1, 0xC5), 3U);
+        EXPECT_EQ(smart(1, 0xC6), 3U);
     }
     std::vector<_Event> events(255);
     KT_U8 count = 0;
@@ -63,6 +64,7 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 1)),
               Events({"1/30 of 0", "1/100 of 0", "2/36 of 1", "2/37 of 1", "2/38 of 1", "1/35 of 0"}));
     EXPECT_EQ(smart(1, 0xC5), 0U);
+    EXPECT_EQ(smart(1, 0xC6), 0U);
     EXPECT_EQ(smart(1, 0x05), 3U);
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/25 of 0"}));
 }

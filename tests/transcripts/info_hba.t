@@ -48,7 +48,7 @@ The report of an adapter.
   Maximum disk in one array:           32
   Maximum VD in one array:             16
   Max total blocks:                    1024
-  Features:                            rebuild,background init,synchronize,migration,media patrol,foreground init,copy back
+  Features:                            rebuild,background init,synchronize,migration,media patrol,foreground init,copy back,only same type hd for create
   Advanced features:                   event sense code,big stripe,flash bios,bbu,config in flash,cpu efficiency,ses2,module consolidate,image health,vd write cache,vd read cache,smart,rounding,hd set free,hd write cache,set spare,hot plug,ata pass through,access register,flash predata,raw update
   Max buffer size:                     64
   Stripe size supported:               16K 32K 64K 128K 256K 512K 1024K 

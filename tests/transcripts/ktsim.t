@@ -88,6 +88,14 @@ What show prints, create reads back; a lab comes through a pipe too.
   $ ktsim show > first.json
   $ ktsim create --lab - --force < first.json
   $ ktsim show | cmp - first.json
+  $ ktsim event 2 11 --severity 8 2> /dev/null
+  [2]
+
+What a lab brings along halfway was announced before.
+
+  $ kt event | grep -c 'done'
+  0
+  [1]
 
 The clock.
 
@@ -251,6 +259,12 @@ What is wrong on a disk shows where a person looks for it, and when something re
   $ ktsim disk damage 3 --count 0
   ktsim: --count: Value 0 not in range 1 to 1000 (--help tells more)
   [2]
+  $ ktsim disk age 3 wear 20
+  ktsim: disk 3 is no SSD: it has no wear
+  [1]
+  $ ktsim disk age 0 reallocated 5
+  ktsim: disk 0 keeps no SMART attributes
+  [1]
   $ ktsim status | grep 'PD 3 .*bad'
     PD 3     Gannet GT4000G        SATA       3.6 TiB  member of array 2, 5 bad sectors
 
@@ -296,7 +310,10 @@ A command in the state's environment; its result is the command's own.
   $ ktsim run -- ktsetup ver > /dev/null
   $ ktsim run -- ./nothing
   ktsim: ./nothing: No such file or directory
-  [1]
+  [127]
+  $ ktsim run -- .
+  ktsim: .: Permission denied
+  [126]
   $ ktsim run
   ktsim: COMMAND is required (--help tells more)
   [2]

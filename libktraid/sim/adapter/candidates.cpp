@@ -47,9 +47,9 @@ KT_U8 checkNewMember(const Context& context, KT_U16 id, Sharing sharing, Disk& d
 
 KT_U8 checkAlike(const Context& context, const _HD_Info& one, const _HD_Info& other) {
     if (one.BlockSize != other.BlockSize) return KT_ERR_PD_SECTORS_DIFFER;
-    if (isSolidState(one) != isSolidState(other)) return KT_ERR_PD_TYPES_DIFFER;
+    const bool same = one.HDType == other.HDType && isSolidState(one) == isSolidState(other);
     const bool mustBe = (adapterInfo(context).Features & KT_FEATURE_SAME_TYPE_ONLY) != 0;
-    return mustBe && one.HDType != other.HDType ? KT_U8{KT_ERR_PD_TYPES_DIFFER} : KT_U8{KT_OK};
+    return mustBe && !same ? KT_U8{KT_ERR_PD_TYPES_DIFFER} : KT_U8{KT_OK};
 }
 
 /* A hybrid level joins solid-state disks with one hard disk. */

@@ -18,8 +18,8 @@ KT_U8 collectMembers(const Context& context, KT_U8 level, const KT_U16* ids, int
                      std::vector<Disk>& disks);
 /* KT_OK when the disk may newly join something: there, working, no spare, not foreign, not running the system. */
 KT_U8 checkNewMember(const Context& context, KT_U16 id, Sharing sharing, Disk& disk);
-/* KT_OK when the disks can serve together: as large sectors, solid state or not, and of one type where the adapter asks
-   for that. */
+/* KT_OK when the disks can serve together: as large sectors, and of one type (SATA or SAS, solid state or not) where
+   the adapter asks for that. */
 KT_U8 checkAlike(const Context& context, const _HD_Info& one, const _HD_Info& other);
 bool isSolidState(const _HD_Info& disk);
 /* The largest stretch of KiB that no block holds. */

@@ -22,6 +22,7 @@ enum Counter : KT_U8 {
     WEAR,
     WRITTEN,
     UNCORRECTABLE,
+    OFFLINE_UNCORRECTABLE,
     TEMPERATURE,
     PENDING,
     LINK_ERRORS,
@@ -50,7 +51,7 @@ static const Attribute SPINNING[] = {
     {0xBE, 100, 45, TEMPERATURE, 1, "Airflow_Temperature"},
     {0xC2, 100, 0, TEMPERATURE, 1, "Temperature_Celsius"},
     {0xC5, 100, 0, PENDING, 8, "Pending_Sectors"},
-    {0xC6, 100, 0, UNCORRECTABLE, 8, "Offline_Uncorrect"},
+    {0xC6, 100, 0, OFFLINE_UNCORRECTABLE, 8, "Offline_Uncorrect"},
     {0xC7, 200, 0, LINK_ERRORS, 10, "UDMA_CRC_Error_Count"},
 };
 static const Attribute SOLID_STATE[] = {
@@ -70,16 +71,17 @@ static const Attribute SOLID_STATE[] = {
 struct Aspect {
     const char* word;
     KT_U32 DiskAge::*count;
+    Ageing refusal = Ageing::Done; /* what the other kind of disk answers */
 };
 static const Aspect ASPECTS[] = {
     {"reallocated", &DiskAge::reallocated},
     {"pending", &DiskAge::pending},
     {"uncorrectable", &DiskAge::uncorrectable},
-    {"read-errors", &DiskAge::readErrors},
-    {"spin-retries", &DiskAge::spinRetries},
+    {"read-errors", &DiskAge::readErrors, Ageing::OnlySpinning},
+    {"spin-retries", &DiskAge::spinRetries, Ageing::OnlySpinning},
     {"link-errors", &DiskAge::linkErrors},
     {"hours", &DiskAge::hours},
-    {"wear", &DiskAge::wear},
+    {"wear", &DiskAge::wear, Ageing::OnlySolidState},
     {"warmth", &DiskAge::warmth},
 };
 
@@ -108,6 +110,8 @@ static KT_U64 counterOf(const Life& life, Counter counter) {
         return life.written;
     case UNCORRECTABLE:
         return life.age.uncorrectable;
+    case OFFLINE_UNCORRECTABLE: /* until they are written again, unlike what was once reported */
+        return std::min(life.age.uncorrectable, life.age.pending);
     case TEMPERATURE:
         return life.temperature;
     case PENDING:
@@ -126,7 +130,9 @@ static KT_U8 valueOf(const Attribute& attribute, KT_U64 counter) {
 
 /* The counter at the disk's worst moment; only what recovers was ever worse than now. */
 static KT_U64 worstCounter(const Life& life, Counter counter) {
-    if (counter == PENDING) return std::max(life.age.mostPending, life.age.pending);
+    const KT_U32 mostPending = std::max(life.age.mostPending, life.age.pending);
+    if (counter == PENDING) return mostPending;
+    if (counter == OFFLINE_UNCORRECTABLE) return std::min(life.age.uncorrectable, mostPending);
     return counter == TEMPERATURE ? life.hottest : counterOf(life, counter);
 }
 
@@ -150,7 +156,7 @@ static _SMART_Info describeAll(const Life& life, const _HD_Info& disk) {
     const auto add = [&](const Attribute& attribute) {
         info.Attributes[info.AttributeCount++] = describe(attribute, life);
     };
-    if (disk.HD_SSD_Type || (disk.HDType & KT_HD_SSD)) {
+    if (isSolidState(disk)) {
         std::for_each(std::begin(SOLID_STATE), std::end(SOLID_STATE), add);
     } else {
         std::for_each(std::begin(SPINNING), std::end(SPINNING), add);
@@ -280,7 +286,7 @@ static void addTo(KT_U32& count, KT_U32 amount) {
 }
 
 /* Keeps what has become of the disk, with the events of thresholds that it crosses. */
-static KT_U8 keepAge(const Context& context, KT_U16 pd, DiskAge age) {
+static void keepAge(const Context& context, KT_U16 pd, DiskAge age) {
     const KT_U32 reallocated = ageOf(context, pd).reallocated;
     age.mostPending = std::max(age.mostPending, age.pending);
     age.mostWarmth = std::max(age.mostWarmth, age.warmth);
@@ -290,20 +296,23 @@ static KT_U8 keepAge(const Context& context, KT_U16 pd, DiskAge age) {
     const auto state = find<PdState>(context, pd);
     const bool trips =
         disk && state && !state->smartTripped && isFailing(describeAll(lifeOf(context, pd, *disk), *disk));
-    return trips && (disk->FeatureSupport & KT_HD_SMART) ? tripSmart(context, pd, true) : KT_U8{KT_OK};
+    if (trips && (disk->FeatureSupport & KT_HD_SMART)) tripSmart(context, pd, true);
 }
 
-bool ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount) {
+Ageing ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount) {
     const auto* found =
         std::find_if(std::begin(ASPECTS), std::end(ASPECTS), [&](const Aspect& known) { return aspect == known.word; });
     const auto disk = find<_HD_Info>(context, pd);
-    if (found == std::end(ASPECTS) || !disk || !knowsSmart(*disk)) return false;
+    if (found == std::end(ASPECTS) || !disk) return Ageing::NoDisk;
+    if (!knowsSmart(*disk)) return Ageing::NoAttributes;
+    if (found->refusal == (isSolidState(*disk) ? Ageing::OnlySpinning : Ageing::OnlySolidState)) return found->refusal;
     DiskAge age = ageOf(context, pd);
     const KT_U32 reallocated = age.reallocated;
     addTo(age.*found->count, amount);
     if (age.reallocated > reallocated) logEvent(context, EVT_PD, EVT_REASSIGNED, pd, SEV_INFO);
     if (found->count == &DiskAge::pending) addBadSectors(context, pd, BadSector{FLAW_UNREADABLE, 1, {}}, amount);
-    return keepAge(context, pd, age) == KT_OK;
+    keepAge(context, pd, age);
+    return Ageing::Done;
 }
 
 void countUnreadable(const Context& context, KT_U16 pd, KT_U32 sectors) {

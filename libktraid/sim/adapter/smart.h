@@ -13,9 +13,10 @@ KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info);
 /* The non-data commands a drive knows; others end with an aborted command, as the registers say. */
 KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& command);
 
-/* Ages a disk: `aspect` is one of agingWords(). A threshold that it crosses is logged. False for an unknown disk or
-   word, or a disk without SMART. */
-bool ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount);
+enum class Ageing { Done, NoDisk, NoAttributes, OnlySpinning, OnlySolidState };
+/* Ages a disk: `aspect` is one of agingWords(). A threshold that it crosses is logged. NoAttributes for a disk that
+   keeps none; the last two when it is of the kind of disk that does not wear that way. */
+Ageing ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount);
 std::vector<std::string> agingWords();
 
 /* A drive's own account of its sectors: that many more cannot be read; that many were put elsewhere, of which `known`
