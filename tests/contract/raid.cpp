@@ -278,9 +278,11 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
               (std::vector<std::string>{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));
     ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_OK);
     newEvents(ARRAYS);
-    disk(ARRAYS, sim::failDisk, 0);
-    EXPECT_EQ(newEvents(ARRAYS),
-              (std::vector<std::string>{"2/4 of 0", "2/2 of 0", "1/0 of 0", "1/77 of 0", "2/59 of 5"}));
+    disk(ARRAYS, sim::pullDisk, 0);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/0 of 0", "1/0 of 0", "1/77 of 0", "2/59 of 5"}));
+    disk(ARRAYS, sim::insertDisk, 0);
+    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 5, 2})) << "nothing was written since";
+    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
 }
 
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {

@@ -150,10 +150,9 @@ TEST_F(Removal, AssignsSparesAndWipes) {
                "\nFailed to assign spare disk (error 9: Invalid physical disk id).\n", 1, {});
 
     seam.statuses = {{"KT_PD_WipeHDMDD", 56}};
-    expectStep(doWipe, "wipe -d 254", "",
-               "\nWipe MDD on PD 254 failed (error 56: Specified physical disk is assigned to a virtual "
-               "disk).\n",
-               56, {});
+    expect(run(doWipe, "wipe -d 254"),
+           "\nWipe MDD on PD 254 failed (error 56: Specified physical disk is assigned to a virtual disk).\n", 56);
+    EXPECT_EQ("KT_PD_WipeHDMDD 254 0", seam.calls.back());
     seam.statuses.clear();
     EXPECT_EQ("\nWipe PD 4 is returned successfully.\n", run(doWipe, "wipe -d 4 -f").printed);
     EXPECT_EQ("KT_PD_WipeHDMDD 4 1", seam.calls.back());

@@ -39,7 +39,6 @@ Initialization and check of a virtual disk, from the start to the event of the e
 
 Everything pauses at once; virtual disks on the same disks take turns, and disks are patrolled only when left alone.
 
-  $ calls > /dev/null
   $ kt mp -d 0
   Start media patrol successfully
   $ (echo; echo y) | kt 0 init -l 2
@@ -62,14 +61,6 @@ Everything pauses at once; virtual disks on the same disks take turns, and disks
   BGA progress:    synchronizing is paused at 0%
   $ progress 0 pd
   Media patrol:        paused at 0%
-  $ calls | grep -e Start -e Control -e Pause | cut -d ' ' -f 1,3-
-  KT_PD_StartMediaPatrol pd=0 -> 0
-  KT_LD_StartINIT vd=2 initType=2 -> 0
-  KT_LD_StartConsistencyCheck vd=3 fix=1 -> 0
-  KT_LD_PauseAll -> 0
-  KT_LD_BGAControl vd=2 control=3 -> 0
-  KT_LD_StartConsistencyCheck vd=0 fix=1 -> 0
-  KT_LD_StartINIT vd=1 initType=2 -> 0
 
 A spare is patrolled by the hour.
 
@@ -139,11 +130,6 @@ Rebuilding by hand: a free disk of the right size that nobody else waits for. Co
   $ kt 1 info -o array -i 0 | grep -e Status -e 'PD IDs'
   PD IDs:              0 1 7
   Status:              functional
-  $ calls | grep -e Start -e DG_BGA | cut -d ' ' -f 1,3-
-  KT_LD_StartRebuild vd=0 pd=1 -> 0
-  KT_LD_DG_StartRebuild dg=0 pdCount=1 pds=0700 -> 0
-  KT_DG_BGAControl dg=0 control=4 -> 0
-  KT_DG_BGAControl dg=0 control=1 -> 0
   $ lab lab.json
   $ kt 1 copyback -a pause -l 2
   Pause successfully

@@ -6,34 +6,7 @@ An adapter's configuration is saved as text. A file is never overwritten.
   $ cfg backup_cfg
   Backup_cfg command is returned successfully!
   stderr: hba0_cfg.txt holds another name, size or number of disks for virtual disks 3; edit it before restoring.
-  $ calls | grep -v 'Adapter\|API\|SIM' | sed 's/ .*//' | uniq -c
-        1 KT_Flash_Bin
-        1 KT_PD_GetHDRaidStatus
-        1 KT_LD_GetInfo
-       11 KT_BLK_GetInfo
-  $ tr '\0' '.' < hba0_cfg.txt | sed -n '7,28p; /VD ID.=3/,$p'
-  [ADAPTER CONFIG]
-  [BEGIN]
-  [SERIAL_NUMBER]=KS260100004711......
-  [SILENT_MODE]=DISABLE
-  [INT13]=DISABLE
-  [ERROR_STOP]=DISABLE
-  [RAID FEATURE]=ENABLE
-  [RAID5]=ENABLE
-  [SPINUP GROUP]=1
-  [SPINUP TIME]=1
-  [HDD-DETECT TIME(S)]=5
-  [SERIAL_CONSOLE]=DISABLE
-  [END]
-  
-  [PORT CONFIG]
-  [BEGIN]
-  
-  [PORT ID]=0
-  [SASADDRESS]=500A1F40:00100000
-  [RATE]=3Gb/s
-  [AMP]=6
-  [PRE_EMPHASIS]=2
+  $ tr '\0' '.' < hba0_cfg.txt | sed -n '/VD ID.=3/,$p'
   [VD ID]=3
   [RAID NAME]=archive........
   [RAID MODE]=RAID6
@@ -104,16 +77,6 @@ A saved adapter comes back whole: virtual disks and spares are deleted and creat
   Restore raid config is returned successfully!
   stderr: Deleting virtual disk 3 'VD_3' (RAID5).
   stderr: Creating virtual disk 'VD_3' (RAID5, 3057543 M) on disks 12, 13, 14, 15.
-  $ calls | sed '/Adapter\|API\|SIM\|GetStatus/d; s/ .*//' | uniq -c
-        1 KT_Flash_Bin
-        1 KT_PD_GetHDRaidStatus
-        1 KT_LD_GetInfo
-      128 KT_BLK_GetInfo
-        2 KT_Flash_Bin
-        1 KT_PD_GetHDRaidStatus
-        1 KT_LD_GetInfo
-       32 KT_LD_Delete
-       32 KT_LD_Create
   $ cfg 8 backup_cfg -f again
   Backup_cfg command is returned successfully!
   $ cmp saved again

@@ -114,15 +114,3 @@ What becomes of a disk, and what is deleted only after a yes.
     Array 2  archive          RAID6          7.3 TiB  functional, full
     PD 10    Gannet GT4000G        SATA       3.6 TiB  global spare
     PD 12    Gannet GT1000G        SATA     931.5 GiB  free
-  $ calls | grep -e Delete -e Control -e Free -e Wipe
-  KT_PD_FreeHD2GlobalSpare a=0 pd=12 -> 77
-  KT_PD_FreeHD2DGSpare a=0 pd=11 dg=1 -> 73
-  KT_PD_Spare2FreeHD a=0 pd=10 -> 0
-  KT_PD_FreeHD2GlobalSpare a=0 pd=10 -> 0
-  KT_PD_WipeHDMDD a=1 pd=6 force=0 -> 56
-  KT_PD_WipeHDMDD a=0 pd=12 force=0 -> 0
-  KT_LD_BGAControl a=1 vd=1 control=7 -> 0
-  KT_LD_Delete a=1 vd=1 stopBga=1 -> 0
-  KT_DG_Delete a=0 dg=1 -> 76
-  KT_LD_Delete a=0 vd=2 stopBga=1 -> 0
-  KT_DG_Delete a=0 dg=1 -> 0

@@ -2,19 +2,10 @@ Port multipliers, expanders and the battery.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
-  $ kt 1 info -o pm
+  $ kt 1 info -o pm | sed 4,12d
   
   Port Multiplexer Information
   -------------------------
-  Adapter:             1
-  PM ID:               0
-  # of ports:          5
-  Links to:            HBA port 3
-  Vendor ID:           8100
-  Device ID:           14085
-  Product revision:    1
-  PM spec revision:    1.2
-  
   Adapter:             1
   PM ID:               1
   # of ports:          5

@@ -30,23 +30,7 @@ Virtual disks with their state and what they are busy with.
   $ kt 1 info -o vd | grep Total
   Total # of VD:       4
   $ lab troubled
-  $ kt info -o vd -i 2
-  
-  Virtual Disk Information
-  -------------------------
-  id:                  2
-  name:                migrating
-  array id:            2
-  status:              online
-  Stripe size:         64
-  RAID mode:           RAID0
-  Cache mode:          On 
-  size:                307200 M
-  BGA status:          running
-  Block ids:           4 5 
-  # of PDs:            2
-  PD RAID setup:       4 5 
-  Running OS:          no
+  $ kt info -o vd -i 2 | sed -n '/^BGA progress/,$p'
   BGA progress:    migration is 18% done
   target virtual: 
   id:                  2

@@ -154,6 +154,8 @@ Faults.
   KT_LD_GetInfo spoils its count on adapter 1
   KT_LD_GetStatus answers 58, after 2 more calls that go well
   $ ktsim fault clear && ktsim fault list
+  $ ktsim event 9 16 -n 60 && ktsim fault KT_EVT_GetEvent 0 --kind count && kt event | grep -c Seq && ktsim fault clear
+  50
   $ ktsim fault KT_LD_GetInfos 5
   ktsim: KT_LD_GetInfos is not a call of the library
   [1]

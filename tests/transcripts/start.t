@@ -36,12 +36,6 @@ The library is opened before anything else and closed last; every adapter's reco
 
 A word that is no command; exit and its like leave at once.
 
-  $ kt frobnicate
-  Invalid command 'frobnicate'!
-  [1]
-  $ kt "$(printf 'a\001b')"
-  Invalid command!
-  [1]
   $ kt se
   Ambiguous command 'se'!
   [1]
