@@ -25,26 +25,6 @@ TEST_F(Event, MessagesSayWhatTheRawEventsMean) {
     EXPECT_EQ(KT_EVT_GetEventMessage(1, 50, &count, messages.data()), KT_ERR_INVALID_ADAPTER);
 }
 
-TEST_F(Event, AdaptersListTheirLinks) {
-    start(R"({"adapters": [{"type": "LD-based", "portMultipliers": [{}, {}]},
-                           {"type": "array-based", "expanders": [{}]}]})");
-    EXPECT_EQ(readList(KT_PD_GetPMInfo, KT_U8{0}, &_PM_Info_Request::pmInfo, 1).size(), 2U);
-    EXPECT_TRUE(readList(KT_PD_GetPMInfo, KT_U8{1}, &_PM_Info_Request::pmInfo).empty());
-    EXPECT_EQ(readList(KT_PD_GetExpanderInfo, KT_U8{1}, &_Exp_Info_Request::expInfo).size(), 1U);
-    _PM_Info pm = {};
-    EXPECT_EQ(readItem(KT_PD_GetPMInfo, 0, 2, &_PM_Info_Request::pmInfo, pm), KT_ERR_INVALID_PM);
-    _Exp_Info expander = {};
-    EXPECT_EQ(readItem(KT_PD_GetExpanderInfo, 1, 1, &_Exp_Info_Request::expInfo, expander), KT_ERR_INVALID_EXPANDER);
-}
-
-TEST_F(Event, RescansAreCounted) {
-    start(R"({"adapters": [{}]})");
-    const KT_U32 before = KT_API_GetRescanCount(0);
-    ASSERT_EQ(KT_API_RescanAdapter(), KT_OK);
-    reopen();
-    EXPECT_EQ(KT_API_GetRescanCount(1), before + 1);
-}
-
 /* Whatever the peripherals keep, a printed state has it by name and makes the same state again. */
 TEST_F(Event, PeripheralsAreShownByName) {
     start(R"({"adapters": [{"type": "array-based", "battery": true, "AdvancedFeatures": 4294967295, "MaxAESPort": 2,

@@ -49,7 +49,7 @@ const GridRow copyBackGrid[] = {
     {OWN, KT_STATE_INTERRUPTED, {IDLE, IDLE, IDLE, IDLE, IDLE}},
 };
 
-struct Member {
+struct Steered {
     const char* name;
     CommandHandler handler;
     const char* start; // the words without -a
@@ -57,6 +57,8 @@ struct Member {
     KT_U8 other[2];    // and some that are not
     int refusal;
     const char* control; // the call, its number put in for the action
+};
+struct Member : Steered {
     const char* done[5];
     const char* failed[5];
     const char* refused[ABORTED - BUSY + 1];
@@ -68,13 +70,7 @@ const char ABORT_OK[] = "Abort successfully\n";
 #define E63 "(error 63: BGA is running)"
 
 const Member members[] = {
-    {"init",
-     doInit,
-     "init -l 2",
-     {8, 16, 64},
-     {1, 32},
-     0,
-     "KT_LD_BGAControl 2 ",
+    {{"init", doInit, "init -l 2", {8, 16, 64}, {1, 32}, 0, "KT_LD_BGAControl 2 "},
      {"Start initialization successfully\n", RESUME_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start initialization on VD 2 " E63 ".\n", "\nUnable to restart initialization on VD 2 " E63 "\n",
       "\nUnable to pause initialization on VD 2 " E63 ".\n", "\nUnable to resume initialization on Ld 2 " E63 ".\n",
@@ -83,13 +79,7 @@ const Member members[] = {
       "\nVD 2 is not having any background activity.\n", "\nVD 2 is initializing.\n",
       "\nVD 2 initialization is in pause state, you can resume it only.\n",
       "\nVD 2 initialization was aborted and need to restart.\n"}},
-    {"cc",
-     doCC,
-     "cc -l 2",
-     {2, 4},
-     {8, 24},
-     0,
-     "KT_LD_BGAControl 2 ",
+    {{"cc", doCC, "cc -l 2", {2, 4}, {8, 24}, 0, "KT_LD_BGAControl 2 "},
      {"Start consistency check\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start consistency check on VD 2 " E63 "\n", "\nUnable to resume consistency chec on VD 2 " E63 ".\n",
       "\nPause Consistency check on VD 2 failed " E63 ".\n", "\nUnable to resume consistency chec on VD 2 " E63 ".\n",
@@ -98,13 +88,7 @@ const Member members[] = {
       "\nVD 2 is not having any background activity.\n", "\nVD 2 is having consistency check.\n",
       "\nConsistency check on VD 2 is paused, resume it first.\n",
       "\nVD 2 consistency check is aborted and need to restart.\n"}},
-    {"rebuild",
-     doRebuild,
-     "rebuild -l 2 -d 9",
-     {1},
-     {2, 128},
-     0,
-     "KT_LD_BGAControl 2 ",
+    {{"rebuild", doRebuild, "rebuild -l 2 -d 9", {1}, {2, 128}, 0, "KT_LD_BGAControl 2 "},
      {"Start rebuild successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to rebuild VD 2 " E63 ".\n", "\nRebuilding can not be resumed on VD 2 " E63 "\n",
       "\nUnable to pause VD 2 rebuilding " E63 "\n", "\nRebuilding can not be resumed on VD 2 " E63 "\n",
@@ -112,13 +96,7 @@ const Member members[] = {
      {"\nVirtual disk 2 is having background activity.\n", "\nVD 2 is not at rebuilding state.\n",
       "\nVD 2 is not doing any background operation.\n", "\nVD 2 is currently rebuilding.\n",
       "\nVD 2 rebuilding is currently paused\n", "\nRebuilding VD 2 is aborted and need to restart.\n"}},
-    {"rebuildV2",
-     doRebuildV2,
-     "rebuild -l 2 -d 9",
-     {1},
-     {32, 8},
-     0,
-     "KT_DG_BGAControl 2 ",
+    {{"rebuildV2", doRebuildV2, "rebuild -l 2 -d 9", {1}, {32, 8}, 0, "KT_DG_BGAControl 2 "},
      {"Start rebuild successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"Unable to rebuild array 2 " E63 ".\n", "\nRebuilding can not be resumed on array 2 " E63 "\n",
       "\nUnable to pause array 2 rebuilding " E63 "\n", "\nRebuilding can not be resumed on array 2 " E63 "\n",
@@ -126,13 +104,7 @@ const Member members[] = {
      {"\nArray 2 is having background activity.\n", "\nArray 2 is not at rebuilding state.\n",
       "\nArray 2 is not doing any background operation.\n", "\nArray 2 is currently rebuilding.\n",
       "\narray 2 rebuilding is currently paused\n", "\nRebuilding array 2 is aborted and need to restart.\n"}},
-    {"mp",
-     doMP,
-     "mp -d 2",
-     {1},
-     {2},
-     0,
-     "KT_PD_BGAControl 2 ",
+    {{"mp", doMP, "mp -d 2", {1}, {2}, 0, "KT_PD_BGAControl 2 "},
      {"Start media patrol successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nFailed to start media patrol on PD 2 " E63 "\n", "\nFailed to restart media patrol on PD 2 " E63 "\n",
       "\nFailed to pause media patrol on PD 2 " E63 "\n", "\nFailed to resume media patrol on PD 2 " E63 "\n",
@@ -140,25 +112,13 @@ const Member members[] = {
      {"\nPD 2 is currently having background activity.\n", "\nPD 2 is not in media patrol state.\n",
       "\nPD 2 is currently does not have any background activity.\n", "\nMedai patrol is in progress on PD 2.\n",
       "\nMedia patrol on PD 2 is currently paused\n", "\nMedia patrol on PD 2 is aborted and need to restart.\n"}},
-    {"copyback",
-     doCopyBack,
-     "copyback -l 2",
-     {128},
-     {1, 32},
-     0,
-     "KT_DG_BGAControl 2 ",
+    {{"copyback", doCopyBack, "copyback -l 2", {128}, {1, 32}, 0, "KT_DG_BGAControl 2 "},
      {nullptr, nullptr, PAUSE_OK, RESUME_OK, nullptr},
      {nullptr, nullptr, "\nUnable to pause copyback on array 2 " E63 "\n",
       "\nCopy back can not be resumed on array 2 " E63 "\n", nullptr},
      {nullptr, "\nArray 2 is not doing copy back.\n", "\nArray 2 is not doing any background operation.\n",
       "\nArray 2 is currently doing copy back.\n", "\narray 2 copy back is currently paused\n", nullptr}},
-    {"migrate",
-     doMigrate,
-     "migrate -l 2 -d 1,2,3,9",
-     {32},
-     {1, 64},
-     1,
-     "KT_LD_BGAControl 2 ",
+    {{"migrate", doMigrate, "migrate -l 2 -d 1,2,3,9", {32}, {1, 64}, 1, "KT_LD_BGAControl 2 "},
      {"Start migration successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start migration on VD 2 " E63 ".\n", "\nUnable to restart migration on VD 2 " E63 ".\n",
       "\nUnable to pause migration on VD 2 " E63 ".\n", "\nUnable to resume migration on VD 2 " E63 ".\n",
@@ -166,13 +126,7 @@ const Member members[] = {
      {"\nVD 2 is currently having background activity.\n", "\nVD 2 is not migrating (error 0: No error).\n",
       "\nVD 2 does not having any background activities.\n", "\nMigration on VD 2 is in progress.\n",
       "\nMigration on VD 2 is currently paused.\n", "\nMigration on VD 2 is aborted and need to restart.\n"}},
-    {"migrateV2",
-     doMigrateV2,
-     "migrate -l 2 -d 1,2,3,9",
-     {32},
-     {1, 128},
-     1,
-     "KT_DG_BGAControl 2 ",
+    {{"migrateV2", doMigrateV2, "migrate -l 2 -d 1,2,3,9", {32}, {1, 128}, 1, "KT_DG_BGAControl 2 "},
      {"Start migrate successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to migrate array 2 " E63 ".\n", "\nUnable to restart migration on array 2 " E63 ".\n",
       "\nUnable to pause migration on VD 2 " E63 ".\n", "\nUnable to resume migration on array 2 " E63 ".\n",

@@ -26,7 +26,6 @@ TEST_F(Creation, OfArraysAndTheirDisksRefusesOptionsBeforeAnyCall) {
                    {"-w AUTO", "'auto' cache mode is not supported\n"},
                    {"-i background", "-i : initialization mode 'background' is not supported\n"},
                    {"-t on", "-t : invalid create type 'on'\n"},
-                   {"-o auto -t enable -t enable", "Duplicated option specified.\n"},
                    {"-o auto -n a.b", "-n, name must be numeric, character, space or underline. Now is a.b\n"},
                    {"-o array -r 5 -d 1,2,3 -a 0", "-a option is not used for creating array\n"},
                    {"-a 0 -r 5", "-r, -d and -q option are not allowed in creating VD\n"},

@@ -250,8 +250,6 @@ TEST_F(Flash, RefusesOptionsInTheirOrder) {
                    {"-i 256", "-i : invalid adapter id '256'.\n"},
                    {"-t rom", "-t : invalid type 'rom'.\n"},
                    {"-p all", "-p : invalid flash page 'all'.\n"},
-                   {"-f x -f y", "Duplicated option specified.\n"},
-                   {"-t bin -f x", "flash: option -a is required\n"},
                    {"-a update", "flash: option -t is required\n"},
                    {"-a update -t config", "flash: option -f is required\n"},
                    {"-a version -p pd", "flash: option -f is required\n"},

@@ -160,22 +160,16 @@ TEST_F(Removal, AssignsSparesAndWipes) {
 
 TEST_F(Removal, RefusesOptionsBeforeAnyCall) {
     expectRefused({
-        {doDelete, "delete", "delete: option -o is required\ndelete: option -i is required\n"},
         {doDelete, "delete -o pd", "-o : invalid object 'pd'\n"},
         {doDelete, "delete -o vd -i 1x", "-i : invalid id '1x'\n"},
         {doDelete, "delete -i 4294967299 -o vd", "-i : invalid id '4294967299'\n"},
         {doDelete, "delete -i 255", "-i : invalid id 255\n"},
-        {doDelete, "delete -i 255 -f -f", "Duplicated option specified.\n"},
         {doAssign, "assign -d 65541", "-d : invalid disk id '65541'\n"},
         {doAssign, "assign -d 5 -a x", "-a : invalid VD id or array id'x'\n"},
         {doAssign, "assign -o vd", "-o : invalid object 'vd', should be HBA or Array\n"},
-        {doAssign, "assign -o array -o hba", "Duplicated option specified.\n"},
         {doAssign, "assign -o array", "Array id is not specified\n"},
         {doAssign, "assign -a 4", "-a option is not allowed when assigning global spare\n"},
-        {doAssign, "assign", "assign: option -d is required\n"},
-        {doWipe, "wipe -f", "wipe: option -d is required\n"},
         {doWipe, "wipe -d 300", "-i : invalid id 300\n"},
-        {doWipe, "wipe -d 255 -d 1", "Duplicated option specified.\n"},
         {doWipe, "wipe -d 4294967300", "-d : invalid PD id '4294967300'\n"},
     });
     arrayBasedRaid = false;

@@ -106,6 +106,23 @@ TEST_P(Sweep, HelpIsPrintedAndUnknownOptionsFail) {
     });
 }
 
+// Each command with the letters that must be given, in the order in which they are asked for, and behind the stroke
+// those that may be given only once; create has two forms.
+const std::string commandLetters =
+    " ? /i; help /i; devmap o/oi; adapter /i; assign d/oda; flash a/afitp; rescan a/; cc l/oalt; "
+    "create rd/rqdwpnbs; create /arqdwpsnbt; delete oi/oif; event /; get o/oi; info o/oi; init l/oal; "
+    "migrate l/; rebuild l/ald; enc o/oiet; import /i; locate /oia; mp d/ad; report /i; aesop oep/owiepk; "
+    "aesentry o/iopk; aesport o/iope; forceonline i/ip; smart p/p; register /tadv; nvsram a/ascp; "
+    "maxcreatesize rd/rqd; wipe d/d; status o/oi; error c/c; version /; tandem od/ald; pause c/c; "
+    "copyback l/al; message /; ";
+
+TEST_P(Sweep, RequiredAndSingleOptionsAreTheseLetters) {
+    eachRow(GetParam(), [](_cmd_struct& row, const OptionSet& set) {
+        const std::string letters = std::string(row.cmd) + " " + set.required + "/" + set.once;
+        EXPECT_NE(commandLetters.find(" " + letters + "; "), std::string::npos) << letters;
+    });
+}
+
 TEST_P(Sweep, RequiredOptionsAreAskedFor) {
     eachRow(GetParam(), [](_cmd_struct& row, const OptionSet& set) {
         std::string expected;

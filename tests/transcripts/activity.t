@@ -111,12 +111,6 @@ Rebuilding by hand: a free disk of the right size that nobody else waits for. Co
   Rebuild disk on virtual disk 0 started
   Rebuild disk on virtual disk 0 completed
   Virtual Disk 0 is online
-  $ kt 1 rebuild -l 0 -d 6
-  PD 6 doesn't have enough space for rebuild.
-  [1]
-  $ kt 1 rebuild -l 0 -d 7
-  PD 7 is dedicated for array 1.
-  [1]
   $ kt 1 delete -o spare -i 7 --waiveconfirmation
   Delete the spare disk 7 successfully.
   $ kt 1 rebuild -l 0 -d 7

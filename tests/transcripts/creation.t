@@ -70,12 +70,6 @@ From the first disk to a full array.
 What becomes of a disk, and what is deleted only after a yes.
 
   $ lab default
-  $ echo yes | kt assign -d 12
-  PD 12 has file system on it. Data may get lost if it is assigned as spare disk.
-  Are you sure you want to assign it as spare disk? (y or n)
-  
-  Failed to assign disk 12 as global spare disk (error 77: Disk space is too small to be assigned as spare drive).
-  [77]
   $ kt assign -o array -d 11 -a 1
   
   Failed to assign disk 11 as a spare disk to array 1 (error 73: Physical disks are not of the same type.).
@@ -85,25 +79,12 @@ What becomes of a disk, and what is deleted only after a yes.
   $ kt assign -d 10
   
   Succeeded to assign the disk as a global spare disk.
-  $ kt 1 wipe -d 6
-  
-  Wipe MDD on PD 6 failed (error 56: Specified physical disk is assigned to a virtual disk).
-  [56]
   $ kt wipe -d 12
   
   Wipe PD 12 is returned successfully.
   $ kt create -o auto
   Auto create error,Resource not available
   [4]
-  $ printf 'maybe\ny\nY\n' | kt 1 delete -o vd -i 1
-  Are you sure you want to delete this virtual disk? (y or n)
-  Please input y or n.
-  
-  VD 1 is rebuilding, do you still want to delete it? (y or n)
-  Delete VD 1 successfully.
-  $ kt delete -o array -i 1 --waiveconfirmation
-  Failed to delete array 1 (error 76: At least one virtual disk is on the specified array).
-  [76]
   $ kt delete -o ld -i 2 --waiveconfirmation
   Delete VD 2 successfully.
   $ echo y | kt delete -o array -i 1

@@ -13,7 +13,7 @@ Migration of virtual disks and arrays to more disks and to other levels.
   $ lab lab.json
   $ progress() { kt $1 info -o vd -i 0 | grep -e '^target' -e 'BGA progress' -e 'RAID mode' -e '^size' -e 'PD RAID'; }
 
-To another level on more disks. Only one may migrate at any time.
+To another level on more disks.
 
   $ kt migrate -a size -l 0 -r 5 -d 1,2,3
   Migrate VD size = 419430400 M
@@ -32,16 +32,8 @@ To another level on more disks. Only one may migrate at any time.
   $ for action in pause resume; do kt migrate -a $action -l 0; done
   Pause successfully
   Resume successfully
-  $ kt migrate -l 1 -r 6 -d 0,5,6,7
-  
-  Unable to start migration on VD 1 (error 161: Can not migrate more than one virtual disk in each adapter).
-  [161]
   $ ktsim clock until idle
   Idle after 55 min 20 s.
-  $ progress 0
-  RAID mode:           RAID5
-  size:                409600 M
-  PD RAID setup:       1 2 3 
   $ kt event | sed -n 's/^Description:  //p' | grep Migr
   Migration on virtual disk 0 completed
   Migration on virtual disk 0 is 75% done
@@ -55,11 +47,6 @@ An array, with all its virtual disks.
 
   $ kt 1 migrate -a size -l 0 -d 0,1,2,5
   Migrated size will be 2930091072 M
-  $ kt 1 migrate -l 0 -r 6 -d 0,1,5
-  
-  Failed to get migration size (error 57: Number of physical disks doesn't fit the specified RAID level).
-  RAID6 needs least 4 PDs.
-  [1]
   $ kt 1 migrate -l 0 -d 0,1,2,5
   Start migrate successfully
   $ ktsim clock advance 1h
