@@ -28,6 +28,7 @@ enum Kind : KT_U8 {
     KIND_PD_PULLED = 42,
     KIND_PD_PULLED_BLOCKS = 45,
     KIND_BAD_SECTOR = 46,
+    KIND_PD_ARRAY_LABEL = 47,
     KIND_BLOCK = 50,
     KIND_PD_BLOCKS = 51,
     KIND_PM = 60,
@@ -162,6 +163,14 @@ struct PulledBlocks {
     PulledBlock entries[128];
 };
 
+/* What its array wrote on a disk that came from another adapter, kept until the array is imported. */
+struct ArrayLabel {
+    KT_U8 guid[8]; /* of the array's first virtual disk, as that is known here */
+    KT_U8 name[sizeof(_DG_Info::Name)];
+    KT_U8 spare; /* the disk stood by for the array */
+    KT_U8 reserved[7];
+};
+
 enum SectorFlaw : KT_U8 {
     FLAW_UNREADABLE = 1,
     FLAW_LOST = 2, /* sound, but marked by the adapter: what should be there could not be made from the other members */
@@ -213,6 +222,7 @@ KTSIM_KIND(PdState, KIND_PD_STATE);
 KTSIM_KIND(PulledDisk, KIND_PD_PULLED);
 KTSIM_KIND(PulledBlocks, KIND_PD_PULLED_BLOCKS);
 KTSIM_KIND(BadSector, KIND_BAD_SECTOR);
+KTSIM_KIND(ArrayLabel, KIND_PD_ARRAY_LABEL);
 KTSIM_KIND(_Block_Info, KIND_BLOCK);
 KTSIM_KIND(_HD_Block_Info, KIND_PD_BLOCKS);
 KTSIM_KIND(_PM_Info, KIND_PM);

@@ -232,6 +232,12 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
   $ ktsim disk insert 3 --from other.json
   ktsim: adapter 0 of other.json does not have all of these disks
   [1]
+  $ export KTRAID_SIM="$PWD/arrays.db" && lab empty
+  $ ktsim disk insert 9 --from default > /dev/null && ktsim disk insert 0 1 2 --from default > /dev/null
+  $ kt import -i 0 && kt info -o array -i 0 | grep -e '^Name' -e '^Spare'
+  Name:                databases
+  Spare PD IDs:        8
+  $ export KTRAID_SIM="$PWD/state.db"
   $ ktsim disk replace 1 --size 4XB < /dev/null
   ktsim: "4XB" is not a size such as 500GB or 4TB
   [1]

@@ -24,6 +24,11 @@ static bool isArraySpare(const Context& context, KT_U16 dgid, KT_U16 pd) {
     return std::find(std::begin(array->SparePDIDs), std::end(array->SparePDIDs), pd) != std::end(array->SparePDIDs);
 }
 
+void becomeFree(const Context& context, KT_U16 pd) {
+    erase<ArrayLabel>(context, pd);
+    logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+}
+
 void releaseDisk(const Context& context, KT_U16 pd) {
     Disk disk = {};
     if (pd == KT_NO_ID || findDisk(context, pd, disk) != KT_OK) return;
@@ -45,7 +50,7 @@ void releaseDisk(const Context& context, KT_U16 pd) {
     const bool standsBy = (before & KT_PD_SPARE_IN_USE) && !(disk.state.raid & KT_PD_SPARE_IN_USE);
     if (standsBy && (disk.state.raid & KT_PD_SPARE)) logEvent(context, EVT_PD, 59, pd, SEV_INFO);
     const bool isFree = (disk.state.raid & KT_PD_NOT_FREE) == 0;
-    if (isFree && (before & KT_PD_NOT_FREE) != 0) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+    if (isFree && (before & KT_PD_NOT_FREE) != 0) becomeFree(context, pd);
 }
 
 void removeVd(const Context& context, const Vd& vd) {

@@ -285,7 +285,7 @@ static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks
     disk.state.raid = static_cast<KT_U8>((disk.state.raid & KT_PD_OFFLINE) | role);
     disk.state.dgid = asMember ? blocks.dgid : KT_U16{KT_NO_ID};
     saveDisk(context, disk);
-    if ((disk.state.raid & KT_PD_NOT_FREE) == 0 && blocks.count) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+    if ((disk.state.raid & KT_PD_NOT_FREE) == 0 && blocks.count) becomeFree(context, pd);
     for (const Owner owner : groupsOn(context, pd)) {
         refreshGroup(context, groupOf(context, owner));
         Activity job = jobOf(context, owner);
@@ -420,7 +420,7 @@ KT_U8 bringDiskUp(const Context& context, KT_U16 pd, bool emptied) {
     if (disk.state.health == PD_FAILED) return KT_ERR_LINK_TIMEOUT;
     PulledBlocks blocks = rememberBlocks(context, pd);
     if (emptied) {
-        if (blocks.count) logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+        if (blocks.count) becomeFree(context, pd);
         blocks.raid = blocks.count = 0;
         blocks.dgid = KT_NO_ID;
     }
@@ -480,6 +480,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
         }
     }
     wipeForeign(context, pd);
+    erase<ArrayLabel>(context, pd);
     dropSpareRole(context, pd);
     failPatrol(context, pd);
     const std::vector<Owner> owners = detach(context, pd);

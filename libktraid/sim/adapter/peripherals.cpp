@@ -14,6 +14,7 @@ void forgetDisk(const Context& context, KT_U16 pd) {
     erase<DiskAge>(context, pd);
     forgetSurface(context, pd);
     erase<DiskCipher>(context, pd);
+    erase<ArrayLabel>(context, pd);
 }
 
 } // namespace sim

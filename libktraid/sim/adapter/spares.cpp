@@ -111,7 +111,7 @@ KT_U8 releaseSpare(const Context& context, KT_U16 pd) {
         dropJob(context, owner);
     }
     dropSpareRole(context, pd);
-    logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+    becomeFree(context, pd);
     return KT_OK;
 }
 
