@@ -344,6 +344,8 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     disk(ARRAYS, sim::failDisk, 1);
     EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
     ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 2, Ids{4, 5}.data()), KT_OK);
+    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_OK);
     disk(ARRAYS, sim::failDisk, 4);
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "the other one is filled all the same";
     EXPECT_EQ(roleOf(ARRAYS, 4), KT_PD_OFFLINE);
@@ -391,11 +393,16 @@ TEST_F(Raid, MigrationKeepsMembersAndGrows) {
     _Create_LD_Param other = ldParam(KT_RAID5, {3, 4, 5});
     other.LDID = 1;
     EXPECT_EQ(KT_LD_StartMigration(PLAIN, &other), KT_ERR_ONE_VD_MIGRATION);
+    newEvents(PLAIN);
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_PAUSE), KT_OK);
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESUME), KT_OK);
     _LD_Info target = {};
     ASSERT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_OK);
     EXPECT_EQ(target.RaidMode, KT_RAID5);
     EXPECT_EQ(vdInfo(PLAIN, 0).RaidMode, KT_RAID1);
     advance(HOUR);
+    EXPECT_EQ(newEvents(PLAIN),
+              (std::vector<std::string>{"1/82 of 0", "1/83 of 0", "1/86 of 0", "1/86 of 0", "1/86 of 0", "1/85 of 0"}));
     EXPECT_EQ(members(PLAIN, 0), (Ids{0, 1, 2}));
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 8000 * MB);
     EXPECT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_ERR_VD_STATUS);
@@ -405,10 +412,18 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     ASSERT_EQ(createDg(KT_RAID1, {0, 1}), KT_OK);
     ASSERT_EQ(createVd(KT_RAID1, 4000), KT_OK);
     ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_QUICK), KT_OK);
+    ASSERT_EQ(createDg(KT_RAID1, {4, 5}), KT_OK);
+    _CreateOrModify_VD_Param second = vdParam(KT_RAID1, 4000);
+    second.DGID = 1;
+    ASSERT_EQ(KT_CreateOrModify_VD(ARRAYS, &second), KT_OK);
+    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_QUICK), KT_OK);
     advance(HOUR);
     _CreateOrModify_DG_Param to = dgParam(KT_RAID5, {0, 1, 2, 3});
     to.DGID = 0;
     ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    _CreateOrModify_DG_Param other = dgParam(KT_RAID5, {4, 5, 6});
+    other.DGID = 1;
+    EXPECT_EQ(KT_DG_StartMigration(ARRAYS, &other, 0), KT_ERR_ONE_ARRAY_MIGRATION);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 2), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";

@@ -15,7 +15,6 @@ TEST_F(Creation, OfArraysAndTheirDisksRefusesOptionsBeforeAnyCall) {
                    {"-l 256", "-l : invalid slot number '256'\n"},
                    {"-n 12345678901234567", "-n : length of name should be no more than 16 characters\n"},
                    {"-n \"1234 678901234567\"", "-n : length of name should be no more than 16 characters\n"},
-                   {"-d 1,x", "-d : invalid PD IDs '1,x'\n"},
                    {"-d ,", "-d : no PD ID is specified.\n"},
                    {many.c_str(), manyPrinted.c_str()},
                    {"-b 24", "-b : invalid stripe block size '24'. Please refer to info -o hba command to get detail "

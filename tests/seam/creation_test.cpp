@@ -34,7 +34,6 @@ TEST_F(Creation, OnDisksRefusesOptionsBeforeAnyCall) {
          {"-c auto", "-c : invalid cache mode 'auto'\n"},
          {"-w auto", "-w : invalid write policy 'auto'\n"},
          {"-p on", "-p : invalid read policy 'on'\n"},
-         {"-d 1,x", "-d : invalid PD ID '1,x'\n"},
          {"-d 1,65536", "-d : invalid PD ID '1,65536'\n"},
          {many.c_str(), manyPrinted.c_str()},
          {"-g 2", "-g : invalid giga byte rounding scheme '2'\n"},

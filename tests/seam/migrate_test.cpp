@@ -189,6 +189,10 @@ TEST_F(Migrate, EveryReadThatFailsIsReported) {
         expect(run(row.handler, row.line), row.text, KT_ERR_MIGRATION_UNSUPPORTED);
         EXPECT_TRUE(changes().empty());
     }
+    layOut();
+    seam.size = 4000;
+    EXPECT_EQ(run(doMigrate, "migrate -a size -l 2").printed, "Migrate VD size = 4000 M\n");
+    EXPECT_EQ(run(doMigrateV2, "migrate -a size -l 2").printed, "Migrated size will be 4000 M\n");
     // Without the new size a start goes on.
     layOut();
     vd().Size = array().TotalManagedSpace = 4000;

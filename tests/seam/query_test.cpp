@@ -84,7 +84,6 @@ TEST_F(Query, RefusesOptionsBeforeAnyCall) {
     expectRefused({
         {doGet, "get -o disk", noObject},
         {doGet, "get -o array", "-o : array is not supported on this adapter\n"},
-        {doGet, "get -o vd -i 1x", "-i : id is not a number\n"},
         {doGet, "get -o vd -i 65536", "-i : id is not a number\n"},
         {doEnclosure, "enc -o fan", "-o: invalid option 'fan'\n"},
         {doEnclosure, "enc -o enc -i one", "-i: invalid enclosure id 'one'\n"},
@@ -98,7 +97,6 @@ TEST_F(Query, RefusesOptionsBeforeAnyCall) {
         {doEnclosure, "enc -o elecfg", noType},
         {doStatus, "status -o vd", "-o : invalid object 'vd'\n"},
         {doStatus, "status -o pd -i 70000", "-i : id is not a number\n"},
-        {doSmart, "smart -p a", "-p : invalid phyiscal disk id 'a'\n"},
         {doSmart, "smart -p 65536", "-p : invalid phyiscal disk id '65536'\n"},
         {doDevMap, "devmap -o p", "-o: Invalid object 'p'.\n"},
         {doDevMap, "devmap -o vd -i 0x", "-i: invalid object id '0x'.\n"},

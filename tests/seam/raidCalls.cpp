@@ -3,12 +3,6 @@
 
 static constexpr KT_U16 NEW_ID = 7;
 
-template <class Record>
-static KT_U8 take(const char* name, const std::string& arguments, const Record& record) {
-    seam.sent[name] = bytesOf(record);
-    return answer(name, arguments);
-}
-
 extern "C" {
 LISTS(KT_LD_GetInfo, _LD_Info_Request, seam.lds, ID)
 LISTS(KT_LD_GetStatus, _LD_Status_Request, seam.ldStatuses, LDID)

@@ -161,7 +161,6 @@ TEST_F(Removal, AssignsSparesAndWipes) {
 TEST_F(Removal, RefusesOptionsBeforeAnyCall) {
     expectRefused({
         {doDelete, "delete -o pd", "-o : invalid object 'pd'\n"},
-        {doDelete, "delete -o vd -i 1x", "-i : invalid id '1x'\n"},
         {doDelete, "delete -i 4294967299 -o vd", "-i : invalid id '4294967299'\n"},
         {doDelete, "delete -i 255", "-i : invalid id 255\n"},
         {doAssign, "assign -d 65541", "-d : invalid disk id '65541'\n"},

@@ -77,34 +77,28 @@ KT_U8 KT_AES_GetEntryConfig(KT_U8, _AES_Entry_Config* config, const KT_U8* passw
     return answer("KT_AES_GetEntryConfig", secret(password));
 }
 KT_U8 KT_AES_SetEntryConfig(KT_U8, _AES_Entry_Config* config, const KT_U8* password) {
-    seam.sent["entry"] = bytesOf(*config);
-    return answer("KT_AES_SetEntryConfig", secret(password));
+    return take("KT_AES_SetEntryConfig", secret(password), *config, "entry");
 }
 KT_U8 KT_AES_VerifyKey(KT_U8, _AES_Entry_Config* config, const KT_U8* password) {
-    seam.sent["entry"] = bytesOf(*config);
-    return answer("KT_AES_VerifyKey", secret(password));
+    return take("KT_AES_VerifyKey", secret(password), *config, "entry");
 }
 KT_U8 KT_AES_ChangePwd(KT_U8, _AES_Entry_Config* config, const KT_U8* newPassword) {
-    seam.sent["entry"] = bytesOf(*config);
-    return answer("KT_AES_ChangePwd", secret(newPassword));
+    return take("KT_AES_ChangePwd", secret(newPassword), *config, "entry");
 }
 KT_U8 KT_AES_GetPortConfig(KT_U8, KT_U8 port, _AES_Port_Config* config) {
     *config = {port, port == 1, {}};
     return answer("KT_AES_GetPortConfig", text(port));
 }
 KT_U8 KT_AES_SetPortConfig(KT_U8, const _AES_Port_Config* config) {
-    seam.sent["port"] = bytesOf(*config);
-    return answer("KT_AES_SetPortConfig", "");
+    return take("KT_AES_SetPortConfig", "", *config, "port");
 }
 KT_U8 KT_AES_SetLink(KT_U8, const _AES_PORT_INFO* port, const _AES_Entry_Config* entry) {
     seam.sent["port"] = bytesOf(*port);
-    seam.sent["entry"] = bytesOf(*entry);
-    return answer("KT_AES_SetLink", "");
+    return take("KT_AES_SetLink", "", *entry, "entry");
 }
 NOTES1(KT_AES_ClearLink, KT_U8)
 KT_U8 KT_AES_ForcePDOnline(KT_U8, const _AES_Entry_Config* config, KT_U16 pd, KT_U8 percentage) {
-    seam.sent["entry"] = bytesOf(*config);
-    return answer("KT_AES_ForcePDOnline", text(pd) + " " + text(percentage));
+    return take("KT_AES_ForcePDOnline", text(pd) + " " + text(percentage), *config, "entry");
 }
 
 LISTS(KT_PD_GetHDRaidStatus, _HD_RAID_Status_Request, seam.disks, HDID)
@@ -180,13 +174,11 @@ KT_U8 KT_Adapter_Read_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Re
     return answer("KT_Adapter_Read_Register", text(a) + " " + text(type) + " " + text(address));
 }
 KT_U8 KT_Adapter_Write_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
-    seam.sent["register"] = bytesOf(*request);
-    return answer("KT_Adapter_Write_Register", text(a) + " " + text(type) + " " + text(address));
+    return take("KT_Adapter_Write_Register", text(a) + " " + text(type) + " " + text(address), *request, "register");
 }
 
 KT_U8 KT_Tandemix_AddFSEntries(KT_U8 a, KT_U16 vd, const _Tandemix_Entry_Request* request, KT_U8 last) {
-    seam.sent["entry"] = bytesOf(*request);
-    return answer("KT_Tandemix_AddFSEntries", text(a) + " " + text(vd) + " " + text(last));
+    return take("KT_Tandemix_AddFSEntries", text(a) + " " + text(vd) + " " + text(last), *request, "entry");
 }
 KT_U8 KT_Tandemix_GetEntriesTableInfo(KT_U8 a, KT_U16 vd, _Tandemix_Table_Info* info) {
     *info = {65535, 12};

@@ -102,6 +102,12 @@ std::string bytesOf(const Record& record) {
 
 // For the calls: notes one with its arguments and answers the status set for it.
 KT_U8 answer(const char* name, const std::string& arguments);
+// The same with a record that was sent, kept by the call's name or another one.
+template <class Record>
+KT_U8 take(const char* name, const std::string& arguments, const Record& record, const char* key = nullptr) {
+    seam.sent[key != nullptr ? key : name] = bytesOf(record);
+    return answer(name, arguments);
+}
 inline std::string text(unsigned value) {
     return std::to_string(value);
 }

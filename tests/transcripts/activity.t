@@ -84,54 +84,22 @@ A spare is patrolled by the hour.
   Media Patrol on physical disk 9 restarted
   Media Patrol on physical disk 9 completed
 
-Rebuilding by hand: a free disk of the right size that nobody else waits for. Copy back is steered, never started.
+Copy back is steered, never started.
 
   $ cat > lab.json << EOF
-  > {"adapters": [
-  >  {"type": "LD-based", "disks": [{"count": 4, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
-  >   "virtualDisks": [{"level": "RAID1", "disks": [0, null], "size": "200GiB", "status": "degraded"}]},
-  >  {"type": "array-based", "config": {"AutoRebuildOn": 0},
-  >   "disks": [{"count": 6, "type": "SAS", "size": "1TB", "on": "HBA", "port": 0}, {"type": "SAS", "size": "500GB"},
-  >             {"type": "SAS", "size": "1TB", "on": "HBA", "port": 6}],
-  >   "arrays": [{"level": "RAID5", "disks": [0, 1, null], "virtualDisks": [{"name": "data"}]},
-  >              {"level": "RAID1", "disks": [2, 3], "spares": [7], "virtualDisks": [{"name": "c"}]},
-  >              {"level": "RAID1", "disks": [4, 5],
-  >               "virtualDisks": [{"activity": {"kind": "copy back", "percent": 40, "disk": 5}}]}]}]}
+  > {"adapters": [{"type": "array-based", "config": {"AutoRebuildOn": 0}, "disks": [{"count": 3, "size": "1TB"}],
+  >   "arrays": [{"level": "RAID1", "disks": [0, 1],
+  >               "virtualDisks": [{"activity": {"kind": "copy back", "percent": 40, "disk": 1}}]},
+  >              {"level": "RAID1", "disks": [2, null], "virtualDisks": [{}]}]}]}
   > EOF
   $ lab lab.json
-  $ progress 0 vd
-  PD RAID setup:       0 * 
-  $ kt rebuild -l 0 -d 1
-  Start rebuild successfully
-  $ ktsim clock until idle
-  Idle after 1 h 59 min.
-  $ progress 0 vd
-  [1]
-  $ told 0 3
-  Rebuild disk on virtual disk 0 started
-  Rebuild disk on virtual disk 0 completed
-  Virtual Disk 0 is online
-  $ kt 1 delete -o spare -i 7 --waiveconfirmation
-  Delete the spare disk 7 successfully.
-  $ kt 1 rebuild -l 0 -d 7
-  Start rebuild successfully
-  $ kt 1 rebuild -a stop -l 0
-  Abort successfully
-  $ kt 1 rebuild -a restart -l 0
-  Restart successfully
-  $ ktsim clock until idle
-  Idle after 3 h 18 min.
-  $ kt 1 info -o array -i 0 | grep -e Status -e 'PD IDs'
-  PD IDs:              0 1 7
-  Status:              functional
-  $ lab lab.json
-  $ kt 1 copyback -a pause -l 2
+  $ kt copyback -a pause -l 0
   Pause successfully
   $ ktsim clock advance 1d
-  $ progress 1 vd
-  PD RAID setup:       0 1 * 
+  $ progress 0 vd
   BGA progress:    copy back is paused at 40%
-  $ kt 1 copyback -a resume -l 2
+  PD RAID setup:       2 * 
+  $ kt copyback -a resume -l 0
   Resume successfully
   $ ktsim clock until idle
   Idle after 1 h 59 min.

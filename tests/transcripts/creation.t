@@ -74,14 +74,6 @@ What becomes of a disk, and what is deleted only after a yes.
   
   Failed to assign disk 11 as a spare disk to array 1 (error 73: Physical disks are not of the same type.).
   [73]
-  $ kt delete -o spare -i 10
-  Delete the spare disk 10 successfully.
-  $ kt assign -d 10
-  
-  Succeeded to assign the disk as a global spare disk.
-  $ kt wipe -d 12
-  
-  Wipe PD 12 is returned successfully.
   $ kt create -o auto
   Auto create error,Resource not available
   [4]
@@ -90,8 +82,3 @@ What becomes of a disk, and what is deleted only after a yes.
   $ echo y | kt delete -o array -i 1
   Are you sure you want to delete this array? (y or n)
   Delete array 1 successfully.
-  $ ktsim status | grep -e Array -e 'PD 1[02] '
-    Array 0  system           RAID1        745.2 GiB  functional, 245.2 GiB free
-    Array 2  archive          RAID6          7.3 TiB  functional, full
-    PD 10    Gannet GT4000G        SATA       3.6 TiB  global spare
-    PD 12    Gannet GT1000G        SATA     931.5 GiB  free

@@ -17,12 +17,10 @@ escape. Counts and indexes that lie end no listing late.
   Serial:              ?]0;x?%n?[31m
   Firmware version:    ?31m%999
 
-  $ for call in KT_LD_GetInfo KT_DG_GetInfo KT_PD_GetHDInfo KT_BLK_GetInfo KT_PD_GetHDRaidStatus; do
-  >   ktsim fault $call 0 --kind count
+  $ for kind in count next; do
+  >   for call in KT_LD_GetInfo KT_DG_GetInfo KT_PD_GetHDInfo KT_BLK_GetInfo KT_PD_GetHDRaidStatus; do
+  >     ktsim fault $call 0 --kind $kind
+  >   done
+  >   for o in vd array pd blk spare; do timeout 20 ktsetup info -o $o > /dev/null || echo $o $?; done
+  >   ktsim fault clear
   > done
-  $ for o in vd array pd blk spare; do timeout 20 ktsetup info -o $o > /dev/null || echo $o $?; done
-  $ ktsim fault clear
-  $ for call in KT_LD_GetInfo KT_DG_GetInfo KT_PD_GetHDInfo KT_BLK_GetInfo KT_PD_GetHDRaidStatus; do
-  >   ktsim fault $call 0 --kind next
-  > done
-  $ for o in vd array pd blk spare; do timeout 20 ktsetup info -o $o > /dev/null || echo $o $?; done

@@ -31,6 +31,7 @@ TEST(Numbers, AreRecognised) {
 TEST(Numbers, AreRefusedWhenTheyDoNotFit) {
     KT_U8 byte = 77;
     EXPECT_FALSE(parseDecimal("256", byte));
+    EXPECT_FALSE(parseDecimal("12a", byte));
     EXPECT_FALSE(parseDecimal("18446744073709551616", byte));
     EXPECT_EQ(byte, 77);
     EXPECT_TRUE(parseDecimal("255", byte));
