@@ -91,3 +91,28 @@ std::vector<std::string> newEvents(KT_U8 adapter) {
     }
     return texts;
 }
+
+_Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib) {
+    _Create_LD_Param param = {};
+    param.RaidMode = level;
+    param.HDCount = static_cast<KT_U8>(disks.size());
+    std::copy(disks.begin(), disks.end(), param.HDIDs);
+    param.NumParityDisk = level == KT_RAID6 ? 2 : 0;
+    param.StripeBlockSize = 64;
+    param.SectorCoefficient = 1;
+    param.Size = kib;
+    return param;
+}
+
+_CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes) {
+    _CreateOrModify_DG_Param param = {};
+    param.DGID = KT_NO_ID;
+    param.RaidMode = level;
+    param.NumParityDisk = level == KT_RAID6 ? 2 : 0;
+    param.StripeBlockSize = 64;
+    param.Size = megabytes;
+    param.BlockSize = 512;
+    param.PDCount = static_cast<KT_U8>(disks.size());
+    std::copy(disks.begin(), disks.end(), param.PDIDs);
+    return param;
+}

@@ -42,6 +42,12 @@ struct LabTest : ContractTest {
     }
 };
 
+using Ids = std::vector<KT_U16>;
+
+/* What makes a virtual disk or an array of the level on the disks; of size 0: as large as possible. */
+_Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0);
+_CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0);
+
 /* "class/code of device", oldest first, of the events logged since the last call of it on that adapter. */
 std::vector<std::string> newEvents(KT_U8 adapter = 0);
 

@@ -20,8 +20,6 @@ static const KT_U8 OLD = 2;
 static const uint64_t HOUR = 3600;
 static const KT_U64 MB = 1024;
 
-using Ids = std::vector<KT_U16>;
-
 struct Raid : LabTest<LAB> {
     void disk(KT_U8 adapter, KT_U8 (*act)(const sim::Context&, KT_U16), KT_U16 pd) const {
         outside(adapter, [&](sim::Context& context) { EXPECT_EQ(act(context, pd), KT_OK); });
@@ -31,34 +29,9 @@ struct Raid : LabTest<LAB> {
     }
 };
 
-static _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0) {
-    _Create_LD_Param param = {};
-    param.RaidMode = level;
-    param.HDCount = static_cast<KT_U8>(disks.size());
-    std::copy(disks.begin(), disks.end(), param.HDIDs);
-    param.NumParityDisk = level == KT_RAID6 ? 2 : 0;
-    param.StripeBlockSize = 64;
-    param.SectorCoefficient = 1;
-    param.Size = kib;
-    return param;
-}
-
 static KT_U8 createLd(KT_U8 level, const Ids& disks, KT_U64 size = 0, KT_U8 adapter = PLAIN) {
     _Create_LD_Param param = ldParam(level, disks, size);
     return KT_LD_Create(adapter, &param);
-}
-
-static _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0) {
-    _CreateOrModify_DG_Param param = {};
-    param.DGID = KT_NO_ID;
-    param.RaidMode = level;
-    param.NumParityDisk = level == KT_RAID6 ? 2 : 0;
-    param.StripeBlockSize = 64;
-    param.Size = megabytes;
-    param.BlockSize = 512;
-    param.PDCount = static_cast<KT_U8>(disks.size());
-    std::copy(disks.begin(), disks.end(), param.PDIDs);
-    return param;
 }
 
 static KT_U8 createDg(KT_U8 level, const Ids& disks) {

@@ -21,23 +21,13 @@ static const char LAB[] = R"({"adapters": [
 using Refusals = ContractTest;
 
 static KT_U8 createRaid0(KT_U8 adapter, KT_U16 one, KT_U16 other) {
-    _Create_LD_Param param = {};
-    param.RaidMode = KT_RAID0;
-    param.HDCount = 2;
-    param.HDIDs[0] = one;
-    param.HDIDs[1] = other;
-    param.StripeBlockSize = 64;
-    param.SectorCoefficient = 1;
+    _Create_LD_Param param = ldParam(KT_RAID0, {one, other});
     return KT_LD_Create(adapter, &param);
 }
 
 static KT_U8 migrateArray(KT_U16 id) {
-    _CreateOrModify_DG_Param param = {};
+    _CreateOrModify_DG_Param param = dgParam(KT_RAID10, {3, 4, 5, 6});
     param.DGID = id;
-    param.RaidMode = KT_RAID10;
-    param.PDCount = 4;
-    const KT_U16 disks[] = {3, 4, 5, 6};
-    std::copy(std::begin(disks), std::end(disks), param.PDIDs);
     return KT_DG_StartMigration(0, &param, 0);
 }
 

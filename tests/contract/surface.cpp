@@ -106,12 +106,8 @@ TEST_F(Surface, DoubleParityRepairsDuringARebuild) {
 TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
     spoil(0, 300, sim::FLAW_UNREADABLE, 2);
     spoil(1, 301, sim::FLAW_UNREADABLE);
-    _CreateOrModify_DG_Param param = {};
-    param.RaidMode = KT_RAID6;
-    param.NumParityDisk = 2;
-    param.PDCount = 4;
-    const KT_U16 disks[] = {0, 1, 2, 8};
-    std::copy(std::begin(disks), std::end(disks), param.PDIDs);
+    _CreateOrModify_DG_Param param = dgParam(KT_RAID6, {0, 1, 2, 8});
+    param.DGID = 0;
     EXPECT_EQ(found(KT_DG_StartMigration(0, &param, 0)),
               Events({"1/80 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/36 of 1", "2/37 of 1",
                       "2/37 of 2", "2/37 of 8", "1/85 of 0"}));

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "Functions/aes/aesEntry.h"
 #include "Functions/aes/aesOp.h"
@@ -34,21 +35,15 @@ TEST_F(Aes, TakesSecretsOfThirtyTwoCharactersQuotedOrNot) {
             std::string content(length, 'x');
             std::string typed = quoted ? '"' + content + '"' : content;
             bool fits = length <= 32;
-            Outcome password = run(doAESOp, "aesop -o verifykey -e 1 -k k -p " + typed);
-            EXPECT_EQ(fits ? "\nVerify key on entry 1 returned successfully.\n" : tooLong, password.printed) << typed;
-            if (fits) {
-                EXPECT_EQ(entryRecord(1, 32, "k", content), seam.sent["entry"]) << typed;
-            }
-            Outcome old = run(doAESOp, "aesop -o changepwd -e 1 -p p -w " + typed);
-            EXPECT_EQ(fits ? 0 : 1, old.result) << typed;
-            if (!fits) {
-                EXPECT_EQ(tooLong, old.printed);
-            }
-            Outcome key = run(doAESEntry, "aesentry -o setcfg -i 1 -p p -k " + typed);
-            EXPECT_EQ(fits ? "" : keyTooLong, key.printed) << typed;
-            if (fits) {
-                EXPECT_EQ(entryRecord(1, static_cast<char>(length), content, "p"), seam.sent["entry"]) << typed;
-            }
+            expect(run(doAESOp, "aesop -o verifykey -e 1 -k k -p " + typed),
+                   fits ? "\nVerify key on entry 1 returned successfully.\n" : tooLong, fits ? 0 : 1);
+            EXPECT_EQ(fits ? entryRecord(1, 32, "k", content) : "", std::exchange(seam.sent["entry"], ""));
+            expect(run(doAESOp, "aesop -o changepwd -e 1 -p p -w " + typed),
+                   fits ? "\nAES change password of entry 1 is returned successfully.\n" : tooLong, fits ? 0 : 1);
+            EXPECT_EQ(fits ? entryRecord(1, 0, content, "p") : "", std::exchange(seam.sent["entry"], ""));
+            expect(run(doAESEntry, "aesentry -o setcfg -i 1 -p p -k " + typed), fits ? "" : keyTooLong, fits ? 0 : 1);
+            EXPECT_EQ(fits ? entryRecord(1, static_cast<char>(length), content, "p") : "",
+                      std::exchange(seam.sent["entry"], ""));
         }
     }
     EXPECT_EQ("-k : key can not be NULL\n", run(doAESOp, "aesop -o verifykey -e 1 -p p -k \"\"").printed);

@@ -6,26 +6,6 @@ An adapter's configuration is saved as text. A file is never overwritten.
   $ cfg backup_cfg
   Backup_cfg command is returned successfully!
   stderr: hba0_cfg.txt holds another name, size or number of disks for virtual disks 3; edit it before restoring.
-  $ tr '\0' '.' < hba0_cfg.txt | sed -n '/VD ID.=3/,$p'
-  [VD ID]=3
-  [RAID NAME]=archive........
-  [RAID MODE]=RAID6
-  [CAPACITY (M)]=3436463
-  [PD MEMBER]=3,4,5,6
-  [BLOCK SIZE (K)]=128
-  [WRITE POLICY]=WRITETHROUGH
-  [READ POLICY]=NONE
-  [INIT MODE]=QUICK
-  [PARITY DISK]=2
-  
-  [SPARE ID]=0
-  [PHYSICAL DISK ID]=9
-  [VIRTUAL DISK ID]=1
-  
-  [SPARE ID]=1
-  [PHYSICAL DISK ID]=10
-  [VIRTUAL DISK ID]=FF
-  [END]
   $ cp hba0_cfg.txt before
   $ cfg backup_cfg
   There is the same file 'hba0_cfg.txt', please rename this file!!

@@ -8,13 +8,6 @@ NVSRAM bytes are written with a pattern and read as a dump.
   0x00\t0x00\t0xc3\t0xc3\t0xc3\t0xc3\t0xc3\t0xc3\t (esc)
   0xc3\t (no-eol) (esc)
 
-The hybrid tier's table on the example's adapter that has the tier.
-
-  $ kt 1 tandem -o EMPTY -a 2048 -l 4096 -d 3
-  $ kt 1 tandem -o delete -o count -d 3
-  Tandemix table total enties count 512
-  Tandemix table remian enties count 511
-
 The numbers that stand for disks in the operating system: all virtual disks, all free disks, or the one asked for.
 
   $ kt 1 devmap -o vd | head -2
