@@ -250,7 +250,6 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     const KT_U64 kib = shareFor(layout, wanted);
     vd.Size = capacityFor(layout, kib);
     VdState state = {};
-    state.created = shownTime(context) / 1000;
     state.linkedDisk = static_cast<KT_U16>(takeNumber(reader, "linkedDisk", KT_NO_ID, KT_NO_ID));
     state.initialized = takeFlag(reader, "initialized", true) ? 1 : 0;
     state.hasOs = takeFlag(reader, "os", false) ? 1 : 0;

@@ -89,11 +89,10 @@ struct VdState {
     KT_U8 cachePolicy; /* KT_CACHE_* as configured; _LD_Info.CacheMode is what is in force */
     KT_U8 hasOs;
     KT_U8 initialized; /* parity or mirror known to be consistent */
-    KT_U8 reported;    /* KT_LD_Report done */
     KT_U8 waterMark;   /* TandemWaterMark of its creation */
     KT_U8 unfinished;  /* foreign, and in the middle of a migration that cannot be gone on with here */
+    KT_U8 reserved;
     KT_U16 linkedDisk; /* KT_VDHDD_AddLink; KT_NO_ID = none */
-    KT_U64 created;    /* seconds since 1970 */
     KT_U64 offline;    /* milliseconds: when it last went offline; what disks missed before is lost on them */
     Activity activity;
     KT_U16 homes[128]; /* whose place each slot is; a spare may stand in for that disk. Unused in an array */

@@ -12,7 +12,7 @@
 namespace sim {
 
 inline constexpr int STATE_APPLICATION = 0x4B545344;
-inline constexpr int STATE_VERSION = 4;
+inline constexpr int STATE_VERSION = 5;
 
 struct Store; /* one connection; not to be used by two threads at once */
 

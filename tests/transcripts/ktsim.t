@@ -237,6 +237,8 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
   $ kt import -i 0 && kt info -o array -i 0 | grep -e '^Name' -e '^Spare'
   Name:                databases
   Spare PD IDs:        8
+  $ ktsim disk insert 4 5 6 --from troubled > /dev/null && ktsim show | grep -o '"unfinished":1'
+  "unfinished":1
   $ export KTRAID_SIM="$PWD/state.db"
   $ ktsim disk replace 1 --size 4XB < /dev/null
   ktsim: "4XB" is not a size such as 500GB or 4TB

@@ -127,7 +127,7 @@ static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_I
     mine.info.Status = KT_VD_NOT_IMPORTABLE;
     mine.state.activity = Activity{};
     mine.state.activity.disk = mine.state.linkedDisk = KT_NO_ID;
-    mine.state.reported = mine.state.hasOs = 0;
+    mine.state.hasOs = 0;
     mine.state.unfinished = find<VdTarget>(arrival.store, arrival.adapter, vd.ID) ? 1 : 0;
     std::fill(std::begin(mine.info.BlockIDs), std::end(mine.info.BlockIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(mine.state.homes), std::end(mine.state.homes), KT_U16{KT_NO_ID});

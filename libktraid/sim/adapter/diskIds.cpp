@@ -4,7 +4,6 @@
 #include "adapter/surface.h"
 
 #include <algorithm>
-#include <utility>
 #include <vector>
 
 namespace sim {
@@ -19,17 +18,6 @@ static void moveRow(const Context& context, KT_U16 from, KT_U16 to, Change chang
     change(*row);
     erase<Record>(context, from);
     save(context, to, *row);
-}
-
-static void moveSurface(const Context& context, KT_U16 from, KT_U16 to) {
-    std::vector<std::pair<KT_U64, BadSector>> sectors;
-    forEachBadSector(context, from, 0, NEVER, [&](KT_U64 lba, const BadSector& sector) {
-        sectors.emplace_back(lba, sector);
-        return true;
-    });
-    forgetSurface(context, from);
-    for (const auto& [lba, sector] : sectors)
-        addBadSector(context, to, lba, sector);
 }
 
 static void moveRows(const Context& context, KT_U16 from, KT_U16 to) {
@@ -52,7 +40,8 @@ static void moveRows(const Context& context, KT_U16 from, KT_U16 to) {
         }
         return true;
     });
-    moveSurface(context, from, to);
+    copySurface(context, from, context, to);
+    forgetSurface(context, from);
 }
 
 static void followInVds(const Context& context, KT_U16 from, KT_U16 to) {

@@ -44,7 +44,6 @@ static void comeHome(const Context& context, const _LD_Info& vd, KT_U16 dgid) {
     std::copy(group.members.begin(), group.members.end(), mine.state.homes);
     mine.info.Status = KT_VD_ONLINE;
     mine.info.DGID = dgid;
-    mine.state.reported = 1;
     saveVd(context, mine);
     if (dgid == KT_NO_ID || isConflicted(vd)) {
         logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.RaidMode) ? 1 : 0);
@@ -279,7 +278,6 @@ void rememberAway(const Context& context, const Vd& vd) {
     if (!isConflicted(vd.info)) away.info.Status = KT_VD_NOT_IMPORTABLE;
     away.state.activity = Activity{};
     away.state.activity.disk = away.state.linkedDisk = KT_NO_ID;
-    away.state.reported = 0;
     std::fill(std::begin(away.info.BlockIDs), std::end(away.info.BlockIDs), KT_U16{KT_NO_ID});
     save(context, lastRow(context.store, context.adapter, KIND_VD_AWAY).value_or(0) + 1, away);
 }

@@ -38,7 +38,7 @@ bool isGuarded(const Context& context, KT_U16 pd, KT_U64 lba);
 
 /* The bad sectors of the disk, of that flaw or (0) all, are no more. */
 void forgetSurface(const Context& context, KT_U16 pd, KT_U8 flaw = 0);
-/* A disk that comes from another adapter brings its surface. */
+/* A disk that gets another id, or comes from another adapter, brings its surface. */
 void copySurface(const Context& from, KT_U16 there, const Context& context, KT_U16 here);
 /* Nothing is wrong yet with the data of a new block; what cannot be read stays. */
 void forgetWrongData(const Context& context, const _Block_Info& block);
