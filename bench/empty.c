@@ -1,4 +1,4 @@
-/* What a process costs before it does anything. */
+// What a process costs before it does anything.
 int main(void) {
     return 0;
 }

@@ -1,5 +1,5 @@
-/* What the simulated library's lists cost: opening the state, one page of 32 records, and the whole list of more and
-   more disks. Prints a table; the targets are 2 ms, 100 microseconds and a constant cost a disk. */
+// What the simulated library's lists cost: opening the state, one page of 32 records, and the whole list of more and
+// more disks. Prints a table; the targets are 2 ms, 100 microseconds and a constant cost a disk.
 #include "lab.h"
 
 #include <chrono>
@@ -33,7 +33,7 @@ template <class Request>
 static double pageCost(KT_U8 (*list)(KT_U8, Request*), Page& page) {
     static const int REPEATS = 2000;
     const auto start = Clock::now();
-    for (int i = 0; i < REPEATS; i++) {
+    for (int i = 0; i < REPEATS; ++i) {
         page.header = {0, KT_REQUEST_LIST, 0, PAGE, 0, 0, {}};
         if (list(0, reinterpret_cast<Request*>(&page)) != KT_OK) abort();
     }
@@ -50,7 +50,7 @@ static unsigned listAll(Page& page) {
     return disks;
 }
 
-/* In a process of its own, so that the memory it takes is not counted as the library's. */
+// In a process of its own, so that the memory it takes is not counted as the library's.
 static void makeState(const std::string& path, const std::string& lab) {
     const pid_t child = fork();
     if (child == 0) {

@@ -42,7 +42,7 @@ static void change(const Options& options, const BatteryChange& how) {
     });
 }
 
-/* A subcommand that changes something about the battery; `how` answers false when there is none. */
+// A subcommand that changes something about the battery; `how` answers false when there is none.
 static CLI::App* addChange(CLI::App& battery, Options& options, const char* word, const char* help,
                            const BatteryChange& how) {
     CLI::App* command = battery.add_subcommand(word, help);
@@ -99,7 +99,7 @@ void addBattery(CLI::App& app, Options& options) {
     addForceOption(*remove, options);
     remove->callback([&options] {
         change(options, [](Context& context) { return hasBattery(context); });
-        /* Asked with the state let go of: nobody else waits for the answer. */
+        // Asked with the state let go of: nobody else waits for the answer.
         if (!confirm(options, "Caches of virtual disks will not survive a power failure. Take the battery out?"))
             throw CommandFailure{"nothing was changed"};
         change(options, removeBattery);

@@ -37,17 +37,17 @@ static bool busy(const Context& context) {
     return any;
 }
 
-/* The next moment at which something happens on an adapter that is at work; NEVER when none is. */
+// The next moment at which something happens on an adapter that is at work; NEVER when none is.
 static KT_U64 nextDue(Store& store, KT_U64 now) {
     KT_U64 due = NEVER;
-    for (unsigned i = 0; i < adapterCount(store); i++) {
+    for (unsigned i = 0; i < adapterCount(store); ++i) {
         const Context context{store, static_cast<KT_U8>(i), now};
         if (busy(context)) due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
     }
     return due;
 }
 
-/* Lets that much time pass, and what is due in it happen. */
+// Lets that much time pass, and what is due in it happen.
 static void pass(Store& store, KT_U64 milliseconds) {
     const Clock clock = loadClock(store);
     if (milliseconds > LAST_MOMENT - shownNow(store))
@@ -57,9 +57,9 @@ static void pass(Store& store, KT_U64 milliseconds) {
 }
 
 static void advanceUntilIdle(Store& store) {
-    static const int MANY = 100000; /* steps; jobs that start one another for ever must not keep us */
+    static const int MANY = 100000; // steps; jobs that start one another for ever must not keep us
     const KT_U64 start = simulatedNow(store);
-    for (int step = 0; step < MANY; step++) {
+    for (int step = 0; step < MANY; ++step) {
         const KT_U64 now = simulatedNow(store);
         const KT_U64 due = nextDue(store, now);
         if (due == NEVER) {

@@ -1,7 +1,6 @@
-/* The subcommands of ktsim. Each add...() declares its words and what runs when they are given; running ends in 0 or
-   throws CommandFailure. */
-#ifndef KTSIM_COMMANDS_H
-#define KTSIM_COMMANDS_H
+// The subcommands of ktsim. Each add...() declares its words and what runs when they are given; running ends in 0 or
+// throws CommandFailure.
+#pragma once
 
 #include "store.h"
 
@@ -9,15 +8,15 @@
 #include <functional>
 #include <string>
 
-/* Said on standard error, with the command's result. */
+// Said on standard error, with the command's result.
 struct CommandFailure {
     std::string message;
     int result = 1;
 };
 
-/* What all subcommands share. */
+// What all subcommands share.
 struct Options {
-    std::string state; /* where the state is; empty = as the library finds it */
+    std::string state; // where the state is; empty = as the library finds it
     unsigned adapter = 0;
     bool force = false;
 };
@@ -35,36 +34,34 @@ void addImage(CLI::App& app, Options& options);
 void addRun(CLI::App& app, Options& options);
 
 std::string statePathOf(const Options& options);
-/* Opens the state, making the default one when there is none. */
+// Opens the state, making the default one when there is none.
 sim::Store* openState(const Options& options);
-/* The lab's text: "-" is standard input, then a file of that name, then a built-in lab. */
+// The lab's text: "-" is standard input, then a file of that name, then a built-in lab.
 std::string labText(const std::string& name);
-/* --adapter, -a */
+// --adapter, -a
 void addAdapterOption(CLI::App& command, Options& options);
-/* --force, -f */
+// --force, -f
 void addForceOption(CLI::App& command, Options& options);
-/* Asks on the terminal or standard input; anything but y declines, and so does the end of input. */
+// Asks on the terminal or standard input; anything but y declines, and so does the end of input.
 bool confirm(const Options& options, const std::string& question);
 
-/* One transaction over the whole state: everything due on every adapter has happened when `work` runs. */
+// One transaction over the whole state: everything due on every adapter has happened when `work` runs.
 void changeState(const Options& options, const std::function<void(sim::Store&)>& work);
-/* The same for options.adapter; throws when there is no such adapter. */
+// The same for options.adapter; throws when there is no such adapter.
 void changeAdapter(const Options& options, const std::function<void(sim::Context&)>& work);
-/* Lets everything happen that is due on every adapter by now; inside a transaction that writes. */
+// Lets everything happen that is due on every adapter by now; inside a transaction that writes.
 void settleAll(sim::Store& store);
 unsigned adapterCount(sim::Store& store);
 
-/* Text of a record for a terminal: up to its NUL or end, control bytes as '?'. */
+// Text of a record for a terminal: up to its NUL or end, control bytes as '?'.
 std::string printable(const void* text, size_t size);
-/* "90m", "2h30m", "45s", "3d" in seconds. */
+// "90m", "2h30m", "45s", "3d" in seconds.
 bool parseDuration(const std::string& text, KT_U64& seconds);
-/* "2026-01-05 08:00:00" in UTC as milliseconds since 1970; throws for what the adapters' clock cannot show. */
+// "2026-01-05 08:00:00" in UTC as milliseconds since 1970; throws for what the adapters' clock cannot show.
 KT_U64 readTime(const std::string& text);
 std::string timeText(KT_U64 milliseconds);
 std::string durationText(KT_U64 seconds);
-/* Rounded up: what has just begun does not take no time at all. */
+// Rounded up: what has just begun does not take no time at all.
 KT_U64 wholeSeconds(KT_U64 milliseconds);
-/* A check of options: a number from `least` to `most`, which nan is not. */
+// A check of options: a number from `least` to `most`, which nan is not.
 CLI::Validator between(double least, double most);
-
-#endif

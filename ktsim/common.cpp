@@ -42,7 +42,7 @@ unsigned adapterCount(Store& store) {
 
 void settleAll(Store& store) {
     const KT_U64 now = simulatedNow(store);
-    for (unsigned i = 0; i < adapterCount(store); i++) {
+    for (unsigned i = 0; i < adapterCount(store); ++i) {
         Context context{store, static_cast<KT_U8>(i), now};
         if (settleDue(context)) settle(context);
     }
@@ -78,7 +78,7 @@ void changeAdapter(const Options& options, const std::function<void(Context&)>& 
 std::string printable(const void* text, size_t size) {
     std::string shown;
     const auto* bytes = static_cast<const unsigned char*>(text);
-    for (size_t i = 0; i < size && bytes[i] != 0; i++)
+    for (size_t i = 0; i < size && bytes[i] != 0; ++i)
         shown += bytes[i] >= 0x20 && bytes[i] < 0x7F ? static_cast<char>(bytes[i]) : '?';
     while (!shown.empty() && shown.back() == ' ')
         shown.pop_back();
@@ -109,13 +109,13 @@ bool parseDuration(const std::string& text, KT_U64& seconds) {
     while (at < text.size()) {
         KT_U64 number = 0;
         const size_t digits = at;
-        for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; at++) {
+        for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at) {
             number = number * 10 + static_cast<KT_U64>(text[at] - '0');
             if (number > LONGEST) return false;
         }
         const KT_U64 unit = at < text.size() ? unitSeconds(text[at]) : 0;
         if (at == digits || unit == 0) return false;
-        at++;
+        ++at;
         seconds += number * unit;
         if (seconds > LONGEST) return false;
     }
@@ -127,7 +127,7 @@ KT_U64 readTime(const std::string& text) {
     const char* end = strptime(text.c_str(), "%Y-%m-%d %H:%M:%S", &parts);
     const tm asked = parts;
     const time_t seconds = timegm(&parts);
-    /* timegm() makes the second of March of the thirtieth of February. */
+    // timegm() makes the second of March of the thirtieth of February.
     const bool exists = asked.tm_mday == parts.tm_mday && asked.tm_sec == parts.tm_sec;
     if (!end || *end || !exists) throw CommandFailure{"\"" + text + "\" is not a time such as \"2026-01-05 08:00:00\""};
     if (seconds <= 0 || static_cast<KT_U64>(seconds) * 1000 > LAST_MOMENT) {
@@ -174,7 +174,7 @@ std::string durationText(KT_U64 seconds) {
         if ((amount == 0 && !(shown == 0 && unit.seconds == 1)) || shown == 2) continue;
         text += (shown ? " " : "") + std::to_string(amount) + unit.word;
         seconds %= unit.seconds;
-        shown++;
+        ++shown;
     }
     return text;
 }

@@ -58,8 +58,8 @@ static void refill(Store& store, const BuiltInLab& lab) {
     closeStore(&store);
 }
 
-/* A sound state is refilled in one transaction, which other processes see as one step; what cannot be opened is
-   replaced as a file. */
+// A sound state is refilled in one transaction, which other processes see as one step; what cannot be opened is
+// replaced as a file.
 static void replaceState(const Options& options, const std::string& path, const BuiltInLab& lab) {
     Store* store = nullptr;
     std::string damage;
@@ -90,7 +90,7 @@ static void create(const Options& options, const CreateOptions& wanted) {
     const std::string text = labText(wanted.lab);
     const KT_U64 stoppedAt = wanted.at.empty() ? 0 : readTime(wanted.at);
     const BuiltInLab lab{wanted.lab.c_str(), text.c_str(), stoppedAt};
-    closeStore(openMemoryStore(fillFromLab, &lab)); /* a lab with a mistake costs nobody his state */
+    closeStore(openMemoryStore(fillFromLab, &lab)); // a lab with a mistake costs nobody his state
     const std::string path = statePathOf(options);
     if (stateMayGo(path)) {
         replaceState(options, path, lab);

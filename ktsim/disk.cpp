@@ -20,7 +20,7 @@ struct DiskOptions {
     std::string size;
     std::string aspect;
     unsigned amount = 1;
-    KT_U64 lba = NEVER; /* NEVER: wherever it happens */
+    KT_U64 lba = NEVER; // NEVER: wherever it happens
     bool clear = false;
 };
 
@@ -37,7 +37,7 @@ static bool holdsData(const Context& context, KT_U16 pd) {
     return blocksOf(context, pd).BlkCount != 0;
 }
 
-/* Asks first when virtual disks lie on the disk. `missing` completes "there is no disk 5 ...". */
+// Asks first when virtual disks lie on the disk. `missing` completes "there is no disk 5 ...".
 static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
                            const char* word, const char* help, const char* missing, bool asks,
                            const DiskChange& change) {
@@ -49,7 +49,7 @@ static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_p
         const auto pd = static_cast<KT_U16>(wanted->id);
         bool holds = false;
         if (asks) changeAdapter(options, [&](Context& context) { holds = holdsData(context, pd); });
-        /* Asked with the state let go of: nobody else waits for the answer. */
+        // Asked with the state let go of: nobody else waits for the answer.
         if (holds && !confirm(options, "Disk " + std::to_string(pd) + " holds parts of virtual disks. Go on?"))
             throw CommandFailure{"nothing was changed"};
         changeAdapter(options, [&](Context& context) {
@@ -60,7 +60,7 @@ static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_p
     return command;
 }
 
-/* Gigabytes as vendors count them; 0 = not said. */
+// Gigabytes as vendors count them; 0 = not said.
 static double readBytes(const std::string& size) {
     if (size.empty()) return 0;
     char* end = nullptr;
@@ -114,7 +114,7 @@ static KT_U32 spoilAt(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskO
     if (disk && (wanted.lba >= disk->Size || disk->Size - wanted.lba < wanted.amount))
         throw CommandFailure{name + " has only " + std::to_string(disk->Size) + " sectors"};
     KT_U32 spoiled = 0;
-    for (KT_U64 lba = wanted.lba; lba < wanted.lba + wanted.amount; lba++) {
+    for (KT_U64 lba = wanted.lba; lba < wanted.lba + wanted.amount; ++lba) {
         if (flaw == FLAW_WRONG && !isGuarded(context, pd, lba))
             throw CommandFailure{"no redundant virtual disk has LBA " + std::to_string(lba) + " of " + name};
         spoiled += addBadSector(context, pd, lba, BadSector{flaw, 0, {}}) ? 1U : 0U;
@@ -138,7 +138,7 @@ static KT_U8 spoil(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskOpti
                                : spoilAt(context, pd, flaw, wanted);
     if (spoiled == 0) failToSpoil(context, pd, flaw, wanted);
     printSpoiled(pd, flaw, spoiled, first);
-    /* What runs has been there or will get there. */
+    // What runs has been there or will get there.
     applyRates(context);
     return KT_OK;
 }
@@ -165,7 +165,7 @@ static bool isStateFile(const std::string& name) {
     static const char MAGIC[] = "SQLite format 3";
     char head[sizeof MAGIC] = "";
     struct stat info = {};
-    /* What can be read only once is left to be read as a lab. */
+    // What can be read only once is left to be read as a lab.
     if (stat(name.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
     FILE* file = fopen(name.c_str(), "re");
     const bool whole = file && fread(head, sizeof head, 1, file) == 1;
@@ -197,7 +197,7 @@ static void insertFrom(const Options& options, const InsertOptions& wanted, Stor
     changeAdapter(options, [&](Context& context) {
         checkArrived(insertForeignDisks(context, source, static_cast<KT_U8>(wanted.of), there, here), wanted);
     });
-    for (size_t i = 0; i < here.size(); i++)
+    for (size_t i = 0; i < here.size(); ++i)
         printf("Disk %u of %s is disk %u here.\n", unsigned{there[i]}, wanted.from.c_str(), unsigned{here[i]});
 }
 
@@ -210,7 +210,7 @@ static void putBack(const Options& options, const std::vector<unsigned>& ids) {
         }
         settleAll(context.store);
     });
-    for (size_t i = 0; i < ids.size(); i++)
+    for (size_t i = 0; i < ids.size(); ++i)
         if (here[i] != ids[i]) printf("Pulled disk %u is disk %u now.\n", ids[i], unsigned{here[i]});
 }
 

@@ -54,7 +54,7 @@ static void setReading(const Context& context, const EnclosureOptions& wanted) {
         failElement(wanted, "it measures nothing");
 }
 
-/* By the code in the low four bits of an element's first status byte. */
+// By the code in the low four bits of an element's first status byte.
 static const char* statusWord(KT_U8 status) {
     static const char* const WORDS[] = {"unsupported",   "ok",      "critical",     "not critical", "unrecoverable",
                                         "not installed", "unknown", "not available"};
@@ -62,12 +62,12 @@ static const char* statusWord(KT_U8 status) {
     return code < std::size(WORDS) ? WORDS[code] : "reserved";
 }
 
-/* "0 critical, 1-3 ok" */
+// "0 critical, 1-3 ok"
 static std::string describeElements(const Context& context, KT_U16 enclosure, const ElementKind& kind) {
     std::string text;
     std::string last;
     unsigned first = 0;
-    for (unsigned number = 0;; number++) {
+    for (unsigned number = 0;; ++number) {
         _Enc_Element_Info info = {};
         const bool there = number < OVERALL_ELEMENT &&
                            getElementInfo(context, enclosure, kind.type, static_cast<KT_U8>(number), info) == KT_OK;

@@ -41,11 +41,11 @@ static void log(const Options& options, const EventOptions& wanted) {
     event.Code = static_cast<KT_U16>(wanted.code);
     event.DeviceID = static_cast<KT_U16>(wanted.device);
     event.Severity = static_cast<KT_U8>(wanted.severity);
-    for (size_t i = 0; i < wanted.params.size() && i < 4; i++)
+    for (size_t i = 0; i < wanted.params.size() && i < 4; ++i)
         event.Params[i] = wanted.params[i];
     readSense(wanted.sense, event);
     changeAdapter(options, [&](Context& context) {
-        for (unsigned i = 0; i < wanted.count; i++)
+        for (unsigned i = 0; i < wanted.count; ++i)
             logEvent(context, event);
     });
 }

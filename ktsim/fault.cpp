@@ -7,7 +7,7 @@
 
 using namespace sim;
 
-extern const char* const CALL_NAMES[]; /* made by the build from the header */
+extern const char* const CALL_NAMES[]; // made by the build from the header
 
 struct FaultOptions {
     std::string call;
@@ -41,7 +41,7 @@ std::string faultText(const Fault& fault) {
 }
 
 static bool knownCall(const std::string& name) {
-    for (const char* const* call = CALL_NAMES; *call; call++)
+    for (const char* const* call = CALL_NAMES; *call; ++call)
         if (name == *call) return true;
     return false;
 }
@@ -49,7 +49,7 @@ static bool knownCall(const std::string& name) {
 static KT_U8 kindOf(const std::string& name) {
     KT_U8 kind = 0;
     while (name != KIND_NAMES[kind])
-        kind++;
+        ++kind;
     return kind;
 }
 

@@ -33,7 +33,7 @@ static ImageVersion readVersion(const std::string& text) {
                         static_cast<KT_U16>(parts[3])};
 }
 
-/* Never over a file that is there. */
+// Never over a file that is there.
 static void writeNew(const std::string& name, const std::string& bytes) {
     const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (file < 0) throw CommandFailure{name + ": " + strerror(errno)};

@@ -6,7 +6,7 @@
 
 enum { RESULT_FAILED = 1, RESULT_USAGE = 2 };
 
-/* One line, whatever was typed or stands in a file. */
+// One line, whatever was typed or stands in a file.
 static int say(std::string what) {
     for (char& byte : what)
         if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = '?';
@@ -14,7 +14,7 @@ static int say(std::string what) {
     return RESULT_FAILED;
 }
 
-/* A word where a command should stand is what is wrong, rather than the missing command. */
+// A word where a command should stand is what is wrong, rather than the missing command.
 static int refuseWords(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App* command = &app;
     while (!command->get_subcommands().empty())
@@ -71,7 +71,7 @@ static int runGuarded(int argc, char** argv) {
     }
 }
 
-/* What is left that a handler itself can throw is running out of memory: the end, whatever is done. */
+// What is left that a handler itself can throw is running out of memory: the end, whatever is done.
 int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
     const int result = runGuarded(argc, argv);
     return fflush(stdout) == 0 ? result : say("the output could not be written");

@@ -8,9 +8,9 @@
 #include <unistd.h>
 #include <vector>
 
-enum { NOT_EXECUTABLE = 126, NOT_FOUND = 127 }; /* as shells answer */
+enum { NOT_EXECUTABLE = 126, NOT_FOUND = 127 }; // as shells answer
 
-/* The folder of the simulated library beside this program: bin/ and lib/ktraid-sim/. */
+// The folder of the simulated library beside this program: bin/ and lib/ktraid-sim/.
 static std::string libraryFolder() {
     char self[PATH_MAX];
     const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);

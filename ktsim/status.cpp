@@ -11,10 +11,10 @@
 
 using namespace sim;
 
-std::string clockText(Store& store);       /* clock.cpp */
-std::string faultText(const Fault& fault); /* fault.cpp */
+std::string clockText(Store& store);       // clock.cpp
+std::string faultText(const Fault& fault); // fault.cpp
 
-static const int ROWS = 16; /* of disks and of virtual disks, so that an adapter fits a screen */
+static const int ROWS = 16; // of disks and of virtual disks, so that an adapter fits a screen
 static const int BAR = 20;
 
 struct Word {
@@ -71,18 +71,18 @@ static std::string sizeText(KT_U64 kib) {
     size_t unit = 0;
     while (amount >= 1024 && unit + 1 < std::size(UNITS)) {
         amount /= 1024;
-        unit++;
+        ++unit;
     }
     char text[32];
     snprintf(text, sizeof text, "%.1f %s", amount, UNITS[unit]);
     return text;
 }
 
-/* "[#######-------------] 37% rebuild, 2 h 10 min left" */
+// "[#######-------------] 37% rebuild, 2 h 10 min left"
 static std::string progressText(const Activity& activity, const std::string& name, KT_U64 now) {
     const unsigned percent = activityPercent(activity, now);
     std::string text = "[";
-    for (unsigned i = 0; i < BAR; i++)
+    for (unsigned i = 0; i < BAR; ++i)
         text += i < percent * BAR / 100 ? '#' : '-';
     text += "] " + std::to_string(percent) + "% " + name;
     if (activity.state != KT_STATE_RUNNING) return text + ", " + wordFor(STATES, activity.state);
@@ -228,7 +228,7 @@ static void printStatus(Store& store, const std::string& path, int rows) {
     printf("%-8s%s\n", "Clock", clockText(store).c_str());
     printFaults(store);
     const KT_U64 now = simulatedNow(store);
-    for (unsigned i = 0; i < global.adapterCount; i++) {
+    for (unsigned i = 0; i < global.adapterCount; ++i) {
         const Context context{store, static_cast<KT_U8>(i), now};
         const auto info = find<_Adapter_Info>(context, 0);
         if (!info) continue;

@@ -39,7 +39,7 @@ static bool anyNull(std::initializer_list<Arg> args) {
     });
 }
 
-/* The faults that spoil a call that went well. */
+// The faults that spoil a call that went well.
 static void spoilList(const char* name, const Fault& fault, const Arg& arg) {
     auto* request = static_cast<unsigned char*>(const_cast<void*>(arg.data));
     _RequestHeader header;
@@ -50,7 +50,7 @@ static void spoilList(const char* name, const Fault& fault, const Arg& arg) {
     if (fault.kind == FAULT_NEXT) header.nextStartingIndex = header.startingIndexOrId;
     memcpy(request, &header, sizeof header);
     if (fault.kind != FAULT_TEXT) return;
-    for (size_t i = 0; i < records; i++)
+    for (size_t i = 0; i < records; ++i)
         fillTexts(name, request + sizeof header + i * arg.size);
 }
 
@@ -59,7 +59,7 @@ static void spoil(const char* name, const Fault& fault, std::initializer_list<Ar
         if (arg.type == ArgType::List) spoilList(name, fault, arg);
         if (arg.type == ArgType::Array && fault.kind == FAULT_COUNT) *const_cast<KT_U8*>(arg.count) = 0xFF;
         if (arg.type == ArgType::Array && fault.kind == FAULT_TEXT) {
-            for (size_t i = 0; i < *arg.count; i++)
+            for (size_t i = 0; i < *arg.count; ++i)
                 fillTexts(name, static_cast<unsigned char*>(const_cast<void*>(arg.data)) + i * arg.size);
         }
         if ((arg.type == ArgType::Out || arg.type == ArgType::InOut) && fault.kind == FAULT_TEXT && arg.size > 1)
@@ -67,7 +67,7 @@ static void spoil(const char* name, const Fault& fault, std::initializer_list<Ar
     }
 }
 
-/* A failing body undoes itself; what was settled and counted before it stays. */
+// A failing body undoes itself; what was settled and counted before it stays.
 static KT_U8 runBody(Context& context, Access access, Body body) {
     if (access == Access::Write) setMark(context.store);
     const KT_U8 status = body.run(body.closure, context);
@@ -75,8 +75,8 @@ static KT_U8 runBody(Context& context, Access access, Body body) {
     return status;
 }
 
-/* One attempt inside an open transaction. `needsWriting`: it has to be repeated with Access::Write because something
-   is due or a fault counts the call. */
+// One attempt inside an open transaction. `needsWriting`: it has to be repeated with Access::Write because something
+// is due or a fault counts the call.
 static KT_U8 attempt(const char* name, int adapter, Access access, bool mayWrite, std::initializer_list<Arg> args,
                      Body body, bool& needsWriting) {
     Store& store = *gStore;

@@ -1,6 +1,5 @@
-/* CRC-32 as Ethernet and zip use it. */
-#ifndef KTSIM_CHECKSUM_H
-#define KTSIM_CHECKSUM_H
+// CRC-32 as Ethernet and zip use it.
+#pragma once
 
 #include "ktraid.h"
 
@@ -9,4 +8,3 @@ namespace sim {
 KT_U32 crc32(const void* bytes, size_t size);
 
 } // namespace sim
-#endif

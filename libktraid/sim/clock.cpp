@@ -31,7 +31,7 @@ KT_U64 simulatedNow(Store& store) {
 }
 
 void setClock(Store& store, KT_U64 now, KT_U32 speed, bool stopped) {
-    /* A clock that stands has nothing to do with real time: states that are alike look alike. */
+    // A clock that stands has nothing to do with real time: states that are alike look alike.
     const KT_U64 realBase = stopped ? 0 : realNow();
     const int64_t ahead = loadClock(store).ahead;
     save(store, ADAPTER_GLOBAL, 0, Clock{now, realBase, speed, static_cast<KT_U8>(stopped ? 1 : 0), {}, ahead});
@@ -48,7 +48,7 @@ KT_U64 shownTime(const Context& context) {
 void setShownTime(Store& store, KT_U64 milliseconds) {
     const KT_U64 now = simulatedNow(store);
     Clock clock = loadClock(store);
-    setClock(store, now, clock.speed, clock.stopped != 0); /* one that had come to its end runs from here */
+    setClock(store, now, clock.speed, clock.stopped != 0); // one that had come to its end runs from here
     clock = loadClock(store);
     clock.ahead = static_cast<int64_t>(milliseconds - now);
     save(store, ADAPTER_GLOBAL, 0, clock);

@@ -4,7 +4,7 @@
 
 namespace sim {
 
-/* Muting silences what has happened so far; what happens next is heard again. */
+// Muting silences what has happened so far; what happens next is heard again.
 static void soundAlarm(const Context& context) {
     auto state = find<AdapterState>(context, 0);
     if (!state || !state->muted) return;

@@ -1,12 +1,11 @@
-/* The adapter's event log. */
-#ifndef KTSIM_EVENTS_H
-#define KTSIM_EVENTS_H
+// The adapter's event log.
+#pragma once
 
 #include "store.h"
 
 namespace sim {
 
-inline constexpr KT_U64 EVENTS_KEPT = 12000; /* an adapter's log drops the oldest beyond these */
+inline constexpr KT_U64 EVENTS_KEPT = 12000; // an adapter's log drops the oldest beyond these
 
 enum EventClass : KT_U16 {
     EVT_ADAPTER = 0,
@@ -31,11 +30,10 @@ enum EventSeverity : KT_U8 {
     SEV_FATAL = 7
 };
 
-/* Appends one event at context.now with the adapter's next sequence number. */
+// Appends one event at context.now with the adapter's next sequence number.
 void logEvent(const Context& context, KT_U16 eventClass, KT_U16 code, KT_U16 device, KT_U8 severity, KT_U32 p0 = 0,
               KT_U32 p1 = 0, KT_U32 p2 = 0, KT_U32 p3 = 0);
-/* The same for an event that already holds its sense data; sequence number, time and adapter are filled in here. */
+// The same for an event that already holds its sense data; sequence number, time and adapter are filled in here.
 void logEvent(const Context& context, _Event event);
 
 } // namespace sim
-#endif

@@ -48,7 +48,7 @@ static const char* const LIST_CALLS[] = {
     "KT_PD_GetConfig",       "KT_PD_GetBGAStatus", "KT_PD_GetSmartStatus",    "KT_PD_GetPMInfo",
     "KT_PD_GetExpanderInfo", "KT_BLK_GetInfo",     "KT_ENC_GetEnclosureInfo",
 };
-/* They count, and begin where they are told to. */
+// They count, and begin where they are told to.
 static const char* const COUNTING_CALLS[] = {"KT_EVT_GetEvent", "KT_EVT_GetEventMessage"};
 
 bool canStrike(const char* call, KT_U8 kind) {
@@ -75,7 +75,7 @@ std::optional<KT_U64> findFault(Store& store, const char* call, KT_U8 adapter) {
 
 bool strikeFault(Store& store, KT_U64 id, Fault& fault) {
     fault = find<Fault>(store, ADAPTER_GLOBAL, id).value_or(Fault{});
-    fault.seen++;
+    ++fault.seen;
     const bool strikes = fault.seen > fault.after;
     if (strikes && fault.times != 0 && fault.seen - fault.after >= fault.times) {
         eraseRow(store, ADAPTER_GLOBAL, KIND_FAULT, id);

@@ -7,24 +7,24 @@
 
 namespace sim {
 
-extern const BuiltInLab BUILT_IN_LABS[]; /* made by the build from labs; the last has no name */
+extern const BuiltInLab BUILT_IN_LABS[]; // made by the build from labs; the last has no name
 
 static const KT_U32 SG_VERSION = 30536;
 
 const BuiltInLab* labNamed(const std::string& name) {
-    for (const BuiltInLab* lab = BUILT_IN_LABS; lab->name; lab++)
+    for (const BuiltInLab* lab = BUILT_IN_LABS; lab->name; ++lab)
         if (name == lab->name) return lab;
     return nullptr;
 }
 
 std::vector<std::string> labNames() {
     std::vector<std::string> names;
-    for (const BuiltInLab* lab = BUILT_IN_LABS; lab->name; lab++)
+    for (const BuiltInLab* lab = BUILT_IN_LABS; lab->name; ++lab)
         names.emplace_back(lab->name);
     return names;
 }
 
-/* A complete lab: rows just as they were. */
+// A complete lab: rows just as they were.
 
 static std::vector<unsigned char> hexToBytes(const std::string& hex, const std::string& path) {
     std::vector<unsigned char> bytes(hex.size() / 2);
@@ -80,7 +80,7 @@ static void fillComplete(Store& store, LabReader& lab, KT_U64 stoppedAt) {
         if (index == ADAPTER_GLOBAL) throw LabError{"adapters: there can be 255 at most"};
         putSections(store, index, adapter);
         if (!find<_Adapter_Info>(store, index, 0)) failLab(adapter, "adapter", "is missing");
-        index++;
+        ++index;
     }
     putSections(store, ADAPTER_GLOBAL, lab);
     const auto global = find<GlobalState>(store, ADAPTER_GLOBAL, 0);
@@ -90,7 +90,7 @@ static void fillComplete(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     setShownTime(store, stoppedAt);
 }
 
-/* A lab written by hand. */
+// A lab written by hand.
 
 static void putClock(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     KT_U64 now = realNow();
@@ -118,10 +118,10 @@ static void fillWritten(Store& store, LabReader& lab, const BuiltInLab& source) 
     strncpy(global.lab, label.c_str(), sizeof global.lab - 1);
     for (LabReader& adapter : takeObjects(lab, "adapters")) {
         const KT_U64 copies = takeNumber(adapter, "count", 1, 255);
-        for (KT_U64 i = 0; i < copies; i++) {
+        for (KT_U64 i = 0; i < copies; ++i) {
             if (global.adapterCount == ADAPTER_GLOBAL) failLab(adapter, "count", "there can be 255 adapters at most");
             Context context{store, static_cast<KT_U8>(global.adapterCount), simulatedNow(store)};
-            global.adapterCount++;
+            ++global.adapterCount;
             LabReader copy = adapter;
             addLabAdapter(context, copy);
         }
@@ -145,13 +145,13 @@ void fillFromLab(Store& store, const void* argument) {
     } catch (const LabError& error) {
         throw LabError{std::string(source->name) + ": " + error.message};
     } catch (const Json::exception& error) {
-        /* "[json.exception.parse_error.101] parse error at line 1 ..." */
+        // "[json.exception.parse_error.101] parse error at line 1 ..."
         const char* what = strstr(error.what(), "] ");
         throw LabError{std::string(source->name) + ": " + (what ? what + 2 : error.what())};
     }
 }
 
-/* Printing. */
+// Printing.
 
 static Json rawRow(Kind kind, const RowWalk& walk) {
     Json row = Json::object();
@@ -161,7 +161,7 @@ static Json rawRow(Kind kind, const RowWalk& walk) {
     return row;
 }
 
-/* The row by its fields, unless those do not tell everything about it. */
+// The row by its fields, unless those do not tell everything about it.
 static bool fieldRow(const RecordFields* table, const RowWalk& walk, Json& row) {
     if (!table || walk.size != table->size) return false;
     Json fields = fieldsToJson(*table, walk.data);
@@ -177,7 +177,7 @@ static bool fieldRow(const RecordFields* table, const RowWalk& walk, Json& row) 
 
 static void printRows(Store& store, KT_U8 adapter, Json& into) {
     Json raw = Json::array();
-    for (int number = 1; number <= 255; number++) {
+    for (int number = 1; number <= 255; ++number) {
         const auto kind = static_cast<Kind>(number);
         const RecordFields* table = fieldsOf(kind);
         Json rows = Json::array();
@@ -196,7 +196,7 @@ static void printRows(Store& store, KT_U8 adapter, Json& into) {
     if (!raw.empty()) into["rows"] = std::move(raw);
 }
 
-/* One row a line: short enough to compare two states with diff. */
+// One row a line: short enough to compare two states with diff.
 static std::string layOut(const Json& lab) {
     std::string text = "{\n";
     bool first = true;
@@ -209,7 +209,7 @@ static std::string layOut(const Json& lab) {
             return;
         }
         text += "[\n";
-        for (size_t i = 0; i < rows.size(); i++)
+        for (size_t i = 0; i < rows.size(); ++i)
             text += indent + " " + rows[i].dump(-1, ' ', true) + (i + 1 < rows.size() ? ",\n" : "]");
     };
     for (const auto& [name, value] : lab.items()) {
@@ -218,7 +218,7 @@ static std::string layOut(const Json& lab) {
             continue;
         }
         text += ",\n \"adapters\": [\n";
-        for (size_t i = 0; i < value.size(); i++) {
+        for (size_t i = 0; i < value.size(); ++i) {
             text += i ? ",\n  {\n" : "  {\n";
             first = true;
             for (const auto& [inner, rows] : value[i].items())
@@ -237,7 +237,7 @@ std::string stateToLab(Store& store) {
     printRows(store, ADAPTER_GLOBAL, lab);
     Json adapters = Json::array();
     const GlobalState global = find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{});
-    for (int i = 0; i < global.adapterCount; i++) {
+    for (int i = 0; i < global.adapterCount; ++i) {
         Json adapter = Json::object();
         printRows(store, static_cast<KT_U8>(i), adapter);
         adapters.push_back(std::move(adapter));

@@ -22,7 +22,7 @@ static const KT_U8 ALL_FEATURES = KT_FEATURE_REBUILD | KT_FEATURE_BACKGROUND_INI
 static const KT_U32 COMMON_ADVANCED = KT_ADV_SENSE_CODE | KT_ADV_BIG_STRIPE | KT_ADV_FLASH_BIOS | 1U << 4 |
                                       KT_ADV_CPU_EFFICIENCY | KT_ADV_IMAGE_HEALTH | 1U << 26 | 1U << 27 | 1U << 29;
 
-/* What both types of adapter have. */
+// What both types of adapter have.
 static _Adapter_Info commonInfo(const Context& context) {
     _Adapter_Info info = {};
     info.DriverVersion = _Version_Info{4, 1, 0, 2031};
@@ -52,7 +52,7 @@ static _Adapter_Info commonInfo(const Context& context) {
 
 static void setPorts(_Adapter_Info& info, KT_U8 ports) {
     info.PortCount = ports;
-    for (KT_U8 port = 0; port < std::min<KT_U8>(ports, 16); port++) {
+    for (KT_U8 port = 0; port < std::min<KT_U8>(ports, 16); ++port) {
         const KT_U8* address = info.PortSasAddress[port];
         if (std::any_of(address, address + sizeof info.WWN, [](KT_U8 byte) { return byte != 0; })) continue;
         memcpy(info.PortSasAddress[port], info.WWN, sizeof info.WWN);
@@ -137,7 +137,7 @@ static void addConfig(Context& context, LabReader& adapter, const _Adapter_Info&
     save(context, 0, config);
 }
 
-/* "battery": true for a charged one, or its fields. */
+// "battery": true for a charged one, or its fields.
 static void addBattery(Context& context, LabReader& adapter) {
     const Json* wanted = adapter.object.contains("battery") ? &adapter.object["battery"] : nullptr;
     if (!wanted) return;
@@ -175,7 +175,7 @@ static void addEvents(Context& context, LabReader& adapter) {
         takeNothingElse(reader);
         Context then = context;
         then.now -= earlier * 1000;
-        for (KT_U64 i = 0; i < repeat; i++)
+        for (KT_U64 i = 0; i < repeat; ++i)
             logEvent(then, event);
     }
 }
@@ -195,7 +195,7 @@ void addLabAdapter(Context& context, LabReader& adapter) {
     const int type = takeWord(adapter, "type", TYPE_WORDS, std::size(TYPE_WORDS), TYPE_ARRAY_BASED);
     _Adapter_Info info = type == TYPE_ARRAY_BASED ? arrayBasedInfo(context) : ldBasedInfo(context);
     takeFields(adapter, KIND_ADAPTER, &info);
-    setPorts(info, info.PortCount); /* the lab may have said more of them */
+    setPorts(info, info.PortCount); // the lab may have said more of them
     save(context, 0, info);
     save(context, 0, AdapterState{});
     addConfig(context, adapter, info);

@@ -16,10 +16,10 @@ struct DiskModel {
     const char* word;
     KT_U8 type;
     KT_U8 ssd;
-    KT_U8 speed; /* DriveSpeed code: 3 = 6 Gb/s, 4 = 12 Gb/s */
+    KT_U8 speed; // DriveSpeed code: 3 = 6 Gb/s, 4 = 12 Gb/s
     KT_U16 rotation;
     KT_U32 features;
-    const char* model; /* %s: capacity, as "2000G" */
+    const char* model; // %s: capacity, as "2000G"
     const char* firmware;
 };
 
@@ -48,7 +48,7 @@ static const DiskModel& takeModel(LabReader& disk) {
     failLab(disk, "type", "should be SATA, SAS, SATA SSD, SAS SSD, PATA or ATAPI");
 }
 
-/* Sectors of a drive sold with `bytes`: the count that all makers agreed on for its size. */
+// Sectors of a drive sold with `bytes`: the count that all makers agreed on for its size.
 static KT_U64 sectorsFor(KT_U64 bytes, KT_U32 sector) {
     const KT_U64 gigabytes = bytes / 1000000000;
     const KT_U64 sectors512 = gigabytes >= 50 ? 97696368 + 1953504 * (gigabytes - 50) : bytes / 512;
@@ -114,7 +114,7 @@ static _HD_Info makeDisk(const Context& context, LabReader& reader, const DiskMo
     disk.AdapterID = context.adapter;
     disk.HDType = model.type;
     disk.ConnectionType = model.type & (KT_HD_SATA | KT_HD_PATA | KT_HD_SAS);
-    disk.DeviceType = model.type & KT_HD_ATAPI ? 5 : 0; /* the SCSI peripheral type: optical, else direct access */
+    disk.DeviceType = model.type & KT_HD_ATAPI ? 5 : 0; // the SCSI peripheral type: optical, else direct access
     disk.FeatureSupport = model.features;
     disk.BlockSize = sector;
     disk.Size = sectorsFor(bytes, sector);
@@ -152,7 +152,7 @@ static PdState makeState(LabReader& reader, const DiskModel& model, KT_U16 id) {
     return state;
 }
 
-/* A media patrol that is some way through the disk. */
+// A media patrol that is some way through the disk.
 static void addPatrol(const Context& context, LabReader& disk, KT_U64 kib, PdState& state) {
     static const LabWord STATES[] = {{"running", KT_STATE_RUNNING},
                                      {"aborted", KT_STATE_ABORTED},
@@ -168,7 +168,7 @@ static void addPatrol(const Context& context, LabReader& disk, KT_U64 kib, PdSta
         state.patrol.since = context.now;
         takeNothingElse(reader);
         AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});
-        adapter.patrols++;
+        ++adapter.patrols;
         save(context, 0, adapter);
     }
 }
@@ -188,7 +188,7 @@ static void addDisks(Context& context, LabReader& adapter) {
     for (LabReader& entry : takeObjects(adapter, "disks")) {
         const KT_U64 copies = takeNumber(entry, "count", 1, 65000);
         next = takeNumber(entry, "id", next, 0xFFFE);
-        for (KT_U64 copy = 0; copy < copies; copy++, next++) {
+        for (KT_U64 copy = 0; copy < copies; ++copy, ++next) {
             if (next >= KT_NO_ID) failLab(entry, "count", "goes beyond the last disk id");
             const auto id = static_cast<KT_U16>(next);
             if (find<_HD_Info>(context, id)) failLab(entry, "id", "is another disk's already");
@@ -206,7 +206,7 @@ static void addDisks(Context& context, LabReader& adapter) {
     }
 }
 
-/* Wide links of four: to the adapter as long as it has ports for them, then from expander to expander. */
+// Wide links of four: to the adapter as long as it has ports for them, then from expander to expander.
 static _Link_Endpoint expanderParent(const Context& context, KT_U16 id) {
     const _Adapter_Info adapter = find<_Adapter_Info>(context, 0).value_or(_Adapter_Info{});
     const KT_U16 links = std::max<KT_U16>(adapter.PortCount / 4, 1);
@@ -218,7 +218,7 @@ static _Link_Endpoint expanderParent(const Context& context, KT_U16 id) {
         memcpy(parent.SAS_Address, expander->Link.Self.SAS_Address, sizeof parent.SAS_Address);
         return parent;
     }
-    for (int i = 0; i < 4; i++)
+    for (int i = 0; i < 4; ++i)
         parent.PhyID[i] = static_cast<KT_U8>(4 * id + i);
     memcpy(parent.SAS_Address, adapter.PortSasAddress[std::min(4 * id, 15)], sizeof parent.SAS_Address);
     return parent;
@@ -258,7 +258,7 @@ static void addPortMultipliers(Context& context, LabReader& adapter) {
         multiplier.NumberOfPorts = 5;
         multiplier.VendorID = 0x1FA4;
         multiplier.DeviceID = 0x3705;
-        /* From the last port down; single disks take those from the first on. */
+        // From the last port down; single disks take those from the first on.
         const int port = std::max(find<_Adapter_Info>(context, 0)->PortCount - 1 - id, 0);
         multiplier.Link.Parent =
             _Link_Endpoint{context.adapter, KT_LINK_HBA, 1, {static_cast<KT_U8>(port)}, {}, KT_NO_ID, {}};

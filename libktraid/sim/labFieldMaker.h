@@ -1,6 +1,5 @@
-/* How the tables of fields are written: NUM(record, member), TXT, HEX ... make one Field each. */
-#ifndef KTSIM_LAB_FIELD_MAKER_H
-#define KTSIM_LAB_FIELD_MAKER_H
+// How the tables of fields are written: NUM(record, member), TXT, HEX ... make one Field each.
+#pragma once
 
 #include "labFields.h"
 
@@ -10,7 +9,7 @@
 
 namespace sim {
 
-/* The tables of adapter/peripherals.h (labPeripheralFields.cpp). */
+// The tables of adapter/peripherals.h (labPeripheralFields.cpp).
 std::span<const RecordFields> peripheralTables();
 
 template <class Member>
@@ -27,7 +26,7 @@ constexpr Field makeField(const char* name, size_t offset, FieldType type) {
     }
 }
 
-/* Members are names, not expressions. NOLINTBEGIN(bugprone-macro-parentheses) */
+// Members are names, not expressions. NOLINTBEGIN(bugprone-macro-parentheses)
 #define FIELD(record, member, type)                                                                                    \
     makeField<std::remove_reference_t<decltype((std::declval<record&>().member))>>(#member, offsetof(record, member),  \
                                                                                    FieldType::type)
@@ -47,10 +46,9 @@ constexpr Field makeField(const char* name, size_t offset, FieldType type) {
     NUM(record, member.MajorVersion), NUM(record, member.MinorVersion), NUM(record, member.RevisionNumber),            \
         NUM(record, member.BuildNumber)
 
-/* NOLINTEND(bugprone-macro-parentheses) */
+// NOLINTEND(bugprone-macro-parentheses)
 
 #define TABLE(kind, section, record, fields)                                                                           \
     { static_cast<Kind>(kind), section, sizeof(record), fields, std::size(fields) }
 
 } // namespace sim
-#endif

@@ -115,7 +115,7 @@ static constexpr Field VD_FIELDS[] = {
     NUM(_LD_Info, time_low),
     NUM(_LD_Info, BlockSize),
 };
-/* A target's record begins with a virtual disk's. */
+// A target's record begins with a virtual disk's.
 static constexpr auto targetFields() {
     std::array<Field, std::size(VD_FIELDS) + 1> all = {};
     std::copy(std::begin(VD_FIELDS), std::end(VD_FIELDS), all.begin());
@@ -285,7 +285,7 @@ const RecordFields* fieldsOfSection(const std::string& section) {
 }
 
 static const Field* fieldNamed(const RecordFields& table, const std::string& name) {
-    for (size_t i = 0; i < table.fieldCount; i++)
+    for (size_t i = 0; i < table.fieldCount; ++i)
         if (name == table.fields[i].name) return &table.fields[i];
     return nullptr;
 }
@@ -293,7 +293,7 @@ static const Field* fieldNamed(const RecordFields& table, const std::string& nam
 std::string toHex(const void* bytes, size_t size) {
     static const char DIGITS[] = "0123456789abcdef";
     std::string hex;
-    for (size_t i = 0; i < size; i++) {
+    for (size_t i = 0; i < size; ++i) {
         const unsigned byte = static_cast<const unsigned char*>(bytes)[i];
         hex += DIGITS[byte >> 4];
         hex += DIGITS[byte & 15];
@@ -303,13 +303,13 @@ std::string toHex(const void* bytes, size_t size) {
 
 std::string textToBytes(const std::string& text, const std::string& path) {
     std::string bytes;
-    for (size_t i = 0; i < text.size(); i++) {
+    for (size_t i = 0; i < text.size(); ++i) {
         const auto lead = static_cast<unsigned char>(text[i]);
         if (lead < 0x80) {
             bytes += text[i];
             continue;
         }
-        /* C2 and C3 lead the code points 80 to FF: one byte each in a record. */
+        // C2 and C3 lead the code points 80 to FF: one byte each in a record.
         if ((lead != 0xC2 && lead != 0xC3) || i + 1 == text.size())
             throw LabError{path + ": characters beyond U+00FF do not fit a record"};
         bytes += static_cast<char>(((lead & 3) << 6) | (text[++i] & 0x3F));
@@ -319,7 +319,7 @@ std::string textToBytes(const std::string& text, const std::string& path) {
 
 std::string bytesToText(const void* bytes, size_t size) {
     std::string text;
-    for (size_t i = 0; i < size; i++) {
+    for (size_t i = 0; i < size; ++i) {
         const unsigned byte = static_cast<const unsigned char*>(bytes)[i];
         if (byte < 0x80) {
             text += static_cast<char>(byte);
@@ -357,7 +357,7 @@ static void setHex(const Field& field, unsigned char* at, const Json& value, con
     if (hex.size() > field.size * 2 || hex.size() % 2)
         throw LabError{path + ": should be at most " + std::to_string(field.size) + " bytes in hexadecimal"};
     memset(at, 0, field.size);
-    for (size_t i = 0; i < hex.size(); i++) {
+    for (size_t i = 0; i < hex.size(); ++i) {
         const int digit = hexDigit(hex[i]);
         if (digit < 0) throw LabError{path + ": should be bytes in hexadecimal"};
         at[i / 2] = static_cast<unsigned char>(at[i / 2] << 4 | digit);
@@ -383,7 +383,7 @@ static void setElement(const Field& field, unsigned char* at, const Json& value,
     }
 }
 
-/* A last element "..." repeats the one before it to the end of the field. */
+// A last element "..." repeats the one before it to the end of the field.
 static const char REPEATED[] = "...";
 
 static void setList(const Field& field, unsigned char* at, const Json& value, const std::string& path) {
@@ -394,9 +394,9 @@ static void setList(const Field& field, unsigned char* at, const Json& value, co
     if (repeated) given--;
     if (given > field.count) throw LabError{path + ": has more than " + std::to_string(field.count) + " entries"};
     memset(at, 0, field.size * field.count);
-    for (size_t i = 0; i < given; i++)
+    for (size_t i = 0; i < given; ++i)
         setElement(field, at + i * field.size, value[i], path + "[" + std::to_string(i) + "]");
-    for (size_t i = given; repeated && i < field.count; i++)
+    for (size_t i = given; repeated && i < field.count; ++i)
         memcpy(at + i * field.size, at + (given - 1) * field.size, field.size);
 }
 
@@ -415,7 +415,7 @@ bool setField(const RecordFields& table, void* record, const std::string& name, 
 }
 
 static bool allZero(const unsigned char* bytes, size_t size) {
-    for (size_t i = 0; i < size; i++)
+    for (size_t i = 0; i < size; ++i)
         if (bytes[i]) return false;
     return true;
 }
@@ -425,7 +425,7 @@ static Json elementToJson(const Field& field, const unsigned char* at) {
     if (field.type == FieldType::Text) {
         size_t length = field.size;
         while (length > 0 && at[length - 1] == 0)
-            length--;
+            --length;
         return bytesToText(at, length);
     }
     KT_U64 number = 0;
@@ -439,10 +439,10 @@ static Json listToJson(const Field& field, const unsigned char* at, size_t used)
     if (used == field.count) {
         while (distinct > 1 &&
                memcmp(at + (distinct - 1) * field.size, at + (distinct - 2) * field.size, field.size) == 0)
-            distinct--;
+            --distinct;
     }
     Json list = Json::array();
-    for (size_t i = 0; i < distinct; i++)
+    for (size_t i = 0; i < distinct; ++i)
         list.push_back(elementToJson(field, at + i * field.size));
     if (distinct < used) list.push_back(REPEATED);
     return list;
@@ -450,12 +450,12 @@ static Json listToJson(const Field& field, const unsigned char* at, size_t used)
 
 Json fieldsToJson(const RecordFields& table, const void* record) {
     Json object = Json::object();
-    for (size_t f = 0; f < table.fieldCount; f++) {
+    for (size_t f = 0; f < table.fieldCount; ++f) {
         const Field& field = table.fields[f];
         const unsigned char* at = static_cast<const unsigned char*>(record) + field.offset;
         size_t used = field.count;
         while (used > 0 && allZero(at + (used - 1) * field.size, field.size))
-            used--;
+            --used;
         if (used == 0) continue;
         if (field.count == 1) {
             object[field.name] = elementToJson(field, at);

@@ -66,7 +66,7 @@ static constexpr Field MAILBOX_FIELDS[] = {NUM(Mailbox, value), NUM(Mailbox, wri
 static constexpr Field TANDEM_FIELDS[] = {HEX(TandemTable, guid), NUM(TandemTable, used)};
 static constexpr Field TANDEM_ENTRY_FIELDS[] = {NUM(TandemEntry, start), NUM(TandemEntry, length)};
 
-/* The pages of flash images have no fields; they are printed as rows of bytes. */
+// The pages of flash images have no fields; they are printed as rows of bytes.
 static constexpr RecordFields TABLES[] = {
     TABLE(KIND_DISK_AGE, "diskAges", DiskAge, AGE_FIELDS),
     TABLE(KIND_BAD_SECTOR, "badSectors", BadSector, SECTOR_FIELDS),

@@ -16,7 +16,7 @@ static void addLabElement(Context& context, KT_U16 enclosure, LabReader& reader)
     const KT_U64 copies = takeNumber(reader, "count", 1, 255);
     if (text.size() > sizeof(_Enc_Element_Config::Text)) failLab(reader, "text", "is longer than 64 characters");
     takeNothingElse(reader);
-    for (KT_U64 i = 0; i < copies; i++) {
+    for (KT_U64 i = 0; i < copies; ++i) {
         const KT_U16 element = addElement(context, enclosure, kind->type, textToBytes(text, reader.path + ".text"));
         if (element == KT_NO_ID) failLab(reader, "count", "there can be 255 elements of a type at most");
         if (!condition.empty() &&
@@ -25,7 +25,7 @@ static void addLabElement(Context& context, KT_U16 enclosure, LabReader& reader)
     }
 }
 
-/* "slots": 24 makes a shelf of the usual elements; "elements" lists them one by one instead. */
+// "slots": 24 makes a shelf of the usual elements; "elements" lists them one by one instead.
 void addLabElements(Context& context, KT_U16 enclosure, LabReader& reader) {
     const KT_U64 slots = takeNumber(reader, "slots", SHELF_SLOTS, 255);
     if (!reader.object.contains("elements")) {
@@ -64,7 +64,7 @@ static void addLabKey(Context& context, LabReader& reader) {
     takeNothingElse(reader);
 }
 
-/* "keys": [{"id": 0, "key": "...", "password": "...", "ports": [{"id": 1, "enabled": true}]}] */
+// "keys": [{"id": 0, "key": "...", "password": "...", "ports": [{"id": 1, "enabled": true}]}]
 void addLabPeripherals(Context& context, LabReader& adapter) {
     for (LabReader& reader : takeObjects(adapter, "keys"))
         addLabKey(context, reader);

@@ -85,7 +85,7 @@ int takeWord(LabReader& reader, const char* word, const LabWord* words, size_t c
     const Json* value = take(reader, word);
     if (!value) return absent;
     std::string known;
-    for (size_t i = 0; i < count; i++) {
+    for (size_t i = 0; i < count; ++i) {
         if (value->is_string() && *value == words[i].word) return words[i].value;
         known += (i ? ", " : "") + std::string(words[i].word);
     }
@@ -102,7 +102,7 @@ std::vector<LabReader> takeObjects(LabReader& reader, const char* word) {
         return objects;
     }
     if (!value->is_array()) failLab(reader, word, "should be a list of objects");
-    for (size_t i = 0; i < value->size(); i++)
+    for (size_t i = 0; i < value->size(); ++i)
         objects.push_back(readObject((*value)[i], path + "[" + std::to_string(i) + "]"));
     return objects;
 }
@@ -111,7 +111,7 @@ std::vector<LabReader> repeatObjects(LabReader& reader, const char* word) {
     std::vector<LabReader> repeated;
     for (LabReader& object : takeObjects(reader, word)) {
         const KT_U64 copies = takeNumber(object, "count", 1, 65000);
-        for (KT_U64 copy = 0; copy < copies; copy++)
+        for (KT_U64 copy = 0; copy < copies; ++copy)
             repeated.push_back(object);
     }
     return repeated;

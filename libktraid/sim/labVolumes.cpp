@@ -48,30 +48,30 @@ static const size_t MEMBERS = sizeof(_DG_Info::PDIDs) / sizeof(KT_U16);
 static const size_t SLOTS = sizeof(_DG_Info::VDIDs) / sizeof(KT_U16);
 static const size_t SPARES = sizeof(_DG_Info::SparePDIDs) / sizeof(KT_U16);
 
-/* What a virtual disk or an array is made of. */
+// What a virtual disk or an array is made of.
 struct Layout {
     KT_U8 level;
-    KT_U8 parity; /* disks' worth of parity of RAID6 and RAID60 */
-    KT_U8 subs;   /* parts of RAID50 and RAID60 */
+    KT_U8 parity; // disks' worth of parity of RAID6 and RAID60
+    KT_U8 subs;   // parts of RAID50 and RAID60
     KT_U16 stripe;
-    std::vector<KT_U16> disks; /* KT_NO_ID = missing */
+    std::vector<KT_U16> disks; // KT_NO_ID = missing
 };
 
 static Geometry geometryFor(const Layout& layout) {
     return Geometry{layout.level, static_cast<KT_U8>(layout.disks.size()), layout.parity};
 }
 
-/* A lab gives the members of hybrid levels equal blocks; at these levels those on solid-state disks are copies. */
+// A lab gives the members of hybrid levels equal blocks; at these levels those on solid-state disks are copies.
 static bool keepsCopies(const Layout& layout) {
     return layout.level == KT_TANDEM_SAFE || layout.level == KT_HYBRID;
 }
 
-/* Data on `share` KiB of every member. */
+// Data on `share` KiB of every member.
 static KT_U64 capacityFor(const Layout& layout, KT_U64 share) {
     return keepsCopies(layout) ? share : capacityOf(geometryFor(layout), share);
 }
 
-/* KiB of every member, in whole stripes and at least one, that hold `size` KiB. */
+// KiB of every member, in whole stripes and at least one, that hold `size` KiB.
 static KT_U64 shareFor(const Layout& layout, KT_U64 size) {
     const Geometry alone{KT_JBOD, 1, 0};
     const KT_U64 share = shareFor(keepsCopies(layout) ? alone : geometryFor(layout), size, layout.stripe);
@@ -86,7 +86,7 @@ static void checkMembers(const LabReader& reader, std::vector<KT_U16> disks) {
         failLab(reader, "disks", "name disk " + std::to_string(*twice) + " twice");
 }
 
-/* Arrays share no disk with anything else. */
+// Arrays share no disk with anything else.
 static void refuseUsed(const Context& context, const LabReader& reader, const char* word, KT_U16 pd, KT_U8 flags) {
     const auto state = find<PdState>(context, pd);
     if (state && (state->raid & flags)) failLab(reader, word, "disk " + std::to_string(pd) + " is in use already");
@@ -111,7 +111,7 @@ static Layout takeLayout(LabReader& reader, Layout inherited) {
     return layout;
 }
 
-/* The smallest room among the members that are there, in whole stripes; KiB. */
+// The smallest room among the members that are there, in whole stripes; KiB.
 static KT_U64 memberRoom(const Context& context, const Layout& layout, const LabReader& reader) {
     KT_U64 room = NEVER;
     for (const KT_U16 pd : layout.disks) {
@@ -132,10 +132,10 @@ static void markMember(const Context& context, KT_U16 pd, KT_U8 flag, KT_U16 arr
     save(context, pd, *state);
 }
 
-/* A block of `kib` on each member, their ids in the order of the members. */
+// A block of `kib` on each member, their ids in the order of the members.
 static void placeBlocks(const Context& context, const Layout& layout, const LabReader& reader, KT_U64 kib, _LD_Info& vd,
                         size_t from) {
-    for (size_t i = from; i < layout.disks.size(); i++) {
+    for (size_t i = from; i < layout.disks.size(); ++i) {
         const KT_U16 pd = layout.disks[i];
         if (pd == KT_NO_ID) continue;
         const auto disk = find<_HD_Info>(context, pd);
@@ -241,7 +241,7 @@ static _LD_Info makeVd(const Context& context, LabReader& reader, const Layout& 
     return vd;
 }
 
-/* Adds one virtual disk; `dgid` KT_NO_ID outside arrays. */
+// Adds one virtual disk; `dgid` KT_NO_ID outside arrays.
 static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& layout, KT_U16 dgid) {
     _LD_Info vd = makeVd(context, reader, layout);
     vd.DGID = dgid;
@@ -284,7 +284,7 @@ static void addSlots(const Context& context, LabReader& reader, const Layout& la
             array.BgaState = vdState.activity.state;
         }
         if ((vdState.activity.kind & arraysOwn) == 0) continue;
-        /* These concern all virtual disks of an array, which is why the array has them. */
+        // These concern all virtual disks of an array, which is why the array has them.
         state.activity = vdState.activity;
         vdState.activity = Activity{};
         vdState.activity.disk = KT_NO_ID;
@@ -344,13 +344,13 @@ static void addArray(Context& context, LabReader& reader, const Layout& layout) 
     save(context, id, state);
 }
 
-/* With "count", each copy takes as many disks further on. */
+// With "count", each copy takes as many disks further on.
 template <class Add>
 static void forEachCopy(std::vector<LabReader> readers, Add add) {
     for (LabReader& reader : readers) {
         const KT_U64 copies = takeNumber(reader, "count", 1, KT_BLOCK_FREE);
         Layout layout = takeLayout(reader, Layout{KT_RAID5, 0, 0, 0, {}});
-        for (KT_U64 copy = 0; copy < copies; copy++) {
+        for (KT_U64 copy = 0; copy < copies; ++copy) {
             LabReader one = reader;
             add(one, layout);
             for (KT_U16& pd : layout.disks)
@@ -366,7 +366,7 @@ void addLabVolumes(Context& context, LabReader& adapter) {
                 [&](LabReader& reader, const Layout& layout) { addArray(context, reader, layout); });
     forEachCopy(takeObjects(adapter, "virtualDisks"),
                 [&](LabReader& reader, const Layout& layout) { addVd(context, reader, layout, KT_NO_ID); });
-    /* No adapter would be at rest with a spare that could be at work. */
+    // No adapter would be at rest with a spare that could be at work.
     reviewForeign(context);
     engageSpares(context);
 }

@@ -50,9 +50,9 @@ static const int BUSY_WAIT_MS = 5000;
 struct Store {
     sqlite3* db = nullptr;
     sqlite3_stmt* statements[STATEMENT_COUNT] = {};
-    std::vector<sqlite3_stmt*> walks; /* idle; a walk inside a walk takes another one */
+    std::vector<sqlite3_stmt*> walks; // idle; a walk inside a walk takes another one
     std::string path;
-    struct stat file = {}; /* as it was opened; all zero for a state in memory */
+    struct stat file = {}; // as it was opened; all zero for a state in memory
     bool writing = false;
 };
 
@@ -103,7 +103,7 @@ static sqlite3_stmt* statementOf(Store& store, StatementId id) {
     return store.statements[id];
 }
 
-/* Steps a statement that gives at most one row, and answers whether it gave one. The caller resets it. */
+// Steps a statement that gives at most one row, and answers whether it gave one. The caller resets it.
 static bool stepOnce(Store& store, sqlite3_stmt* statement) {
     const int code = sqlite3_step(statement);
     if (code == SQLITE_ROW) return true;
@@ -139,7 +139,7 @@ static int readPragma(Store& store, const char* sql) {
     return value;
 }
 
-/* What has happened to the file since it was opened; empty = it is still there. */
+// What has happened to the file since it was opened; empty = it is still there.
 static std::string whatBefell(const Store& store) {
     if (store.file.st_ino == 0) return {};
     struct stat now = {};
@@ -152,7 +152,7 @@ static std::string whatBefell(const Store& store) {
 
 void closeStore(Store* store) {
     if (!store) return;
-    /* The journal beside it may by now be that of what has taken its place. */
+    // The journal beside it may by now be that of what has taken its place.
     if (!whatBefell(*store).empty()) sqlite3_db_config(store->db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     for (sqlite3_stmt* statement : store->statements)
         sqlite3_finalize(statement);
@@ -170,7 +170,7 @@ static void checkIdentity(Store& store) {
         throw StoreFailure{KT_ERR_FAILED, store.path + ": this state has version " + std::to_string(version) +
                                               ", this library reads version " + std::to_string(STATE_VERSION)};
     }
-    /* Reading one row of the table tells a damaged schema from a sound one. */
+    // Reading one row of the table tells a damaged schema from a sound one.
     if (!find<GlobalState>(store, ADAPTER_GLOBAL, 0))
         throw StoreFailure{KT_ERR_FAILED, store.path + ": this state is damaged: it names no adapters"};
 }
@@ -218,15 +218,15 @@ std::string imageOf(const Store& store) {
         sqlite3_free(bytes);
         throw StoreFailure{KT_ERR_NO_RESOURCE, store.path + ": out of memory"};
     }
-    /* Bytes 18 and 19 of the file say how it is journalled: 2 is write-ahead, with which readers and one writer do
-       not wait for each other. */
+    // Bytes 18 and 19 of the file say how it is journalled: 2 is write-ahead, with which readers and one writer do
+    // not wait for each other.
     bytes[18] = bytes[19] = 2;
     std::string image(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
     sqlite3_free(bytes);
     return image;
 }
 
-/* Without this, a process that holds a removed file open would go on with it, and nobody would ever see what it did. */
+// Without this, a process that holds a removed file open would go on with it, and nobody would ever see what it did.
 static void checkStillThere(const Store& store) {
     const std::string befallen = whatBefell(store);
     if (!befallen.empty()) throw StoreFailure{KT_ERR_FAILED, store.path + ": " + befallen};
@@ -249,7 +249,7 @@ void rollbackTransaction(Store& store) {
     try {
         run(store, ST_ROLLBACK);
     } catch (const StoreFailure&) {
-        /* The transaction is gone with its connection at the latest; nothing was written. */
+        // The transaction is gone with its connection at the latest; nothing was written.
         return;
     }
 }

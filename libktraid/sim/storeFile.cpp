@@ -32,7 +32,7 @@ static void writeAll(int file, const std::string& bytes, const std::string& name
     }
 }
 
-/* Builds the state in memory and writes it, complete, to a new file beside `path`; answers that file's name. */
+// Builds the state in memory and writes it, complete, to a new file beside `path`; answers that file's name.
 static std::string writeNewFile(const std::string& path, StoreFiller fill, const void* argument) {
     const std::unique_ptr<Store, void (*)(Store*)> built(openMemoryStore(fill, argument), closeStore);
     const std::string image = imageOf(*built);
@@ -51,7 +51,7 @@ static std::string writeNewFile(const std::string& path, StoreFiller fill, const
     return name;
 }
 
-/* Whether a file is at `path`; throws for anything else there, which is no place for a state. */
+// Whether a file is at `path`; throws for anything else there, which is no place for a state.
 static bool isThere(const std::string& path) {
     struct stat there = {};
     if (stat(path.c_str(), &there) == 0) {
@@ -63,14 +63,14 @@ static bool isThere(const std::string& path) {
     return false;
 }
 
-/* The journal of a state that is gone would be taken for that of the one which follows it. */
+// The journal of a state that is gone would be taken for that of the one which follows it.
 static void removeJournal(const std::string& path) {
     unlink((path + "-wal").c_str());
     unlink((path + "-shm").c_str());
 }
 
-/* Gives the file `made` the name `path` unless another process has put something there meanwhile. One at a time, so
-   that nobody takes the journal of a state that has just been made for one left behind. */
+// Gives the file `made` the name `path` unless another process has put something there meanwhile. One at a time, so
+// that nobody takes the journal of a state that has just been made for one left behind.
 static void putInPlace(const std::string& made, const std::string& path) {
     const size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -92,7 +92,7 @@ Store* openStore(const std::string& path, StoreFiller fill, const void* argument
     return openExistingStore(path);
 }
 
-/* A damaged state still says what it is, at the place where SQLite keeps the application's id. */
+// A damaged state still says what it is, at the place where SQLite keeps the application's id.
 static bool looksLikeState(const std::string& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0) failSystem(path);
@@ -113,7 +113,7 @@ bool stateMayGo(const std::string& path) {
 void replaceStore(const std::string& path, StoreFiller fill, const void* argument) {
     makeFolders(path);
     std::string place = path;
-    /* A link stays one. */
+    // A link stays one.
     if (stateMayGo(path)) {
         char* whole = realpath(path.c_str(), nullptr);
         if (whole) place = whole;

@@ -17,7 +17,7 @@ static const size_t FLASH_HEAD = offsetof(_Flash_Data, Data);
 static void appendHex(std::string& line, const void* data, size_t size, size_t secretFrom, size_t secretSize) {
     static const char DIGITS[] = "0123456789abcdef";
     const auto* bytes = static_cast<const unsigned char*>(data);
-    for (size_t i = 0; i < size; i++) {
+    for (size_t i = 0; i < size; ++i) {
         if (i >= secretFrom && i - secretFrom < secretSize) {
             line += "**";
             continue;
@@ -38,7 +38,7 @@ static void appendFlashPage(std::string& line, const void* data) {
 
 static void appendText(std::string& line, const char* value) {
     line += '"';
-    for (; *value; value++) {
+    for (; *value; ++value) {
         const auto byte = static_cast<unsigned char>(*value);
         if (byte >= 0x20 && byte < 0x7F && byte != '"' && byte != '\\') {
             line += *value;
@@ -51,7 +51,7 @@ static void appendText(std::string& line, const char* value) {
     line += '"';
 }
 
-/* How many bytes of a list or array are worth printing: never more than the caller's buffer holds. */
+// How many bytes of a list or array are worth printing: never more than the caller's buffer holds.
 static size_t filledSize(const Arg& arg) {
     if (arg.type == ArgType::Array) return arg.count ? arg.size * *arg.count : 0;
     if (arg.type != ArgType::List) return arg.size;
@@ -78,7 +78,7 @@ static void appendArg(std::string& line, const Arg& arg, size_t size) {
     }
 }
 
-/* Once: a call more or less does not make an incomplete trace better. */
+// Once: a call more or less does not make an incomplete trace better.
 static void reportIncomplete(const char* path) {
     static bool said = false;
     if (!said) fprintf(stderr, "ktraid-sim: the trace is incomplete: %s: %s\n", path, strerror(errno));
@@ -112,7 +112,7 @@ void traceAfter(const std::string& before, int status, std::initializer_list<Arg
     }
     line += '\n';
     const int file = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    /* One write a line keeps the lines of several processes whole. */
+    // One write a line keeps the lines of several processes whole.
     errno = file < 0 ? errno : ENOSPC;
     if (file < 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size())) reportIncomplete(path);
     if (file >= 0) close(file);

@@ -1,15 +1,14 @@
-/* The call log. With KTRAID_SIM_TRACE=FILE every call appends one line to FILE:
-
-     KT_LD_Delete a=0 vd=3 stopBga=0 -> 0
-     KT_LD_Create a=0 param=<hex> -> 0 param=<hex>
-     KT_LD_GetInfo a=0 request=<hex of the header> -> 0 request=<hex of the header and of the records returned>
-     KT_Flash_Bin a=0 action=15 imageType=3 page=<hex of the 12-byte head>+<bytes>:<CRC-32 of them> -> 0
-
-   Scalars are decimal, records lower-case hexadecimal in memory order, bytes of keys and passwords '**', an absent
-   pointer "null", text quoted with control bytes as \xNN. Before "->" stands what the caller handed over (records that
-   the library only fills are left out), after it the status and, when it is 0, what the library gave back. */
-#ifndef KTSIM_TRACE_H
-#define KTSIM_TRACE_H
+// The call log. With KTRAID_SIM_TRACE=FILE every call appends one line to FILE:
+//
+// KT_LD_Delete a=0 vd=3 stopBga=0 -> 0
+// KT_LD_Create a=0 param=<hex> -> 0 param=<hex>
+// KT_LD_GetInfo a=0 request=<hex of the header> -> 0 request=<hex of the header and of the records returned>
+// KT_Flash_Bin a=0 action=15 imageType=3 page=<hex of the 12-byte head>+<bytes>:<CRC-32 of them> -> 0
+//
+// Scalars are decimal, records lower-case hexadecimal in memory order, bytes of keys and passwords '**', an absent
+// pointer "null", text quoted with control bytes as \xNN. Before "->" stands what the caller handed over (records that
+// the library only fills are left out), after it the status and, when it is 0, what the library gave back.
+#pragma once
 
 #include "ktraid.h"
 
@@ -20,18 +19,18 @@ namespace sim {
 
 enum class ArgType { Number, In, Out, InOut, List, Array, Text };
 
-/* One argument of a call, as the frame checks and the trace prints it. */
+// One argument of a call, as the frame checks and the trace prints it.
 struct Arg {
     const char* name;
     ArgType type;
     KT_U64 number = 0;
     const void* data = nullptr;
-    size_t size = 0;              /* of the record; for List and Array of one record */
-    const KT_U8* count = nullptr; /* Array: how many records the library filled */
-    size_t secretFrom = 0;        /* bytes of the record that are printed as ** */
+    size_t size = 0;              // of the record; for List and Array of one record
+    const KT_U8* count = nullptr; // Array: how many records the library filled
+    size_t secretFrom = 0;        // bytes of the record that are printed as **
     size_t secretSize = 0;
-    bool optional = false; /* may be null */
-    bool pages = false;    /* a _Flash_Data, abbreviated */
+    bool optional = false; // may be null
+    bool pages = false;    // a _Flash_Data, abbreviated
 };
 
 inline Arg num(const char* name, KT_U64 value) {
@@ -58,12 +57,12 @@ template <class Record>
 Arg inOut(const char* name, Record* record) {
     return {name, ArgType::InOut, 0, record, sizeof *record};
 }
-/* Records that the library fills, as many as *count says on return. */
+// Records that the library fills, as many as *count says on return.
 template <class Record>
 Arg outArray(const char* name, Record* records, const KT_U8* count) {
     return {name, ArgType::Array, 0, records, sizeof *records, count};
 }
-/* The same record with the bytes [from, from + size) masked. */
+// The same record with the bytes [from, from + size) masked.
 inline Arg masked(Arg arg, size_t from, size_t size) {
     arg.secretFrom = from;
     arg.secretSize = size;
@@ -80,10 +79,9 @@ inline Arg flashPage(const char* name, _Flash_Data* page, bool filledByLibrary) 
 }
 
 bool tracing();
-/* What stands before "->"; empty when there is no trace. */
+// What stands before "->"; empty when there is no trace.
 std::string traceBefore(const char* call, int adapter, std::initializer_list<Arg> args);
-/* Completes the line and appends it. */
+// Completes the line and appends it.
 void traceAfter(const std::string& before, int status, std::initializer_list<Arg> args);
 
 } // namespace sim
-#endif

@@ -1,7 +1,7 @@
-/* The smallest library a program can start on: every call succeeds, does nothing and is counted. Plain C,
-   so that what a benchmark measures is the program. The names stand without the header's prototypes on purpose. */
+// The smallest library a program can start on: every call succeeds, does nothing and is counted. Plain C,
+// so that what a benchmark measures is the program. The names stand without the header's prototypes on purpose.
 unsigned KT_STUB_Calls = 0;
-int KT_STUB_Adapters = 0; /* what KT_Adapter_GetCount answers */
+int KT_STUB_Adapters = 0; // what KT_Adapter_GetCount answers
 
 int KT_API_Initialize(void) {
     return 0;

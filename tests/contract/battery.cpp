@@ -18,7 +18,7 @@ static _BBU_Info battery() {
     return info;
 }
 
-/* Whether each virtual disk writes through. */
+// Whether each virtual disk writes through.
 static std::vector<int> writeThrough() {
     std::vector<int> off;
     for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))

@@ -3,7 +3,7 @@
 #include "adapter/enclosure.h"
 #include "adapter/health.h"
 
-/* Enclosure 1 as it comes, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first. */
+// Enclosure 1 as it comes, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first.
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
   "enclosures": [{"id": 1, "slots": 12}, {"id": 4, "elements": [
      {"type": "dev", "count": 2}, {"type": "fan", "text": "Rear blower"},
@@ -13,7 +13,7 @@ static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": 
 
 struct Enclosure : LabTest<LAB> {};
 
-/* The four bytes of a status element, in hexadecimal, or the error. */
+// The four bytes of a status element, in hexadecimal, or the error.
 static std::string status(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
     _Enc_Element_Info info = {};
     const KT_U8 error = KT_ENC_GetElementInfo(0, enclosure, type, element, &info);

@@ -2,13 +2,13 @@
 
 #include "adapter/health.h"
 
-/* Four disks on ports 0 to 3 of an encrypting adapter with one entry more than ports, and one that cannot encrypt. */
+// Four disks on ports 0 to 3 of an encrypting adapter with one entry more than ports, and one that cannot encrypt.
 static const char LAB[] = R"({"adapters": [
   {"type": "LD-based", "MaxAESEntry": 5, "MaxAESPort": 4, "PortCount": 3,
    "disks": [{"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}]},
   {"type": "array-based"}]})";
 
-static const KT_U16 DISK = 1; /* on port 1 */
+static const KT_U16 DISK = 1; // on port 1
 
 struct Secret {
     KT_U8 bytes[32];

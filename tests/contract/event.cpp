@@ -25,7 +25,7 @@ TEST_F(Event, MessagesSayWhatTheRawEventsMean) {
     EXPECT_EQ(KT_EVT_GetEventMessage(1, 50, &count, messages.data()), KT_ERR_INVALID_ADAPTER);
 }
 
-/* Whatever the peripherals keep, a printed state has it by name and makes the same state again. */
+// Whatever the peripherals keep, a printed state has it by name and makes the same state again.
 TEST_F(Event, PeripheralsAreShownByName) {
     start(R"({"adapters": [{"type": "array-based", "battery": true, "AdvancedFeatures": 4294967295, "MaxAESPort": 2,
       "MaxAESEntry": 2, "LogicalDriverMode": 4095, "expanders": [{}], "enclosures": [{"id": 1}],

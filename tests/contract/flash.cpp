@@ -9,7 +9,7 @@
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "battery": true},
   {"type": "LD-based", "BIOSVersion.MajorVersion": 0, "BIOSVersion.MinorVersion": 0, "BIOSVersion.BuildNumber": 0}]})";
-static const KT_U16 VENDOR = 0x1FA4; /* of the lab's adapters */
+static const KT_U16 VENDOR = 0x1FA4; // of the lab's adapters
 
 struct Flash : LabTest<LAB> {};
 
@@ -24,7 +24,7 @@ static std::unique_ptr<_Flash_Data> page(const std::string& data, KT_U16 number 
 
 static KT_U8 update(KT_U8 type, const std::string& image, KT_U8 adapter = 0) {
     KT_U8 status = KT_OK;
-    for (size_t at = 0, number = 0; at < image.size() && status == KT_OK; number++) {
+    for (size_t at = 0, number = 0; at < image.size() && status == KT_OK; ++number) {
         const std::string part = image.substr(at, sizeof _Flash_Data{}.Data);
         at += part.size();
         const auto record = page(part, static_cast<KT_U16>(number), at == image.size());
@@ -36,7 +36,7 @@ static KT_U8 update(KT_U8 type, const std::string& image, KT_U8 adapter = 0) {
 static KT_U8 backup(KT_U8 type, std::string& image, KT_U8 adapter = 0) {
     image.clear();
     auto record = page("", 0, 0);
-    for (KT_U16 number = 0; !record->isLastPage; number++) {
+    for (KT_U16 number = 0; !record->isLastPage; ++number) {
         record->PageNum = number;
         const KT_U8 status = KT_Flash_Bin(adapter, KT_FLASH_BACKUP, type, record.get());
         if (status != KT_OK) return status;
@@ -140,7 +140,7 @@ TEST_F(Flash, AnnouncedSizeBinds) {
     _KT_FLASH_PER_DATA announcement = {KT_IMAGE_BIOS, {}, static_cast<KT_U32>(bytes.size() + 1)};
     ASSERT_EQ(KT_Flash_PreData(0, &announcement), KT_OK);
     EXPECT_EQ(update(KT_IMAGE_BIOS, bytes), KT_ERR_FLASH_DESCRIPTOR);
-    announcement.image_size--;
+    --announcement.image_size;
     ASSERT_EQ(KT_Flash_PreData(0, &announcement), KT_OK);
     EXPECT_EQ(update(KT_IMAGE_BIOS, bytes), KT_OK);
     announcement.image_size = 0;
@@ -234,7 +234,7 @@ TEST_F(Flash, HeadersOfFiles) {
 
 static KT_U8 sumOf(const _HBA_Info_Page& settings) {
     KT_U8 sum = 0;
-    for (size_t i = 0; i < sizeof settings; i++)
+    for (size_t i = 0; i < sizeof settings; ++i)
         sum = static_cast<KT_U8>(sum + reinterpret_cast<const KT_U8*>(&settings)[i]);
     return sum;
 }
@@ -341,7 +341,7 @@ TEST_F(Flash, RegistersKeepTheirValues) {
     EXPECT_EQ(request.Value, 0U);
     EXPECT_EQ(KT_Adapter_Read_Register(0, 0, 2, &request), KT_ERR_OUT_OF_RANGE);
     EXPECT_EQ(KT_Adapter_Read_Register(0, 1, 0, &request), KT_ERR_INVALID_PARAMETER);
-    runClock(1); /* a second takes a quarter of an hour */
+    runClock(1); // a second takes a quarter of an hour
     ASSERT_EQ(KT_Adapter_Write_Register(0, 0, 1, &request), KT_OK);
     EXPECT_EQ(KT_Adapter_Read_Register(0, 0, 1, &request), KT_ERR_REGISTER_WRITING);
     EXPECT_EQ(KT_Adapter_Write_Register(0, 0, 1, &request), KT_ERR_REGISTER_WRITING);

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <map>
 
-static std::map<KT_U8, KT_U32> gSeen; /* the last sequence number that newEvents() gave, by adapter */
+static std::map<KT_U8, KT_U32> gSeen; // the last sequence number that newEvents() gave, by adapter
 
 static std::string stateFile(const std::string& folder) {
     return folder + "/state.db";
@@ -37,7 +37,7 @@ void ContractTest::start(const char* lab) const {
     }
     advance(0);
     ASSERT_EQ(KT_API_Initialize(), KT_OK);
-    for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); adapter++)
+    for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); ++adapter)
         newEvents(adapter);
 }
 
@@ -83,7 +83,7 @@ std::vector<std::string> newEvents(KT_U8 adapter) {
     KT_U8 count = 0;
     EXPECT_EQ(KT_EVT_GetEvent(adapter, 255, &count, events.data()), KT_OK);
     std::vector<std::string> texts;
-    for (size_t i = 0; i < count; i++) {
+    for (size_t i = 0; i < count; ++i) {
         if (events[i].SequenceNo <= gSeen[adapter]) continue;
         gSeen[adapter] = events[i].SequenceNo;
         texts.push_back(std::to_string(events[i].Class) + "/" + std::to_string(events[i].Code) + " of " +

@@ -1,6 +1,5 @@
-/* A library on a scratch state made from a lab, its clock stopped, for each test. */
-#ifndef CONTRACT_FRAME_H
-#define CONTRACT_FRAME_H
+// A library on a scratch state made from a lab, its clock stopped, for each test.
+#pragma once
 
 #include "ktraid.h"
 
@@ -19,21 +18,21 @@ struct ContractTest : testing::Test {
 
     void SetUp() override;
     void TearDown() override;
-    /* Starts over with the lab (as ktsim create takes it) and opens the library. */
+    // Starts over with the lab (as ktsim create takes it) and opens the library.
     void start(const char* lab) const;
-    /* Moves the stopped clock on. */
+    // Moves the stopped clock on.
     void advance(uint64_t seconds) const;
-    /* Lets the clock run, at `speed` thousandths of real time. */
+    // Lets the clock run, at `speed` thousandths of real time.
     void runClock(uint32_t speed) const;
-    /* What no client of the library does: a battery pulled out, a fan that stops. */
+    // What no client of the library does: a battery pulled out, a fan that stops.
     void outside(KT_U8 adapter, const std::function<void(sim::Context&)>& act) const;
-    /* Another process: everything that the library keeps in memory is gone. */
+    // Another process: everything that the library keeps in memory is gone.
     static void reopen();
-    /* The state as ktsim show prints it. */
+    // The state as ktsim show prints it.
     std::string show() const;
 };
 
-/* A test that begins with a lab. */
+// A test that begins with a lab.
 template <const char* LAB>
 struct LabTest : ContractTest {
     void SetUp() override {
@@ -44,14 +43,14 @@ struct LabTest : ContractTest {
 
 using Ids = std::vector<KT_U16>;
 
-/* What makes a virtual disk or an array of the level on the disks; of size 0: as large as possible. */
+// What makes a virtual disk or an array of the level on the disks; of size 0: as large as possible.
 _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0);
 _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0);
 
-/* "class/code of device", oldest first, of the events logged since the last call of it on that adapter. */
+// "class/code of device", oldest first, of the events logged since the last call of it on that adapter.
 std::vector<std::string> newEvents(KT_U8 adapter = 0);
 
-/* All records of a list call, read page by page of `page` records. */
+// All records of a list call, read page by page of `page` records.
 template <class Request, class Record>
 std::vector<Record> readList(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, Record (Request::*)[1], KT_U16 page = 3) {
     std::vector<Record> all;
@@ -66,7 +65,7 @@ std::vector<Record> readList(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, Reco
         memcpy(buffer.data(), &header, sizeof header);
         EXPECT_EQ(list(adapter, reinterpret_cast<Request*>(buffer.data())), KT_OK);
         memcpy(&header, buffer.data(), sizeof header);
-        for (KT_U16 i = 0; i < header.numReturned; i++) {
+        for (KT_U16 i = 0; i < header.numReturned; ++i) {
             Record record;
             memcpy(&record, buffer.data() + sizeof header + i * sizeof record, sizeof record);
             all.push_back(record);
@@ -75,7 +74,7 @@ std::vector<Record> readList(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, Reco
     }
     return all;
 }
-/* One record by its id, and the call's status. */
+// One record by its id, and the call's status.
 template <class Request, class Record>
 KT_U8 readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record (Request::*records)[1],
                Record& record) {
@@ -87,5 +86,3 @@ KT_U8 readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record 
     if (status == KT_OK) record = (request.*records)[0];
     return status;
 }
-
-#endif

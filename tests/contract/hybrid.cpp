@@ -2,7 +2,7 @@
 
 #include <set>
 
-/* Virtual disk 0 is a plain one, 1 a hybrid one of 200 GiB; disks 4 and 5 are free, 6 is a spare. */
+// Virtual disk 0 is a plain one, 1 a hybrid one of 200 GiB; disks 4 and 5 are free, 6 is a spare.
 static const char LAB[] = R"({"adapters": [
   {"type": "LD-based", "disks": [
      {"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0},
@@ -49,7 +49,7 @@ TEST_F(Hybrid, TablesFill) {
     EXPECT_EQ(used(1), 2);
     _Tandemix_Table_Info info = {};
     ASSERT_EQ(KT_Tandemix_GetEntriesTableInfo(0, 1, &info), KT_OK);
-    for (int i = 2; i < info.total; i++)
+    for (int i = 2; i < info.total; ++i)
         ASSERT_EQ(add(1, 0, 1), KT_OK);
     EXPECT_EQ(add(1, 0, 1), KT_ERR_NO_RESOURCE);
     ASSERT_EQ(KT_Tandemix_RemoveEntriesTable(0, 1), KT_OK);

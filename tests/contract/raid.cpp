@@ -4,8 +4,8 @@
 #include "adapter/health.h"
 #include "lab.h"
 
-/* Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
-   arrays, 2 lets virtual disks share disks. */
+// Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
+// arrays, 2 lets virtual disks share disks.
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [
      {"count": 8, "type": "SAS", "size": "100GB"}, {"type": "SAS", "size": "50GB"},
@@ -75,7 +75,7 @@ static KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
     return status.Status;
 }
 
-/* "activity/state percent" of a virtual disk. */
+// "activity/state percent" of a virtual disk.
 static std::string activity(KT_U8 adapter, KT_U16 vd) {
     _LD_STATUS status = {};
     EXPECT_EQ(readItem(KT_LD_GetStatus, adapter, vd, &_LD_Status_Request::ldStatus, status), KT_OK);
@@ -86,7 +86,7 @@ static std::string activity(KT_U8 adapter, KT_U16 vd) {
 static Ids members(KT_U8 adapter, KT_U16 vd) {
     const _LD_Info info = vdInfo(adapter, vd);
     Ids disks;
-    for (int i = 0; i < info.HDCount; i++) {
+    for (int i = 0; i < info.HDCount; ++i) {
         _Block_Info block = {};
         const bool there = info.BlockIDs[i] != KT_NO_ID;
         if (there) readItem(KT_BLK_GetInfo, adapter, info.BlockIDs[i], &_BLK_Info_Request::blkInfo, block);
@@ -182,7 +182,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     EXPECT_EQ(readList(KT_DG_GetInfo, ARRAYS, &_DG_Info_Request::dgInfo).size(), 0U);
     ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
     EXPECT_EQ(dgInfo(0).TotalManagedSpace, asked.Size);
-    for (int i = 0; i < 3; i++)
+    for (int i = 0; i < 3; ++i)
         ASSERT_EQ(createVd(KT_RAID5, 1000), KT_OK);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
     EXPECT_EQ(dgInfo(0).VDSlotCount, 4);
@@ -193,7 +193,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     EXPECT_EQ(split.VDSlotSize[1], 600 * MB);
     EXPECT_EQ(split.VDSlotSize[2], 400 * MB);
     EXPECT_EQ(split.RemainingManagedSpace, split.TotalManagedSpace - 2600 * MB);
-    for (KT_U16 vd = 0; vd < 3; vd++)
+    for (KT_U16 vd = 0; vd < 3; ++vd)
         ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
     EXPECT_EQ(dgInfo(0).VDSlotCount, 1);
     EXPECT_EQ(dgInfo(0).RemainingManagedSpace, asked.Size);
@@ -270,7 +270,7 @@ TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
     EXPECT_EQ(newEvents(OLD), (std::vector<std::string>{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
     EXPECT_EQ(KT_LD_StartConsistencyCheck(OLD, 0, 1), KT_ERR_VD_NOT_READY);
     disk(OLD, sim::insertDisk, 1);
-    /* What was offline takes the disk back as it was; what went on without it is rebuilt onto it. */
+    // What was offline takes the disk back as it was; what went on without it is rebuilt onto it.
     EXPECT_EQ(vdInfo(OLD, 0).Status, KT_VD_DEGRADED);
     EXPECT_EQ(activity(OLD, 0), "0/0 0");
     EXPECT_EQ(activity(OLD, 1), "1/1 0");
@@ -298,7 +298,7 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 1), KT_ERR_PD_MISSING);
     ASSERT_EQ(KT_LD_StartRebuild(PLAIN, 0, 4), KT_OK);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 5), KT_ERR_VD_BUSY);
-    advance(128); /* half of 20000 MB at half of 160 MiB/s */
+    advance(128); // half of 20000 MB at half of 160 MiB/s
     EXPECT_EQ(activity(PLAIN, 0), "1/1 51");
     ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_PAUSE), KT_OK);
     advance(HOUR);

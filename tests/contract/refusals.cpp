@@ -2,9 +2,9 @@
 
 #include "adapter/health.h"
 
-/* Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a SAS disk without a light (10)
-   and a solid-state one (11).
-   Adapter 1: virtual disks as many as it takes: a system, a degraded one, a hybrid one; disks 7 and 8 are free. */
+// Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a SAS disk without a light (10)
+// and a solid-state one (11).
+// Adapter 1: virtual disks as many as it takes: a system, a degraded one, a hybrid one; disks 7 and 8 are free.
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [{"count": 8, "size": "100GB"}, {"size": "100GB", "spare": "global"},
      {"size": "1GB", "HDType": 8}, {"type": "SAS", "size": "100GB", "LocateLEDStatus": 255},

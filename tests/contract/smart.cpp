@@ -3,7 +3,7 @@
 #include "adapter/health.h"
 #include "adapter/smart.h"
 
-/* Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start. */
+// Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
   {"type": "array-based", "disks": [
     {"type": "SATA", "size": "1TB", "on": "HBA", "port": 0}, {"type": "SAS", "size": "1TB", "on": "HBA", "port": 1},

@@ -1,10 +1,10 @@
-/* What checks, patrols, rebuilds and initialisations find on the disks. */
+// What checks, patrols, rebuilds and initialisations find on the disks.
 #include "frame.h"
 
 #include "adapter/health.h"
 #include "adapter/surface.h"
 
-/* VD 0 is a RAID5 on disks 0 to 2, VDs 1 and 2 are RAID6 on 3 to 6; 7 is a spare, 8 is free. */
+// VD 0 is a RAID5 on disks 0 to 2, VDs 1 and 2 are RAID6 on 3 to 6; 7 is a spare, 8 is free.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
   {"type": "array-based", "disks": [{"count": 7, "size": "4GB"}, {"size": "4GB", "spare": "global"}, {"size": "4GB"}],
    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{}]},
@@ -15,14 +15,14 @@ using Events = std::vector<std::string>;
 struct Surface : LabTest<LAB> {
     void spoil(KT_U16 pd, KT_U64 lba, KT_U8 flaw, KT_U32 count = 1) const {
         outside(0, [&](sim::Context& context) {
-            for (KT_U32 i = 0; i < count; i++)
+            for (KT_U32 i = 0; i < count; ++i)
                 EXPECT_TRUE(sim::addBadSector(context, pd, lba + i, sim::BadSector{flaw, 0, {}}));
         });
     }
     void fail(KT_U16 pd) const {
         outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::failDisk(context, pd), KT_OK); });
     }
-    /* What is logged until everything has ended, but for progress. */
+    // What is logged until everything has ended, but for progress.
     Events found(KT_U8 status) const {
         EXPECT_EQ(status, KT_OK);
         advance(HOUR);
@@ -46,7 +46,7 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     spoil(2, 0x2010, sim::FLAW_WRONG, 2);
     spoil(0, 0x2010, sim::FLAW_WRONG);
     spoil(1, 0x9000, sim::FLAW_UNREADABLE, 3);
-    for (int i = 0; i < 2; i++) {
+    for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
                   Events({"1/20 of 0", "1/100 of 0", "2/36 of 1", "2/37 of 1", "1/25 of 0"}));
         EXPECT_EQ(smart(1, 0xC5), 3U);
@@ -57,7 +57,7 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
     for (const _Event& event : events) {
         if (event.Class != 1 || event.Code != 100) continue;
-        /* 64 rows of two stripes of 128 sectors come first. */
+        // 64 rows of two stripes of 128 sectors come first.
         EXPECT_EQ(event.Params[0], 0U);
         EXPECT_EQ(event.Params[1], 64U * 256U + 0x10U);
     }
@@ -79,7 +79,7 @@ TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)),
               Events({"2/17 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/22 of 0"}));
     spoil(7, 100, sim::FLAW_UNREADABLE);
-    for (int i = 0; i < 2; i++)
+    for (int i = 0; i < 2; ++i)
         EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), Events({"2/17 of 7", "2/36 of 7", "2/37 of 7", "2/22 of 7"}));
 }
 

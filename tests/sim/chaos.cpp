@@ -50,19 +50,19 @@ static std::vector<KT_U16> freeDisks(Chaos& run) {
     return ids;
 }
 
-/* Free disks, with a mistake now and then. */
+// Free disks, with a mistake now and then.
 static KT_U8 disks(Chaos& run, KT_U8 raid, KT_U16* ids) {
     const KT_U8 count = raid == KT_RAID1 ? KT_U8{2} : oneOf(run, COUNTS);
     const std::vector<KT_U16> unused = freeDisks(run);
     const KT_U16 from = pick(run, 4);
-    for (KT_U16 i = 0; i < count; i++) {
+    for (KT_U16 i = 0; i < count; ++i) {
         const size_t at = size_t{from} + i;
         ids[i] = at < unused.size() && !rarely(run, 25) ? unused[at] : pick(run, 24);
     }
     return rarely(run, 40) ? KT_U8{200} : count;
 }
 
-/* The members of a virtual disk or an array, and some free disks: what a migration asks for. */
+// The members of a virtual disk or an array, and some free disks: what a migration asks for.
 static KT_U8 withMembers(Chaos& run, OwnerKind kind, KT_U16 id, KT_U16* ids) {
     std::vector<KT_U16> all = groupOf(Context{*run.store, run.adapter, run.now}, Owner{kind, id}).members;
     for (const KT_U16 pd : freeDisks(run))
@@ -145,7 +145,7 @@ static void rebuildArray(Chaos& run) {
     KT_LD_DG_StartRebuild(run.adapter, anyArray(run), byte(run, 3), pds);
 }
 
-/* Disks come from elsewhere with what is on them, or stay there when there is no room. */
+// Disks come from elsewhere with what is on them, or stay there when there is no room.
 static void bringForeign(Chaos& run, const Context& context) {
     Store* elsewhere = openMemoryStore(fillFromLab, labNamed("default"));
     std::vector<KT_U16> ids;
@@ -157,7 +157,7 @@ static void bringForeign(Chaos& run, const Context& context) {
     closeStore(elsewhere);
 }
 
-/* What no client of the library does: disks and time. */
+// What no client of the library does: disks and time.
 static void happen(Chaos& run) {
     beginTransaction(*run.store, Access::Write);
     Context context{*run.store, run.adapter, run.now};
@@ -173,15 +173,14 @@ static void happen(Chaos& run) {
     } else if (what == 2) {
         tripSmart(context, pd, pick(run, 2) != 0);
     } else if (what < 6) {
-        insertDisk(context,
-                   rarely(run, 4) ? static_cast<KT_U16>(0xF000 + pick(run, 3)) : pd); /* its id was forgotten */
+        insertDisk(context, rarely(run, 4) ? static_cast<KT_U16>(0xF000 + pick(run, 3)) : pd); // its id was forgotten
     } else if (what < 8) {
         addBadSectors(context, pd, BadSector{pick(run, 2) ? FLAW_WRONG : FLAW_UNREADABLE, 0, {}}, pick(run, 300));
         applyRates(context);
     } else if (what == 8 && rarely(run, 4)) {
         bringForeign(run, context);
     } else if (!state || state->health == PD_FAILED) {
-        /* Broken and missing disks are seen to, or there would soon be none. */
+        // Broken and missing disks are seen to, or there would soon be none.
         replaceDisk(context, pd, rarely(run, 6) ? 2000000 : 0);
     }
     run.now += pick(run, 3000);

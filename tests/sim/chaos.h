@@ -1,6 +1,5 @@
-/* Calls with arguments that are right now and then, and disks that come and go meanwhile. */
-#ifndef SIM_TESTS_CHAOS_H
-#define SIM_TESTS_CHAOS_H
+// Calls with arguments that are right now and then, and disks that come and go meanwhile.
+#pragma once
 
 #include "store.h"
 
@@ -8,12 +7,10 @@
 
 struct Chaos {
     std::minstd_rand random;
-    sim::Store* store; /* of the state on which the library is open */
-    KT_U64 now;        /* the stopped clock */
+    sim::Store* store; // of the state on which the library is open
+    KT_U64 now;        // the stopped clock
     KT_U8 adapter = 0;
 };
 
-/* One call, or something that happens to a disk while time goes by. */
+// One call, or something that happens to a disk while time goes by.
 void doAnything(Chaos& run);
-
-#endif

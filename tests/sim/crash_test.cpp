@@ -1,5 +1,5 @@
-/* Thousands of calls, right and wrong, with disks failing and time passing in between, and writers killed at random
-   moments: what holds always must hold, and the state is before or after a call, never between. */
+// Thousands of calls, right and wrong, with disks failing and time passing in between, and writers killed at random
+// moments: what holds always must hold, and the state is before or after a call, never between.
 #include "chaos.h"
 #include "clock.h"
 #include "invariants.h"
@@ -39,7 +39,7 @@ struct Crash : testing::TestWithParam<unsigned> {
         EXPECT_EQ(KT_API_Initialize(), KT_OK);
         return run;
     }
-    /* Kills a child that repeats the work after a while. */
+    // Kills a child that repeats the work after a while.
     static void killAtWork(unsigned round, const std::function<bool()>& work) {
         const pid_t child = startChild([&] {
             if (KT_API_Initialize() != KT_OK) return 1;
@@ -54,11 +54,11 @@ struct Crash : testing::TestWithParam<unsigned> {
     }
 };
 
-/* A lab may hold what calls do not lead to. */
+// A lab may hold what calls do not lead to.
 TEST_P(Crash, WhatHoldsAlwaysHolds) {
     for (const BuiltInLab* lab : {&LAB, labNamed("default"), labNamed("empty"), labNamed("troubled")}) {
         Chaos run = begin(lab, GetParam() + 1);
-        for (int step = 0; step < (lab == &LAB ? 600 : 200); step++) {
+        for (int step = 0; step < (lab == &LAB ? 600 : 200); ++step) {
             doAnything(run);
             ASSERT_EQ(findViolations(*run.store, lab == &LAB), std::vector<std::string>())
                 << "lab " << lab->name << ", step " << step;
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Seeds, Crash, testing::Range(0U, 6U));
 TEST_F(Crash, KeepsTheInvariants) {
     closeStore(begin(&LAB, 0).store);
     KT_API_Finalize();
-    for (unsigned round = 0; round < 60; round++) {
+    for (unsigned round = 0; round < 60; ++round) {
         Chaos run{std::minstd_rand(round + 1), nullptr, START};
         killAtWork(round, [&] {
             if (run.store == nullptr) run.store = openExistingStore(path);
@@ -90,7 +90,7 @@ TEST_F(Crash, LosesNoCallThatReturned) {
     auto* done = static_cast<std::atomic<KT_U32>*>(
         mmap(nullptr, sizeof(KT_U32), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     ASSERT_NE(static_cast<void*>(done), MAP_FAILED);
-    for (unsigned round = 0; round < 30; round++) {
+    for (unsigned round = 0; round < 30; ++round) {
         killAtWork(round, [&] { return KT_API_RescanAdapter() == KT_OK && ++*done != 0; });
         ASSERT_EQ(KT_API_Initialize(), KT_OK);
         const KT_U32 kept = KT_API_GetRescanCount(0);

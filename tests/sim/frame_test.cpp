@@ -1,4 +1,4 @@
-/* The frame around every call: checks, faults, time, trace. */
+// The frame around every call: checks, faults, time, trace.
 #include "adapter/activity.h"
 #include "call.h"
 #include "clock.h"
@@ -76,7 +76,7 @@ TEST_F(CallFrame, StrikesWithFaultsWhenAndWhereTheyAreSet) {
     Fault other = {"KT_LD_GetInfo", FAULT_STATUS, 9, 1, 0, 0, 0, 0};
     setFaults({fault, other});
     std::vector<int> statuses;
-    for (int i = 0; i < 4; i++)
+    for (int i = 0; i < 4; ++i)
         statuses.push_back(listVds(request, 0, 1));
     EXPECT_EQ(statuses, (std::vector<int>{0, 5, 5, 0}));
     EXPECT_EQ(KT_LD_GetInfo(1, request), 9);
@@ -124,7 +124,7 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
 TEST_F(CallFrame, OutlivesAJobThatNeverEnds) {
     Store* store = openExistingStore(folder.path + "/state.db");
     beginTransaction(*store, Access::Write);
-    VdState nobodys = {}; /* no virtual disk has this id: its job is due for ever */
+    VdState nobodys = {}; // no virtual disk has this id: its job is due for ever
     nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, 0, {}, 1, 1, 0, 1, 0};
     save(*store, 0, 77, nobodys);
     const KT_U64 now = simulatedNow(*store);
@@ -181,7 +181,7 @@ TEST(ClockOf, RunsFromItsBaseAtItsSpeed) {
     EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}, 0}, 1750), 5750U);
     EXPECT_EQ(clockAt(Clock{5000, 1000, 60500, 0, {}, 0}, 3000), 5000U + 121000);
     EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 1, {}, 0}, 9999), 5000U);
-    /* The machine's clock was set back: time stands rather than running backwards. */
+    // The machine's clock was set back: time stands rather than running backwards.
     EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}, 0}, 10), 5000U);
     EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}, 0}, NEVER / 2), LAST_MOMENT);
     EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}, -3000}, NEVER / 2), LAST_MOMENT + 3000);
@@ -209,7 +209,7 @@ TEST(EventLog, KeepsTheNewestInOrder) {
     Store* store = openMemoryStore(fillFromLab, &lab);
     beginTransaction(*store, Access::Write);
     const Context context{*store, 1, 5000};
-    for (unsigned i = 0; i < EVENTS_KEPT + 10; i++)
+    for (unsigned i = 0; i < EVENTS_KEPT + 10; ++i)
         logEvent(context, EVT_MISC, static_cast<KT_U16>(i), 1, SEV_INFO);
     EXPECT_EQ(count<_Event>(context), EVENTS_KEPT);
     EXPECT_EQ(lastRow(*store, 1, KIND_EVENT), EVENTS_KEPT + 11);

@@ -11,10 +11,10 @@
 
 using namespace sim;
 
-/* The check of one thing of an adapter. */
+// The check of one thing of an adapter.
 struct Check {
     const Context& context;
-    bool byRules; /* whether the adapters' rules made the state, not a lab */
+    bool byRules; // whether the adapters' rules made the state, not a lab
     std::vector<std::string>& wrong;
     std::string who;
 
@@ -54,7 +54,7 @@ static void checkBlocksOfDisk(const Check& check, KT_U16 pd, const std::map<KT_U
         check.require(start >= end, "has blocks that overlap");
         end = start + block.Size;
         check.require(place < list.BlkCount && list.BlkIDs[place] == block.ID, "lists other blocks than its own");
-        place++;
+        ++place;
     }
     check.require(end <= diskEnd(check, pd), "is shorter than its blocks");
     check.require(place == list.BlkCount, "lists blocks that are not there");
@@ -80,7 +80,7 @@ static void checkVdByRules(const Check& check, const Vd& vd, std::set<KT_U16>& n
     const auto target = find<VdTarget>(check.context, vd.info.ID);
     KT_U64 least = NEVER;
     bool whole = true;
-    for (int i = 0; i < MAX_MEMBERS; i++) {
+    for (int i = 0; i < MAX_MEMBERS; ++i) {
         const auto block = find<_Block_Info>(check.context, vd.info.BlockIDs[i]);
         if (block) named.insert(block->ID);
         if (target && target->info.BlockIDs[i] != KT_NO_ID) named.insert(target->info.BlockIDs[i]);
@@ -126,9 +126,9 @@ static void checkVds(const Check& all, std::set<KT_U16>& named) {
 
 static void checkMembers(const Check& check, const _DG_Info& array, const DgState& state) {
     int listed = 0;
-    for (int i = 0; i < state.memberCount; i++) {
+    for (int i = 0; i < state.memberCount; ++i) {
         const KT_U16 member = state.members[i];
-        for (int slot = 0; slot < array.VDSlotCount; slot++) {
+        for (int slot = 0; slot < array.VDSlotCount; ++slot) {
             const auto vd = find<_LD_Info>(check.context, array.VDIDs[slot]);
             if (!vd) continue;
             const auto block = find<_Block_Info>(check.context, vd->BlockIDs[i]);
@@ -136,7 +136,7 @@ static void checkMembers(const Check& check, const _DG_Info& array, const DgStat
                           "has another disk in slot " + std::to_string(i) + " than its VD " + std::to_string(vd->ID));
         }
         if (member == KT_NO_ID) continue;
-        listed++;
+        ++listed;
         const auto disk = find<PdState>(check.context, member);
         check.require(disk && (disk->raid & KT_PD_MEMBER) && disk->dgid == array.DGID,
                       "has a member that does not know of it: " + std::to_string(member));
@@ -147,7 +147,7 @@ static void checkMembers(const Check& check, const _DG_Info& array, const DgStat
 static void checkArray(const Check& check, KT_U64 id, const _DG_Info& array) {
     KT_U64 used = 0;
     KT_U64 free = 0;
-    for (size_t slot = 0; slot < std::min<size_t>(array.VDSlotCount, std::size(array.VDIDs)); slot++) {
+    for (size_t slot = 0; slot < std::min<size_t>(array.VDSlotCount, std::size(array.VDIDs)); ++slot) {
         used += array.VDSlotSize[slot];
         if (array.VDIDs[slot] == KT_NO_ID) free += array.VDSlotSize[slot];
         const auto vd = find<_LD_Info>(check.context, array.VDIDs[slot]);
@@ -155,7 +155,7 @@ static void checkArray(const Check& check, KT_U64 id, const _DG_Info& array) {
         check.require(!check.byRules || !vd || vd->Size <= array.VDSlotSize[slot], "has a VD larger than its slot");
     }
     check.require(used <= array.TotalManagedSpace, "has more in slots than it manages");
-    for (size_t i = 0; i < std::min<size_t>(array.SparePDCount, std::size(array.SparePDIDs)); i++) {
+    for (size_t i = 0; i < std::min<size_t>(array.SparePDCount, std::size(array.SparePDIDs)); ++i) {
         const auto disk = find<PdState>(check.context, array.SparePDIDs[i]);
         check.require(!disk || ((disk->raid & KT_PD_DEDICATED_SPARE) && disk->dgid == id),
                       "names a spare that does not know of it");
@@ -200,7 +200,7 @@ static void checkSurface(const Check& all) {
 }
 
 static void checkAdapter(const Check& all) {
-    std::set<KT_U16> named; /* blocks, by virtual disks */
+    std::set<KT_U16> named; // blocks, by virtual disks
     checkVds(all, named);
     checkBlocks(all, named);
     checkSurface(all);
@@ -222,7 +222,7 @@ std::vector<std::string> findViolations(Store& store, bool byRules) {
     std::vector<std::string> wrong;
     beginTransaction(store, Access::Read);
     const GlobalState global = find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{});
-    for (unsigned i = 0; i < global.adapterCount; i++) {
+    for (unsigned i = 0; i < global.adapterCount; ++i) {
         const Context context{store, static_cast<KT_U8>(i), 0};
         checkAdapter(Check{context, byRules, wrong, {}});
     }

@@ -27,7 +27,7 @@ TEST_P(EveryLab, PrintsAndReadsBackUnchanged) {
     const std::string printed = stateToLab(*store);
     Store* again = stateFrom(printed);
     EXPECT_EQ(stateToLab(*again), printed);
-    /* Rows of records that labs know stand field by field, not as bytes. */
+    // Rows of records that labs know stand field by field, not as bytes.
     EXPECT_EQ(printed.find("\"rows\""), std::string::npos);
     closeStore(again);
     closeStore(store);
@@ -130,7 +130,7 @@ TEST(Lab, SaysWhereTheMistakeIs) {
               "lab: faults[0].kid: is not a word that labs know here");
 }
 
-/* Whatever stands in a lab, it is read or refused; this walks the texts that a careless editor leaves behind. */
+// Whatever stands in a lab, it is read or refused; this walks the texts that a careless editor leaves behind.
 TEST(Lab, SurvivesCutAndChangedText) {
     const std::string whole = labNamed("troubled")->text;
     for (size_t i = 0; i < whole.size(); i += 7)

@@ -1,6 +1,5 @@
-/* Child processes for tests of what happens between processes. */
-#ifndef SIM_TESTS_PROCESS_H
-#define SIM_TESTS_PROCESS_H
+// Child processes for tests of what happens between processes.
+#pragma once
 
 #include <cstdlib>
 #include <filesystem>
@@ -9,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/* A folder that is gone with the test. */
+// A folder that is gone with the test.
 struct ScratchFolder {
     std::string path = (std::filesystem::temp_directory_path() / "sim.XXXXXX").string();
     ScratchFolder() {
@@ -19,18 +18,16 @@ struct ScratchFolder {
     ~ScratchFolder() { std::filesystem::remove_all(path); }
 };
 
-/* Runs `work` in a child, whose exit status is work's result. */
+// Runs `work` in a child, whose exit status is work's result.
 inline pid_t startChild(const std::function<int()>& work) {
     const pid_t child = fork();
     if (child == 0) _exit(work());
     return child;
 }
 
-/* The child's exit status, -1 when a signal ended it. */
+// The child's exit status, -1 when a signal ended it.
 inline int waitFor(pid_t child) {
     int status = 0;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
-
-#endif

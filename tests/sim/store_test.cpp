@@ -35,7 +35,7 @@ struct StateFile : testing::Test {
 
     void TearDown() override { KT_API_Finalize(); }
     void make() const { closeStore(openStore(path, fillFromLab, labNamed("default"))); }
-    /* What the library says when it will not open the state, having left it as it was. */
+    // What the library says when it will not open the state, having left it as it was.
     std::string refusal() const {
         const std::string before = readFile(path);
         testing::internal::CaptureStderr();
@@ -107,7 +107,7 @@ TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
     std::vector<unsigned char> buffer(sizeof(_RequestHeader) + 32 * sizeof(_HD_Info));
     for (size_t at = 0; at < whole.size(); at += 509) {
         std::string damaged = whole;
-        for (size_t i = at; i < std::min(at + 64, damaged.size()); i++)
+        for (size_t i = at; i < std::min(at + 64, damaged.size()); ++i)
             damaged[i] = static_cast<char>(damaged[i] ^ 0x5A);
         std::filesystem::remove(path + "-wal");
         std::filesystem::remove(path + "-shm");
@@ -147,7 +147,7 @@ TEST_F(StateFile, FullDiskFailsTheCallAndKeepsTheState) {
         setrlimit(RLIMIT_FSIZE, &none);
         if (!freopen("/dev/null", "w", stderr)) return 9;
         KT_U8 status = KT_OK;
-        for (int i = 0; i < 50 && status == KT_OK; i++)
+        for (int i = 0; i < 50 && status == KT_OK; ++i)
             status = KT_API_RescanAdapter();
         if (status != KT_ERR_NO_RESOURCE) return 2;
         return KT_API_GetRescanCount(0) >= 1 ? 0 : 3;
@@ -171,7 +171,7 @@ TEST_F(StateFile, CannotBeMadeOnAFullDisk) {
 
 TEST_F(StateFile, IsMadeOnceByManyThatStartTogether) {
     std::vector<pid_t> children;
-    for (int i = 0; i < 8; i++)
+    for (int i = 0; i < 8; ++i)
         children.push_back(startChild([] { return KT_API_Initialize() != KT_OK || KT_API_RescanAdapter() != KT_OK; }));
     for (const pid_t child : children)
         EXPECT_EQ(waitFor(child), 0);
@@ -188,10 +188,10 @@ TEST_F(StateFile, LosesNoUpdateOfTwoWriters) {
     static const int WRITERS = 4;
     static const int CALLS = 250;
     std::vector<pid_t> children;
-    for (int i = 0; i < WRITERS; i++)
+    for (int i = 0; i < WRITERS; ++i)
         children.push_back(startChild([] {
             if (KT_API_Initialize() != KT_OK) return 1;
-            for (int call = 0; call < CALLS; call++)
+            for (int call = 0; call < CALLS; ++call)
                 if (KT_API_RescanAdapter() != KT_OK) return 2;
             return 0;
         }));
@@ -205,7 +205,7 @@ TEST_F(StateFile, ReadingNeitherWaitsForAWriterNorSeesHalfOfIt) {
     ASSERT_EQ(KT_API_Initialize(), KT_OK);
     _LD_Info_Request request = {};
     request.header = {0, KT_REQUEST_ITEM, 0, 1, 0, 0, {}};
-    ASSERT_EQ(KT_LD_GetInfo(0, &request), KT_OK); /* what is due at the start has happened */
+    ASSERT_EQ(KT_LD_GetInfo(0, &request), KT_OK); // what is due at the start has happened
     Store* writer = openExistingStore(path);
     beginTransaction(*writer, Access::Write);
     const Context context{*writer, 0, 0};

@@ -46,7 +46,7 @@ static void announce(const Context& context, Owner owner, Activity job) {
 }
 
 KT_U64 settleRaid(Context& context) {
-    /* A lab states how far an activity is, not how fast it goes. */
+    // A lab states how far an activity is, not how fast it goes.
     if (find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid == 0) applyRates(context);
     std::vector<Owner> due;
     forEachJob(context, [&](Owner owner, const Activity& job) {

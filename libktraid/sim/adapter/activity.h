@@ -1,6 +1,5 @@
-/* Progress of an Activity from its start, speed and the clock. */
-#ifndef KTSIM_ADAPTER_ACTIVITY_H
-#define KTSIM_ADAPTER_ACTIVITY_H
+// Progress of an Activity from its start, speed and the clock.
+#pragma once
 
 #include "records.h"
 
@@ -8,7 +7,7 @@ namespace sim {
 
 inline constexpr KT_U64 MS_PER_SECOND = 1000;
 
-/* KiB done at `now`; never beyond the work. */
+// KiB done at `now`; never beyond the work.
 inline KT_U64 activityDone(const Activity& activity, KT_U64 now) {
     KT_U64 done = activity.done;
     if (activity.state == KT_STATE_RUNNING && now > activity.since) {
@@ -18,7 +17,7 @@ inline KT_U64 activityDone(const Activity& activity, KT_U64 now) {
     return done < activity.work ? done : activity.work;
 }
 
-/* 0 to 100, rounded down; an activity without work is done. */
+// 0 to 100, rounded down; an activity without work is done.
 inline unsigned activityPercent(const Activity& activity, KT_U64 now) {
     if (activity.work == 0) return 100;
     const KT_U64 done = activityDone(activity, now);
@@ -27,7 +26,7 @@ inline unsigned activityPercent(const Activity& activity, KT_U64 now) {
                                            : done * 100 / activity.work);
 }
 
-/* The moment a running activity completes, NEVER when it does not run. */
+// The moment a running activity completes, NEVER when it does not run.
 inline KT_U64 activityEnd(const Activity& activity) {
     if (activity.state != KT_STATE_RUNNING || activity.speed == 0) return NEVER;
     const KT_U64 left = activity.work > activity.done ? activity.work - activity.done : 0;
@@ -36,4 +35,3 @@ inline KT_U64 activityEnd(const Activity& activity) {
 }
 
 } // namespace sim
-#endif

@@ -11,8 +11,8 @@ enum : KT_U8 { NOT_SUPPORTED = 255 };
 static const KT_U16 NO_EVENT = 0xFFFF;
 static const KT_U16 EVT_MUTED = 28;
 
-/* One setting: its largest value, the advanced feature that a change needs (0 = none), and what a change logs: class
-   and code for "on" or any value, and the code for "off". */
+// One setting: its largest value, the advanced feature that a change needs (0 = none), and what a change logs: class
+// and code for "on" or any value, and the code for "off".
 struct Setting {
     size_t offset;
     KT_U8 largest;
@@ -47,7 +47,7 @@ static KT_U8 valueOf(const _Adapter_Config_V2& config, const Setting& setting) {
     return reinterpret_cast<const KT_U8*>(&config)[setting.offset];
 }
 
-/* KT_OK when the setting may become `value`. */
+// KT_OK when the setting may become `value`.
 static KT_U8 checkSetting(const _Adapter_Info& info, const Setting& setting, KT_U8 now, KT_U8 value) {
     if (value == now) return KT_OK;
     if (now == NOT_SUPPORTED) return KT_ERR_NOT_ON_THIS_ADAPTER;

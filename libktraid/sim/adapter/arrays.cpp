@@ -15,7 +15,7 @@ KT_U64 slotShare(const Array& array, int slot) {
 
 void countFreeSlots(Array& array) {
     array.info.RemainingManagedSpace = 0;
-    for (int i = 0; i < array.info.VDSlotCount; i++)
+    for (int i = 0; i < array.info.VDSlotCount; ++i)
         if (array.info.VDIDs[i] == KT_NO_ID) array.info.RemainingManagedSpace += array.info.VDSlotSize[i];
 }
 
@@ -82,7 +82,7 @@ static void addArray(const Context& context, const Array& array, const std::vect
     logEvent(context, EVT_ARRAY, 0, array.info.DGID, SEV_INFO);
 }
 
-/* KiB on each member for `wanted` KiB in all (0 = everything); 0 when that is too much, `most` being the limit. */
+// KiB on each member for `wanted` KiB in all (0 = everything); 0 when that is too much, `most` being the limit.
 static KT_U64 planShare(const Context& context, const Geometry& geometry, const std::vector<Disk>& disks, KT_U16 stripe,
                         KT_U64 wanted, KT_U64& most) {
     KT_U64 room = NEVER;
@@ -127,10 +127,10 @@ static KT_U8 renameVd(const Context& context, const _CreateOrModify_VD_Param& pa
     return KT_OK;
 }
 
-/* The slot to use for `wanted` KiB (0 = as much as one slot gives), or -1. */
+// The slot to use for `wanted` KiB (0 = as much as one slot gives), or -1.
 static int chooseSlot(const Array& array, KT_U8 asked, KT_U64 wanted) {
     int best = -1;
-    for (int i = 0; i < array.info.VDSlotCount; i++) {
+    for (int i = 0; i < array.info.VDSlotCount; ++i) {
         const bool fits = array.info.VDIDs[i] == KT_NO_ID && array.info.VDSlotSize[i] >= std::max<KT_U64>(wanted, 1);
         if (!fits || (asked != KT_BLOCK_FREE && asked != i)) continue;
         if (wanted != 0) return i;
@@ -139,19 +139,19 @@ static int chooseSlot(const Array& array, KT_U8 asked, KT_U64 wanted) {
     return best;
 }
 
-/* Cuts what the virtual disk does not need off its slot, when the array may have another slot. */
+// Cuts what the virtual disk does not need off its slot, when the array may have another slot.
 static void splitSlot(Array& array, int slot, KT_U64 share, int mostSlots) {
     const KT_U64 keep = capacityOf(geometryOf(array), share);
     const KT_U64 rest = array.info.VDSlotSize[slot] - keep;
     if (rest == 0 || array.info.VDSlotCount >= mostSlots) return;
-    for (int i = array.info.VDSlotCount; i > slot + 1; i--) {
+    for (int i = array.info.VDSlotCount; i > slot + 1; --i) {
         array.info.VDSlotSize[i] = array.info.VDSlotSize[i - 1];
         array.info.VDIDs[i] = array.info.VDIDs[i - 1];
     }
     array.info.VDSlotSize[slot] = keep;
     array.info.VDSlotSize[slot + 1] = rest;
     array.info.VDIDs[slot + 1] = KT_NO_ID;
-    array.info.VDSlotCount++;
+    ++array.info.VDSlotCount;
 }
 
 static VdPlan planInSlot(Array& array, int slot, const _CreateOrModify_VD_Param& param, KT_U64 size, int mostSlots) {
@@ -165,7 +165,7 @@ static VdPlan planInSlot(Array& array, int slot, const _CreateOrModify_VD_Param&
     plan.dgid = array.info.DGID;
     plan.size = size;
     plan.startKib = 0;
-    for (int i = 0; i < slot; i++)
+    for (int i = 0; i < slot; ++i)
         plan.startKib += slotShare(array, i);
     splitSlot(array, slot, shareFor(plan.geometry, size, plan.stripe), mostSlots);
     plan.disks.assign(array.state.members, array.state.members + plan.geometry.disks);
@@ -283,7 +283,7 @@ void freeSlot(const Context& context, KT_U16 dgid, KT_U16 vd) {
     if (findArray(context, dgid, array) != KT_OK) return;
     _DG_Info& info = array.info;
     int kept = 0;
-    for (int i = 0; i < info.VDSlotCount; i++) {
+    for (int i = 0; i < info.VDSlotCount; ++i) {
         const KT_U16 id = info.VDIDs[i] == vd ? KT_U16{KT_NO_ID} : info.VDIDs[i];
         const KT_U64 size = info.VDSlotSize[i];
         if (kept > 0 && id == KT_NO_ID && info.VDIDs[kept - 1] == KT_NO_ID) {
@@ -301,7 +301,7 @@ void freeSlot(const Context& context, KT_U16 dgid, KT_U16 vd) {
     showArrayActivity(context, dgid);
 }
 
-/* The free disks that go best together: the most alike ones, in order of their ids. */
+// The free disks that go best together: the most alike ones, in order of their ids.
 static std::vector<KT_U16> quickCreateDisks(const Context& context) {
     std::vector<Disk> candidates;
     forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info&) {
@@ -347,15 +347,15 @@ KT_U8 deleteArray(const Context& context, KT_U16 id) {
     Array array = {};
     const KT_U8 status = findArray(context, id, array);
     if (status != KT_OK) return status;
-    for (int i = 0; i < array.info.VDSlotCount; i++)
+    for (int i = 0; i < array.info.VDSlotCount; ++i)
         if (array.info.VDIDs[i] != KT_NO_ID) return KT_ERR_ARRAY_HAS_VD;
     if (isAlive(array.state.activity)) return KT_ERR_ARRAY_BUSY;
     erase<_DG_Info>(context, id);
     erase<DgState>(context, id);
     logEvent(context, EVT_ARRAY, 1, id, SEV_INFO);
-    for (int i = 0; i < array.info.SparePDCount; i++)
+    for (int i = 0; i < array.info.SparePDCount; ++i)
         releaseDisk(context, array.info.SparePDIDs[i]);
-    for (int i = 0; i < array.state.memberCount; i++)
+    for (int i = 0; i < array.state.memberCount; ++i)
         releaseDisk(context, array.state.members[i]);
     arbitrate(context);
     return KT_OK;

@@ -1,4 +1,4 @@
-/* Disks arriving from other adapters. */
+// Disks arriving from other adapters.
 #include "adapter/blocks.h"
 #include "adapter/diskIds.h"
 #include "adapter/encryption.h"
@@ -18,9 +18,9 @@ namespace sim {
 struct Arrival {
     Store& store;
     KT_U8 adapter;
-    std::map<KT_U16, KT_U16> disks; /* id there -> id here */
-    std::set<KT_U16> strangers;     /* those of them, by their ids here, that had to be told apart from disks here */
-    std::map<KT_U16, _LD_Info> vds; /* id there -> what it is here, with a part that arrives now */
+    std::map<KT_U16, KT_U16> disks; // id there -> id here
+    std::set<KT_U16> strangers;     // those of them, by their ids here, that had to be told apart from disks here
+    std::map<KT_U16, _LD_Info> vds; // id there -> what it is here, with a part that arrives now
 };
 
 static bool isDiskHere(const Context& context, const _HD_Info& disk) {
@@ -32,13 +32,12 @@ static bool isDiskHere(const Context& context, const _HD_Info& disk) {
     return here;
 }
 
-/* Labs number their disks alike; two adapters' disks are never the same one. Answers whether they had to be told apart.
- */
+// Labs number their disks alike; two adapters' disks are never the same one. Answers whether they had to be told apart.
 static bool tellApart(const Context& context, _HD_Info& disk) {
     static const char MARKS[] = "123456789ABCDEFGHJKLMNPQRSTUVWXYZ";
     const bool stranger = isDiskHere(context, disk);
-    for (size_t i = 0; i + 1 < sizeof MARKS && isDiskHere(context, disk); i++) {
-        disk.WWN[4]++;
+    for (size_t i = 0; i + 1 < sizeof MARKS && isDiskHere(context, disk); ++i) {
+        ++disk.WWN[4];
         disk.Link.Self.SAS_Address[4] = disk.WWN[4];
         disk.SerialNo[strnlen(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo) / 2] =
             static_cast<KT_U8>(MARKS[i]);
@@ -52,7 +51,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     if (!info || !state) return KT_ERR_PD_MISSING;
     if (arrival.disks.count(pd)) return KT_ERR_INVALID_PARAMETER;
     const _Adapter_Info adapter = adapterInfo(context);
-    /* SATA disks do on SAS ports, the reverse does not. */
+    // SATA disks do on SAS ports, the reverse does not.
     if ((info->HDType & KT_HD_SAS) && !(adapter.PortSupportType & KT_HD_SAS)) return KT_ERR_NOT_SUPPORTED;
     const KT_U16 id = freeDiskId(context);
     if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
@@ -69,7 +68,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     state->config.Online = failed ? 0 : 1;
     state->config.HDID = id;
     state->dgid = KT_NO_ID;
-    state->hasOs = 0; /* what runs, runs elsewhere */
+    state->hasOs = 0; // what runs, runs elsewhere
     state->patrol = Activity{};
     state->patrol.disk = KT_NO_ID;
     save(context, id, *info);
@@ -84,10 +83,10 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     return KT_OK;
 }
 
-/* What arrives of the virtual disk: whole blocks only, by slot; an unfinished rebuild leaves nothing to rely on. */
+// What arrives of the virtual disk: whole blocks only, by slot; an unfinished rebuild leaves nothing to rely on.
 static std::map<int, _Block_Info> arrivingBlocks(const Arrival& arrival, const _LD_Info& vd) {
     std::map<int, _Block_Info> blocks;
-    for (int i = 0; i < geometryOf(vd).disks; i++) {
+    for (int i = 0; i < geometryOf(vd).disks; ++i) {
         auto block = find<_Block_Info>(arrival.store, arrival.adapter, vd.BlockIDs[i]);
         const auto here = block ? arrival.disks.find(block->HDID) : arrival.disks.end();
         if (here == arrival.disks.end() || block->Status != BLOCK_GOOD) continue;
@@ -101,14 +100,14 @@ static bool isSameMake(const _LD_Info& mine, const _LD_Info& vd) {
     return mine.RaidMode == vd.RaidMode && mine.HDCount == vd.HDCount && mine.Size == vd.Size;
 }
 
-/* Whether `mine` has none of what arrives. */
+// Whether `mine` has none of what arrives.
 static bool lacks(const _LD_Info& mine, const std::map<int, _Block_Info>& blocks) {
     return std::all_of(blocks.begin(), blocks.end(),
                        [&](const auto& entry) { return mine.BlockIDs[entry.first] == KT_NO_ID; });
 }
 
-/* Whether `mine`, in use here with the same GUID, is the arriving virtual disk, a part of which was imported before.
-   Its missing member may have been made up for since. */
+// Whether `mine`, in use here with the same GUID, is the arriving virtual disk, a part of which was imported before.
+// Its missing member may have been made up for since.
 static bool isImportedPart(const Arrival& arrival, const _LD_Info& mine, const _LD_Info& vd,
                            const std::map<int, _Block_Info>& blocks) {
     if (isForeign(mine) || !isSameMake(mine, vd)) return false;
@@ -134,13 +133,13 @@ static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_I
     return mine;
 }
 
-/* The part that came before, or a new virtual disk, in conflict when the other part is in use already. Labs number
-   these alike, too: a GUID that another one has here is counted up, always the same way, so that the parts of one find
-   each other. */
+// The part that came before, or a new virtual disk, in conflict when the other part is in use already. Labs number
+// these alike, too: a GUID that another one has here is counted up, always the same way, so that the parts of one find
+// each other.
 static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info& vd,
                   const std::map<int, _Block_Info>& blocks) {
     Vd place = newArrival(context, arrival, vd);
-    for (int attempt = 0; attempt < 256; attempt++) {
+    for (int attempt = 0; attempt < 256; ++attempt) {
         bool known = false;
         bool found = false;
         forEachVd(context, [&](const Vd& mine) {
@@ -151,7 +150,7 @@ static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info
             if (isImportedPart(arrival, mine.info, vd, blocks)) place.info.Status = KT_VD_PLUGIN_CONFLICTED;
         });
         if (!known || found) break;
-        place.info.LD_GUID[2]++;
+        ++place.info.LD_GUID[2];
     }
     return place;
 }
@@ -177,7 +176,7 @@ static KT_U8 bringVd(const Context& context, Arrival& arrival, const _LD_Info& v
     return KT_OK;
 }
 
-/* What the array says of itself on its disks; without virtual disks there is nothing to import it with. */
+// What the array says of itself on its disks; without virtual disks there is nothing to import it with.
 static std::optional<ArrayLabel> labelFor(const Context& context, const Arrival& arrival, const _DG_Info& array) {
     const auto id =
         std::find_if(std::begin(array.VDIDs), std::end(array.VDIDs), [](KT_U16 vd) { return vd != KT_NO_ID; });
@@ -195,7 +194,7 @@ static void bringLabels(const Context& context, const Arrival& arrival) {
     forEach<_DG_Info>(arrival.store, arrival.adapter, 0, [&](KT_U64, const _DG_Info& array) {
         auto label = labelFor(context, arrival, array);
         const auto put = [&](const KT_U16* pds, size_t count) {
-            for (size_t i = 0; label && i < count; i++) {
+            for (size_t i = 0; label && i < count; ++i) {
                 const auto here = arrival.disks.find(pds[i]);
                 if (here != arrival.disks.end()) save(context, here->second, *label);
             }

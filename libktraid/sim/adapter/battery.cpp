@@ -37,16 +37,16 @@ static const KT_U32 FULL = 1000000;
 static const KT_U64 MINUTE = 60 * 1000;
 static const KT_U64 HOUR = 60 * MINUTE;
 static const KT_U64 DAY = 24 * HOUR;
-static const KT_U64 CHARGE_TIME = 4 * HOUR; /* from empty to full */
+static const KT_U64 CHARGE_TIME = 4 * HOUR; // from empty to full
 static const KT_U64 DISCHARGE_TIME = 3 * HOUR;
-static const KT_U64 LEAK_TIME = 100 * DAY; /* from full to empty with nothing going on */
+static const KT_U64 LEAK_TIME = 100 * DAY; // from full to empty with nothing going on
 static const KT_U64 RELEARN_PERIOD = 30 * DAY;
 static const KT_U64 RELEARN_LIMIT = 24 * HOUR;
 static const KT_U64 POSTPONED_BY = DAY;
-static const KT_U32 LOW_CHARGE = FULL / 100 * 30; /* below it the cache would not survive */
+static const KT_U32 LOW_CHARGE = FULL / 100 * 30; // below it the cache would not survive
 static const KT_U8 DEFAULT_RECHARGE_BELOW = 85;
 static const KT_U32 MILLIVOLTS_PER_PERCENT = 6;
-static const KT_U16 WORN_OUT_PERCENT = 60; /* of the design capacity */
+static const KT_U16 WORN_OUT_PERCENT = 60; // of the design capacity
 
 struct Announcement {
     KT_U64 before;
@@ -73,7 +73,7 @@ static bool hasPlace(const Context& context) {
     return (adapterInfo(context).AdvancedFeatures & KT_ADV_BBU) || find<_BBU_Info>(context, 0);
 }
 
-/* The state of a battery that nobody has looked at yet follows from its record. */
+// The state of a battery that nobody has looked at yet follows from its record.
 static BatteryState firstState(const Context& context) {
     _BBU_Info info = {};
     BatteryState state = {};
@@ -97,12 +97,12 @@ static BatteryState stateOf(const Context& context) {
     return found ? *found : firstState(context);
 }
 
-/* What a broken charger should charge runs down. */
+// What a broken charger should charge runs down.
 static bool isRising(const BatteryState& state) {
     return state.mode == BATTERY_CHARGING && !state.chargerBroken;
 }
 
-/* Milliseconds that the whole charge takes in the present mode. */
+// Milliseconds that the whole charge takes in the present mode.
 static KT_U64 paceOf(const BatteryState& state) {
     if (isRising(state)) return CHARGE_TIME;
     return state.mode == BATTERY_DISCHARGING ? DISCHARGE_TIME : LEAK_TIME;
@@ -117,7 +117,7 @@ static KT_U32 chargeAt(const BatteryState& state, KT_U64 now) {
     return state.charge > moved ? state.charge - moved : 0;
 }
 
-/* When the charge will have reached `level`; NEVER when it moves away from it or is there. */
+// When the charge will have reached `level`; NEVER when it moves away from it or is there.
 static KT_U64 reaches(const BatteryState& state, KT_U32 level) {
     const KT_U64 pace = paceOf(state);
     const bool rising = isRising(state);
@@ -155,7 +155,7 @@ KT_U8 getBattery(const Context& context, _BBU_Info& info) {
     return KT_OK;
 }
 
-/* The automatic caches. */
+// The automatic caches.
 
 bool batteryKeepsCache(const Context& context) {
     return hasPlace(context) && !stateOf(context).abnormal;
@@ -171,7 +171,7 @@ static void switchCaches(const Context& context) {
     });
 }
 
-/* What can be wrong with a battery, and the events that say so and that it is over. */
+// What can be wrong with a battery, and the events that say so and that it is over.
 struct Complaint {
     bool (*holds)(const _BBU_Info& info, const BatteryState& state);
     KT_U16 code;
@@ -198,12 +198,12 @@ static const Complaint COMPLAINTS[] = {
 };
 
 static void checkComplaints(const Context& context, const _BBU_Info& info, BatteryState& state) {
-    /* From too cold to too hot is not back to normal. */
+    // From too cold to too hot is not back to normal.
     const auto isOver = [&](KT_U16 code) {
         return std::none_of(std::begin(COMPLAINTS), std::end(COMPLAINTS),
                             [&](const Complaint& each) { return each.over == code && each.holds(info, state); });
     };
-    for (size_t i = 0; i < std::size(COMPLAINTS); i++) {
+    for (size_t i = 0; i < std::size(COMPLAINTS); ++i) {
         const auto bit = static_cast<KT_U8>(1U << i);
         const bool wrong = COMPLAINTS[i].holds(info, state);
         if (wrong == ((state.complaints & bit) != 0)) continue;
@@ -221,7 +221,7 @@ static void setAbnormal(const Context& context, BatteryState& state, bool abnorm
     if (changes || !announce) switchCaches(context);
 }
 
-/* Charge and discharge. */
+// Charge and discharge.
 
 static void setMode(const Context& context, BatteryState& state, KT_U8 mode) {
     if (state.mode == mode) return;
@@ -244,11 +244,11 @@ static void startRelearn(const Context& context, BatteryState& state) {
     setMode(context, state, BATTERY_DISCHARGING);
 }
 
-/* A relearned battery knows its capacity anew: a hundredth less each time. */
+// A relearned battery knows its capacity anew: a hundredth less each time.
 static void finishRelearn(const Context& context, _BBU_Info& info, BatteryState& state) {
     const bool sound = info.maxCapacity * 100U >= state.designCapacity * KT_U32{WORN_OUT_PERCENT};
     info.maxCapacity = static_cast<KT_U16>(info.maxCapacity - info.maxCapacity / 100);
-    info.rechargeCycle++;
+    ++info.rechargeCycle;
     save(context, 0, info);
     report(context, EVT_RELEARN_DONE);
     planRelearn(state, state.nextRelearn + RELEARN_PERIOD);
@@ -282,10 +282,10 @@ static void settleRelearn(const Context& context, BatteryState& state) {
         setMode(context, state, BATTERY_CHARGING);
     }
     if (state.relearn != RELEARN_NONE) return;
-    /* Of the announcements that are due only the latest is worth making. */
+    // Of the announcements that are due only the latest is worth making.
     KT_U8 due = state.announced;
     while (due < std::size(ANNOUNCEMENTS) && context.now + ANNOUNCEMENTS[due].before >= state.nextRelearn)
-        due++;
+        ++due;
     if (due != state.announced && context.now < state.nextRelearn) report(context, ANNOUNCEMENTS[due - 1].code);
     state.announced = due;
     if (context.now < state.nextRelearn) return;
@@ -322,13 +322,13 @@ KT_U64 settleBattery(const Context& context) {
     setAbnormal(context, state, state.complaints != 0, !first);
     KT_U64 next = std::min(nextRelearnStep(state), reaches(state, LOW_CHARGE));
     next = std::min(next, reaches(state, isRising(state) ? FULL : 0));
-    /* Just below the low mark the complaint begins; one step further lies the moment to look. */
+    // Just below the low mark the complaint begins; one step further lies the moment to look.
     next = std::min(next, reaches(state, LOW_CHARGE - 1));
     if (state.mode == BATTERY_IDLE) next = std::min(next, reaches(state, state.rechargeBelow * (FULL / 100)));
     return next;
 }
 
-/* What is done to it. */
+// What is done to it.
 
 static void settleNow(const Context& context, const BatteryState& state) {
     save(context, 0, state);
@@ -428,7 +428,7 @@ bool removeBattery(const Context& context) {
     return true;
 }
 
-/* Changes the record, and the state with the charge brought up to now, by `change(info, state)`. */
+// Changes the record, and the state with the charge brought up to now, by `change(info, state)`.
 template <class Change>
 static bool changeBattery(const Context& context, Change change) {
     _BBU_Info info = {};

@@ -23,7 +23,7 @@ static KT_U16 lowestFreeId(const Context& context) {
     return static_cast<KT_U16>(std::min<KT_U64>(next, KT_NO_ID));
 }
 
-/* The id below which no id is free, cheaply when ids have no gap. */
+// The id below which no id is free, cheaply when ids have no gap.
 static KT_U16 newBlockId(const Context& context) {
     const auto last = lastRow(context.store, context.adapter, KIND_BLOCK);
     if (!last) return 0;
@@ -46,10 +46,10 @@ KT_U16 addBlock(const Context& context, _Block_Info block) {
     int at = list.BlkCount;
     while (at > 0 && startOf(context, list.BlkIDs[at - 1]) > block.StartLBA) {
         list.BlkIDs[at] = list.BlkIDs[at - 1];
-        at--;
+        --at;
     }
     list.BlkIDs[at] = block.ID;
-    list.BlkCount++;
+    ++list.BlkCount;
     save(context, block.ID, block);
     save(context, block.HDID, list);
     return block.ID;
@@ -83,7 +83,7 @@ KT_U64 validKib(const _HD_Info& disk, const PdState& state) {
 KT_U64 freeKib(const Context& context, KT_U16 pd, KT_U64 valid) {
     const _HD_Block_Info list = blocksOf(context, pd);
     KT_U64 used = 0;
-    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && block->LDID != KT_BLOCK_FREE) used += sectorsToKib(block->Size, block->BlockSize);
     }
@@ -92,7 +92,7 @@ KT_U64 freeKib(const Context& context, KT_U16 pd, KT_U64 valid) {
 
 bool isFreeSpace(const Context& context, KT_U16 pd, KT_U64 start, KT_U64 sectors) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && block->StartLBA < start + sectors && start < block->StartLBA + block->Size) return false;
     }
@@ -104,7 +104,7 @@ std::optional<KT_U64> findSpace(const Context& context, KT_U16 pd, const _HD_Inf
     const KT_U64 end = kibToSectors(validKib(disk, state), disk.BlockSize);
     const _HD_Block_Info list = blocksOf(context, pd);
     KT_U64 at = 0;
-    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (!block) continue;
         if (block->StartLBA >= at && block->StartLBA - at >= sectors) return at;

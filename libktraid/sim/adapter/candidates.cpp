@@ -15,7 +15,7 @@ KT_U64 largestGapKib(const Context& context, const Disk& disk) {
     const _HD_Block_Info list = blocksOf(context, disk.state.config.HDID);
     KT_U64 at = 0;
     KT_U64 largest = 0;
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (!block) continue;
         if (block->StartLBA > at) largest = std::max(largest, block->StartLBA - at);
@@ -27,7 +27,7 @@ KT_U64 largestGapKib(const Context& context, const Disk& disk) {
 
 static bool isOnAnotherAdapter(const Context& context, KT_U16 pd) {
     const auto global = find<GlobalState>(context.store, ADAPTER_GLOBAL, 0);
-    for (int adapter = 0; global && adapter < global->adapterCount; adapter++)
+    for (int adapter = 0; global && adapter < global->adapterCount; ++adapter)
         if (find<_HD_Info>(context.store, static_cast<KT_U8>(adapter), pd)) return true;
     return false;
 }
@@ -52,7 +52,7 @@ KT_U8 checkAlike(const Context& context, const _HD_Info& one, const _HD_Info& ot
     return mustBe && !same ? KT_U8{KT_ERR_PD_TYPES_DIFFER} : KT_U8{KT_OK};
 }
 
-/* A hybrid level joins solid-state disks with one hard disk. */
+// A hybrid level joins solid-state disks with one hard disk.
 static KT_U8 checkHybrid(const Context& context, const std::vector<Disk>& disks) {
     const _Adapter_Info adapter = adapterInfo(context);
     int ssds = 0;
@@ -65,7 +65,7 @@ static KT_U8 checkHybrid(const Context& context, const std::vector<Disk>& disks)
 
 KT_U8 collectMembers(const Context& context, KT_U8 level, const KT_U16* ids, int count, Sharing sharing,
                      std::vector<Disk>& disks) {
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         Disk disk = {};
         const KT_U8 status = checkNewMember(context, ids[i], sharing, disk);
         if (status != KT_OK) return status;

@@ -71,7 +71,7 @@ KT_U8 locateDevice(const Context& context, KT_U8 kind, KT_U16 id, bool on) {
     if (kind != KT_DEVICE_VD) return KT_ERR_INVALID_PARAMETER;
     Vd vd = {};
     KT_U8 status = findVd(context, id, vd);
-    for (int i = 0; status == KT_OK && i < geometryOf(vd.info).disks; i++) {
+    for (int i = 0; status == KT_OK && i < geometryOf(vd.info).disks; ++i) {
         const auto block = find<_Block_Info>(context, vd.info.BlockIDs[i]);
         if (block) status = lightDisk(context, block->HDID, on);
     }

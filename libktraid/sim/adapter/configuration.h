@@ -1,6 +1,5 @@
-/* Settings of virtual disks, arrays and disks. */
-#ifndef KTSIM_ADAPTER_CONFIGURATION_H
-#define KTSIM_ADAPTER_CONFIGURATION_H
+// Settings of virtual disks, arrays and disks.
+#pragma once
 
 #include "adapter/volumes.h"
 
@@ -8,10 +7,9 @@ namespace sim {
 
 KT_U8 configureVd(const Context& context, KT_U16 id, const _LD_Config& config);
 KT_U8 configureArray(const Context& context, KT_U16 id, const _DG_CONFIG& config);
-/* Write cache, SMART, and Online as KT_PD_SetHDStatus does it. */
+// Write cache, SMART, and Online as KT_PD_SetHDStatus does it.
 KT_U8 configureDisk(const Context& context, KT_U16 id, const _HD_CONFIG& config);
-/* The locate LED of a disk, or of every disk under a virtual disk. */
+// The locate LED of a disk, or of every disk under a virtual disk.
 KT_U8 locateDevice(const Context& context, KT_U8 kind, KT_U16 id, bool on);
 
 } // namespace sim
-#endif

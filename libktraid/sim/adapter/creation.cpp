@@ -15,14 +15,14 @@ static const KT_U16 DEFAULT_STRIPE = 64;
 static const KT_U16 STRIPE_UNIT = 16;
 static const KT_U64 GB_IN_KIB = 1000 * KIB_PER_MB;
 static const KT_U64 LEAST_KIB = KIB_PER_MB;
-static const KT_U64 QUICK_INIT_KIB = 512 * 1024; /* the ends of every member are cleared, nothing else */
+static const KT_U64 QUICK_INIT_KIB = 512 * 1024; // the ends of every member are cleared, nothing else
 
 KT_U16 defaultStripe() {
     return DEFAULT_STRIPE;
 }
 
 KT_U8 checkName(const KT_U8* name) {
-    for (size_t i = 0; i < sizeof(_LD_Info::Name) && name[i] != 0; i++)
+    for (size_t i = 0; i < sizeof(_LD_Info::Name) && name[i] != 0; ++i)
         if (name[i] < ' ' || name[i] > '~') return KT_ERR_VD_NAME;
     return KT_OK;
 }
@@ -30,7 +30,7 @@ KT_U8 checkName(const KT_U8* name) {
 KT_U8 checkStripe(const _Adapter_Info& adapter, KT_U16 stripe) {
     KT_U16 supported = adapter.StripeSizeSupported;
     if (supported == 0) supported = adapter.AdvancedFeatures & KT_ADV_BIG_STRIPE ? 0x7F : 0x0F;
-    for (int bit = 0; bit < 7; bit++)
+    for (int bit = 0; bit < 7; ++bit)
         if ((supported >> bit & 1) != 0 && stripe == STRIPE_UNIT << bit) return KT_OK;
     return KT_ERR_BLOCK_SIZE;
 }
@@ -67,16 +67,16 @@ static KT_U64 downTo(KT_U64 kib, KT_U64 unit) {
     return kib - kib % unit;
 }
 
-/* Levels whose members hold different amounts: the room on each, in `plan.kib`, shrinks to what `wanted` needs. */
+// Levels whose members hold different amounts: the room on each, in `plan.kib`, shrinks to what `wanted` needs.
 static KT_U64 shareUnevenly(VdPlan& plan, const std::vector<Disk>& disks, KT_U64 wanted, KT_U8 rounding) {
     const bool hddCounts = plan.geometry.level == KT_TANDEM_SAFE || plan.geometry.level == KT_HYBRID;
     KT_U64 most = 0;
-    for (size_t i = 0; i < disks.size(); i++)
+    for (size_t i = 0; i < disks.size(); ++i)
         if (!hddCounts || !isSolidState(disks[i].info)) most += plan.kib[i];
     const KT_U64 size = roundSize(wanted ? wanted : most, rounding);
     if (size > most || size == 0) return 0;
     const double part = static_cast<double>(size) / static_cast<double>(most);
-    for (size_t i = 0; i < disks.size(); i++) {
+    for (size_t i = 0; i < disks.size(); ++i) {
         if (hddCounts && isSolidState(disks[i].info)) continue;
         const auto asked = static_cast<KT_U64>(static_cast<double>(plan.kib[i]) * part) + plan.stripe;
         plan.kib[i] = std::min(plan.kib[i], downTo(asked, plan.stripe));
@@ -93,7 +93,7 @@ static KT_U64 shareEvenly(VdPlan& plan, KT_U64 wanted, KT_U8 rounding) {
     return size;
 }
 
-/* Fills in `kib` and `size` from the free room of the disks. */
+// Fills in `kib` and `size` from the free room of the disks.
 static KT_U8 layOut(const Context& context, VdPlan& plan, const std::vector<Disk>& disks, KT_U64 wanted,
                     KT_U8 rounding) {
     for (const Disk& disk : disks) {
@@ -139,11 +139,11 @@ static bool haveBlocksFor(const Context& context, size_t more) {
     return most == 0 || count<_Block_Info>(context) + more <= most;
 }
 
-/* Unlike every other virtual disk's of this adapter: the events' sequence never repeats. */
+// Unlike every other virtual disk's of this adapter: the events' sequence never repeats.
 static void makeGuid(const Context& context, _LD_Info& vd) {
     const KT_U64 sequence = lastRow(context.store, context.adapter, KIND_EVENT).value_or(0) + 1;
     const KT_U64 unique = (context.now / 1000) << 32 | (sequence & 0xFFFFFFFF);
-    for (size_t i = 0; i < sizeof vd.LD_GUID; i++)
+    for (size_t i = 0; i < sizeof vd.LD_GUID; ++i)
         vd.LD_GUID[i] = static_cast<KT_U8>(unique >> (56 - 8 * i) & 0xFF);
     vd.LD_GUID[4] = static_cast<KT_U8>(vd.LD_GUID[4] ^ (context.adapter + 1));
 }
@@ -199,7 +199,7 @@ KT_U8 buildVd(const Context& context, const VdPlan& plan, KT_U16& vdId) {
     if (vdId == KT_NO_ID) return KT_ERR_NO_VD_ID;
     if (!haveBlocksFor(context, plan.disks.size())) return KT_ERR_NO_RESOURCE;
     Vd vd = describeVd(context, plan, vdId);
-    for (size_t i = 0; i < plan.disks.size(); i++) {
+    for (size_t i = 0; i < plan.disks.size(); ++i) {
         const KT_U8 status = placeBlock(context, plan, i, vdId, vd.info.BlockIDs[i]);
         if (status != KT_OK) return status;
         const auto disk = find<_HD_Info>(context, plan.disks[i]);
@@ -212,7 +212,7 @@ KT_U8 buildVd(const Context& context, const VdPlan& plan, KT_U16& vdId) {
     return KT_OK;
 }
 
-/* Everything about the record up to the lay-out on the disks. */
+// Everything about the record up to the lay-out on the disks.
 static KT_U8 planLd(const Context& context, const _Create_LD_Param& param, KT_U64 wanted, VdPlan& plan) {
     const _Adapter_Info adapter = adapterInfo(context);
     if (param.HDCount == 0 || param.HDCount > MAX_MEMBERS) return KT_ERR_PD_COUNT;
@@ -252,7 +252,7 @@ KT_U8 maxLdSize(const Context& context, _Create_LD_Param& param) {
     return status;
 }
 
-/* Whether the size can be a file's: whole megabytes in KiB, with the rounding that goes with them. */
+// Whether the size can be a file's: whole megabytes in KiB, with the rounding that goes with them.
 static bool mayBeRestored(const _Create_LD_Param& param) {
     const KT_U64 megabytes = param.Size / KIB_PER_MB;
     const KT_U8 rounding = megabytes % 10000 == 0  ? KT_U8{KT_ROUND_10GB}

@@ -74,7 +74,7 @@ void removeVd(const Context& context, const Vd& vd) {
         releaseDisk(context, disk);
 }
 
-/* Whether the array's activity moves or fills anything of the virtual disk. */
+// Whether the array's activity moves or fills anything of the virtual disk.
 static bool isWorkedOn(const Context& context, const _LD_Info& vd, const Activity& job) {
     if (find<VdTarget>(context, vd.ID)) return true;
     const _HD_Block_Info list = blocksOf(context, job.disk);
@@ -84,7 +84,7 @@ static bool isWorkedOn(const Context& context, const _LD_Info& vd, const Activit
     });
 }
 
-/* What is done for the array as a whole ends for this virtual disk; the array has that much less to do. */
+// What is done for the array as a whole ends for this virtual disk; the array has that much less to do.
 static void spareWork(const Context& context, const _LD_Info& vd) {
     const Owner owner{OwnerKind::Array, vd.DGID};
     Activity job = jobOf(context, owner);
@@ -98,7 +98,7 @@ static void spareWork(const Context& context, const _LD_Info& vd) {
     saveJob(context, owner, job);
 }
 
-/* A rebuild or copy back of an array that has no virtual disk left has nothing more to do. */
+// A rebuild or copy back of an array that has no virtual disk left has nothing more to do.
 static void endEmptyJob(const Context& context, KT_U16 dgid) {
     Array array = {};
     if (dgid == KT_NO_ID || findArray(context, dgid, array) != KT_OK) return;

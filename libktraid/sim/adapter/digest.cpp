@@ -17,19 +17,19 @@ static const KT_U32 ROUND_CONSTANTS[64] = {
 
 static void digestBlock(KT_U32 (&sum)[8], const char* block) {
     KT_U32 w[64];
-    for (int i = 0; i < 16; i++) {
+    for (int i = 0; i < 16; ++i) {
         w[i] = 0;
-        for (int byte = 0; byte < 4; byte++)
+        for (int byte = 0; byte < 4; ++byte)
             w[i] = w[i] << 8 | static_cast<KT_U8>(block[i * 4 + byte]);
     }
-    for (int i = 16; i < 64; i++) {
+    for (int i = 16; i < 64; ++i) {
         const KT_U32 s0 = std::rotr(w[i - 15], 7) ^ std::rotr(w[i - 15], 18) ^ (w[i - 15] >> 3);
         const KT_U32 s1 = std::rotr(w[i - 2], 17) ^ std::rotr(w[i - 2], 19) ^ (w[i - 2] >> 10);
         w[i] = w[i - 16] + s0 + w[i - 7] + s1;
     }
     KT_U32 v[8];
     memcpy(v, sum, sizeof v);
-    for (int i = 0; i < 64; i++) {
+    for (int i = 0; i < 64; ++i) {
         const KT_U32 s1 = std::rotr(v[4], 6) ^ std::rotr(v[4], 11) ^ std::rotr(v[4], 25);
         const KT_U32 choice = (v[4] & v[5]) ^ (~v[4] & v[6]);
         const KT_U32 t1 = v[7] + s1 + choice + ROUND_CONSTANTS[i] + w[i];
@@ -39,7 +39,7 @@ static void digestBlock(KT_U32 (&sum)[8], const char* block) {
         v[4] += t1;
         v[0] = t1 + t2;
     }
-    for (int i = 0; i < 8; i++)
+    for (int i = 0; i < 8; ++i)
         sum[i] += v[i];
 }
 
@@ -48,12 +48,12 @@ Digest sha256(const std::string& text) {
     std::string padded = text + '\x80';
     padded.resize((padded.size() + 8 + 63) / 64 * 64);
     const KT_U64 bits = KT_U64{text.size()} * 8;
-    for (unsigned i = 0; i < 8; i++)
+    for (unsigned i = 0; i < 8; ++i)
         padded[padded.size() - 1 - i] = static_cast<char>(bits >> (8 * i));
     for (size_t at = 0; at < padded.size(); at += 64)
         digestBlock(sum, padded.data() + at);
     Digest digest = {};
-    for (unsigned i = 0; i < 32; i++)
+    for (unsigned i = 0; i < 32; ++i)
         digest.bytes[i] = static_cast<KT_U8>(sum[i / 4] >> (24 - 8 * (i % 4)));
     return digest;
 }

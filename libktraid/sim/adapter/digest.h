@@ -1,6 +1,5 @@
-/* SHA-256: how secrets are kept, and stable numbers out of names. */
-#ifndef KTSIM_ADAPTER_DIGEST_H
-#define KTSIM_ADAPTER_DIGEST_H
+// SHA-256: how secrets are kept, and stable numbers out of names.
+#pragma once
 
 #include "ktraid.h"
 
@@ -17,4 +16,3 @@ struct Digest {
 Digest sha256(const std::string& text);
 
 } // namespace sim
-#endif

@@ -8,9 +8,9 @@
 
 namespace sim {
 
-static const KT_U16 FORGOTTEN = 0xF000; /* the first of the numbers of pulled disks whose id was forgotten */
+static const KT_U16 FORGOTTEN = 0xF000; // the first of the numbers of pulled disks whose id was forgotten
 
-/* change(row) makes the row that of disk `to`. */
+// change(row) makes the row that of disk `to`.
 template <class Record, class Change>
 static void moveRow(const Context& context, KT_U16 from, KT_U16 to, Change change) {
     auto row = find<Record>(context, from);
@@ -26,7 +26,7 @@ static void moveRows(const Context& context, KT_U16 from, KT_U16 to) {
     moveRow<PulledDisk>(context, from, to,
                         [&](PulledDisk& disk) { disk.info.Link.Self.DevID = disk.state.config.HDID = to; });
     moveRow<PulledBlocks>(context, from, to, [&](PulledBlocks& blocks) {
-        for (int i = 0; i < std::min<int>(blocks.count, MAX_MEMBERS); i++)
+        for (int i = 0; i < std::min<int>(blocks.count, MAX_MEMBERS); ++i)
             blocks.entries[i].block.HDID = to;
     });
     moveRow<DiskAge>(context, from, to, [](DiskAge&) {});
@@ -90,7 +90,7 @@ static void renumberDisk(const Context& context, KT_U16 from, KT_U16 to) {
 KT_U16 freeDiskId(const Context& context) {
     const _Adapter_Info adapter = adapterInfo(context);
     const KT_U16 limit = adapter.MaxHD_Ext ? adapter.MaxHD_Ext : adapter.MaxHD;
-    for (KT_U16 id = 0; id < limit; id++)
+    for (KT_U16 id = 0; id < limit; ++id)
         if (!find<_HD_Info>(context, id) && !find<PulledDisk>(context, id)) return id;
     return KT_NO_ID;
 }
@@ -117,7 +117,7 @@ void forgetAwayIds(const Context& context) {
     for (const KT_U16 pd : idsOf<PulledDisk>(context)) {
         if (pd >= FORGOTTEN) continue;
         while (find<PulledDisk>(context, number))
-            number++;
+            ++number;
         renumberDisk(context, pd, number);
     }
 }
@@ -127,7 +127,7 @@ void renumberDisks(const Context& context) {
     KT_U16 next = 0;
     for (const KT_U16 pd : idsOf<_HD_Info>(context)) {
         if (pd != next) renumberDisk(context, pd, next);
-        next++;
+        ++next;
     }
 }
 

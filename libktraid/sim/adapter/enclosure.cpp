@@ -9,10 +9,10 @@
 
 namespace sim {
 
-/* The element status code, the low four bits of the first byte. */
+// The element status code, the low four bits of the first byte.
 enum : KT_U8 { SES_OK = 1, SES_CRITICAL = 2, SES_NONCRITICAL = 3, SES_NOT_INSTALLED = 5, SES_CODE_MASK = 0x0F };
 enum : KT_U8 { SES_PREDICTED_FAILURE = 0x40 };
-/* Bits of the slot elements. */
+// Bits of the slot elements.
 enum : KT_U8 {
     SLOT_OK = 0x80,
     SLOT_SPARE = 0x20,
@@ -24,12 +24,12 @@ enum : KT_U8 {
     SLOT_IDENT = 0x02,
     SLOT_FAULT = 0x40
 };
-/* Bits of the others. */
+// Bits of the others.
 enum : KT_U8 { ALARM_MUTED = 0x40, TONE_NONCRITICAL = 0x04, TONE_CRITICAL = 0x02 };
 enum : KT_U8 { DOOR_OPEN = 0x02, DOOR_UNLOCKED = 0x01 };
 enum : KT_U8 { HOT_SWAP = 0x80, REQUESTED_ON = 0x20 };
 static const int FAN_RPM = 5200;
-static const int RPM_PER_SPEED_CODE = 2000; /* up to the seventh, the highest; 0 = it stands still */
+static const int RPM_PER_SPEED_CODE = 2000; // up to the seventh, the highest; 0 = it stands still
 static const int HIGHEST_SPEED_CODE = 7;
 static const int CELSIUS_OFFSET = 20;
 
@@ -60,8 +60,8 @@ std::vector<std::string> elementWords() {
     return words;
 }
 
-/* A condition of a type (EVERY_TYPE: of all but slots): the event of class 15 that says so, what the status element
-   becomes. */
+// A condition of a type (EVERY_TYPE: of all but slots): the event of class 15 that says so, what the status element
+// becomes.
 static const KT_U16 NO_EVENT = 0xFFFF;
 static const KT_U16 EVT_OPENED = 12;
 static const KT_U16 EVT_CLOSED = 13;
@@ -140,7 +140,7 @@ static KT_U8 countElements(const Context& context, KT_U16 enclosure, KT_U8 type)
     KT_U8 elements = 0;
     forEach<EnclosureElement>(context, elementId(enclosure, type, 0), [&](KT_U64 id, const EnclosureElement&) {
         if (id >> 8 != elementId(enclosure, type, 0) >> 8) return false;
-        elements++;
+        ++elements;
         return true;
     });
     return elements;
@@ -153,7 +153,7 @@ static KT_U8 checkElement(const Context& context, KT_U16 enclosure, KT_U8 type, 
     return there ? KT_OK : KT_ERR_INVALID_ELEMENT;
 }
 
-/* Slots. */
+// Slots.
 
 static std::optional<KT_U16> diskInSlot(const Context& context, KT_U16 enclosure, KT_U8 element) {
     std::optional<KT_U16> found;
@@ -164,11 +164,11 @@ static std::optional<KT_U16> diskInSlot(const Context& context, KT_U16 enclosure
     return found;
 }
 
-/* What an array device element says of the virtual disks on the disk. */
+// What an array device element says of the virtual disks on the disk.
 static KT_U8 raidBits(const Context& context, KT_U16 pd) {
     KT_U8 bits = 0;
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         Vd vd = {};
         if (!block || findVd(context, block->LDID, vd) != KT_OK) continue;
@@ -206,10 +206,10 @@ static void fillSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8
     if (fault) status[3] |= SLOT_FAULT;
 }
 
-/* How bad a status code is: what is worst counts for all. */
+// How bad a status code is: what is worst counts for all.
 static int badness(KT_U8 code) {
     const KT_U8 rising[] = {SES_NOT_INSTALLED, SES_OK, SES_NONCRITICAL, SES_CRITICAL};
-    for (int i = 0; i < 4; i++)
+    for (int i = 0; i < 4; ++i)
         if (rising[i] == code) return i;
     return 2;
 }
@@ -226,7 +226,7 @@ static void fillStatus(const Context& context, KT_U16 enclosure, KT_U8 type, KT_
 static void fillOverall(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 (&status)[4]) {
     status[0] = SES_NOT_INSTALLED;
     const KT_U8 elements = countElements(context, enclosure, type);
-    for (KT_U8 element = 0; element < elements; element++) {
+    for (KT_U8 element = 0; element < elements; ++element) {
         KT_U8 one[4] = {};
         fillStatus(context, enclosure, type, element, one);
         const KT_U8 code = one[0] & SES_CODE_MASK;
@@ -276,7 +276,7 @@ KT_U8 getElementConfig(const Context& context, KT_U16 enclosure, KT_U8 type, KT_
     return KT_OK;
 }
 
-/* Making enclosures. */
+// Making enclosures.
 
 KT_U16 addElement(const Context& context, KT_U16 enclosure, KT_U8 type, const std::string& text) {
     const KT_U8 element = countElements(context, enclosure, type);
@@ -298,7 +298,7 @@ void addShelf(const Context& context, KT_U16 enclosure, unsigned slots) {
                           {KT_SES_TEMPERATURE, 3},      {KT_SES_DOOR_LOCK, 1},    {KT_SES_ALARM, 1},
                           {KT_SES_DISPLAY, 1}};
     for (const Part& part : parts) {
-        for (unsigned i = 0; i < part.count; i++)
+        for (unsigned i = 0; i < part.count; ++i)
             addElement(context, enclosure, part.type, "");
     }
     addElement(context, enclosure, KT_SES_VOLTAGE, "12 V");
@@ -316,13 +316,13 @@ void countElementTypes(const Context& context, KT_U16 enclosure) {
     save(context, enclosure, *info);
 }
 
-/* What befalls them. */
+// What befalls them.
 
-/* The alarm says how bad the enclosure is, whether or not it was muted when that gets worse, and is silent when all is
-   well. */
+// The alarm says how bad the enclosure is, whether or not it was muted when that gets worse, and is silent when all is
+// well.
 static void soundAlarms(const Context& context, KT_U16 enclosure, KT_U8 status, bool worse) {
     const KT_U8 elements = countElements(context, enclosure, KT_SES_ALARM);
-    for (KT_U8 element = 0; element < elements; element++) {
+    for (KT_U8 element = 0; element < elements; ++element) {
         auto row = find<EnclosureElement>(context, elementId(enclosure, KT_SES_ALARM, element));
         if (!row || (row->status[0] & SES_CODE_MASK) != SES_OK) continue;
         const KT_U8 muted = worse ? KT_U8{0} : static_cast<KT_U8>(row->status[3] & ALARM_MUTED);
@@ -332,13 +332,13 @@ static void soundAlarms(const Context& context, KT_U16 enclosure, KT_U8 status, 
     }
 }
 
-/* A supply or a fan that is not in its bay is missed; of the others there may be fewer. */
+// A supply or a fan that is not in its bay is missed; of the others there may be fewer.
 static KT_U8 worstOf(const Context& context, KT_U16 enclosure, KT_U8 type) {
     KT_U8 worst[4] = {};
     fillOverall(context, enclosure, type, worst);
     if (worst[0] == SES_CRITICAL || (type != KT_SES_POWER_SUPPLY && type != KT_SES_COOLING)) return worst[0];
     const KT_U8 elements = countElements(context, enclosure, type);
-    for (KT_U8 element = 0; element < elements; element++) {
+    for (KT_U8 element = 0; element < elements; ++element) {
         KT_U8 status[4] = {};
         fillStatus(context, enclosure, type, element, status);
         if ((status[0] & SES_CODE_MASK) == SES_NOT_INSTALLED) return SES_NONCRITICAL;
@@ -346,7 +346,7 @@ static KT_U8 worstOf(const Context& context, KT_U16 enclosure, KT_U8 type) {
     return worst[0];
 }
 
-/* An enclosure is as well as the worst of its elements; slots do not count. */
+// An enclosure is as well as the worst of its elements; slots do not count.
 static void refreshEnclosure(const Context& context, KT_U16 enclosure) {
     auto info = find<_Enclosure_Info>(context, enclosure);
     if (!info) return;
@@ -389,7 +389,7 @@ bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, K
     return true;
 }
 
-/* Thresholds of the sensors: the first line that holds says what a reading means. */
+// Thresholds of the sensors: the first line that holds says what a reading means.
 struct Reading {
     bool (*holds)(int value, int nominal);
     KT_U16 event;
@@ -417,7 +417,7 @@ static const Reading READINGS[] = {
     {[](int, int) { return true; }, 3, KT_SES_COOLING, SES_OK, 0, SEV_INFO},
 };
 
-/* The voltage that a sensor named "5 V" watches, in hundredths; of others 12 V. */
+// The voltage that a sensor named "5 V" watches, in hundredths; of others 12 V.
 static int nominalVoltage(const EnclosureElement& row) {
     const int volts = row.text[0] >= '1' && row.text[0] <= '9' ? atoi(reinterpret_cast<const char*>(row.text)) : 12;
     return volts * 100;

@@ -48,7 +48,7 @@ static KT_U8 checkPort(const Context& context, KT_U8 port) {
     return port < info.PortCount ? KT_OK : KT_ERR_PORT_NOT_FOUND;
 }
 
-/* KT_OK when the entry exists, holds a key and opens with the password. */
+// KT_OK when the entry exists, holds a key and opens with the password.
 static KT_U8 unlock(const Context& context, KT_U8 entry, const KT_U8* password, AesEntry& found) {
     const KT_U8 status = checkEntry(context, entry);
     if (status != KT_OK) return status;
@@ -72,9 +72,9 @@ KT_U8 getAesOverview(const Context& context, _aes_entry_info& info) {
         const bool used = checkPort(context, port) == KT_OK;
         shown.id = used ? port : KT_U8{255};
         shown.entry = used ? portState(context, port).entry : KT_U8{NO_ENTRY};
-        port++;
+        ++port;
     }
-    for (size_t entry = 0; entry < std::size(info.entry); entry++)
+    for (size_t entry = 0; entry < std::size(info.entry); ++entry)
         info.entry[entry] = find<AesEntry>(context, entry) ? 1 : 0;
     return KT_OK;
 }
@@ -165,9 +165,9 @@ KT_U8 changeAesPassword(const Context& context, const _AES_Entry_Config& config,
     return KT_OK;
 }
 
-/* The adapter's port that a chain of links ends at; nothing for a chain that ends nowhere. */
+// The adapter's port that a chain of links ends at; nothing for a chain that ends nowhere.
 static std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint parent) {
-    for (int depth = 0; depth < 8; depth++) {
+    for (int depth = 0; depth < 8; ++depth) {
         if (parent.DevType == KT_LINK_HBA) return parent.PhyID[0];
         if (parent.DevType == KT_LINK_PM) {
             const auto multiplier = find<_PM_Info>(context, parent.DevID);
@@ -182,7 +182,7 @@ static std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint pare
     return std::nullopt;
 }
 
-/* The event that says why the disk cannot work on its port. */
+// The event that says why the disk cannot work on its port.
 static KT_U16 cipherComplaint(const Context& context, KT_U8 port, const DiskCipher& cipher) {
     const AesPort state = portState(context, port);
     const bool encrypted = !(cipher.key == Digest{});
@@ -224,7 +224,7 @@ void reviewDiskCipher(const Context& context, KT_U16 pd) {
     if (port) reviewDisk(context, pd, *port);
 }
 
-/* How many running systems have lost their disk or virtual disk. */
+// How many running systems have lost their disk or virtual disk.
 static size_t lostSystems(const Context& context) {
     size_t lost = 0;
     forEach<PdState>(context, 0, [&](KT_U64, const PdState& disk) {
@@ -237,8 +237,8 @@ static size_t lostSystems(const Context& context) {
     return lost;
 }
 
-/* Takes the port's disks off and on as its cipher now demands; refused, which undoes it all, when that takes the ground
-   from under a running system. */
+// Takes the port's disks off and on as its cipher now demands; refused, which undoes it all, when that takes the ground
+// from under a running system.
 static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
     std::vector<KT_U16> disks;
     forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info& disk) {

@@ -22,7 +22,7 @@ enum : KT_U16 {
     EVT_NO_GENERATION = 22
 };
 
-/* The controllers that run no firmware have no boot loader for it either. */
+// The controllers that run no firmware have no boot loader for it either.
 static const KT_U16 FIRST_WITH_FIRMWARE = 0x4761;
 static const KT_U16 WITHOUT_FIRMWARE = 0x4790;
 
@@ -36,7 +36,7 @@ static _Version_Info_CIM& versionOf(_Adapter_Info& info, const ImageKind& kind) 
     return *reinterpret_cast<_Version_Info_CIM*>(reinterpret_cast<KT_U8*>(&info) + kind.version);
 }
 
-/* Shows an image in the adapter's record: its version and whether it, and all of them, are sound. */
+// Shows an image in the adapter's record: its version and whether it, and all of them, are sound.
 static void showImage(const Context& context, const ImageKind& kind, const _Version_Info_CIM& version, bool sound) {
     _Adapter_Info info = adapterInfo(context);
     if (kind.version) versionOf(info, kind) = version;
@@ -48,7 +48,7 @@ static void showImage(const Context& context, const ImageKind& kind, const _Vers
     save(context, 0, info);
 }
 
-/* The kind of image, null when the adapter has none of that type. */
+// The kind of image, null when the adapter has none of that type.
 static const ImageKind* imageKindOn(const Context& context, KT_U8 type) {
     const KT_U16 controller = adapterInfo(context).DevID;
     const bool firmware = controller >= FIRST_WITH_FIRMWARE && controller != WITHOUT_FIRMWARE;
@@ -63,7 +63,7 @@ static KT_U64 chunkId(KT_U8 type, KT_U64 page) {
 static void removeImage(const Context& context, KT_U8 type) {
     const auto image = find<FlashImage>(context, type);
     const KT_U64 pages = image ? (image->size + FLASH_PAGE - 1) / FLASH_PAGE : 0;
-    for (KT_U64 page = 0; page < pages; page++)
+    for (KT_U64 page = 0; page < pages; ++page)
         eraseRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, page));
 }
 
@@ -94,12 +94,12 @@ static KT_U8 refuseWrite(Context& context, KT_U8 status) {
 static std::string stagedImage(const Context& context, const FlashUpdate& update) {
     std::string image;
     image.reserve(update.received);
-    for (KT_U64 page = 0; page < update.nextPage; page++)
+    for (KT_U64 page = 0; page < update.nextPage; ++page)
         image += readBytes(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page).value_or("");
     return image;
 }
 
-/* The whole image is here: it takes effect, or nothing of it is written and everything stays as it was. */
+// The whole image is here: it takes effect, or nothing of it is written and everything stays as it was.
 static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUpdate& update) {
     const std::string image = stagedImage(context, update);
     ImageHeader header = {};
@@ -110,7 +110,7 @@ static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUp
         if (header.imageType != kind.type) return refuseImage(context, KT_ERR_FLASH_TYPE);
         if (header.subVendorId != adapterInfo(context).SubVenID)
             return refuseImage(context, KT_ERR_ADAPTER_DEVICE_MISMATCH);
-        /* The adapter's record calls a region of major version 0 empty. */
+        // The adapter's record calls a region of major version 0 empty.
         if (header.major == 0 || header.major > 0xFFFF) return refuseImage(context, KT_ERR_INVALID_MICROCODE);
     }
     endUpdate(context);
@@ -121,7 +121,7 @@ static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUp
     return KT_OK;
 }
 
-/* Whether the adapter lets this image be written or erased. */
+// Whether the adapter lets this image be written or erased.
 static KT_U8 checkUpdate(const Context& context, const ImageKind& kind) {
     const _Adapter_Info info = adapterInfo(context);
     const auto config = find<_Adapter_Config_V2>(context, 0);
@@ -143,12 +143,12 @@ static KT_U8 updatePage(Context& context, const _Flash_Data& page) {
     return KT_OK;
 }
 
-/* The update that this page belongs to: page 0 begins one, with what was announced for its type. */
+// The update that this page belongs to: page 0 begins one, with what was announced for its type.
 static FlashUpdate updateOf(const Context& context, KT_U8 type, const _Flash_Data& page) {
     FlashUpdate update = find<FlashUpdate>(context, 0).value_or(FlashUpdate{type, 0, 0, 0, 0});
     if (page.PageNum != 0) return update;
     const bool announced = update.announced && update.imageType == type;
-    /* One that broke off has left half an image behind. */
+    // One that broke off has left half an image behind.
     if (update.received != 0) logEvent(context, EVT_FLASH, EVT_BAD_GENERATION, context.adapter, SEV_WARNING);
     endUpdate(context);
     return FlashUpdate{type, static_cast<KT_U8>(announced ? 1 : 0), 0, announced ? update.expected : 0, 0};
@@ -165,7 +165,7 @@ KT_U8 updateImage(Context& context, KT_U8 type, const _Flash_Data& page) {
     const bool follows = update.imageType == type && update.nextPage == page.PageNum;
     if (!follows || page.Size == 0 || page.isLastPage > 1) return refuseWrite(context, KT_ERR_FLASH_DESCRIPTOR);
     update.received += page.Size;
-    update.nextPage++;
+    ++update.nextPage;
     if (update.received > kind->capacity) return refuseWrite(context, KT_ERR_OUT_OF_RANGE);
     const bool complete = update.received == update.expected;
     if (update.announced && (page.isLastPage ? !complete : update.received >= update.expected))
@@ -179,7 +179,7 @@ static bool isZero(const _Version_Info_CIM& version) {
     return !version.MajorVersion && !version.MinorVersion && !version.RevisionNumber && !version.BuildNumber;
 }
 
-/* What the region holds; empty when it was erased or never had anything. */
+// What the region holds; empty when it was erased or never had anything.
 static std::string imageInFlash(const Context& context, const ImageKind& kind) {
     const auto image = find<FlashImage>(context, kind.type);
     if (image && image->state == IMAGE_ERASED) return {};
@@ -192,7 +192,7 @@ static std::string imageInFlash(const Context& context, const ImageKind& kind) {
             info.SubVenID, imageFiller(kind.type, size_t{kind.factoryKib} * 1024));
     }
     std::string bytes;
-    for (KT_U64 page = 0; page * FLASH_PAGE < image->size; page++) {
+    for (KT_U64 page = 0; page * FLASH_PAGE < image->size; ++page) {
         const KT_U64 id = chunkId(kind.type, page);
         bytes += readBytes(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), id).value_or("");
     }
@@ -246,7 +246,7 @@ KT_U8 eraseImage(const Context& context, KT_U8 type) {
 }
 
 void examineFlash(const Context& context) {
-    for (int type = 0; type <= KT_IMAGE_RAW; type++) {
+    for (int type = 0; type <= KT_IMAGE_RAW; ++type) {
         const ImageKind* kind = imageKind(static_cast<KT_U8>(type));
         const auto image = kind && kind->headed ? find<FlashImage>(context, kind->type) : std::nullopt;
         if (!image || image->state != IMAGE_ERASED) continue;

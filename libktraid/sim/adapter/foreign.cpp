@@ -15,12 +15,12 @@ namespace sim {
 
 static const KT_U16 EVT_IMPORTED = 9;
 
-/* Whether enough members are there, none of them in use here. */
+// Whether enough members are there, none of them in use here.
 static bool isComplete(const Context& context, const _LD_Info& vd) {
     const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.ID});
     bool lost[MAX_MEMBERS] = {};
     bool hdd[MAX_MEMBERS] = {};
-    for (size_t i = 0; i < group.members.size(); i++) {
+    for (size_t i = 0; i < group.members.size(); ++i) {
         Disk disk = {};
         lost[i] = group.needsDisk[i] || findDisk(context, group.members[i], disk) != KT_OK;
         if (!lost[i] && disk.state.dgid != KT_NO_ID) return false;
@@ -53,16 +53,16 @@ static void comeHome(const Context& context, const _LD_Info& vd, KT_U16 dgid) {
     refreshVdStatus(context, vd.ID);
 }
 
-/* KiB from the start of the disks to the virtual disk. */
+// KiB from the start of the disks to the virtual disk.
 static KT_U64 startKib(const Context& context, const _LD_Info& vd) {
-    for (int i = 0; i < geometryOf(vd).disks; i++) {
+    for (int i = 0; i < geometryOf(vd).disks; ++i) {
         const auto block = find<_Block_Info>(context, vd.BlockIDs[i]);
         if (block) return sectorsToKib(block->StartLBA, block->BlockSize);
     }
     return 0;
 }
 
-/* The foreign virtual disks that lie on the same disks as this one, in order of their place. */
+// The foreign virtual disks that lie on the same disks as this one, in order of their place.
 static std::vector<_LD_Info> companions(const Context& context, const _LD_Info& vd) {
     std::vector<_LD_Info> found;
     const std::vector<KT_U16> members = groupOf(context, Owner{OwnerKind::Vd, vd.ID}).members;
@@ -91,7 +91,7 @@ static void addSlot(Array& array, KT_U64 share, KT_U16 vd) {
     array.info.VDSlotSize[array.info.VDSlotCount++] = capacityOf(geometryOf(array), share);
 }
 
-/* An array around the virtual disks, its slots where they lie. */
+// An array around the virtual disks, its slots where they lie.
 static Array arrayAround(const Context& context, const std::vector<_LD_Info>& vds, const Group& group, KT_U16 id) {
     const _LD_Info& model = vds.front();
     Array array = {};
@@ -128,11 +128,11 @@ static Array arrayAround(const Context& context, const std::vector<_LD_Info>& vd
     return array;
 }
 
-/* An array has its disks to itself: what else lies on them must be deleted first. */
+// An array has its disks to itself: what else lies on them must be deleted first.
 static bool shareDisks(const Context& context, const std::vector<_LD_Info>& vds, const Group& group) {
     for (const KT_U16 pd : group.members) {
         const _HD_Block_Info list = blocksOf(context, pd);
-        for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+        for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
             const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
             if (block && std::none_of(vds.begin(), vds.end(), [&](const _LD_Info& vd) { return vd.ID == block->LDID; }))
                 return true;
@@ -141,12 +141,12 @@ static bool shareDisks(const Context& context, const std::vector<_LD_Info>& vds,
     return false;
 }
 
-/* The virtual disk and those that come along. */
+// The virtual disk and those that come along.
 static std::vector<_LD_Info> comingAlong(const Context& context, const _LD_Info& vd) {
     return isArrayBased(adapterInfo(context)) ? companions(context, vd) : std::vector<_LD_Info>{vd};
 }
 
-/* Whether the adapter could take the virtual disk over, with those that would come along. */
+// Whether the adapter could take the virtual disk over, with those that would come along.
 static bool canTakeOver(const Context& context, const _LD_Info& vd) {
     const _Adapter_Info adapter = adapterInfo(context);
     const std::vector<_LD_Info> vds = comingAlong(context, vd);
@@ -164,15 +164,15 @@ static bool canImport(const Context& context, const _LD_Info& vd) {
     return std::none_of(vds.begin(), vds.end(), isConflicted) && canTakeOver(context, vd);
 }
 
-/* What the array was elsewhere, as it wrote on its members. */
+// What the array was elsewhere, as it wrote on its members.
 static std::optional<ArrayLabel> labelOf(const Context& context, const Group& group) {
     std::optional<ArrayLabel> label;
-    for (size_t i = 0; i < group.members.size() && !label; i++)
+    for (size_t i = 0; i < group.members.size() && !label; ++i)
         label = find<ArrayLabel>(context, group.members[i]);
     return label;
 }
 
-/* The array's spares stand by again, unless they were put to other use. */
+// The array's spares stand by again, unless they were put to other use.
 static void callSpares(const Context& context, const ArrayLabel& label, KT_U16 dgid) {
     std::vector<KT_U16> spares;
     std::vector<KT_U16> disks;

@@ -20,7 +20,7 @@
 
 namespace sim {
 
-/* The groups that have something on the disk, or count it among their members. */
+// The groups that have something on the disk, or count it among their members.
 static std::vector<Owner> groupsOn(const Context& context, KT_U16 pd) {
     std::vector<Owner> owners;
     for (const Owner owner : allGroups(context)) {
@@ -31,10 +31,10 @@ static std::vector<Owner> groupsOn(const Context& context, KT_U16 pd) {
     return owners;
 }
 
-/* What was still being filled has nothing to come back with: it goes with the rebuild. */
+// What was still being filled has nothing to come back with: it goes with the rebuild.
 static void setBlocksOffline(const Context& context, KT_U16 pd) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (!block || block->Status != BLOCK_GOOD) continue;
         block->Status = BLOCK_OFFLINE;
@@ -46,14 +46,14 @@ static bool isRebuildLike(const Activity& job) {
     return job.kind == KT_BGA_REBUILD || job.kind == KT_BGA_COPY_BACK;
 }
 
-/* Whether a copy back reads from the disk: it is, or was, in the place that it fills. */
+// Whether a copy back reads from the disk: it is, or was, in the place that it fills.
 static bool isCopiedFrom(const Group& group, const Activity& job, KT_U16 pd) {
-    for (size_t i = 0; job.kind == KT_BGA_COPY_BACK && i < group.members.size(); i++)
+    for (size_t i = 0; job.kind == KT_BGA_COPY_BACK && i < group.members.size(); ++i)
         if (group.homes[i] == job.disk) return group.members[i] == pd || group.members[i] == KT_NO_ID;
     return false;
 }
 
-/* Initialisations and checks cannot go on without the disk; nor can what is being written to it. */
+// Initialisations and checks cannot go on without the disk; nor can what is being written to it.
 static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
     for (const KT_U16 vd : group.vds) {
         const Owner owner{OwnerKind::Vd, vd};
@@ -67,7 +67,7 @@ static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
     if (isCopiedFrom(group, job, pd)) failRebuild(context, group.owner);
 }
 
-/* A migration also needs the disks it moves to, without which an array's own members may do. */
+// A migration also needs the disks it moves to, without which an array's own members may do.
 static bool canGoOn(const Context& context, Owner owner, const Activity& job) {
     const Group group = groupOf(context, owner);
     const auto isOffline = [&](KT_U16 id) {
@@ -78,12 +78,12 @@ static bool canGoOn(const Context& context, Owner owner, const Activity& job) {
            (job.kind != KT_BGA_MIGRATION || std::none_of(group.vds.begin(), group.vds.end(), isOffline));
 }
 
-/* What cannot run on an offline virtual disk. */
+// What cannot run on an offline virtual disk.
 static void interruptJobs(const Context& context, const Group& group) {
     Activity job = jobOf(context, group.owner);
     if (!isAlive(job) || canGoOn(context, group.owner, job)) return;
     if (isRebuildLike(job)) return failRebuild(context, group.owner);
-    /* What somebody paused or stopped stays so. */
+    // What somebody paused or stopped stays so.
     if (job.state != KT_STATE_RUNNING && job.state != KT_STATE_AUTO_PAUSED) return;
     job.done = activityDone(job, context.now);
     job.since = context.now;
@@ -99,7 +99,7 @@ static void failPatrol(const Context& context, KT_U16 pd) {
     if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
 }
 
-/* Another loss: what is of no use for it is worth telling. */
+// Another loss: what is of no use for it is worth telling.
 static void forgetTold(const Context& context) {
     std::vector<KT_U16> told;
     forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& disk) {
@@ -158,7 +158,7 @@ static KT_U16 slotOf(const _LD_Info& vd, KT_U16 block) {
     return slot == std::end(vd.BlockIDs) ? KT_U16{KT_NO_ID} : static_cast<KT_U16>(slot - vd.BlockIDs);
 }
 
-/* What a disk held when it left the virtual disks it belonged to. */
+// What a disk held when it left the virtual disks it belonged to.
 static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
     PulledBlocks pulled = {};
     const PdState state = find<PdState>(context, pd).value_or(PdState{});
@@ -169,7 +169,7 @@ static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
     const KT_U16* members = array.members;
     pulled.slot = static_cast<KT_U16>(std::find(members, members + array.memberCount, pd) - members);
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         const auto vd = block ? find<_LD_Info>(context, block->LDID) : std::nullopt;
         if (!vd) continue;
@@ -186,7 +186,7 @@ static PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
     return pulled;
 }
 
-/* Takes the disk out of everything, leaving it without blocks. */
+// Takes the disk out of everything, leaving it without blocks.
 static std::vector<Owner> detach(const Context& context, KT_U16 pd) {
     std::vector<Owner> owners = groupsOn(context, pd);
     for (const Owner owner : owners)
@@ -218,8 +218,8 @@ static bool isEmptySlot(const _LD_Info& vd, KT_U16 slot) {
     return slot < geometryOf(vd).disks && vd.BlockIDs[slot] == KT_NO_ID;
 }
 
-/* Whether the virtual disk has waited for this block: it is foreign, or offline and was not written to since the disk
-   left; and nothing else is in the place. */
+// Whether the virtual disk has waited for this block: it is foreign, or offline and was not written to since the disk
+// left; and nothing else is in the place.
 static bool isAwaited(const Context& context, KT_U16 pd, const PulledBlock& entry, KT_U64 left) {
     const auto vd = vdWithGuid(context, entry.guid);
     if (!vd || entry.block.Status == BLOCK_REBUILDING) return false;
@@ -250,11 +250,11 @@ static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry
     return true;
 }
 
-/* A member comes back as a whole, with the blocks of every virtual disk of the array, or not at all. */
+// A member comes back as a whole, with the blocks of every virtual disk of the array, or not at all.
 static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     Array array = {};
     if (!(blocks.raid & KT_PD_MEMBER) || findArray(context, blocks.dgid, array) != KT_OK) return false;
-    /* A disk that the array migrates to has no slot in it yet. */
+    // A disk that the array migrates to has no slot in it yet.
     const bool arriving = blocks.slot >= array.state.memberCount;
     if (!arriving && (array.info.Status != ARRAY_OFFLINE || array.state.members[blocks.slot] != KT_NO_ID ||
                       array.state.homes[blocks.slot] != pd))
@@ -269,12 +269,12 @@ static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& b
     return true;
 }
 
-/* The disk, free of blocks, goes back to what still waits for it; else it is a free disk. */
+// The disk, free of blocks, goes back to what still waits for it; else it is a free disk.
 static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     const bool asMember = rejoinArray(context, pd, blocks);
     const bool inArray = blocks.dgid != KT_NO_ID && (blocks.raid & KT_PD_MEMBER);
     KT_U8 role = asMember ? KT_PD_MEMBER : 0;
-    for (int i = 0; i < blocks.count; i++) {
+    for (int i = 0; i < blocks.count; ++i) {
         const auto vd = vdWithGuid(context, blocks.entries[i].guid);
         const bool foreign = !vd || isForeign(*vd);
         if ((foreign || asMember || !inArray) && rejoinVd(context, pd, blocks.entries[i], blocks.left))
@@ -323,7 +323,7 @@ KT_U8 insertDisk(const Context& context, KT_U16 known) {
     return KT_OK;
 }
 
-/* The next serial number of the same make. */
+// The next serial number of the same make.
 static void renumber(const Context& context, _HD_Info& disk) {
     const KT_U64 sequence = lastRow(context.store, context.adapter, KIND_EVENT).value_or(0) + 1;
     size_t length = strnlen(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo);
@@ -374,7 +374,7 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
     const bool news = tripped && !disk.state.smartTripped;
     disk.state.smartTripped = tripped ? 1 : 0;
     saveDisk(context, disk);
-    /* Its attributes would go on saying that it fails. */
+    // Its attributes would go on saying that it fails.
     if (!tripped) {
         undoWear(context, pd);
         forgetSurface(context, pd, FLAW_UNREADABLE);
@@ -405,7 +405,7 @@ KT_U8 setDiskDown(const Context& context, KT_U16 pd) {
     const std::vector<KT_U16> offline = offlineVds(context);
     logEvent(context, EVT_PD, 2, pd, SEV_MAJOR);
     loseDisk(context, pd);
-    /* Failing undoes it all. */
+    // Failing undoes it all.
     if (inArray && findArray(context, array.info.DGID, array) == KT_OK && before != ARRAY_OFFLINE &&
         array.info.Status == ARRAY_OFFLINE)
         return KT_ERR_PD_CANNOT_SET_DOWN;
@@ -445,7 +445,7 @@ KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status) {
     return suits ? KT_U8{KT_OK} : KT_U8{KT_ERR_KEY_MISMATCH};
 }
 
-/* Takes the parts of foreign virtual disks off the disk; those that it held the last part of are gone. */
+// Takes the parts of foreign virtual disks off the disk; those that it held the last part of are gone.
 static void wipeForeign(const Context& context, KT_U16 pd) {
     std::vector<Vd> foreign;
     forEachVd(context, [&](const Vd& vd) {
@@ -471,7 +471,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     if ((disk.state.raid & KT_PD_SPARE) && !force) return KT_ERR_IS_SPARE;
     for (const Owner owner : groupsOn(context, pd)) {
         const Group group = groupOf(context, owner);
-        /* What such a virtual disk keeps is on its hard disk. */
+        // What such a virtual disk keeps is on its hard disk.
         const bool hybrid = isHybridLevel(group.geometry.level) && !isSolidState(disk.info);
         if (hybrid && !foreign) return KT_ERR_TANDEM_HDD_DATA;
         for (const KT_U16 id : group.vds) {
@@ -487,7 +487,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     findDisk(context, pd, disk);
     disk.state.raid &= KT_PD_OFFLINE;
     disk.state.dgid = KT_NO_ID;
-    /* A partition table would keep the adapter from ever using the disk by itself, and so would its old place. */
+    // A partition table would keep the adapter from ever using the disk by itself, and so would its old place.
     disk.state.hasMbr = 0;
     saveDisk(context, disk);
     for (const Owner owner : allGroups(context))

@@ -15,7 +15,7 @@ static bool isHybrid(KT_U8 level) {
     return level == KT_TANDEM_CAPACITY || level == KT_TANDEM_SAFE || level == KT_HYBRID;
 }
 
-/* KT_OK for a hybrid virtual disk that works. */
+// KT_OK for a hybrid virtual disk that works.
 static KT_U8 findHybrid(const Context& context, KT_U16 id, _LD_Info& vd) {
     const KT_U8 status = checkSupport(context);
     if (status != KT_OK) return status;
@@ -31,12 +31,12 @@ static KT_U8 findHybrid(const Context& context, KT_U16 id, _LD_Info& vd) {
 
 static void dropTable(const Context& context, KT_U16 vd) {
     const auto table = find<TandemTable>(context, vd);
-    for (KT_U64 i = 0; table && i < table->used; i++)
+    for (KT_U64 i = 0; table && i < table->used; ++i)
         erase<TandemEntry>(context, (KT_U64{vd} << 16) + i);
     erase<TandemTable>(context, vd);
 }
 
-/* The virtual disk's table; one that a deleted virtual disk of the same id left behind does not count. */
+// The virtual disk's table; one that a deleted virtual disk of the same id left behind does not count.
 static TandemTable tableOf(const Context& context, const _LD_Info& vd) {
     const auto table = find<TandemTable>(context, vd.ID);
     if (table && memcmp(table->guid, vd.LD_GUID, sizeof table->guid) == 0) return *table;
@@ -57,7 +57,7 @@ KT_U8 addTandemEntry(const Context& context, KT_U16 id, const _Tandemix_Entry_Re
     if (table.used == TABLE_ENTRIES) return KT_ERR_NO_RESOURCE;
     if (table.used == 0) dropTable(context, id);
     save(context, (KT_U64{id} << 16) + table.used, TandemEntry{request.start, request.length});
-    table.used++;
+    ++table.used;
     save(context, id, table);
     return KT_OK;
 }
@@ -78,22 +78,22 @@ KT_U8 removeTandemTable(const Context& context, KT_U16 id) {
     return status;
 }
 
-/* 20 hexadecimal digits that no other device has. */
+// 20 hexadecimal digits that no other device has.
 static void putMagic(const std::string& identity, _Device_Magic& magic) {
     const Digest digest = sha256(identity);
     char text[sizeof magic.Magic] = {};
-    for (size_t i = 0; i < 10; i++)
+    for (size_t i = 0; i < 10; ++i)
         snprintf(text + i * 2, sizeof text - i * 2, "%02X", digest.bytes[i]);
     memcpy(magic.Magic, text, sizeof magic.Magic);
 }
 
-/* identify(id) -> what tells the device from all others, empty when there is none. */
+// identify(id) -> what tells the device from all others, empty when there is none.
 template <class Identify>
 static KT_U8 fillMagics(const Context& context, KT_U16 count, _Device_Magic* magics, KT_U8 unknown, Identify identify) {
     const KT_U8 status = checkSupport(context);
     if (status != KT_OK) return status;
     if (count == 0) return KT_ERR_NUM_REQUESTED;
-    for (KT_U16 i = 0; i < count; i++) {
+    for (KT_U16 i = 0; i < count; ++i) {
         const std::string identity = identify(magics[i].ID);
         if (identity.empty()) return unknown;
         putMagic(identity, magics[i]);

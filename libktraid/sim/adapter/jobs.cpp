@@ -18,7 +18,7 @@ static const KT_U64 SSD_KIB_PER_SECOND = 480 * 1024;
 struct JobRule {
     KT_U8 kind;
     KT_U16 eventCode;
-    int rank; /* the greater one runs first */
+    int rank; // the greater one runs first
     KT_U8 _Adapter_Config_V2::*rate;
 };
 
@@ -70,12 +70,12 @@ static void showOnVd(const Context& context, KT_U16 id) {
     save(context, id, vd.info);
 }
 
-/* An array shows its own activity, or else one of its virtual disks', a running one first. */
+// An array shows its own activity, or else one of its virtual disks', a running one first.
 void showArrayActivity(const Context& context, KT_U16 id) {
     Array array = {};
     if (findArray(context, id, array) != KT_OK) return;
     Activity shown = array.state.activity;
-    for (int i = 0; array.state.activity.kind == 0 && i < MAX_SLOTS; i++) {
+    for (int i = 0; array.state.activity.kind == 0 && i < MAX_SLOTS; ++i) {
         const Activity job = find<VdState>(context, array.info.VDIDs[i]).value_or(VdState{}).activity;
         if (job.kind && (shown.kind == 0 || (shown.state != KT_STATE_RUNNING && job.state == KT_STATE_RUNNING)))
             shown = job;
@@ -99,7 +99,7 @@ static void showPatrol(const Context& context, KT_U16 dgid) {
     Array array = {};
     if (dgid == KT_NO_ID || findArray(context, dgid, array) != KT_OK) return;
     array.info.PDBgaRunning = 0;
-    for (int i = 0; i < array.info.PDCount; i++) {
+    for (int i = 0; i < array.info.PDCount; ++i) {
         const auto disk = find<PdState>(context, array.info.PDIDs[i]);
         if (disk && disk->patrol.state == KT_STATE_RUNNING) array.info.PDBgaRunning = 1;
     }
@@ -159,21 +159,21 @@ void logJob(const Context& context, Owner owner, const Activity& job, JobStep st
         logVdJob(context, owner.id, code, severity, parameter);
     } else {
         const auto array = find<_DG_Info>(context, owner.id);
-        for (int i = 0; array && i < MAX_SLOTS; i++)
+        for (int i = 0; array && i < MAX_SLOTS; ++i)
             if (array->VDIDs[i] != KT_NO_ID) logVdJob(context, array->VDIDs[i], code, severity, parameter);
     }
 }
 
-/* Disks that a migration moves to are no members yet, but it writes to them. */
+// Disks that a migration moves to are no members yet, but it writes to them.
 static void addTargetDisks(const Context& context, KT_U16 vd, std::vector<KT_U16>& disks) {
     const auto target = find<VdTarget>(context, vd);
-    for (int i = 0; target && i < geometryOf(target->info).disks; i++) {
+    for (int i = 0; target && i < geometryOf(target->info).disks; ++i) {
         const auto block = find<_Block_Info>(context, target->info.BlockIDs[i]);
         if (block) disks.push_back(block->HDID);
     }
 }
 
-/* The disks that an activity of this owner reads or writes, each once. */
+// The disks that an activity of this owner reads or writes, each once.
 static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Activity& job) {
     std::vector<KT_U16> disks;
     if (owner.kind == OwnerKind::Disk) disks.push_back(owner.id);
@@ -182,7 +182,7 @@ static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Ac
         disks.assign(array.members, array.members + std::min<int>(array.memberCount, MAX_MEMBERS));
     }
     const auto vd = owner.kind == OwnerKind::Vd ? find<_LD_Info>(context, owner.id) : std::nullopt;
-    for (int i = 0; vd && i < geometryOf(*vd).disks; i++) {
+    for (int i = 0; vd && i < geometryOf(*vd).disks; ++i) {
         const auto block = find<_Block_Info>(context, vd->BlockIDs[i]);
         if (block) disks.push_back(block->HDID);
     }
@@ -190,7 +190,7 @@ static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Ac
     const auto array = owner.kind == OwnerKind::Array && job.kind == KT_BGA_MIGRATION
                            ? find<_DG_Info>(context, owner.id)
                            : std::nullopt;
-    for (int i = 0; array && i < MAX_SLOTS; i++)
+    for (int i = 0; array && i < MAX_SLOTS; ++i)
         if (array->VDIDs[i] != KT_NO_ID) addTargetDisks(context, array->VDIDs[i], disks);
     if (job.disk != KT_NO_ID) disks.push_back(job.disk);
     std::sort(disks.begin(), disks.end());
@@ -228,9 +228,9 @@ void startJob(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U
 }
 
 static void restart(const Context& context, Owner owner, Activity job) {
-    /* What a migration or a rebuild has moved stays moved; a check or an initialisation begins anew. */
+    // What a migration or a rebuild has moved stays moved; a check or an initialisation begins anew.
     const bool goesOn = job.kind == KT_BGA_MIGRATION && owner.kind != OwnerKind::Disk;
-    if (!goesOn) job.done = job.announced = 0; /* setState() counts from here */
+    if (!goesOn) job.done = job.announced = 0; // setState() counts from here
     setState(context, owner, job, KT_STATE_RUNNING);
     logJob(context, owner, job, STEP_RESTARTED);
 }
@@ -290,7 +290,7 @@ KT_U64 nextMoment(const Context& context, Owner owner, const Activity& job) {
     const KT_U64 quarter = job.announced + ANNOUNCED_PERCENT;
     if (quarter < 100) part.work = job.work / 100 * quarter + (job.work % 100 * quarter + 99) / 100;
     part.work = std::min(part.work, nextMeeting(context, owner, job));
-    /* What lies behind already, for its place has changed, shows at once. */
+    // What lies behind already, for its place has changed, shows at once.
     return std::max(activityEnd(part), context.now);
 }
 
@@ -318,12 +318,12 @@ static std::vector<Claim> claimsOf(const Context& context) {
     return claims;
 }
 
-/* Those that run side by side on a disk share what it can do. Answers when the first of them has something due. */
+// Those that run side by side on a disk share what it can do. Answers when the first of them has something due.
 static KT_U64 shareSpeed(const Context& context, const std::vector<Claim>& granted) {
     std::map<KT_U16, KT_U64> crowd;
     for (const Claim& claim : granted) {
         for (const KT_U16 disk : claim.disks)
-            crowd[disk]++;
+            ++crowd[disk];
     }
     KT_U64 due = NEVER;
     for (const Claim& claim : granted) {
@@ -378,7 +378,7 @@ void pauseAll(const Context& context) {
     forEachJob(context, [&](Owner owner, const Activity& job) {
         if (job.state == KT_STATE_RUNNING || job.state == KT_STATE_AUTO_PAUSED) owners.push_back(owner);
     });
-    /* All before any that waits could go on. */
+    // All before any that waits could go on.
     for (const Owner owner : owners) {
         const Activity job = jobOf(context, owner);
         setState(context, owner, job, KT_STATE_PAUSED);

@@ -119,7 +119,7 @@ KT_U64 placeInVd(const Geometry& geometry, int slot, KT_U64 offset, KT_U64 strip
     const KT_U64 within = offset % stripe;
     const auto disks = static_cast<KT_U64>(geometry.disks);
     if (geometry.level == KT_RAID1E) {
-        /* Every other row repeats the one before it, one disk further on. */
+        // Every other row repeats the one before it, one disk further on.
         const KT_U64 piece = (static_cast<KT_U64>(slot) + disks - row % 2) % disks;
         return (row / 2 * disks + piece) * stripe + within;
     }
@@ -136,10 +136,10 @@ KT_U64 shareFor(const Geometry& geometry, KT_U64 size, KT_U16 stripe) {
     return (share + unit - 1) / unit * unit;
 }
 
-/* RAID1E keeps each piece on two neighbours, the last disk being the first one's. */
+// RAID1E keeps each piece on two neighbours, the last disk being the first one's.
 static KT_U8 mirroredNeighbours(const Geometry& geometry, const bool* lost) {
     KT_U8 status = KT_VD_ONLINE;
-    for (int i = 0; i < geometry.disks; i++) {
+    for (int i = 0; i < geometry.disks; ++i) {
         if (!lost[i]) continue;
         if (lost[(i + 1) % geometry.disks]) return KT_VD_OFFLINE;
         status = KT_VD_DEGRADED;
@@ -149,7 +149,7 @@ static KT_U8 mirroredNeighbours(const Geometry& geometry, const bool* lost) {
 
 static KT_U8 hybridStatus(const Geometry& geometry, const bool* lost, const bool* isHdd) {
     KT_U8 status = KT_VD_ONLINE;
-    for (int i = 0; i < geometry.disks; i++) {
+    for (int i = 0; i < geometry.disks; ++i) {
         if (!lost[i]) continue;
         if (geometry.level == KT_TANDEM_CAPACITY || isHdd[i]) return KT_VD_OFFLINE;
         status = KT_VD_DEGRADED;
@@ -164,9 +164,9 @@ KT_U8 statusWithLost(const Geometry& geometry, const bool* lost, const bool* isH
     const int perSet = geometry.disks / sets;
     const int spare = geometry.parity ? geometry.parity / sets : (isRedundant(geometry.level) ? 1 : 0);
     KT_U8 status = KT_VD_ONLINE;
-    for (int set = 0; set < sets; set++) {
+    for (int set = 0; set < sets; ++set) {
         int gone = 0;
-        for (int i = set * perSet; i < (set + 1) * perSet; i++)
+        for (int i = set * perSet; i < (set + 1) * perSet; ++i)
             gone += lost[i] ? 1 : 0;
         if (gone > spare) return KT_VD_OFFLINE;
         if (gone == 0) continue;

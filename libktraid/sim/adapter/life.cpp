@@ -9,15 +9,15 @@ namespace sim {
 
 static const KT_U64 HOUR = 3600000;
 static const KT_U64 DAY = 24 * HOUR;
-static const KT_U64 FIRST_MADE = 19723 * DAY; /* the first day of 2024 */
+static const KT_U64 FIRST_MADE = 19723 * DAY; // the first day of 2024
 static const KT_U64 MOST_HOURS = 0xFFFFFF;
 static const KT_U32 USUAL_TEMPERATURE = 29;
-/* What the machine room's day adds to it, hour by hour. */
+// What the machine room's day adds to it, hour by hour.
 static const int DAILY_WARMTH[] = {-1, -1, -2, -2, -2, -2, -1, -1, 0, 0, 1, 1, 1, 2, 2, 2, 2, 2, 1, 1, 1, 0, 0, -1};
 static const KT_U8 MOST_DAILY_WARMTH = 2;
 static const KT_U8 WORKING_WARMTH = 4;
-static const KT_U64 HOURS_TO_FILL = 40 * 24; /* in which a machine writes as much as a disk holds */
-static const KT_U64 ENDURANCE = 3000;        /* times that a solid state disk can be filled */
+static const KT_U64 HOURS_TO_FILL = 40 * 24; // in which a machine writes as much as a disk holds
+static const KT_U64 ENDURANCE = 3000;        // times that a solid state disk can be filled
 
 static Digest ownNumbers(const _HD_Info& disk) {
     return sha256(std::string(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo));
@@ -76,12 +76,12 @@ void powerOn(const Context& context, KT_U16 pd) {
     DiskAge age = ageOf(context, pd);
     if (age.pulled && age.pulled < context.now) {
         const Digest own = ownNumbers(*disk);
-        /* From now on it has a day of birth of its own; the cycles before stay what they were. */
+        // From now on it has a day of birth of its own; the cycles before stay what they were.
         age.powerCycles += firstCycles(age, own) - 1;
         age.born = bornAt(age, own) + (context.now - age.pulled);
     }
     age.pulled = 0;
-    age.powerCycles++;
+    ++age.powerCycles;
     save(context, pd, age);
 }
 

@@ -35,7 +35,7 @@ static void fillFromVd(const Context& context, Group& group) {
     group.geometry = geometryOf(vd.info);
     group.vds.push_back(vd.info.ID);
     group.usable = isUsable(vd.info);
-    for (int i = 0; i < group.geometry.disks; i++) {
+    for (int i = 0; i < group.geometry.disks; ++i) {
         const auto block = find<_Block_Info>(context, vd.info.BlockIDs[i]);
         group.members.push_back(block ? block->HDID : KT_U16{KT_NO_ID});
         group.homes.push_back(vd.state.homes[i]);
@@ -48,7 +48,7 @@ static void fillFromArray(const Context& context, Group& group) {
     group.geometry = geometryOf(array);
     group.dgid = group.owner.id;
     group.usable = array.info.Status != ARRAY_OFFLINE;
-    for (int i = 0; i < array.info.VDSlotCount; i++)
+    for (int i = 0; i < array.info.VDSlotCount; ++i)
         if (array.info.VDIDs[i] != KT_NO_ID) group.vds.push_back(array.info.VDIDs[i]);
     group.members.assign(array.state.members, array.state.members + group.geometry.disks);
     group.homes.assign(array.state.homes, array.state.homes + group.geometry.disks);
@@ -84,7 +84,7 @@ void setHome(const Context& context, const Group& group, int slot, KT_U16 pd) {
 
 void forgetHome(const Context& context, Owner owner, KT_U16 pd) {
     const Group group = groupOf(context, owner);
-    for (size_t i = 0; i < group.homes.size(); i++)
+    for (size_t i = 0; i < group.homes.size(); ++i)
         if (group.homes[i] == pd && group.members[i] != pd) setHome(context, group, static_cast<int>(i), KT_NO_ID);
     for (const KT_U16 vd : group.vds) {
         auto target = find<VdTarget>(context, vd);
@@ -94,10 +94,10 @@ void forgetHome(const Context& context, Owner owner, KT_U16 pd) {
     }
 }
 
-/* A block of the virtual disk on one of its working disks, as the model for a new one. */
+// A block of the virtual disk on one of its working disks, as the model for a new one.
 static std::optional<_Block_Info> modelBlock(const Context& context, const _LD_Info& vd, int slot) {
     std::optional<_Block_Info> model = find<_Block_Info>(context, vd.BlockIDs[slot]);
-    for (int i = 0; !model && i < geometryOf(vd).disks; i++)
+    for (int i = 0; !model && i < geometryOf(vd).disks; ++i)
         model = find<_Block_Info>(context, vd.BlockIDs[i]);
     return model;
 }
@@ -181,7 +181,7 @@ KT_U64 placeMember(const Context& context, const Group& group, int slot, KT_U16 
 std::vector<KT_U16> blocksFor(const Context& context, const Group& group, KT_U16 pd) {
     std::vector<KT_U16> found;
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && std::find(group.vds.begin(), group.vds.end(), block->LDID) != group.vds.end())
             found.push_back(block->ID);
@@ -208,7 +208,7 @@ void adoptCopies(const Context& context, const Group& group, int slot, KT_U16 pd
 static void emptySlots(const Context& context, const Group& group, KT_U16 pd) {
     Array array = {};
     if (group.dgid == KT_NO_ID || findArray(context, group.dgid, array) != KT_OK) return;
-    for (int i = 0; i < group.geometry.disks; i++)
+    for (int i = 0; i < group.geometry.disks; ++i)
         if (array.state.members[i] == pd) array.state.members[i] = KT_NO_ID;
     listMembers(array);
     saveArray(context, array);

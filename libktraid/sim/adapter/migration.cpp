@@ -10,12 +10,12 @@
 
 namespace sim {
 
-/* Where a group is to go. */
+// Where a group is to go.
 struct Journey {
     Group from;
     Geometry to;
-    std::vector<KT_U16> disks;   /* by slot of the target */
-    std::vector<KT_U16> arrived; /* those of them that are new */
+    std::vector<KT_U16> disks;   // by slot of the target
+    std::vector<KT_U16> arrived; // those of them that are new
 };
 
 static bool anotherMigrates(const Context& context, Owner owner) {
@@ -33,7 +33,7 @@ static bool isMigratable(KT_U8 level) {
 
 static KT_U8 checkArrivals(const Context& context, Journey& journey) {
     const Sharing sharing = sharesDisks(adapterInfo(context), journey.to.level) ? Sharing::Part : Sharing::Whole;
-    for (size_t i = 0; i < journey.disks.size(); i++) {
+    for (size_t i = 0; i < journey.disks.size(); ++i) {
         const KT_U16 pd = journey.disks[i];
         const auto here = journey.disks.begin() + static_cast<std::ptrdiff_t>(i);
         if (std::find(journey.disks.begin(), here, pd) != here) return KT_ERR_PD_COUNT;
@@ -52,7 +52,7 @@ static KT_U8 checkArrivals(const Context& context, Journey& journey) {
     return KT_OK;
 }
 
-/* Fills in the journey and checks what its size depends on: that the level takes that many disks. */
+// Fills in the journey and checks what its size depends on: that the level takes that many disks.
 static KT_U8 planJourney(const Context& context, KT_U8 level, KT_U8 parity, const KT_U16* disks, int count, bool array,
                          Journey& journey) {
     const _Adapter_Info adapter = adapterInfo(context);
@@ -70,7 +70,7 @@ static KT_U8 planJourney(const Context& context, KT_U8 level, KT_U8 parity, cons
     return migratable ? KT_U8{KT_OK} : KT_U8{KT_ERR_MIGRATION_UNSUPPORTED};
 }
 
-/* All else that does not depend on what is going on now. */
+// All else that does not depend on what is going on now.
 static KT_U8 checkJourney(const Context& context, Journey& journey) {
     const Geometry& from = journey.from.geometry;
     if (redundancyRank(journey.to.level) < redundancyRank(from.level)) return KT_ERR_MIGRATION_UNSUPPORTED;
@@ -80,10 +80,10 @@ static KT_U8 checkJourney(const Context& context, Journey& journey) {
     return same ? KT_U8{KT_ERR_MIGRATION_UNNECESSARY} : KT_U8{KT_OK};
 }
 
-/* The block that the virtual disk gets on a disk new to it: as large as the others, at the same place if it can be. */
+// The block that the virtual disk gets on a disk new to it: as large as the others, at the same place if it can be.
 static KT_U8 addArrival(const Context& context, const _LD_Info& vd, KT_U16 pd, KT_U16& id) {
     std::optional<_Block_Info> block;
-    for (int i = 0; !block && i < geometryOf(vd).disks; i++)
+    for (int i = 0; !block && i < geometryOf(vd).disks; ++i)
         block = find<_Block_Info>(context, vd.BlockIDs[i]);
     Disk disk = {};
     if (!block || findDisk(context, pd, disk) != KT_OK) return KT_ERR_VD_NOT_READY;
@@ -114,7 +114,7 @@ static KT_U8 layOutTarget(const Context& context, const Journey& journey, const 
     target.info.BGAStatus = KT_STATE_NONE;
     std::fill(std::begin(target.info.BlockIDs), std::end(target.info.BlockIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(target.homes), std::end(target.homes), KT_U16{KT_NO_ID});
-    for (size_t slot = 0; slot < journey.disks.size(); slot++) {
+    for (size_t slot = 0; slot < journey.disks.size(); ++slot) {
         const auto& members = journey.from.members;
         const auto member = std::find(members.begin(), members.end(), journey.disks[slot]);
         KT_U8 status = KT_OK;
@@ -138,7 +138,7 @@ static KT_U8 startJourney(const Context& context, const Journey& journey) {
         if (!vd) continue;
         const KT_U8 status = layOutTarget(context, journey, *vd);
         if (status != KT_OK) return status;
-        work += 2 * shareOf(context, *vd); /* all is read and written again */
+        work += 2 * shareOf(context, *vd); // all is read and written again
     }
     startJob(context, journey.from.owner, KT_BGA_MIGRATION, work, KT_NO_ID);
     arbitrate(context);
@@ -206,17 +206,17 @@ KT_U8 startArrayMigration(const Context& context, _CreateOrModify_DG_Param& para
     return size < array.info.TotalManagedSpace ? KT_U8{KT_ERR_TARGET_TOO_SMALL} : startJourney(context, journey);
 }
 
-/* The disks of the target by slot. */
+// The disks of the target by slot.
 static std::vector<KT_U16> targetDisks(const Context& context, const _LD_Info& target) {
     std::vector<KT_U16> disks;
-    for (int i = 0; i < geometryOf(target).disks; i++) {
+    for (int i = 0; i < geometryOf(target).disks; ++i) {
         const auto block = find<_Block_Info>(context, target.BlockIDs[i]);
         disks.push_back(block ? block->HDID : KT_U16{KT_NO_ID});
     }
     return disks;
 }
 
-/* The virtual disk becomes what it was turning into; what is not about its make-up stays as it is now. */
+// The virtual disk becomes what it was turning into; what is not about its make-up stays as it is now.
 static void arriveVd(const Context& context, KT_U16 id, const VdTarget& target) {
     Vd vd = {};
     if (findVd(context, id, vd) != KT_OK) return;
@@ -227,7 +227,7 @@ static void arriveVd(const Context& context, KT_U16 id, const VdTarget& target) 
     vd.info.Size = target.info.Size;
     std::copy(std::begin(target.info.BlockIDs), std::end(target.info.BlockIDs), vd.info.BlockIDs);
     std::copy(std::begin(target.homes), std::end(target.homes), vd.state.homes);
-    vd.state.initialized = 1; /* all of it was written anew */
+    vd.state.initialized = 1; // all of it was written anew
     saveVd(context, vd);
     erase<VdTarget>(context, id);
 }
@@ -238,7 +238,7 @@ static void arriveArray(const Context& context, KT_U16 id, const VdTarget& targe
     const _LD_Info& model = target.info;
     const std::vector<KT_U16> disks = targetDisks(context, model);
     KT_U64 shares[MAX_SLOTS] = {};
-    for (int i = 0; i < array.info.VDSlotCount; i++)
+    for (int i = 0; i < array.info.VDSlotCount; ++i)
         shares[i] = slotShare(array, i);
     array.info.RaidMode = model.RaidMode;
     array.info.NumParityDisk = model.NumParityDisk;
@@ -248,7 +248,7 @@ static void arriveArray(const Context& context, KT_U16 id, const VdTarget& targe
     std::copy(disks.begin(), disks.end(), array.state.members);
     std::copy(std::begin(target.homes), std::end(target.homes), array.state.homes);
     listMembers(array);
-    for (int i = 0; i < array.info.VDSlotCount; i++)
+    for (int i = 0; i < array.info.VDSlotCount; ++i)
         array.info.VDSlotSize[i] = capacityOf(geometryOf(array), shares[i]);
     array.info.TotalManagedSpace = capacityOf(geometryOf(array), array.info.SmallestAvailablePDSize);
     countFreeSlots(array);

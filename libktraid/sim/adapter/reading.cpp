@@ -15,23 +15,23 @@ namespace sim {
 
 enum : KT_U8 { SENSE_MEDIUM_ERROR = 3, ASC_READ_ERROR = 0x11 };
 enum ScsiCommand : KT_U8 { SCSI_READ_10 = 0x28, SCSI_VERIFY_10 = 0x2F, SCSI_READ_16 = 0x88, SCSI_VERIFY_16 = 0x8F };
-/* The last value of the events about bad sectors. */
+// The last value of the events about bad sectors.
 enum : KT_U32 { FLAG_MEDIUM = 0, FLAG_LOST = 1 };
 
-/* A stretch of one disk that an activity goes through from its start to its end. */
+// A stretch of one disk that an activity goes through from its start to its end.
 struct Pass {
     KT_U16 pd;
     KT_U64 start;
     KT_U64 sectors;
     KT_U32 sectorSize;
-    KT_U64 base;  /* KiB of the activity's work before it comes to this stretch */
-    KT_U64 scale; /* KiB of work for each KiB of it */
+    KT_U64 base;  // KiB of the activity's work before it comes to this stretch
+    KT_U64 scale; // KiB of work for each KiB of it
     bool writes;
-    KT_U16 vd; /* KT_NO_ID: what it reads is not looked at as part of a virtual disk */
+    KT_U16 vd; // KT_NO_ID: what it reads is not looked at as part of a virtual disk
     int slot;
 };
 
-/* What goes on: whose activity, and the virtual disk that the passes are through. */
+// What goes on: whose activity, and the virtual disk that the passes are through.
 struct Run {
     Owner owner;
     const Activity& job;
@@ -45,7 +45,7 @@ static Pass passThrough(const _Block_Info& block, KT_U64 base, int slot, bool wr
 
 static std::vector<std::optional<_Block_Info>> slotsOf(const Context& context, const _LD_Info& vd) {
     std::vector<std::optional<_Block_Info>> blocks;
-    for (int i = 0; i < geometryOf(vd).disks; i++)
+    for (int i = 0; i < geometryOf(vd).disks; ++i)
         blocks.push_back(find<_Block_Info>(context, vd.BlockIDs[i]));
     return blocks;
 }
@@ -54,11 +54,11 @@ static bool isInitialisation(KT_U8 kind) {
     return kind == KT_BGA_INIT_QUICK || kind == KT_BGA_INIT_FOREGROUND || kind == KT_BGA_INIT_BACKGROUND;
 }
 
-/* Checks read every member, initialisations write them as far as they go. */
+// Checks read every member, initialisations write them as far as they go.
 static void addWhole(const Context& context, const _LD_Info& vd, Run& run) {
     const auto blocks = slotsOf(context, vd);
     const bool writes = isInitialisation(run.job.kind);
-    for (size_t i = 0; i < blocks.size(); i++) {
+    for (size_t i = 0; i < blocks.size(); ++i) {
         if (!blocks[i]) continue;
         Pass pass = passThrough(*blocks[i], 0, static_cast<int>(i), writes);
         pass.sectors = std::min(pass.sectors, kibToSectors(run.job.work, pass.sectorSize));
@@ -67,17 +67,17 @@ static void addWhole(const Context& context, const _LD_Info& vd, Run& run) {
 }
 
 static bool feedsTarget(const Geometry& geometry, const std::vector<std::optional<_Block_Info>>& blocks, int slot) {
-    for (size_t i = 0; i < blocks.size(); i++) {
+    for (size_t i = 0; i < blocks.size(); ++i) {
         const bool filled = blocks[i] && blocks[i]->Status == BLOCK_REBUILDING;
         if (filled && inSameSet(geometry, static_cast<int>(i), slot)) return true;
     }
     return false;
 }
 
-/* A rebuild fills the new members from those that share data with them. */
+// A rebuild fills the new members from those that share data with them.
 static void addRebuild(const Context& context, const _LD_Info& vd, KT_U64 base, Run& run) {
     const auto blocks = slotsOf(context, vd);
-    for (size_t i = 0; i < blocks.size(); i++) {
+    for (size_t i = 0; i < blocks.size(); ++i) {
         const auto slot = static_cast<int>(i);
         if (!blocks[i]) continue;
         const bool target = blocks[i]->Status == BLOCK_REBUILDING;
@@ -86,10 +86,10 @@ static void addRebuild(const Context& context, const _LD_Info& vd, KT_U64 base, 
     }
 }
 
-/* The block that the virtual disk has on the disk it copies back to. */
+// The block that the virtual disk has on the disk it copies back to.
 static std::optional<_Block_Info> copyOf(const Context& context, const _LD_Info& vd, KT_U16 pd) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && block->LDID == vd.ID && block->Status == BLOCK_COPYING) return block;
     }
@@ -106,7 +106,7 @@ static void addCopy(const Context& context, const Group& group, const _LD_Info& 
     if (source) run.passes.push_back(passThrough(*source, base, slot, false));
 }
 
-/* A migration reads the members and writes those that arrive; each counts, so that the work is twice their size. */
+// A migration reads the members and writes those that arrive; each counts, so that the work is twice their size.
 static void addMigration(const Context& context, const _LD_Info& vd, KT_U64 base, Run& run) {
     const auto blocks = slotsOf(context, vd);
     const auto target = find<VdTarget>(context, vd.ID);
@@ -116,12 +116,12 @@ static void addMigration(const Context& context, const _LD_Info& vd, KT_U64 base
         run.passes.push_back(passThrough(block, base, static_cast<int>(slot), writes));
         run.passes.back().scale = 2;
     };
-    for (size_t i = 0; i < blocks.size(); i++) {
+    for (size_t i = 0; i < blocks.size(); ++i) {
         if (!blocks[i]) continue;
         members.insert(blocks[i]->ID);
         add(*blocks[i], i, false);
     }
-    for (size_t i = 0; i < arriving.size(); i++)
+    for (size_t i = 0; i < arriving.size(); ++i)
         if (arriving[i] && !members.count(arriving[i]->ID)) add(*arriving[i], i, true);
 }
 
@@ -156,13 +156,13 @@ static Run runOf(const Context& context, Owner owner, const Activity& job) {
     return run;
 }
 
-/* Where on the disk the first piece begins that is not done yet when `done` KiB of the work are. */
+// Where on the disk the first piece begins that is not done yet when `done` KiB of the work are.
 static KT_U64 lbaAt(const Pass& pass, KT_U64 done) {
     const KT_U64 pieces = done > pass.base ? (done - pass.base) / pass.scale / PIECE_KIB : 0;
     return pass.start + std::min(kibToSectors(pieces * PIECE_KIB, pass.sectorSize), pass.sectors);
 }
 
-/* The work done when the piece is that the sector lies in. */
+// The work done when the piece is that the sector lies in.
 static KT_U64 workAt(const Pass& pass, KT_U64 lba, KT_U64 work) {
     const KT_U64 piece = sectorsToKib(lba - pass.start, pass.sectorSize) / PIECE_KIB;
     return std::min(pass.base + (piece + 1) * PIECE_KIB * pass.scale, work);
@@ -172,7 +172,7 @@ static KT_U64 nextOn(const Context& context, const Pass& pass, const Activity& j
     KT_U64 next = NEVER;
     forEachBadSector(context, pass.pd, lbaAt(pass, job.done), pass.start + pass.sectors,
                      [&](KT_U64 lba, const BadSector& sector) {
-                         /* A drive that is only asked to verify cannot tell wrong data. */
+                         // A drive that is only asked to verify cannot tell wrong data.
                          if (sector.flaw == FLAW_WRONG && pass.vd == KT_NO_ID) return true;
                          next = workAt(pass, lba, job.work);
                          return false;
@@ -187,7 +187,7 @@ static KT_U64 nextOf(const Context& context, const Run& run) {
     return next;
 }
 
-/* Cheaply false on an adapter whose disks are all sound. */
+// Cheaply false on an adapter whose disks are all sound.
 static bool mayMeet(const Context& context, const Activity& job) {
     return job.state == KT_STATE_RUNNING && job.done < job.work && anyBadSector(context);
 }
@@ -196,17 +196,17 @@ KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& job) {
     return mayMeet(context, job) ? nextOf(context, runOf(context, owner, job)) : NEVER;
 }
 
-/* Bad sectors beside each other that fare alike. */
+// Bad sectors beside each other that fare alike.
 struct Stretch {
     KT_U64 first;
     KT_U32 count;
     KT_U32 known;
     KT_U8 flaw;
-    bool lost; /* nothing says any more what it held */
+    bool lost; // nothing says any more what it held
     bool repaired;
 };
 
-/* Whether what the sector of a member holds can be made from the others. */
+// Whether what the sector of a member holds can be made from the others.
 static bool canRegenerate(const Context& context, KT_U16 vdId, const _Block_Info& block, KT_U64 lba) {
     Vd vd = {};
     if (findVd(context, vdId, vd) != KT_OK || !isUsable(vd.info)) return false;
@@ -230,7 +230,7 @@ static void logSense(const Context& context, const Pass& pass, KT_U64 lba) {
         pass.vd == KT_NO_ID ? (far ? SCSI_VERIFY_16 : SCSI_VERIFY_10) : (far ? SCSI_READ_16 : SCSI_READ_10);
     event.Params[1] = SENSE_MEDIUM_ERROR;
     event.Params[2] = ASC_READ_ERROR;
-    /* Fixed format; the sector where it has room for it. */
+    // Fixed format; the sector where it has room for it.
     const KT_U8 sense[18] = {static_cast<KT_U8>(far ? 0x70 : 0xF0),
                              0,
                              SENSE_MEDIUM_ERROR,
@@ -255,14 +255,14 @@ static void logStretch(const Context& context, KT_U16 code, KT_U8 severity, KT_U
              stretch.flaw == FLAW_LOST ? FLAG_LOST : FLAG_MEDIUM);
 }
 
-/* Lost data, and the pass that would have read it. */
+// Lost data, and the pass that would have read it.
 struct Loss {
     const Pass* from;
     Stretch stretch;
 };
 
-/* Whether what the other pass writes needs the data: the slots that a rebuild fills from it, or the whole row of
-   stripes when a migration lays it out anew. */
+// Whether what the other pass writes needs the data: the slots that a rebuild fills from it, or the whole row of
+// stripes when a migration lays it out anew.
 static bool suffers(const Context& context, const Run& run, const Pass& from, const Pass& other) {
     const auto vd = find<_LD_Info>(context, from.vd);
     if (!vd || other.vd != from.vd || other.pd == from.pd) return false;
@@ -270,19 +270,19 @@ static bool suffers(const Context& context, const Run& run, const Pass& from, co
     return other.writes && (run.job.kind == KT_BGA_COPY_BACK || inSameSet(geometryOf(*vd), other.slot, from.slot));
 }
 
-/* What cannot be written for want of the data is marked, so that nobody takes it for good. */
+// What cannot be written for want of the data is marked, so that nobody takes it for good.
 static void markLost(const Context& context, const Run& run, const Loss& loss) {
     for (const Pass& pass : run.passes) {
         if (!suffers(context, run, *loss.from, pass)) continue;
         Stretch lost = {pass.start + (loss.stretch.first - loss.from->start), 0, 0, FLAW_LOST, true, false};
-        for (KT_U32 i = 0; i < loss.stretch.count && lost.first + i < pass.start + pass.sectors; i++)
+        for (KT_U32 i = 0; i < loss.stretch.count && lost.first + i < pass.start + pass.sectors; ++i)
             if (addBadSector(context, pass.pd, lost.first + i, BadSector{FLAW_LOST, 0, {}})) lost.count++;
         if (lost.count) logStretch(context, EVT_BAD_SECTOR, SEV_MAJOR, pass.pd, lost);
     }
 }
 
 static void forgetStretch(const Context& context, KT_U16 pd, const Stretch& stretch) {
-    for (KT_U32 i = 0; i < stretch.count; i++)
+    for (KT_U32 i = 0; i < stretch.count; ++i)
         eraseBadSector(context, pd, stretch.first + i);
 }
 
@@ -295,7 +295,7 @@ static void finishStretch(const Context& context, const Pass& pass, const Stretc
     if (stretch.flaw == FLAW_UNREADABLE) countReassigned(context, pass.pd, stretch.count, stretch.count);
 }
 
-/* The bad sectors of the pass in the pieces done since, of those flaws that are read as errors (or as data). */
+// The bad sectors of the pass in the pieces done since, of those flaws that are read as errors (or as data).
 using Found = std::vector<std::pair<KT_U64, BadSector>>;
 static Found foundOn(const Context& context, const Pass& pass, const Activity& job, bool errors) {
     const KT_U64 done = activityDone(job, context.now);
@@ -308,7 +308,7 @@ static Found foundOn(const Context& context, const Pass& pass, const Activity& j
     return found;
 }
 
-/* One found sector by itself, its fate decided; `spare` is how many the drive can still put elsewhere. */
+// One found sector by itself, its fate decided; `spare` is how many the drive can still put elsewhere.
 static Stretch judge(const Context& context, const Run& run, KT_U16 pd, KT_U64 lba, const BadSector& sector,
                      KT_U32& spare) {
     const auto block = blockAt(context, pd, lba);
@@ -347,7 +347,7 @@ static void readErrors(const Context& context, const Run& run, const Pass& pass,
     }
 }
 
-/* The LBA of the virtual disk that the sector of a member counts as; NEVER beyond its end. */
+// The LBA of the virtual disk that the sector of a member counts as; NEVER beyond its end.
 static KT_U64 inconsistentLba(const _LD_Info& vd, const Pass& pass, KT_U64 lba) {
     const KT_U64 sector = KT_U64{std::max(vd.BlockSize, 512U)} * std::max<KT_U8>(vd.SectorCoefficient, 1);
     const KT_U64 stripe = KT_U64{std::max<KT_U16>(vd.StripeBlockSize, 1)} * 1024;
@@ -355,7 +355,7 @@ static KT_U64 inconsistentLba(const _LD_Info& vd, const Pass& pass, KT_U64 lba) 
     return place / 1024 < vd.Size ? place / sector : NEVER;
 }
 
-/* Whether nothing but this member says what the new ones are to hold. */
+// Whether nothing but this member says what the new ones are to hold.
 static bool isOnlySource(const Context& context, const Pass& pass, KT_U64 lba) {
     const auto block = blockAt(context, pass.pd, lba);
     return block && !canRegenerate(context, pass.vd, *block, lba);
@@ -368,7 +368,7 @@ static void moveWrongData(const Context& context, const Run& run, const Pass& fr
     }
 }
 
-/* Data that is wrong reads well: only checks compare. What is made from it agrees with it from then on. */
+// Data that is wrong reads well: only checks compare. What is made from it agrees with it from then on.
 static void readWrongData(const Context& context, const Run& run, const Pass& pass, std::set<KT_U64>& inconsistent) {
     const auto vd = find<_LD_Info>(context, pass.vd);
     for (const auto& [lba, sector] : foundOn(context, pass, run.job, false)) {
@@ -392,7 +392,7 @@ static void logInconsistent(const Context& context, KT_U16 vd, const std::set<KT
     }
 }
 
-/* Writing puts right what was wrong: the drive has another sector ready, and the data is new. */
+// Writing puts right what was wrong: the drive has another sector ready, and the data is new.
 static void overwrite(const Context& context, const Run& run, const Pass& pass) {
     KT_U32 reassigned = 0;
     KT_U32 known = 0;
@@ -415,7 +415,7 @@ void meetBadSectors(const Context& context, Owner owner, const Activity& job) {
     if (nextOf(context, run) > activityDone(job, context.now)) return;
     std::set<KT_U64> inconsistent;
     std::vector<Loss> losses;
-    /* First what is written: marks of lost data are put on it. */
+    // First what is written: marks of lost data are put on it.
     for (const Pass& pass : run.passes)
         if (pass.writes) overwrite(context, run, pass);
     for (const Pass& pass : run.passes)

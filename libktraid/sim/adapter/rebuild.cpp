@@ -11,7 +11,7 @@
 namespace sim {
 
 static int slotInNeed(const Group& group) {
-    for (int i = 0; i < group.geometry.disks; i++)
+    for (int i = 0; i < group.geometry.disks; ++i)
         if (group.needsDisk[static_cast<size_t>(i)]) return i;
     return -1;
 }
@@ -20,11 +20,11 @@ static bool isMember(const Group& group, KT_U16 pd) {
     return std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
 }
 
-/* Slots that an aborted rebuild left half filled count as needing a disk again. */
+// Slots that an aborted rebuild left half filled count as needing a disk again.
 static void reopenAborted(const Context& context, Group& group) {
     const Activity job = jobOf(context, group.owner);
     if (job.kind != KT_BGA_REBUILD || job.state != KT_STATE_ABORTED) return;
-    for (size_t i = 0; i < group.members.size(); i++)
+    for (size_t i = 0; i < group.members.size(); ++i)
         if (group.members[i] == job.disk) group.needsDisk[i] = true;
 }
 
@@ -53,7 +53,7 @@ static void logSpareUsed(const Context& context, const Group& group, KT_U16 pd) 
 
 static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, int count) {
     KT_U64 work = 0;
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         const int slot = slotInNeed(group);
         if (slot < 0) return KT_ERR_PD_COUNT;
         KT_U8 status = KT_OK;
@@ -102,7 +102,7 @@ KT_U8 startArrayRebuild(const Context& context, KT_U16 id, const KT_U16* pds, in
     reopenAborted(context, group);
     if (slotInNeed(group) < 0) return KT_ERR_VD_FUNCTIONAL;
     if (count < 1 || count > group.geometry.disks) return KT_ERR_PD_COUNT;
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         Disk disk = {};
         const KT_U8 target = checkRebuildTarget(context, group, pds[i], disk);
         if (target != KT_OK) return target;
@@ -119,7 +119,7 @@ static bool copyBackOn(const Context& context) {
     return adapterConfig(context).CopyBackOn == 1 && (adapterInfo(context).Features & KT_FEATURE_COPY_BACK) != 0;
 }
 
-/* Whether the disk may take its own place in the group again: unused, or outside arrays beside what else it holds. */
+// Whether the disk may take its own place in the group again: unused, or outside arrays beside what else it holds.
 static bool canComeHome(const Group& group, const Disk& disk) {
     const KT_U8 ruledOut = KT_PD_SPARE | KT_PD_OFFLINE | KT_PD_FOREIGN;
     if ((disk.state.raid & ruledOut) || disk.state.hasOs || disk.state.hasMbr) return false;
@@ -127,19 +127,19 @@ static bool canComeHome(const Group& group, const Disk& disk) {
     return group.dgid == KT_NO_ID || !(disk.state.raid & KT_PD_MEMBER);
 }
 
-/* How gladly the disk is used to rebuild the slot: 0 = not at all, then a spare of the adapter, a spare of the array, a
-   disk that is back in its old place. */
+// How gladly the disk is used to rebuild the slot: 0 = not at all, then a spare of the adapter, a spare of the array, a
+// disk that is back in its old place.
 static int willingness(const Group& group, const Disk& disk, KT_U16 home) {
     const KT_U8 raid = disk.state.raid;
     if (disk.state.config.HDID == home && canComeHome(group, disk)) return 3;
     if ((raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) || isMember(group, disk.state.config.HDID)) return 0;
-    /* Outside arrays a lost disk may have carried several virtual disks, for all of which one spare stands in. */
+    // Outside arrays a lost disk may have carried several virtual disks, for all of which one spare stands in.
     if ((raid & KT_PD_SPARE_IN_USE) && group.dgid != KT_NO_ID) return 0;
     if (raid & KT_PD_DEDICATED_SPARE) return disk.state.dgid == group.dgid ? 2 : 0;
     return raid & KT_PD_GLOBAL_SPARE ? 1 : 0;
 }
 
-/* Once, not whenever the adapter looks for a disk again. */
+// Once, not whenever the adapter looks for a disk again.
 static void tellTooSmall(const Context& context, KT_U16 pd, KT_U8 what) {
     auto disk = find<PdState>(context, pd);
     if (!disk || (disk->toldTooSmall & what) != 0) return;
@@ -148,7 +148,7 @@ static void tellTooSmall(const Context& context, KT_U16 pd, KT_U8 what) {
     logEvent(context, EVT_MISC, what == TOLD_REBUILD ? 20 : 21, pd, SEV_WARNING);
 }
 
-/* The disk to rebuild onto by itself, the smallest of the most willing ones, or KT_NO_ID. */
+// The disk to rebuild onto by itself, the smallest of the most willing ones, or KT_NO_ID.
 static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) {
     KT_U16 best = KT_NO_ID;
     int bestWill = 0;
@@ -185,13 +185,13 @@ static void rebuildByItself(const Context& context, Owner owner) {
             startOn(context, group, &pd, 1);
             return;
         }
-        group.needsDisk[static_cast<size_t>(slot)] = false; /* another slot may have its own disk back */
+        group.needsDisk[static_cast<size_t>(slot)] = false; // another slot may have its own disk back
     }
 }
 
-/* The slot in which a spare stands for a disk that could have its place back, or -1. */
+// The slot in which a spare stands for a disk that could have its place back, or -1.
 static int slotToCopyBack(const Context& context, const Group& group) {
-    for (size_t i = 0; i < group.members.size(); i++) {
+    for (size_t i = 0; i < group.members.size(); ++i) {
         const auto spare = find<PdState>(context, group.members[i]);
         Disk home = {};
         if (!spare || !(spare->raid & KT_PD_SPARE_IN_USE) || group.homes[i] == group.members[i]) continue;
@@ -227,7 +227,7 @@ void engageSpares(const Context& context) {
     }
 }
 
-/* A spare that nobody will relieve becomes a member like any other. */
+// A spare that nobody will relieve becomes a member like any other.
 static void settleSpare(const Context& context, KT_U16 pd) {
     const auto disk = find<PdState>(context, pd);
     if (disk && (disk->raid & KT_PD_SPARE_IN_USE) && !copyBackOn(context)) dropSpareRole(context, pd);
@@ -236,7 +236,7 @@ static void settleSpare(const Context& context, KT_U16 pd) {
 void finishRebuild(const Context& context, Owner owner) {
     const Activity job = jobOf(context, owner);
     const Group group = groupOf(context, owner);
-    for (size_t slot = 0; slot < group.members.size(); slot++) {
+    for (size_t slot = 0; slot < group.members.size(); ++slot) {
         bool rebuilt = false;
         for (const KT_U16 id : blocksFor(context, group, group.members[slot])) {
             auto block = find<_Block_Info>(context, id);
@@ -262,14 +262,14 @@ void finishCopyBack(const Context& context, Owner owner) {
     const Group group = groupOf(context, owner);
     dropJob(context, owner);
     logJob(context, owner, job, STEP_COMPLETED);
-    for (size_t slot = 0; slot < group.members.size(); slot++) {
+    for (size_t slot = 0; slot < group.members.size(); ++slot) {
         if (group.homes[slot] == job.disk) adoptCopies(context, group, static_cast<int>(slot), job.disk);
     }
     refreshGroup(context, group);
     engageSpares(context);
 }
 
-/* Whether the disk holds anything for the group that is not filled yet. */
+// Whether the disk holds anything for the group that is not filled yet.
 static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) {
     for (const KT_U16 id : blocksFor(context, group, pd)) {
         const auto block = find<_Block_Info>(context, id);

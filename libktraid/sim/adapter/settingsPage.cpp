@@ -33,7 +33,7 @@ static KT_U8& byteAt(Record& record, size_t offset) {
 
 static KT_U8 sumOf(const _HBA_Info_Page& page) {
     KT_U8 sum = 0;
-    for (size_t i = 0; i < sizeof page; i++)
+    for (size_t i = 0; i < sizeof page; ++i)
         sum = static_cast<KT_U8>(sum + reinterpret_cast<const KT_U8*>(&page)[i]);
     return sum;
 }
@@ -64,7 +64,7 @@ static _HBA_Info_Page factoryPage(const Context& context) {
     memcpy(page.Serial_Num, info.SerialNo, sizeof page.Serial_Num);
     memcpy(page.model_number, info.ModelNumber, sizeof page.model_number);
     memcpy(page.SAS_Address, info.PortSasAddress, sizeof page.SAS_Address);
-    for (size_t port = 0; port < PAGE_PORTS; port++) {
+    for (size_t port = 0; port < PAGE_PORTS; ++port) {
         page.PHY_Rate[port] = RATE_3GB;
         page.PHY_Tuning[port] = _PHY_Tuning{0x6, 0x2, 0x20, 1, 0};
     }
@@ -95,12 +95,12 @@ static bool pageIsSound(const _HBA_Info_Page& page) {
     return isSigned(page) && sumOf(page) == 0 && rates;
 }
 
-/* The adapter's record and settings after a page was written. */
+// The adapter's record and settings after a page was written.
 static void applyPage(const Context& context, const _HBA_Info_Page& page) {
     _Adapter_Info info = adapterInfo(context);
     memcpy(info.SerialNo, page.Serial_Num, sizeof info.SerialNo);
     memcpy(info.ModelNumber, page.model_number, sizeof info.ModelNumber);
-    for (size_t port = 0; port < std::min<size_t>(info.PortCount, PAGE_PORTS); port++)
+    for (size_t port = 0; port < std::min<size_t>(info.PortCount, PAGE_PORTS); ++port)
         memcpy(info.PortSasAddress[port], page.SAS_Address[port], sizeof page.SAS_Address[port]);
     info.hba_info_img_health = 1;
     save(context, 0, info);

@@ -11,7 +11,7 @@
 namespace sim {
 
 enum : KT_U16 { EVT_BAD_BLOCKS_80 = 13, EVT_BAD_BLOCKS_FULL = 14 };
-static const KT_U32 BAD_BLOCK_TABLE = 512; /* sectors a disk can reassign */
+static const KT_U32 BAD_BLOCK_TABLE = 512; // sectors a disk can reassign
 
 enum Counter : KT_U8 {
     READ_ERRORS,
@@ -29,7 +29,7 @@ enum Counter : KT_U8 {
     NOTHING
 };
 
-/* An attribute: its value falls from `start` by one for every `perPoint` of its counter (0 = never). */
+// An attribute: its value falls from `start` by one for every `perPoint` of its counter (0 = never).
 struct Attribute {
     KT_U8 id;
     KT_U8 start;
@@ -71,7 +71,7 @@ static const Attribute SOLID_STATE[] = {
 struct Aspect {
     const char* word;
     KT_U32 DiskAge::*count;
-    Ageing refusal = Ageing::Done; /* what the other kind of disk answers */
+    Ageing refusal = Ageing::Done; // what the other kind of disk answers
 };
 static const Aspect ASPECTS[] = {
     {"reallocated", &DiskAge::reallocated},
@@ -110,7 +110,7 @@ static KT_U64 counterOf(const Life& life, Counter counter) {
         return life.written;
     case UNCORRECTABLE:
         return life.age.uncorrectable;
-    case OFFLINE_UNCORRECTABLE: /* until they are written again, unlike what was once reported */
+    case OFFLINE_UNCORRECTABLE: // until they are written again, unlike what was once reported
         return std::min(life.age.uncorrectable, life.age.pending);
     case TEMPERATURE:
         return life.temperature;
@@ -128,7 +128,7 @@ static KT_U8 valueOf(const Attribute& attribute, KT_U64 counter) {
     return static_cast<KT_U8>(lost + 1 < attribute.start ? attribute.start - lost : 1);
 }
 
-/* The counter at the disk's worst moment; only what recovers was ever worse than now. */
+// The counter at the disk's worst moment; only what recovers was ever worse than now.
 static KT_U64 worstCounter(const Life& life, Counter counter) {
     const KT_U32 mostPending = std::max(life.age.mostPending, life.age.pending);
     if (counter == PENDING) return mostPending;
@@ -164,7 +164,7 @@ static _SMART_Info describeAll(const Life& life, const _HD_Info& disk) {
     return info;
 }
 
-/* As it is at this very moment. */
+// As it is at this very moment.
 static _SMART_Info describeNow(const Context& context, KT_U16 pd, const _HD_Info& disk) {
     Life life = lifeOf(context, pd, disk);
     life.temperature += static_cast<KT_U64>(warmthNow(context, pd));
@@ -176,7 +176,7 @@ static bool isFailing(const _SMART_Info& info) {
                        [](const _SMART_Attribute& attribute) { return attribute.Status == KT_SMART_FAILING; });
 }
 
-/* A disk that a lab calls tripped without saying why has run out of sectors to reassign. */
+// A disk that a lab calls tripped without saying why has run out of sectors to reassign.
 static void explainTrip(const PdState& state, _SMART_Info& info) {
     if (!state.smartTripped || isFailing(info)) return;
     for (_SMART_Attribute& attribute : info.Attributes) {
@@ -191,7 +191,7 @@ static bool knowsSmart(const _HD_Info& disk) {
     return (disk.FeatureSupport & KT_HD_SMART) && !(disk.HDType & (KT_HD_SAS | KT_HD_ATAPI));
 }
 
-/* KT_OK when the disk is there and speaks ATA. */
+// KT_OK when the disk is there and speaks ATA.
 static KT_U8 checkDisk(const Context& context, KT_U16 pd, _HD_Info& disk, PdState& state) {
     const auto found = find<_HD_Info>(context, pd);
     if (!found) return KT_ERR_INVALID_PD;
@@ -214,7 +214,7 @@ KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info) {
     return KT_OK;
 }
 
-/* ATA commands. */
+// ATA commands.
 
 enum : KT_U8 { ATA_READY = 0x50, ATA_ERROR = 0x51, ATA_ABORTED = 0x04, NON_DATA = 0 };
 enum : KT_U8 { SMART_ENABLE = 0xD8, SMART_DISABLE = 0xD9, SMART_FAILING_MID = 0xF4, SMART_FAILING_HIGH = 0x2C };
@@ -244,7 +244,7 @@ static bool doSetFeatures(PdState& state, const _ATA_PassThrough& command) {
     return true;
 }
 
-/* Flush cache (and ext), idle and standby immediate, check power mode: nothing that could be seen. */
+// Flush cache (and ext), idle and standby immediate, check power mode: nothing that could be seen.
 static bool isHarmless(KT_U8 command) {
     const KT_U8 harmless[] = {0xE7, 0xEA, 0xE1, 0xE0, 0xE5};
     return std::find(std::begin(harmless), std::end(harmless), command) != std::end(harmless);
@@ -272,7 +272,7 @@ KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& comman
     return KT_OK;
 }
 
-/* Ageing. */
+// Ageing.
 
 static void logTable(const Context& context, KT_U16 pd, KT_U32 before, KT_U32 now) {
     const KT_U32 most = BAD_BLOCK_TABLE * 8 / 10;
@@ -285,7 +285,7 @@ static void addTo(KT_U32& count, KT_U32 amount) {
     count = static_cast<KT_U32>(std::min<KT_U64>(KT_U64{count} + amount, 0xFFFFFFU));
 }
 
-/* Keeps what has become of the disk, with the events of thresholds that it crosses. */
+// Keeps what has become of the disk, with the events of thresholds that it crosses.
 static void keepAge(const Context& context, KT_U16 pd, DiskAge age) {
     const KT_U32 reallocated = ageOf(context, pd).reallocated;
     age.mostPending = std::max(age.mostPending, age.pending);

@@ -10,7 +10,7 @@
 
 namespace sim {
 
-/* KT_OK when the disk is free to stand by. */
+// KT_OK when the disk is free to stand by.
 static KT_U8 checkFree(const Context& context, KT_U16 pd, Disk& disk) {
     if (adapterInfo(context).AdvancedFeatures & KT_ADV_NO_SET_SPARE) return KT_ERR_NOT_ON_THIS_ADAPTER;
     const KT_U8 status = findDisk(context, pd, disk);
@@ -19,7 +19,7 @@ static KT_U8 checkFree(const Context& context, KT_U16 pd, Disk& disk) {
     return checkNewMember(context, pd, Sharing::Whole, disk);
 }
 
-/* Whether a redundant virtual disk or array of such disks exists, and one that the disk is large enough for. */
+// Whether a redundant virtual disk or array of such disks exists, and one that the disk is large enough for.
 struct Use {
     bool any;
     bool fits;

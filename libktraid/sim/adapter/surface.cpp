@@ -10,8 +10,8 @@ namespace sim {
 
 static const int LBA_BITS = 48;
 static const KT_U64 LBA_END = KT_U64{1} << LBA_BITS;
-static const KT_U64 RUN = 8;      /* a head that touches the surface spoils some neighbours ... */
-static const KT_U64 TRACK = 2000; /* ... on every track it passes; sectors, about */
+static const KT_U64 RUN = 8;      // a head that touches the surface spoils some neighbours ...
+static const KT_U64 TRACK = 2000; // ... on every track it passes; sectors, about
 
 static KT_U64 keyOf(KT_U16 pd, KT_U64 lba) {
     return KT_U64{pd} << LBA_BITS | std::min(lba, LBA_END - 1);
@@ -51,7 +51,7 @@ void knowBadSector(const Context& context, KT_U16 pd, KT_U64 lba) {
 
 bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector) {
     const auto there = badSectorAt(context, pd, lba);
-    /* Data cannot be wrong where there is none. */
+    // Data cannot be wrong where there is none.
     if (there && (there->flaw == sector.flaw || sector.flaw == FLAW_WRONG)) return false;
     if (there && there->flaw == FLAW_UNREADABLE) return false;
     if (!there && badSectorCount(context, pd) >= BAD_SECTORS_KEPT) return false;
@@ -61,7 +61,7 @@ bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector
 
 std::optional<_Block_Info> blockAt(const Context& context, KT_U16 pd, KT_U64 lba) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && lba >= block->StartLBA && lba - block->StartLBA < block->Size) return block;
     }
@@ -83,18 +83,18 @@ struct Extent {
     KT_U64 sectors;
 };
 
-/* Where bad sectors of the kind can lie. */
+// Where bad sectors of the kind can lie.
 static Extent extentFor(const Context& context, KT_U16 pd, const _HD_Info& disk, KT_U8 flaw) {
     if (flaw != FLAW_WRONG) return Extent{0, std::min(disk.Size, LBA_END)};
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); i++) {
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && isGuardedBlock(context, *block)) return Extent{block->StartLBA, block->Size};
     }
     return Extent{0, 0};
 }
 
-/* A number that follows from the disk and what is on it, the same whenever it is asked for. */
+// A number that follows from the disk and what is on it, the same whenever it is asked for.
 static KT_U64 chance(const Context& context, KT_U16 pd, const _HD_Info& disk) {
     const std::string serial(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo);
     const Digest digest = sha256(serial + std::to_string(badSectorCount(context, pd)));
@@ -110,8 +110,8 @@ KT_U32 addBadSectors(const Context& context, KT_U16 pd, const BadSector& sector,
     const KT_U64 start = chance(context, pd, *disk) % extent.sectors;
     const KT_U64 wanted = std::min<KT_U64>(count, BAD_SECTORS_KEPT);
     KT_U32 added = 0;
-    /* Those that meet an older scratch try again further on, twice as often as there can be any. */
-    for (KT_U64 i = 0; added < wanted && i < 2 * BAD_SECTORS_KEPT; i++) {
+    // Those that meet an older scratch try again further on, twice as often as there can be any.
+    for (KT_U64 i = 0; added < wanted && i < 2 * BAD_SECTORS_KEPT; ++i) {
         const KT_U64 lba = extent.start + (start + i / RUN * TRACK + i % RUN) % extent.sectors;
         if (!addBadSector(context, pd, lba, sector)) continue;
         if (added++ == 0 && first) *first = lba;
@@ -119,7 +119,7 @@ KT_U32 addBadSectors(const Context& context, KT_U16 pd, const BadSector& sector,
     return added;
 }
 
-/* Collected first: rows must not go while they are walked over. */
+// Collected first: rows must not go while they are walked over.
 static std::vector<KT_U64> sectorsWith(const Context& context, KT_U16 pd, KT_U8 flaw, KT_U64 from, KT_U64 end) {
     std::vector<KT_U64> found;
     forEachBadSector(context, pd, from, end, [&](KT_U64 lba, const BadSector& sector) {

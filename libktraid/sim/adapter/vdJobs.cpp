@@ -8,7 +8,7 @@
 
 namespace sim {
 
-/* KT_OK when a virtual disk can begin something: there, working, and nothing else under way. */
+// KT_OK when a virtual disk can begin something: there, working, and nothing else under way.
 static KT_U8 checkIdle(const Context& context, KT_U16 id, Vd& vd) {
     const KT_U8 status = findVd(context, id, vd);
     if (status != KT_OK) return status;
@@ -37,7 +37,7 @@ KT_U8 startInitialization(const Context& context, KT_U16 id, KT_U8 initType) {
     if (rule->feature && !(adapterInfo(context).Features & rule->feature)) return KT_ERR_NOT_SUPPORTED;
     if (vd.info.RaidMode == KT_RAID0 && initType != KT_INIT_QUICK) return KT_ERR_NOT_REDUNDANT;
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
-    /* Only in the background does it leave what is there. */
+    // Only in the background does it leave what is there.
     if (runsSystem(vd) && initType != KT_INIT_BACKGROUND) return KT_ERR_VD_HAS_OS;
     vd.state.initialized = 0;
     save(context, id, vd.state);
@@ -55,7 +55,7 @@ KT_U8 startCheck(const Context& context, KT_U16 id, KT_U8 fix) {
     if (status != KT_OK) return status;
     if (!isRedundant(vd.info.RaidMode)) return KT_ERR_NOT_REDUNDANT;
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
-    /* What was never made consistent can be synchronised, but a check would find nothing but differences. */
+    // What was never made consistent can be synchronised, but a check would find nothing but differences.
     if (!fix && !vd.state.initialized) return KT_ERR_VD_NOT_INITIALIZED;
     startJob(context, Owner{OwnerKind::Vd, id}, fix ? KT_BGA_CHECK_FIX : KT_BGA_CHECK, shareOf(context, vd.info),
              KT_NO_ID);
@@ -107,7 +107,7 @@ KT_U8 controlArray(const Context& context, KT_U16 id, KT_U8 control) {
     const KT_U8 status = findArray(context, id, array);
     if (status != KT_OK) return status;
     if (!isControl(control) || control == KT_CONTROL_STOP_FOR_DELETE) return KT_ERR_BGA_ACTION;
-    for (int i = 0; setsGoing(control) && i < array.info.VDSlotCount; i++) {
+    for (int i = 0; setsGoing(control) && i < array.info.VDSlotCount; ++i) {
         const auto vd = find<_LD_Info>(context, array.info.VDIDs[i]);
         if (vd && !isUsable(*vd)) return KT_ERR_VD_NOT_READY;
     }

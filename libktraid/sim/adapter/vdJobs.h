@@ -1,12 +1,11 @@
-/* Starting and steering activities as the library's calls ask for it. */
-#ifndef KTSIM_ADAPTER_VD_JOBS_H
-#define KTSIM_ADAPTER_VD_JOBS_H
+// Starting and steering activities as the library's calls ask for it.
+#pragma once
 
 #include "adapter/volumes.h"
 
 namespace sim {
 
-/* `initType` is KT_INIT_QUICK, KT_INIT_FOREGROUND or KT_INIT_BACKGROUND. */
+// `initType` is KT_INIT_QUICK, KT_INIT_FOREGROUND or KT_INIT_BACKGROUND.
 KT_U8 startInitialization(const Context& context, KT_U16 id, KT_U8 initType);
 KT_U8 startCheck(const Context& context, KT_U16 id, KT_U8 fix);
 KT_U8 startPatrol(const Context& context, KT_U16 id);
@@ -15,4 +14,3 @@ KT_U8 controlArray(const Context& context, KT_U16 id, KT_U8 control);
 KT_U8 controlPatrol(const Context& context, KT_U16 id, KT_U8 control);
 
 } // namespace sim
-#endif

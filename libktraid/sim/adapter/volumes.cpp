@@ -74,7 +74,7 @@ bool runsSystem(const PdState& disk) {
 
 KT_U64 shareOf(const Context& context, const _LD_Info& vd) {
     KT_U64 share = 0;
-    for (int i = 0; i < geometryOf(vd).disks; i++) {
+    for (int i = 0; i < geometryOf(vd).disks; ++i) {
         const auto block = find<_Block_Info>(context, vd.BlockIDs[i]);
         if (block) share = std::max(share, sectorsToKib(block->Size, block->BlockSize));
     }
@@ -84,7 +84,7 @@ KT_U64 shareOf(const Context& context, const _LD_Info& vd) {
 void listMembers(Array& array) {
     std::fill(std::begin(array.info.PDIDs), std::end(array.info.PDIDs), KT_U16{KT_NO_ID});
     array.info.PDCount = 0;
-    for (int i = 0; i < array.state.memberCount; i++)
+    for (int i = 0; i < array.state.memberCount; ++i)
         if (array.state.members[i] != KT_NO_ID) array.info.PDIDs[array.info.PDCount++] = array.state.members[i];
 }
 
@@ -93,16 +93,16 @@ static bool isHardDisk(const Context& context, KT_U16 pd) {
     return disk && disk->HD_SSD_Type == 0;
 }
 
-/* The status that the blocks in the slots give; `statusWithLost` of the level. */
+// The status that the blocks in the slots give; `statusWithLost` of the level.
 static KT_U8 statusOf(const Context& context, const _LD_Info& vd, const KT_U16* homes, const BlockTest& isLost) {
     bool lost[MAX_MEMBERS] = {};
     bool hdd[MAX_MEMBERS] = {};
     const Geometry geometry = geometryOf(vd);
     const bool hybrid = isHybridLevel(geometry.level);
-    for (int i = 0; i < geometry.disks; i++) {
+    for (int i = 0; i < geometry.disks; ++i) {
         const auto block = vd.BlockIDs[i] == KT_NO_ID ? std::nullopt : find<_Block_Info>(context, vd.BlockIDs[i]);
         lost[i] = !block || block->Status != BLOCK_GOOD || (isLost && isLost(*block));
-        /* A pulled disk cannot be asked any more; a hybrid's last slot is its hard disk unless it says otherwise. */
+        // A pulled disk cannot be asked any more; a hybrid's last slot is its hard disk unless it says otherwise.
         if (hybrid) hdd[i] = block ? isHardDisk(context, block->HDID) : isHardDisk(context, homes[i]) || i > 0;
     }
     return statusWithLost(geometry, lost, hdd);
@@ -163,7 +163,7 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
     logStatus(context, vd.info, status);
 }
 
-/* A member that is being rebuilt is there, but holds no data to rely on. */
+// A member that is being rebuilt is there, but holds no data to rely on.
 static bool isHalfFilled(const Context& context, const _DG_Info& array, int slot) {
     for (const KT_U16 id : array.VDIDs) {
         const auto vd = id == KT_NO_ID ? std::nullopt : find<_LD_Info>(context, id);
@@ -180,7 +180,7 @@ void refreshArrayStatus(const Context& context, KT_U16 id) {
     const bool none[MAX_MEMBERS] = {};
     bool missing = false;
     const Geometry geometry = geometryOf(array);
-    for (int i = 0; i < geometry.disks; i++) {
+    for (int i = 0; i < geometry.disks; ++i) {
         const auto disk = find<PdState>(context, array.state.members[i]);
         lost[i] = !disk || (disk->raid & KT_PD_OFFLINE) != 0;
         missing = missing || lost[i];
@@ -196,7 +196,7 @@ KT_U16 freeId(const Context& context, Kind kind, KT_U64 limit) {
     KT_U64 next = 0;
     RowWalk walk = beginWalk(context.store, context.adapter, kind, 0);
     while (nextRow(walk) && walk.id == next)
-        next++;
+        ++next;
     endWalk(walk);
     return next < limit ? static_cast<KT_U16>(next) : KT_U16{KT_NO_ID};
 }

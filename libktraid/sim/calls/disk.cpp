@@ -101,7 +101,7 @@ KT_U8 KT_PD_StartMediaPatrol(KT_U8 a, KT_U16 pd) {
 KT_U8 KT_PD_GetMBRInfo(KT_U8 a, _HD_MBR_Info* info) {
     return call("KT_PD_GetMBRInfo", a, Access::Read, {inOut("info", info)}, [&](Context& context) -> KT_U8 {
         if (info->HDCount > sizeof info->hasMBR) return KT_ERR_PD_COUNT;
-        for (int i = 0; i < info->HDCount; i++) {
+        for (int i = 0; i < info->HDCount; ++i) {
             const auto state = find<PdState>(context, info->HDIDs[i]);
             if (!state) return KT_ERR_INVALID_PD;
             info->hasMBR[i] = state->hasMbr;
@@ -136,7 +136,7 @@ KT_U8 KT_DiskHasOS(KT_U8 a, KT_U8 kind, KT_U8 count, const KT_U16* ids) {
                 [&](Context& context) -> KT_U8 {
                     if (kind != KT_DEVICE_VD && kind != KT_DEVICE_PD) return KT_ERR_INVALID_PARAMETER;
                     KT_U8 status = KT_OK;
-                    for (int i = 0; i < count && status == KT_OK; i++)
+                    for (int i = 0; i < count && status == KT_OK; ++i)
                         status = kind == KT_DEVICE_VD ? vdHasOs(context, ids[i]) : pdHasOs(context, ids[i]);
                     return status;
                 });

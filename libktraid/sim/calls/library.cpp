@@ -60,9 +60,9 @@ KT_U8 KT_API_RescanAdapter(void) {
     return call("KT_API_RescanAdapter", -1, Access::Write, {}, [](Context& context) -> KT_U8 {
         auto global = find<GlobalState>(context.store, ADAPTER_GLOBAL, 0);
         if (!global) return KT_ERR_FAILED;
-        global->rescanCount++;
+        ++global->rescanCount;
         save(context.store, ADAPTER_GLOBAL, 0, *global);
-        for (int adapter = 0; adapter < global->adapterCount; adapter++)
+        for (int adapter = 0; adapter < global->adapterCount; ++adapter)
             examineFlash(Context{context.store, static_cast<KT_U8>(adapter), context.now});
         return KT_OK;
     });

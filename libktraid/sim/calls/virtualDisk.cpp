@@ -12,7 +12,7 @@
 
 using namespace sim;
 
-/* Whether media patrol reads one of the disks under this virtual disk. */
+// Whether media patrol reads one of the disks under this virtual disk.
 static bool patrolled(const Context& context, const _LD_Info& vd) {
     for (const KT_U16 blockId : vd.BlockIDs) {
         if (blockId == KT_NO_ID) continue;
@@ -45,7 +45,7 @@ KT_U8 KT_LD_GetInfo(KT_U8 a, _LD_Info_Request* request) {
 }
 
 KT_U8 KT_LD_GetStatus(KT_U8 a, _LD_Status_Request* request) {
-    std::optional<bool> patrols; /* any on the adapter; looked up once */
+    std::optional<bool> patrols; // any on the adapter; looked up once
     return listCall<_LD_Info, _LD_STATUS>(
         "KT_LD_GetStatus", a, request, KT_ERR_INVALID_VD,
         [&](const Context& context, KT_U16 id, const _LD_Info& vd, _LD_STATUS& status) {
