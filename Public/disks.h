@@ -22,3 +22,12 @@ KT_U8 findFileSystems(const PdList& disks, FileSystems& found);
 
 // Reads a disk's record, by the older call where the newer one fails. False when there is none; status says why.
 bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status);
+
+// 1 when media patrol runs on none of the disks, or the user agrees to disturb it; 0 when the user declines. Only asks
+// standard input: the caller prints the question.
+int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pdIds);
+
+// On controllers that cannot mix disks of virtual disks: KT_ERR_PD_TYPES_DIFFER when a block of the disk belongs to a
+// virtual disk other than ldId (255 = to any). KT_OK for a free disk, elsewhere and in the array-based set;
+// KT_ERR_NO_RESOURCE without memory; the library's status when the blocks cannot be read.
+KT_U8 HDisFreeDiskForKelo(unsigned short pdId, unsigned short ldId);

@@ -6,9 +6,6 @@
 #include <cstring>
 #include <strings.h>
 
-#include "Public/confirm.h"
-#include "Public/listing.h"
-
 static bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -202,29 +199,6 @@ KT_U8 GetHBAInfoChksum_Flash(const _HBA_Info_Page* page) {
         sum += byte;
     }
     return static_cast<KT_U8>(sum);
-}
-
-int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pdIds) {
-    for (unsigned i = 0; i < count; ++i) {
-        _HD_RAID_Status_Request request;
-        askForItem(request, pdIds[i]);
-        if (KT_PD_GetHDRaidStatus(adapter, &request) != KT_OK) continue;
-        if (request.hdRaidStatus[0].Status & KT_PD_MEDIA_PATROL) return confirmYesOrNo() ? 1 : 0;
-    }
-    return 1;
-}
-
-KT_U8 HDisFreeDiskForKelo(unsigned short pdId, unsigned short ldId) {
-    // Older controllers, and the array-based ones, sort this out in their firmware.
-    if (currentAdapter().DevID < 0x4701 || arrayBasedRaid) return KT_OK;
-    bool taken = false;
-    KT_U16 perPage = recordsPerPage(sizeof(_Block_Info), 512);
-    ListEnd end = walkList<_Block_Info>(KT_BLK_GetInfo, EVERYTHING, perPage, [&](const _Block_Info& block) {
-        taken = taken || (block.HDID == pdId && block.LDID != KT_BLOCK_FREE && block.LDID != ldId);
-        return true;
-    });
-    if (taken) return KT_ERR_PD_TYPES_DIFFER;
-    return end.status;
 }
 
 void getHdTypeString(char* dst, const _HD_Info* disk, unsigned char withKind) {

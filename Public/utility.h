@@ -109,15 +109,6 @@ unsigned char getMaxPortNum();
 // The sum, modulo 256, of all 256 bytes of the settings page; 0 for a consistent page.
 KT_U8 GetHBAInfoChksum_Flash(const _HBA_Info_Page* page);
 
-// 1 when media patrol runs on none of the disks, or the user agrees to disturb it; 0 when the user declines. Only asks
-// standard input: the caller prints the question.
-int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pdIds);
-
-// On controllers that cannot mix disks of virtual disks: KT_ERR_PD_TYPES_DIFFER when a block of the disk belongs to a
-// virtual disk other than ldId (255 = to any). KT_OK for a free disk, elsewhere and in the array-based set;
-// KT_ERR_NO_RESOURCE without memory; the library's status when the blocks cannot be read.
-KT_U8 HDisFreeDiskForKelo(unsigned short pdId, unsigned short ldId);
-
 // A disk's protocol, with its kind (" ATAPI", " SSD") when withKind is not 0; "unknown 0x%x" with the type bits for a
 // disk of none. dst holds 32 bytes.
 void getHdTypeString(char* dst, const _HD_Info* disk, unsigned char withKind);

@@ -2,7 +2,9 @@
 
 #include <cstring>
 
-#include "Public/cfgAdapter.h"
+#include "Public/cfg/raidConfig.h"
+#include "Public/cfg/reader.h"
+#include "Public/cfg/writer.h"
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
 #include "Public/flashPage.h"

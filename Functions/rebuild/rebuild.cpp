@@ -1,6 +1,7 @@
 #include "Functions/rebuild/rebuild.h"
 
 #include "Public/activity.h"
+#include "Public/disks.h"
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 #include "Public/vdBlocks.h"

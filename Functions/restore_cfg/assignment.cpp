@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "Public/cfg/sasAddress.h"
 #include "Public/common.h"
 #include "Public/utility.h"
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "Public/cfgText.h"
+#include "Public/cfg/reader.h"
 
 inline constexpr size_t SERIAL_HEADER_SIZE = 10; // characters of a serial number before its counter
 

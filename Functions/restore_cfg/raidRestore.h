@@ -1,7 +1,7 @@
 // Replacing the current adapter's virtual disks and spares by those of a configuration text.
 #pragma once
 
-#include "Public/cfgAdapter.h"
+#include "Public/cfg/raidConfig.h"
 
 // What a virtual disk of a text is created with.
 void KT_Restore_LdCreateParam(const _LD_Info* vd, _Create_LD_Param* param);

@@ -6,6 +6,7 @@
 
 #include "Functions/restore_cfg/assignment.h"
 #include "Functions/restore_cfg/raidRestore.h"
+#include "Public/cfg/sasAddress.h"
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
 #include "Public/flashPage.h"

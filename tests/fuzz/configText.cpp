@@ -1,7 +1,9 @@
 // The reader of the configuration text: the first byte chooses the form, the rest is the file.
 #include <vector>
 
-#include "Public/cfgAdapter.h"
+#include "Public/cfg/raidConfig.h"
+#include "Public/cfg/reader.h"
+#include "Public/cfg/writer.h"
 #include "Public/common.h"
 #include "Public/utility.h"
 #include "tests/fuzz/fuzz.h"

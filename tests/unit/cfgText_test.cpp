@@ -3,7 +3,9 @@
 #include <cstring>
 #include <vector>
 
-#include "Public/cfgAdapter.h"
+#include "Public/cfg/raidConfig.h"
+#include "Public/cfg/reader.h"
+#include "Public/cfg/writer.h"
 #include "Public/common.h"
 #include "Public/utility.h"
 #include "tests/support/printed.h"

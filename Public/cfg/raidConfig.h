@@ -1,9 +1,10 @@
 // What a configuration text is made from: the adapter's settings page and its lists of virtual disks and spares.
 #pragma once
 
+#include <cstdlib>
 #include <memory>
 
-#include "Public/cfgText.h"
+#include "Public/cfg/keys.h"
 
 // The virtual disks and spares of an adapter or of a text. About 80 KiB, so it is allocated; null without memory.
 struct CfgRaid {

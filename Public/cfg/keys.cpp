@@ -1,4 +1,4 @@
-#include "Public/cfgKeys.h"
+#include "Public/cfg/keys.h"
 
 #include <bit>
 #include <cstring>

@@ -1,10 +1,18 @@
-// The keys of the configuration text: one table per section that the writer and the reader share, so that the two
-// cannot drift apart. Where they differ on purpose, a row says so.
+// The configuration text: an adapter's settings page, its ports' PHY tuning, its virtual disks and spares as a plain
+// text that people edit. Here are its keys, one table per section, which the writer and the reader share, so that the
+// two cannot drift apart. Where they differ on purpose, a row says so.
 #pragma once
 
 #include <cstddef>
 
 #include "ktraid.h"
+
+// Modes of the text: the PHY-only form holds nothing but the ports' tuning.
+enum : KT_U8 { CFG_FULL_FORM = 0, CFG_PHY_FORM = 241 };
+
+inline constexpr unsigned CFG_PORTS = 8;         // ports that the settings page has room for
+inline constexpr unsigned CFG_MOST_VDS = 255;    // virtual disks of one text; their count has eight bits
+inline constexpr unsigned CFG_MOST_SPARES = 255; // spares, likewise
 
 // What check_str answers.
 enum CfgWordCode : KT_U8 {

@@ -1,10 +1,12 @@
+#include "Public/cfg/reader.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <iterator>
 
-#include "Public/cfgText.h"
-#include "Public/common.h"
+#include "Public/cfg/sasAddress.h"
+#include "Public/output.h"
 #include "Public/utility.h"
 
 static constexpr size_t MOST_CHARACTERS = 40; // of a value
@@ -91,26 +93,6 @@ static bool readNumber(const CfgKey& key, const Value& value, KT_U32& number) {
     }
     bool fits = number != NO_NUMBER && number >= key.low && number <= key.high;
     return fits || refuse(key.outOfRange);
-}
-
-SasTextProblem readSasAddress(const char* text, size_t length, KT_U8 (&address)[8]) {
-    if (length != CFG_SAS_ADDRESS_SIZE) return SasTextProblem::Length;
-    if (text[8] != ':') return SasTextProblem::Colon;
-    KT_U8 bytes[sizeof address];
-    for (size_t half = 0; half < 2; ++half) {
-        char digits[9] = {};
-        memcpy(digits, text + 9 * half, 8);
-        if (strlen(digits) != 8 || str_isxdigit(digits) != 0) {
-            return half == 0 ? SasTextProblem::FirstDigits : SasTextProblem::LastDigits;
-        }
-        KT_U32 word = 0;
-        str_to_hex_u32(digits, &word);
-        for (size_t i = 0; i < 4; ++i) {
-            bytes[4 * half + i] = static_cast<KT_U8>(word >> (24 - 8 * i));
-        }
-    }
-    memcpy(address, bytes, sizeof address);
-    return SasTextProblem::None;
 }
 
 static bool storeSasAddress(const Reader& r) {

@@ -1,6 +1,4 @@
-#include "Public/cfgAdapter.h"
-
-#include <cstdlib>
+#include "Public/cfg/raidConfig.h"
 
 #include "Public/errorMsg.h"
 #include "Public/listing.h"

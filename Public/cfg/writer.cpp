@@ -1,7 +1,9 @@
+#include "Public/cfg/writer.h"
+
 #include <algorithm>
 #include <cstring>
 
-#include "Public/cfgText.h"
+#include "Public/cfg/sasAddress.h"
 #include "Public/common.h"
 #include "Public/utility.h"
 
@@ -22,21 +24,6 @@ static void appendWord(std::string& text, const CfgKey& key, KT_U32 value) {
     for (size_t i = 0; i < key.words.count; ++i) {
         if (key.words.words[i].value == value) text += cfgWord(key.words.words[i].code);
     }
-}
-
-std::string sasAddressText(const KT_U8 (&address)[8]) {
-    std::string text;
-    for (unsigned half = 0; half < 2; ++half) {
-        KT_U32 word = 0;
-        for (unsigned i = 0; i < 4; ++i) {
-            word = word << 8 | address[4 * half + i];
-        }
-        char digits[16];
-        KT_U16 length = fill_zero_to_str_before_u32value(digits, word);
-        if (half > 0) text += ':';
-        text.append(digits, U32_TRANSLATE_STR(digits, word, length, 16));
-    }
-    return text;
 }
 
 static void appendMembers(std::string& text, const _LD_Info& ld) {
