@@ -148,7 +148,7 @@ static bool readDisk(const ActivityCommand& command, const ActivityRequest& requ
     KT_U8 status = getItem(KT_PD_GetHDRaidStatus, request.id, role);
     if (status == KT_OK && (role.hdRaidStatus[0].Status & (KT_PD_MEMBER | KT_PD_SPARE)) == 0) {
         say(command.wrongRole, request.id, KT_OK);
-        result = 1;
+        result = command.words.refusal;
         return false;
     }
     _HD_BGA_Status_Request answer;

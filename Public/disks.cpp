@@ -38,9 +38,9 @@ KT_U8 findFileSystems(const PdList& disks, FileSystems& found) {
 }
 
 bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status) {
-    status = getItem(KT_PD_GetHDInfo_Ext, pd, request);
+    status = askItem(KT_PD_GetHDInfo_Ext, pd, request);
     if (status == KT_OK && request.header.numReturned == 1) return true;
-    status = getItem(KT_PD_GetHDInfo, pd, request);
+    status = askItem(KT_PD_GetHDInfo, pd, request);
     return status == KT_OK && request.header.numReturned == 1;
 }
 

@@ -29,11 +29,20 @@ void askForItem(Request& request, KT_U16 id) {
     request.header.numRequested = 1;
 }
 
-// Reads the item `id` into request. The answer is good when the status is KT_OK and header.numReturned is 1.
+// Asks for the item `id` and answers the library's status; whether a record came, header.numReturned says. For those
+// who have words of their own for a missing record; everybody else calls getItem.
 template <class Request>
-KT_U8 getItem(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, Request& request) {
+KT_U8 askItem(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, Request& request) {
     askForItem(request, id);
     return call(gCurrentAdapter, &request);
+}
+
+// Reads the item `id` into request. KT_OK only when its record came: a success without one is KT_ERR_FAILED, since
+// nobody may act on a record of zeroes.
+template <class Request>
+KT_U8 getItem(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, Request& request) {
+    KT_U8 status = askItem(call, id, request);
+    return status == KT_OK && request.header.numReturned == 0 ? KT_U8{KT_ERR_FAILED} : status;
 }
 
 // Which items a walk covers: all, or the one with an id.

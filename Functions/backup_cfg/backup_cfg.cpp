@@ -66,7 +66,7 @@ static bool blocksToDisks(_LD_Info& ld) {
     unsigned known = 0;
     for (unsigned i = 0; i < members && !isNoMember(ld.BlockIDs[i]); ++i) {
         _BLK_Info_Request request;
-        KT_U8 status = getItem(KT_BLK_GetInfo, ld.BlockIDs[i], request);
+        KT_U8 status = askItem(KT_BLK_GetInfo, ld.BlockIDs[i], request);
         if (status != KT_OK || request.header.numReturned != 1) continue;
         ld.BlockIDs[i] = request.blkInfo[0].HDID;
         ++known;

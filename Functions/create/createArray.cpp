@@ -64,7 +64,7 @@ static bool checkDisk(KT_U16 pd, KT_U32 sectorSize) {
         return false;
     }
     _HD_RAID_Status_Request raid;
-    status = getItem(KT_PD_GetHDRaidStatus, pd, raid);
+    status = askItem(KT_PD_GetHDRaidStatus, pd, raid);
     if (status != KT_OK || raid.header.numReturned == 0) return refuseUnreadable(pd, status);
     switch (diskRole(raid.hdRaidStatus[0].Status)) {
     case DiskRole::Offline:
@@ -122,7 +122,7 @@ static int showSize(_CreateOrModify_DG_Param& param) {
 // Gives the new array its write cache and name; an array whose settings cannot be read keeps them.
 static void setArrayCache(const _CreateOrModify_DG_Param& param, KT_BOOLEAN cacheOn) {
     _DG_Config_Request request;
-    KT_U8 status = getItem(KT_DG_GetConfig, param.DGID, request);
+    KT_U8 status = askItem(KT_DG_GetConfig, param.DGID, request);
     if (!answered(status, request.header)) return;
     _DG_CONFIG& config = request.dgConfig[0];
     config.WriteCacheOn = cacheOn;

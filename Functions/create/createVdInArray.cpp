@@ -20,7 +20,7 @@ static bool checkOptions(const char* command, const CreateV2Options& o) {
 }
 
 static bool readArray(KT_U16 id, _DG_Info_Request& request, int& result) {
-    KT_U8 status = getItem(KT_DG_GetInfo, id, request);
+    KT_U8 status = askItem(KT_DG_GetInfo, id, request);
     if (status == KT_OK && request.header.numReturned == 1) return true;
     out("Unable to get info for array %d  (error %d: %s)\n", id, status, ErrorMessage(status));
     result = status != KT_OK ? status : 1;

@@ -201,7 +201,7 @@ static int deleteArray(const DeleteOptions& o) {
 // Goes on (true) when the disk is a spare that can be released; otherwise result is what the command returns.
 static bool checkSpare(KT_U16 id, KT_U8& bits, int& result) {
     _HD_RAID_Status_Request request;
-    KT_U8 status = getItem(KT_PD_GetHDRaidStatus, id, request);
+    KT_U8 status = askItem(KT_PD_GetHDRaidStatus, id, request);
     if (status != KT_OK) {
         out("\nUnable to get info of spare %d (error %d: %s)\n", id, status, ErrorMessage(status));
         result = status;

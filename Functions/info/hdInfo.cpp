@@ -157,7 +157,7 @@ void HD_Blk_PrintInfo(const _HD_Block_Info* blocks) {
 static void reportDisk(const _HD_Info& disk) {
     KT_U16 id = disk.Link.Self.DevID;
     _HD_Config_Request config;
-    bool known = getItem(KT_PD_GetConfig, id, config) == KT_OK && config.header.numReturned == 1;
+    bool known = askItem(KT_PD_GetConfig, id, config) == KT_OK && config.header.numReturned == 1;
     KT_U8 osStatus = KT_DiskHasOS(gCurrentAdapter, KT_DEVICE_PD, 1, &id);
     HD_PrintInfo(&disk, known ? &config.hdConfig[0] : nullptr, osStatus);
 }
@@ -165,7 +165,7 @@ static void reportDisk(const _HD_Info& disk) {
 // What the disk is busy with, how much of it is usable and which blocks lie on it.
 static KT_U8 reportUse(KT_U16 id) {
     _HD_BGA_Status_Request activity;
-    KT_U8 status = getItem(KT_PD_GetBGAStatus, id, activity);
+    KT_U8 status = askItem(KT_PD_GetBGAStatus, id, activity);
     if (status != KT_OK) return status;
     HD_PrintBGAStatus(&activity.hdBgaStatus[0]);
     _HD_FreeSpaceInfo space = {};

@@ -82,8 +82,9 @@ static bool checkBlockSize(KT_U16 pd, KT_U16 id, const _DG_Info& array, int& res
     _HD_Info_Request answer;
     KT_U8 status = KT_OK;
     if (!readDisk(pd, answer, status)) {
+        if (status == KT_OK) status = KT_ERR_FAILED;
         out("Unable to get size of PD %d (error %d: %s).\n", pd, status, ErrorMessage(status));
-        result = status == KT_OK ? 1 : status;
+        result = status;
         return false;
     }
     KT_U32 size = answer.hdInfo[0].BlockSize;

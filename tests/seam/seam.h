@@ -17,6 +17,7 @@ struct Seam {
     Calls calls;                             // "KT_AES_ClearLink 3", in order
     std::map<std::string, KT_U8> statuses;   // by name, or by one of `calls`; KT_OK when absent
     std::map<std::string, std::string> sent; // the bytes of the last record handed to a call, by "name.argument"
+    std::set<std::string> withoutRecord;     // item calls, by either name, that succeed and bring no record
     // What the library answers.
     _aes_entry_info aesOverview = {};
     std::vector<_LD_Info> lds;
@@ -145,6 +146,7 @@ KT_U8 list(const char* name, Request* request, const std::vector<Record>& record
     KT_U8 status = answer(name, all ? "" : text(header.startingIndexOrId));
     header.numReturned = 0;
     header.nextStartingIndex = KT_LIST_END;
+    if (!all && (seam.withoutRecord.contains(name) || seam.withoutRecord.contains(seam.calls.back()))) return status;
     auto* behind = reinterpret_cast<char*>(request) + sizeof header;
     for (size_t i = all ? header.startingIndexOrId : 0; i < records.size(); ++i) {
         if (!all && idOf(records[i]) != header.startingIndexOrId) continue;
