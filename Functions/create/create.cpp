@@ -75,8 +75,6 @@ const OptionSet createOptions = {.letters = "\1:c:o:n:r:q:d:b:t:s:w:p:g:i:h",
                                  .required = "rd",
                                  .objects = create_objects};
 
-static constexpr int LONGEST_NAME = 10;
-
 // Above this device id an adapter takes a size only when it is forced to, and then also wants to be told so.
 static constexpr KT_U16 LAST_FREELY_SIZED = 0x4700;
 
@@ -107,23 +105,6 @@ static Take takeStripe(const char* value, KT_U16& stripe) {
     return Take::Failed;
 }
 
-static Take takeCacheMode(const char* value, KT_U8& cache) {
-    if (!choosesWriteCache()) {
-        out("VD cache is not supported on adapter %d.\n", gCurrentAdapter);
-        return Take::Failed;
-    }
-    // The mode takes the place of every policy given before it.
-    if (strcasecmp(value, "off") == 0) {
-        cache = KT_CACHE_OFF;
-    } else if (strcasecmp(value, "on") == 0) {
-        cache = 0;
-    } else {
-        out("-c : invalid cache mode '%s'\n", value);
-        return Take::Failed;
-    }
-    return Take::Yes;
-}
-
 static Take takeObject(const char* value) {
     if (strcasecmp(value, "array") != 0 || arrayBasedRaid) return Take::Yes;
     out("-o : array is not supported on this adapter\n");
@@ -147,7 +128,9 @@ static Take takeOption(int option, const char* value, CreateOptions& o) {
     case 'b':
         return takeStripe(value, o.stripe);
     case 'c':
-        return takeCacheMode(value, o.cache);
+        // The mode takes the place of every policy given before it.
+        o.cache = 0;
+        return takeCacheMode(value, false, o.cache);
     case 'w':
         return takeWritePolicy(value, false, o.cache);
     case 'p':
@@ -159,7 +142,7 @@ static Take takeOption(int option, const char* value, CreateOptions& o) {
     case 'i':
         return takeInit(value, false, o.init);
     case 'n':
-        return takeName(value, LONGEST_NAME, o.name);
+        return takeName(value, LONGEST_LD_NAME, o.name);
     case 'o':
         return takeObject(value);
     case 'q':

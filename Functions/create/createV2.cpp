@@ -88,8 +88,6 @@ const OptionSet createV2Options = {.letters = "\1:c:o:a:l:n:r:q:d:b:s:w:p:g:i:t:
                                    .once = "arqdwpsnbt",
                                    .objects = createV2_objects};
 
-static constexpr int LONGEST_NAME = 16;
-
 static Take takeObject(const char* value, CreateObject& object) {
     if (strcasecmp(value, "vd") == 0) {
         object = CreateObject::VirtualDisk;
@@ -148,21 +146,6 @@ static Take takeSize(const char* value, KT_U64& size) {
     return Take::Failed;
 }
 
-static Take takeCacheMode(const char* value, KT_U8& cache) {
-    if (!choosesWriteCache()) {
-        out("VD cache is not supported on adapter %d.\n", gCurrentAdapter);
-        return Take::Failed;
-    }
-    if (strcasecmp(value, "auto") == 0) return takeAutomatic(cache);
-    if (strcasecmp(value, "on") == 0) return Take::Yes;
-    if (strcasecmp(value, "off") != 0) {
-        out("-c : invalid cache mode '%s'\n", value);
-        return Take::Failed;
-    }
-    cache |= KT_CACHE_OFF;
-    return Take::Yes;
-}
-
 static Take takeSupportedRounding(const char* value, KT_U8& rounding) {
     if ((currentAdapter().AdvancedFeatures & KT_ADV_NO_ROUNDING) == 0) return takeRounding(value, rounding);
     out("giga byte rounding scheme is not support\n");
@@ -206,7 +189,7 @@ static Take takeOption(int option, const char* value, CreateV2Options& o) {
     case 'l':
         return takeSlot(value, o.slot);
     case 'n':
-        return takeName(value, LONGEST_NAME, o.name);
+        return takeName(value, LONGEST_ARRAY_NAME, o.name);
     case 'r':
         return takeLevel(value, o.level);
     case 'q':
@@ -218,7 +201,7 @@ static Take takeOption(int option, const char* value, CreateV2Options& o) {
     case 's':
         return takeSize(value, o.size);
     case 'c':
-        return takeCacheMode(value, o.cache);
+        return takeCacheMode(value, true, o.cache);
     case 'w':
         return takeWritePolicy(value, true, o.cache);
     case 'p':

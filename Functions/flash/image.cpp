@@ -1,59 +1,16 @@
 #include "Functions/flash/image.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include "Functions/flash/progress.h"
 #include "Public/common.h"
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
 #include "Public/flashPage.h"
+#include "Public/imageFile.h"
 #include "Public/newFile.h"
-
-static off_t FileSeek(int fd, off_t offset, int whence) {
-    return lseek(fd, offset, whence);
-}
-
-// The file's length; the position stays where it was. Negative when the file cannot be sought in.
-static off_t GetFileLen(int fd) {
-    const off_t position = FileSeek(fd, 0, SEEK_CUR);
-    const off_t length = FileSeek(fd, 0, SEEK_END);
-    return FileSeek(fd, position, SEEK_SET) < 0 ? -1 : length;
-}
-
-// Reads `length` bytes; count is less than that only at the end of the file. False when reading failed.
-static bool ReadFromFile(int fd, KT_U8* buffer, KT_U32 length, KT_U32& count) {
-    for (count = 0; count < length;) {
-        const ssize_t got = read(fd, buffer + count, length - count);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return false;
-        if (got == 0) break;
-        count += static_cast<KT_U32>(got);
-    }
-    return true;
-}
-
-// Opens the image for reading; -1 for anything but a file whose length an announcement can hold.
-static int openImage(const Image& image, KT_U32& length) {
-    std::string path;
-    if (!expandName(image.file, image.quoted, path)) return -1;
-    // Not to wait for the other end of a pipe.
-    const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (fd < 0) return -1;
-    struct stat status = {};
-    const bool isFile = fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
-    const off_t size = isFile ? GetFileLen(fd) : -1;
-    if (size < 0 || size > off_t{UINT32_MAX}) {
-        close(fd);
-        return -1;
-    }
-    length = static_cast<KT_U32>(size);
-    return fd;
-}
+#include "Public/progress.h"
 
 static int reportUpdate(const Image& image, KT_U8 status) {
     out("\nFailed to update file '%s', error %d: %s\n", shownName(image.file).c_str(), status, ErrorMessage(status));
@@ -85,8 +42,7 @@ static void announce(const Image& image, KT_U32 length) {
 
 // Sends what is left of the file, up to a page. False when that failed; `result` is then what the command returns.
 static bool writePage(const Image& image, int fd, KT_U32 wanted, _Flash_Data& page, Progress& progress, int& result) {
-    if (!ReadFromFile(fd, page.Data, wanted, page.Size) || page.Size == 0 || page.Size != wanted) {
-        // Also a file that is empty, or became shorter than it was announced.
+    if (!readImagePage(fd, wanted, page)) {
         out("Unable to read from file %s\n", shownName(image.file).c_str());
         result = 1;
         return false;
@@ -121,7 +77,7 @@ static int writePages(const Image& image, int fd, KT_U32 length) {
 
 int updateImage(const Image& image) {
     KT_U32 length = 0;
-    const int fd = openImage(image, length);
+    const int fd = openImageFile(image.file, image.quoted, length);
     if (fd < 0) {
         out("Unable to open file '%s'.\n", shownName(image.file).c_str());
         return 1;

@@ -4,6 +4,7 @@
 
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
+#include "Public/settings.h"
 #include "Public/utility.h"
 
 const char get_sh[] = ":Get configuration information of VD, PD, Array, HBA or Driver.";
@@ -28,93 +29,6 @@ static const LongOption get_long[] = {
 static const char* const get_objects[] = {"pd", "hd", "vd", "ld", "array", "hba", "driver", "link", nullptr};
 const OptionSet getOptions = {
     .letters = "\1:o:i:h", .longOptions = get_long, .once = "oi", .required = "o", .objects = get_objects};
-
-static constexpr int CONFIG_WIDTH = 24;
-
-static const char* onOff(bool on) {
-    return on ? "on" : "off";
-}
-
-void hdGet_printf(const _HD_CONFIG* config) {
-    static const char* const speeds[] = {"N/A", "1.5 Gb/s", "3 Gb/s", "6 Gb/s", "12 Gb/s"};
-    printNum(CONFIG_WIDTH, "hard disk id:", config->HDID);
-    printStr(CONFIG_WIDTH, "write cache:", onOff(config->WriteCacheOn != 0));
-    printStr(CONFIG_WIDTH, "drive speed:", config->DriveSpeed <= 4 ? speeds[config->DriveSpeed] : speeds[0]);
-}
-
-void dgGet_printf(const _DG_CONFIG* config) {
-    printNum(CONFIG_WIDTH, "array id:", config->DGID);
-    printStr(CONFIG_WIDTH, "write cache:", onOff(config->WriteCacheOn != 0));
-}
-
-void ldGet_printf(const _LD_Config* config) {
-    static constexpr unsigned KNOWN = KT_CACHE_OFF | KT_CACHE_READ_AHEAD | KT_CACHE_AUTO | KT_CACHE_RESTORE;
-    unsigned policy = config->CachePolicy;
-    printNum(CONFIG_WIDTH, "virtual disk id:", config->LDID);
-    if (currentAdapter().AdvancedFeatures & KT_ADV_HYBRID_SWITCH) {
-        printStr(CONFIG_WIDTH, "restore:", onOff((policy & KT_CACHE_RESTORE) != 0));
-    }
-    LineText mode;
-    if (policy & KT_CACHE_OFF) mode.add("Off ");
-    if (policy & KT_CACHE_AUTO) mode.add("Auto");
-    if (policy & ~KNOWN) {
-        printStr(CONFIG_WIDTH, "cache mode:", "Unknown");
-    } else {
-        printStr(CONFIG_WIDTH, "cache mode:", mode.length == 0 ? "On" : mode.text);
-    }
-}
-
-namespace {
-enum class Shown { Rate, Switch };
-// One line of the adapter's settings; it stands only where the adapter is capable of what it sets.
-struct SettingLine {
-    const char* label;
-    Shown as;
-    bool capable;
-    KT_U8 value;
-};
-} // namespace
-
-static void printSetting(const SettingLine& line) {
-    static constexpr KT_U8 NOT_SUPPORTED = 255;
-    if (!line.capable) return;
-    if (line.as == Shown::Rate) {
-        out("%-*s %d %%\n", CONFIG_WIDTH, line.label, line.value);
-    } else {
-        printStr(CONFIG_WIDTH, line.label, line.value == NOT_SUPPORTED ? "not support" : onOff(line.value != 0));
-    }
-}
-
-void hbaGet_printf(KT_U8 adapter, const _Adapter_Config_V2* config) {
-    static constexpr unsigned INIT = KT_FEATURE_BACKGROUND_INIT | KT_FEATURE_FOREGROUND_INIT;
-    static constexpr unsigned ANY_ACTIVITY = INIT | KT_FEATURE_REBUILD | KT_FEATURE_SYNC | KT_FEATURE_MIGRATION |
-                                             KT_FEATURE_MEDIA_PATROL | KT_FEATURE_COPY_BACK;
-    KT_U32 advanced = gAdapterInfo[adapter].AdvancedFeatures;
-    auto can = [&](unsigned features) { return (gAdapterInfo[adapter].Features & features) != 0; };
-    const SettingLine lines[] = {
-        {"Auto Rebuild:", Shown::Switch, true, config->AutoRebuildOn},
-        {"Optimize CPU efficiency:", Shown::Switch, (advanced & KT_ADV_CPU_EFFICIENCY) != 0, config->CpuEfficiencyOn},
-        {"BGA Rate:", Shown::Rate, can(ANY_ACTIVITY), config->BGARate},
-        {"Syncronization Rate:", Shown::Rate, can(KT_FEATURE_SYNC), config->SyncRate},
-        {"Initialization Rate:", Shown::Rate, can(INIT), config->InitRate},
-        {"Rebuild Rate:", Shown::Rate, can(KT_FEATURE_REBUILD), config->RebuildRate},
-        {"Migration Rate:", Shown::Rate, can(KT_FEATURE_MIGRATION), config->MigrationRate},
-        {"Copyback Rate:", Shown::Rate, can(KT_FEATURE_COPY_BACK), config->CopybackRate},
-        {"Media Patrol Rate:", Shown::Rate, can(KT_FEATURE_MEDIA_PATROL), config->MPRate},
-        {"Poll SMART Status:", Shown::Switch, (advanced & KT_ADV_NO_SMART) == 0, config->PollSMARTStatus},
-        {"Copy Back:", Shown::Switch, can(KT_FEATURE_COPY_BACK), config->CopyBackOn},
-        {"Module Consolidation:", Shown::Switch, (advanced & KT_ADV_MODULE_CONSOLIDATE) != 0,
-         config->ModuleConsolidation},
-        // The record says whether updates are disabled, the line whether they are on.
-        {"Raw Update:", Shown::Switch, (advanced & KT_ADV_RAW_UPDATE) != 0,
-         static_cast<KT_U8>(config->rawimg_update_disabled == 0 ? 1 : 0)},
-    };
-    printNum(CONFIG_WIDTH, "HBA Index:", adapter);
-    for (const SettingLine& line : lines) {
-        printSetting(line);
-    }
-    if (config->ModelNumber[0] != 0) printField(CONFIG_WIDTH, "Model:", config->ModelNumber);
-}
 
 // Prints every configuration record of a list, or `none` for an empty one.
 template <class Record, class Request>

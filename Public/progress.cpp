@@ -1,4 +1,4 @@
-#include "Functions/flash/progress.h"
+#include "Public/progress.h"
 
 #include <algorithm>
 #include <cstdio>
