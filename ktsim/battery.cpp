@@ -1,6 +1,6 @@
-#include "adapter/battery.h"
-#include "clock.h"
+#include "devices/battery.h"
 #include "commands.h"
+#include "state/simClock.h"
 
 #include <cmath>
 #include <cstdio>

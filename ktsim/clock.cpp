@@ -1,6 +1,6 @@
-#include "clock.h"
-#include "adapter/settle.h"
 #include "commands.h"
+#include "frame/settle.h"
+#include "state/simClock.h"
 
 #include <algorithm>
 #include <cmath>

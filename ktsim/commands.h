@@ -2,7 +2,7 @@
 // throws CommandFailure.
 #pragma once
 
-#include "store.h"
+#include "state/store.h"
 
 #include <CLI/CLI.hpp>
 #include <functional>

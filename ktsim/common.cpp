@@ -1,7 +1,7 @@
-#include "adapter/settle.h"
-#include "clock.h"
 #include "commands.h"
-#include "lab.h"
+#include "frame/settle.h"
+#include "lab/lab.h"
+#include "state/simClock.h"
 
 #include <cstdio>
 #include <cstring>

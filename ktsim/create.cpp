@@ -1,5 +1,5 @@
 #include "commands.h"
-#include "lab.h"
+#include "lab/lab.h"
 
 #include <cstdio>
 

@@ -1,12 +1,12 @@
-#include "adapter/blocks.h"
-#include "adapter/diskIds.h"
-#include "adapter/foreign.h"
-#include "adapter/health.h"
-#include "adapter/jobs.h"
-#include "adapter/smart.h"
-#include "adapter/surface.h"
+#include "activities/jobs.h"
+#include "changes/diskIds.h"
+#include "changes/foreign.h"
+#include "changes/health.h"
 #include "commands.h"
-#include "lab.h"
+#include "lab/lab.h"
+#include "media/blocks.h"
+#include "media/smartAttributes.h"
+#include "media/surface.h"
 
 #include <cstdio>
 #include <cstring>

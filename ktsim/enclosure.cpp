@@ -1,5 +1,5 @@
-#include "adapter/enclosure.h"
 #include "commands.h"
+#include "devices/enclosureElements.h"
 
 #include <cstdio>
 #include <memory>

@@ -1,5 +1,5 @@
 #include "commands.h"
-#include "events.h"
+#include "state/events.h"
 
 #include <memory>
 #include <vector>

@@ -1,5 +1,5 @@
 #include "commands.h"
-#include "faults.h"
+#include "state/faults.h"
 
 #include <cstdio>
 #include <cstring>

@@ -1,5 +1,5 @@
-#include "adapter/image.h"
 #include "commands.h"
+#include "devices/flashImage.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,8 +1,8 @@
-#include "adapter/activity.h"
-#include "adapter/battery.h"
-#include "adapter/surface.h"
-#include "clock.h"
+#include "activities/activityProgress.h"
 #include "commands.h"
+#include "devices/battery.h"
+#include "media/surface.h"
+#include "state/simClock.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,6 +1,6 @@
 # Turns the labs into one source file: cmake -DOUT=labs.cpp -DLABS=a.json,b.json -P labs.cmake
 string(REPLACE "," ";" LABS "${LABS}")
-set(TEXT "#include \"lab.h\"\n\nnamespace sim {\n\nextern const BuiltInLab BUILT_IN_LABS[];\n")
+set(TEXT "#include \"lab/lab.h\"\n\nnamespace sim {\n\nextern const BuiltInLab BUILT_IN_LABS[];\n")
 string(APPEND TEXT "const BuiltInLab BUILT_IN_LABS[] = {\n")
 foreach(LAB ${LABS})
   get_filename_component(NAME ${LAB} NAME_WE)

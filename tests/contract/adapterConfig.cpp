@@ -1,6 +1,6 @@
 #include "frame.h"
 
-#include "adapter/health.h"
+#include "changes/health.h"
 
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
   {"type": "LD-based", "AlarmSupport": 0, "config": {"AutoRebuildOn": 255}}]})";

@@ -1,6 +1,6 @@
 #include "frame.h"
 
-#include "adapter/battery.h"
+#include "devices/battery.h"
 
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "battery": true,

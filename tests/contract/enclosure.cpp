@@ -1,7 +1,7 @@
 #include "frame.h"
 
-#include "adapter/enclosure.h"
-#include "adapter/health.h"
+#include "changes/health.h"
+#include "devices/enclosureElements.h"
 
 // Enclosure 1 as it comes, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first.
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],

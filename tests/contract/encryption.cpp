@@ -1,6 +1,6 @@
 #include "frame.h"
 
-#include "adapter/health.h"
+#include "changes/health.h"
 
 // Four disks on ports 0 to 3 of an encrypting adapter with one entry more than ports, and one that cannot encrypt.
 static const char LAB[] = R"({"adapters": [

@@ -1,6 +1,6 @@
 #include "frame.h"
 
-#include "adapter/smart.h"
+#include "media/smartAttributes.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #include "frame.h"
 
-#include "adapter/health.h"
-#include "adapter/image.h"
+#include "changes/health.h"
+#include "devices/flashImage.h"
 
 #include <fstream>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "frame.h"
 
-#include "adapter/settle.h"
-#include "clock.h"
-#include "lab.h"
+#include "frame/settle.h"
+#include "lab/lab.h"
+#include "state/simClock.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "frame.h"
 
-#include "adapter/foreign.h"
-#include "adapter/health.h"
-#include "lab.h"
+#include "changes/foreign.h"
+#include "changes/health.h"
+#include "lab/lab.h"
 
 // Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
 // arrays, 2 lets virtual disks share disks.

@@ -1,6 +1,6 @@
 #include "frame.h"
 
-#include "adapter/health.h"
+#include "changes/health.h"
 
 // Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a SAS disk without a light (10)
 // and a solid-state one (11).

@@ -1,7 +1,7 @@
 // A lab: whatever its bytes are, it is refused in words or makes adapters that can be shown and read back.
 #include <string>
 
-#include "lab.h"
+#include "lab/lab.h"
 #include "tests/fuzz/fuzz.h"
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -1,13 +1,13 @@
 #include "chaos.h"
 
-#include "adapter/diskIds.h"
-#include "adapter/foreign.h"
-#include "adapter/health.h"
-#include "adapter/members.h"
-#include "adapter/settle.h"
-#include "adapter/surface.h"
-#include "clock.h"
-#include "lab.h"
+#include "changes/diskIds.h"
+#include "changes/foreign.h"
+#include "changes/health.h"
+#include "frame/settle.h"
+#include "lab/lab.h"
+#include "media/surface.h"
+#include "raid/members.h"
+#include "state/simClock.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Calls with arguments that are right now and then, and disks that come and go meanwhile.
 #pragma once
 
-#include "store.h"
+#include "state/store.h"
 
 #include <random>
 

@@ -1,10 +1,10 @@
 // Thousands of calls, right and wrong, with disks failing and time passing in between, and writers killed at random
 // moments: what holds always must hold, and the state is before or after a call, never between.
 #include "chaos.h"
-#include "clock.h"
 #include "invariants.h"
-#include "lab.h"
+#include "lab/lab.h"
 #include "process.h"
+#include "state/simClock.h"
 
 #include <atomic>
 #include <csignal>

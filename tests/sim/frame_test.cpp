@@ -1,10 +1,10 @@
 // The frame around every call: checks, faults, time, trace.
-#include "adapter/activity.h"
-#include "call.h"
-#include "clock.h"
-#include "events.h"
-#include "lab.h"
+#include "activities/activityProgress.h"
+#include "frame/call.h"
+#include "lab/lab.h"
 #include "process.h"
+#include "state/events.h"
+#include "state/simClock.h"
 
 #include <fstream>
 #include <gtest/gtest.h>

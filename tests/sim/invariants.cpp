@@ -1,9 +1,9 @@
 #include "invariants.h"
 
-#include "adapter/blocks.h"
-#include "adapter/jobs.h"
-#include "adapter/members.h"
-#include "adapter/surface.h"
+#include "activities/jobs.h"
+#include "media/blocks.h"
+#include "media/surface.h"
+#include "raid/members.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 // What holds in every state, whatever calls, crashes and times made it.
 #pragma once
 
-#include "store.h"
+#include "state/store.h"
 
 #include <string>
 #include <vector>

@@ -1,5 +1,5 @@
-#include "adapter/blocks.h"
-#include "lab.h"
+#include "lab/lab.h"
+#include "media/blocks.h"
 
 #include "invariants.h"
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "store.h"
+#include "state/store.h"
 
-#include "lab.h"
+#include "lab/lab.h"
 #include "process.h"
 
 #include <csignal>

@@ -1,0 +1,441 @@
+#include "activities/reading.h"
+
+#include "activities/activityProgress.h"
+#include "media/blocks.h"
+#include "media/smartAttributes.h"
+#include "media/surface.h"
+#include "raid/members.h"
+#include "state/events.h"
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+namespace sim {
+
+enum : KT_U8 { SENSE_MEDIUM_ERROR = 3, ASC_READ_ERROR = 0x11 };
+enum ScsiCommand : KT_U8 { SCSI_READ_10 = 0x28, SCSI_VERIFY_10 = 0x2F, SCSI_READ_16 = 0x88, SCSI_VERIFY_16 = 0x8F };
+// The last value of the events about bad sectors.
+enum : KT_U32 { FLAG_MEDIUM = 0, FLAG_LOST = 1 };
+
+// A stretch of one disk that an activity goes through from its start to its end.
+struct Pass {
+    KT_U16 pd;
+    KT_U64 start;
+    KT_U64 sectors;
+    KT_U32 sectorSize;
+    KT_U64 base;  // KiB of the activity's work before it comes to this stretch
+    KT_U64 scale; // KiB of work for each KiB of it
+    bool writes;
+    KT_U16 vd; // KT_NO_ID: what it reads is not looked at as part of a virtual disk
+    int slot;
+};
+
+// What goes on: whose activity, and the virtual disk that the passes are through.
+struct Run {
+    Owner owner;
+    const Activity& job;
+    std::vector<Pass> passes;
+};
+
+static Pass passThrough(const _Block_Info& block, KT_U64 base, int slot, bool writes) {
+    const KT_U32 size = block.BlockSize ? block.BlockSize : 512U;
+    return Pass{block.HDID, block.StartLBA, block.Size, size, base, 1, writes, block.LDID, slot};
+}
+
+static std::vector<std::optional<_Block_Info>> slotsOf(const Context& context, const _LD_Info& vd) {
+    std::vector<std::optional<_Block_Info>> blocks;
+    for (int i = 0; i < geometryOf(vd).disks; ++i)
+        blocks.push_back(find<_Block_Info>(context, vd.BlockIDs[i]));
+    return blocks;
+}
+
+static bool isInitialisation(KT_U8 kind) {
+    return kind == KT_BGA_INIT_QUICK || kind == KT_BGA_INIT_FOREGROUND || kind == KT_BGA_INIT_BACKGROUND;
+}
+
+// Checks read every member, initialisations write them as far as they go.
+static void addWhole(const Context& context, const _LD_Info& vd, Run& run) {
+    const auto blocks = slotsOf(context, vd);
+    const bool writes = isInitialisation(run.job.kind);
+    for (size_t i = 0; i < blocks.size(); ++i) {
+        if (!blocks[i]) continue;
+        Pass pass = passThrough(*blocks[i], 0, static_cast<int>(i), writes);
+        pass.sectors = std::min(pass.sectors, kibToSectors(run.job.work, pass.sectorSize));
+        run.passes.push_back(pass);
+    }
+}
+
+static bool feedsTarget(const Geometry& geometry, const std::vector<std::optional<_Block_Info>>& blocks, int slot) {
+    for (size_t i = 0; i < blocks.size(); ++i) {
+        const bool filled = blocks[i] && blocks[i]->Status == BLOCK_REBUILDING;
+        if (filled && inSameSet(geometry, static_cast<int>(i), slot)) return true;
+    }
+    return false;
+}
+
+// A rebuild fills the new members from those that share data with them.
+static void addRebuild(const Context& context, const _LD_Info& vd, KT_U64 base, Run& run) {
+    const auto blocks = slotsOf(context, vd);
+    for (size_t i = 0; i < blocks.size(); ++i) {
+        const auto slot = static_cast<int>(i);
+        if (!blocks[i]) continue;
+        const bool target = blocks[i]->Status == BLOCK_REBUILDING;
+        const bool source = blocks[i]->Status == BLOCK_GOOD && feedsTarget(geometryOf(vd), blocks, slot);
+        if (target || source) run.passes.push_back(passThrough(*blocks[i], base, slot, target));
+    }
+}
+
+// The block that the virtual disk has on the disk it copies back to.
+static std::optional<_Block_Info> copyOf(const Context& context, const _LD_Info& vd, KT_U16 pd) {
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        if (block && block->LDID == vd.ID && block->Status == BLOCK_COPYING) return block;
+    }
+    return std::nullopt;
+}
+
+static void addCopy(const Context& context, const Group& group, const _LD_Info& vd, KT_U64 base, Run& run) {
+    const auto copy = copyOf(context, vd, run.job.disk);
+    const auto home = std::find(group.homes.begin(), group.homes.end(), run.job.disk);
+    if (!copy || home == group.homes.end()) return;
+    const auto slot = static_cast<int>(home - group.homes.begin());
+    const auto source = find<_Block_Info>(context, vd.BlockIDs[slot]);
+    run.passes.push_back(passThrough(*copy, base, slot, true));
+    if (source) run.passes.push_back(passThrough(*source, base, slot, false));
+}
+
+// A migration reads the members and writes those that arrive; each counts, so that the work is twice their size.
+static void addMigration(const Context& context, const _LD_Info& vd, KT_U64 base, Run& run) {
+    const auto blocks = slotsOf(context, vd);
+    const auto target = find<VdTarget>(context, vd.ID);
+    const auto arriving = target ? slotsOf(context, target->info) : std::vector<std::optional<_Block_Info>>{};
+    std::set<KT_U16> members;
+    const auto add = [&](const _Block_Info& block, size_t slot, bool writes) {
+        run.passes.push_back(passThrough(block, base, static_cast<int>(slot), writes));
+        run.passes.back().scale = 2;
+    };
+    for (size_t i = 0; i < blocks.size(); ++i) {
+        if (!blocks[i]) continue;
+        members.insert(blocks[i]->ID);
+        add(*blocks[i], i, false);
+    }
+    for (size_t i = 0; i < arriving.size(); ++i)
+        if (arriving[i] && !members.count(arriving[i]->ID)) add(*arriving[i], i, true);
+}
+
+static void addPatrol(const Context& context, KT_U16 pd, Run& run) {
+    const auto disk = find<_HD_Info>(context, pd);
+    if (disk) run.passes.push_back(Pass{pd, 0, disk->Size, std::max(disk->BlockSize, 512U), 0, 1, false, KT_NO_ID, 0});
+}
+
+static Run runOf(const Context& context, Owner owner, const Activity& job) {
+    Run run{owner, job, {}};
+    if (owner.kind == OwnerKind::Disk) {
+        addPatrol(context, owner.id, run);
+        return run;
+    }
+    const Group group = groupOf(context, owner);
+    KT_U64 base = 0;
+    for (const KT_U16 id : group.vds) {
+        const auto vd = find<_LD_Info>(context, id);
+        if (!vd) continue;
+        const KT_U64 share = shareOf(context, *vd);
+        if (job.kind == KT_BGA_REBUILD) {
+            addRebuild(context, *vd, base, run);
+        } else if (job.kind == KT_BGA_COPY_BACK) {
+            addCopy(context, group, *vd, base, run);
+        } else if (job.kind == KT_BGA_MIGRATION) {
+            addMigration(context, *vd, base, run);
+        } else {
+            addWhole(context, *vd, run);
+        }
+        base += job.kind == KT_BGA_MIGRATION ? 2 * share : share;
+    }
+    return run;
+}
+
+// Where on the disk the first piece begins that is not done yet when `done` KiB of the work are.
+static KT_U64 lbaAt(const Pass& pass, KT_U64 done) {
+    const KT_U64 pieces = done > pass.base ? (done - pass.base) / pass.scale / PIECE_KIB : 0;
+    return pass.start + std::min(kibToSectors(pieces * PIECE_KIB, pass.sectorSize), pass.sectors);
+}
+
+// The work done when the piece is that the sector lies in.
+static KT_U64 workAt(const Pass& pass, KT_U64 lba, KT_U64 work) {
+    const KT_U64 piece = sectorsToKib(lba - pass.start, pass.sectorSize) / PIECE_KIB;
+    return std::min(pass.base + (piece + 1) * PIECE_KIB * pass.scale, work);
+}
+
+static KT_U64 nextOn(const Context& context, const Pass& pass, const Activity& job) {
+    KT_U64 next = NEVER;
+    forEachBadSector(context, pass.pd, lbaAt(pass, job.done), pass.start + pass.sectors,
+                     [&](KT_U64 lba, const BadSector& sector) {
+                         // A drive that is only asked to verify cannot tell wrong data.
+                         if (sector.flaw == FLAW_WRONG && pass.vd == KT_NO_ID) return true;
+                         next = workAt(pass, lba, job.work);
+                         return false;
+                     });
+    return next;
+}
+
+static KT_U64 nextOf(const Context& context, const Run& run) {
+    KT_U64 next = NEVER;
+    for (const Pass& pass : run.passes)
+        next = std::min(next, nextOn(context, pass, run.job));
+    return next;
+}
+
+// Cheaply false on an adapter whose disks are all sound.
+static bool mayMeet(const Context& context, const Activity& job) {
+    return job.state == KT_STATE_RUNNING && job.done < job.work && anyBadSector(context);
+}
+
+KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& job) {
+    return mayMeet(context, job) ? nextOf(context, runOf(context, owner, job)) : NEVER;
+}
+
+// Bad sectors beside each other that fare alike.
+struct Stretch {
+    KT_U64 first;
+    KT_U32 count;
+    KT_U32 known;
+    KT_U8 flaw;
+    bool lost; // nothing says any more what it held
+    bool repaired;
+};
+
+// Whether what the sector of a member holds can be made from the others.
+static bool canRegenerate(const Context& context, KT_U16 vdId, const _Block_Info& block, KT_U64 lba) {
+    Vd vd = {};
+    if (findVd(context, vdId, vd) != KT_OK || !isUsable(vd.info)) return false;
+    const KT_U64 offset = lba - block.StartLBA;
+    const auto isLost = [&](const _Block_Info& other) {
+        const auto bad = badSectorAt(context, other.HDID, other.StartLBA + offset);
+        return other.ID == block.ID || (offset < other.Size && bad && bad->flaw != FLAW_WRONG);
+    };
+    return statusWithout(context, vd, isLost) != KT_VD_OFFLINE;
+}
+
+static void logSense(const Context& context, const Pass& pass, KT_U64 lba) {
+    if (!(adapterInfo(context).AdvancedFeatures & KT_ADV_SENSE_CODE)) return;
+    const bool far = lba >> 32 != 0;
+    _Event event = {};
+    event.Class = EVT_PD;
+    event.Code = EVT_COMMAND_FAILED;
+    event.DeviceID = pass.pd;
+    event.Severity = SEV_WARNING;
+    event.Params[0] =
+        pass.vd == KT_NO_ID ? (far ? SCSI_VERIFY_16 : SCSI_VERIFY_10) : (far ? SCSI_READ_16 : SCSI_READ_10);
+    event.Params[1] = SENSE_MEDIUM_ERROR;
+    event.Params[2] = ASC_READ_ERROR;
+    // Fixed format; the sector where it has room for it.
+    const KT_U8 sense[18] = {static_cast<KT_U8>(far ? 0x70 : 0xF0),
+                             0,
+                             SENSE_MEDIUM_ERROR,
+                             static_cast<KT_U8>(far ? 0 : lba >> 24 & 0xFF),
+                             static_cast<KT_U8>(far ? 0 : lba >> 16 & 0xFF),
+                             static_cast<KT_U8>(far ? 0 : lba >> 8 & 0xFF),
+                             static_cast<KT_U8>(far ? 0 : lba & 0xFF),
+                             10,
+                             0,
+                             0,
+                             0,
+                             0,
+                             ASC_READ_ERROR};
+    event.SenseDataLength = sizeof sense;
+    std::copy(std::begin(sense), std::end(sense), event.SenseData);
+    logEvent(context, event);
+}
+
+static void logStretch(const Context& context, KT_U16 code, KT_U8 severity, KT_U16 pd, const Stretch& stretch) {
+    logEvent(context, EVT_PD, code, pd, severity, static_cast<KT_U32>(stretch.first >> 32),
+             static_cast<KT_U32>(stretch.first & 0xFFFFFFFF), stretch.count,
+             stretch.flaw == FLAW_LOST ? FLAG_LOST : FLAG_MEDIUM);
+}
+
+// Lost data, and the pass that would have read it.
+struct Loss {
+    const Pass* from;
+    Stretch stretch;
+};
+
+// Whether what the other pass writes needs the data: the slots that a rebuild fills from it, or the whole row of
+// stripes when a migration lays it out anew.
+static bool suffers(const Context& context, const Run& run, const Pass& from, const Pass& other) {
+    const auto vd = find<_LD_Info>(context, from.vd);
+    if (!vd || other.vd != from.vd || other.pd == from.pd) return false;
+    if (run.job.kind == KT_BGA_MIGRATION) return true;
+    return other.writes && (run.job.kind == KT_BGA_COPY_BACK || inSameSet(geometryOf(*vd), other.slot, from.slot));
+}
+
+// What cannot be written for want of the data is marked, so that nobody takes it for good.
+static void markLost(const Context& context, const Run& run, const Loss& loss) {
+    for (const Pass& pass : run.passes) {
+        if (!suffers(context, run, *loss.from, pass)) continue;
+        Stretch lost = {pass.start + (loss.stretch.first - loss.from->start), 0, 0, FLAW_LOST, true, false};
+        for (KT_U32 i = 0; i < loss.stretch.count && lost.first + i < pass.start + pass.sectors; ++i)
+            if (addBadSector(context, pass.pd, lost.first + i, BadSector{FLAW_LOST, 0, {}})) lost.count++;
+        if (lost.count) logStretch(context, EVT_BAD_SECTOR, SEV_MAJOR, pass.pd, lost);
+    }
+}
+
+static void forgetStretch(const Context& context, KT_U16 pd, const Stretch& stretch) {
+    for (KT_U32 i = 0; i < stretch.count; ++i)
+        eraseBadSector(context, pd, stretch.first + i);
+}
+
+static void finishStretch(const Context& context, const Pass& pass, const Stretch& stretch) {
+    logStretch(context, EVT_BAD_SECTOR, stretch.lost ? SEV_MAJOR : SEV_WARNING, pass.pd, stretch);
+    if (stretch.flaw == FLAW_UNREADABLE) countUnreadable(context, pass.pd, stretch.count - stretch.known);
+    if (!stretch.repaired) return;
+    forgetStretch(context, pass.pd, stretch);
+    logStretch(context, EVT_SECTOR_FIXED, SEV_INFO, pass.pd, stretch);
+    if (stretch.flaw == FLAW_UNREADABLE) countReassigned(context, pass.pd, stretch.count, stretch.count);
+}
+
+// The bad sectors of the pass in the pieces done since, of those flaws that are read as errors (or as data).
+using Found = std::vector<std::pair<KT_U64, BadSector>>;
+static Found foundOn(const Context& context, const Pass& pass, const Activity& job, bool errors) {
+    const KT_U64 done = activityDone(job, context.now);
+    const KT_U64 end = done >= job.work ? pass.start + pass.sectors : lbaAt(pass, done);
+    Found found;
+    forEachBadSector(context, pass.pd, lbaAt(pass, job.done), end, [&](KT_U64 lba, const BadSector& sector) {
+        if ((sector.flaw != FLAW_WRONG) == errors) found.emplace_back(lba, sector);
+        return true;
+    });
+    return found;
+}
+
+// One found sector by itself, its fate decided; `spare` is how many the drive can still put elsewhere.
+static Stretch judge(const Context& context, const Run& run, KT_U16 pd, KT_U64 lba, const BadSector& sector,
+                     KT_U32& spare) {
+    const auto block = blockAt(context, pd, lba);
+    const bool used = block && block->LDID != KT_BLOCK_FREE;
+    const bool whole = used && canRegenerate(context, block->LDID, *block, lba);
+    const bool looksOnly = run.owner.kind != OwnerKind::Disk && run.job.kind == KT_BGA_CHECK;
+    const bool repaired = whole && !looksOnly && (sector.flaw == FLAW_LOST || spare != 0);
+    if (repaired && sector.flaw == FLAW_UNREADABLE) spare--;
+    return Stretch{lba, 1, sector.known, sector.flaw, used && !whole, repaired};
+}
+
+static bool goesOnWith(const Stretch& stretch, const Stretch& next) {
+    return stretch.first + stretch.count == next.first && stretch.flaw == next.flaw && stretch.lost == next.lost &&
+           stretch.repaired == next.repaired;
+}
+
+static void readErrors(const Context& context, const Run& run, const Pass& pass, std::vector<Loss>& losses) {
+    std::vector<Stretch> stretches;
+    KT_U32 spare = sectorsToSpare(context, pass.pd);
+    bool sensed = false;
+    for (const auto& [lba, sector] : foundOn(context, pass, run.job, true)) {
+        if (sector.flaw == FLAW_UNREADABLE && !sensed) logSense(context, pass, lba);
+        sensed = sensed || sector.flaw == FLAW_UNREADABLE;
+        const Stretch next = judge(context, run, pass.pd, lba, sector, spare);
+        if (stretches.empty() || !goesOnWith(stretches.back(), next)) {
+            stretches.push_back(next);
+        } else {
+            stretches.back().count++;
+            stretches.back().known += next.known;
+        }
+        if (sector.flaw == FLAW_UNREADABLE) knowBadSector(context, pass.pd, lba);
+    }
+    for (const Stretch& stretch : stretches) {
+        finishStretch(context, pass, stretch);
+        if (stretch.lost) losses.push_back(Loss{&pass, stretch});
+    }
+}
+
+// The LBA of the virtual disk that the sector of a member counts as; NEVER beyond its end.
+static KT_U64 inconsistentLba(const _LD_Info& vd, const Pass& pass, KT_U64 lba) {
+    const KT_U64 sector = KT_U64{std::max(vd.BlockSize, 512U)} * std::max<KT_U8>(vd.SectorCoefficient, 1);
+    const KT_U64 stripe = KT_U64{std::max<KT_U16>(vd.StripeBlockSize, 1)} * 1024;
+    const KT_U64 place = placeInVd(geometryOf(vd), pass.slot, (lba - pass.start) * pass.sectorSize, stripe);
+    return place / 1024 < vd.Size ? place / sector : NEVER;
+}
+
+// Whether nothing but this member says what the new ones are to hold.
+static bool isOnlySource(const Context& context, const Pass& pass, KT_U64 lba) {
+    const auto block = blockAt(context, pass.pd, lba);
+    return block && !canRegenerate(context, pass.vd, *block, lba);
+}
+
+static void moveWrongData(const Context& context, const Run& run, const Pass& from, KT_U64 lba) {
+    for (const Pass& pass : run.passes) {
+        const KT_U64 there = pass.start + (lba - from.start);
+        if (pass.writes && pass.vd == from.vd) addBadSector(context, pass.pd, there, BadSector{FLAW_WRONG, 0, {}});
+    }
+}
+
+// Data that is wrong reads well: only checks compare. What is made from it agrees with it from then on.
+static void readWrongData(const Context& context, const Run& run, const Pass& pass, std::set<KT_U64>& inconsistent) {
+    const auto vd = find<_LD_Info>(context, pass.vd);
+    for (const auto& [lba, sector] : foundOn(context, pass, run.job, false)) {
+        bool gone = run.job.kind == KT_BGA_MIGRATION || run.job.kind == KT_BGA_CHECK_FIX;
+        if (run.job.kind == KT_BGA_REBUILD) gone = isOnlySource(context, pass, lba);
+        if (run.job.kind == KT_BGA_COPY_BACK) moveWrongData(context, run, pass, lba);
+        const bool compares = run.job.kind == KT_BGA_CHECK || run.job.kind == KT_BGA_CHECK_FIX;
+        if (vd && compares) inconsistent.insert(inconsistentLba(*vd, pass, lba));
+        if (gone) eraseBadSector(context, pass.pd, lba);
+    }
+}
+
+static void logInconsistent(const Context& context, KT_U16 vd, const std::set<KT_U64>& lbas) {
+    KT_U64 before = NEVER;
+    for (const KT_U64 lba : lbas) {
+        const bool goesOn = before != NEVER && lba == before + 1;
+        before = lba;
+        if (goesOn || lba == NEVER) continue;
+        logEvent(context, EVT_VD, EVT_INCONSISTENT, vd, SEV_WARNING, static_cast<KT_U32>(lba >> 32),
+                 static_cast<KT_U32>(lba & 0xFFFFFFFF));
+    }
+}
+
+// Writing puts right what was wrong: the drive has another sector ready, and the data is new.
+static void overwrite(const Context& context, const Run& run, const Pass& pass) {
+    KT_U32 reassigned = 0;
+    KT_U32 known = 0;
+    for (const bool errors : {true, false}) {
+        for (const auto& [lba, sector] : foundOn(context, pass, run.job, errors)) {
+            if (sector.flaw == FLAW_UNREADABLE && reassigned >= sectorsToSpare(context, pass.pd)) continue;
+            reassigned += sector.flaw == FLAW_UNREADABLE ? 1 : 0;
+            known += sector.known;
+            eraseBadSector(context, pass.pd, lba);
+        }
+    }
+    if (reassigned == 0) return;
+    logEvent(context, EVT_PD, EVT_REASSIGNED, pass.pd, SEV_INFO);
+    countReassigned(context, pass.pd, reassigned, known);
+}
+
+void meetBadSectors(const Context& context, Owner owner, const Activity& job) {
+    if (!mayMeet(context, job)) return;
+    const Run run = runOf(context, owner, job);
+    if (nextOf(context, run) > activityDone(job, context.now)) return;
+    std::set<KT_U64> inconsistent;
+    std::vector<Loss> losses;
+    // First what is written: marks of lost data are put on it.
+    for (const Pass& pass : run.passes)
+        if (pass.writes) overwrite(context, run, pass);
+    for (const Pass& pass : run.passes)
+        if (!pass.writes) readErrors(context, run, pass, losses);
+    for (const Loss& loss : losses)
+        markLost(context, run, loss);
+    for (const Pass& pass : run.passes)
+        if (!pass.writes && pass.vd != KT_NO_ID) readWrongData(context, run, pass, inconsistent);
+    logInconsistent(context, owner.id, inconsistent);
+    Activity on = job;
+    on.done = activityDone(job, context.now);
+    on.since = context.now;
+    saveJob(context, owner, on);
+}
+
+void wearDisks(const Context& context, Owner owner, const Activity& job) {
+    for (const Pass& pass : runOf(context, owner, job).passes) {
+        const KT_U64 kib = sectorsToKib(pass.sectors, pass.sectorSize);
+        if (pass.writes || job.kind == KT_BGA_MIGRATION) countWritten(context, pass.pd, kib);
+    }
+}
+
+} // namespace sim

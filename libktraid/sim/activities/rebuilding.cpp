@@ -1,0 +1,307 @@
+#include "activities/rebuilding.h"
+
+#include "changes/deletion.h"
+#include "changes/spares.h"
+#include "media/blocks.h"
+#include "raid/members.h"
+#include "state/events.h"
+
+#include <algorithm>
+
+namespace sim {
+
+static int slotInNeed(const Group& group) {
+    for (int i = 0; i < group.geometry.disks; ++i)
+        if (group.needsDisk[static_cast<size_t>(i)]) return i;
+    return -1;
+}
+
+static bool isMember(const Group& group, KT_U16 pd) {
+    return std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
+}
+
+// Slots that an aborted rebuild left half filled count as needing a disk again.
+static void reopenAborted(const Context& context, Group& group) {
+    const Activity job = jobOf(context, group.owner);
+    if (job.kind != KT_BGA_REBUILD || job.state != KT_STATE_ABORTED) return;
+    for (size_t i = 0; i < group.members.size(); ++i)
+        if (group.members[i] == job.disk) group.needsDisk[i] = true;
+}
+
+static KT_U8 checkRebuildTarget(const Context& context, const Group& group, KT_U16 pd, Disk& disk) {
+    if (findDisk(context, pd, disk) != KT_OK) return KT_ERR_PD_MISSING;
+    const KT_U8 raid = disk.state.raid;
+    if (raid & KT_PD_OFFLINE) return KT_ERR_PD_MISSING;
+    if (isMember(group, pd)) return KT_ERR_TARGET_IS_MEMBER;
+    if (disk.info.HDType & KT_HD_ATAPI) return KT_ERR_ATAPI;
+    const bool otherArrays = (raid & KT_PD_DEDICATED_SPARE) && disk.state.dgid != group.dgid;
+    const bool taken =
+        (raid & (KT_PD_FOREIGN | KT_PD_SPARE_IN_USE)) || ((raid & KT_PD_MEMBER) && !(raid & KT_PD_SPARE));
+    if (otherArrays) return KT_ERR_ALREADY_ARRAY_SPARE;
+    if (taken) return KT_ERR_PD_ASSIGNED;
+    if (disk.state.hasOs) return KT_ERR_PD_HAS_OS;
+    return checkFits(context, group, disk);
+}
+
+static void logSpareUsed(const Context& context, const Group& group, KT_U16 pd) {
+    const auto disk = find<PdState>(context, pd);
+    if (disk && (disk->raid & KT_PD_SPARE)) {
+        logEvent(context, EVT_PD, 59, pd, SEV_INFO, group.dgid == KT_NO_ID ? 0U : pd,
+                 group.dgid == KT_NO_ID ? 0U : group.dgid);
+    }
+}
+
+static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, int count) {
+    KT_U64 work = 0;
+    for (int i = 0; i < count; ++i) {
+        const int slot = slotInNeed(group);
+        if (slot < 0) return KT_ERR_PD_COUNT;
+        KT_U8 status = KT_OK;
+        work = std::max(work, placeMember(context, group, slot, pds[i], BLOCK_REBUILDING, status));
+        if (status != KT_OK) return status;
+        group.members[static_cast<size_t>(slot)] = pds[i];
+        group.needsDisk[static_cast<size_t>(slot)] = false;
+        logSpareUsed(context, group, pds[i]);
+    }
+    startJob(context, group.owner, KT_BGA_REBUILD, work, pds[0]);
+    refreshGroup(context, group);
+    if (work == 0) finishRebuild(context, group.owner);
+    arbitrate(context);
+    return KT_OK;
+}
+
+KT_U8 startVdRebuild(const Context& context, KT_U16 id, KT_U16 pd) {
+    if (!(adapterInfo(context).Features & KT_FEATURE_REBUILD)) return KT_ERR_NOT_SUPPORTED;
+    Vd vd = {};
+    const KT_U8 status = findVd(context, id, vd);
+    if (status != KT_OK) return status;
+    if (vd.info.DGID != KT_NO_ID) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (!isRedundant(vd.info.RaidMode)) return KT_ERR_NOT_REDUNDANT;
+    if (!isUsable(vd.info)) return KT_ERR_VD_NOT_READY;
+    if (vd.info.Status == KT_VD_ONLINE) return KT_ERR_VD_FUNCTIONAL;
+    if (isAlive(vd.state.activity)) return KT_ERR_VD_BUSY;
+    Group group = groupOf(context, Owner{OwnerKind::Vd, id});
+    reopenAborted(context, group);
+    Disk disk = {};
+    const KT_U8 target = checkRebuildTarget(context, group, pd, disk);
+    if (target != KT_OK) return target;
+    return slotInNeed(group) < 0 ? KT_U8{KT_ERR_VD_FUNCTIONAL} : startOn(context, group, &pd, 1);
+}
+
+KT_U8 startArrayRebuild(const Context& context, KT_U16 id, const KT_U16* pds, int count) {
+    const _Adapter_Info adapter = adapterInfo(context);
+    if (!isArrayBased(adapter)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (!(adapter.Features & KT_FEATURE_REBUILD)) return KT_ERR_NOT_SUPPORTED;
+    Array array = {};
+    const KT_U8 status = findArray(context, id, array);
+    if (status != KT_OK) return status;
+    if (!isRedundant(array.info.RaidMode)) return KT_ERR_NOT_REDUNDANT;
+    if (array.info.Status == ARRAY_OFFLINE) return KT_ERR_VD_NOT_READY;
+    if (isAlive(array.state.activity)) return KT_ERR_ARRAY_BUSY;
+    Group group = groupOf(context, Owner{OwnerKind::Array, id});
+    reopenAborted(context, group);
+    if (slotInNeed(group) < 0) return KT_ERR_VD_FUNCTIONAL;
+    if (count < 1 || count > group.geometry.disks) return KT_ERR_PD_COUNT;
+    for (int i = 0; i < count; ++i) {
+        Disk disk = {};
+        const KT_U8 target = checkRebuildTarget(context, group, pds[i], disk);
+        if (target != KT_OK) return target;
+        if (std::find(pds, pds + i, pds[i]) != pds + i) return KT_ERR_PD_COUNT;
+    }
+    return startOn(context, group, pds, count);
+}
+
+static bool autoRebuildOn(const Context& context) {
+    return adapterConfig(context).AutoRebuildOn == 1 && (adapterInfo(context).Features & KT_FEATURE_REBUILD) != 0;
+}
+
+static bool copyBackOn(const Context& context) {
+    return adapterConfig(context).CopyBackOn == 1 && (adapterInfo(context).Features & KT_FEATURE_COPY_BACK) != 0;
+}
+
+// Whether the disk may take its own place in the group again: unused, or outside arrays beside what else it holds.
+static bool canComeHome(const Group& group, const Disk& disk) {
+    const KT_U8 ruledOut = KT_PD_SPARE | KT_PD_OFFLINE | KT_PD_FOREIGN;
+    if ((disk.state.raid & ruledOut) || disk.state.hasOs || disk.state.hasMbr) return false;
+    if (isMember(group, disk.state.config.HDID)) return false;
+    return group.dgid == KT_NO_ID || !(disk.state.raid & KT_PD_MEMBER);
+}
+
+// How gladly the disk is used to rebuild the slot: 0 = not at all, then a spare of the adapter, a spare of the array, a
+// disk that is back in its old place.
+static int willingness(const Group& group, const Disk& disk, KT_U16 home) {
+    const KT_U8 raid = disk.state.raid;
+    if (disk.state.config.HDID == home && canComeHome(group, disk)) return 3;
+    if ((raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) || isMember(group, disk.state.config.HDID)) return 0;
+    // Outside arrays a lost disk may have carried several virtual disks, for all of which one spare stands in.
+    if ((raid & KT_PD_SPARE_IN_USE) && group.dgid != KT_NO_ID) return 0;
+    if (raid & KT_PD_DEDICATED_SPARE) return disk.state.dgid == group.dgid ? 2 : 0;
+    return raid & KT_PD_GLOBAL_SPARE ? 1 : 0;
+}
+
+// Once, not whenever the adapter looks for a disk again.
+static void tellTooSmall(const Context& context, KT_U16 pd, KT_U8 what) {
+    auto disk = find<PdState>(context, pd);
+    if (!disk || (disk->toldTooSmall & what) != 0) return;
+    disk->toldTooSmall |= what;
+    save(context, pd, *disk);
+    logEvent(context, EVT_MISC, what == TOLD_REBUILD ? 20 : 21, pd, SEV_WARNING);
+}
+
+// The disk to rebuild onto by itself, the smallest of the most willing ones, or KT_NO_ID.
+static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) {
+    KT_U16 best = KT_NO_ID;
+    int bestWill = 0;
+    KT_U64 bestSize = 0;
+    std::vector<KT_U16> tooSmall;
+    const KT_U16 home = group.homes[static_cast<size_t>(slot)];
+    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& state) {
+        Disk disk = {};
+        const auto pd = static_cast<KT_U16>(id);
+        if (!(state.raid & KT_PD_SPARE) && pd != home) return true;
+        if (findDisk(context, pd, disk) != KT_OK) return true;
+        const int will = willingness(group, disk, home);
+        const KT_U8 fits = will ? checkFits(context, group, disk) : KT_U8{KT_ERR_FAILED};
+        if (fits == KT_ERR_TARGET_TOO_SMALL) tooSmall.push_back(pd);
+        if (fits != KT_OK || will < bestWill || (will == bestWill && disk.info.Size >= bestSize)) return true;
+        best = pd;
+        bestWill = will;
+        bestSize = disk.info.Size;
+        return true;
+    });
+    if (best == KT_NO_ID) {
+        for (const KT_U16 pd : tooSmall)
+            tellTooSmall(context, pd, TOLD_REBUILD);
+    }
+    return best;
+}
+
+static void rebuildByItself(const Context& context, Owner owner) {
+    Group group = groupOf(context, owner);
+    if (!group.usable || !isRedundant(group.geometry.level) || jobOf(context, owner).kind != 0) return;
+    for (int slot = slotInNeed(group); slot >= 0; slot = slotInNeed(group)) {
+        const KT_U16 pd = chooseSpare(context, group, slot);
+        if (pd != KT_NO_ID) {
+            startOn(context, group, &pd, 1);
+            return;
+        }
+        group.needsDisk[static_cast<size_t>(slot)] = false; // another slot may have its own disk back
+    }
+}
+
+// The slot in which a spare stands for a disk that could have its place back, or -1.
+static int slotToCopyBack(const Context& context, const Group& group) {
+    for (size_t i = 0; i < group.members.size(); ++i) {
+        const auto spare = find<PdState>(context, group.members[i]);
+        Disk home = {};
+        if (!spare || !(spare->raid & KT_PD_SPARE_IN_USE) || group.homes[i] == group.members[i]) continue;
+        if (findDisk(context, group.homes[i], home) != KT_OK) continue;
+        if (!canComeHome(group, home)) continue;
+        const KT_U8 fits = checkFits(context, group, home);
+        if (fits == KT_OK) return static_cast<int>(i);
+        if (fits == KT_ERR_TARGET_TOO_SMALL) tellTooSmall(context, group.homes[i], TOLD_COPY_BACK);
+    }
+    return -1;
+}
+
+static void copyBackByItself(const Context& context, Owner owner) {
+    const Group group = groupOf(context, owner);
+    if (!group.usable || slotInNeed(group) >= 0 || jobOf(context, owner).kind != 0) return;
+    const int slot = slotToCopyBack(context, group);
+    if (slot < 0) return;
+    KT_U8 status = KT_OK;
+    const KT_U16 home = group.homes[static_cast<size_t>(slot)];
+    const KT_U64 work = placeMember(context, group, slot, home, BLOCK_COPYING, status);
+    if (status != KT_OK) return;
+    startJob(context, owner, KT_BGA_COPY_BACK, work, home);
+    if (work == 0) finishCopyBack(context, owner);
+    arbitrate(context);
+}
+
+void engageSpares(const Context& context) {
+    const bool rebuilds = autoRebuildOn(context);
+    const bool copies = copyBackOn(context);
+    for (const Owner owner : allGroups(context)) {
+        if (rebuilds) rebuildByItself(context, owner);
+        if (copies) copyBackByItself(context, owner);
+    }
+}
+
+// A spare that nobody will relieve becomes a member like any other.
+static void settleSpare(const Context& context, KT_U16 pd) {
+    const auto disk = find<PdState>(context, pd);
+    if (disk && (disk->raid & KT_PD_SPARE_IN_USE) && !copyBackOn(context)) dropSpareRole(context, pd);
+}
+
+void finishRebuild(const Context& context, Owner owner) {
+    const Activity job = jobOf(context, owner);
+    const Group group = groupOf(context, owner);
+    for (size_t slot = 0; slot < group.members.size(); ++slot) {
+        bool rebuilt = false;
+        for (const KT_U16 id : blocksFor(context, group, group.members[slot])) {
+            auto block = find<_Block_Info>(context, id);
+            if (!block || block->Status != BLOCK_REBUILDING) continue;
+            block->Status = BLOCK_GOOD;
+            updateBlock(context, *block);
+            rebuilt = true;
+        }
+        const auto disk = find<PdState>(context, group.members[slot]);
+        if (!rebuilt && group.members[slot] != job.disk) continue;
+        settleSpare(context, group.members[slot]);
+        if (disk && (!(disk->raid & KT_PD_SPARE) || !copyBackOn(context)))
+            setHome(context, group, static_cast<int>(slot), group.members[slot]);
+    }
+    dropJob(context, owner);
+    logJob(context, owner, job, STEP_COMPLETED);
+    refreshGroup(context, group);
+    engageSpares(context);
+}
+
+void finishCopyBack(const Context& context, Owner owner) {
+    const Activity job = jobOf(context, owner);
+    const Group group = groupOf(context, owner);
+    dropJob(context, owner);
+    logJob(context, owner, job, STEP_COMPLETED);
+    for (size_t slot = 0; slot < group.members.size(); ++slot) {
+        if (group.homes[slot] == job.disk) adoptCopies(context, group, static_cast<int>(slot), job.disk);
+    }
+    refreshGroup(context, group);
+    engageSpares(context);
+}
+
+// Whether the disk holds anything for the group that is not filled yet.
+static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) {
+    for (const KT_U16 id : blocksFor(context, group, pd)) {
+        const auto block = find<_Block_Info>(context, id);
+        if (block && (block->Status == BLOCK_REBUILDING || block->Status == BLOCK_COPYING)) return true;
+    }
+    return false;
+}
+
+void loseTarget(const Context& context, Owner owner, KT_U16 pd) {
+    Activity job = jobOf(context, owner);
+    Group group = groupOf(context, owner);
+    if (job.disk != pd && !isHalfFilled(context, group, pd)) return;
+    removeMember(context, group, pd);
+    if (job.disk != pd) return;
+    group = groupOf(context, owner);
+    const auto other = std::find_if(group.members.begin(), group.members.end(),
+                                    [&](KT_U16 member) { return isHalfFilled(context, group, member); });
+    if (other == group.members.end()) return failRebuild(context, owner);
+    job.disk = *other;
+    saveJob(context, owner, job);
+}
+
+void failRebuild(const Context& context, Owner owner) {
+    const Activity job = jobOf(context, owner);
+    dropJob(context, owner);
+    if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
+    std::vector<KT_U16> targets = groupOf(context, owner).members;
+    targets.push_back(job.disk);
+    for (const KT_U16 pd : targets) {
+        const Group group = groupOf(context, owner);
+        if (pd == job.disk || isHalfFilled(context, group, pd)) removeMember(context, group, pd);
+    }
+}
+
+} // namespace sim

@@ -1,0 +1,233 @@
+// Disks arriving from other adapters.
+#include "changes/diskIds.h"
+#include "changes/foreign.h"
+#include "devices/encryption.h"
+#include "devices/peripherals.h"
+#include "media/blocks.h"
+#include "media/life.h"
+#include "media/surface.h"
+#include "state/events.h"
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <set>
+
+namespace sim {
+
+struct Arrival {
+    Store& store;
+    KT_U8 adapter;
+    std::map<KT_U16, KT_U16> disks; // id there -> id here
+    std::set<KT_U16> strangers;     // those of them, by their ids here, that had to be told apart from disks here
+    std::map<KT_U16, _LD_Info> vds; // id there -> what it is here, with a part that arrives now
+};
+
+static bool isDiskHere(const Context& context, const _HD_Info& disk) {
+    bool here = false;
+    forEach<_HD_Info>(context, 0, [&](KT_U64, const _HD_Info& mine) {
+        here = memcmp(mine.WWN, disk.WWN, sizeof disk.WWN) == 0;
+        return !here;
+    });
+    return here;
+}
+
+// Labs number their disks alike; two adapters' disks are never the same one. Answers whether they had to be told apart.
+static bool tellApart(const Context& context, _HD_Info& disk) {
+    static const char MARKS[] = "123456789ABCDEFGHJKLMNPQRSTUVWXYZ";
+    const bool stranger = isDiskHere(context, disk);
+    for (size_t i = 0; i + 1 < sizeof MARKS && isDiskHere(context, disk); ++i) {
+        ++disk.WWN[4];
+        disk.Link.Self.SAS_Address[4] = disk.WWN[4];
+        disk.SerialNo[strnlen(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo) / 2] =
+            static_cast<KT_U8>(MARKS[i]);
+    }
+    return stranger;
+}
+
+static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
+    auto info = find<_HD_Info>(arrival.store, arrival.adapter, pd);
+    auto state = find<PdState>(arrival.store, arrival.adapter, pd);
+    if (!info || !state) return KT_ERR_PD_MISSING;
+    if (arrival.disks.count(pd)) return KT_ERR_INVALID_PARAMETER;
+    const _Adapter_Info adapter = adapterInfo(context);
+    // SATA disks do on SAS ports, the reverse does not.
+    if ((info->HDType & KT_HD_SAS) && !(adapter.PortSupportType & KT_HD_SAS)) return KT_ERR_NOT_SUPPORTED;
+    const KT_U16 id = freeDiskId(context);
+    if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
+    if (tellApart(context, *info)) arrival.strangers.insert(id);
+    info->AdapterID = context.adapter;
+    info->Link.Self.DevID = id;
+    info->Link.Self.EnclosureID = KT_NO_ID;
+    info->Link.Parent = _Link_Endpoint{};
+    info->Link.Parent.PhyCnt = 1;
+    info->Link.Parent.PhyID[0] = static_cast<KT_U8>(adapter.PortCount ? id % adapter.PortCount : 0);
+    info->Link.Parent.EnclosureID = KT_NO_ID;
+    const bool failed = state->health == PD_FAILED;
+    state->raid = failed ? KT_PD_OFFLINE : 0;
+    state->config.Online = failed ? 0 : 1;
+    state->config.HDID = id;
+    state->dgid = KT_NO_ID;
+    state->hasOs = 0; // what runs, runs elsewhere
+    state->patrol = Activity{};
+    state->patrol.disk = KT_NO_ID;
+    save(context, id, *info);
+    save(context, id, *state);
+    forgetDisk(context, id);
+    const Context there{arrival.store, arrival.adapter, context.now};
+    copySurface(there, pd, context, id);
+    moveLife(there, pd, context, id);
+    if (const auto cipher = find<DiskCipher>(arrival.store, arrival.adapter, pd)) save(context, id, *cipher);
+    logEvent(context, EVT_PD, 1, id, SEV_INFO);
+    arrival.disks[pd] = id;
+    return KT_OK;
+}
+
+// What arrives of the virtual disk: whole blocks only, by slot; an unfinished rebuild leaves nothing to rely on.
+static std::map<int, _Block_Info> arrivingBlocks(const Arrival& arrival, const _LD_Info& vd) {
+    std::map<int, _Block_Info> blocks;
+    for (int i = 0; i < geometryOf(vd).disks; ++i) {
+        auto block = find<_Block_Info>(arrival.store, arrival.adapter, vd.BlockIDs[i]);
+        const auto here = block ? arrival.disks.find(block->HDID) : arrival.disks.end();
+        if (here == arrival.disks.end() || block->Status != BLOCK_GOOD) continue;
+        block->HDID = here->second;
+        blocks[i] = *block;
+    }
+    return blocks;
+}
+
+static bool isSameMake(const _LD_Info& mine, const _LD_Info& vd) {
+    return mine.RaidMode == vd.RaidMode && mine.HDCount == vd.HDCount && mine.Size == vd.Size;
+}
+
+// Whether `mine` has none of what arrives.
+static bool lacks(const _LD_Info& mine, const std::map<int, _Block_Info>& blocks) {
+    return std::all_of(blocks.begin(), blocks.end(),
+                       [&](const auto& entry) { return mine.BlockIDs[entry.first] == KT_NO_ID; });
+}
+
+// Whether `mine`, in use here with the same GUID, is the arriving virtual disk, a part of which was imported before.
+// Its missing member may have been made up for since.
+static bool isImportedPart(const Arrival& arrival, const _LD_Info& mine, const _LD_Info& vd,
+                           const std::map<int, _Block_Info>& blocks) {
+    if (isForeign(mine) || !isSameMake(mine, vd)) return false;
+    return lacks(mine, blocks) || std::none_of(blocks.begin(), blocks.end(), [&](const auto& entry) {
+               return arrival.strangers.count(entry.second.HDID) != 0;
+           });
+}
+
+static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_Info& vd) {
+    Vd mine = {vd, find<VdState>(arrival.store, arrival.adapter, vd.ID).value_or(VdState{})};
+    const KT_U64 limit = std::min<KT_U64>(adapterInfo(context).MaxLogicalDrive, KT_BLOCK_FREE);
+    mine.info.ID = freeId(context, KIND_VD, limit);
+    mine.info.DGID = KT_NO_ID;
+    mine.info.AdapterID = context.adapter;
+    mine.info.BGAStatus = KT_STATE_NONE;
+    mine.info.Status = KT_VD_NOT_IMPORTABLE;
+    mine.state.activity = Activity{};
+    mine.state.activity.disk = mine.state.linkedDisk = KT_NO_ID;
+    mine.state.hasOs = 0;
+    mine.state.unfinished = find<VdTarget>(arrival.store, arrival.adapter, vd.ID) ? 1 : 0;
+    std::fill(std::begin(mine.info.BlockIDs), std::end(mine.info.BlockIDs), KT_U16{KT_NO_ID});
+    std::fill(std::begin(mine.state.homes), std::end(mine.state.homes), KT_U16{KT_NO_ID});
+    return mine;
+}
+
+// The part that came before, or a new virtual disk, in conflict when the other part is in use already. Labs number
+// these alike, too: a GUID that another one has here is counted up, always the same way, so that the parts of one find
+// each other.
+static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info& vd,
+                  const std::map<int, _Block_Info>& blocks) {
+    Vd place = newArrival(context, arrival, vd);
+    for (int attempt = 0; attempt < 256; ++attempt) {
+        bool known = false;
+        bool found = false;
+        forEachVd(context, [&](const Vd& mine) {
+            if (memcmp(mine.info.LD_GUID, place.info.LD_GUID, sizeof place.info.LD_GUID) != 0) return;
+            known = true;
+            found = isForeign(mine.info) && isSameMake(mine.info, vd) && lacks(mine.info, blocks);
+            if (found) place = mine;
+            if (isImportedPart(arrival, mine.info, vd, blocks)) place.info.Status = KT_VD_PLUGIN_CONFLICTED;
+        });
+        if (!known || found) break;
+        ++place.info.LD_GUID[2];
+    }
+    return place;
+}
+
+static KT_U8 bringVd(const Context& context, Arrival& arrival, const _LD_Info& vd) {
+    const std::map<int, _Block_Info> blocks = arrivingBlocks(arrival, vd);
+    if (blocks.empty()) return KT_OK;
+    Vd mine = placeOf(context, arrival, vd, blocks);
+    if (mine.info.ID == KT_NO_ID) return KT_ERR_NO_VD_ID;
+    for (const auto& [slot, arriving] : blocks) {
+        _Block_Info block = arriving;
+        block.LDID = mine.info.ID;
+        mine.info.BlockIDs[slot] = addBlock(context, block);
+        if (mine.info.BlockIDs[slot] == KT_NO_ID) return KT_ERR_NO_RESOURCE;
+        mine.state.homes[slot] = block.HDID;
+        Disk disk = {};
+        if (findDisk(context, block.HDID, disk) != KT_OK) continue;
+        disk.state.raid |= KT_PD_FOREIGN;
+        saveDisk(context, disk);
+    }
+    saveVd(context, mine);
+    arrival.vds[vd.ID] = mine.info;
+    return KT_OK;
+}
+
+// What the array says of itself on its disks; without virtual disks there is nothing to import it with.
+static std::optional<ArrayLabel> labelFor(const Context& context, const Arrival& arrival, const _DG_Info& array) {
+    const auto id =
+        std::find_if(std::begin(array.VDIDs), std::end(array.VDIDs), [](KT_U16 vd) { return vd != KT_NO_ID; });
+    const auto first = id == std::end(array.VDIDs) ? std::nullopt : find<_LD_Info>(arrival.store, arrival.adapter, *id);
+    if (!first) return std::nullopt;
+    const auto here = arrival.vds.find(first->ID);
+    const _LD_Info vd = here == arrival.vds.end() ? placeOf(context, arrival, *first, {}).info : here->second;
+    ArrayLabel label = {};
+    memcpy(label.guid, vd.LD_GUID, sizeof label.guid);
+    memcpy(label.name, array.Name, sizeof label.name);
+    return label;
+}
+
+static void bringLabels(const Context& context, const Arrival& arrival) {
+    forEach<_DG_Info>(arrival.store, arrival.adapter, 0, [&](KT_U64, const _DG_Info& array) {
+        auto label = labelFor(context, arrival, array);
+        const auto put = [&](const KT_U16* pds, size_t count) {
+            for (size_t i = 0; label && i < count; ++i) {
+                const auto here = arrival.disks.find(pds[i]);
+                if (here != arrival.disks.end()) save(context, here->second, *label);
+            }
+        };
+        put(array.PDIDs, std::min<size_t>(array.PDCount, MAX_MEMBERS));
+        if (label) label->spare = 1;
+        put(array.SparePDIDs, std::min<size_t>(array.SparePDCount, std::size(array.SparePDIDs)));
+        return true;
+    });
+}
+
+KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapter, const std::vector<KT_U16>& disks,
+                         std::vector<KT_U16>& ids) {
+    Arrival arrival{other, otherAdapter, {}, {}, {}};
+    for (const KT_U16 pd : disks) {
+        const KT_U8 status = bringDisk(context, arrival, pd);
+        if (status != KT_OK) return status;
+        ids.push_back(arrival.disks[pd]);
+    }
+    std::vector<_LD_Info> vds;
+    forEach<_LD_Info>(other, otherAdapter, 0, [&](KT_U64, const _LD_Info& vd) {
+        vds.push_back(vd);
+        return true;
+    });
+    for (const _LD_Info& vd : vds) {
+        const KT_U8 status = bringVd(context, arrival, vd);
+        if (status != KT_OK) return status;
+    }
+    bringLabels(context, arrival);
+    reviewForeign(context);
+    for (const KT_U16 id : ids)
+        reviewDiskCipher(context, id);
+    return KT_OK;
+}
+
+} // namespace sim

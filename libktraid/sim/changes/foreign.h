@@ -1,0 +1,42 @@
+// Virtual disks that were made on another adapter.
+#pragma once
+
+#include "raid/volumes.h"
+
+#include <vector>
+
+namespace sim {
+
+// KT_LD_Import: KT_ERR_VD_NOT_IMPORTABLE when too much of it is missing or in other use, KT_ERR_VD_STATUS when it is
+// not foreign. With arrays, all virtual disks on the same foreign disks come along in one new array.
+KT_U8 importVd(const Context& context, KT_U16 id);
+// One that must not become another virtual disk by itself: what it is a part of is here already without it. It can be
+// reported or deleted.
+inline bool isConflicted(const _LD_Info& vd) {
+    return vd.Status == KT_VD_CONFLICTED || vd.Status == KT_VD_PLUGIN_CONFLICTED;
+}
+// A virtual disk that the adapter knows of, but does not use.
+inline bool isForeign(const _LD_Info& vd) {
+    return vd.Status == KT_VD_FOREIGN || vd.Status == KT_VD_IMPORTABLE || vd.Status == KT_VD_NOT_IMPORTABLE ||
+           isConflicted(vd);
+}
+// Says of every foreign virtual disk anew whether it can be imported; those whose disks have all left go away. To be
+// called after anything that disks or other virtual disks come or go by.
+void reviewForeign(const Context& context);
+// Remembers a virtual disk that leaves while pulled disks still hold parts of it.
+void rememberAway(const Context& context, const Vd& vd);
+// The virtual disk with that GUID; one that was away is there again, as a foreign one.
+std::optional<_LD_Info> vdWithGuid(const Context& context, const KT_U8* guid);
+
+// KT_LD_Report: shows a conflicted virtual disk to the host as one of its own; KT_ERR_VD_NOT_REPORTABLE for any other,
+// and when too much of it is missing.
+KT_U8 reportVd(const Context& context, KT_U16 id);
+
+// arrival.cpp: disks of another state (a lab) are put into this adapter, with what is on them; `ids` are theirs here,
+// the lowest free ones. Their virtual disks show up as foreign ones, importable as soon as enough of their members have
+// come. KT_ERR_PD_MISSING when there is no such disk, KT_ERR_NOT_SUPPORTED when it does not fit the adapter's ports,
+// KT_ERR_NO_RESOURCE and KT_ERR_NO_VD_ID when the adapter is full.
+KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapter, const std::vector<KT_U16>& disks,
+                         std::vector<KT_U16>& ids);
+
+} // namespace sim

@@ -1,0 +1,16 @@
+// The roles of disks that stand by.
+#pragma once
+
+#include "raid/volumes.h"
+
+namespace sim {
+
+// KT_PD_FreeHD2GlobalSpare, KT_PD_FreeHD2DGSpare and KT_PD_Spare2FreeHD. A new spare is used at once where it can
+// be.
+KT_U8 makeGlobalSpare(const Context& context, KT_U16 pd);
+KT_U8 makeDedicatedSpare(const Context& context, KT_U16 pd, KT_U16 dgid);
+KT_U8 releaseSpare(const Context& context, KT_U16 pd);
+// Takes a spare role away, whatever it is doing, without making the disk a free one.
+void dropSpareRole(const Context& context, KT_U16 pd);
+
+} // namespace sim

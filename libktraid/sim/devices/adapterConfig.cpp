@@ -1,0 +1,107 @@
+#include "devices/adapterConfig.h"
+
+#include "activities/jobs.h"
+#include "activities/rebuilding.h"
+#include "devices/settingsPage.h"
+#include "state/events.h"
+
+namespace sim {
+
+enum : KT_U8 { NOT_SUPPORTED = 255 };
+static const KT_U16 NO_EVENT = 0xFFFF;
+static const KT_U16 EVT_MUTED = 28;
+
+// One setting: its largest value, the advanced feature that a change needs (0 = none), and what a change logs: class
+// and code for "on" or any value, and the code for "off".
+struct Setting {
+    size_t offset;
+    KT_U8 largest;
+    KT_U32 feature;
+    KT_U16 eventClass;
+    KT_U16 code;
+    KT_U16 offCode;
+};
+
+#define KTSIM_SWITCH(field, feature, on, off)                                                                          \
+    { offsetof(_Adapter_Config_V2, field), 1, feature, EVT_ADAPTER, on, off }
+#define KTSIM_RATE(field, code)                                                                                        \
+    { offsetof(_Adapter_Config_V2, field), 100, 0, EVT_MISC, code, code }
+static const Setting SETTINGS[] = {
+    KTSIM_SWITCH(AutoRebuildOn, 0, 4, 5),
+    KTSIM_SWITCH(CpuEfficiencyOn, KT_ADV_CPU_EFFICIENCY, NO_EVENT, NO_EVENT),
+    KTSIM_RATE(BGARate, 1),
+    KTSIM_RATE(SyncRate, 22),
+    KTSIM_RATE(InitRate, 23),
+    KTSIM_RATE(RebuildRate, 24),
+    KTSIM_RATE(MigrationRate, 25),
+    KTSIM_RATE(CopybackRate, 26),
+    KTSIM_RATE(MPRate, 27),
+    KTSIM_SWITCH(PollSMARTStatus, 0, 0, 1),
+    KTSIM_SWITCH(CopyBackOn, 0, 7, 8),
+    KTSIM_SWITCH(ModuleConsolidation, KT_ADV_MODULE_CONSOLIDATE, NO_EVENT, NO_EVENT),
+    KTSIM_SWITCH(rawimg_update_disabled, KT_ADV_RAW_UPDATE, NO_EVENT, NO_EVENT),
+    KTSIM_SWITCH(AlarmOn, 0, 2, 3),
+};
+
+static KT_U8 valueOf(const _Adapter_Config_V2& config, const Setting& setting) {
+    return reinterpret_cast<const KT_U8*>(&config)[setting.offset];
+}
+
+// KT_OK when the setting may become `value`.
+static KT_U8 checkSetting(const _Adapter_Info& info, const Setting& setting, KT_U8 now, KT_U8 value) {
+    if (value == now) return KT_OK;
+    if (now == NOT_SUPPORTED) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (value > setting.largest) return KT_ERR_OUT_OF_RANGE;
+    if (setting.feature && !(info.AdvancedFeatures & setting.feature)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (setting.offset == offsetof(_Adapter_Config_V2, AlarmOn) && !info.AlarmSupport)
+        return KT_ERR_NOT_ON_THIS_ADAPTER;
+    return KT_OK;
+}
+
+static void logSetting(const Context& context, const Setting& setting, KT_U8 value) {
+    if (setting.code == NO_EVENT) return;
+    const bool rate = setting.eventClass == EVT_MISC;
+    logEvent(context, setting.eventClass, rate || value ? setting.code : setting.offCode, context.adapter, SEV_INFO,
+             rate ? value : 0U);
+}
+
+static void unmute(const Context& context) {
+    AdapterState state = find<AdapterState>(context, 0).value_or(AdapterState{});
+    state.muted = 0;
+    save(context, 0, state);
+}
+
+KT_U8 setAdapterConfig(const Context& context, const _Adapter_Config_V2& wanted) {
+    auto config = find<_Adapter_Config_V2>(context, 0);
+    if (!config) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    const _Adapter_Info info = adapterInfo(context);
+    for (const Setting& setting : SETTINGS) {
+        const KT_U8 status = checkSetting(info, setting, valueOf(*config, setting), valueOf(wanted, setting));
+        if (status != KT_OK) return status;
+    }
+    const bool alarmComesOn = wanted.AlarmOn && !config->AlarmOn;
+    for (const Setting& setting : SETTINGS) {
+        const KT_U8 value = valueOf(wanted, setting);
+        if (value == valueOf(*config, setting)) continue;
+        reinterpret_cast<KT_U8*>(&*config)[setting.offset] = value;
+        logSetting(context, setting, value);
+    }
+    save(context, 0, *config);
+    settingsChanged(context, *config);
+    if (alarmComesOn) unmute(context);
+    applyRates(context);
+    engageSpares(context);
+    return KT_OK;
+}
+
+KT_U8 muteAdapter(const Context& context) {
+    if (!adapterInfo(context).AlarmSupport) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    AdapterState state = find<AdapterState>(context, 0).value_or(AdapterState{});
+    if (state.muted) return KT_OK;
+    state.muted = 1;
+    save(context, 0, state);
+    logEvent(context, EVT_MISC, EVT_MUTED, context.adapter, SEV_INFO);
+    return KT_OK;
+}
+
+} // namespace sim

@@ -1,0 +1,475 @@
+#include "devices/battery.h"
+
+#include "frame/settle.h"
+#include "raid/volumes.h"
+#include "state/events.h"
+
+#include <algorithm>
+
+namespace sim {
+
+enum : KT_U16 {
+    EVT_PRESENT = 0,
+    EVT_NEW = 2,
+    EVT_REPLACE = 3,
+    EVT_REPLACED = 4,
+    EVT_REMOVED = 5,
+    EVT_RELEARN_STARTED = 6,
+    EVT_RELEARN_GOES_ON = 7,
+    EVT_RELEARN_DONE = 8,
+    EVT_RELEARN_TIMEOUT = 9,
+    EVT_RELEARN_PENDING = 10,
+    EVT_RELEARN_POSTPONED = 11,
+    EVT_DISCHARGING = 16,
+    EVT_CHARGING = 17,
+    EVT_CHARGED = 18,
+    EVT_CHARGER_PROBLEM = 19,
+    EVT_ABNORMAL = 28,
+    EVT_NORMAL = 29,
+    EVT_STOPPED_CHARGING = 30,
+    EVT_STOPPED_DISCHARGING = 31,
+    EVT_THRESHOLD_CHANGED = 32,
+    EVT_VOLTAGE_LIMITS_CHANGED = 33,
+    EVT_TEMPERATURE_LIMITS_CHANGED = 34
+};
+
+static const KT_U32 FULL = 1000000;
+static const KT_U64 MINUTE = 60 * 1000;
+static const KT_U64 HOUR = 60 * MINUTE;
+static const KT_U64 DAY = 24 * HOUR;
+static const KT_U64 CHARGE_TIME = 4 * HOUR; // from empty to full
+static const KT_U64 DISCHARGE_TIME = 3 * HOUR;
+static const KT_U64 LEAK_TIME = 100 * DAY; // from full to empty with nothing going on
+static const KT_U64 RELEARN_PERIOD = 30 * DAY;
+static const KT_U64 RELEARN_LIMIT = 24 * HOUR;
+static const KT_U64 POSTPONED_BY = DAY;
+static const KT_U32 LOW_CHARGE = FULL / 100 * 30; // below it the cache would not survive
+static const KT_U8 DEFAULT_RECHARGE_BELOW = 85;
+static const KT_U32 MILLIVOLTS_PER_PERCENT = 6;
+static const KT_U16 WORN_OUT_PERCENT = 60; // of the design capacity
+
+struct Announcement {
+    KT_U64 before;
+    KT_U16 code;
+};
+static const Announcement ANNOUNCEMENTS[] = {{4 * DAY, 12}, {2 * DAY, 13}, {DAY, 14}, {5 * HOUR, 15}};
+
+static void report(const Context& context, KT_U16 code, KT_U8 severity = SEV_INFO) {
+    logEvent(context, EVT_BATTERY, code, 0, severity);
+}
+
+static bool isPresent(const Context& context, _BBU_Info& info) {
+    const auto found = find<_BBU_Info>(context, 0);
+    if (found) info = *found;
+    return found && (found->status & KT_BBU_PRESENT);
+}
+
+bool hasBattery(const Context& context) {
+    _BBU_Info info = {};
+    return isPresent(context, info);
+}
+
+static bool hasPlace(const Context& context) {
+    return (adapterInfo(context).AdvancedFeatures & KT_ADV_BBU) || find<_BBU_Info>(context, 0);
+}
+
+// The state of a battery that nobody has looked at yet follows from its record.
+static BatteryState firstState(const Context& context) {
+    _BBU_Info info = {};
+    BatteryState state = {};
+    state.since = context.now;
+    state.nextRelearn = context.now + RELEARN_PERIOD;
+    state.rechargeBelow = DEFAULT_RECHARGE_BELOW;
+    state.abnormal = 1;
+    if (!isPresent(context, info)) return state;
+    state.abnormal = 0;
+    state.designCapacity = info.maxCapacity;
+    const KT_U32 percent = std::min<KT_U32>(info.percentage, 100);
+    const bool agrees = info.maxCapacity && info.capacity * 100U / info.maxCapacity == percent;
+    state.charge = agrees ? static_cast<KT_U32>(KT_U64{info.capacity} * FULL / info.maxCapacity) : percent * FULL / 100;
+    if (info.status & KT_BBU_CHARGING) state.mode = BATTERY_CHARGING;
+    if (info.status & KT_BBU_DISCHARGING) state.mode = BATTERY_DISCHARGING;
+    return state;
+}
+
+static BatteryState stateOf(const Context& context) {
+    const auto found = find<BatteryState>(context, 0);
+    return found ? *found : firstState(context);
+}
+
+// What a broken charger should charge runs down.
+static bool isRising(const BatteryState& state) {
+    return state.mode == BATTERY_CHARGING && !state.chargerBroken;
+}
+
+// Milliseconds that the whole charge takes in the present mode.
+static KT_U64 paceOf(const BatteryState& state) {
+    if (isRising(state)) return CHARGE_TIME;
+    return state.mode == BATTERY_DISCHARGING ? DISCHARGE_TIME : LEAK_TIME;
+}
+
+static KT_U32 chargeAt(const BatteryState& state, KT_U64 now) {
+    const KT_U64 pace = paceOf(state);
+    if (now <= state.since) return state.charge;
+    const KT_U64 passed = std::min(now - state.since, pace);
+    const auto moved = static_cast<KT_U32>(passed * FULL / pace);
+    if (isRising(state)) return std::min(FULL, state.charge + moved);
+    return state.charge > moved ? state.charge - moved : 0;
+}
+
+// When the charge will have reached `level`; NEVER when it moves away from it or is there.
+static KT_U64 reaches(const BatteryState& state, KT_U32 level) {
+    const KT_U64 pace = paceOf(state);
+    const bool rising = isRising(state);
+    if (rising ? level <= state.charge : level >= state.charge) return NEVER;
+    const KT_U64 way = rising ? level - state.charge : state.charge - level;
+    return state.since + (way * pace + FULL - 1) / FULL;
+}
+
+static int voltageAt(const _BBU_Info& info, KT_U32 charge) {
+    const int percent = static_cast<int>(charge / (FULL / 100));
+    return info.voltage + (percent - info.percentage) * static_cast<int>(MILLIVOLTS_PER_PERCENT);
+}
+
+KT_U8 getBattery(const Context& context, _BBU_Info& info) {
+    if (!hasPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    info = {};
+    if (!isPresent(context, info)) {
+        info = {};
+        return KT_OK;
+    }
+    const BatteryState state = stateOf(context);
+    const KT_U32 charge = chargeAt(state, context.now);
+    info.voltage = static_cast<KT_U16>(std::clamp(voltageAt(info, charge), 0, 0xFFFF));
+    info.status = KT_BBU_PRESENT;
+    info.minutesToFull = info.minutesToEmpty = 0;
+    if (isRising(state)) {
+        info.status |= KT_BBU_CHARGING;
+        info.minutesToFull = static_cast<KT_U16>((FULL - charge) * CHARGE_TIME / FULL / MINUTE);
+    } else if (state.mode == BATTERY_DISCHARGING) {
+        info.status |= KT_BBU_DISCHARGING;
+        info.minutesToEmpty = static_cast<KT_U16>(charge * DISCHARGE_TIME / FULL / MINUTE);
+    }
+    info.capacity = static_cast<KT_U16>((KT_U64{info.maxCapacity} * charge + FULL / 2) / FULL);
+    info.percentage = static_cast<KT_U8>(charge / (FULL / 100));
+    return KT_OK;
+}
+
+// The automatic caches.
+
+bool batteryKeepsCache(const Context& context) {
+    return hasPlace(context) && !stateOf(context).abnormal;
+}
+
+static void switchCaches(const Context& context) {
+    forEach<VdState>(context, 0, [&](KT_U64 id, const VdState& vd) {
+        auto info = vd.cachePolicy & KT_CACHE_AUTO ? find<_LD_Info>(context, id) : std::nullopt;
+        if (!info) return true;
+        info->CacheMode = cacheModeFor(context, vd.cachePolicy);
+        save(context, id, *info);
+        return true;
+    });
+}
+
+// What can be wrong with a battery, and the events that say so and that it is over.
+struct Complaint {
+    bool (*holds)(const _BBU_Info& info, const BatteryState& state);
+    KT_U16 code;
+    KT_U16 over;
+};
+static const Complaint COMPLAINTS[] = {
+    {[](const _BBU_Info&, const BatteryState& state) { return state.charge < LOW_CHARGE; }, 20, 21},
+    {[](const _BBU_Info& info, const BatteryState&) {
+         return (info.sensorSupport & KT_SENSOR_TEMPERATURE) && info.temperature < info.tempLow * 100;
+     },
+     22, 23},
+    {[](const _BBU_Info& info, const BatteryState&) {
+         return (info.sensorSupport & KT_SENSOR_TEMPERATURE) && info.temperature > info.tempHigh * 100;
+     },
+     24, 23},
+    {[](const _BBU_Info& info, const BatteryState& state) {
+         return (info.sensorSupport & KT_SENSOR_VOLTAGE) && voltageAt(info, state.charge) < info.voltLow;
+     },
+     25, 26},
+    {[](const _BBU_Info& info, const BatteryState& state) {
+         return (info.sensorSupport & KT_SENSOR_VOLTAGE) && voltageAt(info, state.charge) > info.voltHigh;
+     },
+     27, 26},
+};
+
+static void checkComplaints(const Context& context, const _BBU_Info& info, BatteryState& state) {
+    // From too cold to too hot is not back to normal.
+    const auto isOver = [&](KT_U16 code) {
+        return std::none_of(std::begin(COMPLAINTS), std::end(COMPLAINTS),
+                            [&](const Complaint& each) { return each.over == code && each.holds(info, state); });
+    };
+    for (size_t i = 0; i < std::size(COMPLAINTS); ++i) {
+        const auto bit = static_cast<KT_U8>(1U << i);
+        const bool wrong = COMPLAINTS[i].holds(info, state);
+        if (wrong == ((state.complaints & bit) != 0)) continue;
+        state.complaints = static_cast<KT_U8>(state.complaints ^ bit);
+        if (wrong) report(context, COMPLAINTS[i].code, SEV_WARNING);
+        if (!wrong && isOver(COMPLAINTS[i].over)) report(context, COMPLAINTS[i].over);
+    }
+}
+
+static void setAbnormal(const Context& context, BatteryState& state, bool abnormal, bool announce = true) {
+    const bool changes = state.abnormal != (abnormal ? 1 : 0);
+    state.abnormal = abnormal ? 1 : 0;
+    save(context, 0, state);
+    if (changes && announce) report(context, abnormal ? EVT_ABNORMAL : EVT_NORMAL, abnormal ? SEV_WARNING : SEV_INFO);
+    if (changes || !announce) switchCaches(context);
+}
+
+// Charge and discharge.
+
+static void setMode(const Context& context, BatteryState& state, KT_U8 mode) {
+    if (state.mode == mode) return;
+    state.mode = mode;
+    if (mode == BATTERY_CHARGING && state.chargerBroken) report(context, EVT_CHARGER_PROBLEM, SEV_MAJOR);
+    if (mode == BATTERY_CHARGING && !state.chargerBroken) report(context, EVT_CHARGING);
+    if (mode == BATTERY_DISCHARGING) report(context, EVT_DISCHARGING);
+}
+
+static void planRelearn(BatteryState& state, KT_U64 when) {
+    state.relearn = RELEARN_NONE;
+    state.nextRelearn = when;
+    state.announced = 0;
+}
+
+static void startRelearn(const Context& context, BatteryState& state) {
+    state.relearn = RELEARN_DISCHARGING;
+    state.relearnStarted = context.now;
+    report(context, EVT_RELEARN_STARTED);
+    setMode(context, state, BATTERY_DISCHARGING);
+}
+
+// A relearned battery knows its capacity anew: a hundredth less each time.
+static void finishRelearn(const Context& context, _BBU_Info& info, BatteryState& state) {
+    const bool sound = info.maxCapacity * 100U >= state.designCapacity * KT_U32{WORN_OUT_PERCENT};
+    info.maxCapacity = static_cast<KT_U16>(info.maxCapacity - info.maxCapacity / 100);
+    ++info.rechargeCycle;
+    save(context, 0, info);
+    report(context, EVT_RELEARN_DONE);
+    planRelearn(state, state.nextRelearn + RELEARN_PERIOD);
+    if (sound && info.maxCapacity * 100U < state.designCapacity * KT_U32{WORN_OUT_PERCENT})
+        report(context, EVT_REPLACE, SEV_MAJOR);
+}
+
+static void settleCharge(const Context& context, _BBU_Info& info, BatteryState& state) {
+    if (state.mode == BATTERY_CHARGING && state.charge == FULL) {
+        state.mode = BATTERY_IDLE;
+        report(context, EVT_CHARGED);
+        if (state.relearn == RELEARN_CHARGING) finishRelearn(context, info, state);
+        if (state.relearn == RELEARN_PENDING) startRelearn(context, state);
+    } else if (state.mode == BATTERY_DISCHARGING && state.charge == 0) {
+        report(context, EVT_STOPPED_DISCHARGING);
+        if (state.relearn == RELEARN_DISCHARGING) {
+            state.relearn = RELEARN_CHARGING;
+            report(context, EVT_RELEARN_GOES_ON);
+        }
+        setMode(context, state, BATTERY_CHARGING);
+    } else if (state.mode == BATTERY_IDLE && state.charge <= state.rechargeBelow * (FULL / 100)) {
+        setMode(context, state, BATTERY_CHARGING);
+    }
+}
+
+static void settleRelearn(const Context& context, BatteryState& state) {
+    const bool runs = state.relearn == RELEARN_DISCHARGING || state.relearn == RELEARN_CHARGING;
+    if (runs && context.now - state.relearnStarted >= RELEARN_LIMIT) {
+        report(context, EVT_RELEARN_TIMEOUT, SEV_MAJOR);
+        planRelearn(state, context.now + RELEARN_PERIOD);
+        setMode(context, state, BATTERY_CHARGING);
+    }
+    if (state.relearn != RELEARN_NONE) return;
+    // Of the announcements that are due only the latest is worth making.
+    KT_U8 due = state.announced;
+    while (due < std::size(ANNOUNCEMENTS) && context.now + ANNOUNCEMENTS[due].before >= state.nextRelearn)
+        ++due;
+    if (due != state.announced && context.now < state.nextRelearn) report(context, ANNOUNCEMENTS[due - 1].code);
+    state.announced = due;
+    if (context.now < state.nextRelearn) return;
+    if (state.mode != BATTERY_CHARGING) {
+        startRelearn(context, state);
+        return;
+    }
+    state.relearn = RELEARN_PENDING;
+    report(context, EVT_RELEARN_PENDING);
+}
+
+static KT_U64 nextRelearnStep(const BatteryState& state) {
+    if (state.relearn == RELEARN_PENDING) return NEVER;
+    if (state.relearn != RELEARN_NONE) return state.relearnStarted + RELEARN_LIMIT;
+    if (state.announced >= std::size(ANNOUNCEMENTS)) return state.nextRelearn;
+    const KT_U64 before = ANNOUNCEMENTS[state.announced].before;
+    return state.nextRelearn > before ? state.nextRelearn - before : 0;
+}
+
+KT_U64 settleBattery(const Context& context) {
+    if (!hasPlace(context)) return NEVER;
+    const bool first = !find<BatteryState>(context, 0);
+    BatteryState state = stateOf(context);
+    _BBU_Info info = {};
+    if (!isPresent(context, info)) {
+        setAbnormal(context, state, true, !first);
+        return NEVER;
+    }
+    state.charge = chargeAt(state, context.now);
+    state.since = context.now;
+    settleCharge(context, info, state);
+    settleRelearn(context, state);
+    checkComplaints(context, info, state);
+    setAbnormal(context, state, state.complaints != 0, !first);
+    KT_U64 next = std::min(nextRelearnStep(state), reaches(state, LOW_CHARGE));
+    next = std::min(next, reaches(state, isRising(state) ? FULL : 0));
+    // Just below the low mark the complaint begins; one step further lies the moment to look.
+    next = std::min(next, reaches(state, LOW_CHARGE - 1));
+    if (state.mode == BATTERY_IDLE) next = std::min(next, reaches(state, state.rechargeBelow * (FULL / 100)));
+    return next;
+}
+
+// What is done to it.
+
+static void settleNow(const Context& context, const BatteryState& state) {
+    save(context, 0, state);
+    schedulePeripherals(context, settleBattery(context));
+}
+
+KT_U8 changeBatteryPower(const Context& context, KT_U8 action) {
+    if (!hasPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (action > POWER_DISCHARGE) return KT_ERR_INVALID_PARAMETER;
+    _BBU_Info info = {};
+    if (!isPresent(context, info)) return KT_ERR_INVALID_BBU;
+    BatteryState state = stateOf(context);
+    state.charge = chargeAt(state, context.now);
+    state.since = context.now;
+    if (action == POWER_CHARGE && state.charge == FULL) return KT_ERR_INVALID_REQUEST;
+    if (action == POWER_DISCHARGE && state.charge == 0) return KT_ERR_INVALID_REQUEST;
+    if (state.relearn != RELEARN_NONE) {
+        report(context, EVT_RELEARN_POSTPONED);
+        planRelearn(state, context.now + POSTPONED_BY);
+    }
+    if (action == POWER_STOP && state.mode == BATTERY_CHARGING) report(context, EVT_STOPPED_CHARGING);
+    if (action == POWER_STOP && state.mode == BATTERY_DISCHARGING) report(context, EVT_STOPPED_DISCHARGING);
+    const KT_U8 modes[] = {BATTERY_IDLE, BATTERY_CHARGING, BATTERY_DISCHARGING};
+    setMode(context, state, modes[action]);
+    settleNow(context, state);
+    return KT_OK;
+}
+
+BatteryLimits batteryLimits(const Context& context) {
+    _BBU_Info info = {};
+    if (!isPresent(context, info)) return BatteryLimits{DEFAULT_RECHARGE_BELOW, 0, 60, 3300, 4300};
+    const auto celsius = [](KT_S16 value) { return static_cast<KT_U8>(std::clamp<int>(value, 0, 255)); };
+    return BatteryLimits{stateOf(context).rechargeBelow, celsius(info.tempLow), celsius(info.tempHigh), info.voltLow,
+                         info.voltHigh};
+}
+
+void setBatteryLimits(const Context& context, const BatteryLimits& limits) {
+    _BBU_Info info = {};
+    if (!isPresent(context, info)) return;
+    const BatteryLimits before = batteryLimits(context);
+    BatteryState state = stateOf(context);
+    if (limits.rechargeBelow != before.rechargeBelow && limits.rechargeBelow <= 100) {
+        state.rechargeBelow = limits.rechargeBelow;
+        report(context, EVT_THRESHOLD_CHANGED);
+    }
+    if (limits.voltLow != before.voltLow || limits.voltHigh != before.voltHigh) {
+        info.voltLow = limits.voltLow;
+        info.voltHigh = limits.voltHigh;
+        report(context, EVT_VOLTAGE_LIMITS_CHANGED);
+    }
+    if (limits.tempLow != before.tempLow || limits.tempHigh != before.tempHigh) {
+        info.tempLow = limits.tempLow;
+        info.tempHigh = limits.tempHigh;
+        report(context, EVT_TEMPERATURE_LIMITS_CHANGED);
+    }
+    save(context, 0, info);
+    settleNow(context, state);
+}
+
+bool insertBattery(const Context& context) {
+    if (!hasPlace(context)) return false;
+    _BBU_Info info = {};
+    const bool replaces = isPresent(context, info);
+    const BatteryState before = stateOf(context);
+    const BatteryLimits limits = batteryLimits(context);
+    info = {};
+    info.status = KT_BBU_PRESENT;
+    info.sensorSupport = KT_SENSOR_TEMPERATURE | KT_SENSOR_VOLTAGE | KT_SENSOR_CAPACITY;
+    info.temperature = 2500;
+    info.tempLow = limits.tempLow;
+    info.tempHigh = limits.tempHigh;
+    info.voltage = 3900;
+    info.voltLow = limits.voltLow;
+    info.voltHigh = limits.voltHigh;
+    info.maxCapacity = 650;
+    info.percentage = 50;
+    save(context, 0, info);
+    erase<BatteryState>(context, 0);
+    BatteryState state = firstState(context);
+    state.rechargeBelow = limits.rechargeBelow;
+    state.abnormal = before.abnormal;
+    report(context, replaces ? EVT_REPLACED : EVT_NEW);
+    if (!replaces) report(context, EVT_PRESENT);
+    settleNow(context, state);
+    return true;
+}
+
+bool removeBattery(const Context& context) {
+    _BBU_Info info = {};
+    if (!isPresent(context, info)) return false;
+    BatteryState state = stateOf(context);
+    save(context, 0, _BBU_Info{});
+    report(context, EVT_REMOVED, SEV_WARNING);
+    state.complaints = 0;
+    state.relearn = RELEARN_NONE;
+    settleNow(context, state);
+    return true;
+}
+
+// Changes the record, and the state with the charge brought up to now, by `change(info, state)`.
+template <class Change>
+static bool changeBattery(const Context& context, Change change) {
+    _BBU_Info info = {};
+    if (!isPresent(context, info)) return false;
+    BatteryState state = stateOf(context);
+    state.charge = chargeAt(state, context.now);
+    state.since = context.now;
+    change(info, state);
+    save(context, 0, info);
+    settleNow(context, state);
+    return true;
+}
+
+bool setBatteryCharge(const Context& context, unsigned percent) {
+    return changeBattery(
+        context, [&](_BBU_Info&, BatteryState& state) { state.charge = std::min(percent, 100U) * (FULL / 100); });
+}
+
+bool setBatteryTemperature(const Context& context, KT_S16 hundredths) {
+    return changeBattery(context, [&](_BBU_Info& info, BatteryState&) { info.temperature = hundredths; });
+}
+
+bool setBatteryVoltage(const Context& context, KT_U16 millivolts) {
+    return changeBattery(context, [&](_BBU_Info& info, BatteryState& state) {
+        info.voltage = millivolts;
+        info.percentage = static_cast<KT_U8>(state.charge / (FULL / 100));
+    });
+}
+
+bool breakCharger(const Context& context, bool broken) {
+    return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
+        if (broken && !state.chargerBroken) report(context, EVT_CHARGER_PROBLEM, SEV_MAJOR);
+        if (!broken && state.chargerBroken && state.mode == BATTERY_CHARGING) report(context, EVT_CHARGING);
+        state.chargerBroken = broken ? 1 : 0;
+    });
+}
+
+bool scheduleRelearn(const Context& context, KT_U64 seconds) {
+    return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
+        planRelearn(state, context.now + std::min(seconds, 100 * RELEARN_PERIOD / 1000) * 1000);
+    });
+}
+
+} // namespace sim

@@ -1,0 +1,44 @@
+// The battery backup unit: charge over time, relearning, and the caches that depend on it.
+#pragma once
+
+#include "devices/peripherals.h"
+
+namespace sim {
+
+// What KT_BBU_ChangePower does.
+enum : KT_U8 { POWER_STOP = 0, POWER_CHARGE = 1, POWER_DISCHARGE = 2 };
+
+// The record at context.now; status 0 when there is no battery. KT_ERR_NOT_ON_THIS_ADAPTER when there is no place for
+// one.
+KT_U8 getBattery(const Context& context, _BBU_Info& info);
+KT_U8 changeBatteryPower(const Context& context, KT_U8 action);
+
+// What happens at context.now; answers when to look again.
+KT_U64 settleBattery(const Context& context);
+
+// Whether what a cache holds would survive a power failure.
+bool batteryKeepsCache(const Context& context);
+
+// The limits that the settings page states.
+struct BatteryLimits {
+    KT_U8 rechargeBelow; // percent
+    KT_U8 tempLow;       // Celsius
+    KT_U8 tempHigh;
+    KT_U16 voltLow; // mV
+    KT_U16 voltHigh;
+};
+BatteryLimits batteryLimits(const Context& context);
+void setBatteryLimits(const Context& context, const BatteryLimits& limits);
+
+// What people and weather do to it. False when there is no battery (or no place for one).
+bool hasBattery(const Context& context);
+bool insertBattery(const Context& context);
+bool removeBattery(const Context& context);
+bool setBatteryCharge(const Context& context, unsigned percent);
+bool setBatteryTemperature(const Context& context, KT_S16 hundredths);
+bool setBatteryVoltage(const Context& context, KT_U16 millivolts);
+bool breakCharger(const Context& context, bool broken);
+// Moves the next relearn to that many seconds from now.
+bool scheduleRelearn(const Context& context, KT_U64 seconds);
+
+} // namespace sim

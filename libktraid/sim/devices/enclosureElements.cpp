@@ -1,0 +1,457 @@
+#include "devices/enclosureElements.h"
+
+#include "activities/jobs.h"
+#include "media/blocks.h"
+#include "state/events.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace sim {
+
+// The element status code, the low four bits of the first byte.
+enum : KT_U8 { SES_OK = 1, SES_CRITICAL = 2, SES_NONCRITICAL = 3, SES_NOT_INSTALLED = 5, SES_CODE_MASK = 0x0F };
+enum : KT_U8 { SES_PREDICTED_FAILURE = 0x40 };
+// Bits of the slot elements.
+enum : KT_U8 {
+    SLOT_OK = 0x80,
+    SLOT_SPARE = 0x20,
+    SLOT_CHECK = 0x10,
+    SLOT_CRITICAL_ARRAY = 0x08,
+    SLOT_FAILED_ARRAY = 0x04,
+    SLOT_REBUILD = 0x02,
+    SLOT_REBUILD_ABORTED = 0x01,
+    SLOT_IDENT = 0x02,
+    SLOT_FAULT = 0x40
+};
+// Bits of the others.
+enum : KT_U8 { ALARM_MUTED = 0x40, TONE_NONCRITICAL = 0x04, TONE_CRITICAL = 0x02 };
+enum : KT_U8 { DOOR_OPEN = 0x02, DOOR_UNLOCKED = 0x01 };
+enum : KT_U8 { HOT_SWAP = 0x80, REQUESTED_ON = 0x20 };
+static const int FAN_RPM = 5200;
+static const int RPM_PER_SPEED_CODE = 2000; // up to the seventh, the highest; 0 = it stands still
+static const int HIGHEST_SPEED_CODE = 7;
+static const int CELSIUS_OFFSET = 20;
+
+static const ElementKind KINDS[] = {
+    {KT_SES_DEVICE, "dev", "Device"},       {KT_SES_ARRAY_DEVICE, "arydev", "Slot"},
+    {KT_SES_POWER_SUPPLY, "pow", "PSU"},    {KT_SES_COOLING, "fan", "Fan"},
+    {KT_SES_TEMPERATURE, "tpr", "Temp"},    {KT_SES_DOOR_LOCK, "dor", "Door"},
+    {KT_SES_ALARM, "alm", "Audible alarm"}, {KT_SES_DISPLAY, "dpl", "Display"},
+    {KT_SES_VOLTAGE, "vlt", "Voltage"},
+};
+
+static const ElementKind* elementKind(KT_U8 type) {
+    for (const ElementKind& kind : KINDS)
+        if (kind.type == type) return &kind;
+    return nullptr;
+}
+
+const ElementKind* elementKindNamed(const std::string& word) {
+    for (const ElementKind& kind : KINDS)
+        if (word == kind.word) return &kind;
+    return nullptr;
+}
+
+std::vector<std::string> elementWords() {
+    std::vector<std::string> words;
+    for (const ElementKind& kind : KINDS)
+        words.emplace_back(kind.word);
+    return words;
+}
+
+// A condition of a type (EVERY_TYPE: of all but slots): the event of class 15 that says so, what the status element
+// becomes.
+static const KT_U16 NO_EVENT = 0xFFFF;
+static const KT_U16 EVT_OPENED = 12;
+static const KT_U16 EVT_CLOSED = 13;
+static const KT_U8 EVERY_TYPE = 0;
+struct Condition {
+    const char* word;
+    KT_U16 event;
+    KT_U8 type;
+    KT_U8 status[4];
+    KT_U8 severity;
+};
+static constexpr KT_U8 speedCode(int rpm) {
+    return static_cast<KT_U8>(std::min((rpm + RPM_PER_SPEED_CODE - 1) / RPM_PER_SPEED_CODE, HIGHEST_SPEED_CODE));
+}
+
+static const Condition CONDITIONS[] = {
+    {"ok", 7, KT_SES_POWER_SUPPLY, {SES_OK, 0, 0, HOT_SWAP | REQUESTED_ON}, SEV_INFO},
+    {"ac-fail", 6, KT_SES_POWER_SUPPLY, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x02}, SEV_MAJOR},
+    {"dc-fail", 6, KT_SES_POWER_SUPPLY, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x01}, SEV_MAJOR},
+    {"overheated", 6, KT_SES_POWER_SUPPLY, {SES_CRITICAL, 0, 0, HOT_SWAP | REQUESTED_ON | 0x08}, SEV_MAJOR},
+    {"off", 6, KT_SES_POWER_SUPPLY, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
+    {"missing", 6, KT_SES_POWER_SUPPLY, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
+    {"ok",
+     3,
+     KT_SES_COOLING,
+     {SES_OK, FAN_RPM / 10 >> 8, FAN_RPM / 10 & 0xFF, HOT_SWAP | REQUESTED_ON | speedCode(FAN_RPM)},
+     SEV_INFO},
+    {"failed", 4, KT_SES_COOLING, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON}, SEV_MAJOR},
+    {"off", 4, KT_SES_COOLING, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
+    {"missing", 5, KT_SES_COOLING, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
+    {"ok", 0, KT_SES_TEMPERATURE, {SES_OK, 0, 31 + CELSIUS_OFFSET, 0}, SEV_INFO},
+    {"failed", NO_EVENT, KT_SES_TEMPERATURE, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
+    {"ok", EVT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0}, SEV_INFO},
+    {"open", EVT_OPENED, KT_SES_DOOR_LOCK, {SES_NONCRITICAL, 0, 0, DOOR_OPEN | DOOR_UNLOCKED}, SEV_WARNING},
+    {"unlocked", EVT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, DOOR_UNLOCKED}, SEV_INFO},
+    {"failed", NO_EVENT, KT_SES_DOOR_LOCK, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
+    {"ok", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, 0}, SEV_INFO},
+    {"sounding", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, TONE_CRITICAL}, SEV_INFO},
+    {"muted", 8, KT_SES_ALARM, {SES_OK, 0, 0, ALARM_MUTED | TONE_CRITICAL}, SEV_INFO},
+    {"failed", NO_EVENT, KT_SES_ALARM, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
+    {"ok", NO_EVENT, KT_SES_DISPLAY, {SES_OK, 0x01, 'A', '1'}, SEV_INFO},
+    {"failed", NO_EVENT, KT_SES_DISPLAY, {SES_CRITICAL, 0x41, 0, 0}, SEV_MAJOR},
+    {"ok", NO_EVENT, KT_SES_VOLTAGE, {SES_OK, 0, 1200 >> 8, 1200 & 0xFF}, SEV_INFO},
+    {"failed", NO_EVENT, KT_SES_VOLTAGE, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
+    {"ok", NO_EVENT, KT_SES_ARRAY_DEVICE, {SES_OK, 0, 0, 0}, SEV_INFO},
+    {"ok", NO_EVENT, KT_SES_DEVICE, {SES_OK, 0, 0, 0}, SEV_INFO},
+    {"unknown", NO_EVENT, EVERY_TYPE, {6, 0, 0, 0}, SEV_WARNING},
+    {"missing", NO_EVENT, EVERY_TYPE, {SES_NOT_INSTALLED, 0, 0, 0}, SEV_WARNING},
+};
+
+static const Condition* conditionNamed(KT_U8 type, const std::string& word) {
+    for (const Condition& condition : CONDITIONS)
+        if ((condition.type == type || condition.type == EVERY_TYPE) && word == condition.word) return &condition;
+    return nullptr;
+}
+
+bool isSlot(KT_U8 type) {
+    return type == KT_SES_ARRAY_DEVICE || type == KT_SES_DEVICE;
+}
+
+std::vector<std::string> conditionWords(KT_U8 type) {
+    std::vector<std::string> words;
+    for (const Condition& condition : CONDITIONS) {
+        const bool fits = condition.type == type || (condition.type == EVERY_TYPE && !isSlot(type));
+        const bool known = std::find(words.begin(), words.end(), condition.word) != words.end();
+        if (fits && !known) words.emplace_back(condition.word);
+    }
+    return words;
+}
+
+static KT_U64 elementId(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
+    return (KT_U64{enclosure} << 16) + (KT_U64{type} << 8) + element;
+}
+
+static KT_U8 countElements(const Context& context, KT_U16 enclosure, KT_U8 type) {
+    KT_U8 elements = 0;
+    forEach<EnclosureElement>(context, elementId(enclosure, type, 0), [&](KT_U64 id, const EnclosureElement&) {
+        if (id >> 8 != elementId(enclosure, type, 0) >> 8) return false;
+        ++elements;
+        return true;
+    });
+    return elements;
+}
+
+static KT_U8 checkElement(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element) {
+    if (!find<_Enclosure_Info>(context, enclosure)) return KT_ERR_INVALID_ENCLOSURE;
+    const KT_U8 elements = countElements(context, enclosure, type);
+    const bool there = element == OVERALL_ELEMENT ? elements > 0 : element < elements;
+    return there ? KT_OK : KT_ERR_INVALID_ELEMENT;
+}
+
+// Slots.
+
+static std::optional<KT_U16> diskInSlot(const Context& context, KT_U16 enclosure, KT_U8 element) {
+    std::optional<KT_U16> found;
+    forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info& disk) {
+        if (disk.Link.Self.EnclosureID == enclosure && disk.ElementIdx == element) found = static_cast<KT_U16>(id);
+        return !found;
+    });
+    return found;
+}
+
+// What an array device element says of the virtual disks on the disk.
+static KT_U8 raidBits(const Context& context, KT_U16 pd) {
+    KT_U8 bits = 0;
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        Vd vd = {};
+        if (!block || findVd(context, block->LDID, vd) != KT_OK) continue;
+        const Activity job = shownActivity(context, vd);
+        const bool checked = job.kind == KT_BGA_CHECK || job.kind == KT_BGA_CHECK_FIX;
+        if (block->Status == BLOCK_REBUILDING || block->Status == BLOCK_COPYING)
+            bits |= isAlive(job) ? SLOT_REBUILD : SLOT_REBUILD_ABORTED;
+        if (checked && job.state == KT_STATE_RUNNING) bits |= SLOT_CHECK;
+        if (vd.info.Status == KT_VD_DEGRADED) bits |= SLOT_CRITICAL_ARRAY;
+        if (vd.info.Status == KT_VD_OFFLINE) bits |= SLOT_FAILED_ARRAY;
+    }
+    return bits;
+}
+
+static void fillSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, KT_U8 (&status)[4]) {
+    status[0] = SES_NOT_INSTALLED;
+    status[1] = type == KT_SES_DEVICE ? element : KT_U8{0};
+    status[2] = status[3] = 0;
+    const auto pd = diskInSlot(context, enclosure, element);
+    if (!pd) return;
+    const auto disk = find<_HD_Info>(context, *pd);
+    const PdState state = find<PdState>(context, *pd).value_or(PdState{});
+    const bool fault = state.health == PD_FAILED || (state.raid & KT_PD_OFFLINE);
+    status[0] = fault ? SES_CRITICAL : SES_OK;
+    if (!fault && state.smartTripped) {
+        status[0] = SES_NONCRITICAL;
+        status[0] |= SES_PREDICTED_FAILURE;
+    }
+    if (type == KT_SES_ARRAY_DEVICE) {
+        status[1] = fault ? 0 : SLOT_OK;
+        if (state.raid & KT_PD_SPARE) status[1] |= SLOT_SPARE;
+        status[1] |= raidBits(context, *pd);
+    }
+    if (disk && disk->LocateLEDStatus == 1) status[2] |= SLOT_IDENT;
+    if (fault) status[3] |= SLOT_FAULT;
+}
+
+// How bad a status code is: what is worst counts for all.
+static int badness(KT_U8 code) {
+    const KT_U8 rising[] = {SES_NOT_INSTALLED, SES_OK, SES_NONCRITICAL, SES_CRITICAL};
+    for (int i = 0; i < 4; ++i)
+        if (rising[i] == code) return i;
+    return 2;
+}
+
+static void fillStatus(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, KT_U8 (&status)[4]) {
+    if (isSlot(type)) {
+        fillSlot(context, enclosure, type, element, status);
+        return;
+    }
+    const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
+    if (row) memcpy(status, row->status, sizeof status);
+}
+
+static void fillOverall(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 (&status)[4]) {
+    status[0] = SES_NOT_INSTALLED;
+    const KT_U8 elements = countElements(context, enclosure, type);
+    for (KT_U8 element = 0; element < elements; ++element) {
+        KT_U8 one[4] = {};
+        fillStatus(context, enclosure, type, element, one);
+        const KT_U8 code = one[0] & SES_CODE_MASK;
+        if (badness(code) > badness(status[0])) status[0] = code;
+    }
+}
+
+KT_U8 getElementInfo(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, _Enc_Element_Info& info) {
+    const KT_U8 status = checkElement(context, enclosure, type, element);
+    if (status != KT_OK) return status;
+    info = {};
+    info.EnclosureID = enclosure;
+    info.ElementID = element;
+    info.ElementType = type;
+    if (element == OVERALL_ELEMENT) {
+        fillOverall(context, enclosure, type, info.Status);
+    } else {
+        fillStatus(context, enclosure, type, element, info.Status);
+    }
+    return KT_OK;
+}
+
+static std::string elementText(const ElementKind& kind, KT_U8 element, const KT_U8 (&text)[64]) {
+    const auto* own = reinterpret_cast<const char*>(text);
+    if (*own) return std::string(own, strnlen(own, sizeof text));
+    if (element == OVERALL_ELEMENT) return kind.name;
+    char composed[48];
+    snprintf(composed, sizeof composed, "%s %02u", kind.name, element);
+    return composed;
+}
+
+KT_U8 getElementConfig(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element,
+                       _Enc_Element_Config& config) {
+    const KT_U8 status = checkElement(context, enclosure, type, element);
+    if (status != KT_OK) return status;
+    const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element)).value_or(EnclosureElement{});
+    const ElementKind* kind = elementKind(type);
+    const std::string text = kind ? elementText(*kind, element, row.text) : "";
+    config = {};
+    config.EnclosureID = enclosure;
+    config.ElementID = element;
+    config.ElementType = type;
+    config.NumberOfElements = countElements(context, enclosure, type);
+    config.SubEnclosureID = row.subEnclosure;
+    config.TextLength = static_cast<KT_U8>(text.size());
+    memcpy(config.Text, text.data(), text.size());
+    return KT_OK;
+}
+
+// Making enclosures.
+
+KT_U16 addElement(const Context& context, KT_U16 enclosure, KT_U8 type, const std::string& text) {
+    const KT_U8 element = countElements(context, enclosure, type);
+    const Condition* good = conditionNamed(type, "ok");
+    if (element == OVERALL_ELEMENT || !good) return KT_NO_ID;
+    EnclosureElement row = {};
+    memcpy(row.status, good->status, sizeof row.status);
+    memcpy(row.text, text.data(), std::min(text.size(), sizeof row.text));
+    save(context, elementId(enclosure, type, element), row);
+    return element;
+}
+
+void addShelf(const Context& context, KT_U16 enclosure, unsigned slots) {
+    struct Part {
+        KT_U8 type;
+        unsigned count;
+    };
+    const Part parts[] = {{KT_SES_ARRAY_DEVICE, slots}, {KT_SES_POWER_SUPPLY, 2}, {KT_SES_COOLING, 4},
+                          {KT_SES_TEMPERATURE, 3},      {KT_SES_DOOR_LOCK, 1},    {KT_SES_ALARM, 1},
+                          {KT_SES_DISPLAY, 1}};
+    for (const Part& part : parts) {
+        for (unsigned i = 0; i < part.count; ++i)
+            addElement(context, enclosure, part.type, "");
+    }
+    addElement(context, enclosure, KT_SES_VOLTAGE, "12 V");
+    addElement(context, enclosure, KT_SES_VOLTAGE, "5 V");
+    setElementReading(context, enclosure, KT_SES_VOLTAGE, 1, 502);
+    countElementTypes(context, enclosure);
+}
+
+void countElementTypes(const Context& context, KT_U16 enclosure) {
+    auto info = find<_Enclosure_Info>(context, enclosure);
+    if (!info) return;
+    info->ElementTypeCount = 0;
+    for (const ElementKind& kind : KINDS)
+        if (countElements(context, enclosure, kind.type)) info->ElementTypeCount++;
+    save(context, enclosure, *info);
+}
+
+// What befalls them.
+
+// The alarm says how bad the enclosure is, whether or not it was muted when that gets worse, and is silent when all is
+// well.
+static void soundAlarms(const Context& context, KT_U16 enclosure, KT_U8 status, bool worse) {
+    const KT_U8 elements = countElements(context, enclosure, KT_SES_ALARM);
+    for (KT_U8 element = 0; element < elements; ++element) {
+        auto row = find<EnclosureElement>(context, elementId(enclosure, KT_SES_ALARM, element));
+        if (!row || (row->status[0] & SES_CODE_MASK) != SES_OK) continue;
+        const KT_U8 muted = worse ? KT_U8{0} : static_cast<KT_U8>(row->status[3] & ALARM_MUTED);
+        row->status[3] = muted | (status == SES_CRITICAL ? KT_U8{TONE_CRITICAL} : KT_U8{TONE_NONCRITICAL});
+        if (status == 0) row->status[3] = 0;
+        save(context, elementId(enclosure, KT_SES_ALARM, element), *row);
+    }
+}
+
+// A supply or a fan that is not in its bay is missed; of the others there may be fewer.
+static KT_U8 worstOf(const Context& context, KT_U16 enclosure, KT_U8 type) {
+    KT_U8 worst[4] = {};
+    fillOverall(context, enclosure, type, worst);
+    if (worst[0] == SES_CRITICAL || (type != KT_SES_POWER_SUPPLY && type != KT_SES_COOLING)) return worst[0];
+    const KT_U8 elements = countElements(context, enclosure, type);
+    for (KT_U8 element = 0; element < elements; ++element) {
+        KT_U8 status[4] = {};
+        fillStatus(context, enclosure, type, element, status);
+        if ((status[0] & SES_CODE_MASK) == SES_NOT_INSTALLED) return SES_NONCRITICAL;
+    }
+    return worst[0];
+}
+
+// An enclosure is as well as the worst of its elements; slots do not count.
+static void refreshEnclosure(const Context& context, KT_U16 enclosure) {
+    auto info = find<_Enclosure_Info>(context, enclosure);
+    if (!info) return;
+    const KT_U8 before = info->Status ? info->Status : KT_U8{SES_OK};
+    KT_U8 worst = SES_OK;
+    for (const ElementKind& kind : KINDS) {
+        const KT_U8 status = isSlot(kind.type) ? KT_U8{SES_OK} : worstOf(context, enclosure, kind.type);
+        if (badness(status) > badness(worst)) worst = status;
+    }
+    info->Status = worst == SES_OK ? KT_U8{0} : worst;
+    save(context, enclosure, *info);
+    const int change = badness(worst) - badness(before);
+    if (change != 0) soundAlarms(context, enclosure, info->Status, change > 0);
+}
+
+static void putStatus(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, const KT_U8 (&status)[4],
+                      KT_U16 event, KT_U8 severity) {
+    const KT_U64 id = elementId(enclosure, type, element);
+    EnclosureElement row = find<EnclosureElement>(context, id).value_or(EnclosureElement{});
+    const bool changes =
+        (row.status[0] & SES_CODE_MASK) != status[0] || row.status[1] != status[1] || row.status[3] != status[3];
+    memcpy(row.status, status, sizeof row.status);
+    save(context, id, row);
+    if (changes && event != NO_EVENT) logEvent(context, EVT_ENVIRONMENT, event, context.adapter, severity, element);
+    refreshEnclosure(context, enclosure);
+}
+
+bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, const std::string& word) {
+    const Condition* condition = conditionNamed(type, word);
+    if (!condition || isSlot(type) || element == OVERALL_ELEMENT) return false;
+    if (checkElement(context, enclosure, type, element) != KT_OK) return false;
+    KT_U8 status[4];
+    memcpy(status, condition->status, sizeof status);
+    const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
+    const KT_U8 tone = type == KT_SES_ALARM && row ? row->status[3] & (TONE_CRITICAL | TONE_NONCRITICAL) : 0;
+    if ((status[3] & ALARM_MUTED) && tone) status[3] = ALARM_MUTED | tone;
+    const bool nothingCloses = condition->event == EVT_CLOSED && row && !(row->status[3] & DOOR_OPEN);
+    putStatus(context, enclosure, type, element, status, nothingCloses ? NO_EVENT : condition->event,
+              condition->severity);
+    return true;
+}
+
+// Thresholds of the sensors: the first line that holds says what a reading means.
+struct Reading {
+    bool (*holds)(int value, int nominal);
+    KT_U16 event;
+    KT_U8 type;
+    KT_U8 code;
+    KT_U8 flag;
+    KT_U8 severity;
+};
+static const Reading READINGS[] = {
+    {[](int value, int) { return value >= 65; }, 2, KT_SES_TEMPERATURE, SES_CRITICAL, 0x08, SEV_CRITICAL},
+    {[](int value, int) { return value >= 55; }, 1, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x04, SEV_WARNING},
+    {[](int value, int) { return value <= 0; }, NO_EVENT, KT_SES_TEMPERATURE, SES_CRITICAL, 0x02, SEV_MAJOR},
+    {[](int value, int) { return value <= 5; }, NO_EVENT, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x01, SEV_WARNING},
+    {[](int, int) { return true; }, 0, KT_SES_TEMPERATURE, SES_OK, 0, SEV_INFO},
+    {[](int value, int nominal) { return value > nominal * 110 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_CRITICAL, 0x02,
+     SEV_MAJOR},
+    {[](int value, int nominal) { return value < nominal * 90 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_CRITICAL, 0x01,
+     SEV_MAJOR},
+    {[](int value, int nominal) { return value > nominal * 105 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_NONCRITICAL,
+     0x08, SEV_WARNING},
+    {[](int value, int nominal) { return value < nominal * 95 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_NONCRITICAL, 0x04,
+     SEV_WARNING},
+    {[](int, int) { return true; }, NO_EVENT, KT_SES_VOLTAGE, SES_OK, 0, SEV_INFO},
+    {[](int value, int) { return value < 1000; }, 4, KT_SES_COOLING, SES_CRITICAL, 0x40, SEV_MAJOR},
+    {[](int, int) { return true; }, 3, KT_SES_COOLING, SES_OK, 0, SEV_INFO},
+};
+
+// The voltage that a sensor named "5 V" watches, in hundredths; of others 12 V.
+static int nominalVoltage(const EnclosureElement& row) {
+    const int volts = row.text[0] >= '1' && row.text[0] <= '9' ? atoi(reinterpret_cast<const char*>(row.text)) : 12;
+    return volts * 100;
+}
+
+static void putReading(KT_U8 type, const Reading& reading, int value, KT_U8 (&status)[4]) {
+    status[0] = reading.code;
+    if (type == KT_SES_TEMPERATURE) {
+        status[2] = static_cast<KT_U8>(std::clamp(value + CELSIUS_OFFSET, 1, 255));
+        status[3] = reading.flag;
+    } else if (type == KT_SES_VOLTAGE) {
+        status[1] = reading.flag;
+        status[2] = static_cast<KT_U8>(static_cast<unsigned>(value) >> 8);
+        status[3] = static_cast<KT_U8>(value & 0xFF);
+    } else {
+        const int tens = std::clamp(value / 10, 0, 0x7FF);
+        status[1] = static_cast<KT_U8>(tens >> 8);
+        status[2] = static_cast<KT_U8>(tens & 0xFF);
+        status[3] = static_cast<KT_U8>(HOT_SWAP | REQUESTED_ON | reading.flag | speedCode(tens * 10));
+    }
+}
+
+bool setElementReading(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value) {
+    const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
+    if (!row || element == OVERALL_ELEMENT) return false;
+    for (const Reading& reading : READINGS) {
+        if (reading.type != type || !reading.holds(value, nominalVoltage(*row))) continue;
+        KT_U8 status[4] = {};
+        putReading(type, reading, value, status);
+        const bool same = (row->status[0] & SES_CODE_MASK) == reading.code;
+        putStatus(context, enclosure, type, element, status, same ? NO_EVENT : reading.event, reading.severity);
+        return true;
+    }
+    return false;
+}
+
+} // namespace sim

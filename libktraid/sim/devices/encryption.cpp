@@ -1,0 +1,312 @@
+#include "devices/encryption.h"
+
+#include "changes/health.h"
+#include "state/events.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace sim {
+
+static const KT_U16 NO_COMPLAINT = 0;
+static const KT_U16 EVT_PLAIN_ON_CRYPTO_PORT = 55;
+static const KT_U16 EVT_CRYPTO_ON_PLAIN_PORT = 56;
+static const KT_U16 EVT_CIPHER_MISMATCH = 57;
+
+static const size_t SECRET_SIZE = sizeof(_AES_Entry_Config::key_content);
+
+static Digest keyDigest(const KT_U8* key) {
+    return sha256("key" + std::string(reinterpret_cast<const char*>(key), SECRET_SIZE));
+}
+
+static Digest passwordDigest(const Context& context, KT_U8 entry, const KT_U8* password) {
+    std::string text = "password";
+    text += static_cast<char>(context.adapter);
+    text += static_cast<char>(entry);
+    return sha256(text.append(reinterpret_cast<const char*>(password), SECRET_SIZE));
+}
+
+static bool isEmpty(const KT_U8* secret) {
+    return std::all_of(secret, secret + SECRET_SIZE, [](KT_U8 byte) { return byte == 0; });
+}
+
+static KT_U8 checkSupport(const Context& context) {
+    return adapterInfo(context).AdvancedFeatures & KT_ADV_CRYPTO ? KT_OK : KT_ERR_NOT_ON_THIS_ADAPTER;
+}
+
+static KT_U8 checkEntry(const Context& context, KT_U8 entry) {
+    const KT_U8 status = checkSupport(context);
+    if (status != KT_OK) return status;
+    return entry < adapterInfo(context).MaxAESEntry ? KT_OK : KT_ERR_ENTRY_RANGE;
+}
+
+static KT_U8 checkPort(const Context& context, KT_U8 port) {
+    const KT_U8 status = checkSupport(context);
+    if (status != KT_OK) return status;
+    const _Adapter_Info info = adapterInfo(context);
+    if (port >= info.MaxAESPort) return KT_ERR_PORT_RANGE;
+    return port < info.PortCount ? KT_OK : KT_ERR_PORT_NOT_FOUND;
+}
+
+// KT_OK when the entry exists, holds a key and opens with the password.
+static KT_U8 unlock(const Context& context, KT_U8 entry, const KT_U8* password, AesEntry& found) {
+    const KT_U8 status = checkEntry(context, entry);
+    if (status != KT_OK) return status;
+    const auto held = find<AesEntry>(context, entry);
+    if (!held) return KT_ERR_ENTRY_NO_KEY;
+    if (!(held->password == passwordDigest(context, entry, password))) return KT_ERR_PASSWORD_MISMATCH;
+    found = *held;
+    return KT_OK;
+}
+
+static AesPort portState(const Context& context, KT_U8 port) {
+    return find<AesPort>(context, port).value_or(AesPort{NO_ENTRY, 0, {}});
+}
+
+KT_U8 getAesOverview(const Context& context, _aes_entry_info& info) {
+    const KT_U8 status = checkSupport(context);
+    if (status != KT_OK) return status;
+    info = {};
+    KT_U8 port = 0;
+    for (_aes_port_entry& shown : info.aes_port) {
+        const bool used = checkPort(context, port) == KT_OK;
+        shown.id = used ? port : KT_U8{255};
+        shown.entry = used ? portState(context, port).entry : KT_U8{NO_ENTRY};
+        ++port;
+    }
+    for (size_t entry = 0; entry < std::size(info.entry); ++entry)
+        info.entry[entry] = find<AesEntry>(context, entry) ? 1 : 0;
+    return KT_OK;
+}
+
+KT_U8 getAesEntry(const Context& context, KT_U8 entry, _AES_ENTRY_INFO& info) {
+    const KT_U8 status = checkEntry(context, entry);
+    if (status != KT_OK) return status;
+    info = {};
+    info.id = entry;
+    info.hasKey = find<AesEntry>(context, entry) ? 1 : 0;
+    return KT_OK;
+}
+
+KT_U8 getAesPort(const Context& context, KT_U8 port, _AES_PORT_INFO& info) {
+    const KT_U8 status = checkPort(context, port);
+    if (status != KT_OK) return status;
+    info = {};
+    info.id = port;
+    info.entry = portState(context, port).entry;
+    return KT_OK;
+}
+
+KT_U8 getAesPortConfig(const Context& context, KT_U8 port, _AES_Port_Config& config) {
+    const KT_U8 status = checkPort(context, port);
+    if (status != KT_OK) return status;
+    config = {};
+    config.port_id = port;
+    config.aes_enable = portState(context, port).enabled;
+    return KT_OK;
+}
+
+KT_U8 getAesEntryConfig(const Context& context, _AES_Entry_Config& config, const KT_U8* password) {
+    AesEntry entry = {};
+    const KT_U8 status = unlock(context, config.entry_id, password, entry);
+    if (status != KT_OK) return status;
+    const KT_U8 id = config.entry_id;
+    config = {};
+    config.entry_id = id;
+    config.key_length = entry.keyLength;
+    return KT_OK;
+}
+
+static KT_U8 removeKey(const Context& context, KT_U8 id, const KT_U8* password) {
+    AesEntry entry = {};
+    const KT_U8 status = unlock(context, id, password, entry);
+    if (status == KT_ERR_ENTRY_NO_KEY) return KT_ERR_KEY_LENGTH;
+    if (status != KT_OK) return status;
+    bool linked = false;
+    forEach<AesPort>(context, 0, [&](KT_U64, const AesPort& port) {
+        linked = port.entry == id;
+        return !linked;
+    });
+    if (linked) return KT_ERR_INVALID_REQUEST;
+    erase<AesEntry>(context, id);
+    return KT_OK;
+}
+
+KT_U8 setAesEntryConfig(const Context& context, const _AES_Entry_Config& config, const KT_U8* password) {
+    const KT_U8 status = checkEntry(context, config.entry_id);
+    if (status != KT_OK) return status;
+    if (config.key_length > SECRET_SIZE) return KT_ERR_KEY_LENGTH;
+    if (config.key_length == 0) return removeKey(context, config.entry_id, password);
+    if (find<AesEntry>(context, config.entry_id)) return KT_ERR_KEY_PRESENT;
+    KT_U8 key[SECRET_SIZE] = {};
+    memcpy(key, config.key_content, config.key_length);
+    if (isEmpty(key)) return KT_ERR_KEY_LENGTH;
+    if (isEmpty(password)) return KT_ERR_WRONG_DATA;
+    save(context, config.entry_id,
+         AesEntry{config.key_length, {}, keyDigest(key), passwordDigest(context, config.entry_id, password)});
+    return KT_OK;
+}
+
+KT_U8 verifyAesKey(const Context& context, const _AES_Entry_Config& config, const KT_U8* password) {
+    if (config.key_length == 0 || config.key_length > SECRET_SIZE) return KT_ERR_KEY_LENGTH;
+    AesEntry entry = {};
+    const KT_U8 status = unlock(context, config.entry_id, password, entry);
+    if (status != KT_OK) return status;
+    return entry.key == keyDigest(config.key_content) ? KT_OK : KT_ERR_KEY_MISMATCH;
+}
+
+KT_U8 changeAesPassword(const Context& context, const _AES_Entry_Config& config, const KT_U8* newPassword) {
+    AesEntry entry = {};
+    const KT_U8 status = unlock(context, config.entry_id, config.key_content, entry);
+    if (status != KT_OK) return status;
+    if (isEmpty(newPassword) || memcmp(config.user_auth, newPassword, SECRET_SIZE) != 0) return KT_ERR_WRONG_DATA;
+    entry.password = passwordDigest(context, config.entry_id, newPassword);
+    save(context, config.entry_id, entry);
+    return KT_OK;
+}
+
+// The adapter's port that a chain of links ends at; nothing for a chain that ends nowhere.
+static std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint parent) {
+    for (int depth = 0; depth < 8; ++depth) {
+        if (parent.DevType == KT_LINK_HBA) return parent.PhyID[0];
+        if (parent.DevType == KT_LINK_PM) {
+            const auto multiplier = find<_PM_Info>(context, parent.DevID);
+            if (!multiplier) break;
+            parent = multiplier->Link.Parent;
+        } else {
+            const auto expander = find<_Exp_Info>(context, parent.DevID);
+            if (!expander) break;
+            parent = expander->Link.Parent;
+        }
+    }
+    return std::nullopt;
+}
+
+// The event that says why the disk cannot work on its port.
+static KT_U16 cipherComplaint(const Context& context, KT_U8 port, const DiskCipher& cipher) {
+    const AesPort state = portState(context, port);
+    const bool encrypted = !(cipher.key == Digest{});
+    if (!state.enabled) return encrypted ? EVT_CRYPTO_ON_PLAIN_PORT : NO_COMPLAINT;
+    if (!encrypted) return EVT_PLAIN_ON_CRYPTO_PORT;
+    const auto entry = find<AesEntry>(context, state.entry);
+    return entry && entry->key == cipher.key ? NO_COMPLAINT : EVT_CIPHER_MISMATCH;
+}
+
+static void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher) {
+    if (cipher.offline || !(cipher.key == Digest{})) {
+        save(context, pd, cipher);
+    } else {
+        erase<DiskCipher>(context, pd);
+    }
+}
+
+static void reviewDisk(const Context& context, KT_U16 pd, KT_U8 port) {
+    DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
+    const auto state = find<PdState>(context, pd);
+    if (!state || checkPort(context, port) != KT_OK) return;
+    const KT_U16 complaint = cipherComplaint(context, port, cipher);
+    if (complaint != NO_COMPLAINT && !(state->raid & KT_PD_OFFLINE)) {
+        cipher.offline = 1;
+        saveCipher(context, pd, cipher);
+        logEvent(context, EVT_PD, complaint, pd, SEV_MAJOR);
+        loseDisk(context, pd);
+    } else if (complaint == NO_COMPLAINT && cipher.offline) {
+        cipher.offline = 0;
+        saveCipher(context, pd, cipher);
+        bringDiskUp(context, pd, false);
+    }
+}
+
+void reviewDiskCipher(const Context& context, KT_U16 pd) {
+    const auto disk = find<_HD_Info>(context, pd);
+    if (!disk) return;
+    const auto port = rootPort(context, disk->Link.Parent);
+    if (port) reviewDisk(context, pd, *port);
+}
+
+// How many running systems have lost their disk or virtual disk.
+static size_t lostSystems(const Context& context) {
+    size_t lost = 0;
+    forEach<PdState>(context, 0, [&](KT_U64, const PdState& disk) {
+        if (disk.hasOs && (disk.raid & KT_PD_OFFLINE)) lost++;
+        return true;
+    });
+    forEachVd(context, [&](const Vd& vd) {
+        if (vd.state.hasOs && vd.info.Status == KT_VD_OFFLINE) lost++;
+    });
+    return lost;
+}
+
+// Takes the port's disks off and on as its cipher now demands; refused, which undoes it all, when that takes the ground
+// from under a running system.
+static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
+    std::vector<KT_U16> disks;
+    forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info& disk) {
+        if (rootPort(context, disk.Link.Parent) == port) disks.push_back(static_cast<KT_U16>(id));
+        return true;
+    });
+    for (const KT_U16 pd : disks)
+        reviewDisk(context, pd, port);
+    return lostSystems(context) > lostBefore ? KT_U8{KT_ERR_VD_HAS_OS} : KT_U8{KT_OK};
+}
+
+KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
+    const KT_U8 status = checkPort(context, config.port_id);
+    if (status != KT_OK) return status;
+    if (config.aes_enable > 1) return KT_ERR_INVALID_PARAMETER;
+    AesPort port = portState(context, config.port_id);
+    if (config.aes_enable && port.entry == NO_ENTRY) return KT_ERR_KEY_ABSENT;
+    const size_t lost = lostSystems(context);
+    port.enabled = config.aes_enable;
+    save(context, config.port_id, port);
+    return reviewPort(context, config.port_id, lost);
+}
+
+KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& entry) {
+    KT_U8 status = checkPort(context, port);
+    if (status != KT_OK) return status;
+    AesEntry unlocked = {};
+    status = unlock(context, entry.entry_id, entry.user_auth, unlocked);
+    if (status != KT_OK) return status;
+    AesPort state = portState(context, port);
+    if (state.entry != NO_ENTRY) return KT_ERR_KEY_PRESENT;
+    state.entry = entry.entry_id;
+    const size_t lost = lostSystems(context);
+    save(context, port, state);
+    return reviewPort(context, port, lost);
+}
+
+KT_U8 clearAesLink(const Context& context, KT_U8 port) {
+    const KT_U8 status = checkPort(context, port);
+    if (status != KT_OK) return status;
+    if (portState(context, port).entry == NO_ENTRY) return KT_ERR_INVALID_REQUEST;
+    const size_t lost = lostSystems(context);
+    erase<AesPort>(context, port);
+    return reviewPort(context, port, lost);
+}
+
+KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, KT_U16 pd, KT_U8 percentage) {
+    const KT_U8 status = checkSupport(context);
+    if (status != KT_OK) return status;
+    if (config.key_length != SECRET_SIZE) return KT_ERR_KEY_LENGTH;
+    if (percentage < 10 || percentage > 100 || percentage % 10 != 0) return KT_ERR_OUT_OF_RANGE;
+    const auto disk = find<_HD_Info>(context, pd);
+    if (!disk) return KT_ERR_INVALID_PD;
+    DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
+    const auto port = rootPort(context, disk->Link.Parent);
+    if (!cipher.offline || !port) return KT_ERR_DISK_NOT_OFFLINE;
+    const AesPort state = portState(context, *port);
+    const auto entry = state.enabled ? find<AesEntry>(context, state.entry) : std::nullopt;
+    cipher.offline = 0;
+    cipher.key = entry ? entry->key : Digest{};
+    saveCipher(context, pd, cipher);
+    PdState online = find<PdState>(context, pd).value_or(PdState{});
+    online.config.crypto = entry ? 1 : 0;
+    online.config.AESPercentage = entry ? percentage : KT_U8{0};
+    online.hasMbr = 0;
+    online.hasOs = 0;
+    save(context, pd, online);
+    return bringDiskUp(context, pd, true);
+}
+
+} // namespace sim

@@ -1,0 +1,281 @@
+#include "devices/flashMemory.h"
+
+#include "activities/jobs.h"
+#include "changes/diskIds.h"
+#include "devices/flashImage.h"
+#include "devices/settingsPage.h"
+#include "state/events.h"
+
+#include <algorithm>
+
+namespace sim {
+
+enum : KT_U16 {
+    EVT_ERASE_FAILED = 1,
+    EVT_RECOVER_FAILED = 3,
+    EVT_WRITE_FAILED = 15,
+    EVT_UPDATED = 17,
+    EVT_BACKED_UP = 18,
+    EVT_UPDATE_FAILED = 19,
+    EVT_BACKUP_FAILED = 20,
+    EVT_BAD_GENERATION = 21,
+    EVT_NO_GENERATION = 22
+};
+
+// The controllers that run no firmware have no boot loader for it either.
+static const KT_U16 FIRST_WITH_FIRMWARE = 0x4761;
+static const KT_U16 WITHOUT_FIRMWARE = 0x4790;
+
+static KT_U8 failWith(Context& context, KT_U16 event, KT_U8 status) {
+    context.keepOnFailure = true;
+    logEvent(context, EVT_FLASH, event, context.adapter, SEV_MAJOR);
+    return status;
+}
+
+static _Version_Info_CIM& versionOf(_Adapter_Info& info, const ImageKind& kind) {
+    return *reinterpret_cast<_Version_Info_CIM*>(reinterpret_cast<KT_U8*>(&info) + kind.version);
+}
+
+// Shows an image in the adapter's record: its version and whether it, and all of them, are sound.
+static void showImage(const Context& context, const ImageKind& kind, const _Version_Info_CIM& version, bool sound) {
+    _Adapter_Info info = adapterInfo(context);
+    if (kind.version) versionOf(info, kind) = version;
+    if (kind.health) reinterpret_cast<KT_U8*>(&info)[kind.health] = sound ? 1 : 0;
+    info.img_health =
+        info.autoload_img_health && info.boot_loader_img_health && info.firmware_img_health && info.boot_rom_img_health
+            ? 1
+            : 0;
+    save(context, 0, info);
+}
+
+// The kind of image, null when the adapter has none of that type.
+static const ImageKind* imageKindOn(const Context& context, KT_U8 type) {
+    const KT_U16 controller = adapterInfo(context).DevID;
+    const bool firmware = controller >= FIRST_WITH_FIRMWARE && controller != WITHOUT_FIRMWARE;
+    const bool partOfIt = type == KT_IMAGE_FIRMWARE || type == KT_IMAGE_BIN;
+    return partOfIt && !firmware ? nullptr : imageKind(type);
+}
+
+static KT_U64 chunkId(KT_U8 type, KT_U64 page) {
+    return (KT_U64{type} << 16) + page;
+}
+
+static void removeImage(const Context& context, KT_U8 type) {
+    const auto image = find<FlashImage>(context, type);
+    const KT_U64 pages = image ? (image->size + FLASH_PAGE - 1) / FLASH_PAGE : 0;
+    for (KT_U64 page = 0; page < pages; ++page)
+        eraseRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, page));
+}
+
+static void storeImage(const Context& context, KT_U8 type, const std::string& image) {
+    removeImage(context, type);
+    for (size_t at = 0; at < image.size(); at += FLASH_PAGE) {
+        writeRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, at / FLASH_PAGE),
+                 image.data() + at, std::min<size_t>(FLASH_PAGE, image.size() - at));
+    }
+    save(context, type, FlashImage{IMAGE_STORED, {}, static_cast<KT_U32>(image.size())});
+}
+
+static void endUpdate(const Context& context) {
+    erase<FlashUpdate>(context, 0);
+    eraseRows(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED));
+}
+
+static KT_U8 refuseImage(Context& context, KT_U8 status) {
+    endUpdate(context);
+    return failWith(context, EVT_UPDATE_FAILED, status);
+}
+
+static KT_U8 refuseWrite(Context& context, KT_U8 status) {
+    logEvent(context, EVT_FLASH, EVT_WRITE_FAILED, context.adapter, SEV_MAJOR);
+    return refuseImage(context, status);
+}
+
+static std::string stagedImage(const Context& context, const FlashUpdate& update) {
+    std::string image;
+    image.reserve(update.received);
+    for (KT_U64 page = 0; page < update.nextPage; ++page)
+        image += readBytes(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page).value_or("");
+    return image;
+}
+
+// The whole image is here: it takes effect, or nothing of it is written and everything stays as it was.
+static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUpdate& update) {
+    const std::string image = stagedImage(context, update);
+    ImageHeader header = {};
+    if (kind.headed) {
+        const ImageFault fault = checkImage(image, header);
+        if (fault == ImageFault::Data) return refuseImage(context, KT_ERR_FLASH_DATA);
+        if (fault != ImageFault::None) return refuseImage(context, KT_ERR_INVALID_MICROCODE);
+        if (header.imageType != kind.type) return refuseImage(context, KT_ERR_FLASH_TYPE);
+        if (header.subVendorId != adapterInfo(context).SubVenID)
+            return refuseImage(context, KT_ERR_ADAPTER_DEVICE_MISMATCH);
+        // The adapter's record calls a region of major version 0 empty.
+        if (header.major == 0 || header.major > 0xFFFF) return refuseImage(context, KT_ERR_INVALID_MICROCODE);
+    }
+    endUpdate(context);
+    storeImage(context, kind.type, image);
+    showImage(context, kind,
+              _Version_Info_CIM{static_cast<KT_U16>(header.major), header.minor, header.revision, header.build}, true);
+    logEvent(context, EVT_FLASH, EVT_UPDATED, context.adapter, SEV_INFO);
+    return KT_OK;
+}
+
+// Whether the adapter lets this image be written or erased.
+static KT_U8 checkUpdate(const Context& context, const ImageKind& kind) {
+    const _Adapter_Info info = adapterInfo(context);
+    const auto config = find<_Adapter_Config_V2>(context, 0);
+    const bool rawForbidden =
+        !(info.AdvancedFeatures & KT_ADV_RAW_UPDATE) || (config && config->rawimg_update_disabled);
+    if (kind.type == KT_IMAGE_RAW && rawForbidden) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (kind.type == KT_IMAGE_BIOS && !(info.AdvancedFeatures & KT_ADV_FLASH_BIOS)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    return KT_OK;
+}
+
+static KT_U8 updatePage(Context& context, const _Flash_Data& page) {
+    if (page.PageNum != 0 || page.isLastPage != 1 || page.Size != sizeof(_HBA_Info_Page))
+        return KT_ERR_FLASH_DESCRIPTOR;
+    _HBA_Info_Page settings;
+    memcpy(&settings, page.Data, sizeof settings);
+    const KT_U8 status = writeSettingsPage(context, settings);
+    if (status != KT_OK) return failWith(context, EVT_UPDATE_FAILED, status);
+    logEvent(context, EVT_FLASH, EVT_UPDATED, context.adapter, SEV_INFO);
+    return KT_OK;
+}
+
+// The update that this page belongs to: page 0 begins one, with what was announced for its type.
+static FlashUpdate updateOf(const Context& context, KT_U8 type, const _Flash_Data& page) {
+    FlashUpdate update = find<FlashUpdate>(context, 0).value_or(FlashUpdate{type, 0, 0, 0, 0});
+    if (page.PageNum != 0) return update;
+    const bool announced = update.announced && update.imageType == type;
+    // One that broke off has left half an image behind.
+    if (update.received != 0) logEvent(context, EVT_FLASH, EVT_BAD_GENERATION, context.adapter, SEV_WARNING);
+    endUpdate(context);
+    return FlashUpdate{type, static_cast<KT_U8>(announced ? 1 : 0), 0, announced ? update.expected : 0, 0};
+}
+
+KT_U8 updateImage(Context& context, KT_U8 type, const _Flash_Data& page) {
+    if (page.Size > FLASH_PAGE) return KT_ERR_BUFFER_TOO_BIG;
+    if (type == KT_IMAGE_CONFIG) return updatePage(context, page);
+    const ImageKind* kind = imageKindOn(context, type);
+    if (!kind) return KT_ERR_FLASH_TYPE;
+    const KT_U8 status = checkUpdate(context, *kind);
+    if (status != KT_OK) return status;
+    FlashUpdate update = updateOf(context, type, page);
+    const bool follows = update.imageType == type && update.nextPage == page.PageNum;
+    if (!follows || page.Size == 0 || page.isLastPage > 1) return refuseWrite(context, KT_ERR_FLASH_DESCRIPTOR);
+    update.received += page.Size;
+    ++update.nextPage;
+    if (update.received > kind->capacity) return refuseWrite(context, KT_ERR_OUT_OF_RANGE);
+    const bool complete = update.received == update.expected;
+    if (update.announced && (page.isLastPage ? !complete : update.received >= update.expected))
+        return refuseWrite(context, KT_ERR_FLASH_DESCRIPTOR);
+    writeRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page.PageNum, page.Data, page.Size);
+    save(context, 0, update);
+    return page.isLastPage ? finishUpdate(context, *kind, update) : KT_U8{KT_OK};
+}
+
+static bool isZero(const _Version_Info_CIM& version) {
+    return !version.MajorVersion && !version.MinorVersion && !version.RevisionNumber && !version.BuildNumber;
+}
+
+// What the region holds; empty when it was erased or never had anything.
+static std::string imageInFlash(const Context& context, const ImageKind& kind) {
+    const auto image = find<FlashImage>(context, kind.type);
+    if (image && image->state == IMAGE_ERASED) return {};
+    if (!image) {
+        _Adapter_Info info = adapterInfo(context);
+        const _Version_Info_CIM version = kind.version ? versionOf(info, kind) : info.FirmwareVersion;
+        if (isZero(version)) return {};
+        return makeImage(
+            kind, ImageVersion{version.MajorVersion, version.MinorVersion, version.RevisionNumber, version.BuildNumber},
+            info.SubVenID, imageFiller(kind.type, size_t{kind.factoryKib} * 1024));
+    }
+    std::string bytes;
+    for (KT_U64 page = 0; page * FLASH_PAGE < image->size; ++page) {
+        const KT_U64 id = chunkId(kind.type, page);
+        bytes += readBytes(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), id).value_or("");
+    }
+    return bytes;
+}
+
+static void fillPage(_Flash_Data& page, const std::string& image) {
+    const size_t at = size_t{page.PageNum} * FLASH_PAGE;
+    const size_t size = std::min<size_t>(FLASH_PAGE, image.size() - at);
+    page.Size = static_cast<KT_U32>(size);
+    page.isLastPage = at + size == image.size() ? 1 : 0;
+    memcpy(page.Data, image.data() + at, size);
+}
+
+KT_U8 backupImage(Context& context, KT_U8 type, _Flash_Data& page) {
+    std::string image;
+    if (type == KT_IMAGE_CONFIG) {
+        const _HBA_Info_Page settings = settingsPage(context);
+        image.assign(reinterpret_cast<const char*>(&settings), sizeof settings);
+    } else {
+        const ImageKind* kind = imageKindOn(context, type);
+        if (!kind) return KT_ERR_FLASH_TYPE;
+        image = imageInFlash(context, *kind);
+        if (image.empty()) return failWith(context, EVT_BACKUP_FAILED, KT_ERR_FLASH_DATA);
+    }
+    if (size_t{page.PageNum} * FLASH_PAGE >= image.size()) return KT_ERR_FLASH_DESCRIPTOR;
+    fillPage(page, image);
+    if (page.isLastPage && type != KT_IMAGE_CONFIG)
+        logEvent(context, EVT_FLASH, EVT_BACKED_UP, context.adapter, SEV_INFO);
+    return KT_OK;
+}
+
+static void eraseRegion(const Context& context, const ImageKind& kind) {
+    removeImage(context, kind.type);
+    save(context, kind.type, FlashImage{IMAGE_ERASED, {}, 0});
+    showImage(context, kind, _Version_Info_CIM{}, false);
+}
+
+KT_U8 eraseImage(const Context& context, KT_U8 type) {
+    const ImageKind* kind = imageKindOn(context, type);
+    if (!kind && type != KT_IMAGE_CONFIG) return KT_ERR_FLASH_TYPE;
+    if (!kind) {
+        eraseSettingsPage(context);
+        return KT_OK;
+    }
+    const KT_U8 status = checkUpdate(context, *kind);
+    if (status != KT_OK) return status;
+    eraseRegion(context, *kind);
+    if (type == KT_IMAGE_BIOS) eraseRegion(context, *imageKind(KT_IMAGE_AUTOLOAD));
+    return KT_OK;
+}
+
+void examineFlash(const Context& context) {
+    for (int type = 0; type <= KT_IMAGE_RAW; ++type) {
+        const ImageKind* kind = imageKind(static_cast<KT_U8>(type));
+        const auto image = kind && kind->headed ? find<FlashImage>(context, kind->type) : std::nullopt;
+        if (!image || image->state != IMAGE_ERASED) continue;
+        logEvent(context, EVT_FLASH, EVT_NO_GENERATION, context.adapter, SEV_CRITICAL);
+        logEvent(context, EVT_FLASH, EVT_RECOVER_FAILED, context.adapter, SEV_CRITICAL);
+    }
+}
+
+KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announcement) {
+    const _Adapter_Info info = adapterInfo(context);
+    if (!(info.AdvancedFeatures & KT_ADV_RAW_UPDATE)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (announcement.image_type == KT_IMAGE_CONFIG) return KT_OK;
+    const ImageKind* kind = imageKindOn(context, announcement.image_type);
+    if (!kind) return KT_ERR_FLASH_TYPE;
+    if (announcement.image_size == 0 || announcement.image_size > kind->capacity) return KT_ERR_OUT_OF_RANGE;
+    endUpdate(context);
+    save(context, 0, FlashUpdate{announcement.image_type, 1, 0, announcement.image_size, 0});
+    return KT_OK;
+}
+
+KT_U8 erasePdPage(Context& context, KT_U8 pageCode) {
+    if (pageCode != KT_PAGE_PD && pageCode != KT_PAGE_PD_FORCE) return KT_ERR_INVALID_PARAMETER;
+    bool busy = false;
+    forEachJob(context, [&](Owner owner, const Activity& job) {
+        busy |= owner.kind != OwnerKind::Disk && job.state == KT_STATE_RUNNING;
+    });
+    if (busy && pageCode == KT_PAGE_PD) return failWith(context, EVT_ERASE_FAILED, KT_ERR_BGA_RUNNING);
+    pageCode == KT_PAGE_PD_FORCE ? renumberDisks(context) : forgetAwayIds(context);
+    return KT_OK;
+}
+
+} // namespace sim

@@ -1,0 +1,45 @@
+// Labs: descriptions of adapters, as JSON.
+//
+// A lab written by hand says what is there and leaves the rest to defaults:
+//
+// {"adapters": [{"type": "array-based",
+// "disks": [{"count": 4, "size": "2TB"}, {"size": "2TB", "spare": "global"}],
+// "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "data"}]}]}]}
+//
+// Words in lower case are the lab's (docs/ktraid-sim.7.scd lists them); words that begin with a capital letter are
+// fields of the library's record and override what the lab's words made of it. A lab that begins with "complete": true,
+// which is what a state is printed as, gives every row as it is, field by field; what it leaves out is zero.
+#pragma once
+
+#include "lab/labFields.h"
+#include "state/store.h"
+
+#include <string>
+#include <vector>
+
+namespace sim {
+
+// The labs that are built in, "default" first; labNamed() answers null for other names.
+struct BuiltInLab {
+    const char* name;
+    const char* text;
+    KT_U64 stoppedAt = 0; // the clock stands at this moment (milliseconds since 1970); 0 = as the lab says
+};
+const BuiltInLab* labNamed(const std::string& name);
+std::vector<std::string> labNames();
+
+// Fills an empty state. `argument` is a const BuiltInLab*: a name for messages and the lab's text. Throws LabError.
+void fillFromLab(Store& store, const void* argument);
+// The whole state as a complete lab.
+std::string stateToLab(Store& store);
+
+// Adds adapter number `index` from its object in a lab (labAdapter.cpp).
+struct LabReader;
+void addLabAdapter(Context& context, LabReader& adapter);
+void addLabDisks(Context& context, LabReader& adapter);   // labDisks.cpp
+void addLabVolumes(Context& context, LabReader& adapter); // labVolumes.cpp
+// labPeripherals.cpp: an enclosure's elements; key entries and encrypting ports.
+void addLabElements(Context& context, KT_U16 enclosure, LabReader& reader);
+void addLabPeripherals(Context& context, LabReader& adapter);
+
+} // namespace sim

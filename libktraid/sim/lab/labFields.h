@@ -1,0 +1,50 @@
+// The fields of every record by name, so that labs can state and print them one by one.
+#pragma once
+
+#include "state/records.h"
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace sim {
+
+using Json = nlohmann::ordered_json;
+
+// What is wrong with a lab, with the place: "adapters[0].disks[3].size: ...".
+struct LabError {
+    std::string message;
+};
+
+enum class FieldType { Number, Signed, Text, Hex };
+
+struct Field {
+    const char* name;
+    size_t offset;
+    size_t size;  // of one element
+    size_t count; // elements; text and hex fields are one element of `size` bytes
+    FieldType type;
+};
+
+struct RecordFields {
+    Kind kind;
+    const char* section; // the lab's word for rows of this kind
+    size_t size;
+    const Field* fields;
+    size_t fieldCount;
+};
+
+const RecordFields* fieldsOf(Kind kind);
+const RecordFields* fieldsOfSection(const std::string& section);
+
+// Sets the named field; false when the record has none of that name. Throws LabError when the value does not fit.
+bool setField(const RecordFields& table, void* record, const std::string& name, const Json& value,
+              const std::string& path);
+// The record's non-zero fields.
+Json fieldsToJson(const RecordFields& table, const void* record);
+
+std::string toHex(const void* bytes, size_t size);
+// Text of a lab (UTF-8, code points up to 255) to the bytes of a record, and back.
+std::string textToBytes(const std::string& text, const std::string& path);
+std::string bytesToText(const void* bytes, size_t size);
+
+} // namespace sim

@@ -1,0 +1,49 @@
+// Reading one object of a lab: each word is taken once, what nobody took is a mistake.
+#pragma once
+
+#include "lab/labFields.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace sim {
+
+struct LabReader {
+    const Json& object;
+    std::string path; // "adapters[0].disks[3]"
+    std::set<std::string> taken;
+};
+
+LabReader readObject(const Json& object, const std::string& path);
+[[noreturn]] void failLab(const LabReader& reader, const char* word, const std::string& what);
+
+// The word's value, or null.
+const Json* take(LabReader& reader, const char* word);
+KT_U64 takeNumber(LabReader& reader, const char* word, KT_U64 absent, KT_U64 largest);
+bool takeFlag(LabReader& reader, const char* word, bool absent);
+// UTF-8 as written.
+std::string takeText(LabReader& reader, const char* word, const std::string& absent);
+// An amount such as "500GB" (thousands), "64MiB" (1024) or "0.5TB", in bytes.
+KT_U64 takeSize(LabReader& reader, const char* word, KT_U64 absent);
+// A list of ids; null stands for KT_NO_ID.
+std::vector<KT_U16> takeIds(LabReader& reader, const char* word);
+// The value that stands for the text in a table of words; refuses others.
+struct LabWord {
+    const char* word;
+    int value;
+};
+int takeWord(LabReader& reader, const char* word, const LabWord* words, size_t count, int absent);
+// A list of objects; a single object counts as a list of one, nothing as none.
+std::vector<LabReader> takeObjects(LabReader& reader, const char* word);
+// The same, where an object with "count" stands for so many of it.
+std::vector<LabReader> repeatObjects(LabReader& reader, const char* word);
+// Writes text, not terminated when it fills the field. Throws when it does not fit.
+void putText(const LabReader& reader, const char* word, const std::string& text, KT_U8* field, size_t size);
+
+// Sets those fields of the record that the object names.
+void takeFields(LabReader& reader, Kind kind, void* record);
+// Nothing may be left.
+void takeNothingElse(const LabReader& reader);
+
+} // namespace sim

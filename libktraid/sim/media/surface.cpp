@@ -1,0 +1,151 @@
+#include "media/surface.h"
+
+#include "media/blocks.h"
+#include "state/digest.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace sim {
+
+static const int LBA_BITS = 48;
+static const KT_U64 LBA_END = KT_U64{1} << LBA_BITS;
+static const KT_U64 RUN = 8;      // a head that touches the surface spoils some neighbours ...
+static const KT_U64 TRACK = 2000; // ... on every track it passes; sectors, about
+
+static KT_U64 keyOf(KT_U16 pd, KT_U64 lba) {
+    return KT_U64{pd} << LBA_BITS | std::min(lba, LBA_END - 1);
+}
+
+void forEachBadSector(const Context& context, KT_U16 pd, KT_U64 from, KT_U64 end, const SectorVisit& visit) {
+    forEach<BadSector>(context, keyOf(pd, from), [&](KT_U64 key, const BadSector& sector) {
+        const KT_U64 lba = key % LBA_END;
+        return key >> LBA_BITS == pd && lba < end && visit(lba, sector);
+    });
+}
+
+bool anyBadSector(const Context& context) {
+    return lastRow(context.store, context.adapter, KIND_BAD_SECTOR).has_value();
+}
+
+KT_U64 badSectorCount(const Context& context, KT_U16 pd) {
+    KT_U64 found = 0;
+    forEachBadSector(context, pd, 0, NEVER, [&](KT_U64, const BadSector&) { return ++found != 0; });
+    return found;
+}
+
+std::optional<BadSector> badSectorAt(const Context& context, KT_U16 pd, KT_U64 lba) {
+    return find<BadSector>(context, keyOf(pd, lba));
+}
+
+void eraseBadSector(const Context& context, KT_U16 pd, KT_U64 lba) {
+    erase<BadSector>(context, keyOf(pd, lba));
+}
+
+void knowBadSector(const Context& context, KT_U16 pd, KT_U64 lba) {
+    auto sector = badSectorAt(context, pd, lba);
+    if (!sector || sector->known) return;
+    sector->known = 1;
+    save(context, keyOf(pd, lba), *sector);
+}
+
+bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector) {
+    const auto there = badSectorAt(context, pd, lba);
+    // Data cannot be wrong where there is none.
+    if (there && (there->flaw == sector.flaw || sector.flaw == FLAW_WRONG)) return false;
+    if (there && there->flaw == FLAW_UNREADABLE) return false;
+    if (!there && badSectorCount(context, pd) >= BAD_SECTORS_KEPT) return false;
+    save(context, keyOf(pd, lba), sector);
+    return true;
+}
+
+std::optional<_Block_Info> blockAt(const Context& context, KT_U16 pd, KT_U64 lba) {
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        if (block && lba >= block->StartLBA && lba - block->StartLBA < block->Size) return block;
+    }
+    return std::nullopt;
+}
+
+static bool isGuardedBlock(const Context& context, const _Block_Info& block) {
+    const auto vd = find<_LD_Info>(context, block.LDID);
+    return vd && block.Status == BLOCK_GOOD && isUsable(*vd) && isRedundant(vd->RaidMode);
+}
+
+bool isGuarded(const Context& context, KT_U16 pd, KT_U64 lba) {
+    const auto block = blockAt(context, pd, lba);
+    return block && isGuardedBlock(context, *block);
+}
+
+struct Extent {
+    KT_U64 start;
+    KT_U64 sectors;
+};
+
+// Where bad sectors of the kind can lie.
+static Extent extentFor(const Context& context, KT_U16 pd, const _HD_Info& disk, KT_U8 flaw) {
+    if (flaw != FLAW_WRONG) return Extent{0, std::min(disk.Size, LBA_END)};
+    const _HD_Block_Info list = blocksOf(context, pd);
+    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
+        if (block && isGuardedBlock(context, *block)) return Extent{block->StartLBA, block->Size};
+    }
+    return Extent{0, 0};
+}
+
+// A number that follows from the disk and what is on it, the same whenever it is asked for.
+static KT_U64 chance(const Context& context, KT_U16 pd, const _HD_Info& disk) {
+    const std::string serial(reinterpret_cast<const char*>(disk.SerialNo), sizeof disk.SerialNo);
+    const Digest digest = sha256(serial + std::to_string(badSectorCount(context, pd)));
+    KT_U64 number = 0;
+    memcpy(&number, digest.bytes, sizeof number);
+    return number;
+}
+
+KT_U32 addBadSectors(const Context& context, KT_U16 pd, const BadSector& sector, KT_U32 count, KT_U64* first) {
+    const auto disk = find<_HD_Info>(context, pd);
+    const Extent extent = disk ? extentFor(context, pd, *disk, sector.flaw) : Extent{0, 0};
+    if (extent.sectors == 0) return 0;
+    const KT_U64 start = chance(context, pd, *disk) % extent.sectors;
+    const KT_U64 wanted = std::min<KT_U64>(count, BAD_SECTORS_KEPT);
+    KT_U32 added = 0;
+    // Those that meet an older scratch try again further on, twice as often as there can be any.
+    for (KT_U64 i = 0; added < wanted && i < 2 * BAD_SECTORS_KEPT; ++i) {
+        const KT_U64 lba = extent.start + (start + i / RUN * TRACK + i % RUN) % extent.sectors;
+        if (!addBadSector(context, pd, lba, sector)) continue;
+        if (added++ == 0 && first) *first = lba;
+    }
+    return added;
+}
+
+// Collected first: rows must not go while they are walked over.
+static std::vector<KT_U64> sectorsWith(const Context& context, KT_U16 pd, KT_U8 flaw, KT_U64 from, KT_U64 end) {
+    std::vector<KT_U64> found;
+    forEachBadSector(context, pd, from, end, [&](KT_U64 lba, const BadSector& sector) {
+        if (flaw == 0 || sector.flaw == flaw) found.push_back(lba);
+        return true;
+    });
+    return found;
+}
+
+void forgetSurface(const Context& context, KT_U16 pd, KT_U8 flaw) {
+    for (const KT_U64 lba : sectorsWith(context, pd, flaw, 0, NEVER))
+        eraseBadSector(context, pd, lba);
+}
+
+void forgetWrongData(const Context& context, const _Block_Info& block) {
+    for (const KT_U8 flaw : {FLAW_WRONG, FLAW_LOST}) {
+        for (const KT_U64 lba : sectorsWith(context, block.HDID, flaw, block.StartLBA, block.StartLBA + block.Size))
+            eraseBadSector(context, block.HDID, lba);
+    }
+}
+
+void copySurface(const Context& from, KT_U16 there, const Context& context, KT_U16 here) {
+    forEachBadSector(from, there, 0, NEVER, [&](KT_U64 lba, const BadSector& sector) {
+        save(context, keyOf(here, lba), sector);
+        return true;
+    });
+}
+
+} // namespace sim

@@ -1,0 +1,47 @@
+// The surfaces of disks: sectors that cannot be read, and sectors that hold other data than was written. Nothing
+// notices before something reads there, which reading.h does.
+#pragma once
+
+#include "raid/volumes.h"
+
+namespace sim {
+
+// Codes of the events about them.
+enum : KT_U16 {
+    EVT_INCONSISTENT = 100, // of a virtual disk
+    EVT_REASSIGNED = 15,    // of a disk, like the rest
+    EVT_COMMAND_FAILED = 36,
+    EVT_BAD_SECTOR = 37,
+    EVT_SECTOR_FIXED = 38
+};
+
+inline constexpr KT_U64 BAD_SECTORS_KEPT = 1000; // of one disk; more are not told apart from these
+
+// visit(lba, sector) -> true to go on, over the bad sectors from `from` up to, not including, `end`.
+using SectorVisit = std::function<bool(KT_U64, const BadSector&)>;
+void forEachBadSector(const Context& context, KT_U16 pd, KT_U64 from, KT_U64 end, const SectorVisit& visit);
+bool anyBadSector(const Context& context); // on any disk of the adapter
+KT_U64 badSectorCount(const Context& context, KT_U16 pd);
+std::optional<BadSector> badSectorAt(const Context& context, KT_U16 pd, KT_U64 lba);
+void eraseBadSector(const Context& context, KT_U16 pd, KT_U64 lba);
+// The drive has met it.
+void knowBadSector(const Context& context, KT_U16 pd, KT_U64 lba);
+
+// Makes a sector bad; false when that makes no difference to it, or the disk has as many as are kept.
+bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector);
+// Makes that many bad where a disk has them: a scratch across neighbouring tracks, its place following from the disk
+// and what it has already. Wrong data lies only where it makes a difference. Answers how many, and the first.
+KT_U32 addBadSectors(const Context& context, KT_U16 pd, const BadSector& sector, KT_U32 count, KT_U64* first = nullptr);
+// Whether the sector belongs to a redundant virtual disk in use, so that its being wrong could ever show.
+bool isGuarded(const Context& context, KT_U16 pd, KT_U64 lba);
+
+// The bad sectors of the disk, of that flaw or (0) all, are no more.
+void forgetSurface(const Context& context, KT_U16 pd, KT_U8 flaw = 0);
+// A disk that gets another id, or comes from another adapter, brings its surface.
+void copySurface(const Context& from, KT_U16 there, const Context& context, KT_U16 here);
+// Nothing is wrong yet with the data of a new block; what cannot be read stays.
+void forgetWrongData(const Context& context, const _Block_Info& block);
+// The block of the disk that the sector lies in.
+std::optional<_Block_Info> blockAt(const Context& context, KT_U16 pd, KT_U64 lba);
+
+} // namespace sim

@@ -1,0 +1,210 @@
+#include "raid/volumes.h"
+
+#include "devices/battery.h"
+#include "media/blocks.h"
+#include "state/events.h"
+
+#include <algorithm>
+
+namespace sim {
+
+_Adapter_Info adapterInfo(const Context& context) {
+    return find<_Adapter_Info>(context, 0).value_or(_Adapter_Info{});
+}
+
+_Adapter_Config_V2 adapterConfig(const Context& context) {
+    return find<_Adapter_Config_V2>(context, 0).value_or(_Adapter_Config_V2{});
+}
+
+KT_U8 findVd(const Context& context, KT_U16 id, Vd& vd) {
+    const auto info = find<_LD_Info>(context, id);
+    if (!info) {
+        const _Adapter_Info adapter = adapterInfo(context);
+        return id < adapter.MaxLogicalDrive ? KT_ERR_VD_MISSING : KT_ERR_INVALID_VD;
+    }
+    vd = Vd{*info, find<VdState>(context, id).value_or(VdState{})};
+    return KT_OK;
+}
+
+KT_U8 findArray(const Context& context, KT_U16 id, Array& array) {
+    const auto info = find<_DG_Info>(context, id);
+    if (!info) return KT_ERR_INVALID_ARRAY;
+    array = Array{*info, find<DgState>(context, id).value_or(DgState{})};
+    return KT_OK;
+}
+
+KT_U8 findDisk(const Context& context, KT_U16 id, Disk& disk) {
+    const auto info = find<_HD_Info>(context, id);
+    if (!info) return KT_ERR_INVALID_PD;
+    disk = Disk{*info, find<PdState>(context, id).value_or(PdState{})};
+    disk.state.config.HDID = id;
+    return KT_OK;
+}
+
+void saveVd(const Context& context, const Vd& vd) {
+    save(context, vd.info.ID, vd.info);
+    save(context, vd.info.ID, vd.state);
+}
+
+void saveArray(const Context& context, const Array& array) {
+    save(context, array.info.DGID, array.info);
+    save(context, array.info.DGID, array.state);
+}
+
+Geometry geometryOf(const _LD_Info& vd) {
+    return Geometry{vd.RaidMode, std::min<KT_U8>(vd.HDCount, MAX_MEMBERS), vd.NumParityDisk};
+}
+
+Geometry geometryOf(const Array& array) {
+    return Geometry{array.info.RaidMode, std::min<KT_U8>(array.state.memberCount, MAX_MEMBERS),
+                    array.info.NumParityDisk};
+}
+
+bool isUsable(const _LD_Info& vd) {
+    return vd.Status == KT_VD_ONLINE || vd.Status == KT_VD_DEGRADED || vd.Status == KT_VD_PARTIALLY_OPTIMAL;
+}
+
+bool runsSystem(const Vd& vd) {
+    return vd.state.hasOs && (isUsable(vd.info) || vd.info.Status == KT_VD_USING_TABLE);
+}
+
+bool runsSystem(const PdState& disk) {
+    return disk.hasOs && !(disk.raid & KT_PD_OFFLINE);
+}
+
+KT_U64 shareOf(const Context& context, const _LD_Info& vd) {
+    KT_U64 share = 0;
+    for (int i = 0; i < geometryOf(vd).disks; ++i) {
+        const auto block = find<_Block_Info>(context, vd.BlockIDs[i]);
+        if (block) share = std::max(share, sectorsToKib(block->Size, block->BlockSize));
+    }
+    return share;
+}
+
+void listMembers(Array& array) {
+    std::fill(std::begin(array.info.PDIDs), std::end(array.info.PDIDs), KT_U16{KT_NO_ID});
+    array.info.PDCount = 0;
+    for (int i = 0; i < array.state.memberCount; ++i)
+        if (array.state.members[i] != KT_NO_ID) array.info.PDIDs[array.info.PDCount++] = array.state.members[i];
+}
+
+static bool isHardDisk(const Context& context, KT_U16 pd) {
+    const auto disk = find<_HD_Info>(context, pd);
+    return disk && disk->HD_SSD_Type == 0;
+}
+
+// The status that the blocks in the slots give; `statusWithLost` of the level.
+static KT_U8 statusOf(const Context& context, const _LD_Info& vd, const KT_U16* homes, const BlockTest& isLost) {
+    bool lost[MAX_MEMBERS] = {};
+    bool hdd[MAX_MEMBERS] = {};
+    const Geometry geometry = geometryOf(vd);
+    const bool hybrid = isHybridLevel(geometry.level);
+    for (int i = 0; i < geometry.disks; ++i) {
+        const auto block = vd.BlockIDs[i] == KT_NO_ID ? std::nullopt : find<_Block_Info>(context, vd.BlockIDs[i]);
+        lost[i] = !block || block->Status != BLOCK_GOOD || (isLost && isLost(*block));
+        // A pulled disk cannot be asked any more; a hybrid's last slot is its hard disk unless it says otherwise.
+        if (hybrid) hdd[i] = block ? isHardDisk(context, block->HDID) : isHardDisk(context, homes[i]) || i > 0;
+    }
+    return statusWithLost(geometry, lost, hdd);
+}
+
+KT_U8 statusWithout(const Context& context, const Vd& vd, const BlockTest& isLost) {
+    return statusOf(context, vd.info, vd.state.homes, isLost);
+}
+
+static int badness(KT_U8 status) {
+    switch (status) {
+    case KT_VD_ONLINE:
+        return 0;
+    case KT_VD_PARTIALLY_OPTIMAL:
+        return 1;
+    case KT_VD_DEGRADED:
+        return 2;
+    default:
+        return 3;
+    }
+}
+
+static KT_U32 tandemFlag(const _LD_Info& vd) {
+    return isHybridLevel(vd.RaidMode) ? 1 : 0;
+}
+
+static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) {
+    switch (status) {
+    case KT_VD_ONLINE:
+        logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO, 0, 0, 0, tandemFlag(vd));
+        break;
+    case KT_VD_PARTIALLY_OPTIMAL:
+        logEvent(context, EVT_VD, 5, vd.ID, SEV_WARNING);
+        break;
+    case KT_VD_DEGRADED:
+        logEvent(context, EVT_VD, 4, vd.ID, SEV_MAJOR);
+        break;
+    default:
+        logEvent(context, EVT_VD, 0, vd.ID, SEV_CRITICAL, 0, 0, 0, tandemFlag(vd));
+        break;
+    }
+}
+
+void refreshVdStatus(const Context& context, KT_U16 id) {
+    Vd vd = {};
+    if (findVd(context, id, vd) != KT_OK) return;
+    if (!isUsable(vd.info) && vd.info.Status != KT_VD_OFFLINE) return;
+    KT_U8 status = statusOf(context, vd.info, vd.state.homes, nullptr);
+    const auto target = find<VdTarget>(context, id);
+    if (target) {
+        const KT_U8 targetStatus = statusOf(context, target->info, vd.state.homes, nullptr);
+        if (badness(targetStatus) > badness(status)) status = targetStatus;
+    }
+    if (status == vd.info.Status) return;
+    vd.info.Status = status;
+    if (status == KT_VD_OFFLINE) vd.state.offline = context.now;
+    saveVd(context, vd);
+    logStatus(context, vd.info, status);
+}
+
+// A member that is being rebuilt is there, but holds no data to rely on.
+static bool isHalfFilled(const Context& context, const _DG_Info& array, int slot) {
+    for (const KT_U16 id : array.VDIDs) {
+        const auto vd = id == KT_NO_ID ? std::nullopt : find<_LD_Info>(context, id);
+        const auto block = vd ? find<_Block_Info>(context, vd->BlockIDs[slot]) : std::nullopt;
+        if (block && block->Status == BLOCK_REBUILDING) return true;
+    }
+    return false;
+}
+
+void refreshArrayStatus(const Context& context, KT_U16 id) {
+    Array array = {};
+    if (findArray(context, id, array) != KT_OK) return;
+    bool lost[MAX_MEMBERS] = {};
+    const bool none[MAX_MEMBERS] = {};
+    bool missing = false;
+    const Geometry geometry = geometryOf(array);
+    for (int i = 0; i < geometry.disks; ++i) {
+        const auto disk = find<PdState>(context, array.state.members[i]);
+        lost[i] = !disk || (disk->raid & KT_PD_OFFLINE) != 0;
+        missing = missing || lost[i];
+        lost[i] = lost[i] || isHalfFilled(context, array.info, i);
+    }
+    const bool offline = statusWithLost(geometry, lost, none) == KT_VD_OFFLINE;
+    listMembers(array);
+    array.info.Status = offline ? ARRAY_OFFLINE : missing ? ARRAY_PD_MISSING : ARRAY_FUNCTIONAL;
+    save(context, id, array.info);
+}
+
+KT_U16 freeId(const Context& context, Kind kind, KT_U64 limit) {
+    KT_U64 next = 0;
+    RowWalk walk = beginWalk(context.store, context.adapter, kind, 0);
+    while (nextRow(walk) && walk.id == next)
+        ++next;
+    endWalk(walk);
+    return next < limit ? static_cast<KT_U16>(next) : KT_U16{KT_NO_ID};
+}
+
+KT_U8 cacheModeFor(const Context& context, KT_U8 policy) {
+    if ((policy & KT_CACHE_AUTO) == 0) return policy;
+    const KT_U8 rest = policy & static_cast<KT_U8>(~(KT_CACHE_AUTO | KT_CACHE_OFF));
+    return batteryKeepsCache(context) ? rest : static_cast<KT_U8>(rest | KT_CACHE_OFF);
+}
+
+} // namespace sim

@@ -1,0 +1,372 @@
+#include "state/store.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <vector>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace sim {
+
+enum StatementId {
+    ST_BEGIN_READ,
+    ST_BEGIN_WRITE,
+    ST_COMMIT,
+    ST_ROLLBACK,
+    ST_MARK,
+    ST_ROLLBACK_MARK,
+    ST_GET,
+    ST_PUT,
+    ST_ERASE,
+    ST_ERASE_KIND,
+    ST_ERASE_ALL,
+    ST_COUNT,
+    ST_LAST,
+    STATEMENT_COUNT
+};
+
+static const char* const STATEMENTS[STATEMENT_COUNT] = {
+    "BEGIN",
+    "BEGIN IMMEDIATE",
+    "COMMIT",
+    "ROLLBACK",
+    "SAVEPOINT mark",
+    "ROLLBACK TO mark",
+    "SELECT data FROM record WHERE adapter = ?1 AND kind = ?2 AND id = ?3",
+    "INSERT INTO record VALUES (?1, ?2, ?3, ?4) ON CONFLICT DO UPDATE SET data = ?4",
+    "DELETE FROM record WHERE adapter = ?1 AND kind = ?2 AND id = ?3",
+    "DELETE FROM record WHERE adapter = ?1 AND kind = ?2",
+    "DELETE FROM record",
+    "SELECT count(*) FROM record WHERE adapter = ?1 AND kind = ?2",
+    "SELECT max(id) FROM record WHERE adapter = ?1 AND kind = ?2",
+};
+
+static const char SCHEMA[] = "CREATE TABLE record (adapter INTEGER, kind INTEGER, id INTEGER, data BLOB NOT NULL, "
+                             "PRIMARY KEY (adapter, kind, id)) WITHOUT ROWID";
+static const char WALK[] = "SELECT id, data FROM record WHERE adapter = ?1 AND kind = ?2 AND id >= ?3 ORDER BY id";
+static const int BUSY_WAIT_MS = 5000;
+
+struct Store {
+    sqlite3* db = nullptr;
+    sqlite3_stmt* statements[STATEMENT_COUNT] = {};
+    std::vector<sqlite3_stmt*> walks; // idle; a walk inside a walk takes another one
+    std::string path;
+    struct stat file = {}; // as it was opened; all zero for a state in memory
+    bool writing = false;
+};
+
+static std::string reasonFor(const Store& store, int primary) {
+    std::string reason = sqlite3_errmsg(store.db);
+    const int error = sqlite3_system_errno(store.db);
+    switch (primary) {
+    case SQLITE_BUSY:
+        return "another process keeps it busy";
+    case SQLITE_NOTADB:
+        return NOT_A_STATE;
+    case SQLITE_CORRUPT:
+        return "this state is damaged (" + reason + ")";
+    case SQLITE_READONLY:
+        return "this state cannot be written to";
+    case SQLITE_FULL:
+        return "there is no space left to write to";
+    case SQLITE_IOERR:
+    case SQLITE_CANTOPEN:
+        return error ? strerror(error) : reason;
+    default:
+        return reason;
+    }
+}
+
+[[noreturn]] static void fail(const Store& store, int code) {
+    const int primary = code & 0xFF;
+    const bool passing =
+        primary == SQLITE_BUSY || primary == SQLITE_FULL || primary == SQLITE_NOMEM || primary == SQLITE_IOERR;
+    throw StoreFailure{static_cast<KT_U8>(passing ? KT_ERR_NO_RESOURCE : KT_ERR_FAILED),
+                       store.path + ": " + reasonFor(store, primary)};
+}
+
+void failBadRow(KT_U8 adapter, Kind kind, KT_U64 id) {
+    throw StoreFailure{KT_ERR_FAILED, "damaged record (adapter " + std::to_string(adapter) + ", kind " +
+                                          std::to_string(kind) + ", id " + std::to_string(id) + ")"};
+}
+
+static sqlite3_stmt* prepare(Store& store, const char* sql) {
+    sqlite3_stmt* statement = nullptr;
+    const int code = sqlite3_prepare_v3(store.db, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    if (code != SQLITE_OK) fail(store, code);
+    return statement;
+}
+
+static sqlite3_stmt* statementOf(Store& store, StatementId id) {
+    if (!store.statements[id]) store.statements[id] = prepare(store, STATEMENTS[id]);
+    return store.statements[id];
+}
+
+// Steps a statement that gives at most one row, and answers whether it gave one. The caller resets it.
+static bool stepOnce(Store& store, sqlite3_stmt* statement) {
+    const int code = sqlite3_step(statement);
+    if (code == SQLITE_ROW) return true;
+    if (code == SQLITE_DONE) return false;
+    sqlite3_reset(statement);
+    fail(store, code);
+}
+
+static void run(Store& store, StatementId id) {
+    sqlite3_stmt* statement = statementOf(store, id);
+    stepOnce(store, statement);
+    sqlite3_reset(statement);
+}
+
+static sqlite3_stmt* bindKey(Store& store, StatementId which, KT_U8 adapter, Kind kind) {
+    sqlite3_stmt* statement = statementOf(store, which);
+    sqlite3_bind_int(statement, 1, adapter);
+    sqlite3_bind_int(statement, 2, kind);
+    return statement;
+}
+
+static void execute(Store& store, const std::string& sql) {
+    const int code = sqlite3_exec(store.db, sql.c_str(), nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) fail(store, code);
+}
+
+static int readPragma(Store& store, const char* sql) {
+    sqlite3_stmt* statement = prepare(store, sql);
+    const int code = sqlite3_step(statement);
+    const int value = code == SQLITE_ROW ? sqlite3_column_int(statement, 0) : 0;
+    sqlite3_finalize(statement);
+    if (code != SQLITE_ROW && code != SQLITE_DONE) fail(store, code);
+    return value;
+}
+
+// What has happened to the file since it was opened; empty = it is still there.
+static std::string whatBefell(const Store& store) {
+    if (store.file.st_ino == 0) return {};
+    struct stat now = {};
+    if (stat(store.path.c_str(), &now) != 0)
+        return errno == ENOENT ? "this state was removed while it was in use" : strerror(errno);
+    if (now.st_ino != store.file.st_ino || now.st_dev != store.file.st_dev)
+        return "something else has taken the place of this state while it was in use";
+    return now.st_size < store.file.st_size ? "this state was cut short while it was in use" : "";
+}
+
+void closeStore(Store* store) {
+    if (!store) return;
+    // The journal beside it may by now be that of what has taken its place.
+    if (!whatBefell(*store).empty()) sqlite3_db_config(store->db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    for (sqlite3_stmt* statement : store->statements)
+        sqlite3_finalize(statement);
+    for (sqlite3_stmt* statement : store->walks)
+        sqlite3_finalize(statement);
+    sqlite3_close_v2(store->db);
+    delete store;
+}
+
+static void checkIdentity(Store& store) {
+    if (readPragma(store, "PRAGMA application_id") != STATE_APPLICATION)
+        throw StoreFailure{KT_ERR_FAILED, store.path + ": " + NOT_A_STATE};
+    const int version = readPragma(store, "PRAGMA user_version");
+    if (version != STATE_VERSION) {
+        throw StoreFailure{KT_ERR_FAILED, store.path + ": this state has version " + std::to_string(version) +
+                                              ", this library reads version " + std::to_string(STATE_VERSION)};
+    }
+    // Reading one row of the table tells a damaged schema from a sound one.
+    if (!find<GlobalState>(store, ADAPTER_GLOBAL, 0))
+        throw StoreFailure{KT_ERR_FAILED, store.path + ": this state is damaged: it names no adapters"};
+}
+
+Store* openExistingStore(const std::string& path) {
+    auto* store = new Store;
+    store->path = path;
+    try {
+        const int code = sqlite3_open_v2(path.c_str(), &store->db, SQLITE_OPEN_READWRITE, nullptr);
+        if (code != SQLITE_OK) fail(*store, code);
+        if (sqlite3_db_readonly(store->db, "main") == 1) fail(*store, SQLITE_READONLY);
+        sqlite3_busy_timeout(store->db, BUSY_WAIT_MS);
+        execute(*store, "PRAGMA synchronous = NORMAL");
+        checkIdentity(*store);
+        if (stat(path.c_str(), &store->file) != 0) throw StoreFailure{KT_ERR_FAILED, path + ": " + strerror(errno)};
+    } catch (...) {
+        closeStore(store);
+        throw;
+    }
+    return store;
+}
+
+Store* openMemoryStore(StoreFiller fill, const void* argument) {
+    auto* store = new Store;
+    store->path = "state in memory";
+    try {
+        const int code = sqlite3_open_v2(":memory:", &store->db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+        if (code != SQLITE_OK) fail(*store, code);
+        execute(*store, "PRAGMA application_id = " + std::to_string(STATE_APPLICATION) +
+                            "; PRAGMA user_version = " + std::to_string(STATE_VERSION) + ";" + SCHEMA);
+        beginTransaction(*store, Access::Write);
+        fill(*store, argument);
+        commitTransaction(*store);
+    } catch (...) {
+        closeStore(store);
+        throw;
+    }
+    return store;
+}
+
+std::string imageOf(const Store& store) {
+    sqlite3_int64 size = 0;
+    unsigned char* bytes = sqlite3_serialize(store.db, "main", &size, 0);
+    if (!bytes || size < 100) {
+        sqlite3_free(bytes);
+        throw StoreFailure{KT_ERR_NO_RESOURCE, store.path + ": out of memory"};
+    }
+    // Bytes 18 and 19 of the file say how it is journalled: 2 is write-ahead, with which readers and one writer do
+    // not wait for each other.
+    bytes[18] = bytes[19] = 2;
+    std::string image(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
+    sqlite3_free(bytes);
+    return image;
+}
+
+// Without this, a process that holds a removed file open would go on with it, and nobody would ever see what it did.
+static void checkStillThere(const Store& store) {
+    const std::string befallen = whatBefell(store);
+    if (!befallen.empty()) throw StoreFailure{KT_ERR_FAILED, store.path + ": " + befallen};
+}
+
+void beginTransaction(Store& store, Access access) {
+    checkStillThere(store);
+    run(store, access == Access::Write ? ST_BEGIN_WRITE : ST_BEGIN_READ);
+    store.writing = access == Access::Write;
+}
+
+void commitTransaction(Store& store) {
+    run(store, ST_COMMIT);
+    store.writing = false;
+}
+
+void rollbackTransaction(Store& store) {
+    store.writing = false;
+    if (!store.db || sqlite3_get_autocommit(store.db)) return;
+    try {
+        run(store, ST_ROLLBACK);
+    } catch (const StoreFailure&) {
+        // The transaction is gone with its connection at the latest; nothing was written.
+        return;
+    }
+}
+
+void setMark(Store& store) {
+    run(store, ST_MARK);
+}
+
+void rollbackToMark(Store& store) {
+    run(store, ST_ROLLBACK_MARK);
+}
+
+static void refuseOutsideWriting(const Store& store) {
+    if (!store.writing) throw StoreFailure{KT_ERR_FAILED, store.path + ": a call that only reads tried to write"};
+}
+
+bool readRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, void* record, size_t size) {
+    sqlite3_stmt* statement = bindKey(store, ST_GET, adapter, kind);
+    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+    if (!stepOnce(store, statement)) {
+        sqlite3_reset(statement);
+        return false;
+    }
+    const bool fits = static_cast<size_t>(sqlite3_column_bytes(statement, 0)) == size;
+    if (fits) memcpy(record, sqlite3_column_blob(statement, 0), size);
+    sqlite3_reset(statement);
+    if (!fits) failBadRow(adapter, kind, id);
+    return true;
+}
+
+std::optional<std::string> readBytes(Store& store, KT_U8 adapter, Kind kind, KT_U64 id) {
+    sqlite3_stmt* statement = bindKey(store, ST_GET, adapter, kind);
+    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+    std::optional<std::string> bytes;
+    if (stepOnce(store, statement)) {
+        const auto* data = static_cast<const char*>(sqlite3_column_blob(statement, 0));
+        bytes = data ? std::string(data, static_cast<size_t>(sqlite3_column_bytes(statement, 0))) : std::string();
+    }
+    sqlite3_reset(statement);
+    return bytes;
+}
+
+void writeRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, const void* record, size_t size) {
+    refuseOutsideWriting(store);
+    sqlite3_stmt* statement = bindKey(store, ST_PUT, adapter, kind);
+    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+    sqlite3_bind_blob64(statement, 4, record, size, SQLITE_STATIC);
+    stepOnce(store, statement);
+    sqlite3_reset(statement);
+}
+
+bool eraseRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id) {
+    refuseOutsideWriting(store);
+    sqlite3_stmt* statement = bindKey(store, ST_ERASE, adapter, kind);
+    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+    stepOnce(store, statement);
+    sqlite3_reset(statement);
+    return sqlite3_changes(store.db) > 0;
+}
+
+void eraseRows(Store& store, KT_U8 adapter, Kind kind) {
+    refuseOutsideWriting(store);
+    sqlite3_stmt* statement = bindKey(store, ST_ERASE_KIND, adapter, kind);
+    stepOnce(store, statement);
+    sqlite3_reset(statement);
+}
+
+void eraseEverything(Store& store) {
+    refuseOutsideWriting(store);
+    run(store, ST_ERASE_ALL);
+}
+
+KT_U64 countRows(Store& store, KT_U8 adapter, Kind kind) {
+    sqlite3_stmt* statement = bindKey(store, ST_COUNT, adapter, kind);
+    const KT_U64 rows = stepOnce(store, statement) ? static_cast<KT_U64>(sqlite3_column_int64(statement, 0)) : 0;
+    sqlite3_reset(statement);
+    return rows;
+}
+
+std::optional<KT_U64> lastRow(Store& store, KT_U8 adapter, Kind kind) {
+    sqlite3_stmt* statement = bindKey(store, ST_LAST, adapter, kind);
+    std::optional<KT_U64> last;
+    if (stepOnce(store, statement) && sqlite3_column_type(statement, 0) != SQLITE_NULL)
+        last = static_cast<KT_U64>(sqlite3_column_int64(statement, 0));
+    sqlite3_reset(statement);
+    return last;
+}
+
+RowWalk beginWalk(Store& store, KT_U8 adapter, Kind kind, KT_U64 from) {
+    sqlite3_stmt* statement = nullptr;
+    if (store.walks.empty()) {
+        statement = prepare(store, WALK);
+    } else {
+        statement = store.walks.back();
+        store.walks.pop_back();
+    }
+    sqlite3_bind_int(statement, 1, adapter);
+    sqlite3_bind_int(statement, 2, kind);
+    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(from));
+    return RowWalk{&store, statement, 0, nullptr, 0};
+}
+
+bool nextRow(RowWalk& walk) {
+    auto* statement = static_cast<sqlite3_stmt*>(walk.statement);
+    const int code = sqlite3_step(statement);
+    if (code == SQLITE_DONE) return false;
+    if (code != SQLITE_ROW) fail(*walk.store, code);
+    walk.id = static_cast<KT_U64>(sqlite3_column_int64(statement, 0));
+    walk.data = sqlite3_column_blob(statement, 1);
+    walk.size = static_cast<size_t>(sqlite3_column_bytes(statement, 1));
+    return true;
+}
+
+void endWalk(RowWalk& walk) {
+    auto* statement = static_cast<sqlite3_stmt*>(walk.statement);
+    sqlite3_reset(statement);
+    walk.store->walks.push_back(statement);
+}
+
+} // namespace sim

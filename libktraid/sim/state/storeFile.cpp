@@ -1,0 +1,141 @@
+#include "state/store.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sim {
+
+[[noreturn]] static void failSystem(const std::string& what) {
+    throw StoreFailure{KT_ERR_FAILED, what + ": " + strerror(errno)};
+}
+
+static void makeFolders(const std::string& path) {
+    for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+        const std::string folder = path.substr(0, slash);
+        if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST && errno != EISDIR && errno != EROFS)
+            failSystem(folder);
+    }
+}
+
+static void writeAll(int file, const std::string& bytes, const std::string& name) {
+    for (size_t at = 0; at < bytes.size();) {
+        const ssize_t written = write(file, bytes.data() + at, bytes.size() - at);
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) failSystem(name);
+        at += static_cast<size_t>(written);
+    }
+}
+
+// Builds the state in memory and writes it, complete, to a new file beside `path`; answers that file's name.
+static std::string writeNewFile(const std::string& path, StoreFiller fill, const void* argument) {
+    const std::unique_ptr<Store, void (*)(Store*)> built(openMemoryStore(fill, argument), closeStore);
+    const std::string image = imageOf(*built);
+    std::string name = path + ".XXXXXX";
+    const int file = mkstemp(name.data());
+    if (file < 0) failSystem(path);
+    try {
+        writeAll(file, image, path);
+        if (fsync(file) != 0) failSystem(path);
+    } catch (...) {
+        close(file);
+        unlink(name.c_str());
+        throw;
+    }
+    close(file);
+    return name;
+}
+
+// Whether a file is at `path`; throws for anything else there, which is no place for a state.
+static bool isThere(const std::string& path) {
+    struct stat there = {};
+    if (stat(path.c_str(), &there) == 0) {
+        if (S_ISREG(there.st_mode)) return true;
+        throw StoreFailure{KT_ERR_FAILED, path + ": this is not a file"};
+    }
+    if (errno != ENOENT) failSystem(path);
+    if (lstat(path.c_str(), &there) == 0) throw StoreFailure{KT_ERR_FAILED, path + ": this link leads nowhere"};
+    return false;
+}
+
+// The journal of a state that is gone would be taken for that of the one which follows it.
+static void removeJournal(const std::string& path) {
+    unlink((path + "-wal").c_str());
+    unlink((path + "-shm").c_str());
+}
+
+// Gives the file `made` the name `path` unless another process has put something there meanwhile. One at a time, so
+// that nobody takes the journal of a state that has just been made for one left behind.
+static void putInPlace(const std::string& made, const std::string& path) {
+    const size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const int lock = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (lock >= 0) flock(lock, LOCK_EX);
+    if (access(path.c_str(), F_OK) != 0) removeJournal(path);
+    const int reason = link(made.c_str(), path.c_str()) == 0 ? 0 : errno;
+    if (lock >= 0) close(lock);
+    unlink(made.c_str());
+    errno = reason;
+    if (reason != 0 && reason != EEXIST) failSystem(path);
+}
+
+Store* openStore(const std::string& path, StoreFiller fill, const void* argument) {
+    if (!isThere(path)) {
+        makeFolders(path);
+        putInPlace(writeNewFile(path, fill, argument), path);
+    }
+    return openExistingStore(path);
+}
+
+// A damaged state still says what it is, at the place where SQLite keeps the application's id.
+static bool looksLikeState(const std::string& path) {
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) failSystem(path);
+    unsigned char head[72] = {};
+    const ssize_t size = read(file, head, sizeof head);
+    close(file);
+    const unsigned char* id = head + 68;
+    const int application = id[0] << 24 | id[1] << 16 | id[2] << 8 | id[3];
+    return size == 0 || (size == sizeof head && application == STATE_APPLICATION);
+}
+
+bool stateMayGo(const std::string& path) {
+    if (!isThere(path)) return false;
+    if (looksLikeState(path)) return true;
+    throw StoreFailure{KT_ERR_FAILED, path + ": " + NOT_A_STATE + "; it stays as it is"};
+}
+
+void replaceStore(const std::string& path, StoreFiller fill, const void* argument) {
+    makeFolders(path);
+    std::string place = path;
+    // A link stays one.
+    if (stateMayGo(path)) {
+        char* whole = realpath(path.c_str(), nullptr);
+        if (whole) place = whole;
+        free(whole);
+    }
+    const std::string made = writeNewFile(place, fill, argument);
+    removeJournal(place);
+    if (rename(made.c_str(), place.c_str()) == 0) return;
+    const int reason = errno;
+    unlink(made.c_str());
+    errno = reason;
+    failSystem(path);
+}
+
+std::string statePath() {
+    const char* path = getenv("KTRAID_SIM");
+    if (path && *path) return path;
+    const char* state = getenv("XDG_STATE_HOME");
+    if (state && *state == '/') return std::string(state) + "/ktraid-sim/state.db";
+    const char* home = getenv("HOME");
+    if (home && *home) return std::string(home) + "/.local/state/ktraid-sim/state.db";
+    throw StoreFailure{KT_ERR_FAILED, "no place for the state: neither KTRAID_SIM nor HOME is set"};
+}
+
+} // namespace sim
