@@ -75,8 +75,9 @@ static void flushFolder(const std::string& path) {
     close(fd);
 }
 
-WroteFile writeWholeFile(const std::string& path, const std::string& bytes, Existing existing) {
-    std::string target = path;
+WroteFile stageWholeFile(const std::string& path, const std::string& bytes, Existing existing, StagedFile& staged) {
+    staged = {"", path, existing};
+    std::string& target = staged.target;
     struct stat replaced = {};
     bool exists = lstat(target.c_str(), &replaced) == 0;
     if (exists && existing == Existing::Keep) return WroteFile::Exists;
@@ -89,21 +90,37 @@ WroteFile writeWholeFile(const std::string& path, const std::string& bytes, Exis
     size_t base = slash == std::string::npos ? 0 : slash + 1;
     if (base == target.size()) return WroteFile::NotOpened;
     // Not made of the target's name, which may be as long as a name can be.
-    std::string unnamed = target.substr(0, base) + ".kt." + std::to_string(getpid()) + ".new";
+    static unsigned count = 0;
+    staged.unnamed =
+        target.substr(0, base) + ".kt." + std::to_string(getpid()) + "." + std::to_string(++count) + ".new";
     NewFile file = {};
-    if (createNewFile(unnamed.c_str(), file) != Created::Yes) return WroteFile::NotOpened;
+    if (createNewFile(staged.unnamed.c_str(), file) != Created::Yes) return WroteFile::NotOpened;
     if (!fill(file, bytes, exists ? &replaced : nullptr)) {
         dropNewFile(file);
         return WroteFile::NotWritten;
     }
-    if (!keepNewFile(file)) return WroteFile::NotWritten;
+    return keepNewFile(file) ? WroteFile::Yes : WroteFile::NotWritten;
+}
+
+WroteFile placeStagedFile(const StagedFile& staged) {
+    if (staged.unnamed.empty()) return WroteFile::Yes;
     WroteFile result = WroteFile::Yes;
-    if (existing == Existing::Keep) {
-        result = name(unnamed, target);
-    } else if (rename(unnamed.c_str(), target.c_str()) != 0) {
-        unlink(unnamed.c_str());
+    if (staged.existing == Existing::Keep) {
+        result = name(staged.unnamed, staged.target);
+    } else if (rename(staged.unnamed.c_str(), staged.target.c_str()) != 0) {
+        dropStagedFile(staged);
         result = WroteFile::NotWritten;
     }
-    if (result == WroteFile::Yes) flushFolder(target);
+    if (result == WroteFile::Yes) flushFolder(staged.target);
     return result;
+}
+
+void dropStagedFile(const StagedFile& staged) {
+    if (!staged.unnamed.empty()) unlink(staged.unnamed.c_str());
+}
+
+WroteFile writeWholeFile(const std::string& path, const std::string& bytes, Existing existing) {
+    StagedFile staged;
+    WroteFile result = stageWholeFile(path, bytes, existing, staged);
+    return result == WroteFile::Yes ? placeStagedFile(staged) : result;
 }

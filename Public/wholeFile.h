@@ -25,3 +25,15 @@ enum class WroteFile { Yes, Exists, NotOpened, NotWritten };
 // kept as it is (Exists), or until the new one is complete. A replaced file's permissions and owner go over to the new
 // one; a symbolic link to it stays.
 WroteFile writeWholeFile(const std::string& path, const std::string& bytes, Existing existing);
+
+// The same in two steps, for whoever must know that the file can be written before doing something else: a staged file
+// is complete and on the disk, but not under its name. Each one that was staged (Yes) is either placed or dropped;
+// where nothing was staged both have nothing to do.
+struct StagedFile {
+    std::string unnamed; // the path it has for now; empty: nothing was staged
+    std::string target;
+    Existing existing;
+};
+WroteFile stageWholeFile(const std::string& path, const std::string& bytes, Existing existing, StagedFile& staged);
+WroteFile placeStagedFile(const StagedFile& staged);
+void dropStagedFile(const StagedFile& staged);

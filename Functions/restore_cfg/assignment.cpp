@@ -243,6 +243,14 @@ std::string serialNumberText(const _updata_sasaddr_info_t& info, KT_U64 counter)
     return std::string(reinterpret_cast<const char*>(info.serialnumber_header), SERIAL_HEADER_SIZE) + digits;
 }
 
+KT_U64 nextSerialCounter(KT_U64 counter) {
+    KT_U64 next = counter + 1;
+    for (unsigned digit = 0; digit < COUNTER_SIZE; ++digit) {
+        if ((next >> 4 * digit & 0xF) > 9) next = ((next >> 4 * (digit + 1)) + 1) << 4 * (digit + 1);
+    }
+    return next >> 4 * COUNTER_SIZE == 0 ? next : counter + 1;
+}
+
 // Puts a value into its place, or in a line of its own at the end of a file that has none.
 static void putValue(std::string& text, bool found, size_t at, size_t length, const char* key,
                      const std::string& value) {
@@ -269,7 +277,7 @@ std::string advancedAssignment(const std::string& text, const _updata_sasaddr_in
         if (info.serialnumber_flag == 0) return;
         putValue(advanced, info.hasCurrentSerial, info.serialnumber_current_place_in_file,
                  info.serialnumber_current_str_length, sasaddr_sn_command_table[SERIAL_CURRENT].word,
-                 serialNumberText(info, info.serialnumber_current + 1));
+                 serialNumberText(info, nextSerialCounter(info.serialnumber_current)));
     };
     // What stands later is replaced first, so that the other place stays valid; added lines come last.
     bool serialFirst = info.serialnumber_current_place_in_file > info.sasaddr_current_place_in_file;

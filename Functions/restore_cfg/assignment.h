@@ -38,5 +38,9 @@ void sasAddressBytes(KT_U64 address, KT_U8 (&bytes)[8]);
 // The serial number of a counter: header and ten hexadecimal digits.
 std::string serialNumberText(const _updata_sasaddr_info_t& info, KT_U64 counter);
 
+// The counter behind this one. The text of a counter that is current holds decimal digits only, though it counts in
+// hexadecimal ones: 0x10 follows 0x9. Behind the last such counter comes one that no run accepts.
+KT_U64 nextSerialCounter(KT_U64 counter);
+
 // The text of the assignment file with the values that the next adapter takes; `text` when nothing was assigned.
 std::string advancedAssignment(const std::string& text, const _updata_sasaddr_info_t& info);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <iterator>
+#include <string>
 
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
@@ -42,14 +43,13 @@ void KT_Restore_LdCreateParam(const _LD_Info* vd, _Create_LD_Param* param) {
 bool isCompleteRaid(const CfgRaid& wanted) {
     for (unsigned i = 0; i < wanted.ldCount; ++i) {
         const _LD_Info& ld = wanted.lds[i];
-        if (ld.RaidMode != CFG_NO_LEVEL && ld.HDCount > 0 && ld.Size > 0) continue;
-        fprintf(stderr, "Virtual disk %d lacks its mode, capacity or members; the RAID configuration stays as it is.\n",
-                ld.ID);
+        if (ld.RaidMode != CFG_NO_LEVEL && ld.HDCount > 0 && ld.Size != CFG_NO_SIZE) continue;
+        out("Virtual disk %d lacks its mode, capacity or members; the RAID configuration stays as it is.\n", ld.ID);
         return false;
     }
     for (unsigned i = 0; i < wanted.spareCount; ++i) {
         if (wanted.spares[i].HDID != KT_NO_ID) continue;
-        fprintf(stderr, "Spare %u lacks its physical disk; the RAID configuration stays as it is.\n", i);
+        out("Spare %u lacks its physical disk; the RAID configuration stays as it is.\n", i);
         return false;
     }
     return true;
@@ -65,8 +65,9 @@ static void announce(const CfgRaid& present, const CfgRaid& wanted) {
     }
     for (unsigned i = 0; i < wanted.ldCount; ++i) {
         const _LD_Info& ld = wanted.lds[i];
-        fprintf(stderr, "Creating virtual disk '%s' (%s, %llu M) on disks", FieldText(ld.Name).text,
-                RaidModeStr(ld.RaidMode), static_cast<unsigned long long>(ld.Size));
+        std::string size = ld.Size == 0 ? "all available space" : std::to_string(ld.Size) + " M";
+        fprintf(stderr, "Creating virtual disk '%s' (%s, %s) on disks", FieldText(ld.Name).text,
+                RaidModeStr(ld.RaidMode), size.c_str());
         for (unsigned member = 0; member < ld.HDCount; ++member) {
             fprintf(stderr, "%s %d", member == 0 ? "" : ",", ld.BlockIDs[member]);
         }

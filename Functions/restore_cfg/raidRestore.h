@@ -10,5 +10,5 @@ void KT_Restore_LdCreateParam(const _LD_Info* vd, _Create_LD_Param* param);
 // before a failure stays done. Returns the command's result, which is 1 for success as well.
 int restoreRaid(const CfgRaid& wanted);
 
-// True when every virtual disk and spare of the text is named in full; otherwise says on standard error which is not.
+// True when every virtual disk and spare of the text is named in full; otherwise says which is not.
 bool isCompleteRaid(const CfgRaid& wanted);

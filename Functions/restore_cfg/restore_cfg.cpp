@@ -157,7 +157,7 @@ static bool readConfiguration(CfgFile& file, KT_U8 mode, _file_sasaddr_place_inf
 
 // The configuration text with the assigned addresses and serial number in their places.
 static std::string assignedText(const std::string& text, const _file_sasaddr_place_info_t& places,
-                                const _HBA_Info_Page& page, bool newSerial) {
+                                const _HBA_Info_Page& page) {
     struct Change {
         CfgPlace place;
         std::string value;
@@ -167,10 +167,8 @@ static std::string assignedText(const std::string& text, const _file_sasaddr_pla
         if (places.sasaddr_place[port].length == 0) continue;
         changes.push_back({places.sasaddr_place[port], sasAddressText(page.SAS_Address[port])});
     }
-    if (newSerial) {
-        changes.push_back({places.serialnumber_place,
-                           std::string(reinterpret_cast<const char*>(page.Serial_Num), sizeof page.Serial_Num)});
-    }
+    changes.push_back({places.serialnumber_place,
+                       std::string(reinterpret_cast<const char*>(page.Serial_Num), sizeof page.Serial_Num)});
     // From the end on, so that the places before a change stay valid.
     std::sort(changes.begin(), changes.end(), [](const Change& a, const Change& b) { return a.place.at > b.place.at; });
     std::string assigned = text;
@@ -180,16 +178,15 @@ static std::string assignedText(const std::string& text, const _file_sasaddr_pla
     return assigned;
 }
 
-// Puts what was assigned into the page and into the configuration file.
-static bool assign(const CfgFile& file, const _file_sasaddr_place_info_t& places,
-                   const _updata_sasaddr_info_t& assigned, _HBA_Info_Page& page) {
-    if (places.serialnumber_place.length == 0) {
-        out("Error:Didn't find the Serial number.\n");
-        return false;
-    }
+// Puts what was assigned into the page. What the ranges no longer reach stays the adapter's own: the file may be
+// another adapter's, and no two have one identity.
+static void useAssigned(const _updata_sasaddr_info_t& assigned, const _HBA_Info_Page& current, _HBA_Info_Page& page) {
     for (unsigned port = 0; port < CFG_PORTS; ++port) {
+        if ((assigned.available_port >> port & 1) == 0) continue;
+        memcpy(page.SAS_Address[port], current.SAS_Address[port], sizeof page.SAS_Address[port]);
         if (assigned.port_sasaddr[port] != 0) sasAddressBytes(assigned.port_sasaddr[port], page.SAS_Address[port]);
     }
+    memcpy(page.Serial_Num, current.Serial_Num, sizeof page.Serial_Num);
     if (assigned.serialnumber_flag != 0) {
         std::string serial = serialNumberText(assigned, assigned.serialnumber_current);
         memset(page.Serial_Num, 0, sizeof page.Serial_Num);
@@ -197,19 +194,21 @@ static bool assign(const CfgFile& file, const _file_sasaddr_place_info_t& places
     }
     page.Check_Sum = 0;
     page.Check_Sum = static_cast<KT_U8>(-GetHBAInfoChksum_Flash(&page));
-    std::string text = assignedText(file.text, places, page, assigned.serialnumber_flag != 0);
-    if (writeWholeFile(file.path, text, Existing::Replace) != WroteFile::Yes) {
-        out("Error: Failed open %s !\n", file.shown.c_str());
-        return false;
-    }
-    return true;
 }
 
-static bool advanceAssignment(const CfgFile& file, const _updata_sasaddr_info_t& assigned) {
-    std::string advanced = advancedAssignment(file.text, assigned);
-    if (advanced == file.text) return true;
-    if (writeWholeFile(file.path, advanced, Existing::Replace) == WroteFile::Yes) return true;
-    out("Error:Failed open %s \n", file.shown.c_str());
+// Rewrites the configuration file with what was assigned, once it is certain that the assignment file can be rewritten
+// as well: staged is what it will hold. Nothing may reach the adapter that the next one would be given again.
+static bool rewriteFiles(const CfgFile& file, const std::string& text, const CfgFile& assignment,
+                         const _updata_sasaddr_info_t& assigned, StagedFile& staged) {
+    std::string advanced = advancedAssignment(assignment.text, assigned);
+    bool advances = advanced != assignment.text;
+    if (advances && stageWholeFile(assignment.path, advanced, Existing::Replace, staged) != WroteFile::Yes) {
+        out("Error:Failed open %s \n", assignment.shown.c_str());
+        return false;
+    }
+    if (writeWholeFile(file.path, text, Existing::Replace) == WroteFile::Yes) return true;
+    dropStagedFile(staged);
+    out("Error: Failed open %s !\n", file.shown.c_str());
     return false;
 }
 
@@ -253,10 +252,22 @@ static int restorePage(const RestoreOptions& o, _HBA_Info_Page& current, _HBA_In
     _file_sasaddr_place_info_t places = {};
     places.available_port = assigned.available_port;
     if (!readConfiguration(file, o.mode, places, page, raid)) return 1;
-    if (o.autoset && !assign(file, places, assigned, page)) return 1;
+    if (!o.autoset) return writePage(page);
+    if (places.serialnumber_place.length == 0) {
+        out("Error:Didn't find the Serial number.\n");
+        return 1;
+    }
+    useAssigned(assigned, current, page);
+    StagedFile staged = {};
+    if (!rewriteFiles(file, assignedText(file.text, places, page), assignment, assigned, staged)) return 1;
     status = writePage(page);
-    if (status != KT_OK) return status;
-    return !o.autoset || advanceAssignment(assignment, assigned) ? 0 : 1;
+    if (status != KT_OK) {
+        dropStagedFile(staged);
+        return status;
+    }
+    if (placeStagedFile(staged) == WroteFile::Yes) return 0;
+    out("Error:Failed open %s \n", assignment.shown.c_str());
+    return 1;
 }
 
 static int restore(const RestoreOptions& o) {
@@ -269,10 +280,10 @@ static int restore(const RestoreOptions& o) {
     // From here on 1 is the result of success, too.
     if (!o.raid || (current.RAID_Feature & page.RAID_Feature & RAID_FEATURE_ON) == 0) return 1;
     if (o.mode == CFG_PHY_FORM) {
-        fprintf(stderr, "The file was read for its PHY tuning only; the RAID configuration stays as it is.\n");
-        return 1;
+        out("The file was read for its PHY tuning only; the RAID configuration stays as it is.\n");
+        return KT_ERR_INVALID_PARAMETER;
     }
-    return isCompleteRaid(*raid) ? restoreRaid(*raid) : 1;
+    return isCompleteRaid(*raid) ? restoreRaid(*raid) : KT_ERR_INVALID_PARAMETER;
 }
 
 int doRestore_CFG(int argc, char** argv, _cmd_struct* row) {

@@ -119,9 +119,10 @@ struct CfgSection {
 enum { CFG_ADAPTER_SECTION, CFG_PORT_SECTION, CFG_RAID_SECTION, CFG_SECTIONS };
 extern const CfgSection cfgSections[CFG_SECTIONS];
 
-inline constexpr KT_U8 CFG_GLOBAL_SPARE = 0xFF; // the array of a spare that serves all
-inline constexpr KT_U8 CFG_NO_DEVICE = 255;     // an id that no disk of a file may have
-inline constexpr KT_U8 CFG_NO_LEVEL = 0xFF;     // level of a virtual disk whose level the file does not name
+inline constexpr KT_U8 CFG_GLOBAL_SPARE = 0xFF;   // the array of a spare that serves all
+inline constexpr KT_U8 CFG_NO_DEVICE = 255;       // an id that no disk of a file may have
+inline constexpr KT_U8 CFG_NO_LEVEL = 0xFF;       // level of a virtual disk whose level the file does not name
+inline constexpr KT_U32 CFG_NO_SIZE = 0xFFFFFFFF; // likewise its size in megabytes; no size that is read is this one
 
 // Levels whose parity disks are counted.
 inline bool hasParityDisks(KT_U8 level) {

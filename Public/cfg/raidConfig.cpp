@@ -7,12 +7,18 @@ CfgRaidHolder newCfgRaid() {
     return {static_cast<CfgRaid*>(calloc(1, sizeof(CfgRaid))), &free};
 }
 
+// A list of which only a part would be saved, or deleted, is not used at all.
+static bool refuseMore(const char* what, unsigned most) {
+    fprintf(stderr, "The adapter has more than %u %s, which a configuration text cannot hold.\n", most, what);
+    return false;
+}
+
 static KT_U8 readSpares(CfgRaid& raid) {
     KT_U16 perPage = recordsPerPage(sizeof(_HD_RAID_STATUS), 128);
     ListEnd end =
         walkList<_HD_RAID_STATUS>(KT_PD_GetHDRaidStatus, EVERYTHING, perPage, [&](const _HD_RAID_STATUS& disk) {
             if ((disk.Status & KT_PD_SPARE) == 0) return true;
-            if (raid.spareCount == CFG_MOST_SPARES) return false;
+            if (raid.spareCount == CFG_MOST_SPARES) return refuseMore("spare disks", CFG_MOST_SPARES);
             raid.spares[raid.spareCount++] = disk;
             return true;
         });
@@ -26,7 +32,7 @@ static KT_U8 readSpares(CfgRaid& raid) {
 static KT_U8 readVirtualDisks(CfgRaid& raid) {
     KT_U16 perPage = recordsPerPage(sizeof(_LD_Info));
     ListEnd end = walkList<_LD_Info>(KT_LD_GetInfo, EVERYTHING, perPage, [&](const _LD_Info& ld) {
-        if (raid.ldCount == CFG_MOST_VDS) return false;
+        if (raid.ldCount == CFG_MOST_VDS) return refuseMore("virtual disks", CFG_MOST_VDS);
         raid.lds[raid.ldCount++] = ld;
         return true;
     });

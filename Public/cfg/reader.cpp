@@ -100,7 +100,7 @@ static bool storeSasAddress(const Reader& r) {
     case SasTextProblem::Length:
         return refuse("Restore_Error: length of SASADDRESS isn't 17!");
     case SasTextProblem::Colon:
-        return refuse("Restore_Error: the 9th bit of SASADDRESS isn't ':'!");
+        return refuse("Restore_Error: the 9th bit of SASADDRESS isn't ':'");
     case SasTextProblem::FirstDigits:
         return refuse("Restore_Error: firt 8 bits of SASADDRESS isn't hex digit");
     case SasTextProblem::LastDigits:
@@ -142,6 +142,7 @@ static bool startVd(Reader& r) {
     ld.ID = static_cast<KT_U16>(id);
     // Until the file says otherwise.
     ld.RaidMode = CFG_NO_LEVEL;
+    ld.Size = CFG_NO_SIZE;
     ld.BGAStatus = KT_INIT_NONE;
     std::fill(std::begin(ld.BlockIDs), std::end(ld.BlockIDs), KT_U16{KT_NO_ID});
     return true;
@@ -303,7 +304,7 @@ static Step addToValue(Reader& r) {
     if (c == '=') {
         emptyValue(r);
     } else if (r.value.length == MOST_CHARACTERS) {
-        out("Restore_Error: failed to get config value! \n");
+        refuse("Restore_Error: failed to get config value! ");
         return Step::Failed;
     } else {
         if (r.value.length == 0) r.value.begin = r.at;

@@ -20,7 +20,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string advanced = advancedAssignment(raw, info);
     require(advanced.size() + 64 > raw.size());
     if (info.serialnumber_flag != 0) {
-        const std::string next = serialNumberText(info, info.serialnumber_current + 1);
+        const std::string next = serialNumberText(info, nextSerialCounter(info.serialnumber_current));
         require(advanced.find(next) != std::string::npos);
     }
     return 0;

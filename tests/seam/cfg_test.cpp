@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "Functions/backup_cfg/backup_cfg.h"
@@ -52,7 +53,7 @@ class Cfg : public testing::Test {
   protected:
     fs::path before = fs::current_path();
     fs::path folder;
-    _HBA_Info_Page page = {}; // what the flash holds
+    _HBA_Info_Page page = {}; // what the flash of the adapter holds that commands run on
 
     void SetUp() override {
         seam = {};
@@ -120,12 +121,27 @@ TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
     EXPECT_NE(std::string::npos, text.find("[SPARE ID]=1\n[PHYSICAL DISK ID]=108\n[VIRTUAL DISK ID]=3\n[END]\n"));
     expect(runOn(doBackUp_CFG, "backup_cfg"), "There is the same file 'hba0_cfg.txt', please rename this file!!\n", 1);
     EXPECT_EQ(text, fileText("hba0_cfg.txt"));
-    // A block that cannot be asked for keeps its id.
+    // A block that cannot be asked for keeps its id, and so does one that is not there.
     seam.statuses["KT_BLK_GetInfo 1"] = 12;
+    seam.blocks.erase(seam.blocks.begin() + 2);
     const std::string longest = "with blank " + std::string(244, 'x');
     runOn(doBackUp_CFG, "backup_cfg -f \"" + longest + "\"");
-    EXPECT_NE(std::string::npos, fileText(longest).find("[PD MEMBER]=100,1,102\n"));
+    EXPECT_NE(std::string::npos, fileText(longest).find("[PD MEMBER]=100,1,2\n"));
     EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
+}
+
+TEST_F(Cfg, BackUpSavesAllOrNothing) {
+    for (KT_U16 id = 0; id < 255; ++id) {
+        seam.disks.push_back({id, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}});
+    }
+    EXPECT_EQ(0, runOn(doBackUp_CFG, "backup_cfg -f most.txt").result);
+    EXPECT_NE(std::string::npos, fileText("most.txt").find("[SPARE ID]=254\n[PHYSICAL DISK ID]=254\n"));
+    seam.disks.push_back({255, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}});
+    testing::internal::CaptureStderr();
+    expect(runOn(doBackUp_CFG, "backup_cfg -f more.txt"), "", 4);
+    EXPECT_EQ("The adapter has more than 255 spare disks, which a configuration text cannot hold.\n",
+              testing::internal::GetCapturedStderr());
+    EXPECT_FALSE(fs::exists("more.txt"));
 }
 
 TEST_F(Cfg, BackUpWithoutRaidOrSignature) {
@@ -230,6 +246,17 @@ TEST_F(Cfg, RestoreReplacesTheRaidInOrder) {
     EXPECT_EQ(bytesOf(second), seam.sent["KT_LD_Create"]);
 }
 
+TEST_F(Cfg, ACapacityOfNothingIsAllTheSpaceThereIs) {
+    write("all.txt", configuration("[VD ID]=0\n[RAID MODE]=RAID0\n[CAPACITY (M)]=0\n[PD MEMBER]=7\n"));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(1, runOn(doRestore_CFG, "restore_cfg -f all.txt --raid").result);
+    EXPECT_EQ("Creating virtual disk '' (RAID0, all available space) on disks 7.\n",
+              testing::internal::GetCapturedStderr());
+    _Create_LD_Param created = {};
+    memcpy(&created, seam.sent["KT_LD_Create"].data(), seam.sent["KT_LD_Create"].size());
+    EXPECT_EQ(0U, created.Size);
+}
+
 TEST_F(Cfg, RestoredDisksTakeTheirParametersFromTheText) {
     const struct {
         KT_U64 size;
@@ -294,19 +321,37 @@ TEST_F(Cfg, EveryFailureEndsTheRestore) {
 TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
     addRaid();
     write("phy.txt", "[PORT CONFIG]\n[PORT ID]=1\n[AMP]=5\n[END]\n");
+    write("full.txt", configuration(raidLines));
     write("level.txt", configuration("[VD ID]=0\n[CAPACITY (M)]=1\n[PD MEMBER]=1\n"));
     write("members.txt", configuration("[VD ID]=0\n[RAID MODE]=RAID0\n[CAPACITY (M)]=1\n"));
+    write("size.txt", configuration("[VD ID]=3\n[RAID MODE]=RAID0\n[PD MEMBER]=1\n"));
     write("spare.txt", configuration("[SPARE ID]=0\n"));
     write("off.txt", "[ADAPTER CONFIG]\n[RAID FEATURE]=DISABLE\n[END][RAID CONFIG][END]");
-    testing::internal::CaptureStderr();
-    for (const char* line :
-         {"restore_cfg -t phy -f phy.txt --raid", "restore_cfg -f level.txt --raid",
-          "restore_cfg -f members.txt --raid", "restore_cfg -f spare.txt --raid", "restore_cfg -f off.txt --raid"}) {
+    const std::string read = "Restore HBA and Port config is returned successfully!\n\n";
+    const std::string whole = "KTCLI_RAID_CONFIG End\n" + read;
+    const std::string phyOnly = "The file was read for its PHY tuning only; the RAID configuration stays as it is.\n";
+    const std::string lacks = " lacks its mode, capacity or members; the RAID configuration stays as it is.\n";
+    const struct {
+        const char* words;
+        std::string printed;
+        int result;
+    } cases[] = {
+        {"-t phy -f phy.txt", read + phyOnly, 7},
+        // Of a text in full all but its virtual disks and spares is restored.
+        {"-t phy -f full.txt", read + phyOnly, 7},
+        {"-f level.txt", whole + "Virtual disk 0" + lacks, 7},
+        {"-f members.txt", whole + "Virtual disk 0" + lacks, 7},
+        {"-f size.txt", whole + "Virtual disk 3" + lacks, 7},
+        {"-f spare.txt", whole + "Spare 0 lacks its physical disk; the RAID configuration stays as it is.\n", 7},
+        {"-f off.txt", whole, 1},
+    };
+    for (const auto& row : cases) {
         seam.calls.clear();
-        EXPECT_EQ(1, runOn(doRestore_CFG, line).result);
-        EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << line;
+        expect(runOn(doRestore_CFG, std::string("restore_cfg --raid ") + row.words), row.printed, row.result);
+        EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << row.words;
     }
-    testing::internal::GetCapturedStderr();
+    runOn(doRestore_CFG, "restore_cfg -t phy -f full.txt");
+    EXPECT_EQ(1U, written().HBA_Flag);
     page.RAID_Feature = 0;
     write("raid.txt", configuration(raidLines));
     seam.calls.clear();
@@ -345,9 +390,77 @@ TEST_F(Cfg, AutosetAssignsAndAdvances) {
     EXPECT_EQ(fs::perms::owner_read, fs::status("c.txt").permissions());
     std::string advanced = assignment;
     advanced.replace(advanced.find("500A1F40:0FFFFFFF"), 17, "500A1F40:10000001");
-    advanced.replace(advanced.find("TARN0000010000000009"), 20, "TARN000001000000000A");
+    advanced.replace(advanced.find("TARN0000010000000009"), 20, "TARN0000010000000010");
     EXPECT_EQ(advanced, fileText("setcfg.txt"));
     EXPECT_EQ(3, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
+    // The next adapter goes on from there.
+    EXPECT_EQ(1, runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").result);
+    EXPECT_EQ("TARN0000010000000010", serialOf(written()));
+    EXPECT_NE(std::string::npos, fileText("setcfg.txt").find("[SERIALNUMBER_CURRENT]=TARN0000010000000011\n"));
+}
+
+TEST_F(Cfg, SerialNumbersGoOnWithoutLetters) {
+    for (const auto& [counter, next] : std::vector<std::pair<KT_U64, KT_U64>>{
+             {0x8, 0x9}, {0x9, 0x10}, {0xA0, 0x100}, {0x1999, 0x2000}, {0x9A9, 0x1000}, {0x9999999999, 0x999999999A}}) {
+        EXPECT_EQ(next, nextSerialCounter(counter)) << std::hex << counter;
+    }
+}
+
+TEST_F(Cfg, WhatTheRangesNoLongerReachStaysTheAdaptersOwn) {
+    // The file is another adapter's.
+    std::string text = configuration("");
+    text.replace(text.find("11111111 : 11111111"), 19, "500A1F40:00000005");
+    write("c.txt", text);
+    std::string used = assignment;
+    used.replace(used.find("0FFFFFFF"), 8, "FFFFFFFF");
+    used.replace(used.find("00099"), 5, "00008");
+    write("setcfg.txt", used);
+    memcpy(page.Serial_Num, "OWN0000007", 10);
+    memset(page.SAS_Address, 0xAB, sizeof page.SAS_Address);
+    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_NE(std::string::npos, outcome.printed.find("Restore_Warning: No available count for SAS Address!"));
+    EXPECT_NE(std::string::npos, outcome.printed.find("Restore_Warning: No available count for Serial Number!"));
+    EXPECT_EQ(serialOf(page), serialOf(written()));
+    EXPECT_EQ(0, memcmp(page.SAS_Address, written().SAS_Address, sizeof page.SAS_Address));
+    _HBA_Info_Page sums = written();
+    EXPECT_EQ(0, GetHBAInfoChksum_Flash(&sums));
+    EXPECT_NE(std::string::npos, fileText("c.txt").find("[SERIAL_NUMBER]=" + serialOf(page) + " # serial\n"));
+    EXPECT_NE(std::string::npos, fileText("c.txt").find("[SASADDRESS]= ABABABAB:ABABABAB # blanks\n"));
+    EXPECT_EQ(used, fileText("setcfg.txt"));
+}
+
+// Files can be no longer than so many bytes while this lives.
+struct FileLimit {
+    rlimit before = {};
+    explicit FileLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        rlimit limit = {bytes, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileLimit() { setrlimit(RLIMIT_FSIZE, &before); }
+};
+
+TEST_F(Cfg, NothingIsFlashedWhenAFileCannotBeRewritten) {
+    const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"
+                                "KTCLI_RAID_CONFIG End\n";
+    const std::string longer = std::string(1000, '#') + "\n";
+    const struct {
+        std::string file, numbers;
+        const char* printed;
+    } cases[] = {
+        {configuration("") + longer, assignment, "Error: Failed open c.txt !\n"},
+        {configuration(""), assignment + longer, "Error:Failed open setcfg.txt \n"},
+    };
+    for (const auto& row : cases) {
+        write("c.txt", row.file);
+        write("setcfg.txt", row.numbers);
+        FileLimit limit(1000);
+        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + row.printed, 1);
+        EXPECT_EQ(READ, seam.calls.back());
+        EXPECT_EQ(row.file, fileText("c.txt"));
+        EXPECT_EQ(row.numbers, fileText("setcfg.txt"));
+        EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
+    }
 }
 
 TEST_F(Cfg, AutosetStartsAtTheStartAndStopsAtTheEnd) {
@@ -358,25 +471,25 @@ TEST_F(Cfg, AutosetStartsAtTheStartAndStopsAtTheEnd) {
     gAdapterInfo[0].DevID = 0x4734;
     write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=\n");
     runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
-    EXPECT_EQ(range + "[SAS_ADDRESS_CURRENT]=00000000:00000007\n[SERIALNUMBER_CURRENT]=ABCDEFGHIJ00000000A1\n",
+    EXPECT_EQ(range + "[SAS_ADDRESS_CURRENT]=00000000:00000007\n[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n",
               fileText("setcfg4.txt"));
     EXPECT_EQ(5, written().SAS_Address[0][7]);
     write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=00000000:00000007");
     runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
     EXPECT_EQ(8, written().SAS_Address[1][7]);
-    // One address is left for two ports: none is given; the serial number still is.
+    // One address is left for two ports: none is given, the adapter keeps its own; the serial number still is.
+    page.SAS_Address[0][7] = 77;
     const std::string end = "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n[SAS_ADDRESS_CURRENT]=00000000:00000008";
     write("setcfg4.txt", range + end);
     Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
     EXPECT_NE(std::string::npos,
               outcome.printed.find("Restore_Warning: No available count for SAS Address!(setcfg.txt)\n"));
-    EXPECT_EQ(7, written().SAS_Address[0][7]);
+    EXPECT_EQ(77, written().SAS_Address[0][7]);
     EXPECT_EQ(range + "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000101\n[SAS_ADDRESS_CURRENT]=00000000:00000008",
               fileText("setcfg4.txt"));
     outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
     EXPECT_NE(std::string::npos,
               outcome.printed.find("Restore_Warning: No available count for Serial Number!(setcfg.txt)\n"));
-    EXPECT_EQ("ABCDEFGHIJ0000000100", serialOf(written()));
 }
 
 TEST_F(Cfg, AutosetRefusesItsFile) {
@@ -431,4 +544,5 @@ TEST_F(Cfg, AutosetRefusesItsFile) {
     seam.statuses = {{WRITE, 5}};
     EXPECT_EQ(5, runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").result);
     EXPECT_EQ(assignment, fileText("setcfg.txt"));
+    EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
 }

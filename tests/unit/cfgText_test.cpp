@@ -271,7 +271,7 @@ TEST(CfgReader, SaysWhatIsWrong) {
         {portText("[PORT ID]=8\n"), "Restore_Error: port id in the file exceed MAX_PORT_NUMBER!"},
         {portText("[PORT ID]=4294967295\n"), "Restore_Error: port id in the file exceed MAX_PORT_NUMBER!"},
         {portText(port + "[SASADDRESS]=1234567:12345678\n"), "Restore_Error: length of SASADDRESS isn't 17!"},
-        {portText(port + "[SASADDRESS]=12345678.12345678\n"), "Restore_Error: the 9th bit of SASADDRESS isn't ':'!"},
+        {portText(port + "[SASADDRESS]=12345678.12345678\n"), "Restore_Error: the 9th bit of SASADDRESS isn't ':'"},
         {portText(port + "[SASADDRESS]=1234567g:12345678\n"),
          "Restore_Error: firt 8 bits of SASADDRESS isn't hex digit"},
         {portText(port + "[SASADDRESS]=12345678:1234567" + std::string(1, '\0') + "\n"),
@@ -327,7 +327,8 @@ TEST(CfgReader, SaysWhatIsWrong) {
         {"[PORT CONFIG]\n[INT13]=1\n", "Restore_Error: unknown port config option!\n"},
         {raidText("VD ID=1\n"), "Restore_Error: unknown raid config option!\n"},
         {"[PORT CONFIG][END]\nx", "Restore_Error! \n"},
-        {adapterText("[INT13]=" + std::string(41, 'E') + "\n"), "Restore_Error: failed to get config value! \n"},
+        {adapterText("[INT13]=" + std::string(41, 'E') + "\n"),
+         "Restore_Error: failed to get config value! \nRestore_Error: \n"},
     };
     for (const auto& row : grammar) {
         EXPECT_EQ(row.printed, read(row.text).printed) << row.text;
