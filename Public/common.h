@@ -4,7 +4,7 @@
 #include "Public/output.h"
 #include "ktraid.h"
 
-inline constexpr char CLI_VERSION[] = "4.1.0.15";
+inline constexpr char CLI_VERSION[] = KT_VERSION;
 
 // Adapters that start-up uses at most; an adapter index has 8 bits, so the table has room for each.
 inline constexpr int MAX_ADAPTERS = 16;

@@ -1,7 +1,10 @@
 """Replaces the line @COMMANDS@ of a manual page's source by a section for every command, made from the programs' own
 help texts, so that the manual and `help COMMAND` cannot say different things.
 
-usage: commands.py SOURCE HELP-TEXTS > PAGE.scd"""
+@VERSION@ becomes the version, which the environment names.
+
+usage: VERSION=... commands.py SOURCE HELP-TEXTS > PAGE.scd"""
+import os
 import re
 import sys
 
@@ -93,7 +96,8 @@ def main():
         for (short, long), tables in forms.items():
             page += section(word, short, long, tables)
     with open(sys.argv[1], encoding="ascii") as file:
-        print(file.read().replace("@COMMANDS@", "\n".join(page)), end="")
+        source = file.read().replace("@VERSION@", os.environ["VERSION"])
+        print(source.replace("@COMMANDS@", "\n".join(page)), end="")
 
 
 if __name__ == "__main__":

@@ -93,7 +93,7 @@ int main(int argc, char** argv) {
     } else if (strcmp(what, "ktcfg-help") == 0) {
         printHelp("ktcfg", "backup_cfg", backup_cfg_sh, backup_cfg_help);
         printHelp("ktcfg", "restore_cfg", restore_cfg_sh, restore_cfg_help);
-    } else {
+    } else if (strcmp(what, "help") == 0) {
         printAllHelp();
     }
     return 0;

@@ -43,7 +43,7 @@ void KT_API_Finalize(void) {
 }
 
 const char* KT_API_Version(void) {
-    return "4.1.0.15 (simulated)";
+    return KT_VERSION " (simulated)";
 }
 
 KT_U8 KT_Adapter_GetCount(void) {
