@@ -1,9 +1,9 @@
 // The frame around every exported call:
 //
-// KT_U8 KT_LD_Delete(KT_U8 a, KT_U16 vd, KT_U8 stopBga) {
-// return call("KT_LD_Delete", a, Access::Write, {num("vd", vd), num("stopBga", stopBga)},
-// [&](Context& context) { return deleteVd(context, vd, stopBga != 0); });
-// }
+//     KT_U8 KT_LD_Delete(KT_U8 a, KT_U16 vd, KT_U8 stopBga) {
+//         return call("KT_LD_Delete", a, Access::Write, {num("vd", vd), num("stopBga", stopBga)},
+//                     [&](Context& context) { return deleteVd(context, vd, stopBga != 0); });
+//     }
 //
 // It refuses null records (KT_ERR_INVALID_PARAMETER), a library that is not initialised (KT_ERR_INVALID_REQUEST) and
 // unknown adapters (KT_ERR_INVALID_ADAPTER), lets due things happen, applies injected faults, runs the body in one

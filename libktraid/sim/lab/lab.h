@@ -2,9 +2,9 @@
 //
 // A lab written by hand says what is there and leaves the rest to defaults:
 //
-// {"adapters": [{"type": "array-based",
-// "disks": [{"count": 4, "size": "2TB"}, {"size": "2TB", "spare": "global"}],
-// "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "data"}]}]}]}
+//     {"adapters": [{"type": "array-based",
+//                    "disks": [{"count": 4, "size": "2TB"}, {"size": "2TB", "spare": "global"}],
+//                    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "data"}]}]}]}
 //
 // Words in lower case are the lab's (docs/ktraid-sim.7.scd lists them); words that begin with a capital letter are
 // fields of the library's record and override what the lab's words made of it. A lab that begins with "complete": true,

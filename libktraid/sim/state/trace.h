@@ -1,9 +1,9 @@
 // The call log. With KTRAID_SIM_TRACE=FILE every call appends one line to FILE:
 //
-// KT_LD_Delete a=0 vd=3 stopBga=0 -> 0
-// KT_LD_Create a=0 param=<hex> -> 0 param=<hex>
-// KT_LD_GetInfo a=0 request=<hex of the header> -> 0 request=<hex of the header and of the records returned>
-// KT_Flash_Bin a=0 action=15 imageType=3 page=<hex of the 12-byte head>+<bytes>:<CRC-32 of them> -> 0
+//     KT_LD_Delete a=0 vd=3 stopBga=0 -> 0
+//     KT_LD_Create a=0 param=<hex> -> 0 param=<hex>
+//     KT_LD_GetInfo a=0 request=<hex of the header> -> 0 request=<hex of the header and of the records returned>
+//     KT_Flash_Bin a=0 action=15 imageType=3 page=<hex of the 12-byte head>+<bytes>:<CRC-32 of them> -> 0
 //
 // Scalars are decimal, records lower-case hexadecimal in memory order, bytes of keys and passwords '**', an absent
 // pointer "null", text quoted with control bytes as \xNN. Before "->" stands what the caller handed over (records that
