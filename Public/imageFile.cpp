@@ -1,11 +1,10 @@
 #include "Public/imageFile.h"
 
 #include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "Public/fileName.h"
+#include "Public/wholeFile.h"
 
 static off_t FileSeek(int fd, off_t offset, int whence) {
     return lseek(fd, offset, whence);
@@ -33,12 +32,9 @@ static bool ReadFromFile(int fd, KT_U8* buffer, KT_U32 length, KT_U32& count) {
 int openImageFile(const std::string& name, bool quoted, KT_U32& length) {
     std::string path;
     if (!expandName(name, quoted, path)) return -1;
-    // Not to wait for the other end of a pipe.
-    const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const int fd = openRegularFile(path.c_str());
     if (fd < 0) return -1;
-    struct stat status = {};
-    const bool isFile = fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
-    const off_t size = isFile ? GetFileLen(fd) : -1;
+    const off_t size = GetFileLen(fd);
     if (size < 0 || size > off_t{UINT32_MAX}) {
         close(fd);
         return -1;

@@ -21,6 +21,18 @@ static void fillStandardStreams() {
     }
 }
 
+// Opens the file that "-output" names, for appending; null when it cannot be opened. A pipe that nobody reads is no
+// place for output: the program would wait for a reader before it has said anything.
+static FILE* openOutput(const char* path) {
+    int fd = open(path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
+    if (fd < 0) return nullptr;
+    // From here on a slow reader is waited for.
+    fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    FILE* file = fdopen(fd, "a");
+    if (file == nullptr) close(fd);
+    return file;
+}
+
 CommandLine takeCommandLine(int argc, char** argv) {
     fillStandardStreams();
     CommandLine line = {argc, argv, false};
@@ -33,7 +45,7 @@ CommandLine takeCommandLine(int argc, char** argv) {
     }
     for (int i = 1; i < line.argc - 1; ++i) {
         if (strcasecmp(line.argv[i], "-output") != 0) continue;
-        stream = fopen(line.argv[i + 1], "ae");
+        stream = openOutput(line.argv[i + 1]);
         // The option scanners read the altered word as an option with an argument that everybody ignores.
         line.argv[i][1] = '\1';
         line.toOutput = true;

@@ -29,9 +29,24 @@ void write_mem_to_file(FILE* file, const char* buffer, size_t length) {
     }
 }
 
+int openRegularFile(const char* path) {
+    int fd = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0) return -1;
+    struct stat status = {};
+    if (fstat(fd, &status) == 0 && S_ISREG(status.st_mode)) return fd;
+    close(fd);
+    errno = EINVAL;
+    return -1;
+}
+
 ReadFile readWholeFile(const std::string& path, std::string& bytes) {
-    FILE* file = fopen(path.c_str(), "re");
-    if (file == nullptr) return ReadFile::NotOpened;
+    int fd = openRegularFile(path.c_str());
+    if (fd < 0) return ReadFile::NotOpened;
+    FILE* file = fdopen(fd, "r");
+    if (file == nullptr) {
+        close(fd);
+        return ReadFile::NotOpened;
+    }
     size_t size = read_file_to_mem(file, bytes);
     bool read = ferror(file) == 0;
     fclose(file);

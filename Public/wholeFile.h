@@ -13,9 +13,13 @@ size_t read_file_to_mem(FILE* file, std::string& buffer);
 // Writes the bytes one by one; nothing for a null stream, a null buffer or no bytes.
 void write_mem_to_file(FILE* file, const char* buffer, size_t length);
 
+// Opens a regular file for reading, without waiting for anything; -1 for what cannot be opened and what is none (errno
+// is EINVAL then): the other end of a pipe may never come. The caller closes it.
+int openRegularFile(const char* path);
+
 enum class ReadFile { Yes, NotOpened, TooBig };
 
-// Reads the file at path, NUL bytes included. A file that cannot be read counts as not opened.
+// Reads the file at path, NUL bytes included. What is no regular file or cannot be read counts as not opened.
 ReadFile readWholeFile(const std::string& path, std::string& bytes);
 
 enum class Existing { Keep, Replace };

@@ -175,11 +175,16 @@ static void checkIdentity(Store& store) {
         throw StoreFailure{KT_ERR_FAILED, store.path + ": this state is damaged: it names no adapters"};
 }
 
+// SQLite reads more than a path into some names ("file:...", ":memory:"); into none that begins like this.
+static std::string plainName(const std::string& path) {
+    return path[0] == '/' ? path : "./" + path;
+}
+
 Store* openExistingStore(const std::string& path) {
     auto* store = new Store;
     store->path = path;
     try {
-        const int code = sqlite3_open_v2(path.c_str(), &store->db, SQLITE_OPEN_READWRITE, nullptr);
+        const int code = sqlite3_open_v2(plainName(path).c_str(), &store->db, SQLITE_OPEN_READWRITE, nullptr);
         if (code != SQLITE_OK) fail(*store, code);
         if (sqlite3_db_readonly(store->db, "main") == 1) fail(*store, SQLITE_READONLY);
         sqlite3_busy_timeout(store->db, BUSY_WAIT_MS);

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -15,13 +16,40 @@ namespace sim {
     throw StoreFailure{KT_ERR_FAILED, what + ": " + strerror(errno)};
 }
 
-static void makeFolders(const std::string& path) {
-    for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
-        const std::string folder = path.substr(0, slash);
-        if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST && errno != EISDIR && errno != EROFS)
-            failSystem(folder);
+// The folders on the way to a state. Those that were made for it go again unless they are kept, for a name under which
+// there can be no state.
+class Folders {
+  public:
+    explicit Folders(const std::string& path) {
+        try {
+            make(path);
+        } catch (...) {
+            remove();
+            throw;
+        }
     }
-}
+    Folders(const Folders&) = delete;
+    Folders& operator=(const Folders&) = delete;
+    ~Folders() { remove(); }
+    void keep() { made.clear(); }
+
+  private:
+    std::vector<std::string> made;
+
+    void make(const std::string& path) {
+        for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+            const std::string folder = path.substr(0, slash);
+            if (mkdir(folder.c_str(), 0700) == 0)
+                made.push_back(folder);
+            else if (errno != EEXIST && errno != EISDIR && errno != EROFS)
+                failSystem(folder);
+        }
+    }
+    void remove() {
+        for (; !made.empty(); made.pop_back())
+            rmdir(made.back().c_str());
+    }
+};
 
 static void writeAll(int file, const std::string& bytes, const std::string& name) {
     for (size_t at = 0; at < bytes.size();) {
@@ -85,11 +113,12 @@ static void putInPlace(const std::string& made, const std::string& path) {
 }
 
 Store* openStore(const std::string& path, StoreFiller fill, const void* argument) {
-    if (!isThere(path)) {
-        makeFolders(path);
-        putInPlace(writeNewFile(path, fill, argument), path);
-    }
-    return openExistingStore(path);
+    if (isThere(path)) return openExistingStore(path);
+    Folders folders(path);
+    putInPlace(writeNewFile(path, fill, argument), path);
+    Store* store = openExistingStore(path);
+    folders.keep();
+    return store;
 }
 
 // A damaged state still says what it is, at the place where SQLite keeps the application's id.
@@ -111,7 +140,7 @@ bool stateMayGo(const std::string& path) {
 }
 
 void replaceStore(const std::string& path, StoreFiller fill, const void* argument) {
-    makeFolders(path);
+    Folders folders(path);
     std::string place = path;
     // A link stays one.
     if (stateMayGo(path)) {
@@ -121,7 +150,7 @@ void replaceStore(const std::string& path, StoreFiller fill, const void* argumen
     }
     const std::string made = writeNewFile(place, fill, argument);
     removeJournal(place);
-    if (rename(made.c_str(), place.c_str()) == 0) return;
+    if (rename(made.c_str(), place.c_str()) == 0) return folders.keep();
     const int reason = errno;
     unlink(made.c_str());
     errno = reason;

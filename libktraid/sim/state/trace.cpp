@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace sim {
@@ -79,9 +80,9 @@ static void appendArg(std::string& line, const Arg& arg, size_t size) {
 }
 
 // Once: a call more or less does not make an incomplete trace better.
-static void reportIncomplete(const char* path) {
+static void reportIncomplete(const char* path, const char* reason) {
     static bool said = false;
-    if (!said) fprintf(stderr, "ktraid-sim: the trace is incomplete: %s: %s\n", path, strerror(errno));
+    if (!said) fprintf(stderr, "ktraid-sim: the trace is incomplete: %s: %s\n", path, reason);
     said = true;
 }
 
@@ -111,11 +112,19 @@ void traceAfter(const std::string& before, int status, std::initializer_list<Arg
             appendArg(line, arg, filledSize(arg));
     }
     line += '\n';
-    const int file = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    // One write a line keeps the lines of several processes whole.
-    errno = file < 0 ? errno : ENOSPC;
-    if (file < 0 || write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size())) reportIncomplete(path);
-    if (file >= 0) close(file);
+    // A pipe is no file, and its reader is not waited for.
+    const int file = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0600);
+    if (file < 0) return reportIncomplete(path, strerror(errno));
+    struct stat info = {};
+    if (fstat(file, &info) != 0 || !S_ISREG(info.st_mode)) {
+        reportIncomplete(path, "this is not a file");
+    } else {
+        // One write a line keeps the lines of several processes whole.
+        errno = ENOSPC;
+        if (write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
+            reportIncomplete(path, strerror(errno));
+    }
+    close(file);
 }
 
 } // namespace sim

@@ -1,0 +1,65 @@
+What is no file is never waited for.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ mkfifo pipe
+  $ timeout 10 ktcfg restore_cfg -f pipe
+  SG driver version 3.5.36.
+  Error: Failed open pipe !
+  [1]
+  $ timeout 10 ktsetup ver -output pipe
+  $ KTRAID_SIM_TRACE=pipe timeout 10 ktsetup ver
+  ktraid-sim: the trace is incomplete: pipe: No such device or address
+  SG driver version 3.5.36.
+  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  $ KTRAID_SIM_TRACE=/dev/null ktsetup ver > /dev/null
+  ktraid-sim: the trace is incomplete: /dev/null: this is not a file
+
+A pipe that is read takes output, as terminals and other devices do.
+
+  $ timeout 10 cat pipe > read & sleep 0.3; timeout 10 ktsetup ver -output pipe; wait; cat read
+  SG driver version 3.5.36.
+  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  $ ktsetup ver -output /dev/stdout | tail -1
+  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  $ ktsetup ver -output /dev/full
+  ktsetup: cannot write the output: No space left on device
+  [1]
+
+Where no state can be, no folders are left behind.
+
+  $ long=$(printf 'x%.0s' {1..300})
+  $ for name in a/b/ "a/b/$long" read/b/state.db "a/$long/b"; do KTRAID_SIM="$name" ktsetup ver > /dev/null 2>&1 || echo $?; done
+  1
+  1
+  1
+  1
+  $ ktsim --state "a/b/$long" create 2> /dev/null
+  [1]
+  $ ls -d a
+  ls: cannot access 'a': No such file or directory
+  [2]
+
+A name is a name, whatever it begins with.
+
+  $ for name in file:memdb?mode=memory :memory: a/b/state.db; do
+  >   KTRAID_SIM="$name" ktsetup adapter -i 0 > /dev/null && test -s "$name" && echo "$name"
+  > done
+  file:memdb?mode=memory
+  :memory:
+  a/b/state.db
+
+Building and starting writes to no file that others could have put there.
+
+  $ mkdir -p top/tools top/build/release/bin temporary programs && cp "$TESTDIR/../../run" top/ && touch top/build/release/build.ninja
+  $ echo 'need_packages() { :; }; BUILD_PACKAGES=()' > top/tools/prepare
+  $ printf '#!/bin/sh\nls "$TMPDIR"\necho built\nexit $FAILURE\n' > programs/cmake
+  $ printf '#!/bin/sh\necho started: "$@"\n' > top/build/release/bin/ktsetup
+  $ chmod +x programs/cmake top/build/release/bin/ktsetup
+  $ start() { TMPDIR="$PWD/temporary" PATH="$PWD/programs:$PATH" top/run "$@"; }
+  $ FAILURE=0 start info -o hba
+  started: info -o hba
+  $ FAILURE=1 start info -o hba
+  built
+  The build failed.
+  [1]
