@@ -1,5 +1,7 @@
 #include "Public/options.h"
 
+#include <cstring>
+
 void printHelp(const _cmd_struct* row, HelpStyle style) {
     if (style == HelpStyle::LongOnly) {
         out("%s", row->cmdHelp);
@@ -8,10 +10,26 @@ void printHelp(const _cmd_struct* row, HelpStyle style) {
     out("%s%s%s", style == HelpStyle::OwnLine ? "Description:\n" : "Description", row->cmdShortHelp, row->cmdHelp);
 }
 
+const char* shownArgument(const OptionSet& set, const LongOption& row) {
+    const char* at = set.arguments;
+    if (at == nullptr || row.value == OPT_OUTPUT) return "";
+    for (const LongOption* before = set.longOptions; before != &row; ++before)
+        at += strlen(at) + 1;
+    return at;
+}
+
+bool nextWord(const char*& at, std::string_view& word) {
+    static constexpr char AROUND[] = "<|>";
+    at += strspn(at, AROUND);
+    word = {at, strcspn(at, AROUND)};
+    at += word.size();
+    return !word.empty();
+}
+
 OptionScan::OptionScan(const OptionSet& options) : set(options) {
-    for (int i = 0; i < MAX_LONG_OPTIONS && set.longOptions[i].name[0] != '\0'; ++i) {
-        const LongOption& row = set.longOptions[i];
-        rows[i] = {row.name, row.argument, nullptr, row.value};
+    option* to = rows;
+    for (const LongOption* row = set.longOptions; row->value != 0; ++row) {
+        if (row->name[0] != '\0') *to++ = {row->name, row->argument, nullptr, row->value};
     }
     // 0 starts at the first argument as 1 does, and also forgets what an abandoned scan left behind.
     optind = 0;

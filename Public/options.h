@@ -3,17 +3,36 @@
 #pragma once
 
 #include <getopt.h>
+#include <string_view>
 
 #include "Public/common.h"
 
 // Option values beyond the letters, for long options without one.
 enum { OPT_OUTPUT = 1, OPT_WAIVE = 256, OPT_FIRST_OWN = 257, OPT_LIMIT = 272 };
 
-// One long option. The name lies in the row itself: a table of pointers would be patched at every start of the program.
+// What an option's value is, for completion.
+enum class Takes : unsigned char {
+    Nothing,   // the option has no value
+    Text,      // anything: a name, a size, a number
+    Secret,    // a password or a key
+    Words,     // one of the words between the strokes of "<on|off>"
+    File,      // the name of a file
+    Adapter,   // an adapter's index
+    Disk,      // a physical disk's id
+    Disks,     // physical disks' ids, separated by commas
+    Vd,        // a virtual disk's id
+    Array,     // an array's id
+    Enclosure, // an enclosure's id
+    ObjectId,  // the id of what -o names
+};
+
+// One long option, or an option without a long name (an empty one). The name lies in the row itself: a table of
+// pointers would be patched at every start of the program.
 struct LongOption {
-    char name[20];
+    char name[18];
     unsigned char argument; // no_argument or required_argument
-    short value;            // what the scanner returns for it
+    short value;            // what the scanner returns for it; 0 behind the last row
+    Takes takes = Takes::Text;
 };
 
 // Rows of one command at most, the end not counted.
@@ -21,11 +40,11 @@ inline constexpr int MAX_LONG_OPTIONS = 24;
 
 // Rows that stand in nearly every table. "output" is the shell's: accepted here, used at start-up.
 #define OUTPUT_OPTION                                                                                                  \
-    { "output", required_argument, OPT_OUTPUT }
+    { "output", required_argument, OPT_OUTPUT, Takes::File }
 #define HELP_OPTION                                                                                                    \
-    { "help", no_argument, 'h' }
+    { "help", no_argument, 'h', Takes::Nothing }
 #define WAIVE_OPTION                                                                                                   \
-    { "waiveconfirmation", no_argument, OPT_WAIVE }
+    { "waiveconfirmation", no_argument, OPT_WAIVE, Takes::Nothing }
 #define END_OF_OPTIONS                                                                                                 \
     { "", 0, 0 }
 
@@ -36,16 +55,23 @@ enum class HelpStyle {
 };
 
 struct OptionSet {
-    const char* letters;                  // getopt_long's option string; holds "\1:" for the swallowed "-output" word
-    const LongOption* longOptions;        // MAX_LONG_OPTIONS at most, ends with END_OF_OPTIONS
-    const char* once = "";                // letters refused when given twice
-    const char* required = "";            // letters that must be given, in the order in which they are reported
-    const char* const* objects = nullptr; // words that -o takes, null-terminated; for completion
+    const char* letters;             // getopt_long's option string; holds "\1:" for the swallowed "-output" word
+    const LongOption* longOptions;   // MAX_LONG_OPTIONS at most, ends with END_OF_OPTIONS
+    const char* once = "";           // letters refused when given twice
+    const char* required = "";       // letters that must be given, in the order in which they are reported
+    const char* arguments = nullptr; // what each long option shows as its value, one string behind the other; for
+                                     // completion
     HelpStyle helpStyle = HelpStyle::Described;
     bool oneMissing = false;    // of several missing options only the first is reported
     bool helpOnUnknown = false; // an unknown option prints the help with result 0 instead of failing with 1
     bool secrets = false;       // words may hold a password or a key: one that is not understood is not repeated
 };
+
+// What a row of set.longOptions shows as its value: "<on|off>", "<PD id>"; "" where it shows none.
+const char* shownArgument(const OptionSet& set, const LongOption& row);
+
+// Goes through the words of "<on|off>": puts the next one into word and moves `at` behind it. False behind the last.
+bool nextWord(const char*& at, std::string_view& word);
 
 // How often each option was given, by its value.
 struct OptionCounts {

@@ -3,8 +3,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const LongOption vdIdLongOptions[] = {{"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-
 static Take takeId(int option, const char* value, KT_U64& id) {
     if (option != 'i') return Take::Help;
     if (!isNumber(value) && !isHex(value)) {

@@ -3,9 +3,6 @@
 
 #include "Public/options.h"
 
-// The long options of such a command.
-extern const LongOption vdIdLongOptions[];
-
 // Reads and checks `-i <id>`, decimal or hexadecimal, 0 to 254. True when vd is set; otherwise the command is over and
 // `result` is what its handler returns.
 bool readVdId(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, KT_U16& vd, int& result);

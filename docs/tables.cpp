@@ -45,11 +45,12 @@ static std::set<std::string> wordsOf(const char* command, bool objects) {
         for (int i = 0; i < table.size; ++i) {
             if (strcmp(table.rows[i].cmd, command) != 0) continue;
             const OptionSet& set = *optionsOf(table.rows[i].cmdHandler);
-            for (const LongOption* row = set.longOptions; !objects && row->name[0] != '\0'; ++row) {
-                words.insert(std::string("--") + row->name);
-            }
-            for (const char* const* word = set.objects; objects && word != nullptr && *word != nullptr; ++word) {
-                words.insert(*word);
+            for (const LongOption* row = set.longOptions; row->value != 0; ++row) {
+                if (!objects && row->name[0] != '\0') words.insert(std::string("--") + row->name);
+                const char* at = shownArgument(set, *row);
+                std::string_view word;
+                while (objects && row->value == 'o' && nextWord(at, word))
+                    words.emplace(word);
             }
         }
     }

@@ -27,20 +27,23 @@ static const OptionSet* completing;
 static char* nextOption(const char* text, int state) {
     static int at;
     if (state == 0) at = 0;
-    for (size_t length = strlen(text); completing->longOptions[at].name[0] != '\0';) {
-        std::string word = std::string("--") + completing->longOptions[at].name;
-        ++at;
+    for (size_t length = strlen(text); completing->longOptions[at].value != 0;) {
+        const char* name = completing->longOptions[at++].name;
+        if (*name == '\0') continue;
+        std::string word = std::string("--") + name;
         if (strncmp(word.c_str(), text, length) == 0) return strdup(word.c_str());
     }
     return nullptr;
 }
 
+static const char* objects; // "<vd|pd>"
+
 static char* nextObject(const char* text, int state) {
-    static int at;
-    if (state == 0) at = 0;
-    for (size_t length = strlen(text); completing->objects[at] != nullptr;) {
-        const char* word = completing->objects[at++];
-        if (strncasecmp(word, text, length) == 0) return strdup(word);
+    static const char* at;
+    if (state == 0) at = objects;
+    std::string_view word;
+    for (size_t length = strlen(text); nextWord(at, word);) {
+        if (strncasecmp(word.data(), text, length) == 0) return strndup(word.data(), word.size());
     }
     return nullptr;
 }
@@ -65,9 +68,10 @@ static bool behindObjectOption(int start) {
     before.erase(before.find_last_not_of(" \t") + 1);
     size_t word = before.find_last_of(" \t");
     before.erase(0, word == std::string::npos ? 0 : word + 1);
-    if (before == "-o") return true;
-    for (const LongOption* row = completing->longOptions; row->name[0] != '\0'; ++row) {
-        if (row->value == 'o' && before == std::string("--") + row->name) return true;
+    for (const LongOption* row = completing->longOptions; row->value != 0; ++row) {
+        if (row->value != 'o' || (before != "-o" && before != std::string("--") + row->name)) continue;
+        objects = shownArgument(*completing, *row);
+        return true;
     }
     return false;
 }
@@ -79,7 +83,7 @@ static char** complete(const char* text, int start, int) {
     }
     completing = optionsOfLine();
     if (completing == nullptr) return nullptr;
-    if (completing->objects != nullptr && behindObjectOption(start)) {
+    if (behindObjectOption(start)) {
         *editor.completionOver = 1;
         return editor.completionMatches(text, nextObject);
     }

@@ -2,20 +2,6 @@
 
 #include "Public/utility.h"
 
-const char adapter_sh[] = ":Default adapter the following CLI commands refers to.";
-const char adapter_help[] = "\n\nadapter -i <adapter ID>\n\n"
-                            "Options:\n"
-                            "    -i, --id <adapter ID>\n"
-                            "        ID of the adapter to be selected. \n"
-                            "        If -i is not specified, display current adapter ID\n"
-                            "    -h, --help\n\n"
-                            "Examples:\n"
-                            "    adapter  -i 1\n\n"
-                            "    Select adapter 1 to be the default adapter for the following CLI commands.\n\n";
-
-static const LongOption adapter_long[] = {{"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet adapterOptions = {.letters = "\1:i:h", .longOptions = adapter_long, .once = "i"};
-
 static Take takeAdapter(int option, const char* value, KT_U8& adapter) {
     if (option != 'i') return Take::Help;
     if (!isNumber(value)) {

@@ -7,41 +7,6 @@
 #include "Functions/aes/aesCommand.h"
 #include "Public/utility.h"
 
-const char aesentry_sh[] = "AES operations";
-const char aesentry_help[] =
-    "\n\naesEntry -o <getInfo|getCfg|setCfg>  [-i id<entryid>] [-p <password>] [-k <key>] [-h]\n\n"
-    "Options:\n"
-    "    -o, --operation <getInfo|getCfg|setCfg>\n"
-    "        Show the entries with their ports, show the configuration of an entry or\n"
-    "        give an entry a key and a password.\n"
-    "    -i, --id <entry id>\n"
-    "        ID of the AES entry. Default with getInfo: all entries.\n"
-    "    -p, --password <password>\n"
-    "        Password of the entry, at most 32 characters. For getCfg and setCfg.\n"
-    "    -k, --key <key>\n"
-    "        Key of the entry, at most 32 characters. For setCfg.\n"
-    "    -h, --help\n\n"
-    "Examples:\n"
-    "    aesEntry -o getInfo\n\n"
-    "    Show all entries and the ports linked to them.\n\n"
-    "    aesEntry -o setCfg -i 1 -p secret -k \"my key\"\n\n"
-    "    Put a key into entry 1, guarded by a password.\n\n";
-
-static const LongOption aesentry_long[] = {{"id", required_argument, 'i'},
-                                           {"operation", required_argument, 'o'},
-                                           {"password", required_argument, 'p'},
-                                           {"key", required_argument, 'k'},
-                                           OUTPUT_OPTION,
-                                           HELP_OPTION,
-                                           END_OF_OPTIONS};
-static const char* const aesentry_objects[] = {"getInfo", "getCfg", "setCfg", nullptr};
-const OptionSet aesentryOptions = {.letters = "\1:i:o:p:k:h",
-                                   .longOptions = aesentry_long,
-                                   .once = "iopk",
-                                   .required = "o",
-                                   .objects = aesentry_objects,
-                                   .secrets = true};
-
 static constexpr int LABEL_WIDTH = 24;
 static constexpr KT_U8 ALL_ENTRIES = 255;
 

@@ -5,50 +5,6 @@
 #include "Functions/aes/aesCommand.h"
 #include "Public/utility.h"
 
-const char aesop_sh[] = "AES operations";
-const char aesop_help[] = "\n\naesOp -o changePWD -e <entry id> -p <password> -w<old password> [-h]\n"
-                          "aesOp -o verifyKey -e <entry id> -p <password> -k <key>  [-h]\n\n"
-                          "Options:\n"
-                          "    -o, --option <changePwd|verifyKey>\n"
-                          "        Change the password of an entry or verify the key in it.\n"
-                          "    -e, --entryid <entry id>\n"
-                          "        ID of the AES entry.\n"
-                          "    -p, --password <password>\n"
-                          "        Password of the entry, the new one with changePwd. At most 32 characters.\n"
-                          "    -w, --oldpassword <old password>\n"
-                          "        Password of the entry until now. Only with changePwd.\n"
-                          "    -k <key>\n"
-                          "        Key to compare, at most 32 characters. Only with verifyKey.\n"
-                          "    -i, --portid <port id>\n"
-                          "    --aesmount\n"
-                          "    --aesdismount\n"
-                          "        Accepted and not used by these operations.\n"
-                          "    -h, --help\n\n"
-                          "Examples:\n"
-                          "    aesOp -o changePwd -e 1 -p newsecret -w oldsecret\n\n"
-                          "    Change the password of entry 1.\n\n"
-                          "    aesOp -o verifyKey -e 1 -p secret -k \"my key\"\n\n"
-                          "    Compare the key of entry 1.\n\n";
-
-enum { OPT_MOUNT = OPT_FIRST_OWN, OPT_DISMOUNT };
-static const LongOption aesop_long[] = {{"option", required_argument, 'o'},
-                                        {"portid", required_argument, 'i'},
-                                        {"entryid", required_argument, 'e'},
-                                        {"password", required_argument, 'p'},
-                                        {"oldpassword", required_argument, 'w'},
-                                        {"aesmount", no_argument, OPT_MOUNT},
-                                        {"aesdismount", no_argument, OPT_DISMOUNT},
-                                        OUTPUT_OPTION,
-                                        HELP_OPTION,
-                                        END_OF_OPTIONS};
-static const char* const aesop_objects[] = {"changePwd", "verifyKey", nullptr};
-const OptionSet aesopOptions = {.letters = "\1:o:w:i:e:p:k:h",
-                                .longOptions = aesop_long,
-                                .once = "owiepk",
-                                .required = "oep",
-                                .objects = aesop_objects,
-                                .secrets = true};
-
 namespace {
 struct AesOpOptions {
     bool change = false; // changePwd, else verifyKey

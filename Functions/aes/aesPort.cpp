@@ -6,46 +6,6 @@
 #include "Functions/aes/aesCommand.h"
 #include "Public/utility.h"
 
-const char aesport_sh[] = "AES operations";
-const char aesport_help[] =
-    "\n\naesPort -o <getCfg|set|mount|dismount> [-e<entryid>] [-i id<portid>][-p <password>] [-h]\n\n"
-    "Options:\n"
-    "    -o, --operation <getCfg|set|mount|dismount>\n"
-    "        Show the configuration of ports, switch encryption on or off, link a port to\n"
-    "        an entry (mount) or release it (dismount).\n"
-    "    -i, --portid <port id>\n"
-    "        ID of the port. Default with getCfg: all ports.\n"
-    "    -e, --entryid <entry id>\n"
-    "        ID of the AES entry. For mount.\n"
-    "    -p, --password <password>\n"
-    "        Password of the entry, at most 32 characters. For mount.\n"
-    "    --aeson, --aesoff\n"
-    "        Switch encryption on or off. For set.\n"
-    "    -h, --help\n\n"
-    "Examples:\n"
-    "    aesPort -o mount -i 1 -e 2 -p secret\n\n"
-    "    Link port 1 to entry 2.\n\n"
-    "    aesPort -o set -i 1 --aeson\n\n"
-    "    Switch encryption on for port 1.\n\n";
-
-enum { OPT_AES_ON = OPT_FIRST_OWN, OPT_AES_OFF };
-static const LongOption aesport_long[] = {{"operation", required_argument, 'o'},
-                                          {"portid", required_argument, 'i'},
-                                          {"entryid", required_argument, 'e'},
-                                          {"password", required_argument, 'p'},
-                                          {"aeson", no_argument, OPT_AES_ON},
-                                          {"aesoff", no_argument, OPT_AES_OFF},
-                                          OUTPUT_OPTION,
-                                          HELP_OPTION,
-                                          END_OF_OPTIONS};
-static const char* const aesport_objects[] = {"getCfg", "set", "mount", "dismount", nullptr};
-const OptionSet aesportOptions = {.letters = "\1:i:o:p:e:h",
-                                  .longOptions = aesport_long,
-                                  .once = "iope",
-                                  .required = "o",
-                                  .objects = aesport_objects,
-                                  .secrets = true};
-
 static constexpr int LABEL_WIDTH = 24;
 
 namespace {

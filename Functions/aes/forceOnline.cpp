@@ -4,23 +4,6 @@
 #include "Public/errorMsg.h"
 #include "Public/utility.h"
 
-const char forceonline_sh[] = "Forceonline the physical disk";
-const char forceonline_help[] = "\n\nforceOnline -i <pd id> [-p <percentage>] [-h]\n\n"
-                                "Options:\n"
-                                "    -i, --pdid <pd id>\n"
-                                "        ID of the physical disk that was taken offline.\n"
-                                "    -p <10|20|30|40|50|60|70|80|90|100>\n"
-                                "        Percentage. Default: 100.\n"
-                                "    -h, --help\n\n"
-                                "Examples:\n"
-                                "    forceOnline -i 3\n\n"
-                                "    Bring physical disk 3 back online.\n\n";
-
-static const LongOption forceonline_long[] = {
-    {"pdid", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet forceonlineOptions = {
-    .letters = "\1:i:p:h", .longOptions = forceonline_long, .once = "ip", .required = "i"};
-
 namespace {
 struct ForceOnlineOptions {
     KT_U16 id = 0;

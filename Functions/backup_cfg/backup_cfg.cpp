@@ -11,27 +11,6 @@
 #include "Public/listing.h"
 #include "Public/wholeFile.h"
 
-const char backup_cfg_sh[] = ":Backup current HBA,RAID configuration and autoload data.";
-const char backup_cfg_help[] = "\n\nbackup_cfg [-f <filename>][-t ][-h]\n\n"
-                               "Options:\n"
-                               "    -i, --id <adapter id>\n"
-                               "        The adapter is always the current one.\n"
-                               "    -f, --filename <filename>\n"
-                               "        File to create; double quotes around it may hold blanks. An existing file is\n"
-                               "        never overwritten. Default: hbaN_cfg.txt, N being the ID of the adapter.\n"
-                               "    -t, --type phy\n"
-                               "        Back up the PHY tuning of the ports only.\n"
-                               "    -h, --help\n\n"
-                               "Examples:\n"
-                               "    backup_cfg -f \"my adapter.txt\"\n\n"
-                               "    Save settings, ports, virtual disks and spares to a file.\n\n"
-                               "    backup_cfg -t phy\n\n"
-                               "    Save the PHY tuning of the ports.\n\n";
-
-static const LongOption backup_cfg_long[] = {
-    {"filename", required_argument, 'f'}, {"type", required_argument, 't'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet backupCfgOptions = {.letters = "f:\1:t:h", .longOptions = backup_cfg_long, .once = "ft"};
-
 namespace {
 struct BackupOptions {
     std::string file;

@@ -2,37 +2,6 @@
 
 #include "Public/activity.h"
 
-const char cc_sh[] = ":Start, stop, pause or resume VD Consistency Check.";
-const char cc_help[] = "\n\ncc [-o <vd>] [-a <start|stop|pause|resume|restart>] -l <VD id> [-t <sync|check>] [-h]\n\n"
-                       "Options:\n"
-                       "    -o, --object <vd>\n"
-                       "        What is checked: a virtual disk.\n"
-                       "    -a, --action <start|stop|pause|resume|restart>\n"
-                       "        What to do. If -a is not specified, the check is started.\n"
-                       "        A paused check can be resumed, an aborted one restarted.\n"
-                       "    -l, --id <VD id>\n"
-                       "        ID of the virtual disk.\n"
-                       "    -t, --type <sync|check>\n"
-                       "        sync  - repair what is found to be inconsistent (the default).\n"
-                       "        check - only look.\n"
-                       "    -h, --help\n\n"
-                       "Examples:\n"
-                       "    cc -l 0 -t check\n\n"
-                       "    Start a consistency check of virtual disk 0 that repairs nothing.\n\n"
-                       "    cc -a stop -l 0\n\n"
-                       "    Stop the consistency check of virtual disk 0.\n\n";
-
-static const LongOption cc_long[] = {{"object", required_argument, 'o'},
-                                     {"action", required_argument, 'a'},
-                                     {"id", required_argument, 'l'},
-                                     {"type", required_argument, 't'},
-                                     OUTPUT_OPTION,
-                                     HELP_OPTION,
-                                     END_OF_OPTIONS};
-static const char* const cc_objects[] = {"vd", nullptr};
-const OptionSet ccOptions = {
-    .letters = "o:a:l:t:\1:h", .longOptions = cc_long, .once = "oalt", .required = "l", .objects = cc_objects};
-
 static constexpr ActivityCommand ccCommand = {
     .options = ccOptions,
     .target = ActivityTarget::VirtualDisk,

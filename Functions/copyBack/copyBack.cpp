@@ -2,23 +2,7 @@
 
 #include "Public/activity.h"
 
-const char copyback_sh[] = ":Pause or resume copy back on an array.";
-const char copyback_help[] = "\n\ncopyback -a <pause|resume> -l <array id> [-h]\n\n"
-                             "Options:\n"
-                             "    -a, --action <pause|resume>\n"
-                             "        What to do. Copy back starts by itself when a failed disk is replaced.\n"
-                             "    -l, --id <array id>\n"
-                             "        ID of the array.\n"
-                             "    -h, --help\n\n"
-                             "Examples:\n"
-                             "    copyback -a pause -l 0\n\n"
-                             "    Pause copy back on array 0.\n\n";
-
-static const LongOption copyback_long[] = {
-    {"action", required_argument, 'a'}, {"id", required_argument, 'l'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
 // -d is taken with a value and prints the help.
-const OptionSet copybackOptions = {
-    .letters = "a:l:d:\1:h", .longOptions = copyback_long, .once = "al", .required = "l"};
 
 static constexpr ActivityCommand copybackCommand = {
     .options = copybackOptions,

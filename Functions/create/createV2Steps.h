@@ -2,11 +2,9 @@
 #pragma once
 
 #include "Functions/create/createShared.h"
+#include "Functions/create/createV2.h"
 
 enum class CreateObject { VirtualDisk, Array, Auto };
-
-// Options of the array-based create command without a letter.
-enum { OPT_SIZE_ONLY = OPT_FIRST_OWN, OPT_CACHE_ON, OPT_CACHE_OFF };
 
 inline constexpr KT_U8 ANY_SLOT = 255;
 

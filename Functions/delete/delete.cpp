@@ -8,33 +8,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char delete_sh[] = ":Delete virtual disk or spare drive.";
-const char delete_help[] = "\n\ndelete -o <vd|array|spare> -i <id> [-f] [--waiveconfirmation] [-h]\n\n"
-                           "Options:\n"
-                           "    -o, --object <vd|array|spare>\n"
-                           "        Object to delete: virtual disk (vd or ld), array or spare drive.\n"
-                           "    -i, --id <id>\n"
-                           "        ID of the object, 0 to 254.\n"
-                           "    -f, --force\n"
-                           "        Delete a VD that is having a background activity without asking again.\n"
-                           "    --waiveconfirmation\n"
-                           "        Ask nothing.\n"
-                           "    -h, --help\n\n"
-                           "Examples:\n"
-                           "    delete -o vd -i 4\n\n"
-                           "    Delete virtual disk 4.\n\n";
-
-static const LongOption delete_long[] = {WAIVE_OPTION,
-                                         {"object", required_argument, 'o'},
-                                         {"id", required_argument, 'i'},
-                                         {"force", no_argument, 'f'},
-                                         OUTPUT_OPTION,
-                                         HELP_OPTION,
-                                         END_OF_OPTIONS};
-static const char* const delete_objects[] = {"vd", "ld", "array", "spare", nullptr};
-const OptionSet deleteOptions = {
-    .letters = "\1:o:i:fh", .longOptions = delete_long, .once = "oif", .required = "oi", .objects = delete_objects};
-
 namespace {
 enum class DeleteObject { VirtualDisk, Array, Spare };
 

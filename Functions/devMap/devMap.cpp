@@ -6,25 +6,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char devmap_sh[] = ":Map device ID to device magic number in the OS.";
-const char devmap_help[] = "\ndevmap -o <vd|pd> [-i <id>] [-h]\n\n"
-                           "Options:\n"
-                           "    -o, --object <vd|pd>\n"
-                           "        Device to map: virtual disk (vd) or physical disk (pd).\n"
-                           "    -i, --id <id>\n"
-                           "        ID of the device, decimal or hexadecimal (0x...). Default: all\n"
-                           "        virtual disks or all free physical disks.\n"
-                           "    -h, --help\n\n"
-                           "Examples:\n"
-                           "    devmap -o vd -i 0\n\n"
-                           "    Display the magic number of virtual disk 0.\n\n";
-
-static const LongOption devmap_long[] = {
-    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-static const char* const devmap_objects[] = {"vd", "pd", nullptr};
-const OptionSet devmapOptions = {
-    .letters = "\1:o:i:h", .longOptions = devmap_long, .once = "oi", .required = "o", .objects = devmap_objects};
-
 namespace {
 // The devices of one magic call: more virtual disks than an adapter has, and so many disks that a second call is rare.
 struct DeviceList {

@@ -6,40 +6,7 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char enc_sh[] = ":Get enclosure, enclosure element or enclosure config information.";
-const char enc_help[] = "\nenc -o <enc|ele|elecfg> [-i <enclosure id>] [-t <type>] [-e <element id>] [-h]\n\n"
-                        "Options:\n"
-                        "    -o, --object <enc|ele|elecfg>\n"
-                        "        What to display: enclosures (enc), the status of enclosure elements\n"
-                        "        (ele) or their configuration (elecfg).\n"
-                        "    -i, --id <enclosure id>\n"
-                        "        ID of the enclosure, 0 to 254. Default: all enclosures.\n"
-                        "    -t, --type <dev|arydev|pow|fan|tpr|dor|alm|dpl|vlt>\n"
-                        "        Type of the elements, required by ele and elecfg: device (dev), array\n"
-                        "        device (arydev), power supply (pow), cooling device (fan), temperature\n"
-                        "        sensor (tpr), door lock (dor), audible alarm (alm), display (dpl) or\n"
-                        "        voltage sensor (vlt).\n"
-                        "    -e, --element <element id>\n"
-                        "        ID of the element, 0 to 254. Default: all elements of the type; for\n"
-                        "        elecfg, the type as a whole.\n"
-                        "    -h, --help\n\n"
-                        "Examples:\n"
-                        "    enc -o enc\n\n"
-                        "    Display all enclosures.\n\n"
-                        "    enc -o ele -i 0 -t fan -e 1\n\n"
-                        "    Display the status of cooling device 1 of enclosure 0.\n\n";
-
-static const LongOption enc_long[] = {{"object", required_argument, 'o'},
-                                      {"id", required_argument, 'i'},
-                                      {"element", required_argument, 'e'},
-                                      {"type", required_argument, 't'},
-                                      OUTPUT_OPTION,
-                                      HELP_OPTION,
-                                      END_OF_OPTIONS};
-static const char* const enc_objects[] = {"enc", "ele", "elecfg", nullptr};
 // -a takes a value and means nothing: it prints the help.
-const OptionSet encOptions = {
-    .letters = "\1:o:i:e:t:a:h", .longOptions = enc_long, .once = "oiet", .required = "o", .objects = enc_objects};
 
 KT_U8 SetElementType(const char* word) {
     static const struct {

@@ -1,12 +1,36 @@
 // The enc command: the enclosures behind the adapter and the state of what stands in them.
 #pragma once
 
-#include "Public/options.h"
+#include "Public/optionRows.h"
 
 int doEnclosure(int argc, char** argv, _cmd_struct* row);
-extern const char enc_sh[];
-extern const char enc_help[];
-extern const OptionSet encOptions;
+
+inline constexpr char enc_sh[] = ":Get enclosure, enclosure element or enclosure config information.";
+inline constexpr OptionRow encRows[] = {
+    {'o', "object", "<enc|ele|elecfg>", Takes::Words, ONCE | REQUIRED,
+     "What to display: enclosures (enc), the status of enclosure elements\n"
+     "(ele) or their configuration (elecfg)."},
+    {'i', "id", "<enclosure id>", Takes::Enclosure, ONCE, "ID of the enclosure, 0 to 254. Default: all enclosures."},
+    {'t', "type", "<dev|arydev|pow|fan|tpr|dor|alm|dpl|vlt>", Takes::Words, ONCE,
+     "Type of the elements, required by ele and elecfg: device (dev), array\n"
+     "device (arydev), power supply (pow), cooling device (fan), temperature\n"
+     "sensor (tpr), door lock (dor), audible alarm (alm), display (dpl) or\n"
+     "voltage sensor (vlt)."},
+    {'e', "element", "<element id>", Takes::Text, ONCE,
+     "ID of the element, 0 to 254. Default: all elements of the type; for\n"
+     "elecfg, the type as a whole."},
+    HELP_ROW,
+    {'a', "", "<value>", Takes::Text, UNNAMED},
+};
+inline constexpr CommandWords encWords = {
+    .usage = "\nenc -o <enc|ele|elecfg> [-i <enclosure id>] [-t <type>] [-e <element id>] [-h]\n",
+    .rows = encRows,
+    .examples = "enc -o enc\n\n"
+                "Display all enclosures.\n\n"
+                "enc -o ele -i 0 -t fan -e 1\n\n"
+                "Display the status of cooling device 1 of enclosure 0.\n"};
+inline constexpr const char* enc_help = helpOf<encWords>;
+inline constexpr const OptionSet& encOptions = optionSet<encWords>;
 
 // The type code of an element word of -t; 0 for any other word.
 KT_U8 SetElementType(const char* word);

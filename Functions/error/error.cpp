@@ -3,19 +3,6 @@
 #include "Public/errorMsg.h"
 #include "Public/utility.h"
 
-const char error_sh[] = ":Translate error code to error description.";
-const char error_help[] = "\nerror -c [error code] [-h]\n\n"
-                          "Options:\n"
-                          "    -c, --[error code]\n"
-                          "        Error code.\n"
-                          "    -h, --help\n\n"
-                          "Examples:\n"
-                          "    error -c 1\n\n"
-                          "    Show description of error code 1.\n\n";
-
-static const LongOption error_long[] = {{"controller", required_argument, 'c'}, OUTPUT_OPTION, END_OF_OPTIONS};
-const OptionSet errorOptions = {.letters = "c:\1:h", .longOptions = error_long, .once = "c", .required = "c"};
-
 static Take takeCode(int option, const char* value, KT_U8& code) {
     if (option != 'c') return Take::Help;
     if (!isNumber(value)) {

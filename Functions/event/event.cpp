@@ -7,22 +7,6 @@
 #include "Public/utility.h"
 #include "utcTime/utcTime.h"
 
-const char event_sh[] = ":Get the current events.";
-const char event_help[] = "\nevent [-s <seqno>]\n\n\n"
-                          "Description: Get the current events.\n\n"
-                          "Options:\n"
-                          "    -s, --seqno<seqno>\n"
-                          "        to get events that sequence number larger than the seqno. \n"
-                          "    -h, --help\n\n"
-                          "Examples:\n"
-                          "    event -s 100\n\n"
-                          "    Get events that sequence number larger than 100.\n\n";
-
-static const LongOption event_long[] = {
-    {"sequence", required_argument, 's'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-// -s may be given again: the last one counts.
-const OptionSet eventOptions = {.letters = "s:\1:h", .longOptions = event_long};
-
 static Take takeOption(int option, const char* value, KT_U32& start) {
     if (option != 's') return Take::Help;
     if (parseDecimal(value, start)) return Take::Yes;

@@ -5,18 +5,6 @@
 #include "Functions/event/event.h"
 #include "Public/eventText.h"
 
-const char message_sh[] = ":Get the current events.";
-const char message_help[] = "\nmessage\n\n\n"
-                            "Description: Get the current events.\n\n"
-                            "Options:\n"
-                            "    -h, --help\n\n"
-                            "Examples:\n"
-                            "    message\n\n"
-                            "    Get events that sequence number larger than 100.\n\n";
-
-static const LongOption message_long[] = {OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet messageOptions = {.letters = "\1:h", .longOptions = message_long};
-
 template <size_t N>
 static void printText(int width, const char* label, const char (&text)[N]) {
     char shown[N + 1];

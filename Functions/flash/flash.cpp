@@ -10,43 +10,6 @@
 #include "Public/flashPage.h"
 #include "Public/utility.h"
 
-const char flash_sh[] = ":Update, backup or erase flash image and erase hba or pd page.";
-const char flash_help[] = "\nflash -a <update|backup|erase|version> -f <file> "
-                          "-t <bios|firmware|autoload|bin|raw> -p <pd|pdforce> [-h]. \n\n"
-                          "Options:\n"
-                          "    -a, --action <update|backup|erase|version>\n"
-                          "        update: write the image file to the flash.\n"
-                          "        backup: read the image from the flash into a new file.\n"
-                          "        erase: erase the image, or the PD page with -p.\n"
-                          "        version: show the version of the image file.\n"
-                          "    -f, --file <file>\n"
-                          "        The image file. Not needed for erase.\n"
-                          "    -i <adapter id>\n"
-                          "        ID of the adapter. The default is the current adapter.\n"
-                          "    -t, --type <bios|firmware|autoload|bin|raw>\n"
-                          "        Type of the image.\n"
-                          "    -p, --page <pd|pdforce>\n"
-                          "        pd: erase the PD page but keep the PD IDs in use.\n"
-                          "        pdforce: erase the whole PD page even if PD IDs are in use.\n"
-                          "    -h, --help\n\n"
-                          "Examples:\n"
-                          "    flash -a update -f /tmp/image.bin -t bios\n\n"
-                          "    Update the BIOS image of the current adapter.\n\n"
-                          "    flash -a backup -f /tmp/backup.bin -t firmware\n\n"
-                          "    Back up the firmware image to a new file.\n\n"
-                          "    flash -a erase -p pd\n\n"
-                          "    Erase the PD page.\n\n";
-
-static const LongOption flash_long[] = {{"action", required_argument, 'a'},
-                                        {"file", required_argument, 'f'},
-                                        {"type", required_argument, 't'},
-                                        {"page", required_argument, 'p'},
-                                        OUTPUT_OPTION,
-                                        HELP_OPTION,
-                                        END_OF_OPTIONS};
-const OptionSet flashOptions = {
-    .letters = "a:f:i:t:p:\1:h", .longOptions = flash_long, .once = "afitp", .required = "a"};
-
 // The word that shows a version; it transfers nothing, so the library has no code for it.
 static constexpr KT_U8 ACTION_VERSION = 0;
 

@@ -7,29 +7,6 @@
 #include "Public/settings.h"
 #include "Public/utility.h"
 
-const char get_sh[] = ":Get configuration information of VD, PD, Array, HBA or Driver.";
-const char get_help[] = "\nget -o <vd|ld|array|pd|hd|hba|driver|link> [-i <id>] [-h]\n\n"
-                        "Options:\n"
-                        "    -o, --object <vd|ld|array|pd|hd|hba|driver|link>\n"
-                        "        Object whose configuration is displayed: virtual disk (vd or ld),\n"
-                        "        disk array, physical disk (pd or hd), adapter (hba), driver, or the\n"
-                        "        ATA link of hybrid virtual disks (link).\n"
-                        "    -i, --id <id>\n"
-                        "        ID of the object. Default: all objects of the kind; for hba, the\n"
-                        "        current adapter.\n"
-                        "    -h, --help\n\n"
-                        "Examples:\n"
-                        "    get -o vd -i 0\n\n"
-                        "    Display the configuration of virtual disk 0.\n\n"
-                        "    get -o hba\n\n"
-                        "    Display the configuration of the current adapter.\n\n";
-
-static const LongOption get_long[] = {
-    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-static const char* const get_objects[] = {"pd", "hd", "vd", "ld", "array", "hba", "driver", "link", nullptr};
-const OptionSet getOptions = {
-    .letters = "\1:o:i:h", .longOptions = get_long, .once = "oi", .required = "o", .objects = get_objects};
-
 // Prints every configuration record of a list, or `none` for an empty one.
 template <class Record, class Request>
 static KT_U8 printConfigs(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, const char* none, void (*print)(const Record*)) {

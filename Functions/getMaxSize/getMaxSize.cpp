@@ -8,38 +8,6 @@
 #include "Public/raidOptions.h"
 #include "Public/raidRules.h"
 
-const char getmaxsize_sh[] = ":Get maxsize that vd can create with.";
-const char getmaxsize_help[] =
-    "\n\nmaxcreatesize -r <0|1|10|1E|5|50|6|60> [-q <# parity disks>] -d <PD id list>\n"
-    "              [-g <0|1|10>] [-h]\n\n"
-    "Options:\n"
-    "    -r, --raidmode <0|1|10|1E|5|50|6|60>\n"
-    "        RAID level.\n"
-    "    -q, --paritydisks <# parity disks>\n"
-    "        Number of parity disks; RAID6 and RAID60 only. Default: 2 and 4.\n"
-    "    -d, --pdid <PD id list>\n"
-    "        IDs of the physical disks to use, separated by commas.\n"
-    "    -g, --gbrounding <0|1|10>\n"
-    "        Round the size down to a multiple of 1 or 10 GB. Default: 0, no rounding.\n"
-    "    -h, --help\n\n"
-    "Examples:\n"
-    "    maxcreatesize  -r0 -d 0,5,10\n\n"
-    "    Display the largest size of a RAID0 virtual disk on physical disks 0, 5 and 10.\n\n";
-
-static const LongOption getmaxsize_long[] = {{"raidmode", required_argument, 'r'},
-                                             {"paritydisks", required_argument, 'q'},
-                                             {"pdid", required_argument, 'd'},
-                                             {"gbrounding", required_argument, 'g'},
-                                             OUTPUT_OPTION,
-                                             HELP_OPTION,
-                                             END_OF_OPTIONS};
-const OptionSet getmaxsizeOptions = {.letters = "\1:n:r:q:d:b:s:w:p:g:i:h",
-                                     .longOptions = getmaxsize_long,
-                                     .once = "rqd",
-                                     .required = "rd",
-                                     .helpStyle = HelpStyle::LongOnly,
-                                     .helpOnUnknown = true};
-
 static constexpr KT_U16 STRIPE = 64; // KB; the largest size does not depend on it
 
 namespace {

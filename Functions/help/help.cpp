@@ -3,20 +3,6 @@
 #include <cstring>
 
 const char question_sh[] = ":Get brief help for all commands.";
-const char help_sh[] = ":Get brief help for all commands or detail help for one command.";
-const char help_help[] = "\nhelp [-i] [command ...]\n\n"
-                         "Options:\n"
-                         "    -i, --internal\n"
-                         "        List the commands for maintenance and test.\n"
-                         "    -h\n\n"
-                         "Examples:\n"
-                         "    help\n\n"
-                         "    List all commands.\n\n"
-                         "    help info create\n\n"
-                         "    Show the detail help of the commands info and create.\n\n";
-
-static const LongOption help_long[] = {{"internal", no_argument, 'i'}, OUTPUT_OPTION, END_OF_OPTIONS};
-const OptionSet helpOptions = {.letters = "\1:i", .longOptions = help_long, .once = "i", .helpOnUnknown = true};
 
 // Width of the column of command words.
 static constexpr int COMMAND_WIDTH = 12;

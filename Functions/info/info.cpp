@@ -6,32 +6,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char info_sh[] = ":Display adapter(hba), virtual disk(vd), disk array,\n"
-                       "              physical disk(pd), Port multiplexer(pm), expander(exp),\n"
-                       "              block disk(blk) or spare drive information.";
-const char info_help[] = "\ninfo -o <hba|vd|ld|array|pd|hd|pm|exp|blk|spare|bbu|tandem> [-i <id>] [-h]\n\n"
-                         "Options:\n"
-                         "    -o, --object <hba|vd|ld|array|pd|hd|pm|exp|blk|spare|bbu|tandem>\n"
-                         "        Object to display: adapter (hba), virtual disk (vd or ld), disk array,\n"
-                         "        physical disk (pd or hd), port multiplexer (pm), expander (exp),\n"
-                         "        block disk (blk), spare drive, battery backup unit (bbu) or hybrid\n"
-                         "        virtual disk (tandem).\n"
-                         "    -i, --id <id>\n"
-                         "        ID of the object, 0 to 254. Default: all objects of the kind.\n"
-                         "    -h, --help\n\n"
-                         "Examples:\n"
-                         "    info -o hba\n\n"
-                         "    Display all adapters.\n\n"
-                         "    info -o vd -i 1\n\n"
-                         "    Display virtual disk 1.\n\n";
-
-static const LongOption info_long[] = {
-    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-static const char* const info_objects[] = {"hba", "pd",  "hd",    "vd",  "ld",     "array", "pm",
-                                           "exp", "blk", "spare", "bbu", "tandem", nullptr};
-const OptionSet infoOptions = {
-    .letters = "\1:o:i:h", .longOptions = info_long, .once = "oi", .required = "o", .objects = info_objects};
-
 static KT_U8 reportBattery(KT_U16 id) {
     // There is one battery: no id, or 0.
     if (id != 0 && id != ALL_ITEMS) {

@@ -3,12 +3,31 @@
 #pragma once
 
 #include "Public/listing.h"
-#include "Public/options.h"
+#include "Public/optionRows.h"
 
 int doInfo(int argc, char** argv, _cmd_struct* row);
-extern const char info_sh[];
-extern const char info_help[];
-extern const OptionSet infoOptions;
+
+inline constexpr char info_sh[] = ":Display adapter(hba), virtual disk(vd), disk array,\n"
+                                  "              physical disk(pd), Port multiplexer(pm), expander(exp),\n"
+                                  "              block disk(blk) or spare drive information.";
+inline constexpr OptionRow infoRows[] = {
+    {'o', "object", "<hba|vd|ld|array|pd|hd|pm|exp|blk|spare|bbu|tandem>", Takes::Words, ONCE | REQUIRED,
+     "Object to display: adapter (hba), virtual disk (vd or ld), disk array,\n"
+     "physical disk (pd or hd), port multiplexer (pm), expander (exp),\n"
+     "block disk (blk), spare drive, battery backup unit (bbu) or hybrid\n"
+     "virtual disk (tandem)."},
+    {'i', "id", "<id>", Takes::ObjectId, ONCE, "ID of the object, 0 to 254. Default: all objects of the kind."},
+    HELP_ROW,
+};
+inline constexpr CommandWords infoWords = {
+    .usage = "\ninfo -o <hba|vd|ld|array|pd|hd|pm|exp|blk|spare|bbu|tandem> [-i <id>] [-h]\n",
+    .rows = infoRows,
+    .examples = "info -o hba\n\n"
+                "Display all adapters.\n\n"
+                "info -o vd -i 1\n\n"
+                "Display virtual disk 1.\n"};
+inline constexpr const char* info_help = helpOf<infoWords>;
+inline constexpr const OptionSet& infoOptions = optionSet<infoWords>;
 
 // Disks have ids of their own beyond 254, so every disk is another id than every item of the other kinds.
 inline constexpr KT_U16 ALL_DISKS = 0xFFFF;

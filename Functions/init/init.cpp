@@ -2,33 +2,7 @@
 
 #include "Public/activity.h"
 
-const char init_sh[] = ":Start, stop, pause or resume VD initialization.";
-const char init_help[] = "\n\ninit [-o <vd>] [-a <start|stop|pause|resume|restart>] -l <VD id> [-h]\n\n"
-                         "Options:\n"
-                         "    -o, --object <vd>\n"
-                         "        What is initialized: a virtual disk.\n"
-                         "    -a, --action <start|stop|pause|resume|restart>\n"
-                         "        What to do. If -a is not specified, the initialization is started.\n"
-                         "        A paused initialization can be resumed, an aborted one restarted.\n"
-                         "    -l, --id <VD id>\n"
-                         "        ID of the virtual disk.\n"
-                         "    -h, --help\n\n"
-                         "Examples:\n"
-                         "    init -l 2\n\n"
-                         "    Start the initialization of virtual disk 2.\n\n"
-                         "    init -a pause -l 2\n\n"
-                         "    Pause the initialization of virtual disk 2.\n\n";
-
-static const LongOption init_long[] = {{"object", required_argument, 'o'},
-                                       {"action", required_argument, 'a'},
-                                       {"id", required_argument, 'l'},
-                                       OUTPUT_OPTION,
-                                       HELP_OPTION,
-                                       END_OF_OPTIONS};
-static const char* const init_objects[] = {"vd", nullptr};
 // -t is taken with a value and prints the help.
-const OptionSet initOptions = {
-    .letters = "o:a:l:t:\1:h", .longOptions = init_long, .once = "oal", .required = "l", .objects = init_objects};
 
 static constexpr ActivityCommand initCommand = {
     .options = initOptions,

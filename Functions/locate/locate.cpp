@@ -5,30 +5,6 @@
 #include "Public/errorMsg.h"
 #include "Public/utility.h"
 
-const char locate_sh[] = ":Locate the specified PD.";
-const char locate_help[] = "\nlocate -i <PD id> [-a <on|off>] [-h]\n\n"
-                           "Options:\n"
-                           "    -i, --id <PD id>\n"
-                           "        ID of the physical disk, decimal or hexadecimal (0x...).\n"
-                           "    -a, --action <on|off>\n"
-                           "        Turn the disk's locate LED on or off. Default: on.\n"
-                           "    -o, --object <pd>\n"
-                           "        Object to locate; only physical disks have a locate LED.\n"
-                           "    -h, --help\n\n"
-                           "Examples:\n"
-                           "    locate -i 3 -a on\n\n"
-                           "    Turn on the locate LED of physical disk 3.\n\n";
-
-static const LongOption locate_long[] = {{"object", required_argument, 'o'},
-                                         {"id", required_argument, 'i'},
-                                         {"action", required_argument, 'a'},
-                                         OUTPUT_OPTION,
-                                         HELP_OPTION,
-                                         END_OF_OPTIONS};
-static const char* const locate_objects[] = {"pd", nullptr};
-const OptionSet locateOptions = {
-    .letters = "\1:o:i:a:h", .longOptions = locate_long, .once = "oia", .objects = locate_objects};
-
 namespace {
 struct LocateOptions {
     KT_U16 id = 0;

@@ -2,25 +2,6 @@
 
 #include "Public/activity.h"
 
-const char mp_sh[] = ":Start, stop, pause or resume media patrol for a physical disk.";
-const char mp_help[] = "\n\nmp [-a <start|stop|pause|resume|restart>] -d <PD id> [-h]\n\n"
-                       "Options:\n"
-                       "    -a, --action <start|stop|pause|resume|restart>\n"
-                       "        What to do. If -a is not specified, media patrol is started.\n"
-                       "        A paused media patrol can be resumed, an aborted one restarted.\n"
-                       "    -d, --pdid <PD id>\n"
-                       "        ID of the physical disk: a spare drive, or a disk of a VD or an array.\n"
-                       "    -h, --help\n\n"
-                       "Examples:\n"
-                       "    mp -d 3\n\n"
-                       "    Start media patrol on physical disk 3.\n\n"
-                       "    mp -a stop -d 3\n\n"
-                       "    Stop media patrol on physical disk 3.\n\n";
-
-static const LongOption mp_long[] = {
-    {"action", required_argument, 'a'}, {"pdid", required_argument, 'd'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet mpOptions = {.letters = "a:d:\1:h", .longOptions = mp_long, .once = "ad", .required = "d"};
-
 static constexpr Line FAILED = "\nFailed to %s media patrol on PD %d (error %d: %s)\n";
 
 static constexpr ActivityCommand mpCommand = {

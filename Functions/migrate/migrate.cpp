@@ -6,33 +6,6 @@
 #include "Public/listing.h"
 #include "Public/vdBlocks.h"
 
-const char migrate_sh[] = ":Start,pause or resume VD migration.";
-const char migrate_help[] =
-    "\n\nmigrate [-a <start|stop|pause|resume|restart|size>] -l <VD id> [-r <0|1|10|1E|5|50|6|60>]\n"
-    "        [-q <# of parity disks>] [-d <PD id list>] [-h]\n\n"
-    "Options:\n"
-    "    -a, --action <start|stop|pause|resume|restart|size>\n"
-    "        What to do. If -a is not specified, migration is started.\n"
-    "        size only reports how large the virtual disk would be.\n"
-    "        A paused migration can be resumed, an aborted one restarted.\n"
-    "    -l, --id <VD id>\n"
-    "        ID of the virtual disk.\n"
-    "    -r, --raidmode <0|1|10|1E|5|50|6|60>\n"
-    "        The level to migrate to, the present one or one that is more redundant.\n"
-    "        If -r is not specified, the level stays as it is.\n"
-    "    -q, --paritydisks <# of parity disks>\n"
-    "        Number of parity disks: RAID6 (default 2) and RAID60 (default 4) only.\n"
-    "    -d, --pdid <PD id list>\n"
-    "        IDs of the target disks, separated by commas, all present member disks included.\n"
-    "    -h, --help\n\n"
-    "Examples:\n"
-    "    migrate -l 0 -r 5 -d 1,2,3\n\n"
-    "    Migrate virtual disk 0 to RAID5 on physical disks 1, 2 and 3.\n\n"
-    "    migrate -a pause -l 0\n\n"
-    "    Pause the migration of virtual disk 0.\n\n";
-
-const OptionSet migrateOptions = {.letters = migrateLetters, .longOptions = migrate_long, .required = "l"};
-
 static constexpr MigrationCommand migrateCommand = {
     .options = migrateOptions,
     .use = USE_MIGRATE_VD,

@@ -6,15 +6,6 @@
 #include "Public/confirm.h"
 #include "Public/raidOptions.h"
 
-const LongOption migrate_long[] = {{"action", required_argument, 'a'},
-                                   {"id", required_argument, 'l'},
-                                   {"raidmode", required_argument, 'r'},
-                                   {"paritydisks", required_argument, 'q'},
-                                   {"pdid", required_argument, 'd'},
-                                   OUTPUT_OPTION,
-                                   HELP_OPTION,
-                                   END_OF_OPTIONS};
-
 static bool takeAction(const char* value, MigrationRequest& request) {
     request.sizeOnly = strcasecmp(value, "size") == 0;
     if (request.sizeOnly) return true;

@@ -25,9 +25,6 @@ struct MigrationCommand {
     SteeringWords words;
 };
 
-inline constexpr char migrateLetters[] = "a:l:r:q:d:\1:h";
-extern const LongOption migrate_long[];
-
 // Reads and checks the options. False when the command is over; result is then what its handler returns.
 bool readMigration(int argc, char** argv, const _cmd_struct* row, const MigrationCommand& command,
                    MigrationRequest& request, int& result);

@@ -6,35 +6,6 @@
 #include "Public/errorMsg.h"
 #include "Public/utility.h"
 
-const char nvsram_sh[] = ":Read/write nvsram contents for test.";
-const char nvsram_help[] = "\nnvsram   -a <read|write>[-s <nvsram address offset>]\n"
-                           "         [-c <byte count>] [-p <pattern>] [-h] \n\n"
-                           "Options:\n"
-                           "    -a, --action <read|write>\n"
-                           "        Read the bytes, or write the pattern over them.\n"
-                           "    -s, --offset <nvsram address offset>\n"
-                           "        Where to start, in decimal or in hexadecimal behind 0x. The default is 0.\n"
-                           "    -c, --count <byte count>\n"
-                           "        Number of bytes. The default is 1, the maximum is 128k.\n"
-                           "    -p, --pattern <pattern>\n"
-                           "        Byte to write, in hexadecimal behind 0x. The default is 0x5A.\n"
-                           "    -h, --help\n\n"
-                           "Examples:\n"
-                           "    nvsram -a read -s 0x100 -c 64\n\n"
-                           "    Read 64 bytes from offset 0x100 on.\n\n"
-                           "    nvsram -a write -s 0x100 -c 64 -p 0xFF\n\n"
-                           "    Write 0xFF to the 64 bytes from offset 0x100 on.\n\n";
-
-static const LongOption nvsram_long[] = {{"action", required_argument, 'a'},
-                                         {"offset", required_argument, 's'},
-                                         {"count", required_argument, 'c'},
-                                         {"pattern", required_argument, 'p'},
-                                         OUTPUT_OPTION,
-                                         HELP_OPTION,
-                                         END_OF_OPTIONS};
-const OptionSet nvsramOptions = {
-    .letters = "a:s:c:p:\1:h", .longOptions = nvsram_long, .once = "ascp", .required = "a"};
-
 static constexpr KT_U32 TRANSFER = sizeof(_NVSRAM_Data::Data);
 
 namespace {

@@ -3,20 +3,6 @@
 #include "Public/errorMsg.h"
 #include "Public/utility.h"
 
-const char pause_sh[] = ":Pause all background activities on specified controller.";
-const char pause_help[] = "\n\npause -c <adapter id> [-h]\n\n"
-                          "Options:\n"
-                          "    -c, --controller <adapter id>\n"
-                          "        ID of the adapter whose background activities are paused.\n"
-                          "    -h, --help\n\n"
-                          "Examples:\n"
-                          "    pause -c 0\n\n"
-                          "    Pause all background activities on adapter 0.\n\n";
-
-static const LongOption pause_long[] = {
-    {"controller", required_argument, 'c'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet pauseOptions = {.letters = "c:\1:h", .longOptions = pause_long, .once = "c", .required = "c"};
-
 static Take takeOption(int option, const char* value, KT_U8& adapter) {
     if (option != 'c') return Take::Help;
     if (parseDecimal(value, adapter)) return Take::Yes;

@@ -6,31 +6,6 @@
 #include "Public/listing.h"
 #include "Public/vdBlocks.h"
 
-const char rebuild_sh[] = ":Start, stop, pause, resume or restart rebuilding VD.";
-const char rebuild_help[] = "\n\nrebuild [-a <start|stop|pause|resume|restart>] -l <VD id> [-d <PD id>] [-h]\n\n"
-                            "Options:\n"
-                            "    -a, --action <start|stop|pause|resume|restart>\n"
-                            "        What to do. If -a is not specified, rebuilding is started.\n"
-                            "        A paused rebuild can be resumed, an aborted one restarted.\n"
-                            "    -l, --id <VD id>\n"
-                            "        ID of the virtual disk.\n"
-                            "    -d, --pdid <PD id>\n"
-                            "        ID of the free physical disk to rebuild on. Needed to start.\n"
-                            "    -h, --help\n\n"
-                            "Examples:\n"
-                            "    rebuild -l 1 -d 4\n\n"
-                            "    Rebuild virtual disk 1 on physical disk 4.\n\n"
-                            "    rebuild -a pause -l 1\n\n"
-                            "    Pause rebuilding virtual disk 1.\n\n";
-
-static const LongOption rebuild_long[] = {{"action", required_argument, 'a'},
-                                          {"id", required_argument, 'l'},
-                                          {"pdid", required_argument, 'd'},
-                                          OUTPUT_OPTION,
-                                          HELP_OPTION,
-                                          END_OF_OPTIONS};
-const OptionSet rebuildOptions = {.letters = "a:l:d:\1:h", .longOptions = rebuild_long, .once = "ald", .required = "l"};
-
 static bool checkRequest(const ActivityRequest& request) {
     if (request.action != BGA_START || request.targets.count == 1) return true;
     if (request.targets.count == 0) {

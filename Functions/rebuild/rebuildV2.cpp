@@ -5,34 +5,6 @@
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 
-const char rebuildV2_sh[] = ":Start, pause or resume rebuilding array.";
-const char rebuildV2_help[] =
-    "\n\nrebuild [-a <start|stop|pause|resume|restart>] -l <array id> [-d <PD id list>] [-h]\n\n"
-    "Options:\n"
-    "    -a, --action <start|stop|pause|resume|restart>\n"
-    "        What to do. If -a is not specified, rebuilding is started.\n"
-    "        A paused rebuild can be resumed, an aborted one restarted.\n"
-    "    -l, --id <array id>\n"
-    "        ID of the array.\n"
-    "    -d, --pdid <PD id list>\n"
-    "        IDs of the physical disks to rebuild on, separated by commas: free disks,\n"
-    "        or spare drives of this array. Needed to start.\n"
-    "    -h, --help\n\n"
-    "Examples:\n"
-    "    rebuild -l 0 -d 4\n\n"
-    "    Rebuild array 0 on physical disk 4.\n\n"
-    "    rebuild -a pause -l 0\n\n"
-    "    Pause rebuilding array 0.\n\n";
-
-static const LongOption rebuildV2_long[] = {{"action", required_argument, 'a'},
-                                            {"id", required_argument, 'l'},
-                                            {"pdid", required_argument, 'd'},
-                                            OUTPUT_OPTION,
-                                            HELP_OPTION,
-                                            END_OF_OPTIONS};
-const OptionSet rebuildV2Options = {
-    .letters = "a:l:d:\1:h", .longOptions = rebuildV2_long, .once = "ald", .required = "l"};
-
 static bool checkRequest(const ActivityRequest& request) {
     if (request.action != BGA_START || request.targets.count > 0) return true;
     out("At least one target PD is required\n");

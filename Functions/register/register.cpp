@@ -5,34 +5,6 @@
 #include "Public/errorMsg.h"
 #include "Public/utility.h"
 
-const char register_sh[] = ":operation the register on adapter.";
-const char register_help[] = "\nregister [-t type] -a <read|write> [-d address] [-v value] [-h]\n\n"
-                             "Options:\n"
-                             "    -t, --type <mailbox>\n"
-                             "        Type of the register. The default is mailbox, the only type.\n"
-                             "    -a, --operation <read|write>\n"
-                             "        Read or write the register. The default is read.\n"
-                             "    -d, --address <address>\n"
-                             "        Number of the register, 0 or 1, in decimal or in hexadecimal behind 0x.\n"
-                             "        The default is 0.\n"
-                             "    -v, --value <value>\n"
-                             "        Value to write, in decimal or in hexadecimal behind 0x. Required for write.\n"
-                             "    -h, --help\n\n"
-                             "Examples:\n"
-                             "    register -a read -d 1\n\n"
-                             "    Read mailbox register 1.\n\n"
-                             "    register -a write -d 0 -v 0xff\n\n"
-                             "    Write 255 to mailbox register 0.\n\n";
-
-static const LongOption register_long[] = {{"type", required_argument, 't'},
-                                           {"operation", required_argument, 'a'},
-                                           {"address", required_argument, 'd'},
-                                           {"value", required_argument, 'v'},
-                                           OUTPUT_OPTION,
-                                           HELP_OPTION,
-                                           END_OF_OPTIONS};
-const OptionSet registerOptions = {.letters = "t:a:d:v:\1:h", .longOptions = register_long, .once = "tadv"};
-
 // Types of registers, as the library numbers them.
 enum RegisterType : KT_U8 { REGISTER_MAILBOX = 0 };
 static constexpr KT_U32 MAILBOX_REGISTERS = 2;

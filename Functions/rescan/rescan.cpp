@@ -5,21 +5,7 @@
 
 #include "Public/errorMsg.h"
 
-const char rescan_sh[] = ":Rescan the adapters";
-const char rescan_help[] = "\nrescan [-a ][-h]\n\n"
-                           "Options:\n"
-                           "    -a, --action  scan/getcount\n"
-                           "    -h, --help\n\n"
-                           "Examples:\n"
-                           "    rescan -a scan\n"
-                           "    Rescan the adapters.\n"
-                           "    rescan -a getcount --force\n"
-                           "    Get the rescan count, force unlock API.\n\n";
-
-static const LongOption rescan_long[] = {
-    {"action", required_argument, 'a'}, OUTPUT_OPTION, HELP_OPTION, {"force", no_argument, 'f'}, END_OF_OPTIONS};
 // -a may be given twice: once for each action.
-const OptionSet rescanOptions = {.letters = "a:\1:hf", .longOptions = rescan_long, .required = "a"};
 
 namespace {
 struct RescanOptions {

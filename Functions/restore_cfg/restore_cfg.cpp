@@ -13,38 +13,6 @@
 #include "Public/utility.h"
 #include "Public/wholeFile.h"
 
-const char restore_cfg_sh[] = ":Restore HBA,RAID and AutoLoad configuration from a text file.";
-const char restore_cfg_help[] = "\n\nrestore_cfg [-f <filename>][-t<phy>][--autoset][--raid][-h]\n\n"
-                                "Options:\n"
-                                "    -i, --id <adapter id>\n"
-                                "        The adapter is always the current one.\n"
-                                "    -f, --filename <filename>\n"
-                                "        File to read; double quotes around it may hold blanks. Default: 4740.txt or\n"
-                                "        4730.txt, after the kind of the adapter.\n"
-                                "    -t, --type phy\n"
-                                "        The file holds the PHY tuning of the ports only.\n"
-                                "    --autoset\n"
-                                "        Give each port a new SAS address and the adapter a new serial number, taken\n"
-                                "        from setcfg.txt or setcfg4.txt.\n"
-                                "    --raid\n"
-                                "        Delete all virtual disks and spares and create those of the file.\n"
-                                "    -h, --help\n\n"
-                                "Examples:\n"
-                                "    restore_cfg -f \"my adapter.txt\"\n\n"
-                                "    Restore the settings and ports from a file.\n\n"
-                                "    restore_cfg -f hba0_cfg.txt --raid\n\n"
-                                "    Restore the virtual disks and spares as well.\n\n";
-
-static const LongOption restore_cfg_long[] = {{"filename", required_argument, 'f'},
-                                              {"autoset", no_argument, 'a'},
-                                              {"raid", no_argument, 'r'},
-                                              {"type", required_argument, 't'},
-                                              OUTPUT_OPTION,
-                                              HELP_OPTION,
-                                              END_OF_OPTIONS};
-// The short forms of --autoset and --raid take an argument, which says nothing.
-const OptionSet restoreCfgOptions = {.letters = "f:a:r:\1:t:h", .longOptions = restore_cfg_long, .once = "far"};
-
 namespace {
 struct RestoreOptions {
     std::string file;

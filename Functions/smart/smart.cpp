@@ -5,20 +5,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char smart_sh[] = ":Display the smart info of physical disk.";
-const char smart_help[] = "\nsmart -p <PD id> [-h]\n\n"
-                          "Options:\n"
-                          "    -p, --phyId <PD id>\n"
-                          "        ID of the physical disk.\n"
-                          "    -h, --help\n\n"
-                          "Examples:\n"
-                          "    smart -p 0\n\n"
-                          "    Display the SMART status and attributes of physical disk 0.\n\n";
-
-static const LongOption smart_long[] = {{"phyId", required_argument, 'p'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet smartOptions = {
-    .letters = "\1:p:h", .longOptions = smart_long, .once = "p", .required = "p", .helpStyle = HelpStyle::OwnLine};
-
 static Take takeDisk(int option, const char* value, KT_U16& id) {
     if (option != 'p') return Take::Help;
     if (!parseDecimal(value, id)) {

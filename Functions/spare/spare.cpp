@@ -7,36 +7,6 @@
 #include "Public/errorMsg.h"
 #include "Public/utility.h"
 
-const char spare_sh[] = ":Assign a disk as spare drive.";
-const char spare_help[] = "\n\nassign -o <hba|array> -d <PD id> [-a <array id>] [--waiveconfirmation] [-h]\n\n"
-                          "Options:\n"
-                          "    -o, --object <hba|array>\n"
-                          "        Assign a global spare of the adapter (default) or a dedicated spare of\n"
-                          "        one array.\n"
-                          "    -d, --pdid <PD id>\n"
-                          "        ID of the physical disk.\n"
-                          "    -a, --arrayid <array id>\n"
-                          "        ID of the array. Dedicated spare only.\n"
-                          "    --waiveconfirmation\n"
-                          "        Do not ask when the disk has a file system on it.\n"
-                          "    -h, --help\n\n"
-                          "Examples:\n"
-                          "    assign -d 1\n\n"
-                          "    Assign physical disk 1 as a global spare.\n\n"
-                          "    assign -o array -d 2 -a 4\n\n"
-                          "    Assign physical disk 2 as a dedicated spare of array 4.\n\n";
-
-static const LongOption spare_long[] = {WAIVE_OPTION,
-                                        {"object", required_argument, 'o'},
-                                        {"pdid", required_argument, 'd'},
-                                        {"arrayid", required_argument, 'a'},
-                                        OUTPUT_OPTION,
-                                        HELP_OPTION,
-                                        END_OF_OPTIONS};
-static const char* const spare_objects[] = {"hba", "array", nullptr};
-const OptionSet spareOptions = {
-    .letters = "\1:o:d:a:h", .longOptions = spare_long, .once = "oda", .required = "d", .objects = spare_objects};
-
 namespace {
 struct SpareOptions {
     OptionCounts given;

@@ -7,24 +7,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char status_sh[] = ":Get SMART return status of a PD.";
-const char status_help[] = "\nstatus -o <pd|hd> [-i <PD id>] [-h]\n\n"
-                           "Options:\n"
-                           "    -o, --object <pd|hd>\n"
-                           "        Object whose status is displayed: physical disk (pd or hd).\n"
-                           "    -i, --id <PD id>\n"
-                           "        ID of the physical disk. Default: all physical disks.\n"
-                           "    -h, --help\n\n"
-                           "Examples:\n"
-                           "    status -o pd -i 3\n\n"
-                           "    Display whether physical disk 3 has exceeded a SMART threshold.\n\n";
-
-static const LongOption status_long[] = {
-    {"object", required_argument, 'o'}, {"id", required_argument, 'i'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-static const char* const status_objects[] = {"pd", "hd", nullptr};
-const OptionSet statusOptions = {
-    .letters = "\1:o:i:h", .longOptions = status_long, .once = "oi", .required = "o", .objects = status_objects};
-
 // Records that the status buffer holds.
 static constexpr KT_U16 MOST_RECORDS = 128;
 

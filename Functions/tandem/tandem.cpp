@@ -6,35 +6,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char tandem_sh[] = ":Tandemix Test Command.";
-const char tandem_help[] = "\ntandem -o empty -a address -l length -d vdid[-h]\n\n"
-                           "tandem -o count -d vdid[-h]\n\n"
-                           "tandem -o delete -d vdid[-h]\n\n\n"
-                           "Options:\n"
-                           "    -o, --object <empty|count|delete|system>\n"
-                           "        empty: add empty entry.\n"
-                           "        count: get entries table free information.\n"
-                           "        delete: delete entries table.\n"
-                           "    -a, entry start lba\n"
-                           "    -l, entry length\n"
-                           "    -h, --help\n\n"
-                           "Examples:\n"
-                           "    tandem -o empty -a 1073741824 -l 2147483648 -d 0\n\n"
-                           "    add 1G to 2G as empty entry to Tandemix 0.\n\n";
-
-// The long form of -l takes no value, so a length can only be given as -l.
-static const LongOption tandem_long[] = {{"object", required_argument, 'o'},   {"adress", required_argument, 'a'},
-                                         {"Tandemix", required_argument, 'd'}, OUTPUT_OPTION,
-                                         {"length", no_argument, 'l'},         END_OF_OPTIONS};
-static const char* const objects[] = {"empty", "count", "delete", nullptr};
-// -o may be repeated.
-const OptionSet tandemOptions = {.letters = "o:a:\1:d:l:h",
-                                 .longOptions = tandem_long,
-                                 .once = "ald",
-                                 .required = "od",
-                                 .objects = objects,
-                                 .oneMissing = true};
-
 namespace {
 struct TandemOptions {
     bool addEmpty = false;

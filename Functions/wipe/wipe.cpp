@@ -6,22 +6,6 @@
 #include "Public/listing.h"
 #include "Public/utility.h"
 
-const char wipe_sh[] = ":Wipe out disk drive MDD data.";
-const char wipe_help[] = "\n\nwipe -d <PDid> [-f] [-h]\n\n"
-                         "Options:\n"
-                         "    -d, --pdid <PDid>\n"
-                         "        ID of the physical disk, 0 to 254.\n"
-                         "    -f, --force\n"
-                         "        force wipe out if VD exist on this PD\n"
-                         "    -h, --help\n\n"
-                         "Examples:\n"
-                         "    wipe -d 3\n\n"
-                         "    Wipe out the MDD data of physical disk 3.\n\n";
-
-static const LongOption wipe_long[] = {
-    {"pdid", required_argument, 'd'}, {"force", no_argument, 'f'}, OUTPUT_OPTION, HELP_OPTION, END_OF_OPTIONS};
-const OptionSet wipeOptions = {.letters = "\1:d:fh", .longOptions = wipe_long, .once = "d", .required = "d"};
-
 namespace {
 struct WipeOptions {
     OptionCounts given;
