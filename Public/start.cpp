@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "Public/common.h"
+#include "Public/hold.h"
 #include "Public/utility.h"
 #include "utcTime/utcTime.h"
 
@@ -106,6 +107,7 @@ bool startLibrary() {
 int stopLibrary(int result) {
     KT_API_Finalize();
     bool written = closeOutput();
+    endBySignal();
     return result == 0 && !written ? 1 : result;
 }
 

@@ -10,6 +10,7 @@
 
 #include "Public/common.h"
 #include "Public/confirm.h"
+#include "Public/hold.h"
 #include "ktsetup/completion.h"
 #include "ktsetup/lineEditor.h"
 
@@ -56,7 +57,7 @@ static Line readLine() {
     }
 }
 
-// Runs one line; false when it asks to leave the shell.
+// Runs one line; false when it asks to leave the shell, or a signal that came meanwhile does.
 static bool runLine(char* line, char** words) {
     int count = 0;
     if (parse(&count, words, line) == 0) {
@@ -68,7 +69,7 @@ static bool runLine(char* line, char** words) {
         return true;
     }
     words[count] = nullptr;
-    return cmdDispatcher(count, words) != -1;
+    return cmdDispatcher(count, words) != -1 && heldSignal() == 0;
 }
 
 void runShell() {

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "Functions/aes/aesCommand.h"
+#include "Public/hold.h"
 #include "Public/utility.h"
 
 static constexpr int LABEL_WIDTH = 24;
@@ -81,6 +82,7 @@ static int setConfig(const AesEntryOptions& o, const OptionCounts& given, const 
     config.key_length = static_cast<KT_U8>(strnlen(reinterpret_cast<const char*>(o.key), sizeof o.key));
     memcpy(config.key_content, o.key, sizeof config.key_content);
     memcpy(config.user_auth, o.password, sizeof config.user_auth);
+    const Hold hold("the entry would have the old key or the new one, and nothing would tell which");
     KT_U8 status = KT_AES_SetEntryConfig(gCurrentAdapter, &config, o.password);
     explicit_bzero(&config, sizeof config);
     if (status != KT_OK) {

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "Functions/aes/aesCommand.h"
+#include "Public/hold.h"
 #include "Public/utility.h"
 
 namespace {
@@ -67,6 +68,7 @@ static bool checkOptions(const char* command, const OptionCounts& given, const A
 static int changePassword(const AesOpOptions& o, _AES_Entry_Config& config) {
     memcpy(config.key_content, o.oldPassword, sizeof config.key_content);
     memcpy(config.user_auth, o.password, sizeof config.user_auth);
+    const Hold hold("the entry would have the old password or the new one, and nothing would tell which");
     KT_U8 status = KT_AES_ChangePwd(gCurrentAdapter, &config, o.password);
     if (status == KT_OK) {
         out("\nAES change password of entry %d is returned successfully.\n", o.entry);

@@ -4,6 +4,7 @@
 #include "Functions/create/createV2Steps.h"
 #include "Public/disks.h"
 #include "Public/errorMsg.h"
+#include "Public/hold.h"
 #include "Public/listing.h"
 #include "Public/raidRules.h"
 
@@ -131,6 +132,7 @@ static void setArrayCache(const _CreateOrModify_DG_Param& param, KT_BOOLEAN cach
 }
 
 static int create(_CreateOrModify_DG_Param& param, KT_BOOLEAN cacheOn) {
+    const Hold hold("the new array would be left without its write cache setting and name");
     KT_U8 status = KT_CreateOrModify_DG(gCurrentAdapter, &param, 0);
     if (status == KT_OK) {
         out("Create array %d successfully.\n", param.DGID);

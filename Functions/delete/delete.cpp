@@ -5,6 +5,7 @@
 
 #include "Public/confirm.h"
 #include "Public/errorMsg.h"
+#include "Public/hold.h"
 #include "Public/listing.h"
 #include "Public/utility.h"
 
@@ -131,6 +132,13 @@ static int removeVirtualDisk(KT_U16 id, KT_U8 stopActivity) {
     return status;
 }
 
+static int stopAndRemove(KT_U16 id) {
+    const Hold hold("the virtual disk would stay, its background activity stopped");
+    // An activity that cannot be stopped shows in the deletion.
+    KT_LD_BGAControl(gCurrentAdapter, id, KT_CONTROL_STOP_FOR_DELETE);
+    return removeVirtualDisk(id, 1);
+}
+
 static int deleteVirtualDisk(const DeleteOptions& o) {
     constexpr KT_U8 ANY_ACTIVITY = 0x7F;
     _LD_Status_Request request;
@@ -145,8 +153,7 @@ static int deleteVirtualDisk(const DeleteOptions& o) {
     if (vd.Status == KT_VD_OFFLINE || vd.Status == KT_VD_FOREIGN) return removeVirtualDisk(o.id, 0);
     if ((vd.BgaState & ANY_ACTIVITY) != 0) {
         if (!o.waive && !o.force && !confirmActivity(o.id, vd.Bga)) return 0;
-        // An activity that cannot be stopped shows in the deletion.
-        KT_LD_BGAControl(gCurrentAdapter, o.id, KT_CONTROL_STOP_FOR_DELETE);
+        return stopAndRemove(o.id);
     }
     return removeVirtualDisk(o.id, 1);
 }

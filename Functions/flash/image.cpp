@@ -8,6 +8,7 @@
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
 #include "Public/flashPage.h"
+#include "Public/hold.h"
 #include "Public/imageFile.h"
 #include "Public/newFile.h"
 #include "Public/progress.h"
@@ -84,6 +85,7 @@ int updateImage(const Image& image) {
     }
     int result = 0;
     if (mayUpdate(image, result)) {
+        const Hold hold("the flash would keep an incomplete image, with which the adapter may not start again");
         announce(image, length);
         result = writePages(image, fd, length);
     }

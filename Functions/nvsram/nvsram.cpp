@@ -4,6 +4,7 @@
 #include <strings.h>
 
 #include "Public/errorMsg.h"
+#include "Public/hold.h"
 #include "Public/utility.h"
 
 static constexpr KT_U32 TRANSFER = sizeof(_NVSRAM_Data::Data);
@@ -91,7 +92,7 @@ static KT_U8 transfer(const NvsramOptions& o, KT_U32 offset, KT_U32 length) {
     return KT_OK;
 }
 
-static KT_U8 transferAll(const NvsramOptions& o) {
+static KT_U8 transferPieces(const NvsramOptions& o) {
     KT_U32 offset = o.offset;
     KT_U32 left = o.count;
     for (; left > TRANSFER; left -= TRANSFER, offset += TRANSFER) {
@@ -106,6 +107,12 @@ static KT_U8 transferAll(const NvsramOptions& o) {
         out("\nFailed to run nvsram read/write test (error %d: %s).\n", status, ErrorMessage(status));
     }
     return status;
+}
+
+static KT_U8 transferAll(const NvsramOptions& o) {
+    if (o.action != KT_NVSRAM_WRITE) return transferPieces(o);
+    const Hold hold("a part of the range would keep what it held before");
+    return transferPieces(o);
 }
 
 int doNvsramRW(int argc, char** argv, _cmd_struct* row) {

@@ -10,6 +10,7 @@
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
 #include "Public/flashPage.h"
+#include "Public/hold.h"
 #include "Public/utility.h"
 #include "Public/wholeFile.h"
 
@@ -243,6 +244,7 @@ static int restore(const RestoreOptions& o) {
     if (raid == nullptr) return KT_ERR_NO_RESOURCE;
     _HBA_Info_Page current;
     _HBA_Info_Page page;
+    const Hold hold("the configuration would be restored in part, and virtual disks of it may be missing");
     int result = restorePage(o, current, page, *raid);
     if (result != 0) return result;
     // From here on 1 is the result of success, too.
