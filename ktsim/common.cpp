@@ -151,8 +151,9 @@ CLI::Validator between(double least, double most) {
     snprintf(range, sizeof range, "%.10g to %.10g", least, most);
     const std::string name = range;
     const auto check = [least, most, name](std::string& text) {
-        double number = 0;
-        const bool inside = CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
+        char* end = nullptr;
+        const double number = strtod(text.c_str(), &end);
+        const bool inside = !text.empty() && *end == '\0' && number >= least && number <= most;
         return inside ? std::string() : text + " is not a number from " + name;
     };
     return CLI::Validator(check, name);
