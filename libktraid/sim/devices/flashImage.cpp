@@ -1,12 +1,11 @@
 #include "devices/flashImage.h"
 
-#include "state/checksum.h"
-
 #include <cstring>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <zlib.h>
 
 namespace sim {
 
@@ -36,8 +35,12 @@ const ImageKind* imageKindNamed(const std::string& word) {
     return nullptr;
 }
 
+static KT_U32 checksum(const void* bytes, size_t size) {
+    return static_cast<KT_U32>(crc32_z(0, static_cast<const Bytef*>(bytes), size));
+}
+
 static KT_U32 headerChecksum(const ImageHeader& header) {
-    return crc32(&header, offsetof(ImageHeader, headerChecksum));
+    return checksum(&header, offsetof(ImageHeader, headerChecksum));
 }
 
 std::string makeImage(const ImageKind& kind, const ImageVersion& version, KT_U16 subVendorId, const std::string& data) {
@@ -47,7 +50,7 @@ std::string makeImage(const ImageKind& kind, const ImageVersion& version, KT_U16
     header.headerSize = sizeof header;
     header.imageType = kind.type;
     header.dataSize = static_cast<KT_U32>(data.size());
-    header.dataChecksum = crc32(data.data(), data.size());
+    header.dataChecksum = checksum(data.data(), data.size());
     header.major = version.major;
     header.minor = version.minor;
     header.revision = version.revision;
@@ -78,7 +81,7 @@ ImageFault checkImage(const std::string& image, ImageHeader& header) {
     memcpy(&header, image.data(), sizeof header);
     const size_t size = image.size() - sizeof header;
     const bool data =
-        header.dataSize == size && header.dataChecksum == crc32(image.data() + sizeof header, size) && size > 0;
+        header.dataSize == size && header.dataChecksum == checksum(image.data() + sizeof header, size) && size > 0;
     if (!headerIsSound(header)) return ImageFault::Header;
     return data ? ImageFault::None : ImageFault::Data;
 }

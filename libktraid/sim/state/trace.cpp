@@ -1,7 +1,5 @@
 #include "state/trace.h"
 
-#include "state/checksum.h"
-
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <zlib.h>
 
 namespace sim {
 
@@ -32,7 +31,7 @@ static void appendFlashPage(std::string& line, const void* data) {
     const auto* page = static_cast<const _Flash_Data*>(data);
     const size_t size = page->Size < sizeof page->Data ? page->Size : sizeof page->Data;
     char tail[40];
-    snprintf(tail, sizeof tail, "+%zu:%08x", size, crc32(page->Data, size));
+    snprintf(tail, sizeof tail, "+%zu:%08x", size, static_cast<unsigned>(crc32_z(0, page->Data, size)));
     appendHex(line, data, FLASH_HEAD, 0, 0);
     line += tail;
 }
