@@ -441,6 +441,56 @@ void composeEvent(const _Event& event, char (&text)[EVENT_TEXT_SIZE]) {
     compose(event, "WARNING: Unknown event class %d, code %d", classAndCode, composed);
 }
 
+static const char* placeholder(Value value) {
+    switch (value) {
+    case Device:
+        return "<device>";
+    case Kind:
+        return "Virtual Disk";
+    case Param0:
+    case Param0Low:
+        return "<param 1>";
+    case Param1:
+        return "<param 2>";
+    case Param2:
+        return "<param 3>";
+    case Param3:
+        return "<param 4>";
+    case Serial:
+        return "<sense text>";
+    case Sequence:
+        return "<sequence>";
+    default:
+        return "<number>";
+    }
+}
+
+bool describeEvents(unsigned row, KT_U16& eventClass, KT_U16& code, char (&text)[EVENT_TEXT_SIZE]) {
+    if (row >= sizeof eventRows / sizeof eventRows[0]) return false;
+    const EventRow& events = eventRows[row];
+    eventClass = events.eventClass;
+    code = events.code;
+    Composed composed = {text, 0};
+    text[0] = '\0';
+    const Value* value = events.values;
+    const char* at = events.text;
+    // The leading "%s" is always empty, the blank behind it a margin.
+    if (strncmp(at, "%s", 2) == 0) at += 2;
+    at += *at == ' ' ? 1 : 0;
+    while (*at != '\0') {
+        if (*at != '%') {
+            add(composed, "%c", *at++);
+        } else if (at[1] == '%') {
+            add(composed, "%c", '%');
+            at += 2;
+        } else {
+            add(composed, "%s", placeholder(*value++));
+            at += strncmp(at, "%08x", 4) == 0 ? 4 : 2;
+        }
+    }
+    return true;
+}
+
 bool isAdapterDetected(const _Event& event) {
     return event.Class == ADAPTER && event.Code == ADAPTER_DETECTED;
 }

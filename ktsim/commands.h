@@ -2,6 +2,7 @@
 // throws CommandFailure.
 #pragma once
 
+#include "devices/enclosureElements.h"
 #include "state/store.h"
 
 #include <CLI/CLI.hpp>
@@ -52,6 +53,10 @@ void changeAdapter(const Options& options, const std::function<void(sim::Context
 // Lets everything happen that is due on every adapter by now; inside a transaction that writes.
 void settleAll(sim::Store& store);
 unsigned adapterCount(sim::Store& store);
+
+// "0 critical, 1-3 ok": how an enclosure's elements of a kind do; only those that are not well when `onlyFaults`.
+std::string describeElements(const sim::Context& context, KT_U16 enclosure, const sim::ElementKind& kind,
+                             bool onlyFaults);
 
 // Text of a record for a terminal: up to its NUL or end, control bytes as '?'.
 std::string printable(const void* text, size_t size);

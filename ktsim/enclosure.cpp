@@ -62,8 +62,8 @@ static const char* statusWord(KT_U8 status) {
     return code < std::size(WORDS) ? WORDS[code] : "reserved";
 }
 
-// "0 critical, 1-3 ok"
-static std::string describeElements(const Context& context, KT_U16 enclosure, const ElementKind& kind) {
+std::string describeElements(const Context& context, KT_U16 enclosure, const ElementKind& kind, bool onlyFaults) {
+    static const KT_U8 OK = 1;
     std::string text;
     std::string last;
     unsigned first = 0;
@@ -73,9 +73,11 @@ static std::string describeElements(const Context& context, KT_U16 enclosure, co
                            getElementInfo(context, enclosure, kind.type, static_cast<KT_U8>(number), info) == KT_OK;
         const std::string word = there ? statusWord(info.Status[0]) : "";
         if (number != 0 && word != last) {
-            text += (text.empty() ? "" : ", ") + std::to_string(first);
-            if (number - first > 1) text += "-" + std::to_string(number - 1);
-            text += " " + last;
+            if (!onlyFaults || last != statusWord(OK)) {
+                text += (text.empty() ? "" : ", ") + std::to_string(first);
+                if (number - first > 1) text += "-" + std::to_string(number - 1);
+                text += " " + last;
+            }
             first = number;
         }
         last = word;
@@ -90,7 +92,7 @@ static void showEnclosures(const Context& context) {
                printable(enclosure.ProductID, sizeof enclosure.ProductID).c_str(),
                enclosure.Status == 0 ? "OK" : "unstable");
         for (const std::string& word : elementWords()) {
-            const std::string elements = describeElements(context, static_cast<KT_U16>(id), kindOf(word));
+            const std::string elements = describeElements(context, static_cast<KT_U16>(id), kindOf(word), false);
             if (!elements.empty()) printf("  %-8s%s\n", word.c_str(), elements.c_str());
         }
         return true;

@@ -1,7 +1,11 @@
+#include "Public/eventText.h"
 #include "commands.h"
 #include "state/events.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 using namespace sim;
@@ -14,6 +18,7 @@ struct EventOptions {
     unsigned count = 1;
     std::vector<KT_U32> params;
     std::string sense;
+    bool list = false;
 };
 
 static int hexDigit(char digit) {
@@ -50,12 +55,26 @@ static void log(const Options& options, const EventOptions& wanted) {
     });
 }
 
+static void listEvents() {
+    std::vector<std::tuple<KT_U16, KT_U16, std::string>> events;
+    KT_U16 eventClass = 0;
+    KT_U16 code = 0;
+    char text[EVENT_TEXT_SIZE];
+    for (unsigned row = 0; describeEvents(row, eventClass, code, text); ++row)
+        events.emplace_back(eventClass, code, text);
+    std::stable_sort(events.begin(), events.end(), [](const auto& one, const auto& other) {
+        return std::tie(std::get<0>(one), std::get<1>(one)) < std::tie(std::get<0>(other), std::get<1>(other));
+    });
+    for (const auto& [group, number, words] : events)
+        printf("%2u %3u  %s\n", unsigned{group}, unsigned{number}, words.c_str());
+}
+
 void addEvent(CLI::App& app, Options& options) {
     CLI::App* command = app.add_subcommand("event", "Put an event into an adapter's log");
     const auto wanted = std::make_shared<EventOptions>();
     const CLI::Range word(0U, 65535U);
-    command->add_option("CLASS", wanted->eventClass, "Event class")->required()->check(word);
-    command->add_option("CODE", wanted->code, "Event code within the class")->required()->check(word);
+    CLI::Option* eventClass = command->add_option("CLASS", wanted->eventClass, "Event class")->check(word);
+    CLI::Option* code = command->add_option("CODE", wanted->code, "Event code within the class")->check(word);
     command->add_option("-d,--device", wanted->device, "The device it concerns")->check(word)->capture_default_str();
     command->add_option("-s,--severity", wanted->severity, "0 unknown to 7 fatal; 2 is information")
         ->check(CLI::Range(unsigned{SEV_UNKNOWN}, unsigned{SEV_FATAL}))
@@ -66,5 +85,13 @@ void addEvent(CLI::App& app, Options& options) {
         ->check(CLI::Range(1U, 1000000U))
         ->capture_default_str();
     addAdapterOption(*command, options);
-    command->callback([&options, wanted] { log(options, *wanted); });
+    command->add_flag("--list", wanted->list, "Print the classes, codes and texts that there are")
+        ->excludes(eventClass)
+        ->excludes(code);
+    command->callback([&options, wanted, eventClass, code] {
+        if (wanted->list) return listEvents();
+        if (eventClass->count() == 0) throw CLI::RequiredError("CLASS");
+        if (code->count() == 0) throw CLI::RequiredError("CODE");
+        log(options, *wanted);
+    });
 }

@@ -16,6 +16,7 @@ struct FaultOptions {
     unsigned times = 0;
     int adapter = -1;
     std::string kind = "status";
+    bool listCalls = false;
 };
 
 static const char* const KIND_NAMES[] = {"status", "count", "text", "next"};
@@ -44,6 +45,11 @@ static bool knownCall(const std::string& name) {
     for (const char* const* call = CALL_NAMES; *call; ++call)
         if (name == *call) return true;
     return false;
+}
+
+static void listCalls() {
+    for (const char* const* call = CALL_NAMES; *call; ++call)
+        printf("%s\n", *call);
 }
 
 static KT_U8 kindOf(const std::string& name) {
@@ -87,6 +93,7 @@ void addFault(CLI::App& app, Options& options) {
                      "to the brim (text), a next index that does not advance (next)")
         ->check(CLI::IsMember({"status", "count", "text", "next"}))
         ->capture_default_str();
+    command->add_flag("--list-calls", wanted->listCalls, "Print the calls that can go wrong");
     CLI::App* clear = command->add_subcommand("clear", "Remove all faults");
     clear->callback(
         [&options] { changeState(options, [](Store& store) { eraseRows(store, ADAPTER_GLOBAL, KIND_FAULT); }); });
@@ -101,6 +108,7 @@ void addFault(CLI::App& app, Options& options) {
     });
     command->callback([&options, wanted, status, command] {
         if (!command->get_subcommands().empty()) return;
+        if (wanted->listCalls) return listCalls();
         if (wanted->call.empty()) throw CLI::RequiredError("CALL");
         setFault(options, *wanted, status->count() != 0);
     });

@@ -1,3 +1,4 @@
+#include "Public/common.h"
 #include "commands.h"
 #include "lab/lab.h"
 
@@ -34,6 +35,7 @@ static int runWords(int argc, char** argv) {
     app.name("ktsim");
     app.require_subcommand(1);
     app.set_help_all_flag("--help-all", "Print the help of every command");
+    app.set_version_flag("--version", std::string("ktsim ") + CLI_VERSION, "Print the version and exit");
     app.add_option("--state", options.state, "The state's file, instead of KTRAID_SIM")
         ->check(
             [](const std::string& path) { return path.empty() ? std::string("should name a file") : std::string(); });

@@ -1,18 +1,66 @@
-# Completion for ktsim: subcommands and options as its own help names them, built-in labs, file names.
+# Completion for ktsim: subcommands and options as its own help names them, built-in labs, calls, events, and what the
+# adapters have: disks, enclosures. File names otherwise.
 
-# The help of the subcommand that the words $@ name; words that are none leave it at the last one that is.
-_ktsim_help() {
+# The subcommands among the words $@, up to the first that is none; in REPLY, as many words.
+_ktsim_path() {
   local word path=()
   for word in "$@"; do
     [[ $word =~ ^[a-z]+$ ]] || continue
     ktsim "${path[@]}" "$word" --help >/dev/null 2>&1 </dev/null || break
     path+=("$word")
   done
-  ktsim "${path[@]}" --help 2>/dev/null </dev/null
+  REPLY="${path[*]}"
+}
+
+# What ktsim itself says to the words $@, on the state that the line names.
+_ktsim_ask() {
+  local state=() i
+  for (( i = 1; i < COMP_CWORD; i++ )); do
+    [[ ${COMP_WORDS[i]} == --state ]] && state=(--state "${COMP_WORDS[i+1]}")
+  done
+  timeout 2 ktsim "${state[@]}" "$@" 2>/dev/null </dev/null
+}
+
+# The adapter that the line names.
+_ktsim_adapter() {
+  local i
+  REPLY=0
+  for (( i = 1; i < COMP_CWORD - 1; i++ )); do
+    [[ ${COMP_WORDS[i]} == -a || ${COMP_WORDS[i]} == --adapter ]] && REPLY=${COMP_WORDS[i+1]}
+  done
+  [[ $REPLY =~ ^[0-9]+$ ]] || REPLY=0
+}
+
+# The words that fit the next place of the command $1 ($2 = how many words stand in its places already), one a line.
+_ktsim_places() {
+  local REPLY
+  _ktsim_adapter
+  case $1 in
+    "disk insert") _ktsim_ask status --all -a "$REPLY" | awk '/^  PD .*  pulled out$/ { print $2 }' ;;
+    "disk replace") (( $2 == 0 )) && _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / { print $2 }' ;;
+    "disk pull" | "disk fail")
+      _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / && !/  pulled out$/ { print $2 }'
+      ;;
+    "disk "*) (( $2 == 0 )) && _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / && !/  pulled out$/ { print $2 }' ;;
+    "enclosure set" | "enclosure reading")
+      (( $2 == 0 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^Enclosure / { print $2 }'
+      (( $2 == 1 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^  / { print $1 }'
+      ;;
+    "enclosure pull" | "enclosure insert")
+      (( $2 == 0 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^Enclosure / { print $2 }'
+      ;;
+    fault) (( $2 == 0 )) && _ktsim_ask fault --list-calls ;;
+    event)
+      (( $2 == 0 )) && _ktsim_ask event --list | awk '{ print $1 }'
+      (( $2 == 1 )) && _ktsim_ask event --list | awk -v class="${COMP_WORDS[COMP_CWORD-1]}" '$1 == class { print $2 }'
+      ;;
+    "clock until") echo idle ;;
+    "battery charger") printf 'broken\nworking\n' ;;
+  esac | sort -u
 }
 
 _ktsim() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} help i
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} help path i REPLY places
   COMPREPLY=()
   for (( i = 1; i < COMP_CWORD; i++ )); do
     # Behind "--" stands another command.
@@ -22,7 +70,7 @@ _ktsim() {
     fi
   done
   case $before in
-    --lab | -l)
+    --lab | -l | --from)
       compopt -o default
       mapfile -t COMPREPLY < <(compgen -W "$(ktsim create --list 2>/dev/null </dev/null)" -- "$word")
       return
@@ -32,11 +80,24 @@ _ktsim() {
       return
       ;;
   esac
-  help=$(_ktsim_help "${COMP_WORDS[@]:1:COMP_CWORD-1}")
+  _ktsim_path "${COMP_WORDS[@]:1:COMP_CWORD-1}"
+  path=$REPLY
+  # The path is made of words that are only letters.
+  help=$(ktsim $path --help 2>/dev/null </dev/null)
   if [[ $word == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$(grep -oE -- '--[a-z-]+' <<<"$help")" -- "$word")
-  else
-    mapfile -t COMPREPLY < <(compgen -W "$(awk '/^Subcommands:/ { on = 1; next } /^[^ ]/ { on = 0 } on { print $1 }' <<<"$help")" -- "$word")
+    return
   fi
+  places=0
+  for (( i = 1; i < COMP_CWORD; i++ )); do
+    [[ ${COMP_WORDS[i]} == -* ]] || (( ++places ))
+    # What stands behind these is theirs.
+    [[ ${COMP_WORDS[i]} =~ ^(-a|--adapter|--state)$ ]] && (( --places ))
+  done
+  set -- $path
+  places=$(( places - $# ))
+  mapfile -t COMPREPLY < <(compgen -W "$(awk '/^Subcommands:/ { on = 1; next } /^[^ ]/ { on = 0 } on { print $1 }' <<<"$help")
+    $(_ktsim_places "$path" "$places")" -- "$word")
+  [[ $path == "image make" ]] && compopt -o default
 }
 complete -F _ktsim ktsim

@@ -23,34 +23,34 @@ A state is made once; over an existing one only when that is wanted.
   Clock   2026-01-05 08:00:00 UTC, stopped
   Faults  none
   
+  Adapter 1  Tarn S4h (LD-based), no battery, last event 1
+    10 disks, 4 virtual disks
+    VD 1     media            RAID5          1.0 TiB  degraded, write-back, unsafe (no battery)
+            [#######-------------] 37% rebuild of disk 5 from disks 3 4, 1 h 8 min left
+    VD 0     system           RAID1        200.0 GiB  online, write-back, unsafe (no battery), runs the OS
+    VD 2     spool            RAID0        200.0 GiB  online, write-back, unsafe (no battery)
+    VD 3     home             hybrid       200.0 GiB  online, write-back, unsafe (no battery)
+    PD 0     Gannet GT1000G        SATA     931.5 GiB  port 0      member of VD 0
+    PD 7     Gannet GT2000G        SATA       1.8 TiB  PM 0:4      free
+    PD 8     Gannet GT1000G        SATA     931.5 GiB  PM 1:1      member of VD 2
+    PD 9     Gannet GT1000G        SATA     931.5 GiB  PM 1:2      member of VD 2
+  
   Adapter 0  Tarn R8i (array-based), battery 95%, last event 1
     13 disks, 3 arrays, 4 virtual disks
     Array 0  system           RAID1        745.2 GiB  functional, 245.2 GiB free
     Array 1  databases        RAID5          3.6 TiB  functional, 1.6 TiB free
     Array 2  archive          RAID6          7.3 TiB  functional, full
-    VD 0     boot             RAID1        100.0 GiB  array 0  online, runs the OS
-    VD 1     scratch          RAID1        400.0 GiB  array 0  online
-    VD 2     orders           RAID5          2.0 TiB  array 1  online
-    VD 3     archive          RAID6          7.3 TiB  array 2  online
-    PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  member of array 1
-    PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  member of array 0
-    PD 8     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  member of array 0
-    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  spare of array 1
-    PD 10    Gannet GT4000G        SATA       3.6 TiB  global spare
-    PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  free
-    PD 12    Gannet GT1000G        SATA     931.5 GiB  free
-  
-  Adapter 1  Tarn S4h (LD-based), no battery, last event 1
-    10 disks, 4 virtual disks
-    VD 0     system           RAID1        200.0 GiB  online, runs the OS
-    VD 1     media            RAID5          1.0 TiB  degraded
-            [#######-------------] 37% rebuild, 1 h 8 min left
-    VD 2     spool            RAID0        200.0 GiB  online
-    VD 3     home             hybrid       200.0 GiB  online
-    PD 0     Gannet GT1000G        SATA     931.5 GiB  member
-    PD 7     Gannet GT2000G        SATA       1.8 TiB  free
-    PD 8     Gannet GT1000G        SATA     931.5 GiB  member
-    PD 9     Gannet GT1000G        SATA     931.5 GiB  member
+    VD 0     boot             RAID1        100.0 GiB  array 0  online, write-back, runs the OS
+    VD 1     scratch          RAID1        400.0 GiB  array 0  online, write-back
+    VD 2     orders           RAID5          2.0 TiB  array 1  online, write-back (auto: battery 95%)
+    VD 3     archive          RAID6          7.3 TiB  array 2  online, write-through
+    PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1
+    PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0
+    PD 8     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:8     member of array 0
+    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:9     spare of array 1
+    PD 10    Gannet GT4000G        SATA       3.6 TiB  bay 1:10    global spare
+    PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  port 6      free
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  port 7      free
   $ ktsim create --lab nothere
   ktsim: nothere is neither a file nor one of the labs: default empty full hostile none troubled
   [1]
@@ -126,10 +126,10 @@ Setting it moves dates only: no work is done or lost, nothing planned falls due.
   $ lab default && ktsim disk fail 0 --force && ktsim clock advance 1h
   $ for day in 2027-01-01 2026-01-01; do ktsim clock set "$day 08:00:00" && ktsim status | grep '27%\|last event'; done
   Adapter 0  Tarn R8i (array-based), battery 95%, last event 7
-            [#####---------------] 27% rebuild, 2 h 38 min left
+            [#####---------------] 27% rebuild of disk 9 from disks 1 2, 2 h 38 min left
   Adapter 1  Tarn S4h (LD-based), no battery, last event 3
   Adapter 0  Tarn R8i (array-based), battery 95%, last event 7
-            [#####---------------] 27% rebuild, 2 h 38 min left
+            [#####---------------] 27% rebuild of disk 9 from disks 1 2, 2 h 38 min left
   Adapter 1  Tarn S4h (LD-based), no battery, last event 3
   $ ktsim clock until idle && kt event | grep -m1 Time
   Idle after 2 h 38 min.
@@ -199,15 +199,11 @@ Disks; what follows is the adapter's business.
   Disk 1 holds parts of virtual disks. Go on? [y/N] ktsim: nothing was changed
   
   [1]
-  $ ktsim disk fail 1 --force && ktsim status | grep -A1 'Array 1\|VD 2'
+  $ ktsim disk fail 1 --force && ktsim status | grep -A1 'Array 1  \|VD 2  .*array'
+    VD 2     orders           RAID5          2.0 TiB  array 1  degraded, write-back (auto: battery 95%)
+    PD 1     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:1     not in use, FAILED
     Array 1  databases        RAID5          3.6 TiB  functional, 1.6 TiB free
-            [--------------------] 0% rebuild, 3 h 38 min left
-  --
-    VD 2     orders           RAID5          2.0 TiB  array 1  degraded
-    VD 3     archive          RAID6          7.3 TiB  array 2  online
-  --
-    VD 2     spool            RAID0        200.0 GiB  online
-    VD 3     home             hybrid       200.0 GiB  online
+            [--------------------] 0% rebuild of disk 9 from disks 0 2, 3 h 38 min left
   $ ktsim disk fail 1 --force
   ktsim: there is no disk 1 that works
   [1]
@@ -215,8 +211,8 @@ Disks; what follows is the adapter's business.
   ktsim: there is no disk 1 that was pulled
   [1]
   $ ktsim disk pull 12 && ktsim status | grep 'PD 12 ' && ktsim disk insert 12 && ktsim status | grep 'PD 12 '
-    PD 12    Gannet GT1000G        pulled out
-    PD 12    Gannet GT1000G        SATA     931.5 GiB  free
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  port 7      pulled out
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  port 7      free
 Disks of another lab bring their virtual disks; they get ids and numbers of their own.
 
   $ cat > other.json <<EOF
@@ -245,14 +241,12 @@ Disks of another lab bring their virtual disks; they get ids and numbers of thei
   [1]
   $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim clock until idle
   Idle after 7 h 16 min.
-  $ ktsim status | grep 'VD 2\|PD [19] \|PD 11'
-    VD 2     orders           RAID5          2.0 TiB  array 1  online
-    PD 1     Fulmar FX2000G-SAS    SAS        1.8 TiB  member of array 1
-    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  spare of array 1
-    PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  free, failing
-    VD 2     spool            RAID0        200.0 GiB  online
-    PD 1     Gannet GT1000G        SATA     931.5 GiB  member
-    PD 9     Gannet GT1000G        SATA     931.5 GiB  member
+  $ ktsim status | grep 'VD 2  \|PD [19]  .*bay\|PD 11'
+    PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  port 6      free, failing
+    VD 2     orders           RAID5          2.0 TiB  array 1  online, write-back (auto: battery 95%)
+    PD 1     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:1     member of array 1
+    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:9     spare of array 1
+    VD 2     spool            RAID0        200.0 GiB  online, write-back, unsafe (no battery)
 
 What is wrong on a disk shows where a person looks for it, and when something reads there.
 
@@ -276,7 +270,7 @@ What is wrong on a disk shows where a person looks for it, and when something re
   ktsim: disk 0 keeps no SMART attributes
   [1]
   $ ktsim status | grep 'PD 3 .*bad'
-    PD 3     Gannet GT4000G        SATA       3.6 TiB  member of array 2, 5 bad sectors
+    PD 3     Gannet GT4000G        SATA       3.6 TiB  bay 1:3     member of array 2, 5 bad sectors
 
 Elements of enclosures.
 

@@ -217,6 +217,21 @@ static void reviewDisk(const Context& context, KT_U16 pd, KT_U8 port) {
     }
 }
 
+const char* whyLocked(const Context& context, KT_U16 pd) {
+    const auto disk = find<_HD_Info>(context, pd);
+    const auto cipher = find<DiskCipher>(context, pd);
+    const auto port = disk ? rootPort(context, disk->Link.Parent) : std::nullopt;
+    if (!cipher || !cipher->offline || !port) return "";
+    switch (cipherComplaint(context, *port, *cipher)) {
+    case EVT_PLAIN_ON_CRYPTO_PORT:
+        return "it is plain, its port encrypts";
+    case EVT_CRYPTO_ON_PLAIN_PORT:
+        return "it is encrypted, its port is not";
+    default:
+        return "the key of its port is not its own";
+    }
+}
+
 void reviewDiskCipher(const Context& context, KT_U16 pd) {
     const auto disk = find<_HD_Info>(context, pd);
     if (!disk) return;

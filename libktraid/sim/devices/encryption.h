@@ -25,6 +25,9 @@ KT_U8 clearAesLink(const Context& context, KT_U8 port);
 // Gives a disk that its cipher keeps offline the cipher of its port, on that part of it, and brings it up.
 KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, KT_U16 pd, KT_U8 percentage);
 
+// Why the cipher of an offline disk keeps it so, for people ("no key fits", ...); empty when that is not the reason.
+const char* whyLocked(const Context& context, KT_U16 pd);
+
 // To be called for a disk that arrives: offline, with its event, when its cipher does not suit its port.
 void reviewDiskCipher(const Context& context, KT_U16 pd);
 

@@ -1,0 +1,335 @@
+#include "statusRows.h"
+
+#include "activities/activityProgress.h"
+#include "activities/jobs.h"
+#include "commands.h"
+#include "devices/battery.h"
+#include "devices/encryption.h"
+#include "media/blocks.h"
+#include "media/surface.h"
+#include "raid/members.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+
+using namespace sim;
+
+static const int BAR = 20;
+static const char LINE_BELOW[] = "\n          ";
+
+struct Word {
+    int code;
+    const char* word;
+};
+
+static const Word LEVELS[] = {{KT_RAID0, "RAID0"},
+                              {KT_RAID1, "RAID1"},
+                              {KT_RAID5, "RAID5"},
+                              {KT_RAID6, "RAID6"},
+                              {KT_RAID10, "RAID10"},
+                              {KT_RAID1E, "RAID1E"},
+                              {KT_RAID50, "RAID50"},
+                              {KT_RAID60, "RAID60"},
+                              {KT_JBOD, "JBOD"},
+                              {KT_HYBRID, "hybrid"},
+                              {KT_TANDEM_CAPACITY, "tandem capacity"},
+                              {KT_TANDEM_SAFE, "tandem safe"}};
+static const Word STATUSES[] = {{KT_VD_ONLINE, "online"},
+                                {KT_VD_DEGRADED, "degraded"},
+                                {KT_VD_DELETED, "deleted"},
+                                {KT_VD_OFFLINE, "offline"},
+                                {KT_VD_PARTIALLY_OPTIMAL, "partially optimal"},
+                                {KT_VD_FOREIGN, "foreign"},
+                                {KT_VD_IMPORTABLE, "importable"},
+                                {KT_VD_NOT_IMPORTABLE, "not importable"},
+                                {KT_VD_CONFLICTED, "conflicted"},
+                                {KT_VD_PLUGIN_CONFLICTED, "plugin conflicted"},
+                                {KT_VD_USING_TABLE, "using table"}};
+static const Word ACTIVITIES[] = {{KT_BGA_REBUILD, "rebuild"},
+                                  {KT_BGA_CHECK_FIX, "check and fix"},
+                                  {KT_BGA_CHECK, "check"},
+                                  {KT_BGA_INIT_QUICK, "quick init"},
+                                  {KT_BGA_INIT_FOREGROUND, "foreground init"},
+                                  {KT_BGA_MIGRATION, "migration"},
+                                  {KT_BGA_INIT_BACKGROUND, "background init"},
+                                  {KT_BGA_COPY_BACK, "copy back"}};
+static const Word STATES[] = {{KT_STATE_ABORTED, "aborted"},
+                              {KT_STATE_PAUSED, "paused"},
+                              {KT_STATE_AUTO_PAUSED, "auto paused"},
+                              {KT_STATE_INTERRUPTED, "interrupted"}};
+static const Word PLACES[] = {{KT_LINK_HBA, "port"}, {KT_LINK_PM, "PM"}, {KT_LINK_EXPANDER, "expander"}};
+
+template <size_t count>
+static std::string wordFor(const Word (&words)[count], int code) {
+    for (const Word& word : words)
+        if (word.code == code) return word.word;
+    return "code " + std::to_string(code);
+}
+
+__attribute__((format(printf, 1, 2))) static std::string format(const char* pattern, ...) {
+    char text[256] = "";
+    va_list values;
+    va_start(values, pattern);
+    vsnprintf(text, sizeof text, pattern, values);
+    va_end(values);
+    return text;
+}
+
+static std::string sizeText(KT_U64 kib) {
+    static const char* const UNITS[] = {"KiB", "MiB", "GiB", "TiB", "PiB"};
+    double amount = static_cast<double>(kib);
+    size_t unit = 0;
+    while (amount >= 1024 && unit + 1 < std::size(UNITS)) {
+        amount /= 1024;
+        ++unit;
+    }
+    return format("%.1f %s", amount, UNITS[unit]);
+}
+
+std::string countText(KT_U64 number, const char* what) {
+    return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
+static std::string listText(const std::vector<KT_U16>& ids) {
+    std::string text;
+    for (const KT_U16 id : ids)
+        text += " " + std::to_string(id);
+    return (ids.size() == 1 ? "disk" : "disks") + text;
+}
+
+// "[#######-------------] 37% rebuild of disk 5 from disks 3 4, 2 h 10 min left"
+static std::string progressText(const Activity& activity, const std::string& name, KT_U64 now) {
+    const unsigned percent = activityPercent(activity, now);
+    std::string text = std::string(LINE_BELOW) + "[";
+    for (unsigned i = 0; i < BAR; ++i)
+        text += i < percent * BAR / 100 ? '#' : '-';
+    text += "] " + std::to_string(percent) + "% " + name;
+    if (activity.state != KT_STATE_RUNNING) return text + ", " + wordFor(STATES, activity.state);
+    const KT_U64 end = activityEnd(activity);
+    return end == NEVER ? text : text + ", " + durationText(wholeSeconds(std::max(end, now) - now)) + " left";
+}
+
+// Whether the disk is being filled for the group.
+static bool isFilled(const Context& context, const Group& group, KT_U16 pd) {
+    for (const KT_U16 id : blocksFor(context, group, pd))
+        if (find<_Block_Info>(context, id).value_or(_Block_Info{}).Status == BLOCK_REBUILDING) return true;
+    return false;
+}
+
+// Which disks a rebuild or copy back reads, and which it writes.
+static std::string routeText(const Context& context, Owner owner, const Activity& job) {
+    const Group group = groupOf(context, owner);
+    std::vector<KT_U16> from;
+    std::vector<KT_U16> to;
+    for (size_t i = 0; i < group.members.size(); ++i) {
+        const KT_U16 pd = group.members[i];
+        if (job.kind == KT_BGA_COPY_BACK) {
+            if (group.homes[i] == job.disk) from.push_back(pd);
+        } else if (!group.needsDisk[i]) {
+            (isFilled(context, group, pd) ? to : from).push_back(pd);
+        }
+    }
+    if (job.kind == KT_BGA_COPY_BACK) to.push_back(job.disk);
+    if (to.empty() || from.empty()) return "";
+    return std::string(job.kind == KT_BGA_COPY_BACK ? " to " : " of ") + listText(to) + " from " + listText(from);
+}
+
+// What a migration makes of it.
+static std::string targetText(const Context& context, Owner owner) {
+    const Group group = groupOf(context, owner);
+    for (const KT_U16 vd : group.vds) {
+        if (const auto target = find<VdTarget>(context, vd))
+            return " to " + wordFor(LEVELS, target->info.RaidMode) + " of " + countText(target->info.HDCount, "disk");
+    }
+    return "";
+}
+
+static std::string jobText(const Context& context, Owner owner, const Activity& job) {
+    if (job.kind == 0) return "";
+    std::string name = wordFor(ACTIVITIES, job.kind);
+    if (job.kind == KT_BGA_REBUILD || job.kind == KT_BGA_COPY_BACK) name += routeText(context, owner, job);
+    if (job.kind == KT_BGA_MIGRATION) name += targetText(context, owner);
+    return progressText(job, name, context.now);
+}
+
+static Urgency urgencyOf(bool wrong, const Activity& job) {
+    return wrong ? Urgency::Wrong : job.kind ? Urgency::Busy : Urgency::Well;
+}
+
+static std::string batteryText(const Context& context) {
+    _BBU_Info battery = {};
+    if (getBattery(context, battery) != KT_OK || battery.status == 0) return "no battery";
+    return format("battery %u%%", unsigned{battery.percentage});
+}
+
+// The cache in force, and what makes it so.
+static std::string cacheText(const Context& context, const _LD_Info& vd, const VdState& state) {
+    const bool on = (vd.CacheMode & KT_CACHE_OFF) == 0;
+    std::string text = on ? "write-back" : "write-through";
+    if (state.cachePolicy & KT_CACHE_AUTO) return text + " (auto: " + batteryText(context) + ")";
+    return on && !batteryKeepsCache(context) ? text + ", unsafe (" + batteryText(context) + ")" : text;
+}
+
+static StatusRow vdRow(const Context& context, KT_U16 id, const _LD_Info& vd) {
+    const VdState state = find<VdState>(context, id).value_or(VdState{});
+    const std::string array = vd.DGID == KT_NO_ID ? "" : "array " + std::to_string(vd.DGID) + " ";
+    std::string text =
+        format("  VD %-5u %-16s %-11s %10s  %-*s", id, printable(vd.Name, sizeof vd.Name).c_str(),
+               wordFor(LEVELS, vd.RaidMode).c_str(), sizeText(vd.Size).c_str(), array.empty() ? 0 : 9, array.c_str());
+    text += wordFor(STATUSES, vd.Status);
+    if (isUsable(vd) || vd.Status == KT_VD_USING_TABLE) text += ", " + cacheText(context, vd, state);
+    if (runsSystem(Vd{vd, state})) text += ", runs the OS";
+    text += jobText(context, Owner{OwnerKind::Vd, id}, state.activity);
+    const bool well = vd.Status == KT_VD_ONLINE || vd.Status == KT_VD_USING_TABLE;
+    return StatusRow{urgencyOf(!well, state.activity), Thing::Vd, text};
+}
+
+static StatusRow arrayRow(const Context& context, KT_U16 id, const _DG_Info& array) {
+    static const char* const STATUS_OF[] = {"functional", "disk missing", "offline"};
+    const std::string free = array.RemainingManagedSpace ? sizeText(array.RemainingManagedSpace) + " free" : "full";
+    const DgState state = find<DgState>(context, id).value_or(DgState{});
+    std::string text =
+        format("  Array %-2u %-16s %-11s %10s  %s, %s", id, printable(array.Name, sizeof array.Name).c_str(),
+               wordFor(LEVELS, array.RaidMode).c_str(), sizeText(array.TotalManagedSpace).c_str(),
+               STATUS_OF[std::min<KT_U8>(array.Status, 2)], free.c_str());
+    text += jobText(context, Owner{OwnerKind::Array, id}, state.activity);
+    return StatusRow{urgencyOf(array.Status != ARRAY_FUNCTIONAL, state.activity), Thing::Array, text};
+}
+
+// The virtual disks, outside arrays, that have something on the disk.
+static std::string vdsOn(const Context& context, KT_U16 pd) {
+    const _HD_Block_Info blocks = blocksOf(context, pd);
+    std::vector<KT_U16> vds;
+    for (int i = 0; i < std::min<int>(blocks.BlkCount, MAX_MEMBERS); ++i) {
+        const auto block = find<_Block_Info>(context, blocks.BlkIDs[i]);
+        if (block && std::find(vds.begin(), vds.end(), block->LDID) == vds.end()) vds.push_back(block->LDID);
+    }
+    std::string text;
+    for (const KT_U16 vd : vds)
+        text += (text.empty() ? " of VD " : " ") + std::to_string(vd);
+    return text;
+}
+
+static std::string whyOffline(const Context& context, KT_U16 pd, const PdState& state) {
+    if (state.health == PD_FAILED) return "FAILED";
+    const std::string locked = whyLocked(context, pd);
+    return "offline (" + (locked.empty() ? "set down" : locked) + ")";
+}
+
+static std::string roleText(const Context& context, KT_U16 pd, const PdState& state) {
+    std::string role;
+    const bool inArray = state.dgid != KT_NO_ID;
+    const std::string vds = vdsOn(context, pd);
+    if (state.raid & KT_PD_MEMBER) role = "member" + (inArray ? " of array " + std::to_string(state.dgid) : vds);
+    const auto add = [&](const std::string& text) { role += (role.empty() ? "" : ", ") + text; };
+    if (state.raid & KT_PD_DEDICATED_SPARE) add("spare of array " + std::to_string(state.dgid));
+    if (state.raid & KT_PD_GLOBAL_SPARE) add("global spare");
+    if (state.raid & KT_PD_FOREIGN) add("foreign" + vds);
+    if (role.empty()) role = state.raid & KT_PD_OFFLINE ? "not in use" : "free";
+    if ((state.raid & KT_PD_OFFLINE) || state.health == PD_FAILED) add(whyOffline(context, pd, state));
+    if (state.smartTripped) add("failing");
+    return role;
+}
+
+static std::string typeText(const _HD_Info& disk) {
+    std::string type = disk.HDType & KT_HD_SAS ? "SAS" : disk.HDType & KT_HD_PATA ? "PATA" : "SATA";
+    if (disk.HDType & KT_HD_SSD) type += " SSD";
+    if (disk.HDType & KT_HD_ATAPI) type = "ATAPI";
+    return type;
+}
+
+// "bay 1:4", "port 2", "PM 0:3"
+static std::string placeText(const _HD_Info& disk) {
+    if (disk.Link.Self.EnclosureID != KT_NO_ID)
+        return format("bay %u:%u", unsigned{disk.Link.Self.EnclosureID}, unsigned{disk.ElementIdx});
+    const _Link_Endpoint& parent = disk.Link.Parent;
+    const unsigned port = parent.PhyID[0];
+    if (parent.DevType == KT_LINK_HBA) return format("port %u", port);
+    return wordFor(PLACES, parent.DevType) + format(" %u:%u", unsigned{parent.DevID}, port);
+}
+
+static std::string diskLine(KT_U64 id, const _HD_Info& disk, const std::string& role) {
+    return format("  PD %-5llu %-21s %-8s %9s  %-10s  ", static_cast<unsigned long long>(id),
+                  printable(disk.Model, sizeof disk.Model).substr(0, 21).c_str(), typeText(disk).c_str(),
+                  sizeText(disk.Size / 1024 * disk.BlockSize).c_str(), placeText(disk).c_str()) +
+           role;
+}
+
+static StatusRow diskRow(const Context& context, KT_U16 id, const _HD_Info& disk) {
+    const PdState state = find<PdState>(context, id).value_or(PdState{});
+    std::string role = roleText(context, id, state);
+    const KT_U64 bad = badSectorCount(context, id);
+    if (bad != 0) role += ", " + countText(bad, "bad sector");
+    if (state.patrol.kind) role += progressText(state.patrol, "media patrol", context.now);
+    const bool wrong = bad != 0 || state.smartTripped || state.health == PD_FAILED ||
+                       (state.raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) != 0;
+    return StatusRow{urgencyOf(wrong, state.patrol), Thing::Disk, diskLine(id, disk, role)};
+}
+
+static StatusRow pulledRow(const Context& context, KT_U16 id, const PulledDisk& disk) {
+    const bool missed = find<PulledBlocks>(context, id).value_or(PulledBlocks{}).count != 0;
+    return StatusRow{missed ? Urgency::Wrong : Urgency::Well, Thing::Disk, diskLine(id, disk.info, "pulled out")};
+}
+
+static void addBatteryRow(const Context& context, std::vector<StatusRow>& rows) {
+    _BBU_Info battery = {};
+    if (getBattery(context, battery) != KT_OK || battery.status == 0) return;
+    const bool broken = find<BatteryState>(context, 0).value_or(BatteryState{}).chargerBroken != 0;
+    if (batteryKeepsCache(context) && !broken) return;
+    std::string text = format("  Battery  %u%%, %.2f C, %.2f V", unsigned{battery.percentage},
+                              battery.temperature / 100.0, battery.voltage / 1000.0);
+    if (broken) text += ", charger broken";
+    if (!batteryKeepsCache(context)) text += ", caches would not survive a power failure";
+    rows.push_back(StatusRow{Urgency::Wrong, Thing::Battery, text});
+}
+
+static void addEnclosureRows(const Context& context, std::vector<StatusRow>& rows) {
+    forEach<_Enclosure_Info>(context, 0, [&](KT_U64 id, const _Enclosure_Info& enclosure) {
+        if (enclosure.Status == 0) return true;
+        std::string text = format("  Enclosure %llu", static_cast<unsigned long long>(id));
+        for (const std::string& word : elementWords()) {
+            const ElementKind* kind = elementKindNamed(word);
+            if (isSlot(kind->type)) continue;
+            const std::string faults = describeElements(context, static_cast<KT_U16>(id), *kind, true);
+            if (!faults.empty()) text += "  " + word + " " + faults;
+        }
+        rows.push_back(StatusRow{Urgency::Wrong, Thing::Enclosure, text});
+        return true;
+    });
+}
+
+static void addPortRows(const Context& context, std::vector<StatusRow>& rows) {
+    forEach<AesPort>(context, 0, [&](KT_U64 id, const AesPort& port) {
+        if (port.entry == NO_ENTRY) return true;
+        const std::string text =
+            format("  Port %llu   key entry %u, encryption %s", static_cast<unsigned long long>(id),
+                   unsigned{port.entry}, port.enabled ? "on" : "off");
+        rows.push_back(StatusRow{Urgency::Well, Thing::Port, text});
+        return true;
+    });
+}
+
+std::vector<StatusRow> statusRows(const Context& context) {
+    std::vector<StatusRow> rows;
+    addBatteryRow(context, rows);
+    addEnclosureRows(context, rows);
+    addPortRows(context, rows);
+    forEach<_DG_Info>(context, 0, [&](KT_U64 id, const _DG_Info& array) {
+        rows.push_back(arrayRow(context, static_cast<KT_U16>(id), array));
+        return true;
+    });
+    forEach<_LD_Info>(context, 0, [&](KT_U64 id, const _LD_Info& vd) {
+        rows.push_back(vdRow(context, static_cast<KT_U16>(id), vd));
+        return true;
+    });
+    forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info& disk) {
+        rows.push_back(diskRow(context, static_cast<KT_U16>(id), disk));
+        return true;
+    });
+    forEach<PulledDisk>(context, 0, [&](KT_U64 id, const PulledDisk& disk) {
+        rows.push_back(pulledRow(context, static_cast<KT_U16>(id), disk));
+        return true;
+    });
+    return rows;
+}

@@ -1,0 +1,115 @@
+What an administrator asks ktsim about the adapters.
+
+  $ . "$TESTDIR/setup.sh"
+
+What is wrong stands first, however much else there is, then what is going on; the rest is cut.
+
+  $ lab full && ktsim disk fail 100 -a 15 -f && ktsetup 3 mp -d 2 > /dev/null
+  $ ktsim status | sed -n '4,22p'
+  
+  Adapter 15  Tarn S16h (LD-based), no battery, last event 4
+    128 disks, 32 virtual disks
+    VD 25    VD_25            RAID6          7.3 TiB  partially optimal, write-back, unsafe (no battery)
+    PD 100   Gannet GT4000G        SATA       3.6 TiB  PM 6:10     member of VD 25, FAILED
+    VD 0     VD_0             RAID5         10.9 TiB  online, write-back, unsafe (no battery)
+    PD 0     Gannet GT4000G        SATA       3.6 TiB  PM 0:0      member of VD 0
+      ... 30 more virtual disks (--all shows them)
+      ... 126 more disks (--all shows them)
+  
+  Adapter 3  Tarn R8i (array-based), battery 95%, last event 2002
+    128 disks, 32 arrays, 64 virtual disks
+    PD 2     Fulmar FX8000G-SAS    SAS        7.3 TiB  bay 1:2     member of array 0
+            [--------------------] 0% media patrol, 1 d 2 h left
+    Array 0  Array_0          RAID5         21.8 TiB  functional, full
+    Array 1  Array_1          RAID5         21.8 TiB  functional, full
+    VD 0     VD_0             RAID5          1.0 TiB  array 0  online, write-back
+    VD 1     VD_1             RAID5         20.8 TiB  array 0  online, write-back
+    PD 0     Fulmar FX8000G-SAS    SAS        7.3 TiB  bay 1:0     member of array 0
+  $ ktsim status -a 15 | grep -c 'Adapter'
+  1
+  $ for d in 1 9 17 25 33 41 49 57 65 73 81 89 97 105 113 2 3; do ktsim disk trip $d; done; ktsim status -a 0 | tail -3
+      ... 16 more arrays (--all shows them)
+      ... 48 more virtual disks (--all shows them)
+      ... 112 more disks, 1 of them not well (--all shows them)
+  $ ktsim status -a 16
+  ktsim: there is no adapter 16, only 16 of them
+  [1]
+  $ ktsim status --all -a 15 | grep -c ' PD '
+  128
+
+Of enclosures and batteries only what is wrong; where a disk went; whence and where a copy back goes.
+
+  $ lab default && ktsim enclosure set 1 fan 2 failed && ktsim enclosure set 1 pow 0 ac-fail
+  $ ktsim battery charge 10 && ktsim battery charger broken
+  $ ktsim disk pull 2 -f && ktsim clock until idle && ktsim disk insert 2
+  Idle after 3 h 38 min.
+  $ ktsim status -a 0 | sed -n '6,14p'
+    13 disks, 3 arrays, 4 virtual disks
+    Battery  9%, 31.40 C, 3.60 V, charger broken, caches would not survive a power failure
+    Enclosure 1  pow 0 critical  fan 2 critical
+    Array 1  databases        RAID5          3.6 TiB  functional, 1.6 TiB free
+            [--------------------] 0% copy back to disk 2 from disk 9, 3 h 38 min left
+    Array 0  system           RAID1        745.2 GiB  functional, 245.2 GiB free
+    Array 2  archive          RAID6          7.3 TiB  functional, full
+    VD 0     boot             RAID1        100.0 GiB  array 0  online, write-back, unsafe (battery 9%), runs the OS
+    VD 1     scratch          RAID1        400.0 GiB  array 0  online, write-back, unsafe (battery 9%)
+
+Why a disk is offline.
+
+  $ cat > keys.json <<EOF
+  > {"adapters": [{"type": "LD-based", "disks": [{"count": 2, "port": 1}],
+  >   "keys": [{"id": 0, "key": "one", "password": "open", "ports": [{"id": 1, "enabled": true}]}],
+  >   "virtualDisks": [{"level": "RAID1", "disks": [0, 1]}]}]}
+  > EOF
+  $ ktsim create --lab keys.json --force && ktsim status | sed '1,/virtual disk/d'
+    VD 0     VD_0             RAID1        931.5 GiB  degraded, write-back, unsafe (no battery)
+    PD 0     Gannet GT1000G        SATA     931.5 GiB  port 1      member of VD 0, offline (it is plain, its port encrypts)
+    Port 1   key entry 0, encryption on
+    PD 1     Gannet GT1000G        SATA     931.5 GiB  port 2      member of VD 0
+
+Lists for people and for completion.
+
+  $ ktsim event --list | sed -n '1p;$p'
+   0   0  SMART has been enabled
+  15  15  Adapter <device> become idle status
+  $ ktsim event --list | grep '^12  1[6-9]'
+  12  16  Physical disk missing from virtual disk <device> configuration at boot
+  12  17  Virtual disk <device> missing drives and went offline at boot
+  12  18  Virtual disk <device> missing at boot
+  12  19  Previous configuration completely missing at boot
+  $ ktsim event --list | grep '^ 9  28\|^ 1  70'
+   1  70  Initialization data on Tandemix <device> started
+   1  70  Rebuild disk on virtual disk <device> started
+   9  28  Battery status is abnormal, VDs with auto-cache are now in write through mode
+  $ ktsim event 12 2>&1
+  ktsim: CODE is required (--help tells more)
+  [2]
+  $ ktsim fault --list-calls | grep 'KT_LD_G'
+  KT_LD_GetInfo
+  KT_LD_GetStatus
+  KT_LD_GetConfig
+  KT_LD_GetMaxSize
+  KT_LD_GetMigratedLdSize
+  KT_LD_GetTargetLDInfo
+  $ ktsim --version
+  ktsim 4.1.0.15
+
+Completion knows the adapters' disks and enclosures, calls, events and labs.
+
+  $ lab default && ktsim disk pull 12
+  $ . "$TESTDIR/../../packaging/completion/ktsim.bash"; compopt() { :; }
+  $ try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _ktsim; echo "${COMPREPLY[*]}"; }
+  $ try ktsim disk fail 1; try ktsim disk fail 3 -a 1 ''; try ktsim disk insert ''; try ktsim disk age 3 ''
+  1 10 11
+  0 1 2 3 4 5 6 7 8 9
+  12
+  
+  $ try ktsim enclosure set ''; try ktsim enclosure set 1 d; try ktsim event 1; try ktsim event 10 2
+  1
+  dor dpl
+  1 10 12 13 15
+  20 21 22 23 24 25
+  $ try ktsim fault KT_BBU; try ktsim create --lab ''; try ktsim disk fail --f
+  KT_BBU_ChangePower KT_BBU_GetInfo
+  default empty full hostile none troubled
+  --force
