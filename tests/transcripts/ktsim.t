@@ -159,6 +159,9 @@ Faults.
   $ ktsim fault KT_LD_GetInfos 5
   ktsim: KT_LD_GetInfos is not a call of the library
   [1]
+  $ ktsim fault KT_SIM_SgVersion 5
+  ktsim: KT_SIM_SgVersion is not a call of the library
+  [1]
   $ ktsim fault KT_LD_GetInfo 256 2> /dev/null
   [2]
   $ for c in "KT_LD_Delete --kind text" "KT_EVT_GetEvent --kind next" "KT_BBU_GetInfo --kind count"; do ktsim fault $c; done
