@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "Public/cfg/losses.h"
 #include "Public/cfg/raidConfig.h"
-#include "Public/cfg/reader.h"
 #include "Public/cfg/writer.h"
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
@@ -15,6 +15,13 @@ namespace {
 struct BackupOptions {
     std::string file;
     KT_U8 mode = CFG_FULL_FORM;
+};
+
+// What the adapter holds, and the text of it; empty for a page without its signature.
+struct Backup {
+    _HBA_Info_Page page = {};
+    CfgRaidHolder raid = newCfgRaid();
+    std::string text;
 };
 } // namespace
 
@@ -53,9 +60,9 @@ static bool blocksToDisks(_LD_Info& ld) {
     return known == members;
 }
 
-// Composes the text of what the adapter holds: empty for a page without its signature. Anything but 0 is what the
-// command returns.
-static int composeText(const BackupOptions& o, CfgRaid& raid, std::string& text) {
+// Reads the adapter and composes the text. Anything but 0 is what the command returns.
+static int composeText(const BackupOptions& o, Backup& backup) {
+    CfgRaid& raid = *backup.raid;
     FlashPage flash = newFlashPage();
     if (flash == nullptr) return KT_ERR_NO_RESOURCE;
     KT_U8 status = KT_Flash_Bin(gCurrentAdapter, KT_FLASH_BACKUP, KT_IMAGE_CONFIG, flash.get());
@@ -63,8 +70,8 @@ static int composeText(const BackupOptions& o, CfgRaid& raid, std::string& text)
         out("\nFailed to read HBA configuration from flash! (error %d: %s).\n", status, ErrorMessage(status));
         return status;
     }
-    _HBA_Info_Page page;
-    memcpy(&page, flash->Data, sizeof page);
+    const _HBA_Info_Page& page = backup.page;
+    memcpy(&backup.page, flash->Data, sizeof page);
     if ((page.RAID_Feature & RAID_FEATURE_ON) != 0) {
         status = readCfgRaid(raid);
         if (status != KT_OK) return status;
@@ -74,43 +81,22 @@ static int composeText(const BackupOptions& o, CfgRaid& raid, std::string& text)
                     raid.lds[i].ID);
         }
     }
-    KT_Form_Grammar(gCurrentAdapter, text, &page, raid.lds, raid.ldCount, raid.spares, raid.spareCount, o.mode);
+    KT_Form_Grammar(gCurrentAdapter, backup.text, &page, raid.lds, raid.ldCount, raid.spares, raid.spareCount, o.mode);
     return 0;
 }
 
-// Blanks in a name, sizes from 4 TiB on and members that are missing get lost.
-static bool comesBack(const _LD_Info& saved, const _LD_Info& read) {
-    return strncmp(reinterpret_cast<const char*>(saved.Name), reinterpret_cast<const char*>(read.Name),
-                   sizeof saved.Name) == 0 &&
-           read.Size == saved.Size >> 10 && read.HDCount == saved.HDCount;
-}
-
-// Says on standard error when the text does not come back as it is: not every level, cache policy, rate or number of
-// members has a form in it.
-static void checkText(const BackupOptions& o, const CfgRaid& saved, std::string text) {
-    CfgRaidHolder raid = newCfgRaid();
-    if (raid == nullptr) return;
-    _HBA_Info_Page page = {};
-    _file_sasaddr_place_info_t places = {};
-    KT_U16 counts = 0;
-    FILE* printed = stream;
-    stream = nullptr;
-    clean_comment(text.data(), text.size());
-    bool readable =
-        KT_Analyze_Grammar(text.data(), text.size(), &places, &page, raid->lds, raid->spares, &counts, o.mode);
-    stream = printed;
-    std::string shown = shownName(o.file);
-    if (!readable || text.size() > MOST_FILE_BYTES) {
-        fprintf(stderr, "%s holds values that restore_cfg does not take; edit it before restoring.\n", shown.c_str());
-        return;
+// Says on standard error what the text does not bring back.
+static void reportLosses(const BackupOptions& o, const Backup& backup) {
+    const std::string shown = shownName(o.file);
+    if (backup.text.size() > MOST_FILE_BYTES) {
+        fprintf(stderr, "%s is too long for restore_cfg; edit it before restoring.\n", shown.c_str());
     }
-    std::string changed;
-    for (unsigned i = 0; i < (counts & 0xFF); ++i) {
-        if (!comesBack(saved.lds[i], raid->lds[i])) changed += ' ' + std::to_string(saved.lds[i].ID);
+    const std::vector<std::string> losses = cfgLosses({backup.page, *backup.raid, cfgPorts(gCurrentAdapter), o.mode});
+    for (const std::string& loss : losses) {
+        fprintf(stderr, "%s.\n", loss.c_str());
     }
-    if (changed.empty()) return;
-    fprintf(stderr, "%s holds another name, size or number of disks for virtual disks%s; edit it before restoring.\n",
-            shown.c_str(), changed.c_str());
+    if (losses.empty()) return;
+    fprintf(stderr, "Edit '%s' before restoring it; a report (ktreport json) keeps all of this.\n", shown.c_str());
 }
 
 static int writeText(const BackupOptions& o, const std::string& text) {
@@ -138,18 +124,17 @@ int doBackUp_CFG(int argc, char** argv, _cmd_struct* row) {
     if (!scanOptions(argc, argv, row, backupCfgOptions, given, result, take)) return result;
     if (!givenOnce(backupCfgOptions, given)) return 1;
     if (given['f'] == 0) o.file = "hba" + std::to_string(gCurrentAdapter) + "_cfg.txt";
-    CfgRaidHolder raid = newCfgRaid();
-    if (raid == nullptr) return KT_ERR_NO_RESOURCE;
-    std::string text;
-    result = composeText(o, *raid, text);
+    Backup backup;
+    if (backup.raid == nullptr) return KT_ERR_NO_RESOURCE;
+    result = composeText(o, backup);
     if (result != 0) return result;
-    if (text.empty()) {
+    if (backup.text.empty()) {
         // The file is still created, empty.
         out("\nInvalid  HBA Info page!");
         result = 1;
     }
-    if (writeText(o, text) != 0) return 1;
-    if (!text.empty()) checkText(o, *raid, text);
+    if (writeText(o, backup.text) != 0) return 1;
+    if (!backup.text.empty()) reportLosses(o, backup);
     if (result == 0) out("Backup_cfg command is returned successfully!\n");
     return result;
 }

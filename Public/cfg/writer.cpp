@@ -36,7 +36,6 @@ static void appendMembers(std::string& text, const _LD_Info& ld) {
     }
 }
 
-// `record` is the row's owner; index the port of a port's row, the running number of a spare's.
 static void appendValue(std::string& text, const CfgKey& key, const void* record, unsigned index) {
     if (key.alwaysWritten != nullptr) {
         text += key.alwaysWritten;
@@ -71,14 +70,27 @@ static void appendValue(std::string& text, const CfgKey& key, const void* record
     }
 }
 
+std::string cfgValueText(const CfgKey& key, const void* record, unsigned index) {
+    std::string text;
+    appendValue(text, key, record, index);
+    return text;
+}
+
+bool isWritten(const CfgKey& key, const void* record, KT_U8 mode) {
+    if (key.use == CfgUse::ReadOnly || (key.use == CfgUse::FullForm && mode == CFG_PHY_FORM)) return false;
+    return !key.onParityLevels || hasParityDisks(static_cast<const _LD_Info*>(record)->RaidMode);
+}
+
+unsigned cfgPorts(KT_U8 adapter) {
+    return std::min<unsigned>(gAdapterInfo[adapter].PortCount, getMaxPortNum());
+}
+
 // The lines of one group: an adapter, a port, a virtual disk or a spare.
 static void appendGroup(std::string& text, const CfgSection& section, CfgOwner owner, const void* record,
                         unsigned index, KT_U8 mode) {
     for (size_t i = 0; i < section.count; ++i) {
         const CfgKey& key = section.keys[i];
-        bool written = key.use == CfgUse::Always || (key.use == CfgUse::FullForm && mode != CFG_PHY_FORM);
-        if (!written || key.owner != owner) continue;
-        if (key.onParityLevels && !hasParityDisks(static_cast<const _LD_Info*>(record)->RaidMode)) continue;
+        if (key.owner != owner || !isWritten(key, record, mode)) continue;
         text += key.key;
         text += '=';
         appendValue(text, key, record, index);
@@ -127,8 +139,7 @@ size_t KT_Form_Grammar(KT_U8 adapter, std::string& text, const _HBA_Info_Page* p
         text += '\n';
     }
     appendHeader(text, cfgSections[CFG_PORT_SECTION]);
-    unsigned ports = std::min<unsigned>(gAdapterInfo[adapter].PortCount, getMaxPortNum());
-    for (unsigned port = 0; port < ports; ++port) {
+    for (unsigned port = 0; port < cfgPorts(adapter); ++port) {
         text += '\n';
         appendGroup(text, cfgSections[CFG_PORT_SECTION], CfgOwner::Port, page, port, mode);
     }

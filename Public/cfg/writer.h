@@ -12,6 +12,16 @@ inline unsigned cfgMembers(const _LD_Info& ld) {
     return count < room ? count : room;
 }
 
+// Whether a form of the text has this key for a record: not every one has each.
+bool isWritten(const CfgKey& key, const void* record, KT_U8 mode);
+
+// What is written behind "=" for a key. `record` is the one that the key belongs to; index the port of a port's key,
+// the running number of a spare's.
+std::string cfgValueText(const CfgKey& key, const void* record, unsigned index);
+
+// Ports that a text of the current adapter lists.
+unsigned cfgPorts(KT_U8 adapter);
+
 // Appends the text to `text` and returns its length; 0, and nothing appended, for a page without its signature. The
 // ports are those of the adapter's record, the members of the virtual disks disk ids.
 size_t KT_Form_Grammar(KT_U8 adapter, std::string& text, const _HBA_Info_Page* page, const _LD_Info* lds, KT_U8 ldCount,

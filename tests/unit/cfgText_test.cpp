@@ -3,6 +3,7 @@
 #include <cstring>
 #include <vector>
 
+#include "Public/cfg/losses.h"
 #include "Public/cfg/raidConfig.h"
 #include "Public/cfg/reader.h"
 #include "Public/cfg/writer.h"
@@ -355,4 +356,52 @@ TEST(CfgReader, KeepsWithinItsRecords) {
     ASSERT_TRUE(read(text).good);
     for (size_t length = 0; length + 1 < text.size(); ++length)
         EXPECT_FALSE(read(text.substr(0, length)).good) << length;
+}
+
+TEST(CfgLosses, NameBothValues) {
+    CfgRaidHolder raid = newCfgRaid();
+    _HBA_Info_Page page = {};
+    page.DSpinUpGroup = 1;
+    memcpy(page.Serial_Num, "KS 42", 5);
+    page.PHY_Rate[1] = 2;
+    // What comes back is not named: not even what a text never holds, how far an activity has come, say.
+    raid->ldCount = 4;
+    for (unsigned i = 0; i < raid->ldCount; ++i) {
+        _LD_Info& ld = raid->lds[i];
+        ld.ID = static_cast<KT_U16>(10 + i);
+        memcpy(ld.Name, "data", 4);
+        ld.RaidMode = KT_RAID6;
+        ld.NumParityDisk = 2;
+        ld.Size = KT_U64{3000} << 10;
+        ld.BlkCount = ld.HDCount = 3;
+        ld.BGAStatus = 9;
+        ld.BlockIDs[0] = 7, ld.BlockIDs[1] = 8, ld.BlockIDs[2] = 9;
+    }
+    raid->lds[1].Size = (KT_U64{5} << 32) + (KT_U64{7} << 10);
+    raid->lds[1].Name[15] = 'x';
+    raid->lds[1].CacheMode = KT_CACHE_OFF | KT_CACHE_READ_AHEAD;
+    raid->lds[2].RaidMode = KT_JBOD;
+    raid->lds[2].CacheMode = KT_CACHE_AUTO;
+    raid->lds[2].BlockIDs[1] = KT_NO_ID;
+    raid->lds[3].ID = 255;
+    raid->lds[3].Name[3] = '\n';
+    raid->spares[0] = {255, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}};
+    raid->spareCount = 1;
+    EXPECT_EQ((std::vector<std::string>{
+                  "adapter: [SERIAL_NUMBER] 'KS 42' is written as 'KS42'",
+                  "port 1: [RATE] 2 is written as '', which restore_cfg refuses",
+                  "virtual disk 11: 20971527 M is written as 7 M",
+                  "virtual disk 11: [READ POLICY] READAHEAD is written as NONE",
+                  "virtual disk 12: [RAID MODE] JBOD is written as '', which restore_cfg refuses",
+                  "virtual disk 12: [PD MEMBER] 7,-,9 is written as 7,9",
+                  "virtual disk 12: [WRITE POLICY] 8 is written as '', which restore_cfg refuses",
+                  "virtual disk 255: [VD ID] 255 is written as '255', which restore_cfg refuses",
+                  "virtual disk 255: [RAID NAME] 'dat?' is written as 'dat?', which restore_cfg refuses",
+                  "spare disk 255: [PHYSICAL DISK ID] 255 is written as '255', which restore_cfg refuses",
+              }),
+              cfgLosses({page, *raid, 2, CFG_FULL_FORM}));
+    page.DSpinUpGroup = 0;
+    EXPECT_EQ(std::vector<std::string>{}, cfgLosses({page, *raid, 2, CFG_PHY_FORM}));
+    EXPECT_EQ("adapter: [SPINUP GROUP] 0 is written as '0', which restore_cfg refuses",
+              cfgLosses({page, *raid, 2, CFG_FULL_FORM}).at(1));
 }
