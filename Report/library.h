@@ -1,0 +1,93 @@
+// How the reading asks the library: one call, and a note of what came of it.
+#pragma once
+
+#include <dlfcn.h>
+
+#include "Public/errorMsg.h"
+#include "Public/listing.h"
+#include "Report/reading.h"
+
+// The adapter that is being read, and where refusals are noted.
+struct Reader {
+    Machine& machine;
+    AdapterReading& adapter;
+};
+
+// Notes a refusal; those of one call with one status share a note, which names the items.
+void noteRefusal(Machine& machine, int adapter, const char* call, std::optional<KT_U8> status, const std::string& text,
+                 std::optional<unsigned> id = std::nullopt);
+
+inline void refuse(Reader& reader, const char* call, KT_U8 status, std::optional<unsigned> id = std::nullopt) {
+    noteRefusal(reader.machine, reader.adapter.index, call, status, ErrorMessage(status), id);
+}
+
+// What an adapter answers that has no such thing at all.
+inline bool isUnsupported(KT_U8 status) {
+    return status == KT_ERR_NOT_SUPPORTED || status == KT_ERR_NOT_ON_THIS_ADAPTER;
+}
+
+// Whether the library has the call; one that is missing is noted.
+bool libraryHas(Reader& reader, const char* call);
+
+// A name and the call itself, for the functions below.
+#define LIBRARY_CALL(call) #call, call
+
+// Makes one call; false after the note when it fails. id: of the item that is asked for.
+template <class... Parameters, class... Arguments>
+bool ask(Reader& reader, const char* name, KT_U8 (*call)(KT_U8, Parameters...), std::optional<unsigned> id,
+         Arguments... arguments) {
+    if (!libraryHas(reader, name)) return false;
+    KT_U8 status = call(reader.adapter.index, arguments...);
+    if (status == KT_OK) return true;
+    refuse(reader, name, status, id);
+    return false;
+}
+
+// Reads a whole list through visit(record), which answers false for an id that was there before. False, after the note,
+// when the list, or a part of it, is not known.
+template <class Record, class Request, class Visit>
+bool readList(Reader& reader, const char* name, KT_U8 (*call)(KT_U8, Request*), Visit visit) {
+    if (!libraryHas(reader, name)) return false;
+    bool twice = false;
+    ListEnd end = walkList<Record>(call, EVERYTHING, recordsPerPage(sizeof(Record)), [&](const Record& record) {
+        twice = !visit(record);
+        return !twice;
+    });
+    if (end.status != KT_OK) refuse(reader, name, end.status);
+    if (twice) noteRefusal(reader.machine, reader.adapter.index, name, std::nullopt, "the list names an id twice");
+    return end.status == KT_OK && !twice;
+}
+
+// A list as records by id. What was read before a failure is kept; without any record, a failed list is not known.
+template <class Record, class Item, class Request, class IdOf, class Put>
+void readItems(Reader& reader, const char* name, KT_U8 (*call)(KT_U8, Request*),
+               std::optional<std::map<KT_U16, Item>>& items, IdOf idOf, Put put) {
+    std::map<KT_U16, Item> found;
+    bool whole = readList<Record>(reader, name, call, [&](const Record& record) {
+        auto [at, isNew] = found.try_emplace(idOf(record));
+        if (isNew) put(at->second, record);
+        return isNew;
+    });
+    if (whole || !found.empty()) items = std::move(found);
+}
+
+// A further list about items that are known by now: put(item, record). Records about others are left out.
+template <class Record, class Item, class Request, class IdOf, class Put>
+void readMore(Reader& reader, const char* name, KT_U8 (*call)(KT_U8, Request*), std::map<KT_U16, Item>& items,
+              IdOf idOf, Put put) {
+    std::vector<bool> seen(0x10000);
+    readList<Record>(reader, name, call, [&](const Record& record) {
+        KT_U16 id = idOf(record);
+        if (seen[id]) return false;
+        seen[id] = true;
+        auto at = items.find(id);
+        if (at != items.end()) put(at->second, record);
+        return true;
+    });
+}
+
+// The parts of an adapter, each in a file of its own.
+void readDisks(Reader& reader);
+void readVolumes(Reader& reader);
+void readParts(Reader& reader); // what is attached: expanders, multipliers, enclosures, battery, keys
+void readEvents(Reader& reader);

@@ -1,0 +1,29 @@
+// Documents that were written before: --from FILE.
+#pragma once
+
+#include <vector>
+
+#include "Report/reading.h"
+
+#include "Report/json.h"
+
+// A document and what it is from: a file's name, or "" for the adapters of this machine now.
+struct Report {
+    std::string source;
+    Json document;
+};
+
+// A file that is no report, or cannot be read; the message names it.
+struct LoadFailure {
+    std::string message;
+};
+
+// Bytes of the largest file that is taken.
+inline constexpr size_t LARGEST_REPORT = size_t{256} << 20;
+
+// Reads one file, "-" is standard input. Throws LoadFailure for what is no report, of a later version, cut short or too
+// large.
+Report loadReport(const std::string& path);
+
+// The adapters now when `from` is empty, else each of the files.
+std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options);

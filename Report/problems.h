@@ -1,0 +1,28 @@
+// What is wrong, by one table of rules: a name that stays, a severity, and over which part of the document it is looked
+// for. The sentences name the object, its place and its serial number, and say what to do.
+#pragma once
+
+#include <vector>
+
+#include "Report/json.h"
+
+enum class Severity { Warning, Critical };
+
+// A row of the table; the names are the ones that --only, --ignore and whoever reads reports go by.
+struct ProblemRule {
+    const char* name;
+    Severity severity;
+    const char* meaning; // a short line for manuals
+};
+std::vector<ProblemRule> problemRules();
+bool isProblemName(const std::string& name);
+
+// Numbers that decide, by name; each with its meaning in docs/ktreport.8.scd.
+Json defaultThresholds();
+// Takes over the numbers that `overrides` has; answers what is wrong with it, "" when nothing is.
+std::string mergeThresholds(Json& thresholds, const Json& overrides);
+
+// The problems of a document: a list of {"name", "severity", "adapter", "object", "id", "text", "action"}, critical
+// ones first. "object" is the kind of what it is about ("disk", "virtual disk", "array", "enclosure", "battery",
+// "port", "adapter", "library"), "id" its id where it has one.
+Json problemsOf(const Json& document, const Json& thresholds);

@@ -1,0 +1,164 @@
+// What can be wrong with disks.
+#include <algorithm>
+
+#include "Report/problemRules.h"
+
+enum : unsigned { EVENTS_OF_DISKS = 2, PLUGGED_IN = 1, BAD_SECTOR = 37, BAD_SECTOR_FIXED = 38 };
+enum : unsigned { PLAIN_ON_CIPHER = 55, CIPHER_ON_PLAIN = 56, CIPHER_DIFFERS = 57 };
+
+namespace {
+// What the adapter's log last said of disks: about their encryption, and about sectors that cannot be read.
+struct DiskLog {
+    std::map<KT_U64, unsigned> cipher;
+    std::map<KT_U64, unsigned> media;
+};
+} // namespace
+
+static DiskLog readLog(const Scene& scene) {
+    DiskLog log;
+    for (const Json& event : listIn(scene.adapter, "events")) {
+        const auto id = numberIn(event, "DeviceID");
+        const auto code = static_cast<unsigned>(numberIn(event, "Code").value_or(0));
+        if (numberIn(event, "Class") != EVENTS_OF_DISKS || !id) continue;
+        if (code == PLUGGED_IN || (code >= PLAIN_ON_CIPHER && code <= CIPHER_DIFFERS)) log.cipher[*id] = code;
+        if (code == PLUGGED_IN || code == BAD_SECTOR || code == BAD_SECTOR_FIXED) log.media[*id] = code;
+    }
+    return log;
+}
+
+static std::string capital(std::string text) {
+    if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
+    return text;
+}
+
+static std::string onAdapter(const Scene& scene) {
+    return " on adapter " + std::to_string(scene.adapterId);
+}
+
+static std::string lightIt(const Scene& scene, KT_U64 id) {
+    return command(scene, "locate -o pd -i " + std::to_string(id) + " -a on");
+}
+
+static void add(Scene& scene, const char* rule, KT_U64 id, const std::string& text, const std::string& action) {
+    found(scene, {rule, "disk", id, capital(text), action});
+}
+
+// Why encryption took the disk offline; null when that was not the reason.
+static const char* cipherComplaint(const DiskLog& log, KT_U64 id) {
+    const auto at = log.cipher.find(id);
+    switch (at == log.cipher.end() ? 0 : at->second) {
+    case PLAIN_ON_CIPHER:
+        return "it is not encrypted, but its port encrypts";
+    case CIPHER_ON_PLAIN:
+        return "it is encrypted, but its port does not encrypt";
+    case CIPHER_DIFFERS:
+        return "it is encrypted with another key than its port has";
+    default:
+        return nullptr;
+    }
+}
+
+static std::string whatItMeans(const Scene& scene, KT_U64 id, const Json& disk) {
+    const std::vector<VdInArray> vds = virtualDisksOn(scene.adapter, id);
+    if (!vds.empty()) return "; it holds data of " + namesOfVds(vds);
+    if (const auto array = numberIn(disk, "array")) {
+        const Json* record = findItem(scene.adapter, "arrays", *array);
+        if (record == nullptr) return "; it belongs to array " + std::to_string(*array);
+        std::vector<VdInArray> own;
+        for (const Json& vd : listIn(*record, "virtualDisks"))
+            own.push_back({&vd, record});
+        return "; it belongs to " + nameOfArray(*record) + (own.empty() ? "" : " with " + namesOfVds(own));
+    }
+    return textIn(disk, "spare").empty() ? "; no virtual disk uses it" : "; it was a spare";
+}
+
+static void findFailed(Scene& scene, const DiskLog& log, KT_U64 id, const Json& disk) {
+    if (textIn(disk, "state") != "offline") return;
+    const std::string name = nameOfDisk(disk) + onAdapter(scene);
+    if (const char* complaint = cipherComplaint(log, id)) {
+        add(scene, "cipher-mismatch", id, name + " was taken offline: " + complaint + ".",
+            "Give its port the right key (ktsetup's aesport), or move the disk to the port that it came from.");
+        return;
+    }
+    add(scene, "disk-failed", id, name + " has failed" + whatItMeans(scene, id, disk) + ".",
+        "Replace the disk in " + placeOf(disk) + " with one at least as large; \"" + lightIt(scene, id) +
+            "\" lights its LED.");
+}
+
+static void findSmart(Scene& scene, KT_U64 id, const Json& disk) {
+    if (!isTrue(disk, "smartTripped")) return;
+    add(scene, "disk-smart", id, nameOfDisk(disk) + onAdapter(scene) + " foretells its failure (SMART).",
+        "See that backups are fresh and replace the disk in " + placeOf(disk) + " soon; \"" + lightIt(scene, id) +
+            "\" lights its LED.");
+}
+
+// Drives without a table of their own are known by what the adapter met on them.
+static bool hasBadSectorsInLog(const DiskLog& log, KT_U64 id) {
+    const auto at = log.media.find(id);
+    return at != log.media.end() && at->second == BAD_SECTOR;
+}
+
+static void findMediaErrors(Scene& scene, const DiskLog& log, KT_U64 id, const Json& disk) {
+    const auto pending = numberIn(disk, "pending");
+    const auto uncorrectable = numberIn(disk, "uncorrectable");
+    const double count = static_cast<double>(pending.value_or(0)) + static_cast<double>(uncorrectable.value_or(0));
+    const bool counted = pending || uncorrectable;
+    const bool many = counted && count >= threshold(scene, "disk-media-errors");
+    if (!many && (counted || !hasBadSectorsInLog(log, id))) return;
+    const std::string how = counted
+                                ? " has " + std::to_string(pending.value_or(0)) + " sectors that cannot be read and " +
+                                      std::to_string(uncorrectable.value_or(0)) + " reads that failed for good."
+                                : " has sectors that cannot be read, as the adapter's log tells.";
+    add(scene, "disk-media-errors", id, nameOfDisk(disk) + onAdapter(scene) + how,
+        "Let a media patrol (ktsetup's mp) repair what redundancy can; when the count grows, replace the disk.");
+}
+
+static void findHot(Scene& scene, KT_U64 id, const Json& disk) {
+    const auto celsius = amountIn(disk, "temperature");
+    if (!celsius || *celsius < threshold(scene, "disk-hot")) return;
+    char degrees[32];
+    snprintf(degrees, sizeof degrees, "%.0f", *celsius);
+    add(scene, "disk-hot", id, nameOfDisk(disk) + onAdapter(scene) + " is at " + degrees + " degrees Celsius.",
+        "See that its fans run and nothing keeps the air from it.");
+}
+
+static void findSlowLink(Scene& scene, KT_U64 id, const Json& disk) {
+    const auto speed = numberIn(disk, "linkSpeed");
+    KT_U64 most = 0;
+    for (const Json& one : listIn(disk, "linkSpeeds")) {
+        if (one.is_number_unsigned()) most = std::max(most, one.get<KT_U64>());
+    }
+    if (!speed || *speed >= most) return;
+    const auto gigabits = [](KT_U64 bits) {
+        char text[32];
+        snprintf(text, sizeof text, "%g", static_cast<double>(bits) / 1e9);
+        return std::string(text);
+    };
+    add(scene, "disk-link-slow", id,
+        nameOfDisk(disk) + onAdapter(scene) + " is linked at " + gigabits(*speed) + " Gb/s; it can do " +
+            gigabits(most) + ".",
+        "Seat the disk and its cable anew; a backplane or a port of that speed explains it as well.");
+}
+
+static void findWorn(Scene& scene, KT_U64 id, const Json& disk) {
+    const auto wear = amountIn(disk, "wear");
+    if (!wear || *wear < threshold(scene, "ssd-worn")) return;
+    const bool out = *wear >= threshold(scene, "ssd-worn-out");
+    char percent[32];
+    snprintf(percent, sizeof percent, "%.0f", *wear);
+    add(scene, out ? "ssd-worn-out" : "ssd-worn", id,
+        nameOfDisk(disk) + onAdapter(scene) + " has used " + percent + " % of what it can be written.",
+        out ? "Replace it now." : "Order another one and plan its replacement.");
+}
+
+void findDiskProblems(Scene& scene) {
+    const DiskLog log = readLog(scene);
+    for (const auto& [id, disk] : scene.disks) {
+        findFailed(scene, log, id, *disk);
+        findSmart(scene, id, *disk);
+        findMediaErrors(scene, log, id, *disk);
+        findHot(scene, id, *disk);
+        findSlowLink(scene, id, *disk);
+        findWorn(scene, id, *disk);
+    }
+}

@@ -1,0 +1,30 @@
+// The words of ktreport: each command adds its own to the program's, and what it is to do when they were given.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "Report/load.h"
+
+// Exit statuses that every command has; further ones are its own.
+enum { RESULT_OK = 0, RESULT_USAGE = 2, RESULT_UNREADABLE = 3 };
+
+// What commands share, and the exit status that the one that ran leaves.
+struct Invocation {
+    std::vector<std::string> from;
+    int adapter = -1;
+    int result = RESULT_OK;
+};
+
+// Words that were taken one by one, but do not go together.
+struct UsageFailure {
+    std::string message;
+};
+
+// Adds "-a N" and, for views of a state, "--from FILE...".
+void addAdapter(CLI::App& command, Invocation& invocation);
+void addFrom(CLI::App& command, Invocation& invocation);
+// The reports that a view is of: the files, else the adapters now.
+std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options = {});
+
+// A file of ktreport/ each.
+void addJson(CLI::App& app, Invocation& invocation); // json, schema

@@ -1,0 +1,32 @@
+// ktreport json, ktreport schema: the document and what it is made of.
+#include <iostream>
+
+#include "Report/document.h"
+#include "Report/problems.h"
+#include "Report/schema.h"
+#include "ktreport/commands.h"
+
+static void writeJson(const Invocation& invocation, bool records) {
+    ReadOptions options;
+    options.adapter = invocation.adapter;
+    options.records = records;
+    if (invocation.from.empty()) {
+        writeDocument(std::cout, readMachine(options));
+        return;
+    }
+    if (invocation.from.size() > 1) throw UsageFailure{"json takes one file: a report is of one machine"};
+    Report report = reportsFor(invocation).front();
+    report.document["problems"] = problemsOf(report.document, defaultThresholds());
+    layOut(std::cout, report.document);
+}
+
+void addJson(CLI::App& app, Invocation& invocation) {
+    CLI::App* json = app.add_subcommand("json", "Print the report as one JSON document");
+    addAdapter(*json, invocation);
+    addFrom(*json, invocation);
+    auto records = std::make_shared<bool>(false);
+    json->add_flag("--records", *records, "Also every field of the library's records, for a twin");
+    json->callback([&invocation, records] { writeJson(invocation, *records); });
+    CLI::App* schema = app.add_subcommand("schema", "Print the JSON Schema of the document");
+    schema->callback([] { std::cout << REPORT_SCHEMA; });
+}

@@ -1,0 +1,68 @@
+// Shows what adapters there are and how they are, for people and for programs. Reads only.
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+
+#include "ktreport/commands.h"
+
+// One line, whatever was typed or stands in a file.
+static int say(std::string what, int result) {
+    for (char& byte : what) {
+        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = '?';
+    }
+    fprintf(stderr, "ktreport: %s\n", what.c_str());
+    return result;
+}
+
+void addAdapter(CLI::App& command, Invocation& invocation) {
+    command.add_option("-a,--adapter", invocation.adapter, "Only this adapter")->check(CLI::Range(0, 254));
+}
+
+void addFrom(CLI::App& command, Invocation& invocation) {
+    command.add_option("--from", invocation.from, "Reports in files instead of the adapters; - is standard input");
+}
+
+std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options) {
+    options.adapter = invocation.adapter;
+    return gatherReports(invocation.from, options);
+}
+
+static int runWords(int argc, char** argv) {
+    CLI::App app{
+        "Shows what adapters, arrays, virtual disks and disks there are, what is wrong with them and what to do.\n"
+        "Reads only: nothing is changed."};
+    Invocation invocation;
+    app.name("ktreport");
+    app.require_subcommand(0, 1);
+    app.set_help_all_flag("--help-all", "Print the help of every command");
+    addJson(app, invocation);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) return app.exit(error);
+        return say(std::string(error.what()) + " (--help tells more)", RESULT_USAGE);
+    }
+    return invocation.result;
+}
+
+static int runGuarded(int argc, char** argv) {
+    try {
+        return runWords(argc, argv);
+    } catch (const UsageFailure& failure) {
+        return say(failure.message + " (--help tells more)", RESULT_USAGE);
+    } catch (const LoadFailure& failure) {
+        return say(failure.message, RESULT_UNREADABLE);
+    } catch (const ReadFailure& failure) {
+        return say(failure.message, RESULT_UNREADABLE);
+    } catch (const std::exception& error) {
+        return say(error.what(), RESULT_UNREADABLE);
+    }
+}
+
+// What is left that a handler itself can throw is running out of memory: the end, whatever is done.
+int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
+    const int result = runGuarded(argc, argv);
+    std::cout.flush();
+    const bool written = std::cout.good() && fflush(stdout) == 0;
+    return written || result != RESULT_OK ? result : say("the output could not be written", RESULT_UNREADABLE);
+}

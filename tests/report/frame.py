@@ -1,0 +1,52 @@
+"""What the tests of ktreport share: adapters of a lab in a state of their own, and running programs on them."""
+import json
+import os
+import subprocess
+import tempfile
+
+BIN = os.environ["BIN"]
+LABS = ["default", "empty", "full", "troubled", "hostile", "none"]
+MOMENT = "2026-01-05 08:00:00"
+
+
+class Bench:
+    """A state in a folder of its own, made from a lab (a name, or a lab as a dictionary) with its clock stopped."""
+
+    def __init__(self, lab):
+        self.folder = tempfile.TemporaryDirectory()
+        self.environment = dict(os.environ, KTRAID_SIM=self.path("state.db"))
+        if isinstance(lab, dict):
+            with open(self.path("lab.json"), "w", encoding="ascii") as file:
+                json.dump(lab, file)
+            lab = self.path("lab.json")
+        self.sim("create", "--lab", lab, "--at", MOMENT)
+
+    def __del__(self):
+        self.folder.cleanup()
+
+    def path(self, name):
+        return os.path.join(self.folder.name, name)
+
+    def run(self, program, *words, trace=False, text=None):
+        environment = self.environment
+        if trace:
+            environment = dict(environment, KTRAID_SIM_TRACE=self.path("trace"))
+            if os.path.exists(self.path("trace")):
+                os.remove(self.path("trace"))
+        return subprocess.run([os.path.join(BIN, program), *words], env=environment, input=text or "",
+                              capture_output=True, text=True, check=False)
+
+    def sim(self, *words):
+        done = self.run("ktsim", *words)
+        assert done.returncode == 0, done.stderr
+        return done.stdout
+
+    def report(self, *words):
+        done = self.run("ktreport", "json", *words)
+        assert done.returncode == 0, done.stderr
+        return json.loads(done.stdout)
+
+    def calls(self):
+        """The calls of the last traced run: name and arguments."""
+        with open(self.path("trace"), encoding="ascii") as file:
+            return [line.split(" -> ")[0] for line in file]

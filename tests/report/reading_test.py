@@ -1,0 +1,86 @@
+#!/usr/bin/env python3
+"""Reading: only calls that change nothing, none of them twice, and a document that fits its schema whatever fails."""
+import collections
+import json
+import os
+import re
+import unittest
+
+import jsonschema
+
+from frame import BIN, LABS, Bench
+
+# What may be called, by name; everything else in the header may not even stand in the program.
+READING = re.compile(r"KT_(API_(Initialize|Finalize|Version)|Adapter_Get(Count|Info|Config)|SIM_SgVersion|DiskHasOS"
+                     r"|(LD|DG|PD|BLK|BBU|ENC|EVT|VDHDD)_Get\w+|PD_GET_SMART_INFO|AES_(Only)?Get\w+|Tandem(ix)?_Get\w+"
+                     r"|Flash_Bin)$")
+SETTINGS = re.compile(r"KT_Flash_Bin a=\d+ action=240 imageType=0$")
+
+
+def schema():
+    with open(os.path.join(os.environ["SOURCE"], "docs", "report.schema.json"), encoding="ascii") as file:
+        return json.load(file)
+
+
+VALIDATOR = jsonschema.Draft7Validator(schema())
+
+
+class Reading(unittest.TestCase):
+    def valid(self, document, what):
+        faults = ["/".join(map(str, fault.absolute_path)) + ": " + fault.message[:100]
+                  for fault in VALIDATOR.iter_errors(document)]
+        self.assertEqual(faults[:5], [], what)
+
+    def test_binary_has_no_other_calls(self):
+        with open(os.path.join(BIN, "ktreport"), "rb") as file:
+            words = set(re.findall(rb"[A-Za-z_0-9]+", file.read()))
+        with open(os.path.join(os.environ["SOURCE"], "libktraid", "include", "ktraid.h"), encoding="ascii") as file:
+            calls = set(re.findall(r"\b(KT_[A-Z]\w+)\(", file.read()))
+        there = {call for call in calls if any(call.encode() in word for word in words)}
+        self.assertIn("KT_PD_GetHDInfo", there)
+        self.assertEqual({call for call in there if not READING.match(call)}, set())
+
+    def test_labs(self):
+        for lab in LABS:
+            bench = Bench(lab)
+            for words in ([], ["--records"]) if lab != "full" else (["--records"],):
+                done = bench.run("ktreport", "json", *words, trace=True)
+                self.assertEqual((done.returncode, done.stderr), (0, ""), lab)
+                self.valid(json.loads(done.stdout), lab)
+                calls = bench.calls()
+                twice = [call for call, count in collections.Counter(calls).items() if count > 1]
+                self.assertEqual(twice, [], lab)
+                for call in calls:
+                    self.assertRegex(call.split()[0], READING)
+                    if call.startswith("KT_Flash_Bin"):
+                        self.assertTrue(words and SETTINGS.match(call), call)
+
+    def test_same_adapters_same_bytes(self):
+        bench = Bench("troubled")
+        first, second = (re.sub('"made": .*', "", bench.run("ktreport", "json", "--records").stdout) for _ in range(2))
+        self.assertEqual(first, second)
+
+    def test_failing_calls(self):
+        """Each call failing with each of several codes: valid, and the failure stands in it."""
+        bench = Bench("default")
+        bench.run("ktreport", "json", "--records", trace=True)
+        names = sorted({call.split()[0] for call in bench.calls()})
+        # What fails as a whole, and the call whose every failure means "not linked".
+        silent = {"KT_VDHDD_GetLink", "KT_API_Initialize", "KT_API_Finalize", "KT_API_Version", "KT_Adapter_GetCount", "KT_SIM_SgVersion"}
+        for at, name in enumerate(names):
+            # "Not supported" is an answer; any other status is a refusal.
+            for code in (("1", "9", "200", "255")[at % 4], "19"):
+                if name in silent:
+                    continue
+                bench.sim("fault", name, code)
+                document = bench.report("--records")
+                self.valid(document, name)
+                refused = [(one["call"], one.get("status")) for one in document["unread"]]
+                self.assertIn((name, int(code)), refused)
+                if code != "19":
+                    self.assertTrue({"unread", "adapter-unread"} & {one["name"] for one in document["problems"]}, name)
+                bench.sim("fault", "clear")
+
+
+if __name__ == "__main__":
+    unittest.main()
