@@ -9,8 +9,8 @@ Take takeLevel(const char* value, KT_U8& level) {
     return Take::Failed;
 }
 
-Take takeParity(const char* value, KT_U8& parity) {
-    if (parseDecimal(value, parity)) return Take::Yes;
+Take takeParity(const char* value, int& parity) {
+    if (parseCapped(value, parity)) return Take::Yes;
     out("-q : invalid number of parity disks '%s'\n", value);
     return Take::Failed;
 }

@@ -107,7 +107,7 @@ bool checkDiskCount(RaidUse use, KT_U8 level, unsigned disks) {
 }
 
 // The count is not one that the level takes on this adapter. `most` is the adapter's limit, where there is one.
-static void refuseParityNumber(RaidUse use, KT_U8 level, unsigned most) {
+static void refuseParityNumber(RaidUse use, KT_U8 level, int most) {
     if (level == KT_RAID6) {
         if (use == USE_CREATE_ARRAY) {
             out("Number of parity disks for RAID6 should be between 2 & %d\n", most);
@@ -126,7 +126,7 @@ static void refuseParityNumber(RaidUse use, KT_U8 level, unsigned most) {
 }
 
 // The count leaves too few disks for data.
-static void refuseParityRoom(const ParityRule& rule, unsigned parity, unsigned disks, unsigned most) {
+static void refuseParityRoom(const ParityRule& rule, int parity, int disks, int most) {
     if (rule.level == KT_RAID6 && rule.room == Room::HalfOfDisks) {
         out("Number of parity disks for RAID6 can not exceed half of total disks\n");
     } else if (rule.level == KT_RAID6) {
@@ -138,12 +138,13 @@ static void refuseParityRoom(const ParityRule& rule, unsigned parity, unsigned d
     }
 }
 
-static bool leavesRoom(const ParityRule& rule, unsigned parity, unsigned disks) {
+static bool leavesRoom(const ParityRule& rule, int parity, int disks) {
     if (rule.room == Room::BelowDisks) return parity < disks;
     return rule.room == Room::Any || parity <= disks / 2;
 }
 
-bool checkParity(RaidUse use, KT_U8 level, unsigned disks, bool given, KT_U8& parity) {
+bool checkParity(RaidUse use, KT_U8 level, unsigned disks, bool given, int& parity) {
+    auto room = static_cast<int>(disks);
     for (const ParityRule& rule : parityRules) {
         if (rule.level != level || (rule.uses & use) == 0) continue;
         if (!given) {
@@ -151,14 +152,14 @@ bool checkParity(RaidUse use, KT_U8 level, unsigned disks, bool given, KT_U8& pa
             return true;
         }
         // Where the adapter sets no limit, the number of disks is the one that messages name.
-        unsigned most = rule.perAdapterMost != 0 ? rule.perAdapterMost * currentAdapter().MaxParityDisks : disks;
+        int most = rule.perAdapterMost != 0 ? rule.perAdapterMost * currentAdapter().MaxParityDisks : room;
         bool tooMany = rule.perAdapterMost != 0 && parity > most;
         if (parity < rule.least || parity % rule.step != 0 || tooMany) {
             refuseParityNumber(use, level, most);
             return false;
         }
-        if (!leavesRoom(rule, parity, disks)) {
-            refuseParityRoom(rule, parity, disks, most);
+        if (!leavesRoom(rule, parity, room)) {
+            refuseParityRoom(rule, parity, room, most);
             return false;
         }
     }

@@ -22,7 +22,7 @@ bool checkDiskCount(RaidUse use, KT_U8 level, unsigned disks);
 
 // RAID6 and RAID60: without a count given, parity becomes the level's own; a given one must fit the level, the adapter
 // and the number of disks, else the limits are printed and the answer is false. Other levels: true, parity untouched.
-bool checkParity(RaidUse use, KT_U8 level, unsigned disks, bool given, KT_U8& parity);
+bool checkParity(RaidUse use, KT_U8 level, unsigned disks, bool given, int& parity);
 
 // True for the levels whose number of parity disks can be chosen.
 inline bool takesParityDisks(KT_U8 level) {

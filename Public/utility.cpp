@@ -57,13 +57,33 @@ static bool readDigits(const char* text, unsigned radix, KT_U64 most, KT_U64& va
     return true;
 }
 
+bool isTypedNumber(const char* text) {
+    return *text != '\0' && isNumber(text);
+}
+
+const char* emptyIsZero(const char* text) {
+    return *text == '\0' ? "0" : text;
+}
+
 bool parseUpTo(const char* text, KT_U64 most, KT_U64& value) {
-    return isNumber(text) && readDigits(text, 10, most, value);
+    return isTypedNumber(text) && readDigits(text, 10, most, value);
 }
 
 bool parseDecimalOrHexUpTo(const char* text, KT_U64 most, KT_U64& value) {
-    if (isNumber(text)) return readDigits(text, 10, most, value);
+    if (isTypedNumber(text)) return readDigits(text, 10, most, value);
     return isHex(text) && readDigits(text + 2, 16, most, value);
+}
+
+bool parseCapped(const char* text, int& number) {
+    return isTypedNumber(text) && parseCappedOrHex(text, number);
+}
+
+bool parseCappedOrHex(const char* text, int& number) {
+    constexpr int MOST = std::numeric_limits<int>::max();
+    if (!isTypedNumber(text) && !isHex(text)) return false;
+    KT_U64 value = 0;
+    number = parseDecimalOrHexUpTo(text, MOST, value) ? static_cast<int>(value) : MOST;
+    return true;
 }
 
 KT_U64 decimalDigits(const char* text) {
@@ -73,8 +93,9 @@ KT_U64 decimalDigits(const char* text) {
 
 bool parsePdList(const char* text, PdItems items, PdList& list) {
     list.count = 0;
-    for (const char* item = text; *item != '\0';) {
+    for (const char* item = text;;) {
         const char* end = item + strcspn(item, ",");
+        if (item == end && items == PdItems::Strict) return false;
         if (item != end) {
             KT_U32 id = 0;
             // Leniently, an item is read as people write lists: "0, 2, 4".
@@ -82,16 +103,16 @@ bool parsePdList(const char* text, PdItems items, PdList& list) {
             for (; isDigit(*at) && id <= UINT16_MAX; ++at) {
                 id = id * 10 + static_cast<KT_U32>(*at - '0');
             }
-            if (id > UINT16_MAX || (items == PdItems::Strict && at != end)) return false;
+            if (id > UINT16_MAX || (items != PdItems::Lenient && at != end)) return false;
             KT_U16* known = list.ids + list.count;
             if (items == PdItems::Lenient || std::find(list.ids, known, id) == known) {
                 if (list.count == sizeof list.ids / sizeof list.ids[0]) return false;
                 list.ids[list.count++] = static_cast<KT_U16>(id);
             }
         }
-        item = *end == ',' ? end + 1 : end;
+        if (*end == '\0') return true;
+        item = end + 1;
     }
-    return true;
 }
 
 unsigned short fill_zero_to_str_before_u32value(char* buf, unsigned v) {

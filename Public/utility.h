@@ -18,6 +18,13 @@ KT_U32 atohex(const char* text);
 // The leading run of hexadecimal digits of text (no prefix), its low 32 bits; 0 without one.
 void str_to_hex_u32(const char* text, KT_U32* value);
 
+// True for at least one decimal digit and nothing else: the empty text, which an unset variable leaves behind, is no
+// number that anybody typed. All the parsers below go by it.
+bool isTypedNumber(const char* text);
+
+// "0" for the empty text, else the text itself: what commands that only look take for a number.
+const char* emptyIsZero(const char* text);
+
 // Reads decimal digits into 64 bits. False when text is not a number or above `most`; value is then unchanged.
 bool parseUpTo(const char* text, KT_U64 most, KT_U64& value);
 
@@ -40,6 +47,11 @@ bool parseDecimalOrHex(const char* text, Field& field) {
     return true;
 }
 
+// Reads a number whose range has a message of its own: one that is too wide becomes the largest that "%d" can show.
+// False, and nothing changed, when text is no number.
+bool parseCapped(const char* text, int& number);
+bool parseCappedOrHex(const char* text, int& number);
+
 // Reads decimal digits the way a narrow field takes them over: only the low bits of `Field` are kept. For the few
 // places where wrapping is the documented behaviour; the caller has checked isNumber.
 KT_U64 decimalDigits(const char* text);
@@ -54,11 +66,12 @@ struct PdList {
     KT_U8 count;
 };
 
-// Strict: an item is a number, a repeated id is skipped. Lenient: the digits that an item begins with, behind
-// blanks, are its id, none mean 0, and repeated ids stay.
-enum class PdItems { Strict, Lenient };
+// Strict: an item is a number, a repeated id is skipped. WithGaps: the same, but an empty item counts for nothing.
+// Lenient: the digits that an item begins with, behind blanks, are its id, none mean 0, repeated ids stay, and an empty
+// item counts for nothing.
+enum class PdItems { Strict, WithGaps, Lenient };
 
-// Reads a comma list of decimal disk ids; empty items count for nothing. False for an item that the rule refuses or
+// Reads a comma list of decimal disk ids; the empty text is one empty item. False for an item that the rule refuses or
 // whose id is above 65535, and for more ids than the list holds.
 bool parsePdList(const char* text, PdItems items, PdList& list);
 

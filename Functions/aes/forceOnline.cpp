@@ -12,7 +12,7 @@ struct ForceOnlineOptions {
 } // namespace
 
 static Take takePercentage(const char* word, KT_U8& percentage) {
-    if (!isNumber(word)) {
+    if (!isTypedNumber(word)) {
         out("-p : invalid percentage '%s'\n", word);
         return Take::Failed;
     }

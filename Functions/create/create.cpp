@@ -16,7 +16,7 @@ namespace {
 struct CreateOptions {
     OptionCounts given;
     KT_U8 level = KT_RAID0;
-    KT_U8 parity = 0;
+    int parity = 0;
     PdList disks = {};
     TypedName name = {};
     KT_U16 stripe = 64; // KB
@@ -28,7 +28,7 @@ struct CreateOptions {
 } // namespace
 
 static Take takeStripe(const char* value, KT_U16& stripe) {
-    if (!isNumber(value)) {
+    if (!isTypedNumber(value)) {
         out("-b : invalid stripe block size '%s'.\n", value);
         return Take::Failed;
     }
@@ -182,7 +182,7 @@ static void fillParam(const CreateOptions& o, _Create_LD_Param& param) {
     param.HDCount = o.disks.count;
     param.RoundingScheme = o.rounding;
     param.StripeBlockSize = o.stripe;
-    param.NumParityDisk = o.parity;
+    param.NumParityDisk = static_cast<KT_U8>(o.parity);
     param.CachePolicy = o.cache;
     param.InitializationOption = o.init;
     param.SectorCoefficient = 1;

@@ -100,7 +100,7 @@ static bool checkDisks(const PdList& disks, KT_U32& sectorSize) {
 static void fillParam(const CreateV2Options& o, _CreateOrModify_DG_Param& param) {
     param.DGID = KT_NO_ID;
     param.RaidMode = o.level;
-    param.NumParityDisk = o.parity;
+    param.NumParityDisk = static_cast<KT_U8>(o.parity);
     param.StripeBlockSize = o.stripe;
     param.Size = o.size;
     param.InitializationOption = o.init;

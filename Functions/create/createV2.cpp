@@ -30,24 +30,24 @@ static Take takeArray(const char* value, KT_U16& array) {
     return Take::Failed;
 }
 
-static Take takeSlot(const char* value, KT_U8& slot) {
-    if (parseDecimal(value, slot)) return Take::Yes;
+static Take takeSlot(const char* value, int& slot) {
+    if (parseCapped(value, slot)) return Take::Yes;
     out("-l : invalid slot number '%s'\n", value);
     return Take::Failed;
 }
 
 static Take takeArrayDisks(const char* value, PdList& disks) {
-    if (!parsePdList(value, PdItems::Strict, disks)) {
-        out("-d : invalid PD IDs '%s'\n", value);
+    if (*value == '\0') {
+        out("-d : no PD ID is specified.\n");
         return Take::Failed;
     }
-    if (disks.count != 0) return Take::Yes;
-    out("-d : no PD ID is specified.\n");
+    if (parsePdList(value, PdItems::Strict, disks)) return Take::Yes;
+    out("-d : invalid PD IDs '%s'\n", value);
     return Take::Failed;
 }
 
 static Take takeStripe(const char* value, KT_U16& stripe) {
-    if (!isNumber(value)) {
+    if (!isTypedNumber(value)) {
         out("-b : invalid stripe block size '%s'.\n", value);
         return Take::Failed;
     }

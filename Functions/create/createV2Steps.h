@@ -6,16 +6,16 @@
 
 enum class CreateObject { VirtualDisk, Array, Auto };
 
-inline constexpr KT_U8 ANY_SLOT = 255;
+inline constexpr int ANY_SLOT = 255;
 
 struct CreateV2Options {
     OptionCounts given;
     CreateObject object = CreateObject::VirtualDisk;
     KT_U16 array = KT_NO_ID;
-    KT_U8 slot = ANY_SLOT;
+    int slot = ANY_SLOT;
     TypedName name = {};
     KT_U8 level = KT_RAID0;
-    KT_U8 parity = 0;
+    int parity = 0;
     PdList disks = {};
     KT_U16 stripe = 64; // KB
     KT_U8 cache = 0;

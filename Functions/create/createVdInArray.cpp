@@ -30,8 +30,8 @@ static bool readArray(KT_U16 id, _DG_Info_Request& request, int& result) {
 static bool checkSlot(const CreateV2Options& o, const _DG_Info& array) {
     if (o.given['l'] == 0) return true;
     // Whatever the record says, it holds no more slots than this.
-    constexpr size_t RECORD_SLOTS = sizeof array.VDIDs / sizeof array.VDIDs[0];
-    unsigned slots = std::min<unsigned>(array.VDSlotCount, RECORD_SLOTS);
+    constexpr int RECORD_SLOTS = sizeof array.VDIDs / sizeof array.VDIDs[0];
+    int slots = std::min<int>(array.VDSlotCount, RECORD_SLOTS);
     if (o.slot >= slots) {
         out("Invalid slot number.  Total slot is %d\n", array.VDSlotCount);
         return false;
@@ -81,7 +81,7 @@ static void fillParam(const CreateV2Options& o, const _DG_Info& array, _CreateOr
     param.RaidMode = array.RaidMode;
     param.SubVDCount = array.SubVDCount;
     param.NumParityDisk = array.NumParityDisk;
-    param.DGSlotNum = o.slot;
+    param.DGSlotNum = static_cast<KT_U8>(o.slot);
     param.StripeBlockSize = o.given['b'] != 0 ? o.stripe : array.StripeBlockSize;
     param.Size = o.size;
     param.RoundingScheme = o.rounding;

@@ -1,6 +1,5 @@
 #include "Functions/delete/delete.h"
 
-#include <limits>
 #include <strings.h>
 
 #include "Public/confirm.h"
@@ -41,13 +40,9 @@ static Take takeObject(const char* value, DeleteObject& object) {
 }
 
 static Take takeId(const char* value, int& id) {
-    KT_U64 number = 0;
-    if (!parseUpTo(value, std::numeric_limits<int>::max(), number)) {
-        out("-i : invalid id '%s'\n", value);
-        return Take::Failed;
-    }
-    id = static_cast<int>(number);
-    return Take::Yes;
+    if (parseCapped(value, id)) return Take::Yes;
+    out("-i : invalid id '%s'\n", value);
+    return Take::Failed;
 }
 
 static Take takeOption(int option, const char* value, DeleteOptions& o) {

@@ -111,7 +111,7 @@ static Take takeOption(int option, const char* value, DevMapOptions& o) {
     }
     if (option != 'i') return Take::Help;
     o.range.all = false;
-    if (!parseDecimalOrHex(value, o.range.id)) {
+    if (!parseDecimalOrHex(emptyIsZero(value), o.range.id)) {
         out("-i: invalid object id '%s'.\n", value);
         return Take::Failed;
     }

@@ -114,7 +114,7 @@ namespace {
 enum class EncObject { Enclosure, Element, ElementConfig };
 struct EncOptions {
     EncObject object = EncObject::Enclosure;
-    KT_U64 enclosure = ALL_ITEMS;
+    int enclosure = ALL_ITEMS;
     KT_U8 element = ALL_ELEMENTS;
     KT_U8 type = 0;
 };
@@ -139,7 +139,7 @@ static Take takeElement(const char* value, EncOptions& o) {
         out("-e: invalid element id '%s'\n", value);
         return Take::Failed;
     }
-    if (!parseDecimal(value, o.element) || o.element == ALL_ELEMENTS) {
+    if (!parseDecimal(emptyIsZero(value), o.element) || o.element == ALL_ELEMENTS) {
         out("-e: element id should be less than 255\n");
         return Take::Failed;
     }
@@ -153,12 +153,9 @@ static Take takeOption(int option, const char* value, EncOptions& o) {
     case 'e':
         return takeElement(value, o);
     case 'i':
-        if (!isNumber(value)) {
-            out("-i: invalid enclosure id '%s'\n", value);
-            return Take::Failed;
-        }
-        o.enclosure = decimalDigits(value);
-        return Take::Yes;
+        if (parseCapped(emptyIsZero(value), o.enclosure)) return Take::Yes;
+        out("-i: invalid enclosure id '%s'\n", value);
+        return Take::Failed;
     case 't':
         o.type = SetElementType(value);
         if (o.type == 0) {
@@ -174,7 +171,7 @@ static Take takeOption(int option, const char* value, EncOptions& o) {
 static bool checkOptions(const char* command, const OptionCounts& given, const EncOptions& o) {
     if (!givenOnce(encOptions, given)) return false;
     if (given['i'] > 0 && o.enclosure >= ALL_ITEMS) {
-        out("-i : invalid id %llu\n", static_cast<unsigned long long>(o.enclosure));
+        out("-i : invalid id %d\n", o.enclosure);
         return false;
     }
     if (!givenRequired(encOptions, given, command)) return false;

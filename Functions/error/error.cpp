@@ -9,7 +9,7 @@ static Take takeCode(int option, const char* value, KT_U8& code) {
         out("-c : id should be a number\n");
         return Take::Failed;
     }
-    if (!parseDecimal(value, code)) {
+    if (!parseDecimal(emptyIsZero(value), code)) {
         out("Invalid error code\n");
         return Take::Failed;
     }

@@ -9,7 +9,7 @@
 
 static Take takeOption(int option, const char* value, KT_U32& start) {
     if (option != 's') return Take::Help;
-    if (parseDecimal(value, start)) return Take::Yes;
+    if (parseDecimal(emptyIsZero(value), start)) return Take::Yes;
     out("-s : start sequence should be a number\n");
     return Take::Failed;
 }

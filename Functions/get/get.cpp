@@ -7,10 +7,16 @@
 #include "Public/settings.h"
 #include "Public/utility.h"
 
+// The id that a failure names: the one asked for, or the number that stands for all.
+static int shownId(ListRange range) {
+    return range.all ? ALL_ITEMS : range.id;
+}
+
 // Prints every configuration record of a list, or `none` for an empty one.
 template <class Record, class Request>
-static KT_U8 printConfigs(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, const char* none, void (*print)(const Record*)) {
-    ListEnd end = walkList<Record>(call, itemRange(id), recordsPerPage(sizeof(Record)), [&](const Record& record) {
+static KT_U8 printConfigs(KT_U8 (*call)(KT_U8, Request*), ListRange range, const char* none,
+                          void (*print)(const Record*)) {
+    ListEnd end = walkList<Record>(call, range, recordsPerPage(sizeof(Record)), [&](const Record& record) {
         print(&record);
         return true;
     });
@@ -18,33 +24,34 @@ static KT_U8 printConfigs(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, const char*
     return end.status;
 }
 
-static KT_U8 reportDisks(KT_U16 id) {
-    KT_U8 status = printConfigs(KT_PD_GetConfig, id, "\nNo PD is found\n", hdGet_printf);
+static KT_U8 reportDisks(ListRange range) {
+    KT_U8 status = printConfigs(KT_PD_GetConfig, range, "\nNo PD is found\n", hdGet_printf);
     if (status != KT_OK) {
-        out("\nUnable to get configuration of hard disk %d (error %d : %s).\n", id, status, ErrorMessage(status));
+        out("\nUnable to get configuration of hard disk %d (error %d : %s).\n", shownId(range), status,
+            ErrorMessage(status));
     }
     return status;
 }
 
-static KT_U8 reportArrays(KT_U16 id) {
-    KT_U8 status = printConfigs(KT_DG_GetConfig, id, "\nNo array is found\n", dgGet_printf);
+static KT_U8 reportArrays(ListRange range) {
+    KT_U8 status = printConfigs(KT_DG_GetConfig, range, "\nNo array is found\n", dgGet_printf);
     if (status != KT_OK) {
-        out("\nUnable to get configuration of array %d (error %d: %s)\n", id, status, ErrorMessage(status));
+        out("\nUnable to get configuration of array %d (error %d: %s)\n", shownId(range), status, ErrorMessage(status));
     }
     return status;
 }
 
-static KT_U8 reportVirtualDisks(KT_U16 id) {
-    KT_U8 status = printConfigs(KT_LD_GetConfig, id, "\nNo VD is found\n", ldGet_printf);
-    if (status != KT_OK) out("\nVD %d is invalid (error %d: %s)\n", id, status, ErrorMessage(status));
+static KT_U8 reportVirtualDisks(ListRange range) {
+    KT_U8 status = printConfigs(KT_LD_GetConfig, range, "\nNo VD is found\n", ldGet_printf);
+    if (status != KT_OK) out("\nVD %d is invalid (error %d: %s)\n", shownId(range), status, ErrorMessage(status));
     return status;
 }
 
-static KT_U8 reportAdapter(KT_U16 id) {
+static KT_U8 reportAdapter(ListRange range) {
     _Adapter_Config_V2 config = {};
     KT_U8 status = KT_ERR_INVALID_ADAPTER;
     // Without an id the current adapter is meant; the library judges whether that one exists.
-    if (id == ALL_ITEMS) id = gCurrentAdapter;
+    KT_U16 id = range.all ? gCurrentAdapter : range.id;
     if (id == gCurrentAdapter || id < gNumAdaptersFound) {
         status = KT_Adapter_GetConfig(static_cast<KT_U8>(id), &config);
     }
@@ -56,7 +63,7 @@ static KT_U8 reportAdapter(KT_U16 id) {
     return KT_OK;
 }
 
-static KT_U8 reportDriver(KT_U16) {
+static KT_U8 reportDriver(ListRange) {
     out("\nLinux CLI needn't support :get -o driver.\n");
     return KT_OK;
 }
@@ -70,16 +77,16 @@ static void linkGet_printf(const _LD_Info* ld) {
     }
 }
 
-static KT_U8 reportLinks(KT_U16 id) {
-    KT_U8 status = printConfigs(KT_LD_GetInfo, id, "\nNo VD is found\n", linkGet_printf);
-    if (status != KT_OK) out("\nVD %d is invalid (error %d: %s)\n", id, status, ErrorMessage(status));
+static KT_U8 reportLinks(ListRange range) {
+    KT_U8 status = printConfigs(KT_LD_GetInfo, range, "\nNo VD is found\n", linkGet_printf);
+    if (status != KT_OK) out("\nVD %d is invalid (error %d: %s)\n", shownId(range), status, ErrorMessage(status));
     return status;
 }
 
 namespace {
 struct ConfigObject {
     const char* word;
-    KT_U8 (*report)(KT_U16 id);
+    KT_U8 (*report)(ListRange range);
 };
 const ConfigObject configObjects[] = {
     {"pd", reportDisks},     {"hd", reportDisks},    {"vd", reportVirtualDisks}, {"ld", reportVirtualDisks},
@@ -88,7 +95,7 @@ const ConfigObject configObjects[] = {
 
 struct GetOptions {
     const ConfigObject* object = configObjects;
-    KT_U16 id = ALL_ITEMS;
+    ListRange range = EVERYTHING;
 };
 } // namespace
 
@@ -112,7 +119,8 @@ static Take takeObject(const char* word, GetOptions& o) {
 static Take takeOption(int option, const char* value, GetOptions& o) {
     if (option == 'o') return takeObject(value, o);
     if (option != 'i') return Take::Help;
-    if (!parseDecimal(value, o.id)) {
+    o.range.all = false;
+    if (!parseDecimal(emptyIsZero(value), o.range.id)) {
         out("-i : id is not a number\n");
         return Take::Failed;
     }
@@ -126,5 +134,5 @@ int doGet(int argc, char** argv, _cmd_struct* row) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, getOptions, given, result, take)) return result;
     if (!givenOnce(getOptions, given) || !givenRequired(getOptions, given, argv[0])) return 1;
-    return o.object->report(o.id);
+    return o.object->report(o.range);
 }

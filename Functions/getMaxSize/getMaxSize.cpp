@@ -14,7 +14,7 @@ namespace {
 struct MaxSizeOptions {
     OptionCounts given;
     KT_U8 level = KT_RAID0;
-    KT_U8 parity = 0;
+    int parity = 0;
     PdList disks = {};
     KT_U8 rounding = KT_ROUND_NONE;
 };
@@ -30,9 +30,9 @@ static Take takeAnyDisks(const char* value, PdList& disks) {
 static Take takeOption(int option, const char* value, MaxSizeOptions& o) {
     switch (option) {
     case 'g':
-        return takeRounding(value, o.rounding);
+        return takeRounding(emptyIsZero(value), o.rounding);
     case 'q':
-        return takeParity(value, o.parity);
+        return takeParity(emptyIsZero(value), o.parity);
     case 'r':
         return takeLevel(value, o.level);
     case 'd':
@@ -80,7 +80,7 @@ static int showMaxSize(const MaxSizeOptions& o) {
     param.HDCount = o.disks.count;
     param.RoundingScheme = o.rounding;
     param.StripeBlockSize = STRIPE;
-    param.NumParityDisk = o.parity;
+    param.NumParityDisk = static_cast<KT_U8>(o.parity);
     bool tiered = o.level == KT_TANDEM_CAPACITY || o.level == KT_TANDEM_SAFE;
     if (tiered) param.TandemWaterMark = TANDEM_WATER_MARK;
     memcpy(param.HDIDs, o.disks.ids, o.disks.count * sizeof o.disks.ids[0]);

@@ -64,12 +64,13 @@ static Take takeOption(int option, const char* value, InfoOptions& o) {
 }
 
 static bool checkOptions(const char* command, const OptionCounts& given, const InfoOptions& o) {
-    bool complete = givenRequired(infoOptions, given, command);
+    // Everything that is wrong is said before the command ends.
+    bool good = givenRequired(infoOptions, given, command);
     if (given['i'] > 0 && o.id > HIGHEST_ID) {
         out("-i : invalid id %d\n", o.id);
-        return false;
+        good = false;
     }
-    return givenOnce(infoOptions, given) && complete && o.object != nullptr;
+    return givenOnce(infoOptions, given) && good;
 }
 
 int doInfo(int argc, char** argv, _cmd_struct* row) {

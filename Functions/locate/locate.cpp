@@ -18,7 +18,7 @@ static Take takeOption(int option, const char* value, LocateOptions& o) {
     case 'o':
         return Take::Yes;
     case 'i':
-        if (parseDecimalOrHex(value, o.id)) return Take::Yes;
+        if (parseDecimalOrHex(emptyIsZero(value), o.id)) return Take::Yes;
         out("-i: id should be a number\n");
         return Take::Failed;
     case 'a':

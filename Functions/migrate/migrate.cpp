@@ -66,7 +66,7 @@ static _Create_LD_Param migrationParam(const MigrationRequest& request, const _L
     _Create_LD_Param param = {};
     param.RaidMode = request.level;
     param.HDCount = request.disks.count;
-    param.NumParityDisk = request.parity;
+    param.NumParityDisk = static_cast<KT_U8>(request.parity);
     param.SectorCoefficient = ld.SectorCoefficient;
     param.LDID = request.id;
     static_assert(sizeof param.HDIDs == sizeof request.disks.ids);
@@ -88,8 +88,10 @@ static int reportSize(MigrationRequest& request) {
     _LD_Info ld;
     KT_U64 size = 0;
     KT_U8 status = readVirtualDisk(request, ld);
-    if (status == KT_OK) status = askSize(migrationParam(request, ld), size);
-    if (status == KT_OK) out("Migrate VD size = %lld M\n", static_cast<long long>(size));
+    if (status != KT_OK) return status;
+    if (!parityFits(request)) return refuseParity(request);
+    status = askSize(migrationParam(request, ld), size);
+    if (status == KT_OK) out("Migrate VD size = %lld M\n", static_cast<long long>(size >> 10));
     return status;
 }
 
@@ -138,6 +140,8 @@ static bool checkStart(const MigrationRequest& request, const _LD_Info& ld, Acti
                        MigrationMembers& members, int& result) {
     KT_U64 size = 0;
     result = 1;
+    // A number of parity disks that no record holds is refused before the library is asked with one.
+    if (!parityFits(request)) return checkMigrationTarget(migrateCommand, ld.RaidMode, request);
     // A size that cannot be had is said, but no reason to stop: the library decides.
     if (askSize(migrationParam(request, ld), size) == KT_OK && size < ld.Size) {
         out("\nTarget VD size can not smaller than source VD.\n");

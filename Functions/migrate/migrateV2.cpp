@@ -42,6 +42,9 @@ static KT_U8 readArray(MigrationRequest& request, _DG_Info& array) {
     }
     array = answer.dgInfo[0];
     completeMigration(migrateV2Command, array.RaidMode, request);
+    // An array that keeps its level keeps what redundancy it has, unless somebody says otherwise.
+    bool keepsLevel = request.level == array.RaidMode && takesParityDisks(request.level);
+    if (keepsLevel && !request.parityGiven && array.NumParityDisk != 0) request.parity = array.NumParityDisk;
     return KT_OK;
 }
 
@@ -49,7 +52,7 @@ static _CreateOrModify_DG_Param migrationParam(const MigrationRequest& request) 
     _CreateOrModify_DG_Param param = {};
     param.DGID = request.id;
     param.RaidMode = request.level;
-    param.NumParityDisk = request.parity;
+    param.NumParityDisk = static_cast<KT_U8>(request.parity);
     param.PDCount = request.disks.count;
     static_assert(sizeof param.PDIDs == sizeof request.disks.ids);
     memcpy(param.PDIDs, request.disks.ids, request.disks.count * sizeof(KT_U16));
@@ -67,8 +70,9 @@ static KT_U8 askSize(const MigrationRequest& request, KT_U64& size) {
 
 static int reportSize(const MigrationRequest& request) {
     KT_U64 size = 0;
+    if (!parityFits(request)) return refuseParity(request);
     KT_U8 status = askSize(request, size);
-    if (status == KT_OK) out("Migrated size will be %lld M\n", static_cast<long long>(size));
+    if (status == KT_OK) out("Migrated size will be %lld M\n", static_cast<long long>(size >> 10));
     return status;
 }
 
@@ -108,6 +112,8 @@ static bool checkStart(const MigrationRequest& request, const _DG_Info& array, M
         say(migrateV2Command.words.busy, request.id, KT_OK);
         return false;
     }
+    // A number of parity disks that no record holds is refused before the library is asked with one.
+    if (!parityFits(request)) return checkMigrationTarget(migrateV2Command, array.RaidMode, request);
     KT_U64 size = 0;
     // A size that cannot be had is said, but no reason to stop: the library decides.
     if (askSize(request, size) == KT_OK && size < array.TotalManagedSpace) {

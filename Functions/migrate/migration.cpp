@@ -1,6 +1,7 @@
 #include "Functions/migrate/migration.h"
 
 #include <cstring>
+#include <limits>
 #include <strings.h>
 
 #include "Public/confirm.h"
@@ -26,6 +27,7 @@ static Take takeOption(int option, const char* value, MigrationRequest& request)
     case 'r':
         return takeLevel(value, request.level);
     case 'q':
+        request.parityText = value;
         return takeParity(value, request.parity);
     case 'd':
         return takeDisks(value, request.disks);
@@ -72,15 +74,27 @@ void completeMigration(const MigrationCommand& command, KT_U8 presentLevel, Migr
     if (!request.parityGiven) checkParity(command.use, request.level, request.disks.count, false, request.parity);
 }
 
+bool parityFits(const MigrationRequest& request) {
+    return request.parity <= std::numeric_limits<KT_U8>::max();
+}
+
+int refuseParity(const MigrationRequest& request) {
+    out("-q : invalid number of parity disks '%s'\n", request.parityText);
+    return 1;
+}
+
 bool checkMigrationTarget(const MigrationCommand& command, KT_U8 presentLevel, const MigrationRequest& request) {
     if (!checkLevel(command.use, request.level)) return false;
     if (RedundencyLevel(presentLevel) > RedundencyLevel(request.level)) {
         command.degraded(RaidModeStr(presentLevel), RaidModeStr(request.level));
         return false;
     }
-    KT_U8 parity = request.parity;
-    return checkDiskCount(command.use, request.level, request.disks.count) &&
-           checkParity(command.use, request.level, request.disks.count, request.parityGiven, parity);
+    int parity = request.parity;
+    if (!checkDiskCount(command.use, request.level, request.disks.count) ||
+        !checkParity(command.use, request.level, request.disks.count, request.parityGiven, parity)) {
+        return false;
+    }
+    return parityFits(request) || refuseParity(request) == 0;
 }
 
 void addMember(const MigrationRequest& request, KT_U16 disk, MigrationMembers& members) {

@@ -11,7 +11,8 @@ struct MigrationRequest {
     bool levelGiven = false;
     bool parityGiven = false;
     KT_U8 level = 0;
-    KT_U8 parity = 0;
+    int parity = 0;              // as typed; parityFits() before it goes into a record
+    const char* parityText = ""; // -q as it was typed
     PdList disks = {};
 };
 
@@ -31,6 +32,12 @@ bool readMigration(int argc, char** argv, const _cmd_struct* row, const Migratio
 
 // Completes the request with what was not given: the present level, and the level's own number of parity disks.
 void completeMigration(const MigrationCommand& command, KT_U8 presentLevel, MigrationRequest& request);
+
+// Whether the number of parity disks fits its field in a record.
+bool parityFits(const MigrationRequest& request);
+
+// What is said of one that does not where no rule of a level has said it: the command's result.
+int refuseParity(const MigrationRequest& request);
 
 // True when the adapter offers the target level, it is no less redundant than the present one, and the number of disks
 // and parity disks fits it; otherwise one message.

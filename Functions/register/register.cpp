@@ -7,12 +7,12 @@
 
 // Types of registers, as the library numbers them.
 enum RegisterType : KT_U8 { REGISTER_MAILBOX = 0 };
-static constexpr KT_U32 MAILBOX_REGISTERS = 2;
+static constexpr int MAILBOX_REGISTERS = 2;
 
 namespace {
 struct RegisterOptions {
     bool write = false;
-    KT_U32 address = 0;
+    int address = 0;
     KT_U64 value = 0;
 };
 } // namespace
@@ -29,7 +29,7 @@ static Take takeOption(int option, const char* value, RegisterOptions& o) {
         out("-t : invalid operation type '%s'\n", value);
         return Take::Failed;
     case 'd':
-        if (parseDecimalOrHex(value, o.address)) return Take::Yes;
+        if (parseCappedOrHex(value, o.address)) return Take::Yes;
         out("-d : invalid address '%s'\n", value);
         return Take::Failed;
     case 'v':
@@ -51,7 +51,7 @@ static bool checkOptions(const RegisterOptions& o, bool withValue) {
         return false;
     }
     if (o.address >= MAILBOX_REGISTERS) {
-        out("address must be 0 or 1. Now is -d %d.\n", static_cast<int>(o.address));
+        out("address must be 0 or 1. Now is -d %d.\n", o.address);
         return false;
     }
     return true;
@@ -88,5 +88,6 @@ int doRegister(int argc, char** argv, _cmd_struct* row) {
     if (!givenOnce(registerOptions, given)) return 1;
     if (!checkOptions(o, given['v'] != 0)) return 1;
     _Register_Request request = {8, sizeof request, {}, o.value};
-    return o.write ? writeRegister(o.address, request) : readRegister(o.address, request);
+    auto address = static_cast<KT_U32>(o.address);
+    return o.write ? writeRegister(address, request) : readRegister(address, request);
 }

@@ -7,7 +7,7 @@
 
 static Take takeDisk(int option, const char* value, KT_U16& id) {
     if (option != 'p') return Take::Help;
-    if (!parseDecimal(value, id)) {
+    if (!parseDecimal(emptyIsZero(value), id)) {
         out("-p : invalid phyiscal disk id '%s'\n", value);
         return Take::Failed;
     }

@@ -17,7 +17,7 @@ static Take takeOption(int option, const char* value, KT_U16& id) {
         return Take::Failed;
     }
     if (option != 'i') return Take::Help;
-    if (!parseDecimal(value, id)) {
+    if (!parseDecimal(emptyIsZero(value), id)) {
         out("-i : id is not a number\n");
         return Take::Failed;
     }

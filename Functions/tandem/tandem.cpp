@@ -36,15 +36,15 @@ static Take takeOption(int option, const char* value, TandemOptions& o) {
     case 'o':
         return takeObject(value, o);
     case 'a':
-        if (parseDecimal(value, o.start)) return Take::Yes;
+        if (parseDecimal(emptyIsZero(value), o.start)) return Take::Yes;
         out("-a : address is not a number\n");
         return Take::Failed;
     case 'l':
-        if (value != nullptr && parseDecimal(value, o.length)) return Take::Yes;
+        if (value != nullptr && parseDecimal(emptyIsZero(value), o.length)) return Take::Yes;
         out("-l : length is not a number\n");
         return Take::Failed;
     case 'd':
-        if (parseDecimal(value, o.id)) return Take::Yes;
+        if (parseDecimal(emptyIsZero(value), o.id)) return Take::Yes;
         out("-d : Tandemix ID is not a number\n");
         return Take::Failed;
     default:

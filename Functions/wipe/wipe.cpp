@@ -1,7 +1,5 @@
 #include "Functions/wipe/wipe.h"
 
-#include <limits>
-
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 #include "Public/utility.h"
@@ -16,13 +14,9 @@ struct WipeOptions {
 static Take takeOption(int option, const char* value, int& pd) {
     if (option == 'f') return Take::Yes;
     if (option != 'd') return Take::Help;
-    KT_U64 number = 0;
-    if (!parseUpTo(value, std::numeric_limits<int>::max(), number)) {
-        out("-d : invalid PD id '%s'\n", value);
-        return Take::Failed;
-    }
-    pd = static_cast<int>(number);
-    return Take::Yes;
+    if (parseCapped(value, pd)) return Take::Yes;
+    out("-d : invalid PD id '%s'\n", value);
+    return Take::Failed;
 }
 
 static bool readOptions(int argc, char** argv, const _cmd_struct* row, WipeOptions& o, int& result) {

@@ -55,7 +55,7 @@ int str_isxdigit(const char* text) {
 }
 
 void str_to_dec_u32(const char* text, KT_U32* value) {
-    if (!parseDecimal(text, *value)) *value = NO_NUMBER;
+    if (!parseDecimal(emptyIsZero(text), *value)) *value = NO_NUMBER;
 }
 
 void clean_comment(char* text, size_t length) {
@@ -165,7 +165,7 @@ static bool storeMembers(const Reader& r, _LD_Info& ld) {
     PdList list = {};
     const Value& value = r.value;
     bool usable = value.length > 0 && value.text[0] != ',' && strlen(value.text) == value.length &&
-                  parsePdList(value.text, PdItems::Strict, list) &&
+                  parsePdList(value.text, PdItems::WithGaps, list) &&
                   std::find(list.ids, list.ids + list.count, KT_NO_ID) == list.ids + list.count;
     if (!usable) return refuse(r.key->invalid);
     std::fill(std::begin(ld.BlockIDs), std::end(ld.BlockIDs), KT_U16{KT_NO_ID});

@@ -12,10 +12,9 @@ TEST_F(Creation, OfArraysAndTheirDisksRefusesOptionsBeforeAnyCall) {
                    {"-o array", "create: option -r is required\ncreate: option -d is required\n"},
                    {"-o disk", "-o : invalid object 'disk'\n"},
                    {"-a 65536", "-a : invalid array id '65536'\n"},
-                   {"-l 256", "-l : invalid slot number '256'\n"},
                    {"-n 12345678901234567", "-n : length of name should be no more than 16 characters\n"},
                    {"-n \"1234 678901234567\"", "-n : length of name should be no more than 16 characters\n"},
-                   {"-d ,", "-d : no PD ID is specified.\n"},
+                   {"-d ,", "-d : invalid PD IDs ','\n"},
                    {many.c_str(), manyPrinted.c_str()},
                    {"-b 24", "-b : invalid stripe block size '24'. Please refer to info -o hba command to get detail "
                              "stripe size support information.\n"},

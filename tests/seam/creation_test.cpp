@@ -43,7 +43,6 @@ TEST_F(Creation, OnDisksRefusesOptionsBeforeAnyCall) {
          {"-n 12345678901", "-n : length of name should be no more than 10 characters\n"},
          {"-n \"123 5678901\"", "-n : length of name should be no more than 10 characters\n"},
          {"-o ARRAY", "-o : array is not supported on this adapter\n"},
-         {"-q 256", "-q : invalid number of parity disks '256'\n"},
          {"-r 7", "-r : invalid raid mode 7\n"},
          {"-s 4294967296", "-s : invalid size '4294967296'.\n"},
          {"-r 0 -d 1,2 -n My-VD", "-n, name must be numeric, character, space or underline. Now is My-VD\n"},

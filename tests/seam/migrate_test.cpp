@@ -44,7 +44,7 @@ TEST_F(Migrate, ArgumentsAreRefusedBeforeAnythingIsRead) {
         {"migrate -l x", "-l : invalid VD id 'x'\n", "-l : invalid VD id 'x'\n"},
         {"migrate -a begin -l 2", "-a : invalid action 'begin'\n", "-a : invalid action 'begin'\n"},
         {"migrate -l 2 -r 7", "-r : invalid raid mode 7\n", "-r : invalid raid mode 7\n"},
-        {"migrate -l 2 -q 256", "-q : invalid number of parity disks '256'\n", nullptr},
+        {"migrate -l 2 -q x", "-q : invalid number of parity disks 'x'\n", nullptr},
         {"migrate -l 2 -d 1,2,a", "-d : invalid PD ID '1,2,a'\n", "-d : invalid PD ID '1,2,a'\n"},
         // A second use of an option ends the command without a word.
         {"migrate -l 2 -l 2", "", ""},
@@ -162,6 +162,32 @@ TEST_F(Migrate, RecordsOfAStart) {
                               "KT_PD_GetFreeSpaceInfo 9"}));
 }
 
+// What an array has of parity disks is not given up unasked; a new level starts with its own number.
+TEST_F(Migrate, ArrayKeepsItsParityDisks) {
+    const struct {
+        KT_U8 level, parity;
+        const char *options, *asked;
+    } cases[] = {
+        {KT_RAID6, 3, "", "6 3"},   {KT_RAID6, 3, "-r 6 ", "6 3"},   {KT_RAID6, 3, "-q 2 ", "6 2"},
+        {KT_RAID60, 6, "", "96 6"}, {KT_RAID6, 3, "-r 60 ", "96 4"}, {KT_RAID5, 1, "-r 6 ", "6 2"},
+        {KT_RAID6, 0, "", "6 2"}, // an array that does not say how many
+        {KT_RAID5, 1, "", "5 0"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(std::string(row.options) + "from level " + std::to_string(row.level));
+        layOut();
+        array().RaidMode = row.level;
+        array().NumParityDisk = row.parity;
+        for (const char* action : {"", "-a size "}) {
+            run(doMigrateV2, std::string("migrate -l 2 ") + action + row.options + "-d 1,2,3,9,8,7,6,5");
+            _CreateOrModify_DG_Param sent;
+            memcpy(&sent, seam.sent["KT_DG_StartMigration size"].data(), sizeof sent);
+            EXPECT_EQ(std::to_string(sent.RaidMode) + " " + std::to_string(sent.NumParityDisk), row.asked);
+        }
+        EXPECT_EQ(seam.sent["KT_DG_StartMigration"], seam.sent["KT_DG_StartMigration size"]);
+    }
+}
+
 TEST_F(Migrate, EveryReadThatFailsIsReported) {
 #define E70 "(error 70: Migration is not supported)"
     const struct {
@@ -191,8 +217,8 @@ TEST_F(Migrate, EveryReadThatFailsIsReported) {
     }
     layOut();
     seam.size = 4000;
-    EXPECT_EQ(run(doMigrate, "migrate -a size -l 2").printed, "Migrate VD size = 4000 M\n");
-    EXPECT_EQ(run(doMigrateV2, "migrate -a size -l 2").printed, "Migrated size will be 4000 M\n");
+    EXPECT_EQ(run(doMigrate, "migrate -a size -l 2").printed, "Migrate VD size = 3 M\n");
+    EXPECT_EQ(run(doMigrateV2, "migrate -a size -l 2").printed, "Migrated size will be 3 M\n");
     // Without the new size a start goes on.
     layOut();
     vd().Size = array().TotalManagedSpace = 4000;

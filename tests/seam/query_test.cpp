@@ -49,9 +49,6 @@ KT_U8 KT_PassThrough_ATA(KT_U8, KT_U16 pd, _ATA_PassThrough* command) {
     return answer("KT_PassThrough_ATA", text(pd));
 }
 LISTS(KT_PD_GetExpanderInfo, _Exp_Info_Request, std::vector{answers.expander}, Link.Self.DevID)
-KT_U8 KT_DiskHasOS(KT_U8, KT_U8, KT_U8, const KT_U16*) {
-    return KT_OK;
-}
 static KT_U8 magic(const char* name, KT_U16 count, _Device_Magic* devices) {
     memset(devices[0].Magic, 'm', sizeof devices[0].Magic);
     return answer(name, text(count) + " from " + text(devices[0].ID) + " to " + text(devices[count - 1].ID));
@@ -85,6 +82,8 @@ TEST_F(Query, RefusesOptionsBeforeAnyCall) {
         {doGet, "get -o disk", noObject},
         {doGet, "get -o array", "-o : array is not supported on this adapter\n"},
         {doGet, "get -o vd -i 65536", "-i : id is not a number\n"},
+        {doInfo, "info -i 300 -i 300",
+         "info: option -o is required\n-i : invalid id 300\nDuplicated option specified.\n"},
         {doEnclosure, "enc -o fan", "-o: invalid option 'fan'\n"},
         {doEnclosure, "enc -o enc -i one", "-i: invalid enclosure id 'one'\n"},
         {doEnclosure, "enc -o enc -i 255", "-i : invalid id 255\n"},
@@ -107,9 +106,21 @@ TEST_F(Query, RefusesOptionsBeforeAnyCall) {
         {doLocate, "locate -i 65536", "-i: id should be a number\n"},
         {doImport, "import", "missing VD id\n"},
         {doImport, "import -i vd", "-i: id should be a number\n"},
-        {doImport, "import -i 0x100000000000000000", "-i : invalid id 18446744073709551615\n"},
+        {doImport, "import -i 0x100000000000000000", "-i : invalid id 2147483647\n"},
         {doReport, "report -i 255", "-i : invalid id 255\n"},
     });
+}
+
+// 255 stands for every disk only where nobody has typed it.
+TEST_F(Query, ReadsTheSettingsOfDisk255) {
+    expect(run(doGet, "get -o pd -i 255"), "\nNo PD is found\n");
+    run(doGet, "get -o pd");
+    EXPECT_EQ(seam.calls, (Calls{"KT_PD_GetConfig 255", "KT_PD_GetConfig"}));
+    seam.statuses["KT_PD_GetConfig"] = KT_ERR_INVALID_PD;
+    expect(run(doGet, "get -o hd"),
+           "\nUnable to get configuration of hard disk 255 (error 9 : Invalid physical disk id).\n", 9);
+    expect(run(doGet, "get -o hba -i 255"),
+           "\nUnable to get configuration info of hba 255 (error 13: Invalid adapter id)\n", 13);
 }
 
 TEST_F(Query, LocatesImportsAndReportsWhatIsNamed) {

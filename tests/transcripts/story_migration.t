@@ -14,7 +14,7 @@ A virtual disk moves to another level on more disks, interrupted twice; then an 
   $ progress() { kt $1 info -o vd -i 0 | grep -e '^target' -e 'BGA progress' -e 'RAID mode' -e '^size' -e 'PD RAID'; }
 
   $ kt migrate -a size -l 0 -r 5 -d 1,2,3
-  Migrate VD size = 419430400 M
+  Migrate VD size = 409600 M
   $ kt migrate -l 0 -r 5 -d 1,2,3
   Start migration successfully
   $ ktsim clock advance 30m
@@ -48,7 +48,7 @@ A virtual disk moves to another level on more disks, interrupted twice; then an 
 An array, with all its virtual disks.
 
   $ kt 1 migrate -a size -l 0 -d 0,1,2,5
-  Migrated size will be 2930091072 M
+  Migrated size will be 2861417 M
   $ kt 1 migrate -l 0 -d 0,1,2,5
   Start migrate successfully
   $ ktsim clock advance 1h

@@ -73,8 +73,8 @@ TEST_F(RaidRules, ParityCounts) {
         "RAID60 need at least 4 even number of parity disks.\n",
     };
     for (const auto& row : rows) {
-        for (KT_U8 given = 0; given < 10; ++given) {
-            KT_U8 parity = given;
+        for (int given = 0; given < 10; ++given) {
+            int parity = given;
             bool taken = false;
             std::string printed = printedBy([&] { taken = checkParity(row.use, row.level, row.disks, true, parity); });
             EXPECT_EQ(given, parity);
@@ -88,7 +88,7 @@ TEST_F(RaidRules, ParityCounts) {
             EXPECT_EQ(expected, printed);
         }
     }
-    KT_U8 parity = 9;
+    int parity = 9;
     EXPECT_TRUE(checkParity(USE_CREATE_ARRAY, KT_RAID60, 8, false, parity));
     EXPECT_EQ(4, parity);
 }

@@ -36,8 +36,10 @@ TEST(Numbers, AreRefusedWhenTheyDoNotFit) {
     EXPECT_EQ(byte, 77);
     EXPECT_TRUE(parseDecimal("255", byte));
     EXPECT_EQ(byte, 255);
-    EXPECT_TRUE(parseDecimal("", byte));
+    EXPECT_FALSE(parseDecimal("", byte));
+    EXPECT_TRUE(parseDecimal(emptyIsZero(""), byte));
     EXPECT_EQ(byte, 0);
+    EXPECT_STREQ(emptyIsZero("7"), "7");
     KT_U64 wide = 0;
     EXPECT_TRUE(parseDecimal("18446744073709551615", wide));
     EXPECT_EQ(wide, UINT64_MAX);
@@ -46,6 +48,19 @@ TEST(Numbers, AreRefusedWhenTheyDoNotFit) {
     EXPECT_EQ(wide, UINT64_MAX);
     EXPECT_FALSE(parseDecimalOrHex("0x10000000000000000", wide));
     EXPECT_FALSE(parseDecimalOrHex("ff", wide));
+    EXPECT_FALSE(parseDecimalOrHex("", wide));
+    int capped = 5;
+    EXPECT_FALSE(parseCapped("", capped));
+    EXPECT_FALSE(parseCapped("0x1", capped));
+    EXPECT_FALSE(parseCappedOrHex("", capped));
+    EXPECT_FALSE(parseCappedOrHex("0x", capped));
+    EXPECT_EQ(capped, 5);
+    EXPECT_TRUE(parseCapped("2147483646", capped));
+    EXPECT_EQ(capped, 2147483646);
+    for (const char* text : {"2147483648", "99999999999999999999999", "0x80000000"}) {
+        EXPECT_TRUE(parseCappedOrHex(text, capped));
+        EXPECT_EQ(capped, 2147483647) << text;
+    }
 }
 
 TEST(Numbers, WrapOnlyWhereAsked) {
@@ -69,19 +84,21 @@ TEST(PdList, TakesIdsAndNothingElse) {
     EXPECT_EQ(ids("1,1,2"), "1 2 ");
     EXPECT_EQ(ids("1,1,,x,2y,0,65536x", PdItems::Lenient), "refused");
     EXPECT_EQ(ids("1, 1,,x,2y,0,65535x", PdItems::Lenient), "1 1 0 2 0 65535 ");
-    EXPECT_EQ(ids(""), "");
-    EXPECT_EQ(ids(",1,,2,"), "1 2 ");
+    EXPECT_EQ(ids("", PdItems::WithGaps), "");
+    EXPECT_EQ(ids(",1,,2,1,", PdItems::WithGaps), "1 2 ");
+    EXPECT_EQ(ids("1, 2", PdItems::WithGaps), "refused");
     EXPECT_EQ(ids("65535,000000000007"), "65535 7 ");
-    for (const char* text : {"1,x", "65536", "-1", "1,2x", "1 ,2", "99999999999999999999", "0x1"}) {
+    for (const char* text :
+         {"", ",", "1,,2", ",1", "1,", "1,x", "65536", "-1", "1,2x", "1 ,2", "99999999999999999999", "0x1"}) {
         EXPECT_EQ(ids(text), "refused") << text;
     }
-    std::string many;
-    for (int i = 0; i < 128; ++i) {
-        many += std::to_string(i) + ",";
+    std::string many = "0";
+    for (int i = 1; i < 128; ++i) {
+        many += "," + std::to_string(i);
     }
     EXPECT_NE(ids(many.c_str()), "refused");
-    EXPECT_NE(ids((many + "5").c_str()), "refused");
-    EXPECT_EQ(ids((many + "128").c_str()), "refused");
+    EXPECT_NE(ids((many + ",5").c_str()), "refused");
+    EXPECT_EQ(ids((many + ",128").c_str()), "refused");
 }
 
 TEST(Hexadecimal, KeepsItsOldWays) {

@@ -1,0 +1,105 @@
+// info: what is read for a disk and where it is attached.
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include "Functions/info/info.h"
+#include "tests/seam/seam.h"
+
+static struct {
+    _PM_Info pm;
+    _LD_Info target;
+} answers;
+
+extern "C" {
+KT_U8 KT_DiskHasOS(KT_U8, KT_U8 kind, KT_U8 count, const KT_U16* ids) {
+    return note("KT_DiskHasOS", kind, count, ids[0]);
+}
+KT_U8 KT_BLK_GetHDBlock(KT_U8, KT_U16 pd, _HD_Block_Info*) {
+    return note("KT_BLK_GetHDBlock", pd);
+}
+KT_U8 KT_LD_GetTargetLDInfo(KT_U8, KT_U16 vd, _LD_Info* target) {
+    *target = answers.target;
+    return note("KT_LD_GetTargetLDInfo", vd);
+}
+LISTS(KT_PD_GetPMInfo, _PM_Info_Request, std::vector{answers.pm}, Link.Self.DevID)
+}
+
+namespace {
+class Info : public testing::Test {
+  protected:
+    void SetUp() override {
+        seam = {};
+        answers = {};
+        gAdapterInfo[0] = {};
+        addDisks(1);
+        seam.hds[0].Link.Self.DevID = seam.disks[0].HDID = 7;
+    }
+    // The value behind a label in what the command prints, without the blanks before it.
+    static std::string value(const std::string& line, const std::string& label) {
+        std::string printed = "\n" + run(doInfo, line).printed;
+        size_t at = printed.find("\n" + label + ":");
+        if (at == printed.npos) return "no line";
+        at = printed.find_first_not_of(' ', at + label.size() + 2);
+        return printed.substr(at, printed.find('\n', at) - at);
+    }
+};
+
+TEST_F(Info, DiskNamesWhatItIsAttachedTo) {
+    _Link_Entity& link = seam.hds[0].Link;
+    // Everything about the disk's own end differs from its parent's, and so do the ids of the enclosures.
+    link.Self = {7, 77, 1, {76}, {}, 75, {}};
+    link.Parent = {3, 0, 2, {5, 6}, {}, 12, {}};
+    const char* const places[] = {"HBA port 5", "PM 3, port 5", "Expander 3, port 5", "enclosure 3, HBA port 5",
+                                  "unknown device, type 4, id 3, port 5"};
+    for (KT_U8 type = 0; type < std::size(places); ++type) {
+        link.Parent.DevType = type;
+        EXPECT_EQ(value("info -o pd -i 7", "Linked at"), places[type]);
+    }
+    link.Parent.DevType = 254;
+    EXPECT_EQ(value("info -o pd -i 7", "Linked at"), "unknown device, type 254, id 3, port 5");
+    link.Parent.DevType = 255;
+    EXPECT_EQ(value("info -o pd -i 7", "Linked at"), "no line");
+    EXPECT_EQ(value("info -o pd -i 7", "PD ID"), "7");
+}
+
+TEST_F(Info, SizeCountsTheDisksOwnSectors) {
+    _HD_Info& disk = seam.hds[0];
+    const struct {
+        KT_U64 sectors;
+        KT_U32 bytes;
+        const char* size;
+    } rows[] = {
+        {1001, 4096, "4004 K"},
+        {1001, 512, "500 K"},
+        {1001, 520, "508 K"},
+        {1001, 0, "500 K"},
+        {0, 4096, "not available"},
+        {UINT64_MAX, 512, "not available"},
+        {1ULL << 51, 4096, "9007199254740992 K"},
+    };
+    for (const auto& row : rows) {
+        disk.Size = row.sectors;
+        disk.BlockSize = row.bytes;
+        EXPECT_EQ(value("info -o pd -i 7", "Size"), row.size) << row.sectors << " of " << row.bytes;
+    }
+}
+
+TEST_F(Info, RunningSystemIsSaidForDisksAndVirtualDisks) {
+    seam.lds.resize(1);
+    seam.lds[0].ID = 7;
+    seam.lds[0].BlkCount = 1;
+    seam.lds[0].BlockIDs[0] = KT_NO_ID;
+    const struct {
+        KT_U8 status;
+        const char *disk, *vd;
+    } rows[] = {{0, "no", "no"}, {158, "yes", "yes"}, {159, "yes", "unknown"}, {9, "unknown", "unknown"}};
+    for (const auto& row : rows) {
+        seam.statuses["KT_DiskHasOS"] = row.status;
+        seam.calls.clear();
+        EXPECT_EQ(value("info -o pd -i 7", "Running OS"), row.disk) << int{row.status};
+        EXPECT_EQ(value("info -o vd -i 7", "Running OS"), row.vd) << int{row.status};
+        EXPECT_EQ(std::count(seam.calls.begin(), seam.calls.end(), "KT_DiskHasOS 1 1 7"), 1);
+        EXPECT_EQ(std::count(seam.calls.begin(), seam.calls.end(), "KT_DiskHasOS 0 1 7"), 1);
+    }
+}
+} // namespace
