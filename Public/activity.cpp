@@ -5,6 +5,7 @@
 
 #include "Public/confirm.h"
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/listing.h"
 
 void say(const Line& line, KT_U16 id, KT_U8 status, const char* word) {
@@ -198,6 +199,7 @@ int runActivityCommand(int argc, char** argv, const _cmd_struct* row, const Acti
     auto take = [&](int option, const char* value) { return takeOption(command, option, value, request); };
     if (!scanOptions(argc, argv, row, command.options, given, result, take)) return result;
     if (!givenOnce(command.options, given) || !givenRequired(command.options, given, argv[0])) return 1;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     if ((currentAdapter().Features & command.feature) != command.feature) {
         say(command.unsupported, request.id, KT_OK);
         return 1;

@@ -9,6 +9,7 @@ KT_U8 gCurrentAdapter = 0;
 KT_U8 gNumAdaptersFound = 0;
 KT_U8 gAdapterID = 0;
 _Adapter_Info gAdapterInfo[ADAPTER_INDEXES];
+KT_U8 gAdapterStatus[ADAPTER_INDEXES];
 bool arrayBasedRaid = false;
 int gUTCStatus = 0;
 _cmd_struct* pCmdTable = nullptr;
@@ -33,9 +34,10 @@ void chooseCommandSet() {
 }
 
 void readAdapterRecords() {
+    memset(gAdapterStatus, KT_OK, sizeof gAdapterStatus);
     for (unsigned i = 0; i < gNumAdaptersFound; ++i) {
         KT_U8 ignored = 0;
-        KT_Adapter_GetInfo(static_cast<KT_U8>(i), &ignored, &gAdapterInfo[i]);
+        gAdapterStatus[i] = KT_Adapter_GetInfo(static_cast<KT_U8>(i), &ignored, &gAdapterInfo[i]);
     }
 }
 
@@ -82,8 +84,13 @@ void noQuoteStrncpy(char* dst, const char* src, int n) {
     dst[inside] = '\0';
 }
 
+LibraryVersion::LibraryVersion() {
+    const char* version = KT_API_Version();
+    fieldText(text, reinterpret_cast<const KT_U8*>(version != nullptr ? version : ""), sizeof text - 1);
+}
+
 void printVersionLine() {
-    out("CLI Version: %s   RaidAPI Version: %s\n", CLI_VERSION, KT_API_Version());
+    out("CLI Version: %s   RaidAPI Version: %s\n", CLI_VERSION, LibraryVersion().text);
 }
 
 void printAdapterCount() {

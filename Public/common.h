@@ -34,6 +34,7 @@ extern KT_U8 gCurrentAdapter;                       // the adapter that commands
 extern KT_U8 gNumAdaptersFound;                     // what the library counted; at most MAX_ADAPTERS after start-up
 extern KT_U8 gAdapterID;                            // second index, only reset by rescan
 extern _Adapter_Info gAdapterInfo[ADAPTER_INDEXES]; // filled for every adapter found, zero elsewhere
+extern KT_U8 gAdapterStatus[ADAPTER_INDEXES];       // what the library answered when they were read; 0 elsewhere
 extern bool arrayBasedRaid;                         // the array-based command set is in force
 extern int gUTCStatus;                              // what ScanUTCStatus answered at start-up
 extern _cmd_struct* pCmdTable;                      // the general table in force
@@ -67,6 +68,13 @@ void noQuoteStrncpy(char* dst, const char* src, int n);
 // Runs the command named by argv[0] (lower-cased in place) and returns its result; -1 for "exit" and "quit", 0 for
 // "ver", 1 for a word that is unknown or ambiguous.
 int cmdDispatcher(int argc, char** argv);
+
+// What the library calls itself, made safe to print like the texts of records: its first 255 bytes, and nothing for a
+// library without a name.
+struct LibraryVersion {
+    char text[256];
+    LibraryVersion();
+};
 
 // Prints "CLI Version: ...   RaidAPI Version: ..." on one line.
 void printVersionLine();

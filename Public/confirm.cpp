@@ -16,7 +16,7 @@ int readInputByte() {
 
 // The first character of the next line of standard input ('\n' for an empty one), or EOF.
 static int readAnswer() {
-    if (stream != nullptr) fflush(stream);
+    flushOutput();
     int first = readInputByte();
     for (int next = first; next != '\n' && next != EOF;) {
         next = readInputByte();

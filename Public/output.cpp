@@ -1,8 +1,8 @@
 #include "Public/output.h"
 
-#include <cerrno>
 #include <cstdarg>
-#include <cstring>
+
+#include "Public/lostOutput.h"
 
 FILE* stream = nullptr;
 
@@ -10,28 +10,20 @@ void out(const char* format, ...) {
     if (stream == nullptr) return;
     va_list arguments;
     va_start(arguments, format);
-    vfprintf(stream, format, arguments);
+    if (vfprintf(stream, format, arguments) < 0) noteLostOutput();
     va_end(arguments);
 }
 
-static bool reportLost(bool lost) {
-    if (lost) fprintf(stderr, "%s: cannot write the output: %s\n", program_invocation_short_name, strerror(errno));
-    return !lost;
-}
-
-bool flushOutput() {
-    if (stream == nullptr) return true;
-    bool lost = fflush(stream) != 0 || ferror(stream) != 0;
-    return reportLost(lost);
+void flushOutput() {
+    if (stream != nullptr) flushStream(stream);
 }
 
 bool closeOutput() {
     FILE* closing = stream;
-    if (closing == nullptr) return true;
     stream = nullptr;
-    bool lost = fflush(closing) != 0 || ferror(closing) != 0;
-    if (closing != stdout) lost = fclose(closing) != 0 || lost;
-    return reportLost(lost);
+    if (closing != nullptr) flushStream(closing);
+    if (closing != nullptr && closing != stdout && fclose(closing) != 0) noteLostOutput();
+    return endOutput(0) == 0;
 }
 
 void printNum(int width, const char* label, long value) {

@@ -21,11 +21,11 @@ inline constexpr char ErrorDuplicate[] = "Duplicated option specified.\n";
 // printf to `stream`; nothing happens while there is none.
 void out(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// Writes out what is pending. False, after one line on standard error, when something printed was lost.
-bool flushOutput();
+// Writes out what is pending.
+void flushOutput();
 
 // Closes `stream`; standard output is only flushed. False, after one line on standard error, when something printed was
-// lost. Nothing is printed afterwards.
+// lost since the start. Nothing is printed afterwards.
 bool closeOutput();
 
 // One line: the label padded to `width` columns, a blank, the value.

@@ -27,7 +27,7 @@ void drawProgress(Progress& progress) {
     const bool several = progress.total > 1 || (progress.total == 0 && progress.done > 0);
     if (!progress.wanted || !several) return;
     // What was printed before must stand above the bar.
-    if (stream != nullptr) fflush(stream);
+    flushOutput();
     progress.drawn = true;
     const double seconds = std::max(secondsSince(progress.since), 0.001);
     const double rate = static_cast<double>(progress.bytes) / (1024 * 1024) / seconds;

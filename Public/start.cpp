@@ -10,17 +10,9 @@
 
 #include "Public/common.h"
 #include "Public/hold.h"
+#include "Public/lostOutput.h"
 #include "Public/utility.h"
 #include "utcTime/utcTime.h"
-
-// Started without one of its standard streams, the program would give that number to the next file opened, and what is
-// printed would end up in it, were it an adapter's device. The stand-in can neither be read as input nor be written to.
-static void fillStandardStreams() {
-    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
-        if (fcntl(fd, F_GETFD) >= 0) continue;
-        fd == STDIN_FILENO ? open("/dev/null", O_WRONLY) : open("/dev/null", O_RDONLY);
-    }
-}
 
 // Opens the file that "-output" names, for appending; null when it cannot be opened. A pipe that nobody reads is no
 // place for output: the program would wait for a reader before it has said anything.

@@ -11,7 +11,9 @@
 #include "Public/common.h"
 #include "Public/confirm.h"
 #include "Public/hold.h"
+#include "Public/lostOutput.h"
 #include "ktsetup/completion.h"
+#include "ktsetup/historyLine.h"
 #include "ktsetup/lineEditor.h"
 
 namespace {
@@ -33,7 +35,7 @@ static char* readInUsersLocale() {
 // Without the line editor: the same prompt, and the same echo of lines that nobody typed.
 static char* readUnedited() {
     fputs("> ", stdout);
-    fflush(stdout);
+    flushStream(stdout);
     std::string line;
     int byte = readInputByte();
     if (byte == EOF) return nullptr;
@@ -41,7 +43,9 @@ static char* readUnedited() {
         line += static_cast<char>(byte);
     }
     if (isatty(STDIN_FILENO) == 0) printf("%s\n", line.c_str());
-    return strdup(line.c_str());
+    char* copy = strdup(line.c_str());
+    explicit_bzero(line.data(), line.size());
+    return copy;
 }
 
 // The next line; the end of input does not end the shell. What has ended stays ended, so the prompt comes back more and
@@ -52,7 +56,7 @@ static Line readLine() {
         flushOutput();
         Line line(editor.readLine != nullptr ? readInUsersLocale() : readUnedited(), &free);
         if (line != nullptr) return line;
-        fflush(stdout);
+        flushStream(stdout);
         usleep(wait);
     }
 }
@@ -72,6 +76,13 @@ static bool runLine(char* line, char** words) {
     return cmdDispatcher(count, words) != -1 && heldSignal() == 0;
 }
 
+// Of what was typed, nobody finds a password or a key behind the up-arrow, or in the editor's memory.
+static void remember(const char* line) {
+    if (editor.addHistory == nullptr) return;
+    editor.addHistory(withoutSecrets(line).c_str());
+    explicit_bzero(*editor.lineBuffer, strlen(*editor.lineBuffer));
+}
+
 void runShell() {
     printVersionLine();
     out("Welcome to RAID Command Line Interface.\n\n");
@@ -83,10 +94,12 @@ void runShell() {
     }
     for (bool goOn = true; goOn;) {
         Line line = readLine();
-        if (editor.addHistory != nullptr) editor.addHistory(line.get());
+        remember(line.get());
         // Every word takes at least one character of the line, so this many pointers are always enough.
         Words words(static_cast<char**>(calloc(strlen(line.get()) + 2, sizeof(char*))), &free);
         if (words == nullptr) continue;
+        const size_t length = strlen(line.get());
         goOn = runLine(line.get(), words.get());
+        explicit_bzero(line.get(), length); // a password or a key may have stood in it
     }
 }

@@ -2,8 +2,11 @@
 #include "commands.h"
 #include "lab/lab.h"
 
+#include "Public/lostOutput.h"
+
 #include <algorithm>
 #include <cstdio>
+#include <sstream>
 
 enum { RESULT_FAILED = 1, RESULT_USAGE = 2 };
 
@@ -53,7 +56,10 @@ static int runWords(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return error.get_exit_code() == 0 ? app.exit(error) : refuseWords(app, error);
+        if (error.get_exit_code() != 0) return refuseWords(app, error);
+        std::ostringstream help;
+        app.exit(error, help, help);
+        fputs(help.str().c_str(), stdout);
     }
     return 0;
 }
@@ -75,6 +81,7 @@ static int runGuarded(int argc, char** argv) {
 
 // What is left that a handler itself can throw is running out of memory: the end, whatever is done.
 int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
-    const int result = runGuarded(argc, argv);
-    return fflush(stdout) == 0 ? result : say("the output could not be written");
+    fillStandardStreams();
+    watchStandardOutput();
+    return endOutput(runGuarded(argc, argv));
 }

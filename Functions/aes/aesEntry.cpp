@@ -6,6 +6,7 @@
 
 #include "Functions/aes/aesCommand.h"
 #include "Public/hold.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 static constexpr int LABEL_WIDTH = 24;
@@ -77,6 +78,8 @@ static int setConfig(const AesEntryOptions& o, const OptionCounts& given, const 
         out(OptionRequired, command, 'k');
         return 1;
     }
+    int result = 0;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     _AES_Entry_Config config = {};
     config.entry_id = o.entry;
     config.key_length = static_cast<KT_U8>(strnlen(reinterpret_cast<const char*>(o.key), sizeof o.key));

@@ -4,6 +4,7 @@
 
 #include "Functions/aes/aesCommand.h"
 #include "Public/hold.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 namespace {
@@ -97,6 +98,7 @@ static int runAesOp(int argc, char** argv, _cmd_struct* row, AesOpOptions& o) {
     auto take = [&](int option, char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, aesopOptions, given, result, take)) return result;
     if (!checkOptions(argv[0], given, o)) return 1;
+    if (o.change && !isKnownAdapter(gCurrentAdapter, result)) return result;
     _AES_Entry_Config config = {};
     config.entry_id = o.entry;
     result = o.change ? changePassword(o, config) : verifyKey(o, config);

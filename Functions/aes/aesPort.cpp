@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "Functions/aes/aesCommand.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 static constexpr int LABEL_WIDTH = 24;
@@ -171,6 +172,8 @@ static int runAesPort(int argc, char** argv, _cmd_struct* row, AesPortOptions& o
         return 1;
     }
     if (!givenOnce(aesportOptions, given) || !givenRequired(aesportOptions, given, argv[0])) return 1;
+    const bool changes = operations[o.operation].run != getConfig;
+    if (changes && !isKnownAdapter(gCurrentAdapter, result)) return result;
     return operations[o.operation].run(o, given, argv[0]);
 }
 

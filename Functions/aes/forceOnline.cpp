@@ -2,6 +2,7 @@
 
 #include "Functions/aes/aesSecret.h"
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 namespace {
@@ -38,6 +39,7 @@ int doForceOnline(int argc, char** argv, _cmd_struct* row) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, forceonlineOptions, given, result, take)) return result;
     if (!givenOnce(forceonlineOptions, given) || !givenRequired(forceonlineOptions, given, argv[0])) return 1;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     _AES_Entry_Config config = {};
     config.key_length = AES_SECRET_SIZE;
     KT_U8 status = KT_AES_ForcePDOnline(gCurrentAdapter, &config, o.id, o.percentage);

@@ -6,6 +6,7 @@
 #include "Functions/create/createShared.h"
 #include "Public/disks.h"
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/listing.h"
 #include "Public/raidRules.h"
 
@@ -195,6 +196,7 @@ int doCreate(int argc, char** argv, _cmd_struct* row) {
     CreateOptions o;
     int result = 0;
     if (!readOptions(argc, argv, row, o, result)) return result;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     if (!checkOptions(argv[0], o, result) || !checkDisks(o, result)) return result;
     if (o.given[OPT_WAIVE] == 0 && !acceptFileSystems(o.disks, false, result)) return result;
     if (o.given['c'] == 0) addDefaultCache(o.level, o.cache);

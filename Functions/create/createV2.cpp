@@ -4,6 +4,7 @@
 
 #include "Functions/create/createV2Steps.h"
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/raidRules.h"
 
 static Take takeObject(const char* value, CreateObject& object) {
@@ -157,6 +158,7 @@ int doCreateV2(int argc, char** argv, _cmd_struct* row) {
     if (!readOptions(argc, argv, row, o, result)) return result;
     if (!givenOnce(createV2Options, o.given)) return 1;
     if (o.given['n'] != 0 && !checkName(o.name)) return 1;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     switch (o.object) {
     case CreateObject::Auto:
         return createAutomatically(o);

@@ -5,6 +5,7 @@
 #include "Public/confirm.h"
 #include "Public/errorMsg.h"
 #include "Public/hold.h"
+#include "Public/knownAdapter.h"
 #include "Public/listing.h"
 #include "Public/utility.h"
 
@@ -220,6 +221,7 @@ int doDelete(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     if (!readOptions(argc, argv, row, o, result)) return result;
     if (!checkOptions(argv[0], o)) return 1;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     switch (o.object) {
     case DeleteObject::Array:
         return deleteArray(o);

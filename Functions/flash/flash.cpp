@@ -8,6 +8,7 @@
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
 #include "Public/flashPage.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 // The word that shows a version; it transfers nothing, so the library has no code for it.
@@ -155,6 +156,8 @@ int doFlash(int argc, char** argv, _cmd_struct* row) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, flashOptions, given, result, take)) return result;
     if (!checkOptions(o, given, argv[0])) return 1;
+    const bool changes = o.action == KT_FLASH_UPDATE || o.action == KT_FLASH_ERASE;
+    if (changes && !isKnownAdapter(o.adapter, result)) return result;
     switch (o.action) {
     case KT_FLASH_UPDATE:
         return updateImage({o.adapter, o.type, o.file, o.quoted});

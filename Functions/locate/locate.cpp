@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 namespace {
@@ -50,6 +51,7 @@ int doLocate(int argc, char** argv, _cmd_struct* row) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, locateOptions, given, result, take)) return result;
     if (!checkOptions(given, o)) return 1;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     KT_U8 status = KT_LocateArrayDevice(gCurrentAdapter, KT_DEVICE_PD, o.id, o.on ? 1 : 0);
     if (status != KT_OK) {
         out("Failed to set LED status (error %d: %s)\n", status, ErrorMessage(status));

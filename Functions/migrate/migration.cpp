@@ -5,6 +5,7 @@
 #include <strings.h>
 
 #include "Public/confirm.h"
+#include "Public/knownAdapter.h"
 #include "Public/raidOptions.h"
 
 static bool takeAction(const char* value, MigrationRequest& request) {
@@ -49,6 +50,7 @@ bool readMigration(int argc, char** argv, const _cmd_struct* row, const Migratio
     OptionCounts given;
     auto take = [&](int option, const char* value) { return takeOption(option, value, request); };
     if (!scanOptions(argc, argv, row, command.options, given, result, take)) return false;
+    if (!request.sizeOnly && !isKnownAdapter(gCurrentAdapter, result)) return false;
     result = 1;
     if ((currentAdapter().Features & KT_FEATURE_MIGRATION) == 0) {
         say(command.unsupported, gCurrentAdapter, KT_OK);

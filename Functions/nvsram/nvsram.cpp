@@ -5,6 +5,7 @@
 
 #include "Public/errorMsg.h"
 #include "Public/hold.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 static constexpr KT_U32 TRANSFER = sizeof(_NVSRAM_Data::Data);
@@ -131,5 +132,6 @@ int doNvsramRW(int argc, char** argv, _cmd_struct* row) {
         out("-c : invalid byte counts '%s'\n", o.countText);
         return 1;
     }
+    if (o.action == KT_NVSRAM_WRITE && !isKnownAdapter(gCurrentAdapter, result)) return result;
     return transferAll(o);
 }

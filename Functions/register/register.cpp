@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 // Types of registers, as the library numbers them.
@@ -87,6 +88,7 @@ int doRegister(int argc, char** argv, _cmd_struct* row) {
     if (!scanOptions(argc, argv, row, registerOptions, given, result, take)) return result;
     if (!givenOnce(registerOptions, given)) return 1;
     if (!checkOptions(o, given['v'] != 0)) return 1;
+    if (o.write && !isKnownAdapter(gCurrentAdapter, result)) return result;
     _Register_Request request = {8, sizeof request, {}, o.value};
     auto address = static_cast<KT_U32>(o.address);
     return o.write ? writeRegister(address, request) : readRegister(address, request);

@@ -11,6 +11,7 @@
 #include "Public/fileName.h"
 #include "Public/flashPage.h"
 #include "Public/hold.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 #include "Public/wholeFile.h"
 
@@ -263,6 +264,7 @@ int doRestore_CFG(int argc, char** argv, _cmd_struct* row) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, restoreCfgOptions, given, result, take)) return result;
     if (!givenOnce(restoreCfgOptions, given)) return 1;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     if (given['f'] == 0 && !chooseDefaultFile(o.file)) return 1;
     return restore(o);
 }

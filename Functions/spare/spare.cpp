@@ -5,6 +5,7 @@
 #include "Public/confirm.h"
 #include "Public/disks.h"
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 namespace {
@@ -123,6 +124,6 @@ int doAssign(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     if (!readOptions(argc, argv, row, o, result)) return result;
     if (!checkOptions(argv[0], o)) return 1;
-    if (!acceptFileSystem(o, result)) return result;
+    if (!isKnownAdapter(gCurrentAdapter, result) || !acceptFileSystem(o, result)) return result;
     return o.dedicated ? assignDedicated(o.pd, o.array) : assignGlobal(o.pd);
 }

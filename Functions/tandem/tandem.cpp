@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/listing.h"
 #include "Public/utility.h"
 
@@ -79,6 +80,8 @@ int doTandem(int argc, char** argv, _cmd_struct* row) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, tandemOptions, given, result, take)) return result;
     if (!givenOnce(tandemOptions, given)) return 1;
+    const bool changes = o.addEmpty || (o.remove && !o.count);
+    if (changes && !isKnownAdapter(gCurrentAdapter, result)) return result;
     if ((currentAdapter().LogicalDriverMode & (KT_MODE_TANDEM_CAPACITY | KT_MODE_TANDEM_SAFE)) == 0) {
         out("Tandemix is not supported.\n");
         return 1;

@@ -7,6 +7,6 @@ static const LongOption version_long[] = {END_OF_OPTIONS};
 const OptionSet versionOptions = {.letters = "", .longOptions = version_long};
 
 int doVersion(int, char**, _cmd_struct*) {
-    out("CLI Version: %s\nRaidAPI Version: %s\n", CLI_VERSION, KT_API_Version());
+    out("CLI Version: %s\nRaidAPI Version: %s\n", CLI_VERSION, LibraryVersion().text);
     return 0;
 }

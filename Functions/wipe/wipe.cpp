@@ -1,6 +1,7 @@
 #include "Functions/wipe/wipe.h"
 
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/listing.h"
 #include "Public/utility.h"
 
@@ -37,6 +38,7 @@ int doWipe(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     if (!readOptions(argc, argv, row, o, result)) return result;
     if (!checkOptions(argv[0], o)) return 1;
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     auto pd = static_cast<KT_U16>(o.pd);
     KT_U8 force = o.given['f'] != 0 ? 1 : 0;
     KT_U8 status = KT_PD_WipeHDMDD(gCurrentAdapter, pd, force);

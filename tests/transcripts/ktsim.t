@@ -325,6 +325,20 @@ A command in the state's environment; its result is the command's own.
   ktsim: COMMAND is required (--help tells more)
   [2]
 
+Output that is lost is told, with its reason, and never ends up in the state.
+
+  $ for words in show status --help-all "create --list"; do
+  >   ktsim $words > /dev/full; echo $?; ktsim $words >&-; echo $?; done 2>&1 | sort | uniq -c
+  *8 1 (glob)
+  *4 ktsim: cannot write the output: Bad file descriptor (glob)
+  *4 ktsim: cannot write the output: No space left on device (glob)
+  $ ktsetup info -o pd > /dev/full
+  ktsetup: cannot write the output: No space left on device
+  [1]
+  $ ktsetup error -c 300 >&-
+  ktsetup: cannot write the output: Bad file descriptor
+  [1]
+
 Help is everywhere; what is not understood ends in 2.
 
   $ for c in create show status clock "clock until" disk "disk age" battery "battery charge" enclosure "enclosure set" fault event image "image make" run; do

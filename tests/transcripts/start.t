@@ -45,6 +45,45 @@ A word that is no command; exit and its like leave at once.
   CLI Version: 4.1.0.15
   RaidAPI Version: 4.1.0.15 (simulated)
 
+An adapter whose record cannot be read: nobody knows what it is, so it can be looked at, but not be changed.
+
+  $ ktsim fault KT_Adapter_GetInfo 20 --times 100
+  $ kt info -o vd -i 0 | grep name
+  name:                boot
+  $ : > trace
+  $ echo image > fw && kt delete -o vd -i 0 --waiveconfirmation
+  
+  Unable to get info of adapter 0 (error 20: Link time out).
+  [20]
+  $ while read -r line; do kt $line > said; echo "$? $(grep -c "Unable to get info of adapter" said)"; done << EOF | uniq -c
+  >   create -r 1 -d 6,7
+  >   assign -d 6
+  >   wipe -d 6
+  >   init -l 0
+  >   mp -d 0
+  >   migrate -a start -l 0 -d 6
+  >   import -i 0
+  >   report -i 0
+  >   locate -i 0 -a on
+  >   pause -c 0
+  >   register -a write -d 0 -v 1
+  >   nvsram -a write -p 0x55
+  >   flash -a update -t bios -f fw
+  >   flash -a erase -t raw
+  >   forceonline -i 0
+  >   tandem -o empty -d 0
+  >   aesop -o changePwd -e 0 -p new -w old
+  >   aesentry -o setCfg -i 0 -p word -k key
+  >   aesport -o dismount -i 0
+  > EOF
+  *19 20 1 (glob)
+  $ ktcfg restore_cfg -f fw | tail -1
+  Unable to get info of adapter 0 (error 20: Link time out).
+  $ grep -vE 'KT_(API|SIM)_|Get' trace
+  [1]
+  $ ktsetup 5 delete -o vd -i 0 --waiveconfirmation | tail -1
+  Unable to get status of VD 0 (error 13: Invalid adapter id).
+
 No adapter, and a library that cannot start.
 
   $ lab none
