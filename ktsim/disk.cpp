@@ -1,4 +1,4 @@
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "changes/diskIds.h"
 #include "changes/foreign.h"
 #include "changes/health.h"

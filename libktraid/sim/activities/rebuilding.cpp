@@ -22,10 +22,10 @@ static bool isMember(const Group& group, KT_U16 pd) {
 
 // Slots that an aborted rebuild left half filled count as needing a disk again.
 static void reopenAborted(const Context& context, Group& group) {
-    const Activity job = jobOf(context, group.owner);
-    if (job.kind != KT_BGA_REBUILD || job.state != KT_STATE_ABORTED) return;
+    const Activity activity = activityOf(context, group.owner);
+    if (activity.kind != KT_BGA_REBUILD || activity.state != KT_STATE_ABORTED) return;
     for (size_t i = 0; i < group.members.size(); ++i)
-        if (group.members[i] == job.disk) group.needsDisk[i] = true;
+        if (group.members[i] == activity.disk) group.needsDisk[i] = true;
 }
 
 static KT_U8 checkRebuildTarget(const Context& context, const Group& group, KT_U16 pd, Disk& disk) {
@@ -63,7 +63,7 @@ static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, in
         group.needsDisk[static_cast<size_t>(slot)] = false;
         logSpareUsed(context, group, pds[i]);
     }
-    startJob(context, group.owner, KT_BGA_REBUILD, work, pds[0]);
+    startActivity(context, group.owner, KT_BGA_REBUILD, work, pds[0]);
     refreshGroup(context, group);
     if (work == 0) finishRebuild(context, group.owner);
     arbitrate(context);
@@ -178,7 +178,7 @@ static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) 
 
 static void rebuildByItself(const Context& context, Owner owner) {
     Group group = groupOf(context, owner);
-    if (!group.usable || !isRedundant(group.geometry.level) || jobOf(context, owner).kind != 0) return;
+    if (!group.usable || !isRedundant(group.geometry.level) || activityOf(context, owner).kind != 0) return;
     for (int slot = slotInNeed(group); slot >= 0; slot = slotInNeed(group)) {
         const KT_U16 pd = chooseSpare(context, group, slot);
         if (pd != KT_NO_ID) {
@@ -206,14 +206,14 @@ static int slotToCopyBack(const Context& context, const Group& group) {
 
 static void copyBackByItself(const Context& context, Owner owner) {
     const Group group = groupOf(context, owner);
-    if (!group.usable || slotInNeed(group) >= 0 || jobOf(context, owner).kind != 0) return;
+    if (!group.usable || slotInNeed(group) >= 0 || activityOf(context, owner).kind != 0) return;
     const int slot = slotToCopyBack(context, group);
     if (slot < 0) return;
     KT_U8 status = KT_OK;
     const KT_U16 home = group.homes[static_cast<size_t>(slot)];
     const KT_U64 work = placeMember(context, group, slot, home, BLOCK_COPYING, status);
     if (status != KT_OK) return;
-    startJob(context, owner, KT_BGA_COPY_BACK, work, home);
+    startActivity(context, owner, KT_BGA_COPY_BACK, work, home);
     if (work == 0) finishCopyBack(context, owner);
     arbitrate(context);
 }
@@ -234,7 +234,7 @@ static void settleSpare(const Context& context, KT_U16 pd) {
 }
 
 void finishRebuild(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
+    const Activity activity = activityOf(context, owner);
     const Group group = groupOf(context, owner);
     for (size_t slot = 0; slot < group.members.size(); ++slot) {
         bool rebuilt = false;
@@ -246,24 +246,24 @@ void finishRebuild(const Context& context, Owner owner) {
             rebuilt = true;
         }
         const auto disk = find<PdState>(context, group.members[slot]);
-        if (!rebuilt && group.members[slot] != job.disk) continue;
+        if (!rebuilt && group.members[slot] != activity.disk) continue;
         settleSpare(context, group.members[slot]);
         if (disk && (!(disk->raid & KT_PD_SPARE) || !copyBackOn(context)))
             setHome(context, group, static_cast<int>(slot), group.members[slot]);
     }
-    dropJob(context, owner);
-    logJob(context, owner, job, STEP_COMPLETED);
+    dropActivity(context, owner);
+    logActivity(context, owner, activity, STEP_COMPLETED);
     refreshGroup(context, group);
     engageSpares(context);
 }
 
 void finishCopyBack(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
+    const Activity activity = activityOf(context, owner);
     const Group group = groupOf(context, owner);
-    dropJob(context, owner);
-    logJob(context, owner, job, STEP_COMPLETED);
+    dropActivity(context, owner);
+    logActivity(context, owner, activity, STEP_COMPLETED);
     for (size_t slot = 0; slot < group.members.size(); ++slot) {
-        if (group.homes[slot] == job.disk) adoptCopies(context, group, static_cast<int>(slot), job.disk);
+        if (group.homes[slot] == activity.disk) adoptCopies(context, group, static_cast<int>(slot), activity.disk);
     }
     refreshGroup(context, group);
     engageSpares(context);
@@ -279,28 +279,28 @@ static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) 
 }
 
 void loseTarget(const Context& context, Owner owner, KT_U16 pd) {
-    Activity job = jobOf(context, owner);
+    Activity activity = activityOf(context, owner);
     Group group = groupOf(context, owner);
-    if (job.disk != pd && !isHalfFilled(context, group, pd)) return;
+    if (activity.disk != pd && !isHalfFilled(context, group, pd)) return;
     removeMember(context, group, pd);
-    if (job.disk != pd) return;
+    if (activity.disk != pd) return;
     group = groupOf(context, owner);
     const auto other = std::find_if(group.members.begin(), group.members.end(),
                                     [&](KT_U16 member) { return isHalfFilled(context, group, member); });
     if (other == group.members.end()) return failRebuild(context, owner);
-    job.disk = *other;
-    saveJob(context, owner, job);
+    activity.disk = *other;
+    saveActivity(context, owner, activity);
 }
 
 void failRebuild(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
-    dropJob(context, owner);
-    if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
+    const Activity activity = activityOf(context, owner);
+    dropActivity(context, owner);
+    if (isAlive(activity)) logActivity(context, owner, activity, STEP_FAILED);
     std::vector<KT_U16> targets = groupOf(context, owner).members;
-    targets.push_back(job.disk);
+    targets.push_back(activity.disk);
     for (const KT_U16 pd : targets) {
         const Group group = groupOf(context, owner);
-        if (pd == job.disk || isHalfFilled(context, group, pd)) removeMember(context, group, pd);
+        if (pd == activity.disk || isHalfFilled(context, group, pd)) removeMember(context, group, pd);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "changes/arrays.h"
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "changes/deletion.h"
 #include "media/blocks.h"
 #include "state/events.h"

@@ -1,6 +1,6 @@
 #include "changes/creation.h"
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "changes/arrays.h"
 #include "media/blocks.h"
 #include "media/surface.h"
@@ -188,7 +188,7 @@ static void startInitialization(const Context& context, const VdPlan& plan, KT_U
     if (plan.initialization == KT_INIT_FOREGROUND) kind = KT_BGA_INIT_FOREGROUND;
     if (plan.initialization == KT_INIT_BACKGROUND || plan.initialization == KT_INIT_INTELLIGENT)
         kind = KT_BGA_INIT_BACKGROUND;
-    if (kind) startJob(context, Owner{OwnerKind::Vd, id}, kind, initializationWork(kind, share), KT_NO_ID);
+    if (kind) startActivity(context, Owner{OwnerKind::Vd, id}, kind, initializationWork(kind, share), KT_NO_ID);
     arbitrate(context);
 }
 

@@ -1,6 +1,6 @@
 #include "changes/foreign.h"
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "activities/rebuilding.h"
 #include "changes/arrays.h"
 #include "changes/spares.h"

@@ -42,61 +42,61 @@ static void setBlocksOffline(const Context& context, KT_U16 pd) {
     }
 }
 
-static bool isRebuildLike(const Activity& job) {
-    return job.kind == KT_BGA_REBUILD || job.kind == KT_BGA_COPY_BACK;
+static bool isRebuildLike(const Activity& activity) {
+    return activity.kind == KT_BGA_REBUILD || activity.kind == KT_BGA_COPY_BACK;
 }
 
 // Whether a copy back reads from the disk: it is, or was, in the place that it fills.
-static bool isCopiedFrom(const Group& group, const Activity& job, KT_U16 pd) {
-    for (size_t i = 0; job.kind == KT_BGA_COPY_BACK && i < group.members.size(); ++i)
-        if (group.homes[i] == job.disk) return group.members[i] == pd || group.members[i] == KT_NO_ID;
+static bool isCopiedFrom(const Group& group, const Activity& activity, KT_U16 pd) {
+    for (size_t i = 0; activity.kind == KT_BGA_COPY_BACK && i < group.members.size(); ++i)
+        if (group.homes[i] == activity.disk) return group.members[i] == pd || group.members[i] == KT_NO_ID;
     return false;
 }
 
 // Initialisations and checks cannot go on without the disk; nor can what is being written to it.
-static void failJobs(const Context& context, const Group& group, KT_U16 pd) {
+static void failActivities(const Context& context, const Group& group, KT_U16 pd) {
     for (const KT_U16 vd : group.vds) {
         const Owner owner{OwnerKind::Vd, vd};
-        const Activity job = jobOf(context, owner);
-        if (job.kind == 0 || isRebuildLike(job) || job.kind == KT_BGA_MIGRATION) continue;
-        dropJob(context, owner);
-        if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
+        const Activity activity = activityOf(context, owner);
+        if (activity.kind == 0 || isRebuildLike(activity) || activity.kind == KT_BGA_MIGRATION) continue;
+        dropActivity(context, owner);
+        if (isAlive(activity)) logActivity(context, owner, activity, STEP_FAILED);
     }
-    const Activity job = jobOf(context, group.owner);
-    if (isRebuildLike(job)) loseTarget(context, group.owner, pd);
-    if (isCopiedFrom(group, job, pd)) failRebuild(context, group.owner);
+    const Activity activity = activityOf(context, group.owner);
+    if (isRebuildLike(activity)) loseTarget(context, group.owner, pd);
+    if (isCopiedFrom(group, activity, pd)) failRebuild(context, group.owner);
 }
 
 // A migration also needs the disks it moves to, without which an array's own members may do.
-static bool canGoOn(const Context& context, Owner owner, const Activity& job) {
+static bool canGoOn(const Context& context, Owner owner, const Activity& activity) {
     const Group group = groupOf(context, owner);
     const auto isOffline = [&](KT_U16 id) {
         const auto vd = find<_LD_Info>(context, id);
         return vd && vd->Status == KT_VD_OFFLINE;
     };
     return group.usable &&
-           (job.kind != KT_BGA_MIGRATION || std::none_of(group.vds.begin(), group.vds.end(), isOffline));
+           (activity.kind != KT_BGA_MIGRATION || std::none_of(group.vds.begin(), group.vds.end(), isOffline));
 }
 
 // What cannot run on an offline virtual disk.
-static void interruptJobs(const Context& context, const Group& group) {
-    Activity job = jobOf(context, group.owner);
-    if (!isAlive(job) || canGoOn(context, group.owner, job)) return;
-    if (isRebuildLike(job)) return failRebuild(context, group.owner);
+static void interruptActivities(const Context& context, const Group& group) {
+    Activity activity = activityOf(context, group.owner);
+    if (!isAlive(activity) || canGoOn(context, group.owner, activity)) return;
+    if (isRebuildLike(activity)) return failRebuild(context, group.owner);
     // What somebody paused or stopped stays so.
-    if (job.state != KT_STATE_RUNNING && job.state != KT_STATE_AUTO_PAUSED) return;
-    job.done = activityDone(job, context.now);
-    job.since = context.now;
-    job.state = KT_STATE_INTERRUPTED;
-    saveJob(context, group.owner, job);
+    if (activity.state != KT_STATE_RUNNING && activity.state != KT_STATE_AUTO_PAUSED) return;
+    activity.done = activityDone(activity, context.now);
+    activity.since = context.now;
+    activity.state = KT_STATE_INTERRUPTED;
+    saveActivity(context, group.owner, activity);
 }
 
 static void failPatrol(const Context& context, KT_U16 pd) {
     const Owner owner{OwnerKind::Disk, pd};
-    const Activity job = jobOf(context, owner);
-    if (job.kind == 0) return;
-    dropJob(context, owner);
-    if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
+    const Activity activity = activityOf(context, owner);
+    if (activity.kind == 0) return;
+    dropActivity(context, owner);
+    if (isAlive(activity)) logActivity(context, owner, activity, STEP_FAILED);
 }
 
 // Another loss: what is of no use for it is worth telling.
@@ -116,9 +116,9 @@ static void forgetTold(const Context& context) {
 static void followUp(const Context& context, const std::vector<Owner>& owners, KT_U16 pd) {
     for (const Owner owner : owners) {
         const Group group = groupOf(context, owner);
-        failJobs(context, group, pd);
+        failActivities(context, group, pd);
         refreshGroup(context, group);
-        interruptJobs(context, group);
+        interruptActivities(context, group);
     }
     if (!owners.empty()) forgetTold(context);
     reviewForeign(context);
@@ -288,10 +288,10 @@ static void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks
     if ((disk.state.raid & KT_PD_NOT_FREE) == 0 && blocks.count) becomeFree(context, pd);
     for (const Owner owner : groupsOn(context, pd)) {
         refreshGroup(context, groupOf(context, owner));
-        Activity job = jobOf(context, owner);
-        if (job.state != KT_STATE_INTERRUPTED || !canGoOn(context, owner, job)) continue;
-        job.state = KT_STATE_AUTO_PAUSED;
-        saveJob(context, owner, job);
+        Activity activity = activityOf(context, owner);
+        if (activity.state != KT_STATE_INTERRUPTED || !canGoOn(context, owner, activity)) continue;
+        activity.state = KT_STATE_AUTO_PAUSED;
+        saveActivity(context, owner, activity);
     }
     reviewForeign(context);
 }

@@ -107,8 +107,8 @@ KT_U8 releaseSpare(const Context& context, KT_U16 pd) {
     if (disk.state.raid & KT_PD_SPARE_IN_USE) return KT_ERR_SPARE_IN_USE;
     const Owner owner{OwnerKind::Disk, pd};
     if (disk.state.patrol.kind) {
-        logJob(context, owner, disk.state.patrol, STEP_ABORTED);
-        dropJob(context, owner);
+        logActivity(context, owner, disk.state.patrol, STEP_ABORTED);
+        dropActivity(context, owner);
     }
     dropSpareRole(context, pd);
     becomeFree(context, pd);

@@ -1,4 +1,4 @@
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "lab/lab.h"
 #include "lab/labReader.h"
 #include "media/surface.h"

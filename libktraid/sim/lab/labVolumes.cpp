@@ -1,4 +1,4 @@
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "activities/rebuilding.h"
 #include "changes/foreign.h"
 #include "lab/lab.h"

@@ -1,6 +1,6 @@
 #include "media/life.h"
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "media/blocks.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Members of virtual disks and arrays seen alike: who is in which slot, and putting another disk in.
 #pragma once
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "raid/candidates.h"
 
 #include <vector>

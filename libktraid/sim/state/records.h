@@ -38,13 +38,13 @@ enum Kind : KT_U8 {
     // Each further kind of the peripherals takes a free number and a line in KindOf below (or beside its struct).
 };
 
-// A long-running job: of a virtual disk, an array or a disk (media patrol). Times are milliseconds of the simulated
-// clock, amounts KiB. Its progress follows from these by activityDone(); nothing has to tick.
+// A long-running activity: of a virtual disk, an array or a disk (media patrol). Times are milliseconds of the
+// simulated clock, amounts KiB. Its progress follows from these by activityDone(); nothing has to tick.
 struct Activity {
     KT_U8 kind;    // KT_BGA_*, or KT_PD_BGA_* of a disk; 0 = none
     KT_U8 state;   // KT_STATE_*
     KT_U16 disk;   // the disk being rebuilt or copied to; KT_NO_ID = none
-    KT_U8 resumes; // private to the rules: what restarts an interrupted or auto-paused job
+    KT_U8 resumes; // private to the rules: what restarts an interrupted or auto-paused activity
     KT_U8 reserved[3];
     KT_U64 work;      // the whole amount
     KT_U64 done;      // the part done at `since`

@@ -1,4 +1,4 @@
-#include "activities/jobs.h"
+#include "activities/activities.h"
 
 #include "activities/activityProgress.h"
 #include "activities/reading.h"
@@ -15,14 +15,14 @@ namespace sim {
 static const KT_U64 HDD_KIB_PER_SECOND = 160 * 1024;
 static const KT_U64 SSD_KIB_PER_SECOND = 480 * 1024;
 
-struct JobRule {
+struct ActivityRule {
     KT_U8 kind;
     KT_U16 eventCode;
     int rank; // the greater one runs first
     KT_U8 _Adapter_Config_V2::*rate;
 };
 
-static const JobRule JOB_RULES[] = {
+static const ActivityRule ACTIVITY_RULES[] = {
     {KT_BGA_REBUILD, 70, 5, &_Adapter_Config_V2::RebuildRate},
     {KT_BGA_COPY_BACK, 90, 5, &_Adapter_Config_V2::CopybackRate},
     {KT_BGA_MIGRATION, 80, 4, &_Adapter_Config_V2::MigrationRate},
@@ -32,16 +32,16 @@ static const JobRule JOB_RULES[] = {
     {KT_BGA_CHECK_FIX, 30, 1, &_Adapter_Config_V2::SyncRate},
     {KT_BGA_CHECK, 20, 1, &_Adapter_Config_V2::SyncRate},
 };
-static const JobRule PATROL_RULE = {KT_PD_BGA_MEDIA_PATROL, 17, 0, &_Adapter_Config_V2::MPRate};
+static const ActivityRule PATROL_RULE = {KT_PD_BGA_MEDIA_PATROL, 17, 0, &_Adapter_Config_V2::MPRate};
 
-static const JobRule& ruleOf(Owner owner, KT_U8 kind) {
+static const ActivityRule& ruleOf(Owner owner, KT_U8 kind) {
     if (owner.kind == OwnerKind::Disk) return PATROL_RULE;
-    for (const JobRule& rule : JOB_RULES)
+    for (const ActivityRule& rule : ACTIVITY_RULES)
         if (rule.kind == kind) return rule;
-    return JOB_RULES[0];
+    return ACTIVITY_RULES[0];
 }
 
-Activity jobOf(const Context& context, Owner owner) {
+Activity activityOf(const Context& context, Owner owner) {
     switch (owner.kind) {
     case OwnerKind::Vd:
         return find<VdState>(context, owner.id).value_or(VdState{}).activity;
@@ -54,8 +54,8 @@ Activity jobOf(const Context& context, Owner owner) {
 
 Activity shownActivity(const Context& context, const Vd& vd) {
     if (vd.info.DGID != KT_NO_ID) {
-        const Activity job = jobOf(context, Owner{OwnerKind::Array, vd.info.DGID});
-        if (job.kind != 0) return job;
+        const Activity activity = activityOf(context, Owner{OwnerKind::Array, vd.info.DGID});
+        if (activity.kind != 0) return activity;
     }
     return vd.state.activity;
 }
@@ -76,19 +76,20 @@ void showArrayActivity(const Context& context, KT_U16 id) {
     if (findArray(context, id, array) != KT_OK) return;
     Activity shown = array.state.activity;
     for (int i = 0; array.state.activity.kind == 0 && i < MAX_SLOTS; ++i) {
-        const Activity job = find<VdState>(context, array.info.VDIDs[i]).value_or(VdState{}).activity;
-        if (job.kind && (shown.kind == 0 || (shown.state != KT_STATE_RUNNING && job.state == KT_STATE_RUNNING)))
-            shown = job;
+        const Activity activity = find<VdState>(context, array.info.VDIDs[i]).value_or(VdState{}).activity;
+        if (activity.kind &&
+            (shown.kind == 0 || (shown.state != KT_STATE_RUNNING && activity.state == KT_STATE_RUNNING)))
+            shown = activity;
     }
     array.info.BgaType = shown.kind;
     array.info.BgaState = shown.kind ? shown.state : KT_U8{KT_STATE_NONE};
     save(context, id, array.info);
 }
 
-static void saveArrayJob(const Context& context, KT_U16 id, const Activity& job) {
+static void saveArrayActivity(const Context& context, KT_U16 id, const Activity& activity) {
     Array array = {};
     if (findArray(context, id, array) != KT_OK) return;
-    array.state.activity = job;
+    array.state.activity = activity;
     save(context, id, array.state);
     for (const KT_U16 vd : array.info.VDIDs)
         if (vd != KT_NO_ID) showOnVd(context, vd);
@@ -106,11 +107,11 @@ static void showPatrol(const Context& context, KT_U16 dgid) {
     save(context, dgid, array.info);
 }
 
-static void savePatrol(const Context& context, KT_U16 id, const Activity& job) {
+static void savePatrol(const Context& context, KT_U16 id, const Activity& activity) {
     Disk disk = {};
     if (findDisk(context, id, disk) != KT_OK) return;
-    const int change = (job.kind ? 1 : 0) - (disk.state.patrol.kind ? 1 : 0);
-    disk.state.patrol = job;
+    const int change = (activity.kind ? 1 : 0) - (disk.state.patrol.kind ? 1 : 0);
+    disk.state.patrol = activity;
     saveDisk(context, disk);
     AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});
     adapter.patrols = static_cast<KT_U16>(std::max(adapter.patrols + change, 0));
@@ -124,43 +125,43 @@ void showActivity(const Context& context, KT_U16 id) {
     if (vd && vd->DGID != KT_NO_ID) showArrayActivity(context, vd->DGID);
 }
 
-void saveJob(const Context& context, Owner owner, const Activity& job) {
-    if (owner.kind == OwnerKind::Array) return saveArrayJob(context, owner.id, job);
-    if (owner.kind == OwnerKind::Disk) return savePatrol(context, owner.id, job);
+void saveActivity(const Context& context, Owner owner, const Activity& activity) {
+    if (owner.kind == OwnerKind::Array) return saveArrayActivity(context, owner.id, activity);
+    if (owner.kind == OwnerKind::Disk) return savePatrol(context, owner.id, activity);
     Vd vd = {};
     if (findVd(context, owner.id, vd) != KT_OK) return;
-    vd.state.activity = job;
+    vd.state.activity = activity;
     save(context, owner.id, vd.state);
     showActivity(context, owner.id);
 }
 
-void dropJob(const Context& context, Owner owner) {
+void dropActivity(const Context& context, Owner owner) {
     Activity none = {};
     none.disk = KT_NO_ID;
-    saveJob(context, owner, none);
+    saveActivity(context, owner, none);
 }
 
-static KT_U8 severityOf(JobStep step) {
+static KT_U8 severityOf(ActivityStep step) {
     if (step == STEP_FAILED) return SEV_MAJOR;
     return step == STEP_ABORTED ? KT_U8{SEV_WARNING} : KT_U8{SEV_INFO};
 }
 
-static void logVdJob(const Context& context, KT_U16 id, KT_U16 code, KT_U8 severity, KT_U32 parameter) {
+static void logVdActivity(const Context& context, KT_U16 id, KT_U16 code, KT_U8 severity, KT_U32 parameter) {
     const auto vd = find<_LD_Info>(context, id);
     if (vd) logEvent(context, EVT_VD, code, id, severity, parameter, 0, 0, isHybridLevel(vd->RaidMode) ? 1 : 0);
 }
 
-void logJob(const Context& context, Owner owner, const Activity& job, JobStep step, KT_U32 parameter) {
-    const auto code = static_cast<KT_U16>(ruleOf(owner, job.kind).eventCode + step);
+void logActivity(const Context& context, Owner owner, const Activity& activity, ActivityStep step, KT_U32 parameter) {
+    const auto code = static_cast<KT_U16>(ruleOf(owner, activity.kind).eventCode + step);
     const KT_U8 severity = severityOf(step);
     if (owner.kind == OwnerKind::Disk) {
         logEvent(context, EVT_PD, code, owner.id, severity, parameter);
     } else if (owner.kind == OwnerKind::Vd) {
-        logVdJob(context, owner.id, code, severity, parameter);
+        logVdActivity(context, owner.id, code, severity, parameter);
     } else {
         const auto array = find<_DG_Info>(context, owner.id);
         for (int i = 0; array && i < MAX_SLOTS; ++i)
-            if (array->VDIDs[i] != KT_NO_ID) logVdJob(context, array->VDIDs[i], code, severity, parameter);
+            if (array->VDIDs[i] != KT_NO_ID) logVdActivity(context, array->VDIDs[i], code, severity, parameter);
     }
 }
 
@@ -174,7 +175,7 @@ static void addTargetDisks(const Context& context, KT_U16 vd, std::vector<KT_U16
 }
 
 // The disks that an activity of this owner reads or writes, each once.
-static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Activity& job) {
+static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Activity& activity) {
     std::vector<KT_U16> disks;
     if (owner.kind == OwnerKind::Disk) disks.push_back(owner.id);
     if (owner.kind == OwnerKind::Array) {
@@ -186,72 +187,73 @@ static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Ac
         const auto block = find<_Block_Info>(context, vd->BlockIDs[i]);
         if (block) disks.push_back(block->HDID);
     }
-    if (owner.kind == OwnerKind::Vd && job.kind == KT_BGA_MIGRATION) addTargetDisks(context, owner.id, disks);
-    const auto array = owner.kind == OwnerKind::Array && job.kind == KT_BGA_MIGRATION
+    if (owner.kind == OwnerKind::Vd && activity.kind == KT_BGA_MIGRATION) addTargetDisks(context, owner.id, disks);
+    const auto array = owner.kind == OwnerKind::Array && activity.kind == KT_BGA_MIGRATION
                            ? find<_DG_Info>(context, owner.id)
                            : std::nullopt;
     for (int i = 0; array && i < MAX_SLOTS; ++i)
         if (array->VDIDs[i] != KT_NO_ID) addTargetDisks(context, array->VDIDs[i], disks);
-    if (job.disk != KT_NO_ID) disks.push_back(job.disk);
+    if (activity.disk != KT_NO_ID) disks.push_back(activity.disk);
     std::sort(disks.begin(), disks.end());
     disks.erase(std::unique(disks.begin(), disks.end()), disks.end());
     return disks;
 }
 
-static KT_U64 jobSpeed(const Context& context, Owner owner, const Activity& job) {
+static KT_U64 activitySpeed(const Context& context, Owner owner, const Activity& activity) {
     const _Adapter_Config_V2 config = adapterConfig(context);
-    KT_U64 rate = config.*ruleOf(owner, job.kind).rate;
+    KT_U64 rate = config.*ruleOf(owner, activity.kind).rate;
     if (rate == 0 || rate > 100) rate = std::clamp<KT_U64>(config.BGARate, 1, 100);
     KT_U64 full = SSD_KIB_PER_SECOND;
-    for (const KT_U16 id : disksOf(context, owner, job)) {
+    for (const KT_U16 id : disksOf(context, owner, activity)) {
         const auto disk = find<_HD_Info>(context, id);
         if (disk && !isSolidState(*disk)) full = HDD_KIB_PER_SECOND;
     }
     return full * rate / 100;
 }
 
-static void setState(const Context& context, Owner owner, Activity job, KT_U8 state) {
-    job.done = activityDone(job, context.now);
-    job.since = context.now;
-    job.state = state;
-    if (state == KT_STATE_RUNNING) job.speed = jobSpeed(context, owner, job);
-    saveJob(context, owner, job);
+static void setState(const Context& context, Owner owner, Activity activity, KT_U8 state) {
+    activity.done = activityDone(activity, context.now);
+    activity.since = context.now;
+    activity.state = state;
+    if (state == KT_STATE_RUNNING) activity.speed = activitySpeed(context, owner, activity);
+    saveActivity(context, owner, activity);
 }
 
-void startJob(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U16 disk) {
-    Activity job = {};
-    job.kind = kind;
-    job.disk = disk;
-    job.work = work;
-    setState(context, owner, job, KT_STATE_RUNNING);
-    logJob(context, owner, job, STEP_STARTED);
+void startActivity(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U16 disk) {
+    Activity activity = {};
+    activity.kind = kind;
+    activity.disk = disk;
+    activity.work = work;
+    setState(context, owner, activity, KT_STATE_RUNNING);
+    logActivity(context, owner, activity, STEP_STARTED);
 }
 
-static void restart(const Context& context, Owner owner, Activity job) {
+static void restart(const Context& context, Owner owner, Activity activity) {
     // What a migration or a rebuild has moved stays moved; a check or an initialisation begins anew.
-    const bool goesOn = job.kind == KT_BGA_MIGRATION && owner.kind != OwnerKind::Disk;
-    if (!goesOn) job.done = job.announced = 0; // setState() counts from here
-    setState(context, owner, job, KT_STATE_RUNNING);
-    logJob(context, owner, job, STEP_RESTARTED);
+    const bool goesOn = activity.kind == KT_BGA_MIGRATION && owner.kind != OwnerKind::Disk;
+    if (!goesOn) activity.done = activity.announced = 0; // setState() counts from here
+    setState(context, owner, activity, KT_STATE_RUNNING);
+    logActivity(context, owner, activity, STEP_RESTARTED);
 }
 
-KT_U8 controlJob(const Context& context, Owner owner, KT_U8 control) {
-    const Activity job = jobOf(context, owner);
-    const bool waits = job.state == KT_STATE_PAUSED || job.state == KT_STATE_AUTO_PAUSED;
-    const bool runs = job.state == KT_STATE_RUNNING;
-    if (job.kind == 0) return KT_ERR_BGA_ACTION;
-    if (control == KT_CONTROL_RESTART && (job.state == KT_STATE_ABORTED || job.state == KT_STATE_INTERRUPTED)) {
-        restart(context, owner, job);
-    } else if (control == KT_CONTROL_PAUSE && (runs || job.state == KT_STATE_AUTO_PAUSED)) {
-        setState(context, owner, job, KT_STATE_PAUSED);
-        logJob(context, owner, job, STEP_PAUSED);
+KT_U8 controlActivity(const Context& context, Owner owner, KT_U8 control) {
+    const Activity activity = activityOf(context, owner);
+    const bool waits = activity.state == KT_STATE_PAUSED || activity.state == KT_STATE_AUTO_PAUSED;
+    const bool runs = activity.state == KT_STATE_RUNNING;
+    if (activity.kind == 0) return KT_ERR_BGA_ACTION;
+    if (control == KT_CONTROL_RESTART &&
+        (activity.state == KT_STATE_ABORTED || activity.state == KT_STATE_INTERRUPTED)) {
+        restart(context, owner, activity);
+    } else if (control == KT_CONTROL_PAUSE && (runs || activity.state == KT_STATE_AUTO_PAUSED)) {
+        setState(context, owner, activity, KT_STATE_PAUSED);
+        logActivity(context, owner, activity, STEP_PAUSED);
     } else if (control == KT_CONTROL_RESUME && waits) {
-        if (job.state == KT_STATE_AUTO_PAUSED) return KT_ERR_BGA_RUNNING;
-        setState(context, owner, job, KT_STATE_RUNNING);
-        logJob(context, owner, job, STEP_RESUMED);
+        if (activity.state == KT_STATE_AUTO_PAUSED) return KT_ERR_BGA_RUNNING;
+        setState(context, owner, activity, KT_STATE_RUNNING);
+        logActivity(context, owner, activity, STEP_RESUMED);
     } else if ((control == KT_CONTROL_STOP || control == KT_CONTROL_STOP_FOR_DELETE) && (runs || waits)) {
-        setState(context, owner, job, KT_STATE_ABORTED);
-        logJob(context, owner, job, STEP_ABORTED);
+        setState(context, owner, activity, KT_STATE_ABORTED);
+        logActivity(context, owner, activity, STEP_ABORTED);
     } else {
         return KT_ERR_BGA_ACTION;
     }
@@ -259,7 +261,7 @@ KT_U8 controlJob(const Context& context, Owner owner, KT_U8 control) {
     return KT_OK;
 }
 
-void forEachJob(const Context& context, const std::function<void(Owner, const Activity&)>& visit) {
+void forEachActivity(const Context& context, const std::function<void(Owner, const Activity&)>& visit) {
     forEach<VdState>(context, 0, [&](KT_U64 id, const VdState& state) {
         if (state.activity.kind) visit(Owner{OwnerKind::Vd, static_cast<KT_U16>(id)}, state.activity);
         return true;
@@ -277,26 +279,26 @@ void forEachJob(const Context& context, const std::function<void(Owner, const Ac
 
 bool isBusy(const Context& context, KT_U16 pd) {
     bool busy = false;
-    forEachJob(context, [&](Owner owner, const Activity& job) {
-        if (job.state != KT_STATE_RUNNING || busy) return;
-        const std::vector<KT_U16> disks = disksOf(context, owner, job);
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        if (activity.state != KT_STATE_RUNNING || busy) return;
+        const std::vector<KT_U16> disks = disksOf(context, owner, activity);
         busy = std::find(disks.begin(), disks.end(), pd) != disks.end();
     });
     return busy;
 }
 
-KT_U64 nextMoment(const Context& context, Owner owner, const Activity& job) {
-    Activity part = job;
-    const KT_U64 quarter = job.announced + ANNOUNCED_PERCENT;
-    if (quarter < 100) part.work = job.work / 100 * quarter + (job.work % 100 * quarter + 99) / 100;
-    part.work = std::min(part.work, nextMeeting(context, owner, job));
+KT_U64 nextMoment(const Context& context, Owner owner, const Activity& activity) {
+    Activity part = activity;
+    const KT_U64 quarter = activity.announced + ANNOUNCED_PERCENT;
+    if (quarter < 100) part.work = activity.work / 100 * quarter + (activity.work % 100 * quarter + 99) / 100;
+    part.work = std::min(part.work, nextMeeting(context, owner, activity));
     // What lies behind already, for its place has changed, shows at once.
     return std::max(activityEnd(part), context.now);
 }
 
 struct Claim {
     Owner owner;
-    Activity job;
+    Activity activity;
     int rank;
     std::vector<KT_U16> disks;
 };
@@ -309,9 +311,9 @@ static bool sharesDisk(const Claim& one, const Claim& other) {
 
 static std::vector<Claim> claimsOf(const Context& context) {
     std::vector<Claim> claims;
-    forEachJob(context, [&](Owner owner, const Activity& job) {
-        if (job.state != KT_STATE_RUNNING && job.state != KT_STATE_AUTO_PAUSED) return;
-        claims.push_back(Claim{owner, job, ruleOf(owner, job.kind).rank, disksOf(context, owner, job)});
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        if (activity.state != KT_STATE_RUNNING && activity.state != KT_STATE_AUTO_PAUSED) return;
+        claims.push_back(Claim{owner, activity, ruleOf(owner, activity.kind).rank, disksOf(context, owner, activity)});
     });
     std::stable_sort(claims.begin(), claims.end(),
                      [](const Claim& one, const Claim& other) { return one.rank > other.rank; });
@@ -330,15 +332,15 @@ static KT_U64 shareSpeed(const Context& context, const std::vector<Claim>& grant
         KT_U64 most = 1;
         for (const KT_U16 disk : claim.disks)
             if (disk != KT_NO_ID) most = std::max(most, crowd[disk]);
-        Activity job = jobOf(context, claim.owner);
-        const KT_U64 speed = jobSpeed(context, claim.owner, job) / most;
-        if (job.speed != speed) {
-            job.done = activityDone(job, context.now);
-            job.since = context.now;
-            job.speed = speed;
-            saveJob(context, claim.owner, job);
+        Activity activity = activityOf(context, claim.owner);
+        const KT_U64 speed = activitySpeed(context, claim.owner, activity) / most;
+        if (activity.speed != speed) {
+            activity.done = activityDone(activity, context.now);
+            activity.since = context.now;
+            activity.speed = speed;
+            saveActivity(context, claim.owner, activity);
         }
-        due = std::min(due, nextMoment(context, claim.owner, job));
+        due = std::min(due, nextMoment(context, claim.owner, activity));
     }
     return due;
 }
@@ -349,14 +351,14 @@ void arbitrate(const Context& context) {
         const bool waits = std::any_of(granted.begin(), granted.end(), [&](const Claim& other) {
             return other.rank > claim.rank && sharesDisk(other, claim);
         });
-        if (waits && claim.job.state == KT_STATE_RUNNING) {
-            setState(context, claim.owner, claim.job, KT_STATE_AUTO_PAUSED);
-            logJob(context, claim.owner, claim.job, STEP_AUTO_PAUSED);
+        if (waits && claim.activity.state == KT_STATE_RUNNING) {
+            setState(context, claim.owner, claim.activity, KT_STATE_AUTO_PAUSED);
+            logActivity(context, claim.owner, claim.activity, STEP_AUTO_PAUSED);
         }
         if (waits) continue;
-        if (claim.job.state == KT_STATE_AUTO_PAUSED) {
-            setState(context, claim.owner, claim.job, KT_STATE_RUNNING);
-            logJob(context, claim.owner, claim.job, STEP_AUTO_RESUMED);
+        if (claim.activity.state == KT_STATE_AUTO_PAUSED) {
+            setState(context, claim.owner, claim.activity, KT_STATE_RUNNING);
+            logActivity(context, claim.owner, claim.activity, STEP_AUTO_RESUMED);
         }
         granted.push_back(std::move(claim));
     }
@@ -365,24 +367,24 @@ void arbitrate(const Context& context) {
 
 void applyRates(const Context& context) {
     std::vector<Owner> owners;
-    forEachJob(context, [&](Owner owner, const Activity& job) {
-        if (job.state == KT_STATE_RUNNING) owners.push_back(owner);
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        if (activity.state == KT_STATE_RUNNING) owners.push_back(owner);
     });
     for (const Owner owner : owners)
-        setState(context, owner, jobOf(context, owner), KT_STATE_RUNNING);
+        setState(context, owner, activityOf(context, owner), KT_STATE_RUNNING);
     arbitrate(context);
 }
 
 void pauseAll(const Context& context) {
     std::vector<Owner> owners;
-    forEachJob(context, [&](Owner owner, const Activity& job) {
-        if (job.state == KT_STATE_RUNNING || job.state == KT_STATE_AUTO_PAUSED) owners.push_back(owner);
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        if (activity.state == KT_STATE_RUNNING || activity.state == KT_STATE_AUTO_PAUSED) owners.push_back(owner);
     });
     // All before any that waits could go on.
     for (const Owner owner : owners) {
-        const Activity job = jobOf(context, owner);
-        setState(context, owner, job, KT_STATE_PAUSED);
-        logJob(context, owner, job, STEP_PAUSED);
+        const Activity activity = activityOf(context, owner);
+        setState(context, owner, activity, KT_STATE_PAUSED);
+        logActivity(context, owner, activity, STEP_PAUSED);
     }
     arbitrate(context);
 }

@@ -16,7 +16,7 @@ struct Owner {
 };
 
 // What happens to an activity, in the order of its event codes.
-enum JobStep : KT_U16 {
+enum ActivityStep : KT_U16 {
     STEP_STARTED = 0,
     STEP_RESTARTED = 1,
     STEP_PAUSED = 2,
@@ -30,16 +30,17 @@ enum JobStep : KT_U16 {
 };
 
 // The owner's activity; kind 0 when it has none.
-Activity jobOf(const Context& context, Owner owner);
+Activity activityOf(const Context& context, Owner owner);
 // Keeps it, and shows it in the records of the owner and of what belongs to the owner.
-void saveJob(const Context& context, Owner owner, const Activity& job);
+void saveActivity(const Context& context, Owner owner, const Activity& activity);
 // Forgets it.
-void dropJob(const Context& context, Owner owner);
+void dropActivity(const Context& context, Owner owner);
 // Begins an activity of `work` KiB, in place of one that was aborted, and logs it.
-void startJob(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U16 disk);
+void startActivity(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U16 disk);
 // One of KT_CONTROL_*; KT_ERR_BGA_ACTION for what the state does not allow.
-KT_U8 controlJob(const Context& context, Owner owner, KT_U8 control);
-void logJob(const Context& context, Owner owner, const Activity& job, JobStep step, KT_U32 parameter = 0);
+KT_U8 controlActivity(const Context& context, Owner owner, KT_U8 control);
+void logActivity(const Context& context, Owner owner, const Activity& activity, ActivityStep step,
+                 KT_U32 parameter = 0);
 
 // Whether an activity reads or writes the disk now.
 bool isBusy(const Context& context, KT_U16 pd);
@@ -47,8 +48,8 @@ bool isBusy(const Context& context, KT_U16 pd);
 // What status calls show of a virtual disk: its array's activity if that has one, else its own.
 Activity shownActivity(const Context& context, const Vd& vd);
 // True for one that runs or will run again; also for a migration that was stopped, for only it can be gone on with.
-inline bool isAlive(const Activity& job) {
-    return job.kind != 0 && (job.state != KT_STATE_ABORTED || job.kind == KT_BGA_MIGRATION);
+inline bool isAlive(const Activity& activity) {
+    return activity.kind != 0 && (activity.state != KT_STATE_ABORTED || activity.kind == KT_BGA_MIGRATION);
 }
 
 // Brings what the records of a virtual disk and its array show of activities up to date.
@@ -64,12 +65,12 @@ void applyRates(const Context& context);
 void pauseAll(const Context& context);
 
 // The moment at which a running activity completes, passes the next quarter, which is logged, or meets a bad sector.
-KT_U64 nextMoment(const Context& context, Owner owner, const Activity& job);
+KT_U64 nextMoment(const Context& context, Owner owner, const Activity& activity);
 inline constexpr unsigned ANNOUNCED_PERCENT = 25;
 // All owners that have an activity.
-void forEachJob(const Context& context, const std::function<void(Owner, const Activity&)>& visit);
+void forEachActivity(const Context& context, const std::function<void(Owner, const Activity&)>& visit);
 
 // completion.cpp: carries out what completing means.
-void completeJob(const Context& context, Owner owner);
+void completeActivity(const Context& context, Owner owner);
 
 } // namespace sim
