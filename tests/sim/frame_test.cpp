@@ -4,6 +4,7 @@
 #include "lab/lab.h"
 #include "process.h"
 #include "state/events.h"
+#include "state/faults.h"
 #include "state/simClock.h"
 
 #include <fstream>

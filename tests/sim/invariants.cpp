@@ -1,9 +1,8 @@
 #include "invariants.h"
 
-#include "activities/activities.h"
 #include "media/blocks.h"
 #include "media/surface.h"
-#include "raid/members.h"
+#include "raid/activityRecords.h"
 
 #include <algorithm>
 #include <map>

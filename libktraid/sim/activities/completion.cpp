@@ -1,9 +1,10 @@
+#include "activities/completion.h"
+
 #include "activities/activities.h"
 #include "activities/activityProgress.h"
 #include "activities/migrating.h"
 #include "activities/reading.h"
 #include "activities/rebuilding.h"
-#include "frame/settle.h"
 
 #include <algorithm>
 #include <vector>
@@ -45,7 +46,7 @@ static void announce(const Context& context, Owner owner, Activity activity) {
     logActivity(context, owner, activity, STEP_PROGRESS, static_cast<KT_U32>(quarter));
 }
 
-KT_U64 settleRaid(Context& context) {
+KT_U64 settleActivities(Context& context) {
     // A lab states how far an activity is, not how fast it goes.
     if (find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid == 0) applyRates(context);
     std::vector<Owner> due;

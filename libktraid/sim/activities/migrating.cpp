@@ -1,10 +1,11 @@
 #include "activities/migrating.h"
 
+#include "activities/activities.h"
 #include "activities/rebuilding.h"
-#include "changes/arrays.h"
 #include "media/blocks.h"
+#include "raid/candidates.h"
 #include "raid/members.h"
-#include "state/events.h"
+#include "raid/slots.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include "activities/activityProgress.h"
 #include "media/blocks.h"
-#include "media/smartAttributes.h"
 #include "media/surface.h"
+#include "media/wear.h"
 #include "raid/members.h"
 #include "state/events.h"
 

@@ -1,7 +1,7 @@
 // What activities meet on the surfaces of the disks that they read and write.
 #pragma once
 
-#include "activities/activities.h"
+#include "raid/activityRecords.h"
 
 namespace sim {
 

@@ -1,12 +1,18 @@
 #include "activities/steering.h"
 
 #include "activities/activities.h"
-#include "changes/creation.h"
 #include "media/blocks.h"
+#include "media/disks.h"
 
 #include <algorithm>
 
 namespace sim {
+
+static const KT_U64 QUICK_INIT_KIB = 512 * 1024; // the ends of every member are cleared, nothing else
+
+KT_U64 initializationWork(KT_U8 kind, KT_U64 share) {
+    return kind == KT_BGA_INIT_QUICK ? std::min(share, QUICK_INIT_KIB) : share;
+}
 
 // KT_OK when a virtual disk can begin something: there, working, and nothing else under way.
 static KT_U8 checkIdle(const Context& context, KT_U16 id, Vd& vd) {

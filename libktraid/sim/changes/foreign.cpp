@@ -2,10 +2,10 @@
 
 #include "activities/activities.h"
 #include "activities/rebuilding.h"
-#include "changes/arrays.h"
-#include "changes/spares.h"
+#include "changes/spareRoles.h"
 #include "media/blocks.h"
 #include "raid/members.h"
+#include "raid/slots.h"
 #include "state/events.h"
 
 #include <algorithm>

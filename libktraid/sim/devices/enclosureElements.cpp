@@ -1,7 +1,7 @@
 #include "devices/enclosureElements.h"
 
-#include "activities/activities.h"
 #include "media/blocks.h"
+#include "raid/activityRecords.h"
 #include "state/events.h"
 
 #include <algorithm>

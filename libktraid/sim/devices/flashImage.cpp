@@ -1,7 +1,8 @@
 #include "devices/flashImage.h"
 
-#include <cstring>
+#include "state/trace.h"
 
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

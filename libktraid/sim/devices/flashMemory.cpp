@@ -1,9 +1,9 @@
 #include "devices/flashMemory.h"
 
-#include "activities/activities.h"
 #include "changes/diskIds.h"
 #include "devices/flashImage.h"
 #include "devices/settingsPage.h"
+#include "raid/activityRecords.h"
 #include "state/events.h"
 
 #include <algorithm>

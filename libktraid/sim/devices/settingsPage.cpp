@@ -2,7 +2,6 @@
 
 #include "activities/activities.h"
 #include "devices/battery.h"
-#include "state/events.h"
 
 #include <algorithm>
 

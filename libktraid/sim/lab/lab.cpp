@@ -1,7 +1,7 @@
 #include "lab/lab.h"
 
-#include "lab/labReader.h"
 #include "state/simClock.h"
+#include "state/trace.h"
 
 #include <cstring>
 

@@ -1,5 +1,7 @@
 #include "lab/labReader.h"
 
+#include "state/trace.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
