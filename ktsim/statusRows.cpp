@@ -7,6 +7,7 @@
 #include "devices/battery.h"
 #include "media/blocks.h"
 #include "media/surface.h"
+#include "raid/cacheMode.h"
 #include "raid/members.h"
 
 #include <algorithm>

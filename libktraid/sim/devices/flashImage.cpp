@@ -1,7 +1,5 @@
 #include "devices/flashImage.h"
 
-#include "state/trace.h"
-
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,7 +1,6 @@
 #include "lab/lab.h"
 
 #include "state/simClock.h"
-#include "state/trace.h"
 
 #include <cstring>
 

@@ -1,7 +1,5 @@
 #include "lab/labReader.h"
 
-#include "state/trace.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
