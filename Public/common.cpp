@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Public/nearWords.h"
 #include "Public/utility.h"
 
 KT_U8 gCurrentAdapter = 0;
@@ -147,5 +148,7 @@ int cmdDispatcher(int argc, char** argv) {
         out("Ambiguous command '%s'!\n", word);
         return 1;
     }
-    return refuseWord(word);
+    const int result = refuseWord(word);
+    suggestCommands(word);
+    return result;
 }
