@@ -3,12 +3,14 @@
 #include <cerrno>
 #include <unistd.h>
 
+#include "Public/interrupt.h"
 #include "Public/output.h"
 
 int readInputByte() {
     unsigned char byte = 0;
     ssize_t got;
     do {
+        if (!waitForInput(STDIN_FILENO)) return EOF;
         got = read(STDIN_FILENO, &byte, 1);
     } while (got < 0 && errno == EINTR);
     return got == 1 ? byte : EOF;
@@ -21,7 +23,11 @@ static int readAnswer() {
     for (int next = first; next != '\n' && next != EOF;) {
         next = readInputByte();
     }
-    return first;
+    if (!interrupted()) return first;
+    // Declining is all that it does. The terminal has left the cursor behind its "^C".
+    forgetInterrupt();
+    out("\n");
+    return EOF;
 }
 
 bool confirmUnlessNo() {

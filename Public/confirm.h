@@ -1,5 +1,5 @@
 // The two kinds of question. The caller prints the question; the answer's whole line is consumed, and the end of input
-// declines. Answers are read unbuffered, so that the shell's next line stays where it is.
+// declines, as Ctrl-C does. Answers are read unbuffered, so that the shell's next line stays where it is.
 #pragma once
 
 // Goes on (true) on anything but "n" or "N".
@@ -9,5 +9,5 @@ bool confirmUnlessNo();
 // line is read.
 bool confirmYesOrNo();
 
-// The next byte of standard input, EOF behind the last one and on an error.
+// The next byte of standard input; EOF behind the last one, on an error, and when Ctrl-C is pressed.
 int readInputByte();

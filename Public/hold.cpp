@@ -126,6 +126,11 @@ int heldSignal() {
     return first;
 }
 
+void forgetHeldInterrupt() {
+    int interrupt = SIGINT;
+    first.compare_exchange_strong(interrupt, 0);
+}
+
 void endBySignal() {
     const int number = first;
     if (number == 0) return;

@@ -25,6 +25,9 @@ struct Hold {
 // The first signal that came during a hold; 0 when none did. A run that has one begins nothing more.
 int heldSignal();
 
+// Where Ctrl-C ends a command and not the program, one that came during a hold has done so when the command is over.
+void forgetHeldInterrupt();
+
 // Ends the process as heldSignal() would have ended it; returns when there was none. The library and the output are
 // closed before.
 void endBySignal();

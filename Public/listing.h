@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "Public/common.h"
+#include "Public/interrupt.h"
 
 // Records that one call may return: what the adapter's MaxBufferSize (KiB) holds behind the header, `withoutLimit` when
 // the adapter names none; at most 65,535, the width of the request's field.
@@ -64,7 +65,7 @@ inline ListRange itemRange(KT_U16 id) {
 
 // Calls visit(record) -> bool for each record, in the library's order, page by page; a false ends the walk. Record is
 // the type of the records behind the request's header. More records than were asked for are not looked at, and a next
-// index that does not advance ends the walk, so it ends whatever the library answers.
+// index that does not advance ends the walk, so it ends whatever the library answers. Ctrl-C ends it as a failure.
 template <class Record, class Request, class Visit>
 ListEnd walkList(KT_U8 (*call)(KT_U8, Request*), ListRange range, KT_U16 perPage, Visit visit) {
     static_assert(sizeof(Request) == sizeof(_RequestHeader) + sizeof(Record));
@@ -84,6 +85,10 @@ ListEnd walkList(KT_U8 (*call)(KT_U8, Request*), ListRange range, KT_U16 perPage
         if (end.status != KT_OK) return end;
         KT_U16 returned = request->header.numReturned < asked ? request->header.numReturned : asked;
         for (KT_U16 i = 0; i < returned; ++i) {
+            if (interrupted()) {
+                end.status = KT_ERR_FAILED;
+                return end;
+            }
             ++end.total;
             if (!visit(records[i])) {
                 end.stopped = true;

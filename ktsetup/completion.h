@@ -1,4 +1,4 @@
-// Tab in the shell: command words, option words, and the object words behind -o.
+// Tab in the shell: command words, option words, and the values of options.
 #pragma once
 
 // Needs the line editor.

@@ -1,5 +1,6 @@
 #include "ktsetup/shell.h"
 
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -11,8 +12,10 @@
 #include "Public/common.h"
 #include "Public/confirm.h"
 #include "Public/hold.h"
+#include "Public/interrupt.h"
 #include "Public/lostOutput.h"
 #include "ktsetup/completion.h"
+#include "ktsetup/history.h"
 #include "ktsetup/historyLine.h"
 #include "ktsetup/lineEditor.h"
 
@@ -20,6 +23,19 @@ namespace {
 using Line = std::unique_ptr<char, decltype(&free)>;
 using Words = std::unique_ptr<char*, decltype(&free)>;
 } // namespace
+
+// Reads a key for readline. Ctrl-C ends the line with what there is of it, which readLine drops.
+static int readKey(FILE*) {
+    for (unsigned char key = 0; waitForInput(STDIN_FILENO, editor.checkSignals);) {
+        const ssize_t got = read(STDIN_FILENO, &key, 1);
+        if (got == 1) return key;
+        if (got == 0 || errno != EINTR) return EOF;
+    }
+    fputs("^C", stdout);
+    explicit_bzero(*editor.lineBuffer, strlen(*editor.lineBuffer)); // what is dropped may be a password
+    editor.replaceLine("", 0);
+    return '\n';
+}
 
 // Readline takes over the user's locale, which it needs to edit a line, for the whole process. Commands are to read
 // words and print alike everywhere (in Turkish, "WRITE" is not another case of "write"), so they run in the plain one.
@@ -54,11 +70,27 @@ static Line readLine() {
     static constexpr useconds_t LONGEST_WAIT = 1000000;
     for (useconds_t wait = 1000;; wait = wait < LONGEST_WAIT ? wait * 2 : LONGEST_WAIT) {
         flushOutput();
+        if (editor.addHistory != nullptr) refreshHistory();
         Line line(editor.readLine != nullptr ? readInUsersLocale() : readUnedited(), &free);
+        if (interrupted()) {
+            if (editor.readLine == nullptr) fputs("\n", stdout);
+            forgetInterrupt();
+            wait = 500;
+            continue;
+        }
         if (line != nullptr) return line;
         flushStream(stdout);
         usleep(wait);
     }
+}
+
+// A person's Ctrl-C has ended the command, or came while it changed something; either way the prompt comes back. In a
+// script it ends the shell.
+static void comeBack() {
+    if (isatty(STDIN_FILENO) == 0) return;
+    forgetHeldInterrupt();
+    if (interrupted()) out("\n");
+    forgetInterrupt();
 }
 
 // Runs one line; false when it asks to leave the shell, or a signal that came meanwhile does.
@@ -73,25 +105,37 @@ static bool runLine(char* line, char** words) {
         return true;
     }
     words[count] = nullptr;
-    return cmdDispatcher(count, words) != -1 && heldSignal() == 0;
+    const int result = cmdDispatcher(count, words);
+    comeBack();
+    return result != -1 && heldSignal() == 0;
+}
+
+static void prepareEditor() {
+    const bool typed = isatty(STDIN_FILENO) != 0;
+    if (typed) catchInterrupts();
+    if (!loadLineEditor()) {
+        static const char missing[] =
+            "The readline library is not installed: lines are read without editing, history and completion.\n";
+        if (typed) fputs(missing, stderr);
+        return;
+    }
+    installCompletion();
+    if (!typed) return;
+    *editor.readKey = readKey;
+    openHistory();
 }
 
 // Of what was typed, nobody finds a password or a key behind the up-arrow, or in the editor's memory.
 static void remember(const char* line) {
     if (editor.addHistory == nullptr) return;
-    editor.addHistory(withoutSecrets(line).c_str());
+    addToHistory(withoutSecrets(line));
     explicit_bzero(*editor.lineBuffer, strlen(*editor.lineBuffer));
 }
 
 void runShell() {
     printVersionLine();
     out("Welcome to RAID Command Line Interface.\n\n");
-    if (loadLineEditor()) {
-        installCompletion();
-    } else if (isatty(STDIN_FILENO) != 0) {
-        fputs("The readline library is not installed: lines are read without editing, history and completion.\n",
-              stderr);
-    }
+    prepareEditor();
     for (bool goOn = true; goOn;) {
         Line line = readLine();
         remember(line.get());

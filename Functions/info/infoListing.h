@@ -25,7 +25,7 @@ struct ListingFrame {
     }
     void end(const ListEnd& walked, bool all) const {
         if (walked.unallocated != 0) printUnallocated(walked.unallocated);
-        if (walked.stopped) return;
+        if (walked.stopped || interrupted()) return;
         if (walked.status == KT_OK && shown == 0) out("%s", words.none);
         if (all && shown > 0) {
             printNum(REPORT_WIDTH, words.total, static_cast<long>(shown));
@@ -34,9 +34,9 @@ struct ListingFrame {
     }
 };
 
-// True when the library itself refused the list, so that the listing has to say so.
+// True when the library itself refused the list, so that the listing has to say so. Whoever pressed Ctrl-C knows.
 inline bool refused(const ListEnd& walked) {
-    return walked.status != KT_OK && walked.unallocated == 0;
+    return walked.status != KT_OK && walked.unallocated == 0 && !interrupted();
 }
 
 // Lists the item `id` (ALL_ITEMS = every one) within its frame: print(record) prints one, an empty line follows it.
