@@ -1,6 +1,5 @@
 #include "devices/battery.h"
 #include "commands.h"
-#include "raid/cacheMode.h"
 #include "state/simClock.h"
 
 #include <cmath>

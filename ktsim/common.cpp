@@ -1,7 +1,6 @@
 #include "commands.h"
 #include "frame/settle.h"
 #include "lab/lab.h"
-#include "state/due.h"
 #include "state/simClock.h"
 
 #include <cstdio>

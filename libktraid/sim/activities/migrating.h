@@ -2,7 +2,7 @@
 // the new level over all target disks decides what that makes.
 #pragma once
 
-#include "raid/activityRecords.h"
+#include "activities/jobs.h"
 
 namespace sim {
 

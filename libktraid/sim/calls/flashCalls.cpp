@@ -1,5 +1,6 @@
-#include "devices/flashImage.h"
 #include "devices/flashMemory.h"
+
+#include "devices/flashImage.h"
 #include "frame/call.h"
 
 using namespace sim;

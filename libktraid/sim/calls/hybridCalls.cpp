@@ -1,4 +1,5 @@
 #include "devices/hybrid.h"
+
 #include "frame/call.h"
 
 using namespace sim;

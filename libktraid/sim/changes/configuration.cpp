@@ -1,9 +1,7 @@
 #include "changes/configuration.h"
 
+#include "changes/creation.h"
 #include "changes/health.h"
-#include "changes/vdPlan.h"
-#include "media/disks.h"
-#include "raid/cacheMode.h"
 #include "state/events.h"
 
 #include <algorithm>

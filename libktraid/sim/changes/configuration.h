@@ -1,7 +1,7 @@
 // Settings of virtual disks, arrays and disks.
 #pragma once
 
-#include "state/store.h"
+#include "raid/volumes.h"
 
 namespace sim {
 

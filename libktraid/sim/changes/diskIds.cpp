@@ -1,8 +1,7 @@
 #include "changes/diskIds.h"
 
-#include "media/blocks.h"
+#include "devices/peripherals.h"
 #include "media/surface.h"
-#include "raid/volumes.h"
 
 #include <algorithm>
 #include <vector>

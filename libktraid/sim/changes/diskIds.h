@@ -1,7 +1,7 @@
 // The numbers that an adapter knows its disks by, as its flash remembers them.
 #pragma once
 
-#include "state/store.h"
+#include "raid/volumes.h"
 
 namespace sim {
 

@@ -1,7 +1,7 @@
 // Enclosures and their elements, as SCSI enclosure services describe them.
 #pragma once
 
-#include "state/store.h"
+#include "devices/peripherals.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 #include "devices/flashImage.h"
 
 #include <cstring>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

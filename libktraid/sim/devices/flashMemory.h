@@ -2,7 +2,7 @@
 // them; what fails inside an image logs its event and sets context.keepOnFailure.
 #pragma once
 
-#include "state/store.h"
+#include "devices/peripherals.h"
 
 namespace sim {
 

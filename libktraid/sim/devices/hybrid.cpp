@@ -1,7 +1,5 @@
 #include "devices/hybrid.h"
 
-#include "state/adapterInfo.h"
-
 #include <cstdio>
 
 namespace sim {

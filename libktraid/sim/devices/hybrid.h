@@ -1,7 +1,7 @@
 // The hybrid tier: entries tables, magic numbers, links between virtual and hard disks.
 #pragma once
 
-#include "state/store.h"
+#include "devices/peripherals.h"
 
 namespace sim {
 

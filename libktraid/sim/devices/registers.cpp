@@ -1,5 +1,4 @@
 #include "devices/flashMemory.h"
-#include "state/adapterInfo.h"
 #include "state/simClock.h"
 
 #include <algorithm>

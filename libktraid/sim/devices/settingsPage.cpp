@@ -1,7 +1,8 @@
 #include "devices/settingsPage.h"
 
-#include "activities/activities.h"
+#include "activities/jobs.h"
 #include "devices/battery.h"
+#include "state/events.h"
 
 #include <algorithm>
 

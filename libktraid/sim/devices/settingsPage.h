@@ -1,7 +1,7 @@
 // The adapter's stored settings page (image type 0).
 #pragma once
 
-#include "state/store.h"
+#include "devices/peripherals.h"
 
 namespace sim {
 

@@ -1,8 +1,6 @@
 #include "frame/call.h"
 
 #include "frame/settle.h"
-#include "state/due.h"
-#include "state/faults.h"
 #include "state/simClock.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #include "lab/lab.h"
 
+#include "lab/labReader.h"
 #include "state/simClock.h"
 
 #include <cstring>

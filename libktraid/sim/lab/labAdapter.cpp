@@ -1,4 +1,5 @@
 #include "lab/lab.h"
+#include "lab/labReader.h"
 #include "state/events.h"
 
 #include <algorithm>

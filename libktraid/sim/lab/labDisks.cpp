@@ -1,5 +1,6 @@
-#include "activities/activities.h"
+#include "activities/jobs.h"
 #include "lab/lab.h"
+#include "lab/labReader.h"
 #include "media/surface.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+#include "devices/peripherals.h"
 #include "lab/labFieldMaker.h"
 
 namespace sim {

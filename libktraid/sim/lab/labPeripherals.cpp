@@ -1,6 +1,7 @@
 #include "devices/enclosureElements.h"
 #include "devices/encryption.h"
 #include "lab/lab.h"
+#include "lab/labReader.h"
 
 namespace sim {
 

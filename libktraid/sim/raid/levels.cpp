@@ -1,7 +1,5 @@
 #include "raid/levels.h"
 
-#include "raid/activityRecords.h"
-
 namespace sim {
 
 enum class Count : KT_U8 { Any, Even, Odd };

@@ -2,9 +2,10 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <vector>
+
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <vector>
 
 namespace sim {
 

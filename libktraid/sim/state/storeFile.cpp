@@ -2,12 +2,13 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <fcntl.h>
 #include <memory>
+#include <vector>
+
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 namespace sim {
 
