@@ -37,7 +37,7 @@ static Json refusalOf(const Refusal& refusal) {
 }
 
 // Everything but what addDetails adds to disks.
-static Json frameOf(const Machine& machine) {
+static Json frameOf(const Machine& machine, const Json& thresholds) {
     Json document = Json::object();
     add(document, "report", REPORT_VERSION);
     add(document, "made", timeText(machine.made));
@@ -57,12 +57,12 @@ static Json frameOf(const Machine& machine) {
         adapters.push_back(adapterOf(adapter, machine.options));
     }
     add(document, "adapters", std::move(adapters));
-    document["problems"] = problemsOf(document, defaultThresholds());
+    document["problems"] = problemsOf(document, thresholds);
     return document;
 }
 
-Json documentOf(const Machine& machine) {
-    Json document = frameOf(machine);
+Json documentOf(const Machine& machine, const Json& thresholds) {
+    Json document = frameOf(machine, thresholds);
     for (size_t i = 0; i < machine.adapters.size(); ++i) {
         if (!machine.adapters[i].disks) continue;
         Json& disks = document["adapters"][i]["disks"];
@@ -148,8 +148,8 @@ void layOut(std::ostream& to, const Json& document) {
     layOutWith(to, document, [&](size_t, size_t, const Json& disk) { writeValue(to, disk); });
 }
 
-void writeDocument(std::ostream& to, const Machine& machine) {
-    const Json document = frameOf(machine);
+void writeDocument(std::ostream& to, const Machine& machine, const Json& thresholds) {
+    const Json document = frameOf(machine, thresholds);
     std::vector<std::vector<const DiskReading*>> readings;
     for (const AdapterReading& adapter : machine.adapters) {
         readings.emplace_back();

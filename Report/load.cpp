@@ -6,6 +6,7 @@
 
 #include "Report/document.h"
 #include "Report/look.h"
+#include "Report/problems.h"
 
 static constexpr int DEEPEST = 32;
 
@@ -40,36 +41,50 @@ static std::string textOfFile(const std::string& path) {
     }
 }
 
-static Json parse(const std::string& text, const std::string& path) {
+// what: a word for what the file should be, in messages.
+static Json parse(const std::string& text, const std::string& path, const std::string& what) {
     const auto shallow = [&](int depth, Json::parse_event_t, Json&) {
-        if (depth > DEEPEST) fail(path, "is nested too deeply for a report");
+        if (depth > DEEPEST) fail(path, "is nested too deeply for a " + what);
         return true;
     };
     try {
         return Json::parse(text, shallow);
     } catch (const Json::parse_error& error) {
         if (text.find_first_not_of(" \t\r\n") == std::string::npos) fail(path, "is empty");
-        if (error.byte >= text.size()) fail(path, "is cut short");
+        if (strstr(error.what(), "end of input") != nullptr) fail(path, "is cut short");
         // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
-        const char* what = strstr(error.what(), "] ");
-        fail(path, "is no report: " + shown(what ? what + 2 : error.what()));
+        const char* detail = strstr(error.what(), "] ");
+        fail(path, "is no " + what + ": " + shown(detail ? detail + 2 : error.what()));
     }
 }
 
-// Lists that views walk have objects as their items.
-static void checkLists(const Json& owner, const std::string& place, const std::string& path) {
-    for (const char* word : {"disks", "arrays", "virtualDisks", "blocks", "enclosures", "expanders", "portMultipliers",
-                             "events", "keys", "unlinkedPorts", "elements", "types", "slots"}) {
-        const Json& list = in(owner, word);
-        const bool ids = list.is_array() && !list.empty() && !list.front().is_object();
-        if (list.is_null() || (ids && place != "an adapter" && std::string("disks") == word)) continue;
-        if (!list.is_array()) fail(path, "is no report: \"" + std::string(word) + "\" of " + place + " is no list");
-        for (const Json& item : list) {
-            if (!item.is_object() && !(item.is_null() && place != "an adapter")) {
-                fail(path, "is no report: \"" + std::string(word) + "\" of " + place + " holds what is no object");
-            }
-            if (place == "an adapter" && std::string("events") != word)
-                checkLists(item, std::string("an item of ") + word, path);
+// The lists that views walk: their items are objects.
+static const char* const adapterLists[] = {"disks",     "arrays",          "virtualDisks", "blocks", "enclosures",
+                                           "expanders", "portMultipliers", "events",       "keys",   "unlinkedPorts"};
+static const struct {
+    const char* list;
+    const char* words[2];
+} itemLists[] = {
+    {"arrays", {"virtualDisks", "slots"}}, {"enclosures", {"elements", "types"}}, {"keys", {"ports", "ports"}}};
+
+static void checkList(const Json& owner, const char* word, const std::string& path) {
+    const Json& list = in(owner, word);
+    if (list.is_null()) return;
+    if (!list.is_array()) fail(path, std::string("is no report: \"") + word + "\" is no list");
+    for (const Json& item : list) {
+        if (!item.is_object()) fail(path, std::string("is no report: \"") + word + "\" holds what is no object");
+    }
+}
+
+static void checkAdapter(const Json& adapter, const std::string& path) {
+    if (!numberIn(adapter, "id")) fail(path, "is no report: an adapter lacks its \"id\"");
+    for (const char* word : adapterLists) {
+        checkList(adapter, word, path);
+    }
+    for (const auto& row : itemLists) {
+        for (const Json& item : listIn(adapter, row.list)) {
+            checkList(item, row.words[0], path);
+            checkList(item, row.words[1], path);
         }
     }
 }
@@ -84,36 +99,47 @@ static void checkReport(const Json& document, const std::string& path) {
     const Json& adapters = in(document, "adapters");
     if (!adapters.is_array()) fail(path, "is no report: it lacks \"adapters\"");
     for (const Json& adapter : adapters) {
-        if (!numberIn(adapter, "id")) fail(path, "is no report: an adapter lacks its \"id\"");
-        checkLists(adapter, "an adapter", path);
+        checkAdapter(adapter, path);
     }
-    for (const char* word : {"unread", "problems"}) {
-        for (const Json& item : listIn(document, word)) {
-            if (!item.is_object()) fail(path, "is no report: \"" + std::string(word) + "\" holds what is no object");
-        }
-    }
+    checkList(document, "unread", path);
+    checkList(document, "problems", path);
 }
 
 Report loadReport(const std::string& path) {
-    Report report = {path, parse(textOfFile(path), path)};
+    Report report = {path, parse(textOfFile(path), path, "report")};
     checkReport(report.document, path);
     return report;
 }
 
-std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options) {
+Json loadThresholds(const std::string& path) {
+    static const char standard[] = "/etc/ktreport.json";
+    Json thresholds = defaultThresholds();
+    if (path.empty() && access(standard, F_OK) != 0) return thresholds;
+    const std::string file = path.empty() ? standard : path;
+    const std::string wrong = mergeThresholds(thresholds, parse(textOfFile(file), file, "list of thresholds"));
+    if (!wrong.empty()) fail(file, wrong);
+    return thresholds;
+}
+
+// What is left of a report when only one adapter is asked for.
+static void keepAdapter(Json& document, int adapter, const std::string& path) {
+    Json wanted = Json::array();
+    for (Json& one : document["adapters"]) {
+        if (numberIn(one, "id") == static_cast<KT_U64>(adapter)) wanted.push_back(std::move(one));
+    }
+    if (wanted.empty()) fail(path, "has no adapter " + std::to_string(adapter));
+    document["adapters"] = std::move(wanted);
+}
+
+std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options,
+                                  const Json& thresholds) {
     std::vector<Report> reports;
     for (const std::string& path : from) {
         reports.push_back(loadReport(path));
-        if (options.adapter < 0) continue;
-        // The same adapter as asked for of a machine.
-        Json& adapters = reports.back().document["adapters"];
-        Json wanted = Json::array();
-        for (Json& adapter : adapters) {
-            if (numberIn(adapter, "id") == static_cast<KT_U64>(options.adapter)) wanted.push_back(std::move(adapter));
-        }
-        if (wanted.empty()) fail(path, "has no adapter " + std::to_string(options.adapter));
-        adapters = std::move(wanted);
+        Json& document = reports.back().document;
+        if (options.adapter >= 0) keepAdapter(document, options.adapter, path);
+        document["problems"] = problemsOf(document, thresholds);
     }
-    if (from.empty()) reports.push_back({"", documentOf(readMachine(options))});
+    if (from.empty()) reports.push_back({"", documentOf(readMachine(options), thresholds)});
     return reports;
 }

@@ -3,9 +3,8 @@
 
 #include <vector>
 
-#include "Report/reading.h"
-
 #include "Report/json.h"
+#include "Report/reading.h"
 
 // A document and what it is from: a file's name, or "" for the adapters of this machine now.
 struct Report {
@@ -25,5 +24,10 @@ inline constexpr size_t LARGEST_REPORT = size_t{256} << 20;
 // large.
 Report loadReport(const std::string& path);
 
-// The adapters now when `from` is empty, else each of the files.
-std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options);
+// A file of thresholds over the program's own ones: `path`, or /etc/ktreport.json, where there is one, for an empty
+// path. Throws LoadFailure.
+Json loadThresholds(const std::string& path);
+
+// The adapters now when `from` is empty, else each of the files; their problems are looked for anew.
+std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options,
+                                  const Json& thresholds);

@@ -8,8 +8,8 @@
 static constexpr ProblemRule rules[] = {
     {"adapter-unread", Severity::Critical, "an adapter does not answer"},
     {"vd-offline", Severity::Critical, "a virtual disk is offline: its data cannot be reached"},
-    {"vd-last-redundancy", Severity::Critical, "one more loss of a disk loses data"},
     {"disk-failed", Severity::Critical, "a disk is offline"},
+    {"vd-last-redundancy", Severity::Critical, "one more loss of a disk loses data"},
     {"cache-unsafe", Severity::Critical, "write-back caching without a battery that keeps the cache"},
     {"ssd-worn-out", Severity::Critical, "a solid state disk is used up"},
     {"element-critical", Severity::Critical, "a part of an enclosure has failed"},

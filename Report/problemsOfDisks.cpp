@@ -58,9 +58,21 @@ static const char* cipherComplaint(const DiskLog& log, KT_U64 id) {
     }
 }
 
+// How the virtual disks of a failed disk are, by the worst of them.
+static std::string statusText(const std::vector<VdInArray>& vds) {
+    const auto any = [&](const char* status) {
+        return std::any_of(vds.begin(), vds.end(),
+                           [&](const auto& one) { return textIn(*one.vd, "status") == status; });
+    };
+    const char* is = vds.size() == 1 ? "is" : "are";
+    if (any("offline")) return std::string(", which ") + is + " offline";
+    if (any("degraded")) return std::string(", which ") + is + " degraded: a further loss may lose the data";
+    return any("partially optimal") ? ", which lost a part of the redundancy" : "";
+}
+
 static std::string whatItMeans(const Scene& scene, KT_U64 id, const Json& disk) {
     const std::vector<VdInArray> vds = virtualDisksOn(scene.adapter, id);
-    if (!vds.empty()) return "; it holds data of " + namesOfVds(vds);
+    if (!vds.empty()) return "; it holds data of " + namesOfVds(vds) + statusText(vds);
     if (const auto array = numberIn(disk, "array")) {
         const Json* record = findItem(scene.adapter, "arrays", *array);
         if (record == nullptr) return "; it belongs to array " + std::to_string(*array);

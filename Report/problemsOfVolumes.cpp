@@ -142,7 +142,7 @@ static void findLogged(Scene& scene, const Subject& subject) {
     });
     if (checked == INCONSISTENT) {
         add(scene, "vd-inconsistent", subject, ": a check found redundancy that does not fit the data.",
-            "Run a check that fixes: " + command(scene, "cc -a start -l " + std::to_string(subject.id) + " -t fix") +
+            "Run a check that fixes: " + command(scene, "cc -a start -l " + std::to_string(subject.id) + " -t sync") +
                 "; when it comes back, look for a failing disk.");
     }
     const bool busy = textIn(in(subject.vd, "activity"), "kind").find("init") != std::string::npos;
@@ -152,8 +152,7 @@ static void findLogged(Scene& scene, const Subject& subject) {
     });
     if (made == CREATED && !busy) {
         add(scene, "vd-not-initialised", subject, ": its redundancy was never made; a loss now may lose data.",
-            "Initialise it in the background: " +
-                command(scene, "init -a start -l " + std::to_string(subject.id) + " -t bg") + ".");
+            "Initialise it: " + command(scene, "init -l " + std::to_string(subject.id)) + ".");
     }
 }
 

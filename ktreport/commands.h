@@ -11,6 +11,7 @@ enum { RESULT_OK = 0, RESULT_USAGE = 2, RESULT_UNREADABLE = 3 };
 // What commands share, and the exit status that the one that ran leaves.
 struct Invocation {
     std::vector<std::string> from;
+    std::string thresholds; // a file; "" for the usual one
     int adapter = -1;
     int result = RESULT_OK;
 };
@@ -23,8 +24,11 @@ struct UsageFailure {
 // Adds "-a N" and, for views of a state, "--from FILE...".
 void addAdapter(CLI::App& command, Invocation& invocation);
 void addFrom(CLI::App& command, Invocation& invocation);
+void addThresholds(CLI::App& command, Invocation& invocation); // --thresholds FILE
 // The reports that a view is of: the files, else the adapters now.
 std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options = {});
 
 // A file of ktreport/ each.
+void addShow(CLI::App& app, Invocation& invocation); // also without any command
 void addJson(CLI::App& app, Invocation& invocation); // json, schema
+void addCheck(CLI::App& app, Invocation& invocation);

@@ -2,7 +2,6 @@
 #include <iostream>
 
 #include "Report/document.h"
-#include "Report/problems.h"
 #include "Report/schema.h"
 #include "ktreport/commands.h"
 
@@ -11,19 +10,19 @@ static void writeJson(const Invocation& invocation, bool records) {
     options.adapter = invocation.adapter;
     options.records = records;
     if (invocation.from.empty()) {
-        writeDocument(std::cout, readMachine(options));
+        const Json thresholds = loadThresholds(invocation.thresholds);
+        writeDocument(std::cout, readMachine(options), thresholds);
         return;
     }
     if (invocation.from.size() > 1) throw UsageFailure{"json takes one file: a report is of one machine"};
-    Report report = reportsFor(invocation).front();
-    report.document["problems"] = problemsOf(report.document, defaultThresholds());
-    layOut(std::cout, report.document);
+    layOut(std::cout, reportsFor(invocation).front().document);
 }
 
 void addJson(CLI::App& app, Invocation& invocation) {
     CLI::App* json = app.add_subcommand("json", "Print the report as one JSON document");
     addAdapter(*json, invocation);
     addFrom(*json, invocation);
+    addThresholds(*json, invocation);
     auto records = std::make_shared<bool>(false);
     json->add_flag("--records", *records, "Also every field of the library's records, for a twin");
     json->callback([&invocation, records] { writeJson(invocation, *records); });

@@ -1,6 +1,7 @@
 // Shows what adapters there are and how they are, for people and for programs. Reads only.
-#include <csignal>
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 
 #include "ktreport/commands.h"
@@ -22,9 +23,19 @@ void addFrom(CLI::App& command, Invocation& invocation) {
     command.add_option("--from", invocation.from, "Reports in files instead of the adapters; - is standard input");
 }
 
+void addThresholds(CLI::App& command, Invocation& invocation) {
+    command.add_option("--thresholds", invocation.thresholds, "Numbers that decide, instead of /etc/ktreport.json");
+}
+
 std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options) {
     options.adapter = invocation.adapter;
-    return gatherReports(invocation.from, options);
+    return gatherReports(invocation.from, options, loadThresholds(invocation.thresholds));
+}
+
+// Monitoring systems take 2 for "critical": there, words that are not understood are "unknown".
+static int usageResult(int argc, char** argv) {
+    const bool check = std::any_of(argv, argv + argc, [](const char* word) { return strcmp(word, "check") == 0; });
+    return check ? RESULT_UNREADABLE : RESULT_USAGE;
 }
 
 static int runWords(int argc, char** argv) {
@@ -35,12 +46,14 @@ static int runWords(int argc, char** argv) {
     app.name("ktreport");
     app.require_subcommand(0, 1);
     app.set_help_all_flag("--help-all", "Print the help of every command");
+    addShow(app, invocation);
     addJson(app, invocation);
+    addCheck(app, invocation);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) return app.exit(error);
-        return say(std::string(error.what()) + " (--help tells more)", RESULT_USAGE);
+        return say(std::string(error.what()) + " (--help tells more)", usageResult(argc, argv));
     }
     return invocation.result;
 }
@@ -49,7 +62,7 @@ static int runGuarded(int argc, char** argv) {
     try {
         return runWords(argc, argv);
     } catch (const UsageFailure& failure) {
-        return say(failure.message + " (--help tells more)", RESULT_USAGE);
+        return say(failure.message + " (--help tells more)", usageResult(argc, argv));
     } catch (const LoadFailure& failure) {
         return say(failure.message, RESULT_UNREADABLE);
     } catch (const ReadFailure& failure) {

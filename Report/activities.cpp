@@ -1,0 +1,94 @@
+#include "Report/activities.h"
+
+#include <algorithm>
+
+// The log's codes of an activity: its start, and from there on the steps that all of them have.
+enum : unsigned { RESTARTED = 1, RESUMED = 3, PROGRESS = 6, RESUMED_BY_ADAPTER = 9 };
+enum : unsigned { EVENTS_OF_VDS = 1, EVENTS_OF_DISKS = 2 };
+
+static std::optional<unsigned> firstCode(const std::string& kind) {
+    static const struct {
+        const char* kind;
+        unsigned code;
+    } codes[] = {{"check", 20},           {"check and fix", 30},   {"quick init", 40},
+                 {"background init", 50}, {"foreground init", 60}, {"rebuild", 70},
+                 {"migration", 80},       {"copy back", 90},       {"media patrol", 17}};
+    for (const auto& row : codes) {
+        if (kind == row.kind) return row.code;
+    }
+    return std::nullopt;
+}
+
+namespace {
+// How far an activity was at a moment.
+struct Mark {
+    double seconds;
+    double percent;
+};
+} // namespace
+
+// The log's last stretch without a pause: its first and its last mark.
+static std::vector<Mark> marksOf(const Json& adapter, const Going& going) {
+    std::vector<Mark> marks;
+    const auto first = firstCode(going.kind);
+    if (!first) return marks;
+    const unsigned events = going.of == ActivityOf::Disk ? EVENTS_OF_DISKS : EVENTS_OF_VDS;
+    for (const Json& event : listIn(adapter, "events")) {
+        const auto code = numberIn(event, "Code");
+        const auto time = numberIn(event, "TimeStamp");
+        if (numberIn(event, "Class") != events || numberIn(event, "DeviceID") != going.id || !code || !time) continue;
+        const double at = static_cast<double>(*time);
+        if (*code == *first || *code == *first + RESTARTED) marks = {{at, 0}};
+        if (*code == *first + RESUMED || *code == *first + RESUMED_BY_ADAPTER) marks.clear();
+        const Json& values = listIn(event, "Params");
+        if (*code == *first + PROGRESS && !values.empty() && values[0].is_number()) {
+            marks.push_back({at, values[0].get<double>()});
+        }
+    }
+    return marks;
+}
+
+static std::optional<KT_U64> secondsLeft(const Json& adapter, const Going& going) {
+    if (going.state != "running" || !going.percent) return std::nullopt;
+    const std::vector<Mark> marks = marksOf(adapter, going);
+    if (marks.size() < 2) return std::nullopt;
+    const double done = marks.back().percent - marks.front().percent;
+    const double took = marks.back().seconds - marks.front().seconds;
+    const double left = static_cast<double>(100 - std::min<KT_U64>(*going.percent, 100));
+    if (done <= 0 || took <= 0 || left / done > 1e6) return std::nullopt;
+    return static_cast<KT_U64>(left / done * took);
+}
+
+static void addActivity(std::vector<Going>& list, const Json& adapter, Going going, const Json& activity) {
+    if (!activity.is_object()) return;
+    const std::string kind = shown(textIn(activity, "kind"));
+    going.kind = kind.empty() ? "activity" : kind;
+    going.state = shown(textIn(activity, "state"));
+    if (going.state.empty()) going.state = "of unknown state";
+    going.percent = numberIn(activity, "percent");
+    going.secondsLeft = secondsLeft(adapter, going);
+    list.push_back(std::move(going));
+}
+
+std::vector<Going> activitiesOf(const Json& adapter) {
+    std::vector<Going> list;
+    const auto idOf = [](const Json& object) { return numberIn(object, "id").value_or(0); };
+    for (const VdInArray& one : virtualDisksOf(adapter)) {
+        addActivity(list, adapter, {ActivityOf::VirtualDisk, idOf(*one.vd), nameOfVd(*one.vd), "", "", {}, {}},
+                    in(*one.vd, "activity"));
+    }
+    for (const Json& array : listIn(adapter, "arrays")) {
+        const Json& vds = listIn(array, "virtualDisks");
+        const bool told = std::any_of(vds.begin(), vds.end(), [](const Json& vd) { return vd.contains("activity"); });
+        if (told) continue;
+        addActivity(list, adapter, {ActivityOf::Array, idOf(array), nameOfArray(array), "", "", {}, {}},
+                    in(array, "activity"));
+    }
+    for (const Json& disk : listIn(adapter, "disks")) {
+        const Json& patrol = in(disk, "patrol");
+        if (patrol.is_object()) {
+            addActivity(list, adapter, {ActivityOf::Disk, idOf(disk), nameOfDisk(disk), "", "", {}, {}}, patrol);
+        }
+    }
+    return list;
+}

@@ -1,0 +1,23 @@
+// The view for monitoring: one line, performance data and an exit status, as plug-ins of monitoring systems give them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Report/load.h"
+
+enum CheckResult { CHECK_OK = 0, CHECK_WARNING = 1, CHECK_CRITICAL = 2, CHECK_UNKNOWN = 3 };
+
+struct CheckOptions {
+    std::vector<std::string> only;   // names of problems; empty: all
+    std::vector<std::string> ignore; // names of problems
+};
+
+struct Verdict {
+    CheckResult result;
+    std::string line; // without its end
+};
+
+// A critical problem counts most, then what a verdict needs and the library did not tell, then a warning. Where no
+// adapter was looked at, nothing is known.
+Verdict checkReports(const std::vector<Report>& reports, const CheckOptions& options);

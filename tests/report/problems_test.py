@@ -1,0 +1,228 @@
+#!/usr/bin/env python3
+"""What is wrong: each rule on a document that differs from a healthy one in one place, and what check makes of it."""
+import copy
+import json
+import unittest
+
+from frame import Bench
+
+LAB = {"adapters": [
+    {"battery": True, "enclosures": [{"id": 1}],
+     "disks": [{"count": 4, "type": "SATA", "size": "2TB", "enclosure": 1}, {"type": "SATA SSD", "size": "480GB"}],
+     "arrays": [{"name": "data", "level": "RAID5", "disks": [0, 1, 2],
+                 "virtualDisks": [{"name": "orders", "size": "1TiB"}, {"name": "mail", "cache": "auto"}]}]},
+    {"type": "LD-based", "disks": [{"count": 5, "size": "1TB"}],
+     "virtualDisks": [{"name": "six", "level": "RAID6", "disks": [0, 1, 2, 3], "size": "100GiB"}]}]}
+
+
+def event(kind, code, device, params=(0, 0, 0, 0)):
+    return {"Class": kind, "Code": code, "TimeStamp": 1, "DeviceID": device, "SequenceNo": 9, "Params": list(params),
+            "time": "2026-01-01T00:00:00Z", "text": "x"}
+
+
+def disk(document, index):
+    return document["adapters"][0]["disks"][index]
+
+
+def orders(document):
+    return document["adapters"][0]["arrays"][0]["virtualDisks"][0]
+
+
+def six(document):
+    return document["adapters"][1]["virtualDisks"][0]
+
+
+def log(document, *one):
+    document["adapters"][0]["events"].append(event(*one))
+
+
+def element(document, kind, **words):
+    for one in document["adapters"][0]["enclosures"][0]["elements"]:
+        if one["type"] == kind:
+            one.update(words)
+            return
+
+
+def refuse(document, **words):
+    document["unread"].append({"call": "KT_LD_GetStatus", "status": 5, "text": "Out of range", **words})
+
+
+def silence(document):
+    document["adapters"][1] = {"id": 1}
+    refuse(document, adapter=1)
+
+
+def lose(document, *slots):
+    """Members of the RAID6 that are missing."""
+    six(document)["status"] = "degraded"
+    for slot in slots:
+        six(document)["disks"][slot] = None
+
+
+def spare(document, **words):
+    disk(document, 3).update({"spare": "global", "member": False}, **words)
+
+
+# What is done to the healthy document, and the problems that it then has.
+RULES = [
+    (lambda d: None, set()),
+    (silence, {"adapter-unread"}),
+    (lambda d: refuse(d, adapter=0), {"unread"}),
+    (lambda d: refuse(d), {"unread"}),
+    (lambda d: refuse(d, adapter=0, status=19), set()),
+    (lambda d: disk(d, 0).update(state="offline"), {"disk-failed"}),
+    (lambda d: (disk(d, 0).update(state="offline"), log(d, 2, 57, 0)), {"cipher-mismatch"}),
+    (lambda d: (disk(d, 0).update(state="offline"), log(d, 2, 57, 0), log(d, 2, 1, 0)), {"disk-failed"}),
+    (lambda d: disk(d, 0).update(smartTripped=True), {"disk-smart"}),
+    (lambda d: disk(d, 0).update(pending=1), {"disk-media-errors"}),
+    (lambda d: disk(d, 0).update(uncorrectable=3), {"disk-media-errors"}),
+    (lambda d: log(d, 2, 37, 0), set()),  # the drive's own count is better known
+    (lambda d: (disk(d, 0).pop("pending"), disk(d, 0).pop("uncorrectable"), log(d, 2, 37, 0)), {"disk-media-errors"}),
+    (lambda d: disk(d, 0).update(temperature=60), {"disk-hot"}),
+    (lambda d: disk(d, 0).update(temperature=59), set()),
+    (lambda d: disk(d, 0).update(linkSpeed=3000000000), {"disk-link-slow"}),
+    (lambda d: disk(d, 4).update(wear=79), set()),
+    (lambda d: disk(d, 4).update(wear=80), {"ssd-worn"}),
+    (lambda d: disk(d, 4).update(wear=95), {"ssd-worn-out"}),
+    (lambda d: orders(d).update(status="offline"), {"vd-offline"}),
+    (lambda d: orders(d).update(status="degraded"), {"vd-last-redundancy"}),
+    (lambda d: lose(d, 0), {"vd-degraded", "disk-missing"}),
+    (lambda d: lose(d, 0, 1), {"vd-last-redundancy", "disk-missing"}),
+    (lambda d: six(d).update(status="degraded"), {"vd-degraded"}),
+    (lambda d: six(d).update(status="partially optimal"), {"vd-degraded"}),
+    (lambda d: six(d).update(status="conflicted"), {"vd-conflicted"}),
+    (lambda d: six(d).update(status="plugin conflicted"), {"vd-conflicted"}),
+    (lambda d: six(d).update(status="foreign"), {"vd-foreign"}),
+    (lambda d: six(d).update(status="not importable"), {"vd-foreign"}),
+    (lambda d: log(d, 1, 100, 0), {"vd-inconsistent"}),
+    (lambda d: (log(d, 1, 100, 0), log(d, 1, 35, 0)), set()),
+    (lambda d: log(d, 1, 2, 0), {"vd-not-initialised"}),
+    (lambda d: (log(d, 1, 2, 0), log(d, 1, 55, 0)), set()),
+    (lambda d: six(d).update(activity={"kind": "background init", "state": "aborted", "percent": 5}),
+     {"vd-not-initialised"}),
+    (lambda d: six(d).update(activity={"kind": "check", "state": "paused", "percent": 5}), {"activity-stopped"}),
+    (lambda d: six(d).update(activity={"kind": "check", "state": "interrupted"}), {"activity-stopped"}),
+    (lambda d: six(d).update(activity={"kind": "check", "state": "auto paused"}), set()),
+    (lambda d: six(d).update(activity={"kind": "check", "state": "running", "percent": 5}), set()),
+    (lambda d: spare(d), set()),
+    (lambda d: spare(d, validSize=1000), {"spare-none-fits"}),
+    (lambda d: spare(d, type="SAS"), {"spare-none-fits"}),
+    (lambda d: log(d, 2, 59, 3), {"spare-none-fits"}),
+    (lambda d: (spare(d), disk(d, 0).update(state="offline"), d["adapters"][0]["config"].update(AutoRebuildOn=0)),
+     {"disk-failed", "spare-idle"}),
+    (lambda d: d["adapters"][0].update(battery=False), {"cache-unsafe"}),
+    (lambda d: (d["adapters"][0].update(battery=False), orders(d).update(cacheInForce="off"),
+                d["adapters"][0]["arrays"][0]["virtualDisks"][1].update(cacheInForce="off")), {"cache-reduced"}),
+    (lambda d: (d["adapters"][1].update(battery=False), d["adapters"][1]["events"].append(event(9, 5, 0))),
+     {"battery-missing"}),
+    (lambda d: d["adapters"][0]["battery"].update(percentage=49), {"battery-weak"}),
+    (lambda d: log(d, 9, 3, 0), {"battery-weak"}),
+    (lambda d: (log(d, 9, 3, 0), log(d, 9, 4, 0)), set()),
+    (lambda d: d["adapters"][0]["battery"].update(temperature=5000), {"battery-hot"}),
+    (lambda d: d["adapters"][0]["battery"].update(status=3, percentage=5, minutesToFull=481), {"battery-charging-long"}),
+    (lambda d: d["adapters"][0]["battery"].update(status=3, percentage=5, minutesToFull=480), set()),
+    (lambda d: d["adapters"][0]["images"].update(firmware=False), {"adapter-image-damaged"}),
+    (lambda d: element(d, "fan", status="critical"), {"element-critical"}),
+    (lambda d: element(d, "pow", status="not installed"), {"element-warning"}),
+    (lambda d: element(d, "tpr", flags=["predicted failure"]), {"element-warning"}),
+    (lambda d: element(d, "arydev", status="critical"), set()),
+    (lambda d: d["adapters"][0]["enclosures"][0].update(status="unstable"), {"element-warning"}),
+    (lambda d: d["adapters"][0].update(keys=[{"id": 0, "hasKey": False, "ports": [{"id": 1, "enabled": True}]}]),
+     {"port-locked"}),
+    (lambda d: d["adapters"][0].update(keys=[{"id": 0, "hasKey": True, "ports": [{"id": 1, "enabled": True}]}]), set()),
+    (lambda d: d["adapters"][0].update(unlinkedPorts=[{"id": 1, "enabled": True}]), {"port-locked"}),
+    (lambda d: log(d, 0, 65535, 0), {"events-lost"}),
+]
+BROKEN = [("", "is empty"), ('{"report": 1, "adapters": [{"id"', "is cut short"), ('{"report": 2, "adapters": []}', "version 2"),
+          ('{"adapters": []}', 'lacks "report"'), ('{"report": 1}', 'lacks "adapters"'), ("[]", 'lacks "report"'),
+          ('{"report": 1, "adapters": [7]}', 'lacks its "id"'), ("[" * 1000, "nested"), ("{]", "is no report"),
+          ('{"report": 1, "adapters": [{"id": 0, "disks": {}}]}', "is no list"),
+          ('{"report": 1, "adapters": [{"id": 0, "disks": [3]}]}', "no object")]
+
+
+class Problems(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.bench = Bench(LAB)
+        cls.healthy = cls.bench.report()
+
+    def problems(self, document, *words):
+        done = self.bench.run("ktreport", "json", "--from", "-", *words, text=json.dumps(document))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return json.loads(done.stdout)["problems"]
+
+    def test_rules(self):
+        seen = set()
+        for number, (change, expected) in enumerate(RULES):
+            document = copy.deepcopy(self.healthy)
+            change(document)
+            names = {one["name"] for one in self.problems(document)}
+            self.assertEqual(names, expected, f"row {number}")
+            seen |= names
+        known = {line.split()[0] for line in self.bench.run("ktreport", "check", "--names").stdout.splitlines()}
+        self.assertEqual(seen, known)
+
+    def test_thresholds(self):
+        document = copy.deepcopy(self.healthy)
+        disk(document, 0)["temperature"] = 45
+        path = self.bench.path("thresholds")
+        with open(path, "w", encoding="ascii") as file:
+            file.write('{"disk-hot": 45}')
+        self.assertEqual([one["name"] for one in self.problems(document, "--thresholds", path)], ["disk-hot"])
+        with open(path, "w", encoding="ascii") as file:
+            file.write('{"disk-hit": 45}')
+        done = self.bench.run("ktreport", "--from", "-", "--thresholds", path, text=json.dumps(document))
+        self.assertEqual((done.returncode, "no threshold" in done.stderr), (3, True))
+
+    def check(self, document, *words):
+        done = self.bench.run("ktreport", "check", "--from", "-", *words, text=json.dumps(document))
+        self.assertEqual(done.stdout.count("\n"), 1)
+        return done.returncode, done.stdout
+
+    def test_check(self):
+        document = copy.deepcopy(self.healthy)
+        self.assertEqual(self.check(document)[0], 0)
+        disk(document, 0).update(temperature=90, serial="a|b\u001b[2J")
+        status, line = self.check(document)
+        self.assertEqual((status, line.count("|"), "\033" in line), (1, 1, False))
+        self.assertEqual(self.check(document, "--ignore", "disk-hot")[0], 0)
+        self.assertEqual(self.check(document, "--only", "disk-failed")[0], 0)
+        refuse(document, adapter=0)
+        self.assertEqual(self.check(document)[0], 3)
+        self.assertEqual(self.check(document, "--ignore", "unread")[0], 1)
+        disk(document, 0).update(state="offline")
+        status, line = self.check(document)
+        self.assertEqual(status, 2)
+        self.assertRegex(line, r"^RAID CRITICAL - Disk 0 \(slot 0 of enclosure 1, .*serial .*\) on adapter 0 has failed")
+        self.assertEqual(self.check({"report": 1, "unread": [], "adapters": []})[0], 3)
+        self.assertEqual(self.check({"report": 9})[0], 3)
+        self.assertEqual(self.bench.run("ktreport", "check", "--only", "nonsense").returncode, 3)
+        self.assertEqual(self.bench.run("ktreport", "check", "-a", "7").returncode, 3)
+
+    def test_unread_that_decides_nothing(self):
+        document = copy.deepcopy(self.healthy)
+        refuse(document, adapter=0, call="KT_DiskHasOS")
+        self.assertEqual(self.check(document)[0], 0)
+
+    def test_what_is_no_report(self):
+        for text, message in BROKEN:
+            done = self.bench.run("ktreport", "--from", "-", text=text)
+            self.assertEqual((done.returncode, done.stdout), (3, ""), text[:40])
+            self.assertIn("standard input: ", done.stderr)
+            self.assertIn(message, done.stderr)
+
+    def test_show_of_a_failed_disk(self):
+        """The first lines tell which disk, where, what it means and what to do."""
+        bench = Bench("full")
+        bench.sim("disk", "fail", "3", "--force")
+        lines = bench.run("ktreport").stdout.splitlines()
+        self.assertRegex(lines[2], r"CRITICAL +Disk 3 \(slot 3 of enclosure 1, .*, serial SG0000003DAA5\) on adapter 0 has "
+                                   r"failed; it holds data of virtual disks 0 .* and 1 .*, which are degraded")
+        self.assertIn('Replace the disk in slot 3 of enclosure 1', lines[3])
+        self.assertIn('"ktsetup 0 locate -o pd -i 3 -a on"', lines[3])
+        self.assertLess(len(lines), 60)
+        self.assertEqual(bench.run("ktsetup", "0", "locate", "-i", "3", "-a", "on").returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
