@@ -1,26 +1,14 @@
-# Completion for ktcfg: its two commands, their options, file names.
+# Completion for ktcfg: its commands, and behind them options and their values.
 _ktcfg() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} at=1
+  local at=1 adapter=0
   COMPREPLY=()
-  [[ ${COMP_WORDS[1]} =~ ^[0-9]+$ && COMP_CWORD -gt 1 ]] && at=2
-  if (( COMP_CWORD == at )); then
-    mapfile -t COMPREPLY < <(compgen -W "backup_cfg restore_cfg help -output" -- "$word")
-    return
+  if [[ ${COMP_WORDS[1]} =~ ^[0-9]+$ ]] && (( COMP_CWORD > 1 )); then
+    adapter=${COMP_WORDS[1]} at=2
   fi
-  case $before in
-    -f | --filename | -output | --output)
-      compopt -o default
-      return
-      ;;
-    -t | --type)
-      mapfile -t COMPREPLY < <(compgen -W "phy" -- "$word")
-      return
-      ;;
-  esac
-  [[ $word == -* ]] || return
-  case ${COMP_WORDS[at],,} in
-    backup_cfg) mapfile -t COMPREPLY < <(compgen -W "--filename --type --help -output" -- "$word") ;;
-    restore_cfg) mapfile -t COMPREPLY < <(compgen -W "--filename --type --autoset --raid --help -output" -- "$word") ;;
-  esac
+  if (( COMP_CWORD == at )); then
+    mapfile -t COMPREPLY < <(compgen -W "$_ktcfg_words -output" -- "${COMP_WORDS[COMP_CWORD]}")
+  else
+    _ktraid_complete ktcfg "$at" "$adapter"
+  fi
 }
 complete -F _ktcfg ktcfg

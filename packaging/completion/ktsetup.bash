@@ -1,5 +1,4 @@
-# Completion for ktsetup: commands of the adapter's set, option words, objects, file names. The words come from the
-# program's tables; behind this, in the built file.
+# Completion for ktsetup: commands of the adapter's set, and behind them options and their values.
 
 # The commands of the set in force on adapter $1, as help lists them; every command when that cannot be asked. Asked once
 # a shell for each adapter.
@@ -19,33 +18,16 @@ _ktsetup_commands() {
 }
 
 _ktsetup() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} at=1 adapter=0 command REPLY
+  local at=1 adapter=0 REPLY
   COMPREPLY=()
-  if [[ ${COMP_WORDS[1]} =~ ^[0-9]+$ && COMP_CWORD -gt 1 ]]; then
+  if [[ ${COMP_WORDS[1]} =~ ^[0-9]+$ ]] && (( COMP_CWORD > 1 )); then
     adapter=${COMP_WORDS[1]} at=2
   fi
   if (( COMP_CWORD == at )); then
     _ktsetup_commands "$adapter"
-    mapfile -t COMPREPLY < <(compgen -W "$REPLY -output" -- "$word")
-    return
-  fi
-  command=${COMP_WORDS[at],,}
-  case $before in
-    -o | --object | --option | --operation)
-      # The command word is looked up as it stands: an array index must not be anything but a word.
-      if [[ $command =~ ^[a-z]+$ && -n ${_ktsetup_objects[$command]-} ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "${_ktsetup_objects[$command]}" -- "$word")
-        return
-      fi
-      ;;
-    -f | --file | --filename | -output | --output)
-      # Readline completes file names itself, and quotes what needs it.
-      compopt -o default
-      return
-      ;;
-  esac
-  if [[ $word == -* && $command =~ ^[a-z]+$ ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "${_ktsetup_options[$command]-} -output" -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W "$REPLY -output" -- "${COMP_WORDS[COMP_CWORD]}")
+  else
+    _ktraid_complete ktsetup "$at" "$adapter"
   fi
 }
 complete -F _ktsetup ktsetup

@@ -59,8 +59,16 @@ _ktsim_places() {
   esac | sort -u
 }
 
+# The words between the braces of option $2 in the help $1; fails where the option takes none of a few words.
+_ktsim_choices() {
+  local line
+  line=$(grep -E -m1 -- "^ *(-[a-z],)?$2[, ][^{]*[{]" <<<"$1") || return
+  line=${line#*\{}
+  tr , ' ' <<<"${line%%\}*}"
+}
+
 _ktsim() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} help path i REPLY places
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} help path i REPLY places choices
   COMPREPLY=()
   for (( i = 1; i < COMP_CWORD; i++ )); do
     # Behind "--" stands another command.
@@ -84,6 +92,10 @@ _ktsim() {
   path=$REPLY
   # The path is made of words that are only letters.
   help=$(ktsim $path --help 2>/dev/null </dev/null)
+  if [[ $before == -* ]] && choices=$(_ktsim_choices "$help" "$before"); then
+    mapfile -t COMPREPLY < <(compgen -W "$choices" -- "$word")
+    return
+  fi
   if [[ $word == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$(grep -oE -- '--[a-z-]+' <<<"$help")" -- "$word")
     return
