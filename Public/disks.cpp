@@ -54,9 +54,13 @@ int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pd
     return 1;
 }
 
+bool sharesDisks() {
+    return currentAdapter().DevID < 0x4701;
+}
+
 KT_U8 HDisFreeDiskForKelo(unsigned short pdId, unsigned short ldId) {
     // Older controllers, and the array-based ones, sort this out in their firmware.
-    if (currentAdapter().DevID < 0x4701 || arrayBasedRaid) return KT_OK;
+    if (sharesDisks() || arrayBasedRaid) return KT_OK;
     bool taken = false;
     KT_U16 perPage = recordsPerPage(sizeof(_Block_Info), 512);
     ListEnd end = walkList<_Block_Info>(KT_BLK_GetInfo, EVERYTHING, perPage, [&](const _Block_Info& block) {

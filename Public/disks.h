@@ -27,6 +27,10 @@ bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status);
 // standard input: the caller prints the question.
 int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pdIds);
 
+// Whether virtual disks may share disks on the current adapter. Older controllers let them; with arrays it is these
+// that share.
+bool sharesDisks();
+
 // On controllers that cannot mix disks of virtual disks: KT_ERR_PD_TYPES_DIFFER when a block of the disk belongs to a
 // virtual disk other than ldId (255 = to any). KT_OK for a free disk, elsewhere and in the array-based set;
 // KT_ERR_NO_RESOURCE without memory; the library's status when the blocks cannot be read.

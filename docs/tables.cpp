@@ -12,6 +12,7 @@
 
 #include "Functions/backup_cfg/backup_cfg.h"
 #include "Functions/help/help.h"
+#include "Functions/restore_cfg/checkConfig.h"
 #include "Functions/restore_cfg/restore_cfg.h"
 #include "ktsetup/commandTables.h"
 
@@ -140,11 +141,13 @@ int main(int argc, char** argv) {
     if (strcmp(what, "completion") == 0) {
         printCompletion("ktsetup", ktsetupCommands());
     } else if (strcmp(what, "ktcfg-completion") == 0) {
-        printCompletion(
-            "ktcfg",
-            {{"help", {&helpOptions}}, {"backup_cfg", {&backupCfgOptions}}, {"restore_cfg", {&restoreCfgOptions}}});
+        printCompletion("ktcfg", {{"help", {&helpOptions}},
+                                  {"backup_cfg", {&backupCfgOptions}},
+                                  {"check", {&checkOptions}},
+                                  {"restore_cfg", {&restoreCfgOptions}}});
     } else if (strcmp(what, "ktcfg-help") == 0) {
         printHelp("ktcfg", "backup_cfg", backup_cfg_sh, backup_cfg_help);
+        printHelp("ktcfg", "check", check_sh, check_help);
         printHelp("ktcfg", "restore_cfg", restore_cfg_sh, restore_cfg_help);
     } else if (strcmp(what, "help") == 0) {
         printAllHelp();

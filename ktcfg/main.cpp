@@ -1,4 +1,5 @@
-// Saves an adapter's configuration to a text file and restores it: the two commands that ktsetup does not offer.
+// Saves an adapter's configuration to a text file, restores it, and tells beforehand what that would do: the commands
+// that ktsetup does not offer.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -8,6 +9,7 @@
 
 #include "Functions/backup_cfg/backup_cfg.h"
 #include "Functions/help/help.h"
+#include "Functions/restore_cfg/checkConfig.h"
 #include "Functions/restore_cfg/restore_cfg.h"
 #include "Public/fileName.h"
 #include "Public/start.h"
@@ -18,6 +20,7 @@
 static _cmd_struct commands[] = {
     ROW("help", doHelp, help_help, help_sh),
     ROW("backup_cfg", doBackUp_CFG, backup_cfg_help, backup_cfg_sh),
+    ROW("check", doCheck_CFG, check_help, check_sh),
     ROW("restore_cfg", doRestore_CFG, restore_cfg_help, restore_cfg_sh),
 };
 static constexpr int RESULT_USAGE = 2; // the words were not understood

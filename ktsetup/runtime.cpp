@@ -34,6 +34,10 @@ void __throw_bad_alloc() {
     endWith("out of memory");
 }
 
+void __throw_bad_array_new_length() {
+    endWith("out of memory");
+}
+
 void __throw_length_error(const char*) {
     endWith("out of memory");
 }

@@ -40,19 +40,38 @@ void KT_Restore_LdCreateParam(const _LD_Info* vd, _Create_LD_Param* param) {
     }
 }
 
-bool isCompleteRaid(const CfgRaid& wanted) {
+bool isRaidOn(const _HBA_Info_Page& current, const _HBA_Info_Page& page) {
+    return (current.RAID_Feature & page.RAID_Feature & RAID_FEATURE_ON) != 0;
+}
+
+std::string raidLack(const CfgRaid& wanted, KT_U8 mode) {
+    if (mode == CFG_PHY_FORM) return "The file was read for its PHY tuning only";
     for (unsigned i = 0; i < wanted.ldCount; ++i) {
         const _LD_Info& ld = wanted.lds[i];
         if (ld.RaidMode != CFG_NO_LEVEL && ld.HDCount > 0 && ld.Size != CFG_NO_SIZE) continue;
-        out("Virtual disk %d lacks its mode, capacity or members; the RAID configuration stays as it is.\n", ld.ID);
-        return false;
+        return "Virtual disk " + std::to_string(ld.ID) + " lacks its mode, capacity or members";
     }
     for (unsigned i = 0; i < wanted.spareCount; ++i) {
-        if (wanted.spares[i].HDID != KT_NO_ID) continue;
-        out("Spare %u lacks its physical disk; the RAID configuration stays as it is.\n", i);
-        return false;
+        if (wanted.spares[i].HDID == KT_NO_ID) return "Spare " + std::to_string(i) + " lacks its physical disk";
     }
-    return true;
+    return "";
+}
+
+std::string wantedText(const _LD_Info& ld) {
+    std::string text =
+        std::string("virtual disk '") + FieldText(ld.Name).text + "' (" + RaidModeStr(ld.RaidMode) + ", ";
+    text += ld.Size == 0 ? "all available space" : std::to_string(ld.Size) + " M";
+    text += ") on disks";
+    for (unsigned member = 0; member < ld.HDCount; ++member) {
+        text += (member == 0 ? " " : ", ") + std::to_string(ld.BlockIDs[member]);
+    }
+    return text;
+}
+
+std::string wantedText(const _HD_RAID_STATUS& spare) {
+    std::string text = "disk " + std::to_string(spare.HDID) + " as ";
+    if (spare.DGID == CFG_GLOBAL_SPARE) return text + "global spare disk";
+    return text + "spare disk of array " + std::to_string(spare.DGID);
 }
 
 static void announce(const CfgRaid& present, const CfgRaid& wanted) {
@@ -64,22 +83,10 @@ static void announce(const CfgRaid& present, const CfgRaid& wanted) {
         fprintf(stderr, "Releasing spare disk %d.\n", present.spares[i].HDID);
     }
     for (unsigned i = 0; i < wanted.ldCount; ++i) {
-        const _LD_Info& ld = wanted.lds[i];
-        std::string size = ld.Size == 0 ? "all available space" : std::to_string(ld.Size) + " M";
-        fprintf(stderr, "Creating virtual disk '%s' (%s, %s) on disks", FieldText(ld.Name).text,
-                RaidModeStr(ld.RaidMode), size.c_str());
-        for (unsigned member = 0; member < ld.HDCount; ++member) {
-            fprintf(stderr, "%s %d", member == 0 ? "" : ",", ld.BlockIDs[member]);
-        }
-        fprintf(stderr, ".\n");
+        fprintf(stderr, "Creating %s.\n", wantedText(wanted.lds[i]).c_str());
     }
     for (unsigned i = 0; i < wanted.spareCount; ++i) {
-        const _HD_RAID_STATUS& spare = wanted.spares[i];
-        if (spare.DGID == CFG_GLOBAL_SPARE) {
-            fprintf(stderr, "Assigning disk %d as global spare disk.\n", spare.HDID);
-        } else {
-            fprintf(stderr, "Assigning disk %d as spare disk of array %d.\n", spare.HDID, spare.DGID);
-        }
+        fprintf(stderr, "Assigning %s.\n", wantedText(wanted.spares[i]).c_str());
     }
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Functions/restore_cfg/assignment.h"
+#include "Functions/restore_cfg/configFile.h"
 #include "Functions/restore_cfg/raidRestore.h"
 #include "Public/cfg/sasAddress.h"
 #include "Public/errorMsg.h"
@@ -21,14 +22,6 @@ struct RestoreOptions {
     bool autoset = false;
     bool raid = false;
     KT_U8 mode = CFG_FULL_FORM;
-};
-
-// A file as it is, and with its comments blanked.
-struct CfgFile {
-    std::string path;
-    std::string shown;
-    std::string text;
-    std::string clean;
 };
 } // namespace
 
@@ -82,22 +75,6 @@ static const char* assignmentFile() {
     }
 }
 
-static void useFile(CfgFile& file, const std::string& path) {
-    file.path = path;
-    file.shown = shownName(path);
-}
-
-// Reads the file and blanks the comments in a copy. A file that cannot be opened is left to the caller to report.
-static ReadFile readFile(CfgFile& file) {
-    ReadFile result = readWholeFile(file.path, file.text);
-    if (result == ReadFile::TooBig) {
-        out("Size of the file %s is too big (%d).\n", file.shown.c_str(), static_cast<int>(FILE_TOO_BIG));
-    }
-    file.clean = file.text;
-    clean_comment(file.clean.data(), file.clean.size());
-    return result;
-}
-
 static bool readAssignment(CfgFile& file, _updata_sasaddr_info_t& assigned) {
     useFile(file, assignmentFile());
     out("To autoset SAS Addr and Serial Number,");
@@ -107,22 +84,6 @@ static bool readAssignment(CfgFile& file, _updata_sasaddr_info_t& assigned) {
     if (result != ReadFile::Yes) return false;
     assigned.filename = file.path.c_str();
     return KT_AutoGet_SASAddrSN(file.clean.data(), file.clean.size(), &assigned) == 0;
-}
-
-static bool readConfiguration(CfgFile& file, KT_U8 mode, _file_sasaddr_place_info_t& places, _HBA_Info_Page& page,
-                              CfgRaid& raid) {
-    ReadFile result = readFile(file);
-    if (result == ReadFile::NotOpened) out("Error: Failed open %s !\n", file.shown.c_str());
-    if (result != ReadFile::Yes) return false;
-    KT_U16 counts = 0;
-    if (!KT_Analyze_Grammar(file.clean.data(), file.clean.size(), &places, &page, raid.lds, raid.spares, &counts,
-                            mode)) {
-        out("Analysis config file error!\n");
-        return false;
-    }
-    raid.ldCount = static_cast<KT_U8>(counts);
-    raid.spareCount = static_cast<KT_U8>(counts >> 8);
-    return true;
 }
 
 // The configuration text with the assigned addresses and serial number in their places.
@@ -182,18 +143,6 @@ static bool rewriteFiles(const CfgFile& file, const std::string& text, const Cfg
     return false;
 }
 
-static KT_U8 readPage(_HBA_Info_Page& page) {
-    FlashPage flash = newFlashPage();
-    if (flash == nullptr) return KT_ERR_NO_RESOURCE;
-    KT_U8 status = KT_Flash_Bin(gCurrentAdapter, KT_FLASH_BACKUP, KT_IMAGE_CONFIG, flash.get());
-    if (status != KT_OK) {
-        out("\nExecutes read hba config fail (error %d: %s).\n", status, ErrorMessage(status));
-        return status;
-    }
-    memcpy(&page, flash->Data, sizeof page);
-    return KT_OK;
-}
-
 static KT_U8 writePage(const _HBA_Info_Page& page) {
     FlashPage flash = newFlashPage();
     if (flash == nullptr) return KT_ERR_NO_RESOURCE;
@@ -249,12 +198,11 @@ static int restore(const RestoreOptions& o) {
     int result = restorePage(o, current, page, *raid);
     if (result != 0) return result;
     // From here on 1 is the result of success, too.
-    if (!o.raid || (current.RAID_Feature & page.RAID_Feature & RAID_FEATURE_ON) == 0) return 1;
-    if (o.mode == CFG_PHY_FORM) {
-        out("The file was read for its PHY tuning only; the RAID configuration stays as it is.\n");
-        return KT_ERR_INVALID_PARAMETER;
-    }
-    return isCompleteRaid(*raid) ? restoreRaid(*raid) : KT_ERR_INVALID_PARAMETER;
+    if (!o.raid || !isRaidOn(current, page)) return 1;
+    const std::string lack = raidLack(*raid, o.mode);
+    if (lack.empty()) return restoreRaid(*raid);
+    out("%s; the RAID configuration stays as it is.\n", lack.c_str());
+    return KT_ERR_INVALID_PARAMETER;
 }
 
 int doRestore_CFG(int argc, char** argv, _cmd_struct* row) {

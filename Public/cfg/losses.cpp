@@ -94,15 +94,6 @@ static std::string textAround(const CfgKey& key, const Place& place, const std::
     return noPorts + "[RAID CONFIG]\n" + vd + line + "[END]\n";
 }
 
-// A written value for a message: up to the NUL bytes that fill it, and nothing that a terminal would obey.
-static std::string shownValue(const std::string& written) {
-    std::string shown = written.c_str();
-    for (char& c : shown) {
-        if (c < 0x20 || c > 0x7E) c = '?';
-    }
-    return shown;
-}
-
 static ReadBack readBack(const Search& search, std::string text) {
     ReadBack back = {};
     _file_sasaddr_place_info_t places = {};
@@ -120,7 +111,7 @@ static void checkValue(const Search& search, const CfgKey& key, const Place& pla
     const ReadBack back = readBack(search, textAround(key, place, std::string(key.key) + "=" + written + "\n"));
     const std::string has = valueText(key, place.record, place.index, 10);
     if (!back.taken) {
-        search.losses.push_back(place.owner + ": " + key.key + " " + has + " is written as '" + shownValue(written) +
+        search.losses.push_back(place.owner + ": " + key.key + " " + has + " is written as '" + shownCfgValue(written) +
                                 "', which restore_cfg refuses");
         return;
     }

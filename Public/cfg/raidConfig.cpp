@@ -1,5 +1,6 @@
 #include "Public/cfg/raidConfig.h"
 
+#include "Public/cfg/writer.h"
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 
@@ -46,4 +47,14 @@ static KT_U8 readVirtualDisks(CfgRaid& raid) {
 KT_U8 readCfgRaid(CfgRaid& raid) {
     KT_U8 status = readSpares(raid);
     return status == KT_OK ? readVirtualDisks(raid) : status;
+}
+
+std::vector<KT_U16> memberDisks(const _LD_Info& ld) {
+    std::vector<KT_U16> disks;
+    for (unsigned i = 0; i < cfgMembers(ld); ++i) {
+        _BLK_Info_Request request;
+        const bool there = ld.BlockIDs[i] != KT_NO_ID && getItem(KT_BLK_GetInfo, ld.BlockIDs[i], request) == KT_OK;
+        disks.push_back(there ? request.blkInfo[0].HDID : KT_U16{KT_NO_ID});
+    }
+    return disks;
 }

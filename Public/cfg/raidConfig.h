@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 #include "Public/cfg/keys.h"
 
@@ -19,6 +20,10 @@ CfgRaidHolder newCfgRaid();
 // Reads the current adapter's spares (disks that are none are left out), then its virtual disks. Anything but KT_OK is
 // what the command returns: a refusal has been printed, KT_ERR_NO_RESOURCE stands for want of room.
 KT_U8 readCfgRaid(CfgRaid& raid);
+
+// The disks of a virtual disk as the adapter lists it, in its order; KT_NO_ID for a member that is missing or whose
+// block cannot be asked for.
+std::vector<KT_U16> memberDisks(const _LD_Info& ld);
 
 // The page's bits that say whether RAID is on.
 inline constexpr KT_U8 RAID_FEATURE_ON = 0x2;

@@ -76,6 +76,14 @@ std::string cfgValueText(const CfgKey& key, const void* record, unsigned index) 
     return text;
 }
 
+std::string shownCfgValue(const std::string& written) {
+    std::string shown = written.c_str();
+    for (char& c : shown) {
+        if (c < 0x20 || c > 0x7E) c = '?';
+    }
+    return shown;
+}
+
 bool isWritten(const CfgKey& key, const void* record, KT_U8 mode) {
     if (key.use == CfgUse::ReadOnly || (key.use == CfgUse::FullForm && mode == CFG_PHY_FORM)) return false;
     return !key.onParityLevels || hasParityDisks(static_cast<const _LD_Info*>(record)->RaidMode);

@@ -19,6 +19,9 @@ bool isWritten(const CfgKey& key, const void* record, KT_U8 mode);
 // the running number of a spare's.
 std::string cfgValueText(const CfgKey& key, const void* record, unsigned index);
 
+// A written value for a message: up to the NUL bytes that fill it, and nothing that a terminal would obey.
+std::string shownCfgValue(const std::string& written);
+
 // Ports that a text of the current adapter lists.
 unsigned cfgPorts(KT_U8 adapter);
 

@@ -6,7 +6,7 @@ _ktcfg() {
     adapter=${COMP_WORDS[1]} at=2
   fi
   if (( COMP_CWORD == at )); then
-    mapfile -t COMPREPLY < <(compgen -W "$_ktcfg_words -output" -- "${COMP_WORDS[COMP_CWORD]}")
+    mapfile -t COMPREPLY < <(compgen -W "$_ktcfg_words --help --version -output" -- "${COMP_WORDS[COMP_CWORD]}")
   else
     _ktraid_complete ktcfg "$at" "$adapter"
   fi

@@ -46,6 +46,58 @@ Edited by hand and read back, it changes what it names and nothing else.
   
   [1]
 
+What restoring another adapter's file would do is said beforehand, by reading only.
+
+  $ lab empty
+  $ ktsetup create -o array -r 5 -d 0,1,2 -n demo > /dev/null && ktsetup create -o vd -a 0 -n data -s 500000 > /dev/null
+  $ ktsetup assign -d 3 > /dev/null && ktcfg backup_cfg -f one > /dev/null && sed -i 's/=RAID5/=RAID1/; s/0,1,2/0,1/' one
+  $ calls > /dev/null; cfg check -f one --raid
+  The settings would stay as they are.
+  Would be deleted:
+    virtual disk 0 'data' (RAID5, 500000 M)
+      disk 0, Gannet GT2000G, serial number AG00000000000
+      disk 1, Gannet GT2000G, serial number AG00000019E37
+      disk 2, Gannet GT2000G, serial number AG00000023C6E
+    spare disk 3, which becomes free
+  Would be created:
+    virtual disk 'data' (RAID1, 500000 M) on disks 0, 1
+    disk 3 as global spare disk
+  In the way:
+    virtual disk 0 'data': its disks are in array 0 'demo', which stays and has other disks or another level
+  'one' cannot be restored here.
+  [1]
+  $ calls | cut -d ' ' -f 1 | sort | uniq -c
+        1 KT_API_Finalize
+        1 KT_API_Initialize
+        1 KT_Adapter_GetCount
+        3 KT_Adapter_GetInfo
+        6 KT_BLK_GetInfo
+        1 KT_DG_GetInfo
+        4 KT_DiskHasOS
+        1 KT_Flash_Bin
+        1 KT_LD_GetInfo
+        1 KT_LD_GetStatus
+        3 KT_PD_GetFreeSpaceInfo
+        6 KT_PD_GetHDInfo_Ext
+        4 KT_PD_GetHDRaidStatus
+        1 KT_SIM_SgVersion
+  $ cfg check -f one
+  The settings would stay as they are.
+  Its virtual disks and spares are looked at with --raid only.
+  'one' can be restored here.
+  $ sed -i 's/=RAID1/=RAID5/; s/0,1/0,1,2/' one && cfg check -f one --raid | tail -1
+  'one' can be restored here.
+  $ cfg restore_cfg -f one --raid | grep successfully
+  Restore HBA and Port config is returned successfully!
+  Restore raid config is returned successfully!
+  $ ktcfg 1 check -f one --raid | grep becomes | head -2
+    adapter: [SERIAL_NUMBER]=KS260101004718 becomes KS260100004711
+    port 0: [SASADDRESS]=500A1F40:00100100 becomes 500A1F40:00100000
+  $ ktcfg check --raid
+  SG driver version 3.5.36.
+  check: option -f is required
+  [2]
+
 A saved adapter comes back whole: virtual disks and spares are deleted and created again, in that order.
 
   $ lab full
@@ -121,8 +173,9 @@ Whatever an adapter holds, it is either read back and written the same way, or s
 
 Words that are no command are refused before the library is asked.
 
-  $ ktcfg --help | tail -3
+  $ ktcfg --help | tail -4
   backup_cfg   :Backup current HBA,RAID configuration and autoload data.
+  check        :Tell what restoring a text file would do, and whether it can be done.
   restore_cfg  :Restore HBA,RAID and AutoLoad configuration from a text file.
   
   $ calls > /dev/null; ktcfg | sed -n 3p; echo ${PIPESTATUS[0]}

@@ -39,10 +39,11 @@ class Folders {
     void make(const std::string& path) {
         for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
             const std::string folder = path.substr(0, slash);
-            if (mkdir(folder.c_str(), 0700) == 0)
+            if (mkdir(folder.c_str(), 0700) == 0) {
                 made.push_back(folder);
-            else if (errno != EEXIST && errno != EISDIR && errno != EROFS)
+            } else if (errno != EEXIST && errno != EISDIR && errno != EROFS) {
                 failSystem(folder);
+            }
         }
     }
     void remove() {
