@@ -1,0 +1,143 @@
+"""Fails when a part of the code uses one above it, or when parts use each other in a circle.
+
+usage: rooms_test.py SOURCE_DIR BUILD_DIR OBJECTS, a file that names the objects. A unit is a source file; it uses
+another one when its object needs a symbol that the other's defines.
+"""
+import os
+import re
+import subprocess
+import sys
+
+# From the bottom up. Units on one floor may use each other, but in no circle, and one command family never another.
+FLOORS = [
+    ["libktraid/sim/state/"],
+    ["libktraid/sim/media/"],
+    ["libktraid/sim/raid/"],
+    ["libktraid/sim/activities/"],
+    ["libktraid/sim/changes/"],
+    ["libktraid/sim/devices/"],
+    ["libktraid/sim/lab/"],
+    ["libktraid/sim/frame/"],
+    ["libktraid/sim/calls/"],
+    ["utcTime/"],
+    ["Public/"],
+    ["Functions/", "Report/"],
+    ["ktsetup/", "ktcfg/", "ktreport/", "ktsim/"],
+]
+# The programs know the simulated library by its interface only, and it knows nothing of them. ktsim is beside both: it
+# speaks of the adapters as the programs do.
+SIMULATION = "libktraid/sim/"
+BESIDE = "ktsim/"
+
+# To go: the texts of events get a place that both sides may look into, and Report's words are being sorted.
+BORROWED = {("libktraid/sim/calls/eventCalls.cpp", "Public/eventText.cpp")}
+UNSORTED = ("Report/", "ktreport/")
+
+
+def source_of(path, build):
+    """The source of an object, as CMake names it, relative to the repository; None for generated ones."""
+    match = re.match(r"(.*)/CMakeFiles/[^/]+\.dir/(.*\.cpp)\.o$", os.path.relpath(path, build))
+    if not match:
+        return None
+    return os.path.normpath(match.group(1) + "/" + match.group(2).replace("__", ".."))
+
+
+def read_symbols(objects, build):
+    """Symbol -> the units that define it, and unit -> the symbols that it needs. Calls of the library's interface are
+    left out: whoever makes them does not know who answers."""
+    defined, needed = {}, {}
+    for path in objects:
+        unit = source_of(path, build)
+        if unit is None or floor_of(unit) is None:
+            continue
+        lines = subprocess.run(["nm", path], check=True, capture_output=True, text=True).stdout.splitlines()
+        needs = needed.setdefault(unit, set())
+        for kind, symbol in (line[17:].split(" ", 1) for line in lines if len(line) > 18):
+            if symbol.startswith("KT_"):
+                continue
+            if kind in "TDBR":
+                defined.setdefault(symbol, set()).add(unit)
+            elif kind == "U":
+                needs.add(symbol)
+    return defined, needed
+
+
+def floor_of(unit):
+    for number, prefixes in enumerate(FLOORS):
+        if unit.startswith(tuple(prefixes)):
+            return number
+    return None
+
+
+def family_of(unit):
+    return "/".join(unit.split("/")[:2]) if unit.startswith("Functions/") else None
+
+
+def wrong(user, used):
+    """What is wrong with the arrow, or None."""
+    if (user, used) in BORROWED:
+        return None
+    if not user.startswith(BESIDE) and user.startswith(SIMULATION) != used.startswith(SIMULATION):
+        return "crosses the library's interface"
+    if floor_of(user) < floor_of(used):
+        return "points up"
+    if family_of(user) and family_of(used) and family_of(user) != family_of(used):
+        return "goes from one command family to another"
+    return None
+
+
+def circle(arrows):
+    """Units that use each other in a circle, or nothing."""
+    done, path = set(), []
+
+    def visit(unit):
+        if unit in path:
+            return path[path.index(unit) :] + [unit]
+        if unit in done:
+            return []
+        path.append(unit)
+        for used in sorted(arrows.get(unit, ())):
+            found = visit(used)
+            if found:
+                return found
+        path.pop()
+        done.add(unit)
+        return []
+
+    for unit in sorted(arrows):
+        found = visit(unit)
+        if found:
+            return found
+    return []
+
+
+def main():
+    _, build, listing = sys.argv[1:4]
+    with open(listing, encoding="utf-8") as file:
+        objects = file.read().split()
+    defined, needed = read_symbols(objects, build)
+    arrows, complaints = {}, []
+    for user, symbols in sorted(needed.items()):
+        for symbol in sorted(symbols):
+            # Programs have functions of the same name; each uses its own.
+            near = sorted(defined.get(symbol, ()), key=lambda unit: -len(os.path.commonprefix([unit, user])))
+            if not near or near[0] == user:
+                continue
+            used = near[0]
+            if not (user.startswith(UNSORTED) and used.startswith(UNSORTED)):
+                arrows.setdefault(user, set()).add(used)
+            reason = wrong(user, used)
+            if reason:
+                complaints.append(f"{user} -> {used} {reason}: {symbol}")
+    found = circle(arrows)
+    if found:
+        complaints.append("a circle: " + " -> ".join(found))
+    # A list of objects that could not be read would find nothing wrong.
+    count = sum(len(used) for used in arrows.values())
+    if count < 500:
+        complaints.append(f"only {count} arrows were found")
+    print("\n".join(complaints) or f"{len(needed)} units, {count} arrows")
+    return 1 if complaints else 0
+
+
+sys.exit(main())
