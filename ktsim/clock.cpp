@@ -57,7 +57,7 @@ static void pass(Store& store, KT_U64 milliseconds) {
 }
 
 static void advanceUntilIdle(Store& store) {
-    static const int MANY = 100000; // steps; jobs that start one another for ever must not keep us
+    static const int MANY = 100000; // steps; activities that start one another for ever must not keep us
     const KT_U64 start = simulatedNow(store);
     for (int step = 0; step < MANY; ++step) {
         const KT_U64 now = simulatedNow(store);

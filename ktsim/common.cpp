@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "frame/settle.h"
 #include "lab/lab.h"
+#include "state/due.h"
 #include "state/simClock.h"
 
 #include <cstdio>

@@ -1,12 +1,13 @@
-#include "activities/jobs.h"
+#include "activities/activities.h"
+#include "changes/arrival.h"
 #include "changes/diskIds.h"
-#include "changes/foreign.h"
 #include "changes/health.h"
 #include "commands.h"
 #include "lab/lab.h"
 #include "media/blocks.h"
-#include "media/smartAttributes.h"
 #include "media/surface.h"
+#include "media/wear.h"
+#include "raid/damage.h"
 
 #include <cstdio>
 #include <cstring>

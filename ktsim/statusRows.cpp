@@ -1,12 +1,13 @@
 #include "statusRows.h"
 
+#include "activities/activities.h"
 #include "activities/activityProgress.h"
-#include "activities/jobs.h"
+#include "changes/ciphers.h"
 #include "commands.h"
 #include "devices/battery.h"
-#include "devices/encryption.h"
 #include "media/blocks.h"
 #include "media/surface.h"
+#include "raid/cacheMode.h"
 #include "raid/members.h"
 
 #include <algorithm>
@@ -118,21 +119,21 @@ static bool isFilled(const Context& context, const Group& group, KT_U16 pd) {
 }
 
 // Which disks a rebuild or copy back reads, and which it writes.
-static std::string routeText(const Context& context, Owner owner, const Activity& job) {
+static std::string routeText(const Context& context, Owner owner, const Activity& activity) {
     const Group group = groupOf(context, owner);
     std::vector<KT_U16> from;
     std::vector<KT_U16> to;
     for (size_t i = 0; i < group.members.size(); ++i) {
         const KT_U16 pd = group.members[i];
-        if (job.kind == KT_BGA_COPY_BACK) {
-            if (group.homes[i] == job.disk) from.push_back(pd);
+        if (activity.kind == KT_BGA_COPY_BACK) {
+            if (group.homes[i] == activity.disk) from.push_back(pd);
         } else if (!group.needsDisk[i]) {
             (isFilled(context, group, pd) ? to : from).push_back(pd);
         }
     }
-    if (job.kind == KT_BGA_COPY_BACK) to.push_back(job.disk);
+    if (activity.kind == KT_BGA_COPY_BACK) to.push_back(activity.disk);
     if (to.empty() || from.empty()) return "";
-    return std::string(job.kind == KT_BGA_COPY_BACK ? " to " : " of ") + listText(to) + " from " + listText(from);
+    return std::string(activity.kind == KT_BGA_COPY_BACK ? " to " : " of ") + listText(to) + " from " + listText(from);
 }
 
 // What a migration makes of it.
@@ -145,16 +146,17 @@ static std::string targetText(const Context& context, Owner owner) {
     return "";
 }
 
-static std::string jobText(const Context& context, Owner owner, const Activity& job) {
-    if (job.kind == 0) return "";
-    std::string name = wordFor(ACTIVITIES, job.kind);
-    if (job.kind == KT_BGA_REBUILD || job.kind == KT_BGA_COPY_BACK) name += routeText(context, owner, job);
-    if (job.kind == KT_BGA_MIGRATION) name += targetText(context, owner);
-    return progressText(job, name, context.now);
+static std::string jobText(const Context& context, Owner owner, const Activity& activity) {
+    if (activity.kind == 0) return "";
+    std::string name = wordFor(ACTIVITIES, activity.kind);
+    if (activity.kind == KT_BGA_REBUILD || activity.kind == KT_BGA_COPY_BACK)
+        name += routeText(context, owner, activity);
+    if (activity.kind == KT_BGA_MIGRATION) name += targetText(context, owner);
+    return progressText(activity, name, context.now);
 }
 
-static Urgency urgencyOf(bool wrong, const Activity& job) {
-    return wrong ? Urgency::Wrong : job.kind ? Urgency::Busy : Urgency::Well;
+static Urgency urgencyOf(bool wrong, const Activity& activity) {
+    return wrong ? Urgency::Wrong : activity.kind ? Urgency::Busy : Urgency::Well;
 }
 
 static std::string batteryText(const Context& context) {

@@ -1,6 +1,6 @@
 #include "frame.h"
 
-#include "media/smartAttributes.h"
+#include "media/wear.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "frame.h"
 
-#include "changes/foreign.h"
+#include "changes/arrival.h"
 #include "changes/health.h"
 #include "lab/lab.h"
 

@@ -1,7 +1,7 @@
 #include "frame.h"
 
 #include "changes/health.h"
-#include "media/smartAttributes.h"
+#include "media/wear.h"
 
 // Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [

@@ -3,6 +3,7 @@
 
 #include "changes/health.h"
 #include "media/surface.h"
+#include "raid/damage.h"
 
 // VD 0 is a RAID5 on disks 0 to 2, VDs 1 and 2 are RAID6 on 3 to 6; 7 is a spare, 8 is free.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [

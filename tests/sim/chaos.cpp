@@ -1,11 +1,14 @@
 #include "chaos.h"
 
+#include "activities/activities.h"
+#include "changes/arrays.h"
+#include "changes/arrival.h"
 #include "changes/diskIds.h"
-#include "changes/foreign.h"
 #include "changes/health.h"
 #include "frame/settle.h"
 #include "lab/lab.h"
-#include "media/surface.h"
+#include "media/wear.h"
+#include "raid/damage.h"
 #include "raid/members.h"
 #include "state/simClock.h"
 

@@ -4,6 +4,7 @@
 #include "lab/lab.h"
 #include "process.h"
 #include "state/events.h"
+#include "state/faults.h"
 #include "state/simClock.h"
 
 #include <fstream>
@@ -121,10 +122,10 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
     closeStore(store);
 }
 
-TEST_F(CallFrame, OutlivesAJobThatNeverEnds) {
+TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
     Store* store = openExistingStore(folder.path + "/state.db");
     beginTransaction(*store, Access::Write);
-    VdState nobodys = {}; // no virtual disk has this id: its job is due for ever
+    VdState nobodys = {}; // no virtual disk has this id: its activity is due for ever
     nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, 0, {}, 1, 1, 0, 1, 0};
     save(*store, 0, 77, nobodys);
     const KT_U64 now = simulatedNow(*store);
@@ -188,20 +189,20 @@ TEST(ClockOf, RunsFromItsBaseAtItsSpeed) {
 }
 
 TEST(ActivityOf, ProgressesAndEndsByItsSpeed) {
-    Activity job = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 1000, 250, 10000, 3, 0};
-    EXPECT_EQ(activityPercent(job, 10000), 25U);
-    EXPECT_EQ(activityDone(job, 10999), 252U);
-    EXPECT_EQ(activityEnd(job), 10000U + 250000);
-    EXPECT_EQ(activityPercent(job, activityEnd(job) - 1), 99U);
-    EXPECT_EQ(activityPercent(job, activityEnd(job)), 100U);
-    EXPECT_EQ(activityDone(job, 9), 250U);
-    job.state = KT_STATE_PAUSED;
-    EXPECT_EQ(activityDone(job, 99999), 250U);
-    EXPECT_EQ(activityEnd(job), NEVER);
-    job = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 7, 3, 0, 1, 0};
-    EXPECT_EQ(activityPercent(job, 0), 42U);
-    job.work = 0;
-    EXPECT_EQ(activityPercent(job, 0), 100U);
+    Activity activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 1000, 250, 10000, 3, 0};
+    EXPECT_EQ(activityPercent(activity, 10000), 25U);
+    EXPECT_EQ(activityDone(activity, 10999), 252U);
+    EXPECT_EQ(activityEnd(activity), 10000U + 250000);
+    EXPECT_EQ(activityPercent(activity, activityEnd(activity) - 1), 99U);
+    EXPECT_EQ(activityPercent(activity, activityEnd(activity)), 100U);
+    EXPECT_EQ(activityDone(activity, 9), 250U);
+    activity.state = KT_STATE_PAUSED;
+    EXPECT_EQ(activityDone(activity, 99999), 250U);
+    EXPECT_EQ(activityEnd(activity), NEVER);
+    activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 7, 3, 0, 1, 0};
+    EXPECT_EQ(activityPercent(activity, 0), 42U);
+    activity.work = 0;
+    EXPECT_EQ(activityPercent(activity, 0), 100U);
 }
 
 TEST(EventLog, KeepsTheNewestInOrder) {

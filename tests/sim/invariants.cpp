@@ -1,9 +1,8 @@
 #include "invariants.h"
 
-#include "activities/jobs.h"
 #include "media/blocks.h"
 #include "media/surface.h"
-#include "raid/members.h"
+#include "raid/activityRecords.h"
 
 #include <algorithm>
 #include <map>
@@ -114,12 +113,12 @@ static void checkVds(const Check& all, std::set<KT_U16>& named) {
     each<VdState>(all, "VD", [](const Check& check, KT_U64 id, const VdState&) {
         check.require(has<_LD_Info>(check, id), "left its state");
     });
-    forEachJob(all.context, [&](Owner owner, const Activity& job) {
+    forEachActivity(all.context, [&](Owner owner, const Activity& activity) {
         if (owner.kind != OwnerKind::Vd || !all.byRules) return;
         const auto vd = find<_LD_Info>(all.context, owner.id);
         const bool may = vd && (isUsable(*vd) || vd->Status == KT_VD_OFFLINE);
         all.of("VD", owner.id).require(may, "is busy but not in use");
-        const bool runs = vd && vd->Status == KT_VD_OFFLINE && job.state == KT_STATE_RUNNING;
+        const bool runs = vd && vd->Status == KT_VD_OFFLINE && activity.state == KT_STATE_RUNNING;
         all.of("VD", owner.id).require(!runs, "is busy but offline");
     });
 }

@@ -1,72 +1,74 @@
+#include "activities/completion.h"
+
+#include "activities/activities.h"
 #include "activities/activityProgress.h"
-#include "activities/jobs.h"
 #include "activities/migrating.h"
 #include "activities/reading.h"
 #include "activities/rebuilding.h"
-#include "frame/settle.h"
 
 #include <algorithm>
 #include <vector>
 
 namespace sim {
 
-static void completeVdJob(const Context& context, Owner owner, const Activity& job) {
+static void completeVdActivity(const Context& context, Owner owner, const Activity& activity) {
     Vd vd = {};
     if (findVd(context, owner.id, vd) != KT_OK) return;
-    if (job.kind != KT_BGA_CHECK) vd.state.initialized = 1;
+    if (activity.kind != KT_BGA_CHECK) vd.state.initialized = 1;
     save(context, owner.id, vd.state);
-    dropJob(context, owner);
-    logJob(context, owner, job, STEP_COMPLETED);
+    dropActivity(context, owner);
+    logActivity(context, owner, activity, STEP_COMPLETED);
 }
 
-void completeJob(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
-    wearDisks(context, owner, job);
+void completeActivity(const Context& context, Owner owner) {
+    const Activity activity = activityOf(context, owner);
+    wearDisks(context, owner, activity);
     if (owner.kind == OwnerKind::Disk) {
-        dropJob(context, owner);
-        logJob(context, owner, job, STEP_COMPLETED);
-    } else if (job.kind == KT_BGA_REBUILD) {
+        dropActivity(context, owner);
+        logActivity(context, owner, activity, STEP_COMPLETED);
+    } else if (activity.kind == KT_BGA_REBUILD) {
         finishRebuild(context, owner);
-    } else if (job.kind == KT_BGA_COPY_BACK) {
+    } else if (activity.kind == KT_BGA_COPY_BACK) {
         finishCopyBack(context, owner);
-    } else if (job.kind == KT_BGA_MIGRATION) {
+    } else if (activity.kind == KT_BGA_MIGRATION) {
         finishMigration(context, owner);
     } else {
-        completeVdJob(context, owner, job);
+        completeVdActivity(context, owner, activity);
     }
 }
 
-static void announce(const Context& context, Owner owner, Activity job) {
-    const unsigned percent = activityPercent(job, context.now);
+static void announce(const Context& context, Owner owner, Activity activity) {
+    const unsigned percent = activityPercent(activity, context.now);
     const KT_U64 quarter = percent - percent % ANNOUNCED_PERCENT;
-    if (quarter <= job.announced || quarter >= 100) return;
-    job.announced = quarter;
-    saveJob(context, owner, job);
-    logJob(context, owner, job, STEP_PROGRESS, static_cast<KT_U32>(quarter));
+    if (quarter <= activity.announced || quarter >= 100) return;
+    activity.announced = quarter;
+    saveActivity(context, owner, activity);
+    logActivity(context, owner, activity, STEP_PROGRESS, static_cast<KT_U32>(quarter));
 }
 
-KT_U64 settleRaid(Context& context) {
+KT_U64 settleActivities(Context& context) {
     // A lab states how far an activity is, not how fast it goes.
     if (find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid == 0) applyRates(context);
     std::vector<Owner> due;
-    forEachJob(context, [&](Owner owner, const Activity& job) {
-        if (nextMoment(context, owner, job) <= context.now) due.push_back(owner);
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        if (nextMoment(context, owner, activity) <= context.now) due.push_back(owner);
     });
     bool ended = false;
     for (const Owner owner : due) {
-        meetBadSectors(context, owner, jobOf(context, owner));
-        const Activity job = jobOf(context, owner);
-        if (activityEnd(job) <= context.now) {
-            completeJob(context, owner);
+        meetBadSectors(context, owner, activityOf(context, owner));
+        const Activity activity = activityOf(context, owner);
+        if (activityEnd(activity) <= context.now) {
+            completeActivity(context, owner);
             ended = true;
         } else {
-            announce(context, owner, job);
+            announce(context, owner, activity);
         }
     }
     if (ended) arbitrate(context);
     KT_U64 next = NEVER;
-    forEachJob(context,
-               [&](Owner owner, const Activity& job) { next = std::min(next, nextMoment(context, owner, job)); });
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        next = std::min(next, nextMoment(context, owner, activity));
+    });
     return next;
 }
 

@@ -1,10 +1,11 @@
 #include "activities/migrating.h"
 
+#include "activities/activities.h"
 #include "activities/rebuilding.h"
-#include "changes/arrays.h"
 #include "media/blocks.h"
+#include "raid/candidates.h"
 #include "raid/members.h"
-#include "state/events.h"
+#include "raid/slots.h"
 
 #include <algorithm>
 
@@ -20,9 +21,9 @@ struct Journey {
 
 static bool anotherMigrates(const Context& context, Owner owner) {
     bool another = false;
-    forEachJob(context, [&](Owner other, const Activity& job) {
+    forEachActivity(context, [&](Owner other, const Activity& activity) {
         const bool same = other.kind == owner.kind && other.id == owner.id;
-        another = another || (!same && other.kind != OwnerKind::Disk && job.kind == KT_BGA_MIGRATION);
+        another = another || (!same && other.kind != OwnerKind::Disk && activity.kind == KT_BGA_MIGRATION);
     });
     return another;
 }
@@ -140,7 +141,7 @@ static KT_U8 startJourney(const Context& context, const Journey& journey) {
         if (status != KT_OK) return status;
         work += 2 * shareOf(context, *vd); // all is read and written again
     }
-    startJob(context, journey.from.owner, KT_BGA_MIGRATION, work, KT_NO_ID);
+    startActivity(context, journey.from.owner, KT_BGA_MIGRATION, work, KT_NO_ID);
     arbitrate(context);
     return KT_OK;
 }
@@ -263,7 +264,7 @@ static void arriveArray(const Context& context, KT_U16 id, const VdTarget& targe
 }
 
 void finishMigration(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
+    const Activity activity = activityOf(context, owner);
     const Group group = groupOf(context, owner);
     std::optional<VdTarget> arrived;
     for (const KT_U16 vd : group.vds) {
@@ -273,8 +274,8 @@ void finishMigration(const Context& context, Owner owner) {
         arrived = target;
     }
     if (owner.kind == OwnerKind::Array && arrived) arriveArray(context, owner.id, *arrived);
-    dropJob(context, owner);
-    logJob(context, owner, job, STEP_COMPLETED);
+    dropActivity(context, owner);
+    logActivity(context, owner, activity, STEP_COMPLETED);
     refreshGroup(context, groupOf(context, owner));
     engageSpares(context);
 }

@@ -2,7 +2,7 @@
 // the new level over all target disks decides what that makes.
 #pragma once
 
-#include "activities/jobs.h"
+#include "raid/activityRecords.h"
 
 namespace sim {
 

@@ -2,8 +2,8 @@
 
 #include "activities/activityProgress.h"
 #include "media/blocks.h"
-#include "media/smartAttributes.h"
 #include "media/surface.h"
+#include "media/wear.h"
 #include "raid/members.h"
 #include "state/events.h"
 
@@ -34,7 +34,7 @@ struct Pass {
 // What goes on: whose activity, and the virtual disk that the passes are through.
 struct Run {
     Owner owner;
-    const Activity& job;
+    const Activity& activity;
     std::vector<Pass> passes;
 };
 
@@ -57,11 +57,11 @@ static bool isInitialisation(KT_U8 kind) {
 // Checks read every member, initialisations write them as far as they go.
 static void addWhole(const Context& context, const _LD_Info& vd, Run& run) {
     const auto blocks = slotsOf(context, vd);
-    const bool writes = isInitialisation(run.job.kind);
+    const bool writes = isInitialisation(run.activity.kind);
     for (size_t i = 0; i < blocks.size(); ++i) {
         if (!blocks[i]) continue;
         Pass pass = passThrough(*blocks[i], 0, static_cast<int>(i), writes);
-        pass.sectors = std::min(pass.sectors, kibToSectors(run.job.work, pass.sectorSize));
+        pass.sectors = std::min(pass.sectors, kibToSectors(run.activity.work, pass.sectorSize));
         run.passes.push_back(pass);
     }
 }
@@ -97,8 +97,8 @@ static std::optional<_Block_Info> copyOf(const Context& context, const _LD_Info&
 }
 
 static void addCopy(const Context& context, const Group& group, const _LD_Info& vd, KT_U64 base, Run& run) {
-    const auto copy = copyOf(context, vd, run.job.disk);
-    const auto home = std::find(group.homes.begin(), group.homes.end(), run.job.disk);
+    const auto copy = copyOf(context, vd, run.activity.disk);
+    const auto home = std::find(group.homes.begin(), group.homes.end(), run.activity.disk);
     if (!copy || home == group.homes.end()) return;
     const auto slot = static_cast<int>(home - group.homes.begin());
     const auto source = find<_Block_Info>(context, vd.BlockIDs[slot]);
@@ -130,8 +130,8 @@ static void addPatrol(const Context& context, KT_U16 pd, Run& run) {
     if (disk) run.passes.push_back(Pass{pd, 0, disk->Size, std::max(disk->BlockSize, 512U), 0, 1, false, KT_NO_ID, 0});
 }
 
-static Run runOf(const Context& context, Owner owner, const Activity& job) {
-    Run run{owner, job, {}};
+static Run runOf(const Context& context, Owner owner, const Activity& activity) {
+    Run run{owner, activity, {}};
     if (owner.kind == OwnerKind::Disk) {
         addPatrol(context, owner.id, run);
         return run;
@@ -142,16 +142,16 @@ static Run runOf(const Context& context, Owner owner, const Activity& job) {
         const auto vd = find<_LD_Info>(context, id);
         if (!vd) continue;
         const KT_U64 share = shareOf(context, *vd);
-        if (job.kind == KT_BGA_REBUILD) {
+        if (activity.kind == KT_BGA_REBUILD) {
             addRebuild(context, *vd, base, run);
-        } else if (job.kind == KT_BGA_COPY_BACK) {
+        } else if (activity.kind == KT_BGA_COPY_BACK) {
             addCopy(context, group, *vd, base, run);
-        } else if (job.kind == KT_BGA_MIGRATION) {
+        } else if (activity.kind == KT_BGA_MIGRATION) {
             addMigration(context, *vd, base, run);
         } else {
             addWhole(context, *vd, run);
         }
-        base += job.kind == KT_BGA_MIGRATION ? 2 * share : share;
+        base += activity.kind == KT_BGA_MIGRATION ? 2 * share : share;
     }
     return run;
 }
@@ -168,13 +168,13 @@ static KT_U64 workAt(const Pass& pass, KT_U64 lba, KT_U64 work) {
     return std::min(pass.base + (piece + 1) * PIECE_KIB * pass.scale, work);
 }
 
-static KT_U64 nextOn(const Context& context, const Pass& pass, const Activity& job) {
+static KT_U64 nextOn(const Context& context, const Pass& pass, const Activity& activity) {
     KT_U64 next = NEVER;
-    forEachBadSector(context, pass.pd, lbaAt(pass, job.done), pass.start + pass.sectors,
+    forEachBadSector(context, pass.pd, lbaAt(pass, activity.done), pass.start + pass.sectors,
                      [&](KT_U64 lba, const BadSector& sector) {
                          // A drive that is only asked to verify cannot tell wrong data.
                          if (sector.flaw == FLAW_WRONG && pass.vd == KT_NO_ID) return true;
-                         next = workAt(pass, lba, job.work);
+                         next = workAt(pass, lba, activity.work);
                          return false;
                      });
     return next;
@@ -183,17 +183,17 @@ static KT_U64 nextOn(const Context& context, const Pass& pass, const Activity& j
 static KT_U64 nextOf(const Context& context, const Run& run) {
     KT_U64 next = NEVER;
     for (const Pass& pass : run.passes)
-        next = std::min(next, nextOn(context, pass, run.job));
+        next = std::min(next, nextOn(context, pass, run.activity));
     return next;
 }
 
 // Cheaply false on an adapter whose disks are all sound.
-static bool mayMeet(const Context& context, const Activity& job) {
-    return job.state == KT_STATE_RUNNING && job.done < job.work && anyBadSector(context);
+static bool mayMeet(const Context& context, const Activity& activity) {
+    return activity.state == KT_STATE_RUNNING && activity.done < activity.work && anyBadSector(context);
 }
 
-KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& job) {
-    return mayMeet(context, job) ? nextOf(context, runOf(context, owner, job)) : NEVER;
+KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& activity) {
+    return mayMeet(context, activity) ? nextOf(context, runOf(context, owner, activity)) : NEVER;
 }
 
 // Bad sectors beside each other that fare alike.
@@ -266,8 +266,8 @@ struct Loss {
 static bool suffers(const Context& context, const Run& run, const Pass& from, const Pass& other) {
     const auto vd = find<_LD_Info>(context, from.vd);
     if (!vd || other.vd != from.vd || other.pd == from.pd) return false;
-    if (run.job.kind == KT_BGA_MIGRATION) return true;
-    return other.writes && (run.job.kind == KT_BGA_COPY_BACK || inSameSet(geometryOf(*vd), other.slot, from.slot));
+    if (run.activity.kind == KT_BGA_MIGRATION) return true;
+    return other.writes && (run.activity.kind == KT_BGA_COPY_BACK || inSameSet(geometryOf(*vd), other.slot, from.slot));
 }
 
 // What cannot be written for want of the data is marked, so that nobody takes it for good.
@@ -297,11 +297,11 @@ static void finishStretch(const Context& context, const Pass& pass, const Stretc
 
 // The bad sectors of the pass in the pieces done since, of those flaws that are read as errors (or as data).
 using Found = std::vector<std::pair<KT_U64, BadSector>>;
-static Found foundOn(const Context& context, const Pass& pass, const Activity& job, bool errors) {
-    const KT_U64 done = activityDone(job, context.now);
-    const KT_U64 end = done >= job.work ? pass.start + pass.sectors : lbaAt(pass, done);
+static Found foundOn(const Context& context, const Pass& pass, const Activity& activity, bool errors) {
+    const KT_U64 done = activityDone(activity, context.now);
+    const KT_U64 end = done >= activity.work ? pass.start + pass.sectors : lbaAt(pass, done);
     Found found;
-    forEachBadSector(context, pass.pd, lbaAt(pass, job.done), end, [&](KT_U64 lba, const BadSector& sector) {
+    forEachBadSector(context, pass.pd, lbaAt(pass, activity.done), end, [&](KT_U64 lba, const BadSector& sector) {
         if ((sector.flaw != FLAW_WRONG) == errors) found.emplace_back(lba, sector);
         return true;
     });
@@ -314,7 +314,7 @@ static Stretch judge(const Context& context, const Run& run, KT_U16 pd, KT_U64 l
     const auto block = blockAt(context, pd, lba);
     const bool used = block && block->LDID != KT_BLOCK_FREE;
     const bool whole = used && canRegenerate(context, block->LDID, *block, lba);
-    const bool looksOnly = run.owner.kind != OwnerKind::Disk && run.job.kind == KT_BGA_CHECK;
+    const bool looksOnly = run.owner.kind != OwnerKind::Disk && run.activity.kind == KT_BGA_CHECK;
     const bool repaired = whole && !looksOnly && (sector.flaw == FLAW_LOST || spare != 0);
     if (repaired && sector.flaw == FLAW_UNREADABLE) spare--;
     return Stretch{lba, 1, sector.known, sector.flaw, used && !whole, repaired};
@@ -329,7 +329,7 @@ static void readErrors(const Context& context, const Run& run, const Pass& pass,
     std::vector<Stretch> stretches;
     KT_U32 spare = sectorsToSpare(context, pass.pd);
     bool sensed = false;
-    for (const auto& [lba, sector] : foundOn(context, pass, run.job, true)) {
+    for (const auto& [lba, sector] : foundOn(context, pass, run.activity, true)) {
         if (sector.flaw == FLAW_UNREADABLE && !sensed) logSense(context, pass, lba);
         sensed = sensed || sector.flaw == FLAW_UNREADABLE;
         const Stretch next = judge(context, run, pass.pd, lba, sector, spare);
@@ -371,11 +371,11 @@ static void moveWrongData(const Context& context, const Run& run, const Pass& fr
 // Data that is wrong reads well: only checks compare. What is made from it agrees with it from then on.
 static void readWrongData(const Context& context, const Run& run, const Pass& pass, std::set<KT_U64>& inconsistent) {
     const auto vd = find<_LD_Info>(context, pass.vd);
-    for (const auto& [lba, sector] : foundOn(context, pass, run.job, false)) {
-        bool gone = run.job.kind == KT_BGA_MIGRATION || run.job.kind == KT_BGA_CHECK_FIX;
-        if (run.job.kind == KT_BGA_REBUILD) gone = isOnlySource(context, pass, lba);
-        if (run.job.kind == KT_BGA_COPY_BACK) moveWrongData(context, run, pass, lba);
-        const bool compares = run.job.kind == KT_BGA_CHECK || run.job.kind == KT_BGA_CHECK_FIX;
+    for (const auto& [lba, sector] : foundOn(context, pass, run.activity, false)) {
+        bool gone = run.activity.kind == KT_BGA_MIGRATION || run.activity.kind == KT_BGA_CHECK_FIX;
+        if (run.activity.kind == KT_BGA_REBUILD) gone = isOnlySource(context, pass, lba);
+        if (run.activity.kind == KT_BGA_COPY_BACK) moveWrongData(context, run, pass, lba);
+        const bool compares = run.activity.kind == KT_BGA_CHECK || run.activity.kind == KT_BGA_CHECK_FIX;
         if (vd && compares) inconsistent.insert(inconsistentLba(*vd, pass, lba));
         if (gone) eraseBadSector(context, pass.pd, lba);
     }
@@ -397,7 +397,7 @@ static void overwrite(const Context& context, const Run& run, const Pass& pass) 
     KT_U32 reassigned = 0;
     KT_U32 known = 0;
     for (const bool errors : {true, false}) {
-        for (const auto& [lba, sector] : foundOn(context, pass, run.job, errors)) {
+        for (const auto& [lba, sector] : foundOn(context, pass, run.activity, errors)) {
             if (sector.flaw == FLAW_UNREADABLE && reassigned >= sectorsToSpare(context, pass.pd)) continue;
             reassigned += sector.flaw == FLAW_UNREADABLE ? 1 : 0;
             known += sector.known;
@@ -409,10 +409,10 @@ static void overwrite(const Context& context, const Run& run, const Pass& pass) 
     countReassigned(context, pass.pd, reassigned, known);
 }
 
-void meetBadSectors(const Context& context, Owner owner, const Activity& job) {
-    if (!mayMeet(context, job)) return;
-    const Run run = runOf(context, owner, job);
-    if (nextOf(context, run) > activityDone(job, context.now)) return;
+void meetBadSectors(const Context& context, Owner owner, const Activity& activity) {
+    if (!mayMeet(context, activity)) return;
+    const Run run = runOf(context, owner, activity);
+    if (nextOf(context, run) > activityDone(activity, context.now)) return;
     std::set<KT_U64> inconsistent;
     std::vector<Loss> losses;
     // First what is written: marks of lost data are put on it.
@@ -425,16 +425,16 @@ void meetBadSectors(const Context& context, Owner owner, const Activity& job) {
     for (const Pass& pass : run.passes)
         if (!pass.writes && pass.vd != KT_NO_ID) readWrongData(context, run, pass, inconsistent);
     logInconsistent(context, owner.id, inconsistent);
-    Activity on = job;
-    on.done = activityDone(job, context.now);
+    Activity on = activity;
+    on.done = activityDone(activity, context.now);
     on.since = context.now;
-    saveJob(context, owner, on);
+    saveActivity(context, owner, on);
 }
 
-void wearDisks(const Context& context, Owner owner, const Activity& job) {
-    for (const Pass& pass : runOf(context, owner, job).passes) {
+void wearDisks(const Context& context, Owner owner, const Activity& activity) {
+    for (const Pass& pass : runOf(context, owner, activity).passes) {
         const KT_U64 kib = sectorsToKib(pass.sectors, pass.sectorSize);
-        if (pass.writes || job.kind == KT_BGA_MIGRATION) countWritten(context, pass.pd, kib);
+        if (pass.writes || activity.kind == KT_BGA_MIGRATION) countWritten(context, pass.pd, kib);
     }
 }
 

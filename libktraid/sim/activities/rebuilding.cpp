@@ -1,9 +1,9 @@
 #include "activities/rebuilding.h"
 
-#include "changes/deletion.h"
-#include "changes/spares.h"
+#include "activities/activities.h"
 #include "media/blocks.h"
-#include "raid/members.h"
+#include "raid/roles.h"
+#include "raid/spares.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -16,16 +16,12 @@ static int slotInNeed(const Group& group) {
     return -1;
 }
 
-static bool isMember(const Group& group, KT_U16 pd) {
-    return std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
-}
-
 // Slots that an aborted rebuild left half filled count as needing a disk again.
 static void reopenAborted(const Context& context, Group& group) {
-    const Activity job = jobOf(context, group.owner);
-    if (job.kind != KT_BGA_REBUILD || job.state != KT_STATE_ABORTED) return;
+    const Activity activity = activityOf(context, group.owner);
+    if (activity.kind != KT_BGA_REBUILD || activity.state != KT_STATE_ABORTED) return;
     for (size_t i = 0; i < group.members.size(); ++i)
-        if (group.members[i] == job.disk) group.needsDisk[i] = true;
+        if (group.members[i] == activity.disk) group.needsDisk[i] = true;
 }
 
 static KT_U8 checkRebuildTarget(const Context& context, const Group& group, KT_U16 pd, Disk& disk) {
@@ -63,7 +59,7 @@ static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, in
         group.needsDisk[static_cast<size_t>(slot)] = false;
         logSpareUsed(context, group, pds[i]);
     }
-    startJob(context, group.owner, KT_BGA_REBUILD, work, pds[0]);
+    startActivity(context, group.owner, KT_BGA_REBUILD, work, pds[0]);
     refreshGroup(context, group);
     if (work == 0) finishRebuild(context, group.owner);
     arbitrate(context);
@@ -119,66 +115,9 @@ static bool copyBackOn(const Context& context) {
     return adapterConfig(context).CopyBackOn == 1 && (adapterInfo(context).Features & KT_FEATURE_COPY_BACK) != 0;
 }
 
-// Whether the disk may take its own place in the group again: unused, or outside arrays beside what else it holds.
-static bool canComeHome(const Group& group, const Disk& disk) {
-    const KT_U8 ruledOut = KT_PD_SPARE | KT_PD_OFFLINE | KT_PD_FOREIGN;
-    if ((disk.state.raid & ruledOut) || disk.state.hasOs || disk.state.hasMbr) return false;
-    if (isMember(group, disk.state.config.HDID)) return false;
-    return group.dgid == KT_NO_ID || !(disk.state.raid & KT_PD_MEMBER);
-}
-
-// How gladly the disk is used to rebuild the slot: 0 = not at all, then a spare of the adapter, a spare of the array, a
-// disk that is back in its old place.
-static int willingness(const Group& group, const Disk& disk, KT_U16 home) {
-    const KT_U8 raid = disk.state.raid;
-    if (disk.state.config.HDID == home && canComeHome(group, disk)) return 3;
-    if ((raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) || isMember(group, disk.state.config.HDID)) return 0;
-    // Outside arrays a lost disk may have carried several virtual disks, for all of which one spare stands in.
-    if ((raid & KT_PD_SPARE_IN_USE) && group.dgid != KT_NO_ID) return 0;
-    if (raid & KT_PD_DEDICATED_SPARE) return disk.state.dgid == group.dgid ? 2 : 0;
-    return raid & KT_PD_GLOBAL_SPARE ? 1 : 0;
-}
-
-// Once, not whenever the adapter looks for a disk again.
-static void tellTooSmall(const Context& context, KT_U16 pd, KT_U8 what) {
-    auto disk = find<PdState>(context, pd);
-    if (!disk || (disk->toldTooSmall & what) != 0) return;
-    disk->toldTooSmall |= what;
-    save(context, pd, *disk);
-    logEvent(context, EVT_MISC, what == TOLD_REBUILD ? 20 : 21, pd, SEV_WARNING);
-}
-
-// The disk to rebuild onto by itself, the smallest of the most willing ones, or KT_NO_ID.
-static KT_U16 chooseSpare(const Context& context, const Group& group, int slot) {
-    KT_U16 best = KT_NO_ID;
-    int bestWill = 0;
-    KT_U64 bestSize = 0;
-    std::vector<KT_U16> tooSmall;
-    const KT_U16 home = group.homes[static_cast<size_t>(slot)];
-    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& state) {
-        Disk disk = {};
-        const auto pd = static_cast<KT_U16>(id);
-        if (!(state.raid & KT_PD_SPARE) && pd != home) return true;
-        if (findDisk(context, pd, disk) != KT_OK) return true;
-        const int will = willingness(group, disk, home);
-        const KT_U8 fits = will ? checkFits(context, group, disk) : KT_U8{KT_ERR_FAILED};
-        if (fits == KT_ERR_TARGET_TOO_SMALL) tooSmall.push_back(pd);
-        if (fits != KT_OK || will < bestWill || (will == bestWill && disk.info.Size >= bestSize)) return true;
-        best = pd;
-        bestWill = will;
-        bestSize = disk.info.Size;
-        return true;
-    });
-    if (best == KT_NO_ID) {
-        for (const KT_U16 pd : tooSmall)
-            tellTooSmall(context, pd, TOLD_REBUILD);
-    }
-    return best;
-}
-
 static void rebuildByItself(const Context& context, Owner owner) {
     Group group = groupOf(context, owner);
-    if (!group.usable || !isRedundant(group.geometry.level) || jobOf(context, owner).kind != 0) return;
+    if (!group.usable || !isRedundant(group.geometry.level) || activityOf(context, owner).kind != 0) return;
     for (int slot = slotInNeed(group); slot >= 0; slot = slotInNeed(group)) {
         const KT_U16 pd = chooseSpare(context, group, slot);
         if (pd != KT_NO_ID) {
@@ -189,31 +128,16 @@ static void rebuildByItself(const Context& context, Owner owner) {
     }
 }
 
-// The slot in which a spare stands for a disk that could have its place back, or -1.
-static int slotToCopyBack(const Context& context, const Group& group) {
-    for (size_t i = 0; i < group.members.size(); ++i) {
-        const auto spare = find<PdState>(context, group.members[i]);
-        Disk home = {};
-        if (!spare || !(spare->raid & KT_PD_SPARE_IN_USE) || group.homes[i] == group.members[i]) continue;
-        if (findDisk(context, group.homes[i], home) != KT_OK) continue;
-        if (!canComeHome(group, home)) continue;
-        const KT_U8 fits = checkFits(context, group, home);
-        if (fits == KT_OK) return static_cast<int>(i);
-        if (fits == KT_ERR_TARGET_TOO_SMALL) tellTooSmall(context, group.homes[i], TOLD_COPY_BACK);
-    }
-    return -1;
-}
-
 static void copyBackByItself(const Context& context, Owner owner) {
     const Group group = groupOf(context, owner);
-    if (!group.usable || slotInNeed(group) >= 0 || jobOf(context, owner).kind != 0) return;
+    if (!group.usable || slotInNeed(group) >= 0 || activityOf(context, owner).kind != 0) return;
     const int slot = slotToCopyBack(context, group);
     if (slot < 0) return;
     KT_U8 status = KT_OK;
     const KT_U16 home = group.homes[static_cast<size_t>(slot)];
     const KT_U64 work = placeMember(context, group, slot, home, BLOCK_COPYING, status);
     if (status != KT_OK) return;
-    startJob(context, owner, KT_BGA_COPY_BACK, work, home);
+    startActivity(context, owner, KT_BGA_COPY_BACK, work, home);
     if (work == 0) finishCopyBack(context, owner);
     arbitrate(context);
 }
@@ -234,7 +158,7 @@ static void settleSpare(const Context& context, KT_U16 pd) {
 }
 
 void finishRebuild(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
+    const Activity activity = activityOf(context, owner);
     const Group group = groupOf(context, owner);
     for (size_t slot = 0; slot < group.members.size(); ++slot) {
         bool rebuilt = false;
@@ -246,24 +170,24 @@ void finishRebuild(const Context& context, Owner owner) {
             rebuilt = true;
         }
         const auto disk = find<PdState>(context, group.members[slot]);
-        if (!rebuilt && group.members[slot] != job.disk) continue;
+        if (!rebuilt && group.members[slot] != activity.disk) continue;
         settleSpare(context, group.members[slot]);
         if (disk && (!(disk->raid & KT_PD_SPARE) || !copyBackOn(context)))
             setHome(context, group, static_cast<int>(slot), group.members[slot]);
     }
-    dropJob(context, owner);
-    logJob(context, owner, job, STEP_COMPLETED);
+    dropActivity(context, owner);
+    logActivity(context, owner, activity, STEP_COMPLETED);
     refreshGroup(context, group);
     engageSpares(context);
 }
 
 void finishCopyBack(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
+    const Activity activity = activityOf(context, owner);
     const Group group = groupOf(context, owner);
-    dropJob(context, owner);
-    logJob(context, owner, job, STEP_COMPLETED);
+    dropActivity(context, owner);
+    logActivity(context, owner, activity, STEP_COMPLETED);
     for (size_t slot = 0; slot < group.members.size(); ++slot) {
-        if (group.homes[slot] == job.disk) adoptCopies(context, group, static_cast<int>(slot), job.disk);
+        if (group.homes[slot] == activity.disk) adoptCopies(context, group, static_cast<int>(slot), activity.disk);
     }
     refreshGroup(context, group);
     engageSpares(context);
@@ -279,28 +203,28 @@ static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) 
 }
 
 void loseTarget(const Context& context, Owner owner, KT_U16 pd) {
-    Activity job = jobOf(context, owner);
+    Activity activity = activityOf(context, owner);
     Group group = groupOf(context, owner);
-    if (job.disk != pd && !isHalfFilled(context, group, pd)) return;
+    if (activity.disk != pd && !isHalfFilled(context, group, pd)) return;
     removeMember(context, group, pd);
-    if (job.disk != pd) return;
+    if (activity.disk != pd) return;
     group = groupOf(context, owner);
     const auto other = std::find_if(group.members.begin(), group.members.end(),
                                     [&](KT_U16 member) { return isHalfFilled(context, group, member); });
     if (other == group.members.end()) return failRebuild(context, owner);
-    job.disk = *other;
-    saveJob(context, owner, job);
+    activity.disk = *other;
+    saveActivity(context, owner, activity);
 }
 
 void failRebuild(const Context& context, Owner owner) {
-    const Activity job = jobOf(context, owner);
-    dropJob(context, owner);
-    if (isAlive(job)) logJob(context, owner, job, STEP_FAILED);
+    const Activity activity = activityOf(context, owner);
+    dropActivity(context, owner);
+    if (isAlive(activity)) logActivity(context, owner, activity, STEP_FAILED);
     std::vector<KT_U16> targets = groupOf(context, owner).members;
-    targets.push_back(job.disk);
+    targets.push_back(activity.disk);
     for (const KT_U16 pd : targets) {
         const Group group = groupOf(context, owner);
-        if (pd == job.disk || isHalfFilled(context, group, pd)) removeMember(context, group, pd);
+        if (pd == activity.disk || isHalfFilled(context, group, pd)) removeMember(context, group, pd);
     }
 }
 

@@ -1,7 +1,7 @@
 // Making lost redundancy good again: rebuilds, the spares they use, and copying back from a spare.
 #pragma once
 
-#include "activities/jobs.h"
+#include "raid/activityRecords.h"
 
 namespace sim {
 

@@ -1,12 +1,18 @@
 #include "activities/steering.h"
 
-#include "activities/jobs.h"
-#include "changes/creation.h"
+#include "activities/activities.h"
 #include "media/blocks.h"
+#include "media/disks.h"
 
 #include <algorithm>
 
 namespace sim {
+
+static const KT_U64 QUICK_INIT_KIB = 512 * 1024; // the ends of every member are cleared, nothing else
+
+KT_U64 initializationWork(KT_U8 kind, KT_U64 share) {
+    return kind == KT_BGA_INIT_QUICK ? std::min(share, QUICK_INIT_KIB) : share;
+}
 
 // KT_OK when a virtual disk can begin something: there, working, and nothing else under way.
 static KT_U8 checkIdle(const Context& context, KT_U16 id, Vd& vd) {
@@ -41,8 +47,8 @@ KT_U8 startInitialization(const Context& context, KT_U16 id, KT_U8 initType) {
     if (runsSystem(vd) && initType != KT_INIT_BACKGROUND) return KT_ERR_VD_HAS_OS;
     vd.state.initialized = 0;
     save(context, id, vd.state);
-    startJob(context, Owner{OwnerKind::Vd, id}, rule->kind, initializationWork(rule->kind, shareOf(context, vd.info)),
-             KT_NO_ID);
+    startActivity(context, Owner{OwnerKind::Vd, id}, rule->kind,
+                  initializationWork(rule->kind, shareOf(context, vd.info)), KT_NO_ID);
     arbitrate(context);
     return KT_OK;
 }
@@ -57,8 +63,8 @@ KT_U8 startCheck(const Context& context, KT_U16 id, KT_U8 fix) {
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
     // What was never made consistent can be synchronised, but a check would find nothing but differences.
     if (!fix && !vd.state.initialized) return KT_ERR_VD_NOT_INITIALIZED;
-    startJob(context, Owner{OwnerKind::Vd, id}, fix ? KT_BGA_CHECK_FIX : KT_BGA_CHECK, shareOf(context, vd.info),
-             KT_NO_ID);
+    startActivity(context, Owner{OwnerKind::Vd, id}, fix ? KT_BGA_CHECK_FIX : KT_BGA_CHECK, shareOf(context, vd.info),
+                  KT_NO_ID);
     arbitrate(context);
     return KT_OK;
 }
@@ -72,12 +78,12 @@ KT_U8 startPatrol(const Context& context, KT_U16 id) {
     if (!(disk.state.raid & (KT_PD_MEMBER | KT_PD_SPARE)) || (disk.state.raid & KT_PD_FOREIGN)) return KT_ERR_NOT_SPARE;
     if (isAlive(disk.state.patrol)) return KT_ERR_BGA_RUNNING;
     bool another = false;
-    forEachJob(context, [&](Owner owner, const Activity& job) {
-        another = another || (owner.kind == OwnerKind::Disk && owner.id != id && isAlive(job));
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        another = another || (owner.kind == OwnerKind::Disk && owner.id != id && isAlive(activity));
     });
     if (another) return KT_ERR_ONE_MEDIA_PATROL;
-    startJob(context, Owner{OwnerKind::Disk, id}, KT_PD_BGA_MEDIA_PATROL,
-             sectorsToKib(disk.info.Size, disk.info.BlockSize), KT_NO_ID);
+    startActivity(context, Owner{OwnerKind::Disk, id}, KT_PD_BGA_MEDIA_PATROL,
+                  sectorsToKib(disk.info.Size, disk.info.BlockSize), KT_NO_ID);
     arbitrate(context);
     return KT_OK;
 }
@@ -95,10 +101,11 @@ KT_U8 controlVd(const Context& context, KT_U16 id, KT_U8 control) {
     const KT_U8 status = findVd(context, id, vd);
     if (status != KT_OK) return status;
     if (!isControl(control)) return KT_ERR_BGA_ACTION;
-    const bool arrays = vd.info.DGID != KT_NO_ID && jobOf(context, Owner{OwnerKind::Array, vd.info.DGID}).kind != 0;
+    const bool arrays =
+        vd.info.DGID != KT_NO_ID && activityOf(context, Owner{OwnerKind::Array, vd.info.DGID}).kind != 0;
     if (arrays) return control == KT_CONTROL_STOP_FOR_DELETE ? KT_U8{KT_OK} : KT_U8{KT_ERR_ARRAY_BUSY};
     if (setsGoing(control) && !isUsable(vd.info)) return KT_ERR_VD_NOT_READY;
-    return controlJob(context, Owner{OwnerKind::Vd, id}, control);
+    return controlActivity(context, Owner{OwnerKind::Vd, id}, control);
 }
 
 KT_U8 controlArray(const Context& context, KT_U16 id, KT_U8 control) {
@@ -111,7 +118,7 @@ KT_U8 controlArray(const Context& context, KT_U16 id, KT_U8 control) {
         const auto vd = find<_LD_Info>(context, array.info.VDIDs[i]);
         if (vd && !isUsable(*vd)) return KT_ERR_VD_NOT_READY;
     }
-    return controlJob(context, Owner{OwnerKind::Array, id}, control);
+    return controlActivity(context, Owner{OwnerKind::Array, id}, control);
 }
 
 KT_U8 controlPatrol(const Context& context, KT_U16 id, KT_U8 control) {
@@ -119,7 +126,7 @@ KT_U8 controlPatrol(const Context& context, KT_U16 id, KT_U8 control) {
     const KT_U8 status = findDisk(context, id, disk);
     if (status != KT_OK) return status;
     if (!isControl(control)) return KT_ERR_BGA_ACTION;
-    return controlJob(context, Owner{OwnerKind::Disk, id}, control);
+    return controlActivity(context, Owner{OwnerKind::Disk, id}, control);
 }
 
 } // namespace sim

@@ -2,9 +2,10 @@
 #include "activities/steering.h"
 #include "changes/configuration.h"
 #include "changes/health.h"
-#include "changes/spares.h"
+#include "changes/spareRoles.h"
 #include "frame/call.h"
 #include "media/blocks.h"
+#include "raid/volumes.h"
 
 using namespace sim;
 

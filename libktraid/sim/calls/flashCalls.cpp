@@ -1,6 +1,5 @@
-#include "devices/flashMemory.h"
-
 #include "devices/flashImage.h"
+#include "devices/flashMemory.h"
 #include "frame/call.h"
 
 using namespace sim;

@@ -1,5 +1,5 @@
+#include "devices/smart.h"
 #include "frame/call.h"
-#include "media/smartAttributes.h"
 
 using namespace sim;
 

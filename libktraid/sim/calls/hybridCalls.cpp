@@ -1,5 +1,4 @@
 #include "devices/hybrid.h"
-
 #include "frame/call.h"
 
 using namespace sim;

@@ -1,5 +1,5 @@
+#include "activities/activities.h"
 #include "activities/activityProgress.h"
-#include "activities/jobs.h"
 #include "activities/migrating.h"
 #include "activities/rebuilding.h"
 #include "activities/steering.h"
@@ -27,10 +27,10 @@ static void fillStatus(const Context& context, KT_U16 id, const _LD_Info& vd, _L
     status.LDID = id;
     status.Status = vd.Status;
     if (vd.BGAStatus == KT_STATE_NONE) return;
-    const Activity job = shownActivity(context, Vd{vd, find<VdState>(context, id).value_or(VdState{})});
-    status.Bga = job.kind;
-    status.BgaState = job.state;
-    if (job.kind) status.BgaPercentage = static_cast<KT_U16>(activityPercent(job, context.now));
+    const Activity activity = shownActivity(context, Vd{vd, find<VdState>(context, id).value_or(VdState{})});
+    status.Bga = activity.kind;
+    status.BgaState = activity.state;
+    if (activity.kind) status.BgaPercentage = static_cast<KT_U16>(activityPercent(activity, context.now));
 }
 
 static bool fillConfig(Context& context, KT_U16 id, const _LD_Info& vd, _LD_Config& config) {

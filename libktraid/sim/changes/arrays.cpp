@@ -1,23 +1,16 @@
 #include "changes/arrays.h"
 
-#include "activities/jobs.h"
-#include "changes/deletion.h"
+#include "activities/activities.h"
+#include "changes/vdPlan.h"
 #include "media/blocks.h"
+#include "raid/candidates.h"
+#include "raid/roles.h"
+#include "raid/slots.h"
 #include "state/events.h"
 
 #include <algorithm>
 
 namespace sim {
-
-KT_U64 slotShare(const Array& array, int slot) {
-    return array.info.VDSlotSize[slot] * 2 / std::max<KT_U64>(dataHalves(geometryOf(array)), 1);
-}
-
-void countFreeSlots(Array& array) {
-    array.info.RemainingManagedSpace = 0;
-    for (int i = 0; i < array.info.VDSlotCount; ++i)
-        if (array.info.VDIDs[i] == KT_NO_ID) array.info.RemainingManagedSpace += array.info.VDSlotSize[i];
-}
 
 static KT_U8 checkArrayParam(const _Adapter_Info& adapter, const _CreateOrModify_DG_Param& param) {
     if (!isArrayBased(adapter)) return KT_ERR_NOT_ON_THIS_ADAPTER;
@@ -276,29 +269,6 @@ KT_U8 createLdInArray(const Context& context, const _Create_LD_Param& param, KT_
     if (status != KT_OK || findArray(context, id, array) != KT_OK) return status;
     _CreateOrModify_VD_Param vd = vdParamFor(param, array);
     return createInSlot(context, array, vd, wantedKib);
-}
-
-void freeSlot(const Context& context, KT_U16 dgid, KT_U16 vd) {
-    Array array = {};
-    if (findArray(context, dgid, array) != KT_OK) return;
-    _DG_Info& info = array.info;
-    int kept = 0;
-    for (int i = 0; i < info.VDSlotCount; ++i) {
-        const KT_U16 id = info.VDIDs[i] == vd ? KT_U16{KT_NO_ID} : info.VDIDs[i];
-        const KT_U64 size = info.VDSlotSize[i];
-        if (kept > 0 && id == KT_NO_ID && info.VDIDs[kept - 1] == KT_NO_ID) {
-            info.VDSlotSize[kept - 1] += size;
-            continue;
-        }
-        info.VDIDs[kept] = id;
-        info.VDSlotSize[kept++] = size;
-    }
-    std::fill(info.VDIDs + kept, std::end(info.VDIDs), KT_U16{KT_NO_ID});
-    std::fill(info.VDSlotSize + kept, std::end(info.VDSlotSize), 0);
-    info.VDSlotCount = static_cast<KT_U8>(kept);
-    countFreeSlots(array);
-    save(context, dgid, info);
-    showArrayActivity(context, dgid);
 }
 
 // The free disks that go best together: the most alike ones, in order of their ids.

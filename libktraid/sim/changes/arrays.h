@@ -1,7 +1,7 @@
 // Arrays: disks taken whole, divided into slots that hold virtual disks.
 #pragma once
 
-#include "changes/creation.h"
+#include "state/store.h"
 
 namespace sim {
 
@@ -16,11 +16,5 @@ KT_U8 createLdInArray(const Context& context, const _Create_LD_Param& param, KT_
 // cache on, 0 off.
 KT_U8 quickCreate(const Context& context, KT_U8 type);
 KT_U8 deleteArray(const Context& context, KT_U16 id);
-// Gives a virtual disk's slot back and joins it with free neighbours.
-void freeSlot(const Context& context, KT_U16 dgid, KT_U16 vd);
-// KiB on each member of the array for one of its slots.
-KT_U64 slotShare(const Array& array, int slot);
-// Sets the free space from the slots.
-void countFreeSlots(Array& array);
 
 } // namespace sim

@@ -1,9 +1,10 @@
-// Disks arriving from other adapters.
+#include "changes/arrival.h"
+
+#include "changes/ciphers.h"
 #include "changes/diskIds.h"
 #include "changes/foreign.h"
-#include "devices/encryption.h"
-#include "devices/peripherals.h"
 #include "media/blocks.h"
+#include "media/disks.h"
 #include "media/life.h"
 #include "media/surface.h"
 #include "state/events.h"

@@ -1,7 +1,9 @@
 #include "changes/configuration.h"
 
-#include "changes/creation.h"
 #include "changes/health.h"
+#include "changes/vdPlan.h"
+#include "media/disks.h"
+#include "raid/cacheMode.h"
 #include "state/events.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Settings of virtual disks, arrays and disks.
 #pragma once
 
-#include "raid/volumes.h"
+#include "state/store.h"
 
 namespace sim {
 

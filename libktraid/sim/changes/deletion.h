@@ -9,9 +9,4 @@ namespace sim {
 KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity);
 // Removes the virtual disk with all that belongs to it, whatever it is doing.
 void removeVd(const Context& context, const Vd& vd);
-// Logs that the disk is a free one now; what an array elsewhere wrote on it means nothing any more.
-void becomeFree(const Context& context, KT_U16 pd);
-// Looks again at what a disk is for: without blocks, array or spare role it is free, and its patrol ends.
-void releaseDisk(const Context& context, KT_U16 pd);
-
 } // namespace sim

@@ -1,7 +1,8 @@
 #include "changes/diskIds.h"
 
-#include "devices/peripherals.h"
+#include "media/blocks.h"
 #include "media/surface.h"
+#include "raid/volumes.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,7 +1,7 @@
 // The numbers that an adapter knows its disks by, as its flash remembers them.
 #pragma once
 
-#include "raid/volumes.h"
+#include "state/store.h"
 
 namespace sim {
 

@@ -1,11 +1,11 @@
 #include "changes/foreign.h"
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "activities/rebuilding.h"
-#include "changes/arrays.h"
-#include "changes/spares.h"
+#include "changes/spareRoles.h"
 #include "media/blocks.h"
 #include "raid/members.h"
+#include "raid/slots.h"
 #include "state/events.h"
 
 #include <algorithm>

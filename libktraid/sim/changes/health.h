@@ -1,8 +1,8 @@
-// Disks that fail, go and come, and what follows from it for everything built on them. Statuses are those of the
-// library; KT_OK means that it happened.
+// Disks that fail, go and come, are set down and brought up, and are wiped. Statuses are those of the library; KT_OK
+// means that it happened. What follows from it is in outage.h.
 #pragma once
 
-#include "raid/volumes.h"
+#include "state/store.h"
 
 namespace sim {
 
@@ -16,23 +16,13 @@ KT_U8 pullDisk(const Context& context, KT_U16 pd);
 KT_U8 insertDisk(const Context& context, KT_U16 known);
 // A new, empty disk of the same make takes the place of one that is there or was pulled; `sectors` 0 = as large.
 KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors);
-// The disk's SMART status goes over its threshold, logged when the adapter polls it, or (false) back under it: its wear
-// is undone with it.
-KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped);
-
 // What the library's calls do.
 
 // KT_PD_SetHDStatus: 0 sets the disk down, 1 brings it up again, which its cipher may forbid (KT_ERR_KEY_MISMATCH).
 KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status);
 // KT_ERR_PD_CANNOT_SET_DOWN unless it is a member that its virtual disks can do without.
 KT_U8 setDiskDown(const Context& context, KT_U16 pd);
-// KT_ERR_PD_NOT_OFFLINE when it is up; KT_ERR_LINK_TIMEOUT when it is broken. What went on without it does not take it
-// back as it is, nor does anything when it comes back `emptied`: it becomes a free disk, or is rebuilt onto.
-KT_U8 bringDiskUp(const Context& context, KT_U16 pd, bool emptied);
 // KT_PD_WipeHDMDD.
 KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force);
-
-// Everything that follows when a disk can no longer be used; it stays listed, offline. The caller says why.
-void loseDisk(const Context& context, KT_U16 pd);
 
 } // namespace sim

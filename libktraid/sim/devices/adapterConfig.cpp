@@ -1,6 +1,6 @@
 #include "devices/adapterConfig.h"
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "activities/rebuilding.h"
 #include "devices/settingsPage.h"
 #include "state/events.h"

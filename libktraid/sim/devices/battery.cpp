@@ -1,7 +1,8 @@
 #include "devices/battery.h"
 
-#include "frame/settle.h"
-#include "raid/volumes.h"
+#include "raid/cacheMode.h"
+#include "state/adapterInfo.h"
+#include "state/due.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -156,10 +157,6 @@ KT_U8 getBattery(const Context& context, _BBU_Info& info) {
 }
 
 // The automatic caches.
-
-bool batteryKeepsCache(const Context& context) {
-    return hasPlace(context) && !stateOf(context).abnormal;
-}
 
 static void switchCaches(const Context& context) {
     forEach<VdState>(context, 0, [&](KT_U64 id, const VdState& vd) {

@@ -1,7 +1,7 @@
 // The battery backup unit: charge over time, relearning, and the caches that depend on it.
 #pragma once
 
-#include "devices/peripherals.h"
+#include "state/store.h"
 
 namespace sim {
 
@@ -15,9 +15,6 @@ KT_U8 changeBatteryPower(const Context& context, KT_U8 action);
 
 // What happens at context.now; answers when to look again.
 KT_U64 settleBattery(const Context& context);
-
-// Whether what a cache holds would survive a power failure.
-bool batteryKeepsCache(const Context& context);
 
 // The limits that the settings page states.
 struct BatteryLimits {

@@ -1,7 +1,7 @@
 #include "devices/enclosureElements.h"
 
-#include "activities/jobs.h"
 #include "media/blocks.h"
+#include "raid/activityRecords.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -172,11 +172,11 @@ static KT_U8 raidBits(const Context& context, KT_U16 pd) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         Vd vd = {};
         if (!block || findVd(context, block->LDID, vd) != KT_OK) continue;
-        const Activity job = shownActivity(context, vd);
-        const bool checked = job.kind == KT_BGA_CHECK || job.kind == KT_BGA_CHECK_FIX;
+        const Activity activity = shownActivity(context, vd);
+        const bool checked = activity.kind == KT_BGA_CHECK || activity.kind == KT_BGA_CHECK_FIX;
         if (block->Status == BLOCK_REBUILDING || block->Status == BLOCK_COPYING)
-            bits |= isAlive(job) ? SLOT_REBUILD : SLOT_REBUILD_ABORTED;
-        if (checked && job.state == KT_STATE_RUNNING) bits |= SLOT_CHECK;
+            bits |= isAlive(activity) ? SLOT_REBUILD : SLOT_REBUILD_ABORTED;
+        if (checked && activity.state == KT_STATE_RUNNING) bits |= SLOT_CHECK;
         if (vd.info.Status == KT_VD_DEGRADED) bits |= SLOT_CRITICAL_ARRAY;
         if (vd.info.Status == KT_VD_OFFLINE) bits |= SLOT_FAILED_ARRAY;
     }

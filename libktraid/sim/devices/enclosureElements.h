@@ -1,7 +1,7 @@
 // Enclosures and their elements, as SCSI enclosure services describe them.
 #pragma once
 
-#include "devices/peripherals.h"
+#include "state/store.h"
 
 #include <string>
 #include <vector>

@@ -1,17 +1,12 @@
 #include "devices/encryption.h"
 
-#include "changes/health.h"
-#include "state/events.h"
+#include "changes/ciphers.h"
+#include "changes/outage.h"
 
 #include <algorithm>
 #include <vector>
 
 namespace sim {
-
-static const KT_U16 NO_COMPLAINT = 0;
-static const KT_U16 EVT_PLAIN_ON_CRYPTO_PORT = 55;
-static const KT_U16 EVT_CRYPTO_ON_PLAIN_PORT = 56;
-static const KT_U16 EVT_CIPHER_MISMATCH = 57;
 
 static const size_t SECRET_SIZE = sizeof(_AES_Entry_Config::key_content);
 
@@ -30,22 +25,10 @@ static bool isEmpty(const KT_U8* secret) {
     return std::all_of(secret, secret + SECRET_SIZE, [](KT_U8 byte) { return byte == 0; });
 }
 
-static KT_U8 checkSupport(const Context& context) {
-    return adapterInfo(context).AdvancedFeatures & KT_ADV_CRYPTO ? KT_OK : KT_ERR_NOT_ON_THIS_ADAPTER;
-}
-
 static KT_U8 checkEntry(const Context& context, KT_U8 entry) {
-    const KT_U8 status = checkSupport(context);
+    const KT_U8 status = checkCrypto(context);
     if (status != KT_OK) return status;
     return entry < adapterInfo(context).MaxAESEntry ? KT_OK : KT_ERR_ENTRY_RANGE;
-}
-
-static KT_U8 checkPort(const Context& context, KT_U8 port) {
-    const KT_U8 status = checkSupport(context);
-    if (status != KT_OK) return status;
-    const _Adapter_Info info = adapterInfo(context);
-    if (port >= info.MaxAESPort) return KT_ERR_PORT_RANGE;
-    return port < info.PortCount ? KT_OK : KT_ERR_PORT_NOT_FOUND;
 }
 
 // KT_OK when the entry exists, holds a key and opens with the password.
@@ -59,19 +42,15 @@ static KT_U8 unlock(const Context& context, KT_U8 entry, const KT_U8* password, 
     return KT_OK;
 }
 
-static AesPort portState(const Context& context, KT_U8 port) {
-    return find<AesPort>(context, port).value_or(AesPort{NO_ENTRY, 0, {}});
-}
-
 KT_U8 getAesOverview(const Context& context, _aes_entry_info& info) {
-    const KT_U8 status = checkSupport(context);
+    const KT_U8 status = checkCrypto(context);
     if (status != KT_OK) return status;
     info = {};
     KT_U8 port = 0;
     for (_aes_port_entry& shown : info.aes_port) {
-        const bool used = checkPort(context, port) == KT_OK;
+        const bool used = checkCryptoPort(context, port) == KT_OK;
         shown.id = used ? port : KT_U8{255};
-        shown.entry = used ? portState(context, port).entry : KT_U8{NO_ENTRY};
+        shown.entry = used ? cryptoPort(context, port).entry : KT_U8{NO_ENTRY};
         ++port;
     }
     for (size_t entry = 0; entry < std::size(info.entry); ++entry)
@@ -89,20 +68,20 @@ KT_U8 getAesEntry(const Context& context, KT_U8 entry, _AES_ENTRY_INFO& info) {
 }
 
 KT_U8 getAesPort(const Context& context, KT_U8 port, _AES_PORT_INFO& info) {
-    const KT_U8 status = checkPort(context, port);
+    const KT_U8 status = checkCryptoPort(context, port);
     if (status != KT_OK) return status;
     info = {};
     info.id = port;
-    info.entry = portState(context, port).entry;
+    info.entry = cryptoPort(context, port).entry;
     return KT_OK;
 }
 
 KT_U8 getAesPortConfig(const Context& context, KT_U8 port, _AES_Port_Config& config) {
-    const KT_U8 status = checkPort(context, port);
+    const KT_U8 status = checkCryptoPort(context, port);
     if (status != KT_OK) return status;
     config = {};
     config.port_id = port;
-    config.aes_enable = portState(context, port).enabled;
+    config.aes_enable = cryptoPort(context, port).enabled;
     return KT_OK;
 }
 
@@ -165,80 +144,6 @@ KT_U8 changeAesPassword(const Context& context, const _AES_Entry_Config& config,
     return KT_OK;
 }
 
-// The adapter's port that a chain of links ends at; nothing for a chain that ends nowhere.
-static std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint parent) {
-    for (int depth = 0; depth < 8; ++depth) {
-        if (parent.DevType == KT_LINK_HBA) return parent.PhyID[0];
-        if (parent.DevType == KT_LINK_PM) {
-            const auto multiplier = find<_PM_Info>(context, parent.DevID);
-            if (!multiplier) break;
-            parent = multiplier->Link.Parent;
-        } else {
-            const auto expander = find<_Exp_Info>(context, parent.DevID);
-            if (!expander) break;
-            parent = expander->Link.Parent;
-        }
-    }
-    return std::nullopt;
-}
-
-// The event that says why the disk cannot work on its port.
-static KT_U16 cipherComplaint(const Context& context, KT_U8 port, const DiskCipher& cipher) {
-    const AesPort state = portState(context, port);
-    const bool encrypted = !(cipher.key == Digest{});
-    if (!state.enabled) return encrypted ? EVT_CRYPTO_ON_PLAIN_PORT : NO_COMPLAINT;
-    if (!encrypted) return EVT_PLAIN_ON_CRYPTO_PORT;
-    const auto entry = find<AesEntry>(context, state.entry);
-    return entry && entry->key == cipher.key ? NO_COMPLAINT : EVT_CIPHER_MISMATCH;
-}
-
-static void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher) {
-    if (cipher.offline || !(cipher.key == Digest{})) {
-        save(context, pd, cipher);
-    } else {
-        erase<DiskCipher>(context, pd);
-    }
-}
-
-static void reviewDisk(const Context& context, KT_U16 pd, KT_U8 port) {
-    DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
-    const auto state = find<PdState>(context, pd);
-    if (!state || checkPort(context, port) != KT_OK) return;
-    const KT_U16 complaint = cipherComplaint(context, port, cipher);
-    if (complaint != NO_COMPLAINT && !(state->raid & KT_PD_OFFLINE)) {
-        cipher.offline = 1;
-        saveCipher(context, pd, cipher);
-        logEvent(context, EVT_PD, complaint, pd, SEV_MAJOR);
-        loseDisk(context, pd);
-    } else if (complaint == NO_COMPLAINT && cipher.offline) {
-        cipher.offline = 0;
-        saveCipher(context, pd, cipher);
-        bringDiskUp(context, pd, false);
-    }
-}
-
-const char* whyLocked(const Context& context, KT_U16 pd) {
-    const auto disk = find<_HD_Info>(context, pd);
-    const auto cipher = find<DiskCipher>(context, pd);
-    const auto port = disk ? rootPort(context, disk->Link.Parent) : std::nullopt;
-    if (!cipher || !cipher->offline || !port) return "";
-    switch (cipherComplaint(context, *port, *cipher)) {
-    case EVT_PLAIN_ON_CRYPTO_PORT:
-        return "it is plain, its port encrypts";
-    case EVT_CRYPTO_ON_PLAIN_PORT:
-        return "it is encrypted, its port is not";
-    default:
-        return "the key of its port is not its own";
-    }
-}
-
-void reviewDiskCipher(const Context& context, KT_U16 pd) {
-    const auto disk = find<_HD_Info>(context, pd);
-    if (!disk) return;
-    const auto port = rootPort(context, disk->Link.Parent);
-    if (port) reviewDisk(context, pd, *port);
-}
-
 // How many running systems have lost their disk or virtual disk.
 static size_t lostSystems(const Context& context) {
     size_t lost = 0;
@@ -261,15 +166,15 @@ static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
         return true;
     });
     for (const KT_U16 pd : disks)
-        reviewDisk(context, pd, port);
+        reviewCipherOn(context, pd, port);
     return lostSystems(context) > lostBefore ? KT_U8{KT_ERR_VD_HAS_OS} : KT_U8{KT_OK};
 }
 
 KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
-    const KT_U8 status = checkPort(context, config.port_id);
+    const KT_U8 status = checkCryptoPort(context, config.port_id);
     if (status != KT_OK) return status;
     if (config.aes_enable > 1) return KT_ERR_INVALID_PARAMETER;
-    AesPort port = portState(context, config.port_id);
+    AesPort port = cryptoPort(context, config.port_id);
     if (config.aes_enable && port.entry == NO_ENTRY) return KT_ERR_KEY_ABSENT;
     const size_t lost = lostSystems(context);
     port.enabled = config.aes_enable;
@@ -278,12 +183,12 @@ KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
 }
 
 KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& entry) {
-    KT_U8 status = checkPort(context, port);
+    KT_U8 status = checkCryptoPort(context, port);
     if (status != KT_OK) return status;
     AesEntry unlocked = {};
     status = unlock(context, entry.entry_id, entry.user_auth, unlocked);
     if (status != KT_OK) return status;
-    AesPort state = portState(context, port);
+    AesPort state = cryptoPort(context, port);
     if (state.entry != NO_ENTRY) return KT_ERR_KEY_PRESENT;
     state.entry = entry.entry_id;
     const size_t lost = lostSystems(context);
@@ -292,16 +197,16 @@ KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& en
 }
 
 KT_U8 clearAesLink(const Context& context, KT_U8 port) {
-    const KT_U8 status = checkPort(context, port);
+    const KT_U8 status = checkCryptoPort(context, port);
     if (status != KT_OK) return status;
-    if (portState(context, port).entry == NO_ENTRY) return KT_ERR_INVALID_REQUEST;
+    if (cryptoPort(context, port).entry == NO_ENTRY) return KT_ERR_INVALID_REQUEST;
     const size_t lost = lostSystems(context);
     erase<AesPort>(context, port);
     return reviewPort(context, port, lost);
 }
 
 KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, KT_U16 pd, KT_U8 percentage) {
-    const KT_U8 status = checkSupport(context);
+    const KT_U8 status = checkCrypto(context);
     if (status != KT_OK) return status;
     if (config.key_length != SECRET_SIZE) return KT_ERR_KEY_LENGTH;
     if (percentage < 10 || percentage > 100 || percentage % 10 != 0) return KT_ERR_OUT_OF_RANGE;
@@ -310,7 +215,7 @@ KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, K
     DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
     const auto port = rootPort(context, disk->Link.Parent);
     if (!cipher.offline || !port) return KT_ERR_DISK_NOT_OFFLINE;
-    const AesPort state = portState(context, *port);
+    const AesPort state = cryptoPort(context, *port);
     const auto entry = state.enabled ? find<AesEntry>(context, state.entry) : std::nullopt;
     cipher.offline = 0;
     cipher.key = entry ? entry->key : Digest{};

@@ -1,7 +1,7 @@
 // Key entries, encrypting ports and the disks on them. Statuses as the calls answer them.
 #pragma once
 
-#include "devices/peripherals.h"
+#include "state/store.h"
 
 namespace sim {
 
@@ -24,11 +24,5 @@ KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& en
 KT_U8 clearAesLink(const Context& context, KT_U8 port);
 // Gives a disk that its cipher keeps offline the cipher of its port, on that part of it, and brings it up.
 KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, KT_U16 pd, KT_U8 percentage);
-
-// Why the cipher of an offline disk keeps it so, for people ("no key fits", ...); empty when that is not the reason.
-const char* whyLocked(const Context& context, KT_U16 pd);
-
-// To be called for a disk that arrives: offline, with its event, when its cipher does not suit its port.
-void reviewDiskCipher(const Context& context, KT_U16 pd);
 
 } // namespace sim

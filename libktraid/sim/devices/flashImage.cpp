@@ -1,7 +1,6 @@
 #include "devices/flashImage.h"
 
 #include <cstring>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

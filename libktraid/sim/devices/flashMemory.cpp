@@ -1,9 +1,9 @@
 #include "devices/flashMemory.h"
 
-#include "activities/jobs.h"
 #include "changes/diskIds.h"
 #include "devices/flashImage.h"
 #include "devices/settingsPage.h"
+#include "raid/activityRecords.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -270,8 +270,8 @@ KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announceme
 KT_U8 erasePdPage(Context& context, KT_U8 pageCode) {
     if (pageCode != KT_PAGE_PD && pageCode != KT_PAGE_PD_FORCE) return KT_ERR_INVALID_PARAMETER;
     bool busy = false;
-    forEachJob(context, [&](Owner owner, const Activity& job) {
-        busy |= owner.kind != OwnerKind::Disk && job.state == KT_STATE_RUNNING;
+    forEachActivity(context, [&](Owner owner, const Activity& activity) {
+        busy |= owner.kind != OwnerKind::Disk && activity.state == KT_STATE_RUNNING;
     });
     if (busy && pageCode == KT_PAGE_PD) return failWith(context, EVT_ERASE_FAILED, KT_ERR_BGA_RUNNING);
     pageCode == KT_PAGE_PD_FORCE ? renumberDisks(context) : forgetAwayIds(context);

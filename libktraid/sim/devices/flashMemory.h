@@ -2,7 +2,7 @@
 // them; what fails inside an image logs its event and sets context.keepOnFailure.
 #pragma once
 
-#include "devices/peripherals.h"
+#include "state/store.h"
 
 namespace sim {
 

@@ -1,5 +1,7 @@
 #include "devices/hybrid.h"
 
+#include "state/adapterInfo.h"
+
 #include <cstdio>
 
 namespace sim {

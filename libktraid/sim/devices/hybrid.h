@@ -1,7 +1,7 @@
 // The hybrid tier: entries tables, magic numbers, links between virtual and hard disks.
 #pragma once
 
-#include "devices/peripherals.h"
+#include "state/store.h"
 
 namespace sim {
 

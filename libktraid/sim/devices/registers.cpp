@@ -1,4 +1,5 @@
 #include "devices/flashMemory.h"
+#include "state/adapterInfo.h"
 #include "state/simClock.h"
 
 #include <algorithm>

@@ -1,8 +1,7 @@
 #include "devices/settingsPage.h"
 
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "devices/battery.h"
-#include "state/events.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The adapter's stored settings page (image type 0).
 #pragma once
 
-#include "devices/peripherals.h"
+#include "state/store.h"
 
 namespace sim {
 

@@ -1,6 +1,8 @@
 #include "frame/call.h"
 
 #include "frame/settle.h"
+#include "state/due.h"
+#include "state/faults.h"
 #include "state/simClock.h"
 
 #include <algorithm>

@@ -11,7 +11,6 @@
 // writes the trace. An Access::Read body that tries to write fails.
 #pragma once
 
-#include "state/faults.h"
 #include "state/store.h"
 #include "state/trace.h"
 

@@ -1,30 +1,14 @@
 #include "frame/settle.h"
 
+#include "activities/completion.h"
+#include "devices/battery.h"
+
 #include <algorithm>
 
 namespace sim {
 
 static AdapterState stateOf(const Context& context) {
     return find<AdapterState>(context, 0).value_or(AdapterState{});
-}
-
-bool settleDue(const Context& context) {
-    const AdapterState state = stateOf(context);
-    return std::min(state.dueRaid, state.duePeripherals) <= context.now;
-}
-
-void scheduleRaid(const Context& context, KT_U64 due) {
-    AdapterState state = stateOf(context);
-    if (due >= state.dueRaid) return;
-    state.dueRaid = due;
-    save(context, 0, state);
-}
-
-void schedulePeripherals(const Context& context, KT_U64 due) {
-    AdapterState state = stateOf(context);
-    if (due >= state.duePeripherals) return;
-    state.duePeripherals = due;
-    save(context, 0, state);
 }
 
 // More moments in a row than any rule has reason to want a look again at the very next one.
@@ -41,7 +25,7 @@ void settle(Context& context) {
         context.now = due == 0 ? now : due;
         const KT_U64 later = context.now + 1;
         const bool raid = before.dueRaid <= context.now;
-        KT_U64 next = raid ? settleRaid(context) : settlePeripherals(context);
+        KT_U64 next = raid ? settleActivities(context) : settleBattery(context);
         inARow = next <= later ? inARow + 1 : 0;
         // A rule that never gets past its moment would be asked about every millisecond of a long absence.
         const bool stuck = inARow > TOO_MANY;

@@ -1,6 +1,5 @@
 #include "lab/lab.h"
 
-#include "lab/labReader.h"
 #include "state/simClock.h"
 
 #include <cstring>

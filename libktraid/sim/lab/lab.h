@@ -11,7 +11,7 @@
 // which is what a state is printed as, gives every row as it is, field by field; what it leaves out is zero.
 #pragma once
 
-#include "lab/labFields.h"
+#include "lab/labReader.h"
 #include "state/store.h"
 
 #include <string>

@@ -1,5 +1,4 @@
 #include "lab/lab.h"
-#include "lab/labReader.h"
 #include "state/events.h"
 
 #include <algorithm>

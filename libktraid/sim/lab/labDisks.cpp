@@ -1,6 +1,5 @@
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "lab/lab.h"
-#include "lab/labReader.h"
 #include "media/surface.h"
 
 #include <algorithm>

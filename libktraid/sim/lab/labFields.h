@@ -1,7 +1,7 @@
 // The fields of every record by name, so that labs can state and print them one by one.
 #pragma once
 
-#include "state/records.h"
+#include "state/kinds.h"
 
 #include <nlohmann/json.hpp>
 #include <string>

@@ -1,4 +1,3 @@
-#include "devices/peripherals.h"
 #include "lab/labFieldMaker.h"
 
 namespace sim {

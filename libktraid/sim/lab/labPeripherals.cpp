@@ -1,7 +1,6 @@
 #include "devices/enclosureElements.h"
 #include "devices/encryption.h"
 #include "lab/lab.h"
-#include "lab/labReader.h"
 
 namespace sim {
 

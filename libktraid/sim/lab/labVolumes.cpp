@@ -1,9 +1,9 @@
-#include "activities/jobs.h"
+#include "activities/activities.h"
 #include "activities/rebuilding.h"
 #include "changes/foreign.h"
 #include "lab/lab.h"
-#include "lab/labReader.h"
 #include "media/blocks.h"
+#include "raid/cacheMode.h"
 #include "state/simClock.h"
 
 #include <algorithm>

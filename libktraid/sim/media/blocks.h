@@ -6,6 +6,16 @@
 
 namespace sim {
 
+inline constexpr int MAX_MEMBERS = 128; // blocks of a disk, disks of a virtual disk or array
+
+// _Block_Info.Status
+enum : KT_U8 {
+    BLOCK_GOOD = 0,
+    BLOCK_OFFLINE = 1,    // its disk does not work
+    BLOCK_REBUILDING = 2, // being filled in its virtual disk's slot
+    BLOCK_COPYING = 3     // copied back to; not in a slot yet
+};
+
 // The blocks of one disk, in order of their place on it; none for an unknown disk.
 _HD_Block_Info blocksOf(const Context& context, KT_U16 pd);
 // Adds `block` with the lowest free id and answers that id, or KT_NO_ID when the adapter or the disk has no more.

@@ -1,6 +1,5 @@
 #include "media/life.h"
 
-#include "activities/jobs.h"
 #include "media/blocks.h"
 
 #include <algorithm>
@@ -53,9 +52,9 @@ Life lifeOf(const Context& context, KT_U16 pd, const _HD_Info& disk) {
     return life;
 }
 
-int warmthNow(const Context& context, KT_U16 pd) {
-    const int daily = DAILY_WARMTH[context.now / HOUR % std::size(DAILY_WARMTH)];
-    return daily + (isBusy(context, pd) ? WORKING_WARMTH : 0);
+int warmthAt(KT_U64 moment, bool busy) {
+    const int daily = DAILY_WARMTH[moment / HOUR % std::size(DAILY_WARMTH)];
+    return daily + (busy ? WORKING_WARMTH : 0);
 }
 
 void beginLife(const Context& context, KT_U16 pd) {

@@ -1,7 +1,7 @@
 // How a disk has fared: its hours, its power, its warmth, what was written to it.
 #pragma once
 
-#include "devices/peripherals.h"
+#include "state/store.h"
 
 namespace sim {
 
@@ -16,8 +16,8 @@ struct Life {
     KT_U64 wear;    // percent of the life of a solid state disk
 };
 Life lifeOf(const Context& context, KT_U16 pd, const _HD_Info& disk);
-// Degrees that the hour of the day and what it is doing add to its temperature.
-int warmthNow(const Context& context, KT_U16 pd);
+// Degrees that the hour of the day and its work add to the temperature of a disk.
+int warmthAt(KT_U64 moment, bool busy);
 
 DiskAge ageOf(const Context& context, KT_U16 pd); // all zero when nothing has befallen it
 // A disk fresh from the factory takes that id.

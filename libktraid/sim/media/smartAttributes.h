@@ -1,30 +1,16 @@
-// Disks as they age: SMART attributes and what the drive itself says.
+// The SMART attributes that a disk with such a life behind it states.
 #pragma once
 
-#include "devices/peripherals.h"
-
-#include <string>
-#include <vector>
+#include "media/life.h"
 
 namespace sim {
 
-KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info);
-// The non-data commands a drive knows; others end with an aborted command, as the registers say.
-KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& command);
+inline constexpr KT_U32 BAD_BLOCK_TABLE = 512; // sectors a disk can reassign
 
-enum class Ageing { Done, NoDisk, NoAttributes, OnlySpinning, OnlySolidState };
-// Ages a disk: `aspect` is one of agingWords(). A threshold that it crosses is logged. NoAttributes for a disk that
-// keeps none; the last two when it is of the kind of disk that does not wear that way.
-Ageing ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_U32 amount);
-std::vector<std::string> agingWords();
-
-// A drive's own account of its sectors: that many more cannot be read; that many were put elsewhere, of which `known`
-// were counted as unreadable before.
-void countUnreadable(const Context& context, KT_U16 pd, KT_U32 sectors);
-void countReassigned(const Context& context, KT_U16 pd, KT_U32 sectors, KT_U32 known);
-// An activity has written that much to the disk, which wears a solid state one.
-void countWritten(const Context& context, KT_U16 pd, KT_U64 kib);
-// Sectors that the drive can still put elsewhere.
-KT_U32 sectorsToSpare(const Context& context, KT_U16 pd);
+// Whether the disk keeps SMART attributes.
+bool knowsSmart(const _HD_Info& disk);
+_SMART_Info describeAttributes(const Life& life, const _HD_Info& disk);
+// Whether one of them is at its threshold now.
+bool isFailing(const _SMART_Info& info);
 
 } // namespace sim

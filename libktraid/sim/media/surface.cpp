@@ -1,7 +1,6 @@
 #include "media/surface.h"
 
 #include "media/blocks.h"
-#include "state/digest.h"
 
 #include <algorithm>
 #include <vector>
@@ -68,30 +67,9 @@ std::optional<_Block_Info> blockAt(const Context& context, KT_U16 pd, KT_U64 lba
     return std::nullopt;
 }
 
-static bool isGuardedBlock(const Context& context, const _Block_Info& block) {
-    const auto vd = find<_LD_Info>(context, block.LDID);
-    return vd && block.Status == BLOCK_GOOD && isUsable(*vd) && isRedundant(vd->RaidMode);
-}
-
-bool isGuarded(const Context& context, KT_U16 pd, KT_U64 lba) {
-    const auto block = blockAt(context, pd, lba);
-    return block && isGuardedBlock(context, *block);
-}
-
-struct Extent {
-    KT_U64 start;
-    KT_U64 sectors;
-};
-
-// Where bad sectors of the kind can lie.
-static Extent extentFor(const Context& context, KT_U16 pd, const _HD_Info& disk, KT_U8 flaw) {
-    if (flaw != FLAW_WRONG) return Extent{0, std::min(disk.Size, LBA_END)};
-    const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
-        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
-        if (block && isGuardedBlock(context, *block)) return Extent{block->StartLBA, block->Size};
-    }
-    return Extent{0, 0};
+Extent wholeDisk(const Context& context, KT_U16 pd) {
+    const auto disk = find<_HD_Info>(context, pd);
+    return Extent{0, disk ? std::min(disk->Size, LBA_END) : 0};
 }
 
 // A number that follows from the disk and what is on it, the same whenever it is asked for.
@@ -103,17 +81,17 @@ static KT_U64 chance(const Context& context, KT_U16 pd, const _HD_Info& disk) {
     return number;
 }
 
-KT_U32 addBadSectors(const Context& context, KT_U16 pd, const BadSector& sector, KT_U32 count, KT_U64* first) {
+KT_U32 scratchSurface(const Context& context, KT_U16 pd, const Scratch& scratch, KT_U64* first) {
     const auto disk = find<_HD_Info>(context, pd);
-    const Extent extent = disk ? extentFor(context, pd, *disk, sector.flaw) : Extent{0, 0};
-    if (extent.sectors == 0) return 0;
+    const Extent extent = scratch.within;
+    if (!disk || extent.sectors == 0) return 0;
     const KT_U64 start = chance(context, pd, *disk) % extent.sectors;
-    const KT_U64 wanted = std::min<KT_U64>(count, BAD_SECTORS_KEPT);
+    const KT_U64 wanted = std::min<KT_U64>(scratch.count, BAD_SECTORS_KEPT);
     KT_U32 added = 0;
     // Those that meet an older scratch try again further on, twice as often as there can be any.
     for (KT_U64 i = 0; added < wanted && i < 2 * BAD_SECTORS_KEPT; ++i) {
         const KT_U64 lba = extent.start + (start + i / RUN * TRACK + i % RUN) % extent.sectors;
-        if (!addBadSector(context, pd, lba, sector)) continue;
+        if (!addBadSector(context, pd, lba, scratch.sector)) continue;
         if (added++ == 0 && first) *first = lba;
     }
     return added;

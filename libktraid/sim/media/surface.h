@@ -2,7 +2,9 @@
 // notices before something reads there, which reading.h does.
 #pragma once
 
-#include "raid/volumes.h"
+#include "state/store.h"
+
+#include <functional>
 
 namespace sim {
 
@@ -29,11 +31,21 @@ void knowBadSector(const Context& context, KT_U16 pd, KT_U64 lba);
 
 // Makes a sector bad; false when that makes no difference to it, or the disk has as many as are kept.
 bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector);
-// Makes that many bad where a disk has them: a scratch across neighbouring tracks, its place following from the disk
-// and what it has already. Wrong data lies only where it makes a difference. Answers how many, and the first.
-KT_U32 addBadSectors(const Context& context, KT_U16 pd, const BadSector& sector, KT_U32 count, KT_U64* first = nullptr);
-// Whether the sector belongs to a redundant virtual disk in use, so that its being wrong could ever show.
-bool isGuarded(const Context& context, KT_U16 pd, KT_U64 lba);
+// A stretch of a disk's sectors.
+struct Extent {
+    KT_U64 start;
+    KT_U64 sectors;
+};
+Extent wholeDisk(const Context& context, KT_U16 pd);
+
+// A scratch across neighbouring tracks: `count` sectors inside the extent become bad alike.
+struct Scratch {
+    Extent within;
+    BadSector sector;
+    KT_U32 count;
+};
+// Its place follows from the disk and what it has already. Answers how many sectors became bad, and the first.
+KT_U32 scratchSurface(const Context& context, KT_U16 pd, const Scratch& scratch, KT_U64* first = nullptr);
 
 // The bad sectors of the disk, of that flaw or (0) all, are no more.
 void forgetSurface(const Context& context, KT_U16 pd, KT_U8 flaw = 0);

@@ -1,14 +1,12 @@
 #include "raid/candidates.h"
 
 #include "media/blocks.h"
+#include "raid/levels.h"
+#include "state/adapterInfo.h"
 
 #include <algorithm>
 
 namespace sim {
-
-bool isSolidState(const _HD_Info& disk) {
-    return disk.HD_SSD_Type != 0 || (disk.HDType & KT_HD_SSD) != 0;
-}
 
 KT_U64 largestGapKib(const Context& context, const Disk& disk) {
     const KT_U64 end = kibToSectors(validKib(disk.info, disk.state), disk.info.BlockSize);

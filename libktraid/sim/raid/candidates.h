@@ -1,7 +1,7 @@
 // Which disks may be used for what.
 #pragma once
 
-#include "raid/volumes.h"
+#include "media/disks.h"
 
 #include <vector>
 
@@ -20,7 +20,6 @@ KT_U8 checkNewMember(const Context& context, KT_U16 id, Sharing sharing, Disk& d
 // KT_OK when the disks can serve together: as large sectors, and of one type (SATA or SAS, solid state or not) where
 // the adapter asks for that.
 KT_U8 checkAlike(const Context& context, const _HD_Info& one, const _HD_Info& other);
-bool isSolidState(const _HD_Info& disk);
 // The largest stretch of KiB that no block holds.
 KT_U64 largestGapKib(const Context& context, const Disk& disk);
 

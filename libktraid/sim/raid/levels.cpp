@@ -1,5 +1,7 @@
 #include "raid/levels.h"
 
+#include "raid/activityRecords.h"
+
 namespace sim {
 
 enum class Count : KT_U8 { Any, Even, Odd };

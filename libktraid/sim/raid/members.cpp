@@ -1,7 +1,8 @@
 #include "raid/members.h"
 
-#include "changes/deletion.h"
 #include "media/blocks.h"
+#include "raid/candidates.h"
+#include "raid/roles.h"
 
 #include <algorithm>
 
@@ -66,6 +67,10 @@ Group groupOf(const Context& context, Owner owner) {
     for (const KT_U16 pd : group.members)
         group.needsDisk.push_back(isOut(context, pd));
     return group;
+}
+
+bool isMember(const Group& group, KT_U16 pd) {
+    return std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
 }
 
 void setHome(const Context& context, const Group& group, int slot, KT_U16 pd) {

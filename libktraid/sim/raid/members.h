@@ -1,8 +1,8 @@
 // Members of virtual disks and arrays seen alike: who is in which slot, and putting another disk in.
 #pragma once
 
-#include "activities/jobs.h"
-#include "raid/candidates.h"
+#include "media/disks.h"
+#include "raid/activityRecords.h"
 
 #include <vector>
 
@@ -21,6 +21,7 @@ struct Group {
 };
 
 Group groupOf(const Context& context, Owner owner);
+bool isMember(const Group& group, KT_U16 pd);
 // Every virtual disk outside arrays and every array.
 std::vector<Owner> allGroups(const Context& context);
 // The group a virtual disk belongs to.

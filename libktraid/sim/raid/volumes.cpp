@@ -1,20 +1,11 @@
 #include "raid/volumes.h"
 
-#include "devices/battery.h"
 #include "media/blocks.h"
 #include "state/events.h"
 
 #include <algorithm>
 
 namespace sim {
-
-_Adapter_Info adapterInfo(const Context& context) {
-    return find<_Adapter_Info>(context, 0).value_or(_Adapter_Info{});
-}
-
-_Adapter_Config_V2 adapterConfig(const Context& context) {
-    return find<_Adapter_Config_V2>(context, 0).value_or(_Adapter_Config_V2{});
-}
 
 KT_U8 findVd(const Context& context, KT_U16 id, Vd& vd) {
     const auto info = find<_LD_Info>(context, id);
@@ -30,14 +21,6 @@ KT_U8 findArray(const Context& context, KT_U16 id, Array& array) {
     const auto info = find<_DG_Info>(context, id);
     if (!info) return KT_ERR_INVALID_ARRAY;
     array = Array{*info, find<DgState>(context, id).value_or(DgState{})};
-    return KT_OK;
-}
-
-KT_U8 findDisk(const Context& context, KT_U16 id, Disk& disk) {
-    const auto info = find<_HD_Info>(context, id);
-    if (!info) return KT_ERR_INVALID_PD;
-    disk = Disk{*info, find<PdState>(context, id).value_or(PdState{})};
-    disk.state.config.HDID = id;
     return KT_OK;
 }
 
@@ -199,12 +182,6 @@ KT_U16 freeId(const Context& context, Kind kind, KT_U64 limit) {
         ++next;
     endWalk(walk);
     return next < limit ? static_cast<KT_U16>(next) : KT_U16{KT_NO_ID};
-}
-
-KT_U8 cacheModeFor(const Context& context, KT_U8 policy) {
-    if ((policy & KT_CACHE_AUTO) == 0) return policy;
-    const KT_U8 rest = policy & static_cast<KT_U8>(~(KT_CACHE_AUTO | KT_CACHE_OFF));
-    return batteryKeepsCache(context) ? rest : static_cast<KT_U8>(rest | KT_CACHE_OFF);
 }
 
 } // namespace sim

@@ -2,23 +2,14 @@
 #pragma once
 
 #include "raid/levels.h"
-#include "state/store.h"
+#include "state/adapterInfo.h"
 
 #include <functional>
 
 namespace sim {
 
-inline constexpr int MAX_MEMBERS = 128;
 inline constexpr int MAX_SLOTS = 32;
 inline constexpr KT_U64 KIB_PER_MB = 1024;
-
-// _Block_Info.Status
-enum : KT_U8 {
-    BLOCK_GOOD = 0,
-    BLOCK_OFFLINE = 1,    // its disk does not work
-    BLOCK_REBUILDING = 2, // being filled in its virtual disk's slot
-    BLOCK_COPYING = 3     // copied back to; not in a slot yet
-};
 
 // _DG_Info.Status
 enum : KT_U8 { ARRAY_FUNCTIONAL = 0, ARRAY_PD_MISSING = 1, ARRAY_OFFLINE = 2 };
@@ -31,16 +22,6 @@ struct Array {
     _DG_Info info;
     DgState state;
 };
-struct Disk {
-    _HD_Info info;
-    PdState state;
-};
-
-_Adapter_Info adapterInfo(const Context& context);
-_Adapter_Config_V2 adapterConfig(const Context& context);
-inline bool isArrayBased(const _Adapter_Info& adapter) {
-    return adapter.MaxDiskGroup != 0;
-}
 
 // Whether disks may hold parts of several virtual disks: only without arrays, and only on the first generation, but for
 // the hybrid levels, which later ones too put beside others.
@@ -51,15 +32,11 @@ inline bool sharesDisks(const _Adapter_Info& adapter, KT_U8 level) {
 }
 
 // Each answers KT_OK and fills its second argument, or says why there is none: KT_ERR_INVALID_VD beyond the adapter's
-// range, KT_ERR_VD_MISSING within it; KT_ERR_INVALID_ARRAY; KT_ERR_INVALID_PD.
+// range, KT_ERR_VD_MISSING within it; KT_ERR_INVALID_ARRAY.
 KT_U8 findVd(const Context& context, KT_U16 id, Vd& vd);
 KT_U8 findArray(const Context& context, KT_U16 id, Array& array);
-KT_U8 findDisk(const Context& context, KT_U16 id, Disk& disk);
 void saveVd(const Context& context, const Vd& vd);
 void saveArray(const Context& context, const Array& array);
-inline void saveDisk(const Context& context, const Disk& disk) {
-    save(context, disk.state.config.HDID, disk.state);
-}
 template <class Visit>
 void forEachVd(const Context& context, Visit&& visit) {
     forEach<_LD_Info>(context, 0, [&](KT_U64 id, const _LD_Info& info) {
@@ -89,8 +66,5 @@ void refreshVdStatus(const Context& context, KT_U16 id);
 void refreshArrayStatus(const Context& context, KT_U16 id);
 // The lowest id below `limit` that no row of the kind has, or KT_NO_ID.
 KT_U16 freeId(const Context& context, Kind kind, KT_U64 limit);
-
-// Cache mode in force: KT_CACHE_AUTO is resolved by the battery.
-KT_U8 cacheModeFor(const Context& context, KT_U8 policy);
 
 } // namespace sim

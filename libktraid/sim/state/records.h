@@ -3,48 +3,20 @@
 #pragma once
 
 #include "ktraid.h"
+#include "state/digest.h"
 
 namespace sim {
 
 enum : KT_U8 { ADAPTER_GLOBAL = 255 }; // rows that belong to no adapter
 inline constexpr KT_U64 NEVER = ~KT_U64{0};
 
-enum Kind : KT_U8 {
-    KIND_GLOBAL = 1,
-    KIND_CLOCK = 2,
-    KIND_FAULT = 3,
-    KIND_ADAPTER = 10,
-    KIND_ADAPTER_CONFIG = 11,
-    KIND_ADAPTER_STATE = 12,
-    KIND_VD = 20,
-    KIND_VD_STATE = 21,
-    KIND_VD_TARGET = 22,
-    KIND_VD_AWAY = 23,
-    KIND_DG = 30,
-    KIND_DG_STATE = 31,
-    KIND_PD = 40,
-    KIND_PD_STATE = 41,
-    KIND_PD_PULLED = 42,
-    KIND_PD_PULLED_BLOCKS = 45,
-    KIND_BAD_SECTOR = 46,
-    KIND_PD_ARRAY_LABEL = 47,
-    KIND_BLOCK = 50,
-    KIND_PD_BLOCKS = 51,
-    KIND_PM = 60,
-    KIND_EXPANDER = 61,
-    KIND_ENCLOSURE = 62,
-    KIND_EVENT = 70,
-    KIND_BATTERY = 80
-    // Each further kind of the peripherals takes a free number and a line in KindOf below (or beside its struct).
-};
-
-// A long-running job: of a virtual disk, an array or a disk (media patrol). Times are milliseconds of the simulated
-// clock, amounts KiB. Its progress follows from these by activityDone(); nothing has to tick.
+// A long-running activity: of a virtual disk, an array or a disk (media patrol). Times are milliseconds of the
+// simulated clock, amounts KiB. Its progress follows from these by activityDone(); nothing has to tick.
 struct Activity {
     KT_U8 kind;    // KT_BGA_*, or KT_PD_BGA_* of a disk; 0 = none
     KT_U8 state;   // KT_STATE_*
     KT_U16 disk;   // the disk being rebuilt or copied to; KT_NO_ID = none
-    KT_U8 resumes; // private to the rules: what restarts an interrupted or auto-paused job
+    KT_U8 resumes; // private to the rules: what restarts an interrupted or auto-paused activity
     KT_U8 reserved[3];
     KT_U64 work;      // the whole amount
     KT_U64 done;      // the part done at `since`
@@ -196,37 +168,118 @@ struct Fault {
     KT_U32 seen;
 };
 
-template <class Record>
-struct KindOf;
-#define KTSIM_KIND(record, kindNumber)                                                                                 \
-    template <>                                                                                                        \
-    struct KindOf<record> {                                                                                            \
-        static constexpr Kind value = static_cast<Kind>(kindNumber);                                                   \
-    }
-KTSIM_KIND(GlobalState, KIND_GLOBAL);
-KTSIM_KIND(Clock, KIND_CLOCK);
-KTSIM_KIND(Fault, KIND_FAULT);
-KTSIM_KIND(_Adapter_Info, KIND_ADAPTER);
-KTSIM_KIND(_Adapter_Config_V2, KIND_ADAPTER_CONFIG);
-KTSIM_KIND(AdapterState, KIND_ADAPTER_STATE);
-KTSIM_KIND(_LD_Info, KIND_VD);
-KTSIM_KIND(VdState, KIND_VD_STATE);
-KTSIM_KIND(VdTarget, KIND_VD_TARGET);
-KTSIM_KIND(AwayVd, KIND_VD_AWAY);
-KTSIM_KIND(_DG_Info, KIND_DG);
-KTSIM_KIND(DgState, KIND_DG_STATE);
-KTSIM_KIND(_HD_Info, KIND_PD);
-KTSIM_KIND(PdState, KIND_PD_STATE);
-KTSIM_KIND(PulledDisk, KIND_PD_PULLED);
-KTSIM_KIND(PulledBlocks, KIND_PD_PULLED_BLOCKS);
-KTSIM_KIND(BadSector, KIND_BAD_SECTOR);
-KTSIM_KIND(ArrayLabel, KIND_PD_ARRAY_LABEL);
-KTSIM_KIND(_Block_Info, KIND_BLOCK);
-KTSIM_KIND(_HD_Block_Info, KIND_PD_BLOCKS);
-KTSIM_KIND(_PM_Info, KIND_PM);
-KTSIM_KIND(_Exp_Info, KIND_EXPANDER);
-KTSIM_KIND(_Enclosure_Info, KIND_ENCLOSURE);
-KTSIM_KIND(_Event, KIND_EVENT);
-KTSIM_KIND(_BBU_Info, KIND_BATTERY);
+enum : KT_U8 { NO_ENTRY = 255 };
+
+enum : KT_U8 { BATTERY_IDLE, BATTERY_CHARGING, BATTERY_DISCHARGING };
+enum : KT_U8 { RELEARN_NONE, RELEARN_PENDING, RELEARN_DISCHARGING, RELEARN_CHARGING };
+
+// How the battery does, id 0, beside its _BBU_Info, which holds what does not move by itself.
+struct BatteryState {
+    KT_U64 since;          // milliseconds: when `charge` was right
+    KT_U64 nextRelearn;    // milliseconds
+    KT_U64 relearnStarted; // milliseconds
+    KT_U32 charge;         // millionths of the capacity
+    KT_U16 designCapacity; // 0.01 Wh; the capacity of a new one
+    KT_U8 mode;            // BATTERY_*
+    KT_U8 relearn;         // RELEARN_*
+    KT_U8 announced;       // warnings given of the next relearn
+    KT_U8 rechargeBelow;   // percent
+    KT_U8 chargerBroken;
+    KT_U8 complaints; // what is wrong and was logged: bits of the rules in battery.cpp
+    KT_U8 abnormal;   // virtual disks with automatic cache write through
+    KT_U8 reserved[3];
+};
+
+// One SES element, id = (enclosure << 16) + (type << 8) + element. The slots' status follows from their disks.
+struct EnclosureElement {
+    KT_U8 status[4]; // the SES status element
+    KT_U8 subEnclosure;
+    KT_U8 reserved[3];
+    KT_U8 text[64]; // what the enclosure calls it; empty = the type's name and the number
+};
+
+// What has befallen a disk, id = the disk's; no row = nothing but time.
+struct DiskAge {
+    KT_U32 reallocated; // sectors
+    KT_U32 pending;
+    KT_U32 uncorrectable;
+    KT_U32 readErrors;
+    KT_U32 spinRetries;
+    KT_U32 linkErrors;
+    KT_U32 hours;       // beyond those since it was made
+    KT_U32 wear;        // percent of a solid state disk's life
+    KT_U32 warmth;      // degrees above its usual temperature
+    KT_U32 mostPending; // the most there ever were
+    KT_U32 mostWarmth;
+    KT_U32 powerCycles; // beyond those of its first years
+    KT_U64 born;        // milliseconds: when its hours began to count; 0 = as its serial number says
+    KT_U64 pulled;      // milliseconds: when it was last taken out; its hours stand still meanwhile
+    KT_U64 writtenKib;  // by activities, on a solid state disk
+};
+
+// The table of a hybrid virtual disk, id = its id. It belongs to the virtual disk that has that GUID only.
+struct TandemTable {
+    KT_U8 guid[8];
+    KT_U16 used;
+    KT_U8 reserved[6];
+};
+
+// id = (virtual disk << 16) + number
+struct TandemEntry {
+    KT_U64 start;
+    KT_U64 length;
+};
+
+// A key entry, id = its number; no row = no key. Only digests of the secrets are kept.
+struct AesEntry {
+    KT_U8 keyLength;
+    KT_U8 reserved[7];
+    Digest key;
+    Digest password;
+};
+
+// An encrypting port, id = its number; no row = no link, switched off.
+struct AesPort {
+    KT_U8 entry; // NO_ENTRY = no link
+    KT_U8 enabled;
+    KT_U8 reserved[6];
+};
+
+// What a disk is encrypted with, id = the disk's; no row = a plain disk that nothing is wrong with.
+struct DiskCipher {
+    Digest key;    // as AesEntry.key; zero = plain
+    KT_U8 offline; // it is offline because of its cipher
+    KT_U8 reserved[7];
+};
+
+enum : KT_U8 { IMAGE_STORED = 0, IMAGE_ERASED = 1 };
+
+// A flash region, id = the image type; no row = as the adapter left the factory. Its pages are rows of
+// KIND_FLASH_CHUNK with the id (type << 16) + page.
+struct FlashImage {
+    KT_U8 state;
+    KT_U8 reserved[3];
+    KT_U32 size;
+};
+
+// The update that is under way, id 0. Its pages wait as rows of KIND_FLASH_STAGED, id = page.
+struct FlashUpdate {
+    KT_U8 imageType;
+    KT_U8 announced; // `expected` is what KT_Flash_PreData said
+    KT_U16 nextPage;
+    KT_U32 expected;
+    KT_U32 received;
+};
+
+// 256 bytes of NVSRAM, id = offset / 256; no row = zero.
+struct NvsramPage {
+    KT_U8 bytes[256];
+};
+
+// The mailbox registers, id 0.
+struct Mailbox {
+    KT_U64 value[2];
+    KT_U64 writingUntil[2]; // milliseconds of the simulated clock
+};
 
 } // namespace sim

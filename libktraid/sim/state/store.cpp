@@ -2,10 +2,9 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <vector>
-
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <vector>
 
 namespace sim {
 

@@ -1,7 +1,7 @@
 // The state on disk: rows of (adapter, kind, id) -> record in one SQLite file.
 #pragma once
 
-#include "state/records.h"
+#include "state/kinds.h"
 
 #include <cstring>
 #include <optional>

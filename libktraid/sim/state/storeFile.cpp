@@ -2,13 +2,12 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <memory>
-#include <vector>
-
 #include <fcntl.h>
+#include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace sim {
 

@@ -1,7 +1,7 @@
-// The roles of disks that stand by.
+// Making disks stand by and releasing them, as people ask for it.
 #pragma once
 
-#include "raid/volumes.h"
+#include "state/store.h"
 
 namespace sim {
 
@@ -10,7 +10,5 @@ namespace sim {
 KT_U8 makeGlobalSpare(const Context& context, KT_U16 pd);
 KT_U8 makeDedicatedSpare(const Context& context, KT_U16 pd, KT_U16 dgid);
 KT_U8 releaseSpare(const Context& context, KT_U16 pd);
-// Takes a spare role away, whatever it is doing, without making the disk a free one.
-void dropSpareRole(const Context& context, KT_U16 pd);
 
 } // namespace sim

@@ -1,9 +1,10 @@
-#include "changes/spares.h"
+#include "changes/spareRoles.h"
 
 #include "activities/rebuilding.h"
-#include "changes/deletion.h"
 #include "media/blocks.h"
+#include "raid/candidates.h"
 #include "raid/members.h"
+#include "raid/roles.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -78,27 +79,6 @@ KT_U8 makeDedicatedSpare(const Context& context, KT_U16 pd, KT_U16 dgid) {
     return KT_OK;
 }
 
-static void leaveSpareList(const Context& context, KT_U16 dgid, KT_U16 pd) {
-    Array array = {};
-    if (dgid == KT_NO_ID || findArray(context, dgid, array) != KT_OK) return;
-    KT_U16* begin = std::begin(array.info.SparePDIDs);
-    KT_U16* end = std::remove(begin, std::end(array.info.SparePDIDs), pd);
-    std::fill(end, std::end(array.info.SparePDIDs), KT_U16{KT_NO_ID});
-    end = std::find(begin, std::end(array.info.SparePDIDs), KT_U16{KT_NO_ID});
-    array.info.SparePDCount = static_cast<KT_U8>(end - begin);
-    saveArray(context, array);
-}
-
-void dropSpareRole(const Context& context, KT_U16 pd) {
-    Disk disk = {};
-    if (findDisk(context, pd, disk) != KT_OK || !(disk.state.raid & KT_PD_SPARE)) return;
-    leaveSpareList(context, disk.state.dgid, pd);
-    disk.state.raid &= static_cast<KT_U8>(~(KT_PD_SPARE | KT_PD_SPARE_IN_USE));
-    if (!(disk.state.raid & KT_PD_MEMBER)) disk.state.dgid = KT_NO_ID;
-    saveDisk(context, disk);
-    logEvent(context, EVT_PD, 10, pd, SEV_INFO);
-}
-
 KT_U8 releaseSpare(const Context& context, KT_U16 pd) {
     Disk disk = {};
     const KT_U8 status = findDisk(context, pd, disk);
@@ -107,8 +87,8 @@ KT_U8 releaseSpare(const Context& context, KT_U16 pd) {
     if (disk.state.raid & KT_PD_SPARE_IN_USE) return KT_ERR_SPARE_IN_USE;
     const Owner owner{OwnerKind::Disk, pd};
     if (disk.state.patrol.kind) {
-        logJob(context, owner, disk.state.patrol, STEP_ABORTED);
-        dropJob(context, owner);
+        logActivity(context, owner, disk.state.patrol, STEP_ABORTED);
+        dropActivity(context, owner);
     }
     dropSpareRole(context, pd);
     becomeFree(context, pd);

@@ -1,0 +1,102 @@
+#include "changes/ciphers.h"
+
+#include "changes/outage.h"
+#include "state/events.h"
+
+namespace sim {
+
+static const KT_U16 NO_COMPLAINT = 0;
+static const KT_U16 EVT_PLAIN_ON_CRYPTO_PORT = 55;
+static const KT_U16 EVT_CRYPTO_ON_PLAIN_PORT = 56;
+static const KT_U16 EVT_CIPHER_MISMATCH = 57;
+
+KT_U8 checkCrypto(const Context& context) {
+    return adapterInfo(context).AdvancedFeatures & KT_ADV_CRYPTO ? KT_OK : KT_ERR_NOT_ON_THIS_ADAPTER;
+}
+
+KT_U8 checkCryptoPort(const Context& context, KT_U8 port) {
+    const KT_U8 status = checkCrypto(context);
+    if (status != KT_OK) return status;
+    const _Adapter_Info info = adapterInfo(context);
+    if (port >= info.MaxAESPort) return KT_ERR_PORT_RANGE;
+    return port < info.PortCount ? KT_OK : KT_ERR_PORT_NOT_FOUND;
+}
+
+AesPort cryptoPort(const Context& context, KT_U8 port) {
+    return find<AesPort>(context, port).value_or(AesPort{NO_ENTRY, 0, {}});
+}
+
+std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint parent) {
+    for (int depth = 0; depth < 8; ++depth) {
+        if (parent.DevType == KT_LINK_HBA) return parent.PhyID[0];
+        if (parent.DevType == KT_LINK_PM) {
+            const auto multiplier = find<_PM_Info>(context, parent.DevID);
+            if (!multiplier) break;
+            parent = multiplier->Link.Parent;
+        } else {
+            const auto expander = find<_Exp_Info>(context, parent.DevID);
+            if (!expander) break;
+            parent = expander->Link.Parent;
+        }
+    }
+    return std::nullopt;
+}
+
+// The event that says why the disk cannot work on its port.
+static KT_U16 cipherComplaint(const Context& context, KT_U8 port, const DiskCipher& cipher) {
+    const AesPort state = cryptoPort(context, port);
+    const bool encrypted = !(cipher.key == Digest{});
+    if (!state.enabled) return encrypted ? EVT_CRYPTO_ON_PLAIN_PORT : NO_COMPLAINT;
+    if (!encrypted) return EVT_PLAIN_ON_CRYPTO_PORT;
+    const auto entry = find<AesEntry>(context, state.entry);
+    return entry && entry->key == cipher.key ? NO_COMPLAINT : EVT_CIPHER_MISMATCH;
+}
+
+void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher) {
+    if (cipher.offline || !(cipher.key == Digest{})) {
+        save(context, pd, cipher);
+    } else {
+        erase<DiskCipher>(context, pd);
+    }
+}
+
+void reviewCipherOn(const Context& context, KT_U16 pd, KT_U8 port) {
+    DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
+    const auto state = find<PdState>(context, pd);
+    if (!state || checkCryptoPort(context, port) != KT_OK) return;
+    const KT_U16 complaint = cipherComplaint(context, port, cipher);
+    if (complaint != NO_COMPLAINT && !(state->raid & KT_PD_OFFLINE)) {
+        cipher.offline = 1;
+        saveCipher(context, pd, cipher);
+        logEvent(context, EVT_PD, complaint, pd, SEV_MAJOR);
+        loseDisk(context, pd);
+    } else if (complaint == NO_COMPLAINT && cipher.offline) {
+        cipher.offline = 0;
+        saveCipher(context, pd, cipher);
+        bringDiskUp(context, pd, false);
+    }
+}
+
+const char* whyLocked(const Context& context, KT_U16 pd) {
+    const auto disk = find<_HD_Info>(context, pd);
+    const auto cipher = find<DiskCipher>(context, pd);
+    const auto port = disk ? rootPort(context, disk->Link.Parent) : std::nullopt;
+    if (!cipher || !cipher->offline || !port) return "";
+    switch (cipherComplaint(context, *port, *cipher)) {
+    case EVT_PLAIN_ON_CRYPTO_PORT:
+        return "it is plain, its port encrypts";
+    case EVT_CRYPTO_ON_PLAIN_PORT:
+        return "it is encrypted, its port is not";
+    default:
+        return "the key of its port is not its own";
+    }
+}
+
+void reviewDiskCipher(const Context& context, KT_U16 pd) {
+    const auto disk = find<_HD_Info>(context, pd);
+    if (!disk) return;
+    const auto port = rootPort(context, disk->Link.Parent);
+    if (port) reviewCipherOn(context, pd, *port);
+}
+
+} // namespace sim

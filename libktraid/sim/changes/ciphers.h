@@ -1,0 +1,24 @@
+// Disks whose cipher does not suit the port that they are on stay offline.
+#pragma once
+
+#include "state/store.h"
+
+namespace sim {
+
+// KT_OK, or why the adapter does not encrypt at all or not on that port.
+KT_U8 checkCrypto(const Context& context);
+KT_U8 checkCryptoPort(const Context& context, KT_U8 port);
+AesPort cryptoPort(const Context& context, KT_U8 port);
+// The adapter's port that a chain of links ends at; nothing for a chain that ends nowhere.
+std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint parent);
+void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher);
+
+// To be called for a disk that arrives: offline, with its event, when its cipher does not suit its port. The other one
+// is for a port that changes: it also brings a disk back that suits it now.
+void reviewDiskCipher(const Context& context, KT_U16 pd);
+void reviewCipherOn(const Context& context, KT_U16 pd, KT_U8 port);
+
+// Why the cipher of an offline disk keeps it so, for people ("no key fits", ...); empty when that is not the reason.
+const char* whyLocked(const Context& context, KT_U16 pd);
+
+} // namespace sim

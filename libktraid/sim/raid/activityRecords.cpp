@@ -1,0 +1,169 @@
+#include "raid/activityRecords.h"
+
+#include "media/disks.h"
+#include "state/events.h"
+
+#include <algorithm>
+
+namespace sim {
+
+static const ActivityRule ACTIVITY_RULES[] = {
+    {KT_BGA_REBUILD, 70, 5, &_Adapter_Config_V2::RebuildRate},
+    {KT_BGA_COPY_BACK, 90, 5, &_Adapter_Config_V2::CopybackRate},
+    {KT_BGA_MIGRATION, 80, 4, &_Adapter_Config_V2::MigrationRate},
+    {KT_BGA_INIT_QUICK, 40, 3, &_Adapter_Config_V2::InitRate},
+    {KT_BGA_INIT_FOREGROUND, 60, 3, &_Adapter_Config_V2::InitRate},
+    {KT_BGA_INIT_BACKGROUND, 50, 2, &_Adapter_Config_V2::InitRate},
+    {KT_BGA_CHECK_FIX, 30, 1, &_Adapter_Config_V2::SyncRate},
+    {KT_BGA_CHECK, 20, 1, &_Adapter_Config_V2::SyncRate},
+};
+static const ActivityRule PATROL_RULE = {KT_PD_BGA_MEDIA_PATROL, 17, 0, &_Adapter_Config_V2::MPRate};
+
+const ActivityRule& ruleOf(Owner owner, KT_U8 kind) {
+    if (owner.kind == OwnerKind::Disk) return PATROL_RULE;
+    for (const ActivityRule& rule : ACTIVITY_RULES)
+        if (rule.kind == kind) return rule;
+    return ACTIVITY_RULES[0];
+}
+
+Activity activityOf(const Context& context, Owner owner) {
+    switch (owner.kind) {
+    case OwnerKind::Vd:
+        return find<VdState>(context, owner.id).value_or(VdState{}).activity;
+    case OwnerKind::Array:
+        return find<DgState>(context, owner.id).value_or(DgState{}).activity;
+    default:
+        return find<PdState>(context, owner.id).value_or(PdState{}).patrol;
+    }
+}
+
+Activity shownActivity(const Context& context, const Vd& vd) {
+    if (vd.info.DGID != KT_NO_ID) {
+        const Activity activity = activityOf(context, Owner{OwnerKind::Array, vd.info.DGID});
+        if (activity.kind != 0) return activity;
+    }
+    return vd.state.activity;
+}
+
+static void showOnVd(const Context& context, KT_U16 id) {
+    Vd vd = {};
+    if (findVd(context, id, vd) != KT_OK) return;
+    const Activity shown = shownActivity(context, vd);
+    const KT_U8 state = shown.kind ? shown.state : KT_U8{KT_STATE_NONE};
+    if (vd.info.BGAStatus == state) return;
+    vd.info.BGAStatus = state;
+    save(context, id, vd.info);
+}
+
+// An array shows its own activity, or else one of its virtual disks', a running one first.
+void showArrayActivity(const Context& context, KT_U16 id) {
+    Array array = {};
+    if (findArray(context, id, array) != KT_OK) return;
+    Activity shown = array.state.activity;
+    for (int i = 0; array.state.activity.kind == 0 && i < MAX_SLOTS; ++i) {
+        const Activity activity = find<VdState>(context, array.info.VDIDs[i]).value_or(VdState{}).activity;
+        if (activity.kind &&
+            (shown.kind == 0 || (shown.state != KT_STATE_RUNNING && activity.state == KT_STATE_RUNNING)))
+            shown = activity;
+    }
+    array.info.BgaType = shown.kind;
+    array.info.BgaState = shown.kind ? shown.state : KT_U8{KT_STATE_NONE};
+    save(context, id, array.info);
+}
+
+static void saveArrayActivity(const Context& context, KT_U16 id, const Activity& activity) {
+    Array array = {};
+    if (findArray(context, id, array) != KT_OK) return;
+    array.state.activity = activity;
+    save(context, id, array.state);
+    for (const KT_U16 vd : array.info.VDIDs)
+        if (vd != KT_NO_ID) showOnVd(context, vd);
+    showArrayActivity(context, id);
+}
+
+static void showPatrol(const Context& context, KT_U16 dgid) {
+    Array array = {};
+    if (dgid == KT_NO_ID || findArray(context, dgid, array) != KT_OK) return;
+    array.info.PDBgaRunning = 0;
+    for (int i = 0; i < array.info.PDCount; ++i) {
+        const auto disk = find<PdState>(context, array.info.PDIDs[i]);
+        if (disk && disk->patrol.state == KT_STATE_RUNNING) array.info.PDBgaRunning = 1;
+    }
+    save(context, dgid, array.info);
+}
+
+static void savePatrol(const Context& context, KT_U16 id, const Activity& activity) {
+    Disk disk = {};
+    if (findDisk(context, id, disk) != KT_OK) return;
+    const int change = (activity.kind ? 1 : 0) - (disk.state.patrol.kind ? 1 : 0);
+    disk.state.patrol = activity;
+    saveDisk(context, disk);
+    AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});
+    adapter.patrols = static_cast<KT_U16>(std::max(adapter.patrols + change, 0));
+    if (change != 0) save(context, 0, adapter);
+    showPatrol(context, disk.state.dgid);
+}
+
+void showActivity(const Context& context, KT_U16 id) {
+    showOnVd(context, id);
+    const auto vd = find<_LD_Info>(context, id);
+    if (vd && vd->DGID != KT_NO_ID) showArrayActivity(context, vd->DGID);
+}
+
+void saveActivity(const Context& context, Owner owner, const Activity& activity) {
+    if (owner.kind == OwnerKind::Array) return saveArrayActivity(context, owner.id, activity);
+    if (owner.kind == OwnerKind::Disk) return savePatrol(context, owner.id, activity);
+    Vd vd = {};
+    if (findVd(context, owner.id, vd) != KT_OK) return;
+    vd.state.activity = activity;
+    save(context, owner.id, vd.state);
+    showActivity(context, owner.id);
+}
+
+void dropActivity(const Context& context, Owner owner) {
+    Activity none = {};
+    none.disk = KT_NO_ID;
+    saveActivity(context, owner, none);
+}
+
+static KT_U8 severityOf(ActivityStep step) {
+    if (step == STEP_FAILED) return SEV_MAJOR;
+    return step == STEP_ABORTED ? KT_U8{SEV_WARNING} : KT_U8{SEV_INFO};
+}
+
+static void logVdActivity(const Context& context, KT_U16 id, KT_U16 code, KT_U8 severity, KT_U32 parameter) {
+    const auto vd = find<_LD_Info>(context, id);
+    if (vd) logEvent(context, EVT_VD, code, id, severity, parameter, 0, 0, isHybridLevel(vd->RaidMode) ? 1 : 0);
+}
+
+void logActivity(const Context& context, Owner owner, const Activity& activity, ActivityStep step, KT_U32 parameter) {
+    const auto code = static_cast<KT_U16>(ruleOf(owner, activity.kind).eventCode + step);
+    const KT_U8 severity = severityOf(step);
+    if (owner.kind == OwnerKind::Disk) {
+        logEvent(context, EVT_PD, code, owner.id, severity, parameter);
+    } else if (owner.kind == OwnerKind::Vd) {
+        logVdActivity(context, owner.id, code, severity, parameter);
+    } else {
+        const auto array = find<_DG_Info>(context, owner.id);
+        for (int i = 0; array && i < MAX_SLOTS; ++i)
+            if (array->VDIDs[i] != KT_NO_ID) logVdActivity(context, array->VDIDs[i], code, severity, parameter);
+    }
+}
+
+void forEachActivity(const Context& context, const std::function<void(Owner, const Activity&)>& visit) {
+    forEach<VdState>(context, 0, [&](KT_U64 id, const VdState& state) {
+        if (state.activity.kind) visit(Owner{OwnerKind::Vd, static_cast<KT_U16>(id)}, state.activity);
+        return true;
+    });
+    forEach<DgState>(context, 0, [&](KT_U64 id, const DgState& state) {
+        if (state.activity.kind) visit(Owner{OwnerKind::Array, static_cast<KT_U16>(id)}, state.activity);
+        return true;
+    });
+    if (find<AdapterState>(context, 0).value_or(AdapterState{}).patrols == 0) return;
+    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& state) {
+        if (state.patrol.kind) visit(Owner{OwnerKind::Disk, static_cast<KT_U16>(id)}, state.patrol);
+        return true;
+    });
+}
+
+} // namespace sim
