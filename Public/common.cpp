@@ -13,10 +13,6 @@ _Adapter_Info gAdapterInfo[ADAPTER_INDEXES];
 KT_U8 gAdapterStatus[ADAPTER_INDEXES];
 bool arrayBasedRaid = false;
 int gUTCStatus = 0;
-_cmd_struct* pCmdTable = nullptr;
-_cmd_struct* pInCmdTable = nullptr;
-KT_U16 cmdTableSize = 0;
-KT_U16 inCmdTableSize = 0;
 
 static CommandSet commandSets[2];
 

@@ -1,6 +1,7 @@
-// What the whole process shares: the current adapter, the command tables in force, line splitting and the dispatcher.
+// What the whole process shares: the current adapter, line splitting and the dispatcher.
 #pragma once
 
+#include "Public/commandSet.h"
 #include "Public/output.h"
 #include "ktraid.h"
 
@@ -10,26 +11,6 @@ inline constexpr char CLI_VERSION[] = KT_VERSION;
 inline constexpr int MAX_ADAPTERS = 16;
 inline constexpr int ADAPTER_INDEXES = 256;
 
-struct _cmd_struct;
-typedef int (*CommandHandler)(int argc, char** argv, _cmd_struct* row);
-
-// One row of a command table.
-struct _cmd_struct {
-    const char* cmd; // lower case
-    int cmdLen;      // length of cmd plus one
-    CommandHandler cmdHandler;
-    const char* cmdHelp;      // the long help
-    const char* cmdShortHelp; // one line; begins with ":" so that it reads well behind "Description"
-};
-
-// The tables of one command set.
-struct CommandSet {
-    _cmd_struct* general;
-    KT_U16 generalSize;
-    _cmd_struct* internal;
-    KT_U16 internalSize;
-};
-
 extern KT_U8 gCurrentAdapter;                       // the adapter that commands address
 extern KT_U8 gNumAdaptersFound;                     // what the library counted; at most MAX_ADAPTERS after start-up
 extern KT_U8 gAdapterID;                            // second index, only reset by rescan
@@ -37,10 +18,6 @@ extern _Adapter_Info gAdapterInfo[ADAPTER_INDEXES]; // filled for every adapter 
 extern KT_U8 gAdapterStatus[ADAPTER_INDEXES];       // what the library answered when they were read; 0 elsewhere
 extern bool arrayBasedRaid;                         // the array-based command set is in force
 extern int gUTCStatus;                              // what ScanUTCStatus answered at start-up
-extern _cmd_struct* pCmdTable;                      // the general table in force
-extern _cmd_struct* pInCmdTable;                    // the internal table in force
-extern KT_U16 cmdTableSize;                         // rows of each
-extern KT_U16 inCmdTableSize;
 
 // The record of the adapter that commands address.
 inline _Adapter_Info& currentAdapter() {

@@ -4,7 +4,8 @@
 #include <cstring>
 #include <unistd.h>
 
-#include "Public/common.h"
+#include "Public/commandSet.h"
+#include "Public/output.h"
 
 static constexpr size_t LONGEST = 24;
 static constexpr size_t MOST_SUGGESTIONS = 3;
