@@ -1,5 +1,6 @@
 """Replaces the line @COMMANDS@ of a manual page's source by a section for every command, made from the programs' own
-help texts, so that the manual and `help COMMAND` cannot say different things.
+help texts, so that the manual and `help COMMAND` cannot say different things, and each line @TRANSCRIPT name@ by what the
+transcript shows from its heading on.
 
 @VERSION@ becomes the version, which the environment names.
 
@@ -89,6 +90,22 @@ def section(word, short, long, tables):
     return page
 
 
+def answer(path):
+    """What the page says of a transcript: everything from its heading on, commands as the reader types them."""
+    with open(path, encoding="ascii") as file:
+        lines = file.read().split("\n")
+    lines = lines[next(i for i, line in enumerate(lines) if line.startswith("## ")):]
+    page, shown = [], False
+    for line in lines:
+        if re.fullmatch(r"  \[\d+\]", line):
+            continue
+        if line.startswith("  ") != shown:
+            shown = not shown
+            page.append("```")
+        page.append(re.sub(r"^\$ kt ", "$ ktsetup ", line[2:]) if shown else line)
+    return "\n".join(page).strip("\n")
+
+
 def main():
     commands = read_commands(sys.argv[2])
     page = []
@@ -97,7 +114,9 @@ def main():
             page += section(word, short, long, tables)
     with open(sys.argv[1], encoding="ascii") as file:
         source = file.read().replace("@VERSION@", os.environ["VERSION"])
-        print(source.replace("@COMMANDS@", "\n".join(page)), end="")
+    source = source.replace("@COMMANDS@", "\n".join(page))
+    folder = os.path.join(os.path.dirname(sys.argv[1]), "..", "tests", "transcripts")
+    print(re.sub(r"@TRANSCRIPT (\w+)@", lambda found: answer(os.path.join(folder, found[1] + ".t")), source), end="")
 
 
 if __name__ == "__main__":
