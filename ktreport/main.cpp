@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iostream>
 
+#include "Public/common.h"
 #include "ktreport/commands.h"
 
 // One line, whatever was typed or stands in a file.
@@ -45,6 +46,7 @@ static int runWords(int argc, char** argv) {
     Invocation invocation;
     app.name("ktreport");
     app.require_subcommand(0, 1);
+    app.set_version_flag("--version", std::string("ktreport ") + CLI_VERSION, "Print the version and exit");
     app.set_help_all_flag("--help-all", "Print the help of every command");
     addShow(app, invocation);
     addJson(app, invocation);

@@ -16,10 +16,10 @@ for package in "$folder"/*.deb; do
   ! grep -E '^-..[sS]|^-.....[sS]' "$folder/list" || fail "$package: setuid or setgid files"
   dpkg-deb -x "$package" "$folder/root"
 done
-for page in man8/ktsetup.8 man8/ktcfg.8 man1/ktsim.1 man7/ktraid-sim.7; do
+for page in man8/ktsetup.8 man8/ktcfg.8 man8/ktreport.8 man1/ktsim.1 man7/ktraid-sim.7; do
   [ -s "$folder/root/usr/share/man/$page.gz" ] || [ ! -x "$(command -v scdoc)" ] || fail "no $page"
 done
-for words in ktsetup ktcfg ktsim; do
+for words in ktsetup ktcfg ktreport ktsim; do
   bash -n "$folder/root/usr/share/bash-completion/completions/$words" || fail "completion of $words"
 done
 
@@ -29,6 +29,7 @@ unset LD_LIBRARY_PATH
 message=$(ktsetup ver 2>&1) && fail "ktsetup started without a library"
 [[ $message == *"error while loading shared libraries: libktraid.so.4"* ]] || fail "$message"
 ktsim run -- ktsetup info -o hba | grep -q '^Adapter ID: ' || fail "no adapter on the simulated library"
+ktsim run -- ktreport check --ignore spare-none-fits > "$folder/verdict" || [ $? -le 2 ] || fail "$(cat "$folder/verdict")"
 if command -v lintian > /dev/null; then
   ! lintian --fail-on error "$folder"/*.deb 2>&1 | grep '^E:' || fail "lintian has errors"
 fi

@@ -4,9 +4,19 @@ import os
 import subprocess
 import tempfile
 
+import jsonschema
+
 BIN = os.environ["BIN"]
 LABS = ["default", "empty", "full", "troubled", "hostile", "none"]
 MOMENT = "2026-01-05 08:00:00"
+with open(os.path.join(os.environ["SOURCE"], "docs", "report.schema.json"), encoding="ascii") as schema:
+    VALIDATOR = jsonschema.Draft7Validator(json.load(schema))
+
+
+def fits_schema(test, document, what):
+    faults = ["/".join(map(str, fault.absolute_path)) + ": " + fault.message[:100]
+              for fault in VALIDATOR.iter_errors(document)]
+    test.assertEqual(faults[:5], [], what)
 
 
 class Bench:

@@ -2,6 +2,8 @@
 """What is wrong: each rule on a document that differs from a healthy one in one place, and what check makes of it."""
 import copy
 import json
+import os
+import re
 import unittest
 
 from frame import Bench
@@ -161,6 +163,9 @@ class Problems(unittest.TestCase):
             seen |= names
         known = {line.split()[0] for line in self.bench.run("ktreport", "check", "--names").stdout.splitlines()}
         self.assertEqual(seen, known)
+        with open(os.path.join(os.environ["SOURCE"], "docs", "ktreport.8.scd"), encoding="ascii") as file:
+            manual = re.findall(r"^\*([a-z-]+)\*\n\t", file.read().split("# PROBLEMS")[1].split("# THRESHOLDS")[0], re.M)
+        self.assertEqual(set(manual), known)
 
     def test_thresholds(self):
         document = copy.deepcopy(self.healthy)

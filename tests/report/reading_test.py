@@ -6,9 +6,7 @@ import os
 import re
 import unittest
 
-import jsonschema
-
-from frame import BIN, LABS, Bench
+from frame import BIN, LABS, Bench, fits_schema
 
 # What may be called, by name; everything else in the header may not even stand in the program.
 READING = re.compile(r"KT_(API_(Initialize|Finalize|Version)|Adapter_Get(Count|Info|Config)|SIM_SgVersion|DiskHasOS"
@@ -17,20 +15,7 @@ READING = re.compile(r"KT_(API_(Initialize|Finalize|Version)|Adapter_Get(Count|I
 SETTINGS = re.compile(r"KT_Flash_Bin a=\d+ action=240 imageType=0$")
 
 
-def schema():
-    with open(os.path.join(os.environ["SOURCE"], "docs", "report.schema.json"), encoding="ascii") as file:
-        return json.load(file)
-
-
-VALIDATOR = jsonschema.Draft7Validator(schema())
-
-
 class Reading(unittest.TestCase):
-    def valid(self, document, what):
-        faults = ["/".join(map(str, fault.absolute_path)) + ": " + fault.message[:100]
-                  for fault in VALIDATOR.iter_errors(document)]
-        self.assertEqual(faults[:5], [], what)
-
     def test_binary_has_no_other_calls(self):
         with open(os.path.join(BIN, "ktreport"), "rb") as file:
             words = set(re.findall(rb"[A-Za-z_0-9]+", file.read()))
@@ -46,7 +31,7 @@ class Reading(unittest.TestCase):
             for words in ([], ["--records"]) if lab != "full" else (["--records"],):
                 done = bench.run("ktreport", "json", *words, trace=True)
                 self.assertEqual((done.returncode, done.stderr), (0, ""), lab)
-                self.valid(json.loads(done.stdout), lab)
+                fits_schema(self, json.loads(done.stdout), lab)
                 calls = bench.calls()
                 twice = [call for call, count in collections.Counter(calls).items() if count > 1]
                 self.assertEqual(twice, [], lab)
@@ -54,6 +39,24 @@ class Reading(unittest.TestCase):
                     self.assertRegex(call.split()[0], READING)
                     if call.startswith("KT_Flash_Bin"):
                         self.assertTrue(words and SETTINGS.match(call), call)
+
+    def test_views_only_read(self):
+        """Every command of the help, on every lab but the largest; diff reads the adapters behind a report of them."""
+        for lab in [lab for lab in LABS if lab != "full"]:
+            bench = Bench(lab)
+            with open(bench.path("report"), "w", encoding="ascii") as file:
+                file.write(bench.run("ktreport", "json").stdout)
+            help_text = bench.run("ktreport", "--help").stdout.split("Subcommands:")[1]
+            commands = re.findall(r"^  (\w+)", help_text, re.M)
+            self.assertLessEqual({"show", "check", "json"}, set(commands))
+            for command in [word for word in commands if word != "schema"]:
+                more = {"diff": ["report"], "wait": ["--timeout", "1s"], "show": ["--all"]}.get(command, [])
+                words = [bench.path(word) if word == "report" else word for word in more]
+                done = bench.run("ktreport", command, *words, trace=True)
+                self.assertNotIn("\033", done.stdout, command)
+                calls = bench.calls()
+                self.assertIn("KT_API_Initialize", calls[0], command)
+                self.assertEqual([call for call in calls if not READING.match(call.split()[0])], [], command)
 
     def test_same_adapters_same_bytes(self):
         bench = Bench("troubled")
@@ -74,12 +77,18 @@ class Reading(unittest.TestCase):
                     continue
                 bench.sim("fault", name, code)
                 document = bench.report("--records")
-                self.valid(document, name)
+                fits_schema(self, document, name)
                 refused = [(one["call"], one.get("status")) for one in document["unread"]]
                 self.assertIn((name, int(code)), refused)
                 if code != "19":
                     self.assertTrue({"unread", "adapter-unread"} & {one["name"] for one in document["problems"]}, name)
                 bench.sim("fault", "clear")
+
+    def test_hostile_texts(self):
+        bench = Bench("hostile")
+        for words in ([], ["--all"], ["json"], ["check"]):
+            text = bench.run("ktreport", *words).stdout
+            self.assertEqual([byte for byte in text if not (" " <= byte <= "~" or byte == "\n")], [], words)
 
 
 if __name__ == "__main__":
