@@ -119,6 +119,56 @@ A saved adapter comes back whole: virtual disks and spares are deleted and creat
   Backup_cfg command is returned successfully!
   $ cmp saved again
 
+Each adapter takes the next addresses and the next serial number; once they are used up it keeps its own, whoever's file
+it is given.
+
+  $ cat > setcfg.txt <<EOF
+  > [PORT_GROUP]=0,1,2,3,4,5,6,7
+  > [SAS_ADDRESS_START]=500A1F40:00000010
+  > [SAS_ADDRESS_END]=500A1F40:0000001F
+  > [SERIALNUMBER_START]=TARN0000010000000009
+  > [SERIALNUMBER_END]=TARN0000010000000010
+  > EOF
+  $ cp setcfg.txt setcfg4.txt
+  $ for a in 8 9 10; do
+  >   cfg $a restore_cfg -f saved --autoset | grep Warning
+  >   ktcfg $a backup_cfg -f now.$a > /dev/null 2>&1
+  >   grep -a 'SERIAL_N\|SASA.*[F7]$' now.$a | tr -d '\0'
+  > done
+  [SERIAL_NUMBER]=TARN0000010000000009
+  [SASADDRESS]=500A1F40:00000017
+  [SERIAL_NUMBER]=TARN0000010000000010
+  [SASADDRESS]=500A1F40:0000001F
+  Restore_Warning: No available count for SAS Address!(setcfg.txt)
+  Restore_Warning: No available count for Serial Number!(setcfg.txt)
+  [SERIAL_NUMBER]=KS260110004781
+  [SASADDRESS]=500A1F40:00100A07
+  $ grep -h CURRENT setcfg*.txt
+  [SAS_ADDRESS_CURRENT]=500A1F40:00000020
+  [SERIALNUMBER_CURRENT]=TARN0000010000000011
+
+A check says what a restore comes to, whichever file is given to which adapter.
+
+  $ adapters='default:0 empty:1 full:8 troubled:1'
+  $ for on in $adapters; do
+  >   lab ${on%:*} && cp state.db state.$on
+  >   ktcfg ${on#*:} backup_cfg -f of.$on > /dev/null 2>&1
+  >   sed -i 's/^.RAID MODE.=$/[RAID MODE]=RAID0/' of.$on
+  > done
+  $ for on in $adapters; do
+  >   for file in of.*; do
+  >     rm -f state.db* && cp state.$on state.db
+  >     ktcfg ${on#*:} check -f $file --raid > /dev/null && said=can || said=cannot
+  >     ktcfg ${on#*:} restore_cfg -f $file --raid > .out 2> .err
+  >     test $? = 1 && ! grep -q '^Fail\|error' .out && is=can || is=cannot
+  >     test $said$is = cannotcannot || echo $on $file: $said, $is
+  >   done
+  > done
+  empty:1 of.empty:1: can, can
+  full:8 of.empty:1: can, can
+  full:8 of.full:8: can, can
+  troubled:1 of.empty:1: can, can
+
 Whatever an adapter holds, it is either read back and written the same way, or said to be beyond the text's means.
 
   $ for name in default empty full troubled hostile; do
