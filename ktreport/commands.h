@@ -32,3 +32,4 @@ std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options
 void addShow(CLI::App& app, Invocation& invocation); // also without any command
 void addJson(CLI::App& app, Invocation& invocation); // json, schema
 void addCheck(CLI::App& app, Invocation& invocation);
+void addDiff(CLI::App& app, Invocation& invocation);

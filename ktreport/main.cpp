@@ -51,6 +51,7 @@ static int runWords(int argc, char** argv) {
     addShow(app, invocation);
     addJson(app, invocation);
     addCheck(app, invocation);
+    addDiff(app, invocation);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
