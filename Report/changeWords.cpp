@@ -94,9 +94,8 @@ std::string changeText(const std::string& name, const std::string& word, const J
     if (word == "spare") return name + " is a " + is + " spare now" + (before.is_null() ? "" : " (was " + was + ")");
     if (word == "array" && before.is_null()) return name + " belongs to array " + is + " now";
     if (word == "array" && after.is_null()) return name + " has left array " + was;
-    if (word == "member")
-        return name + (after == true ? " holds data of an array or a virtual disk now"
-                                     : " holds no data of an array or a virtual disk any more");
+    if (word == "spareInUse" && after == true) return name + " is in use as a spare now";
+    if (holdsObjects(before) || holdsObjects(after)) return name + ": " + wordsOf(word) + " have changed";
     return name + ": " + wordsOf(word) + " is " + is + " now (was " + was + ")";
 }
 

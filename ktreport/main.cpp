@@ -52,6 +52,7 @@ static int runWords(int argc, char** argv) {
     addJson(app, invocation);
     addCheck(app, invocation);
     addDiff(app, invocation);
+    addMap(app, invocation);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

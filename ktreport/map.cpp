@@ -1,0 +1,17 @@
+// ktreport map: which disk is where, and what it is for.
+#include <iostream>
+
+#include "Report/map.h"
+#include "ktreport/commands.h"
+
+void addMap(CLI::App& app, Invocation& invocation) {
+    CLI::App* map = app.add_subcommand("map", "Show where every disk is and what it is for");
+    addAdapter(*map, invocation);
+    addFrom(*map, invocation);
+    auto csv = std::make_shared<bool>(false);
+    map->add_flag("--csv", *csv, "Comma-separated values, sizes in bytes");
+    map->callback([&invocation, csv] {
+        const std::vector<Report> reports = reportsFor(invocation);
+        *csv ? writeMapAsCsv(std::cout, reports) : writeMap(std::cout, lookOfOutput(), reports);
+    });
+}
