@@ -5,8 +5,9 @@
 
 #include "Report/json.h"
 
-// Whether the word of an object ("disk", "adapter" ...) has another value all the time (temperatures, progress, hours, time), follows from
-// others (blocks, problems), or says what another word says already (fields of the library's records).
+// Whether the word of an object ("disk", "adapter" ...) has another value all the time (temperatures, progress, hours,
+// time), follows from others (blocks, problems), or says what another word says already (fields of the library's
+// records).
 bool changesByItself(const std::string& object, const std::string& word);
 
 // "cacheInForce" as "cache in force".

@@ -13,6 +13,8 @@ struct Place {
     const Json* disk;
     std::optional<KT_U64> enclosure;
     std::optional<KT_U64> number; // the bay's, or the port's
+    std::string on = {};          // what a port is of: "", "PM" ...
+    std::optional<KT_U64> parent = {};
 };
 } // namespace
 
@@ -35,10 +37,16 @@ static std::vector<Place> placesOf(const Json& adapter) {
     }
     for (const Json& disk : listIn(adapter, "disks")) {
         const auto enclosure = numberIn(disk, "enclosure");
-        places.push_back({&adapter, &disk, enclosure, numberIn(disk, enclosure ? "slot" : "port")});
+        places.push_back({&adapter, &disk, enclosure, numberIn(disk, enclosure ? "slot" : "port"), textIn(disk, "on"),
+                          numberIn(disk, "parent")});
     }
     std::stable_sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
-        return std::tuple(!a.enclosure, a.enclosure, a.number) < std::tuple(!b.enclosure, b.enclosure, b.number);
+        const auto key = [](const Place& place) {
+            const std::string on = place.enclosure ? "" : place.on;
+            return std::tuple(!place.enclosure, place.enclosure, on, place.enclosure ? std::nullopt : place.parent,
+                              place.number);
+        };
+        return key(a) < key(b);
     });
     return places;
 }
@@ -56,7 +64,8 @@ static std::string useOf(const Place& place) {
     const auto own = numberIn(disk, "id");
     const auto vds = own ? virtualDisksOn(*place.adapter, *own) : std::vector<VdInArray>();
     if (!vds.empty()) append(namesOfVds(vds));
-    return text.empty() ? isTrue(disk, "member") ? "member" : "free" : text;
+    if (text.empty() && isTrue(disk, "member")) return "member";
+    return text.empty() && textIn(disk, "state") == "healthy" ? "free" : text;
 }
 
 static std::string stateOf(const Json& disk) {

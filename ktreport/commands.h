@@ -33,4 +33,6 @@ void addShow(CLI::App& app, Invocation& invocation); // also without any command
 void addJson(CLI::App& app, Invocation& invocation); // json, schema
 void addCheck(CLI::App& app, Invocation& invocation);
 void addDiff(CLI::App& app, Invocation& invocation);
+void addEvents(CLI::App& app, Invocation& invocation);
 void addMap(CLI::App& app, Invocation& invocation);
+void addWait(CLI::App& app, Invocation& invocation);

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "Public/common.h"
+#include "Report/eventCursor.h"
 #include "ktreport/commands.h"
 
 // One line, whatever was typed or stands in a file.
@@ -52,7 +53,9 @@ static int runWords(int argc, char** argv) {
     addJson(app, invocation);
     addCheck(app, invocation);
     addDiff(app, invocation);
+    addEvents(app, invocation);
     addMap(app, invocation);
+    addWait(app, invocation);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -68,6 +71,8 @@ static int runGuarded(int argc, char** argv) {
     } catch (const UsageFailure& failure) {
         return say(failure.message + " (--help tells more)", usageResult(argc, argv));
     } catch (const LoadFailure& failure) {
+        return say(failure.message, RESULT_UNREADABLE);
+    } catch (const CursorFailure& failure) {
         return say(failure.message, RESULT_UNREADABLE);
     } catch (const ReadFailure& failure) {
         return say(failure.message, RESULT_UNREADABLE);

@@ -1,0 +1,72 @@
+// ktreport events: the logs of the adapters, a line an event, oldest first.
+#include <iostream>
+#include <unistd.h>
+
+#include "Report/eventCursor.h"
+#include "ktreport/commands.h"
+
+namespace {
+struct LogWords {
+    KT_U64 since = 0;
+    std::string cursor;
+    bool follow = false;
+    unsigned every = 10; // seconds
+    EventWords words;
+};
+} // namespace
+
+// A library that does not answer for a while is no reason to stop following.
+static bool tellNow(const Invocation& invocation, const LogWords& log, EventCursor& cursor) {
+    ReadOptions options;
+    options.onlyEvents = true;
+    const std::vector<Report> reports = reportsFor(invocation, options);
+    for (const Report& report : reports) {
+        // Files of several machines are told one behind the other.
+        NewEvents events =
+            eventsAfter(report.document, reports.size() > 1 ? Told() : cursor.told, log.since, log.words);
+        if (!tellEvents(cursor, events)) throw ReadFailure{"the output could not be written"};
+    }
+    bool complete = true;
+    for (const Report& report : reports) {
+        for (const Json& refusal : report.document["unread"]) {
+            const std::string call = refusal.value("call", "");
+            if (call.find("EVT") == std::string::npos && call.find("Adapter") == std::string::npos) continue;
+            std::cerr << "ktreport: " << shown(call + ": " + refusal.value("text", "")) << '\n';
+            complete = false;
+        }
+    }
+    return complete;
+}
+
+static void checkWords(const Invocation& invocation, const LogWords& log) {
+    const size_t files = invocation.from.size();
+    if (files > 0 && log.follow) throw UsageFailure{"--follow reads the adapters, not files"};
+    if (files > 1 && !log.cursor.empty()) throw UsageFailure{"--cursor goes with the events of one machine"};
+}
+
+static void writeEvents(Invocation& invocation, const LogWords& log) {
+    checkWords(invocation, log);
+    EventCursor cursor = openCursor(log.cursor);
+    bool complete = tellNow(invocation, log, cursor);
+    while (log.follow) {
+        sleep(log.every);
+        complete = tellNow(invocation, log, cursor);
+    }
+    if (!complete) invocation.result = RESULT_UNREADABLE;
+}
+
+void addEvents(CLI::App& app, Invocation& invocation) {
+    CLI::App* events = app.add_subcommand("events", "Print the event logs, oldest first");
+    auto log = std::make_shared<LogWords>();
+    addAdapter(*events, invocation);
+    addFrom(*events, invocation);
+    events->add_option("--since", log->since, "Only from this sequence number on")->check(CLI::Range(0, 0x7FFFFFFF));
+    events->add_option("--cursor", log->cursor, "A file that remembers what was printed; nothing is printed twice");
+    CLI::Option* follow = events->add_flag("--follow,-f", log->follow, "Go on with what happens next");
+    events->add_option("--every", log->every, "Seconds between two looks (default: 10)")
+        ->check(CLI::Range(1, 86400))
+        ->needs(follow);
+    events->add_flag("--json", log->words.json, "An object a line for programs");
+    events->add_flag("--quiet-progress", log->words.quietProgress, "Without how far activities are");
+    events->callback([&invocation, log] { writeEvents(invocation, *log); });
+}
