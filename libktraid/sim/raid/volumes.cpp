@@ -113,11 +113,16 @@ static KT_U32 tandemFlag(const _LD_Info& vd) {
 }
 
 static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) {
+    // What is regained step by step is told by the rebuilds; there is no word for less than all of it.
+    const bool regains = badness(status) < badness(vd.Status) && isUsable(vd);
+    if (regains && status != KT_VD_ONLINE) return;
     switch (status) {
     case KT_VD_ONLINE:
         logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO, 0, 0, 0, tandemFlag(vd));
         break;
     case KT_VD_PARTIALLY_OPTIMAL:
+        // It works again, if not as safely as it should.
+        if (!isUsable(vd)) logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO);
         logEvent(context, EVT_VD, 5, vd.ID, SEV_WARNING);
         break;
     case KT_VD_DEGRADED:
@@ -134,16 +139,17 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
     if (findVd(context, id, vd) != KT_OK) return;
     if (!isUsable(vd.info) && vd.info.Status != KT_VD_OFFLINE) return;
     KT_U8 status = statusOf(context, vd.info, vd.state.homes, nullptr);
-    const auto target = find<VdTarget>(context, id);
+    auto target = find<VdTarget>(context, id);
     if (target) {
-        const KT_U8 targetStatus = statusOf(context, target->info, vd.state.homes, nullptr);
-        if (badness(targetStatus) > badness(status)) status = targetStatus;
+        target->info.Status = statusOf(context, target->info, target->homes, nullptr);
+        if (badness(target->info.Status) > badness(status)) status = target->info.Status;
+        save(context, id, *target);
     }
     if (status == vd.info.Status) return;
+    logStatus(context, vd.info, status);
     vd.info.Status = status;
     if (status == KT_VD_OFFLINE) vd.state.offline = context.now;
     saveVd(context, vd);
-    logStatus(context, vd.info, status);
 }
 
 // A member that is being rebuilt is there, but holds no data to rely on.
