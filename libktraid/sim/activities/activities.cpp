@@ -69,12 +69,34 @@ static void setState(const Context& context, Owner owner, Activity activity, KT_
     saveActivity(context, owner, activity);
 }
 
+bool isLeftOver(Owner owner, const Activity& activity) {
+    const bool check = activity.kind == KT_BGA_CHECK || activity.kind == KT_BGA_CHECK_FIX;
+    return activity.kind != 0 && activity.state == KT_STATE_ABORTED && (owner.kind == OwnerKind::Disk || check);
+}
+
+// What was aborted on the same disks will not be gone back to.
+static void dropLeftOvers(const Context& context, Owner owner, const Activity& activity) {
+    const std::vector<KT_U16> disks = disksOf(context, owner, activity);
+    std::vector<Owner> leftOvers;
+    forEachActivity(context, [&](Owner other, const Activity& left) {
+        if (!isLeftOver(other, left)) return;
+        const std::vector<KT_U16> theirs = disksOf(context, other, left);
+        const bool meets = std::any_of(disks.begin(), disks.end(), [&](KT_U16 pd) {
+            return pd != KT_NO_ID && std::find(theirs.begin(), theirs.end(), pd) != theirs.end();
+        });
+        if (meets) leftOvers.push_back(other);
+    });
+    for (const Owner other : leftOvers)
+        dropActivity(context, other);
+}
+
 void startActivity(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U16 disk) {
     Activity activity = {};
     activity.kind = kind;
     activity.disk = disk;
     activity.work = work;
     setState(context, owner, activity, KT_STATE_RUNNING);
+    dropLeftOvers(context, owner, activity);
     logActivity(context, owner, activity, STEP_STARTED);
 }
 
@@ -104,6 +126,7 @@ KT_U8 controlActivity(const Context& context, Owner owner, KT_U8 control) {
     } else if ((control == KT_CONTROL_STOP || control == KT_CONTROL_STOP_FOR_DELETE) && (runs || waits)) {
         setState(context, owner, activity, KT_STATE_ABORTED);
         logActivity(context, owner, activity, STEP_ABORTED);
+        scheduleRaid(context, nextMoment(context, owner, activityOf(context, owner)));
     } else {
         return KT_ERR_BGA_ACTION;
     }
@@ -122,6 +145,7 @@ bool isBusy(const Context& context, KT_U16 pd) {
 }
 
 KT_U64 nextMoment(const Context& context, Owner owner, const Activity& activity) {
+    if (isLeftOver(owner, activity)) return std::max(activity.since + LEFT_OVER_KEPT, context.now);
     Activity part = activity;
     const KT_U64 quarter = activity.announced + ANNOUNCED_PERCENT;
     if (quarter < 100) part.work = activity.work / 100 * quarter + (activity.work % 100 * quarter + 99) / 100;

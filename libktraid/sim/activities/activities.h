@@ -10,6 +10,10 @@ void startActivity(const Context& context, Owner owner, KT_U8 kind, KT_U64 work,
 // One of KT_CONTROL_*; KT_ERR_BGA_ACTION for what the state does not allow.
 KT_U8 controlActivity(const Context& context, Owner owner, KT_U8 control);
 
+// A check or media patrol that was aborted: it can be restarted for a day, unless something else starts on its disks.
+bool isLeftOver(Owner owner, const Activity& activity);
+inline constexpr KT_U64 LEFT_OVER_KEPT = 24 * 3600 * 1000; // milliseconds
+
 // Whether an activity reads or writes the disk now.
 bool isBusy(const Context& context, KT_U16 pd);
 
@@ -21,7 +25,8 @@ void applyRates(const Context& context);
 // Every running activity of the adapter pauses.
 void pauseAll(const Context& context);
 
-// The moment at which a running activity completes, passes the next quarter, which is logged, or meets a bad sector.
+// The moment at which a running activity completes, passes the next quarter, which is logged, or meets a bad sector;
+// for what was left over, at which it is forgotten.
 KT_U64 nextMoment(const Context& context, Owner owner, const Activity& activity);
 inline constexpr unsigned ANNOUNCED_PERCENT = 25;
 

@@ -46,6 +46,21 @@ static void announce(const Context& context, Owner owner, Activity activity) {
     logActivity(context, owner, activity, STEP_PROGRESS, static_cast<KT_U32>(quarter));
 }
 
+// Answers whether the activity ended.
+static bool settleActivity(const Context& context, Owner owner) {
+    meetBadSectors(context, owner, activityOf(context, owner));
+    const Activity activity = activityOf(context, owner);
+    if (isLeftOver(owner, activity)) {
+        dropActivity(context, owner);
+    } else if (activityEnd(activity) <= context.now) {
+        completeActivity(context, owner);
+        return true;
+    } else {
+        announce(context, owner, activity);
+    }
+    return false;
+}
+
 KT_U64 settleActivities(Context& context) {
     // A lab states how far an activity is, not how fast it goes.
     if (find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid == 0) applyRates(context);
@@ -54,16 +69,8 @@ KT_U64 settleActivities(Context& context) {
         if (nextMoment(context, owner, activity) <= context.now) due.push_back(owner);
     });
     bool ended = false;
-    for (const Owner owner : due) {
-        meetBadSectors(context, owner, activityOf(context, owner));
-        const Activity activity = activityOf(context, owner);
-        if (activityEnd(activity) <= context.now) {
-            completeActivity(context, owner);
-            ended = true;
-        } else {
-            announce(context, owner, activity);
-        }
-    }
+    for (const Owner owner : due)
+        ended = settleActivity(context, owner) || ended;
     if (ended) arbitrate(context);
     KT_U64 next = NEVER;
     forEachActivity(context, [&](Owner owner, const Activity& activity) {
