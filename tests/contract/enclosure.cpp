@@ -144,7 +144,7 @@ TEST_F(Enclosure, SensorsMeasure) {
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 0), "0201042e");
     EXPECT_EQ(status(1, KT_SES_COOLING, 0), "0107ffa7");
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/1 of 0"}));
+    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/1 of 0", "15/6 of 0"}));
     outside(0, [](sim::Context& context) { sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 1, 54); });
     EXPECT_EQ(newEvents(), std::vector<std::string>({"15/0 of 0"}));
 }

@@ -65,6 +65,8 @@ std::vector<std::string> elementWords() {
 static const KT_U16 NO_EVENT = 0xFFFF;
 static const KT_U16 EVT_OPENED = 12;
 static const KT_U16 EVT_CLOSED = 13;
+static const KT_U16 EVT_SUPPLY_ALERT = 6; // a voltage that is wrong is what a power supply does
+static const KT_U16 EVT_SUPPLY_OPTIMAL = 7;
 static const KT_U8 EVERY_TYPE = 0;
 struct Condition {
     const char* word;
@@ -404,15 +406,15 @@ static const Reading READINGS[] = {
     {[](int value, int) { return value <= 0; }, NO_EVENT, KT_SES_TEMPERATURE, SES_CRITICAL, 0x02, SEV_MAJOR},
     {[](int value, int) { return value <= 5; }, NO_EVENT, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x01, SEV_WARNING},
     {[](int, int) { return true; }, 0, KT_SES_TEMPERATURE, SES_OK, 0, SEV_INFO},
-    {[](int value, int nominal) { return value > nominal * 110 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_CRITICAL, 0x02,
-     SEV_MAJOR},
-    {[](int value, int nominal) { return value < nominal * 90 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_CRITICAL, 0x01,
-     SEV_MAJOR},
-    {[](int value, int nominal) { return value > nominal * 105 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_NONCRITICAL,
-     0x08, SEV_WARNING},
-    {[](int value, int nominal) { return value < nominal * 95 / 100; }, NO_EVENT, KT_SES_VOLTAGE, SES_NONCRITICAL, 0x04,
-     SEV_WARNING},
-    {[](int, int) { return true; }, NO_EVENT, KT_SES_VOLTAGE, SES_OK, 0, SEV_INFO},
+    {[](int value, int nominal) { return value > nominal * 110 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE, SES_CRITICAL,
+     0x02, SEV_MAJOR},
+    {[](int value, int nominal) { return value < nominal * 90 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE, SES_CRITICAL,
+     0x01, SEV_MAJOR},
+    {[](int value, int nominal) { return value > nominal * 105 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE,
+     SES_NONCRITICAL, 0x08, SEV_WARNING},
+    {[](int value, int nominal) { return value < nominal * 95 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE,
+     SES_NONCRITICAL, 0x04, SEV_WARNING},
+    {[](int, int) { return true; }, EVT_SUPPLY_OPTIMAL, KT_SES_VOLTAGE, SES_OK, 0, SEV_INFO},
     {[](int value, int) { return value < 1000; }, 4, KT_SES_COOLING, SES_CRITICAL, 0x40, SEV_MAJOR},
     {[](int, int) { return true; }, 3, KT_SES_COOLING, SES_OK, 0, SEV_INFO},
 };
