@@ -34,6 +34,17 @@ void addEnclosure(CLI::App& app, Options& options);
 void addImage(CLI::App& app, Options& options);
 void addRun(CLI::App& app, Options& options);
 
+// diskMoves.cpp: `disk fail`, `pull`, `insert` and `replace`, and what the rest of `disk` shares with them: the failure
+// that a status means (`what` completes "there is no disk 5 ..."), and the question before disks that hold parts of
+// virtual disks are lost.
+void addDiskMoves(CLI::App& disk, Options& options);
+void checkDisk(KT_U8 status, unsigned pd, const char* what);
+bool holdsData(const sim::Context& context, KT_U16 pd);
+void askAboutDisks(const Options& options, const std::vector<KT_U16>& pds);
+void addCable(CLI::App& app, Options& options);
+// enclosure.cpp's `pull` and `insert`
+void addShelfMoves(CLI::App& enclosure, Options& options);
+
 std::string statePathOf(const Options& options);
 // Opens the state, making the default one when there is none.
 sim::Store* openState(const Options& options);

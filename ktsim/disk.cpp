@@ -1,24 +1,16 @@
 #include "activities/activities.h"
-#include "changes/arrival.h"
-#include "changes/diskIds.h"
-#include "changes/health.h"
 #include "commands.h"
-#include "lab/lab.h"
-#include "media/blocks.h"
 #include "media/surface.h"
 #include "media/wear.h"
 #include "raid/damage.h"
 
 #include <cstdio>
-#include <cstring>
 #include <memory>
-#include <sys/stat.h>
 
 using namespace sim;
 
 struct DiskOptions {
     unsigned id = 0;
-    std::string size;
     std::string aspect;
     unsigned amount = 1;
     KT_U64 lba = NEVER; // NEVER: wherever it happens
@@ -26,17 +18,6 @@ struct DiskOptions {
 };
 
 using DiskChange = std::function<KT_U8(Context&, KT_U16 pd)>;
-
-static void checkDone(KT_U8 status, unsigned pd, const char* what) {
-    if (status == KT_OK) return;
-    const std::string disk = "disk " + std::to_string(pd);
-    if (status == KT_ERR_PD_MISSING || status == KT_ERR_INVALID_PD) throw CommandFailure{"there is no " + disk + what};
-    throw CommandFailure{disk + ": the adapter answers with error " + std::to_string(status)};
-}
-
-static bool holdsData(const Context& context, KT_U16 pd) {
-    return blocksOf(context, pd).BlkCount != 0;
-}
 
 // Asks first when virtual disks lie on the disk. `missing` completes "there is no disk 5 ...".
 static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
@@ -48,36 +29,13 @@ static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_p
     if (asks) addForceOption(*command, options);
     command->callback([&options, wanted, missing, asks, change] {
         const auto pd = static_cast<KT_U16>(wanted->id);
-        bool holds = false;
-        if (asks) changeAdapter(options, [&](Context& context) { holds = holdsData(context, pd); });
-        // Asked with the state let go of: nobody else waits for the answer.
-        if (holds && !confirm(options, "Disk " + std::to_string(pd) + " holds parts of virtual disks. Go on?"))
-            throw CommandFailure{"nothing was changed"};
+        if (asks) askAboutDisks(options, {pd});
         changeAdapter(options, [&](Context& context) {
-            checkDone(change(context, pd), pd, missing);
+            checkDisk(change(context, pd), pd, missing);
             settleAll(context.store);
         });
     });
     return command;
-}
-
-// Gigabytes as vendors count them; 0 = not said.
-static double readBytes(const std::string& size) {
-    if (size.empty()) return 0;
-    char* end = nullptr;
-    const double amount = strtod(size.c_str(), &end);
-    const std::string unit = end;
-    const double bytes = amount * (unit == "TB" ? 1e12 : 1e9);
-    if (end == size.c_str() || (unit != "GB" && unit != "TB") || !(bytes >= 1e9 && bytes <= 1e17))
-        throw CommandFailure{"\"" + size + "\" is not a size such as 500GB or 4TB"};
-    return bytes;
-}
-
-static KT_U64 sectorsOf(const Context& context, KT_U16 pd, const std::string& size) {
-    const auto there = find<_HD_Info>(context, pd);
-    const auto pulled = find<PulledDisk>(context, pd);
-    const KT_U32 sector = there ? there->BlockSize : pulled ? pulled->info.BlockSize : 512;
-    return static_cast<KT_U64>(readBytes(size)) / std::max<KT_U32>(sector, 512);
 }
 
 static KT_U8 age(const Context& context, KT_U16 pd, const DiskOptions& wanted) {
@@ -156,95 +114,11 @@ static void addSpoil(CLI::App& disk, Options& options, const std::shared_ptr<Dis
         ->capture_default_str();
 }
 
-struct InsertOptions {
-    std::vector<unsigned> ids;
-    std::string from;
-    unsigned of = 0;
-};
-
-static bool isStateFile(const std::string& name) {
-    static const char MAGIC[] = "SQLite format 3";
-    char head[sizeof MAGIC] = "";
-    struct stat info = {};
-    // What can be read only once is left to be read as a lab.
-    if (stat(name.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
-    FILE* file = fopen(name.c_str(), "re");
-    const bool whole = file && fread(head, sizeof head, 1, file) == 1;
-    if (file) fclose(file);
-    return whole && memcmp(head, MAGIC, sizeof MAGIC) == 0;
-}
-
-static Store* openSource(const std::string& name) {
-    if (isStateFile(name)) return openExistingStore(name);
-    const std::string text = labText(name);
-    const BuiltInLab lab{name.c_str(), text.c_str()};
-    return openMemoryStore(fillFromLab, &lab);
-}
-
-static void checkArrived(KT_U8 status, const InsertOptions& wanted) {
-    const std::string source = "adapter " + std::to_string(wanted.of) + " of " + wanted.from;
-    if (status == KT_ERR_PD_MISSING) throw CommandFailure{source + " does not have all of these disks"};
-    if (status == KT_ERR_INVALID_PARAMETER) throw CommandFailure{"a disk is named twice"};
-    if (status == KT_ERR_NOT_SUPPORTED) throw CommandFailure{"the adapter has no ports for such disks"};
-    if (status != KT_OK) throw CommandFailure{"the adapter has no room for all that"};
-}
-
-static void insertFrom(const Options& options, const InsertOptions& wanted, Store& source) {
-    const std::vector<KT_U16> there(wanted.ids.begin(), wanted.ids.end());
-    std::vector<KT_U16> here;
-    beginTransaction(source, Access::Read);
-    if (wanted.of >= adapterCount(source))
-        throw CommandFailure{wanted.from + " has no adapter " + std::to_string(wanted.of)};
-    changeAdapter(options, [&](Context& context) {
-        checkArrived(insertForeignDisks(context, source, static_cast<KT_U8>(wanted.of), there, here), wanted);
-    });
-    for (size_t i = 0; i < here.size(); ++i)
-        printf("Disk %u of %s is disk %u here.\n", unsigned{there[i]}, wanted.from.c_str(), unsigned{here[i]});
-}
-
-static void putBack(const Options& options, const std::vector<unsigned>& ids) {
-    std::vector<KT_U16> here;
-    changeAdapter(options, [&](Context& context) {
-        for (const unsigned id : ids) {
-            here.push_back(idOnReturn(context, static_cast<KT_U16>(id)));
-            checkDone(insertDisk(context, here.back()), id, " that was pulled");
-        }
-        settleAll(context.store);
-    });
-    for (size_t i = 0; i < ids.size(); ++i)
-        if (here[i] != ids[i]) printf("Pulled disk %u is disk %u now.\n", ids[i], unsigned{here[i]});
-}
-
-static void insert(const Options& options, const InsertOptions& wanted) {
-    if (wanted.from.empty()) return putBack(options, wanted.ids);
-    const std::unique_ptr<Store, void (*)(Store*)> source(openSource(wanted.from), closeStore);
-    insertFrom(options, wanted, *source);
-}
-
-static void addInsert(CLI::App& disk, Options& options) {
-    CLI::App* command = disk.add_subcommand("insert", "Put pulled disks back, or disks of other adapters in");
-    const auto wanted = std::make_shared<InsertOptions>();
-    command->add_option("ID", wanted->ids, "The disks")->required()->check(CLI::Range(0U, 65534U));
-    CLI::Option* from =
-        command->add_option("--from", wanted->from, "The state or lab they are taken from; it stays as it is");
-    command->add_option("--of", wanted->of, "The adapter there")->needs(from)->capture_default_str();
-    addAdapterOption(*command, options);
-    command->callback([&options, wanted] { insert(options, *wanted); });
-}
-
 void addDisk(CLI::App& app, Options& options) {
     CLI::App* disk = app.add_subcommand("disk", "Let something happen to a disk");
     disk->require_subcommand(1);
     const auto wanted = std::make_shared<DiskOptions>();
-    addChange(*disk, options, wanted, "fail", "It stops answering for good", " that works", true, failDisk);
-    addChange(*disk, options, wanted, "pull", "Take it out of its bay", "", true, pullDisk);
-    addInsert(*disk, options);
-    CLI::App* replace = addChange(*disk, options, wanted, "replace", "Put a new, empty disk into its bay", "", true,
-                                  [wanted](Context& context, KT_U16 pd) {
-                                      return replaceDisk(context, pd, sectorsOf(context, pd, wanted->size));
-                                  });
-    replace->add_option("--size", wanted->size, "Of the new one, for instance 500GB or 4TB; else as large")
-        ->each([](const std::string& size) { readBytes(size); });
+    addDiskMoves(*disk, options);
     addAge(*disk, options, wanted);
     addSpoil(*disk, options, wanted, "damage", "Some of its sectors cannot be read any more", FLAW_UNREADABLE);
     addSpoil(*disk, options, wanted, "corrupt", "Some of its sectors hold wrong data, which only a check tells",

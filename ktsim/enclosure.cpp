@@ -131,4 +131,5 @@ void addEnclosure(CLI::App& app, Options& options) {
     addChange(*enclosure, options, wanted, "reading", "What a sensor measures or how fast a fan turns", setReading)
         ->add_option("VALUE", wanted->reading, "Celsius, hundredths of a volt, or turns a minute")
         ->required();
+    addShelfMoves(*enclosure, options);
 }

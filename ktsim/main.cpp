@@ -48,6 +48,7 @@ static int runWords(int argc, char** argv) {
     addDisk(app, options);
     addBattery(app, options);
     addEnclosure(app, options);
+    addCable(app, options);
     addClock(app, options);
     addFault(app, options);
     addEvent(app, options);

@@ -201,7 +201,7 @@ TEST_F(Encryption, VirtualDisksFeelIt) {
     EXPECT_FALSE(offline(DISK));
     advance(48 * 3600);
     EXPECT_FALSE(offline(DISK));
-    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, DISK, 0), KT_OK); });
+    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, DISK), KT_OK); });
     EXPECT_TRUE(offline(DISK)) << "a new disk is a plain one";
 }
 

@@ -25,7 +25,7 @@ struct Raid : LabTest<LAB> {
         outside(adapter, [&](sim::Context& context) { EXPECT_EQ(act(context, pd), KT_OK); });
     }
     void replace(KT_U8 adapter, KT_U16 pd) const {
-        outside(adapter, [&](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, pd, 0), KT_OK); });
+        outside(adapter, [&](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, pd), KT_OK); });
     }
 };
 
@@ -245,7 +245,8 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     advance(57);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE) << "only 5000 MB are left to fill";
     newEvents(ARRAYS);
-    outside(ARRAYS, [](sim::Context& context) { sim::replaceDisk(context, 1, 2000000); });
+    outside(ARRAYS,
+            [](sim::Context& context) { sim::replaceDisk(context, 1, [](_HD_Info& disk) { disk.Size = 2000000; }); });
     disk(ARRAYS, sim::pullDisk, 6);
     EXPECT_EQ(newEvents(ARRAYS),
               (std::vector<std::string>{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));

@@ -122,7 +122,7 @@ TEST_F(Smart, TheDayWarmsAndThePullStopsTheHours) {
     outside(0, [](sim::Context& context) { sim::insertDisk(context, 2); });
     EXPECT_EQ(attribute(2, HOURS).RawValue, hours + 6);
     EXPECT_EQ(attribute(2, 0x0C).RawValue, cycles + 1);
-    outside(0, [](sim::Context& context) { sim::replaceDisk(context, 2, 0); });
+    outside(0, [](sim::Context& context) { sim::replaceDisk(context, 2); });
     advance(3 * 3600);
     EXPECT_EQ(attribute(2, HOURS).RawValue, 3U) << "a new one";
     EXPECT_EQ(attribute(2, 0x0C).RawValue, 1U);

@@ -3,6 +3,7 @@
 #include "activities/activities.h"
 #include "changes/arrays.h"
 #include "changes/arrival.h"
+#include "changes/branches.h"
 #include "changes/diskIds.h"
 #include "changes/health.h"
 #include "frame/settle.h"
@@ -160,6 +161,18 @@ static void bringForeign(Chaos& run, const Context& context) {
     closeStore(elsewhere);
 }
 
+// A whole shelf, all behind a cable, or some disks at once.
+static void pullTogether(Chaos& run, Context& context) {
+    if (rarely(run, 3)) {
+        pullEnclosure(context, 1);
+    } else if (rarely(run, 2)) {
+        pullCable(context, byte(run, 8));
+    } else {
+        const KT_U16 pd = pick(run, 16);
+        pullDisks(context, {pd, static_cast<KT_U16>(pd + 1), static_cast<KT_U16>(pd + 2)});
+    }
+}
+
 // What no client of the library does: disks and time.
 static void happen(Chaos& run) {
     beginTransaction(*run.store, Access::Write);
@@ -182,9 +195,16 @@ static void happen(Chaos& run) {
         applyRates(context);
     } else if (what == 8 && rarely(run, 4)) {
         bringForeign(run, context);
+    } else if (what == 9 && rarely(run, 3)) {
+        pullTogether(run, context);
+    } else if (what < 12) {
+        // What was pulled comes back before long.
+        insertEnclosure(context, 1);
+        insertCable(context, byte(run, 8));
     } else if (!state || state->health == PD_FAILED) {
         // Broken and missing disks are seen to, or there would soon be none.
-        replaceDisk(context, pd, rarely(run, 6) ? 2000000 : 0);
+        const bool small = rarely(run, 6);
+        replaceDisk(context, pd, [&](_HD_Info& disk) { disk.Size = small ? 2000000 : disk.Size; });
     }
     run.now += pick(run, 3000);
     setClock(*run.store, run.now, 1000, true);

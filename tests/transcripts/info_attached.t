@@ -30,7 +30,7 @@ Port multipliers, expanders and the battery.
   -------------------------
   Adapter:             0
   Expander ID:         0
-  Enclosure ID:        0
+  Enclosure ID:        1
   Total # of PHYs:     28
   Links to:            HBA 0, port [0, 1, 2, 3] on SAS address 500A1F4000100000
   From parent:         port [24, 25, 26, 27] on SAS addr 500A1F4000280000

@@ -70,3 +70,130 @@ A voltage that is wrong is told.
   $ lab default; ktsim enclosure reading 1 vlt 0 600; ktsim enclosure reading 1 vlt 0 1200; log | tail -2
   [MAJOR] Adapter 0 power supply 0 alert
   [INFO] Adapter 0 power supply 0 is optimal
+
+The disk that left first has missed what was written since, whatever the clock says; the one that left last has not.
+
+  $ fresh; make 5 0,1,2; ktsim disk pull 1 -f; ktsim disk pull 2 -f; ktsim disk insert 1; kt info -o vd -i 0 | grep ^status
+  status:              offline
+
+It may be the last copy all the same: it stays known until it is wiped, or its virtual disk is gone or works without it.
+
+  $ ktsim status | grep 'PD 1 '; kt create -o array -r 0 -d 1,3
+    PD 1     Gannet GT500G         SATA     465.8 GiB  port 1      foreign
+  Foreign disk 1 can not be used to create array.
+  [1]
+  $ kt wipe -d 1
+  
+  Wipe MDD on PD 1 failed (error 56: Specified physical disk is assigned to a virtual disk).
+  [56]
+  $ ktsim disk insert 2; ktsim status | grep 'VD 0\|PD [12] '
+    VD 0     VD_R5_1          RAID5         97.7 GiB  array 0  degraded, write-back
+    PD 1     Gannet GT500G         SATA     465.8 GiB  port 1      member of array 0
+    PD 2     Gannet GT500G         SATA     465.8 GiB  port 2      member of array 0
+  $ ktsim clock until idle > /dev/null; kt info -o vd -i 0 | grep ^status
+  status:              online
+
+Disks that leave together come back together.
+
+  $ fresh; make 5 0,1,2; ktsim disk pull 1 2 -f; kt info -o vd -i 0 | grep ^status; ktsim disk insert 1 2; kt info -o vd -i 0 | grep ^status
+  status:              offline
+  status:              online
+  $ ktsim disk fail 3 99 -f; ktsim disk pull 3 99; ktsim status | grep 'PD 3 '
+  ktsim: there is no disk 99 that works
+  ktsim: there is no disk 99
+    PD 3     Gannet GT500G         SATA     465.8 GiB  port 3      free
+  $ lab default; ktsim enclosure pull 1 < /dev/null; ktsim enclosure pull 1 -f; ktsim status -a 0 | grep ' VD \|Encl\|in use'; kt enc -o enc; kt info -o exp
+  Disks 0, 1, 2, 3, 4, 5, 6, 7, 8 hold parts of virtual disks. Go on? [y/N] ktsim: nothing was changed
+  
+    VD 0     boot             RAID1        100.0 GiB  array 0  offline
+    VD 1     scratch          RAID1        400.0 GiB  array 0  offline
+    VD 2     orders           RAID5          2.0 TiB  array 1  offline
+    VD 3     archive          RAID6          7.3 TiB  array 2  offline
+  
+  No enclosure is found
+  No expander is found.
+  $ ktsim disk pull 12; ktsim enclosure insert 1; ktsim enclosure insert 1; ktsim status -a 0 | grep ' VD [0-9] \|PD 12'; kt info -o exp | grep Enclosure
+  ktsim: there is no pulled enclosure 1
+    VD 0     boot             RAID1        100.0 GiB  array 0  online, write-back, runs the OS
+    VD 1     scratch          RAID1        400.0 GiB  array 0  online, write-back
+    VD 2     orders           RAID5          2.0 TiB  array 1  online, write-back (auto: battery 95%)
+    VD 3     archive          RAID6          7.3 TiB  array 2  online, write-through
+    PD 12    Gannet GT1000G        SATA     931.5 GiB  port 7      pulled out
+  Enclosure ID:        1
+  $ log | grep Expander
+  [MAJOR] Expander 0 is plugged out
+  [INFO] Expander 0 is plugged in
+  $ ktsim cable pull 3 -a 1 -f; ktsetup 1 info -o pm; ktsim status -a 1 | grep ' VD '
+  SG driver version 3.5.36.
+  
+  Port Multiplexer Information
+  -------------------------
+  Adapter:             1
+  PM ID:               1
+  # of ports:          5
+  Links to:            HBA port 2
+  Vendor ID:           8100
+  Device ID:           14085
+  Product revision:    1
+  PM spec revision:    1.2
+  
+  Total # of PM:       1
+  
+    VD 1     media            RAID5          1.0 TiB  offline
+    VD 3     home             hybrid       200.0 GiB  offline
+    VD 0     system           RAID1        200.0 GiB  online, write-back, unsafe (no battery), runs the OS
+    VD 2     spool            RAID0        200.0 GiB  online, write-back, unsafe (no battery)
+    PD 0     Gannet GT1000G        SATA     931.5 GiB  port 0      member of VD 0
+    PD 1     Gannet GT1000G        SATA     931.5 GiB  port 1      member of VD 0
+    PD 2     Petrel PS240G SSD     SATA SSD 223.6 GiB  PM 1:0      member of VD 3
+    PD 8     Gannet GT1000G        SATA     931.5 GiB  PM 1:1      member of VD 2
+    PD 9     Gannet GT1000G        SATA     931.5 GiB  PM 1:2      member of VD 2
+  $ ktsim cable insert 3 -a 1; ktsim status -a 1 | grep ' VD [0-9] '; ktsim cable pull 5; ktsim cable insert 5
+    VD 1     media            RAID5          1.0 TiB  degraded, write-back, unsafe (no battery)
+    VD 0     system           RAID1        200.0 GiB  online, write-back, unsafe (no battery), runs the OS
+    VD 2     spool            RAID0        200.0 GiB  online, write-back, unsafe (no battery)
+    VD 3     home             hybrid       200.0 GiB  online, write-back, unsafe (no battery)
+  ktsim: there is nothing at port 5
+  ktsim: no cable was pulled from port 5
+  [1]
+
+A disk of another make takes the place of one that goes.
+
+  $ fresh; ktsim disk replace 4 --size 4TB; ktsim disk replace 5 --type "SAS SSD" --sector 4096; ktsim disk replace 6 --model "Other One"; ktsim disk replace 7
+  $ ktsim status | grep 'PD [4567] '; ktsim disk replace 0 -a 1 2>&1; lab empty; ktsim disk replace 0 -a 1 --type SAS
+    PD 4     Gannet GT4000G        SATA       3.6 TiB  port 4      free
+    PD 5     Petrel PX500G SAS SSD SAS SSD  465.8 GiB  port 5      free
+    PD 6     Other One             SATA     465.8 GiB  port 6      free
+    PD 7     Gannet GT500G         SATA     465.8 GiB  port 7      free
+  ktsim: there is no adapter 1, only 1 of them
+  ktsim: the adapter has no ports for such disks
+  [1]
+
+What belongs to others is not wiped in passing.
+
+  $ lab troubled; ktsim status -a 1 | grep foreign; ktsetup 1 wipe -d 9 | tail -1; ktsetup 1 wipe -d 9 -f | tail -1
+    VD 3     foreign          RAID1        100.0 GiB  foreign
+    PD 3     Gannet GT1000G        SATA     931.5 GiB  port 3      foreign of VD 1
+    PD 4     Gannet GT1000G        SATA     931.5 GiB  port 0      foreign of VD 1
+    PD 9     Gannet GT1000G        SATA     931.5 GiB  port 1      foreign of VD 3 4
+    PD 10    Gannet GT1000G        SATA     931.5 GiB  port 2      foreign of VD 3 4 5
+    PD 17    Gannet GT1000G        SATA     931.5 GiB  port 1      foreign of VD 2
+    PD 18    Gannet GT1000G        SATA     931.5 GiB  port 2      foreign of VD 2
+  Wipe MDD on PD 9 failed (error 56: Specified physical disk is assigned to a virtual disk).
+  Wipe PD 9 is returned successfully.
+
+A disk that its key makes useful again says so.
+
+  $ cat > keys.json <<EOF
+  > {"adapters": [{"type": "LD-based", "disks": [{"count": 4, "port": 0}],
+  >   "keys": [{"id": 0, "key": "one", "password": "open", "ports": [{"id": 1, "enabled": true}, {"id": 2, "enabled": true}]}],
+  >   "virtualDisks": [{"level": "RAID0", "disks": [2, 3]}]}]}
+  > EOF
+  $ ktsim create --lab keys.json --force && ktsetup aesport -o set -i 1 --aesoff > /dev/null; log | tail -3
+  [MAJOR] Physical disk 2 offline caused by plain disk on AES enabled port
+  [CRITICAL] Virtual Disk 0 is offline
+  [INFO] Physical disk 1 has been set as free disk
+  $ ktsim disk pull 0 1; ktsetup aesport -o set -i 2 --aesoff > /dev/null; log | tail -2; kt info -o vd -i 0 | grep ^status
+  [MAJOR] Physical disk 1 is plugged out
+  [INFO] Virtual Disk 0 is online
+  status:              online

@@ -226,8 +226,7 @@ KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapte
     }
     bringLabels(context, arrival);
     reviewForeign(context);
-    for (const KT_U16 id : ids)
-        reviewDiskCipher(context, id);
+    reviewCiphers(context, ids);
     return KT_OK;
 }
 

@@ -60,21 +60,30 @@ void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher) {
     }
 }
 
-void reviewCipherOn(const Context& context, KT_U16 pd, KT_U8 port) {
-    DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
-    const auto state = find<PdState>(context, pd);
-    if (!state || checkCryptoPort(context, port) != KT_OK) return;
-    const KT_U16 complaint = cipherComplaint(context, port, cipher);
-    if (complaint != NO_COMPLAINT && !(state->raid & KT_PD_OFFLINE)) {
-        cipher.offline = 1;
+void reviewCiphers(const Context& context, const std::vector<KT_U16>& pds) {
+    std::vector<KT_U16> locked;
+    std::vector<KT_U16> opened;
+    for (const KT_U16 pd : pds) {
+        DiskCipher cipher = find<DiskCipher>(context, pd).value_or(DiskCipher{});
+        const auto disk = find<_HD_Info>(context, pd);
+        const auto state = find<PdState>(context, pd);
+        const auto port = disk ? rootPort(context, disk->Link.Parent) : std::nullopt;
+        if (!state || !port || checkCryptoPort(context, *port) != KT_OK) continue;
+        const KT_U16 complaint = cipherComplaint(context, *port, cipher);
+        if (complaint != NO_COMPLAINT && !(state->raid & KT_PD_OFFLINE)) {
+            cipher.offline = 1;
+            logEvent(context, EVT_PD, complaint, pd, SEV_MAJOR);
+            locked.push_back(pd);
+        } else if (complaint == NO_COMPLAINT && cipher.offline) {
+            cipher.offline = 0;
+            opened.push_back(pd);
+        } else {
+            continue;
+        }
         saveCipher(context, pd, cipher);
-        logEvent(context, EVT_PD, complaint, pd, SEV_MAJOR);
-        loseDisk(context, pd);
-    } else if (complaint == NO_COMPLAINT && cipher.offline) {
-        cipher.offline = 0;
-        saveCipher(context, pd, cipher);
-        bringDiskUp(context, pd, false);
     }
+    if (!locked.empty()) loseDisks(context, locked);
+    if (!opened.empty()) bringDisksUp(context, opened);
 }
 
 const char* whyLocked(const Context& context, KT_U16 pd) {
@@ -90,13 +99,6 @@ const char* whyLocked(const Context& context, KT_U16 pd) {
     default:
         return "the key of its port is not its own";
     }
-}
-
-void reviewDiskCipher(const Context& context, KT_U16 pd) {
-    const auto disk = find<_HD_Info>(context, pd);
-    if (!disk) return;
-    const auto port = rootPort(context, disk->Link.Parent);
-    if (port) reviewCipherOn(context, pd, *port);
 }
 
 } // namespace sim

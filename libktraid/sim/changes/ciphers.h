@@ -3,6 +3,8 @@
 
 #include "state/store.h"
 
+#include <vector>
+
 namespace sim {
 
 // KT_OK, or why the adapter does not encrypt at all or not on that port.
@@ -13,10 +15,9 @@ AesPort cryptoPort(const Context& context, KT_U8 port);
 std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint parent);
 void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher);
 
-// To be called for a disk that arrives: offline, with its event, when its cipher does not suit its port. The other one
-// is for a port that changes: it also brings a disk back that suits it now.
-void reviewDiskCipher(const Context& context, KT_U16 pd);
-void reviewCipherOn(const Context& context, KT_U16 pd, KT_U8 port);
+// To be called for disks that arrive or whose port changes, all of them at once: offline, with its event, is each whose
+// cipher does not suit its port; up again is one that suits it now.
+void reviewCiphers(const Context& context, const std::vector<KT_U16>& pds);
 
 // Why the cipher of an offline disk keeps it so, for people ("no key fits", ...); empty when that is not the reason.
 const char* whyLocked(const Context& context, KT_U16 pd);

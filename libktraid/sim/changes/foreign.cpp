@@ -5,6 +5,7 @@
 #include "changes/spareRoles.h"
 #include "media/blocks.h"
 #include "raid/members.h"
+#include "raid/roles.h"
 #include "raid/slots.h"
 #include "state/events.h"
 
@@ -239,7 +240,37 @@ static bool hasBlocks(const Context& context, const _LD_Info& vd) {
                        [&](KT_U16 id) { return id != KT_NO_ID && find<_Block_Info>(context, id); });
 }
 
+static std::optional<_LD_Info> knownVd(const Context& context, const KT_U8* guid) {
+    std::optional<_LD_Info> found;
+    forEach<_LD_Info>(context, 0, [&](KT_U64, const _LD_Info& vd) {
+        if (memcmp(vd.LD_GUID, guid, sizeof vd.LD_GUID) == 0) found = vd;
+        return !found;
+    });
+    return found;
+}
+
+bool isStale(const Context& context, const PulledBlocks& blocks) {
+    return std::any_of(blocks.entries, blocks.entries + std::min<int>(blocks.count, MAX_MEMBERS),
+                       [&](const PulledBlock& entry) {
+                           const auto vd = knownVd(context, entry.guid);
+                           return vd && vd->Status == KT_VD_OFFLINE && entry.block.Status != BLOCK_REBUILDING;
+                       });
+}
+
+static void reviewStale(const Context& context) {
+    std::vector<KT_U16> freed;
+    forEach<PulledBlocks>(context, 0, [&](KT_U64 id, const PulledBlocks& blocks) {
+        if (find<_HD_Info>(context, id) && !isStale(context, blocks)) freed.push_back(static_cast<KT_U16>(id));
+        return true;
+    });
+    for (const KT_U16 pd : freed) {
+        erase<PulledBlocks>(context, pd);
+        releaseDisk(context, pd);
+    }
+}
+
 void reviewForeign(const Context& context) {
+    reviewStale(context);
     std::vector<Vd> foreign;
     forEachVd(context, [&](const Vd& vd) {
         if (isForeign(vd.info)) foreign.push_back(vd);
@@ -261,8 +292,9 @@ void reviewForeign(const Context& context) {
 
 static bool isPulled(const Context& context, const KT_U8* guid) {
     bool pulled = false;
-    forEach<PulledBlocks>(context, 0, [&](KT_U64, const PulledBlocks& disk) {
-        pulled = std::any_of(disk.entries, disk.entries + std::min<int>(disk.count, MAX_MEMBERS),
+    forEach<PulledBlocks>(context, 0, [&](KT_U64 id, const PulledBlocks& disk) {
+        pulled = find<PulledDisk>(context, id) &&
+                 std::any_of(disk.entries, disk.entries + std::min<int>(disk.count, MAX_MEMBERS),
                              [&](const PulledBlock& entry) { return memcmp(entry.guid, guid, 8) == 0; });
         return !pulled;
     });

@@ -20,8 +20,11 @@ inline bool isForeign(const _LD_Info& vd) {
     return vd.Status == KT_VD_FOREIGN || vd.Status == KT_VD_IMPORTABLE || vd.Status == KT_VD_NOT_IMPORTABLE ||
            isConflicted(vd);
 }
+// Whether what a disk held is an old copy of something that is offline now. As long as it is, the disk stays known as a
+// member, foreign, with its PulledBlocks, for it may be the last copy.
+bool isStale(const Context& context, const PulledBlocks& blocks);
 // Says of every foreign virtual disk anew whether it can be imported; those whose disks have all left go away. To be
-// called after anything that disks or other virtual disks come or go by.
+// called after anything that disks or other virtual disks come or go by, or work again.
 void reviewForeign(const Context& context);
 // Remembers a virtual disk that leaves while pulled disks still hold parts of it.
 void rememberAway(const Context& context, const Vd& vd);

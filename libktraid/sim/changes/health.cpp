@@ -8,6 +8,7 @@
 #include "changes/foreign.h"
 #include "changes/outage.h"
 #include "changes/spareRoles.h"
+#include "media/diskMakes.h"
 #include "media/life.h"
 #include "raid/members.h"
 #include "raid/roles.h"
@@ -31,28 +32,43 @@ KT_U8 failDisk(const Context& context, KT_U16 pd) {
     return KT_OK;
 }
 
-KT_U8 pullDisk(const Context& context, KT_U16 pd) {
+static bool areThere(const Context& context, const std::vector<KT_U16>& pds) {
+    return std::all_of(pds.begin(), pds.end(), [&](KT_U16 pd) { return find<_HD_Info>(context, pd).has_value(); });
+}
+
+static void takeOut(const Context& context, KT_U16 pd, const PulledBlocks& blocks, KT_U64 loss) {
     Disk disk = {};
-    if (findDisk(context, pd, disk) != KT_OK) return KT_ERR_PD_MISSING;
-    const PulledBlocks blocks = rememberBlocks(context, pd);
     logEvent(context, EVT_PD, 0, pd, SEV_MAJOR);
     failPatrol(context, pd);
     dropSpareRole(context, pd);
     findDisk(context, pd, disk);
     powerOff(context, pd);
-    save(context, pd, PulledDisk{disk.info, disk.state});
+    save(context, pd, PulledDisk{disk.info, disk.state, loss});
     save(context, pd, blocks);
-    const std::vector<Owner> owners = groupsOn(context, pd);
-    erase<_HD_Info>(context, pd);
-    erase<PdState>(context, pd);
-    for (const Owner owner : owners)
-        removeMember(context, groupOf(context, owner), pd);
-    followUp(context, owners, pd);
+}
+
+KT_U8 pullDisks(const Context& context, const std::vector<KT_U16>& pds) {
+    if (!areThere(context, pds)) return KT_ERR_PD_MISSING;
+    std::vector<PulledBlocks> blocks;
+    for (const KT_U16 pd : pds)
+        blocks.push_back(rememberBlocks(context, pd));
+    const KT_U64 loss = beginLoss(context);
+    for (size_t i = 0; i < pds.size(); ++i)
+        takeOut(context, pds[i], blocks[i], loss);
+    const std::vector<Owner> owners = groupsOn(context, pds);
+    for (const KT_U16 pd : pds) {
+        erase<_HD_Info>(context, pd);
+        erase<PdState>(context, pd);
+    }
+    for (const Owner owner : owners) {
+        for (const KT_U16 pd : pds)
+            removeMember(context, groupOf(context, owner), pd);
+    }
+    followUp(context, owners, pds);
     return KT_OK;
 }
 
-KT_U8 insertDisk(const Context& context, KT_U16 known) {
-    const KT_U16 pd = idOnReturn(context, known);
+static KT_U8 putIn(const Context& context, KT_U16 pd, std::vector<Returning>& returning) {
     const auto pulled = find<PulledDisk>(context, pd);
     if (!pulled || find<_HD_Info>(context, pd)) return KT_ERR_PD_MISSING;
     const PulledBlocks blocks = find<PulledBlocks>(context, pd).value_or(PulledBlocks{});
@@ -67,12 +83,30 @@ KT_U8 insertDisk(const Context& context, KT_U16 known) {
     state.toldTooSmall = 0;
     save(context, pd, state);
     logEvent(context, EVT_PD, 1, pd, SEV_INFO);
-    if (state.health == PD_FAILED) return KT_OK;
-    rejoin(context, pd, blocks);
-    reviewDiskCipher(context, pd);
-    if (blocks.raid & KT_PD_GLOBAL_SPARE && !(blocks.raid & KT_PD_MEMBER)) makeGlobalSpare(context, pd);
-    if (blocks.raid & KT_PD_DEDICATED_SPARE && !(blocks.raid & KT_PD_MEMBER))
-        makeDedicatedSpare(context, pd, blocks.dgid);
+    if (state.health != PD_FAILED) returning.push_back(Returning{pd, blocks});
+    return KT_OK;
+}
+
+// A disk that stood by does so again.
+static void takeUpRole(const Context& context, const Returning& disk) {
+    if (disk.blocks.raid & KT_PD_MEMBER) return;
+    if (disk.blocks.raid & KT_PD_GLOBAL_SPARE) makeGlobalSpare(context, disk.pd);
+    if (disk.blocks.raid & KT_PD_DEDICATED_SPARE) makeDedicatedSpare(context, disk.pd, disk.blocks.dgid);
+}
+
+KT_U8 insertDisks(const Context& context, const std::vector<KT_U16>& known) {
+    std::vector<Returning> returning;
+    for (const KT_U16 id : known) {
+        const KT_U8 status = putIn(context, idOnReturn(context, id), returning);
+        if (status != KT_OK) return status;
+    }
+    rejoin(context, returning);
+    std::vector<KT_U16> pds;
+    for (const Returning& disk : returning)
+        pds.push_back(disk.pd);
+    reviewCiphers(context, pds);
+    for (const Returning& disk : returning)
+        takeUpRole(context, disk);
     engageSpares(context);
     arbitrate(context);
     return KT_OK;
@@ -89,7 +123,7 @@ static void renumber(const Context& context, _HD_Info& disk) {
     disk.WWN[5] = disk.Link.Self.SAS_Address[5] = static_cast<KT_U8>(sequence >> 8 & 0xFF);
 }
 
-KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors) {
+KT_U8 replaceDisk(const Context& context, KT_U16 known, const std::function<void(_HD_Info&)>& change) {
     const KT_U16 pd = idOnReturn(context, known);
     if (find<_HD_Info>(context, pd)) {
         const KT_U8 status = pullDisk(context, pd);
@@ -101,7 +135,9 @@ KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors) {
     erase<PulledBlocks>(context, pd);
     _HD_Info info = pulled->info;
     renumber(context, info);
-    if (sectors) info.Size = sectors;
+    if (change) change(info);
+    if ((info.HDType & KT_HD_SAS) && !(adapterInfo(context).PortSupportType & KT_HD_SAS)) return KT_ERR_NOT_SUPPORTED;
+    const DiskMake& make = diskMakeOfType(info.HDType);
     PdState state = {};
     state.config = pulled->state.config;
     state.config.Online = 1;
@@ -109,13 +145,17 @@ KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors) {
     state.config.SMARTOn = info.FeatureSupport & KT_HD_SMART ? 1 : 0;
     state.dgid = KT_NO_ID;
     state.reservedKib = pulled->state.reservedKib;
+    if (info.HDType != pulled->info.HDType) {
+        state.reservedKib = reservedKibOf(make);
+        state.config.DriveSpeed = make.speed;
+    }
     state.patrol.disk = KT_NO_ID;
     save(context, pd, info);
     save(context, pd, state);
     forgetDisk(context, pd);
     beginLife(context, pd);
     logEvent(context, EVT_PD, 1, pd, SEV_INFO);
-    reviewDiskCipher(context, pd);
+    reviewCiphers(context, {pd});
     engageSpares(context);
     arbitrate(context);
     return KT_OK;
@@ -154,7 +194,7 @@ KT_U8 setDiskStatus(const Context& context, KT_U16 pd, KT_U8 status) {
     if (status == 0) return setDiskDown(context, pd);
     const KT_U8 result = bringDiskUp(context, pd, false);
     if (result != KT_OK) return result;
-    reviewDiskCipher(context, pd);
+    reviewCiphers(context, {pd});
     Disk disk = {};
     const bool suits = findDisk(context, pd, disk) == KT_OK && !(disk.state.raid & KT_PD_OFFLINE);
     return suits ? KT_U8{KT_OK} : KT_U8{KT_ERR_KEY_MISMATCH};
@@ -182,9 +222,10 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     if (disk.state.health == PD_FAILED) return KT_ERR_LINK_TIMEOUT;
     if (runsSystem(disk.state)) return KT_ERR_PD_HAS_OS;
     const bool foreign = (disk.state.raid & KT_PD_FOREIGN) != 0;
-    if ((disk.state.raid & KT_PD_MEMBER) && !foreign && !force) return KT_ERR_PD_ASSIGNED;
+    // What others keep on it, or what is waited for, is lost as well.
+    if ((disk.state.raid & (KT_PD_MEMBER | KT_PD_FOREIGN)) && !force) return KT_ERR_PD_ASSIGNED;
     if ((disk.state.raid & KT_PD_SPARE) && !force) return KT_ERR_IS_SPARE;
-    for (const Owner owner : groupsOn(context, pd)) {
+    for (const Owner owner : groupsOn(context, {pd})) {
         const Group group = groupOf(context, owner);
         // What such a virtual disk keeps is on its hard disk.
         const bool hybrid = isHybridLevel(group.geometry.level) && !isSolidState(disk.info);
@@ -195,6 +236,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
         }
     }
     wipeForeign(context, pd);
+    erase<PulledBlocks>(context, pd);
     erase<ArrayLabel>(context, pd);
     dropSpareRole(context, pd);
     failPatrol(context, pd);
@@ -207,7 +249,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     saveDisk(context, disk);
     for (const Owner owner : allGroups(context))
         forgetHome(context, owner, pd);
-    followUp(context, owners, pd);
+    followUp(context, owners, {pd});
     return KT_OK;
 }
 

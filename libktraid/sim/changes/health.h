@@ -4,18 +4,28 @@
 
 #include "state/store.h"
 
+#include <functional>
+#include <vector>
+
 namespace sim {
 
 // What people and time do to disks.
 
 // The disk stops answering for good: KT_ERR_PD_MISSING when it is not there or has failed already.
 KT_U8 failDisk(const Context& context, KT_U16 pd);
-// Taken out of its bay; it can come back with what it holds.
-KT_U8 pullDisk(const Context& context, KT_U16 pd);
-// A pulled disk comes back: KT_ERR_PD_MISSING when none with that id was pulled.
-KT_U8 insertDisk(const Context& context, KT_U16 known);
-// A new, empty disk of the same make takes the place of one that is there or was pulled; `sectors` 0 = as large.
-KT_U8 replaceDisk(const Context& context, KT_U16 known, KT_U64 sectors);
+// Taken out of their bays at one blow, as with their shelf; they can come back with what they hold.
+KT_U8 pullDisks(const Context& context, const std::vector<KT_U16>& pds);
+inline KT_U8 pullDisk(const Context& context, KT_U16 pd) {
+    return pullDisks(context, {pd});
+}
+// Pulled disks come back, together: KT_ERR_PD_MISSING when one of these ids was not pulled.
+KT_U8 insertDisks(const Context& context, const std::vector<KT_U16>& known);
+inline KT_U8 insertDisk(const Context& context, KT_U16 known) {
+    return insertDisks(context, {known});
+}
+// A new, empty disk takes the place of one that is there or was pulled: another of the same make and size, unless
+// `change` makes something else of its record. KT_ERR_NOT_SUPPORTED for one that the adapter has no ports for.
+KT_U8 replaceDisk(const Context& context, KT_U16 known, const std::function<void(_HD_Info&)>& change = nullptr);
 // What the library's calls do.
 
 // KT_PD_SetHDStatus: 0 sets the disk down, 1 brings it up again, which its cipher may forbid (KT_ERR_KEY_MISMATCH).

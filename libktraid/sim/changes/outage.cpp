@@ -13,12 +13,15 @@
 
 namespace sim {
 
-std::vector<Owner> groupsOn(const Context& context, KT_U16 pd) {
+std::vector<Owner> groupsOn(const Context& context, const std::vector<KT_U16>& pds) {
     std::vector<Owner> owners;
     for (const Owner owner : allGroups(context)) {
         const Group group = groupOf(context, owner);
-        const bool member = std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
-        if (member || !blocksFor(context, group, pd).empty()) owners.push_back(owner);
+        const bool has = std::any_of(pds.begin(), pds.end(), [&](KT_U16 pd) {
+            const bool member = std::find(group.members.begin(), group.members.end(), pd) != group.members.end();
+            return member || !blocksFor(context, group, pd).empty();
+        });
+        if (has) owners.push_back(owner);
     }
     return owners;
 }
@@ -91,10 +94,11 @@ void failPatrol(const Context& context, KT_U16 pd) {
     if (isAlive(activity)) logActivity(context, owner, activity, STEP_FAILED);
 }
 
-void followUp(const Context& context, const std::vector<Owner>& owners, KT_U16 pd) {
+void followUp(const Context& context, const std::vector<Owner>& owners, const std::vector<KT_U16>& pds) {
     for (const Owner owner : owners) {
+        for (const KT_U16 pd : pds)
+            failActivities(context, groupOf(context, owner), pd);
         const Group group = groupOf(context, owner);
-        failActivities(context, group, pd);
         refreshGroup(context, group);
         interruptActivities(context, group);
     }
@@ -104,19 +108,22 @@ void followUp(const Context& context, const std::vector<Owner>& owners, KT_U16 p
     arbitrate(context);
 }
 
-void loseDisk(const Context& context, KT_U16 pd) {
-    Disk disk = {};
-    if (findDisk(context, pd, disk) != KT_OK) return;
-    const std::vector<Owner> owners = groupsOn(context, pd);
-    failPatrol(context, pd);
-    dropSpareRole(context, pd);
-    findDisk(context, pd, disk);
-    disk.state.raid |= KT_PD_OFFLINE;
-    disk.state.left = context.now;
-    disk.state.config.Online = 0;
-    saveDisk(context, disk);
-    setBlocksOffline(context, pd);
-    followUp(context, owners, pd);
+void loseDisks(const Context& context, const std::vector<KT_U16>& pds) {
+    const std::vector<Owner> owners = groupsOn(context, pds);
+    const KT_U64 loss = beginLoss(context);
+    for (const KT_U16 pd : pds) {
+        Disk disk = {};
+        if (findDisk(context, pd, disk) != KT_OK) continue;
+        failPatrol(context, pd);
+        dropSpareRole(context, pd);
+        findDisk(context, pd, disk);
+        disk.state.raid |= KT_PD_OFFLINE;
+        disk.state.left = loss;
+        disk.state.config.Online = 0;
+        saveDisk(context, disk);
+        setBlocksOffline(context, pd);
+    }
+    followUp(context, owners, pds);
 }
 
 static KT_U16 slotOf(const _LD_Info& vd, KT_U16 block) {
@@ -125,11 +132,12 @@ static KT_U16 slotOf(const _LD_Info& vd, KT_U16 block) {
 }
 
 PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
+    if (const auto before = find<PulledBlocks>(context, pd)) return *before;
     PulledBlocks pulled = {};
     const PdState state = find<PdState>(context, pd).value_or(PdState{});
     const DgState array = find<DgState>(context, state.dgid).value_or(DgState{});
     pulled.raid = state.raid;
-    pulled.left = state.raid & KT_PD_OFFLINE ? state.left : context.now;
+    pulled.left = state.raid & KT_PD_OFFLINE ? state.left : lastLoss(context) + 1;
     pulled.dgid = state.dgid;
     const KT_U16* members = array.members;
     pulled.slot = static_cast<KT_U16>(std::find(members, members + array.memberCount, pd) - members);
@@ -152,7 +160,7 @@ PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
 }
 
 std::vector<Owner> detach(const Context& context, KT_U16 pd) {
-    std::vector<Owner> owners = groupsOn(context, pd);
+    std::vector<Owner> owners = groupsOn(context, {pd});
     for (const Owner owner : owners)
         removeMember(context, groupOf(context, owner), pd);
     return owners;
@@ -213,7 +221,8 @@ static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& b
     return true;
 }
 
-void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
+static void putBack(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
+    erase<PulledBlocks>(context, pd);
     const bool asMember = rejoinArray(context, pd, blocks);
     const bool inArray = blocks.dgid != KT_NO_ID && (blocks.raid & KT_PD_MEMBER);
     KT_U8 role = asMember ? KT_PD_MEMBER : 0;
@@ -223,13 +232,25 @@ void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
         if ((foreign || asMember || !inArray) && rejoinVd(context, pd, blocks.entries[i], blocks.left))
             role |= foreign ? KT_PD_FOREIGN : KT_PD_MEMBER;
     }
+    if (role == 0 && isStale(context, blocks)) {
+        role = KT_PD_FOREIGN;
+        save(context, pd, blocks);
+    }
     Disk disk = {};
     if (findDisk(context, pd, disk) != KT_OK) return;
     disk.state.raid = static_cast<KT_U8>((disk.state.raid & KT_PD_OFFLINE) | role);
     disk.state.dgid = asMember ? blocks.dgid : KT_U16{KT_NO_ID};
     saveDisk(context, disk);
     if ((disk.state.raid & KT_PD_NOT_FREE) == 0 && blocks.count) becomeFree(context, pd);
-    for (const Owner owner : groupsOn(context, pd)) {
+}
+
+void rejoin(const Context& context, const std::vector<Returning>& disks) {
+    std::vector<KT_U16> pds;
+    for (const Returning& disk : disks) {
+        putBack(context, disk.pd, disk.blocks);
+        pds.push_back(disk.pd);
+    }
+    for (const Owner owner : groupsOn(context, pds)) {
         refreshGroup(context, groupOf(context, owner));
         Activity activity = activityOf(context, owner);
         if (activity.state != KT_STATE_INTERRUPTED || !canGoOn(context, owner, activity)) continue;
@@ -239,25 +260,53 @@ void rejoin(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     reviewForeign(context);
 }
 
-KT_U8 bringDiskUp(const Context& context, KT_U16 pd, bool emptied) {
+static KT_U8 checkDown(const Context& context, KT_U16 pd) {
     Disk disk = {};
     const KT_U8 status = findDisk(context, pd, disk);
     if (status != KT_OK) return status;
     if (!(disk.state.raid & KT_PD_OFFLINE)) return KT_ERR_PD_NOT_OFFLINE;
-    if (disk.state.health == PD_FAILED) return KT_ERR_LINK_TIMEOUT;
-    PulledBlocks blocks = rememberBlocks(context, pd);
-    if (emptied) {
-        if (blocks.count) becomeFree(context, pd);
-        blocks.raid = blocks.count = 0;
-        blocks.dgid = KT_NO_ID;
+    return disk.state.health == PD_FAILED ? KT_U8{KT_ERR_LINK_TIMEOUT} : KT_U8{KT_OK};
+}
+
+static void comeUp(const Context& context, std::vector<Returning>& disks) {
+    std::vector<KT_U16> pds;
+    for (const Returning& disk : disks)
+        pds.push_back(disk.pd);
+    const std::vector<Owner> owners = groupsOn(context, pds);
+    for (const KT_U16 pd : pds) {
+        detach(context, pd);
+        Disk disk = {};
+        findDisk(context, pd, disk);
+        disk.state.raid &= static_cast<KT_U8>(~KT_PD_OFFLINE);
+        disk.state.config.Online = 1;
+        saveDisk(context, disk);
     }
-    const std::vector<Owner> owners = detach(context, pd);
-    findDisk(context, pd, disk);
-    disk.state.raid &= static_cast<KT_U8>(~KT_PD_OFFLINE);
-    disk.state.config.Online = 1;
-    saveDisk(context, disk);
-    rejoin(context, pd, blocks);
-    followUp(context, owners, KT_NO_ID);
+    rejoin(context, disks);
+    for (const Returning& each : disks) {
+        Disk disk = {};
+        findDisk(context, each.pd, disk);
+        // rejoin() says it of disks that had something.
+        if (each.blocks.count == 0 && (disk.state.raid & KT_PD_NOT_FREE) == 0) becomeFree(context, each.pd);
+    }
+    followUp(context, owners, {});
+}
+
+void bringDisksUp(const Context& context, const std::vector<KT_U16>& pds) {
+    std::vector<Returning> disks;
+    for (const KT_U16 pd : pds)
+        if (checkDown(context, pd) == KT_OK) disks.push_back(Returning{pd, rememberBlocks(context, pd)});
+    comeUp(context, disks);
+}
+
+KT_U8 bringDiskUp(const Context& context, KT_U16 pd, bool emptied) {
+    const KT_U8 status = checkDown(context, pd);
+    if (status != KT_OK) return status;
+    std::vector<Returning> disk = {Returning{pd, rememberBlocks(context, pd)}};
+    if (emptied) {
+        disk[0].blocks.raid = disk[0].blocks.count = 0;
+        disk[0].blocks.dgid = KT_NO_ID;
+    }
+    comeUp(context, disk);
     return KT_OK;
 }
 

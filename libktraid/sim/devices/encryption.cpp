@@ -165,8 +165,7 @@ static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
         if (rootPort(context, disk.Link.Parent) == port) disks.push_back(static_cast<KT_U16>(id));
         return true;
     });
-    for (const KT_U16 pd : disks)
-        reviewCipherOn(context, pd, port);
+    reviewCiphers(context, disks);
     return lostSystems(context) > lostBefore ? KT_U8{KT_ERR_VD_HAS_OS} : KT_U8{KT_OK};
 }
 

@@ -1,5 +1,6 @@
 #include "activities/activities.h"
 #include "lab/lab.h"
+#include "media/diskMakes.h"
 #include "media/surface.h"
 
 #include <algorithm>
@@ -8,64 +9,22 @@
 
 namespace sim {
 
-static const KT_U64 RESERVED_KIB = 65536;
-static const KT_U8 NO_MODE = 0xFF;
-
-struct DiskModel {
-    const char* word;
-    KT_U8 type;
-    KT_U8 ssd;
-    KT_U8 speed; // DriveSpeed code: 3 = 6 Gb/s, 4 = 12 Gb/s
-    KT_U16 rotation;
-    KT_U32 features;
-    const char* model; // %s: capacity, as "2000G"
-    const char* firmware;
-};
-
-static const KT_U32 SATA_FEATURES =
-    KT_HD_NCQ | KT_HD_WRITE_CACHE | KT_HD_48BIT_LBA | KT_HD_SMART | KT_HD_SPEED_1_5 | KT_HD_SPEED_3 | KT_HD_SPEED_6;
-static const KT_U32 SAS_FEATURES =
-    KT_HD_NCQ | KT_HD_WRITE_CACHE | KT_HD_48BIT_LBA | KT_HD_SMART | KT_HD_SPEED_3 | KT_HD_SPEED_6 | KT_HD_SPEED_12;
-static const DiskModel MODELS[] = {
-    {"SATA", KT_HD_SATA, 0, 3, 7200, SATA_FEATURES, "Gannet GT%s", "GT03A1"},
-    {"SAS", KT_HD_SAS, 0, 4, 10500, SAS_FEATURES, "Fulmar FX%s-SAS", "FX12"},
-    {"SATA SSD", KT_HD_SATA | KT_HD_SSD, 1, 3, 1, SATA_FEATURES, "Petrel PS%s SSD", "PS41C"},
-    {"SAS SSD", KT_HD_SAS | KT_HD_SSD, 1, 4, 1, SAS_FEATURES, "Petrel PX%s SAS SSD", "PX20"},
-    {"PATA", KT_HD_PATA, 0, 0, 7200, KT_HD_WRITE_CACHE | KT_HD_SMART, "Gannet GP%s", "GP01"},
-    {"ATAPI", KT_HD_SATA | KT_HD_ATAPI, 0, 1, 0, KT_HD_SPEED_1_5, "Auk DVD-16", "1.04"},
-};
-
 static const LabWord PARENT_WORDS[] = {
     {"HBA", KT_LINK_HBA}, {"PM", KT_LINK_PM}, {"expander", KT_LINK_EXPANDER}, {"enclosure", KT_LINK_ENCLOSURE}};
 static const LabWord SPARE_WORDS[] = {{"global", KT_PD_GLOBAL_SPARE}};
 static const LabWord STATE_WORDS[] = {{"healthy", 0}, {"offline", KT_PD_OFFLINE}, {"foreign", KT_PD_FOREIGN}};
 
-static const DiskModel& takeModel(LabReader& disk) {
-    const std::string word = takeText(disk, "type", "SATA");
-    for (const DiskModel& model : MODELS)
-        if (word == model.word) return model;
-    failLab(disk, "type", "should be SATA, SAS, SATA SSD, SAS SSD, PATA or ATAPI");
+static const DiskMake& takeMake(LabReader& disk) {
+    const DiskMake* make = diskMakeNamed(takeText(disk, "type", "SATA"));
+    if (!make) failLab(disk, "type", "should be SATA, SAS, SATA SSD, SAS SSD, PATA or ATAPI");
+    return *make;
 }
 
-// Sectors of a drive sold with `bytes`: the count that all makers agreed on for its size.
-static KT_U64 sectorsFor(KT_U64 bytes, KT_U32 sector) {
-    const KT_U64 gigabytes = bytes / 1000000000;
-    const KT_U64 sectors512 = gigabytes >= 50 ? 97696368 + 1953504 * (gigabytes - 50) : bytes / 512;
-    return sector == 512 ? sectors512 : sectors512 / (sector / 512);
-}
-
-static void nameDisk(_HD_Info& disk, const Context& context, const DiskModel& model, KT_U16 id, KT_U64 bytes) {
-    const KT_U64 gigabytes = std::min<KT_U64>(bytes / 1000000000, 999999);
-    const std::string capacity = std::to_string(gigabytes) + "G";
-    std::string name = model.model;
-    const size_t at = name.find("%s");
-    if (at != std::string::npos) name.replace(at, 2, capacity);
-    memcpy(disk.Model, name.data(), std::min(name.size(), sizeof disk.Model));
+static void numberDisk(_HD_Info& disk, const Context& context, const DiskMake& make, KT_U16 id) {
     char serial[sizeof disk.SerialNo + 1];
-    snprintf(serial, sizeof serial, "%c%c%02X%05u%04X", model.type & KT_HD_SAS ? 'S' : 'A', model.ssd ? 'P' : 'G',
+    snprintf(serial, sizeof serial, "%c%c%02X%05u%04X", make.type & KT_HD_SAS ? 'S' : 'A', make.ssd ? 'P' : 'G',
              context.adapter, id, (id * 40503U + 257U * context.adapter) & 0xFFFFU);
     memcpy(disk.SerialNo, serial, strlen(serial));
-    memcpy(disk.FWVersion, model.firmware, std::min(strlen(model.firmware), sizeof disk.FWVersion));
 }
 
 static void linkDisk(_HD_Info& disk, const Context& context, LabReader& reader, KT_U16 id, KT_U64 copy) {
@@ -98,29 +57,14 @@ static void linkDisk(_HD_Info& disk, const Context& context, LabReader& reader, 
     memcpy(disk.WWN, address, sizeof address);
 }
 
-static void setModes(_HD_Info& disk, bool ata) {
-    disk.PIOMode = disk.CurrentPIOMode = ata ? 4 : NO_MODE;
-    disk.MDMAMode = disk.CurrentMDMAMode = ata ? 2 : NO_MODE;
-    disk.UDMAMode = disk.CurrentUDMAMode = ata ? 6 : NO_MODE;
-}
-
-static _HD_Info makeDisk(const Context& context, LabReader& reader, const DiskModel& model, KT_U16 id, KT_U64 copy) {
-    const KT_U64 bytes = takeSize(reader, "size", model.type & KT_HD_ATAPI ? 0 : 1000000000000U);
+static _HD_Info makeDisk(const Context& context, LabReader& reader, const DiskMake& make, KT_U16 id, KT_U64 copy) {
+    const KT_U64 bytes = takeSize(reader, "size", make.type & KT_HD_ATAPI ? 0 : 1000000000000U);
     const KT_U32 sector = static_cast<KT_U32>(takeNumber(reader, "sector", 512, 4096));
-    if (sector != 512 && sector != 1024 && sector != 2048 && sector != 4096)
-        failLab(reader, "sector", "should be 512, 1024, 2048 or 4096");
+    if (!isSectorSize(sector)) failLab(reader, "sector", "should be 512, 1024, 2048 or 4096");
     _HD_Info disk = {};
     disk.AdapterID = context.adapter;
-    disk.HDType = model.type;
-    disk.ConnectionType = model.type & (KT_HD_SATA | KT_HD_PATA | KT_HD_SAS);
-    disk.DeviceType = model.type & KT_HD_ATAPI ? 5 : 0; // the SCSI peripheral type: optical, else direct access
-    disk.FeatureSupport = model.features;
-    disk.BlockSize = sector;
-    disk.Size = sectorsFor(bytes, sector);
-    disk.HD_SSD_Type = model.ssd;
-    disk.Media_Rotation_Rate = model.rotation;
-    setModes(disk, (model.type & KT_HD_SAS) == 0);
-    nameDisk(disk, context, model, id, bytes);
+    manufacture(disk, make, bytes, sector);
+    numberDisk(disk, context, make, id);
     linkDisk(disk, context, reader, id, copy);
     const std::string name = takeText(reader, "model", "");
     if (!name.empty()) putText(reader, "model", name, disk.Model, sizeof disk.Model);
@@ -132,15 +76,15 @@ static _HD_Info makeDisk(const Context& context, LabReader& reader, const DiskMo
     return disk;
 }
 
-static PdState makeState(LabReader& reader, const DiskModel& model, KT_U16 id) {
+static PdState makeState(LabReader& reader, const DiskMake& make, KT_U16 id) {
     PdState state = {};
-    state.config.WriteCacheOn = model.features & KT_HD_WRITE_CACHE ? 1 : 0;
-    state.config.SMARTOn = model.features & KT_HD_SMART ? 1 : 0;
+    state.config.WriteCacheOn = make.features & KT_HD_WRITE_CACHE ? 1 : 0;
+    state.config.SMARTOn = make.features & KT_HD_SMART ? 1 : 0;
     state.config.Online = 1;
-    state.config.DriveSpeed = model.speed;
+    state.config.DriveSpeed = make.speed;
     state.config.HDID = id;
     state.dgid = KT_NO_ID;
-    state.reservedKib = model.type & KT_HD_ATAPI ? 0 : RESERVED_KIB;
+    state.reservedKib = reservedKibOf(make);
     state.patrol.disk = KT_NO_ID;
     state.raid = static_cast<KT_U8>(takeWord(reader, "state", STATE_WORDS, std::size(STATE_WORDS), 0) |
                                     takeWord(reader, "spare", SPARE_WORDS, std::size(SPARE_WORDS), 0));
@@ -192,9 +136,9 @@ static void addDisks(Context& context, LabReader& adapter) {
             const auto id = static_cast<KT_U16>(next);
             if (find<_HD_Info>(context, id)) failLab(entry, "id", "is another disk's already");
             LabReader reader = entry;
-            const DiskModel& model = takeModel(reader);
-            _HD_Info disk = makeDisk(context, reader, model, id, copy);
-            PdState state = makeState(reader, model, id);
+            const DiskMake& make = takeMake(reader);
+            _HD_Info disk = makeDisk(context, reader, make, id, copy);
+            PdState state = makeState(reader, make, id);
             addPatrol(context, reader, disk.Size / 1024 * disk.BlockSize, state);
             takeFields(reader, KIND_PD, &disk);
             takeBadSectors(context, reader, disk, id);
@@ -223,6 +167,17 @@ static _Link_Endpoint expanderParent(const Context& context, KT_U16 id) {
     return parent;
 }
 
+// The shelf that the expander is in: the first one in the first shelf, and so on; 0 where there are none.
+static KT_U16 shelfOf(const Context& context, KT_U16 expander) {
+    KT_U16 shelf = 0;
+    KT_U16 number = 0;
+    forEach<_Enclosure_Info>(context, 0, [&](KT_U64 id, const _Enclosure_Info&) {
+        shelf = static_cast<KT_U16>(id);
+        return number++ < expander;
+    });
+    return shelf;
+}
+
 static void addExpanders(Context& context, LabReader& adapter) {
     KT_U16 id = 0;
     for (LabReader& reader : takeObjects(adapter, "expanders")) {
@@ -239,7 +194,7 @@ static void addExpanders(Context& context, LabReader& adapter) {
         expander.ComponentRevision = 2;
         const KT_U8 address[8] = {0x50, 0x0A, 0x1F, 0x40, 0x00, 0x28, context.adapter, static_cast<KT_U8>(id)};
         expander.Link.Parent = expanderParent(context, id);
-        expander.Link.Self = _Link_Endpoint{id, KT_LINK_EXPANDER, 4, {24, 25, 26, 27}, {}, 0, {}};
+        expander.Link.Self = _Link_Endpoint{id, KT_LINK_EXPANDER, 4, {24, 25, 26, 27}, {}, shelfOf(context, id), {}};
         memcpy(expander.Link.Self.SAS_Address, address, sizeof address);
         takeFields(reader, KIND_EXPANDER, &expander);
         takeNothingElse(reader);
@@ -292,9 +247,9 @@ static void addEnclosures(Context& context, LabReader& adapter) {
 }
 
 void addLabDisks(Context& context, LabReader& adapter) {
+    addEnclosures(context, adapter);
     addExpanders(context, adapter);
     addPortMultipliers(context, adapter);
-    addEnclosures(context, adapter);
     addDisks(context, adapter);
 }
 

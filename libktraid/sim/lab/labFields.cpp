@@ -91,8 +91,8 @@ static constexpr Field CONFIG_FIELDS[] = {
     TXT(_Adapter_Config_V2, ModelNumber),
 };
 static constexpr Field ADAPTER_STATE_FIELDS[] = {NUM(AdapterState, dueRaid), NUM(AdapterState, duePeripherals),
-                                                 NUM(AdapterState, muted), NUM(AdapterState, paused),
-                                                 NUM(AdapterState, patrols)};
+                                                 NUM(AdapterState, muted),   NUM(AdapterState, paused),
+                                                 NUM(AdapterState, patrols), NUM(AdapterState, losses)};
 static constexpr Field VD_FIELDS[] = {
     NUM(_LD_Info, ID),
     NUM(_LD_Info, Status),

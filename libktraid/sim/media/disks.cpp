@@ -12,6 +12,17 @@ KT_U8 findDisk(const Context& context, KT_U16 id, Disk& disk) {
     return KT_OK;
 }
 
+KT_U64 lastLoss(const Context& context) {
+    return find<AdapterState>(context, 0).value_or(AdapterState{}).losses;
+}
+
+KT_U64 beginLoss(const Context& context) {
+    AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});
+    ++adapter.losses;
+    save(context, 0, adapter);
+    return adapter.losses;
+}
+
 bool isSolidState(const _HD_Info& disk) {
     return disk.HD_SSD_Type != 0 || (disk.HDType & KT_HD_SSD) != 0;
 }

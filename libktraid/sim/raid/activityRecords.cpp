@@ -62,7 +62,7 @@ void showArrayActivity(const Context& context, KT_U16 id) {
     Activity shown = array.state.activity;
     for (int i = 0; array.state.activity.kind == 0 && i < MAX_SLOTS; ++i) {
         const Activity activity = find<VdState>(context, array.info.VDIDs[i]).value_or(VdState{}).activity;
-        if (activity.kind &&
+        if (isAlive(activity) &&
             (shown.kind == 0 || (shown.state != KT_STATE_RUNNING && activity.state == KT_STATE_RUNNING)))
             shown = activity;
     }

@@ -1,6 +1,7 @@
 #include "raid/volumes.h"
 
 #include "media/blocks.h"
+#include "media/disks.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -148,7 +149,7 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
     if (status == vd.info.Status) return;
     logStatus(context, vd.info, status);
     vd.info.Status = status;
-    if (status == KT_VD_OFFLINE) vd.state.offline = context.now;
+    if (status == KT_VD_OFFLINE) vd.state.offline = lastLoss(context);
     saveVd(context, vd);
 }
 

@@ -33,6 +33,10 @@ enum Kind : KT_U8 {
     KIND_EXPANDER = 61,
     KIND_ENCLOSURE = 62,
     KIND_ENCLOSURE_ELEMENT = 63,
+    KIND_ENCLOSURE_AWAY = 64,
+    KIND_EXPANDER_AWAY = 65,
+    KIND_PM_AWAY = 66,
+    KIND_BRANCH_AWAY = 67,
     KIND_EVENT = 70,
     KIND_BATTERY = 80,
     KIND_BATTERY_STATE = 81,
@@ -82,6 +86,10 @@ enum Kind : KT_U8 {
     X(Mailbox, KIND_MAILBOX)                                                                                           \
     X(_HBA_Info_Page, KIND_SETTINGS_PAGE)                                                                              \
     X(BatteryState, KIND_BATTERY_STATE)                                                                                \
+    X(AwayEnclosure, KIND_ENCLOSURE_AWAY)                                                                              \
+    X(AwayExpander, KIND_EXPANDER_AWAY)                                                                                \
+    X(AwayMultiplier, KIND_PM_AWAY)                                                                                    \
+    X(AwayBranch, KIND_BRANCH_AWAY)                                                                                    \
     X(EnclosureElement, KIND_ENCLOSURE_ELEMENT)                                                                        \
     X(DiskAge, KIND_DISK_AGE)                                                                                          \
     X(TandemTable, KIND_TANDEM_TABLE)                                                                                  \

@@ -54,6 +54,7 @@ struct AdapterState {
     KT_U8 paused;   // KT_LD_PauseAll in force
     KT_U16 patrols; // disks with a media patrol of any state; spares the status calls looking at every disk
     KT_U8 reserved[4];
+    KT_U64 losses; // how often disks were lost, one at a time or several at one blow
 };
 
 struct VdState {
@@ -64,7 +65,7 @@ struct VdState {
     KT_U8 unfinished;  // foreign, and in the middle of a migration that cannot be gone on with here
     KT_U8 reserved;
     KT_U16 linkedDisk; // KT_VDHDD_AddLink; KT_NO_ID = none
-    KT_U64 offline;    // milliseconds: when it last went offline; what disks missed before is lost on them
+    KT_U64 offline;    // the AdapterState.losses that it last went offline at; what was lost earlier has missed writes
     Activity activity;
     KT_U16 homes[128]; // whose place each slot is; a spare may stand in for that disk. Unused in an array
 };
@@ -104,7 +105,7 @@ struct PdState {
     KT_U16 dgid; // the array it is a member or the dedicated spare of; KT_NO_ID = none
     KT_U8 smartTripped;
     KT_U8 toldTooSmall; // TOLD_*: what it is too small for was logged since a disk was lost
-    KT_U64 left;        // milliseconds: when it went offline
+    KT_U64 left;        // the AdapterState.losses that it went offline with
     KT_U64 reservedKib; // kept at the disk's end for metadata; the rest is its valid size
     Activity patrol;
 };
@@ -113,7 +114,27 @@ struct PdState {
 struct PulledDisk {
     _HD_Info info;
     PdState state;
+    KT_U64 loss; // the AdapterState.losses that it was pulled with
 };
+
+// What the adapter does not see since a shelf or a cable was pulled; id = theirs, `loss` as above.
+struct AwayEnclosure {
+    _Enclosure_Info info;
+    KT_U64 loss;
+};
+struct AwayExpander {
+    _Exp_Info info;
+    KT_U64 loss;
+};
+struct AwayMultiplier {
+    _PM_Info info;
+    KT_U64 loss;
+};
+// A cable that was pulled, id = the adapter's port, or a shelf, id = CABLES + its id.
+struct AwayBranch {
+    KT_U64 loss;
+};
+inline constexpr KT_U64 CABLES = 256;
 
 // What virtual disks had on a pulled disk, so that they know it again.
 struct PulledBlock {
@@ -129,7 +150,7 @@ struct PulledBlocks {
     KT_U16 dgid; // its array, or the array it was a spare of
     KT_U16 slot; // in that array
     KT_U16 reserved;
-    KT_U64 left; // milliseconds: when it went
+    KT_U64 left; // the AdapterState.losses that it went with
     PulledBlock entries[128];
 };
 

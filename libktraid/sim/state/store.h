@@ -11,7 +11,7 @@
 namespace sim {
 
 inline constexpr int STATE_APPLICATION = 0x4B545344;
-inline constexpr int STATE_VERSION = 5;
+inline constexpr int STATE_VERSION = 6;
 
 struct Store; // one connection; not to be used by two threads at once
 

@@ -1,0 +1,65 @@
+// Shelves and cables that are pulled out and put back.
+#include "changes/branches.h"
+#include "commands.h"
+
+#include <memory>
+
+using namespace sim;
+
+struct BranchCommand {
+    const char* word;
+    const char* help;
+    KT_U8 (*change)(const Context&, KT_U16);
+    Branch (*behind)(const Context&, KT_U16); // whom it takes away, to ask about; null = nobody
+    std::string missing;                      // what there is none of
+};
+
+static void run(const Options& options, KT_U16 id, const BranchCommand& what) {
+    Branch branch;
+    if (what.behind) changeAdapter(options, [&](Context& context) { branch = what.behind(context, id); });
+    askAboutDisks(options, branch.disks);
+    changeAdapter(options, [&](Context& context) {
+        const KT_U8 status = what.change(context, id);
+        if (status == KT_ERR_NO_RESOURCE) throw CommandFailure{"other disks have taken the places meanwhile"};
+        if (status != KT_OK) throw CommandFailure{what.missing + " " + std::to_string(id)};
+        settleAll(context.store);
+    });
+}
+
+static void addBranch(CLI::App& group, Options& options, const char* name, unsigned most, const BranchCommand& what) {
+    CLI::App* command = group.add_subcommand(what.word, what.help);
+    const auto id = std::make_shared<unsigned>(0);
+    command->add_option(name, *id, "Its number")->required()->check(CLI::Range(0U, most));
+    addAdapterOption(*command, options);
+    if (what.behind) addForceOption(*command, options);
+    command->callback([&options, id, what] { run(options, static_cast<KT_U16>(*id), what); });
+}
+
+void addShelfMoves(CLI::App& enclosure, Options& options) {
+    addBranch(enclosure, options, "ENCLOSURE", 65534,
+              {"pull", "Lose the whole shelf, with all its disks at once", pullEnclosure, branchOfEnclosure,
+               "there is no enclosure"});
+    addBranch(enclosure, options, "ENCLOSURE", 65534,
+              {"insert", "Put a shelf back that was pulled, with its disks", insertEnclosure, nullptr,
+               "there is no pulled enclosure"});
+}
+
+static const KT_U8 NO_PORT = 255;
+
+static KT_U8 portOf(KT_U16 id) {
+    return id < NO_PORT ? static_cast<KT_U8>(id) : NO_PORT;
+}
+
+void addCable(CLI::App& app, Options& options) {
+    CLI::App* cable = app.add_subcommand("cable", "Pull a cable of the adapter out, or put it back");
+    cable->require_subcommand(1);
+    addBranch(*cable, options, "PORT", NO_PORT - 1U,
+              {"pull", "Lose all that is behind this port of the adapter, at once",
+               [](const Context& context, KT_U16 id) { return pullCable(context, portOf(id)); },
+               [](const Context& context, KT_U16 id) { return branchOfPort(context, portOf(id)); },
+               "there is nothing at port"});
+    addBranch(*cable, options, "PORT", NO_PORT - 1U,
+              {"insert", "Put a pulled cable back, with all that was behind it",
+               [](const Context& context, KT_U16 id) { return insertCable(context, portOf(id)); }, nullptr,
+               "no cable was pulled from port"});
+}
