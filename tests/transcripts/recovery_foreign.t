@@ -35,9 +35,9 @@ It is not free, and too little of the virtual disk is there to import it.
   Failed to import VD (error 80: Virtual disk is not importable)
   [80]
 
-Find the other members, or, when nobody needs the data, wipe the disk. *wipe* does not ask.
+Find the other members, or, when nobody needs the data, wipe the disk, which takes *-f*: *wipe* does not ask.
 
-  $ kt wipe -d 4
+  $ kt wipe -d 4 -f
   
   Wipe PD 4 is returned successfully.
   $ kt assign -d 4

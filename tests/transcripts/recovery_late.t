@@ -37,12 +37,12 @@ virtual disk of its own.
   PD RAID setup:       * * 6 
 
 "plugin conflicted" says that the array exists here already, without this disk. What the disk holds is behind the times.
-Make sure by the name that it belongs there; then wipe it and rebuild the array with it.
+Make sure by the name that it belongs there; then wipe it by force and rebuild the array with it.
 
   $ kt rebuild -l 1 -d 6
   PD 6 is not a free disk.
   [1]
-  $ kt wipe -d 6
+  $ kt wipe -d 6 -f
   
   Wipe PD 6 is returned successfully.
   $ kt rebuild -l 1 -d 6
