@@ -25,6 +25,7 @@ struct Options {
 void addCreate(CLI::App& app, Options& options);
 void addShow(CLI::App& app, Options& options);
 void addStatus(CLI::App& app, Options& options);
+void addCheck(CLI::App& app, Options& options);
 void addClock(CLI::App& app, Options& options);
 void addFault(CLI::App& app, Options& options);
 void addEvent(CLI::App& app, Options& options);

@@ -1,4 +1,5 @@
 #include "commands.h"
+#include "frame/invariants.h"
 #include "frame/settle.h"
 #include "lab/lab.h"
 #include "state/due.h"
@@ -73,6 +74,7 @@ void changeAdapter(const Options& options, const std::function<void(Context&)>& 
         }
         Context context{store, static_cast<KT_U8>(options.adapter), simulatedNow(store)};
         work(context);
+        checkAfterCall("ktsim", context);
     });
 }
 

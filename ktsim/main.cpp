@@ -45,6 +45,7 @@ static int runWords(int argc, char** argv) {
     addCreate(app, options);
     addShow(app, options);
     addStatus(app, options);
+    addCheck(app, options);
     addDisk(app, options);
     addBattery(app, options);
     addEnclosure(app, options);

@@ -1,7 +1,7 @@
 // Thousands of calls, right and wrong, with disks failing and time passing in between, and writers killed at random
 // moments: what holds always must hold, and the state is before or after a call, never between.
 #include "chaos.h"
-#include "invariants.h"
+#include "frame/invariants.h"
 #include "lab/lab.h"
 #include "process.h"
 #include "state/simClock.h"

@@ -99,6 +99,7 @@ TEST_F(CallFrame, SpoilsAnswersAsFaultsSay) {
 }
 
 TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
+    allowSpoiltState();
     const auto write = [](KT_U8 status, bool keep) {
         return call("KT_LD_Delete", 0, Access::Write, {}, [&](Context& context) {
             save(context, 77, VdState{});
@@ -123,6 +124,7 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
 }
 
 TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
+    allowSpoiltState();
     Store* store = openExistingStore(folder.path + "/state.db");
     beginTransaction(*store, Access::Write);
     VdState nobodys = {}; // no virtual disk has this id: its activity is due for ever

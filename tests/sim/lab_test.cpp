@@ -1,7 +1,7 @@
 #include "lab/lab.h"
 #include "media/blocks.h"
 
-#include "invariants.h"
+#include "frame/invariants.h"
 #include <gtest/gtest.h>
 
 using namespace sim;

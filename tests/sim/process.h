@@ -18,6 +18,11 @@ struct ScratchFolder {
     ~ScratchFolder() { std::filesystem::remove_all(path); }
 };
 
+// For tests that spoil the state on purpose: the library does not look at it after each call.
+inline void allowSpoiltState() {
+    unsetenv("KTRAID_SIM_CHECK");
+}
+
 // Runs `work` in a child, whose exit status is work's result.
 inline pid_t startChild(const std::function<int()>& work) {
     const pid_t child = fork();

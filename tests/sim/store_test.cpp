@@ -102,6 +102,7 @@ TEST_F(StateFile, GoneWhileInUseIsNotWrittenToAndLeavesNoJournalToTheNext) {
 }
 
 TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
+    allowSpoiltState();
     make();
     const std::string whole = readFile(path);
     std::vector<unsigned char> buffer(sizeof(_RequestHeader) + 32 * sizeof(_HD_Info));
@@ -126,6 +127,7 @@ TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
 }
 
 TEST_F(StateFile, RowOfAWrongSizeFailsItsCallOnly) {
+    allowSpoiltState();
     make();
     sql(path, "UPDATE record SET data = x'0102' WHERE adapter = 0 AND kind = 20 AND id = 1");
     ASSERT_EQ(KT_API_Initialize(), KT_OK);

@@ -339,9 +339,25 @@ Output that is lost is told, with its reason, and never ends up in the state.
   ktsetup: cannot write the output: Bad file descriptor
   [1]
 
+A state that contradicts itself is told, by the command and, where tests ask for that, after every call.
+
+  $ ktsim check
+  The state is sound.
+  $ ktsim --state torn.db create
+  $ python3 -c 'import sqlite3
+  > state = sqlite3.connect("torn.db")
+  > state.execute("DELETE FROM record WHERE adapter = 0 AND kind = 41 AND id = 0")
+  > state.commit()'
+  $ ktsim --state torn.db check
+  adapter 0: disk 0 has no state
+  ktsim: the state contradicts itself
+  [1]
+  $ KTRAID_SIM=torn.db KTRAID_SIM_CHECK=1 ktsetup info -o pd 2>&1 | grep "^ktraid-sim"
+  ktraid-sim: KT_Adapter_GetInfo: adapter 0: disk 0 has no state
+
 Help is everywhere; what is not understood ends in 2.
 
-  $ for c in create show status clock "clock until" disk "disk age" battery "battery charge" enclosure "enclosure set" fault event image "image make" run; do
+  $ for c in create show status check clock "clock until" disk "disk age" battery "battery charge" enclosure "enclosure set" fault event image "image make" run; do
   >   ktsim $c --help > help || echo "$c: $?"; grep -q Usage help || echo "$c: no help"; done
   $ ktsim > /dev/null 2>&1
   [2]

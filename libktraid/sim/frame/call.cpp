@@ -1,5 +1,6 @@
 #include "frame/call.h"
 
+#include "frame/invariants.h"
 #include "frame/settle.h"
 #include "state/due.h"
 #include "state/faults.h"
@@ -94,6 +95,7 @@ static KT_U8 attempt(const char* name, int adapter, Access access, bool mayWrite
     const bool strikes = faultId && strikeFault(store, *faultId, fault);
     if (strikes && fault.kind == FAULT_STATUS) return fault.status;
     const KT_U8 status = runBody(context, access, body);
+    if (mayWrite) checkAfterCall(name, context);
     if (strikes && status == KT_OK) spoil(name, fault, args);
     return status;
 }

@@ -1,14 +1,16 @@
-#include "invariants.h"
+#include "frame/invariants.h"
 
 #include "media/blocks.h"
 #include "media/surface.h"
 #include "raid/activityRecords.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <set>
 
-using namespace sim;
+namespace sim {
 
 // The check of one thing of an adapter.
 struct Check {
@@ -210,6 +212,9 @@ static void checkAdapter(const Check& all) {
     each<PdState>(all, "disk", [](const Check& check, KT_U64 id, const PdState& disk) {
         checkDisk(check, static_cast<KT_U16>(id), disk);
     });
+}
+
+static void checkEvents(const Check& all) {
     KT_U64 last = 0;
     each<_Event>(all, "event", [&](const Check& check, KT_U64 id, const _Event& event) {
         check.require(event.SequenceNo == id && (!last || id == last + 1), "is out of sequence");
@@ -223,8 +228,28 @@ std::vector<std::string> findViolations(Store& store, bool byRules) {
     const GlobalState global = find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{});
     for (unsigned i = 0; i < global.adapterCount; ++i) {
         const Context context{store, static_cast<KT_U8>(i), 0};
-        checkAdapter(Check{context, byRules, wrong, {}});
+        const Check check{context, byRules, wrong, {}};
+        checkAdapter(check);
+        checkEvents(check);
     }
     rollbackTransaction(store);
     return wrong;
 }
+
+std::vector<std::string> findViolations(const Context& context) {
+    std::vector<std::string> wrong;
+    checkAdapter(Check{context, false, wrong, {}});
+    return wrong;
+}
+
+void checkAfterCall(const char* call, const Context& context) {
+    static const bool wanted = getenv("KTRAID_SIM_CHECK") != nullptr;
+    if (!wanted || context.adapter == ADAPTER_GLOBAL) return;
+    const std::vector<std::string> wrong = findViolations(context);
+    if (wrong.empty()) return;
+    for (const std::string& line : wrong)
+        fprintf(stderr, "ktraid-sim: %s: %s\n", call, line.c_str());
+    abort();
+}
+
+} // namespace sim
