@@ -129,6 +129,12 @@ static void keepAdapter(Json& document, int adapter, const std::string& path) {
     }
     if (wanted.empty()) fail(path, "has no adapter " + std::to_string(adapter));
     document["adapters"] = std::move(wanted);
+    Json unread = Json::array();
+    for (Json& refusal : document["unread"]) {
+        const auto about = numberIn(refusal, "adapter");
+        if (!about || *about == static_cast<KT_U64>(adapter)) unread.push_back(std::move(refusal));
+    }
+    document["unread"] = std::move(unread);
 }
 
 std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options,

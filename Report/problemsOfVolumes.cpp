@@ -7,7 +7,7 @@
 
 enum : unsigned { EVENTS_OF_VDS = 1, CREATED = 2, FIXED = 35, INCONSISTENT = 100, SPARE_SET = 9, SPARE_USED = 59 };
 static constexpr unsigned INITIALISED[] = {45, 55, 65};
-enum : unsigned { EVENTS_OF_DISKS = 2 };
+enum : unsigned { EVENTS_OF_DISKS = 2, EVENTS_OF_BATTERIES = 9, BATTERY_ABNORMAL = 28, BATTERY_NORMAL = 29 };
 
 namespace {
 // A virtual disk under its rules.
@@ -163,9 +163,14 @@ static void findCache(Scene& scene, const Subject& subject) {
     const Json& battery = in(scene.adapter, "battery");
     const bool present = battery.is_object() && (numberIn(battery, "status").value_or(0) & KT_BBU_PRESENT) != 0;
     const bool place = std::find(able.begin(), able.end(), "bbu") != able.end();
-    if (inForce == "on" && place && !battery.is_null() && !present) {
+    const auto said = newestEvent(scene, EVENTS_OF_BATTERIES, [](unsigned code, const Json&) {
+        return code == BATTERY_ABNORMAL || code == BATTERY_NORMAL;
+    });
+    const bool keeps = present && said != BATTERY_ABNORMAL;
+    if (inForce == "on" && place && !battery.is_null() && !keeps) {
         add(scene, "cache-unsafe", subject, " caches writes, and no battery keeps the cache: a power cut loses data.",
-            "Put a battery in, or set the cache to auto or off (ktsetup's set).");
+            present ? "See what the battery is short of (ktsetup's info -o bbu), or set the cache to auto or off."
+                    : "Put a battery in, or set the cache to auto or off (ktsetup's set).");
     }
     if (inForce == "off" && textIn(subject.vd, "cache") == "auto") {
         add(scene, "cache-reduced", subject, " fell back to write-through: the battery does not keep the cache.",

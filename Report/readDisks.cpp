@@ -82,30 +82,24 @@ static void readAttributes(Reader& reader, KT_U16 id, DiskReading& disk) {
     disk.attributes.emplace(info.Attributes, info.Attributes + count);
 }
 
+// Asked for one disk at a time: what the call answers for several is less than what each of them has.
+static void readSystem(Reader& reader, KT_U16 id, DiskReading& disk) {
+    if (!libraryHas(reader, "KT_DiskHasOS")) return;
+    const KT_U8 status = KT_DiskHasOS(reader.adapter.index, KT_DEVICE_PD, 1, &id);
+    if (status == KT_OK || status == KT_ERR_PD_HAS_OS) {
+        disk.os = status != KT_OK;
+    } else {
+        refuse(reader, "KT_DiskHasOS", status, id);
+    }
+}
+
 static void readEach(Reader& reader) {
     for (auto& [id, disk] : *reader.adapter.disks) {
         _HD_FreeSpaceInfo space = {};
         if (ask(reader, LIBRARY_CALL(KT_PD_GetFreeSpaceInfo), id, id, &space)) disk.space = space;
+        readSystem(reader, id, disk);
         readAttributes(reader, id, disk);
     }
-}
-
-// One call for many answers "none of them has one"; anything else is asked disk by disk.
-static void readSystems(Reader& reader, const std::vector<KT_U16>& ids) {
-    if (ids.empty() || !libraryHas(reader, "KT_DiskHasOS")) return;
-    const KT_U8 adapter = reader.adapter.index;
-    forEachStretch(ids, [&](const KT_U16* first, size_t count) {
-        const KT_U8 all = KT_DiskHasOS(adapter, KT_DEVICE_PD, static_cast<KT_U8>(count), first);
-        for (size_t i = 0; i < count; ++i) {
-            const bool known = all == KT_OK || count == 1;
-            const KT_U8 one = known ? all : KT_DiskHasOS(adapter, KT_DEVICE_PD, 1, first + i);
-            if (one == KT_OK || one == KT_ERR_PD_HAS_OS) {
-                reader.adapter.disks->at(first[i]).os = one != KT_OK;
-            } else {
-                refuse(reader, "KT_DiskHasOS", one, first[i]);
-            }
-        }
-    });
 }
 
 void readDisks(Reader& reader) {
@@ -118,6 +112,5 @@ void readDisks(Reader& reader) {
     const std::vector<KT_U16> ids = idsOf(*disks);
     readBootRecords(reader, ids);
     readMagic(reader, ids);
-    readSystems(reader, ids);
     readEach(reader);
 }

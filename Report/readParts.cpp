@@ -103,11 +103,19 @@ void readParts(Reader& reader) {
 }
 
 void readEvents(Reader& reader) {
+    // As many as the call can ask for; fewer where that is too many for a library.
     static constexpr KT_U8 MOST = 255;
-    std::vector<_Event> events(MOST + 1); // the library's count may say one more than was asked for
+    static constexpr KT_U8 FEWER = 50;
+    if (!libraryHas(reader, "KT_EVT_GetEvent")) return;
+    std::vector<_Event> events(MOST);
+    KT_U8 asked = MOST;
     KT_U8 count = 0;
-    if (!ask(reader, LIBRARY_CALL(KT_EVT_GetEvent), std::nullopt, MOST, &count, events.data())) return;
-    events.resize(count);
+    if (KT_EVT_GetEvent(reader.adapter.index, asked, &count, events.data()) != KT_OK) {
+        asked = FEWER;
+        count = 0;
+        if (!ask(reader, LIBRARY_CALL(KT_EVT_GetEvent), std::nullopt, asked, &count, events.data())) return;
+    }
+    events.resize(std::min(count, asked));
     const auto earlier = [](const _Event& a, const _Event& b) { return a.SequenceNo < b.SequenceNo; };
     std::stable_sort(events.begin(), events.end(), earlier);
     reader.adapter.events = std::move(events);

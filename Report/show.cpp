@@ -42,7 +42,8 @@ static void writeHead(const View& view, const std::string& source) {
         problems.begin(), problems.end(), [](const Json& one) { return textIn(one, "severity") == "critical"; }));
     const std::string host = wordIn(view.document, "host");
     std::string where = host.empty() ? "" : " on " + host;
-    if (!source.empty()) where += " (" + shown(source) + ", " + wordIn(view.document, "made") + ")";
+    if (!source.empty())
+        where += " (" + (source == "-" ? "standard input" : shown(source)) + ", " + wordIn(view.document, "made") + ")";
     const size_t adapters = listIn(view.document, "adapters").size();
     if (adapters == 0) {
         view.to << coloured(view.look, Colour::Yellow, "There is no adapter" + where + ".") << '\n';

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "Public/common.h"
+#include "Public/lostOutput.h"
 #include "Report/eventCursor.h"
 #include "ktreport/commands.h"
 
@@ -83,6 +84,7 @@ static int runGuarded(int argc, char** argv) {
 
 // What is left that a handler itself can throw is running out of memory: the end, whatever is done.
 int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
+    fillStandardStreams();
     const int result = runGuarded(argc, argv);
     std::cout.flush();
     const bool written = std::cout.good() && fflush(stdout) == 0;

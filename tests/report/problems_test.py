@@ -113,6 +113,8 @@ RULES = [
     (lambda d: (spare(d), disk(d, 0).update(state="offline"), d["adapters"][0]["config"].update(AutoRebuildOn=0)),
      {"disk-failed", "spare-idle"}),
     (lambda d: d["adapters"][0].update(battery=False), {"cache-unsafe"}),
+    (lambda d: log(d, 9, 28, 0), {"cache-unsafe"}),
+    (lambda d: (log(d, 9, 28, 0), log(d, 9, 29, 0)), set()),
     (lambda d: (d["adapters"][0].update(battery=False), orders(d).update(cacheInForce="off"),
                 d["adapters"][0]["arrays"][0]["virtualDisks"][1].update(cacheInForce="off")), {"cache-reduced"}),
     (lambda d: (d["adapters"][1].update(battery=False), d["adapters"][1]["events"].append(event(9, 5, 0))),
@@ -194,6 +196,7 @@ class Problems(unittest.TestCase):
         self.assertEqual(self.check(document, "--only", "disk-failed")[0], 0)
         refuse(document, adapter=0)
         self.assertEqual(self.check(document)[0], 3)
+        self.assertEqual(self.check(document, "-a", "1")[0], 0)
         self.assertEqual(self.check(document, "--ignore", "unread")[0], 1)
         disk(document, 0).update(state="offline")
         status, line = self.check(document)
