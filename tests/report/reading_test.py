@@ -86,7 +86,11 @@ class Reading(unittest.TestCase):
 
     def test_hostile_texts(self):
         bench = Bench("hostile")
-        for words in ([], ["--all"], ["json"], ["check"]):
+        other = bench.path("other")
+        with open(other, "w", encoding="ascii") as file:
+            file.write(Bench("default").run("ktreport", "json").stdout)
+        for words in ([], ["--all"], ["json"], ["check"], ["map"], ["map", "--csv"], ["events"], ["diff", other],
+                      ["diff", other, "--json", "--all"]):
             text = bench.run("ktreport", *words).stdout
             self.assertEqual([byte for byte in text if not (" " <= byte <= "~" or byte == "\n")], [], words)
 
