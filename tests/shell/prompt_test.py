@@ -128,6 +128,10 @@ class HistoryTest(TerminalTest):
         self.say(other, "error -c 5", "Error code 5")
         self.assertEqual((len(self.lines()), self.lines()[-2:]), (1000, ["ver", "error -c 5"]))
         self.say(other, "\x1b[A\x1b[A", "CLI Version")
+        # No shorter than before, and yet another file.
+        self.say(one, "error -c 0000000007", "Error code 7")
+        self.say(other, "", "Type 'exit'")
+        self.say(other, "\x1b[A", "Error code 7")
         self.assertEqual(glob.glob(self.path() + ".*"), [])
 
     def test_a_file_that_cannot_be_used_is_done_without(self):
@@ -169,7 +173,7 @@ class CompletionTest(TerminalTest):
         self.offered(child, "info -o vd -i ", "3 (archive)")
         self.offered(child, "info -i 1 -o pd --id ", "11 (Petrel PS480G SSD)")
         self.offered(child, "locate --id=1", "12 (Gannet GT1000G)", ["2 (Fulmar"])
-        self.offered(child, "create -o array -r 0 -d 0,10,", "11 (Petrel PS480G SSD)", ["10 (Gannet"])
+        self.offered(child, "create -o array -r 0 -d 0,10,", "11 (Petrel PS480G SSD)", ["10 (Gannet", "0 (Fulmar"])
         self.offered(child, "assign -o array -a ", "(system)", [])
         self.say(child, "info -o vd -i 3\t", "archive")
 
@@ -201,10 +205,10 @@ class CompletionTest(TerminalTest):
         self.offered(child, "flash -f " + self.folder.name + "/", "plain.bin", ["odd"])
         child.sendline(f"flash -a version -t raw -f {self.folder.name}/fw\t")
         child.expect_exact("> ")
-        self.assertNotIn("open", child.before.lower())
+        self.assertIn("/fw one.bin', error 166", child.before)
         child.sendline(f"flash -a version -t raw --file={self.folder.name}/fw\t")
         child.expect_exact("> ")
-        self.assertNotIn("open", child.before.lower())
+        self.assertIn("/fw one.bin', error 166", child.before)
 
 
 class SlipTest(TerminalTest):

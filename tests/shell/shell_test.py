@@ -33,6 +33,8 @@ class ShellTest(TerminalTest):
         self.say(child, "adapter -i 1", "")
         self.say(child, "aesop -o changePwd -e 0 -p hush -w quiet", "failed")
         self.say(child, "\x1b[A", "aesop: option -w is required")
+        with open(os.path.join(self.folder.name, ".local/state/ktsetup/history"), encoding="utf-8") as file:
+            self.assertNotIn("quiet", file.read())
         with open(f"/proc/{child.pid}/maps", encoding="utf-8") as maps, open(f"/proc/{child.pid}/mem", "rb") as memory:
             for line in maps:
                 if "[heap]" not in line and "[stack]" not in line:
