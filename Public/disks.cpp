@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "Public/confirm.h"
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 
@@ -42,16 +41,6 @@ bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status) {
     if (status == KT_OK && request.header.numReturned == 1) return true;
     status = askItem(KT_PD_GetHDInfo, pd, request);
     return status == KT_OK && request.header.numReturned == 1;
-}
-
-int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pdIds) {
-    for (unsigned i = 0; i < count; ++i) {
-        _HD_RAID_Status_Request request;
-        askForItem(request, pdIds[i]);
-        if (KT_PD_GetHDRaidStatus(adapter, &request) != KT_OK) continue;
-        if (request.hdRaidStatus[0].Status & KT_PD_MEDIA_PATROL) return confirmYesOrNo() ? 1 : 0;
-    }
-    return 1;
 }
 
 bool sharesDisks() {

@@ -23,10 +23,6 @@ KT_U8 findFileSystems(const PdList& disks, FileSystems& found);
 // Reads a disk's record, by the older call where the newer one fails. False when there is none; status says why.
 bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status);
 
-// 1 when media patrol runs on none of the disks, or the user agrees to disturb it; 0 when the user declines. Only asks
-// standard input: the caller prints the question.
-int pass_mp(unsigned char adapter, unsigned char count, const unsigned short* pdIds);
-
 // Whether virtual disks may share disks on the current adapter. Older controllers let them; with arrays it is these
 // that share.
 bool sharesDisks();

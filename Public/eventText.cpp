@@ -38,7 +38,8 @@ enum Value : KT_U8 {
     Param3,
     Param0Low, // the low eight bits of Param0
     Sequence,
-    Serial, // the sense data as text
+    LastSequence, // Param2, which is a sequence number like the event's own
+    Serial,       // the sense data as text
     Class,
     Code
 };
@@ -83,7 +84,7 @@ const EventRow eventRows[] = {
     {ADAPTER, 16, Always, "%s Adapter %d removed", {Device}},
     {ADAPTER, 15, Always, "%s Adapter %d run as non-cache mode, cause: lacks enough memory", {Device}},
     {ADAPTER, 17, Always, "%s Adapter %d detected", {Device}},
-    {ADAPTER, 65535, Always, "%s Event(s) lost. Current seqNum %d, last seqNum %d", {Sequence, Param2}},
+    {ADAPTER, 65535, Always, "%s Event(s) lost. Current seqNum %d, last seqNum %d", {Sequence, LastSequence}},
     {VD, 0, Always, "%s %s %d is offline", {Kind, Device}},
     {VD, 1, Always, "%s %s %d is online", {Kind, Device}},
     {VD, 2, Always, "%s %s %d is created", {Kind, Device}},
@@ -357,6 +358,7 @@ static KT_U32 number(const _Event& event, Value value) {
     case Param1:
         return event.Params[1];
     case Param2:
+    case LastSequence:
         return event.Params[2];
     case Param3:
         return event.Params[3];
@@ -391,7 +393,7 @@ static const char* addValue(Composed& composed, const char* at, const _Event& ev
         add(composed, "%x", number(event, value));
     } else if (at[1] == 'X') {
         add(composed, "%X", number(event, value));
-    } else if (value == Sequence) {
+    } else if (value == Sequence || value == LastSequence) {
         add(composed, "%u", number(event, value));
     } else {
         add(composed, "%d", static_cast<int>(number(event, value)));
@@ -453,6 +455,7 @@ static const char* placeholder(Value value) {
     case Param1:
         return "<param 2>";
     case Param2:
+    case LastSequence:
         return "<param 3>";
     case Param3:
         return "<param 4>";

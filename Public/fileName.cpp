@@ -1,6 +1,7 @@
 #include "Public/fileName.h"
 
 #include <cstring>
+#include <sys/stat.h>
 #include <wordexp.h>
 
 std::string unquotedName(const char* value) {
@@ -18,8 +19,17 @@ static std::string withBlanksKept(const std::string& name) {
 }
 
 bool expandName(const std::string& name, bool quoted, std::string& path) {
+    struct stat file;
+    if (quoted && lstat(name.c_str(), &file) == 0) {
+        path = name;
+        return true;
+    }
     wordexp_t words = {};
     const int status = wordexp((quoted ? withBlanksKept(name) : name).c_str(), &words, WRDE_NOCMD);
+    if (quoted && (status == WRDE_BADCHAR || status == WRDE_SYNTAX)) {
+        path = name;
+        return true;
+    }
     const bool expanded = status == 0 && words.we_wordc > 0 && *words.we_wordv[0] != '\0';
     if (expanded) path = words.we_wordv[0];
     // Words that were found before the memory ran out are released as well.

@@ -38,17 +38,26 @@ static int reportEntry(KT_U8 entry, const _aes_entry_info& overview) {
     return 0;
 }
 
+// Whether there is such an entry: one that the adapter counts, or one that holds a key or has a port all the same.
+static bool isEntry(KT_U8 entry, const _aes_entry_info& overview) {
+    auto hasIt = [&](const _aes_port_entry& port) { return port.id != AES_NO_LINK && port.entry == entry; };
+    return entry < currentAdapter().MaxAESEntry || overview.entry[entry] != 0 ||
+           std::any_of(std::begin(overview.aes_port), std::end(overview.aes_port), hasIt);
+}
+
 static int getInfo(const AesEntryOptions& o, const OptionCounts& given, const char*) {
     _aes_entry_info overview = {};
     KT_U8 status = KT_AES_GetEntryInfo(gCurrentAdapter, &overview);
     if (status != KT_OK) return entryFailed(o.entry, status);
     if (given['i'] > 0) return reportEntry(o.entry, overview);
-    auto most = static_cast<KT_U8>(std::min<size_t>(currentAdapter().MaxAESEntry, std::size(overview.entry)));
-    if (most == 0) out("\nNo entry is found\n");
+    bool found = false;
     int result = 0;
-    for (KT_U8 entry = 0; entry < most && result == 0; ++entry) {
+    for (KT_U8 entry = 0; entry < std::size(overview.entry) && result == 0; ++entry) {
+        if (!isEntry(entry, overview)) continue;
+        found = true;
         result = reportEntry(entry, overview);
     }
+    if (!found) out("\nNo entry is found\n");
     return result;
 }
 
@@ -60,7 +69,7 @@ static int getConfig(const AesEntryOptions& o, const OptionCounts& given, const 
     memcpy(config.user_auth, o.password, sizeof config.user_auth);
     KT_U8 status = KT_AES_GetEntryConfig(gCurrentAdapter, &config, o.password);
     if (status == KT_OK) {
-        printNum(LABEL_WIDTH, "Entry ID:", config.entry_id);
+        printNum(LABEL_WIDTH, "Entry ID:", o.entry);
         printNum(LABEL_WIDTH, "AES key length:", config.key_length);
     } else {
         entryFailed(o.entry, status);

@@ -38,8 +38,8 @@ static KT_U8 aesPort2Entry(KT_U8 port, _AES_PORT_INFO& link) {
     return status == KT_OK ? KT_U8{KT_OK} : entryFailed(link.entry, status);
 }
 
-static void aesPortGet_printf(const _AES_Port_Config& config, const _AES_PORT_INFO& link) {
-    printNum(LABEL_WIDTH, "Port ID:", config.port_id);
+static void aesPortGet_printf(KT_U8 port, const _AES_Port_Config& config, const _AES_PORT_INFO& link) {
+    printNum(LABEL_WIDTH, "Port ID:", port);
     printStr(LABEL_WIDTH, "mount status:", link.entry == AES_NO_LINK ? "dismounted" : "mounted");
     if (link.entry != AES_NO_LINK) printNum(LABEL_WIDTH, "entry id:", link.entry);
     printStr(LABEL_WIDTH, "AES enable:", config.aes_enable != 0 ? "Enabled" : "Disabled");
@@ -51,7 +51,7 @@ static KT_U8 reportPort(KT_U8 port) {
     if (status != KT_OK) return portFailed(port, status);
     _AES_PORT_INFO link;
     status = aesPort2Entry(port, link);
-    if (status == KT_OK) aesPortGet_printf(config, link);
+    if (status == KT_OK) aesPortGet_printf(port, config, link);
     return status;
 }
 

@@ -115,7 +115,7 @@ enum class EncObject { Enclosure, Element, ElementConfig };
 struct EncOptions {
     EncObject object = EncObject::Enclosure;
     int enclosure = ALL_ITEMS;
-    KT_U8 element = ALL_ELEMENTS;
+    int element = ALL_ELEMENTS;
     KT_U8 type = 0;
 };
 } // namespace
@@ -134,24 +134,14 @@ static Take takeObject(const char* word, EncOptions& o) {
     return Take::Yes;
 }
 
-static Take takeElement(const char* value, EncOptions& o) {
-    if (!isNumber(value)) {
-        out("-e: invalid element id '%s'\n", value);
-        return Take::Failed;
-    }
-    if (!parseDecimal(emptyIsZero(value), o.element) || o.element == ALL_ELEMENTS) {
-        out("-e: element id should be less than 255\n");
-        return Take::Failed;
-    }
-    return Take::Yes;
-}
-
 static Take takeOption(int option, const char* value, EncOptions& o) {
     switch (option) {
     case 'o':
         return takeObject(value, o);
     case 'e':
-        return takeElement(value, o);
+        if (parseCapped(emptyIsZero(value), o.element)) return Take::Yes;
+        out("-e: invalid element id '%s'\n", value);
+        return Take::Failed;
     case 'i':
         if (parseCapped(emptyIsZero(value), o.enclosure)) return Take::Yes;
         out("-i: invalid enclosure id '%s'\n", value);
@@ -174,6 +164,10 @@ static bool checkOptions(const char* command, const OptionCounts& given, const E
         out("-i : invalid id %d\n", o.enclosure);
         return false;
     }
+    if (given['e'] > 0 && o.element >= ALL_ELEMENTS) {
+        out("-e: element id should be less than 255\n");
+        return false;
+    }
     if (!givenRequired(encOptions, given, command)) return false;
     if (o.object != EncObject::Enclosure && given['t'] == 0) {
         out("Missing -t: please specify the type of the given element id\n");
@@ -190,11 +184,12 @@ int doEnclosure(int argc, char** argv, _cmd_struct* row) {
     if (!scanOptions(argc, argv, row, encOptions, given, result, take)) return result;
     if (!checkOptions(argv[0], given, o)) return 1;
     auto enclosure = static_cast<KT_U16>(o.enclosure);
+    auto element = static_cast<KT_U8>(o.element);
     switch (o.object) {
     case EncObject::Element:
-        return getElementInfo(gCurrentAdapter, enclosure, o.element, o.type);
+        return getElementInfo(gCurrentAdapter, enclosure, element, o.type);
     case EncObject::ElementConfig:
-        return getElementConfigInfo(gCurrentAdapter, enclosure, o.element, o.type);
+        return getElementConfigInfo(gCurrentAdapter, enclosure, element, o.type);
     default:
         return getEnclosureInfo(gCurrentAdapter, enclosure);
     }

@@ -1,6 +1,17 @@
 #include "Functions/info/info.h"
 #include "Functions/info/infoListing.h"
 
+#include <iterator>
+
+static void printState(KT_U8 status) {
+    static const char* const words[] = {"good", "offline", "rebuilding", "copying back"};
+    if (status < std::size(words)) {
+        printStr(REPORT_WIDTH, "Status:", words[status]);
+    } else {
+        out("%-*s unknown (%d)\n", REPORT_WIDTH, "Status:", status);
+    }
+}
+
 void Blk_PrintInfo(const _Block_Info* block) {
     printNum(REPORT_WIDTH, "Block ID:", block->ID);
     printNum(REPORT_WIDTH, "PD ID:", block->HDID);
@@ -9,7 +20,7 @@ void Blk_PrintInfo(const _Block_Info* block) {
     } else {
         printNum(REPORT_WIDTH, "VD ID:", block->LDID);
     }
-    printNum(REPORT_WIDTH, "Status:", block->Status);
+    printState(block->Status);
     printNum(REPORT_WIDTH, "Sector size:", block->BlockSize);
     out("%-*s %llu\n", REPORT_WIDTH, "Start LBA:", static_cast<unsigned long long>(block->StartLBA));
     out("%-*s %llu sectors\n", REPORT_WIDTH, "Size:", static_cast<unsigned long long>(block->Size));

@@ -16,33 +16,21 @@ struct NvsramOptions {
     KT_U32 offset = 0;
     KT_U32 count = 1;
     const char* countText = "";
-    KT_U8 pattern = 0x5A;
+    int pattern = 0x5A;
 };
 } // namespace
 
 static Take takeCount(const char* value, NvsramOptions& o) {
     o.countText = value;
-    if (!parseDecimal(value, o.count)) {
-        out("-c : invalid byte counts '%s'\n", value);
-        return Take::Failed;
-    }
-    if (o.count == 0) {
-        out("Number of bytes should be > 0\n");
-        return Take::Failed;
-    }
-    return Take::Yes;
+    if (parseDecimal(value, o.count)) return Take::Yes;
+    out("-c : invalid byte counts '%s'\n", value);
+    return Take::Failed;
 }
 
 static Take takePattern(const char* value, NvsramOptions& o) {
-    if (!isHex(value)) {
-        out("-p: invalid hex pattern '%s'\n", value);
-        return Take::Failed;
-    }
-    if (!parseDecimalOrHex(value, o.pattern)) {
-        out("-p: hex pattern should be 8 bit \n");
-        return Take::Failed;
-    }
-    return Take::Yes;
+    if (isHex(value) && parseCappedOrHex(value, o.pattern)) return Take::Yes;
+    out("-p: invalid hex pattern '%s'\n", value);
+    return Take::Failed;
 }
 
 static Take takeOption(int option, const char* value, NvsramOptions& o) {
@@ -116,13 +104,25 @@ static KT_U8 transferAll(const NvsramOptions& o) {
     return transferPieces(o);
 }
 
+static bool checkRanges(const NvsramOptions& o) {
+    if (o.count == 0) {
+        out("Number of bytes should be > 0\n");
+        return false;
+    }
+    if (o.pattern > UINT8_MAX) {
+        out("-p: hex pattern should be 8 bit \n");
+        return false;
+    }
+    return true;
+}
+
 int doNvsramRW(int argc, char** argv, _cmd_struct* row) {
     OptionCounts given;
     int result = 0;
     NvsramOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, nvsramOptions, given, result, take)) return result;
-    if (!givenOnce(nvsramOptions, given)) return 1;
+    if (!givenOnce(nvsramOptions, given) || !checkRanges(o)) return 1;
     if (!givenRequired(nvsramOptions, given, argv[0])) {
         printHelp(row, HelpStyle::LongOnly);
         return 1;

@@ -177,7 +177,9 @@ def array(one):
 
 
 def block(one):
-    return {"Block ID:": one["id"], "PD ID:": one["disk"], "VD ID:": one.get("virtualDisk", "free"), "Status:": one["status"],
+    states = ["good", "offline", "rebuilding", "copying back"]
+    status = states[one["status"]] if one["status"] < len(states) else f"unknown ({one['status']})"
+    return {"Block ID:": one["id"], "PD ID:": one["disk"], "VD ID:": one.get("virtualDisk", "free"), "Status:": status,
             "Sector size:": one["sector"], "Start LBA:": one["start"] // one["sector"],
             "Size:": f"{one['size'] // one['sector']} sectors"}
 

@@ -73,6 +73,7 @@ TEST_F(Aes, RefusesOptionsBeforeAnyCall) {
         {doAESPort, "aesport -o mount -i 1 -e 2", "\n  port id ,entry id, password and mount AES must be set.\n"},
         {doAESPort, "aesport -o dismount", "aesport: option -i is required\n"},
         {doForceOnline, "forceonline -i 65536", "-i : invalid id '65536'\n"},
+        {doForceOnline, "forceonline -i 1 -p 55 -p 10", "Duplicated option specified.\n"},
         {doForceOnline, "forceonline -i 3 -p abc", "-p : invalid percentage 'abc'\n"},
         {doForceOnline, "forceonline -i 3 -p 266",
          "-p : invalid percentage '266', available percentage include 10 20 30 40 50 60 70 80 90 100\n"},
@@ -151,15 +152,25 @@ TEST_F(Aes, LeavesNoSecretInTheWords) {
 
 TEST_F(Aes, ListsEntriesWithTheirPortsAndPortsWithTheirEntry) {
     seam.aesOverview.entry[1] = 1;
-    seam.aesOverview.entry[5] = 1; // beyond what the adapter has
+    seam.aesOverview.entry[5] = 1; // beyond what the adapter counts, and there all the same
     seam.aesOverview.aes_port[0] = {0, 1};
     seam.aesOverview.aes_port[1] = {1, 255};
     seam.aesOverview.aes_port[2] = {2, 1};
     EXPECT_EQ("Entry ID:                0\nHas Key:                 No\n"
               "Entry ID:                1\nHas Key:                 Yes\n"
               "Port ID:                 0\nPort ID:                 2\n"
-              "Entry ID:                2\nHas Key:                 No\n",
+              "Entry ID:                2\nHas Key:                 No\n"
+              "Entry ID:                5\nHas Key:                 Yes\n",
               run(doAESEntry, "aesentry -o GETINFO").printed);
+    gAdapterInfo[0].MaxAESEntry = 0;
+    seam.aesOverview.aes_port[3] = {3, 7};
+    EXPECT_EQ("Entry ID:                1\nHas Key:                 Yes\n"
+              "Port ID:                 0\nPort ID:                 2\n"
+              "Entry ID:                5\nHas Key:                 Yes\n"
+              "Entry ID:                7\nHas Key:                 No\nPort ID:                 3\n",
+              run(doAESEntry, "aesentry -o getinfo").printed);
+    seam.aesOverview.aes_port[3] = {255, 255};
+    gAdapterInfo[0].MaxAESEntry = 3;
     EXPECT_EQ("Port ID:                 0\nmount status:            mounted\n"
               "entry id:                1\nAES enable:              Disabled\n"
               "Port ID:                 1\nmount status:            dismounted\nAES enable:              Enabled\n"
@@ -175,5 +186,7 @@ TEST_F(Aes, ListsEntriesWithTheirPortsAndPortsWithTheirEntry) {
     EXPECT_EQ(242, run(doAESPort, "aesport -o set -i 3 --aeson").result);
     EXPECT_EQ("KT_AES_OnlyGetPortInfo 3", seam.calls.back());
     seam.aesOverview = {{{255, 255}, {255, 255}, {255, 255}, {255, 255}}, {}, {}};
+    gAdapterInfo[0].MaxAESEntry = 0;
+    EXPECT_EQ("\nNo entry is found\n", run(doAESEntry, "aesentry -o getinfo").printed);
     EXPECT_EQ("\nNo port is found\n", run(doAESPort, "aesport -o getcfg").printed);
 }

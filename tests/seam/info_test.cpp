@@ -51,8 +51,8 @@ TEST_F(Info, DiskNamesWhatItIsAttachedTo) {
     link.Parent = {3, 0, 2, {5, 6}, {}, 12, {}};
     const char* const places[] = {"HBA port 5", "PM 3, port 5", "Expander 3, port 5", "enclosure 3, HBA port 5",
                                   "unknown device, type 4, id 3, port 5"};
-    for (KT_U8 type = 0; type < std::size(places); ++type) {
-        link.Parent.DevType = type;
+    for (size_t type = 0; type < std::size(places); ++type) {
+        link.Parent.DevType = static_cast<KT_U8>(type);
         EXPECT_EQ(value("info -o pd -i 7", "Linked at"), places[type]);
     }
     link.Parent.DevType = 254;
@@ -100,6 +100,40 @@ TEST_F(Info, RunningSystemIsSaidForDisksAndVirtualDisks) {
         EXPECT_EQ(value("info -o vd -i 7", "Running OS"), row.vd) << int{row.status};
         EXPECT_EQ(std::count(seam.calls.begin(), seam.calls.end(), "KT_DiskHasOS 1 1 7"), 1);
         EXPECT_EQ(std::count(seam.calls.begin(), seam.calls.end(), "KT_DiskHasOS 0 1 7"), 1);
+    }
+}
+
+TEST_F(Info, RestoringAHybridDiskIsSaid) {
+    seam.lds.resize(1);
+    seam.ldStatuses.resize(1);
+    seam.lds[0].RaidMode = KT_TANDEM_SAFE;
+    seam.lds[0].BGAStatus = KT_STATE_RUNNING;
+    seam.lds[0].BlkCount = 1;
+    seam.lds[0].BlockIDs[0] = KT_NO_ID;
+    const struct {
+        KT_U8 activity, state;
+        const char* said;
+    } rows[] = {
+        {KT_BGA_REBUILD, KT_STATE_RUNNING, "restore is 40% done"},
+        {KT_BGA_INIT_QUICK, KT_STATE_RUNNING, "40% done"},
+        {KT_BGA_REBUILD, KT_STATE_PAUSED, "paused at 40%"},
+        {KT_BGA_REBUILD, KT_STATE_ABORTED, "aborted"},
+        {0, KT_STATE_NONE, "N/A"},
+    };
+    for (const auto& row : rows) {
+        seam.ldStatuses[0] = {KT_VD_ONLINE, row.activity, 40, row.state, 0, 0};
+        for (const char* object : {"vd", "tandem"}) {
+            EXPECT_EQ(value(std::string("info -o ") + object, "initializing status"), row.said) << object;
+        }
+    }
+}
+
+TEST_F(Info, BlocksTellTheirStateInAWord) {
+    seam.blocks.resize(1);
+    const char* const words[] = {"good", "offline", "rebuilding", "copying back", "unknown (4)"};
+    for (size_t state = 0; state < std::size(words); ++state) {
+        seam.blocks[0].Status = static_cast<KT_U8>(state);
+        EXPECT_EQ(value("info -o blk", "Status"), words[state]);
     }
 }
 } // namespace

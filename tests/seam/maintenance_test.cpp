@@ -89,6 +89,8 @@ TEST_F(Nvsram, RefusesOptions) {
                    {"-s ff", "-s : invalid address offset 'ff'\n"},
                    {"-c 4294967296", "-c : invalid byte counts '4294967296'\n"},
                    {"-c 0", "Number of bytes should be > 0\n"},
+                   {"-c 0 -c 5", "Duplicated option specified.\n"},
+                   {"-p 0x100 -p 0x5", "Duplicated option specified.\n"},
                    {"-p 5A", "-p: invalid hex pattern '5A'\n"},
                    {"-p 0x100", "-p: hex pattern should be 8 bit \n"},
                    {"-p 0x1000000000000005A", "-p: hex pattern should be 8 bit \n"},

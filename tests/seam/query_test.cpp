@@ -91,6 +91,7 @@ TEST_F(Query, RefusesOptionsBeforeAnyCall) {
         {doEnclosure, "enc -o ele -e 0x1", "-e: invalid element id '0x1'\n"},
         {doEnclosure, "enc -o ele -e 255", "-e: element id should be less than 255\n"},
         {doEnclosure, "enc -o ele -e 256", "-e: element id should be less than 255\n"},
+        {doEnclosure, "enc -o ele -e 255 -e 1", "Duplicated option specified.\n"},
         {doEnclosure, "enc -o ele -t disk", "-t: element type error:'disk'\n"},
         {doEnclosure, "enc -o ele -i 0 -e 1", noType},
         {doEnclosure, "enc -o elecfg", noType},

@@ -72,6 +72,7 @@ KT_U8 KT_AES_OnlyGetPortInfo(KT_U8, KT_U8 port, _AES_PORT_INFO* info) {
 }
 KT_U8 KT_AES_GetEntryConfig(KT_U8, _AES_Entry_Config* config, const KT_U8* password) {
     seam.sent["entry"] = bytesOf(*config);
+    config->entry_id = 99; // not the entry that was asked for
     config->key_length = 32;
     memset(config->key_content, 'K', sizeof config->key_content);
     return answer("KT_AES_GetEntryConfig", secret(password));
@@ -86,7 +87,7 @@ KT_U8 KT_AES_ChangePwd(KT_U8, _AES_Entry_Config* config, const KT_U8* newPasswor
     return take("KT_AES_ChangePwd", secret(newPassword), *config, "entry");
 }
 KT_U8 KT_AES_GetPortConfig(KT_U8, KT_U8 port, _AES_Port_Config* config) {
-    *config = {port, port == 1, {}};
+    *config = {99, port == 1, {}}; // not the port that was asked for
     return answer("KT_AES_GetPortConfig", text(port));
 }
 KT_U8 KT_AES_SetPortConfig(KT_U8, const _AES_Port_Config* config) {

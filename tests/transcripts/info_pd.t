@@ -51,7 +51,7 @@ Physical disks, the blocks on them, and spares.
   Block ID:            3
   PD ID:               8
   VD ID:               1
-  Status:              0
+  Status:              good
   Sector size:         512
   Start LBA:           209715200
   Size:                838860800 sectors

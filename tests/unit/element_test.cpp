@@ -84,6 +84,35 @@ TEST(Element, DecodesTheFieldsOfEachType) {
     }
 }
 
+// The word that asks for a type, its code, and the name that is printed.
+TEST(Element, TypesHaveTheirWordsAndNames) {
+    const struct {
+        const char* word;
+        KT_U8 type;
+        const char* name;
+    } types[] = {
+        {"dev", 0x01, "Unspecified element"},
+        {"pow", 0x02, "Power Supply"},
+        {"fan", 0x03, "Cooling Device"},
+        {"tpr", 0x04, "Temperature Sensor"},
+        {"dor", 0x05, "Door Lock"},
+        {"alm", 0x06, "Audible Alarm"},
+        {"dpl", 0x0C, "Display"},
+        {"vlt", 0x12, "Voltage Sensor"},
+        {"arydev", 0x17, "Array Device"},
+    };
+    for (const auto& row : types) {
+        EXPECT_EQ(SetElementType(row.word), row.type) << row.word;
+        EXPECT_EQ(printedBy([&] { PrintElementType(row.type); }), std::string(row.name) + "\n");
+    }
+    for (const char* word : {"", "d", "array", "fans"}) {
+        EXPECT_EQ(SetElementType(word), 0) << word;
+    }
+    for (KT_U8 type : std::initializer_list<KT_U8>{0x00, 0x07, 0x18, 0xFF}) {
+        EXPECT_EQ(printedBy([&] { PrintElementType(type); }), "Unspecified element\n");
+    }
+}
+
 TEST(Element, NamesTheCommonStatus) {
     EXPECT_EQ("Status: unsupported; ", said(0, 0, 0, 0, 0));
     EXPECT_EQ("Status: critical; Predicted failure: yes; ", said(0, 0x42, 0, 0, 0));

@@ -108,6 +108,12 @@ TEST(EventText, SaysEveryEventInItsWords) {
     }
 }
 
+TEST(EventText, CountsSequenceNumbersWithoutASign) {
+    _Event event = makeEvent(0, 65535);
+    event.Params[2] = 4000000122;
+    EXPECT_EQ(textOf(event), " Event(s) lost. Current seqNum 4000000123, last seqNum 4000000122");
+}
+
 TEST(EventText, TakesTheSerialNumberOnlyFromItsValidBytes) {
     _Event event = makeEvent(0, 9);
     memset(event.SenseData, 'S', sizeof event.SenseData);

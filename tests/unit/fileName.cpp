@@ -51,7 +51,29 @@ TEST(FileName, ExpandsLikeAShellButRunsNothing) {
         EXPECT_FALSE(expandName(name, false, path)) << name;
         EXPECT_EQ(path, "untouched");
     }
+    for (const char* name : {"a(1).bin", "it's.bin", "a;b", "{x"}) {
+        EXPECT_TRUE(expandName(name, true, path)) << name;
+        EXPECT_EQ(path, name);
+    }
+    path = "untouched";
+    for (const char* name : {"", "$(echo x)", "`echo x`", "$KT_TEST_UNSET"}) {
+        EXPECT_FALSE(expandName(name, true, path)) << name;
+    }
+    EXPECT_EQ(path, "untouched");
     EXPECT_EQ(shownName("a\x1b[m\n\xc3\xa9"), "a?[m?\xc3\xa9");
+}
+
+TEST_F(NewFiles, WithANameInQuotesAreTakenAsTheyStandFirst) {
+    setenv("KT_TEST_NAME", "value", 1);
+    path += " $KT_TEST_NAME*";
+    std::string found;
+    EXPECT_TRUE(expandName(path, true, found));
+    EXPECT_EQ(found, std::string(folder) + "/image value*");
+    NewFile file = {};
+    ASSERT_EQ(createNewFile(path.c_str(), file), Created::Yes);
+    ASSERT_TRUE(keepNewFile(file));
+    EXPECT_TRUE(expandName(path, true, found));
+    EXPECT_EQ(found, path);
 }
 
 TEST_F(NewFiles, AreNeverMadeOverSomething) {
