@@ -44,7 +44,7 @@ static Json frameOf(const Machine& machine, const Json& thresholds) {
     if (!machine.host.empty()) add(document, "host", machine.host);
     if (machine.libraryVersion) add(document, "library", *machine.libraryVersion);
     if (machine.sgVersion) add(document, "sgVersion", *machine.sgVersion);
-    add(document, "adapterCount", machine.adapterCount);
+    if (machine.opened) add(document, "adapterCount", machine.adapterCount);
     if (machine.options.records) add(document, "records", true);
     Json unread = Json::array();
     for (const Refusal& refusal : machine.refusals) {

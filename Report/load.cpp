@@ -146,6 +146,13 @@ std::vector<Report> gatherReports(const std::vector<std::string>& from, const Re
         if (options.adapter >= 0) keepAdapter(document, options.adapter, path);
         document["problems"] = problemsOf(document, thresholds);
     }
-    if (from.empty()) reports.push_back({"", documentOf(readMachine(options), thresholds)});
+    if (!from.empty()) return reports;
+    const Machine machine = readMachine(options);
+    if (!machine.opened) {
+        const Refusal& refusal = machine.refusals.front();
+        throw ReadFailure{"the library does not start: error " +
+                          std::to_string(refusal.status.value_or(KT_ERR_FAILED)) + ", " + refusal.text};
+    }
+    reports.push_back({"", documentOf(machine, thresholds)});
     return reports;
 }

@@ -118,8 +118,10 @@ Machine readMachine(const ReadOptions& options) {
         if (!isInLibrary(call)) throw ReadFailure{std::string("the library libktraid.so.4 has no call ") + call};
     }
     const KT_U8 status = KT_API_Initialize();
-    if (status != KT_OK) {
-        throw ReadFailure{"the library does not start: error " + std::to_string(status) + ", " + ErrorMessage(status)};
+    machine.opened = status == KT_OK;
+    if (!machine.opened) {
+        noteRefusal(machine, -1, "KT_API_Initialize", status, ErrorMessage(status));
+        return machine;
     }
     const char* version = isInLibrary("KT_API_Version") ? KT_API_Version() : nullptr;
     if (version != nullptr) machine.libraryVersion = textOfBytes(version, strnlen(version, 256));

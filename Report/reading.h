@@ -97,6 +97,7 @@ struct Machine {
     std::string host;
     std::optional<std::string> libraryVersion;
     std::optional<int> sgVersion; // 30536 is 3.5.36
+    bool opened = false;          // the library started; else the first refusal says why not
     unsigned adapterCount = 0;    // as the library counts
     std::vector<AdapterReading> adapters;
     std::vector<Refusal> refusals;
@@ -111,6 +112,6 @@ struct ReadFailure {
 // Adapters that are read at most.
 inline constexpr unsigned ADAPTERS_READ = 16;
 
-// Opens the library, reads and closes it. Throws ReadFailure when the library does not open, or has no adapter
-// options.adapter.
+// Opens the library, reads and closes it. Throws ReadFailure when the library lacks what every reading needs, or has no
+// adapter options.adapter; a library that does not open is noted.
 Machine readMachine(const ReadOptions& options);

@@ -5,13 +5,16 @@
 #include "Report/schema.h"
 #include "ktreport/commands.h"
 
-static void writeJson(const Invocation& invocation, bool records) {
+// A library that does not start makes a document as well: one that says so.
+static void writeJson(Invocation& invocation, bool records) {
     ReadOptions options;
     options.adapter = invocation.adapter;
     options.records = records;
     if (invocation.from.empty()) {
         const Json thresholds = loadThresholds(invocation.thresholds);
-        writeDocument(std::cout, readMachine(options), thresholds);
+        const Machine machine = readMachine(options);
+        writeDocument(std::cout, machine, thresholds);
+        if (!machine.opened) invocation.result = RESULT_UNREADABLE;
         return;
     }
     if (invocation.from.size() > 1) throw UsageFailure{"json takes one file: a report is of one machine"};

@@ -40,6 +40,18 @@ class Reading(unittest.TestCase):
                     if call.startswith("KT_Flash_Bin"):
                         self.assertTrue(words and SETTINGS.match(call), call)
 
+    def test_library_that_does_not_start(self):
+        bench = Bench("default")
+        with open(bench.path("state.db"), "wb") as file:
+            file.write(b"no state")
+        done = bench.run("ktreport", "json")
+        document = json.loads(done.stdout)
+        fits_schema(self, document, "not started")
+        self.assertEqual((done.returncode, document["adapters"], document["unread"][0]["call"]), (3, [], "KT_API_Initialize"))
+        done = bench.run("ktreport")
+        self.assertEqual((done.returncode, done.stdout, "does not start" in done.stderr), (3, "", True))
+        self.assertRegex(bench.run("ktreport", "check").stdout, r"^RAID UNKNOWN - the library does not start")
+
     def test_views_only_read(self):
         """Every command of the help, on every lab but the largest; diff reads the adapters behind a report of them."""
         for lab in [lab for lab in LABS if lab != "full"]:
