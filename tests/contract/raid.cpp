@@ -307,6 +307,9 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESTART), KT_ERR_BGA_ACTION);
     ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESUME), KT_OK);
     ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESTART), KT_OK);
+    EXPECT_EQ(activity(PLAIN, 0), "1/1 0") << "what was filled has missed what was written meanwhile";
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
     newEvents(PLAIN);
     disk(PLAIN, sim::pullDisk, 4);
     EXPECT_EQ(newEvents(PLAIN), std::vector<std::string>({"2/0 of 4"})) << "what was stopped does not fail";
@@ -402,6 +405,9 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 2), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";
     advance(30);
+    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_OK);
+    EXPECT_EQ(activity(ARRAYS, 0), "32/1 30") << "what has moved stays moved";
     disk(ARRAYS, sim::pullDisk, 2);
     disk(ARRAYS, sim::pullDisk, 3);
     newEvents(ARRAYS);
