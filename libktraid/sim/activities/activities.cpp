@@ -102,7 +102,8 @@ void startActivity(const Context& context, Owner owner, KT_U8 kind, KT_U64 work,
 
 static void restart(const Context& context, Owner owner, Activity activity) {
     // The data that a migration has moved live in their new place. All else begins anew: what a stopped rebuild or copy
-    // back has filled was not written to meanwhile, and a check or an initialisation is worth something as a whole only.
+    // back has filled was not written to meanwhile, and a check or an initialisation is worth something as a whole
+    // only.
     const bool goesOn = activity.kind == KT_BGA_MIGRATION && owner.kind != OwnerKind::Disk;
     if (!goesOn) activity.done = activity.announced = 0; // setState() counts from here
     setState(context, owner, activity, KT_STATE_RUNNING);
