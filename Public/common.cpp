@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Public/incomplete.h"
 #include "Public/nearWords.h"
 #include "Public/utility.h"
 
@@ -121,7 +122,7 @@ int cmdDispatcher(int argc, char** argv) {
     size_t length = strlen(word);
     auto isPrefix = [&](const _cmd_struct& row) { return strncmp(row.cmd, word, length) == 0; };
     auto isWhole = [&](const _cmd_struct& row) { return static_cast<size_t>(row.cmdLen) == length + 1; };
-    auto run = [&](_cmd_struct& row) { return row.cmdHandler(argc, argv, &row); };
+    auto run = [&](_cmd_struct& row) { return completeResult(row.cmdHandler(argc, argv, &row)); };
     int count = 0;
     KT_U16 index = 0;
     bool inGeneral = false;

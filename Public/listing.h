@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "Public/common.h"
+#include "Public/incomplete.h"
 #include "Public/interrupt.h"
 
 // Records that one call may return: what the adapter's MaxBufferSize (KiB) holds behind the header, `withoutLimit` when
@@ -13,13 +14,21 @@
 KT_U16 recordsPerPage(size_t recordSize, KT_U16 withoutLimit = 32);
 
 // What a walk came to. unallocated: the bytes of a buffer that could not be had (status KT_ERR_NO_RESOURCE), else 0.
-// stopped: the visitor ended the walk.
+// stopped: the visitor ended the walk. cut: the library's answers stopped before the list ended.
 struct ListEnd {
     KT_U8 status;
     unsigned total; // records visited
     size_t unallocated;
     bool stopped;
+    bool cut;
 };
+
+// What a list whose answers stop means to the caller. Nobody decides or saves anything from a part of a list: there the
+// status is KT_ERR_FAILED. Who only prints it shows what came; the status stays KT_OK, and the run's result is not
+// (Public/incomplete.h).
+enum class Cut { Fails, Shows };
+// Says on standard error that the list does not go on behind that index.
+void sayCut(KT_U16 index);
 
 // Prepares the request for one item; the record behind the header is zeroed.
 template <class Request>
@@ -64,18 +73,19 @@ inline ListRange itemRange(KT_U16 id) {
 }
 
 // Calls visit(record) -> bool for each record, in the library's order, page by page; a false ends the walk. Record is
-// the type of the records behind the request's header. More records than were asked for are not looked at, and a next
-// index that does not advance ends the walk, so it ends whatever the library answers. Ctrl-C ends it as a failure.
-template <class Record, class Request, class Visit>
+// the type of the records behind the request's header. More records than were asked for are not looked at. A next index
+// that does not advance cuts the list, after a line on standard error, so the walk ends whatever the library answers.
+// Ctrl-C ends it as a failure.
+template <class Record, Cut cut = Cut::Fails, class Request, class Visit>
 ListEnd walkList(KT_U8 (*call)(KT_U8, Request*), ListRange range, KT_U16 perPage, Visit visit) {
     static_assert(sizeof(Request) == sizeof(_RequestHeader) + sizeof(Record));
     KT_U16 asked = range.all ? perPage : KT_U16{1};
     size_t bytes = sizeof(_RequestHeader) + size_t{asked} * sizeof(Record);
     std::unique_ptr<void, decltype(&free)> buffer(malloc(bytes), &free);
-    if (buffer == nullptr) return {KT_ERR_NO_RESOURCE, 0, bytes, false};
+    if (buffer == nullptr) return {KT_ERR_NO_RESOURCE, 0, bytes, false, false};
     auto* request = static_cast<Request*>(buffer.get());
     auto* records = reinterpret_cast<const Record*>(static_cast<char*>(buffer.get()) + sizeof(_RequestHeader));
-    ListEnd end = {KT_OK, 0, 0, false};
+    ListEnd end = {KT_OK, 0, 0, false, false};
     for (KT_U16 start = range.id;;) {
         memset(buffer.get(), 0, bytes);
         request->header.requestType = range.all ? KT_REQUEST_LIST : KT_REQUEST_ITEM;
@@ -96,7 +106,14 @@ ListEnd walkList(KT_U8 (*call)(KT_U8, Request*), ListRange range, KT_U16 perPage
             }
         }
         KT_U16 next = request->header.nextStartingIndex;
-        if (!range.all || returned == 0 || next == KT_LIST_END || next <= start) return end;
+        if (!range.all || returned == 0 || next == KT_LIST_END) return end;
+        if (next <= start) {
+            end.cut = true;
+            sayCut(start);
+            if constexpr (cut == Cut::Fails) end.status = KT_ERR_FAILED;
+            if constexpr (cut == Cut::Shows) noteIncomplete();
+            return end;
+        }
         start = next;
     }
 }

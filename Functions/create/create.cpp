@@ -149,8 +149,9 @@ static bool checkDisks(const CreateOptions& o, int& result) {
     return true;
 }
 
-// The default name counts on from the virtual disks that exist. False without memory to count them.
-static bool nameVirtualDisk(const CreateOptions& o, KT_U8 (&field)[NAME_FIELD]) {
+// The default name counts on from the virtual disks that exist. False when they cannot be counted; `result` is then
+// what the command returns.
+static bool nameVirtualDisk(const CreateOptions& o, KT_U8 (&field)[NAME_FIELD], int& result) {
     if (o.given['n'] != 0) {
         fillName(field, o.name);
         return true;
@@ -159,6 +160,12 @@ static bool nameVirtualDisk(const CreateOptions& o, KT_U8 (&field)[NAME_FIELD]) 
     ListEnd end = walkList<_LD_Info>(KT_LD_GetInfo, EVERYTHING, recordsPerPage(sizeof(_LD_Info)), count);
     if (end.unallocated != 0) {
         out("Unable to allocate buffer for %zu bytes.\n", end.unallocated);
+        result = KT_ERR_NO_RESOURCE;
+        return false;
+    }
+    if (end.cut) {
+        out("\nFailed to create virtual disk (error %d: %s).\n", end.status, ErrorMessage(end.status));
+        result = end.status;
         return false;
     }
     char name[NAME_FIELD];
@@ -202,7 +209,7 @@ int doCreate(int argc, char** argv, _cmd_struct* row) {
     if (o.given['c'] == 0) addDefaultCache(o.level, o.cache);
     _Create_LD_Param param = {};
     fillParam(o, param);
-    if (!nameVirtualDisk(o, param.Name)) return KT_ERR_NO_RESOURCE;
+    if (!nameVirtualDisk(o, param.Name, result)) return result;
     KT_U8 status = KT_LD_Create(gCurrentAdapter, &param);
     if (status != KT_OK) out("\nFailed to create virtual disk (error %d: %s).\n", status, ErrorMessage(status));
     return status;

@@ -28,8 +28,9 @@ static bool checkOptions(const char* command, const CreateV2Options& o, int& res
     return true;
 }
 
-// The default name counts on from the arrays that exist. False without memory to count them.
-static bool nameArray(const CreateV2Options& o, KT_U8 (&field)[NAME_FIELD]) {
+// The default name counts on from the arrays that exist. False when they cannot be counted; `result` is then what the
+// command returns.
+static bool nameArray(const CreateV2Options& o, KT_U8 (&field)[NAME_FIELD], int& result) {
     if (o.given['n'] != 0) {
         fillName(field, o.name);
         return true;
@@ -39,6 +40,12 @@ static bool nameArray(const CreateV2Options& o, KT_U8 (&field)[NAME_FIELD]) {
     ListEnd end = walkList<_DG_Info>(KT_DG_GetInfo, EVERYTHING, perPage, count);
     if (end.unallocated != 0) {
         out("Unable to allocate buffer for %zu bytes.\n", end.unallocated);
+        result = KT_ERR_NO_RESOURCE;
+        return false;
+    }
+    if (end.cut) {
+        out("\nFailed to create array (error %d: %s).\n", end.status, ErrorMessage(end.status));
+        result = end.status;
         return false;
     }
     char name[NAME_FIELD];
@@ -149,7 +156,7 @@ int createArray(const char* command, CreateV2Options& o) {
     int result = 0;
     if (!checkOptions(command, o, result)) return result;
     _CreateOrModify_DG_Param param = {};
-    if (!nameArray(o, param.Name)) return KT_ERR_NO_RESOURCE;
+    if (!nameArray(o, param.Name, result)) return result;
     if (!checkDiskCount(USE_CREATE_ARRAY, o.level, o.disks.count) ||
         !checkParity(USE_CREATE_ARRAY, o.level, o.disks.count, o.given['q'] != 0, o.parity)) {
         return 1;

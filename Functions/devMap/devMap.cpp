@@ -41,21 +41,22 @@ static KT_U8 addDevice(MagicCall call, DeviceList& list, KT_U16 id) {
 template <class Visit>
 static KT_U8 getAllVdId(ListRange range, Visit visit) {
     KT_U8 status = KT_OK;
-    ListEnd end = walkList<_LD_Info>(KT_LD_GetInfo, range, recordsPerPage(sizeof(_LD_Info)), [&](const _LD_Info& ld) {
-        status = visit(ld.ID);
-        return status == KT_OK;
-    });
+    ListEnd end =
+        walkList<_LD_Info, Cut::Shows>(KT_LD_GetInfo, range, recordsPerPage(sizeof(_LD_Info)), [&](const _LD_Info& ld) {
+            status = visit(ld.ID);
+            return status == KT_OK;
+        });
     return end.stopped ? status : end.status;
 }
 
 template <class Visit>
 static KT_U8 getAllPdId(ListRange range, Visit visit) {
     KT_U8 status = KT_OK;
-    ListEnd end =
-        walkList<_HD_Info>(KT_PD_GetHDInfo, range, recordsPerPage(sizeof(_HD_Info)), [&](const _HD_Info& disk) {
-            status = visit(disk.Link.Self.DevID);
-            return status == KT_OK;
-        });
+    ListEnd end = walkList<_HD_Info, Cut::Shows>(KT_PD_GetHDInfo, range, recordsPerPage(sizeof(_HD_Info)),
+                                                 [&](const _HD_Info& disk) {
+                                                     status = visit(disk.Link.Self.DevID);
+                                                     return status == KT_OK;
+                                                 });
     return end.stopped ? status : end.status;
 }
 

@@ -47,12 +47,12 @@ template <class Report>
 static KT_U8 forEachEnclosure(KT_U16 enclosure, Report report) {
     KT_U8 status = KT_OK;
     KT_U16 perPage = recordsPerPage(sizeof(_Enclosure_Info));
-    ListEnd end = walkList<_Enclosure_Info>(KT_ENC_GetEnclosureInfo, itemRange(enclosure), perPage,
-                                            [&](const _Enclosure_Info& found) {
-                                                KT_U8 reported = report(found);
-                                                if (reported != KT_OK) status = reported;
-                                                return true;
-                                            });
+    ListEnd end = walkList<_Enclosure_Info, Cut::Shows>(KT_ENC_GetEnclosureInfo, itemRange(enclosure), perPage,
+                                                        [&](const _Enclosure_Info& found) {
+                                                            KT_U8 reported = report(found);
+                                                            if (reported != KT_OK) status = reported;
+                                                            return true;
+                                                        });
     if (end.status != KT_OK) return failed(end.status);
     if (end.total == 0) out("\nNo enclosure is found\n");
     return status;

@@ -16,7 +16,7 @@ static int shownId(ListRange range) {
 template <class Record, class Request>
 static KT_U8 printConfigs(KT_U8 (*call)(KT_U8, Request*), ListRange range, const char* none,
                           void (*print)(const Record*)) {
-    ListEnd end = walkList<Record>(call, range, recordsPerPage(sizeof(Record)), [&](const Record& record) {
+    ListEnd end = walkList<Record, Cut::Shows>(call, range, recordsPerPage(sizeof(Record)), [&](const Record& record) {
         print(&record);
         return true;
     });

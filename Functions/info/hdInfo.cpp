@@ -186,14 +186,14 @@ KT_U8 getHDInfo(KT_U16 id) {
     ListingFrame frame = {words};
     KT_U8 status = KT_OK;
     KT_U16 perPage = recordsPerPage(sizeof(_HD_Info));
-    ListEnd end =
-        walkList<_HD_Info>(KT_PD_GetHDInfo, all ? EVERYTHING : oneItem(id), perPage, [&](const _HD_Info& disk) {
-            frame.begin();
-            reportDisk(disk);
-            status = reportUse(disk.Link.Self.DevID);
-            if (status == KT_OK) out("\n");
-            return status == KT_OK;
-        });
+    ListEnd end = walkList<_HD_Info, Cut::Shows>(KT_PD_GetHDInfo, all ? EVERYTHING : oneItem(id), perPage,
+                                                 [&](const _HD_Info& disk) {
+                                                     frame.begin();
+                                                     reportDisk(disk);
+                                                     status = reportUse(disk.Link.Self.DevID);
+                                                     if (status == KT_OK) out("\n");
+                                                     return status == KT_OK;
+                                                 });
     frame.end(end, all);
     if (!end.stopped) status = end.status;
     if (!end.stopped && !refused(end)) return status;

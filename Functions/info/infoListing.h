@@ -43,12 +43,13 @@ inline bool refused(const ListEnd& walked) {
 template <class Record, class Request, class Print>
 ListEnd printListing(KT_U8 (*call)(KT_U8, Request*), KT_U16 id, const ListingWords& words, Print print) {
     ListingFrame frame = {words};
-    ListEnd end = walkList<Record>(call, itemRange(id), recordsPerPage(sizeof(Record)), [&](const Record& record) {
-        frame.begin();
-        print(&record);
-        out("\n");
-        return true;
-    });
+    ListEnd end =
+        walkList<Record, Cut::Shows>(call, itemRange(id), recordsPerPage(sizeof(Record)), [&](const Record& record) {
+            frame.begin();
+            print(&record);
+            out("\n");
+            return true;
+        });
     frame.end(end, id == ALL_ITEMS);
     return end;
 }

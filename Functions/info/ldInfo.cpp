@@ -117,11 +117,12 @@ KT_U8 getLDInfo(KT_U16 id) {
     ListingFrame frame = {words};
     KT_U8 status = KT_OK;
     KT_U16 perPage = recordsPerPage(sizeof(_LD_Info));
-    ListEnd end = walkList<_LD_Info>(KT_LD_GetInfo, all ? EVERYTHING : oneItem(id), perPage, [&](const _LD_Info& ld) {
-        frame.begin();
-        status = reportVirtualDisk(ld);
-        return status == KT_OK;
-    });
+    ListEnd end =
+        walkList<_LD_Info, Cut::Shows>(KT_LD_GetInfo, all ? EVERYTHING : oneItem(id), perPage, [&](const _LD_Info& ld) {
+            frame.begin();
+            status = reportVirtualDisk(ld);
+            return status == KT_OK;
+        });
     frame.end(end, all);
     if (!refused(end)) return end.stopped ? status : end.status;
     if (all) {

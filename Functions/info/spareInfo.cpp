@@ -22,7 +22,8 @@ KT_U8 getSpareInfo(KT_U16 id) {
         out("\n");
         return true;
     };
-    ListEnd end = walkList<_HD_RAID_STATUS>(KT_PD_GetHDRaidStatus, all ? EVERYTHING : oneItem(id), perPage, print);
+    ListEnd end =
+        walkList<_HD_RAID_STATUS, Cut::Shows>(KT_PD_GetHDRaidStatus, all ? EVERYTHING : oneItem(id), perPage, print);
     frame.end(end, all);
     if (!refused(end)) return end.status;
     if (all) {

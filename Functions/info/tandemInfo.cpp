@@ -53,12 +53,13 @@ KT_U8 getTandemInfo(KT_U16 id) {
     ListingFrame frame = {words};
     KT_U8 status = KT_OK;
     KT_U16 perPage = recordsPerPage(sizeof(_LD_Info));
-    ListEnd end = walkList<_LD_Info>(KT_LD_GetInfo, all ? EVERYTHING : oneItem(id), perPage, [&](const _LD_Info& ld) {
-        if (!isHybridMode(ld.RaidMode)) return true;
-        frame.begin();
-        status = reportTandem(ld);
-        return status == KT_OK;
-    });
+    ListEnd end =
+        walkList<_LD_Info, Cut::Shows>(KT_LD_GetInfo, all ? EVERYTHING : oneItem(id), perPage, [&](const _LD_Info& ld) {
+            if (!isHybridMode(ld.RaidMode)) return true;
+            frame.begin();
+            status = reportTandem(ld);
+            return status == KT_OK;
+        });
     frame.end(end, all);
     if (!refused(end)) return end.stopped ? status : end.status;
     out("\nCould not get tandem info for VD ID %d (error %d: %s)\n", id, end.status, ErrorMessage(end.status));

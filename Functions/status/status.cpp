@@ -32,11 +32,11 @@ void hdStatus_printf(const _HD_SMART_STATUS* status) {
 
 static KT_U8 reportStatus(KT_U16 id) {
     KT_U16 perPage = std::min(recordsPerPage(sizeof(_HD_SMART_STATUS), MOST_RECORDS), MOST_RECORDS);
-    ListEnd end =
-        walkList<_HD_SMART_STATUS>(KT_PD_GetSmartStatus, itemRange(id), perPage, [](const _HD_SMART_STATUS& status) {
-            hdStatus_printf(&status);
-            return true;
-        });
+    ListEnd end = walkList<_HD_SMART_STATUS, Cut::Shows>(KT_PD_GetSmartStatus, itemRange(id), perPage,
+                                                         [](const _HD_SMART_STATUS& status) {
+                                                             hdStatus_printf(&status);
+                                                             return true;
+                                                         });
     if (end.unallocated != 0) {
         out("\nFailed to allocated space for KT_PD_GetStatus().\n");
     } else if (end.status != KT_OK) {

@@ -24,3 +24,13 @@ escape. Counts and indexes that lie end no listing late.
   >   for o in vd array pd blk spare; do timeout 20 ktsetup info -o $o > /dev/null || echo $o $?; done
   >   ktsim fault clear
   > done
+  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
+  vd 1
+  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
+  array 1
+  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
+  pd 1
+  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
+  blk 1
+  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
+  spare 1

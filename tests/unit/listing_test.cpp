@@ -83,17 +83,33 @@ TEST_F(Listing, ReadsOneItem) {
 }
 
 TEST_F(Listing, EndsWhateverTheLibraryAnswers) {
-    fake.available = 100;
-    fake.stuckAt = 0;
-    EXPECT_EQ(walk(EVERYTHING, 10).total, 20U);
-    fake = {};
-    fake.available = 100;
-    fake.stuckAt = 10;
-    EXPECT_EQ(walk(EVERYTHING, 10).total, 20U);
+    for (int stuckAt : {0, 10}) {
+        fake = {};
+        fake.available = 100;
+        fake.stuckAt = stuckAt;
+        const ListEnd end = walk(EVERYTHING, 10);
+        EXPECT_EQ(end.total, 20U);
+        EXPECT_TRUE(end.cut);
+        EXPECT_EQ(end.status, KT_ERR_FAILED) << "the rest is not known";
+        EXPECT_EQ(completeResult(0), 0);
+    }
     fake = {};
     fake.available = 5;
     fake.overclaim = 60000;
     EXPECT_EQ(walk(EVERYTHING, 8).total, 8U);
+}
+
+TEST_F(Listing, ShowsWhatCameOfAListThatIsCut) {
+    fake.available = 100;
+    fake.stuckAt = 0;
+    auto go = [](const _HD_RAID_STATUS&) { return true; };
+    const ListEnd end = walkList<_HD_RAID_STATUS, Cut::Shows>(readFake, EVERYTHING, 10, go);
+    EXPECT_EQ(end.status, KT_OK);
+    EXPECT_EQ(end.total, 20U);
+    EXPECT_EQ(completeResult(0), 1);
+    EXPECT_EQ(completeResult(0), 0) << "the next command has nothing to do with it";
+    walkList<_HD_RAID_STATUS, Cut::Shows>(readFake, EVERYTHING, 10, go);
+    EXPECT_EQ(completeResult(7), 7);
 }
 
 TEST_F(Listing, StopsAtAFailureAndAtTheVisitorsWish) {
