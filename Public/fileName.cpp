@@ -1,5 +1,7 @@
 #include "Public/fileName.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstring>
 #include <sys/stat.h>
 #include <wordexp.h>
@@ -18,7 +20,14 @@ static std::string withBlanksKept(const std::string& name) {
     return kept;
 }
 
+// The library's expansion goes down a level for each folder of a pattern, and no file has a longer name.
+static bool isTooLong(const std::string& name) {
+    static constexpr auto MOST_FOLDERS = 256;
+    return name.size() >= PATH_MAX || std::count(name.begin(), name.end(), '/') > MOST_FOLDERS;
+}
+
 bool expandName(const std::string& name, bool quoted, std::string& path) {
+    if (isTooLong(name)) return false;
     struct stat file;
     if (quoted && lstat(name.c_str(), &file) == 0) {
         path = name;

@@ -58,8 +58,8 @@ static void refill(Store& store, const BuiltInLab& lab) {
     closeStore(&store);
 }
 
-// A sound state is refilled in one transaction, which other processes see as one step; what cannot be opened is
-// replaced as a file.
+// A sound state is refilled in one transaction, which other processes see as one step; what cannot be opened, or shows
+// its damage only then, is replaced as a file.
 static void replaceState(const Options& options, const std::string& path, const BuiltInLab& lab) {
     Store* store = nullptr;
     std::string damage;
@@ -74,11 +74,12 @@ static void replaceState(const Options& options, const std::string& path, const 
         closeStore(store);
         throw CommandFailure{"nothing was changed"};
     }
-    if (store) {
-        refill(*store, lab);
-    } else {
-        replaceStore(path, fillFromLab, &lab);
+    try {
+        if (store) return refill(*store, lab);
+    } catch (const StoreFailure& failure) {
+        if (failure.status == KT_ERR_NO_RESOURCE) throw;
     }
+    replaceStore(path, fillFromLab, &lab);
 }
 
 static void create(const Options& options, const CreateOptions& wanted) {

@@ -325,13 +325,49 @@ A command in the state's environment; its result is the command's own.
   ktsim: COMMAND is required (--help tells more)
   [2]
 
+What a state says is trusted no further than it reaches, and `check` names it.
+
+  $ lab default && ktsim check
+  The state is sound.
+  $ ktsim show > sound && sed 's/"VDSlotCount": *[0-9]*/"VDSlotCount": 255/; s/"memberCount": *[0-9]*/"memberCount": 200/' sound > lab.json
+  $ lab ./lab.json && ktsim check | sort | uniq -c && kt info -o array -i 0 | grep -c slot
+  ktsim: the state contradicts itself
+        1 adapter 0: array 0 VDSlotCount is beyond what its record holds
+        1 adapter 0: array 1 VDSlotCount is beyond what its record holds
+        1 adapter 0: array 2 VDSlotCount is beyond what its record holds
+        1 adapter 0: state of array 0 memberCount is beyond what its record holds
+        1 adapter 0: state of array 1 memberCount is beyond what its record holds
+        1 adapter 0: state of array 2 memberCount is beyond what its record holds
+  4
+  $ kt create -o vd -a 0 -s 1000 > /dev/null; kt delete -o vd -i 1 --waiveconfirmation && ktsim clock advance 1h
+  Delete VD 1 successfully.
+  $ printf '[%.0s' {1..50000} > lab.json && ktsim create --lab ./lab.json --force
+  ktsim: lab ./lab.json: is nested deeper than 64 levels
+  [1]
+  $ echo '{"adapters": [{"count": 255, "disks": [{"count": 65000}]}]}' > lab.json && ktsim create --lab ./lab.json --force
+  ktsim: lab ./lab.json: adapters: there are 16575000 disks in all, more than 262144
+  [1]
+  $ kt flash -a update -t bios -f "$(printf '*/%.0s' {1..5000})" | cut -c 1-40
+  Unable to open file '*/*/*/*/*/*/*/*/*/*
+
+A state that is damaged anywhere but in its head can be replaced, and nothing else can.
+
+  $ lab default && cp state.db whole && size=$(stat -c %s whole)
+  $ for i in {1..40}; do
+  >   rm -f state.db-*; cp whole state.db
+  >   for at in $((i * 7919)) $((i * 104729)) $((i * 15485863)); do
+  >     printf 'damage%.0s' {1..99} | dd of=state.db bs=1 seek=$((100 + at % (size - 800))) conv=notrunc 2> /dev/null; done
+  >   [ $((i % 4)) -ne 0 ] || truncate -s $((size * i / 41)) state.db
+  >   ktsim create --lab default --force 2> told || cat told; ktsim check; done | uniq -c
+       40 The state is sound.
+
 Output that is lost is told, with its reason, and never ends up in the state.
 
   $ for words in show status --help-all "create --list"; do
   >   ktsim $words > /dev/full; echo $?; ktsim $words >&-; echo $?; done 2>&1 | sort | uniq -c
-  *8 1 (glob)
-  *4 ktsim: cannot write the output: Bad file descriptor (glob)
-  *4 ktsim: cannot write the output: No space left on device (glob)
+        8 1
+        4 ktsim: cannot write the output: Bad file descriptor
+        4 ktsim: cannot write the output: No space left on device
   $ ktsetup info -o pd > /dev/full
   ktsetup: cannot write the output: No space left on device
   [1]

@@ -30,7 +30,7 @@ static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Ac
     if (owner.kind == OwnerKind::Disk) disks.push_back(owner.id);
     if (owner.kind == OwnerKind::Array) {
         const DgState array = find<DgState>(context, owner.id).value_or(DgState{});
-        disks.assign(array.members, array.members + std::min<int>(array.memberCount, MAX_MEMBERS));
+        disks.assign(array.members, array.members + array.memberCount);
     }
     const auto vd = owner.kind == OwnerKind::Vd ? find<_LD_Info>(context, owner.id) : std::nullopt;
     for (int i = 0; vd && i < geometryOf(*vd).disks; ++i) {

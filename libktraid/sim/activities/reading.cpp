@@ -89,7 +89,7 @@ static void addRebuild(const Context& context, const _LD_Info& vd, KT_U64 base, 
 // The block that the virtual disk has on the disk it copies back to.
 static std::optional<_Block_Info> copyOf(const Context& context, const _LD_Info& vd, KT_U16 pd) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && block->LDID == vd.ID && block->Status == BLOCK_COPYING) return block;
     }

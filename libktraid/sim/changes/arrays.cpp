@@ -219,7 +219,7 @@ static std::optional<KT_U16> arrayOfDisks(const Context& context, const _Create_
     std::sort(asked.begin(), asked.end());
     std::optional<KT_U16> found;
     forEach<_DG_Info>(context, 0, [&](KT_U64 id, const _DG_Info& array) {
-        std::vector<KT_U16> members(array.PDIDs, array.PDIDs + std::min<int>(array.PDCount, MAX_MEMBERS));
+        std::vector<KT_U16> members(array.PDIDs, array.PDIDs + array.PDCount);
         std::sort(members.begin(), members.end());
         if (array.RaidMode == param.RaidMode && members == asked) found = static_cast<KT_U16>(id);
         return !found;

@@ -200,9 +200,9 @@ static void bringLabels(const Context& context, const Arrival& arrival) {
                 if (here != arrival.disks.end()) save(context, here->second, *label);
             }
         };
-        put(array.PDIDs, std::min<size_t>(array.PDCount, MAX_MEMBERS));
+        put(array.PDIDs, array.PDCount);
         if (label) label->spare = 1;
-        put(array.SparePDIDs, std::min<size_t>(array.SparePDCount, std::size(array.SparePDIDs)));
+        put(array.SparePDIDs, array.SparePDCount);
         return true;
     });
 }

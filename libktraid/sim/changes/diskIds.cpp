@@ -27,7 +27,7 @@ static void moveRows(const Context& context, KT_U16 from, KT_U16 to) {
     moveRow<PulledDisk>(context, from, to,
                         [&](PulledDisk& disk) { disk.info.Link.Self.DevID = disk.state.config.HDID = to; });
     moveRow<PulledBlocks>(context, from, to, [&](PulledBlocks& blocks) {
-        for (int i = 0; i < std::min<int>(blocks.count, MAX_MEMBERS); ++i)
+        for (int i = 0; i < blocks.count; ++i)
             blocks.entries[i].block.HDID = to;
     });
     moveRow<DiskAge>(context, from, to, [](DiskAge&) {});
@@ -75,7 +75,7 @@ static void followInArrays(const Context& context, KT_U16 from, KT_U16 to) {
         return true;
     });
     forEach<_DG_Info>(context, 0, [&](KT_U64 id, _DG_Info array) {
-        std::replace(array.PDIDs, array.PDIDs + std::min<int>(array.PDCount, MAX_MEMBERS), from, to);
+        std::replace(array.PDIDs, array.PDIDs + array.PDCount, from, to);
         std::replace(std::begin(array.SparePDIDs), std::end(array.SparePDIDs), from, to);
         save(context, id, array);
         return true;

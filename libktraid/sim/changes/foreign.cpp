@@ -133,7 +133,7 @@ static Array arrayAround(const Context& context, const std::vector<_LD_Info>& vd
 static bool shareDisks(const Context& context, const std::vector<_LD_Info>& vds, const Group& group) {
     for (const KT_U16 pd : group.members) {
         const _HD_Block_Info list = blocksOf(context, pd);
-        for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+        for (int i = 0; i < list.BlkCount; ++i) {
             const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
             if (block && std::none_of(vds.begin(), vds.end(), [&](const _LD_Info& vd) { return vd.ID == block->LDID; }))
                 return true;
@@ -294,7 +294,7 @@ static bool isPulled(const Context& context, const KT_U8* guid) {
     bool pulled = false;
     forEach<PulledBlocks>(context, 0, [&](KT_U64 id, const PulledBlocks& disk) {
         pulled = find<PulledDisk>(context, id) &&
-                 std::any_of(disk.entries, disk.entries + std::min<int>(disk.count, MAX_MEMBERS),
+                 std::any_of(disk.entries, disk.entries + disk.count,
                              [&](const PulledBlock& entry) { return memcmp(entry.guid, guid, 8) == 0; });
         return !pulled;
     });

@@ -29,7 +29,7 @@ std::vector<Owner> groupsOn(const Context& context, const std::vector<KT_U16>& p
 // What was still being filled has nothing to come back with: it goes with the rebuild.
 static void setBlocksOffline(const Context& context, KT_U16 pd) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (!block || block->Status != BLOCK_GOOD) continue;
         block->Status = BLOCK_OFFLINE;
@@ -142,7 +142,7 @@ PulledBlocks rememberBlocks(const Context& context, KT_U16 pd) {
     const KT_U16* members = array.members;
     pulled.slot = static_cast<KT_U16>(std::find(members, members + array.memberCount, pd) - members);
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         const auto vd = block ? find<_LD_Info>(context, block->LDID) : std::nullopt;
         if (!vd) continue;

@@ -170,7 +170,7 @@ static std::optional<KT_U16> diskInSlot(const Context& context, KT_U16 enclosure
 static KT_U8 raidBits(const Context& context, KT_U16 pd) {
     KT_U8 bits = 0;
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         Vd vd = {};
         if (!block || findVd(context, block->LDID, vd) != KT_OK) continue;

@@ -222,15 +222,57 @@ static void checkEvents(const Check& all) {
     });
 }
 
+// What the rows say themselves, before anything is made of it.
+template <class Record>
+static void checkRows(const Check& all, const char* kind) {
+    RowWalk walk = beginWalk(all.context.store, all.context.adapter, KindOf<Record>::value, 0);
+    while (nextRow(walk)) {
+        const Check check = all.of(kind, walk.id);
+        check.require(walk.size == sizeof(Record), "is not whole");
+        if (walk.size != sizeof(Record)) continue;
+        Record record;
+        memcpy(&record, walk.data, sizeof record);
+        Bounding by;
+        bound(record, by);
+        check.require(by.beyond == nullptr,
+                      std::string(by.beyond != nullptr ? by.beyond : "") + " is beyond what its record holds");
+    }
+    endWalk(walk);
+}
+
+static void checkAllRows(const Check& all) {
+    checkRows<GlobalState>(all, "state");
+    checkRows<Clock>(all, "clock");
+    checkRows<Fault>(all, "fault");
+    checkRows<_LD_Info>(all, "VD");
+    checkRows<VdState>(all, "state of VD");
+    checkRows<VdTarget>(all, "migration of VD");
+    checkRows<AwayVd>(all, "VD on pulled disks");
+    checkRows<_DG_Info>(all, "array");
+    checkRows<DgState>(all, "state of array");
+    checkRows<_HD_Info>(all, "disk");
+    checkRows<PdState>(all, "state of disk");
+    checkRows<PulledDisk>(all, "pulled disk");
+    checkRows<PulledBlocks>(all, "blocks of pulled disk");
+    checkRows<_Block_Info>(all, "block");
+    checkRows<_HD_Block_Info>(all, "blocks of disk");
+}
+
 std::vector<std::string> findViolations(Store& store, bool byRules) {
     std::vector<std::string> wrong;
-    beginTransaction(store, Access::Read);
-    const GlobalState global = find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{});
-    for (unsigned i = 0; i < global.adapterCount; ++i) {
-        const Context context{store, static_cast<KT_U8>(i), 0};
-        const Check check{context, byRules, wrong, {}};
-        checkAdapter(check);
-        checkEvents(check);
+    try {
+        beginTransaction(store, Access::Read);
+        const GlobalState global = find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{});
+        checkAllRows(Check{Context{store, ADAPTER_GLOBAL, 0}, byRules, wrong, {}});
+        for (unsigned i = 0; i < global.adapterCount; ++i) {
+            const Context context{store, static_cast<KT_U8>(i), 0};
+            const Check check{context, byRules, wrong, {}};
+            checkAllRows(check);
+            checkAdapter(check);
+            checkEvents(check);
+        }
+    } catch (const StoreFailure& failure) {
+        wrong.push_back(failure.message);
     }
     rollbackTransaction(store);
     return wrong;

@@ -4,6 +4,7 @@
 #include "devices/battery.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace sim {
 
@@ -13,28 +14,53 @@ static AdapterState stateOf(const Context& context) {
 
 // More moments in a row than any rule has reason to want a look again at the very next one.
 static const int TOO_MANY = 1000;
+// More steps than the busiest adapter has in all the years that the clock can show.
+static const int MOST_STEPS = 50000;
+
+// The rules of one kind, activities or battery: they wait for their moment, deal with it and name the next one.
+namespace {
+struct Rules {
+    KT_U64 (*settle)(Context& context);
+    KT_U64 AdapterState::*due;
+    int inARow;
+};
+} // namespace
+
+// Lets happen what is due at context.now; `end` is when there is nothing more to be caught up with.
+static void step(Context& context, Rules& rules, KT_U64 end) {
+    const KT_U64 later = context.now + 1;
+    KT_U64 next = rules.settle(context);
+    rules.inARow = next <= later ? rules.inARow + 1 : 0;
+    // A rule that never gets past its moment would be asked about every millisecond of a long absence.
+    const bool stuck = rules.inARow > TOO_MANY;
+    next = std::max(next, stuck ? end + 1 : later);
+    AdapterState after = stateOf(context);
+    // What the rules scheduled meanwhile counts too, unless it is the moment just dealt with.
+    KT_U64& mine = after.*rules.due;
+    mine = mine >= later && !stuck ? std::min(mine, next) : next;
+    save(context, 0, after);
+}
 
 void settle(Context& context) {
     const KT_U64 now = context.now;
-    int inARow = 0;
-    for (;;) {
-        const AdapterState before = stateOf(context);
-        const KT_U64 due = std::min(before.dueRaid, before.duePeripherals);
+    Rules activities = {settleActivities, &AdapterState::dueRaid, 0};
+    Rules battery = {[](Context& at) { return settleBattery(at); }, &AdapterState::duePeripherals, 0};
+    for (int steps = 0;; ++steps) {
+        AdapterState state = stateOf(context);
+        const KT_U64 due = std::min(state.dueRaid, state.duePeripherals);
         if (due > now) break;
+        if (steps == MOST_STEPS) {
+            // Whatever keeps it busy is no adapter's doing. What is not done is left for the next call.
+            fprintf(stderr, "ktraid-sim: adapter %d: more happens than can be caught up with; is the state damaged?\n",
+                    context.adapter);
+            state.dueRaid = std::max(state.dueRaid, now + 1);
+            state.duePeripherals = std::max(state.duePeripherals, now + 1);
+            save(context, 0, state);
+            break;
+        }
         // 0 = nobody knows yet: look at this moment.
         context.now = due == 0 ? now : due;
-        const KT_U64 later = context.now + 1;
-        const bool raid = before.dueRaid <= context.now;
-        KT_U64 next = raid ? settleActivities(context) : settleBattery(context);
-        inARow = next <= later ? inARow + 1 : 0;
-        // A rule that never gets past its moment would be asked about every millisecond of a long absence.
-        const bool stuck = inARow > TOO_MANY;
-        next = std::max(next, stuck ? now + 1 : later);
-        AdapterState after = stateOf(context);
-        // What the rules scheduled meanwhile counts too, unless it is the moment just dealt with.
-        KT_U64& mine = raid ? after.dueRaid : after.duePeripherals;
-        mine = mine >= later && !stuck ? std::min(mine, next) : next;
-        save(context, 0, after);
+        step(context, state.dueRaid <= context.now ? activities : battery, now);
     }
     context.now = now;
 }

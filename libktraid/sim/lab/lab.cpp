@@ -109,7 +109,29 @@ static void putClock(Store& store, LabReader& lab, KT_U64 stoppedAt) {
     }
 }
 
+// What makes a state of a few lines larger than anybody can use is a mistake in them.
+static const KT_U64 MOST_DISKS = 262144;
+
+static KT_U64 countDisks(const LabReader& adapter) {
+    KT_U64 disks = 0;
+    LabReader reader = adapter;
+    for (LabReader& entry : takeObjects(reader, "disks"))
+        disks += takeNumber(entry, "count", 1, 65000);
+    return disks;
+}
+
+static void refuseTooManyDisks(LabReader lab) {
+    KT_U64 disks = 0;
+    for (LabReader& adapter : takeObjects(lab, "adapters"))
+        disks += takeNumber(adapter, "count", 1, 255) * countDisks(adapter);
+    if (disks > MOST_DISKS) {
+        throw LabError{"adapters: there are " + std::to_string(disks) + " disks in all, more than " +
+                       std::to_string(MOST_DISKS)};
+    }
+}
+
 static void fillWritten(Store& store, LabReader& lab, const BuiltInLab& source) {
+    refuseTooManyDisks(lab);
     putClock(store, lab, source.stoppedAt);
     GlobalState global = {};
     global.sgVersion = static_cast<KT_U32>(takeNumber(lab, "sgVersion", SG_VERSION, 0x7FFFFFFF));
@@ -129,10 +151,30 @@ static void fillWritten(Store& store, LabReader& lab, const BuiltInLab& source) 
     save(store, ADAPTER_GLOBAL, 0, global);
 }
 
+// Deeper than any lab, and far from what reading and writing it can bear.
+static const int DEEPEST = 64;
+
+static void refuseTooDeep(const char* text) {
+    int depth = 0;
+    bool quoted = false;
+    for (const char* at = text; *at != '\0'; ++at) {
+        if (quoted && *at == '\\' && at[1] != '\0') {
+            ++at;
+        } else if (*at == '"') {
+            quoted = !quoted;
+        } else if (!quoted && (*at == '[' || *at == '{') && ++depth > DEEPEST) {
+            throw LabError{"is nested deeper than " + std::to_string(DEEPEST) + " levels"};
+        } else if (!quoted && (*at == ']' || *at == '}')) {
+            --depth;
+        }
+    }
+}
+
 void fillFromLab(Store& store, const void* argument) {
     const auto* source = static_cast<const BuiltInLab*>(argument);
     Json json;
     try {
+        refuseTooDeep(source->text);
         json = Json::parse(source->text);
         LabReader lab = readObject(json, "what it holds");
         lab.path.clear();

@@ -63,7 +63,7 @@ void removeBlock(const Context& context, KT_U16 id) {
     const auto block = find<_Block_Info>(context, id);
     if (!block) return;
     _HD_Block_Info list = blocksOf(context, block->HDID);
-    KT_U16* end = list.BlkIDs + std::min<int>(list.BlkCount, BLOCKS_PER_DISK);
+    KT_U16* end = list.BlkIDs + list.BlkCount;
     KT_U16* rest = std::remove(list.BlkIDs, end, id);
     list.BlkCount = static_cast<KT_U8>(rest - list.BlkIDs);
     std::fill(rest, end, KT_U16{KT_NO_ID});
@@ -83,7 +83,7 @@ KT_U64 validKib(const _HD_Info& disk, const PdState& state) {
 KT_U64 freeKib(const Context& context, KT_U16 pd, KT_U64 valid) {
     const _HD_Block_Info list = blocksOf(context, pd);
     KT_U64 used = 0;
-    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && block->LDID != KT_BLOCK_FREE) used += sectorsToKib(block->Size, block->BlockSize);
     }
@@ -92,7 +92,7 @@ KT_U64 freeKib(const Context& context, KT_U16 pd, KT_U64 valid) {
 
 bool isFreeSpace(const Context& context, KT_U16 pd, KT_U64 start, KT_U64 sectors) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && block->StartLBA < start + sectors && start < block->StartLBA + block->Size) return false;
     }
@@ -104,7 +104,7 @@ std::optional<KT_U64> findSpace(const Context& context, KT_U16 pd, const _HD_Inf
     const KT_U64 end = kibToSectors(validKib(disk, state), disk.BlockSize);
     const _HD_Block_Info list = blocksOf(context, pd);
     KT_U64 at = 0;
-    for (int i = 0; i < std::min<int>(list.BlkCount, BLOCKS_PER_DISK); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (!block) continue;
         if (block->StartLBA >= at && block->StartLBA - at >= sectors) return at;

@@ -60,7 +60,7 @@ bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector
 
 std::optional<_Block_Info> blockAt(const Context& context, KT_U16 pd, KT_U64 lba) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && lba >= block->StartLBA && lba - block->StartLBA < block->Size) return block;
     }

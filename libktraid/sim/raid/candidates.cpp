@@ -13,7 +13,7 @@ KT_U64 largestGapKib(const Context& context, const Disk& disk) {
     const _HD_Block_Info list = blocksOf(context, disk.state.config.HDID);
     KT_U64 at = 0;
     KT_U64 largest = 0;
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (!block) continue;
         if (block->StartLBA > at) largest = std::max(largest, block->StartLBA - at);

@@ -21,7 +21,7 @@ bool isGuarded(const Context& context, KT_U16 pd, KT_U64 lba) {
 // The first block of the disk whose data is guarded; no sectors when there is none.
 static Extent guardedExtent(const Context& context, KT_U16 pd) {
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && isGuardedBlock(context, *block)) return Extent{block->StartLBA, block->Size};
     }

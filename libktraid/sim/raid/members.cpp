@@ -186,7 +186,7 @@ KT_U64 placeMember(const Context& context, const Group& group, int slot, KT_U16 
 std::vector<KT_U16> blocksFor(const Context& context, const Group& group, KT_U16 pd) {
     std::vector<KT_U16> found;
     const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < std::min<int>(list.BlkCount, MAX_MEMBERS); ++i) {
+    for (int i = 0; i < list.BlkCount; ++i) {
         const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
         if (block && std::find(group.vds.begin(), group.vds.end(), block->LDID) != group.vds.end())
             found.push_back(block->ID);

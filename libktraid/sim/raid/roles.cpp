@@ -12,7 +12,7 @@ namespace sim {
 static bool isArrayMember(const Context& context, KT_U16 dgid, KT_U16 pd) {
     const auto array = dgid == KT_NO_ID ? std::nullopt : find<DgState>(context, dgid);
     if (!array) return false;
-    const KT_U16* end = array->members + std::min<int>(array->memberCount, MAX_MEMBERS);
+    const KT_U16* end = array->members + array->memberCount;
     return std::find(array->members, end, pd) != end;
 }
 

@@ -40,8 +40,7 @@ Geometry geometryOf(const _LD_Info& vd) {
 }
 
 Geometry geometryOf(const Array& array) {
-    return Geometry{array.info.RaidMode, std::min<KT_U8>(array.state.memberCount, MAX_MEMBERS),
-                    array.info.NumParityDisk};
+    return Geometry{array.info.RaidMode, array.state.memberCount, array.info.NumParityDisk};
 }
 
 bool isUsable(const _LD_Info& vd) {

@@ -1,5 +1,7 @@
 #include "state/store.h"
 
+#include "state/placeLock.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <sqlite3.h>
@@ -149,16 +151,32 @@ static std::string whatBefell(const Store& store) {
     return now.st_size < store.file.st_size ? "this state was cut short while it was in use" : "";
 }
 
-void closeStore(Store* store) {
-    if (!store) return;
-    // The journal beside it may by now be that of what has taken its place.
-    if (!whatBefell(*store).empty()) sqlite3_db_config(store->db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+static void closeConnection(Store* store) {
     for (sqlite3_stmt* statement : store->statements)
         sqlite3_finalize(statement);
     for (sqlite3_stmt* statement : store->walks)
         sqlite3_finalize(statement);
     sqlite3_close_v2(store->db);
     delete store;
+}
+
+// The last one to close a state removes its journal, by its name: unless that is by now the journal of what has taken
+// the state's place.
+static void leaveJournal(const Store& store) {
+    sqlite3_db_config(store.db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
+
+void closeStore(Store* store) {
+    if (!store) return;
+    if (store->file.st_ino == 0) return closeConnection(store);
+    try {
+        const PlaceLock together(store->path, Access::Read);
+        if (!whatBefell(*store).empty()) leaveJournal(*store);
+        closeConnection(store);
+    } catch (const StoreFailure&) {
+        leaveJournal(*store);
+        closeConnection(store);
+    }
 }
 
 static void checkIdentity(Store& store) {
@@ -180,6 +198,7 @@ static std::string plainName(const std::string& path) {
 }
 
 Store* openExistingStore(const std::string& path) {
+    const PlaceLock together(path, Access::Read);
     auto* store = new Store;
     store->path = path;
     try {

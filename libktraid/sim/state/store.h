@@ -1,6 +1,7 @@
 // The state on disk: rows of (adapter, kind, id) -> record in one SQLite file.
 #pragma once
 
+#include "state/bounds.h"
 #include "state/kinds.h"
 
 #include <cstring>
@@ -94,6 +95,8 @@ std::optional<Record> find(Store& store, KT_U8 adapter, KT_U64 id) {
     static_assert(std::is_trivially_copyable_v<Record>);
     Record record = {};
     if (!readRow(store, adapter, KindOf<Record>::value, id, &record, sizeof record)) return std::nullopt;
+    Bounding by;
+    bound(record, by);
     return record;
 }
 template <class Record>
@@ -134,6 +137,8 @@ void forEach(Store& store, KT_U8 adapter, KT_U64 from, Visit&& visit) {
         if (walk.size != sizeof(Record)) failBadRow(adapter, KindOf<Record>::value, walk.id);
         Record record;
         memcpy(&record, walk.data, sizeof record);
+        Bounding by;
+        bound(record, by);
         if (!visit(walk.id, static_cast<const Record&>(record))) break;
     }
 }

@@ -1,10 +1,9 @@
-#include "state/store.h"
+#include "state/placeLock.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -97,19 +96,20 @@ static void removeJournal(const std::string& path) {
     unlink((path + "-shm").c_str());
 }
 
-// Gives the file `made` the name `path` unless another process has put something there meanwhile. One at a time, so
-// that nobody takes the journal of a state that has just been made for one left behind.
+// A file that goes unless it got another name.
+namespace {
+struct NewState {
+    const std::string& name;
+    ~NewState() { unlink(name.c_str()); }
+};
+} // namespace
+
+// Gives the file `made` the name `path` unless another process has put something there meanwhile.
 static void putInPlace(const std::string& made, const std::string& path) {
-    const size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    const int lock = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (lock >= 0) flock(lock, LOCK_EX);
+    const NewState file{made};
+    const PlaceLock alone(path, Access::Write);
     if (access(path.c_str(), F_OK) != 0) removeJournal(path);
-    const int reason = link(made.c_str(), path.c_str()) == 0 ? 0 : errno;
-    if (lock >= 0) close(lock);
-    unlink(made.c_str());
-    errno = reason;
-    if (reason != 0 && reason != EEXIST) failSystem(path);
+    if (link(made.c_str(), path.c_str()) != 0 && errno != EEXIST) failSystem(path);
 }
 
 Store* openStore(const std::string& path, StoreFiller fill, const void* argument) {
@@ -149,12 +149,11 @@ void replaceStore(const std::string& path, StoreFiller fill, const void* argumen
         free(whole);
     }
     const std::string made = writeNewFile(place, fill, argument);
+    const NewState file{made};
+    const PlaceLock alone(place, Access::Write);
     removeJournal(place);
-    if (rename(made.c_str(), place.c_str()) == 0) return folders.keep();
-    const int reason = errno;
-    unlink(made.c_str());
-    errno = reason;
-    failSystem(path);
+    if (rename(made.c_str(), place.c_str()) != 0) failSystem(path);
+    folders.keep();
 }
 
 std::string statePath() {
