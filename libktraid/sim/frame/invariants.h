@@ -10,8 +10,8 @@ namespace sim {
 
 // What is wrong with the state, one line each: rows that are not whole or say more than they hold, blocks that overlap
 // or reach beyond their disk, lists of blocks that do not agree with the blocks, virtual disks whose blocks are not
-// theirs, arrays and spares that disagree with their disks, events out of sequence. By rules: also what holds only where
-// the adapters' rules made the state, not a lab.
+// theirs, arrays and spares that disagree with their disks, events out of sequence. By rules: also what holds only
+// where the adapters' rules made the state, not a lab.
 std::vector<std::string> findViolations(Store& store, bool byRules = false);
 
 // The same of one adapter in a transaction that is open, without its events, which are many.
