@@ -8,7 +8,7 @@
 #include "Public/common.h"
 
 // Option values beyond the letters, for long options without one.
-enum { OPT_OUTPUT = 1, OPT_WAIVE = 256, OPT_FIRST_OWN = 257, OPT_LIMIT = 272 };
+enum { OPT_OUTPUT = 1, OPT_WAIVE = 256, OPT_FIRST_OWN = 257, OPT_LIMIT = 288 };
 
 // What an option's value is, for completion.
 enum class Takes : unsigned char {
@@ -36,7 +36,7 @@ struct LongOption {
 };
 
 // Rows of one command at most, the end not counted.
-inline constexpr int MAX_LONG_OPTIONS = 24;
+inline constexpr int MAX_LONG_OPTIONS = 32;
 
 // Rows that stand in nearly every table. "output" is the shell's: accepted here, used at start-up.
 #define OUTPUT_OPTION                                                                                                  \

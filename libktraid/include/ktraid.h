@@ -283,6 +283,7 @@ enum { KT_ROUND_NONE = 0, KT_ROUND_1GB = 1, KT_ROUND_10GB = 2 };
 
 // _BBU_Info
 enum { KT_BBU_PRESENT = 1, KT_BBU_CHARGING = 2, KT_BBU_DISCHARGING = 4 };
+enum { KT_POWER_STOP = 0, KT_POWER_CHARGE = 1, KT_POWER_DISCHARGE = 2 }; // KT_BBU_ChangePower
 enum { KT_SENSOR_TEMPERATURE = 1, KT_SENSOR_VOLTAGE = 2, KT_SENSOR_CAPACITY = 4 };
 
 // KT_Flash_Bin: actions and image types; KT_Flash_Erase: page codes; KT_Flash_NVSRAM: actions

@@ -111,8 +111,8 @@ TEST_P(Sweep, HelpIsPrintedAndUnknownOptionsFail) {
 const std::string commandLetters =
     " ? /i; help /i; devmap o/io; adapter /i; assign d/ado; flash a/afipt; rescan a/; cc l/alot; "
     "create rd/bdnpqrsw; create /abdnpqrstw; delete oi/fio; event /; get o/io; info o/io; init l/alo; "
-    "migrate l/; rebuild l/adl; enc o/eiot; import /i; locate /aio; mp d/ad; report /i; aesop oep/eikopw; "
-    "aesentry o/ikop; aesport o/eiop; forceonline i/ip; smart p/p; register /adtv; nvsram a/acps; "
+    "migrate l/; rebuild l/adl; enc o/eiot; import /i; locate /aio; mp d/ad; set o/cinopw; report /i; "
+    "aesop oep/eikopw; aesentry o/ikop; aesport o/eiop; forceonline i/ip; smart p/p; register /adtv; nvsram a/acps; "
     "maxcreatesize rd/dqr; wipe d/d; status o/io; error c/c; version /; tandem od/adl; pause c/c; "
     "copyback l/al; message /; ";
 

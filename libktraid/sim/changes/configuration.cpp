@@ -42,6 +42,12 @@ KT_U8 configureArray(const Context& context, KT_U16 id, const _DG_CONFIG& config
     return KT_OK;
 }
 
+// Whether the disk's link can have the speed, or has it.
+static bool runsAt(const Disk& disk, KT_U8 speed) {
+    if (speed == disk.state.config.DriveSpeed) return true;
+    return speed >= 1 && speed <= 4 && (disk.info.FeatureSupport & KT_U32{KT_HD_SPEED_1_5} << (speed - 1)) != 0;
+}
+
 KT_U8 configureDisk(const Context& context, KT_U16 id, const _HD_CONFIG& config) {
     Disk disk = {};
     const KT_U8 status = findDisk(context, id, disk);
@@ -50,8 +56,10 @@ KT_U8 configureDisk(const Context& context, KT_U16 id, const _HD_CONFIG& config)
     const bool smartChanges = (config.SMARTOn != 0) != (disk.state.config.SMARTOn != 0);
     if (cacheChanges && !(disk.info.FeatureSupport & KT_HD_WRITE_CACHE)) return KT_ERR_NOT_SUPPORTED;
     if (smartChanges && !(disk.info.FeatureSupport & KT_HD_SMART)) return KT_ERR_NOT_SUPPORTED;
+    if (!runsAt(disk, config.DriveSpeed)) return KT_ERR_NOT_SUPPORTED;
     disk.state.config.WriteCacheOn = config.WriteCacheOn ? 1 : 0;
     disk.state.config.SMARTOn = config.SMARTOn ? 1 : 0;
+    disk.state.config.DriveSpeed = config.DriveSpeed;
     saveDisk(context, disk);
     if (cacheChanges) logEvent(context, EVT_PD, 16, id, SEV_INFO);
     if (smartChanges && config.SMARTOn) logEvent(context, EVT_PD, 5, id, SEV_INFO);

@@ -1,0 +1,521 @@
+Changing settings. `written` shows of each record that was handed to the library the bytes that differ from what was
+read before, as "offset: old -> new", and the calls that change something without a record.
+
+  $ . "$TESTDIR/setup.sh"
+  $ written() {
+  >   python3 - trace << 'END'
+  > import re, sys
+  > read = ""
+  > for line in open(sys.argv[1]):
+  >     if m := re.match(r"KT_\w+_GetConfig .*-> 0 \w+=([0-9a-f]+)$", line): read = m[1]
+  >     elif m := re.match(r"(KT_\w+_SetConfig a=\d )(.*?)config=([0-9a-f]+) ", line):
+  >         old, new = bytes.fromhex(read[-len(m[3]):]), bytes.fromhex(m[3])
+  >         print(m[1] + m[2] + ", ".join(f"{i}: {a:02x} -> {b:02x}" for i, (a, b) in enumerate(zip(old, new)) if a != b))
+  >     elif re.match(r"KT_(PD_SetHDStatus|AdapterMute|BBU_ChangePower) ", line): print(line.strip())
+  > END
+  >   : > trace
+  > }
+
+Virtual disks. What is asked for changes, and nothing else; what is so already is not written.
+
+  $ lab default
+  $ kt set -o vd -i 3 -n tapes
+  virtual disk id:         3
+  cache mode:              Off 
+  read policy:             none
+  name:                    tapes
+  $ written
+  KT_LD_SetConfig a=0 vd=3 4: 61 -> 74, 5: 72 -> 61, 6: 63 -> 70, 7: 68 -> 65, 8: 69 -> 73, 9: 76 -> 00, 10: 65 -> 00
+  $ kt info -o vd -i 3 | grep name
+  name:                tapes
+  $ kt set -o LD --id 3 -c ON -p ra --waiveconfirmation
+  virtual disk id:         3
+  cache mode:              On
+  read policy:             ra
+  name:                    tapes
+  $ kt set -o vd -i 3 -w wt
+  virtual disk id:         3
+  cache mode:              Off 
+  read policy:             ra
+  name:                    tapes
+  $ kt set -o vd -i 3 -c auto
+  virtual disk id:         3
+  cache mode:              Auto
+  read policy:             ra
+  name:                    tapes
+  $ kt set -o vd -i 3 -p none
+  virtual disk id:         3
+  cache mode:              Auto
+  read policy:             none
+  name:                    tapes
+  $ written
+  KT_LD_SetConfig a=0 vd=3 2: 01 -> 04
+  KT_LD_SetConfig a=0 vd=3 2: 04 -> 05
+  KT_LD_SetConfig a=0 vd=3 2: 05 -> 0c
+  KT_LD_SetConfig a=0 vd=3 2: 0c -> 08
+  $ kt get -o vd -i 3
+  virtual disk id:         3
+  cache mode:              Auto
+  $ kt set -o vd -i 3 -p none -c auto -n tapes
+  nothing to change
+  $ written
+  $ kt 1 get -o vd -i 3
+  virtual disk id:         3
+  restore:                 off
+  cache mode:              On
+  $ kt 1 set -o vd -i 3 --restore on | head -2
+  virtual disk id:         3
+  restore:                 on
+  $ kt 1 set -o vd -i 3 --restore off -n home2 | head -2
+  virtual disk id:         3
+  restore:                 off
+  $ written
+  KT_LD_SetConfig a=1 vd=3 2: 00 -> 10
+  KT_LD_SetConfig a=1 vd=3 2: 10 -> 00, 8: 00 -> 32
+
+Disks and arrays.
+
+  $ kt get -o pd -i 3
+  hard disk id:            3
+  write cache:             on
+  drive speed:             6 Gb/s
+  $ kt set -o pd -i 3 -c off --smart off --speed 3
+  hard disk id:            3
+  write cache:             off
+  drive speed:             3 Gb/s
+  SMART:                   off
+  status:                  online
+  $ kt info -o pd -i 3 | grep -e 'Write cache' -e SMART -e 'speed:'
+  Write cache:         supported (off)
+  SMART:               supported (off)
+  supported speed:     1.5 Gb/s, 3 Gb/s, 6 Gb/s
+  Current speed:       3 Gb/s
+  $ kt set -o hd -i 3 -c on --smart on --speed 1.5 --waiveconfirmation | tail -4
+  write cache:             on
+  drive speed:             1.5 Gb/s
+  SMART:                   on
+  status:                  online
+  $ kt set -o array -i 2 -n "cold store" -c off
+  array id:                2
+  write cache:             off
+  name:                    cold store
+  $ kt set -o array -i 2 -c on --waiveconfirmation | head -2
+  array id:                2
+  write cache:             on
+  $ written
+  KT_PD_SetConfig a=0 pd=3 0: 01 -> 00, 1: 01 -> 00, 3: 03 -> 02
+  KT_PD_SetConfig a=0 pd=3 0: 00 -> 01, 1: 00 -> 01, 3: 02 -> 01
+  KT_DG_SetConfig a=0 dg=2 2: 01 -> 00, 4: 61 -> 63, 5: 72 -> 6f, 6: 63 -> 6c, 7: 68 -> 64, 8: 69 -> 20, 9: 76 -> 73, 10: 65 -> 74, 11: 00 -> 6f, 12: 00 -> 72, 13: 00 -> 65
+  KT_DG_SetConfig a=0 dg=2 2: 00 -> 01
+  $ kt info -o array -i 2 | grep -i name
+  Name:                cold store
+
+The adapter: each setting by itself, then back. An alarm that is silenced stays on.
+
+  $ for setting in autorebuild copyback pollsmart efficiency consolidation alarm; do
+  >   kt set -o hba --$setting on > /dev/null
+  >   kt set -o hba --$setting off > before
+  >   kt set -o hba --$setting on | diff before - | sed -n 's/^> //p'
+  > done
+  Auto Rebuild:            on
+  Copy Back:               on
+  Poll SMART Status:       on
+  Optimize CPU efficiency: on
+  Module Consolidation:    on
+  Alarm:                   on
+  $ written
+  KT_Adapter_SetConfig a=0 0: 01 -> 00
+  KT_Adapter_SetConfig a=0 0: 00 -> 01
+  KT_Adapter_SetConfig a=0 10: 01 -> 00
+  KT_Adapter_SetConfig a=0 10: 00 -> 01
+  KT_Adapter_SetConfig a=0 9: 01 -> 00
+  KT_Adapter_SetConfig a=0 9: 00 -> 01
+  KT_Adapter_SetConfig a=0 1: 00 -> 01
+  KT_Adapter_SetConfig a=0 1: 01 -> 00
+  KT_Adapter_SetConfig a=0 1: 00 -> 01
+  KT_Adapter_SetConfig a=0 11: 00 -> 01
+  KT_Adapter_SetConfig a=0 11: 01 -> 00
+  KT_Adapter_SetConfig a=0 11: 00 -> 01
+  KT_Adapter_SetConfig a=0 13: 01 -> 00
+  KT_Adapter_SetConfig a=0 13: 00 -> 01
+  $ for rate in bga sync init rebuild migration copyback mp; do
+  >   kt get -o hba > before
+  >   kt set -o hba --${rate}rate 100 | grep -v Alarm | diff before - | sed -n 's/^> //p'
+  > done
+  BGA Rate:                100 %
+  Syncronization Rate:     100 %
+  Initialization Rate:     100 %
+  Rebuild Rate:            100 %
+  Migration Rate:          100 %
+  Copyback Rate:           100 %
+  Media Patrol Rate:       100 %
+  $ written
+  KT_Adapter_SetConfig a=0 2: 32 -> 64
+  KT_Adapter_SetConfig a=0 3: 32 -> 64
+  KT_Adapter_SetConfig a=0 4: 32 -> 64
+  KT_Adapter_SetConfig a=0 5: 32 -> 64
+  KT_Adapter_SetConfig a=0 6: 32 -> 64
+  KT_Adapter_SetConfig a=0 7: 32 -> 64
+  KT_Adapter_SetConfig a=0 8: 32 -> 64
+  $ kt set -o hba --mute --alarm off > /dev/null
+  $ kt set -o hba --mute | tail -1
+  Alarm:                   off
+  $ written
+  KT_Adapter_SetConfig a=0 13: 01 -> 00
+  KT_AdapterMute a=0 -> 0
+  KT_AdapterMute a=0 -> 0
+  $ kt 1 set -o driver
+  
+  Linux CLI needn't support :set -o driver.
+
+The battery. What it does already is not done again.
+
+  $ kt set -o bbu --power charge
+  BBU status:              charging
+  BBU charge:              95 %
+  $ kt set -o bbu --power charge
+  nothing to change
+  $ kt set -o bbu --power stop | head -1
+  BBU status:              idle
+  $ kt set -o bbu --power stop
+  nothing to change
+  $ written
+  KT_BBU_ChangePower a=0 action=1 -> 0
+  KT_BBU_ChangePower a=0 action=0 -> 0
+
+What can lose data is asked about: a cache that no battery keeps, a battery that caches need, a member. The end of input
+declines.
+
+  $ kt set -o vd -i 0 -w wt > /dev/null
+  $ kt set -o vd -i 0 -w wb | head -2
+  virtual disk id:         0
+  cache mode:              On
+  $ kt set -o bbu --power discharge < /dev/null
+  VD 0 (boot) goes on writing to its cache without a battery.
+  VD 1 (scratch) goes on writing to its cache without a battery.
+  Do you still want to change the settings? (y or n)
+  $ echo y | kt set -o bbu --power discharge | tail -2
+  BBU status:              discharging
+  BBU charge:              95 %
+  $ written
+  KT_LD_SetConfig a=0 vd=0 2: 00 -> 01
+  KT_LD_SetConfig a=0 vd=0 2: 01 -> 00
+  KT_BBU_ChangePower a=0 action=2 -> 0
+  $ kt set -o vd -i 3 -c on < /dev/null
+  No battery keeps what VD 3 has in its write cache: it will be lost when the power fails.
+  Do you still want to change the settings? (y or n)
+  $ kt set -o array -i 1 -c off > /dev/null
+  $ echo n | kt set -o array -i 1 -c on
+  No battery keeps the write cache of the disks of array 1: what it holds will be lost when the power fails.
+  Do you still want to change the settings? (y or n)
+  $ kt set -o pd -i 0 -c off > /dev/null
+  $ echo maybe | kt set -o pd -i 0 -c on
+  No battery keeps the write cache of PD 0: what it holds will be lost when the power fails.
+  Do you still want to change the settings? (y or n)
+  Please input y or n.
+  $ written
+  KT_DG_SetConfig a=0 dg=1 2: 01 -> 00
+  KT_PD_SetConfig a=0 pd=0 0: 01 -> 00
+  $ kt set -o pd -i 12 --status offline
+  
+  Unable to set hard disk 12 offline (error 83 : Physical disk cannot be set down).
+  [83]
+  $ written
+  KT_PD_SetHDStatus a=0 pd=12 status=0 -> 83
+  $ kt set -o pd -i 7 --status offline < /dev/null
+  PD 7 is a member.
+  VD 0 (boot) loses its redundancy.
+  VD 1 (scratch) loses its redundancy.
+  Do you still want to change the settings? (y or n)
+  $ kt set -o pd -i 3 --status offline < /dev/null
+  PD 3 is a member.
+  VD 3 (tapes) loses part of its redundancy.
+  Do you still want to change the settings? (y or n)
+  $ written
+  $ echo y | kt set -o pd -i 3 --status offline -c off
+  PD 3 is a member.
+  VD 3 (tapes) loses part of its redundancy.
+  Do you still want to change the settings? (y or n)
+  hard disk id:            3
+  write cache:             off
+  drive speed:             1.5 Gb/s
+  SMART:                   on
+  status:                  offline
+  $ kt info -o vd -i 3 | grep status
+  status:              partially optimal
+  BGA status:          running
+  $ kt set -o pd -i 4 --status offline < /dev/null
+  PD 4 is a member.
+  VD 3 (tapes) loses its redundancy.
+  Do you still want to change the settings? (y or n)
+  $ kt set -o pd -i 3 --status offline
+  nothing to change
+  $ kt set -o pd -i 3 --status online -c on --waiveconfirmation
+  hard disk id:            3
+  write cache:             on
+  drive speed:             1.5 Gb/s
+  SMART:                   on
+  status:                  online
+  $ kt set -o pd -i 3 --status online
+  nothing to change
+  $ written
+  KT_PD_SetConfig a=0 pd=3 0: 01 -> 00
+  KT_PD_SetHDStatus a=0 pd=3 status=0 -> 0
+  KT_PD_SetHDStatus a=0 pd=3 status=1 -> 0
+  KT_PD_SetConfig a=0 pd=3 0: 00 -> 01
+  $ ktsim clock until idle > /dev/null
+  $ kt 1 set -o pd -i 8 --status offline < /dev/null
+  PD 8 is a member.
+  VD 2 (spool) goes offline.
+  Do you still want to change the settings? (y or n)
+  $ kt 1 set -o pd -i 3 --status offline < /dev/null
+  PD 3 is a member.
+  VD 1 (media) loses its redundancy.
+  Do you still want to change the settings? (y or n)
+
+Everything has its effect: a matching spare was idle because the adapter does not rebuild by itself; a rebuild gets
+slower.
+
+  $ lab troubled
+  $ kt info -o vd -i 0 | grep -e '^status' -e BGA
+  status:              degraded
+  BGA status:          N/A
+  $ kt set -o hba --autorebuild on | grep Auto
+  Auto Rebuild:            on
+  $ kt info -o vd -i 0 | grep -e '^status' -e BGA
+  status:              degraded
+  BGA status:          running
+  BGA progress:    rebuilding is 0% done
+  $ cp state.db fast.db
+  $ ktsim clock until idle
+  Idle after 1 h 17 min.
+  $ mv fast.db state.db
+  $ kt set -o hba --rebuildrate 10 | grep Rebuild
+  Auto Rebuild:            on
+  Rebuild Rate:            10 %
+  $ ktsim clock until idle
+  Idle after 3 h 33 min.
+
+Refusals. None of them changes anything.
+
+  $ lab default
+  $ refused() { kt "$@"; echo "= $?"; }
+  $ refused set
+  set: option -o is required
+  = 1
+  $ refused set -o disk
+  -o : invalid object 'disk', should be VD, PD, Array, HBA or BBU
+  = 1
+  $ refused 1 set -o bbu --power stop
+  -o : invalid object 'bbu', should be VD, PD, HBA or Driver
+  = 1
+  $ refused 1 set -o array -i 0 -c on
+  -o : array is not supported on this adapter
+  = 1
+  $ refused set -o driver
+  -o : invalid object 'driver', should be VD, PD, Array, HBA or BBU
+  = 1
+  $ refused set -o vd -c on
+  set: option -i is required
+  = 1
+  $ refused set -o hba -i 0 --alarm on
+  set: option -i does not belong to -o hba
+  = 1
+  $ refused set -o vd -i 65536 -c on
+  -i : id is not a number
+  = 1
+  $ refused set -o pd -i x -c on
+  -i : id is not a number
+  = 1
+  $ refused set -o pd -i 3
+  set: nothing to set is given for -o pd
+  = 1
+  $ refused set -o pd -i 3 -n name
+  set: option -n does not belong to -o pd
+  = 1
+  $ refused set -o hba --smart on
+  set: option --smart does not belong to -o hba
+  = 1
+  $ refused set -o pd -i 3 --smart on --smart on
+  Duplicated option specified.
+  = 1
+  $ refused set -o vd -i 3 -c on -w wt
+  -c on and -w wt contradict each other
+  = 1
+  $ refused set -o vd -i 3 -n 'a-b'
+  -n, name must be numeric, character, space or underline. Now is a-b
+  = 1
+  $ refused set -o vd -i 3 -n 12345678901234567
+  -n : length of name should be no more than 16 characters
+  = 1
+  $ refused 1 set -o vd -i 3 -n 12345678901
+  -n : length of name should be no more than 10 characters
+  = 1
+  $ refused set -o vd -i 3 -n '""'
+  -n : the name is empty
+  = 1
+  $ refused set -o vd -i 3 -c maybe
+  -c : invalid cache mode 'maybe'
+  = 1
+  $ refused set -o vd -i 3 -w auto
+  -w : invalid write policy 'auto'
+  = 1
+  $ refused set -o vd -i 3 -p on
+  -p : invalid read policy 'on'
+  = 1
+  $ refused set -o vd -i 3 --restore on
+  --restore is not supported on adapter 0.
+  = 1
+  $ refused set -o array -i 0 -c auto
+  -c : invalid value 'auto', should be on or off
+  = 1
+  $ refused set -o pd -i 3 --speed 5
+  --speed : invalid value '5', should be 1.5, 3, 6 or 12
+  = 1
+  $ refused set -o pd -i 3 --speed 12
+  PD 3 does not support 12 Gb/s
+  = 1
+  $ refused set -o pd -i 3 --status up
+  --status : invalid value 'up', should be online or offline
+  = 1
+  $ refused set -o hba --mprate 101
+  --mprate : invalid value '101', should be 0 to 100
+  = 1
+  $ refused set -o hba --mprate ''
+  --mprate : invalid value '', should be 0 to 100
+  = 1
+  $ refused set -o vd -i '' -c on
+  -i : id is not a number
+  = 1
+  $ refused set -o hba --mprate 4294967297
+  --mprate : invalid value '4294967297', should be 0 to 100
+  = 1
+  $ refused set -o hba --copyback 1
+  --copyback : invalid value '1', should be on or off
+  = 1
+  $ refused set -o bbu --power on
+  --power : invalid value 'on', should be charge, discharge or stop
+  = 1
+  $ refused 1 set -o hba --consolidation on
+  --consolidation is not supported on adapter 1.
+  = 1
+  $ ktsim create --force --lab - > /dev/null << 'END'
+  > {"adapters": [{"type": "array-based", "config": {"AutoRebuildOn": 255}},
+  >               {"type": "LD-based", "AlarmSupport": 0, "Features": 0, "AdvancedFeatures": 114688}]}
+  > END
+  $ refused set -o hba --autorebuild on --mprate 10
+  --autorebuild is not supported on adapter 0.
+  = 1
+  $ for option in --alarm=on --mute --copyback=on --pollsmart=on --mprate=1 --bgarate=1; do refused 1 set -o hba $option; done
+  --alarm is not supported on adapter 1.
+  = 1
+  --mute is not supported on adapter 1.
+  = 1
+  --copyback is not supported on adapter 1.
+  = 1
+  --pollsmart is not supported on adapter 1.
+  = 1
+  --mprate is not supported on adapter 1.
+  = 1
+  --bgarate is not supported on adapter 1.
+  = 1
+  $ for option in -con -wwb -pra; do refused 1 set -o vd -i 0 $option; done
+  VD cache is not supported on adapter 1.
+  = 1
+  VD write cache is not supported on adapter 1.
+  = 1
+  VD read cache is not supported on adapter 1.
+  = 1
+  $ refused 1 set -o pd -i 0 --smart on
+  --smart is not supported on adapter 1.
+  = 1
+  $ refused set -o bbu --power charge
+  No BBU is found.
+  = 16
+  $ written
+
+What the library refuses, and what it answers but does not do.
+
+  $ lab default
+  $ refused set -o vd -i 200 -c on
+  
+  VD 200 is invalid (error 8: Invalid virtual disk id)
+  = 8
+  $ refused set -o pd -i 200 -c on
+  
+  Unable to get configuration of hard disk 200 (error 9 : Invalid physical disk id).
+  = 9
+  $ refused set -o array -i 200 -c on
+  
+  Unable to get configuration of array 200 (error 17: Invalid array id)
+  = 17
+  $ ktsim fault KT_BBU_ChangePower 7
+  $ refused set -o bbu --power charge
+  Unable to set power of BBU. (error 7: Invalid request parameter).
+  = 7
+  $ ktsim battery remove --force
+  $ refused set -o bbu --power charge
+  No BBU is found.
+  = 16
+  $ for call in KT_LD KT_PD KT_DG KT_Adapter; do ktsim fault ${call}_SetConfig 5; done
+  $ refused set -o vd -i 3 -n other
+  
+  Unable to set configuration of VD 3 (error 5: Data out of range)
+  = 5
+  $ refused set -o pd -i 3 -c off
+  
+  Unable to set configuration of hard disk 3 (error 5 : Data out of range).
+  = 5
+  $ refused set -o array -i 2 -n other
+  
+  Unable to set configuration of array 2 (error 5: Data out of range)
+  = 5
+  $ refused set -o hba --alarm off
+  
+  Unable to set configuration info of hba 0 (error 5: Data out of range)
+  = 5
+  $ ktsim fault KT_PD_SetHDStatus 83
+  $ ktsim fault KT_AdapterMute 6
+  $ refused set -o pd -i 3 --status offline --waiveconfirmation
+  
+  Unable to set hard disk 3 offline (error 83 : Physical disk cannot be set down).
+  = 83
+  $ refused set -o hba --mute
+  
+  Unable to mute the alarm of hba 0 (error 6: Invalid request)
+  = 6
+  $ ktsim fault clear
+  $ ktsim fault KT_PD_SetHDStatus 83
+  $ refused set -o pd -i 3 -c off --status offline --waiveconfirmation
+  
+  Unable to set hard disk 3 offline (error 83 : Physical disk cannot be set down).
+  What was changed before that stays changed.
+  = 83
+  $ ktsim fault clear
+  $ kt set -o pd -i 3 --status offline --waiveconfirmation > /dev/null
+  $ ktsim fault KT_PD_SetConfig 5
+  $ refused set -o pd -i 3 --smart off --status online
+  
+  Unable to set configuration of hard disk 3 (error 5 : Data out of range).
+  What was changed before that stays changed.
+  = 5
+  $ lab default
+  $ for call in KT_Adapter_GetConfig KT_BBU_GetInfo KT_PD_GetHDInfo_Ext KT_PD_GetHDInfo KT_BLK_GetHDBlock; do
+  >   ktsim fault $call 20
+  > done
+  $ refused set -o hba --alarm off
+  
+  Unable to get configuration info of hba 0 (error 20: Link time out)
+  = 20
+  $ refused set -o bbu --power charge
+  Unable to get info of BBU. (error 20: Link time out).
+  = 20
+  $ refused set -o pd -i 3 --speed 3
+  Unable to get info of PD 3 (error 20 : Link time out)
+  = 20
+  $ refused set -o pd -i 3 --status offline < /dev/null
+  PD 3 is a member.
+  What PD 3 is needed for cannot be read (error 20: Link time out).
+  Do you still want to change the settings? (y or n)
+  = 0
+  $ written
