@@ -96,11 +96,6 @@ void printAdapterCount() {
     out("Current default adapter ID for CLI commands: %d\n", gCurrentAdapter);
 }
 
-int notAvailable(const char* command) {
-    out("%s: this command is not available in this build.\n", command);
-    return 1;
-}
-
 static int refuseWord(const char* word) {
     for (const char* at = word; *at != '\0'; ++at) {
         if (*at < 0x1E || *at > 0x7E) {

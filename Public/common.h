@@ -58,6 +58,3 @@ void printVersionLine();
 
 // Prints how many adapters there are and which one commands address.
 void printAdapterCount();
-
-// For rows whose command is not part of this build: says so, returns 1.
-int notAvailable(const char* command);

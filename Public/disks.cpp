@@ -43,6 +43,24 @@ bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status) {
     return status == KT_OK && request.header.numReturned == 1;
 }
 
+bool isSolidState(const _HD_Info& disk) {
+    return (disk.HDType & KT_HD_SSD) != 0 || disk.HD_SSD_Type != 0;
+}
+
+bool readSolidState(KT_U16 pd, _HD_Info_Request& request, int& result) {
+    KT_U8 status = KT_OK;
+    if (!readDisk(pd, request, status)) {
+        if (status == KT_OK) status = KT_ERR_FAILED;
+        out("Unable to get info of PD %d (error %d : %s)\n", pd, status, ErrorMessage(status));
+        result = status;
+        return false;
+    }
+    if (isSolidState(request.hdInfo[0])) return true;
+    out("PD %d is not a solid-state disk\n", pd);
+    result = 1;
+    return false;
+}
+
 bool sharesDisks() {
     return currentAdapter().DevID < 0x4701;
 }

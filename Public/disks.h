@@ -23,6 +23,12 @@ KT_U8 findFileSystems(const PdList& disks, FileSystems& found);
 // Reads a disk's record, by the older call where the newer one fails. False when there is none; status says why.
 bool readDisk(KT_U16 pd, _HD_Info_Request& request, KT_U8& status);
 
+bool isSolidState(const _HD_Info& disk);
+
+// Reads the record of a solid-state disk. False, after a message, when it cannot be read (result: the library's status)
+// or is that of another kind of disk (result: 1).
+bool readSolidState(KT_U16 pd, _HD_Info_Request& request, int& result);
+
 // Whether virtual disks may share disks on the current adapter. Older controllers let them; with arrays it is these
 // that share.
 bool sharesDisks();

@@ -37,6 +37,7 @@
 #include "Functions/smart/smart.h"
 #include "Functions/spare/spare.h"
 #include "Functions/ssd/ssd.h"
+#include "Functions/ssdop/ssdop.h"
 #include "Functions/status/status.h"
 #include "Functions/tandem/tandem.h"
 #include "Functions/version/version.h"

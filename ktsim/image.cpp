@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "devices/flashImage.h"
+#include "devices/solidState.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,6 +19,14 @@ struct ImageOptions {
     std::string version = "1.0.0.1";
     unsigned vendor = 0x1FA4;
     unsigned kib = 0;
+    std::string damage = "none";
+};
+
+struct MicrocodeOptions {
+    std::string file;
+    std::string model;
+    std::string version;
+    unsigned kib = 512;
     std::string damage = "none";
 };
 
@@ -50,20 +59,46 @@ static void writeNew(const std::string& name, const std::string& bytes) {
     throw CommandFailure{name + ": " + strerror(reason)};
 }
 
+static void spoil(std::string& image, const std::string& damage) {
+    if (damage == "header") image[8] = static_cast<char>(image[8] ^ 1);
+    if (damage == "data" && !image.empty()) image.back() = static_cast<char>(image.back() ^ 1);
+    if (damage == "cut") image.resize(image.size() / 2);
+}
+
 static void make(const ImageOptions& wanted) {
     const ImageKind* kind = imageKindNamed(wanted.kind);
     const size_t size = (wanted.kib ? wanted.kib : kind->factoryKib) * size_t{1024};
     const ImageVersion version = readVersion(wanted.version);
     std::string image = makeImage(*kind, version, static_cast<KT_U16>(wanted.vendor),
                                   imageFiller(version.build * 65599U + kind->type, size));
-    if (wanted.damage == "header") image[8] = static_cast<char>(image[8] ^ 1);
-    if (wanted.damage == "data" && !image.empty()) image.back() = static_cast<char>(image.back() ^ 1);
-    if (wanted.damage == "cut") image.resize(image.size() / 2);
+    spoil(image, wanted.damage);
     writeNew(wanted.file, image);
 }
 
+static void makeForDrive(const MicrocodeOptions& wanted) {
+    const size_t longest = sizeof _HD_Info{}.FWVersion;
+    if (wanted.version.empty() || wanted.version.size() > longest)
+        throw CommandFailure{"\"" + wanted.version + "\" is not a version of 1 to 8 characters"};
+    std::string image = makeMicrocode(wanted.model, wanted.version, imageFiller(wanted.kib, wanted.kib * size_t{1024}));
+    spoil(image, wanted.damage);
+    writeNew(wanted.file, image);
+}
+
+static void addMicrocode(CLI::App& image) {
+    CLI::App* command = image.add_subcommand("microcode", "Make a microcode file that a solid-state disk takes");
+    const auto wanted = std::make_shared<MicrocodeOptions>();
+    command->add_option("FILE", wanted->file, "The file; it must not exist yet")->required();
+    command->add_option("-m,--model", wanted->model, "The model of the disks it is for")->required();
+    command->add_option("-v,--version", wanted->version, "Its version")->required();
+    command->add_option("--size", wanted->kib, "KiB of data")->check(CLI::Range(1U, 65536U))->capture_default_str();
+    command->add_option("--damage", wanted->damage, "Spoil it: none, header, data or cut")
+        ->check(CLI::IsMember({"none", "header", "data", "cut"}))
+        ->capture_default_str();
+    command->callback([wanted] { makeForDrive(*wanted); });
+}
+
 void addImage(CLI::App& app, Options& /*options*/) {
-    CLI::App* image = app.add_subcommand("image", "Flash images for the adapters");
+    CLI::App* image = app.add_subcommand("image", "Flash images for adapters, microcode for disks");
     image->require_subcommand(1);
     CLI::App* command = image->add_subcommand("make", "Make an image file that an adapter takes");
     const auto wanted = std::make_shared<ImageOptions>();
@@ -81,4 +116,5 @@ void addImage(CLI::App& app, Options& /*options*/) {
         ->check(CLI::IsMember({"none", "header", "data", "cut"}))
         ->capture_default_str();
     command->callback([wanted] { make(*wanted); });
+    addMicrocode(*image);
 }

@@ -20,7 +20,7 @@ static bool checkSpeed(KT_U16 pd, const Change* speed, int& result) {
         result = status;
         return false;
     }
-    if ((disk.hdInfo[0].FeatureSupport & (KT_HD_SPEED_1_5 << (speed->bits - 1))) != 0) return true;
+    if ((disk.hdInfo[0].FeatureSupport & (KT_U32{KT_HD_SPEED_1_5} << (speed->bits - 1))) != 0) return true;
     out("PD %d does not support %s\n", pd, driveSpeedWord(speed->bits));
     result = 1;
     return false;

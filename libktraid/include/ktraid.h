@@ -314,6 +314,12 @@ enum {
 // _SMART_Attribute.Status: good, below its threshold now, below it in the past
 enum { KT_SMART_GOOD = 0, KT_SMART_FAILING = 1, KT_SMART_FAILED_BEFORE = 2 };
 
+// _SSD_Diagnostic.Action and State; FirstErrorLBA without an error; KT_Download_SSD_Microcode: when it takes effect
+enum { KT_SSD_ASK = 0, KT_SSD_START_SHORT = 1, KT_SSD_START_LONG = 2, KT_SSD_ABORT = 3 };
+enum { KT_SSD_NEVER = 0, KT_SSD_RUNNING = 1, KT_SSD_PASSED = 2, KT_SSD_FAILED = 3, KT_SSD_ABORTED = 4 };
+#define KT_SSD_NO_LBA UINT64_MAX
+enum { KT_MICROCODE_NOW = 0, KT_MICROCODE_LATER = 1 };
+
 // SES element types
 enum {
     KT_SES_DEVICE = 0x01,
@@ -1336,6 +1342,69 @@ KT_ASSERT_SIZE(_Device_Magic, 32); KT_ASSERT_AT(_Device_Magic, ID, 0); KT_ASSERT
 KT_ASSERT_AT(_Device_Magic, Magic, 8);
 // clang-format on
 
+// One attribute of a drive's SMART data page. Raw is little-endian; Id 0 = an unused place.
+typedef struct _SSD_Smart_Attribute {
+    KT_U8 Id;
+    KT_U8 Flags[2];
+    KT_U8 Current;
+    KT_U8 Worst;
+    KT_U8 Raw[6];
+    KT_U8 Reserved;
+} _SSD_Smart_Attribute;
+// clang-format off
+KT_ASSERT_SIZE(_SSD_Smart_Attribute, 12); KT_ASSERT_AT(_SSD_Smart_Attribute, Id, 0);
+KT_ASSERT_AT(_SSD_Smart_Attribute, Flags, 1); KT_ASSERT_AT(_SSD_Smart_Attribute, Current, 3);
+KT_ASSERT_AT(_SSD_Smart_Attribute, Worst, 4); KT_ASSERT_AT(_SSD_Smart_Attribute, Raw, 5);
+KT_ASSERT_AT(_SSD_Smart_Attribute, Reserved, 11);
+// clang-format on
+
+// A drive's SMART data page as the drive gives it. All 512 bytes of a sound one sum to zero. Of SelfTestStatus the high
+// four bits are the result (15 = running), the low ones what remains, in tenths.
+typedef struct _SSD_Smart_Data {
+    KT_U16 Revision;
+    _SSD_Smart_Attribute Attributes[30];
+    KT_U8 OfflineStatus;
+    KT_U8 SelfTestStatus;
+    KT_U8 OfflineSeconds[2];
+    KT_U8 Vendor1;
+    KT_U8 OfflineCapability;
+    KT_U8 SmartCapability[2];
+    KT_U8 ErrorLogCapability;
+    KT_U8 Vendor2;
+    KT_U8 ShortTestMinutes;
+    KT_U8 LongTestMinutes;
+    KT_U8 Reserved[137];
+    KT_U8 CheckSum;
+} _SSD_Smart_Data;
+// clang-format off
+KT_ASSERT_SIZE(_SSD_Smart_Data, 512); KT_ASSERT_AT(_SSD_Smart_Data, Revision, 0);
+KT_ASSERT_AT(_SSD_Smart_Data, Attributes, 2); KT_ASSERT_AT(_SSD_Smart_Data, OfflineStatus, 362);
+KT_ASSERT_AT(_SSD_Smart_Data, SelfTestStatus, 363); KT_ASSERT_AT(_SSD_Smart_Data, OfflineSeconds, 364);
+KT_ASSERT_AT(_SSD_Smart_Data, Vendor1, 366); KT_ASSERT_AT(_SSD_Smart_Data, OfflineCapability, 367);
+KT_ASSERT_AT(_SSD_Smart_Data, SmartCapability, 368); KT_ASSERT_AT(_SSD_Smart_Data, ErrorLogCapability, 370);
+KT_ASSERT_AT(_SSD_Smart_Data, Vendor2, 371); KT_ASSERT_AT(_SSD_Smart_Data, ShortTestMinutes, 372);
+KT_ASSERT_AT(_SSD_Smart_Data, LongTestMinutes, 373); KT_ASSERT_AT(_SSD_Smart_Data, Reserved, 374);
+KT_ASSERT_AT(_SSD_Smart_Data, CheckSum, 511);
+// clang-format on
+
+// A drive's self-test: the caller fills Action, the library the rest. PowerOnHours: when it ended; Result: the drive's
+// own code; FirstErrorLBA: KT_SSD_NO_LBA without one.
+typedef struct _SSD_Diagnostic {
+    KT_U8 Action;
+    KT_U8 State;
+    KT_U8 Percentage;
+    KT_U8 Result;
+    KT_U32 PowerOnHours;
+    KT_U64 FirstErrorLBA;
+    KT_U8 Reserved[16];
+} _SSD_Diagnostic;
+// clang-format off
+KT_ASSERT_SIZE(_SSD_Diagnostic, 32); KT_ASSERT_AT(_SSD_Diagnostic, Action, 0); KT_ASSERT_AT(_SSD_Diagnostic, State, 1);
+KT_ASSERT_AT(_SSD_Diagnostic, Percentage, 2); KT_ASSERT_AT(_SSD_Diagnostic, Result, 3);
+KT_ASSERT_AT(_SSD_Diagnostic, PowerOnHours, 4); KT_ASSERT_AT(_SSD_Diagnostic, FirstErrorLBA, 8);
+KT_ASSERT_AT(_SSD_Diagnostic, Reserved, 16);
+// clang-format on
+
 typedef struct _Info_Request {
     _RequestHeader header;
     KT_U8 data[1];
@@ -1551,6 +1620,11 @@ KT_U8 KT_PD_WipeHDMDD(KT_U8 a, KT_U16 pd, KT_U8 force);
 KT_U8 KT_DiskHasOS(KT_U8 a, KT_U8 kind, KT_U8 count, const KT_U16* ids);
 KT_U8 KT_LocateArrayDevice(KT_U8 a, KT_U8 kind, KT_U16 id, KT_U8 on);
 KT_U8 KT_PassThrough_ATA(KT_U8 a, KT_U16 pd, _ATA_PassThrough* command);
+
+// Solid-state disk. Microcode comes in pages, as KT_Flash_Bin takes them.
+KT_U8 KT_SSD_SmartReadData(KT_U8 a, KT_U16 pd, _SSD_Smart_Data* data);
+KT_U8 KT_SSD_Diagnostic(KT_U8 a, KT_U16 pd, _SSD_Diagnostic* diagnostic);
+KT_U8 KT_Download_SSD_Microcode(KT_U8 a, KT_U16 pd, KT_U8 mode, _Flash_Data* page);
 
 // Block
 KT_U8 KT_BLK_GetInfo(KT_U8 a, _BLK_Info_Request* request);

@@ -110,6 +110,6 @@ _ktsim() {
   places=$(( places - $# ))
   mapfile -t COMPREPLY < <(compgen -W "$(awk '/^Subcommands:/ { on = 1; next } /^[^ ]/ { on = 0 } on { print $1 }' <<<"$help")
     $(_ktsim_places "$path" "$places")" -- "$word")
-  [[ $path == "image make" ]] && compopt -o default
+  [[ $path == "image make" || $path == "image microcode" ]] && compopt -o default
 }
 complete -F _ktsim ktsim

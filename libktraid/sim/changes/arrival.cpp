@@ -6,6 +6,7 @@
 #include "media/blocks.h"
 #include "media/disks.h"
 #include "media/life.h"
+#include "media/selfTest.h"
 #include "media/surface.h"
 #include "state/events.h"
 
@@ -77,6 +78,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     forgetDisk(context, id);
     const Context there{arrival.store, arrival.adapter, context.now};
     copySurface(there, pd, context, id);
+    moveDrive(there, pd, context, id);
     moveLife(there, pd, context, id);
     if (const auto cipher = find<DiskCipher>(arrival.store, arrival.adapter, pd)) save(context, id, *cipher);
     logEvent(context, EVT_PD, 1, id, SEV_INFO);

@@ -32,6 +32,8 @@ static void moveRows(const Context& context, KT_U16 from, KT_U16 to) {
     });
     moveRow<DiskAge>(context, from, to, [](DiskAge&) {});
     moveRow<DiskCipher>(context, from, to, [](DiskCipher&) {});
+    moveRow<SolidState>(context, from, to, [](SolidState&) {});
+    moveRow<MicrocodeUpdate>(context, from, to, [](MicrocodeUpdate&) {});
     moveRow<ArrayLabel>(context, from, to, [](ArrayLabel&) {});
     moveRow<_HD_Block_Info>(context, from, to, [&](_HD_Block_Info& list) { list.HDID = to; });
     forEach<_Block_Info>(context, 0, [&](KT_U64 id, _Block_Info block) {

@@ -10,6 +10,7 @@
 #include "changes/spareRoles.h"
 #include "media/diskMakes.h"
 #include "media/life.h"
+#include "media/selfTest.h"
 #include "raid/members.h"
 #include "raid/roles.h"
 #include "state/events.h"
@@ -75,6 +76,7 @@ static KT_U8 putIn(const Context& context, KT_U16 pd, std::vector<Returning>& re
     erase<PulledDisk>(context, pd);
     erase<PulledBlocks>(context, pd);
     save(context, pd, pulled->info);
+    startDrive(context, pd);
     powerOn(context, pd);
     PdState state = pulled->state;
     state.raid = state.health == PD_FAILED ? KT_PD_OFFLINE : 0;

@@ -9,6 +9,12 @@ static constexpr Field AGE_FIELDS[] = {
     NUM(DiskAge, born),        NUM(DiskAge, pulled),      NUM(DiskAge, writtenKib)};
 static constexpr Field SECTOR_FIELDS[] = {NUM(BadSector, flaw), NUM(BadSector, known)};
 static constexpr Field CIPHER_FIELDS[] = {HEX(DiskCipher, key.bytes), NUM(DiskCipher, offline)};
+static constexpr Field SOLID_STATE_FIELDS[] = {
+    NUM(SolidState, state), NUM(SolidState, extended), NUM(SolidState, result),   NUM(SolidState, waiting),
+    NUM(SolidState, hours), NUM(SolidState, started),  NUM(SolidState, errorLba), TXT(SolidState, microcode)};
+static constexpr Field MICROCODE_FIELDS[] = {NUM(MicrocodeUpdate, nextPage),         NUM(MicrocodeUpdate, received),
+                                             NUM(MicrocodeUpdate, checksum),         NUM(MicrocodeUpdate, expected),
+                                             NUM(MicrocodeUpdate, expectedChecksum), TXT(MicrocodeUpdate, version)};
 static constexpr Field ELEMENT_FIELDS[] = {HEX(EnclosureElement, status), NUM(EnclosureElement, subEnclosure),
                                            TXT(EnclosureElement, text)};
 static constexpr Field BATTERY_STATE_FIELDS[] = {
@@ -70,6 +76,8 @@ static constexpr RecordFields TABLES[] = {
     TABLE(KIND_DISK_AGE, "diskAges", DiskAge, AGE_FIELDS),
     TABLE(KIND_BAD_SECTOR, "badSectors", BadSector, SECTOR_FIELDS),
     TABLE(KIND_DISK_CIPHER, "diskCiphers", DiskCipher, CIPHER_FIELDS),
+    TABLE(KIND_SOLID_STATE, "solidState", SolidState, SOLID_STATE_FIELDS),
+    TABLE(KIND_MICROCODE_UPDATE, "microcodeUpdates", MicrocodeUpdate, MICROCODE_FIELDS),
     TABLE(KIND_ENCLOSURE_ELEMENT, "enclosureElements", EnclosureElement, ELEMENT_FIELDS),
     TABLE(KIND_BATTERY_STATE, "batteryState", BatteryState, BATTERY_STATE_FIELDS),
     TABLE(KIND_AES_ENTRY, "keyEntries", AesEntry, ENTRY_FIELDS),

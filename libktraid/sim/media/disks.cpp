@@ -32,6 +32,8 @@ void forgetDisk(const Context& context, KT_U16 pd) {
     forgetSurface(context, pd);
     erase<DiskCipher>(context, pd);
     erase<ArrayLabel>(context, pd);
+    erase<SolidState>(context, pd);
+    erase<MicrocodeUpdate>(context, pd);
 }
 
 } // namespace sim

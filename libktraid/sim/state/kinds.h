@@ -24,6 +24,8 @@ enum Kind : KT_U8 {
     KIND_PD_PULLED = 42,
     KIND_DISK_AGE = 43,
     KIND_DISK_CIPHER = 44,
+    KIND_SOLID_STATE = 48,
+    KIND_MICROCODE_UPDATE = 49,
     KIND_PD_PULLED_BLOCKS = 45,
     KIND_BAD_SECTOR = 46,
     KIND_PD_ARRAY_LABEL = 47,
@@ -96,7 +98,9 @@ enum Kind : KT_U8 {
     X(TandemEntry, KIND_TANDEM_ENTRY)                                                                                  \
     X(AesEntry, KIND_AES_ENTRY)                                                                                        \
     X(AesPort, KIND_AES_PORT)                                                                                          \
-    X(DiskCipher, KIND_DISK_CIPHER)
+    X(DiskCipher, KIND_DISK_CIPHER)                                                                                    \
+    X(SolidState, KIND_SOLID_STATE)                                                                                    \
+    X(MicrocodeUpdate, KIND_MICROCODE_UPDATE)
 
 template <class Record>
 struct KindOf;

@@ -238,6 +238,30 @@ struct DiskAge {
     KT_U64 writtenKib;  // by activities, on a solid state disk
 };
 
+// What a solid state disk remembers of its last self-test and of the microcode that waits for its next start, id = the
+// disk's; no row = neither.
+struct SolidState {
+    KT_U8 state; // KT_SSD_*; one that runs may be over
+    KT_U8 extended;
+    KT_U8 result;       // the drive's own code
+    KT_U8 waiting;      // the microcode below takes effect when it starts next
+    KT_U32 hours;       // when the test ended
+    KT_U64 started;     // milliseconds
+    KT_U64 errorLba;    // KT_SSD_NO_LBA = none
+    KT_U8 microcode[8]; // its version, as _HD_Info shows it
+};
+
+// A download of microcode to a disk that is under way, id = the disk's.
+struct MicrocodeUpdate {
+    KT_U32 nextPage;
+    KT_U32 received; // bytes behind the header
+    KT_U32 checksum; // of those
+    KT_U32 expected; // what the header says of them
+    KT_U32 expectedChecksum;
+    KT_U8 version[8];
+    KT_U8 reserved[4];
+};
+
 // The table of a hybrid virtual disk, id = its id. It belongs to the virtual disk that has that GUID only.
 struct TandemTable {
     KT_U8 guid[8];

@@ -1,0 +1,156 @@
+#include "frame.h"
+
+#include "changes/health.h"
+#include "devices/flashImage.h"
+#include "devices/solidState.h"
+#include "media/surface.h"
+#include "media/wear.h"
+
+#include <memory>
+#include <numeric>
+
+// Disk 0 a solid state one, 1 the same, 2 a spinning one, 3 a solid state one that speaks SAS.
+static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
+  {"type": "array-based", "disks": [
+    {"type": "SATA SSD", "size": "480GB", "on": "HBA", "port": 0, "model": "Model A", "firmware": "1.0"},
+    {"type": "SATA SSD", "size": "480GB", "on": "HBA", "port": 1, "model": "Model A", "firmware": "1.0"},
+    {"type": "SATA", "size": "1TB", "on": "HBA", "port": 2}, {"type": "SAS SSD", "size": "1TB", "on": "HBA", "port": 3}]}]})";
+static const KT_U64 HALF = 480000000; // a sector in the middle of disk 0
+
+struct SolidStateDisks : LabTest<LAB> {};
+
+static _SSD_Diagnostic test(KT_U16 pd, KT_U8 action, KT_U8 expected = KT_OK) {
+    _SSD_Diagnostic diagnostic = {};
+    diagnostic.Action = action;
+    EXPECT_EQ(KT_SSD_Diagnostic(0, pd, &diagnostic), expected);
+    return diagnostic;
+}
+
+static std::string version(KT_U16 pd) {
+    _HD_Info disk = {};
+    EXPECT_EQ(readItem(KT_PD_GetHDInfo, KT_U8{0}, pd, &_HD_Info_Request::hdInfo, disk), KT_OK);
+    return std::string(reinterpret_cast<const char*>(disk.FWVersion),
+                       strnlen(reinterpret_cast<const char*>(disk.FWVersion), sizeof disk.FWVersion));
+}
+
+// Hands out the pages of the file from `first` on; the status of the last call.
+static KT_U8 download(KT_U16 pd, const std::string& file, KT_U8 mode = KT_MICROCODE_NOW, KT_U16 first = 0) {
+    const auto page = std::make_unique<_Flash_Data>();
+    KT_U8 status = KT_OK;
+    for (size_t at = 0; at < file.size() && status == KT_OK; ++page->PageNum) {
+        if (at == 0) page->PageNum = first;
+        page->Size = static_cast<KT_U32>(std::min(sizeof page->Data, file.size() - at));
+        memcpy(page->Data, file.data() + at, page->Size);
+        at += page->Size;
+        page->isLastPage = at == file.size();
+        status = KT_Download_SSD_Microcode(0, pd, mode, page.get());
+    }
+    return status;
+}
+
+static std::string microcode(const char* name, const char* text, size_t size = 500000) {
+    return sim::makeMicrocode(name, text, sim::imageFiller(7, size));
+}
+
+TEST_F(SolidStateDisks, TellTheirLifeInASoundPage) {
+    outside(0, [](sim::Context& context) { sim::ageDisk(context, 0, "reallocated", 258); });
+    _SSD_Smart_Data page = {};
+    ASSERT_EQ(KT_SSD_SmartReadData(0, 0, &page), KT_OK);
+    const auto* bytes = reinterpret_cast<const KT_U8*>(&page);
+    EXPECT_EQ(std::accumulate(bytes, bytes + sizeof page, 0U) % 256, 0U);
+    EXPECT_EQ(page.Attributes[0].Id, 5);
+    EXPECT_EQ(page.Attributes[0].Raw[0], 2);
+    EXPECT_EQ(page.Attributes[0].Raw[1], 1);
+    EXPECT_EQ(page.ShortTestMinutes, 2);
+    EXPECT_EQ(page.LongTestMinutes, 21) << "480 GB at 400 MB/s, rounded up";
+    EXPECT_EQ(KT_SSD_SmartReadData(0, 2, &page), KT_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(KT_SSD_SmartReadData(0, 3, &page), KT_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(KT_SSD_SmartReadData(0, 9, &page), KT_ERR_INVALID_PD);
+}
+
+TEST_F(SolidStateDisks, TestThemselvesInTime) {
+    EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_NEVER);
+    test(0, KT_SSD_ABORT, KT_ERR_SSD_COMMAND_ERROR);
+    test(0, 4, KT_ERR_SSD_COMMAND_ERROR);
+    test(2, KT_SSD_ASK, KT_ERR_NOT_SUPPORTED);
+    test(0, KT_SSD_START_LONG);
+    test(0, KT_SSD_START_SHORT, KT_ERR_SSD_COMMAND_ERROR);
+    advance(610);
+    EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_RUNNING);
+    EXPECT_EQ(test(0, KT_SSD_ASK).Percentage, 50);
+    _SSD_Smart_Data page = {};
+    KT_SSD_SmartReadData(0, 0, &page);
+    EXPECT_EQ(page.SelfTestStatus, 0xF5);
+    advance(7200);
+    const _SSD_Diagnostic done = test(0, KT_SSD_ASK);
+    EXPECT_EQ(done.State, KT_SSD_PASSED);
+    EXPECT_EQ(done.FirstErrorLBA, KT_SSD_NO_LBA);
+    advance(36000);
+    EXPECT_EQ(test(0, KT_SSD_ASK).PowerOnHours, done.PowerOnHours) << "when it ended, not now";
+    test(0, KT_SSD_START_SHORT);
+    EXPECT_EQ(test(0, KT_SSD_ABORT).State, KT_SSD_ABORTED);
+}
+
+TEST_F(SolidStateDisks, FailWhereTheyCannotBeRead) {
+    outside(0, [](sim::Context& context) { sim::addBadSector(context, 0, HALF, {sim::FLAW_UNREADABLE, 0, {}}); });
+    test(0, KT_SSD_START_SHORT);
+    advance(120);
+    EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_PASSED) << "it does not get there";
+    test(0, KT_SSD_START_LONG);
+    advance(590);
+    EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_RUNNING);
+    advance(30);
+    EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_FAILED);
+    EXPECT_EQ(test(0, KT_SSD_ASK).FirstErrorLBA, HALF);
+    outside(0, [](sim::Context& context) { sim::ageDisk(context, 1, "wear", 100); });
+    test(1, KT_SSD_START_SHORT);
+    advance(120);
+    EXPECT_EQ(test(1, KT_SSD_ASK).State, KT_SSD_FAILED);
+    EXPECT_LT(test(1, KT_SSD_ASK).FirstErrorLBA, 2 * HALF) << "on the disk";
+    outside(0, [](sim::Context& context) { sim::failDisk(context, 1); });
+    test(1, KT_SSD_ASK, KT_ERR_SSD_COMMAND_PHASE);
+}
+
+TEST_F(SolidStateDisks, TakeMicrocodeOfTheirModelOnly) {
+    EXPECT_EQ(download(0, microcode("Model A", "2.0")), KT_OK);
+    EXPECT_EQ(version(0), "2.0");
+    EXPECT_EQ(version(1), "1.0");
+    EXPECT_EQ(download(0, microcode("Model B", "3.0")), KT_ERR_INVALID_MICROCODE);
+    EXPECT_EQ(download(0, microcode("Model AB", "3.0")), KT_ERR_INVALID_MICROCODE);
+    EXPECT_EQ(download(0, std::string(300000, 'x')), KT_ERR_INVALID_MICROCODE);
+    std::string spoilt = microcode("Model A", "3.0");
+    spoilt.back() ^= 1;
+    EXPECT_EQ(download(0, spoilt), KT_ERR_FLASH_DATA);
+    EXPECT_EQ(download(0, microcode("Model A", "3.0") + "more"), KT_ERR_FLASH_DATA);
+    EXPECT_EQ(download(0, microcode("Model A", "3.0"), 2), KT_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(download(2, microcode("Model A", "3.0")), KT_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(version(0), "2.0");
+}
+
+TEST_F(SolidStateDisks, LoseADownloadWhosePagesAreOutOfOrder) {
+    const std::string file = microcode("Model A", "2.0");
+    const size_t whole = sizeof _Flash_Data{}.Data;
+    const auto page = std::make_unique<_Flash_Data>();
+    page->Size = static_cast<KT_U32>(whole);
+    memcpy(page->Data, file.data(), whole);
+    ASSERT_EQ(KT_Download_SSD_Microcode(0, 0, KT_MICROCODE_NOW, page.get()), KT_OK);
+    EXPECT_EQ(download(0, file.substr(2 * whole), KT_MICROCODE_NOW, 2), KT_ERR_INVALID_REQUEST);
+    EXPECT_EQ(download(0, file.substr(whole), KT_MICROCODE_NOW, 1), KT_ERR_INVALID_REQUEST) << "it is over";
+    EXPECT_EQ(version(0), "1.0");
+}
+
+TEST_F(SolidStateDisks, KeepMicrocodeForTheirNextStart) {
+    EXPECT_EQ(download(0, microcode("Model A", "2.0"), KT_MICROCODE_LATER), KT_OK);
+    EXPECT_EQ(version(0), "1.0");
+    test(0, KT_SSD_START_LONG);
+    const std::string before = show();
+    EXPECT_NE(before.find("\"2.0\""), std::string::npos);
+    outside(0, [](sim::Context& context) {
+        sim::pullDisk(context, 0);
+        sim::insertDisk(context, 0);
+    });
+    EXPECT_EQ(version(0), "2.0");
+    EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_ABORTED);
+    outside(0, [](sim::Context& context) { sim::replaceDisk(context, 0, 0); });
+    EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_NEVER) << "another disk";
+}

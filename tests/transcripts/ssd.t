@@ -1,0 +1,321 @@
+Solid-state disks: their health, their self-tests, their microcode.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab default
+  $ refused() { kt "$@"; echo "= $?"; }
+  $ kt ssd
+  PD    Model                    Microcode Life left Written   Power on  Temp  Self-test
+  7     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   never run
+  8     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   never run
+  11    Petrel PS480G SSD        PS41C     100 %     6.0 TB    12104 h   36 C  never run
+  $ kt 1 ssd
+  PD    Model                    Microcode Life left Written   Power on  Temp  Self-test
+  2     Petrel PS240G SSD        PS41C     100 %     3.0 TB    12032 h   34 C  never run
+  $ ktsim disk age 11 wear 7
+  $ ktsim disk age 11 reallocated 12
+  $ ktsim disk age 11 pending 3
+  $ ktsim disk age 11 link-errors 2
+  $ kt ssd -d 11
+  hard disk id:            11
+  model:                   Petrel PS480G SSD
+  microcode version:       PS41C
+  reallocated sectors:     12
+  power on:                12104 h
+  power cycles:            12
+  program failures:        0
+  erase failures:          0
+  wear levelling:          93 %
+  uncorrectable errors:    0
+  temperature:             36 C
+  CRC errors:              2
+  life left:               93 %
+  bytes written:           6.0 TB
+  $ calls | grep SSD
+  KT_SSD_SmartReadData a=0 pd=7 -> 19
+  KT_SSD_Diagnostic a=0 pd=7 diagnostic=0000000000000000000000000000000000000000000000000000000000000000 -> 0
+  KT_SSD_SmartReadData a=0 pd=8 -> 19
+  KT_SSD_Diagnostic a=0 pd=8 diagnostic=0000000000000000000000000000000000000000000000000000000000000000 -> 0
+  KT_SSD_SmartReadData a=0 pd=11 -> 0
+  KT_SSD_Diagnostic a=0 pd=11 diagnostic=0000000000000000000000000000000000000000000000000000000000000000 -> 0
+  KT_SSD_SmartReadData a=1 pd=2 -> 0
+  KT_SSD_Diagnostic a=1 pd=2 diagnostic=0000000000000000000000000000000000000000000000000000000000000000 -> 0
+  KT_SSD_SmartReadData a=0 pd=11 -> 0
+
+A self-test takes its time. A second one does not begin before the first is over.
+
+  $ kt ssd -d 11 -a status
+  hard disk id:            11
+  self-test:               never run
+  $ kt ssd -d 11 -a start
+  The short self-test of PD 11 is started.
+  $ ktsim clock advance 1m
+  $ kt ssd -d 11 -a STATUS
+  hard disk id:            11
+  self-test:               running
+  progress:                50 %
+  $ refused ssd -d 11 -a start -t long
+  
+  Unable to start the self-test of PD 11 (error 27: Quillon diagnostic status phase returns command error)
+  = 27
+  $ kt ssd -d 11 --action stop
+  The self-test of PD 11 is stopped.
+  $ refused ssd -d 11 -a stop
+  
+  Unable to stop the self-test of PD 11 (error 27: Quillon diagnostic status phase returns command error)
+  = 27
+  $ kt ssd -d 11 -a status
+  hard disk id:            11
+  self-test:               aborted
+  power on when it ended:  12104 h
+  result code:             1
+  first error LBA:         none
+  $ kt ssd -d 7 --action start --test long
+  The long self-test of PD 7 is started.
+  $ ktsim clock advance 2h
+  $ kt ssd -d 7 -a status
+  hard disk id:            7
+  self-test:               passed
+  power on when it ended:  13976 h
+  result code:             0
+  first error LBA:         none
+
+A damaged disk fails where it cannot be read, a worn one by itself; pulling a disk out ends its test.
+
+  $ ktsim disk damage 7 --lba 700000000 --count 4 -f
+  Disk 7: 4 sectors cannot be read (the first: LBA 0x29b92700).
+  $ kt ssd -d 7 -a start && ktsim clock advance 1h && kt ssd -d 7 -a status | sed -n 2p
+  The short self-test of PD 7 is started.
+  self-test:               passed
+  $ kt ssd -d 7 -a start -t long && ktsim clock advance 1h && kt ssd -d 7 -a status
+  The long self-test of PD 7 is started.
+  hard disk id:            7
+  self-test:               failed
+  power on when it ended:  13979 h
+  result code:             7
+  first error LBA:         700000000
+  $ ktsim disk age 11 wear 100
+  $ kt ssd -d 11 -a start && ktsim clock advance 1h && kt ssd -d 11 -a status
+  The short self-test of PD 11 is started.
+  hard disk id:            11
+  self-test:               failed
+  power on when it ended:  12108 h
+  result code:             5
+  first error LBA:         117085539
+  $ kt ssd -d 8 -a start -t long
+  The long self-test of PD 8 is started.
+  $ ktsim disk pull 8 -f
+  $ ktsim disk insert 8
+  $ kt ssd -d 8 -a status | sed -n 2p
+  self-test:               aborted
+  $ kt ssd
+  PD    Model                    Microcode Life left Written   Power on  Temp  Self-test
+  7     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   failed
+  8     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   aborted
+  11    Petrel PS480G SSD        PS41C     1 %       6.0 TB    12109 h   38 C  failed
+  $ ktsim disk fail 11 -f
+  $ for action in health start stop status; do refused ssd -d 11 -a $action; done
+  
+  Unable to get SMART data of PD 11 (error 23: Quillon diagnostic command phase error)
+  = 23
+  
+  Unable to start the self-test of PD 11 (error 23: Quillon diagnostic command phase error)
+  = 23
+  
+  Unable to stop the self-test of PD 11 (error 23: Quillon diagnostic command phase error)
+  = 23
+  
+  Unable to get the self-test of PD 11 (error 23: Quillon diagnostic command phase error)
+  = 23
+  $ kt ssd | tail -1
+  11    Petrel PS480G SSD        PS41C     N/A       N/A       N/A       N/A   N/A
+
+What is refused. No call tells the library of it.
+
+  $ lab default
+  $ refused ssd -d x
+  -d : invalid PD ID 'x'
+  = 1
+  $ refused ssd -d 65536
+  -d : invalid PD ID '65536'
+  = 1
+  $ refused ssd -d ''
+  -d : invalid PD ID ''
+  = 1
+  $ refused ssd -d 11 -a run
+  -a : invalid action 'run'.
+  = 1
+  $ refused ssd -d 11 -a start -t full
+  -t : invalid test 'full'.
+  = 1
+  $ refused ssd -d 11 -t long
+  ssd: option -t belongs to -a start only
+  = 1
+  $ refused ssd -a start
+  ssd: option -d is required
+  = 1
+  $ refused ssd -d 11 -d 11
+  Duplicated option specified.
+  = 1
+  $ calls | grep SSD
+  [1]
+  $ refused ssd -d 3
+  PD 3 is not a solid-state disk
+  = 1
+  $ refused ssd -d 200
+  Unable to get info of PD 200 (error 9 : Invalid physical disk id)
+  = 9
+  $ refused ssd -d 7
+  
+  Unable to get SMART data of PD 7 (error 19: Not supported)
+  = 19
+  $ kt set -o pd -i 11 --smart off > /dev/null
+  $ refused ssd -d 11
+  
+  Unable to get SMART data of PD 11 (error 27: Quillon diagnostic status phase returns command error)
+  = 27
+  $ ktsim fault KT_SSD_Diagnostic 25
+  $ for action in start stop status; do refused ssd -d 11 -a $action; done
+  
+  Unable to start the self-test of PD 11 (error 25: Quillon diagnostic status phase error)
+  = 25
+  
+  Unable to stop the self-test of PD 11 (error 25: Quillon diagnostic status phase error)
+  = 25
+  
+  Unable to get the self-test of PD 11 (error 25: Quillon diagnostic status phase error)
+  = 25
+  $ ktsim fault KT_PD_GetHDInfo 4
+  $ refused ssd
+  
+  Unable to get info of PD (error 4: Resource not available)
+  = 4
+  $ ktsim create --force --lab - > /dev/null << 'END'
+  > {"adapters": [{"type": "LD-based", "disks": [{"type": "SATA", "size": "1TB"}]}]}
+  > END
+  $ kt ssd
+  
+  No solid-state disk is found
+
+Microcode comes page by page, at once or for the next start, and is asked about.
+
+  $ lab default
+  $ ktsim image microcode now.bin -m "Petrel PS480G SSD" -v PS50A --size 400
+  $ kt ssdop -d 11 -a version
+  hard disk id:      11
+  model:             Petrel PS480G SSD
+  microcode version: PS41C
+  $ echo n | kt ssdop -d 11 -f now.bin
+  The disk may be lost when the download fails. Do you want to download 'now.bin' to PD 11? (y or n)
+  $ echo y | kt ssdop -d 11 -f now.bin
+  The disk may be lost when the download fails. Do you want to download 'now.bin' to PD 11? (y or n)
+  page 0 write to device.
+  page 1 write to device.
+  page 2 write to device.
+  Microcode is downloaded successfully.
+  PD 11 is online, its microcode is PS50A.
+  $ kt info -o pd -i 11 | grep Firmware
+  Firmware version:    PS50A
+  $ calls | grep -c Download
+  3
+  $ ktsim image microcode later.bin -m "Petrel PS480G SSD" -v PS51A --size 100
+  $ kt ssdop -d 11 -f later.bin -m later --waiveconfirmation
+  page 0 write to device.
+  Microcode is downloaded successfully.
+  It takes effect at the next power cycle of the disk.
+  PD 11 is online, its microcode is PS50A.
+  $ ktsim disk pull 11 -f && ktsim disk insert 11
+  $ kt ssdop -d 11 -a version | tail -1
+  microcode version: PS51A
+  $ kt ssdop -d 7 -f now.bin < /dev/null
+  PD 7 is part of VD 0 (boot).
+  VD 0 has running OS in it.
+  PD 7 is part of VD 1 (scratch).
+  The disk may be lost when the download fails. Do you want to download 'now.bin' to PD 7? (y or n)
+
+What a drive refuses leaves it with the microcode that it had; nothing is tried again.
+
+  $ refused ssdop -d 7 -f now.bin --waiveconfirmation
+  page 0 write to device.
+  
+  Failed to download page 0 of file 'now.bin' to PD 7 (error 166: invalid microcode found).
+  PD 7 is online, its microcode is PX20.
+  = 166
+  $ ktsim image microcode data.bin -m "Petrel PS480G SSD" -v PS52A --size 400 --damage data
+  $ refused ssdop -d 11 -f data.bin --waiveconfirmation
+  page 0 write to device.
+  page 1 write to device.
+  page 2 write to device.
+  
+  Failed to download page 2 of file 'data.bin' to PD 11 (error 184: Invalid flash buffer data).
+  PD 11 is online, its microcode is PS51A.
+  = 184
+  $ ktsim image microcode header.bin -m "Petrel PS480G SSD" -v PS52A --damage header
+  $ refused ssdop -d 11 -f header.bin --waiveconfirmation
+  page 0 write to device.
+  
+  Failed to download page 0 of file 'header.bin' to PD 11 (error 166: invalid microcode found).
+  PD 11 is online, its microcode is PS51A.
+  = 166
+  $ : > trace
+  $ ktsim fault KT_Download_SSD_Microcode 20 --after 1
+  $ refused ssdop -d 11 -f now.bin --waiveconfirmation
+  page 0 write to device.
+  page 1 write to device.
+  
+  Failed to download page 1 of file 'now.bin' to PD 11 (error 20: Link time out).
+  PD 11 is online, its microcode is PS51A.
+  = 20
+  $ calls | grep -c Download
+  2
+  $ ktsim fault clear
+  $ ktsim disk fail 11 -f
+  $ refused ssdop -d 11 -f now.bin --waiveconfirmation
+  page 0 write to device.
+  
+  Failed to download page 0 of file 'now.bin' to PD 11 (error 20: Link time out).
+  PD 11 is offline, its microcode is PS51A.
+  = 20
+
+Files that cannot be microcode, and other refusals, come before the first page.
+
+  $ lab default
+  $ : > empty.bin
+  $ truncate -s 33553921 huge.bin
+  $ mkfifo pipe
+  $ for file in empty.bin huge.bin pipe . missing; do refused ssdop -d 11 -f $file --waiveconfirmation; done
+  File 'empty.bin' is empty.
+  = 1
+  File 'huge.bin' is too large: microcode has at most 33553920 bytes.
+  = 1
+  Unable to open file 'pipe', or it is not a regular file.
+  = 1
+  Unable to open file '.', or it is not a regular file.
+  = 1
+  Unable to open file 'missing', or it is not a regular file.
+  = 1
+  $ refused ssdop -f now.bin
+  ssdop: option -d is required
+  = 1
+  $ refused ssdop -d 11
+  ssdop: option -f is required
+  = 1
+  $ refused ssdop -d 11 -a version -f now.bin
+  ssdop: option -f does not belong to -a version
+  = 1
+  $ refused ssdop -d 11 -a version -m now
+  ssdop: option -m does not belong to -a version
+  = 1
+  $ refused ssdop -d 11 -a erase
+  -a : invalid action 'erase'.
+  = 1
+  $ refused ssdop -d 11 -f now.bin -m soon
+  -m : invalid mode 'soon', should be now or later
+  = 1
+  $ refused ssdop -d '' -f now.bin
+  -d : invalid PD ID ''
+  = 1
+  $ refused ssdop -d 3 -f now.bin
+  PD 3 is not a solid-state disk
+  = 1
+  $ calls | grep Download
+  [1]
