@@ -37,6 +37,7 @@ struct CommandWords {
     bool settledUsage = false;   // the usage stands as it is, however long its lines are
     std::span<const OptionRow> rows = {};
     std::string_view examples = {};
+    std::string_view scanned = {}; // the letters in the order that is settled for the scanner; empty: that of the rows
     HelpStyle helpStyle = HelpStyle::Described;
     bool oneMissing = false;
     bool helpOnUnknown = false;
@@ -114,13 +115,26 @@ constexpr void addHelp(Text& to, const CommandWords& words) {
     to.add('\n');
 }
 
+constexpr void addLetter(Text& to, const OptionRow& row) {
+    to.add(static_cast<char>(row.value));
+    if (row.takes != Takes::Nothing) to.add(':');
+}
+
 // The scanner's string; its first option stands for the "-output" word that start-up has read and altered.
 constexpr void addLetters(Text& to, const CommandWords& words) {
+    const auto isScanned = [](const OptionRow& row) { return hasLetter(row) && isTaken(row); };
     to.add("\1:");
+    for (const char letter : words.scanned) {
+        const OptionRow* found = nullptr;
+        for (const OptionRow& row : words.rows) {
+            if (isScanned(row) && row.value == letter) found = &row;
+        }
+        if (found == nullptr) refuse("a letter of the settled order has no row");
+        addLetter(to, *found);
+    }
     for (const OptionRow& row : words.rows) {
-        if (!hasLetter(row) || !isTaken(row)) continue;
-        to.add(static_cast<char>(row.value));
-        if (row.takes != Takes::Nothing) to.add(':');
+        const bool there = words.scanned.find(static_cast<char>(row.value)) != std::string_view::npos;
+        if (isScanned(row) && !there) addLetter(to, row);
     }
 }
 

@@ -41,6 +41,7 @@ inline constexpr CommandWords createWords = {
     .rows = createRows,
     .examples = "create -o vd -r0 -d 0,2,4 -n \"My VD\" -b 32 -g 0\n\n"
                 "Create a RAID0 virtual disk named \"My VD\" on physical disks 0, 2 and 4 with\n"
-                "a stripe block size of 32 KB.\n"};
+                "a stripe block size of 32 KB.\n",
+    .scanned = "conrqdbtswpgi"};
 inline constexpr const char* create_help = helpOf<createWords>;
 inline constexpr const OptionSet& createOptions = optionSet<createWords>;

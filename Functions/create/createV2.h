@@ -52,6 +52,7 @@ inline constexpr CommandWords createV2Words = {
     .examples = "create -o array -r 5 -d 0,2,4 -n \"My Array\"\n\n"
                 "Create a RAID5 array named \"My Array\" on physical disks 0, 2 and 4.\n\n"
                 "create -o vd -a 0 -s 2000\n\n"
-                "Create a virtual disk of 2000 MB in array 0.\n"};
+                "Create a virtual disk of 2000 MB in array 0.\n",
+    .scanned = "coalnrqdbswpgit"};
 inline constexpr const char* createV2_help = helpOf<createV2Words>;
 inline constexpr const OptionSet& createV2Options = optionSet<createV2Words>;

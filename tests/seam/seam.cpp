@@ -31,8 +31,8 @@ Outcome run(CommandHandler handler, const std::string& line, const std::string& 
     return outcome;
 }
 
-void expect(const Outcome& outcome, const std::string& printed, int result, const std::source_location& place) {
-    testing::ScopedTrace trace(place.file_name(), static_cast<int>(place.line()), outcome.line);
+void expect(const Outcome& outcome, const std::string& printed, int result, const char* file, int line) {
+    testing::ScopedTrace trace(file, line, outcome.line);
     EXPECT_EQ(printed, outcome.printed);
     EXPECT_EQ(result, outcome.result);
 }

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -66,8 +65,8 @@ struct Outcome {
 Outcome run(CommandHandler handler, const std::string& line, const std::string& answers = "");
 
 // What a run printed, and its result.
-void expect(const Outcome& outcome, const std::string& printed, int result = 0,
-            const std::source_location& place = std::source_location::current());
+void expect(const Outcome& outcome, const std::string& printed, int result = 0, const char* file = __builtin_FILE(),
+            int line = __builtin_LINE());
 
 struct Refusal {
     CommandHandler handler;
