@@ -125,12 +125,13 @@ constexpr void addLetters(Text& to, const CommandWords& words) {
     const auto isScanned = [](const OptionRow& row) { return hasLetter(row) && isTaken(row); };
     to.add("\1:");
     for (const char letter : words.scanned) {
-        const OptionRow* found = nullptr;
+        bool found = false;
         for (const OptionRow& row : words.rows) {
-            if (isScanned(row) && row.value == letter) found = &row;
+            if (!isScanned(row) || row.value != letter) continue;
+            addLetter(to, row);
+            found = true;
         }
-        if (found == nullptr) refuse("a letter of the settled order has no row");
-        addLetter(to, *found);
+        if (!found) refuse("a letter of the settled order has no row");
     }
     for (const OptionRow& row : words.rows) {
         const bool there = words.scanned.find(static_cast<char>(row.value)) != std::string_view::npos;

@@ -85,7 +85,6 @@ static KT_U8 writeRecord(const SetRequest& request, SetRecord record) {
 // Makes the calls. A disk comes online before its settings are written, and goes offline behind that; its record says
 // whether it is online, so it is read anew in between.
 static KT_U8 makeChanges(const SetRequest& request, const ToDo& todo, SetRecord record) {
-    const Hold hold("some of the settings would be changed and some not");
     KT_U8 status = KT_OK;
     int made = 0;
     auto next = [&](bool wanted, auto call) {
@@ -138,6 +137,8 @@ int changeSettings(const SetRequest& request) {
         out("Do you still want to change the settings? (y or n)\n");
         if (!confirmYesOrNo()) return 0;
     }
+    // What the adapter took belongs to the change: it is read again and told before a signal ends the run.
+    const Hold hold("some of the settings would be changed and some not");
     const KT_U8 changed = makeChanges(request, todo, record);
     return changed == KT_OK ? show(request) : changed;
 }

@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "Functions/set/changeSettings.h"
+#include "Public/knownAdapter.h"
 #include "Public/utility.h"
 
 namespace {
@@ -103,6 +104,7 @@ static int runSet(int argc, char** argv, _cmd_struct* row, const OptionSet& opti
         out("\nLinux CLI needn't support :set -o driver.\n");
         return 0;
     }
+    if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     return changeSettings(request);
 }
 

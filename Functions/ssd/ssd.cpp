@@ -1,10 +1,12 @@
 #include "Functions/ssd/ssd.h"
 
+#include <bitset>
 #include <strings.h>
 
 #include "Functions/ssd/health.h"
 #include "Public/disks.h"
 #include "Public/errorMsg.h"
+#include "Public/knownAdapter.h"
 #include "Public/listing.h"
 
 static constexpr int SSD_WIDTH = 24;
@@ -95,9 +97,12 @@ static void printRow(const _HD_Info& disk) {
 
 static int showTable() {
     bool any = false;
+    // A row takes calls of its own: a list that repeats its disks for ever must not keep us.
+    std::bitset<size_t{KT_NO_ID} + 1> shown;
     const ListEnd end =
         walkList<_HD_Info>(KT_PD_GetHDInfo, EVERYTHING, recordsPerPage(sizeof(_HD_Info)), [&](const _HD_Info& disk) {
-            if (!isSolidState(disk)) return true;
+            if (!isSolidState(disk) || shown.test(disk.Link.Self.DevID)) return true;
+            shown.set(disk.Link.Self.DevID);
             if (!any) out("PD    Model                    Microcode Life left Written   Power on  Temp  Self-test\n");
             any = true;
             printRow(disk);
@@ -183,6 +188,8 @@ int doSsdDiagnostic(int argc, char** argv, _cmd_struct* row) {
     if (!scanOptions(argc, argv, row, ssdOptions, o.given, result, take)) return result;
     if (!checkOptions(o, argv[0])) return 1;
     if (o.given['d'] == 0) return showTable();
+    const bool changes = o.action == SsdAction::Start || o.action == SsdAction::Stop;
+    if (changes && !isKnownAdapter(gCurrentAdapter, result)) return result;
     _HD_Info_Request disk;
     if (!readSolidState(o.pd, disk, result)) return result;
     switch (o.action) {

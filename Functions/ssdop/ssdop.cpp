@@ -5,6 +5,7 @@
 #include "Functions/ssdop/download.h"
 #include "Public/disks.h"
 #include "Public/fileName.h"
+#include "Public/knownAdapter.h"
 
 namespace {
 struct SsdOpOptions {
@@ -60,6 +61,7 @@ int doSsdOp(int argc, char** argv, _cmd_struct* row) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
     if (!scanOptions(argc, argv, row, ssdopOptions, o.given, result, take)) return result;
     if (!checkOptions(o, argv[0])) return 1;
+    if (!o.showVersion && !isKnownAdapter(gCurrentAdapter, result)) return result;
     _HD_Info_Request disk;
     if (!readSolidState(o.download.pd, disk, result)) return result;
     if (!o.showVersion) return downloadMicrocode(o.download);

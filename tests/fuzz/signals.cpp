@@ -150,6 +150,9 @@ const Case cases[] = {
     {{"1 create -r 1 -d 0,1 --waiveconfirmation", "1 init -l 0"}, "1 delete -o vd -i 0 -f --waiveconfirmation", 2},
     {{}, "0 create -o array -r 5 -d 0,1,2 --waiveconfirmation", 2},
     {{}, "0 nvsram -a write -c 1000 -p 0x55", 4},
+    {{"0 create -o array -r 5 -d 0,1,2 --waiveconfirmation"},
+     "0 set -o pd -i 0 --smart off --status offline --waiveconfirmation",
+     2},
     {{}, "1 aesentry -o setCfg -i 1 -p word -k key", 1},
     {{"1 aesentry -o setCfg -i 1 -p old -k key"}, "1 aesop -o changePwd -e 1 -p new -w old", 1},
 };

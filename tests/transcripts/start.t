@@ -75,8 +75,11 @@ An adapter whose record cannot be read: nobody knows what it is, so it can be lo
   >   aesop -o changePwd -e 0 -p new -w old
   >   aesentry -o setCfg -i 0 -p word -k key
   >   aesport -o dismount -i 0
+  >   set -o pd -i 0 --smart on
+  >   ssd -d 7 -a start
+  >   ssdop -d 7 -f fw
   > EOF
-  *19 20 1 (glob)
+  *22 20 1 (glob)
   $ ktcfg restore_cfg -f fw | tail -1
   Unable to get info of adapter 0 (error 20: Link time out).
   $ grep -vE 'KT_(API|SIM)_|Get' trace
