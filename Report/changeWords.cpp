@@ -47,7 +47,7 @@ static std::string valueText(const std::string& word, const Json& value) {
     if (value.is_null()) return "not known";
     if (word == "battery.status") return batteryText(value);
     if (value.is_boolean()) return value.get<bool>() ? "on" : "off";
-    if (value.is_string()) return value == "" ? "none" : shown(value.get<std::string>());
+    if (value.is_string()) return value.get<std::string>().empty() ? "none" : shown(value.get<std::string>());
     if (value.is_number_unsigned() && isSize(word)) return sizeText(value.get<KT_U64>());
     if (value.is_array()) {
         std::string text;

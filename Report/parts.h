@@ -20,7 +20,7 @@ void addProduct(Json& object, const char* word, KT_U64 units, KT_U64 unit);
 Json adapterOf(const AdapterReading& adapter, const ReadOptions& options);
 // Disks without what addDetails adds: the table of attributes and the records.
 Json diskOf(const AdapterReading& adapter, KT_U16 id, const DiskReading& disk, const std::vector<KT_U16>& blocks);
-void addDetails(Json& disk, const DiskReading& reading, const ReadOptions& options);
+void addDetails(Json& object, const DiskReading& disk, const ReadOptions& options);
 void addDisks(Json& object, const AdapterReading& adapter);
 void addVolumes(Json& object, const AdapterReading& adapter, const ReadOptions& options);
 void addParts(Json& object, const AdapterReading& adapter, const ReadOptions& options);
