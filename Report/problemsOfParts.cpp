@@ -54,6 +54,7 @@ static void findCharge(Scene& scene, const Json& battery, unsigned status) {
         return code == BATTERY_NEW || code == BATTERY_TO_REPLACE || code == BATTERY_REPLACED || code == CAPACITY_LOW ||
                code == CAPACITY_BACK;
     });
+    // NOLINTNEXTLINE(misc-redundant-expression)
     const bool weak = said == BATTERY_TO_REPLACE || said == CAPACITY_LOW;
     if (low || weak) {
         addBattery(scene, "battery-weak",

@@ -7,6 +7,7 @@ template <class Member>
 static constexpr RecordField makeField(const char* name, size_t offset, FieldKind kind) {
     if (kind == FieldKind::Number || kind == FieldKind::Signed) {
         using Element = std::remove_all_extents_t<Member>;
+        // NOLINTNEXTLINE(bugprone-sizeof-expression)
         return {name, offset, sizeof(Element), sizeof(Member) / sizeof(Element), kind};
     }
     if constexpr (std::rank_v<Member> == 2) {

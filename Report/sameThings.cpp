@@ -11,6 +11,7 @@ static Found byWord(const std::vector<const Json*>& items, const char* word) {
     Found found;
     for (const Json* item : items) {
         const Json& value = in(*item, word);
+        // NOLINTNEXTLINE(readability-container-size-empty)
         if (value.is_null() || value == "") continue;
         const auto [at, isNew] = found.try_emplace(value, item);
         if (!isNew) at->second = nullptr;
@@ -31,6 +32,7 @@ static std::vector<const Json*> without(const std::vector<const Json*>& items,
 static bool mayBeSame(const Json& one, const Json& other, const char* identity) {
     const Json& a = in(one, identity);
     const Json& b = in(other, identity);
+    // NOLINTNEXTLINE(readability-container-size-empty)
     return a.is_null() || b.is_null() || a == "" || b == "" || a == b;
 }
 

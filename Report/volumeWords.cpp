@@ -157,6 +157,7 @@ static std::vector<KT_U16> membersOf(const AdapterReading& adapter, const _DG_In
         };
         const auto present = std::count_if(slots.begin(), slots.end(), [](KT_U16 disk) { return disk != KT_NO_ID; });
         if (std::all_of(slots.begin(), slots.end(), isThere) && static_cast<size_t>(present) == there.size())
+            // NOLINTNEXTLINE(performance-no-automatic-move)
             return slots;
     }
     if (info.Status != 0) there.push_back(KT_NO_ID);

@@ -118,6 +118,7 @@ static std::vector<AdapterStatus> readAdapters(Store& store, const StatusOptions
 }
 
 static void printStatus(Store& store, const std::string& path, const StatusOptions& wanted) {
+    // NOLINTNEXTLINE(readability-braces-around-statements)
     if (wanted.adapter >= 0 && static_cast<unsigned>(wanted.adapter) >= adapterCount(store))
         throw CommandFailure{"there is no adapter " + std::to_string(wanted.adapter) + ", only " +
                              std::to_string(adapterCount(store)) + " of them"};

@@ -107,6 +107,7 @@ static std::vector<KT_U16> comeBack(const Context& context, KT_U64 loss) {
         save(context, id, find<Away>(context, id)->info);
         erase<Away>(context, id);
     }
+    // NOLINTNEXTLINE(performance-no-automatic-move)
     return ids;
 }
 

@@ -117,6 +117,7 @@ constexpr bool kindsDiffer() {
 #define STATE_KIND_NUMBER(Record, kind) kind,
     const Kind kinds[] = {STATE_RECORDS(STATE_KIND_NUMBER) KIND_FLASH_CHUNK, KIND_FLASH_STAGED};
 #undef STATE_KIND_NUMBER
+    // NOLINTNEXTLINE(readability-braces-around-statements)
     for (const Kind& one : kinds)
         for (const Kind* other = &one + 1; other != kinds + sizeof kinds / sizeof *kinds; ++other)
             if (one == *other) return false;
