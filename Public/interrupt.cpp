@@ -39,6 +39,12 @@ void forgetInterrupt() {
 bool waitForInput(int fd, void (*atSignal)()) {
     if (isatty(fd) == 0) return true;
     const struct sigaction before = handleInterrupt();
+    if (atSignal != nullptr) {
+        // A signal that came while the editor was at work, in a completion say, was only noted by the editor. Its look
+        // at it puts its own handler back.
+        atSignal();
+        handleInterrupt();
+    }
     sigset_t interrupt;
     sigset_t mask;
     sigemptyset(&interrupt);
