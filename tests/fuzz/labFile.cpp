@@ -8,6 +8,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     const sim::BuiltInLab lab = {"fuzz", text.c_str()};
     sim::Store* store = nullptr;
+    sim::mostDisks = 2000;
     try {
         store = sim::openMemoryStore(sim::fillFromLab, &lab);
     } catch (const sim::LabError& refused) {

@@ -30,6 +30,9 @@ std::vector<std::string> labNames();
 
 // Fills an empty state. `argument` is a const BuiltInLab*: a name for messages and the lab's text. Throws LabError.
 void fillFromLab(Store& store, const void* argument);
+// The disks that all adapters of a lab may have: what makes a state of a few lines larger than anybody can use is a
+// mistake in them. Fuzzers, which wait for thousands of labs, allow fewer.
+extern KT_U64 mostDisks;
 // The whole state as a complete lab.
 std::string stateToLab(Store& store);
 
