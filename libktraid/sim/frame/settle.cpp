@@ -26,6 +26,11 @@ struct Rules {
 };
 } // namespace
 
+static void tellEndless(const Context& context) {
+    fprintf(stderr, "ktraid-sim: adapter %d: more happens than can be caught up with; is the state damaged?\n",
+            context.adapter);
+}
+
 // Lets happen what is due at context.now; `end` is when there is nothing more to be caught up with.
 static void step(Context& context, Rules& rules, KT_U64 end) {
     const KT_U64 later = context.now + 1;
@@ -33,6 +38,7 @@ static void step(Context& context, Rules& rules, KT_U64 end) {
     rules.inARow = next <= later ? rules.inARow + 1 : 0;
     // A rule that never gets past its moment would be asked about every millisecond of a long absence.
     const bool stuck = rules.inARow > TOO_MANY;
+    if (stuck) tellEndless(context);
     next = std::max(next, stuck ? end + 1 : later);
     AdapterState after = stateOf(context);
     // What the rules scheduled meanwhile counts too, unless it is the moment just dealt with.
@@ -51,8 +57,7 @@ void settle(Context& context) {
         if (due > now) break;
         if (steps == MOST_STEPS) {
             // Whatever keeps it busy is no adapter's doing. What is not done is left for the next call.
-            fprintf(stderr, "ktraid-sim: adapter %d: more happens than can be caught up with; is the state damaged?\n",
-                    context.adapter);
+            tellEndless(context);
             state.dueRaid = std::max(state.dueRaid, now + 1);
             state.duePeripherals = std::max(state.duePeripherals, now + 1);
             save(context, 0, state);
