@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <ext/stdio_sync_filebuf.h>
 #include <iostream>
 
 #include "Public/common.h"
@@ -85,8 +86,11 @@ static int runGuarded(int argc, char** argv) {
 // What is left that a handler itself can throw is running out of memory: the end, whatever is done.
 int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
     fillStandardStreams();
+    watchStandardOutput();
+    __gnu_cxx::stdio_sync_filebuf<char> watched(stdout);
+    std::streambuf* const unwatched = std::cout.rdbuf(&watched);
     const int result = runGuarded(argc, argv);
-    std::cout.flush();
-    const bool written = std::cout.good() && fflush(stdout) == 0;
-    return written || result != RESULT_OK ? result : say("the output could not be written", RESULT_UNREADABLE);
+    flushStream(stdout);
+    std::cout.rdbuf(unwatched);
+    return tellLostOutput() || result != RESULT_OK ? result : RESULT_UNREADABLE;
 }
