@@ -11,6 +11,7 @@
 #include "Functions/report/report.h"
 #include "Functions/smart/smart.h"
 #include "Functions/status/status.h"
+#include "Functions/version/version.h"
 #include "tests/seam/seam.h"
 
 static struct {
@@ -110,6 +111,14 @@ TEST_F(Query, RefusesOptionsBeforeAnyCall) {
         {doImport, "import -i 0x100000000000000000", "-i : invalid id 2147483647\n"},
         {doReport, "report -i 255", "-i : invalid id 255\n"},
     });
+}
+
+TEST_F(Query, ShowsWhateverVersionTheLibraryClaims) {
+    seam.version = "4.\x1b[2J%s\n" + std::string(1000, '9');
+    const std::string printed = run(doVersion, "ver").printed;
+    EXPECT_NE(printed.find("RaidAPI Version: 4.?[2J%s?9999"), std::string::npos);
+    EXPECT_EQ(printed.substr(printed.size() - 3), "99\n");
+    EXPECT_LT(printed.size(), 330U);
 }
 
 // 255 stands for every disk only where nobody has typed it.

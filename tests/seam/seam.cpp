@@ -49,7 +49,7 @@ static std::string secret(const KT_U8* password) {
 
 extern "C" {
 const char* KT_API_Version() {
-    return "recorded";
+    return seam.version.c_str();
 }
 KT_U8 KT_Adapter_GetCount() {
     return 1;

@@ -39,6 +39,7 @@ struct Seam {
     std::vector<_HD_Info> hds;            // known by Link.Self.DevID
     std::set<KT_U16> disksWithFileSystem; // by id
     _BBU_Info battery = {};
+    std::string version = "recorded";
     KT_U64 size = 0; // what sizes are answered
 };
 extern Seam seam;
