@@ -16,6 +16,7 @@
 #include "Functions/backup_cfg/backup_cfg.h"
 #include "Functions/restore_cfg/restore_cfg.h"
 #include "Public/start.h"
+#include "devices/solidState.h"
 #include "ktsetup/commandTables.h"
 #include "lab/lab.h"
 #include "state/simClock.h"
@@ -107,6 +108,7 @@ struct Case {
     std::vector<std::string> before; // what makes the state
     std::string line;
     unsigned changes; // calls of it that change something
+    const char* lab = "empty";
 };
 
 // Each on a copy of the state that the lines before made.
@@ -155,13 +157,15 @@ const Case cases[] = {
      2},
     {{}, "1 aesentry -o setCfg -i 1 -p word -k key", 1},
     {{"1 aesentry -o setCfg -i 1 -p old -k key"}, "1 aesop -o changePwd -e 1 -p new -w old", 1},
+    {{}, "0 ssdop -d 11 -f microcode", 2, "default"},
 };
 
 unsigned tryCase(const Case& tried, unsigned stride, unsigned from, const Place& place) {
-    sim::replaceStore(place.state(), sim::fillFromLab, sim::labNamed("empty"));
+    sim::replaceStore(place.state(), sim::fillFromLab, sim::labNamed(tried.lab));
     for (const std::string& line : tried.before) {
         if (!WIFEXITED(run(line, 0, 0).status)) fail(line, 0, 0, "does not run");
     }
+    std::ofstream("microcode") << sim::makeMicrocode("Petrel PS480G SSD", "PS50A", std::string(300 * 1024, '.'));
     place.save();
     const Run whole = run(tried.line, 0, 0);
     const size_t changing = changesOf(whole).size();
