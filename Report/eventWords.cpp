@@ -1,7 +1,7 @@
 // The event log's words: the fields of each event, as labs have them, and what the event says.
-#include "Public/eventText.h"
 #include "Report/parts.h"
 #include "Report/records.h"
+#include "events/eventText.h"
 
 Json eventOf(const _Event& event) {
     Json object = Json::object();

@@ -63,8 +63,10 @@ static constexpr CodeWord elementTypes[] = {
 static constexpr CodeWord elementStatuses[] = {
     {0, "unsupported"},   {1, "ok"},      {2, "critical"},      {3, "non-critical"},     {4, "unrecoverable"},
     {5, "not installed"}, {6, "unknown"}, {7, "not available"}, {8, "no access allowed"}};
-static constexpr CodeWord severities[] = {{0, "unknown"}, {1, "other"}, {2, "info"},     {3, "warning"},
-                                          {4, "minor"},   {5, "major"}, {6, "critical"}, {7, "fatal"}};
+static constexpr CodeWord severities[] = {
+#define SEVERITY(code, name, word) {code, word},
+#include "events/eventList.inc"
+};
 static constexpr CodeWord attributeStates[] = {
     {KT_SMART_GOOD, "ok"}, {KT_SMART_FAILING, "failing"}, {KT_SMART_FAILED_BEFORE, "failed before"}};
 

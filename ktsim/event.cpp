@@ -1,5 +1,5 @@
-#include "Public/eventText.h"
 #include "commands.h"
+#include "events/eventText.h"
 #include "state/events.h"
 
 #include <algorithm>

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <ctime>
 
-#include "Public/eventText.h"
 #include "Public/utility.h"
+#include "events/eventText.h"
 #include "utcTime/utcTime.h"
 
 static Take takeOption(int option, const char* value, KT_U32& start) {

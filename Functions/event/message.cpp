@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Functions/event/event.h"
-#include "Public/eventText.h"
+#include "events/eventText.h"
 
 template <size_t N>
 static void printText(int width, const char* label, const char (&text)[N]) {

@@ -216,7 +216,7 @@ TEST(EventLog, KeepsTheNewestInOrder) {
     beginTransaction(*store, Access::Write);
     const Context context{*store, 1, 5000};
     for (unsigned i = 0; i < EVENTS_KEPT + 10; ++i)
-        logEvent(context, EVT_MISC, static_cast<KT_U16>(i), 1, SEV_INFO);
+        logEvent(context, EVT_MISC_MUTED, static_cast<KT_U16>(i));
     EXPECT_EQ(count<_Event>(context), EVENTS_KEPT);
     EXPECT_EQ(lastRow(*store, 1, KIND_EVENT), EVENTS_KEPT + 11);
     EXPECT_EQ(find<_Event>(context, EVENTS_KEPT + 11)->TimeStamp, 5U);

@@ -221,11 +221,7 @@ static bool canRegenerate(const Context& context, KT_U16 vdId, const _Block_Info
 static void logSense(const Context& context, const Pass& pass, KT_U64 lba) {
     if (!(adapterInfo(context).AdvancedFeatures & KT_ADV_SENSE_CODE)) return;
     const bool far = lba >> 32 != 0;
-    _Event event = {};
-    event.Class = EVT_PD;
-    event.Code = EVT_COMMAND_FAILED;
-    event.DeviceID = pass.pd;
-    event.Severity = SEV_WARNING;
+    _Event event = newEvent(EVT_PD_COMMAND_FAILED, pass.pd);
     event.Params[0] =
         pass.vd == KT_NO_ID ? (far ? SCSI_VERIFY_16 : SCSI_VERIFY_10) : (far ? SCSI_READ_16 : SCSI_READ_10);
     event.Params[1] = SENSE_MEDIUM_ERROR;
@@ -249,10 +245,11 @@ static void logSense(const Context& context, const Pass& pass, KT_U64 lba) {
     logEvent(context, event);
 }
 
-static void logStretch(const Context& context, KT_U16 code, KT_U8 severity, KT_U16 pd, const Stretch& stretch) {
-    logEvent(context, EVT_PD, code, pd, severity, static_cast<KT_U32>(stretch.first >> 32),
-             static_cast<KT_U32>(stretch.first & 0xFFFFFFFF), stretch.count,
-             stretch.flaw == FLAW_LOST ? FLAG_LOST : FLAG_MEDIUM);
+static void logStretch(const Context& context, EventName event, EventSeverity severity, KT_U16 pd,
+                       const Stretch& stretch) {
+    logEvent(context, event, pd, severity,
+             {static_cast<KT_U32>(stretch.first >> 32), static_cast<KT_U32>(stretch.first & 0xFFFFFFFF), stretch.count,
+              stretch.flaw == FLAW_LOST ? FLAG_LOST : FLAG_MEDIUM});
 }
 
 // Lost data, and the pass that would have read it.
@@ -277,7 +274,7 @@ static void markLost(const Context& context, const Run& run, const Loss& loss) {
         Stretch lost = {pass.start + (loss.stretch.first - loss.from->start), 0, 0, FLAW_LOST, true, false};
         for (KT_U32 i = 0; i < loss.stretch.count && lost.first + i < pass.start + pass.sectors; ++i)
             if (addBadSector(context, pass.pd, lost.first + i, BadSector{FLAW_LOST, 0, {}})) lost.count++;
-        if (lost.count) logStretch(context, EVT_BAD_SECTOR, SEV_MAJOR, pass.pd, lost);
+        if (lost.count) logStretch(context, EVT_PD_BAD_SECTOR, SEV_MAJOR, pass.pd, lost);
     }
 }
 
@@ -287,11 +284,11 @@ static void forgetStretch(const Context& context, KT_U16 pd, const Stretch& stre
 }
 
 static void finishStretch(const Context& context, const Pass& pass, const Stretch& stretch) {
-    logStretch(context, EVT_BAD_SECTOR, stretch.lost ? SEV_MAJOR : SEV_WARNING, pass.pd, stretch);
+    logStretch(context, EVT_PD_BAD_SECTOR, stretch.lost ? SEV_MAJOR : SEV_WARNING, pass.pd, stretch);
     if (stretch.flaw == FLAW_UNREADABLE) countUnreadable(context, pass.pd, stretch.count - stretch.known);
     if (!stretch.repaired) return;
     forgetStretch(context, pass.pd, stretch);
-    logStretch(context, EVT_SECTOR_FIXED, SEV_INFO, pass.pd, stretch);
+    logStretch(context, EVT_PD_SECTOR_FIXED, SEV_INFO, pass.pd, stretch);
     if (stretch.flaw == FLAW_UNREADABLE) countReassigned(context, pass.pd, stretch.count, stretch.count);
 }
 
@@ -387,8 +384,8 @@ static void logInconsistent(const Context& context, KT_U16 vd, const std::set<KT
         const bool goesOn = before != NEVER && lba == before + 1;
         before = lba;
         if (goesOn || lba == NEVER) continue;
-        logEvent(context, EVT_VD, EVT_INCONSISTENT, vd, SEV_WARNING, static_cast<KT_U32>(lba >> 32),
-                 static_cast<KT_U32>(lba & 0xFFFFFFFF));
+        logEvent(context, EVT_VD_INCONSISTENT, vd,
+                 {static_cast<KT_U32>(lba >> 32), static_cast<KT_U32>(lba & 0xFFFFFFFF)});
     }
 }
 
@@ -405,7 +402,7 @@ static void overwrite(const Context& context, const Run& run, const Pass& pass) 
         }
     }
     if (reassigned == 0) return;
-    logEvent(context, EVT_PD, EVT_REASSIGNED, pass.pd, SEV_INFO);
+    logEvent(context, EVT_PD_REASSIGNED, pass.pd);
     countReassigned(context, pass.pd, reassigned, known);
 }
 

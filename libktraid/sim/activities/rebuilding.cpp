@@ -42,8 +42,7 @@ static KT_U8 checkRebuildTarget(const Context& context, const Group& group, KT_U
 static void logSpareUsed(const Context& context, const Group& group, KT_U16 pd) {
     const auto disk = find<PdState>(context, pd);
     if (disk && (disk->raid & KT_PD_SPARE)) {
-        logEvent(context, EVT_PD, 59, pd, SEV_INFO, group.dgid == KT_NO_ID ? 0U : pd,
-                 group.dgid == KT_NO_ID ? 0U : group.dgid);
+        logEvent(context, EVT_PD_SPARE_USED, pd, group.dgid == KT_NO_ID ? EventParams{} : EventParams{pd, group.dgid});
     }
 }
 

@@ -1,4 +1,4 @@
-#include "Public/eventText.h"
+#include "events/eventText.h"
 #include "frame/call.h"
 
 #include <ctime>

@@ -72,7 +72,7 @@ static void addArray(const Context& context, const Array& array, const std::vect
         disk.state.dgid = array.info.DGID;
         saveDisk(context, disk);
     }
-    logEvent(context, EVT_ARRAY, 0, array.info.DGID, SEV_INFO);
+    logEvent(context, EVT_ARRAY_CREATED, array.info.DGID);
 }
 
 // KiB on each member for `wanted` KiB in all (0 = everything); 0 when that is too much, `most` being the limit.
@@ -322,7 +322,7 @@ KT_U8 deleteArray(const Context& context, KT_U16 id) {
     if (isAlive(array.state.activity)) return KT_ERR_ARRAY_BUSY;
     erase<_DG_Info>(context, id);
     erase<DgState>(context, id);
-    logEvent(context, EVT_ARRAY, 1, id, SEV_INFO);
+    logEvent(context, EVT_ARRAY_DELETED, id);
     for (int i = 0; i < array.info.SparePDCount; ++i)
         releaseDisk(context, array.info.SparePDIDs[i]);
     for (int i = 0; i < array.state.memberCount; ++i)

@@ -81,7 +81,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     moveDrive(there, pd, context, id);
     moveLife(there, pd, context, id);
     if (const auto cipher = find<DiskCipher>(arrival.store, arrival.adapter, pd)) save(context, id, *cipher);
-    logEvent(context, EVT_PD, 1, id, SEV_INFO);
+    logEvent(context, EVT_PD_PLUGGED_IN, id);
     arrival.disks[pd] = id;
     return KT_OK;
 }

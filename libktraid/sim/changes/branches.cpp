@@ -9,8 +9,6 @@
 
 namespace sim {
 
-static const KT_U16 EVT_EXPANDER_IN = 0;
-static const KT_U16 EVT_EXPANDER_OUT = 1;
 static const int DEEPEST = 64; // expanders behind one another
 
 using LinkTest = std::function<bool(const _Link_Entity&)>;
@@ -123,14 +121,14 @@ static void pullBranch(const Context& context, const Branch& branch, KT_U64 id) 
     leave<_PM_Info, AwayMultiplier>(context, branch.multipliers, loss);
     leave<_Enclosure_Info, AwayEnclosure>(context, branch.enclosures, loss);
     for (const KT_U16 expander : branch.expanders)
-        logEvent(context, EVT_EXPANDER, EVT_EXPANDER_OUT, expander, SEV_MAJOR);
+        logEvent(context, EVT_EXPANDER_PLUGGED_OUT, expander);
     save(context, id, AwayBranch{loss});
 }
 
 static KT_U8 insertBranch(const Context& context, KT_U64 id, KT_U64 loss) {
     erase<AwayBranch>(context, id);
     for (const KT_U16 expander : comeBack<_Exp_Info, AwayExpander>(context, loss))
-        logEvent(context, EVT_EXPANDER, EVT_EXPANDER_IN, expander, SEV_INFO);
+        logEvent(context, EVT_EXPANDER_PLUGGED_IN, expander);
     comeBack<_PM_Info, AwayMultiplier>(context, loss);
     comeBack<_Enclosure_Info, AwayEnclosure>(context, loss);
     return insertDisks(context,

@@ -5,11 +5,6 @@
 
 namespace sim {
 
-static const KT_U16 NO_COMPLAINT = 0;
-static const KT_U16 EVT_PLAIN_ON_CRYPTO_PORT = 55;
-static const KT_U16 EVT_CRYPTO_ON_PLAIN_PORT = 56;
-static const KT_U16 EVT_CIPHER_MISMATCH = 57;
-
 KT_U8 checkCrypto(const Context& context) {
     return adapterInfo(context).AdvancedFeatures & KT_ADV_CRYPTO ? KT_OK : KT_ERR_NOT_ON_THIS_ADAPTER;
 }
@@ -42,14 +37,16 @@ std::optional<KT_U8> rootPort(const Context& context, _Link_Endpoint parent) {
     return std::nullopt;
 }
 
-// The event that says why the disk cannot work on its port.
-static KT_U16 cipherComplaint(const Context& context, KT_U8 port, const DiskCipher& cipher) {
+// The event that says why the disk cannot work on its port; none when it can.
+static std::optional<EventName> cipherComplaint(const Context& context, KT_U8 port, const DiskCipher& cipher) {
     const AesPort state = cryptoPort(context, port);
     const bool encrypted = !(cipher.key == Digest{});
-    if (!state.enabled) return encrypted ? EVT_CRYPTO_ON_PLAIN_PORT : NO_COMPLAINT;
-    if (!encrypted) return EVT_PLAIN_ON_CRYPTO_PORT;
+    if (!state.enabled && !encrypted) return std::nullopt;
+    if (!state.enabled) return EVT_PD_CRYPTO_ON_PLAIN_PORT;
+    if (!encrypted) return EVT_PD_PLAIN_ON_CRYPTO_PORT;
     const auto entry = find<AesEntry>(context, state.entry);
-    return entry && entry->key == cipher.key ? NO_COMPLAINT : EVT_CIPHER_MISMATCH;
+    if (entry && entry->key == cipher.key) return std::nullopt;
+    return EVT_PD_CIPHER_MISMATCH;
 }
 
 void saveCipher(const Context& context, KT_U16 pd, const DiskCipher& cipher) {
@@ -69,12 +66,12 @@ void reviewCiphers(const Context& context, const std::vector<KT_U16>& pds) {
         const auto state = find<PdState>(context, pd);
         const auto port = disk ? rootPort(context, disk->Link.Parent) : std::nullopt;
         if (!state || !port || checkCryptoPort(context, *port) != KT_OK) continue;
-        const KT_U16 complaint = cipherComplaint(context, *port, cipher);
-        if (complaint != NO_COMPLAINT && !(state->raid & KT_PD_OFFLINE)) {
+        const auto complaint = cipherComplaint(context, *port, cipher);
+        if (complaint && !(state->raid & KT_PD_OFFLINE)) {
             cipher.offline = 1;
-            logEvent(context, EVT_PD, complaint, pd, SEV_MAJOR);
+            logEvent(context, *complaint, pd);
             locked.push_back(pd);
-        } else if (complaint == NO_COMPLAINT && cipher.offline) {
+        } else if (!complaint && cipher.offline) {
             cipher.offline = 0;
             opened.push_back(pd);
         } else {
@@ -91,10 +88,10 @@ const char* whyLocked(const Context& context, KT_U16 pd) {
     const auto cipher = find<DiskCipher>(context, pd);
     const auto port = disk ? rootPort(context, disk->Link.Parent) : std::nullopt;
     if (!cipher || !cipher->offline || !port) return "";
-    switch (cipherComplaint(context, *port, *cipher)) {
-    case EVT_PLAIN_ON_CRYPTO_PORT:
+    switch (cipherComplaint(context, *port, *cipher).value_or(EVT_PD_CIPHER_MISMATCH)) {
+    case EVT_PD_PLAIN_ON_CRYPTO_PORT:
         return "it is plain, its port encrypts";
-    case EVT_CRYPTO_ON_PLAIN_PORT:
+    case EVT_PD_CRYPTO_ON_PLAIN_PORT:
         return "it is encrypted, its port is not";
     default:
         return "the key of its port is not its own";

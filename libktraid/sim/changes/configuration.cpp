@@ -26,7 +26,7 @@ KT_U8 configureVd(const Context& context, KT_U16 id, const _LD_Config& config) {
     vd.info.CacheMode = cacheModeFor(context, policy);
     memcpy(vd.info.Name, config.Name, sizeof vd.info.Name);
     saveVd(context, vd);
-    if (changed) logEvent(context, EVT_VD, 6, id, SEV_INFO, 0, 0, 0, isHybridLevel(vd.info.RaidMode) ? 1 : 0);
+    if (changed) logEvent(context, EVT_VD_CACHE_CHANGED, id, vdParams(vd.info.RaidMode));
     return KT_OK;
 }
 
@@ -61,8 +61,8 @@ KT_U8 configureDisk(const Context& context, KT_U16 id, const _HD_CONFIG& config)
     disk.state.config.SMARTOn = config.SMARTOn ? 1 : 0;
     disk.state.config.DriveSpeed = config.DriveSpeed;
     saveDisk(context, disk);
-    if (cacheChanges) logEvent(context, EVT_PD, 16, id, SEV_INFO);
-    if (smartChanges && config.SMARTOn) logEvent(context, EVT_PD, 5, id, SEV_INFO);
+    if (cacheChanges) logEvent(context, EVT_PD_CACHE_CHANGED, id);
+    if (smartChanges && config.SMARTOn) logEvent(context, EVT_PD_SMART_STARTED, id);
     if ((config.Online != 0) == (disk.state.config.Online != 0)) return KT_OK;
     return setDiskStatus(context, id, config.Online ? 1 : 0);
 }

@@ -29,7 +29,7 @@ void removeVd(const Context& context, const Vd& vd) {
     erase<VdState>(context, vd.info.ID);
     erase<VdTarget>(context, vd.info.ID);
     if (vd.info.DGID != KT_NO_ID) freeSlot(context, vd.info.DGID, vd.info.ID);
-    logEvent(context, EVT_VD, 3, vd.info.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.info.RaidMode) ? 1 : 0);
+    logEvent(context, EVT_VD_DELETED, vd.info.ID, vdParams(vd.info.RaidMode));
     for (const KT_U16 disk : disks)
         releaseDisk(context, disk);
 }

@@ -14,8 +14,6 @@
 
 namespace sim {
 
-static const KT_U16 EVT_IMPORTED = 9;
-
 // Whether enough members are there, none of them in use here.
 static bool isComplete(const Context& context, const _LD_Info& vd) {
     const Group group = groupOf(context, Owner{OwnerKind::Vd, vd.ID});
@@ -47,9 +45,9 @@ static void comeHome(const Context& context, const _LD_Info& vd, KT_U16 dgid) {
     mine.info.DGID = dgid;
     saveVd(context, mine);
     if (dgid == KT_NO_ID || isConflicted(vd)) {
-        logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO, 0, 0, 0, isHybridLevel(vd.RaidMode) ? 1 : 0);
+        logEvent(context, EVT_VD_ONLINE, vd.ID, vdParams(vd.RaidMode));
     } else {
-        logEvent(context, EVT_VD, EVT_IMPORTED, vd.ID, SEV_INFO, dgid);
+        logEvent(context, EVT_VD_IMPORTED, vd.ID, {dgid});
     }
     refreshVdStatus(context, vd.ID);
 }
@@ -198,7 +196,7 @@ static KT_U8 importArray(const Context& context, const _LD_Info& vd) {
     Array array = arrayAround(context, vds, group, id);
     if (label) memcpy(array.info.Name, label->name, sizeof array.info.Name);
     saveArray(context, array);
-    logEvent(context, EVT_ARRAY, 0, id, SEV_INFO);
+    logEvent(context, EVT_ARRAY_CREATED, id);
     for (const _LD_Info& each : vds)
         comeHome(context, each, id);
     refreshArrayStatus(context, id);

@@ -26,9 +26,9 @@ KT_U8 failDisk(const Context& context, KT_U16 pd) {
     if (findDisk(context, pd, disk) != KT_OK || disk.state.health == PD_FAILED) return KT_ERR_PD_MISSING;
     disk.state.health = PD_FAILED;
     saveDisk(context, disk);
-    logEvent(context, EVT_PD, 4, pd, SEV_MAJOR);
+    logEvent(context, EVT_PD_READ_WRITE_ERROR, pd);
     if (disk.state.raid & KT_PD_OFFLINE) return KT_OK;
-    logEvent(context, EVT_PD, 2, pd, SEV_CRITICAL);
+    logEvent(context, EVT_PD_SET_DOWN, pd);
     loseDisk(context, pd);
     return KT_OK;
 }
@@ -39,7 +39,7 @@ static bool areThere(const Context& context, const std::vector<KT_U16>& pds) {
 
 static void takeOut(const Context& context, KT_U16 pd, const PulledBlocks& blocks, KT_U64 loss) {
     Disk disk = {};
-    logEvent(context, EVT_PD, 0, pd, SEV_MAJOR);
+    logEvent(context, EVT_PD_PLUGGED_OUT, pd);
     failPatrol(context, pd);
     dropSpareRole(context, pd);
     findDisk(context, pd, disk);
@@ -84,7 +84,7 @@ static KT_U8 putIn(const Context& context, KT_U16 pd, std::vector<Returning>& re
     state.dgid = KT_NO_ID;
     state.toldTooSmall = 0;
     save(context, pd, state);
-    logEvent(context, EVT_PD, 1, pd, SEV_INFO);
+    logEvent(context, EVT_PD_PLUGGED_IN, pd);
     if (state.health != PD_FAILED) returning.push_back(Returning{pd, blocks});
     return KT_OK;
 }
@@ -156,7 +156,7 @@ KT_U8 replaceDisk(const Context& context, KT_U16 known, const std::function<void
     save(context, pd, state);
     forgetDisk(context, pd);
     beginLife(context, pd);
-    logEvent(context, EVT_PD, 1, pd, SEV_INFO);
+    logEvent(context, EVT_PD_PLUGGED_IN, pd);
     reviewCiphers(context, {pd});
     engageSpares(context);
     arbitrate(context);
@@ -182,7 +182,7 @@ KT_U8 setDiskDown(const Context& context, KT_U16 pd) {
     const bool inArray = findArray(context, disk.state.dgid, array) == KT_OK;
     const KT_U8 before = array.info.Status;
     const std::vector<KT_U16> offline = offlineVds(context);
-    logEvent(context, EVT_PD, 2, pd, SEV_MAJOR);
+    logEvent(context, EVT_PD_SET_DOWN, pd, SEV_MAJOR);
     loseDisk(context, pd);
     // Failing undoes it all.
     if (inArray && findArray(context, array.info.DGID, array) == KT_OK && before != ARRAY_OFFLINE &&

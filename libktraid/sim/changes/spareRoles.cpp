@@ -42,7 +42,7 @@ static void beSpare(const Context& context, Disk& disk, KT_U8 role, KT_U16 dgid)
     disk.state.raid |= role;
     disk.state.dgid = dgid;
     saveDisk(context, disk);
-    logEvent(context, EVT_PD, 9, disk.state.config.HDID, SEV_INFO);
+    logEvent(context, EVT_PD_SPARE_ASSIGNED, disk.state.config.HDID);
 }
 
 KT_U8 makeGlobalSpare(const Context& context, KT_U16 pd) {

@@ -158,7 +158,7 @@ KT_U8 buildVd(const Context& context, const VdPlan& plan, KT_U16& vdId) {
         if (disk) vd.info.BlockSize = disk->BlockSize;
     }
     saveVd(context, vd);
-    logEvent(context, EVT_VD, 2, vdId, SEV_INFO, 0, 0, 0, isHybridLevel(plan.geometry.level) ? 1 : 0);
+    logEvent(context, EVT_VD_CREATED, vdId, vdParams(plan.geometry.level));
     refreshVdStatus(context, vdId);
     startInitialization(context, plan, vdId);
     return KT_OK;

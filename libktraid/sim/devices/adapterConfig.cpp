@@ -8,39 +8,37 @@
 namespace sim {
 
 enum : KT_U8 { NOT_SUPPORTED = 255 };
-static const KT_U16 NO_EVENT = 0xFFFF;
-static const KT_U16 EVT_MUTED = 28;
+static const EventName NO_EVENT{0xFFFFFFFF};
 
-// One setting: its largest value, the advanced feature that a change needs (0 = none), and what a change logs: class
-// and code for "on" or any value, and the code for "off".
+// One setting: its largest value, the advanced feature that a change needs (0 = none), and what a change logs: the
+// event for "on", or for any value of a rate, and the event for "off".
 struct Setting {
     size_t offset;
     KT_U8 largest;
     KT_U32 feature;
-    KT_U16 eventClass;
-    KT_U16 code;
-    KT_U16 offCode;
+    EventName event;
+    EventName offEvent;
 };
 
 #define KTSIM_SWITCH(field, feature, on, off)                                                                          \
-    { offsetof(_Adapter_Config_V2, field), 1, feature, EVT_ADAPTER, on, off }
-#define KTSIM_RATE(field, code)                                                                                        \
-    { offsetof(_Adapter_Config_V2, field), 100, 0, EVT_MISC, code, code }
+    { offsetof(_Adapter_Config_V2, field), 1, feature, on, off }
+#define KTSIM_RATE(field, event)                                                                                       \
+    { offsetof(_Adapter_Config_V2, field), 100, 0, event, event }
 static const Setting SETTINGS[] = {
-    KTSIM_SWITCH(AutoRebuildOn, 0, 4, 5),
+    KTSIM_SWITCH(AutoRebuildOn, 0, EVT_ADAPTER_AUTO_REBUILD_ON, EVT_ADAPTER_AUTO_REBUILD_OFF),
     KTSIM_SWITCH(CpuEfficiencyOn, KT_ADV_CPU_EFFICIENCY, NO_EVENT, NO_EVENT),
-    KTSIM_RATE(BGARate, 1),
-    KTSIM_RATE(SyncRate, 22),
-    KTSIM_RATE(InitRate, 23),
-    KTSIM_RATE(RebuildRate, 24),
-    KTSIM_RATE(MigrationRate, 25),
-    KTSIM_RATE(CopybackRate, 26),
-    KTSIM_RATE(MPRate, 27),
-    KTSIM_SWITCH(PollSMARTStatus, 0, 0, 1),
-    KTSIM_SWITCH(CopyBackOn, 0, 7, 8),
+    KTSIM_RATE(BGARate, EVT_MISC_ACTIVITY_RATE),
+    KTSIM_RATE(SyncRate, EVT_MISC_SYNC_RATE),
+    KTSIM_RATE(InitRate, EVT_MISC_INIT_RATE),
+    KTSIM_RATE(RebuildRate, EVT_MISC_REBUILD_RATE),
+    KTSIM_RATE(MigrationRate, EVT_MISC_MIGRATION_RATE),
+    KTSIM_RATE(CopybackRate, EVT_MISC_COPY_BACK_RATE),
+    KTSIM_RATE(MPRate, EVT_MISC_PATROL_RATE),
+    KTSIM_SWITCH(PollSMARTStatus, 0, EVT_ADAPTER_SMART_ON, EVT_ADAPTER_SMART_OFF),
+    KTSIM_SWITCH(CopyBackOn, 0, EVT_ADAPTER_COPY_BACK_ON, EVT_ADAPTER_COPY_BACK_OFF),
     KTSIM_SWITCH(ModuleConsolidation, KT_ADV_MODULE_CONSOLIDATE, NO_EVENT, NO_EVENT),
     KTSIM_SWITCH(rawimg_update_disabled, KT_ADV_RAW_UPDATE, NO_EVENT, NO_EVENT),
-    KTSIM_SWITCH(AlarmOn, 0, 2, 3),
+    KTSIM_SWITCH(AlarmOn, 0, EVT_ADAPTER_BUZZER_ON, EVT_ADAPTER_BUZZER_OFF),
 };
 
 static KT_U8 valueOf(const _Adapter_Config_V2& config, const Setting& setting) {
@@ -59,10 +57,9 @@ static KT_U8 checkSetting(const _Adapter_Info& info, const Setting& setting, KT_
 }
 
 static void logSetting(const Context& context, const Setting& setting, KT_U8 value) {
-    if (setting.code == NO_EVENT) return;
-    const bool rate = setting.eventClass == EVT_MISC;
-    logEvent(context, setting.eventClass, rate || value ? setting.code : setting.offCode, context.adapter, SEV_INFO,
-             rate ? value : 0U);
+    if (setting.event == NO_EVENT) return;
+    const bool rate = setting.event == setting.offEvent;
+    logEvent(context, rate || value ? setting.event : setting.offEvent, context.adapter, {rate ? value : 0U});
 }
 
 static void unmute(const Context& context) {
@@ -100,7 +97,7 @@ KT_U8 muteAdapter(const Context& context) {
     if (state.muted) return KT_OK;
     state.muted = 1;
     save(context, 0, state);
-    logEvent(context, EVT_MISC, EVT_MUTED, context.adapter, SEV_INFO);
+    logEvent(context, EVT_MISC_MUTED, context.adapter);
     return KT_OK;
 }
 

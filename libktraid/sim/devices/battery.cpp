@@ -9,31 +9,6 @@
 
 namespace sim {
 
-enum : KT_U16 {
-    EVT_PRESENT = 0,
-    EVT_NEW = 2,
-    EVT_REPLACE = 3,
-    EVT_REPLACED = 4,
-    EVT_REMOVED = 5,
-    EVT_RELEARN_STARTED = 6,
-    EVT_RELEARN_GOES_ON = 7,
-    EVT_RELEARN_DONE = 8,
-    EVT_RELEARN_TIMEOUT = 9,
-    EVT_RELEARN_PENDING = 10,
-    EVT_RELEARN_POSTPONED = 11,
-    EVT_DISCHARGING = 16,
-    EVT_CHARGING = 17,
-    EVT_CHARGED = 18,
-    EVT_CHARGER_PROBLEM = 19,
-    EVT_ABNORMAL = 28,
-    EVT_NORMAL = 29,
-    EVT_STOPPED_CHARGING = 30,
-    EVT_STOPPED_DISCHARGING = 31,
-    EVT_THRESHOLD_CHANGED = 32,
-    EVT_VOLTAGE_LIMITS_CHANGED = 33,
-    EVT_TEMPERATURE_LIMITS_CHANGED = 34
-};
-
 static const KT_U32 FULL = 1000000;
 static const KT_U64 MINUTE = 60 * 1000;
 static const KT_U64 HOUR = 60 * MINUTE;
@@ -51,12 +26,15 @@ static const KT_U16 WORN_OUT_PERCENT = 60; // of the design capacity
 
 struct Announcement {
     KT_U64 before;
-    KT_U16 code;
+    EventName event;
 };
-static const Announcement ANNOUNCEMENTS[] = {{4 * DAY, 12}, {2 * DAY, 13}, {DAY, 14}, {5 * HOUR, 15}};
+static const Announcement ANNOUNCEMENTS[] = {{4 * DAY, EVT_BATTERY_RELEARN_IN_4_DAYS},
+                                             {2 * DAY, EVT_BATTERY_RELEARN_IN_2_DAYS},
+                                             {DAY, EVT_BATTERY_RELEARN_IN_1_DAY},
+                                             {5 * HOUR, EVT_BATTERY_RELEARN_IN_5_HOURS}};
 
-static void report(const Context& context, KT_U16 code, KT_U8 severity = SEV_INFO) {
-    logEvent(context, EVT_BATTERY, code, 0, severity);
+static void logBattery(const Context& context, EventName event) {
+    logEvent(context, event, 0);
 }
 
 static bool isPresent(const Context& context, _BBU_Info& info) {
@@ -171,42 +149,43 @@ static void switchCaches(const Context& context) {
 // What can be wrong with a battery, and the events that say so and that it is over.
 struct Complaint {
     bool (*holds)(const _BBU_Info& info, const BatteryState& state);
-    KT_U16 code;
-    KT_U16 over;
+    EventName event;
+    EventName over;
 };
 static const Complaint COMPLAINTS[] = {
-    {[](const _BBU_Info&, const BatteryState& state) { return state.charge < LOW_CHARGE; }, 20, 21},
+    {[](const _BBU_Info&, const BatteryState& state) { return state.charge < LOW_CHARGE; }, EVT_BATTERY_CHARGE_LOW,
+     EVT_BATTERY_CHARGE_NORMAL},
     {[](const _BBU_Info& info, const BatteryState&) {
          return (info.sensorSupport & KT_SENSOR_TEMPERATURE) && info.temperature < info.tempLow * 100;
      },
-     22, 23},
+     EVT_BATTERY_TOO_COLD, EVT_BATTERY_TEMPERATURE_NORMAL},
     {[](const _BBU_Info& info, const BatteryState&) {
          return (info.sensorSupport & KT_SENSOR_TEMPERATURE) && info.temperature > info.tempHigh * 100;
      },
-     24, 23},
+     EVT_BATTERY_TOO_HOT, EVT_BATTERY_TEMPERATURE_NORMAL},
     {[](const _BBU_Info& info, const BatteryState& state) {
          return (info.sensorSupport & KT_SENSOR_VOLTAGE) && voltageAt(info, state.charge) < info.voltLow;
      },
-     25, 26},
+     EVT_BATTERY_VOLTAGE_LOW, EVT_BATTERY_VOLTAGE_NORMAL},
     {[](const _BBU_Info& info, const BatteryState& state) {
          return (info.sensorSupport & KT_SENSOR_VOLTAGE) && voltageAt(info, state.charge) > info.voltHigh;
      },
-     27, 26},
+     EVT_BATTERY_VOLTAGE_HIGH, EVT_BATTERY_VOLTAGE_NORMAL},
 };
 
 static void checkComplaints(const Context& context, const _BBU_Info& info, BatteryState& state) {
     // From too cold to too hot is not back to normal.
-    const auto isOver = [&](KT_U16 code) {
+    const auto isOver = [&](EventName event) {
         return std::none_of(std::begin(COMPLAINTS), std::end(COMPLAINTS),
-                            [&](const Complaint& each) { return each.over == code && each.holds(info, state); });
+                            [&](const Complaint& each) { return each.over == event && each.holds(info, state); });
     };
     for (size_t i = 0; i < std::size(COMPLAINTS); ++i) {
         const auto bit = static_cast<KT_U8>(1U << i);
         const bool wrong = COMPLAINTS[i].holds(info, state);
         if (wrong == ((state.complaints & bit) != 0)) continue;
         state.complaints = static_cast<KT_U8>(state.complaints ^ bit);
-        if (wrong) report(context, COMPLAINTS[i].code, SEV_WARNING);
-        if (!wrong && isOver(COMPLAINTS[i].over)) report(context, COMPLAINTS[i].over);
+        if (wrong) logBattery(context, COMPLAINTS[i].event);
+        if (!wrong && isOver(COMPLAINTS[i].over)) logBattery(context, COMPLAINTS[i].over);
     }
 }
 
@@ -214,7 +193,7 @@ static void setAbnormal(const Context& context, BatteryState& state, bool abnorm
     const bool changes = state.abnormal != (abnormal ? 1 : 0);
     state.abnormal = abnormal ? 1 : 0;
     save(context, 0, state);
-    if (changes && announce) report(context, abnormal ? EVT_ABNORMAL : EVT_NORMAL, abnormal ? SEV_WARNING : SEV_INFO);
+    if (changes && announce) logBattery(context, abnormal ? EVT_BATTERY_ABNORMAL : EVT_BATTERY_NORMAL);
     if (changes || !announce) switchCaches(context);
 }
 
@@ -223,9 +202,9 @@ static void setAbnormal(const Context& context, BatteryState& state, bool abnorm
 static void setMode(const Context& context, BatteryState& state, KT_U8 mode) {
     if (state.mode == mode) return;
     state.mode = mode;
-    if (mode == BATTERY_CHARGING && state.chargerBroken) report(context, EVT_CHARGER_PROBLEM, SEV_MAJOR);
-    if (mode == BATTERY_CHARGING && !state.chargerBroken) report(context, EVT_CHARGING);
-    if (mode == BATTERY_DISCHARGING) report(context, EVT_DISCHARGING);
+    if (mode == BATTERY_CHARGING && state.chargerBroken) logBattery(context, EVT_BATTERY_CHARGER_PROBLEM);
+    if (mode == BATTERY_CHARGING && !state.chargerBroken) logBattery(context, EVT_BATTERY_CHARGING);
+    if (mode == BATTERY_DISCHARGING) logBattery(context, EVT_BATTERY_DISCHARGING);
 }
 
 static void planRelearn(BatteryState& state, KT_U64 when) {
@@ -237,7 +216,7 @@ static void planRelearn(BatteryState& state, KT_U64 when) {
 static void startRelearn(const Context& context, BatteryState& state) {
     state.relearn = RELEARN_DISCHARGING;
     state.relearnStarted = context.now;
-    report(context, EVT_RELEARN_STARTED);
+    logBattery(context, EVT_BATTERY_RELEARN_STARTED);
     setMode(context, state, BATTERY_DISCHARGING);
 }
 
@@ -247,23 +226,23 @@ static void finishRelearn(const Context& context, _BBU_Info& info, BatteryState&
     info.maxCapacity = static_cast<KT_U16>(info.maxCapacity - info.maxCapacity / 100);
     ++info.rechargeCycle;
     save(context, 0, info);
-    report(context, EVT_RELEARN_DONE);
+    logBattery(context, EVT_BATTERY_RELEARN_DONE);
     planRelearn(state, state.nextRelearn + RELEARN_PERIOD);
     if (sound && info.maxCapacity * 100U < state.designCapacity * KT_U32{WORN_OUT_PERCENT})
-        report(context, EVT_REPLACE, SEV_MAJOR);
+        logBattery(context, EVT_BATTERY_TO_BE_REPLACED);
 }
 
 static void settleCharge(const Context& context, _BBU_Info& info, BatteryState& state) {
     if (state.mode == BATTERY_CHARGING && state.charge == FULL) {
         state.mode = BATTERY_IDLE;
-        report(context, EVT_CHARGED);
+        logBattery(context, EVT_BATTERY_CHARGED);
         if (state.relearn == RELEARN_CHARGING) finishRelearn(context, info, state);
         if (state.relearn == RELEARN_PENDING) startRelearn(context, state);
     } else if (state.mode == BATTERY_DISCHARGING && state.charge == 0) {
-        report(context, EVT_STOPPED_DISCHARGING);
+        logBattery(context, EVT_BATTERY_STOPPED_DISCHARGING);
         if (state.relearn == RELEARN_DISCHARGING) {
             state.relearn = RELEARN_CHARGING;
-            report(context, EVT_RELEARN_GOES_ON);
+            logBattery(context, EVT_BATTERY_RELEARN_GOES_ON);
         }
         setMode(context, state, BATTERY_CHARGING);
     } else if (state.mode == BATTERY_IDLE && state.charge <= state.rechargeBelow * (FULL / 100)) {
@@ -274,7 +253,7 @@ static void settleCharge(const Context& context, _BBU_Info& info, BatteryState& 
 static void settleRelearn(const Context& context, BatteryState& state) {
     const bool runs = state.relearn == RELEARN_DISCHARGING || state.relearn == RELEARN_CHARGING;
     if (runs && context.now - state.relearnStarted >= RELEARN_LIMIT) {
-        report(context, EVT_RELEARN_TIMEOUT, SEV_MAJOR);
+        logBattery(context, EVT_BATTERY_RELEARN_TIMEOUT);
         planRelearn(state, context.now + RELEARN_PERIOD);
         setMode(context, state, BATTERY_CHARGING);
     }
@@ -283,7 +262,7 @@ static void settleRelearn(const Context& context, BatteryState& state) {
     KT_U8 due = state.announced;
     while (due < std::size(ANNOUNCEMENTS) && context.now + ANNOUNCEMENTS[due].before >= state.nextRelearn)
         ++due;
-    if (due != state.announced && context.now < state.nextRelearn) report(context, ANNOUNCEMENTS[due - 1].code);
+    if (due != state.announced && context.now < state.nextRelearn) logBattery(context, ANNOUNCEMENTS[due - 1].event);
     state.announced = due;
     if (context.now < state.nextRelearn) return;
     if (state.mode != BATTERY_CHARGING) {
@@ -291,7 +270,7 @@ static void settleRelearn(const Context& context, BatteryState& state) {
         return;
     }
     state.relearn = RELEARN_PENDING;
-    report(context, EVT_RELEARN_PENDING);
+    logBattery(context, EVT_BATTERY_RELEARN_PENDING);
 }
 
 static KT_U64 nextRelearnStep(const BatteryState& state) {
@@ -343,11 +322,11 @@ KT_U8 changeBatteryPower(const Context& context, KT_U8 action) {
     if (action == POWER_CHARGE && state.charge == FULL) return KT_ERR_INVALID_REQUEST;
     if (action == POWER_DISCHARGE && state.charge == 0) return KT_ERR_INVALID_REQUEST;
     if (state.relearn != RELEARN_NONE) {
-        report(context, EVT_RELEARN_POSTPONED);
+        logBattery(context, EVT_BATTERY_RELEARN_POSTPONED);
         planRelearn(state, context.now + POSTPONED_BY);
     }
-    if (action == POWER_STOP && state.mode == BATTERY_CHARGING) report(context, EVT_STOPPED_CHARGING);
-    if (action == POWER_STOP && state.mode == BATTERY_DISCHARGING) report(context, EVT_STOPPED_DISCHARGING);
+    if (action == POWER_STOP && state.mode == BATTERY_CHARGING) logBattery(context, EVT_BATTERY_STOPPED_CHARGING);
+    if (action == POWER_STOP && state.mode == BATTERY_DISCHARGING) logBattery(context, EVT_BATTERY_STOPPED_DISCHARGING);
     const KT_U8 modes[] = {BATTERY_IDLE, BATTERY_CHARGING, BATTERY_DISCHARGING};
     setMode(context, state, modes[action]);
     settleNow(context, state);
@@ -369,17 +348,17 @@ void setBatteryLimits(const Context& context, const BatteryLimits& limits) {
     BatteryState state = stateOf(context);
     if (limits.rechargeBelow != before.rechargeBelow && limits.rechargeBelow <= 100) {
         state.rechargeBelow = limits.rechargeBelow;
-        report(context, EVT_THRESHOLD_CHANGED);
+        logBattery(context, EVT_BATTERY_CHARGE_THRESHOLD_CHANGED);
     }
     if (limits.voltLow != before.voltLow || limits.voltHigh != before.voltHigh) {
         info.voltLow = limits.voltLow;
         info.voltHigh = limits.voltHigh;
-        report(context, EVT_VOLTAGE_LIMITS_CHANGED);
+        logBattery(context, EVT_BATTERY_VOLTAGE_LIMITS_CHANGED);
     }
     if (limits.tempLow != before.tempLow || limits.tempHigh != before.tempHigh) {
         info.tempLow = limits.tempLow;
         info.tempHigh = limits.tempHigh;
-        report(context, EVT_TEMPERATURE_LIMITS_CHANGED);
+        logBattery(context, EVT_BATTERY_TEMPERATURE_LIMITS_CHANGED);
     }
     save(context, 0, info);
     settleNow(context, state);
@@ -407,8 +386,8 @@ bool insertBattery(const Context& context) {
     BatteryState state = firstState(context);
     state.rechargeBelow = limits.rechargeBelow;
     state.abnormal = before.abnormal;
-    report(context, replaces ? EVT_REPLACED : EVT_NEW);
-    if (!replaces) report(context, EVT_PRESENT);
+    logBattery(context, replaces ? EVT_BATTERY_REPLACED : EVT_BATTERY_NEW);
+    if (!replaces) logBattery(context, EVT_BATTERY_PRESENT);
     settleNow(context, state);
     return true;
 }
@@ -418,7 +397,7 @@ bool removeBattery(const Context& context) {
     if (!isPresent(context, info)) return false;
     BatteryState state = stateOf(context);
     save(context, 0, _BBU_Info{});
-    report(context, EVT_REMOVED, SEV_WARNING);
+    logBattery(context, EVT_BATTERY_REMOVED);
     state.complaints = 0;
     state.relearn = RELEARN_NONE;
     settleNow(context, state);
@@ -457,8 +436,8 @@ bool setBatteryVoltage(const Context& context, KT_U16 millivolts) {
 
 bool breakCharger(const Context& context, bool broken) {
     return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
-        if (broken && !state.chargerBroken) report(context, EVT_CHARGER_PROBLEM, SEV_MAJOR);
-        if (!broken && state.chargerBroken && state.mode == BATTERY_CHARGING) report(context, EVT_CHARGING);
+        if (broken && !state.chargerBroken) logBattery(context, EVT_BATTERY_CHARGER_PROBLEM);
+        if (!broken && state.chargerBroken && state.mode == BATTERY_CHARGING) logBattery(context, EVT_BATTERY_CHARGING);
         state.chargerBroken = broken ? 1 : 0;
     });
 }

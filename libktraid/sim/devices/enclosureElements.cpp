@@ -60,49 +60,61 @@ std::vector<std::string> elementWords() {
     return words;
 }
 
-// A condition of a type (EVERY_TYPE: of all but slots): the event of class 15 that says so, what the status element
+// A condition of a type (EVERY_TYPE: of all but slots): the event that says so, what the status element
 // becomes.
-static const KT_U16 NO_EVENT = 0xFFFF;
-static const KT_U16 EVT_OPENED = 12;
-static const KT_U16 EVT_CLOSED = 13;
-static const KT_U16 EVT_SUPPLY_ALERT = 6; // a voltage that is wrong is what a power supply does
-static const KT_U16 EVT_SUPPLY_OPTIMAL = 7;
+static const EventName NO_EVENT{0xFFFFFFFF};
 static const KT_U8 EVERY_TYPE = 0;
 struct Condition {
     const char* word;
-    KT_U16 event;
+    EventName event;
     KT_U8 type;
     KT_U8 status[4];
-    KT_U8 severity;
+    EventSeverity severity;
 };
 static constexpr KT_U8 speedCode(int rpm) {
     return static_cast<KT_U8>(std::min((rpm + RPM_PER_SPEED_CODE - 1) / RPM_PER_SPEED_CODE, HIGHEST_SPEED_CODE));
 }
 
 static const Condition CONDITIONS[] = {
-    {"ok", 7, KT_SES_POWER_SUPPLY, {SES_OK, 0, 0, HOT_SWAP | REQUESTED_ON}, SEV_INFO},
-    {"ac-fail", 6, KT_SES_POWER_SUPPLY, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x02}, SEV_MAJOR},
-    {"dc-fail", 6, KT_SES_POWER_SUPPLY, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x01}, SEV_MAJOR},
-    {"overheated", 6, KT_SES_POWER_SUPPLY, {SES_CRITICAL, 0, 0, HOT_SWAP | REQUESTED_ON | 0x08}, SEV_MAJOR},
-    {"off", 6, KT_SES_POWER_SUPPLY, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
-    {"missing", 6, KT_SES_POWER_SUPPLY, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
+    {"ok", EVT_ENVIRONMENT_SUPPLY_OK, KT_SES_POWER_SUPPLY, {SES_OK, 0, 0, HOT_SWAP | REQUESTED_ON}, SEV_INFO},
+    {"ac-fail",
+     EVT_ENVIRONMENT_SUPPLY_ALERT,
+     KT_SES_POWER_SUPPLY,
+     {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x02},
+     SEV_MAJOR},
+    {"dc-fail",
+     EVT_ENVIRONMENT_SUPPLY_ALERT,
+     KT_SES_POWER_SUPPLY,
+     {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x01},
+     SEV_MAJOR},
+    {"overheated",
+     EVT_ENVIRONMENT_SUPPLY_ALERT,
+     KT_SES_POWER_SUPPLY,
+     {SES_CRITICAL, 0, 0, HOT_SWAP | REQUESTED_ON | 0x08},
+     SEV_MAJOR},
+    {"off", EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_POWER_SUPPLY, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
+    {"missing", EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_POWER_SUPPLY, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
     {"ok",
-     3,
+     EVT_ENVIRONMENT_FAN_OK,
      KT_SES_COOLING,
      {SES_OK, FAN_RPM / 10 >> 8, FAN_RPM / 10 & 0xFF, HOT_SWAP | REQUESTED_ON | speedCode(FAN_RPM)},
      SEV_INFO},
-    {"failed", 4, KT_SES_COOLING, {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON}, SEV_MAJOR},
-    {"off", 4, KT_SES_COOLING, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
-    {"missing", 5, KT_SES_COOLING, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
-    {"ok", 0, KT_SES_TEMPERATURE, {SES_OK, 0, 31 + CELSIUS_OFFSET, 0}, SEV_INFO},
+    {"failed",
+     EVT_ENVIRONMENT_FAN_DEFECTIVE,
+     KT_SES_COOLING,
+     {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON},
+     SEV_MAJOR},
+    {"off", EVT_ENVIRONMENT_FAN_DEFECTIVE, KT_SES_COOLING, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
+    {"missing", EVT_ENVIRONMENT_FAN_ABSENT, KT_SES_COOLING, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
+    {"ok", EVT_ENVIRONMENT_TEMPERATURE_OK, KT_SES_TEMPERATURE, {SES_OK, 0, 31 + CELSIUS_OFFSET, 0}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_TEMPERATURE, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
-    {"ok", EVT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0}, SEV_INFO},
-    {"open", EVT_OPENED, KT_SES_DOOR_LOCK, {SES_NONCRITICAL, 0, 0, DOOR_OPEN | DOOR_UNLOCKED}, SEV_WARNING},
-    {"unlocked", EVT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, DOOR_UNLOCKED}, SEV_INFO},
+    {"ok", EVT_ENVIRONMENT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0}, SEV_INFO},
+    {"open", EVT_ENVIRONMENT_OPENED, KT_SES_DOOR_LOCK, {SES_NONCRITICAL, 0, 0, DOOR_OPEN | DOOR_UNLOCKED}, SEV_WARNING},
+    {"unlocked", EVT_ENVIRONMENT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, DOOR_UNLOCKED}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_DOOR_LOCK, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
     {"ok", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, 0}, SEV_INFO},
     {"sounding", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, TONE_CRITICAL}, SEV_INFO},
-    {"muted", 8, KT_SES_ALARM, {SES_OK, 0, 0, ALARM_MUTED | TONE_CRITICAL}, SEV_INFO},
+    {"muted", EVT_ENVIRONMENT_MUTE_PRESSED, KT_SES_ALARM, {SES_OK, 0, 0, ALARM_MUTED | TONE_CRITICAL}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_ALARM, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
     {"ok", NO_EVENT, KT_SES_DISPLAY, {SES_OK, 0x01, 'A', '1'}, SEV_INFO},
     {"failed", NO_EVENT, KT_SES_DISPLAY, {SES_CRITICAL, 0x41, 0, 0}, SEV_MAJOR},
@@ -365,14 +377,14 @@ static void refreshEnclosure(const Context& context, KT_U16 enclosure) {
 }
 
 static void putStatus(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, const KT_U8 (&status)[4],
-                      KT_U16 event, KT_U8 severity) {
+                      EventName event, EventSeverity severity) {
     const KT_U64 id = elementId(enclosure, type, element);
     EnclosureElement row = find<EnclosureElement>(context, id).value_or(EnclosureElement{});
     const bool changes =
         (row.status[0] & SES_CODE_MASK) != status[0] || row.status[1] != status[1] || row.status[3] != status[3];
     memcpy(row.status, status, sizeof row.status);
     save(context, id, row);
-    if (changes && event != NO_EVENT) logEvent(context, EVT_ENVIRONMENT, event, context.adapter, severity, element);
+    if (changes && event != NO_EVENT) logEvent(context, event, context.adapter, severity, {element});
     refreshEnclosure(context, enclosure);
 }
 
@@ -385,7 +397,7 @@ bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, K
     const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
     const KT_U8 tone = type == KT_SES_ALARM && row ? row->status[3] & (TONE_CRITICAL | TONE_NONCRITICAL) : 0;
     if ((status[3] & ALARM_MUTED) && tone) status[3] = ALARM_MUTED | tone;
-    const bool nothingCloses = condition->event == EVT_CLOSED && row && !(row->status[3] & DOOR_OPEN);
+    const bool nothingCloses = condition->event == EVT_ENVIRONMENT_CLOSED && row && !(row->status[3] & DOOR_OPEN);
     putStatus(context, enclosure, type, element, status, nothingCloses ? NO_EVENT : condition->event,
               condition->severity);
     return true;
@@ -394,29 +406,32 @@ bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, K
 // Thresholds of the sensors: the first line that holds says what a reading means.
 struct Reading {
     bool (*holds)(int value, int nominal);
-    KT_U16 event;
+    EventName event;
     KT_U8 type;
     KT_U8 code;
     KT_U8 flag;
-    KT_U8 severity;
+    EventSeverity severity;
 };
 static const Reading READINGS[] = {
-    {[](int value, int) { return value >= 65; }, 2, KT_SES_TEMPERATURE, SES_CRITICAL, 0x08, SEV_CRITICAL},
-    {[](int value, int) { return value >= 55; }, 1, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x04, SEV_WARNING},
+    {[](int value, int) { return value >= 65; }, EVT_ENVIRONMENT_TOO_HOT, KT_SES_TEMPERATURE, SES_CRITICAL, 0x08,
+     SEV_CRITICAL},
+    {[](int value, int) { return value >= 55; }, EVT_ENVIRONMENT_HOT, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x04,
+     SEV_WARNING},
     {[](int value, int) { return value <= 0; }, NO_EVENT, KT_SES_TEMPERATURE, SES_CRITICAL, 0x02, SEV_MAJOR},
     {[](int value, int) { return value <= 5; }, NO_EVENT, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x01, SEV_WARNING},
-    {[](int, int) { return true; }, 0, KT_SES_TEMPERATURE, SES_OK, 0, SEV_INFO},
-    {[](int value, int nominal) { return value > nominal * 110 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE, SES_CRITICAL,
-     0x02, SEV_MAJOR},
-    {[](int value, int nominal) { return value < nominal * 90 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE, SES_CRITICAL,
-     0x01, SEV_MAJOR},
-    {[](int value, int nominal) { return value > nominal * 105 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE,
+    {[](int, int) { return true; }, EVT_ENVIRONMENT_TEMPERATURE_OK, KT_SES_TEMPERATURE, SES_OK, 0, SEV_INFO},
+    {[](int value, int nominal) { return value > nominal * 110 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
+     SES_CRITICAL, 0x02, SEV_MAJOR},
+    {[](int value, int nominal) { return value < nominal * 90 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
+     SES_CRITICAL, 0x01, SEV_MAJOR},
+    {[](int value, int nominal) { return value > nominal * 105 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
      SES_NONCRITICAL, 0x08, SEV_WARNING},
-    {[](int value, int nominal) { return value < nominal * 95 / 100; }, EVT_SUPPLY_ALERT, KT_SES_VOLTAGE,
+    {[](int value, int nominal) { return value < nominal * 95 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
      SES_NONCRITICAL, 0x04, SEV_WARNING},
-    {[](int, int) { return true; }, EVT_SUPPLY_OPTIMAL, KT_SES_VOLTAGE, SES_OK, 0, SEV_INFO},
-    {[](int value, int) { return value < 1000; }, 4, KT_SES_COOLING, SES_CRITICAL, 0x40, SEV_MAJOR},
-    {[](int, int) { return true; }, 3, KT_SES_COOLING, SES_OK, 0, SEV_INFO},
+    {[](int, int) { return true; }, EVT_ENVIRONMENT_SUPPLY_OK, KT_SES_VOLTAGE, SES_OK, 0, SEV_INFO},
+    {[](int value, int) { return value < 1000; }, EVT_ENVIRONMENT_FAN_DEFECTIVE, KT_SES_COOLING, SES_CRITICAL, 0x40,
+     SEV_MAJOR},
+    {[](int, int) { return true; }, EVT_ENVIRONMENT_FAN_OK, KT_SES_COOLING, SES_OK, 0, SEV_INFO},
 };
 
 // The voltage that a sensor named "5 V" watches, in hundredths; of others 12 V.

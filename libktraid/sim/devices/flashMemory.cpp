@@ -10,25 +10,13 @@
 
 namespace sim {
 
-enum : KT_U16 {
-    EVT_ERASE_FAILED = 1,
-    EVT_RECOVER_FAILED = 3,
-    EVT_WRITE_FAILED = 15,
-    EVT_UPDATED = 17,
-    EVT_BACKED_UP = 18,
-    EVT_UPDATE_FAILED = 19,
-    EVT_BACKUP_FAILED = 20,
-    EVT_BAD_GENERATION = 21,
-    EVT_NO_GENERATION = 22
-};
-
 // The controllers that run no firmware have no boot loader for it either.
 static const KT_U16 FIRST_WITH_FIRMWARE = 0x4761;
 static const KT_U16 WITHOUT_FIRMWARE = 0x4790;
 
-static KT_U8 failWith(Context& context, KT_U16 event, KT_U8 status) {
+static KT_U8 failWith(Context& context, EventName event, KT_U8 status) {
     context.keepOnFailure = true;
-    logEvent(context, EVT_FLASH, event, context.adapter, SEV_MAJOR);
+    logEvent(context, event, context.adapter);
     return status;
 }
 
@@ -83,11 +71,11 @@ static void endUpdate(const Context& context) {
 
 static KT_U8 refuseImage(Context& context, KT_U8 status) {
     endUpdate(context);
-    return failWith(context, EVT_UPDATE_FAILED, status);
+    return failWith(context, EVT_FLASH_UPDATE_FAILED, status);
 }
 
 static KT_U8 refuseWrite(Context& context, KT_U8 status) {
-    logEvent(context, EVT_FLASH, EVT_WRITE_FAILED, context.adapter, SEV_MAJOR);
+    logEvent(context, EVT_FLASH_WRITE_FAILED, context.adapter);
     return refuseImage(context, status);
 }
 
@@ -117,7 +105,7 @@ static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUp
     storeImage(context, kind.type, image);
     showImage(context, kind,
               _Version_Info_CIM{static_cast<KT_U16>(header.major), header.minor, header.revision, header.build}, true);
-    logEvent(context, EVT_FLASH, EVT_UPDATED, context.adapter, SEV_INFO);
+    logEvent(context, EVT_FLASH_UPDATED, context.adapter);
     return KT_OK;
 }
 
@@ -138,8 +126,8 @@ static KT_U8 updatePage(Context& context, const _Flash_Data& page) {
     _HBA_Info_Page settings;
     memcpy(&settings, page.Data, sizeof settings);
     const KT_U8 status = writeSettingsPage(context, settings);
-    if (status != KT_OK) return failWith(context, EVT_UPDATE_FAILED, status);
-    logEvent(context, EVT_FLASH, EVT_UPDATED, context.adapter, SEV_INFO);
+    if (status != KT_OK) return failWith(context, EVT_FLASH_UPDATE_FAILED, status);
+    logEvent(context, EVT_FLASH_UPDATED, context.adapter);
     return KT_OK;
 }
 
@@ -149,7 +137,7 @@ static FlashUpdate updateOf(const Context& context, KT_U8 type, const _Flash_Dat
     if (page.PageNum != 0) return update;
     const bool announced = update.announced && update.imageType == type;
     // One that broke off has left half an image behind.
-    if (update.received != 0) logEvent(context, EVT_FLASH, EVT_BAD_GENERATION, context.adapter, SEV_WARNING);
+    if (update.received != 0) logEvent(context, EVT_FLASH_BAD_GENERATION, context.adapter);
     endUpdate(context);
     return FlashUpdate{type, static_cast<KT_U8>(announced ? 1 : 0), 0, announced ? update.expected : 0, 0};
 }
@@ -216,12 +204,11 @@ KT_U8 backupImage(Context& context, KT_U8 type, _Flash_Data& page) {
         const ImageKind* kind = imageKindOn(context, type);
         if (!kind) return KT_ERR_FLASH_TYPE;
         image = imageInFlash(context, *kind);
-        if (image.empty()) return failWith(context, EVT_BACKUP_FAILED, KT_ERR_FLASH_DATA);
+        if (image.empty()) return failWith(context, EVT_FLASH_BACKUP_FAILED, KT_ERR_FLASH_DATA);
     }
     if (size_t{page.PageNum} * FLASH_PAGE >= image.size()) return KT_ERR_FLASH_DESCRIPTOR;
     fillPage(page, image);
-    if (page.isLastPage && type != KT_IMAGE_CONFIG)
-        logEvent(context, EVT_FLASH, EVT_BACKED_UP, context.adapter, SEV_INFO);
+    if (page.isLastPage && type != KT_IMAGE_CONFIG) logEvent(context, EVT_FLASH_BACKED_UP, context.adapter);
     return KT_OK;
 }
 
@@ -250,8 +237,8 @@ void examineFlash(const Context& context) {
         const ImageKind* kind = imageKind(static_cast<KT_U8>(type));
         const auto image = kind && kind->headed ? find<FlashImage>(context, kind->type) : std::nullopt;
         if (!image || image->state != IMAGE_ERASED) continue;
-        logEvent(context, EVT_FLASH, EVT_NO_GENERATION, context.adapter, SEV_CRITICAL);
-        logEvent(context, EVT_FLASH, EVT_RECOVER_FAILED, context.adapter, SEV_CRITICAL);
+        logEvent(context, EVT_FLASH_NO_GENERATION, context.adapter);
+        logEvent(context, EVT_FLASH_RECOVER_FAILED, context.adapter);
     }
 }
 
@@ -273,7 +260,7 @@ KT_U8 erasePdPage(Context& context, KT_U8 pageCode) {
     forEachActivity(context, [&](Owner owner, const Activity& activity) {
         busy |= owner.kind != OwnerKind::Disk && activity.state == KT_STATE_RUNNING;
     });
-    if (busy && pageCode == KT_PAGE_PD) return failWith(context, EVT_ERASE_FAILED, KT_ERR_BGA_RUNNING);
+    if (busy && pageCode == KT_PAGE_PD) return failWith(context, EVT_FLASH_ERASE_FAILED, KT_ERR_BGA_RUNNING);
     pageCode == KT_PAGE_PD_FORCE ? renumberDisks(context) : forgetAwayIds(context);
     return KT_OK;
 }

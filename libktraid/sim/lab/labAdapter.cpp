@@ -180,11 +180,7 @@ static void addEvents(Context& context, LabReader& adapter) {
 }
 
 static void logDetected(const Context& context, const _Adapter_Info& info) {
-    _Event event = {};
-    event.Class = EVT_ADAPTER;
-    event.Code = 9;
-    event.DeviceID = context.adapter;
-    event.Severity = SEV_INFO;
+    _Event event = newEvent(EVT_ADAPTER_DETECTED, context.adapter);
     event.SenseDataLength = sizeof info.SerialNo;
     memcpy(event.SenseData, info.SerialNo, sizeof info.SerialNo);
     logEvent(context, event);

@@ -8,15 +8,6 @@
 
 namespace sim {
 
-// Codes of the events about them.
-enum : KT_U16 {
-    EVT_INCONSISTENT = 100, // of a virtual disk
-    EVT_REASSIGNED = 15,    // of a disk, like the rest
-    EVT_COMMAND_FAILED = 36,
-    EVT_BAD_SECTOR = 37,
-    EVT_SECTOR_FIXED = 38
-};
-
 inline constexpr KT_U64 BAD_SECTORS_KEPT = 1000; // of one disk; more are not told apart from these
 
 // visit(lba, sector) -> true to go on, over the bad sectors from `from` up to, not including, `end`.

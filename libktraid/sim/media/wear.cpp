@@ -10,8 +10,6 @@
 
 namespace sim {
 
-enum : KT_U16 { EVT_BAD_BLOCKS_80 = 13, EVT_BAD_BLOCKS_FULL = 14 };
-
 struct Aspect {
     const char* word;
     KT_U32 DiskAge::*count;
@@ -50,15 +48,14 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
         forgetSurface(context, pd, FLAW_UNREADABLE);
     }
     if (news && disk.state.config.SMARTOn && adapterConfig(context).PollSMARTStatus == 1)
-        logEvent(context, EVT_PD, 11, pd, SEV_WARNING);
+        logEvent(context, EVT_PD_SMART_TRIPPED, pd);
     return KT_OK;
 }
 
 static void logTable(const Context& context, KT_U16 pd, KT_U32 before, KT_U32 now) {
     const KT_U32 most = BAD_BLOCK_TABLE * 8 / 10;
-    if (before < most && now >= most) logEvent(context, EVT_PD, EVT_BAD_BLOCKS_80, pd, SEV_WARNING);
-    if (before < BAD_BLOCK_TABLE && now >= BAD_BLOCK_TABLE)
-        logEvent(context, EVT_PD, EVT_BAD_BLOCKS_FULL, pd, SEV_MAJOR);
+    if (before < most && now >= most) logEvent(context, EVT_PD_BAD_BLOCKS_80, pd);
+    if (before < BAD_BLOCK_TABLE && now >= BAD_BLOCK_TABLE) logEvent(context, EVT_PD_BAD_BLOCKS_FULL, pd);
 }
 
 static void addTo(KT_U32& count, KT_U32 amount) {
@@ -89,7 +86,7 @@ Ageing ageDisk(const Context& context, KT_U16 pd, const std::string& aspect, KT_
     DiskAge age = ageOf(context, pd);
     const KT_U32 reallocated = age.reallocated;
     addTo(age.*found->count, amount);
-    if (age.reallocated > reallocated) logEvent(context, EVT_PD, EVT_REASSIGNED, pd, SEV_INFO);
+    if (age.reallocated > reallocated) logEvent(context, EVT_PD_REASSIGNED, pd);
     if (found->count == &DiskAge::pending)
         scratchSurface(context, pd, Scratch{wholeDisk(context, pd), BadSector{FLAW_UNREADABLE, 1, {}}, amount});
     keepAge(context, pd, age);

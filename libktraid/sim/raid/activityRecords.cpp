@@ -1,23 +1,22 @@
 #include "raid/activityRecords.h"
 
 #include "media/disks.h"
-#include "state/events.h"
 
 #include <algorithm>
 
 namespace sim {
 
 static const ActivityRule ACTIVITY_RULES[] = {
-    {KT_BGA_REBUILD, 70, 5, &_Adapter_Config_V2::RebuildRate},
-    {KT_BGA_COPY_BACK, 90, 5, &_Adapter_Config_V2::CopybackRate},
-    {KT_BGA_MIGRATION, 80, 4, &_Adapter_Config_V2::MigrationRate},
-    {KT_BGA_INIT_QUICK, 40, 3, &_Adapter_Config_V2::InitRate},
-    {KT_BGA_INIT_FOREGROUND, 60, 3, &_Adapter_Config_V2::InitRate},
-    {KT_BGA_INIT_BACKGROUND, 50, 2, &_Adapter_Config_V2::InitRate},
-    {KT_BGA_CHECK_FIX, 30, 1, &_Adapter_Config_V2::SyncRate},
-    {KT_BGA_CHECK, 20, 1, &_Adapter_Config_V2::SyncRate},
+    {KT_BGA_REBUILD, EVT_VD_REBUILD_STARTED, 5, &_Adapter_Config_V2::RebuildRate},
+    {KT_BGA_COPY_BACK, EVT_VD_COPY_BACK_STARTED, 5, &_Adapter_Config_V2::CopybackRate},
+    {KT_BGA_MIGRATION, EVT_VD_MIGRATION_STARTED, 4, &_Adapter_Config_V2::MigrationRate},
+    {KT_BGA_INIT_QUICK, EVT_VD_QUICK_INIT_STARTED, 3, &_Adapter_Config_V2::InitRate},
+    {KT_BGA_INIT_FOREGROUND, EVT_VD_FOREGROUND_INIT_STARTED, 3, &_Adapter_Config_V2::InitRate},
+    {KT_BGA_INIT_BACKGROUND, EVT_VD_BACKGROUND_INIT_STARTED, 2, &_Adapter_Config_V2::InitRate},
+    {KT_BGA_CHECK_FIX, EVT_VD_FIX_STARTED, 1, &_Adapter_Config_V2::SyncRate},
+    {KT_BGA_CHECK, EVT_VD_CHECK_STARTED, 1, &_Adapter_Config_V2::SyncRate},
 };
-static const ActivityRule PATROL_RULE = {KT_PD_BGA_MEDIA_PATROL, 17, 0, &_Adapter_Config_V2::MPRate};
+static const ActivityRule PATROL_RULE = {KT_PD_BGA_MEDIA_PATROL, EVT_PD_PATROL_STARTED, 0, &_Adapter_Config_V2::MPRate};
 
 const ActivityRule& ruleOf(Owner owner, KT_U8 kind) {
     if (owner.kind == OwnerKind::Disk) return PATROL_RULE;
@@ -126,27 +125,21 @@ void dropActivity(const Context& context, Owner owner) {
     saveActivity(context, owner, none);
 }
 
-static KT_U8 severityOf(ActivityStep step) {
-    if (step == STEP_FAILED) return SEV_MAJOR;
-    return step == STEP_ABORTED ? KT_U8{SEV_WARNING} : KT_U8{SEV_INFO};
-}
-
-static void logVdActivity(const Context& context, KT_U16 id, KT_U16 code, KT_U8 severity, KT_U32 parameter) {
+static void logVdActivity(const Context& context, KT_U16 id, EventName event, KT_U32 parameter) {
     const auto vd = find<_LD_Info>(context, id);
-    if (vd) logEvent(context, EVT_VD, code, id, severity, parameter, 0, 0, isHybridLevel(vd->RaidMode) ? 1 : 0);
+    if (vd) logEvent(context, event, id, vdParams(vd->RaidMode, parameter));
 }
 
 void logActivity(const Context& context, Owner owner, const Activity& activity, ActivityStep step, KT_U32 parameter) {
-    const auto code = static_cast<KT_U16>(ruleOf(owner, activity.kind).eventCode + step);
-    const KT_U8 severity = severityOf(step);
+    const auto event = static_cast<EventName>(ruleOf(owner, activity.kind).started + KT_U32{step});
     if (owner.kind == OwnerKind::Disk) {
-        logEvent(context, EVT_PD, code, owner.id, severity, parameter);
+        logEvent(context, event, owner.id, {parameter});
     } else if (owner.kind == OwnerKind::Vd) {
-        logVdActivity(context, owner.id, code, severity, parameter);
+        logVdActivity(context, owner.id, event, parameter);
     } else {
         const auto array = find<_DG_Info>(context, owner.id);
         for (int i = 0; array && i < MAX_SLOTS; ++i)
-            if (array->VDIDs[i] != KT_NO_ID) logVdActivity(context, array->VDIDs[i], code, severity, parameter);
+            if (array->VDIDs[i] != KT_NO_ID) logVdActivity(context, array->VDIDs[i], event, parameter);
     }
 }
 

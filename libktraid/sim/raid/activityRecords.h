@@ -3,6 +3,7 @@
 #pragma once
 
 #include "raid/volumes.h"
+#include "state/events.h"
 
 #include <functional>
 
@@ -16,7 +17,7 @@ struct Owner {
     KT_U16 id;
 };
 
-// What happens to an activity, in the order of its event codes.
+// What happens to an activity, in the order of its events.
 enum ActivityStep : KT_U16 {
     STEP_STARTED = 0,
     STEP_RESTARTED = 1,
@@ -33,8 +34,8 @@ enum ActivityStep : KT_U16 {
 // How activities of one kind differ from others.
 struct ActivityRule {
     KT_U8 kind;
-    KT_U16 eventCode; // of STEP_STARTED
-    int rank;         // the greater one runs first
+    EventName started; // its event of STEP_STARTED; those of the other steps follow it
+    int rank;          // the greater one runs first
     KT_U8 _Adapter_Config_V2::*rate;
 };
 const ActivityRule& ruleOf(Owner owner, KT_U8 kind);

@@ -24,7 +24,7 @@ static bool isArraySpare(const Context& context, KT_U16 dgid, KT_U16 pd) {
 
 void becomeFree(const Context& context, KT_U16 pd) {
     erase<ArrayLabel>(context, pd);
-    logEvent(context, EVT_PD, 54, pd, SEV_INFO);
+    logEvent(context, EVT_PD_SET_FREE, pd);
 }
 
 void releaseDisk(const Context& context, KT_U16 pd) {
@@ -36,7 +36,7 @@ void releaseDisk(const Context& context, KT_U16 pd) {
         disk.state.raid &= static_cast<KT_U8>(~(KT_PD_MEMBER | KT_PD_SPARE_IN_USE | KT_PD_FOREIGN));
     if ((disk.state.raid & KT_PD_DEDICATED_SPARE) && !isArraySpare(context, disk.state.dgid, pd)) {
         disk.state.raid &= static_cast<KT_U8>(~KT_PD_DEDICATED_SPARE);
-        logEvent(context, EVT_PD, 10, pd, SEV_INFO);
+        logEvent(context, EVT_PD_SPARE_UNSET, pd);
     }
     if (!member && !(disk.state.raid & KT_PD_DEDICATED_SPARE)) disk.state.dgid = KT_NO_ID;
     saveDisk(context, disk);
@@ -46,7 +46,7 @@ void releaseDisk(const Context& context, KT_U16 pd) {
         dropActivity(context, owner);
     }
     const bool standsBy = (before & KT_PD_SPARE_IN_USE) && !(disk.state.raid & KT_PD_SPARE_IN_USE);
-    if (standsBy && (disk.state.raid & KT_PD_SPARE)) logEvent(context, EVT_PD, 59, pd, SEV_INFO);
+    if (standsBy && (disk.state.raid & KT_PD_SPARE)) logEvent(context, EVT_PD_SPARE_USED, pd);
     const bool isFree = (disk.state.raid & KT_PD_NOT_FREE) == 0;
     if (isFree && (before & KT_PD_NOT_FREE) != 0) becomeFree(context, pd);
 }
@@ -69,7 +69,7 @@ void dropSpareRole(const Context& context, KT_U16 pd) {
     disk.state.raid &= static_cast<KT_U8>(~(KT_PD_SPARE | KT_PD_SPARE_IN_USE));
     if (!(disk.state.raid & KT_PD_MEMBER)) disk.state.dgid = KT_NO_ID;
     saveDisk(context, disk);
-    logEvent(context, EVT_PD, 10, pd, SEV_INFO);
+    logEvent(context, EVT_PD_SPARE_UNSET, pd);
 }
 
 } // namespace sim

@@ -32,7 +32,7 @@ static void tellTooSmall(const Context& context, KT_U16 pd, KT_U8 what) {
     if (!disk || (disk->toldTooSmall & what) != 0) return;
     disk->toldTooSmall |= what;
     save(context, pd, *disk);
-    logEvent(context, EVT_MISC, what == TOLD_REBUILD ? 20 : 21, pd, SEV_WARNING);
+    logEvent(context, what == TOLD_REBUILD ? EVT_MISC_TOO_SMALL_TO_REBUILD : EVT_MISC_TOO_SMALL_TO_COPY_BACK, pd);
 }
 
 KT_U16 chooseSpare(const Context& context, const Group& group, int slot) {

@@ -108,8 +108,8 @@ static int badness(KT_U8 status) {
     }
 }
 
-static KT_U32 tandemFlag(const _LD_Info& vd) {
-    return isHybridLevel(vd.RaidMode) ? 1 : 0;
+EventParams vdParams(KT_U8 level, KT_U32 value) {
+    return {value, 0, 0, isHybridLevel(level) ? 1U : 0U};
 }
 
 static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) {
@@ -118,18 +118,18 @@ static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) 
     if (regains && status != KT_VD_ONLINE) return;
     switch (status) {
     case KT_VD_ONLINE:
-        logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO, 0, 0, 0, tandemFlag(vd));
+        logEvent(context, EVT_VD_ONLINE, vd.ID, vdParams(vd.RaidMode));
         break;
     case KT_VD_PARTIALLY_OPTIMAL:
         // It works again, if not as safely as it should.
-        if (!isUsable(vd)) logEvent(context, EVT_VD, 1, vd.ID, SEV_INFO);
-        logEvent(context, EVT_VD, 5, vd.ID, SEV_WARNING);
+        if (!isUsable(vd)) logEvent(context, EVT_VD_ONLINE, vd.ID);
+        logEvent(context, EVT_VD_LOST_REDUNDANCY, vd.ID);
         break;
     case KT_VD_DEGRADED:
-        logEvent(context, EVT_VD, 4, vd.ID, SEV_MAJOR);
+        logEvent(context, EVT_VD_DEGRADED, vd.ID);
         break;
     default:
-        logEvent(context, EVT_VD, 0, vd.ID, SEV_CRITICAL, 0, 0, 0, tandemFlag(vd));
+        logEvent(context, EVT_VD_OFFLINE, vd.ID, vdParams(vd.RaidMode));
         break;
     }
 }

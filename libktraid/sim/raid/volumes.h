@@ -3,6 +3,7 @@
 
 #include "raid/levels.h"
 #include "state/adapterInfo.h"
+#include "state/events.h"
 
 #include <functional>
 
@@ -61,6 +62,8 @@ KT_U64 shareOf(const Context& context, const _LD_Info& vd);
 
 // Brings an id list to what the library shows: those there are first, the rest KT_NO_ID.
 void listMembers(Array& array);
+// What an event about a virtual disk of that level holds: a value of its own, and whether hybrid words describe it.
+EventParams vdParams(KT_U8 level, KT_U32 value = 0);
 // Works out the status of a virtual disk (of an array) from its members, and logs it when it got worse or better.
 void refreshVdStatus(const Context& context, KT_U16 id);
 void refreshArrayStatus(const Context& context, KT_U16 id);

@@ -2,6 +2,8 @@
 
 #include "state/simClock.h"
 
+#include <algorithm>
+
 namespace sim {
 
 // Muting silences what has happened so far; what happens next is heard again.
@@ -23,18 +25,20 @@ void logEvent(const Context& context, _Event event) {
     if (sequence > EVENTS_KEPT) erase<_Event>(context, sequence - EVENTS_KEPT);
 }
 
-void logEvent(const Context& context, KT_U16 eventClass, KT_U16 code, KT_U16 device, KT_U8 severity, KT_U32 p0,
-              KT_U32 p1, KT_U32 p2, KT_U32 p3) {
-    _Event event = {};
-    event.Class = eventClass;
-    event.Code = code;
-    event.DeviceID = device;
-    event.Severity = severity;
-    event.Params[0] = p0;
-    event.Params[1] = p1;
-    event.Params[2] = p2;
-    event.Params[3] = p3;
+static void logWithParams(const Context& context, _Event event, const EventParams& params) {
+    std::copy(params.begin(), params.end(), event.Params);
     logEvent(context, event);
+}
+
+void logEvent(const Context& context, EventName name, KT_U16 device, const EventParams& params) {
+    logWithParams(context, newEvent(name, device), params);
+}
+
+void logEvent(const Context& context, EventName name, KT_U16 device, EventSeverity severity,
+              const EventParams& params) {
+    _Event event = newEvent(name, device);
+    event.Severity = severity;
+    logWithParams(context, event, params);
 }
 
 } // namespace sim

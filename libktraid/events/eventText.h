@@ -1,5 +1,4 @@
-// What an adapter's events mean in words. Needs nothing of the program, so that the simulated library composes the same
-// texts with it.
+// What an adapter's events mean in words, for the programs and for the messages that the simulated library composes.
 #pragma once
 
 #include "ktraid.h"
