@@ -197,7 +197,7 @@ int runActivityCommand(int argc, char** argv, const _cmd_struct* row, const Acti
     int result = 0;
     ActivityRequest request;
     auto take = [&](int option, const char* value) { return takeOption(command, option, value, request); };
-    if (!scanOptions(argc, argv, row, command.options, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, command.options, given, result, take)) return result;
     if (!givenOnce(command.options, given) || !givenRequired(command.options, given, argv[0])) return 1;
     if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     if ((currentAdapter().Features & command.feature) != command.feature) {

@@ -41,10 +41,6 @@ inline constexpr int MAX_LONG_OPTIONS = 32;
 // Rows that stand in nearly every table. "output" is the shell's: accepted here, used at start-up.
 #define OUTPUT_OPTION                                                                                                  \
     { "output", required_argument, OPT_OUTPUT, Takes::File }
-#define HELP_OPTION                                                                                                    \
-    { "help", no_argument, 'h', Takes::Nothing }
-#define WAIVE_OPTION                                                                                                   \
-    { "waiveconfirmation", no_argument, OPT_WAIVE, Takes::Nothing }
 #define END_OF_OPTIONS                                                                                                 \
     { "", 0, 0 }
 
@@ -98,21 +94,27 @@ struct OptionScan {
     int next(int argc, char** argv) const;
 };
 
+// What a handler is called with.
+struct CommandCall {
+    int argc;
+    char** argv;
+    const _cmd_struct* row;
+};
+
 // Resets the scanner and hands each option to take(value, argument) -> Take. True when all were understood; otherwise
 // the command is over and `result` is what its handler returns.
 template <class TakeOption>
-bool scanOptions(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, OptionCounts& given, int& result,
-                 TakeOption take) {
+bool scanOptions(const CommandCall& call, const OptionSet& set, OptionCounts& given, int& result, TakeOption take) {
     const OptionScan scan(set);
     int value;
-    while ((value = scan.next(argc, argv)) != -1) {
+    while ((value = scan.next(call.argc, call.argv)) != -1) {
         if (value == OPT_OUTPUT) continue;
         if (value == '?' && !set.helpOnUnknown) {
             result = 1;
             return false;
         }
         Take taken = value == '?' ? Take::Help : take(value, optarg);
-        if (taken == Take::Help) printHelp(row, set.helpStyle);
+        if (taken == Take::Help) printHelp(call.row, set.helpStyle);
         if (taken != Take::Yes) {
             result = taken == Take::Help ? 0 : 1;
             return false;

@@ -29,10 +29,10 @@ inline bool takesParityDisks(KT_U8 level) {
     return level == KT_RAID6 || level == KT_RAID60;
 }
 
-// The water mark that every record of a tiered virtual disk carries.
+// The water mark that every record of a hybrid virtual disk carries.
 inline constexpr KT_U8 TANDEM_WATER_MARK = 90;
 
-// True for the levels that tier SSDs and disks.
+// True for the levels that join SSDs with a hard disk.
 inline bool isTieredLevel(KT_U8 level) {
     return level == KT_TANDEM_CAPACITY || level == KT_TANDEM_SAFE || level == KT_HYBRID;
 }

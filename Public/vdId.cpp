@@ -10,11 +10,11 @@ static Take takeId(int option, const char* value, int& id) {
     return Take::Failed;
 }
 
-bool readVdId(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, KT_U16& vd, int& result) {
+bool readVdId(const CommandCall& call, const OptionSet& set, KT_U16& vd, int& result) {
     OptionCounts given;
     int id = 0;
     auto take = [&](int option, const char* value) { return takeId(option, value, id); };
-    if (!scanOptions(argc, argv, row, set, given, result, take)) return false;
+    if (!scanOptions(call, set, given, result, take)) return false;
     result = 1;
     if (!givenOnce(set, given)) return false;
     if (id > HIGHEST_ID) {

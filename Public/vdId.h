@@ -5,4 +5,4 @@
 
 // Reads and checks `-i <id>`, decimal or hexadecimal, 0 to 254. True when vd is set; otherwise the command is over and
 // `result` is what its handler returns.
-bool readVdId(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, KT_U16& vd, int& result);
+bool readVdId(const CommandCall& call, const OptionSet& set, KT_U16& vd, int& result);

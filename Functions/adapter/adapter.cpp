@@ -22,7 +22,7 @@ int doAdapter(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     KT_U8 adapter = 0;
     auto take = [&](int option, const char* value) { return takeAdapter(option, value, adapter); };
-    if (!scanOptions(argc, argv, row, adapterOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, adapterOptions, given, result, take)) return result;
     if (!givenOnce(adapterOptions, given)) return 1;
     if (given['i'] == 1) {
         gCurrentAdapter = adapter;

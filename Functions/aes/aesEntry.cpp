@@ -127,7 +127,7 @@ static int runAesEntry(int argc, char** argv, _cmd_struct* row, AesEntryOptions&
     OptionCounts given;
     int result = 0;
     auto take = [&](int option, char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, aesentryOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, aesentryOptions, given, result, take)) return result;
     if (!givenOnce(aesentryOptions, given) || !givenRequired(aesentryOptions, given, argv[0])) return 1;
     return operations[o.operation].run(o, given, argv[0]);
 }

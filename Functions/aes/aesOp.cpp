@@ -96,7 +96,7 @@ static int runAesOp(int argc, char** argv, _cmd_struct* row, AesOpOptions& o) {
     OptionCounts given;
     int result = 0;
     auto take = [&](int option, char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, aesopOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, aesopOptions, given, result, take)) return result;
     if (!checkOptions(argv[0], given, o)) return 1;
     if (o.change && !isKnownAdapter(gCurrentAdapter, result)) return result;
     _AES_Entry_Config config = {};

@@ -166,7 +166,7 @@ static int runAesPort(int argc, char** argv, _cmd_struct* row, AesPortOptions& o
     OptionCounts given;
     int result = 0;
     auto take = [&](int option, char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, aesportOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, aesportOptions, given, result, take)) return result;
     if (given[OPT_AES_ON] > 1 || given[OPT_AES_OFF] > 1) {
         out(ErrorDuplicate);
         return 1;

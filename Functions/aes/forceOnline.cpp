@@ -40,7 +40,7 @@ int doForceOnline(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     ForceOnlineOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, forceonlineOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, forceonlineOptions, given, result, take)) return result;
     if (!givenOnce(forceonlineOptions, given) || !checkPercentage(o) ||
         !givenRequired(forceonlineOptions, given, argv[0])) {
         return 1;

@@ -121,7 +121,7 @@ int doBackUp_CFG(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     BackupOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, backupCfgOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, backupCfgOptions, given, result, take)) return result;
     if (!givenOnce(backupCfgOptions, given)) return 1;
     if (given['f'] == 0) o.file = "hba" + std::to_string(gCurrentAdapter) + "_cfg.txt";
     Backup backup;

@@ -96,7 +96,7 @@ static Take takeOption(int option, const char* value, CreateOptions& o) {
 
 static bool readOptions(int argc, char** argv, const _cmd_struct* row, CreateOptions& o, int& result) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    return scanOptions(argc, argv, row, createOptions, o.given, result, take);
+    return scanOptions({argc, argv, row}, createOptions, o.given, result, take);
 }
 
 static bool checkOptions(const char* command, CreateOptions& o, int& result) {
@@ -130,7 +130,7 @@ static bool checkDisk(KT_U16 pd, KT_U8 level, int& result) {
     case DiskRole::Usable:
         break;
     }
-    // The tiered levels share their disks.
+    // The hybrid levels share their disks.
     KT_U8 status = HDisFreeDiskForKelo(pd, KT_BLOCK_FREE);
     if (status == KT_OK || isTieredLevel(level)) return true;
     if (status == KT_ERR_PD_TYPES_DIFFER) {

@@ -43,8 +43,8 @@ bool checkParityAllowed(KT_U8 level, bool given) {
 
 void addDefaultCache(KT_U8 level, KT_U8& cache) {
     bool battery = hasBattery();
-    bool spared = level == KT_HYBRID && (currentAdapter().AdvancedFeatures & KT_ADV_HYBRID_SWITCH) != 0;
-    if ((!choosesWriteCache() || !battery) && !spared) cache |= KT_CACHE_OFF;
+    bool keepsCache = level == KT_HYBRID && (currentAdapter().AdvancedFeatures & KT_ADV_HYBRID_SWITCH) != 0;
+    if ((!choosesWriteCache() || !battery) && !keepsCache) cache |= KT_CACHE_OFF;
 }
 
 static void warnOfVirtualDisk(const FileSystems& found) {

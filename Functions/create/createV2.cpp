@@ -138,7 +138,7 @@ static Take takeOption(int option, const char* value, CreateV2Options& o) {
 
 static bool readOptions(int argc, char** argv, const _cmd_struct* row, CreateV2Options& o, int& result) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    return scanOptions(argc, argv, row, createV2Options, o.given, result, take);
+    return scanOptions({argc, argv, row}, createV2Options, o.given, result, take);
 }
 
 // The adapter chooses disks, level and names by itself.

@@ -65,7 +65,7 @@ static Take takeOption(int option, const char* value, DeleteOptions& o) {
 
 static bool readOptions(int argc, char** argv, const _cmd_struct* row, DeleteOptions& o, int& result) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    return scanOptions(argc, argv, row, deleteOptions, o.given, result, take);
+    return scanOptions({argc, argv, row}, deleteOptions, o.given, result, take);
 }
 
 static bool checkOptions(const char* command, DeleteOptions& o) {

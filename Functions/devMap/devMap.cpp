@@ -124,7 +124,7 @@ int doDevMap(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     DevMapOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, devmapOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, devmapOptions, given, result, take)) return result;
     if (!givenOnce(devmapOptions, given) || !givenRequired(devmapOptions, given, argv[0])) return 1;
     KT_U8 status = o.virtualDisks ? map_vd(o.range) : map_pd(o.range);
     if (status != KT_OK) out("Fail! (error %d: %s).\n", status, ErrorMessage(status));

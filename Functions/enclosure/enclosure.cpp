@@ -181,7 +181,7 @@ int doEnclosure(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     EncOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, encOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, encOptions, given, result, take)) return result;
     if (!checkOptions(argv[0], given, o)) return 1;
     auto enclosure = static_cast<KT_U16>(o.enclosure);
     auto element = static_cast<KT_U8>(o.element);

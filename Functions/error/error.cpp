@@ -21,7 +21,7 @@ int doError(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     KT_U8 code = 0;
     auto take = [&](int option, const char* value) { return takeCode(option, value, code); };
-    if (!scanOptions(argc, argv, row, errorOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, errorOptions, given, result, take)) return result;
     if (!givenOnce(errorOptions, given) || !givenRequired(errorOptions, given, argv[0])) return 1;
     out("\nError code %d: %s.\n", code, ErrorMessage(code));
     return 0;

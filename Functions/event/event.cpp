@@ -52,7 +52,7 @@ int doEvent(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     KT_U32 start = 0;
     auto take = [&](int option, const char* value) { return takeOption(option, value, start); };
-    if (!scanOptions(argc, argv, row, eventOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, eventOptions, given, result, take)) return result;
     _Event events[EVENTS_ASKED] = {};
     KT_U8 count = 0;
     if (KT_EVT_GetEvent(gCurrentAdapter, EVENTS_ASKED, &count, events) != KT_OK || count == 0) return 0;

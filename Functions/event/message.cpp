@@ -22,7 +22,7 @@ int doMessage(int argc, char** argv, _cmd_struct* row) {
     OptionCounts given;
     int result = 0;
     auto take = [](int, const char*) { return Take::Help; };
-    if (!scanOptions(argc, argv, row, messageOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, messageOptions, given, result, take)) return result;
     _Event_Message messages[EVENTS_ASKED] = {};
     KT_U8 count = 0;
     if (KT_EVT_GetEventMessage(gCurrentAdapter, EVENTS_ASKED, &count, messages) != KT_OK || count == 0) return 0;

@@ -154,7 +154,7 @@ int doFlash(int argc, char** argv, _cmd_struct* row) {
     FlashOptions o;
     o.adapter = gCurrentAdapter;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, flashOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, flashOptions, given, result, take)) return result;
     if (!checkOptions(o, given, argv[0])) return 1;
     const bool changes = o.action == KT_FLASH_UPDATE || o.action == KT_FLASH_ERASE;
     if (changes && !isKnownAdapter(o.adapter, result)) return result;

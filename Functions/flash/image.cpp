@@ -41,19 +41,19 @@ static void announce(const Image& image, KT_U32 length) {
     KT_Flash_PreData(image.adapter, &announcement);
 }
 
-// Sends what is left of the file, up to a page. False when that failed; `result` is then what the command returns.
-static bool writePage(const Image& image, int fd, KT_U32 wanted, _Flash_Data& page, Progress& progress, int& result) {
-    if (!readImagePage(fd, wanted, page)) {
-        out("Unable to read from file %s\n", shownName(image.file).c_str());
-        result = 1;
-        return false;
-    }
+static int readFilePage(const Image& image, int fd, KT_U32 wanted, _Flash_Data& page) {
+    if (readImagePage(fd, wanted, page)) return KT_OK;
+    out("Unable to read from file %s\n", shownName(image.file).c_str());
+    return 1;
+}
+
+// Sends the page: KT_OK, or what the command returns.
+static int writePage(const Image& image, _Flash_Data& page, Progress& progress) {
     out("page %d write to device.\n", page.PageNum);
     drawProgress(progress);
     KT_U8 status = KT_Flash_Bin(image.adapter, KT_FLASH_UPDATE, image.type, &page);
     hideProgress(progress);
-    if (status != KT_OK) result = reportUpdate(image, status);
-    return status == KT_OK;
+    return status == KT_OK ? KT_OK : reportUpdate(image, status);
 }
 
 static int writePages(const Image& image, int fd, KT_U32 length) {
@@ -61,14 +61,15 @@ static int writePages(const Image& image, int fd, KT_U32 length) {
     if (page == nullptr) return reportUpdate(image, KT_ERR_NO_RESOURCE);
     Progress progress = startProgress(length / FLASH_PAGE_SIZE + (length % FLASH_PAGE_SIZE != 0 ? 1 : 0));
     KT_U32 left = length;
-    int result = 0;
     do {
         const KT_U32 wanted = std::min(left, FLASH_PAGE_SIZE);
         left -= wanted;
         memset(page.get(), 0, sizeof *page);
         page->PageNum = static_cast<KT_U16>(progress.done);
         page->isLastPage = left == 0;
-        if (!writePage(image, fd, wanted, *page, progress, result)) return result;
+        int result = readFilePage(image, fd, wanted, *page);
+        if (result == KT_OK) result = writePage(image, *page, progress);
+        if (result != KT_OK) return result;
         ++progress.done;
         progress.bytes += wanted;
     } while (left > 0);

@@ -132,7 +132,7 @@ int doGet(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     GetOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, getOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, getOptions, given, result, take)) return result;
     if (!givenOnce(getOptions, given) || !givenRequired(getOptions, given, argv[0])) return 1;
     return o.object->report(o.range);
 }

@@ -44,7 +44,7 @@ static Take takeOption(int option, const char* value, MaxSizeOptions& o) {
 
 static bool readOptions(int argc, char** argv, const _cmd_struct* row, MaxSizeOptions& o, int& result) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    return scanOptions(argc, argv, row, getmaxsizeOptions, o.given, result, take);
+    return scanOptions({argc, argv, row}, getmaxsizeOptions, o.given, result, take);
 }
 
 static bool checkOptions(const char* command, MaxSizeOptions& o) {
@@ -81,8 +81,8 @@ static int showMaxSize(const MaxSizeOptions& o) {
     param.RoundingScheme = o.rounding;
     param.StripeBlockSize = STRIPE;
     param.NumParityDisk = static_cast<KT_U8>(o.parity);
-    bool tiered = o.level == KT_TANDEM_CAPACITY || o.level == KT_TANDEM_SAFE;
-    if (tiered) param.TandemWaterMark = TANDEM_WATER_MARK;
+    bool hybrid = o.level == KT_TANDEM_CAPACITY || o.level == KT_TANDEM_SAFE;
+    if (hybrid) param.TandemWaterMark = TANDEM_WATER_MARK;
     memcpy(param.HDIDs, o.disks.ids, o.disks.count * sizeof o.disks.ids[0]);
     KT_U8 status = KT_LD_GetMaxSize(gCurrentAdapter, &param);
     if (status == KT_OK) {

@@ -59,7 +59,7 @@ int doHelp(int argc, char** argv, _cmd_struct* row) {
     OptionCounts given;
     int result = 0;
     auto take = [](int, const char*) { return Take::Yes; };
-    if (!scanOptions(argc, argv, row, helpOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, helpOptions, given, result, take)) return result;
     if (!givenOnce(helpOptions, given)) return 1;
     if (given['i'] == 1) {
         listRows(pInCmdTable, inCmdTableSize);

@@ -78,7 +78,7 @@ int doInfo(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     InfoOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, infoOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, infoOptions, given, result, take)) return result;
     if (!checkOptions(argv[0], given, o) || o.object == nullptr) return 1;
     return o.object->report(given['i'] > 0 ? o.id : o.object->all);
 }

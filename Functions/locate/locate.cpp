@@ -49,7 +49,7 @@ int doLocate(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     LocateOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, locateOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, locateOptions, given, result, take)) return result;
     if (!checkOptions(given, o)) return 1;
     if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     KT_U8 status = KT_LocateArrayDevice(gCurrentAdapter, KT_DEVICE_PD, o.id, o.on ? 1 : 0);

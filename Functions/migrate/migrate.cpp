@@ -188,7 +188,7 @@ static int startMigration(MigrationRequest& request) {
 int doMigrate(int argc, char** argv, _cmd_struct* row) {
     MigrationRequest request;
     int result = 0;
-    if (!readMigration(argc, argv, row, migrateCommand, request, result)) return result;
+    if (!readMigration({argc, argv, row}, migrateCommand, request, result)) return result;
     if (!checkFreeDisks(request, result)) return result;
     if (request.sizeOnly) return reportSize(request);
     if (request.action == BGA_START) return startMigration(request);

@@ -148,7 +148,7 @@ static int startMigration(const MigrationRequest& request, const _DG_Info& array
 int doMigrateV2(int argc, char** argv, _cmd_struct* row) {
     MigrationRequest request;
     int result = 0;
-    if (!readMigration(argc, argv, row, migrateV2Command, request, result)) return result;
+    if (!readMigration({argc, argv, row}, migrateV2Command, request, result)) return result;
     _DG_Info array;
     KT_U8 status = readArray(request, array);
     if (status != KT_OK) return status;

@@ -45,23 +45,22 @@ static bool anyTwice(const OptionCounts& given) {
     return false;
 }
 
-bool readMigration(int argc, char** argv, const _cmd_struct* row, const MigrationCommand& command,
-                   MigrationRequest& request, int& result) {
+bool readMigration(const CommandCall& call, const MigrationCommand& command, MigrationRequest& request, int& result) {
     OptionCounts given;
     auto take = [&](int option, const char* value) { return takeOption(option, value, request); };
-    if (!scanOptions(argc, argv, row, command.options, given, result, take)) return false;
+    if (!scanOptions(call, command.options, given, result, take)) return false;
     if (!request.sizeOnly && !isKnownAdapter(gCurrentAdapter, result)) return false;
     result = 1;
     if ((currentAdapter().Features & KT_FEATURE_MIGRATION) == 0) {
         say(command.unsupported, gCurrentAdapter, KT_OK);
         return false;
     }
-    if (anyTwice(given) || !givenRequired(command.options, given, argv[0])) return false;
+    if (anyTwice(given) || !givenRequired(command.options, given, call.argv[0])) return false;
     request.levelGiven = given['r'] != 0;
     request.parityGiven = given['q'] != 0;
     if (request.action != BGA_START || request.sizeOnly) return true;
     if (!request.levelGiven && given['d'] == 0) {
-        out("%s: one of -r or -d option must be specified\n", argv[0]);
+        out("%s: one of -r or -d option must be specified\n", call.argv[0]);
         return false;
     }
     if (command.noDisks && request.disks.count == 0) {

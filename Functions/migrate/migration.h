@@ -27,8 +27,7 @@ struct MigrationCommand {
 };
 
 // Reads and checks the options. False when the command is over; result is then what its handler returns.
-bool readMigration(int argc, char** argv, const _cmd_struct* row, const MigrationCommand& command,
-                   MigrationRequest& request, int& result);
+bool readMigration(const CommandCall& call, const MigrationCommand& command, MigrationRequest& request, int& result);
 
 // Completes the request with what was not given: the present level, and the level's own number of parity disks.
 void completeMigration(const MigrationCommand& command, KT_U8 presentLevel, MigrationRequest& request);

@@ -121,7 +121,7 @@ int doNvsramRW(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     NvsramOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, nvsramOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, nvsramOptions, given, result, take)) return result;
     if (!givenOnce(nvsramOptions, given) || !checkRanges(o)) return 1;
     if (!givenRequired(nvsramOptions, given, argv[0])) {
         printHelp(row, HelpStyle::LongOnly);

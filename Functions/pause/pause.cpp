@@ -16,7 +16,7 @@ int doPause(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     KT_U8 adapter = 0;
     auto take = [&](int option, const char* value) { return takeOption(option, value, adapter); };
-    if (!scanOptions(argc, argv, row, pauseOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, pauseOptions, given, result, take)) return result;
     if (!givenOnce(pauseOptions, given) || !givenRequired(pauseOptions, given, argv[0])) return 1;
     if (!isKnownAdapter(adapter, result)) return result;
     KT_U8 status = KT_LD_PauseAll(adapter);

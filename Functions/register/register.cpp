@@ -85,7 +85,7 @@ int doRegister(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     RegisterOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, registerOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, registerOptions, given, result, take)) return result;
     if (!givenOnce(registerOptions, given)) return 1;
     if (!checkOptions(o, given['v'] != 0)) return 1;
     if (o.write && !isKnownAdapter(gCurrentAdapter, result)) return result;

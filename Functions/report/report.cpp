@@ -7,7 +7,7 @@
 int doReport(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     KT_U16 vd = 0;
-    if (!readVdId(argc, argv, row, reportOptions, vd, result)) return result;
+    if (!readVdId({argc, argv, row}, reportOptions, vd, result)) return result;
     if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     KT_U8 status = KT_LD_Report(gCurrentAdapter, vd);
     if (status != KT_OK) out("Failed to report VD (error %d: %s)\n", status, ErrorMessage(status));

@@ -60,7 +60,7 @@ int doRescan(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     RescanOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, rescanOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, rescanOptions, given, result, take)) return result;
     if (!givenRequired(rescanOptions, given, argv[0])) return 1;
     KT_U8 status = o.scan ? scanAdapters() : KT_U8{KT_OK};
     if (o.count) {

@@ -251,11 +251,19 @@ KT_U64 nextSerialCounter(KT_U64 counter) {
     return next >> 4 * COUNTER_SIZE == 0 ? next : counter + 1;
 }
 
+// Where a value stands in the file, if it does.
+namespace {
+struct Place {
+    bool found;
+    size_t at;
+    size_t length;
+};
+} // namespace
+
 // Puts a value into its place, or in a line of its own at the end of a file that has none.
-static void putValue(std::string& text, bool found, size_t at, size_t length, const char* key,
-                     const std::string& value) {
-    if (found) {
-        text.replace(at, length, value);
+static void putValue(std::string& text, const Place& place, const char* key, const std::string& value) {
+    if (place.found) {
+        text.replace(place.at, place.length, value);
         return;
     }
     if (!text.empty() && text.back() != '\n') text += '\n';
@@ -270,13 +278,15 @@ std::string advancedAssignment(const std::string& text, const _updata_sasaddr_in
         if (!assigned) return;
         KT_U8 bytes[8];
         sasAddressBytes(info.sasaddr_current + static_cast<unsigned>(std::popcount(info.available_port)), bytes);
-        putValue(advanced, info.hasCurrentAddress, info.sasaddr_current_place_in_file, info.sasaddr_current_str_length,
+        putValue(advanced,
+                 {info.hasCurrentAddress, info.sasaddr_current_place_in_file, info.sasaddr_current_str_length},
                  sasaddr_sn_command_table[ADDRESS_CURRENT].word, sasAddressText(bytes));
     };
     auto serial = [&] {
         if (info.serialnumber_flag == 0) return;
-        putValue(advanced, info.hasCurrentSerial, info.serialnumber_current_place_in_file,
-                 info.serialnumber_current_str_length, sasaddr_sn_command_table[SERIAL_CURRENT].word,
+        putValue(advanced,
+                 {info.hasCurrentSerial, info.serialnumber_current_place_in_file, info.serialnumber_current_str_length},
+                 sasaddr_sn_command_table[SERIAL_CURRENT].word,
                  serialNumberText(info, nextSerialCounter(info.serialnumber_current)));
     };
     // What stands later is replaced first, so that the other place stays valid; added lines come last.

@@ -182,7 +182,7 @@ int doCheck_CFG(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     CheckOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, checkOptions, given, result, take)) return result == 0 ? 0 : USAGE;
+    if (!scanOptions({argc, argv, row}, checkOptions, given, result, take)) return result == 0 ? 0 : USAGE;
     if (!givenOnce(checkOptions, given) || !givenRequired(checkOptions, given, "check")) return USAGE;
     if (optind < argc) {
         out("check: '%s' is one word too many.\n", shownName(argv[optind]).c_str());

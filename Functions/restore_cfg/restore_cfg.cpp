@@ -210,7 +210,7 @@ int doRestore_CFG(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     RestoreOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, restoreCfgOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, restoreCfgOptions, given, result, take)) return result;
     if (!givenOnce(restoreCfgOptions, given)) return 1;
     if (!isKnownAdapter(gCurrentAdapter, result)) return result;
     if (given['f'] == 0 && !chooseDefaultFile(o.file)) return 1;

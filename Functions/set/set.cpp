@@ -98,7 +98,7 @@ static int runSet(int argc, char** argv, _cmd_struct* row, const OptionSet& opti
     SetRequest request = {};
     int result = 0;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, options, o.given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, options, o.given, result, take)) return result;
     if (!checkOptions(options, o, argv[0], request)) return 1;
     if (request.object == SetObject::Driver) {
         out("\nLinux CLI needn't support :set -o driver.\n");

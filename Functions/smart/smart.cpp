@@ -99,7 +99,7 @@ int doSmart(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     KT_U16 id = 0;
     auto take = [&](int option, const char* value) { return takeDisk(option, value, id); };
-    if (!scanOptions(argc, argv, row, smartOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, smartOptions, given, result, take)) return result;
     if (!givenOnce(smartOptions, given) || !givenRequired(smartOptions, given, argv[0])) return 1;
     return reportSmart(id);
 }

@@ -65,7 +65,7 @@ static Take takeOption(int option, const char* value, SpareOptions& o) {
 
 static bool readOptions(int argc, char** argv, const _cmd_struct* row, SpareOptions& o, int& result) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    return scanOptions(argc, argv, row, spareOptions, o.given, result, take);
+    return scanOptions({argc, argv, row}, spareOptions, o.given, result, take);
 }
 
 static bool checkOptions(const char* command, const SpareOptions& o) {

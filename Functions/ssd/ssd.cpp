@@ -185,7 +185,7 @@ int doSsdDiagnostic(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     SsdOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, ssdOptions, o.given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, ssdOptions, o.given, result, take)) return result;
     if (!checkOptions(o, argv[0])) return 1;
     if (o.given['d'] == 0) return showTable();
     const bool changes = o.action == SsdAction::Start || o.action == SsdAction::Stop;

@@ -66,23 +66,22 @@ static bool confirm(const Download& download) {
     return confirmYesOrNo();
 }
 
-// Sends the next page of the file. False when that failed; `result` is then what the command returns.
-static bool sendPage(const Download& download, int fd, KT_U32 wanted, _Flash_Data& page, Progress& progress,
-                     int& result) {
-    if (!readImagePage(fd, wanted, page)) {
-        out("Unable to read from file %s\n", shownName(download.file).c_str());
-        result = 1;
-        return false;
-    }
+// Sends the page: KT_OK, or what the command returns.
+static int sendPage(const Download& download, _Flash_Data& page, Progress& progress) {
     out("page %d write to device.\n", page.PageNum);
     drawProgress(progress);
     const KT_U8 status = KT_Download_SSD_Microcode(gCurrentAdapter, download.pd, download.mode, &page);
     hideProgress(progress);
-    if (status == KT_OK) return true;
+    if (status == KT_OK) return KT_OK;
     out("\nFailed to download page %d of file '%s' to PD %d (error %d: %s).\n", page.PageNum,
         shownName(download.file).c_str(), download.pd, status, ErrorMessage(status));
-    result = status;
-    return false;
+    return status;
+}
+
+static int readPage(const Download& download, int fd, KT_U32 wanted, _Flash_Data& page) {
+    if (readImagePage(fd, wanted, page)) return KT_OK;
+    out("Unable to read from file %s\n", shownName(download.file).c_str());
+    return 1;
 }
 
 static int sendPages(const Download& download, int fd, KT_U32 length) {
@@ -93,14 +92,15 @@ static int sendPages(const Download& download, int fd, KT_U32 length) {
     }
     const Hold hold("the microcode of the disk would be incomplete");
     Progress progress = startProgress((length + FLASH_PAGE_SIZE - 1) / FLASH_PAGE_SIZE);
-    int result = 0;
     for (KT_U32 left = length; left > 0;) {
         const KT_U32 wanted = std::min(left, FLASH_PAGE_SIZE);
         left -= wanted;
         memset(page.get(), 0, sizeof *page);
         page->PageNum = static_cast<KT_U16>(progress.done);
         page->isLastPage = left == 0;
-        if (!sendPage(download, fd, wanted, *page, progress, result)) {
+        int result = readPage(download, fd, wanted, *page);
+        if (result == KT_OK) result = sendPage(download, *page, progress);
+        if (result != KT_OK) {
             reportDrive(download.pd);
             return result;
         }

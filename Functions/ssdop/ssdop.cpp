@@ -59,7 +59,7 @@ int doSsdOp(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     SsdOpOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, ssdopOptions, o.given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, ssdopOptions, o.given, result, take)) return result;
     if (!checkOptions(o, argv[0])) return 1;
     if (!o.showVersion && !isKnownAdapter(gCurrentAdapter, result)) return result;
     _HD_Info_Request disk;

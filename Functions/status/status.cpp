@@ -52,7 +52,7 @@ int doStatus(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     KT_U16 id = ALL_ITEMS;
     auto take = [&](int option, const char* value) { return takeOption(option, value, id); };
-    if (!scanOptions(argc, argv, row, statusOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, statusOptions, given, result, take)) return result;
     if (!givenOnce(statusOptions, given) || !givenRequired(statusOptions, given, argv[0])) return 1;
     return reportStatus(id);
 }

@@ -78,7 +78,7 @@ int doTandem(int argc, char** argv, _cmd_struct* row) {
     int result = 0;
     TandemOptions o;
     auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
-    if (!scanOptions(argc, argv, row, tandemOptions, given, result, take)) return result;
+    if (!scanOptions({argc, argv, row}, tandemOptions, given, result, take)) return result;
     if (!givenOnce(tandemOptions, given)) return 1;
     const bool changes = o.addEmpty || (o.remove && !o.count);
     if (changes && !isKnownAdapter(gCurrentAdapter, result)) return result;

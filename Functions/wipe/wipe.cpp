@@ -22,7 +22,7 @@ static Take takeOption(int option, const char* value, int& pd) {
 
 static bool readOptions(int argc, char** argv, const _cmd_struct* row, WipeOptions& o, int& result) {
     auto take = [&](int option, const char* value) { return takeOption(option, value, o.pd); };
-    return scanOptions(argc, argv, row, wipeOptions, o.given, result, take);
+    return scanOptions({argc, argv, row}, wipeOptions, o.given, result, take);
 }
 
 static bool checkOptions(const char* command, const WipeOptions& o) {

@@ -93,15 +93,22 @@ unsigned cfgPorts(KT_U8 adapter) {
     return std::min<unsigned>(gAdapterInfo[adapter].PortCount, getMaxPortNum());
 }
 
-// The lines of one group: an adapter, a port, a virtual disk or a spare.
-static void appendGroup(std::string& text, const CfgSection& section, CfgOwner owner, const void* record,
-                        unsigned index, KT_U8 mode) {
+// What a group of lines is about: an adapter, a port, a virtual disk or a spare, and which of them.
+namespace {
+struct Described {
+    CfgOwner owner;
+    const void* record;
+    unsigned index;
+};
+} // namespace
+
+static void appendGroup(std::string& text, const CfgSection& section, const Described& what, KT_U8 mode) {
     for (size_t i = 0; i < section.count; ++i) {
         const CfgKey& key = section.keys[i];
-        if (key.owner != owner || !isWritten(key, record, mode)) continue;
+        if (key.owner != what.owner || !isWritten(key, what.record, mode)) continue;
         text += key.key;
         text += '=';
-        appendValue(text, key, record, index);
+        appendValue(text, key, what.record, what.index);
         text += '\n';
     }
 }
@@ -124,13 +131,13 @@ static void appendRaid(std::string& text, const _LD_Info* lds, KT_U8 ldCount, co
     appendHeader(text, section);
     for (unsigned i = 0; i < ldCount; ++i) {
         if (i > 0) text += '\n';
-        appendGroup(text, section, CfgOwner::Vd, &lds[i], i, CFG_FULL_FORM);
+        appendGroup(text, section, {CfgOwner::Vd, &lds[i], i}, CFG_FULL_FORM);
     }
     unsigned number = 0;
     for (unsigned i = 0; i < spareCount; ++i) {
         if ((spares[i].Status & KT_PD_SPARE) == 0) continue;
         text += '\n';
-        appendGroup(text, section, CfgOwner::Spare, &spares[i], number++, CFG_FULL_FORM);
+        appendGroup(text, section, {CfgOwner::Spare, &spares[i], number++}, CFG_FULL_FORM);
     }
     appendEnd(text);
 }
@@ -142,14 +149,14 @@ size_t KT_Form_Grammar(KT_U8 adapter, std::string& text, const _HBA_Info_Page* p
     text += banner;
     if (mode != CFG_PHY_FORM) {
         appendHeader(text, cfgSections[CFG_ADAPTER_SECTION]);
-        appendGroup(text, cfgSections[CFG_ADAPTER_SECTION], CfgOwner::Page, page, 0, mode);
+        appendGroup(text, cfgSections[CFG_ADAPTER_SECTION], {CfgOwner::Page, page, 0}, mode);
         appendEnd(text);
         text += '\n';
     }
     appendHeader(text, cfgSections[CFG_PORT_SECTION]);
     for (unsigned port = 0; port < cfgPorts(adapter); ++port) {
         text += '\n';
-        appendGroup(text, cfgSections[CFG_PORT_SECTION], CfgOwner::Port, page, port, mode);
+        appendGroup(text, cfgSections[CFG_PORT_SECTION], {CfgOwner::Port, page, port}, mode);
     }
     appendEnd(text);
     text += '\n';

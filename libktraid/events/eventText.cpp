@@ -31,7 +31,7 @@ enum When : KT_U8 {
     Always,
     WithSerial, // the sense data holds the adapter's serial number
     WithParam0, // Params[0] is not 0
-    OnTandemix  // the virtual disk is a hybrid one
+    OnHybrid    // the virtual disk is a hybrid one
 };
 
 struct EventRow {
@@ -170,7 +170,7 @@ static bool fits(const EventRow& row, const _Event& event) {
         return event.SenseDataLength != 0;
     case WithParam0:
         return event.Params[0] != 0;
-    case OnTandemix:
+    case OnHybrid:
         return isHybrid(event);
     default:
         return true;

@@ -58,10 +58,10 @@ void spoil(Store& store) {
     const std::vector<RowKey> rows = rowsOf(store);
     for (size_t times = 1 + below(12); times > 0; --times) {
         const RowKey& row = rows[below(rows.size())];
-        auto bytes = readBytes(store, row.adapter, row.kind, row.id);
+        auto bytes = readBytes(store, {row.adapter, row.kind, row.id});
         if (!bytes) continue;
         mutate(*bytes);
-        writeRow(store, row.adapter, row.kind, row.id, bytes->data(), bytes->size());
+        writeRow(store, {row.adapter, row.kind, row.id}, bytes->data(), bytes->size());
     }
 }
 

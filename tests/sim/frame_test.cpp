@@ -128,7 +128,7 @@ TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
     Store* store = openExistingStore(folder.path + "/state.db");
     beginTransaction(*store, Access::Write);
     VdState nobodys = {}; // no virtual disk has this id: its activity is due for ever
-    nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, 0, {}, 1, 1, 0, 1, 0};
+    nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, {}, 1, 1, 0, 1, 0};
     save(*store, 0, 77, nobodys);
     const KT_U64 now = simulatedNow(*store);
     save(*store, 0, 0, AdapterState{now, NEVER, 0, 0, 0, {}, 0});
@@ -194,7 +194,7 @@ TEST(ClockOf, RunsFromItsBaseAtItsSpeed) {
 }
 
 TEST(ActivityOf, ProgressesAndEndsByItsSpeed) {
-    Activity activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 1000, 250, 10000, 3, 0};
+    Activity activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, {}, 1000, 250, 10000, 3, 0};
     EXPECT_EQ(activityPercent(activity, 10000), 25U);
     EXPECT_EQ(activityDone(activity, 10999), 252U);
     EXPECT_EQ(activityEnd(activity), 10000U + 250000);
@@ -204,7 +204,7 @@ TEST(ActivityOf, ProgressesAndEndsByItsSpeed) {
     activity.state = KT_STATE_PAUSED;
     EXPECT_EQ(activityDone(activity, 99999), 250U);
     EXPECT_EQ(activityEnd(activity), NEVER);
-    activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, 0, {}, 7, 3, 0, 1, 0};
+    activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, {}, 7, 3, 0, 1, 0};
     EXPECT_EQ(activityPercent(activity, 0), 42U);
     activity.work = 0;
     EXPECT_EQ(activityPercent(activity, 0), 100U);

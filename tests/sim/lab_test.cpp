@@ -53,8 +53,8 @@ TEST(Lab, KeepsBytesThatNoFieldTellsOf) {
     disk.Reserved1[59] = 7;
     save(context, 2, disk);
     const unsigned char own[] = {1, 0, 255};
-    writeRow(*store, 1, static_cast<Kind>(200), 9, own, sizeof own);
-    writeRow(*store, 1, static_cast<Kind>(200), 10, own, 0);
+    writeRow(*store, {1, static_cast<Kind>(200), 9}, own, sizeof own);
+    writeRow(*store, {1, static_cast<Kind>(200), 10}, own, 0);
     commitTransaction(*store);
     const std::string printed = stateToLab(*store);
     closeStore(store);
@@ -64,8 +64,8 @@ TEST(Lab, KeepsBytesThatNoFieldTellsOf) {
     const auto sameDisk = find<_HD_Info>(copy, 2);
     EXPECT_EQ(memcmp(&vd, &*sameVd, sizeof vd), 0);
     EXPECT_EQ(memcmp(&disk, &*sameDisk, sizeof disk), 0);
-    EXPECT_EQ(readBytes(*store, 1, static_cast<Kind>(200), 9), std::string("\1\0\xFF", 3));
-    EXPECT_EQ(readBytes(*store, 1, static_cast<Kind>(200), 10), std::string());
+    EXPECT_EQ(readBytes(*store, {1, static_cast<Kind>(200), 9}), std::string("\1\0\xFF", 3));
+    EXPECT_EQ(readBytes(*store, {1, static_cast<Kind>(200), 10}), std::string());
     closeStore(store);
 }
 

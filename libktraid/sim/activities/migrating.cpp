@@ -8,6 +8,7 @@
 #include "raid/slots.h"
 
 #include <algorithm>
+#include <span>
 
 namespace sim {
 
@@ -53,21 +54,29 @@ static KT_U8 checkArrivals(const Context& context, Journey& journey) {
     return KT_OK;
 }
 
+// What a migration is asked to lead to.
+struct Destination {
+    KT_U8 level;
+    KT_U8 parity;
+    std::span<const KT_U16> disks; // none: those that there are
+    bool isArray;
+};
+
 // Fills in the journey and checks what its size depends on: that the level takes that many disks.
-static KT_U8 planJourney(const Context& context, KT_U8 level, KT_U8 parity, const KT_U16* disks, int count, bool array,
-                         Journey& journey) {
+static KT_U8 planJourney(const Context& context, const Destination& wanted, Journey& journey) {
     const _Adapter_Info adapter = adapterInfo(context);
     if (!(adapter.Features & KT_FEATURE_MIGRATION)) return KT_ERR_MIGRATION_UNSUPPORTED;
-    if (count > MAX_MEMBERS) return KT_ERR_PD_COUNT;
-    journey.disks.assign(disks, disks + count);
-    if (count == 0) journey.disks = journey.from.members;
-    const KT_U8 most = array ? adapter.MaxPDPerDG : adapter.MaxPDPerVD;
+    if (wanted.disks.size() > MAX_MEMBERS) return KT_ERR_PD_COUNT;
+    journey.disks.assign(wanted.disks.begin(), wanted.disks.end());
+    if (wanted.disks.empty()) journey.disks = journey.from.members;
+    const KT_U8 most = wanted.isArray ? adapter.MaxPDPerDG : adapter.MaxPDPerVD;
     if (most && journey.disks.size() > most) return KT_ERR_PD_COUNT;
-    const bool counts = level == KT_RAID6 || level == KT_RAID60;
-    journey.to = Geometry{level, static_cast<KT_U8>(journey.disks.size()), counts ? parity : KT_U8{0}};
-    const KT_U8 status = checkGeometry(adapter, journey.to, array);
+    const bool counts = wanted.level == KT_RAID6 || wanted.level == KT_RAID60;
+    const auto members = static_cast<KT_U8>(journey.disks.size());
+    journey.to = Geometry{wanted.level, members, counts ? wanted.parity : KT_U8{0}};
+    const KT_U8 status = checkGeometry(adapter, journey.to, wanted.isArray);
     if (status != KT_OK) return status;
-    const bool migratable = isMigratable(level) && isMigratable(journey.from.geometry.level);
+    const bool migratable = isMigratable(wanted.level) && isMigratable(journey.from.geometry.level);
     return migratable ? KT_U8{KT_OK} : KT_U8{KT_ERR_MIGRATION_UNSUPPORTED};
 }
 
@@ -152,7 +161,7 @@ static KT_U8 planVd(const Context& context, const _Create_LD_Param& param, Vd& v
     if (vd.info.DGID != KT_NO_ID) return KT_ERR_NOT_ON_THIS_ADAPTER;
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
     journey.from = groupOf(context, Owner{OwnerKind::Vd, param.LDID});
-    return planJourney(context, param.RaidMode, param.NumParityDisk, param.HDIDs, param.HDCount, false, journey);
+    return planJourney(context, {param.RaidMode, param.NumParityDisk, {param.HDIDs, param.HDCount}, false}, journey);
 }
 
 KT_U8 migratedVdSize(const Context& context, _Create_LD_Param& param) {
@@ -195,7 +204,7 @@ KT_U8 startArrayMigration(const Context& context, _CreateOrModify_DG_Param& para
     if (array.info.Status != ARRAY_FUNCTIONAL) return KT_ERR_ARRAY_DISK_MISSING;
     Journey journey = {};
     journey.from = groupOf(context, Owner{OwnerKind::Array, param.DGID});
-    status = planJourney(context, param.RaidMode, param.NumParityDisk, param.PDIDs, param.PDCount, true, journey);
+    status = planJourney(context, {param.RaidMode, param.NumParityDisk, {param.PDIDs, param.PDCount}, true}, journey);
     if (status != KT_OK) return status;
     const KT_U64 size = capacityOf(journey.to, array.info.SmallestAvailablePDSize);
     param.Size = size;

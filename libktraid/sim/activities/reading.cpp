@@ -1,6 +1,7 @@
 #include "activities/reading.h"
 
 #include "activities/activityProgress.h"
+#include "activities/passes.h"
 #include "media/blocks.h"
 #include "media/surface.h"
 #include "media/wear.h"
@@ -17,156 +18,6 @@ enum : KT_U8 { SENSE_MEDIUM_ERROR = 3, ASC_READ_ERROR = 0x11 };
 enum ScsiCommand : KT_U8 { SCSI_READ_10 = 0x28, SCSI_VERIFY_10 = 0x2F, SCSI_READ_16 = 0x88, SCSI_VERIFY_16 = 0x8F };
 // The last value of the events about bad sectors.
 enum : KT_U32 { FLAG_MEDIUM = 0, FLAG_LOST = 1 };
-
-// A stretch of one disk that an activity goes through from its start to its end.
-struct Pass {
-    KT_U16 pd;
-    KT_U64 start;
-    KT_U64 sectors;
-    KT_U32 sectorSize;
-    KT_U64 base;  // KiB of the activity's work before it comes to this stretch
-    KT_U64 scale; // KiB of work for each KiB of it
-    bool writes;
-    KT_U16 vd; // KT_NO_ID: what it reads is not looked at as part of a virtual disk
-    int slot;
-};
-
-// What goes on: whose activity, and the virtual disk that the passes are through.
-struct Run {
-    Owner owner;
-    const Activity& activity;
-    std::vector<Pass> passes;
-};
-
-static Pass passThrough(const _Block_Info& block, KT_U64 base, int slot, bool writes) {
-    const KT_U32 size = block.BlockSize ? block.BlockSize : 512U;
-    return Pass{block.HDID, block.StartLBA, block.Size, size, base, 1, writes, block.LDID, slot};
-}
-
-static std::vector<std::optional<_Block_Info>> slotsOf(const Context& context, const _LD_Info& vd) {
-    std::vector<std::optional<_Block_Info>> blocks;
-    for (int i = 0; i < geometryOf(vd).disks; ++i)
-        blocks.push_back(find<_Block_Info>(context, vd.BlockIDs[i]));
-    return blocks;
-}
-
-static bool isInitialisation(KT_U8 kind) {
-    return kind == KT_BGA_INIT_QUICK || kind == KT_BGA_INIT_FOREGROUND || kind == KT_BGA_INIT_BACKGROUND;
-}
-
-// Checks read every member, initialisations write them as far as they go.
-static void addWhole(const Context& context, const _LD_Info& vd, Run& run) {
-    const auto blocks = slotsOf(context, vd);
-    const bool writes = isInitialisation(run.activity.kind);
-    for (size_t i = 0; i < blocks.size(); ++i) {
-        if (!blocks[i]) continue;
-        Pass pass = passThrough(*blocks[i], 0, static_cast<int>(i), writes);
-        pass.sectors = std::min(pass.sectors, kibToSectors(run.activity.work, pass.sectorSize));
-        run.passes.push_back(pass);
-    }
-}
-
-static bool feedsTarget(const Geometry& geometry, const std::vector<std::optional<_Block_Info>>& blocks, int slot) {
-    for (size_t i = 0; i < blocks.size(); ++i) {
-        const bool filled = blocks[i] && blocks[i]->Status == BLOCK_REBUILDING;
-        if (filled && inSameSet(geometry, static_cast<int>(i), slot)) return true;
-    }
-    return false;
-}
-
-// A rebuild fills the new members from those that share data with them.
-static void addRebuild(const Context& context, const _LD_Info& vd, KT_U64 base, Run& run) {
-    const auto blocks = slotsOf(context, vd);
-    for (size_t i = 0; i < blocks.size(); ++i) {
-        const auto slot = static_cast<int>(i);
-        if (!blocks[i]) continue;
-        const bool target = blocks[i]->Status == BLOCK_REBUILDING;
-        const bool source = blocks[i]->Status == BLOCK_GOOD && feedsTarget(geometryOf(vd), blocks, slot);
-        if (target || source) run.passes.push_back(passThrough(*blocks[i], base, slot, target));
-    }
-}
-
-// The block that the virtual disk has on the disk it copies back to.
-static std::optional<_Block_Info> copyOf(const Context& context, const _LD_Info& vd, KT_U16 pd) {
-    const _HD_Block_Info list = blocksOf(context, pd);
-    for (int i = 0; i < list.BlkCount; ++i) {
-        const auto block = find<_Block_Info>(context, list.BlkIDs[i]);
-        if (block && block->LDID == vd.ID && block->Status == BLOCK_COPYING) return block;
-    }
-    return std::nullopt;
-}
-
-static void addCopy(const Context& context, const Group& group, const _LD_Info& vd, KT_U64 base, Run& run) {
-    const auto copy = copyOf(context, vd, run.activity.disk);
-    const auto home = std::find(group.homes.begin(), group.homes.end(), run.activity.disk);
-    if (!copy || home == group.homes.end()) return;
-    const auto slot = static_cast<int>(home - group.homes.begin());
-    const auto source = find<_Block_Info>(context, vd.BlockIDs[slot]);
-    run.passes.push_back(passThrough(*copy, base, slot, true));
-    if (source) run.passes.push_back(passThrough(*source, base, slot, false));
-}
-
-// A migration reads the members and writes those that arrive; each counts, so that the work is twice their size.
-static void addMigration(const Context& context, const _LD_Info& vd, KT_U64 base, Run& run) {
-    const auto blocks = slotsOf(context, vd);
-    const auto target = find<VdTarget>(context, vd.ID);
-    const auto arriving = target ? slotsOf(context, target->info) : std::vector<std::optional<_Block_Info>>{};
-    std::set<KT_U16> members;
-    const auto add = [&](const _Block_Info& block, size_t slot, bool writes) {
-        run.passes.push_back(passThrough(block, base, static_cast<int>(slot), writes));
-        run.passes.back().scale = 2;
-    };
-    for (size_t i = 0; i < blocks.size(); ++i) {
-        if (!blocks[i]) continue;
-        members.insert(blocks[i]->ID);
-        add(*blocks[i], i, false);
-    }
-    for (size_t i = 0; i < arriving.size(); ++i)
-        if (arriving[i] && !members.count(arriving[i]->ID)) add(*arriving[i], i, true);
-}
-
-static void addPatrol(const Context& context, KT_U16 pd, Run& run) {
-    const auto disk = find<_HD_Info>(context, pd);
-    if (disk) run.passes.push_back(Pass{pd, 0, disk->Size, std::max(disk->BlockSize, 512U), 0, 1, false, KT_NO_ID, 0});
-}
-
-static Run runOf(const Context& context, Owner owner, const Activity& activity) {
-    Run run{owner, activity, {}};
-    if (owner.kind == OwnerKind::Disk) {
-        addPatrol(context, owner.id, run);
-        return run;
-    }
-    const Group group = groupOf(context, owner);
-    KT_U64 base = 0;
-    for (const KT_U16 id : group.vds) {
-        const auto vd = find<_LD_Info>(context, id);
-        if (!vd) continue;
-        const KT_U64 share = shareOf(context, *vd);
-        if (activity.kind == KT_BGA_REBUILD) {
-            addRebuild(context, *vd, base, run);
-        } else if (activity.kind == KT_BGA_COPY_BACK) {
-            addCopy(context, group, *vd, base, run);
-        } else if (activity.kind == KT_BGA_MIGRATION) {
-            addMigration(context, *vd, base, run);
-        } else {
-            addWhole(context, *vd, run);
-        }
-        base += activity.kind == KT_BGA_MIGRATION ? 2 * share : share;
-    }
-    return run;
-}
-
-// Where on the disk the first piece begins that is not done yet when `done` KiB of the work are.
-static KT_U64 lbaAt(const Pass& pass, KT_U64 done) {
-    const KT_U64 pieces = done > pass.base ? (done - pass.base) / pass.scale / PIECE_KIB : 0;
-    return pass.start + std::min(kibToSectors(pieces * PIECE_KIB, pass.sectorSize), pass.sectors);
-}
-
-// The work done when the piece is that the sector lies in.
-static KT_U64 workAt(const Pass& pass, KT_U64 lba, KT_U64 work) {
-    const KT_U64 piece = sectorsToKib(lba - pass.start, pass.sectorSize) / PIECE_KIB;
-    return std::min(pass.base + (piece + 1) * PIECE_KIB * pass.scale, work);
-}
 
 static KT_U64 nextOn(const Context& context, const Pass& pass, const Activity& activity) {
     KT_U64 next = NEVER;
@@ -292,22 +143,27 @@ static void finishStretch(const Context& context, const Pass& pass, const Stretc
     if (stretch.flaw == FLAW_UNREADABLE) countReassigned(context, pass.pd, stretch.count, stretch.count);
 }
 
+// A bad sector that an activity has come to, and where it is.
+struct Met {
+    KT_U64 lba;
+    BadSector sector;
+};
+
 // The bad sectors of the pass in the pieces done since, of those flaws that are read as errors (or as data).
-using Found = std::vector<std::pair<KT_U64, BadSector>>;
-static Found foundOn(const Context& context, const Pass& pass, const Activity& activity, bool errors) {
+static std::vector<Met> foundOn(const Context& context, const Pass& pass, const Activity& activity, bool errors) {
     const KT_U64 done = activityDone(activity, context.now);
     const KT_U64 end = done >= activity.work ? pass.start + pass.sectors : lbaAt(pass, done);
-    Found found;
+    std::vector<Met> found;
     forEachBadSector(context, pass.pd, lbaAt(pass, activity.done), end, [&](KT_U64 lba, const BadSector& sector) {
-        if ((sector.flaw != FLAW_WRONG) == errors) found.emplace_back(lba, sector);
+        if ((sector.flaw != FLAW_WRONG) == errors) found.push_back({lba, sector});
         return true;
     });
     return found;
 }
 
 // One found sector by itself, its fate decided; `spare` is how many the drive can still put elsewhere.
-static Stretch judge(const Context& context, const Run& run, KT_U16 pd, KT_U64 lba, const BadSector& sector,
-                     KT_U32& spare) {
+static Stretch judge(const Context& context, const Run& run, KT_U16 pd, const Met& met, KT_U32& spare) {
+    const auto& [lba, sector] = met;
     const auto block = blockAt(context, pd, lba);
     const bool used = block && block->LDID != KT_BLOCK_FREE;
     const bool whole = used && canRegenerate(context, block->LDID, *block, lba);
@@ -326,10 +182,11 @@ static void readErrors(const Context& context, const Run& run, const Pass& pass,
     std::vector<Stretch> stretches;
     KT_U32 spare = sectorsToSpare(context, pass.pd);
     bool sensed = false;
-    for (const auto& [lba, sector] : foundOn(context, pass, run.activity, true)) {
+    for (const Met& met : foundOn(context, pass, run.activity, true)) {
+        const auto& [lba, sector] = met;
         if (sector.flaw == FLAW_UNREADABLE && !sensed) logSense(context, pass, lba);
         sensed = sensed || sector.flaw == FLAW_UNREADABLE;
-        const Stretch next = judge(context, run, pass.pd, lba, sector, spare);
+        const Stretch next = judge(context, run, pass.pd, met, spare);
         if (stretches.empty() || !goesOnWith(stretches.back(), next)) {
             stretches.push_back(next);
         } else {

@@ -5,9 +5,6 @@
 
 namespace sim {
 
-// KiB that an activity reads or writes at a time. What is wrong with them shows when they are done.
-inline constexpr KT_U64 PIECE_KIB = 1024;
-
 // The work done, in KiB, at which the activity next meets a bad sector; NEVER when it meets none.
 KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& activity);
 // Lets a running activity meet what lies in the pieces done since `activity.since`: it is logged, and repaired where

@@ -51,9 +51,9 @@ static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, in
     for (int i = 0; i < count; ++i) {
         const int slot = slotInNeed(group);
         if (slot < 0) return KT_ERR_PD_COUNT;
-        KT_U8 status = KT_OK;
-        work = std::max(work, placeMember(context, group, slot, pds[i], BLOCK_REBUILDING, status));
-        if (status != KT_OK) return status;
+        const Placed placed = placeMember(context, group, slot, pds[i], BLOCK_REBUILDING);
+        if (placed.status != KT_OK) return placed.status;
+        work = std::max(work, placed.work);
         group.members[static_cast<size_t>(slot)] = pds[i];
         group.needsDisk[static_cast<size_t>(slot)] = false;
         logSpareUsed(context, group, pds[i]);
@@ -132,12 +132,11 @@ static void copyBackByItself(const Context& context, Owner owner) {
     if (!group.usable || slotInNeed(group) >= 0 || activityOf(context, owner).kind != 0) return;
     const int slot = slotToCopyBack(context, group);
     if (slot < 0) return;
-    KT_U8 status = KT_OK;
     const KT_U16 home = group.homes[static_cast<size_t>(slot)];
-    const KT_U64 work = placeMember(context, group, slot, home, BLOCK_COPYING, status);
-    if (status != KT_OK) return;
-    startActivity(context, owner, KT_BGA_COPY_BACK, work, home);
-    if (work == 0) finishCopyBack(context, owner);
+    const Placed placed = placeMember(context, group, slot, home, BLOCK_COPYING);
+    if (placed.status != KT_OK) return;
+    startActivity(context, owner, KT_BGA_COPY_BACK, placed.work, home);
+    if (placed.work == 0) finishCopyBack(context, owner);
     arbitrate(context);
 }
 
@@ -150,8 +149,8 @@ void engageSpares(const Context& context) {
     }
 }
 
-// A spare that nobody will relieve becomes a member like any other.
-static void settleSpare(const Context& context, KT_U16 pd) {
+// A spare is not relieved without copy back: it becomes a member like any other.
+static void keepSpareAsMember(const Context& context, KT_U16 pd) {
     const auto disk = find<PdState>(context, pd);
     if (disk && (disk->raid & KT_PD_SPARE_IN_USE) && !copyBackOn(context)) dropSpareRole(context, pd);
 }
@@ -170,7 +169,7 @@ void finishRebuild(const Context& context, Owner owner) {
         }
         const auto disk = find<PdState>(context, group.members[slot]);
         if (!rebuilt && group.members[slot] != activity.disk) continue;
-        settleSpare(context, group.members[slot]);
+        keepSpareAsMember(context, group.members[slot]);
         if (disk && (!(disk->raid & KT_PD_SPARE) || !copyBackOn(context)))
             setHome(context, group, static_cast<int>(slot), group.members[slot]);
     }

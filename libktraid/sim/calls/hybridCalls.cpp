@@ -10,17 +10,17 @@ static Arg magicList(_Device_Magic* magics, KT_U16 count) {
 KT_U8 KT_Tandemix_AddFSEntries(KT_U8 a, KT_U16 vd, const _Tandemix_Entry_Request* request, KT_U8 last) {
     return call("KT_Tandemix_AddFSEntries", a, Access::Write,
                 {num("vd", vd), in("request", request), num("last", last)},
-                [&](Context& context) { return addTandemEntry(context, vd, *request); });
+                [&](Context& context) { return addHybridEntry(context, vd, *request); });
 }
 
 KT_U8 KT_Tandemix_GetEntriesTableInfo(KT_U8 a, KT_U16 vd, _Tandemix_Table_Info* info) {
     return call("KT_Tandemix_GetEntriesTableInfo", a, Access::Read, {num("vd", vd), out("info", info)},
-                [&](Context& context) { return getTandemTable(context, vd, *info); });
+                [&](Context& context) { return getHybridTable(context, vd, *info); });
 }
 
 KT_U8 KT_Tandemix_RemoveEntriesTable(KT_U8 a, KT_U16 vd) {
     return call("KT_Tandemix_RemoveEntriesTable", a, Access::Write, {num("vd", vd)},
-                [&](Context& context) { return removeTandemTable(context, vd); });
+                [&](Context& context) { return removeHybridTable(context, vd); });
 }
 
 KT_U8 KT_Tandem_GetHDMagic(KT_U8 a, KT_U16 count, _Device_Magic* magics) {

@@ -21,8 +21,7 @@ static KT_U8 checkArrayParam(const _Adapter_Info& adapter, const _CreateOrModify
         checkGeometry(adapter, Geometry{param.RaidMode, param.PDCount, counts ? param.NumParityDisk : KT_U8{0}}, true);
     if (status == KT_OK) status = checkStripe(adapter, param.StripeBlockSize);
     if (status == KT_OK) status = checkName(param.Name);
-    if (status == KT_OK)
-        status = checkOptions(adapter, param.RaidMode, 0, param.InitializationOption, KT_ROUND_NONE, 1);
+    if (status == KT_OK) status = checkOptions(adapter, {param.RaidMode, 0, param.InitializationOption});
     return status;
 }
 
@@ -75,16 +74,12 @@ static void addArray(const Context& context, const Array& array, const std::vect
     logEvent(context, EVT_ARRAY_CREATED, array.info.DGID);
 }
 
-// KiB on each member for `wanted` KiB in all (0 = everything); 0 when that is too much, `most` being the limit.
-static KT_U64 planShare(const Context& context, const Geometry& geometry, const std::vector<Disk>& disks, KT_U16 stripe,
-                        KT_U64 wanted, KT_U64& most) {
+// KiB that each of the disks has room for, in whole stripes.
+static KT_U64 roomOnEach(const Context& context, const std::vector<Disk>& disks, KT_U16 stripe) {
     KT_U64 room = NEVER;
     for (const Disk& disk : disks)
         room = std::min(room, largestGapKib(context, disk));
-    room -= room % stripe;
-    most = capacityOf(geometry, room);
-    if (wanted == 0) return room;
-    return wanted > most ? 0 : shareFor(geometry, wanted, stripe);
+    return room - room % stripe;
 }
 
 KT_U8 createArray(const Context& context, _CreateOrModify_DG_Param& param, bool sizeOnly) {
@@ -93,17 +88,21 @@ KT_U8 createArray(const Context& context, _CreateOrModify_DG_Param& param, bool 
     KT_U8 status = checkArrayParam(adapter, param);
     std::vector<Disk> disks;
     if (status == KT_OK)
-        status = collectMembers(context, param.RaidMode, param.PDIDs, param.PDCount, Sharing::Whole, disks);
+        status = collectMembers(context, param.RaidMode, {param.PDIDs, param.PDCount}, Sharing::Whole, disks);
     if (status != KT_OK) return status;
     if (param.BlockSize != disks.front().info.BlockSize) return KT_ERR_BLOCK_SIZE;
     const KT_U16 id = freeId(context, KIND_DG, adapter.MaxDiskGroup);
     if (id == KT_NO_ID) return KT_ERR_NO_RESOURCE;
     const KT_U8 parity = param.RaidMode == KT_RAID6 || param.RaidMode == KT_RAID60 ? param.NumParityDisk : KT_U8{0};
     const Geometry geometry{param.RaidMode, param.PDCount, parity};
-    KT_U64 most = 0;
-    const KT_U64 share = planShare(context, geometry, disks, param.StripeBlockSize, mbToKib(param.Size), most);
-    param.Size = share ? capacityOf(geometry, share) : most;
+    const KT_U64 room = roomOnEach(context, disks, param.StripeBlockSize);
+    const KT_U64 most = capacityOf(geometry, room);
+    const KT_U64 wanted = mbToKib(param.Size); // 0 = everything
+    param.Size = most;
+    if (wanted > most || room == 0) return KT_ERR_NO_RESOURCE;
+    const KT_U64 share = wanted == 0 ? room : shareFor(geometry, wanted, param.StripeBlockSize);
     if (share == 0) return KT_ERR_NO_RESOURCE;
+    param.Size = capacityOf(geometry, share);
     if (sizeOnly) return KT_OK;
     param.DGID = id;
     addArray(context, describeArray(context, param, id, share), disks);
@@ -180,8 +179,8 @@ static KT_U8 checkVdParam(const Context& context, const Array& array, const _Cre
         if (param.DGSlotNum >= array.info.VDSlotCount) return KT_ERR_OUT_OF_RANGE;
         if (array.info.VDIDs[param.DGSlotNum] != KT_NO_ID) return KT_ERR_NO_RESOURCE;
     }
-    const KT_U8 status = checkOptions(adapter, param.RaidMode, param.CachePolicy, param.InitializationOption,
-                                      param.RoundingScheme, param.SectorCoefficient);
+    const KT_U8 status = checkOptions(adapter, {param.RaidMode, param.CachePolicy, param.InitializationOption,
+                                                param.RoundingScheme, param.SectorCoefficient});
     return status == KT_OK ? checkName(param.Name) : status;
 }
 

@@ -16,7 +16,7 @@ KT_U8 configureVd(const Context& context, KT_U16 id, const _LD_Config& config) {
     KT_U8 status = findVd(context, id, vd);
     if (status != KT_OK) return status;
     if (!isUsable(vd.info)) return KT_ERR_VD_NOT_READY;
-    status = checkOptions(adapterInfo(context), vd.info.RaidMode, config.CachePolicy, KT_INIT_NONE, KT_ROUND_NONE, 1);
+    status = checkOptions(adapterInfo(context), {vd.info.RaidMode, config.CachePolicy});
     if (status == KT_OK) status = checkName(config.Name);
     if (status != KT_OK) return status;
     KT_U8 policy = config.CachePolicy;

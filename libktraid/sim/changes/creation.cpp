@@ -65,8 +65,8 @@ static KT_U8 planLd(const Context& context, const _Create_LD_Param& param, KT_U6
     KT_U8 status = checkGeometry(adapter, plan.geometry, isArrayBased(adapter));
     if (status == KT_OK) status = checkStripe(adapter, param.StripeBlockSize);
     if (status == KT_OK) {
-        status = checkOptions(adapter, param.RaidMode, param.CachePolicy, param.InitializationOption,
-                              param.RoundingScheme, param.SectorCoefficient);
+        status = checkOptions(adapter, {param.RaidMode, param.CachePolicy, param.InitializationOption,
+                                        param.RoundingScheme, param.SectorCoefficient});
     }
     if (status == KT_OK) status = checkName(param.Name);
     if (status != KT_OK) return status;
@@ -74,13 +74,12 @@ static KT_U8 planLd(const Context& context, const _Create_LD_Param& param, KT_U6
     plan.sectorCoefficient = param.SectorCoefficient;
     plan.cachePolicy = param.CachePolicy;
     plan.initialization = param.InitializationOption;
-    plan.waterMark = param.TandemWaterMark;
     plan.dgid = KT_NO_ID;
     plan.startKib = NEVER;
     std::copy(std::begin(param.Name), std::end(param.Name), plan.name);
     std::vector<Disk> disks;
     const Sharing sharing = sharesDisks(adapter, param.RaidMode) ? Sharing::Part : Sharing::Whole;
-    status = collectMembers(context, param.RaidMode, param.HDIDs, param.HDCount, sharing, disks);
+    status = collectMembers(context, param.RaidMode, {param.HDIDs, param.HDCount}, sharing, disks);
     return status == KT_OK ? layOut(context, plan, disks, wanted, param.RoundingScheme) : status;
 }
 

@@ -45,7 +45,7 @@ static bool isWorkedOn(const Context& context, const _LD_Info& vd, const Activit
 }
 
 // What is done for the array as a whole ends for this virtual disk; the array has that much less to do.
-static void spareWork(const Context& context, const _LD_Info& vd) {
+static void leaveArrayActivity(const Context& context, const _LD_Info& vd) {
     const Owner owner{OwnerKind::Array, vd.DGID};
     Activity activity = activityOf(context, owner);
     if (vd.DGID == KT_NO_ID || activity.kind == 0 || activity.work == 0 || !isWorkedOn(context, vd, activity)) return;
@@ -79,7 +79,7 @@ KT_U8 deleteVd(const Context& context, KT_U16 id, bool stopActivity) {
     }
     const bool ends = isAlive(vd.state.activity) && vd.state.activity.state != KT_STATE_ABORTED;
     if (ends) logActivity(context, Owner{OwnerKind::Vd, id}, vd.state.activity, STEP_ABORTED);
-    spareWork(context, vd.info);
+    leaveArrayActivity(context, vd.info);
     removeVd(context, vd);
     endEmptyActivity(context, vd.info.DGID);
     reviewForeign(context);

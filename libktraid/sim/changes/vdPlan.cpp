@@ -44,17 +44,18 @@ static KT_U8 checkInitialization(const _Adapter_Info& adapter, KT_U8 level, KT_U
     return !brief && level == KT_RAID0 ? KT_U8{KT_ERR_NOT_SUPPORTED} : KT_U8{KT_OK};
 }
 
-KT_U8 checkOptions(const _Adapter_Info& adapter, KT_U8 level, KT_U8 cachePolicy, KT_U8 initialization, KT_U8 rounding,
-                   KT_U8 sectorCoefficient) {
+KT_U8 checkOptions(const _Adapter_Info& adapter, const VdOptions& options) {
     const KT_U8 known = KT_CACHE_OFF | KT_CACHE_READ_AHEAD | KT_CACHE_AUTO | KT_CACHE_RESTORE;
-    if ((cachePolicy & ~known) != 0) return KT_ERR_INVALID_PARAMETER;
-    if ((cachePolicy & KT_CACHE_AUTO) && !(adapter.AdvancedFeatures & KT_ADV_BBU)) return KT_ERR_NOT_SUPPORTED;
-    if ((cachePolicy & KT_CACHE_READ_AHEAD) && (adapter.AdvancedFeatures & KT_ADV_NO_READ_CACHE))
+    if ((options.cachePolicy & ~known) != 0) return KT_ERR_INVALID_PARAMETER;
+    if ((options.cachePolicy & KT_CACHE_AUTO) && !(adapter.AdvancedFeatures & KT_ADV_BBU)) return KT_ERR_NOT_SUPPORTED;
+    if ((options.cachePolicy & KT_CACHE_READ_AHEAD) && (adapter.AdvancedFeatures & KT_ADV_NO_READ_CACHE))
         return KT_ERR_NOT_SUPPORTED;
-    if (rounding > KT_ROUND_10GB) return KT_ERR_INVALID_PARAMETER;
-    if (rounding != KT_ROUND_NONE && (adapter.AdvancedFeatures & KT_ADV_NO_ROUNDING)) return KT_ERR_NOT_SUPPORTED;
-    if (sectorCoefficient > 8 || (sectorCoefficient & (sectorCoefficient - 1)) != 0) return KT_ERR_BLOCK_SIZE;
-    return checkInitialization(adapter, level, initialization);
+    if (options.rounding > KT_ROUND_10GB) return KT_ERR_INVALID_PARAMETER;
+    if (options.rounding != KT_ROUND_NONE && (adapter.AdvancedFeatures & KT_ADV_NO_ROUNDING))
+        return KT_ERR_NOT_SUPPORTED;
+    if (options.sectorCoefficient > 8 || (options.sectorCoefficient & (options.sectorCoefficient - 1)) != 0)
+        return KT_ERR_BLOCK_SIZE;
+    return checkInitialization(adapter, options.level, options.initialization);
 }
 
 KT_U64 roundSize(KT_U64 kib, KT_U8 scheme) {
@@ -125,7 +126,6 @@ static Vd describeVd(const Context& context, const VdPlan& plan, KT_U16 id) {
     const auto seconds = static_cast<KT_U32>(shownTime(context) / 1000);
     vd.info.time_hi = static_cast<KT_U16>(seconds >> 16);
     vd.info.time_low = static_cast<KT_U16>(seconds & 0xFFFF);
-    vd.state.waterMark = plan.waterMark;
     vd.state.linkedDisk = vd.state.activity.disk = KT_NO_ID;
     std::fill(std::begin(vd.state.homes), std::end(vd.state.homes), KT_U16{KT_NO_ID});
     std::copy(plan.disks.begin(), plan.disks.end(), vd.state.homes);

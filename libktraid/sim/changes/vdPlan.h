@@ -14,7 +14,6 @@ struct VdPlan {
     KT_U8 sectorCoefficient;
     KT_U8 cachePolicy;
     KT_U8 initialization;
-    KT_U8 waterMark;
     KT_U8 name[16];
     KT_U16 dgid;               // KT_NO_ID outside arrays
     KT_U64 size;               // KiB
@@ -26,8 +25,15 @@ struct VdPlan {
 // Checks that do not depend on the disks; KT_OK or what is wrong.
 KT_U8 checkName(const KT_U8* name);
 KT_U8 checkStripe(const _Adapter_Info& adapter, KT_U16 stripe);
-KT_U8 checkOptions(const _Adapter_Info& adapter, KT_U8 level, KT_U8 cachePolicy, KT_U8 initialization, KT_U8 rounding,
-                   KT_U8 sectorCoefficient);
+// What creation asks for beside size and place.
+struct VdOptions {
+    KT_U8 level;
+    KT_U8 cachePolicy = 0;
+    KT_U8 initialization = KT_INIT_NONE;
+    KT_U8 rounding = KT_ROUND_NONE;
+    KT_U8 sectorCoefficient = 1;
+};
+KT_U8 checkOptions(const _Adapter_Info& adapter, const VdOptions& options);
 // KiB rounded down to what the scheme allows; 0 when nothing is left.
 KT_U64 roundSize(KT_U64 kib, KT_U8 scheme);
 KT_U16 defaultStripe();

@@ -1,7 +1,7 @@
 #include "devices/battery.h"
 
+#include "devices/batteryCharge.h"
 #include "raid/cacheMode.h"
-#include "state/adapterInfo.h"
 #include "state/due.h"
 #include "state/events.h"
 
@@ -9,20 +9,10 @@
 
 namespace sim {
 
-static const KT_U32 FULL = 1000000;
-static const KT_U64 MINUTE = 60 * 1000;
-static const KT_U64 HOUR = 60 * MINUTE;
-static const KT_U64 DAY = 24 * HOUR;
-static const KT_U64 CHARGE_TIME = 4 * HOUR; // from empty to full
-static const KT_U64 DISCHARGE_TIME = 3 * HOUR;
-static const KT_U64 LEAK_TIME = 100 * DAY; // from full to empty with nothing going on
-static const KT_U64 RELEARN_PERIOD = 30 * DAY;
 static const KT_U64 RELEARN_LIMIT = 24 * HOUR;
 static const KT_U64 POSTPONED_BY = DAY;
-static const KT_U32 LOW_CHARGE = FULL / 100 * 30; // below it the cache would not survive
-static const KT_U8 DEFAULT_RECHARGE_BELOW = 85;
-static const KT_U32 MILLIVOLTS_PER_PERCENT = 6;
-static const KT_U16 WORN_OUT_PERCENT = 60; // of the design capacity
+static const KT_U32 LOW_CHARGE = BATTERY_FULL / 100 * 30; // below it the cache would not survive
+static const KT_U16 WORN_OUT_PERCENT = 60;                // of the design capacity
 
 struct Announcement {
     KT_U64 before;
@@ -37,100 +27,32 @@ static void logBattery(const Context& context, EventName event) {
     logEvent(context, event, 0);
 }
 
-static bool isPresent(const Context& context, _BBU_Info& info) {
-    const auto found = find<_BBU_Info>(context, 0);
-    if (found) info = *found;
-    return found && (found->status & KT_BBU_PRESENT);
-}
-
 bool hasBattery(const Context& context) {
     _BBU_Info info = {};
-    return isPresent(context, info);
-}
-
-static bool hasPlace(const Context& context) {
-    return (adapterInfo(context).AdvancedFeatures & KT_ADV_BBU) || find<_BBU_Info>(context, 0);
-}
-
-// The state of a battery that nobody has looked at yet follows from its record.
-static BatteryState firstState(const Context& context) {
-    _BBU_Info info = {};
-    BatteryState state = {};
-    state.since = context.now;
-    state.nextRelearn = context.now + RELEARN_PERIOD;
-    state.rechargeBelow = DEFAULT_RECHARGE_BELOW;
-    state.abnormal = 1;
-    if (!isPresent(context, info)) return state;
-    state.abnormal = 0;
-    state.designCapacity = info.maxCapacity;
-    const KT_U32 percent = std::min<KT_U32>(info.percentage, 100);
-    const bool agrees = info.maxCapacity && info.capacity * 100U / info.maxCapacity == percent;
-    state.charge = agrees ? static_cast<KT_U32>(KT_U64{info.capacity} * FULL / info.maxCapacity) : percent * FULL / 100;
-    if (info.status & KT_BBU_CHARGING) state.mode = BATTERY_CHARGING;
-    if (info.status & KT_BBU_DISCHARGING) state.mode = BATTERY_DISCHARGING;
-    return state;
-}
-
-static BatteryState stateOf(const Context& context) {
-    const auto found = find<BatteryState>(context, 0);
-    return found ? *found : firstState(context);
-}
-
-// What a broken charger should charge runs down.
-static bool isRising(const BatteryState& state) {
-    return state.mode == BATTERY_CHARGING && !state.chargerBroken;
-}
-
-// Milliseconds that the whole charge takes in the present mode.
-static KT_U64 paceOf(const BatteryState& state) {
-    if (isRising(state)) return CHARGE_TIME;
-    return state.mode == BATTERY_DISCHARGING ? DISCHARGE_TIME : LEAK_TIME;
-}
-
-static KT_U32 chargeAt(const BatteryState& state, KT_U64 now) {
-    const KT_U64 pace = paceOf(state);
-    if (now <= state.since) return state.charge;
-    const KT_U64 passed = std::min(now - state.since, pace);
-    const auto moved = static_cast<KT_U32>(passed * FULL / pace);
-    if (isRising(state)) return std::min(FULL, state.charge + moved);
-    return state.charge > moved ? state.charge - moved : 0;
-}
-
-// When the charge will have reached `level`; NEVER when it moves away from it or is there.
-static KT_U64 reaches(const BatteryState& state, KT_U32 level) {
-    const KT_U64 pace = paceOf(state);
-    const bool rising = isRising(state);
-    if (rising ? level <= state.charge : level >= state.charge) return NEVER;
-    const KT_U64 way = rising ? level - state.charge : state.charge - level;
-    return state.since + (way * pace + FULL - 1) / FULL;
-}
-
-static int voltageAt(const _BBU_Info& info, KT_U32 charge) {
-    const int percent = static_cast<int>(charge / (FULL / 100));
-    return info.voltage + (percent - info.percentage) * static_cast<int>(MILLIVOLTS_PER_PERCENT);
+    return findBattery(context, info);
 }
 
 KT_U8 getBattery(const Context& context, _BBU_Info& info) {
-    if (!hasPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (!hasBatteryPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
     info = {};
-    if (!isPresent(context, info)) {
+    if (!findBattery(context, info)) {
         info = {};
         return KT_OK;
     }
-    const BatteryState state = stateOf(context);
+    const BatteryState state = batteryState(context);
     const KT_U32 charge = chargeAt(state, context.now);
     info.voltage = static_cast<KT_U16>(std::clamp(voltageAt(info, charge), 0, 0xFFFF));
     info.status = KT_BBU_PRESENT;
     info.minutesToFull = info.minutesToEmpty = 0;
     if (isRising(state)) {
         info.status |= KT_BBU_CHARGING;
-        info.minutesToFull = static_cast<KT_U16>((FULL - charge) * CHARGE_TIME / FULL / MINUTE);
+        info.minutesToFull = static_cast<KT_U16>((BATTERY_FULL - charge) * BATTERY_CHARGE_TIME / BATTERY_FULL / MINUTE);
     } else if (state.mode == BATTERY_DISCHARGING) {
         info.status |= KT_BBU_DISCHARGING;
-        info.minutesToEmpty = static_cast<KT_U16>(charge * DISCHARGE_TIME / FULL / MINUTE);
+        info.minutesToEmpty = static_cast<KT_U16>(charge * BATTERY_DISCHARGE_TIME / BATTERY_FULL / MINUTE);
     }
-    info.capacity = static_cast<KT_U16>((KT_U64{info.maxCapacity} * charge + FULL / 2) / FULL);
-    info.percentage = static_cast<KT_U8>(charge / (FULL / 100));
+    info.capacity = static_cast<KT_U16>((KT_U64{info.maxCapacity} * charge + BATTERY_FULL / 2) / BATTERY_FULL);
+    info.percentage = static_cast<KT_U8>(charge / (BATTERY_FULL / 100));
     return KT_OK;
 }
 
@@ -233,7 +155,7 @@ static void finishRelearn(const Context& context, _BBU_Info& info, BatteryState&
 }
 
 static void settleCharge(const Context& context, _BBU_Info& info, BatteryState& state) {
-    if (state.mode == BATTERY_CHARGING && state.charge == FULL) {
+    if (state.mode == BATTERY_CHARGING && state.charge == BATTERY_FULL) {
         state.mode = BATTERY_IDLE;
         logBattery(context, EVT_BATTERY_CHARGED);
         if (state.relearn == RELEARN_CHARGING) finishRelearn(context, info, state);
@@ -245,7 +167,7 @@ static void settleCharge(const Context& context, _BBU_Info& info, BatteryState& 
             logBattery(context, EVT_BATTERY_RELEARN_GOES_ON);
         }
         setMode(context, state, BATTERY_CHARGING);
-    } else if (state.mode == BATTERY_IDLE && state.charge <= state.rechargeBelow * (FULL / 100)) {
+    } else if (state.mode == BATTERY_IDLE && state.charge <= state.rechargeBelow * (BATTERY_FULL / 100)) {
         setMode(context, state, BATTERY_CHARGING);
     }
 }
@@ -282,11 +204,11 @@ static KT_U64 nextRelearnStep(const BatteryState& state) {
 }
 
 KT_U64 settleBattery(const Context& context) {
-    if (!hasPlace(context)) return NEVER;
+    if (!hasBatteryPlace(context)) return NEVER;
     const bool first = !find<BatteryState>(context, 0);
-    BatteryState state = stateOf(context);
+    BatteryState state = batteryState(context);
     _BBU_Info info = {};
-    if (!isPresent(context, info)) {
+    if (!findBattery(context, info)) {
         setAbnormal(context, state, true, !first);
         return NEVER;
     }
@@ -296,11 +218,12 @@ KT_U64 settleBattery(const Context& context) {
     settleRelearn(context, state);
     checkComplaints(context, info, state);
     setAbnormal(context, state, state.complaints != 0, !first);
-    KT_U64 next = std::min(nextRelearnStep(state), reaches(state, LOW_CHARGE));
-    next = std::min(next, reaches(state, isRising(state) ? FULL : 0));
+    KT_U64 next = std::min(nextRelearnStep(state), whenCharged(state, LOW_CHARGE));
+    next = std::min(next, whenCharged(state, isRising(state) ? BATTERY_FULL : 0));
     // Just below the low mark the complaint begins; one step further lies the moment to look.
-    next = std::min(next, reaches(state, LOW_CHARGE - 1));
-    if (state.mode == BATTERY_IDLE) next = std::min(next, reaches(state, state.rechargeBelow * (FULL / 100)));
+    next = std::min(next, whenCharged(state, LOW_CHARGE - 1));
+    if (state.mode == BATTERY_IDLE)
+        next = std::min(next, whenCharged(state, state.rechargeBelow * (BATTERY_FULL / 100)));
     return next;
 }
 
@@ -312,14 +235,14 @@ static void settleNow(const Context& context, const BatteryState& state) {
 }
 
 KT_U8 changeBatteryPower(const Context& context, KT_U8 action) {
-    if (!hasPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    if (!hasBatteryPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
     if (action > POWER_DISCHARGE) return KT_ERR_INVALID_PARAMETER;
     _BBU_Info info = {};
-    if (!isPresent(context, info)) return KT_ERR_INVALID_BBU;
-    BatteryState state = stateOf(context);
+    if (!findBattery(context, info)) return KT_ERR_INVALID_BBU;
+    BatteryState state = batteryState(context);
     state.charge = chargeAt(state, context.now);
     state.since = context.now;
-    if (action == POWER_CHARGE && state.charge == FULL) return KT_ERR_INVALID_REQUEST;
+    if (action == POWER_CHARGE && state.charge == BATTERY_FULL) return KT_ERR_INVALID_REQUEST;
     if (action == POWER_DISCHARGE && state.charge == 0) return KT_ERR_INVALID_REQUEST;
     if (state.relearn != RELEARN_NONE) {
         logBattery(context, EVT_BATTERY_RELEARN_POSTPONED);
@@ -335,17 +258,17 @@ KT_U8 changeBatteryPower(const Context& context, KT_U8 action) {
 
 BatteryLimits batteryLimits(const Context& context) {
     _BBU_Info info = {};
-    if (!isPresent(context, info)) return BatteryLimits{DEFAULT_RECHARGE_BELOW, 0, 60, 3300, 4300};
+    if (!findBattery(context, info)) return BatteryLimits{DEFAULT_RECHARGE_BELOW, 0, 60, 3300, 4300};
     const auto celsius = [](KT_S16 value) { return static_cast<KT_U8>(std::clamp<int>(value, 0, 255)); };
-    return BatteryLimits{stateOf(context).rechargeBelow, celsius(info.tempLow), celsius(info.tempHigh), info.voltLow,
-                         info.voltHigh};
+    return BatteryLimits{batteryState(context).rechargeBelow, celsius(info.tempLow), celsius(info.tempHigh),
+                         info.voltLow, info.voltHigh};
 }
 
 void setBatteryLimits(const Context& context, const BatteryLimits& limits) {
     _BBU_Info info = {};
-    if (!isPresent(context, info)) return;
+    if (!findBattery(context, info)) return;
     const BatteryLimits before = batteryLimits(context);
-    BatteryState state = stateOf(context);
+    BatteryState state = batteryState(context);
     if (limits.rechargeBelow != before.rechargeBelow && limits.rechargeBelow <= 100) {
         state.rechargeBelow = limits.rechargeBelow;
         logBattery(context, EVT_BATTERY_CHARGE_THRESHOLD_CHANGED);
@@ -365,10 +288,10 @@ void setBatteryLimits(const Context& context, const BatteryLimits& limits) {
 }
 
 bool insertBattery(const Context& context) {
-    if (!hasPlace(context)) return false;
+    if (!hasBatteryPlace(context)) return false;
     _BBU_Info info = {};
-    const bool replaces = isPresent(context, info);
-    const BatteryState before = stateOf(context);
+    const bool replaces = findBattery(context, info);
+    const BatteryState before = batteryState(context);
     const BatteryLimits limits = batteryLimits(context);
     info = {};
     info.status = KT_BBU_PRESENT;
@@ -383,7 +306,7 @@ bool insertBattery(const Context& context) {
     info.percentage = 50;
     save(context, 0, info);
     erase<BatteryState>(context, 0);
-    BatteryState state = firstState(context);
+    BatteryState state = firstBatteryState(context);
     state.rechargeBelow = limits.rechargeBelow;
     state.abnormal = before.abnormal;
     logBattery(context, replaces ? EVT_BATTERY_REPLACED : EVT_BATTERY_NEW);
@@ -394,8 +317,8 @@ bool insertBattery(const Context& context) {
 
 bool removeBattery(const Context& context) {
     _BBU_Info info = {};
-    if (!isPresent(context, info)) return false;
-    BatteryState state = stateOf(context);
+    if (!findBattery(context, info)) return false;
+    BatteryState state = batteryState(context);
     save(context, 0, _BBU_Info{});
     logBattery(context, EVT_BATTERY_REMOVED);
     state.complaints = 0;
@@ -408,8 +331,8 @@ bool removeBattery(const Context& context) {
 template <class Change>
 static bool changeBattery(const Context& context, Change change) {
     _BBU_Info info = {};
-    if (!isPresent(context, info)) return false;
-    BatteryState state = stateOf(context);
+    if (!findBattery(context, info)) return false;
+    BatteryState state = batteryState(context);
     state.charge = chargeAt(state, context.now);
     state.since = context.now;
     change(info, state);
@@ -419,8 +342,9 @@ static bool changeBattery(const Context& context, Change change) {
 }
 
 bool setBatteryCharge(const Context& context, unsigned percent) {
-    return changeBattery(
-        context, [&](_BBU_Info&, BatteryState& state) { state.charge = std::min(percent, 100U) * (FULL / 100); });
+    return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
+        state.charge = std::min(percent, 100U) * (BATTERY_FULL / 100);
+    });
 }
 
 bool setBatteryTemperature(const Context& context, KT_S16 hundredths) {
@@ -430,7 +354,7 @@ bool setBatteryTemperature(const Context& context, KT_S16 hundredths) {
 bool setBatteryVoltage(const Context& context, KT_U16 millivolts) {
     return changeBattery(context, [&](_BBU_Info& info, BatteryState& state) {
         info.voltage = millivolts;
-        info.percentage = static_cast<KT_U8>(state.charge / (FULL / 100));
+        info.percentage = static_cast<KT_U8>(state.charge / (BATTERY_FULL / 100));
     });
 }
 

@@ -2,149 +2,11 @@
 
 #include "media/blocks.h"
 #include "raid/activityRecords.h"
-#include "state/events.h"
 
 #include <algorithm>
 #include <cstdio>
 
 namespace sim {
-
-// The element status code, the low four bits of the first byte.
-enum : KT_U8 { SES_OK = 1, SES_CRITICAL = 2, SES_NONCRITICAL = 3, SES_NOT_INSTALLED = 5, SES_CODE_MASK = 0x0F };
-enum : KT_U8 { SES_PREDICTED_FAILURE = 0x40 };
-// Bits of the slot elements.
-enum : KT_U8 {
-    SLOT_OK = 0x80,
-    SLOT_SPARE = 0x20,
-    SLOT_CHECK = 0x10,
-    SLOT_CRITICAL_ARRAY = 0x08,
-    SLOT_FAILED_ARRAY = 0x04,
-    SLOT_REBUILD = 0x02,
-    SLOT_REBUILD_ABORTED = 0x01,
-    SLOT_IDENT = 0x02,
-    SLOT_FAULT = 0x40
-};
-// Bits of the others.
-enum : KT_U8 { ALARM_MUTED = 0x40, TONE_NONCRITICAL = 0x04, TONE_CRITICAL = 0x02 };
-enum : KT_U8 { DOOR_OPEN = 0x02, DOOR_UNLOCKED = 0x01 };
-enum : KT_U8 { HOT_SWAP = 0x80, REQUESTED_ON = 0x20 };
-static const int FAN_RPM = 5200;
-static const int RPM_PER_SPEED_CODE = 2000; // up to the seventh, the highest; 0 = it stands still
-static const int HIGHEST_SPEED_CODE = 7;
-static const int CELSIUS_OFFSET = 20;
-
-static const ElementKind KINDS[] = {
-    {KT_SES_DEVICE, "dev", "Device"},       {KT_SES_ARRAY_DEVICE, "arydev", "Slot"},
-    {KT_SES_POWER_SUPPLY, "pow", "PSU"},    {KT_SES_COOLING, "fan", "Fan"},
-    {KT_SES_TEMPERATURE, "tpr", "Temp"},    {KT_SES_DOOR_LOCK, "dor", "Door"},
-    {KT_SES_ALARM, "alm", "Audible alarm"}, {KT_SES_DISPLAY, "dpl", "Display"},
-    {KT_SES_VOLTAGE, "vlt", "Voltage"},
-};
-
-static const ElementKind* elementKind(KT_U8 type) {
-    for (const ElementKind& kind : KINDS)
-        if (kind.type == type) return &kind;
-    return nullptr;
-}
-
-const ElementKind* elementKindNamed(const std::string& word) {
-    for (const ElementKind& kind : KINDS)
-        if (word == kind.word) return &kind;
-    return nullptr;
-}
-
-std::vector<std::string> elementWords() {
-    std::vector<std::string> words;
-    for (const ElementKind& kind : KINDS)
-        words.emplace_back(kind.word);
-    return words;
-}
-
-// A condition of a type (EVERY_TYPE: of all but slots): the event that says so, what the status element
-// becomes.
-static const EventName NO_EVENT{0xFFFFFFFF};
-static const KT_U8 EVERY_TYPE = 0;
-struct Condition {
-    const char* word;
-    EventName event;
-    KT_U8 type;
-    KT_U8 status[4];
-    EventSeverity severity;
-};
-static constexpr KT_U8 speedCode(int rpm) {
-    return static_cast<KT_U8>(std::min((rpm + RPM_PER_SPEED_CODE - 1) / RPM_PER_SPEED_CODE, HIGHEST_SPEED_CODE));
-}
-
-static const Condition CONDITIONS[] = {
-    {"ok", EVT_ENVIRONMENT_SUPPLY_OK, KT_SES_POWER_SUPPLY, {SES_OK, 0, 0, HOT_SWAP | REQUESTED_ON}, SEV_INFO},
-    {"ac-fail",
-     EVT_ENVIRONMENT_SUPPLY_ALERT,
-     KT_SES_POWER_SUPPLY,
-     {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x02},
-     SEV_MAJOR},
-    {"dc-fail",
-     EVT_ENVIRONMENT_SUPPLY_ALERT,
-     KT_SES_POWER_SUPPLY,
-     {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON | 0x01},
-     SEV_MAJOR},
-    {"overheated",
-     EVT_ENVIRONMENT_SUPPLY_ALERT,
-     KT_SES_POWER_SUPPLY,
-     {SES_CRITICAL, 0, 0, HOT_SWAP | REQUESTED_ON | 0x08},
-     SEV_MAJOR},
-    {"off", EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_POWER_SUPPLY, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
-    {"missing", EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_POWER_SUPPLY, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
-    {"ok",
-     EVT_ENVIRONMENT_FAN_OK,
-     KT_SES_COOLING,
-     {SES_OK, FAN_RPM / 10 >> 8, FAN_RPM / 10 & 0xFF, HOT_SWAP | REQUESTED_ON | speedCode(FAN_RPM)},
-     SEV_INFO},
-    {"failed",
-     EVT_ENVIRONMENT_FAN_DEFECTIVE,
-     KT_SES_COOLING,
-     {SES_CRITICAL, 0, 0, HOT_SWAP | 0x40 | REQUESTED_ON},
-     SEV_MAJOR},
-    {"off", EVT_ENVIRONMENT_FAN_DEFECTIVE, KT_SES_COOLING, {SES_NONCRITICAL, 0, 0, HOT_SWAP | 0x10}, SEV_WARNING},
-    {"missing", EVT_ENVIRONMENT_FAN_ABSENT, KT_SES_COOLING, {SES_NOT_INSTALLED, 0, 0, HOT_SWAP}, SEV_WARNING},
-    {"ok", EVT_ENVIRONMENT_TEMPERATURE_OK, KT_SES_TEMPERATURE, {SES_OK, 0, 31 + CELSIUS_OFFSET, 0}, SEV_INFO},
-    {"failed", NO_EVENT, KT_SES_TEMPERATURE, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
-    {"ok", EVT_ENVIRONMENT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, 0}, SEV_INFO},
-    {"open", EVT_ENVIRONMENT_OPENED, KT_SES_DOOR_LOCK, {SES_NONCRITICAL, 0, 0, DOOR_OPEN | DOOR_UNLOCKED}, SEV_WARNING},
-    {"unlocked", EVT_ENVIRONMENT_CLOSED, KT_SES_DOOR_LOCK, {SES_OK, 0, 0, DOOR_UNLOCKED}, SEV_INFO},
-    {"failed", NO_EVENT, KT_SES_DOOR_LOCK, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
-    {"ok", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, 0}, SEV_INFO},
-    {"sounding", NO_EVENT, KT_SES_ALARM, {SES_OK, 0, 0, TONE_CRITICAL}, SEV_INFO},
-    {"muted", EVT_ENVIRONMENT_MUTE_PRESSED, KT_SES_ALARM, {SES_OK, 0, 0, ALARM_MUTED | TONE_CRITICAL}, SEV_INFO},
-    {"failed", NO_EVENT, KT_SES_ALARM, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
-    {"ok", NO_EVENT, KT_SES_DISPLAY, {SES_OK, 0x01, 'A', '1'}, SEV_INFO},
-    {"failed", NO_EVENT, KT_SES_DISPLAY, {SES_CRITICAL, 0x41, 0, 0}, SEV_MAJOR},
-    {"ok", NO_EVENT, KT_SES_VOLTAGE, {SES_OK, 0, 1200 >> 8, 1200 & 0xFF}, SEV_INFO},
-    {"failed", NO_EVENT, KT_SES_VOLTAGE, {SES_CRITICAL, 0x40, 0, 0}, SEV_MAJOR},
-    {"ok", NO_EVENT, KT_SES_ARRAY_DEVICE, {SES_OK, 0, 0, 0}, SEV_INFO},
-    {"ok", NO_EVENT, KT_SES_DEVICE, {SES_OK, 0, 0, 0}, SEV_INFO},
-    {"unknown", NO_EVENT, EVERY_TYPE, {6, 0, 0, 0}, SEV_WARNING},
-    {"missing", NO_EVENT, EVERY_TYPE, {SES_NOT_INSTALLED, 0, 0, 0}, SEV_WARNING},
-};
-
-static const Condition* conditionNamed(KT_U8 type, const std::string& word) {
-    for (const Condition& condition : CONDITIONS)
-        if ((condition.type == type || condition.type == EVERY_TYPE) && word == condition.word) return &condition;
-    return nullptr;
-}
-
-bool isSlot(KT_U8 type) {
-    return type == KT_SES_ARRAY_DEVICE || type == KT_SES_DEVICE;
-}
-
-std::vector<std::string> conditionWords(KT_U8 type) {
-    std::vector<std::string> words;
-    for (const Condition& condition : CONDITIONS) {
-        const bool fits = condition.type == type || (condition.type == EVERY_TYPE && !isSlot(type));
-        const bool known = std::find(words.begin(), words.end(), condition.word) != words.end();
-        if (fits && !known) words.emplace_back(condition.word);
-    }
-    return words;
-}
 
 static KT_U64 elementId(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
     return (KT_U64{enclosure} << 16) + (KT_U64{type} << 8) + element;
@@ -325,7 +187,7 @@ void countElementTypes(const Context& context, KT_U16 enclosure) {
     auto info = find<_Enclosure_Info>(context, enclosure);
     if (!info) return;
     info->ElementTypeCount = 0;
-    for (const ElementKind& kind : KINDS)
+    for (const ElementKind& kind : elementKinds())
         if (countElements(context, enclosure, kind.type)) info->ElementTypeCount++;
     save(context, enclosure, *info);
 }
@@ -366,7 +228,7 @@ static void refreshEnclosure(const Context& context, KT_U16 enclosure) {
     if (!info) return;
     const KT_U8 before = info->Status ? info->Status : KT_U8{SES_OK};
     KT_U8 worst = SES_OK;
-    for (const ElementKind& kind : KINDS) {
+    for (const ElementKind& kind : elementKinds()) {
         const KT_U8 status = isSlot(kind.type) ? KT_U8{SES_OK} : worstOf(context, enclosure, kind.type);
         if (badness(status) > badness(worst)) worst = status;
     }
@@ -376,15 +238,22 @@ static void refreshEnclosure(const Context& context, KT_U16 enclosure) {
     if (change != 0) soundAlarms(context, enclosure, info->Status, change > 0);
 }
 
-static void putStatus(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, const KT_U8 (&status)[4],
-                      EventName event, EventSeverity severity) {
-    const KT_U64 id = elementId(enclosure, type, element);
+// What an element's status becomes, and what is logged of it.
+struct NewStatus {
+    KT_U8 bytes[4];
+    EventName event;
+    EventSeverity severity;
+};
+
+static void putStatus(const Context& context, KT_U16 enclosure, KT_U64 id, const NewStatus& status) {
     EnclosureElement row = find<EnclosureElement>(context, id).value_or(EnclosureElement{});
-    const bool changes =
-        (row.status[0] & SES_CODE_MASK) != status[0] || row.status[1] != status[1] || row.status[3] != status[3];
-    memcpy(row.status, status, sizeof row.status);
+    const bool changes = (row.status[0] & SES_CODE_MASK) != status.bytes[0] || row.status[1] != status.bytes[1] ||
+                         row.status[3] != status.bytes[3];
+    memcpy(row.status, status.bytes, sizeof row.status);
     save(context, id, row);
-    if (changes && event != NO_EVENT) logEvent(context, event, context.adapter, severity, {element});
+    const auto element = static_cast<KT_U8>(id & 0xFF);
+    if (changes && status.event != NO_EVENT)
+        logEvent(context, status.event, context.adapter, status.severity, {element});
     refreshEnclosure(context, enclosure);
 }
 
@@ -392,47 +261,17 @@ bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, K
     const Condition* condition = conditionNamed(type, word);
     if (!condition || isSlot(type) || element == OVERALL_ELEMENT) return false;
     if (checkElement(context, enclosure, type, element) != KT_OK) return false;
-    KT_U8 status[4];
-    memcpy(status, condition->status, sizeof status);
-    const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
+    const KT_U64 id = elementId(enclosure, type, element);
+    NewStatus status = {{}, condition->event, condition->severity};
+    memcpy(status.bytes, condition->status, sizeof status.bytes);
+    const auto row = find<EnclosureElement>(context, id);
     const KT_U8 tone = type == KT_SES_ALARM && row ? row->status[3] & (TONE_CRITICAL | TONE_NONCRITICAL) : 0;
-    if ((status[3] & ALARM_MUTED) && tone) status[3] = ALARM_MUTED | tone;
-    const bool nothingCloses = condition->event == EVT_ENVIRONMENT_CLOSED && row && !(row->status[3] & DOOR_OPEN);
-    putStatus(context, enclosure, type, element, status, nothingCloses ? NO_EVENT : condition->event,
-              condition->severity);
+    if ((status.bytes[3] & ALARM_MUTED) && tone) status.bytes[3] = ALARM_MUTED | tone;
+    const bool wasOpen = !row || (row->status[3] & DOOR_OPEN);
+    if (condition->event == EVT_ENVIRONMENT_CLOSED && !wasOpen) status.event = NO_EVENT;
+    putStatus(context, enclosure, id, status);
     return true;
 }
-
-// Thresholds of the sensors: the first line that holds says what a reading means.
-struct Reading {
-    bool (*holds)(int value, int nominal);
-    EventName event;
-    KT_U8 type;
-    KT_U8 code;
-    KT_U8 flag;
-    EventSeverity severity;
-};
-static const Reading READINGS[] = {
-    {[](int value, int) { return value >= 65; }, EVT_ENVIRONMENT_TOO_HOT, KT_SES_TEMPERATURE, SES_CRITICAL, 0x08,
-     SEV_CRITICAL},
-    {[](int value, int) { return value >= 55; }, EVT_ENVIRONMENT_HOT, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x04,
-     SEV_WARNING},
-    {[](int value, int) { return value <= 0; }, NO_EVENT, KT_SES_TEMPERATURE, SES_CRITICAL, 0x02, SEV_MAJOR},
-    {[](int value, int) { return value <= 5; }, NO_EVENT, KT_SES_TEMPERATURE, SES_NONCRITICAL, 0x01, SEV_WARNING},
-    {[](int, int) { return true; }, EVT_ENVIRONMENT_TEMPERATURE_OK, KT_SES_TEMPERATURE, SES_OK, 0, SEV_INFO},
-    {[](int value, int nominal) { return value > nominal * 110 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
-     SES_CRITICAL, 0x02, SEV_MAJOR},
-    {[](int value, int nominal) { return value < nominal * 90 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
-     SES_CRITICAL, 0x01, SEV_MAJOR},
-    {[](int value, int nominal) { return value > nominal * 105 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
-     SES_NONCRITICAL, 0x08, SEV_WARNING},
-    {[](int value, int nominal) { return value < nominal * 95 / 100; }, EVT_ENVIRONMENT_SUPPLY_ALERT, KT_SES_VOLTAGE,
-     SES_NONCRITICAL, 0x04, SEV_WARNING},
-    {[](int, int) { return true; }, EVT_ENVIRONMENT_SUPPLY_OK, KT_SES_VOLTAGE, SES_OK, 0, SEV_INFO},
-    {[](int value, int) { return value < 1000; }, EVT_ENVIRONMENT_FAN_DEFECTIVE, KT_SES_COOLING, SES_CRITICAL, 0x40,
-     SEV_MAJOR},
-    {[](int, int) { return true; }, EVT_ENVIRONMENT_FAN_OK, KT_SES_COOLING, SES_OK, 0, SEV_INFO},
-};
 
 // The voltage that a sensor named "5 V" watches, in hundredths; of others 12 V.
 static int nominalVoltage(const EnclosureElement& row) {
@@ -440,35 +279,17 @@ static int nominalVoltage(const EnclosureElement& row) {
     return volts * 100;
 }
 
-static void putReading(KT_U8 type, const Reading& reading, int value, KT_U8 (&status)[4]) {
-    status[0] = reading.code;
-    if (type == KT_SES_TEMPERATURE) {
-        status[2] = static_cast<KT_U8>(std::clamp(value + CELSIUS_OFFSET, 1, 255));
-        status[3] = reading.flag;
-    } else if (type == KT_SES_VOLTAGE) {
-        status[1] = reading.flag;
-        status[2] = static_cast<KT_U8>(static_cast<unsigned>(value) >> 8);
-        status[3] = static_cast<KT_U8>(value & 0xFF);
-    } else {
-        const int tens = std::clamp(value / 10, 0, 0x7FF);
-        status[1] = static_cast<KT_U8>(tens >> 8);
-        status[2] = static_cast<KT_U8>(tens & 0xFF);
-        status[3] = static_cast<KT_U8>(HOT_SWAP | REQUESTED_ON | reading.flag | speedCode(tens * 10));
-    }
-}
-
 bool setElementReading(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value) {
-    const auto row = find<EnclosureElement>(context, elementId(enclosure, type, element));
+    const KT_U64 id = elementId(enclosure, type, element);
+    const auto row = find<EnclosureElement>(context, id);
     if (!row || element == OVERALL_ELEMENT) return false;
-    for (const Reading& reading : READINGS) {
-        if (reading.type != type || !reading.holds(value, nominalVoltage(*row))) continue;
-        KT_U8 status[4] = {};
-        putReading(type, reading, value, status);
-        const bool same = (row->status[0] & SES_CODE_MASK) == reading.code;
-        putStatus(context, enclosure, type, element, status, same ? NO_EVENT : reading.event, reading.severity);
-        return true;
-    }
-    return false;
+    const Reading* reading = readingOf(type, value, nominalVoltage(*row));
+    if (!reading) return false;
+    const bool same = (row->status[0] & SES_CODE_MASK) == reading->code;
+    NewStatus status = {{}, same ? NO_EVENT : reading->event, reading->severity};
+    putReading(type, *reading, value, status.bytes);
+    putStatus(context, enclosure, id, status);
+    return true;
 }
 
 } // namespace sim

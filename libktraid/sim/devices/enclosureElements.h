@@ -1,24 +1,11 @@
 // Enclosures and their elements, as SCSI enclosure services describe them.
 #pragma once
 
-#include "state/store.h"
-
-#include <string>
-#include <vector>
+#include "devices/elementConditions.h"
 
 namespace sim {
 
 enum : KT_U8 { OVERALL_ELEMENT = 255 }; // stands for all elements of a type
-
-struct ElementKind {
-    KT_U8 type;       // KT_SES_*
-    const char* word; // as `enc -t` and labs call it
-    const char* name;
-};
-const ElementKind* elementKindNamed(const std::string& word);
-std::vector<std::string> elementWords();
-// Slots are as their disks are.
-bool isSlot(KT_U8 type);
 
 KT_U8 getElementInfo(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, _Enc_Element_Info& info);
 KT_U8 getElementConfig(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element,
@@ -34,7 +21,6 @@ void countElementTypes(const Context& context, KT_U16 enclosure);
 // Puts an element into a condition by its word ("failed", "ac-fail", "open", "ok" ...), with its event. False when
 // there is no such element or its type does not know the word.
 bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, const std::string& word);
-std::vector<std::string> conditionWords(KT_U8 type);
 // What a sensor measures: Celsius, hundredths of a volt, or a fan's turns a minute.
 bool setElementReading(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value);
 

@@ -52,13 +52,13 @@ static void removeImage(const Context& context, KT_U8 type) {
     const auto image = find<FlashImage>(context, type);
     const KT_U64 pages = image ? (image->size + FLASH_PAGE - 1) / FLASH_PAGE : 0;
     for (KT_U64 page = 0; page < pages; ++page)
-        eraseRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, page));
+        eraseRow(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, page)});
 }
 
 static void storeImage(const Context& context, KT_U8 type, const std::string& image) {
     removeImage(context, type);
     for (size_t at = 0; at < image.size(); at += FLASH_PAGE) {
-        writeRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, at / FLASH_PAGE),
+        writeRow(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, at / FLASH_PAGE)},
                  image.data() + at, std::min<size_t>(FLASH_PAGE, image.size() - at));
     }
     save(context, type, FlashImage{IMAGE_STORED, {}, static_cast<KT_U32>(image.size())});
@@ -83,7 +83,7 @@ static std::string stagedImage(const Context& context, const FlashUpdate& update
     std::string image;
     image.reserve(update.received);
     for (KT_U64 page = 0; page < update.nextPage; ++page)
-        image += readBytes(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page).value_or("");
+        image += readBytes(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page}).value_or("");
     return image;
 }
 
@@ -158,7 +158,8 @@ KT_U8 updateImage(Context& context, KT_U8 type, const _Flash_Data& page) {
     const bool complete = update.received == update.expected;
     if (update.announced && (page.isLastPage ? !complete : update.received >= update.expected))
         return refuseWrite(context, KT_ERR_FLASH_DESCRIPTOR);
-    writeRow(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page.PageNum, page.Data, page.Size);
+    writeRow(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_STAGED), page.PageNum}, page.Data,
+             page.Size);
     save(context, 0, update);
     return page.isLastPage ? finishUpdate(context, *kind, update) : KT_U8{KT_OK};
 }
@@ -182,7 +183,7 @@ static std::string imageInFlash(const Context& context, const ImageKind& kind) {
     std::string bytes;
     for (KT_U64 page = 0; page * FLASH_PAGE < image->size; ++page) {
         const KT_U64 id = chunkId(kind.type, page);
-        bytes += readBytes(context.store, context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), id).value_or("");
+        bytes += readBytes(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), id}).value_or("");
     }
     return bytes;
 }

@@ -32,22 +32,22 @@ static KT_U8 findHybrid(const Context& context, KT_U16 id, _LD_Info& vd) {
 }
 
 static void dropTable(const Context& context, KT_U16 vd) {
-    const auto table = find<TandemTable>(context, vd);
+    const auto table = find<HybridTable>(context, vd);
     for (KT_U64 i = 0; table && i < table->used; ++i)
-        erase<TandemEntry>(context, (KT_U64{vd} << 16) + i);
-    erase<TandemTable>(context, vd);
+        erase<HybridEntry>(context, (KT_U64{vd} << 16) + i);
+    erase<HybridTable>(context, vd);
 }
 
 // The virtual disk's table; one that a deleted virtual disk of the same id left behind does not count.
-static TandemTable tableOf(const Context& context, const _LD_Info& vd) {
-    const auto table = find<TandemTable>(context, vd.ID);
+static HybridTable tableOf(const Context& context, const _LD_Info& vd) {
+    const auto table = find<HybridTable>(context, vd.ID);
     if (table && memcmp(table->guid, vd.LD_GUID, sizeof table->guid) == 0) return *table;
-    TandemTable none = {};
+    HybridTable none = {};
     memcpy(none.guid, vd.LD_GUID, sizeof none.guid);
     return none;
 }
 
-KT_U8 addTandemEntry(const Context& context, KT_U16 id, const _Tandemix_Entry_Request& request) {
+KT_U8 addHybridEntry(const Context& context, KT_U16 id, const _Tandemix_Entry_Request& request) {
     if (request.header.requestType != KT_REQUEST_ITEM) return KT_ERR_REQUEST_TYPE;
     if (request.header.numRequested != 1) return KT_ERR_NUM_REQUESTED;
     _LD_Info vd = {};
@@ -55,16 +55,16 @@ KT_U8 addTandemEntry(const Context& context, KT_U16 id, const _Tandemix_Entry_Re
     if (status != KT_OK) return status;
     const KT_U64 size = vd.Size * 1024;
     if (request.start > size || request.length > size - request.start) return KT_ERR_OUT_OF_RANGE;
-    TandemTable table = tableOf(context, vd);
+    HybridTable table = tableOf(context, vd);
     if (table.used == TABLE_ENTRIES) return KT_ERR_NO_RESOURCE;
     if (table.used == 0) dropTable(context, id);
-    save(context, (KT_U64{id} << 16) + table.used, TandemEntry{request.start, request.length});
+    save(context, (KT_U64{id} << 16) + table.used, HybridEntry{request.start, request.length});
     ++table.used;
     save(context, id, table);
     return KT_OK;
 }
 
-KT_U8 getTandemTable(const Context& context, KT_U16 id, _Tandemix_Table_Info& info) {
+KT_U8 getHybridTable(const Context& context, KT_U16 id, _Tandemix_Table_Info& info) {
     _LD_Info vd = {};
     const KT_U8 status = findHybrid(context, id, vd);
     if (status != KT_OK) return status;
@@ -73,7 +73,7 @@ KT_U8 getTandemTable(const Context& context, KT_U16 id, _Tandemix_Table_Info& in
     return KT_OK;
 }
 
-KT_U8 removeTandemTable(const Context& context, KT_U16 id) {
+KT_U8 removeHybridTable(const Context& context, KT_U16 id) {
     _LD_Info vd = {};
     const KT_U8 status = findHybrid(context, id, vd);
     if (status == KT_OK) dropTable(context, id);

@@ -1,4 +1,4 @@
-// The hybrid tier: entries tables, magic numbers, links between virtual and hard disks.
+// Hybrid virtual disks: entries tables, magic numbers, links between virtual and hard disks.
 #pragma once
 
 #include "state/store.h"
@@ -6,9 +6,9 @@
 namespace sim {
 
 // `id` is a virtual disk's.
-KT_U8 addTandemEntry(const Context& context, KT_U16 id, const _Tandemix_Entry_Request& request);
-KT_U8 getTandemTable(const Context& context, KT_U16 id, _Tandemix_Table_Info& info);
-KT_U8 removeTandemTable(const Context& context, KT_U16 id);
+KT_U8 addHybridEntry(const Context& context, KT_U16 id, const _Tandemix_Entry_Request& request);
+KT_U8 getHybridTable(const Context& context, KT_U16 id, _Tandemix_Table_Info& info);
+KT_U8 removeHybridTable(const Context& context, KT_U16 id);
 
 // Fill the Magic of each record for its ID; the first unknown one ends it.
 KT_U8 getDiskMagic(const Context& context, KT_U16 count, _Device_Magic* magics);

@@ -78,46 +78,55 @@ static KT_U8 runBody(Context& context, Access access, Body body) {
     return status;
 }
 
-// One attempt inside an open transaction. `needsWriting`: it has to be repeated with Access::Write because something
-// is due or a fault counts the call.
-static KT_U8 attempt(const char* name, int adapter, Access access, bool mayWrite, std::initializer_list<Arg> args,
-                     Body body, bool& needsWriting) {
+namespace {
+// A call on its way: what was called, and what it does.
+struct CallInHand {
+    const char* name;
+    int adapter; // -1: none
+    Access access;
+    std::initializer_list<Arg> args;
+    Body body;
+};
+} // namespace
+
+// One attempt inside an open transaction. `needsWriting`: it has to be repeated in one that may write, because
+// something is due or a fault counts the call.
+static KT_U8 attempt(const CallInHand& call, bool mayWrite, bool& needsWriting) {
     Store& store = *gStore;
     const auto global = find<GlobalState>(store, ADAPTER_GLOBAL, 0);
-    if (adapter >= 0 && (!global || adapter >= global->adapterCount)) return KT_ERR_INVALID_ADAPTER;
-    Context context{store, static_cast<KT_U8>(adapter < 0 ? ADAPTER_GLOBAL : adapter), simulatedNow(store)};
-    const auto faultId = findFault(store, name, context.adapter);
-    const bool due = adapter >= 0 && settleDue(context);
+    if (call.adapter >= 0 && (!global || call.adapter >= global->adapterCount)) return KT_ERR_INVALID_ADAPTER;
+    Context context{store, static_cast<KT_U8>(call.adapter < 0 ? ADAPTER_GLOBAL : call.adapter), simulatedNow(store)};
+    const auto faultId = findFault(store, call.name, context.adapter);
+    const bool due = call.adapter >= 0 && settleDue(context);
     needsWriting = !mayWrite && (faultId || due);
     if (needsWriting) return KT_OK;
     if (due) settle(context);
     Fault fault = {};
     const bool strikes = faultId && strikeFault(store, *faultId, fault);
     if (strikes && fault.kind == FAULT_STATUS) return fault.status;
-    const KT_U8 status = runBody(context, access, body);
-    if (mayWrite) checkAfterCall(name, context);
-    if (strikes && status == KT_OK) spoil(name, fault, args);
+    const KT_U8 status = runBody(context, call.access, call.body);
+    if (mayWrite) checkAfterCall(call.name, context);
+    if (strikes && status == KT_OK) spoil(call.name, fault, call.args);
     return status;
 }
 
-static KT_U8 runTransaction(const char* name, int adapter, Access access, std::initializer_list<Arg> args, Body body) {
-    bool mayWrite = access == Access::Write;
+static KT_U8 runTransaction(const CallInHand& call) {
+    bool mayWrite = call.access == Access::Write;
     for (;;) {
         bool needsWriting = false;
         beginTransaction(*gStore, mayWrite ? Access::Write : Access::Read);
-        const KT_U8 status = attempt(name, adapter, access, mayWrite, args, body, needsWriting);
+        const KT_U8 status = attempt(call, mayWrite, needsWriting);
         commitTransaction(*gStore);
         if (!needsWriting) return status;
         mayWrite = true;
     }
 }
 
-static KT_U8 guardTransaction(const char* name, int adapter, Access access, std::initializer_list<Arg> args,
-                              Body body) {
+static KT_U8 guardTransaction(const CallInHand& call) {
     try {
-        return runTransaction(name, adapter, access, args, body);
+        return runTransaction(call);
     } catch (const StoreFailure& failure) {
-        reportFailure(name, failure);
+        reportFailure(call.name, failure);
         rollbackTransaction(*gStore);
         return failure.status;
     } catch (const std::bad_alloc&) {
@@ -136,7 +145,7 @@ KT_U8 runCall(const char* name, int adapter, Access access, std::initializer_lis
     } else if (anyNull(args)) {
         status = KT_ERR_INVALID_PARAMETER;
     } else {
-        status = guardTransaction(name, adapter, access, args, body);
+        status = guardTransaction({name, adapter, access, args, body});
     }
     traceAfter(before, status, args);
     return status;

@@ -34,7 +34,7 @@ static std::vector<unsigned char> hexToBytes(const std::string& hex, const std::
 }
 
 static void refuseTwice(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, const LabReader& row) {
-    if (readBytes(store, adapter, kind, id)) failLab(row, "id", "is there twice");
+    if (readBytes(store, {adapter, kind, id})) failLab(row, "id", "is there twice");
 }
 
 static void putRawRow(Store& store, KT_U8 adapter, LabReader& row) {
@@ -44,7 +44,7 @@ static void putRawRow(Store& store, KT_U8 adapter, LabReader& row) {
     takeNothingElse(row);
     refuseTwice(store, adapter, kind, id, row);
     const std::vector<unsigned char> bytes = hexToBytes(hex, row.path);
-    writeRow(store, adapter, kind, id, bytes.empty() ? reinterpret_cast<const unsigned char*>("") : bytes.data(),
+    writeRow(store, {adapter, kind, id}, bytes.empty() ? reinterpret_cast<const unsigned char*>("") : bytes.data(),
              bytes.size());
 }
 
@@ -54,7 +54,7 @@ static void putFieldRow(Store& store, KT_U8 adapter, const RecordFields& table, 
     std::vector<unsigned char> record(table.size);
     takeFields(row, table.kind, record.data());
     takeNothingElse(row);
-    writeRow(store, adapter, table.kind, id, record.data(), record.size());
+    writeRow(store, {adapter, table.kind, id}, record.data(), record.size());
 }
 
 static void putSections(Store& store, KT_U8 adapter, LabReader& owner) {

@@ -35,9 +35,8 @@ constexpr Field makeField(const char* name, size_t offset, FieldType type) {
 #define TXT(record, member) FIELD(record, member, Text)
 #define HEX(record, member) FIELD(record, member, Hex)
 #define ACTIVITY(record, member)                                                                                       \
-    NUM(record, member.kind), NUM(record, member.state), NUM(record, member.disk), NUM(record, member.resumes),        \
-        NUM(record, member.work), NUM(record, member.done), NUM(record, member.since), NUM(record, member.speed),      \
-        NUM(record, member.announced)
+    NUM(record, member.kind), NUM(record, member.state), NUM(record, member.disk), NUM(record, member.work),           \
+        NUM(record, member.done), NUM(record, member.since), NUM(record, member.speed), NUM(record, member.announced)
 #define ENDPOINT(record, member)                                                                                       \
     NUM(record, member.DevID), NUM(record, member.DevType), NUM(record, member.PhyCnt), NUM(record, member.PhyID),     \
         HEX(record, member.SAS_Address), NUM(record, member.EnclosureID)

@@ -91,8 +91,8 @@ static constexpr Field CONFIG_FIELDS[] = {
     TXT(_Adapter_Config_V2, ModelNumber),
 };
 static constexpr Field ADAPTER_STATE_FIELDS[] = {NUM(AdapterState, dueRaid), NUM(AdapterState, duePeripherals),
-                                                 NUM(AdapterState, muted),   NUM(AdapterState, paused),
-                                                 NUM(AdapterState, patrols), NUM(AdapterState, losses)};
+                                                 NUM(AdapterState, muted), NUM(AdapterState, patrols),
+                                                 NUM(AdapterState, losses)};
 static constexpr Field VD_FIELDS[] = {
     NUM(_LD_Info, ID),
     NUM(_LD_Info, Status),
@@ -124,9 +124,8 @@ static constexpr auto targetFields() {
 }
 static constexpr auto TARGET_FIELDS = targetFields();
 static constexpr Field VD_STATE_FIELDS[] = {
-    NUM(VdState, cachePolicy), NUM(VdState, hasOs),         NUM(VdState, initialized),
-    NUM(VdState, waterMark),   NUM(VdState, unfinished),    NUM(VdState, linkedDisk),
-    NUM(VdState, offline),     ACTIVITY(VdState, activity), NUM(VdState, homes)};
+    NUM(VdState, cachePolicy), NUM(VdState, hasOs),   NUM(VdState, initialized),   NUM(VdState, unfinished),
+    NUM(VdState, linkedDisk),  NUM(VdState, offline), ACTIVITY(VdState, activity), NUM(VdState, homes)};
 static constexpr Field DG_FIELDS[] = {
     NUM(_DG_Info, DGID),
     TXT(_DG_Info, Name),

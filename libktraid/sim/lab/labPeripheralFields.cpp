@@ -68,8 +68,8 @@ static constexpr Field UPDATE_FIELDS[] = {NUM(FlashUpdate, imageType), NUM(Flash
                                           NUM(FlashUpdate, received)};
 static constexpr Field NVSRAM_FIELDS[] = {HEX(NvsramPage, bytes)};
 static constexpr Field MAILBOX_FIELDS[] = {NUM(Mailbox, value), NUM(Mailbox, writingUntil)};
-static constexpr Field TANDEM_FIELDS[] = {HEX(TandemTable, guid), NUM(TandemTable, used)};
-static constexpr Field TANDEM_ENTRY_FIELDS[] = {NUM(TandemEntry, start), NUM(TandemEntry, length)};
+static constexpr Field HYBRID_FIELDS[] = {HEX(HybridTable, guid), NUM(HybridTable, used)};
+static constexpr Field HYBRID_ENTRY_FIELDS[] = {NUM(HybridEntry, start), NUM(HybridEntry, length)};
 
 // The pages of flash images have no fields; they are printed as rows of bytes.
 static constexpr RecordFields TABLES[] = {
@@ -87,8 +87,8 @@ static constexpr RecordFields TABLES[] = {
     TABLE(KIND_FLASH_UPDATE, "flashUpdate", FlashUpdate, UPDATE_FIELDS),
     TABLE(KIND_NVSRAM, "nvsram", NvsramPage, NVSRAM_FIELDS),
     TABLE(KIND_MAILBOX, "mailbox", Mailbox, MAILBOX_FIELDS),
-    TABLE(KIND_TANDEM_TABLE, "hybridTables", TandemTable, TANDEM_FIELDS),
-    TABLE(KIND_TANDEM_ENTRY, "hybridEntries", TandemEntry, TANDEM_ENTRY_FIELDS),
+    TABLE(KIND_HYBRID_TABLE, "hybridTables", HybridTable, HYBRID_FIELDS),
+    TABLE(KIND_HYBRID_ENTRY, "hybridEntries", HybridEntry, HYBRID_ENTRY_FIELDS),
 };
 
 std::span<const RecordFields> peripheralTables() {

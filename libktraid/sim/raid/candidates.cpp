@@ -61,13 +61,13 @@ static KT_U8 checkHybrid(const Context& context, const std::vector<Disk>& disks)
     return hdds == 0 || hdds > std::max<int>(adapter.MaxTandemHdd, 1) ? KT_U8{KT_ERR_PD_COUNT_FOR_LEVEL} : KT_U8{KT_OK};
 }
 
-KT_U8 collectMembers(const Context& context, KT_U8 level, const KT_U16* ids, int count, Sharing sharing,
+KT_U8 collectMembers(const Context& context, KT_U8 level, std::span<const KT_U16> ids, Sharing sharing,
                      std::vector<Disk>& disks) {
-    for (int i = 0; i < count; ++i) {
+    for (const KT_U16& id : ids) {
         Disk disk = {};
-        const KT_U8 status = checkNewMember(context, ids[i], sharing, disk);
+        const KT_U8 status = checkNewMember(context, id, sharing, disk);
         if (status != KT_OK) return status;
-        if (std::find(ids, ids + i, ids[i]) != ids + i) return KT_ERR_PD_COUNT;
+        if (std::find(ids.data(), &id, id) != &id) return KT_ERR_PD_COUNT; // named before
         disks.push_back(disk);
     }
     if (isHybridLevel(level)) {

@@ -3,6 +3,7 @@
 
 #include "media/disks.h"
 
+#include <span>
 #include <vector>
 
 namespace sim {
@@ -13,7 +14,7 @@ enum class Sharing {
 };
 
 // KT_OK and the disks in order, or why these cannot become members of one virtual disk or array.
-KT_U8 collectMembers(const Context& context, KT_U8 level, const KT_U16* ids, int count, Sharing sharing,
+KT_U8 collectMembers(const Context& context, KT_U8 level, std::span<const KT_U16> ids, Sharing sharing,
                      std::vector<Disk>& disks);
 // KT_OK when the disk may newly join something: there, working, no spare, not foreign, not running the system.
 KT_U8 checkNewMember(const Context& context, KT_U16 id, Sharing sharing, Disk& disk);

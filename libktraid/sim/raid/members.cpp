@@ -163,24 +163,24 @@ static KT_U8 placeFor(const Context& context, _LD_Info& vd, int slot, const Disk
     return KT_OK;
 }
 
-KT_U64 placeMember(const Context& context, const Group& group, int slot, KT_U16 pd, KT_U8 blockStatus, KT_U8& status) {
+Placed placeMember(const Context& context, const Group& group, int slot, KT_U16 pd, KT_U8 blockStatus) {
     const KT_U16 before = group.members[static_cast<size_t>(slot)];
     KT_U64 work = 0;
     Disk disk = {};
-    status = findDisk(context, pd, disk);
+    KT_U8 status = findDisk(context, pd, disk);
+    if (status != KT_OK) return {status, 0};
     for (const KT_U16 id : group.vds) {
         auto vd = find<_LD_Info>(context, id);
-        if (!vd || status != KT_OK) continue;
+        if (!vd) continue;
         const KT_U16 oldBlock = vd->BlockIDs[slot];
         status = placeFor(context, *vd, slot, disk, blockStatus);
-        if (status != KT_OK) return 0;
+        if (status != KT_OK) return {status, 0};
         work += shareOf(context, *vd);
         if (blockStatus != BLOCK_COPYING && oldBlock != KT_NO_ID) removeBlock(context, oldBlock);
     }
-    if (status != KT_OK) return 0;
     becomeMember(context, group, slot, pd, blockStatus);
     if (blockStatus != BLOCK_COPYING && before != pd) releaseDisk(context, before);
-    return work;
+    return {KT_OK, work};
 }
 
 std::vector<KT_U16> blocksFor(const Context& context, const Group& group, KT_U16 pd) {

@@ -35,9 +35,12 @@ void forgetHome(const Context& context, Owner owner, KT_U16 pd);
 // checkAlike() says.
 KT_U8 checkFits(const Context& context, const Group& group, const Disk& disk);
 // Adds to the disk what it has to hold as the member in that slot, in blocks of the given status; the slot's old blocks
-// go when the new ones take their place (all but BLOCK_COPYING). Answers the KiB to be filled, 0 with KT_NO_ID-like
-// failure in `status`.
-KT_U64 placeMember(const Context& context, const Group& group, int slot, KT_U16 pd, KT_U8 blockStatus, KT_U8& status);
+// go when the new ones take their place (all but BLOCK_COPYING).
+struct Placed {
+    KT_U8 status; // KT_OK, or why it has no room
+    KT_U64 work;  // KiB to be filled
+};
+Placed placeMember(const Context& context, const Group& group, int slot, KT_U16 pd, KT_U8 blockStatus);
 // Puts the blocks that a disk holds for the group with that status into their slot.
 void adoptCopies(const Context& context, const Group& group, int slot, KT_U16 pd);
 // Ids of the blocks that the disk holds for the group.

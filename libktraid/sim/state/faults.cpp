@@ -78,7 +78,7 @@ bool strikeFault(Store& store, KT_U64 id, Fault& fault) {
     ++fault.seen;
     const bool strikes = fault.seen > fault.after;
     if (strikes && fault.times != 0 && fault.seen - fault.after >= fault.times) {
-        eraseRow(store, ADAPTER_GLOBAL, KIND_FAULT, id);
+        eraseRow(store, {ADAPTER_GLOBAL, KIND_FAULT, id});
     } else {
         save(store, ADAPTER_GLOBAL, id, fault);
     }

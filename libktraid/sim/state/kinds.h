@@ -51,8 +51,8 @@ enum Kind : KT_U8 {
     KIND_NVSRAM = 104,
     KIND_MAILBOX = 105,
     KIND_FLASH_STAGED = 106,
-    KIND_TANDEM_TABLE = 110,
-    KIND_TANDEM_ENTRY = 111
+    KIND_HYBRID_TABLE = 110,
+    KIND_HYBRID_ENTRY = 111
 };
 
 // The record that the rows of each kind hold.
@@ -94,8 +94,8 @@ enum Kind : KT_U8 {
     X(AwayBranch, KIND_BRANCH_AWAY)                                                                                    \
     X(EnclosureElement, KIND_ENCLOSURE_ELEMENT)                                                                        \
     X(DiskAge, KIND_DISK_AGE)                                                                                          \
-    X(TandemTable, KIND_TANDEM_TABLE)                                                                                  \
-    X(TandemEntry, KIND_TANDEM_ENTRY)                                                                                  \
+    X(HybridTable, KIND_HYBRID_TABLE)                                                                                  \
+    X(HybridEntry, KIND_HYBRID_ENTRY)                                                                                  \
     X(AesEntry, KIND_AES_ENTRY)                                                                                        \
     X(AesPort, KIND_AES_PORT)                                                                                          \
     X(DiskCipher, KIND_DISK_CIPHER)                                                                                    \

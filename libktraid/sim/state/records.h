@@ -13,11 +13,10 @@ inline constexpr KT_U64 NEVER = ~KT_U64{0};
 // A long-running activity: of a virtual disk, an array or a disk (media patrol). Times are milliseconds of the
 // simulated clock, amounts KiB. Its progress follows from these by activityDone(); nothing has to tick.
 struct Activity {
-    KT_U8 kind;    // KT_BGA_*, or KT_PD_BGA_* of a disk; 0 = none
-    KT_U8 state;   // KT_STATE_*
-    KT_U16 disk;   // the disk being rebuilt or copied to; KT_NO_ID = none
-    KT_U8 resumes; // private to the rules: what restarts an interrupted or auto-paused activity
-    KT_U8 reserved[3];
+    KT_U8 kind;  // KT_BGA_*, or KT_PD_BGA_* of a disk; 0 = none
+    KT_U8 state; // KT_STATE_*
+    KT_U16 disk; // the disk being rebuilt or copied to; KT_NO_ID = none
+    KT_U8 reserved[4];
     KT_U64 work;      // the whole amount
     KT_U64 done;      // the part done at `since`
     KT_U64 since;     // when it last began to run, or when `speed` last changed
@@ -51,8 +50,8 @@ struct AdapterState {
     KT_U64 dueRaid;
     KT_U64 duePeripherals;
     KT_U8 muted;
-    KT_U8 paused;   // KT_LD_PauseAll in force
-    KT_U16 patrols; // disks with a media patrol of any state; spares the status calls looking at every disk
+    KT_U8 reserved0;
+    KT_U16 patrols; // disks with a media patrol of any state: without any, status calls need not look at every disk
     KT_U8 reserved[4];
     KT_U64 losses; // how often disks were lost, one at a time or several at one blow
 };
@@ -61,8 +60,8 @@ struct VdState {
     KT_U8 cachePolicy; // KT_CACHE_* as configured; _LD_Info.CacheMode is what is in force
     KT_U8 hasOs;
     KT_U8 initialized; // parity or mirror known to be consistent
-    KT_U8 waterMark;   // TandemWaterMark of its creation
-    KT_U8 unfinished;  // foreign, and in the middle of a migration that cannot be gone on with here
+    KT_U8 reserved0;
+    KT_U8 unfinished; // foreign, and in the middle of a migration that cannot be gone on with here
     KT_U8 reserved;
     KT_U16 linkedDisk; // KT_VDHDD_AddLink; KT_NO_ID = none
     KT_U64 offline;    // the AdapterState.losses that it last went offline at; what was lost earlier has missed writes
@@ -263,14 +262,14 @@ struct MicrocodeUpdate {
 };
 
 // The table of a hybrid virtual disk, id = its id. It belongs to the virtual disk that has that GUID only.
-struct TandemTable {
+struct HybridTable {
     KT_U8 guid[8];
     KT_U16 used;
     KT_U8 reserved[6];
 };
 
 // id = (virtual disk << 16) + number
-struct TandemEntry {
+struct HybridEntry {
     KT_U64 start;
     KT_U64 length;
 };

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <memory>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <vector>
@@ -87,9 +88,9 @@ static std::string reasonFor(const Store& store, int primary) {
                        store.path + ": " + reasonFor(store, primary)};
 }
 
-void failBadRow(KT_U8 adapter, Kind kind, KT_U64 id) {
-    throw StoreFailure{KT_ERR_FAILED, "damaged record (adapter " + std::to_string(adapter) + ", kind " +
-                                          std::to_string(kind) + ", id " + std::to_string(id) + ")"};
+void failBadRow(const RowKey& key) {
+    throw StoreFailure{KT_ERR_FAILED, "damaged record (adapter " + std::to_string(key.adapter) + ", kind " +
+                                          std::to_string(key.kind) + ", id " + std::to_string(key.id) + ")"};
 }
 
 static sqlite3_stmt* prepare(Store& store, const char* sql) {
@@ -119,10 +120,16 @@ static void run(Store& store, StatementId id) {
     sqlite3_reset(statement);
 }
 
-static sqlite3_stmt* bindKey(Store& store, StatementId which, KT_U8 adapter, Kind kind) {
+static sqlite3_stmt* bindKind(Store& store, StatementId which, KT_U8 adapter, Kind kind) {
     sqlite3_stmt* statement = statementOf(store, which);
     sqlite3_bind_int(statement, 1, adapter);
     sqlite3_bind_int(statement, 2, kind);
+    return statement;
+}
+
+static sqlite3_stmt* bindKey(Store& store, StatementId which, const RowKey& key) {
+    sqlite3_stmt* statement = bindKind(store, which, key.adapter, key.kind);
+    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(key.id));
     return statement;
 }
 
@@ -237,16 +244,23 @@ Store* openMemoryStore(StoreFiller fill, const void* argument) {
 std::string imageOf(const Store& store) {
     sqlite3_int64 size = 0;
     unsigned char* bytes = sqlite3_serialize(store.db, "main", &size, 0);
-    if (!bytes || size < 100) {
+    if (!bytes) {
         sqlite3_free(bytes);
         throw StoreFailure{KT_ERR_NO_RESOURCE, store.path + ": out of memory"};
     }
-    // Bytes 18 and 19 of the file say how it is journalled: 2 is write-ahead, with which readers and one writer do
-    // not wait for each other.
-    bytes[18] = bytes[19] = 2;
     std::string image(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
     sqlite3_free(bytes);
     return image;
+}
+
+// With a write-ahead journal readers and one writer do not wait for each other. Nobody else has the file yet, and
+// whoever made it sees to it that it is on the disk.
+void useWriteAheadJournal(const std::string& path) {
+    const std::unique_ptr<Store, void (*)(Store*)> store(new Store, closeConnection);
+    store->path = path;
+    const int code = sqlite3_open_v2(plainName(path).c_str(), &store->db, SQLITE_OPEN_READWRITE, nullptr);
+    if (code != SQLITE_OK) fail(*store, code);
+    execute(*store, "PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = OFF; PRAGMA journal_mode = WAL");
 }
 
 // Without this, a process that holds a removed file open would go on with it, and nobody would ever see what it did.
@@ -289,9 +303,8 @@ static void refuseOutsideWriting(const Store& store) {
     if (!store.writing) throw StoreFailure{KT_ERR_FAILED, store.path + ": a call that only reads tried to write"};
 }
 
-bool readRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, void* record, size_t size) {
-    sqlite3_stmt* statement = bindKey(store, ST_GET, adapter, kind);
-    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+bool readRow(Store& store, const RowKey& key, void* record, size_t size) {
+    sqlite3_stmt* statement = bindKey(store, ST_GET, key);
     if (!stepOnce(store, statement)) {
         sqlite3_reset(statement);
         return false;
@@ -299,13 +312,12 @@ bool readRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, void* record, si
     const bool fits = static_cast<size_t>(sqlite3_column_bytes(statement, 0)) == size;
     if (fits) memcpy(record, sqlite3_column_blob(statement, 0), size);
     sqlite3_reset(statement);
-    if (!fits) failBadRow(adapter, kind, id);
+    if (!fits) failBadRow(key);
     return true;
 }
 
-std::optional<std::string> readBytes(Store& store, KT_U8 adapter, Kind kind, KT_U64 id) {
-    sqlite3_stmt* statement = bindKey(store, ST_GET, adapter, kind);
-    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+std::optional<std::string> readBytes(Store& store, const RowKey& key) {
+    sqlite3_stmt* statement = bindKey(store, ST_GET, key);
     std::optional<std::string> bytes;
     if (stepOnce(store, statement)) {
         const auto* data = static_cast<const char*>(sqlite3_column_blob(statement, 0));
@@ -315,19 +327,17 @@ std::optional<std::string> readBytes(Store& store, KT_U8 adapter, Kind kind, KT_
     return bytes;
 }
 
-void writeRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, const void* record, size_t size) {
+void writeRow(Store& store, const RowKey& key, const void* record, size_t size) {
     refuseOutsideWriting(store);
-    sqlite3_stmt* statement = bindKey(store, ST_PUT, adapter, kind);
-    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+    sqlite3_stmt* statement = bindKey(store, ST_PUT, key);
     sqlite3_bind_blob64(statement, 4, record, size, SQLITE_STATIC);
     stepOnce(store, statement);
     sqlite3_reset(statement);
 }
 
-bool eraseRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id) {
+bool eraseRow(Store& store, const RowKey& key) {
     refuseOutsideWriting(store);
-    sqlite3_stmt* statement = bindKey(store, ST_ERASE, adapter, kind);
-    sqlite3_bind_int64(statement, 3, static_cast<sqlite3_int64>(id));
+    sqlite3_stmt* statement = bindKey(store, ST_ERASE, key);
     stepOnce(store, statement);
     sqlite3_reset(statement);
     return sqlite3_changes(store.db) > 0;
@@ -335,7 +345,7 @@ bool eraseRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id) {
 
 void eraseRows(Store& store, KT_U8 adapter, Kind kind) {
     refuseOutsideWriting(store);
-    sqlite3_stmt* statement = bindKey(store, ST_ERASE_KIND, adapter, kind);
+    sqlite3_stmt* statement = bindKind(store, ST_ERASE_KIND, adapter, kind);
     stepOnce(store, statement);
     sqlite3_reset(statement);
 }
@@ -346,14 +356,14 @@ void eraseEverything(Store& store) {
 }
 
 KT_U64 countRows(Store& store, KT_U8 adapter, Kind kind) {
-    sqlite3_stmt* statement = bindKey(store, ST_COUNT, adapter, kind);
+    sqlite3_stmt* statement = bindKind(store, ST_COUNT, adapter, kind);
     const KT_U64 rows = stepOnce(store, statement) ? static_cast<KT_U64>(sqlite3_column_int64(statement, 0)) : 0;
     sqlite3_reset(statement);
     return rows;
 }
 
 std::optional<KT_U64> lastRow(Store& store, KT_U8 adapter, Kind kind) {
-    sqlite3_stmt* statement = bindKey(store, ST_LAST, adapter, kind);
+    sqlite3_stmt* statement = bindKind(store, ST_LAST, adapter, kind);
     std::optional<KT_U64> last;
     if (stepOnce(store, statement) && sqlite3_column_type(statement, 0) != SQLITE_NULL)
         last = static_cast<KT_U64>(sqlite3_column_int64(statement, 0));

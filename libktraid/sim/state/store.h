@@ -42,8 +42,9 @@ bool stateMayGo(const std::string& path);
 // Puts a new state in the place of the one at `path`.
 void replaceStore(const std::string& path, StoreFiller fill, const void* argument);
 void closeStore(Store* store);
-// The state as the bytes of its file.
+// The state as the bytes of its file, and a file that holds them made one that readers and a writer may use at once.
 std::string imageOf(const Store& store);
+void useWriteAheadJournal(const std::string& path);
 // What a file that is no state of this kind is called in messages.
 inline constexpr char NOT_A_STATE[] = "this is not a state of the simulated adapters";
 
@@ -59,10 +60,15 @@ void setMark(Store& store);
 void rollbackToMark(Store& store);
 
 // Rows. The templates below are what to use.
-bool readRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, void* record, size_t size);
-std::optional<std::string> readBytes(Store& store, KT_U8 adapter, Kind kind, KT_U64 id);
-void writeRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id, const void* record, size_t size);
-bool eraseRow(Store& store, KT_U8 adapter, Kind kind, KT_U64 id);
+struct RowKey {
+    KT_U8 adapter;
+    Kind kind;
+    KT_U64 id;
+};
+bool readRow(Store& store, const RowKey& key, void* record, size_t size);
+std::optional<std::string> readBytes(Store& store, const RowKey& key);
+void writeRow(Store& store, const RowKey& key, const void* record, size_t size);
+bool eraseRow(Store& store, const RowKey& key);
 void eraseRows(Store& store, KT_U8 adapter, Kind kind);
 void eraseEverything(Store& store);
 KT_U64 countRows(Store& store, KT_U8 adapter, Kind kind);
@@ -79,7 +85,7 @@ struct RowWalk {
 RowWalk beginWalk(Store& store, KT_U8 adapter, Kind kind, KT_U64 from);
 bool nextRow(RowWalk& walk);
 void endWalk(RowWalk& walk);
-[[noreturn]] void failBadRow(KT_U8 adapter, Kind kind, KT_U64 id);
+[[noreturn]] void failBadRow(const RowKey& key);
 
 // What a call works in: the open transaction, the adapter and the moment.
 struct Context {
@@ -94,7 +100,7 @@ template <class Record>
 std::optional<Record> find(Store& store, KT_U8 adapter, KT_U64 id) {
     static_assert(std::is_trivially_copyable_v<Record>);
     Record record = {};
-    if (!readRow(store, adapter, KindOf<Record>::value, id, &record, sizeof record)) return std::nullopt;
+    if (!readRow(store, {adapter, KindOf<Record>::value, id}, &record, sizeof record)) return std::nullopt;
     Bounding by;
     bound(record, by);
     return record;
@@ -107,7 +113,7 @@ std::optional<Record> find(const Context& context, KT_U64 id) {
 template <class Record>
 void save(Store& store, KT_U8 adapter, KT_U64 id, const Record& record) {
     static_assert(std::is_trivially_copyable_v<Record>);
-    writeRow(store, adapter, KindOf<Record>::value, id, &record, sizeof record);
+    writeRow(store, {adapter, KindOf<Record>::value, id}, &record, sizeof record);
 }
 template <class Record>
 void save(const Context& context, KT_U64 id, const Record& record) {
@@ -116,7 +122,7 @@ void save(const Context& context, KT_U64 id, const Record& record) {
 // True when there was one.
 template <class Record>
 bool erase(const Context& context, KT_U64 id) {
-    return eraseRow(context.store, context.adapter, KindOf<Record>::value, id);
+    return eraseRow(context.store, {context.adapter, KindOf<Record>::value, id});
 }
 template <class Record>
 KT_U64 count(const Context& context) {
@@ -134,7 +140,7 @@ void forEach(Store& store, KT_U8 adapter, KT_U64 from, Visit&& visit) {
         ~End() { endWalk(walk); }
     } end{walk};
     while (nextRow(walk)) {
-        if (walk.size != sizeof(Record)) failBadRow(adapter, KindOf<Record>::value, walk.id);
+        if (walk.size != sizeof(Record)) failBadRow({adapter, KindOf<Record>::value, walk.id});
         Record record;
         memcpy(&record, walk.data, sizeof record);
         Bounding by;

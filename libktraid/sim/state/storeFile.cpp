@@ -68,6 +68,7 @@ static std::string writeNewFile(const std::string& path, StoreFiller fill, const
     if (file < 0) failSystem(path);
     try {
         writeAll(file, image, path);
+        useWriteAheadJournal(name);
         if (fsync(file) != 0) failSystem(path);
     } catch (...) {
         close(file);
