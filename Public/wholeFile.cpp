@@ -99,6 +99,11 @@ WroteFile stageWholeFile(const std::string& path, const std::string& bytes, Exis
     if (exists) {
         char resolved[PATH_MAX];
         if (realpath(path.c_str(), resolved) == nullptr || stat(resolved, &replaced) != 0) return WroteFile::NotOpened;
+        // A device or a pipe that stands there is no file to be replaced by one.
+        if (!S_ISREG(replaced.st_mode)) {
+            errno = EINVAL;
+            return WroteFile::NotOpened;
+        }
         target = resolved;
     }
     size_t slash = target.rfind('/');

@@ -26,8 +26,8 @@ enum class Existing { Keep, Replace };
 enum class WroteFile { Yes, Exists, NotOpened, NotWritten };
 
 // Writes a new file in the same folder, brings it to the disk and only then gives it the name: a file of that name is
-// kept as it is (Exists), or until the new one is complete. A replaced file's permissions and owner go over to the new
-// one; a symbolic link to it stays.
+// kept as it is (Exists), or until the new one is complete; what is no regular file is never replaced. A replaced
+// file's permissions and owner go over to the new one; a symbolic link to it stays.
 WroteFile writeWholeFile(const std::string& path, const std::string& bytes, Existing existing);
 
 // The same in two steps, for whoever must know that the file can be written before doing something else: a staged file

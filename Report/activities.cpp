@@ -74,20 +74,23 @@ std::vector<Going> activitiesOf(const Json& adapter) {
     std::vector<Going> list;
     const auto idOf = [](const Json& object) { return numberIn(object, "id").value_or(0); };
     for (const VdInArray& one : virtualDisksOf(adapter)) {
-        addActivity(list, adapter, {ActivityOf::VirtualDisk, idOf(*one.vd), nameOfVd(*one.vd), "", "", {}, {}},
-                    in(*one.vd, "activity"));
+        addActivity(
+            list, adapter,
+            {ActivityOf::VirtualDisk, idOf(*one.vd), nameOfVd(*one.vd), shown(textIn(*one.vd, "name")), "", "", {}, {}},
+            in(*one.vd, "activity"));
     }
     for (const Json& array : listIn(adapter, "arrays")) {
         const Json& vds = listIn(array, "virtualDisks");
         const bool told = std::any_of(vds.begin(), vds.end(), [](const Json& vd) { return vd.contains("activity"); });
         if (told) continue;
-        addActivity(list, adapter, {ActivityOf::Array, idOf(array), nameOfArray(array), "", "", {}, {}},
+        addActivity(list, adapter,
+                    {ActivityOf::Array, idOf(array), nameOfArray(array), shown(textIn(array, "name")), "", "", {}, {}},
                     in(array, "activity"));
     }
     for (const Json& disk : listIn(adapter, "disks")) {
         const Json& patrol = in(disk, "patrol");
         if (patrol.is_object()) {
-            addActivity(list, adapter, {ActivityOf::Disk, idOf(disk), nameOfDisk(disk), "", "", {}, {}}, patrol);
+            addActivity(list, adapter, {ActivityOf::Disk, idOf(disk), nameOfDisk(disk), "", "", "", {}, {}}, patrol);
         }
     }
     return list;

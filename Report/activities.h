@@ -10,8 +10,9 @@ enum class ActivityOf { VirtualDisk, Array, Disk };
 struct Going {
     ActivityOf of;
     KT_U64 id;
-    std::string name; // "virtual disk 1 \"media\""
-    std::string kind; // "rebuild", "media patrol"; "activity" for one without a word
+    std::string name;  // "virtual disk 1 \"media\""
+    std::string title; // its own name alone: "media"; a disk has none
+    std::string kind;  // "rebuild", "media patrol"; "activity" for one without a word
     std::string state;
     std::optional<KT_U64> percent;
     std::optional<KT_U64> secondsLeft; // as the log tells its speed; only while it runs

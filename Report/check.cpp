@@ -30,11 +30,9 @@ static bool decides(const std::string& call) {
     return std::none_of(std::begin(idle), std::end(idle), [&](const char* name) { return call == name; });
 }
 
-// What was refused and is not just a thing that the adapter does not have.
-static bool isMissing(const Json& refusal) {
-    const auto status = numberIn(refusal, "status");
-    return decides(textIn(refusal, "call")) && status != KT_U64{KT_ERR_NOT_SUPPORTED} &&
-           status != KT_U64{KT_ERR_NOT_ON_THIS_ADAPTER};
+// What was refused and a verdict needs.
+static bool isMissing(const Json& unread) {
+    return decides(textIn(unread, "call")) && isRefusal(unread);
 }
 
 static void countThings(const Json& document, Count& count) {

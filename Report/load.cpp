@@ -14,7 +14,7 @@ static constexpr int DEEPEST = 32;
     throw LoadFailure{(path == "-" ? "standard input" : shown(path)) + ": " + what};
 }
 
-static std::string readWhole(int file, const std::string& path) {
+static std::string readWhole(int file, const std::string& path, size_t most) {
     std::string text;
     std::vector<char> page(size_t{1} << 16);
     for (;;) {
@@ -23,16 +23,18 @@ static std::string readWhole(int file, const std::string& path) {
         if (count < 0) fail(path, strerror(errno));
         if (count == 0) return text;
         text.append(page.data(), static_cast<size_t>(count));
-        if (text.size() > LARGEST_REPORT) fail(path, "is larger than 256 MB, too large for a report");
+        if (text.size() > most) {
+            fail(path, "is larger than " + std::to_string(most >> 20) + " MB, too large for a report");
+        }
     }
 }
 
-static std::string textOfFile(const std::string& path) {
-    if (path == "-") return readWhole(STDIN_FILENO, path);
+static std::string textOfFile(const std::string& path, size_t most = LARGEST_REPORT) {
+    if (path == "-") return readWhole(STDIN_FILENO, path, most);
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     if (file < 0) fail(path, strerror(errno));
     try {
-        std::string text = readWhole(file, path);
+        std::string text = readWhole(file, path, most);
         close(file);
         return text;
     } catch (...) {
@@ -49,7 +51,7 @@ static Json parse(const std::string& text, const std::string& path, const std::s
     };
     try {
         return Json::parse(text, shallow);
-    } catch (const Json::parse_error& error) {
+    } catch (const Json::exception& error) {
         if (text.find_first_not_of(" \t\r\n") == std::string::npos) fail(path, "is empty");
         if (strstr(error.what(), "end of input") != nullptr) fail(path, "is cut short");
         // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
@@ -105,8 +107,8 @@ static void checkReport(const Json& document, const std::string& path) {
     checkList(document, "problems", path);
 }
 
-Report loadReport(const std::string& path) {
-    Report report = {path, parse(textOfFile(path), path, "report")};
+Report loadReport(const std::string& path, size_t most) {
+    Report report = {path, parse(textOfFile(path, most), path, "report")};
     checkReport(report.document, path);
     return report;
 }
@@ -137,22 +139,29 @@ static void keepAdapter(Json& document, int adapter, const std::string& path) {
     document["unread"] = std::move(unread);
 }
 
-std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options,
-                                  const Json& thresholds) {
-    std::vector<Report> reports;
-    for (const std::string& path : from) {
-        reports.push_back(loadReport(path));
-        Json& document = reports.back().document;
-        if (options.adapter >= 0) keepAdapter(document, options.adapter, path);
-        document["problems"] = problemsOf(document, thresholds);
-    }
-    if (!from.empty()) return reports;
+Report reportOfFile(const std::string& path, const ReadOptions& options, const Json& thresholds, size_t most) {
+    Report report = loadReport(path, most);
+    if (options.adapter >= 0) keepAdapter(report.document, options.adapter, path);
+    report.document["problems"] = problemsOf(report.document, thresholds);
+    return report;
+}
+
+Report reportNow(const ReadOptions& options, const Json& thresholds) {
     const Machine machine = readMachine(options);
     if (!machine.opened) {
         const Refusal& refusal = machine.refusals.front();
         throw ReadFailure{"the library does not start: error " +
                           std::to_string(refusal.status.value_or(KT_ERR_FAILED)) + ", " + refusal.text};
     }
-    reports.push_back({"", documentOf(machine, thresholds)});
+    return {"", documentOf(machine, thresholds)};
+}
+
+std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options,
+                                  const Json& thresholds) {
+    std::vector<Report> reports;
+    for (const std::string& path : from) {
+        reports.push_back(reportOfFile(path, options, thresholds));
+    }
+    if (from.empty()) reports.push_back(reportNow(options, thresholds));
     return reports;
 }

@@ -20,13 +20,19 @@ struct LoadFailure {
 // Bytes of the largest file that is taken.
 inline constexpr size_t LARGEST_REPORT = size_t{256} << 20;
 
-// Reads one file, "-" is standard input. Throws LoadFailure for what is no report, of a later version, cut short or too
-// large.
-Report loadReport(const std::string& path);
+// Reads one file, "-" is standard input. Throws LoadFailure for what is no report, of a later version, cut short or of
+// more than `most` bytes.
+Report loadReport(const std::string& path, size_t most = LARGEST_REPORT);
 
 // A file of thresholds over the program's own ones: `path`, or /etc/ktreport.json, where there is one, for an empty
 // path. Throws LoadFailure.
 Json loadThresholds(const std::string& path);
+
+// A report of a file, with its problems looked for anew. Throws LoadFailure, for a file of more than `most` bytes too.
+Report reportOfFile(const std::string& path, const ReadOptions& options, const Json& thresholds,
+                    size_t most = LARGEST_REPORT);
+// The adapters of this machine now. Throws ReadFailure.
+Report reportNow(const ReadOptions& options, const Json& thresholds);
 
 // The adapters now when `from` is empty, else each of the files; their problems are looked for anew.
 std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options,

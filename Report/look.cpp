@@ -81,6 +81,11 @@ std::vector<VdInArray> virtualDisksOn(const Json& adapter, KT_U64 disk) {
     return found;
 }
 
+bool isRefusal(const Json& unread) {
+    const auto status = numberIn(unread, "status");
+    return status != KT_U64{KT_ERR_NOT_SUPPORTED} && status != KT_U64{KT_ERR_NOT_ON_THIS_ADAPTER};
+}
+
 std::string placeOf(const Json& disk) {
     const auto number = [&](const char* word) { return std::to_string(numberIn(disk, word).value_or(0)); };
     if (numberIn(disk, "enclosure")) return "slot " + number("slot") + " of enclosure " + number("enclosure");

@@ -36,6 +36,9 @@ std::vector<VdInArray> virtualDisksOf(const Json& adapter);
 // The virtual disks that have data on the disk.
 std::vector<VdInArray> virtualDisksOn(const Json& adapter, KT_U64 disk);
 
+// Whether an item of "unread" is a refusal; what an adapter or a library lacks altogether it need not tell of.
+bool isRefusal(const Json& unread);
+
 // How things are called in sentences; texts from adapters are made safe to print.
 std::string placeOf(const Json& disk);                     // "slot 3 of enclosure 1", "port 6", "port 2 of PM 1"
 std::string nameOfDisk(const Json& disk);                  // "disk 3 (slot 3 of enclosure 1, FX2000, serial S12)"

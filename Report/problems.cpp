@@ -6,38 +6,69 @@
 #include "Report/problemRules.h"
 
 static constexpr ProblemRule rules[] = {
-    {"adapter-unread", Severity::Critical, "an adapter does not answer"},
-    {"vd-offline", Severity::Critical, "a virtual disk is offline: its data cannot be reached"},
-    {"disk-failed", Severity::Critical, "a disk is offline"},
-    {"vd-last-redundancy", Severity::Critical, "one more loss of a disk loses data"},
-    {"cache-unsafe", Severity::Critical, "write-back caching without a battery that keeps the cache"},
-    {"ssd-worn-out", Severity::Critical, "a solid state disk is used up"},
-    {"element-critical", Severity::Critical, "a part of an enclosure has failed"},
-    {"adapter-image-damaged", Severity::Critical, "an image in the adapter's flash is damaged"},
-    {"vd-degraded", Severity::Warning, "a virtual disk has lost a part of its redundancy"},
-    {"vd-conflicted", Severity::Warning, "a virtual disk's disks disagree about it"},
-    {"vd-foreign", Severity::Warning, "a virtual disk comes from another adapter"},
-    {"vd-inconsistent", Severity::Warning, "a check found redundancy that does not fit the data"},
-    {"vd-not-initialised", Severity::Warning, "the redundancy of a virtual disk was never made"},
-    {"activity-stopped", Severity::Warning, "an activity was interrupted, aborted or paused by hand"},
-    {"disk-missing", Severity::Warning, "a disk of an array or a virtual disk is not there"},
-    {"disk-smart", Severity::Warning, "a disk foretells its failure"},
-    {"disk-media-errors", Severity::Warning, "a disk has sectors that cannot be read"},
-    {"disk-hot", Severity::Warning, "a disk is too hot"},
-    {"disk-link-slow", Severity::Warning, "a disk's link is slower than the disk can"},
-    {"ssd-worn", Severity::Warning, "a solid state disk is nearly used up"},
-    {"spare-none-fits", Severity::Warning, "no spare fits a redundant array"},
-    {"spare-idle", Severity::Warning, "a spare fits, but automatic rebuild is off"},
-    {"cache-reduced", Severity::Warning, "caching fell back to write-through"},
-    {"battery-missing", Severity::Warning, "there was a battery, and there is none"},
-    {"battery-weak", Severity::Warning, "the battery does not hold enough"},
-    {"battery-hot", Severity::Warning, "the battery is too hot"},
-    {"battery-charging-long", Severity::Warning, "the battery will take long to be charged"},
-    {"element-warning", Severity::Warning, "a part of an enclosure is not as it should be"},
-    {"port-locked", Severity::Warning, "an encrypting port has no key"},
-    {"cipher-mismatch", Severity::Warning, "a disk's encryption is not its port's"},
-    {"events-lost", Severity::Warning, "the adapter's log has lost events"},
-    {"unread", Severity::Warning, "the library refused to tell something"},
+    {"adapter-unread", Severity::Critical, "an adapter does not answer",
+     "See whether it is still in the system (lspci, dmesg)."},
+    {"vd-offline", Severity::Critical, "a virtual disk is offline: its data cannot be reached",
+     "Bring back the disks that it lost most recently, before anything else is done to it; do not create, initialise "
+     "or wipe anything on its disks."},
+    {"disk-failed", Severity::Critical, "a disk is offline",
+     "Replace it with one at least as large; \"ktsetup {adapter} locate -o pd -i {id} -a on\" lights its LED."},
+    {"vd-last-redundancy", Severity::Critical, "one more loss of a disk loses data",
+     "See that a rebuild goes on or replace the failed disk, and that a backup is fresh."},
+    {"cache-unsafe", Severity::Critical, "write-back caching without a battery that keeps the cache",
+     "See what the battery is short of (\"ktsetup {adapter} info -o bbu\"), or set the cache to auto or off."},
+    {"ssd-worn-out", Severity::Critical, "a solid state disk is used up", "Replace it now."},
+    {"element-critical", Severity::Critical, "a part of an enclosure has failed", "Replace the part."},
+    {"adapter-image-damaged", Severity::Critical, "an image in the adapter's flash is damaged",
+     "Write it anew (ktsetup's flash) before the machine is started again."},
+    {"vd-degraded", Severity::Warning, "a virtual disk has lost a part of its redundancy",
+     "See that a rebuild goes on, or replace the failed disk."},
+    {"vd-conflicted", Severity::Warning, "a virtual disk's disks disagree about it",
+     "Compare the last write times (ktsetup's info -o vd), keep the newer half and remove the other disks."},
+    {"vd-foreign", Severity::Warning, "a virtual disk comes from another adapter",
+     "Import it (ktsetup's import), or take its disks out."},
+    {"vd-inconsistent", Severity::Warning, "a check found redundancy that does not fit the data",
+     "Run a check that fixes (ktsetup's cc); when it comes back, look for a failing disk."},
+    {"vd-not-initialised", Severity::Warning, "the redundancy of a virtual disk was never made",
+     "Initialise it (ktsetup's init); a foreground one erases what is on it."},
+    {"activity-stopped", Severity::Warning, "an activity was interrupted, aborted or paused by hand",
+     "Resume or start it again when the reason for the stop has gone; the events tell it."},
+    {"disk-missing", Severity::Warning, "a disk of an array or a virtual disk is not there",
+     "Put the disk back, or rebuild onto another one (ktsetup's rebuild)."},
+    {"disk-smart", Severity::Warning, "a disk foretells its failure",
+     "See that backups are fresh and replace it soon; \"ktsetup {adapter} locate -o pd -i {id} -a on\" lights its "
+     "LED."},
+    {"disk-media-errors", Severity::Warning, "a disk has sectors that cannot be read",
+     "Let a media patrol (ktsetup's mp) repair what redundancy can; when the count grows, replace the disk."},
+    {"disk-hot", Severity::Warning, "a disk is too hot", "See that its fans run and nothing keeps the air from it."},
+    {"disk-link-slow", Severity::Warning, "a disk's link is slower than the disk can",
+     "Seat the disk and its cable anew; a backplane or a port of that speed explains it as well."},
+    {"ssd-worn", Severity::Warning, "a solid state disk is nearly used up",
+     "Order another one and plan its replacement."},
+    {"spare-none-fits", Severity::Warning, "no spare fits a redundant array",
+     "Assign a disk of its kind, at least as large as its members, as a spare (ktsetup's assign)."},
+    {"spare-idle", Severity::Warning, "a spare fits, but automatic rebuild is off",
+     "Rebuild onto the spare (ktsetup's rebuild), or switch automatic rebuild on (ktsetup's set)."},
+    {"cache-reduced", Severity::Warning, "caching fell back to write-through",
+     "See what the battery is short of (\"ktsetup {adapter} info -o bbu\"); writes are slow until then."},
+    {"battery-missing", Severity::Warning, "there was a battery, and there is none",
+     "Put a battery in; until then virtual disks with an automatic cache write through."},
+    {"battery-weak", Severity::Warning, "the battery does not hold enough",
+     "Charge it; when it does not hold the charge, replace it."},
+    {"battery-hot", Severity::Warning, "the battery is too hot",
+     "See that air reaches the adapter; heat ages the battery quickly."},
+    {"battery-charging-long", Severity::Warning, "the battery will take long to be charged",
+     "Watch it; a battery that charges slowly is nearly used up."},
+    {"element-warning", Severity::Warning, "a part of an enclosure is not as it should be",
+     "Look at the part, its cables and its power; replace it."},
+    {"port-locked", Severity::Warning, "an encrypting port has no key",
+     "Give it a key (ktsetup's aesentry and aesport), or switch its encryption off."},
+    {"cipher-mismatch", Severity::Warning, "a disk's encryption is not its port's",
+     "Give its port the right key (ktsetup's aesport), or move the disk to the port that it came from."},
+    {"events-lost", Severity::Warning, "the adapter's log has lost events",
+     "Read the log more often (ktreport events --cursor), and look at everything once."},
+    {"unread", Severity::Warning, "the library refused to tell something",
+     "Run ktreport on the machine; what it does not tell may be wrong unseen."},
 };
 
 static const ProblemRule* ruleNamed(const std::string& name) {
@@ -48,6 +79,10 @@ static const ProblemRule* ruleNamed(const std::string& name) {
 
 std::vector<ProblemRule> problemRules() {
     return {std::begin(rules), std::end(rules)};
+}
+
+const char* wordOf(Severity severity) {
+    return severity == Severity::Critical ? "critical" : "warning";
 }
 
 bool isProblemName(const std::string& name) {
@@ -76,13 +111,6 @@ std::string mergeThresholds(Json& thresholds, const Json& overrides) {
 
 std::string command(const Scene& scene, const std::string& words) {
     return "ktsetup " + std::to_string(scene.adapterId) + " " + words;
-}
-
-// What an adapter or a library lacks altogether it need not tell of.
-static bool isRefusal(const Json& refusal) {
-    static constexpr KT_U64 notSupported[] = {KT_ERR_NOT_SUPPORTED, KT_ERR_NOT_ON_THIS_ADAPTER};
-    const auto status = numberIn(refusal, "status");
-    return !status || std::find(std::begin(notSupported), std::end(notSupported), *status) == std::end(notSupported);
 }
 
 static std::string refusalText(const Json& refusal) {
@@ -124,7 +152,7 @@ static std::vector<Finding> findingsOf(const Json& document, const Json& adapter
 }
 
 static Json problemOf(const Finding& finding, const ProblemRule& rule, std::optional<KT_U64> adapter) {
-    Json problem = {{"name", finding.name}, {"severity", rule.severity == Severity::Critical ? "critical" : "warning"}};
+    Json problem = {{"name", finding.name}, {"severity", wordOf(rule.severity)}};
     if (adapter) problem["adapter"] = *adapter;
     problem["object"] = finding.object;
     if (finding.id) problem["id"] = *finding.id;
@@ -143,6 +171,36 @@ static void addLibraryProblems(const Json& document, std::vector<std::pair<size_
         const ProblemRule* rule = ruleNamed(finding.name);
         problems.emplace_back(rule - std::begin(rules), problemOf(finding, *rule, std::nullopt));
     }
+}
+
+const Json* objectOfProblem(const Json& adapter, const Json& problem) {
+    const std::string kind = textIn(problem, "object");
+    if (kind == "adapter") return &adapter;
+    const auto id = numberIn(problem, "id");
+    if (!id) return nullptr;
+    if (kind == "virtual disk") {
+        for (const VdInArray& one : virtualDisksOf(adapter)) {
+            if (numberIn(*one.vd, "id") == id) return one.vd;
+        }
+    }
+    if (kind == "disk") return findItem(adapter, "disks", *id);
+    if (kind == "array") return findItem(adapter, "arrays", *id);
+    return kind == "enclosure" ? findItem(adapter, "enclosures", *id) : nullptr;
+}
+
+std::string titleOfProblem(const Json& document, const Json& problem) {
+    const auto id = numberIn(problem, "adapter");
+    const Json* adapter = id ? findAdapter(document, *id) : nullptr;
+    if (adapter == nullptr) return "the library";
+    const std::string kind = textIn(problem, "object");
+    const Json* object = objectOfProblem(*adapter, problem);
+    if (object == adapter) return nameOfAdapter(*adapter);
+    const std::string on = " on adapter " + std::to_string(*id);
+    if (object != nullptr && kind == "disk") return nameOfDisk(*object) + on;
+    if (object != nullptr && kind == "virtual disk") return nameOfVd(*object) + on;
+    if (object != nullptr && kind == "array") return nameOfArray(*object) + on;
+    const auto number = numberIn(problem, "id");
+    return shown(kind) + (number ? " " + std::to_string(*number) : "") + on;
 }
 
 Json problemsOf(const Json& document, const Json& thresholds) {

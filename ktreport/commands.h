@@ -6,7 +6,7 @@
 #include "Report/load.h"
 
 // Exit statuses that every command has; further ones are its own.
-enum { RESULT_OK = 0, RESULT_USAGE = 2, RESULT_UNREADABLE = 3 };
+enum { RESULT_OK = 0, RESULT_LEFT_OUT = 1, RESULT_USAGE = 2, RESULT_UNREADABLE = 3 };
 
 // What commands share, and the exit status that the one that ran leaves.
 struct Invocation {
@@ -20,6 +20,9 @@ struct Invocation {
 struct UsageFailure {
     std::string message;
 };
+
+// One line on standard error, whatever was typed or stands in a file; answers the result.
+int say(std::string what, int result);
 
 // Adds "-a N" and, for views of a state, "--from FILE...".
 void addAdapter(CLI::App& command, Invocation& invocation);
@@ -35,4 +38,5 @@ void addCheck(CLI::App& app, Invocation& invocation);
 void addDiff(CLI::App& app, Invocation& invocation);
 void addEvents(CLI::App& app, Invocation& invocation);
 void addMap(CLI::App& app, Invocation& invocation);
+void addMetrics(CLI::App& app, Invocation& invocation);
 void addWait(CLI::App& app, Invocation& invocation);

@@ -10,8 +10,7 @@
 #include "Report/eventCursor.h"
 #include "ktreport/commands.h"
 
-// One line, whatever was typed or stands in a file.
-static int say(std::string what, int result) {
+int say(std::string what, int result) {
     for (char& byte : what) {
         if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = '?';
     }
@@ -57,6 +56,7 @@ static int runWords(int argc, char** argv) {
     addDiff(app, invocation);
     addEvents(app, invocation);
     addMap(app, invocation);
+    addMetrics(app, invocation);
     addWait(app, invocation);
     try {
         app.parse(argc, argv);
