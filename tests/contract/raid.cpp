@@ -330,6 +330,19 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(activity(ARRAYS, 0), "0/0 0");
 }
 
+// A quick one clears the ends of the members, however large they are.
+TEST_F(Raid, AQuickInitialisationIsBrief) {
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 2000 * MB), KT_OK);
+    ASSERT_EQ(createLd(KT_RAID1, {2, 3}, 80000 * MB), KT_OK);
+    advance(60);
+    ASSERT_EQ(KT_LD_StartINIT(PLAIN, 0, KT_INIT_QUICK), KT_OK);
+    ASSERT_EQ(KT_LD_StartINIT(PLAIN, 1, KT_INIT_QUICK), KT_OK);
+    advance(3);
+    const std::string brief = activity(PLAIN, 0);
+    EXPECT_EQ(brief, "8/1 46");
+    EXPECT_EQ(activity(PLAIN, 1), brief);
+}
+
 TEST_F(Raid, GreaterActivitiesGoFirst) {
     ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
     ASSERT_EQ(createVd(KT_RAID5, 20000), KT_OK);
@@ -494,4 +507,35 @@ TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
     EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE) << "one of three";
     EXPECT_EQ(KT_LD_Report(ARRAYS, 0), KT_ERR_VD_NOT_REPORTABLE) << "it is no conflicted one";
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
+}
+
+// Two virtual disks of one array, and adapters that take one of an array, or one at all.
+static void fillPair(sim::Store& store, const void*) {
+    static const sim::BuiltInLab lab = {"lab", R"({"adapters": [{"type": "array-based", "disks": [
+        {"count": 2, "type": "SAS", "size": "100GB"}], "arrays": [{"level": "RAID1", "disks": [0, 1],
+        "virtualDisks": [{"size": "10GiB"}, {"size": "10GiB"}]}]}]})"};
+    sim::fillFromLab(store, &lab);
+}
+
+TEST_F(Raid, ImportHasItsLimits) {
+    sim::Store* other = sim::openMemoryStore(fillPair, nullptr);
+    const auto bring = [&](const char* limit, KT_U8 answer = KT_OK) {
+        start((std::string(R"({"adapters": [{"type": "array-based", "disks": [{"type": "SAS", "size": "100GB"}], )") +
+               limit + "}]}")
+                  .c_str());
+        std::vector<KT_U16> ids;
+        outside(0, [&](sim::Context& context) {
+            EXPECT_EQ(sim::insertForeignDisks(context, *other, 0, {0, 1}, ids), answer);
+        });
+        std::vector<KT_U8> statuses;
+        for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))
+            statuses.push_back(vd.Status);
+        return statuses;
+    };
+    using Statuses = std::vector<KT_U8>;
+    EXPECT_EQ(bring(R"("MaxVDPerDG": 2)"), (Statuses{KT_VD_IMPORTABLE, KT_VD_IMPORTABLE}));
+    EXPECT_EQ(bring(R"("MaxVDPerDG": 1)"), (Statuses{KT_VD_NOT_IMPORTABLE, KT_VD_NOT_IMPORTABLE}));
+    EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
+    bring(R"("MaxLogicalDrive": 1)", KT_ERR_NO_VD_ID);
+    sim::closeStore(other);
 }

@@ -156,3 +156,29 @@ TEST_F(Smart, DrivesAnswerCommands) {
     });
     EXPECT_EQ(KT_PD_GET_SMART_INFO(0, 0, &info), KT_ERR_LINK_TIMEOUT);
 }
+
+// Disks 0 to 2 are solid state.
+static const char SOLID[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
+  {"type": "LD-based", "disks": [{"count": 3, "type": "SATA SSD", "size": "120GB"}],
+   "virtualDisks": [{"level": "RAID0", "disks": [0, 1], "size": "10GiB"}]}]})";
+
+TEST_F(Smart, WhatActivitiesWriteIsWritten) {
+    static const KT_U8 WRITTEN = 0xF1;
+    const auto after = [&](const std::function<void()>& act) {
+        start(SOLID);
+        act();
+        advance(6 * 3600);
+        std::vector<KT_U64> written;
+        for (const KT_U16 pd : Ids{0, 1, 2})
+            written.push_back(attribute(pd, WRITTEN).RawValue);
+        return written;
+    };
+    const auto idle = after([] {});
+    const auto migrated = after([] {
+        _Create_LD_Param param = ldParam(KT_RAID0, {0, 1, 2});
+        param.LDID = 0;
+        EXPECT_EQ(KT_LD_StartMigration(0, &param), KT_OK);
+    });
+    for (size_t pd = 0; pd < 3; ++pd)
+        EXPECT_GT(migrated[pd], idle[pd]) << pd << ": all of them are written anew";
+}

@@ -5,6 +5,8 @@
 #include "media/surface.h"
 #include "raid/damage.h"
 
+#include <algorithm>
+
 // VD 0 is a RAID5 on disks 0 to 2, VDs 1 and 2 are RAID6 on 3 to 6; 7 is a spare, 8 is free.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
   {"type": "array-based", "disks": [{"count": 7, "size": "4GB"}, {"size": "4GB", "spare": "global"}, {"size": "4GB"}],
@@ -113,6 +115,38 @@ TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
               Events({"1/80 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/36 of 1", "2/37 of 1",
                       "2/37 of 2", "2/37 of 8", "1/85 of 0"}));
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 8)), Events({"2/17 of 8", "2/37 of 8", "2/22 of 8"}));
+}
+
+// It reads the members from their start to their end while the progress goes from 0 to 100.
+TEST_F(Surface, AMigrationMeetsASectorWhenItGetsThere) {
+    _Block_Info block = {};
+    ASSERT_EQ(readItem(KT_BLK_GetInfo, 0, 0, &_BLK_Info_Request::blkInfo, block), KT_OK);
+    spoil(0, block.StartLBA + block.Size / 2, sim::FLAW_UNREADABLE);
+    _CreateOrModify_DG_Param param = dgParam(KT_RAID6, {0, 1, 2, 8});
+    param.DGID = 0;
+    ASSERT_EQ(KT_DG_StartMigration(0, &param, 0), KT_OK);
+    const auto percent = [] {
+        _LD_STATUS status = {};
+        EXPECT_EQ(readItem(KT_LD_GetStatus, 0, 0, &_LD_Status_Request::ldStatus, status), KT_OK);
+        return status.BgaPercentage;
+    };
+    Events events;
+    int at = 0;
+    while (std::find(events.begin(), events.end(), "2/37 of 0") == events.end() && at < 100) {
+        at = percent();
+        advance(1);
+        events = newEvents();
+    }
+    EXPECT_NEAR(at, 50, 4);
+}
+
+TEST_F(Surface, KeepsOnlySoManySectorsOfADisk) {
+    outside(0, [](sim::Context& context) {
+        const sim::BadSector bad = {sim::FLAW_UNREADABLE, 0, {}};
+        EXPECT_EQ(sim::addBadSectors(context, 8, bad, 5000, nullptr), 1000U);
+        EXPECT_FALSE(sim::addBadSector(context, 8, 1, bad));
+        EXPECT_EQ(sim::badSectorCount(context, 8), 1000U);
+    });
 }
 
 TEST_F(Surface, OneLeapOfTheClockIsManySteps) {

@@ -74,7 +74,7 @@ bool isLeftOver(Owner owner, const Activity& activity) {
     return activity.kind != 0 && activity.state == KT_STATE_ABORTED && (owner.kind == OwnerKind::Disk || check);
 }
 
-// What was aborted on the same disks will not be gone back to.
+// Checks and patrols that were aborted on these disks cannot be restarted any more: the new activity replaces them.
 static void dropLeftOvers(const Context& context, Owner owner, const Activity& activity) {
     const std::vector<KT_U16> disks = disksOf(context, owner, activity);
     std::vector<Owner> leftOvers;
@@ -152,7 +152,7 @@ KT_U64 nextMoment(const Context& context, Owner owner, const Activity& activity)
     const KT_U64 quarter = activity.announced + ANNOUNCED_PERCENT;
     if (quarter < 100) part.work = activity.work / 100 * quarter + (activity.work % 100 * quarter + 99) / 100;
     part.work = std::min(part.work, nextMeeting(context, owner, activity));
-    // What lies behind already, for its place has changed, shows at once.
+    // A moment that is past (a lab or a new speed moved it) is due now.
     return std::max(activityEnd(part), context.now);
 }
 
@@ -180,7 +180,7 @@ static std::vector<Claim> claimsOf(const Context& context) {
     return claims;
 }
 
-// Those that run side by side on a disk share what it can do. Answers when the first of them has something due.
+// Activities that run side by side on a disk share its speed. Answers when the first of them has something due.
 static KT_U64 shareSpeed(const Context& context, const std::vector<Claim>& granted) {
     std::map<KT_U16, KT_U64> crowd;
     for (const Claim& claim : granted) {
@@ -240,7 +240,7 @@ void pauseAll(const Context& context) {
     forEachActivity(context, [&](Owner owner, const Activity& activity) {
         if (activity.state == KT_STATE_RUNNING || activity.state == KT_STATE_AUTO_PAUSED) owners.push_back(owner);
     });
-    // All before any that waits could go on.
+    // Only then arbitrate(): it would let those that wait run as soon as the first one is paused.
     for (const Owner owner : owners) {
         const Activity activity = activityOf(context, owner);
         setState(context, owner, activity, KT_STATE_PAUSED);

@@ -26,7 +26,7 @@ void applyRates(const Context& context);
 void pauseAll(const Context& context);
 
 // The moment at which a running activity completes, passes the next quarter, which is logged, or meets a bad sector;
-// for what was left over, at which it is forgotten.
+// for an aborted check or patrol, the moment at which it can no longer be restarted and is forgotten.
 KT_U64 nextMoment(const Context& context, Owner owner, const Activity& activity);
 inline constexpr unsigned ANNOUNCED_PERCENT = 25;
 

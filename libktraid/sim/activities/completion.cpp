@@ -62,7 +62,7 @@ static bool settleActivity(const Context& context, Owner owner) {
 }
 
 KT_U64 settleActivities(Context& context) {
-    // A lab states how far an activity is, not how fast it goes.
+    // In a new state nothing is due yet (0): a lab says how far an activity is, but not how fast it goes.
     if (find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid == 0) applyRates(context);
     std::vector<Owner> due;
     forEachActivity(context, [&](Owner owner, const Activity& activity) {

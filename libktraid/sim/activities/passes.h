@@ -23,7 +23,7 @@ struct Pass {
     int slot;
 };
 
-// What goes on: whose activity, and the virtual disk that the passes are through.
+// An activity, its owner, and all stretches that it goes through.
 struct Run {
     Owner owner;
     const Activity& activity;

@@ -38,7 +38,7 @@ static KT_U64 nextOf(const Context& context, const Run& run) {
     return next;
 }
 
-// Cheaply false on an adapter whose disks are all sound.
+// A cheap first test: false when no disk of the adapter has a bad sector.
 static bool mayMeet(const Context& context, const Activity& activity) {
     return activity.state == KT_STATE_RUNNING && activity.done < activity.work && anyBadSector(context);
 }
@@ -47,7 +47,7 @@ KT_U64 nextMeeting(const Context& context, Owner owner, const Activity& activity
     return mayMeet(context, activity) ? nextOf(context, runOf(context, owner, activity)) : NEVER;
 }
 
-// Bad sectors beside each other that fare alike.
+// Neighbouring bad sectors with the same fate, which are logged as one.
 struct Stretch {
     KT_U64 first;
     KT_U32 count;
@@ -77,7 +77,7 @@ static void logSense(const Context& context, const Pass& pass, KT_U64 lba) {
         pass.vd == KT_NO_ID ? (far ? SCSI_VERIFY_16 : SCSI_VERIFY_10) : (far ? SCSI_READ_16 : SCSI_READ_10);
     event.Params[1] = SENSE_MEDIUM_ERROR;
     event.Params[2] = ASC_READ_ERROR;
-    // Fixed format; the sector where it has room for it.
+    // Fixed format: its information field holds 32 bits, so that larger LBAs are left out (bit 7 of byte 0: valid).
     const KT_U8 sense[18] = {static_cast<KT_U8>(far ? 0x70 : 0xF0),
                              0,
                              SENSE_MEDIUM_ERROR,
@@ -161,7 +161,7 @@ static std::vector<Met> foundOn(const Context& context, const Pass& pass, const 
     return found;
 }
 
-// One found sector by itself, its fate decided; `spare` is how many the drive can still put elsewhere.
+// Decides what becomes of one bad sector; `spare` counts down the sectors that the drive can still reassign.
 static Stretch judge(const Context& context, const Run& run, KT_U16 pd, const Met& met, KT_U32& spare) {
     const auto& [lba, sector] = met;
     const auto block = blockAt(context, pd, lba);
@@ -209,7 +209,7 @@ static KT_U64 inconsistentLba(const _LD_Info& vd, const Pass& pass, KT_U64 lba) 
     return place / 1024 < vd.Size ? place / sector : NEVER;
 }
 
-// Whether nothing but this member says what the new ones are to hold.
+// Whether the other members cannot make up for the sector: a rebuild then copies what it holds, right or wrong.
 static bool isOnlySource(const Context& context, const Pass& pass, KT_U64 lba) {
     const auto block = blockAt(context, pass.pd, lba);
     return block && !canRegenerate(context, pass.vd, *block, lba);
@@ -222,7 +222,7 @@ static void moveWrongData(const Context& context, const Run& run, const Pass& fr
     }
 }
 
-// Data that is wrong reads well: only checks compare. What is made from it agrees with it from then on.
+// Reading wrong data gives no error; only checks compare members. What is written from it agrees with it afterwards.
 static void readWrongData(const Context& context, const Run& run, const Pass& pass, std::set<KT_U64>& inconsistent) {
     const auto vd = find<_LD_Info>(context, pass.vd);
     for (const auto& [lba, sector] : foundOn(context, pass, run.activity, false)) {
@@ -246,7 +246,7 @@ static void logInconsistent(const Context& context, KT_U16 vd, const std::set<KT
     }
 }
 
-// Writing puts right what was wrong: the drive has another sector ready, and the data is new.
+// Writing repairs a bad sector: the drive reassigns it while it has sectors to spare, and the data is new.
 static void overwrite(const Context& context, const Run& run, const Pass& pass) {
     KT_U32 reassigned = 0;
     KT_U32 known = 0;
@@ -269,7 +269,7 @@ void meetBadSectors(const Context& context, Owner owner, const Activity& activit
     if (nextOf(context, run) > activityDone(activity, context.now)) return;
     std::set<KT_U64> inconsistent;
     std::vector<Loss> losses;
-    // First what is written: marks of lost data are put on it.
+    // Writing first: it would erase the marks of lost data that reading leaves on the same disks.
     for (const Pass& pass : run.passes)
         if (pass.writes) overwrite(context, run, pass);
     for (const Pass& pass : run.passes)

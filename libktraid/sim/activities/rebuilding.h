@@ -18,7 +18,7 @@ void finishRebuild(const Context& context, Owner owner);
 void finishCopyBack(const Context& context, Owner owner);
 // The disk is no longer filled; the rebuild or copy back fails when it fills no other.
 void loseTarget(const Context& context, Owner owner, KT_U16 pd);
-// Ends the owner's rebuild or copy back without success; its target gives up what it had got.
+// Ends the owner's rebuild or copy back without success; the blocks that its target had got are removed.
 void failRebuild(const Context& context, Owner owner);
 
 } // namespace sim

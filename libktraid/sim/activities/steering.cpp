@@ -43,7 +43,7 @@ KT_U8 startInitialization(const Context& context, KT_U16 id, KT_U8 initType) {
     if (rule->feature && !(adapterInfo(context).Features & rule->feature)) return KT_ERR_NOT_SUPPORTED;
     if (vd.info.RaidMode == KT_RAID0 && initType != KT_INIT_QUICK) return KT_ERR_NOT_REDUNDANT;
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
-    // Only in the background does it leave what is there.
+    // Only a background initialisation keeps the data.
     if (runsSystem(vd) && initType != KT_INIT_BACKGROUND) return KT_ERR_VD_HAS_OS;
     vd.state.initialized = 0;
     save(context, id, vd.state);
@@ -61,7 +61,7 @@ KT_U8 startCheck(const Context& context, KT_U16 id, KT_U8 fix) {
     if (status != KT_OK) return status;
     if (!isRedundant(vd.info.RaidMode)) return KT_ERR_NOT_REDUNDANT;
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
-    // What was never made consistent can be synchronised, but a check would find nothing but differences.
+    // Before the first initialisation members differ everywhere: a check would report that, only a fix is of use.
     if (!fix && !vd.state.initialized) return KT_ERR_VD_NOT_INITIALIZED;
     startActivity(context, Owner{OwnerKind::Vd, id}, fix ? KT_BGA_CHECK_FIX : KT_BGA_CHECK, shareOf(context, vd.info),
                   KT_NO_ID);

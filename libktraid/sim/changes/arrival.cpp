@@ -70,7 +70,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     state->config.Online = failed ? 0 : 1;
     state->config.HDID = id;
     state->dgid = KT_NO_ID;
-    state->hasOs = 0; // what runs, runs elsewhere
+    state->hasOs = 0; // this machine does not run its system from it
     state->patrol = Activity{};
     state->patrol.disk = KT_NO_ID;
     save(context, id, *info);
@@ -103,7 +103,7 @@ static bool isSameMake(const _LD_Info& mine, const _LD_Info& vd) {
     return mine.RaidMode == vd.RaidMode && mine.HDCount == vd.HDCount && mine.Size == vd.Size;
 }
 
-// Whether `mine` has none of what arrives.
+// Whether none of the arriving blocks has its slot taken in `mine`.
 static bool lacks(const _LD_Info& mine, const std::map<int, _Block_Info>& blocks) {
     return std::all_of(blocks.begin(), blocks.end(),
                        [&](const auto& entry) { return mine.BlockIDs[entry.first] == KT_NO_ID; });

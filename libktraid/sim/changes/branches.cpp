@@ -110,7 +110,7 @@ static std::vector<KT_U16> comeBack(const Context& context, KT_U64 loss) {
 }
 
 static void pullBranch(const Context& context, const Branch& branch, KT_U64 id) {
-    // With no disk in it, it is a loss all the same.
+    // A shelf without disks still needs a loss number of its own, by which its parts are found when it comes back.
     if (branch.disks.empty()) {
         beginLoss(context);
     } else {

@@ -10,8 +10,8 @@ namespace sim {
 // KT_LD_Import: KT_ERR_VD_NOT_IMPORTABLE when too much of it is missing or in other use, KT_ERR_VD_STATUS when it is
 // not foreign. With arrays, all virtual disks on the same foreign disks come along in one new array.
 KT_U8 importVd(const Context& context, KT_U16 id);
-// One that must not become another virtual disk by itself: what it is a part of is here already without it. It can be
-// reported or deleted.
+// A conflicted one: its virtual disk is in use here already, without this part. It is never imported by itself, but can
+// be reported or deleted.
 inline bool isConflicted(const _LD_Info& vd) {
     return vd.Status == KT_VD_CONFLICTED || vd.Status == KT_VD_PLUGIN_CONFLICTED;
 }

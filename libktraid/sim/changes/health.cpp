@@ -89,7 +89,7 @@ static KT_U8 putIn(const Context& context, KT_U16 pd, std::vector<Returning>& re
     return KT_OK;
 }
 
-// A disk that stood by does so again.
+// A disk that was a spare when it was pulled becomes one again.
 static void takeUpRole(const Context& context, const Returning& disk) {
     if (disk.blocks.raid & KT_PD_MEMBER) return;
     if (disk.blocks.raid & KT_PD_GLOBAL_SPARE) makeGlobalSpare(context, disk.pd);
@@ -184,7 +184,7 @@ KT_U8 setDiskDown(const Context& context, KT_U16 pd) {
     const std::vector<KT_U16> offline = offlineVds(context);
     logEvent(context, EVT_PD_SET_DOWN, pd, SEV_MAJOR);
     loseDisk(context, pd);
-    // Failing undoes it all.
+    // Whether virtual disks survive shows only afterwards; when the call fails its frame undoes all of this.
     if (inArray && findArray(context, array.info.DGID, array) == KT_OK && before != ARRAY_OFFLINE &&
         array.info.Status == ARRAY_OFFLINE)
         return KT_ERR_PD_CANNOT_SET_DOWN;
@@ -224,12 +224,12 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     if (disk.state.health == PD_FAILED) return KT_ERR_LINK_TIMEOUT;
     if (runsSystem(disk.state)) return KT_ERR_PD_HAS_OS;
     const bool foreign = (disk.state.raid & KT_PD_FOREIGN) != 0;
-    // What others keep on it, or what is waited for, is lost as well.
+    // Without force: foreign data on it, and data that an offline virtual disk still waits for, would be lost.
     if ((disk.state.raid & (KT_PD_MEMBER | KT_PD_FOREIGN)) && !force) return KT_ERR_PD_ASSIGNED;
     if ((disk.state.raid & KT_PD_SPARE) && !force) return KT_ERR_IS_SPARE;
     for (const Owner owner : groupsOn(context, {pd})) {
         const Group group = groupOf(context, owner);
-        // What such a virtual disk keeps is on its hard disk.
+        // A hybrid virtual disk has its only complete copy on the hard disk.
         const bool hybrid = isHybridLevel(group.geometry.level) && !isSolidState(disk.info);
         if (hybrid && !foreign) return KT_ERR_TANDEM_HDD_DATA;
         for (const KT_U16 id : group.vds) {
@@ -246,7 +246,7 @@ KT_U8 wipeDisk(const Context& context, KT_U16 pd, bool force) {
     findDisk(context, pd, disk);
     disk.state.raid &= KT_PD_OFFLINE;
     disk.state.dgid = KT_NO_ID;
-    // A partition table would keep the adapter from ever using the disk by itself, and so would its old place.
+    // The adapter takes no disk with a partition table by itself, and would rebuild onto one that is back in its place.
     disk.state.hasMbr = 0;
     saveDisk(context, disk);
     for (const Owner owner : allGroups(context))

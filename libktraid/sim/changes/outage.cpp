@@ -26,7 +26,7 @@ std::vector<Owner> groupsOn(const Context& context, const std::vector<KT_U16>& p
     return owners;
 }
 
-// What was still being filled has nothing to come back with: it goes with the rebuild.
+// Blocks that are still being filled hold nothing worth keeping: they are removed when their rebuild fails.
 static void setBlocksOffline(const Context& context, KT_U16 pd) {
     const _HD_Block_Info list = blocksOf(context, pd);
     for (int i = 0; i < list.BlkCount; ++i) {
@@ -41,14 +41,14 @@ static bool isRebuildLike(const Activity& activity) {
     return activity.kind == KT_BGA_REBUILD || activity.kind == KT_BGA_COPY_BACK;
 }
 
-// Whether a copy back reads from the disk: it is, or was, in the place that it fills.
+// Whether the copy back reads from the disk: the disk is in the slot that is copied, or was and has left it.
 static bool isCopiedFrom(const Group& group, const Activity& activity, KT_U16 pd) {
     for (size_t i = 0; activity.kind == KT_BGA_COPY_BACK && i < group.members.size(); ++i)
         if (group.homes[i] == activity.disk) return group.members[i] == pd || group.members[i] == KT_NO_ID;
     return false;
 }
 
-// Initialisations and checks cannot go on without the disk; nor can what is being written to it.
+// Initialisations and checks of the group fail without the disk; a rebuild or copy back fails when it needs the disk.
 static void failActivities(const Context& context, const Group& group, KT_U16 pd) {
     for (const KT_U16 vd : group.vds) {
         const Owner owner{OwnerKind::Vd, vd};
@@ -62,7 +62,7 @@ static void failActivities(const Context& context, const Group& group, KT_U16 pd
     if (isCopiedFrom(group, activity, pd)) failRebuild(context, group.owner);
 }
 
-// A migration also needs the disks it moves to, without which an array's own members may do.
+// A migration writes to new disks too: its virtual disks may be offline for want of those while the array still works.
 static bool canGoOn(const Context& context, Owner owner, const Activity& activity) {
     const Group group = groupOf(context, owner);
     const auto isOffline = [&](KT_U16 id) {
@@ -73,12 +73,12 @@ static bool canGoOn(const Context& context, Owner owner, const Activity& activit
            (activity.kind != KT_BGA_MIGRATION || std::none_of(group.vds.begin(), group.vds.end(), isOffline));
 }
 
-// What cannot run on an offline virtual disk.
+// Rebuilds and copies fail when their group goes offline; what runs is interrupted until it works again.
 static void interruptActivities(const Context& context, const Group& group) {
     Activity activity = activityOf(context, group.owner);
     if (!isAlive(activity) || canGoOn(context, group.owner, activity)) return;
     if (isRebuildLike(activity)) return failRebuild(context, group.owner);
-    // What somebody paused or stopped stays so.
+    // An activity that somebody paused or stopped keeps that state.
     if (activity.state != KT_STATE_RUNNING && activity.state != KT_STATE_AUTO_PAUSED) return;
     activity.done = activityDone(activity, context.now);
     activity.since = context.now;
@@ -285,7 +285,7 @@ static void comeUp(const Context& context, std::vector<Returning>& disks) {
     for (const Returning& each : disks) {
         Disk disk = {};
         findDisk(context, each.pd, disk);
-        // rejoin() says it of disks that had something.
+        // rejoin() has logged it of disks that held blocks.
         if (each.blocks.count == 0 && (disk.state.raid & KT_PD_NOT_FREE) == 0) becomeFree(context, each.pd);
     }
     followUp(context, owners, {});

@@ -96,7 +96,7 @@ static const Complaint COMPLAINTS[] = {
 };
 
 static void checkComplaints(const Context& context, const _BBU_Info& info, BatteryState& state) {
-    // From too cold to too hot is not back to normal.
+    // "Back to normal" is logged only when no other complaint of that kind (too cold, too hot) holds.
     const auto isOver = [&](EventName event) {
         return std::none_of(std::begin(COMPLAINTS), std::end(COMPLAINTS),
                             [&](const Complaint& each) { return each.over == event && each.holds(info, state); });
@@ -220,7 +220,7 @@ KT_U64 settleBattery(const Context& context) {
     setAbnormal(context, state, state.complaints != 0, !first);
     KT_U64 next = std::min(nextRelearnStep(state), whenCharged(state, LOW_CHARGE));
     next = std::min(next, whenCharged(state, isRising(state) ? BATTERY_FULL : 0));
-    // Just below the low mark the complaint begins; one step further lies the moment to look.
+    // The complaint begins below the low mark, so that the moment to look is when one millionth less is reached.
     next = std::min(next, whenCharged(state, LOW_CHARGE - 1));
     if (state.mode == BATTERY_IDLE)
         next = std::min(next, whenCharged(state, state.rechargeBelow * (BATTERY_FULL / 100)));

@@ -157,8 +157,8 @@ static size_t lostSystems(const Context& context) {
     return lost;
 }
 
-// Takes the port's disks off and on as its cipher now demands; refused, which undoes it all, when that takes the ground
-// from under a running system.
+// Takes the port's disks offline and online as its cipher now demands. Refused, and undone by the frame, when a running
+// system would lose its disk.
 static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
     std::vector<KT_U16> disks;
     forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info& disk) {

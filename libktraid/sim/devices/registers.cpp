@@ -52,7 +52,7 @@ KT_U8 writeRegister(const Context& context, KT_U8 type, KT_U32 address, const _R
     const KT_U8 status = checkRegister(context, type, address, request, mailbox);
     if (status != KT_OK) return status;
     mailbox.value[address] = request.Value;
-    // In a stopped clock's world everything that is this quick is over at once.
+    // With a stopped clock the write would never end: it is over at once.
     if (!loadClock(context.store).stopped) mailbox.writingUntil[address] = context.now + REGISTER_WRITE_MS;
     save(context, 0, mailbox);
     return KT_OK;

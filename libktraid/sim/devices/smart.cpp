@@ -17,7 +17,7 @@ static KT_U8 checkDisk(const Context& context, KT_U16 pd, _HD_Info& disk, PdStat
     return state.health == PD_FAILED ? KT_ERR_LINK_TIMEOUT : KT_OK;
 }
 
-// As it is at this very moment.
+// With its age and temperature at context.now.
 static _SMART_Info describeNow(const Context& context, KT_U16 pd, const _HD_Info& disk) {
     Life life = lifeOf(context, pd, disk);
     life.temperature += static_cast<KT_U64>(warmthAt(context.now, isBusy(context, pd)));

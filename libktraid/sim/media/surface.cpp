@@ -50,7 +50,7 @@ void knowBadSector(const Context& context, KT_U16 pd, KT_U64 lba) {
 
 bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector) {
     const auto there = badSectorAt(context, pd, lba);
-    // Data cannot be wrong where there is none.
+    // An unreadable or lost sector holds no data that could be wrong.
     if (there && (there->flaw == sector.flaw || sector.flaw == FLAW_WRONG)) return false;
     if (there && there->flaw == FLAW_UNREADABLE) return false;
     if (!there && badSectorCount(context, pd) >= BAD_SECTORS_KEPT) return false;

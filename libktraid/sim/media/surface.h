@@ -8,7 +8,7 @@
 
 namespace sim {
 
-inline constexpr KT_U64 BAD_SECTORS_KEPT = 1000; // of one disk; more are not told apart from these
+inline constexpr KT_U64 BAD_SECTORS_KEPT = 1000; // of one disk; further ones are ignored
 
 // visit(lba, sector) -> true to go on, over the bad sectors from `from` up to, not including, `end`.
 using SectorVisit = std::function<bool(KT_U64, const BadSector&)>;
@@ -17,7 +17,7 @@ bool anyBadSector(const Context& context); // on any disk of the adapter
 KT_U64 badSectorCount(const Context& context, KT_U16 pd);
 std::optional<BadSector> badSectorAt(const Context& context, KT_U16 pd, KT_U64 lba);
 void eraseBadSector(const Context& context, KT_U16 pd, KT_U64 lba);
-// The drive has met it.
+// Notes that the drive has tried to read it and counts it as pending.
 void knowBadSector(const Context& context, KT_U16 pd, KT_U64 lba);
 
 // Makes a sector bad; false when that makes no difference to it, or the disk has as many as are kept.

@@ -28,7 +28,7 @@ std::vector<Owner> allGroups(const Context& context);
 Owner groupOwner(const _LD_Info& vd);
 void setHome(const Context& context, const Group& group, int slot, KT_U16 pd);
 
-// The slots that are the disk's place wait for it no longer.
+// The disk is no longer the home of any slot: none waits for its return.
 void forgetHome(const Context& context, Owner owner, KT_U16 pd);
 
 // KT_OK when the disk has room for a member's blocks and goes with the others: KT_ERR_TARGET_TOO_SMALL and what

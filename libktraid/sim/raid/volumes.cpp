@@ -113,7 +113,7 @@ EventParams vdParams(KT_U8 level, KT_U32 value) {
 }
 
 static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) {
-    // What is regained step by step is told by the rebuilds; there is no word for less than all of it.
+    // There is an event for working again as it should, none for a partial improvement; the rebuilds log those.
     const bool regains = badness(status) < badness(vd.Status) && isUsable(vd);
     if (regains && status != KT_VD_ONLINE) return;
     switch (status) {
@@ -121,7 +121,7 @@ static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) 
         logEvent(context, EVT_VD_ONLINE, vd.ID, vdParams(vd.RaidMode));
         break;
     case KT_VD_PARTIALLY_OPTIMAL:
-        // It works again, if not as safely as it should.
+        // From offline it works again, though without its full redundancy.
         if (!isUsable(vd)) logEvent(context, EVT_VD_ONLINE, vd.ID);
         logEvent(context, EVT_VD_LOST_REDUNDANCY, vd.ID);
         break;

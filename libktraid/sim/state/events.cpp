@@ -6,7 +6,7 @@
 
 namespace sim {
 
-// Muting silences what has happened so far; what happens next is heard again.
+// A mute lasts until the next grave event, which sounds the buzzer again.
 static void soundAlarm(const Context& context) {
     auto state = find<AdapterState>(context, 0);
     if (!state || !state->muted) return;

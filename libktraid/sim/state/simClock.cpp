@@ -31,7 +31,7 @@ KT_U64 simulatedNow(Store& store) {
 }
 
 void setClock(Store& store, KT_U64 now, KT_U32 speed, bool stopped) {
-    // A clock that stands has nothing to do with real time: states that are alike look alike.
+    // A stopped clock stores no real time, so that equal states are equal byte by byte.
     const KT_U64 realBase = stopped ? 0 : realNow();
     const int64_t ahead = loadClock(store).ahead;
     save(store, ADAPTER_GLOBAL, 0, Clock{now, realBase, speed, static_cast<KT_U8>(stopped ? 1 : 0), {}, ahead});

@@ -91,7 +91,7 @@ static bool isThere(const std::string& path) {
     return false;
 }
 
-// The journal of a state that is gone would be taken for that of the one which follows it.
+// SQLite would take the journal of an old state for that of a new one with the same name.
 static void removeJournal(const std::string& path) {
     unlink((path + "-wal").c_str());
     unlink((path + "-shm").c_str());

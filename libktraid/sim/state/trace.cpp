@@ -77,7 +77,7 @@ static void appendArg(std::string& line, const Arg& arg, size_t size) {
     }
 }
 
-// Once: a call more or less does not make an incomplete trace better.
+// Says so once; after the first lost line the trace is incomplete anyway.
 static void reportIncomplete(const char* path, const char* reason) {
     static bool said = false;
     if (!said) fprintf(stderr, "ktraid-sim: the trace is incomplete: %s: %s\n", path, reason);

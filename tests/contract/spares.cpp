@@ -1,0 +1,93 @@
+// Which disk takes a lost one's place, and which never does.
+#include "frame.h"
+
+#include "changes/health.h"
+
+// A RAID5 on disks 0 to 2, whose own spare 3 is larger than the spares of the adapter: 4 is large, 5 as large as the
+// members, 6 too small. 7 runs the system, 8 is optical, 9 has a partition table and is free.
+static const char LAB[] = R"({"adapters": [{"type": "array-based", "config": {"CopyBackOn": 0}, "disks": [
+  {"count": 3, "size": "100GB"}, {"size": "4TB"}, {"size": "2TB", "spare": "global"},
+  {"size": "100GB", "spare": "global"}, {"size": "50GB", "spare": "global"}, {"size": "100GB", "os": true},
+  {"type": "ATAPI"}, {"size": "100GB", "mbr": true}],
+  "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "spares": [3], "virtualDisks": [{"size": "1GB"}]}]}]})";
+static const uint64_t HOUR = 3600;
+
+struct Spares : LabTest<LAB> {
+    void fail(KT_U16 pd) const {
+        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::failDisk(context, pd), KT_OK); });
+    }
+    void pull(KT_U16 pd) const {
+        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::pullDisk(context, pd), KT_OK); });
+    }
+    void insert(KT_U16 pd) const {
+        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::insertDisk(context, pd), KT_OK); });
+    }
+    void rebuildByHand() const {
+        _Adapter_Config_V2 config = {};
+        ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+        config.AutoRebuildOn = 0;
+        ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
+    }
+};
+
+static Ids members() {
+    _DG_Info info = {};
+    EXPECT_EQ(readItem(KT_DG_GetInfo, 0, 0, &_DG_Info_Request::dgInfo, info), KT_OK);
+    return Ids(info.PDIDs, info.PDIDs + info.PDCount);
+}
+
+static KT_U8 roleOf(KT_U16 pd) {
+    _HD_RAID_STATUS status = {};
+    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, 0, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
+    return status.Status;
+}
+
+static bool hasMbr(KT_U16 pd) {
+    _HD_MBR_Info info = {};
+    info.HDCount = 1;
+    info.HDIDs[0] = pd;
+    EXPECT_EQ(KT_PD_GetMBRInfo(0, &info), KT_OK);
+    return info.hasMBR[0] != 0;
+}
+
+TEST_F(Spares, TheArraysOwnComesFirstThenTheSmallestThatFits) {
+    fail(0);
+    EXPECT_EQ(members(), (Ids{3, 1, 2}));
+    advance(HOUR);
+    fail(1);
+    EXPECT_EQ(members(), (Ids{3, 5, 2}));
+    advance(HOUR);
+    fail(2);
+    EXPECT_EQ(members(), (Ids{3, 5, 4}));
+    advance(HOUR);
+    fail(3);
+    EXPECT_EQ(members(), (Ids{3, 5, 4})) << "the one that is left is too small";
+}
+
+TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
+    for (const KT_U16 pd : Ids{3, 5}) {
+        const KT_U8 role = roleOf(pd);
+        EXPECT_EQ(role, pd == 3 ? KT_PD_DEDICATED_SPARE : KT_PD_GLOBAL_SPARE);
+        pull(pd);
+        insert(pd);
+        EXPECT_EQ(roleOf(pd), role);
+    }
+    fail(0);
+    EXPECT_EQ(members(), (Ids{3, 1, 2}));
+}
+
+TEST_F(Spares, NoRebuildGoesOntoTheSystemOrOntoAnOpticalDrive) {
+    rebuildByHand();
+    fail(0);
+    const auto rebuildOn = [](KT_U16 pd) { return KT_LD_DG_StartRebuild(0, 0, 1, &pd); };
+    EXPECT_EQ(rebuildOn(7), KT_ERR_PD_HAS_OS);
+    EXPECT_EQ(rebuildOn(8), KT_ERR_ATAPI);
+    EXPECT_EQ(rebuildOn(9), KT_OK);
+    EXPECT_FALSE(hasMbr(9)) << "the array's data took its place";
+}
+
+TEST_F(Spares, WipingTakesThePartitionTableAway) {
+    ASSERT_TRUE(hasMbr(9));
+    ASSERT_EQ(KT_PD_WipeHDMDD(0, 9, 0), KT_OK);
+    EXPECT_FALSE(hasMbr(9));
+}

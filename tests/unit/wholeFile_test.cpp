@@ -1,0 +1,69 @@
+#include "Public/wholeFile.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#include <vector>
+
+// Watches what is asked of the kernel: these stand before the C library's own.
+static std::vector<std::string> gAsked;
+static std::string gTarget;
+
+static std::string describe(int fd) {
+    struct stat status = {};
+    fstat(fd, &status);
+    return std::string(S_ISDIR(status.st_mode) ? "folder" : "file") +
+           (access(gTarget.c_str(), F_OK) == 0 ? ", named" : ", unnamed");
+}
+
+extern "C" int fsync(int fd) {
+    gAsked.push_back("flush " + describe(fd));
+    return static_cast<int>(syscall(SYS_fsync, fd));
+}
+
+extern "C" int fchown(int fd, uid_t owner, gid_t group) {
+    gAsked.push_back("owner " + std::to_string(owner) + ":" + std::to_string(group));
+    return static_cast<int>(syscall(SYS_fchown, fd, owner, group));
+}
+
+namespace {
+
+struct WholeFile : testing::Test {
+    std::string folder;
+
+    void SetUp() override {
+        std::string name = testing::TempDir() + "whole.XXXXXX";
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+        gTarget = folder + "/file";
+        gAsked.clear();
+    }
+    void TearDown() override {
+        unlink(gTarget.c_str());
+        EXPECT_EQ(rmdir(folder.c_str()), 0) << "something else is left";
+    }
+};
+
+// A file that outlives a crash is on the disk before it has its name, and so is the name afterwards.
+TEST_F(WholeFile, IsOnTheDiskBeforeItHasItsNameAndSoIsTheName) {
+    EXPECT_EQ(writeWholeFile(gTarget, "text", Existing::Keep), WroteFile::Yes);
+    EXPECT_EQ(gAsked, (std::vector<std::string>{"flush file, unnamed", "flush folder, named"}));
+}
+
+TEST_F(WholeFile, KeepsOwnerAndPermissionsOfTheOneItReplaces) {
+    ASSERT_EQ(writeWholeFile(gTarget, "old", Existing::Keep), WroteFile::Yes);
+    const bool mayGiveAway = chown(gTarget.c_str(), 12345, 54321) == 0;
+    ASSERT_EQ(chmod(gTarget.c_str(), 0640), 0);
+    gAsked.clear();
+    EXPECT_EQ(writeWholeFile(gTarget, "new", Existing::Replace), WroteFile::Yes);
+    struct stat status = {};
+    ASSERT_EQ(stat(gTarget.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640U);
+    EXPECT_EQ(status.st_uid, mayGiveAway ? 12345U : getuid());
+    const std::string owner = "owner " + std::to_string(status.st_uid) + ":" + std::to_string(status.st_gid);
+    EXPECT_EQ(gAsked.front(), owner) << "asked for by everybody, granted to the superuser";
+}
+
+} // namespace
