@@ -15,6 +15,8 @@ struct Count {
     std::optional<double> hottest;
     std::vector<std::string> criticalTexts;
     std::vector<std::string> texts; // of the others
+    std::vector<std::string> criticalLines;
+    std::vector<std::string> lines; // of the others
 };
 } // namespace
 
@@ -56,8 +58,10 @@ static void countProblems(const Report& report, const CheckOptions& options, boo
         if (name == "unread") continue;
         const bool critical = textIn(problem, "severity") == "critical";
         (critical ? count.critical : count.warning) += 1;
-        (critical ? count.criticalTexts : count.texts)
-            .push_back((host.empty() ? "" : host + ": ") + shown(textIn(problem, "text")));
+        const std::string text = (host.empty() ? "" : host + ": ") + shown(textIn(problem, "text"));
+        (critical ? count.criticalTexts : count.texts).push_back(text);
+        (critical ? count.criticalLines : count.lines)
+            .push_back((critical ? "CRITICAL: " : "WARNING: ") + text + " " + shown(textIn(problem, "action")));
     }
     if (isAmong(options.ignore, "unread")) return;
     for (const Json& refusal : listIn(report.document, "unread")) {
@@ -66,6 +70,7 @@ static void countProblems(const Report& report, const CheckOptions& options, boo
         const std::string text = shown(textIn(refusal, "text"));
         count.texts.push_back((host.empty() ? "" : host + ": ") + "unread: " + shown(textIn(refusal, "call")) + ": " +
                               text);
+        count.lines.push_back("UNKNOWN: " + count.texts.back());
     }
 }
 
@@ -73,6 +78,12 @@ static CheckResult resultOf(const Count& count) {
     if (count.critical != 0) return CHECK_CRITICAL;
     if (count.unread != 0 || count.adapters == 0) return CHECK_UNKNOWN;
     return count.warning != 0 ? CHECK_WARNING : CHECK_OK;
+}
+
+// The bar begins performance data.
+static std::string withoutBars(std::string text) {
+    std::replace(text.begin(), text.end(), '|', '/');
+    return text;
 }
 
 static std::string summary(const Count& count) {
@@ -87,9 +98,7 @@ static std::string summary(const Count& count) {
         text += (i == 0 ? "" : " ") + count.texts[i];
     }
     if (count.texts.size() > SAID) text += " And " + std::to_string(count.texts.size() - SAID) + " more.";
-    // The bar begins the performance data.
-    std::replace(text.begin(), text.end(), '|', '/');
-    return text;
+    return withoutBars(std::move(text));
 }
 
 Verdict checkReports(const std::vector<Report>& reports, const CheckOptions& options) {
@@ -111,5 +120,13 @@ Verdict checkReports(const std::vector<Report>& reports, const CheckOptions& opt
         snprintf(degrees, sizeof degrees, " hottest=%.0f", *count.hottest);
         line += degrees;
     }
-    return {result, line};
+    Verdict verdict = {result, line, {}};
+    if (options.everything) {
+        for (const auto* lines : {&count.criticalLines, &count.lines}) {
+            for (const std::string& one : *lines) {
+                verdict.further.push_back(withoutBars(one));
+            }
+        }
+    }
+    return verdict;
 }

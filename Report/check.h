@@ -11,11 +11,13 @@ enum CheckResult { CHECK_OK = 0, CHECK_WARNING = 1, CHECK_CRITICAL = 2, CHECK_UN
 struct CheckOptions {
     std::vector<std::string> only;   // names of problems; empty: all
     std::vector<std::string> ignore; // names of problems
+    bool everything = false;         // also each problem by itself, with what to do
 };
 
 struct Verdict {
     CheckResult result;
-    std::string line; // without its end
+    std::string line;                 // without its end
+    std::vector<std::string> further; // with options.everything a line for each problem, critical ones first
 };
 
 // A critical problem counts most, then what a verdict needs and the library did not tell, then a warning. Where no

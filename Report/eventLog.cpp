@@ -3,6 +3,7 @@
 #include <set>
 
 #include "Report/look.h"
+#include "Report/words.h"
 
 static std::string keyOf(const Json& document, const Json& adapter) {
     const std::string serial = textIn(adapter, "serial");
@@ -24,14 +25,22 @@ static std::string upper(std::string word) {
     return word;
 }
 
+// The priority that stands for a severity: from 1, look at once, to 6, good to know.
+static std::string priority(const std::string& severity, const EventWords& words) {
+    if (!words.journal) return "";
+    static constexpr CodeWord priorities[] = {{1, "fatal"}, {2, "critical"}, {3, "major"},
+                                              {4, "minor"}, {4, "warning"},  {6, "info"}};
+    return "<" + std::to_string(codeOf(priorities, severity).value_or(5)) + ">";
+}
+
 static std::string lineOf(const Json& adapter, const Json& event, const EventWords& words) {
     if (words.json) {
         Json line = {{"adapter", in(adapter, "id")}};
         line.update(event);
-        return line.dump(-1, ' ', true, Json::error_handler_t::replace);
+        return priority(textIn(event, "severity"), words) + line.dump(-1, ' ', true, Json::error_handler_t::replace);
     }
     const std::string severity = shown(textIn(event, "severity"));
-    return shown(textIn(event, "time")) + " adapter " + in(adapter, "id").dump() + " #" +
+    return priority(severity, words) + shown(textIn(event, "time")) + " adapter " + in(adapter, "id").dump() + " #" +
            std::to_string(numberIn(event, "SequenceNo").value_or(0)) + " [" +
            (severity.empty() ? "UNKNOWN" : upper(severity)) + "] " + shown(textIn(event, "text"));
 }
@@ -41,10 +50,11 @@ static std::string remark(const Json& adapter, KT_U64 count, const EventWords& w
     const Json& id = in(adapter, "id");
     if (words.json) {
         const Json line = count ? Json{{"adapter", id}, {"lost", count}} : Json{{"adapter", id}, {"restarted", true}};
-        return line.dump();
+        return priority("warning", words) + line.dump();
     }
-    if (count == 0) return "adapter " + id.dump() + ": the log has begun anew";
-    return "adapter " + id.dump() + ": " + std::to_string(count) + (count == 1 ? " event was" : " events were") +
+    const std::string before = priority("warning", words) + "adapter " + id.dump();
+    if (count == 0) return before + ": the log has begun anew";
+    return before + ": " + std::to_string(count) + (count == 1 ? " event was" : " events were") +
            " lost: the log has gone on without them";
 }
 

@@ -13,6 +13,7 @@ using Told = std::map<std::string, KT_U64>;
 struct EventWords {
     bool json = false;          // an object a line instead of text
     bool quietProgress = false; // without the lines that only say how far an activity is
+    bool journal = false;       // before each line its severity, as the system's journal takes it: "<4>"
 };
 
 // A line ready to be written, control bytes of the adapter's texts as '?', and what is told with it.

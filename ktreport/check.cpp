@@ -19,7 +19,7 @@ static void listNames() {
 
 // Whatever keeps it from a verdict is said as monitoring systems expect it.
 static void runCheck(Invocation& invocation, const CheckOptions& options) {
-    Verdict verdict = {CHECK_UNKNOWN, ""};
+    Verdict verdict = {CHECK_UNKNOWN, "", {}};
     try {
         ReadOptions reading;
         reading.attributes = false;
@@ -30,6 +30,9 @@ static void runCheck(Invocation& invocation, const CheckOptions& options) {
         verdict.line = "RAID UNKNOWN - " + shown(failure.message);
     }
     std::cout << verdict.line << '\n';
+    for (const std::string& line : verdict.further) {
+        std::cout << line << '\n';
+    }
     invocation.result = verdict.result;
 }
 
@@ -43,6 +46,7 @@ void addCheck(CLI::App& app, Invocation& invocation) {
     const CLI::Validator known(problemName, "NAME");
     command->add_option("--only", options->only, "Problems to look for; all others are left out")->check(known);
     command->add_option("--ignore", options->ignore, "Problems to leave out")->check(known);
+    command->add_flag("--long", options->everything, "Also a line for each problem, with what to do");
     command->add_flag("--names", *names, "List the names of problems");
     command->callback([&invocation, options, names] {
         if (*names) {

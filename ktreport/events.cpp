@@ -67,6 +67,7 @@ void addEvents(CLI::App& app, Invocation& invocation) {
         ->check(CLI::Range(1, 86400))
         ->needs(follow);
     events->add_flag("--json", log->words.json, "An object a line for programs");
+    events->add_flag("--journal", log->words.journal, "Before each line its severity, as the journal takes it");
     events->add_flag("--quiet-progress", log->words.quietProgress, "Without how far activities are");
     events->callback([&invocation, log] { writeEvents(invocation, *log); });
 }

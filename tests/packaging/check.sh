@@ -23,6 +23,18 @@ for words in ktsetup ktcfg ktreport ktsim; do
   bash -n "$folder/root/usr/share/bash-completion/completions/$words" || fail "completion of $words"
 done
 
+for file in lib/systemd/system/ktreport-metrics.service lib/systemd/system/ktreport-metrics.timer \
+  lib/systemd/system/ktreport-events.service share/ktsetup/prometheus/ktraid.rules.yml share/doc/ktsetup/monitoring.md \
+  share/doc/ktsetup/examples/gather-reports.yml; do
+  [ -s "$folder/root/usr/$file" ] || fail "no $file"
+done
+[ -x "$folder/root/usr/share/doc/ktsetup/examples/ktreport.fact" ] || fail "the fact cannot be executed"
+dpkg-deb -e "$folder"/ktsetup_*.deb "$folder/control"
+for script in postinst prerm postrm; do
+  [ -x "$folder/control/$script" ] && sh -n "$folder/control/$script" || fail "$script"
+done
+grep -q '^Depends:.*libprometheus-cpp-core' "$folder/control/control" || fail "a dependency is not stated"
+
 # Alone, without any library, ktsetup ends with the loader's message; beside ktraid-sim it runs through ktsim.
 export KTRAID_SIM=$folder/state.db PATH=$folder/root/usr/sbin:$folder/root/usr/bin:$PATH
 unset LD_LIBRARY_PATH

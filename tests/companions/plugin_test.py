@@ -1,0 +1,72 @@
+"""ktreport check under a real runner of monitoring plug-ins, its performance data read by a real parser of them."""
+import os
+import subprocess
+import unittest
+
+from frame import BIN, Bench
+
+NEGATE = "/usr/lib/nagios/plugins/negate"
+PARSE = r"""
+my @values = Monitoring::Plugin::Performance->parse_perfstring(do { local $/; <STDIN> });
+printf("%s %s %s %s\n", $_->label, $_->value, $_->warning // "", $_->critical // "") for @values;
+"""
+LAB = {"adapters": [{"type": "array-based", "battery": True, "enclosures": [{"id": 1}],
+                     "disks": [{"count": 7, "size": "1TB", "enclosure": 1}, {"size": "1TB", "enclosure": 1, "spare": "global"}],
+                     "arrays": [{"level": "RAID6", "disks": [0, 1, 2, 3, 4, 5, 6], "virtualDisks": [{"name": "a|b\n<b>"}]}]}]}
+OK, WARNING, CRITICAL, UNKNOWN = range(4)
+
+
+class Plugin(unittest.TestCase):
+    def setUp(self):
+        self.bench = Bench(LAB)
+
+    def run_plugin(self, *words):
+        """Runs the check under negate, which maps every state to itself."""
+        states = [word for state in ("ok", "warning", "critical", "unknown") for word in ("--" + state, state.upper())]
+        done = subprocess.run([NEGATE, *states, "-s", os.path.join(BIN, "ktreport"), "check", *words],
+                              env=self.bench.environment, capture_output=True, text=True, check=False)
+        self.assertEqual(done.stderr, "")
+        return done.returncode, done.stdout
+
+    def performance(self, line):
+        done = subprocess.run(["perl", "-MMonitoring::Plugin::Performance", "-e", PARSE], input=line.split("|")[1].strip(),
+                              capture_output=True, text=True, check=False)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return {row.split(" ")[0]: row.split(" ")[1:] for row in done.stdout.splitlines()}
+
+    def test_states(self):
+        status, text = self.run_plugin()
+        self.assertEqual((status, text.split(" - ")[0]), (OK, "RAID OK"))
+        values = self.performance(text)
+        self.assertEqual((values["critical"], values["warning"], values["disks"]), (["0", "", "0"], ["0", "0", ""], ["8", "", ""]))
+        self.assertRegex(values["hottest"][0], r"^\d+$")
+        self.bench.sim("disk", "trip", "7")
+        status, text = self.run_plugin()
+        self.assertEqual((status, text.split(" - ")[0]), (WARNING, "RAID WARNING"))
+        self.bench.sim("disk", "fail", "1", "--force")
+        status, text = self.run_plugin()
+        self.assertEqual((status, text.split(" - ")[0]), (CRITICAL, "RAID CRITICAL"))
+        self.assertEqual(self.performance(text)["critical"][0], "1")
+        self.bench.sim("fault", "KT_API_Initialize", "9")
+        status, text = self.run_plugin()
+        self.assertEqual((status, text.split(" - ")[0]), (UNKNOWN, "RAID UNKNOWN"))
+
+    def test_long_output(self):
+        for disk in range(5):
+            self.bench.sim("disk", "trip", str(disk))
+        self.bench.sim("disk", "fail", "5", "--force")
+        status, text = self.run_plugin("--long")
+        lines = text.splitlines()
+        problems = self.bench.report()["problems"]
+        told = [problem for problem in problems if problem["name"] != "unread"]
+        self.assertEqual((status, text.count("|"), "|" in lines[0]), (CRITICAL, 1, True))
+        values = self.performance(lines[0])
+        self.assertEqual(int(values["warning"][0]) + int(values["critical"][0]), len(told))
+        expected = [f"{one['severity'].upper()}: {one['text']} {one['action']}".replace("|", "/") for one in told]
+        expected.append("UNKNOWN: unread: KT_PD_GET_SMART_INFO: Link time out")
+        self.assertEqual(sorted(lines[1:]), sorted(expected))
+        self.assertEqual(lines[1:], sorted(lines[1:], key=lambda line: not line.startswith("CRITICAL")))
+
+
+if __name__ == "__main__":
+    unittest.main()
