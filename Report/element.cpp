@@ -1,91 +1,91 @@
 #include "Report/element.h"
 
+#include "Public/elementFlags.h"
 #include "Report/parts.h"
 
 namespace {
-// A yes/no field of a status element: the byte and the bit it stands in. condition: what labs call it when it is set.
+// A yes/no field of a status element (Public/elementFlags.h), and what labs call it when it is set. Those that say most
+// about the element come first.
 struct Flag {
     KT_U8 type;
     KT_U8 byte;
     KT_U8 bit;
-    const char* word;
     const char* condition = nullptr;
 };
-constexpr KT_U8 ANY_TYPE = 0;
 const Flag flags[] = {
-    {ANY_TYPE, 0, 0x40, "predicted failure"},
-    {ANY_TYPE, 0, 0x20, "disabled"},
-    {ANY_TYPE, 0, 0x10, "swapped"},
+    {ANY_ELEMENT, 0, 0x40},
+    {ANY_ELEMENT, 0, 0x20},
+    {ANY_ELEMENT, 0, 0x10},
 
-    {KT_SES_DEVICE, 2, 0x02, "ident"},
-    {KT_SES_DEVICE, 2, 0x08, "ready to insert"},
-    {KT_SES_DEVICE, 2, 0x04, "ready to remove"},
-    {KT_SES_DEVICE, 2, 0x40, "do not remove"},
-    {KT_SES_DEVICE, 3, 0x40, "fault sensed"},
-    {KT_SES_DEVICE, 3, 0x20, "fault requested"},
-    {KT_SES_DEVICE, 3, 0x10, "device off"},
+    {KT_SES_DEVICE, 2, 0x02},
+    {KT_SES_DEVICE, 2, 0x08},
+    {KT_SES_DEVICE, 2, 0x04},
+    {KT_SES_DEVICE, 2, 0x40},
+    {KT_SES_DEVICE, 3, 0x40},
+    {KT_SES_DEVICE, 3, 0x20},
+    {KT_SES_DEVICE, 3, 0x10},
 
-    {KT_SES_ARRAY_DEVICE, 2, 0x02, "ident"},
-    {KT_SES_ARRAY_DEVICE, 3, 0x40, "fault sensed"},
-    {KT_SES_ARRAY_DEVICE, 3, 0x20, "fault requested"},
-    {KT_SES_ARRAY_DEVICE, 1, 0x02, "rebuild"},
-    {KT_SES_ARRAY_DEVICE, 1, 0x01, "rebuild aborted"},
-    {KT_SES_ARRAY_DEVICE, 3, 0x10, "device off"},
-    {KT_SES_ARRAY_DEVICE, 1, 0x20, "hot spare"},
-    {KT_SES_ARRAY_DEVICE, 1, 0x40, "reserved device"},
-    {KT_SES_ARRAY_DEVICE, 1, 0x10, "consistency check"},
-    {KT_SES_ARRAY_DEVICE, 1, 0x08, "in critical array"},
-    {KT_SES_ARRAY_DEVICE, 1, 0x04, "in failed array"},
-    {KT_SES_ARRAY_DEVICE, 2, 0x08, "ready to insert"},
-    {KT_SES_ARRAY_DEVICE, 2, 0x04, "ready to remove"},
-    {KT_SES_ARRAY_DEVICE, 2, 0x40, "do not remove"},
+    {KT_SES_ARRAY_DEVICE, 2, 0x02},
+    {KT_SES_ARRAY_DEVICE, 3, 0x40},
+    {KT_SES_ARRAY_DEVICE, 3, 0x20},
+    {KT_SES_ARRAY_DEVICE, 1, 0x02},
+    {KT_SES_ARRAY_DEVICE, 1, 0x01},
+    {KT_SES_ARRAY_DEVICE, 3, 0x10},
+    {KT_SES_ARRAY_DEVICE, 1, 0x20},
+    {KT_SES_ARRAY_DEVICE, 1, 0x40},
+    {KT_SES_ARRAY_DEVICE, 1, 0x10},
+    {KT_SES_ARRAY_DEVICE, 1, 0x08},
+    {KT_SES_ARRAY_DEVICE, 1, 0x04},
+    {KT_SES_ARRAY_DEVICE, 2, 0x08},
+    {KT_SES_ARRAY_DEVICE, 2, 0x04},
+    {KT_SES_ARRAY_DEVICE, 2, 0x40},
 
-    {KT_SES_POWER_SUPPLY, 1, 0x80, "ident"},
-    {KT_SES_POWER_SUPPLY, 3, 0x02, "AC fail", "ac-fail"},
-    {KT_SES_POWER_SUPPLY, 3, 0x01, "DC fail", "dc-fail"},
-    {KT_SES_POWER_SUPPLY, 3, 0x08, "over temperature failure", "overheated"},
-    {KT_SES_POWER_SUPPLY, 3, 0x10, "off", "off"},
-    {KT_SES_POWER_SUPPLY, 3, 0x40, "fail"},
-    {KT_SES_POWER_SUPPLY, 2, 0x08, "DC over voltage"},
-    {KT_SES_POWER_SUPPLY, 2, 0x04, "DC under voltage"},
-    {KT_SES_POWER_SUPPLY, 2, 0x02, "DC over current"},
-    {KT_SES_POWER_SUPPLY, 3, 0x04, "temperature warning"},
+    {KT_SES_POWER_SUPPLY, 1, 0x80},
+    {KT_SES_POWER_SUPPLY, 3, 0x02, "ac-fail"},
+    {KT_SES_POWER_SUPPLY, 3, 0x01, "dc-fail"},
+    {KT_SES_POWER_SUPPLY, 3, 0x08, "overheated"},
+    {KT_SES_POWER_SUPPLY, 3, 0x10, "off"},
+    {KT_SES_POWER_SUPPLY, 3, 0x40},
+    {KT_SES_POWER_SUPPLY, 2, 0x08},
+    {KT_SES_POWER_SUPPLY, 2, 0x04},
+    {KT_SES_POWER_SUPPLY, 2, 0x02},
+    {KT_SES_POWER_SUPPLY, 3, 0x04},
 
-    {KT_SES_COOLING, 1, 0x80, "ident"},
-    {KT_SES_COOLING, 3, 0x40, "fail", "failed"},
-    {KT_SES_COOLING, 3, 0x10, "off", "off"},
+    {KT_SES_COOLING, 1, 0x80},
+    {KT_SES_COOLING, 3, 0x40, "failed"},
+    {KT_SES_COOLING, 3, 0x10, "off"},
 
-    {KT_SES_TEMPERATURE, 1, 0x80, "ident"},
-    {KT_SES_TEMPERATURE, 1, 0x40, "fail", "failed"},
-    {KT_SES_TEMPERATURE, 3, 0x08, "over temperature failure"},
-    {KT_SES_TEMPERATURE, 3, 0x04, "over temperature warning"},
-    {KT_SES_TEMPERATURE, 3, 0x02, "under temperature failure"},
-    {KT_SES_TEMPERATURE, 3, 0x01, "under temperature warning"},
+    {KT_SES_TEMPERATURE, 1, 0x80},
+    {KT_SES_TEMPERATURE, 1, 0x40, "failed"},
+    {KT_SES_TEMPERATURE, 3, 0x08},
+    {KT_SES_TEMPERATURE, 3, 0x04},
+    {KT_SES_TEMPERATURE, 3, 0x02},
+    {KT_SES_TEMPERATURE, 3, 0x01},
 
-    {KT_SES_DOOR_LOCK, 1, 0x80, "ident"},
-    {KT_SES_DOOR_LOCK, 1, 0x40, "fail", "failed"},
-    {KT_SES_DOOR_LOCK, 3, 0x02, "open", "open"},
-    {KT_SES_DOOR_LOCK, 3, 0x01, "unlocked", "unlocked"},
+    {KT_SES_DOOR_LOCK, 1, 0x80},
+    {KT_SES_DOOR_LOCK, 1, 0x40, "failed"},
+    {KT_SES_DOOR_LOCK, 3, 0x02, "open"},
+    {KT_SES_DOOR_LOCK, 3, 0x01, "unlocked"},
 
-    {KT_SES_ALARM, 1, 0x80, "ident"},
-    {KT_SES_ALARM, 1, 0x40, "fail", "failed"},
-    {KT_SES_ALARM, 3, 0x40, "muted", "muted"},
-    {KT_SES_ALARM, 3, 0x80, "mute requested"},
-    {KT_SES_ALARM, 3, 0x10, "remind"},
-    {KT_SES_ALARM, 3, 0x08, "tone information"},
-    {KT_SES_ALARM, 3, 0x04, "tone non-critical", "sounding"},
-    {KT_SES_ALARM, 3, 0x02, "tone critical", "sounding"},
-    {KT_SES_ALARM, 3, 0x01, "tone unrecoverable", "sounding"},
+    {KT_SES_ALARM, 1, 0x80},
+    {KT_SES_ALARM, 1, 0x40, "failed"},
+    {KT_SES_ALARM, 3, 0x40, "muted"},
+    {KT_SES_ALARM, 3, 0x80},
+    {KT_SES_ALARM, 3, 0x10},
+    {KT_SES_ALARM, 3, 0x08},
+    {KT_SES_ALARM, 3, 0x04, "sounding"},
+    {KT_SES_ALARM, 3, 0x02, "sounding"},
+    {KT_SES_ALARM, 3, 0x01, "sounding"},
 
-    {KT_SES_DISPLAY, 1, 0x80, "ident"},
-    {KT_SES_DISPLAY, 1, 0x40, "fail", "failed"},
+    {KT_SES_DISPLAY, 1, 0x80},
+    {KT_SES_DISPLAY, 1, 0x40, "failed"},
 
-    {KT_SES_VOLTAGE, 1, 0x80, "ident"},
-    {KT_SES_VOLTAGE, 1, 0x40, "fail", "failed"},
-    {KT_SES_VOLTAGE, 1, 0x08, "over voltage warning"},
-    {KT_SES_VOLTAGE, 1, 0x04, "under voltage warning"},
-    {KT_SES_VOLTAGE, 1, 0x02, "over voltage critical"},
-    {KT_SES_VOLTAGE, 1, 0x01, "under voltage critical"},
+    {KT_SES_VOLTAGE, 1, 0x80},
+    {KT_SES_VOLTAGE, 1, 0x40, "failed"},
+    {KT_SES_VOLTAGE, 1, 0x08},
+    {KT_SES_VOLTAGE, 1, 0x04},
+    {KT_SES_VOLTAGE, 1, 0x02},
+    {KT_SES_VOLTAGE, 1, 0x01},
 };
 } // namespace
 
@@ -96,14 +96,23 @@ static bool isSlot(KT_U8 type) {
     return type == KT_SES_DEVICE || type == KT_SES_ARRAY_DEVICE;
 }
 
+// Its label as a word inside a sentence: in lower case but for abbreviations ("AC fail").
+static std::string wordOf(const Flag& flag) {
+    const char* label = elementFlagLabel(flag.type, flag.byte, flag.bit);
+    std::string word = label != nullptr ? label : "";
+    const bool abbreviated = word.size() > 1 && word[1] >= 'A' && word[1] <= 'Z';
+    if (!word.empty() && !abbreviated) word[0] = static_cast<char>(word[0] - 'A' + 'a');
+    return word;
+}
+
 // Adds the flags that are set; answers the condition of the first that has one.
 static const char* addFlags(Json& object, const _Enc_Element_Info& element) {
     const char* condition = nullptr;
     Json set = Json::array();
     for (const Flag& flag : flags) {
-        if (flag.type != ANY_TYPE && flag.type != element.ElementType) continue;
+        if (flag.type != ANY_ELEMENT && flag.type != element.ElementType) continue;
         if ((element.Status[flag.byte] & flag.bit) == 0) continue;
-        set.push_back(flag.word);
+        set.push_back(wordOf(flag));
         if (condition == nullptr) condition = flag.condition;
     }
     add(object, "flags", std::move(set));

@@ -1,7 +1,5 @@
 #include "Functions/restore_cfg/checkConfig.h"
 
-#include <strings.h>
-
 #include "Functions/restore_cfg/configFile.h"
 #include "Functions/restore_cfg/obstacles.h"
 #include "Functions/restore_cfg/raidRestore.h"
@@ -13,12 +11,6 @@
 static constexpr int USAGE = 2;
 
 namespace {
-struct CheckOptions {
-    std::string file;
-    bool raid = false;
-    KT_U8 mode = CFG_FULL_FORM;
-};
-
 // What a restore would begin with.
 struct Reading {
     CfgFile file;
@@ -27,24 +19,6 @@ struct Reading {
     CfgRaidHolder raid = newCfgRaid();
 };
 } // namespace
-
-static Take takeOption(int option, const char* value, CheckOptions& o) {
-    switch (option) {
-    case 'f':
-        o.file = unquotedName(value);
-        return Take::Yes;
-    case 'r':
-        o.raid = true;
-        return Take::Yes;
-    case 't':
-        o.mode = CFG_PHY_FORM;
-        if (strcasecmp(value, "phy") == 0) return Take::Yes;
-        out("-t : invalid type '%s'\n", value);
-        return Take::Failed;
-    default:
-        return Take::Help;
-    }
-}
 
 // A line for each value of a section that would be written anew.
 static std::string changesOf(int section, const std::string& owner, unsigned index, const Reading& reading) {
@@ -123,7 +97,7 @@ static bool refuse(const std::string& reason) {
 }
 
 // What would become of the virtual disks and spares. False when those of the file cannot take the place of the others.
-static bool checkRaid(const CheckOptions& o, const Reading& reading) {
+static bool checkRaid(const RestoreOptions& o, const Reading& reading) {
     const CfgRaid& wanted = *reading.raid;
     if (!isRaidOn(reading.current, reading.page)) {
         const bool here = (reading.current.RAID_Feature & RAID_FEATURE_ON) != 0;
@@ -147,7 +121,7 @@ static bool checkRaid(const CheckOptions& o, const Reading& reading) {
 }
 
 // Reads what a restore reads. What is wrong has been said.
-static bool read(const CheckOptions& o, Reading& reading) {
+static bool read(const RestoreOptions& o, Reading& reading) {
     if (reading.raid == nullptr) {
         out("There is not enough memory.\n");
         return false;
@@ -164,7 +138,7 @@ static bool read(const CheckOptions& o, Reading& reading) {
     return good;
 }
 
-static bool check(const CheckOptions& o) {
+static bool check(const RestoreOptions& o) {
     Reading reading;
     bool good = read(o, reading);
     if (good) {
@@ -180,8 +154,8 @@ static bool check(const CheckOptions& o) {
 int doCheck_CFG(int argc, char** argv, _cmd_struct* row) {
     OptionCounts given;
     int result = 0;
-    CheckOptions o;
-    auto take = [&](int option, const char* value) { return takeOption(option, value, o); };
+    RestoreOptions o;
+    auto take = [&](int option, const char* value) { return takeRestoreOption(option, value, "-t : invalid type", o); };
     if (!scanOptions({argc, argv, row}, checkOptions, given, result, take)) return result == 0 ? 0 : USAGE;
     if (!givenOnce(checkOptions, given) || !givenRequired(checkOptions, given, "check")) return USAGE;
     if (optind < argc) {

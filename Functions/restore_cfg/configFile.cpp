@@ -1,11 +1,30 @@
 #include "Functions/restore_cfg/configFile.h"
 
 #include <cstring>
+#include <strings.h>
 
 #include "Public/common.h"
 #include "Public/errorMsg.h"
 #include "Public/fileName.h"
 #include "Public/flashPage.h"
+
+Take takeRestoreOption(int option, const char* value, const char* wrongType, RestoreOptions& o) {
+    switch (option) {
+    case 'f':
+        o.file = unquotedName(value);
+        return Take::Yes;
+    case 'r':
+        o.raid = true;
+        return Take::Yes;
+    case 't':
+        o.mode = CFG_PHY_FORM;
+        if (strcasecmp(value, "phy") == 0) return Take::Yes;
+        out("%s '%s'\n", wrongType, value);
+        return Take::Failed;
+    default:
+        return Take::Help;
+    }
+}
 
 void useFile(CfgFile& file, const std::string& path) {
     file.path = path;

@@ -6,7 +6,19 @@
 
 #include "Public/cfg/raidConfig.h"
 #include "Public/cfg/reader.h"
+#include "Public/options.h"
 #include "Public/wholeFile.h"
+
+// What restoring, and the check before it, are told.
+struct RestoreOptions {
+    std::string file;
+    bool autoset = false; // restoring only
+    bool raid = false;
+    KT_U8 mode = CFG_FULL_FORM;
+};
+
+// Takes the options that both have: f, r and t. `wrongType` begins the message about another type than "phy".
+Take takeRestoreOption(int option, const char* value, const char* wrongType, RestoreOptions& o);
 
 // A file as it is, and with its comments blanked.
 struct CfgFile {

@@ -16,34 +16,12 @@
 #include "Public/utility.h"
 #include "Public/wholeFile.h"
 
-namespace {
-struct RestoreOptions {
-    std::string file;
-    bool autoset = false;
-    bool raid = false;
-    KT_U8 mode = CFG_FULL_FORM;
-};
-} // namespace
-
 static Take takeOption(int option, const char* value, RestoreOptions& o) {
-    switch (option) {
-    case 'f':
-        o.file = unquotedName(value);
-        return Take::Yes;
-    case 'a':
+    if (option == 'a') {
         o.autoset = true;
         return Take::Yes;
-    case 'r':
-        o.raid = true;
-        return Take::Yes;
-    case 't':
-        o.mode = CFG_PHY_FORM;
-        if (strcasecmp(value, "phy") == 0) return Take::Yes;
-        out("-p : invalid type setting '%s'\n", value);
-        return Take::Failed;
-    default:
-        return Take::Help;
     }
+    return takeRestoreOption(option, value, "-p : invalid type setting", o);
 }
 
 static bool chooseDefaultFile(std::string& file) {

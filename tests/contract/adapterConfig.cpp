@@ -1,6 +1,5 @@
 #include "frame.h"
-
-#include "changes/health.h"
+#include "outside.h"
 
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
   {"type": "LD-based", "AlarmSupport": 0, "config": {"AutoRebuildOn": 255}}]})";
@@ -71,7 +70,7 @@ TEST_F(AdapterConfig, MuteIsLoggedOnce) {
     newEvents();
     EXPECT_EQ(KT_AdapterMute(0), KT_OK);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"})) << "a buzzer switched on anew is not mute";
-    outside(0, [](sim::Context& context) { sim::failDisk(context, 0); });
+    outside::failDisk(0, 0);
     newEvents();
     EXPECT_EQ(KT_AdapterMute(0), KT_OK);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"})) << "a new alarm is heard again";

@@ -1,6 +1,5 @@
 #include "frame.h"
-
-#include "devices/battery.h"
+#include "outside.h"
 
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "battery": true,
@@ -9,6 +8,9 @@ static const char LAB[] = R"({"adapters": [
      {"size": "100GiB", "cache": "auto"}, {"size": "100GiB", "cache": "off"}, {"size": "100GiB"}]}]},
   {"type": "LD-based"}, {"type": "array-based"}]})";
 static const uint64_t MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
+
+// What KT_BBU_ChangePower does.
+enum : KT_U8 { POWER_STOP = 0, POWER_CHARGE = 1, POWER_DISCHARGE = 2 };
 
 struct Battery : LabTest<LAB> {};
 
@@ -45,12 +47,12 @@ TEST_F(Battery, ShowsTheLabsBatteryFirst) {
     EXPECT_EQ(KT_BBU_GetInfo(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
     EXPECT_EQ(KT_BBU_GetInfo(2, &other), KT_OK);
     EXPECT_EQ(other.status, 0) << "room for a battery, but none there";
-    EXPECT_EQ(KT_BBU_ChangePower(2, sim::POWER_CHARGE), KT_ERR_INVALID_BBU);
+    EXPECT_EQ(KT_BBU_ChangePower(2, POWER_CHARGE), KT_ERR_INVALID_BBU);
     EXPECT_EQ(KT_BBU_ChangePower(0, 3), KT_ERR_INVALID_PARAMETER);
 }
 
 TEST_F(Battery, DischargesAndChargesOverTime) {
-    ASSERT_EQ(KT_BBU_ChangePower(0, sim::POWER_DISCHARGE), KT_OK);
+    ASSERT_EQ(KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_OK);
     EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_DISCHARGING);
     const int minutes = battery().minutesToEmpty;
     advance(60 * MINUTE);
@@ -67,8 +69,8 @@ TEST_F(Battery, DischargesAndChargesOverTime) {
     EXPECT_EQ(battery().status, KT_BBU_PRESENT);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"16", "20", "28", "31", "17", "21", "29", "18"}));
-    EXPECT_EQ(KT_BBU_ChangePower(0, sim::POWER_DISCHARGE), KT_OK);
-    EXPECT_EQ(KT_BBU_ChangePower(0, sim::POWER_STOP), KT_OK);
+    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_OK);
+    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_STOP), KT_OK);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"16", "31"}));
 }
 
@@ -80,7 +82,7 @@ TEST_F(Battery, AnIdleOneIsKeptCharged) {
 
 TEST_F(Battery, RelearnsOnSchedule) {
     const _BBU_Info before = battery();
-    outside(0, [](sim::Context& context) { sim::scheduleRelearn(context, 5 * DAY); });
+    outside::scheduleRelearn(0, 5 * DAY);
     advance(4 * DAY + 23 * HOUR);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"12", "13", "14", "15"}));
     advance(2 * HOUR);
@@ -95,28 +97,24 @@ TEST_F(Battery, RelearnsOnSchedule) {
 }
 
 TEST_F(Battery, RelearnWaitsForTheChargeAndForPeople) {
-    outside(0, [](sim::Context& context) {
-        sim::setBatteryCharge(context, 80);
-        sim::scheduleRelearn(context, 10 * MINUTE);
-    });
+    outside::setBatteryCharge(0, 80);
+    outside::scheduleRelearn(0, 10 * MINUTE);
     newEvents();
     advance(15 * MINUTE);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"10"}));
     advance(45 * MINUTE);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"18", "6", "16"}));
-    ASSERT_EQ(KT_BBU_ChangePower(0, sim::POWER_CHARGE), KT_OK);
+    ASSERT_EQ(KT_BBU_ChangePower(0, POWER_CHARGE), KT_OK);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"11", "17", "14"})) << "postponed by a day";
 }
 
 TEST_F(Battery, ABrokenChargerEndsTheRelearn) {
-    outside(0, [](sim::Context& context) {
-        sim::breakCharger(context, true);
-        sim::scheduleRelearn(context, 1);
-    });
+    outside::breakCharger(0);
+    outside::scheduleRelearn(0, 1);
     advance(3 * DAY);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"19", "15", "6", "16", "20", "28", "31", "7", "19", "9"}));
     EXPECT_EQ(battery().percentage, 0);
-    outside(0, [](sim::Context& context) { sim::setBatteryCharge(context, 50); });
+    outside::setBatteryCharge(0, 50);
     EXPECT_EQ(battery().status, KT_BBU_PRESENT);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     advance(21 * DAY);
@@ -125,25 +123,25 @@ TEST_F(Battery, ABrokenChargerEndsTheRelearn) {
 }
 
 TEST_F(Battery, LostAndFoundAgain) {
-    outside(0, [](sim::Context& context) { sim::removeBattery(context); });
+    outside::removeBattery(0);
     EXPECT_EQ(battery().status, 0);
     EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
     advance(40 * DAY);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"5", "28"}));
-    outside(0, [](sim::Context& context) { sim::insertBattery(context); });
+    outside::insertBattery(0);
     EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_CHARGING);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"2", "0", "17", "29"}));
 }
 
 TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
-    outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, 6001); });
+    outside::setBatteryTemperature(0, 6001);
     EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
-    outside(0, [](sim::Context& context) { sim::setBatteryVoltage(context, 3299); });
-    outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, -1); });
-    outside(0, [](sim::Context& context) { sim::setBatteryTemperature(context, 6000); });
+    outside::setBatteryVoltage(0, 3299);
+    outside::setBatteryTemperature(0, -1);
+    outside::setBatteryTemperature(0, 6000);
     EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0})) << "the voltage is still wrong";
-    outside(0, [](sim::Context& context) { sim::setBatteryVoltage(context, 3300); });
+    outside::setBatteryVoltage(0, 3300);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"24", "28", "25", "22", "23", "26", "29"}));
 }

@@ -1,7 +1,5 @@
 #include "frame.h"
-
-#include "changes/health.h"
-#include "devices/enclosureElements.h"
+#include "outside.h"
 
 // Enclosure 1 as it comes, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first.
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
@@ -63,14 +61,8 @@ TEST_F(Enclosure, SlotsFollowTheirDisks) {
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 2), "01a00000") << "a hot spare";
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "05000000") << "empty";
     EXPECT_EQ(status(4, KT_SES_DEVICE, 1), "05010000");
-    outside(0, [](sim::Context& context) {
-        auto disk = sim::find<_HD_Info>(context, 0);
-        disk->LocateLEDStatus = 1;
-        sim::save(context, 0, *disk);
-        auto state = sim::find<sim::PdState>(context, 1);
-        state->health = sim::PD_FAILED;
-        sim::save(context, 1, *state);
-    });
+    ASSERT_EQ(KT_LocateArrayDevice(0, KT_DEVICE_PD, 0, 1), KT_OK);
+    outside::failDisk(0, 1);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "01800200") << "its locate light is on";
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "02000040") << "it failed";
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 255), "02000000") << "all of them are as well as the worst";
@@ -81,17 +73,15 @@ TEST_F(Enclosure, SlotsTellOfTheirArrays) {
       "disks": [{"count": 3, "size": "100GB", "on": "expander", "enclosure": 1},
                 {"size": "100GB", "on": "expander", "enclosure": 1, "spare": "global"}],
       "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"size": "10GiB"}]}]}]})");
-    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::failDisk(context, 0), KT_OK); });
+    EXPECT_EQ(outside::failDisk(0, 0), KT_OK);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "02000040");
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01880000") << "in a critical array";
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01aa0000") << "the spare is rebuilt onto";
     advance(3600);
     ASSERT_EQ(KT_LD_StartConsistencyCheck(0, 0, 0), KT_OK);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01900000") << "checked";
-    outside(0, [](sim::Context& context) {
-        EXPECT_EQ(sim::failDisk(context, 1), KT_OK);
-        EXPECT_EQ(sim::failDisk(context, 2), KT_OK);
-    });
+    EXPECT_EQ(outside::failDisk(0, 1), KT_OK);
+    EXPECT_EQ(outside::failDisk(0, 2), KT_OK);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01a40000") << "in a failed one";
 }
 
@@ -100,14 +90,12 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     EXPECT_EQ(enclosureStatus(4), 2);
     EXPECT_EQ(enclosureStatus(1), 0);
     newEvents();
-    outside(0, [](sim::Context& context) {
-        EXPECT_TRUE(sim::setElementCondition(context, 4, KT_SES_POWER_SUPPLY, 0, "ok"));
-        EXPECT_TRUE(sim::setElementCondition(context, 1, KT_SES_COOLING, 2, "failed"));
-        EXPECT_TRUE(sim::setElementCondition(context, 1, KT_SES_DOOR_LOCK, 0, "open"));
-        EXPECT_FALSE(sim::setElementCondition(context, 1, KT_SES_COOLING, 2, "open"));
-        EXPECT_FALSE(sim::setElementCondition(context, 1, KT_SES_COOLING, 9, "ok"));
-        EXPECT_FALSE(sim::setElementCondition(context, 1, KT_SES_ARRAY_DEVICE, 0, "missing")) << "a disk decides that";
-    });
+    EXPECT_TRUE(outside::setCondition(0, 4, KT_SES_POWER_SUPPLY, 0, "ok"));
+    EXPECT_TRUE(outside::setCondition(0, 1, KT_SES_COOLING, 2, "failed"));
+    EXPECT_TRUE(outside::setCondition(0, 1, KT_SES_DOOR_LOCK, 0, "open"));
+    EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_COOLING, 2, "open"));
+    EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_COOLING, 9, "ok"));
+    EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_ARRAY_DEVICE, 0, "missing")) << "a disk decides that";
     EXPECT_EQ(newEvents(), std::vector<std::string>({"15/7 of 0", "15/4 of 0", "15/12 of 0"}));
     EXPECT_EQ(enclosureStatus(4), 0);
     EXPECT_EQ(enclosureStatus(1), 2);
@@ -115,7 +103,7 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     EXPECT_EQ(status(1, KT_SES_COOLING, 255), "02000000");
     EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000002") << "it sounds";
     const auto condition = [&](KT_U8 type, KT_U8 element, const char* word) {
-        outside(0, [&](sim::Context& context) { sim::setElementCondition(context, 1, type, element, word); });
+        outside::setCondition(0, 1, type, element, word);
     };
     condition(KT_SES_POWER_SUPPLY, 0, "missing");
     condition(KT_SES_ALARM, 0, "muted");
@@ -132,19 +120,17 @@ TEST_F(Enclosure, ElementsTakeConditions) {
 
 TEST_F(Enclosure, SensorsMeasure) {
     EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 1), "01003300") << "31 Celsius";
-    outside(0, [](sim::Context& context) {
-        sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 1, 55);
-        sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 0, -100);
-        sim::setElementReading(context, 1, KT_SES_VOLTAGE, 1, 524);
-        sim::setElementReading(context, 1, KT_SES_VOLTAGE, 0, 1070);
-        sim::setElementReading(context, 1, KT_SES_COOLING, 0, 20470);
-    });
+    outside::setReading(0, 1, KT_SES_TEMPERATURE, 1, 55);
+    outside::setReading(0, 1, KT_SES_TEMPERATURE, 0, -100);
+    outside::setReading(0, 1, KT_SES_VOLTAGE, 1, 524);
+    outside::setReading(0, 1, KT_SES_VOLTAGE, 0, 1070);
+    outside::setReading(0, 1, KT_SES_COOLING, 0, 20470);
     EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 1), "03004b04");
     EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 0), "02000102");
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 0), "0201042e");
     EXPECT_EQ(status(1, KT_SES_COOLING, 0), "0107ffa7");
     EXPECT_EQ(newEvents(), std::vector<std::string>({"15/1 of 0", "15/6 of 0"}));
-    outside(0, [](sim::Context& context) { sim::setElementReading(context, 1, KT_SES_TEMPERATURE, 1, 54); });
+    outside::setReading(0, 1, KT_SES_TEMPERATURE, 1, 54);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"15/0 of 0"}));
 }

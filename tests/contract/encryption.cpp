@@ -1,6 +1,5 @@
 #include "frame.h"
-
-#include "changes/health.h"
+#include "outside.h"
 
 // Four disks on ports 0 to 3 of an encrypting adapter with one entry more than ports, and one that cannot encrypt.
 static const char LAB[] = R"({"adapters": [
@@ -169,6 +168,12 @@ TEST_F(Encryption, DisksFollowTheirPort) {
     ASSERT_EQ(KT_AES_ClearLink(0, 1), KT_OK);
     ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
     EXPECT_FALSE(offline(DISK)) << "forced online on a plain port it is a plain disk";
+
+    ASSERT_EQ(outside::pullDisk(0, DISK), KT_OK);
+    ASSERT_EQ(link(1, 1, "pw"), KT_OK);
+    ASSERT_EQ(enable(1, 1), KT_OK);
+    ASSERT_EQ(outside::insertDisk(0, DISK), KT_OK);
+    EXPECT_TRUE(offline(DISK)) << "its port has changed while it was away";
 }
 
 TEST_F(Encryption, SecretsAreNotShown) {
@@ -201,7 +206,7 @@ TEST_F(Encryption, VirtualDisksFeelIt) {
     EXPECT_FALSE(offline(DISK));
     advance(48 * 3600);
     EXPECT_FALSE(offline(DISK));
-    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, DISK), KT_OK); });
+    EXPECT_EQ(outside::replaceDisk(0, DISK), KT_OK);
     EXPECT_TRUE(offline(DISK)) << "a new disk is a plain one";
 }
 

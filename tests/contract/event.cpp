@@ -1,6 +1,5 @@
 #include "frame.h"
-
-#include "media/wear.h"
+#include "outside.h"
 
 #include <memory>
 
@@ -43,7 +42,7 @@ TEST_F(Event, PeripheralsAreShownByName) {
     ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_ERASE, KT_IMAGE_BIOS, page.get()), KT_OK);
     const _KT_FLASH_PER_DATA announcement = {KT_IMAGE_BIOS, {}, 12};
     ASSERT_EQ(KT_Flash_PreData(0, &announcement), KT_OK);
-    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::ageDisk(context, 1, "hours", 5), sim::Ageing::Done); });
+    EXPECT_TRUE(outside::ageDisk(0, 1, "hours", 5));
     const std::string shown = show();
     EXPECT_EQ(shown.find("\"rows\""), std::string::npos);
     start(shown.c_str());

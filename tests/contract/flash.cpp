@@ -1,7 +1,5 @@
 #include "frame.h"
-
-#include "changes/health.h"
-#include "devices/flashImage.h"
+#include "outside.h"
 
 #include <fstream>
 #include <memory>
@@ -46,7 +44,7 @@ static KT_U8 backup(KT_U8 type, std::string& image, KT_U8 adapter = 0) {
 }
 
 static std::string image(KT_U8 type, size_t size, KT_U16 vendor = VENDOR) {
-    return sim::makeImage(*sim::imageKind(type), {7, 8, 9, 1234}, vendor, sim::imageFiller(99, size));
+    return outside::makeImage(type, 7, vendor, size);
 }
 
 static _Adapter_Info info(KT_U8 adapter = 0) {
@@ -95,10 +93,7 @@ TEST_F(Flash, BadImagesLeaveTheOldOne) {
         {"type", image(KT_IMAGE_FIRMWARE, 1000), KT_ERR_FLASH_TYPE, {"10/19 of 0"}},
         {"vendor", image(KT_IMAGE_BIOS, 1000, 7), KT_ERR_ADAPTER_DEVICE_MISMATCH, {"10/19 of 0"}},
         {"too big", image(KT_IMAGE_BIOS, 1024 * 1024), KT_ERR_OUT_OF_RANGE, {"10/15 of 0", "10/19 of 0"}},
-        {"no version",
-         sim::makeImage(*sim::imageKind(KT_IMAGE_BIOS), {0, 8, 9, 1}, VENDOR, "data"),
-         KT_ERR_INVALID_MICROCODE,
-         {"10/19 of 0"}},
+        {"no version", outside::makeImage(KT_IMAGE_BIOS, 0, VENDOR, 4), KT_ERR_INVALID_MICROCODE, {"10/19 of 0"}},
     };
     for (const Bad& bad : bads) {
         EXPECT_EQ(update(KT_IMAGE_BIOS, bad.bytes), bad.status) << bad.what;
@@ -194,14 +189,12 @@ TEST_F(Flash, ErasingThePdPageForgetsIds) {
             found.push_back(disk.Link.Self.DevID);
         return found;
     };
-    outside(0, [](sim::Context& context) {
-        EXPECT_EQ(sim::pullDisk(context, 1), KT_OK);
-        EXPECT_EQ(sim::pullDisk(context, 3), KT_OK);
-    });
+    EXPECT_EQ(outside::pullDisk(0, 1), KT_OK);
+    EXPECT_EQ(outside::pullDisk(0, 3), KT_OK);
     ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_OK);
     EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 2, 4, 5})) << "those in use stay";
     newEvents();
-    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::insertDisk(context, 0xF001), KT_OK); });
+    EXPECT_EQ(outside::insertDisk(0, 0xF001), KT_OK);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"2/1 of 1", "2/54 of 1", "1/70 of 0"})) << "it was disk 3";
     ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD_FORCE), KT_OK);
     EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 1, 2, 3, 4}));

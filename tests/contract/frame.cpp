@@ -1,7 +1,7 @@
 #include "frame.h"
 
-#include "frame/settle.h"
 #include "lab/lab.h"
+#include "state.h"
 #include "state/simClock.h"
 
 #include <cstdlib>
@@ -41,29 +41,21 @@ void ContractTest::start(const char* lab) const {
         newEvents(adapter);
 }
 
-static void change(const std::string& folder, const std::function<void(sim::Store&)>& act) {
-    sim::Store* store = sim::openExistingStore(stateFile(folder));
+void changeState(const std::function<void(sim::Store&)>& change) {
+    sim::Store* store = sim::openExistingStore(getenv("KTRAID_SIM"));
     sim::beginTransaction(*store, sim::Access::Write);
-    act(*store);
+    change(*store);
     sim::commitTransaction(*store);
     sim::closeStore(store);
 }
 
-void ContractTest::advance(uint64_t seconds) const {
-    change(folder,
-           [&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store) + seconds * 1000, 1000, true); });
+void ContractTest::advance(uint64_t seconds) {
+    changeState(
+        [&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store) + seconds * 1000, 1000, true); });
 }
 
-void ContractTest::runClock(uint32_t speed) const {
-    change(folder, [&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store), speed, false); });
-}
-
-void ContractTest::outside(KT_U8 adapter, const std::function<void(sim::Context&)>& act) const {
-    change(folder, [&](sim::Store& store) {
-        sim::Context context{store, adapter, sim::simulatedNow(store)};
-        sim::settle(context);
-        act(context);
-    });
+void ContractTest::runClock(uint32_t speed) {
+    changeState([&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store), speed, false); });
 }
 
 void ContractTest::reopen() {

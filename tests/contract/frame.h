@@ -4,14 +4,9 @@
 #include "ktraid.h"
 
 #include <cstring>
-#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
-
-namespace sim {
-struct Context;
-}
 
 struct ContractTest : testing::Test {
     std::string folder;
@@ -21,11 +16,9 @@ struct ContractTest : testing::Test {
     // Starts over with the lab (as ktsim create takes it) and opens the library.
     void start(const char* lab) const;
     // Moves the stopped clock on.
-    void advance(uint64_t seconds) const;
+    static void advance(uint64_t seconds);
     // Lets the clock run, at `speed` thousandths of real time.
-    void runClock(uint32_t speed) const;
-    // What no client of the library does: a battery pulled out, a fan that stops.
-    void outside(KT_U8 adapter, const std::function<void(sim::Context&)>& act) const;
+    static void runClock(uint32_t speed);
     // Another process: everything that the library keeps in memory is gone.
     static void reopen();
     // The state as ktsim show prints it.

@@ -1,8 +1,5 @@
 #include "frame.h"
-
-#include "changes/arrival.h"
-#include "changes/health.h"
-#include "lab/lab.h"
+#include "outside.h"
 
 // Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
 // arrays, 2 lets virtual disks share disks.
@@ -21,12 +18,8 @@ static const uint64_t HOUR = 3600;
 static const KT_U64 MB = 1024;
 
 struct Raid : LabTest<LAB> {
-    void disk(KT_U8 adapter, KT_U8 (*act)(const sim::Context&, KT_U16), KT_U16 pd) const {
-        outside(adapter, [&](sim::Context& context) { EXPECT_EQ(act(context, pd), KT_OK); });
-    }
-    void replace(KT_U8 adapter, KT_U16 pd) const {
-        outside(adapter, [&](sim::Context& context) { EXPECT_EQ(sim::replaceDisk(context, pd), KT_OK); });
-    }
+    static void disk(KT_U8 adapter, KT_U8 (*act)(KT_U8, KT_U16), KT_U16 pd) { EXPECT_EQ(act(adapter, pd), KT_OK); }
+    static void replace(KT_U8 adapter, KT_U16 pd) { EXPECT_EQ(outside::replaceDisk(adapter, pd), KT_OK); }
 };
 
 static KT_U8 createLd(KT_U8 level, const Ids& disks, KT_U64 size = 0, KT_U8 adapter = PLAIN) {
@@ -213,7 +206,7 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_ERR_ALREADY_ARRAY_SPARE);
     newEvents(ARRAYS);
-    disk(ARRAYS, sim::failDisk, 1);
+    disk(ARRAYS, outside::failDisk, 1);
     EXPECT_EQ(newEvents(ARRAYS),
               (std::vector<std::string>{"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 5", "1/70 of 0"}));
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED);
@@ -226,7 +219,7 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     newEvents(ARRAYS);
     replace(ARRAYS, 1);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/0 of 1", "2/1 of 1", "1/90 of 0"}));
-    disk(ARRAYS, sim::failDisk, 0);
+    disk(ARRAYS, outside::failDisk, 0);
     EXPECT_EQ(activity(ARRAYS, 0), "128/1 0") << "it does not read that one";
     replace(ARRAYS, 0);
     advance(HOUR);
@@ -235,8 +228,8 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     ASSERT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_OK);
     EXPECT_EQ(dgInfo(0).SparePDCount, 0);
     ASSERT_EQ(createVd(KT_RAID5, 30000), KT_OK);
-    disk(ARRAYS, sim::pullDisk, 2);
-    disk(ARRAYS, sim::insertDisk, 2);
+    disk(ARRAYS, outside::pullDisk, 2);
+    disk(ARRAYS, outside::insertDisk, 2);
     advance(25);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 1), KT_OK);
@@ -245,16 +238,15 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     advance(57);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE) << "only 5000 MB are left to fill";
     newEvents(ARRAYS);
-    outside(ARRAYS,
-            [](sim::Context& context) { sim::replaceDisk(context, 1, [](_HD_Info& disk) { disk.Size = 2000000; }); });
-    disk(ARRAYS, sim::pullDisk, 6);
+    outside::replaceDisk(ARRAYS, 1, 2000000);
+    disk(ARRAYS, outside::pullDisk, 6);
     EXPECT_EQ(newEvents(ARRAYS),
               (std::vector<std::string>{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));
     ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_OK);
     newEvents(ARRAYS);
-    disk(ARRAYS, sim::pullDisk, 0);
+    disk(ARRAYS, outside::pullDisk, 0);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/0 of 0", "1/0 of 0", "1/77 of 0", "2/59 of 5"}));
-    disk(ARRAYS, sim::insertDisk, 0);
+    disk(ARRAYS, outside::insertDisk, 0);
     EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 5, 2})) << "nothing was written since";
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
 }
@@ -264,21 +256,21 @@ TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
     ASSERT_EQ(createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD), KT_OK);
     advance(60);
     newEvents(OLD);
-    disk(OLD, sim::pullDisk, 0);
+    disk(OLD, outside::pullDisk, 0);
     EXPECT_EQ(newEvents(OLD), (std::vector<std::string>{"2/0 of 0", "1/4 of 0", "1/5 of 1"}));
     EXPECT_EQ(KT_PD_SetHDStatus(OLD, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
-    disk(OLD, sim::pullDisk, 1);
+    disk(OLD, outside::pullDisk, 1);
     EXPECT_EQ(newEvents(OLD), (std::vector<std::string>{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
     EXPECT_EQ(KT_LD_StartConsistencyCheck(OLD, 0, 1), KT_ERR_VD_NOT_READY);
-    disk(OLD, sim::insertDisk, 1);
+    disk(OLD, outside::insertDisk, 1);
     // What was offline takes the disk back as it was; what went on without it is rebuilt onto it.
     EXPECT_EQ(vdInfo(OLD, 0).Status, KT_VD_DEGRADED);
     EXPECT_EQ(activity(OLD, 0), "0/0 0");
     EXPECT_EQ(activity(OLD, 1), "1/1 0");
     advance(HOUR);
     EXPECT_EQ(vdInfo(OLD, 1).Status, KT_VD_PARTIALLY_OPTIMAL);
-    disk(OLD, sim::pullDisk, 1);
-    disk(OLD, sim::insertDisk, 0);
+    disk(OLD, outside::pullDisk, 1);
+    disk(OLD, outside::insertDisk, 0);
     EXPECT_EQ(vdInfo(OLD, 0).Status, KT_VD_OFFLINE) << "the disk missed what was written in that hour";
 }
 
@@ -292,7 +284,7 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     advance(60);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 4), KT_ERR_VD_FUNCTIONAL);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 1, 4), KT_ERR_NOT_REDUNDANT);
-    disk(PLAIN, sim::failDisk, 1);
+    disk(PLAIN, outside::failDisk, 1);
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 0), KT_ERR_TARGET_IS_MEMBER);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 2), KT_ERR_PD_ASSIGNED);
@@ -311,23 +303,34 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(activity(PLAIN, 0), "1/1 0") << "what was filled has missed what was written meanwhile";
     ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
     newEvents(PLAIN);
-    disk(PLAIN, sim::pullDisk, 4);
+    disk(PLAIN, outside::pullDisk, 4);
     EXPECT_EQ(newEvents(PLAIN), std::vector<std::string>({"2/0 of 4"})) << "what was stopped does not fail";
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
     EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
     ASSERT_EQ(createDg(KT_RAID6, {0, 1, 2, 3}), KT_OK);
     ASSERT_EQ(createVd(KT_RAID6, 4000), KT_OK);
-    disk(ARRAYS, sim::failDisk, 0);
-    disk(ARRAYS, sim::failDisk, 1);
+    disk(ARRAYS, outside::failDisk, 0);
+    disk(ARRAYS, outside::failDisk, 1);
     EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
     ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 2, Ids{4, 5}.data()), KT_OK);
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_OK);
-    disk(ARRAYS, sim::failDisk, 4);
+    disk(ARRAYS, outside::failDisk, 4);
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "the other one is filled all the same";
     EXPECT_EQ(roleOf(ARRAYS, 4), KT_PD_OFFLINE);
-    disk(ARRAYS, sim::failDisk, 5);
+    disk(ARRAYS, outside::failDisk, 5);
     EXPECT_EQ(activity(ARRAYS, 0), "0/0 0");
+}
+
+TEST_F(Raid, NothingGoesOnWithAnOfflineArray) {
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID5, 4000), KT_OK);
+    disk(ARRAYS, outside::failDisk, 0);
+    ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{3}.data()), KT_OK);
+    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+    disk(ARRAYS, outside::failDisk, 1);
+    ASSERT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
+    EXPECT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
 }
 
 // A quick one clears the ends of the members, however large they are.
@@ -421,8 +424,8 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_OK);
     EXPECT_EQ(activity(ARRAYS, 0), "32/1 30") << "what has moved stays moved";
-    disk(ARRAYS, sim::pullDisk, 2);
-    disk(ARRAYS, sim::pullDisk, 3);
+    disk(ARRAYS, outside::pullDisk, 2);
+    disk(ARRAYS, outside::pullDisk, 3);
     newEvents(ARRAYS);
     advance(HOUR);
     EXPECT_EQ(newEvents(ARRAYS), std::vector<std::string>());
@@ -430,11 +433,11 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     EXPECT_EQ(dgInfo(0).RaidMode, KT_RAID1);
     EXPECT_EQ(activity(ARRAYS, 0), "32/5 30");
     EXPECT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
-    disk(ARRAYS, sim::insertDisk, 3);
+    disk(ARRAYS, outside::insertDisk, 3);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED) << "one of RAID5's disks may be missing";
     EXPECT_EQ(activity(ARRAYS, 0), "32/1 30");
     advance(HOUR);
-    disk(ARRAYS, sim::insertDisk, 2);
+    disk(ARRAYS, outside::insertDisk, 2);
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "it has kept its place";
 }
 
@@ -450,22 +453,16 @@ TEST_F(Raid, WipingTakesAMemberAway) {
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
 }
 
-static void fillOther(sim::Store& store, const void*) {
-    static const sim::BuiltInLab lab = {"lab", R"({"adapters": [{"type": "LD-based", "disks": [
-        {"count": 4, "type": "SATA", "size": "100GB"}], "virtualDisks": [
-        {"level": "RAID5", "disks": [0, 1, 2], "size": "10GiB"}, {"level": "RAID0", "disks": [0, 3], "size": "10GiB"}]}]})"};
-    sim::fillFromLab(store, &lab);
-}
+static const char OTHER[] = R"({"adapters": [{"type": "LD-based", "disks": [
+  {"count": 4, "type": "SATA", "size": "100GB"}], "virtualDisks": [
+  {"level": "RAID5", "disks": [0, 1, 2], "size": "10GiB"}, {"level": "RAID0", "disks": [0, 3], "size": "10GiB"}]}]})";
 
 TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
-    sim::Store* other = sim::openMemoryStore(fillOther, nullptr);
     std::vector<KT_U16> ids;
     const auto bring = [&](const std::vector<KT_U16>& disks) {
-        outside(ARRAYS, [&](sim::Context& context) {
-            EXPECT_EQ(sim::insertForeignDisks(context, *other, 0, disks, ids), KT_OK);
-        });
+        EXPECT_EQ(outside::insertForeignDisks(ARRAYS, OTHER, disks, ids), KT_OK);
     };
-    outside(ARRAYS, [](sim::Context& context) { sim::pullDisk(context, 5); });
+    outside::pullDisk(ARRAYS, 5);
     bring({0});
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "one of three";
     bring({1, 2});
@@ -478,15 +475,11 @@ TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
     EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
-    outside(ARRAYS, [](sim::Context& context) {
-        for (const KT_U16 pd : Ids{11, 12, 13})
-            sim::pullDisk(context, pd);
-    });
+    for (const KT_U16 pd : Ids{11, 12, 13})
+        outside::pullDisk(ARRAYS, pd);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_MISSING) << "its disks have left";
-    outside(ARRAYS, [](sim::Context& context) {
-        for (const KT_U16 pd : Ids{13, 11, 12})
-            sim::insertDisk(context, pd);
-    });
+    for (const KT_U16 pd : Ids{13, 11, 12})
+        outside::insertDisk(ARRAYS, pd);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
@@ -498,10 +491,9 @@ TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
     bring({1, 2});
     ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
     bring({0});
-    sim::closeStore(other);
     EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED) << "the rest of what is in use already";
-    disk(ARRAYS, sim::pullDisk, 13);
-    disk(ARRAYS, sim::insertDisk, 13);
+    disk(ARRAYS, outside::pullDisk, 13);
+    disk(ARRAYS, outside::insertDisk, 13);
     EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
     EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE) << "one of three";
@@ -510,23 +502,17 @@ TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
 }
 
 // Two virtual disks of one array, and adapters that take one of an array, or one at all.
-static void fillPair(sim::Store& store, const void*) {
-    static const sim::BuiltInLab lab = {"lab", R"({"adapters": [{"type": "array-based", "disks": [
-        {"count": 2, "type": "SAS", "size": "100GB"}], "arrays": [{"level": "RAID1", "disks": [0, 1],
-        "virtualDisks": [{"size": "10GiB"}, {"size": "10GiB"}]}]}]})"};
-    sim::fillFromLab(store, &lab);
-}
+static const char PAIR[] = R"({"adapters": [{"type": "array-based", "disks": [
+  {"count": 2, "type": "SAS", "size": "100GB"}], "arrays": [{"level": "RAID1", "disks": [0, 1],
+  "virtualDisks": [{"size": "10GiB"}, {"size": "10GiB"}]}]}]})";
 
 TEST_F(Raid, ImportHasItsLimits) {
-    sim::Store* other = sim::openMemoryStore(fillPair, nullptr);
     const auto bring = [&](const char* limit, KT_U8 answer = KT_OK) {
         start((std::string(R"({"adapters": [{"type": "array-based", "disks": [{"type": "SAS", "size": "100GB"}], )") +
                limit + "}]}")
                   .c_str());
         std::vector<KT_U16> ids;
-        outside(0, [&](sim::Context& context) {
-            EXPECT_EQ(sim::insertForeignDisks(context, *other, 0, {0, 1}, ids), answer);
-        });
+        EXPECT_EQ(outside::insertForeignDisks(0, PAIR, {0, 1}, ids), answer);
         std::vector<KT_U8> statuses;
         for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))
             statuses.push_back(vd.Status);
@@ -537,5 +523,4 @@ TEST_F(Raid, ImportHasItsLimits) {
     EXPECT_EQ(bring(R"("MaxVDPerDG": 1)"), (Statuses{KT_VD_NOT_IMPORTABLE, KT_VD_NOT_IMPORTABLE}));
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
     bring(R"("MaxLogicalDrive": 1)", KT_ERR_NO_VD_ID);
-    sim::closeStore(other);
 }

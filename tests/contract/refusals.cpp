@@ -1,6 +1,5 @@
 #include "frame.h"
-
-#include "changes/health.h"
+#include "outside.h"
 
 // Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a SAS disk without a light (10)
 // and a solid-state one (11).
@@ -33,8 +32,8 @@ static KT_U8 migrateArray(KT_U16 id) {
 
 TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
     start(LAB);
-    outside(0, [](sim::Context& context) { sim::failDisk(context, 2); });
-    outside(1, [](sim::Context& context) { sim::failDisk(context, 3); });
+    outside::failDisk(0, 2);
+    outside::failDisk(1, 3);
     ASSERT_EQ(KT_PD_StartMediaPatrol(1, 2), KT_OK);
     const struct {
         KT_U8 expected;
@@ -66,8 +65,8 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
     EXPECT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_ERR_BGA_RUNNING) << "this one logs that it failed";
     const KT_U16 system = 0;
     EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_ERR_VD_HAS_OS);
-    outside(1, [](sim::Context& context) { sim::failDisk(context, 0); });
-    outside(1, [](sim::Context& context) { sim::failDisk(context, 1); });
+    outside::failDisk(1, 0);
+    outside::failDisk(1, 1);
     EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_OK) << "the system has crashed";
     EXPECT_EQ(KT_LD_Delete(1, 0, 0), KT_OK);
 }

@@ -1,7 +1,5 @@
 #include "frame.h"
-
-#include "changes/health.h"
-#include "media/wear.h"
+#include "outside.h"
 
 // Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
@@ -11,14 +9,11 @@ static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true},
     {"type": "SATA", "size": "1TB", "on": "HBA", "port": 3, "smartTripped": true}]}]})";
 static const KT_U8 REALLOCATED = 0x05, PENDING = 0xC5, HOURS = 0x09, AIRFLOW = 0xBE;
 
-struct Smart : LabTest<LAB> {
-    bool age(KT_U16 pd, const char* aspect, KT_U32 amount) const {
-        bool done = false;
-        outside(0,
-                [&](sim::Context& context) { done = sim::ageDisk(context, pd, aspect, amount) == sim::Ageing::Done; });
-        return done;
-    }
-};
+struct Smart : LabTest<LAB> {};
+
+static bool age(KT_U16 pd, const char* aspect, KT_U32 amount) {
+    return outside::ageDisk(0, pd, aspect, amount);
+}
 
 static _SMART_Attribute attribute(KT_U16 pd, KT_U8 id) {
     _SMART_Info info = {};
@@ -91,19 +86,15 @@ TEST_F(Smart, WornDisksTrip) {
 TEST_F(Smart, AClearedTripIsForgottenByTheAttributesToo) {
     ASSERT_TRUE(age(0, "reallocated", 512));
     ASSERT_EQ(tripped()[0], 1);
-    outside(0, [](sim::Context& context) { EXPECT_EQ(sim::tripSmart(context, 0, false), KT_OK); });
+    EXPECT_EQ(outside::untripDisk(0, 0), KT_OK);
     EXPECT_EQ(tripped()[0], 0);
     EXPECT_EQ(attribute(0, REALLOCATED).Status, KT_SMART_GOOD);
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
 }
 
 TEST_F(Smart, HeatPasses) {
-    outside(0, [](sim::Context& context) {
-        sim::ageDisk(context, 0, "warmth", 40);
-        auto disk = sim::find<sim::DiskAge>(context, 0);
-        disk->warmth = 0;
-        sim::save(context, 0, *disk);
-    });
+    outside::ageDisk(0, 0, "warmth", 40);
+    outside::coolDisk(0, 0);
     EXPECT_EQ(attribute(0, AIRFLOW).Status, KT_SMART_FAILED_BEFORE);
     EXPECT_GT(attribute(0, AIRFLOW).Current, attribute(0, AIRFLOW).Worst);
     EXPECT_EQ(attribute(0, PENDING).Status, KT_SMART_GOOD);
@@ -117,12 +108,12 @@ TEST_F(Smart, TheDayWarmsAndThePullStopsTheHours) {
     advance(6 * 3600);
     EXPECT_EQ(attribute(2, 0xC2).RawValue, morning + 2);
     EXPECT_GT(attribute(2, 0xF1).RawValue, written);
-    outside(0, [](sim::Context& context) { sim::pullDisk(context, 2); });
+    outside::pullDisk(0, 2);
     advance(10 * 3600);
-    outside(0, [](sim::Context& context) { sim::insertDisk(context, 2); });
+    outside::insertDisk(0, 2);
     EXPECT_EQ(attribute(2, HOURS).RawValue, hours + 6);
     EXPECT_EQ(attribute(2, 0x0C).RawValue, cycles + 1);
-    outside(0, [](sim::Context& context) { sim::replaceDisk(context, 2); });
+    outside::replaceDisk(0, 2);
     advance(3 * 3600);
     EXPECT_EQ(attribute(2, HOURS).RawValue, 3U) << "a new one";
     EXPECT_EQ(attribute(2, 0x0C).RawValue, 1U);
@@ -149,11 +140,7 @@ TEST_F(Smart, DrivesAnswerCommands) {
     EXPECT_EQ(KT_PassThrough_ATA(0, 0, &pass), KT_ERR_NOT_SUPPORTED);
     EXPECT_EQ(KT_PD_GET_SMART_INFO(0, 1, &info), KT_ERR_NOT_SUPPORTED);
     EXPECT_EQ(KT_PD_GET_SMART_INFO(0, 9, &info), KT_ERR_INVALID_PD);
-    outside(0, [](sim::Context& context) {
-        auto state = sim::find<sim::PdState>(context, 0);
-        state->health = sim::PD_FAILED;
-        sim::save(context, 0, *state);
-    });
+    outside::failDisk(0, 0);
     EXPECT_EQ(KT_PD_GET_SMART_INFO(0, 0, &info), KT_ERR_LINK_TIMEOUT);
 }
 

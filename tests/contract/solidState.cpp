@@ -1,10 +1,5 @@
 #include "frame.h"
-
-#include "changes/health.h"
-#include "devices/flashImage.h"
-#include "devices/solidState.h"
-#include "media/surface.h"
-#include "media/wear.h"
+#include "outside.h"
 
 #include <memory>
 #include <numeric>
@@ -49,11 +44,11 @@ static KT_U8 download(KT_U16 pd, const std::string& file, KT_U8 mode = KT_MICROC
 }
 
 static std::string microcode(const char* name, const char* text, size_t size = 500000) {
-    return sim::makeMicrocode(name, text, sim::imageFiller(7, size));
+    return outside::makeMicrocode(name, text, size);
 }
 
 TEST_F(SolidStateDisks, TellTheirLifeInASoundPage) {
-    outside(0, [](sim::Context& context) { sim::ageDisk(context, 0, "reallocated", 258); });
+    outside::ageDisk(0, 0, "reallocated", 258);
     _SSD_Smart_Data page = {};
     ASSERT_EQ(KT_SSD_SmartReadData(0, 0, &page), KT_OK);
     const auto* bytes = reinterpret_cast<const KT_U8*>(&page);
@@ -92,7 +87,7 @@ TEST_F(SolidStateDisks, TestThemselvesInTime) {
 }
 
 TEST_F(SolidStateDisks, FailWhereTheyCannotBeRead) {
-    outside(0, [](sim::Context& context) { sim::addBadSector(context, 0, HALF, {sim::FLAW_UNREADABLE, 0, {}}); });
+    outside::spoil(0, 0, outside::UNREADABLE, HALF);
     test(0, KT_SSD_START_SHORT);
     advance(120);
     EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_PASSED) << "it does not get there";
@@ -102,12 +97,12 @@ TEST_F(SolidStateDisks, FailWhereTheyCannotBeRead) {
     advance(30);
     EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_FAILED);
     EXPECT_EQ(test(0, KT_SSD_ASK).FirstErrorLBA, HALF);
-    outside(0, [](sim::Context& context) { sim::ageDisk(context, 1, "wear", 100); });
+    outside::ageDisk(0, 1, "wear", 100);
     test(1, KT_SSD_START_SHORT);
     advance(120);
     EXPECT_EQ(test(1, KT_SSD_ASK).State, KT_SSD_FAILED);
     EXPECT_LT(test(1, KT_SSD_ASK).FirstErrorLBA, 2 * HALF) << "on the disk";
-    outside(0, [](sim::Context& context) { sim::failDisk(context, 1); });
+    outside::failDisk(0, 1);
     test(1, KT_SSD_ASK, KT_ERR_SSD_COMMAND_PHASE);
 }
 
@@ -145,12 +140,10 @@ TEST_F(SolidStateDisks, KeepMicrocodeForTheirNextStart) {
     test(0, KT_SSD_START_LONG);
     const std::string before = show();
     EXPECT_NE(before.find("\"2.0\""), std::string::npos);
-    outside(0, [](sim::Context& context) {
-        sim::pullDisk(context, 0);
-        sim::insertDisk(context, 0);
-    });
+    outside::pullDisk(0, 0);
+    outside::insertDisk(0, 0);
     EXPECT_EQ(version(0), "2.0");
     EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_ABORTED);
-    outside(0, [](sim::Context& context) { sim::replaceDisk(context, 0, 0); });
+    outside::replaceDisk(0, 0, 0);
     EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_NEVER) << "another disk";
 }

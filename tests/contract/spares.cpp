@@ -1,7 +1,6 @@
 // Which disk takes a lost one's place, and which never does.
 #include "frame.h"
-
-#include "changes/health.h"
+#include "outside.h"
 
 // A RAID5 on disks 0 to 2, whose own spare 3 is larger than the spares of the adapter: 4 is large, 5 as large as the
 // members, 6 too small. 7 runs the system, 8 is optical, 9 has a partition table and is free.
@@ -13,15 +12,9 @@ static const char LAB[] = R"({"adapters": [{"type": "array-based", "config": {"C
 static const uint64_t HOUR = 3600;
 
 struct Spares : LabTest<LAB> {
-    void fail(KT_U16 pd) const {
-        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::failDisk(context, pd), KT_OK); });
-    }
-    void pull(KT_U16 pd) const {
-        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::pullDisk(context, pd), KT_OK); });
-    }
-    void insert(KT_U16 pd) const {
-        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::insertDisk(context, pd), KT_OK); });
-    }
+    void fail(KT_U16 pd) const { EXPECT_EQ(outside::failDisk(0, pd), KT_OK); }
+    void pull(KT_U16 pd) const { EXPECT_EQ(outside::pullDisk(0, pd), KT_OK); }
+    void insert(KT_U16 pd) const { EXPECT_EQ(outside::insertDisk(0, pd), KT_OK); }
     void rebuildByHand() const {
         _Adapter_Config_V2 config = {};
         ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);

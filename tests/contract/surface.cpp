@@ -1,9 +1,6 @@
 // What checks, patrols, rebuilds and initialisations find on the disks.
 #include "frame.h"
-
-#include "changes/health.h"
-#include "media/surface.h"
-#include "raid/damage.h"
+#include "outside.h"
 
 #include <algorithm>
 
@@ -16,15 +13,10 @@ static const uint64_t HOUR = 3600;
 using Events = std::vector<std::string>;
 
 struct Surface : LabTest<LAB> {
-    void spoil(KT_U16 pd, KT_U64 lba, KT_U8 flaw, KT_U32 count = 1) const {
-        outside(0, [&](sim::Context& context) {
-            for (KT_U32 i = 0; i < count; ++i)
-                EXPECT_TRUE(sim::addBadSector(context, pd, lba + i, sim::BadSector{flaw, 0, {}}));
-        });
+    static void spoil(KT_U16 pd, KT_U64 lba, outside::Flaw flaw, KT_U32 count = 1) {
+        EXPECT_EQ(outside::spoil(0, pd, flaw, lba, count), count);
     }
-    void fail(KT_U16 pd) const {
-        outside(0, [&](sim::Context& context) { EXPECT_EQ(sim::failDisk(context, pd), KT_OK); });
-    }
+    static void fail(KT_U16 pd) { EXPECT_EQ(outside::failDisk(0, pd), KT_OK); }
     // What is logged until everything has ended, but for progress.
     Events found(KT_U8 status) const {
         EXPECT_EQ(status, KT_OK);
@@ -46,9 +38,9 @@ static KT_U64 smart(KT_U16 pd, KT_U8 id) {
 }
 
 TEST_F(Surface, ACheckFindsAndAFixRepairs) {
-    spoil(2, 0x2010, sim::FLAW_WRONG, 2);
-    spoil(0, 0x2010, sim::FLAW_WRONG);
-    spoil(1, 0x9000, sim::FLAW_UNREADABLE, 3);
+    spoil(2, 0x2010, outside::WRONG, 2);
+    spoil(0, 0x2010, outside::WRONG);
+    spoil(1, 0x9000, outside::UNREADABLE, 3);
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
                   Events({"1/20 of 0", "1/100 of 0", "2/36 of 1", "2/37 of 1", "1/25 of 0"}));
@@ -73,21 +65,21 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
 }
 
 TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
-    spoil(0, 100, sim::FLAW_UNREADABLE);
-    spoil(0, 200, sim::FLAW_WRONG);
+    spoil(0, 100, outside::UNREADABLE);
+    spoil(0, 200, outside::WRONG);
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)),
               Events({"2/17 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/22 of 0"}));
-    spoil(0, 100, sim::FLAW_UNREADABLE, 2);
-    spoil(1, 101, sim::FLAW_UNREADABLE);
+    spoil(0, 100, outside::UNREADABLE, 2);
+    spoil(1, 101, outside::UNREADABLE);
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)),
               Events({"2/17 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/22 of 0"}));
-    spoil(7, 100, sim::FLAW_UNREADABLE);
+    spoil(7, 100, outside::UNREADABLE);
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), Events({"2/17 of 7", "2/36 of 7", "2/37 of 7", "2/22 of 7"}));
 }
 
 TEST_F(Surface, ARebuildMarksWhatIsLostUntilItIsWrittenAgain) {
-    spoil(0, 5000, sim::FLAW_UNREADABLE, 8);
+    spoil(0, 5000, outside::UNREADABLE, 8);
     fail(1);
     EXPECT_EQ(found(KT_OK), Events({"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 7", "1/70 of 0", "2/36 of 0",
                                     "2/37 of 0", "2/37 of 7", "1/75 of 0", "1/1 of 0"}));
@@ -98,8 +90,8 @@ TEST_F(Surface, ARebuildMarksWhatIsLostUntilItIsWrittenAgain) {
 }
 
 TEST_F(Surface, DoubleParityRepairsDuringARebuild) {
-    spoil(4, 5000, sim::FLAW_UNREADABLE);
-    spoil(5, 2000000000 / 512, sim::FLAW_WRONG);
+    spoil(4, 5000, outside::UNREADABLE);
+    spoil(5, 2000000000 / 512, outside::WRONG);
     fail(3);
     EXPECT_EQ(found(KT_OK),
               Events({"2/4 of 3", "2/2 of 3", "1/5 of 1", "1/5 of 2", "2/59 of 7", "1/70 of 1", "1/70 of 2",
@@ -107,8 +99,8 @@ TEST_F(Surface, DoubleParityRepairsDuringARebuild) {
 }
 
 TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
-    spoil(0, 300, sim::FLAW_UNREADABLE, 2);
-    spoil(1, 301, sim::FLAW_UNREADABLE);
+    spoil(0, 300, outside::UNREADABLE, 2);
+    spoil(1, 301, outside::UNREADABLE);
     _CreateOrModify_DG_Param param = dgParam(KT_RAID6, {0, 1, 2, 8});
     param.DGID = 0;
     EXPECT_EQ(found(KT_DG_StartMigration(0, &param, 0)),
@@ -121,7 +113,7 @@ TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
 TEST_F(Surface, AMigrationMeetsASectorWhenItGetsThere) {
     _Block_Info block = {};
     ASSERT_EQ(readItem(KT_BLK_GetInfo, 0, 0, &_BLK_Info_Request::blkInfo, block), KT_OK);
-    spoil(0, block.StartLBA + block.Size / 2, sim::FLAW_UNREADABLE);
+    spoil(0, block.StartLBA + block.Size / 2, outside::UNREADABLE);
     _CreateOrModify_DG_Param param = dgParam(KT_RAID6, {0, 1, 2, 8});
     param.DGID = 0;
     ASSERT_EQ(KT_DG_StartMigration(0, &param, 0), KT_OK);
@@ -141,22 +133,17 @@ TEST_F(Surface, AMigrationMeetsASectorWhenItGetsThere) {
 }
 
 TEST_F(Surface, KeepsOnlySoManySectorsOfADisk) {
-    outside(0, [](sim::Context& context) {
-        const sim::BadSector bad = {sim::FLAW_UNREADABLE, 0, {}};
-        EXPECT_EQ(sim::addBadSectors(context, 8, bad, 5000, nullptr), 1000U);
-        EXPECT_FALSE(sim::addBadSector(context, 8, 1, bad));
-        EXPECT_EQ(sim::badSectorCount(context, 8), 1000U);
-    });
+    EXPECT_EQ(outside::scratch(0, 8, outside::UNREADABLE, 5000), 1000U);
+    EXPECT_EQ(outside::scratch(0, 8, outside::UNREADABLE, 1), 0U);
+    EXPECT_EQ(outside::spoil(0, 8, outside::UNREADABLE, 1), 0U);
 }
 
 TEST_F(Surface, OneLeapOfTheClockIsManySteps) {
     const auto story = [&](uint64_t step) {
         start(LAB);
-        outside(0, [&](sim::Context& context) {
-            sim::addBadSectors(context, 0, sim::BadSector{sim::FLAW_UNREADABLE, 0, {}}, 700);
-            sim::addBadSectors(context, 1, sim::BadSector{sim::FLAW_WRONG, 0, {}}, 100);
-            sim::addBadSectors(context, 4, sim::BadSector{sim::FLAW_UNREADABLE, 0, {}}, 30);
-        });
+        outside::scratch(0, 0, outside::UNREADABLE, 700);
+        outside::scratch(0, 1, outside::WRONG, 100);
+        outside::scratch(0, 4, outside::UNREADABLE, 30);
         EXPECT_EQ(KT_LD_StartConsistencyCheck(0, 0, 1), KT_OK);
         EXPECT_EQ(KT_PD_StartMediaPatrol(0, 4), KT_OK);
         fail(5);

@@ -197,3 +197,11 @@ A disk that its key makes useful again says so.
   [MAJOR] Physical disk 1 is plugged out
   [INFO] Virtual Disk 0 is online
   status:              online
+
+A disk that is broken elsewhere is broken here.
+
+  $ fresh; ktsim disk fail 0 -f; cp state.db other.db; fresh; ktsim disk insert 0 1 --from other.db; ktsim status | grep 'PD 1[23] '
+  Disk 0 of other.db is disk 12 here.
+  Disk 1 of other.db is disk 13 here.
+    PD 12    Gannet GT500G         SATA     465.8 GiB  port 4      not in use, FAILED
+    PD 13    Gannet GT500G         SATA     465.8 GiB  port 5      free

@@ -1,0 +1,139 @@
+#include "outside.h"
+
+#include "changes/arrival.h"
+#include "changes/health.h"
+#include "devices/battery.h"
+#include "devices/enclosureElements.h"
+#include "devices/flashImage.h"
+#include "devices/solidState.h"
+#include "frame/settle.h"
+#include "lab/lab.h"
+#include "media/surface.h"
+#include "media/wear.h"
+#include "raid/damage.h"
+#include "state.h"
+#include "state/simClock.h"
+
+namespace outside {
+
+// What `act(context)` answers, done when all that was due has happened.
+template <class Act>
+static auto happen(KT_U8 adapter, Act act) {
+    decltype(act(std::declval<sim::Context&>())) result = {};
+    changeState([&](sim::Store& store) {
+        sim::Context context{store, adapter, sim::simulatedNow(store)};
+        sim::settle(context);
+        result = act(context);
+    });
+    return result;
+}
+
+KT_U8 failDisk(KT_U8 adapter, KT_U16 pd) {
+    return happen(adapter, [&](sim::Context& context) { return sim::failDisk(context, pd); });
+}
+
+KT_U8 pullDisk(KT_U8 adapter, KT_U16 pd) {
+    return happen(adapter, [&](sim::Context& context) { return sim::pullDisk(context, pd); });
+}
+
+KT_U8 insertDisk(KT_U8 adapter, KT_U16 pd) {
+    return happen(adapter, [&](sim::Context& context) { return sim::insertDisk(context, pd); });
+}
+
+KT_U8 replaceDisk(KT_U8 adapter, KT_U16 pd, KT_U64 sectors) {
+    return happen(adapter, [&](sim::Context& context) {
+        return sim::replaceDisk(context, pd, [&](_HD_Info& disk) { disk.Size = sectors ? sectors : disk.Size; });
+    });
+}
+
+KT_U8 insertForeignDisks(KT_U8 adapter, const char* lab, const std::vector<KT_U16>& disks, std::vector<KT_U16>& ids) {
+    const sim::BuiltInLab source = {"lab", lab};
+    sim::Store* other = sim::openMemoryStore(sim::fillFromLab, &source);
+    const KT_U8 status =
+        happen(adapter, [&](sim::Context& context) { return sim::insertForeignDisks(context, *other, 0, disks, ids); });
+    sim::closeStore(other);
+    return status;
+}
+
+bool ageDisk(KT_U8 adapter, KT_U16 pd, const char* aspect, KT_U32 amount) {
+    return happen(
+        adapter, [&](sim::Context& context) { return sim::ageDisk(context, pd, aspect, amount) == sim::Ageing::Done; });
+}
+
+void coolDisk(KT_U8 adapter, KT_U16 pd) {
+    happen(adapter, [&](sim::Context& context) {
+        auto age = sim::find<sim::DiskAge>(context, pd).value_or(sim::DiskAge{});
+        age.warmth = 0;
+        sim::save(context, pd, age);
+        return true;
+    });
+}
+
+KT_U8 untripDisk(KT_U8 adapter, KT_U16 pd) {
+    return happen(adapter, [&](sim::Context& context) { return sim::tripSmart(context, pd, false); });
+}
+
+KT_U32 spoil(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U64 lba, KT_U32 count) {
+    return happen(adapter, [&](sim::Context& context) {
+        KT_U32 spoiled = 0;
+        for (KT_U32 i = 0; i < count; ++i)
+            spoiled += sim::addBadSector(context, pd, lba + i, sim::BadSector{flaw, 0, {}}) ? 1U : 0U;
+        return spoiled;
+    });
+}
+
+KT_U32 scratch(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U32 count) {
+    return happen(adapter, [&](sim::Context& context) {
+        return sim::addBadSectors(context, pd, sim::BadSector{flaw, 0, {}}, count, nullptr);
+    });
+}
+
+void insertBattery(KT_U8 adapter) {
+    happen(adapter, [&](sim::Context& context) { return sim::insertBattery(context); });
+}
+
+void removeBattery(KT_U8 adapter) {
+    happen(adapter, [&](sim::Context& context) { return sim::removeBattery(context); });
+}
+
+void setBatteryCharge(KT_U8 adapter, unsigned percent) {
+    happen(adapter, [&](sim::Context& context) { return sim::setBatteryCharge(context, percent); });
+}
+
+void setBatteryTemperature(KT_U8 adapter, KT_S16 hundredths) {
+    happen(adapter, [&](sim::Context& context) { return sim::setBatteryTemperature(context, hundredths); });
+}
+
+void setBatteryVoltage(KT_U8 adapter, KT_U16 millivolts) {
+    happen(adapter, [&](sim::Context& context) { return sim::setBatteryVoltage(context, millivolts); });
+}
+
+void breakCharger(KT_U8 adapter) {
+    happen(adapter, [&](sim::Context& context) { return sim::breakCharger(context, true); });
+}
+
+void scheduleRelearn(KT_U8 adapter, KT_U64 seconds) {
+    happen(adapter, [&](sim::Context& context) { return sim::scheduleRelearn(context, seconds); });
+}
+
+bool setCondition(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, const char* word) {
+    return happen(adapter, [&](sim::Context& context) {
+        return sim::setElementCondition(context, enclosure, type, element, word);
+    });
+}
+
+bool setReading(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value) {
+    return happen(adapter, [&](sim::Context& context) {
+        return sim::setElementReading(context, enclosure, type, element, value);
+    });
+}
+
+std::string makeImage(KT_U8 type, KT_U8 major, KT_U16 subVendor, size_t size) {
+    return sim::makeImage(*sim::imageKind(type), {major, 8, 9, 1234}, subVendor, sim::imageFiller(99, size));
+}
+
+std::string makeMicrocode(const char* model, const char* version, size_t size) {
+    return sim::makeMicrocode(model, version, sim::imageFiller(7, size));
+}
+
+} // namespace outside

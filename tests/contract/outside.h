@@ -1,0 +1,46 @@
+// What befalls adapters and no client of a library can do: disks fail and come and go, batteries run down. Together
+// with frame.cpp this is all that knows whose adapters they are; the tests themselves know the C interface only.
+#pragma once
+
+#include "ktraid.h"
+
+#include <string>
+#include <vector>
+
+namespace outside {
+
+// Disks: KT_OK, or why nothing happened.
+KT_U8 failDisk(KT_U8 adapter, KT_U16 pd);
+KT_U8 pullDisk(KT_U8 adapter, KT_U16 pd);
+KT_U8 insertDisk(KT_U8 adapter, KT_U16 pd);
+KT_U8 replaceDisk(KT_U8 adapter, KT_U16 pd, KT_U64 sectors = 0); // 0: as many as the old one had
+// Disks of the lab's first adapter are put in; `ids` are theirs here.
+KT_U8 insertForeignDisks(KT_U8 adapter, const char* lab, const std::vector<KT_U16>& disks, std::vector<KT_U16>& ids);
+
+bool ageDisk(KT_U8 adapter, KT_U16 pd, const char* aspect, KT_U32 amount); // as ktsim disk age
+void coolDisk(KT_U8 adapter, KT_U16 pd);                                   // the warmth that it was aged by is over
+KT_U8 untripDisk(KT_U8 adapter, KT_U16 pd);
+
+// Sectors become bad, from an LBA on or wherever they would; answers how many did.
+enum Flaw : KT_U8 { UNREADABLE = 1, WRONG = 3 };
+KT_U32 spoil(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U64 lba, KT_U32 count = 1);
+KT_U32 scratch(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U32 count);
+
+// The battery.
+void insertBattery(KT_U8 adapter);
+void removeBattery(KT_U8 adapter);
+void setBatteryCharge(KT_U8 adapter, unsigned percent);
+void setBatteryTemperature(KT_U8 adapter, KT_S16 hundredths); // of a degree Celsius
+void setBatteryVoltage(KT_U8 adapter, KT_U16 millivolts);
+void breakCharger(KT_U8 adapter);
+void scheduleRelearn(KT_U8 adapter, KT_U64 seconds);
+
+// Elements of an enclosure; false for what cannot be.
+bool setCondition(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, const char* word);
+bool setReading(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value);
+
+// A flash image with so many bytes of data, and a microcode file, as the adapters' maker would give them out.
+std::string makeImage(KT_U8 type, KT_U8 major, KT_U16 subVendor, size_t size);
+std::string makeMicrocode(const char* model, const char* version, size_t size);
+
+} // namespace outside
