@@ -39,4 +39,5 @@ void addDiff(CLI::App& app, Invocation& invocation);
 void addEvents(CLI::App& app, Invocation& invocation);
 void addMap(CLI::App& app, Invocation& invocation);
 void addMetrics(CLI::App& app, Invocation& invocation);
+void addPage(CLI::App& app, Invocation& invocation);
 void addWait(CLI::App& app, Invocation& invocation);

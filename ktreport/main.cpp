@@ -57,6 +57,7 @@ static int runWords(int argc, char** argv) {
     addEvents(app, invocation);
     addMap(app, invocation);
     addMetrics(app, invocation);
+    addPage(app, invocation);
     addWait(app, invocation);
     try {
         app.parse(argc, argv);

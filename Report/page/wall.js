@@ -1,0 +1,119 @@
+// Many machines: a tile each, worst first.
+
+const MINI = {
+    width: 10,
+    height: 24,
+    columns: 24
+};                      // a bay of a tile's shelf, with the gap beside it
+const MOST_MINIS = 160; // more disks than a tile has room for are only counted
+
+// A bay of a tile: its colour, and a shape unless all is as it should be; what the filter is not about stands back.
+function miniBay(bay, x, y, chosen) {
+    const look = bay.disk?.look ?? EMPTY;
+    const faded = bay.disk && (chosen.model || chosen.firmware) && !fitsDevice(bay.disk, chosen);
+    const mark = look.tone !== "good" && look.tone !== "empty";
+    return makeSvg(
+        "g", {"class": `${look.tone}${faded ? " faded" : ""}`, transform: `translate(${x} ${y})`},
+        makeSvg("rect", {width: MINI.width - 1.2, height: MINI.height - 4, rx: 1.6}),
+        mark && makeSvg("path",
+                        {d: SHAPES[look.shape], transform: "translate(.8 10.6) scale(.45)", "fill-rule": "evenodd"}));
+}
+
+// The shelves of a tile with their disks in place, 24 bays in a row.
+function miniShelves(machine, chosen) {
+    const bays = [];
+    let row = 0;
+    for (const shelf of machine.adapters.flatMap((adapter) => adapter.shelves)) {
+        if (!shelf.bays.some((bay) => bay.disk)) continue;
+        shelf.bays.forEach((bay, at) => {
+            const x = (at % MINI.columns) * MINI.width;
+            bays.push(miniBay(bay, x, (row + Math.floor(at / MINI.columns)) * MINI.height, chosen));
+        });
+        row += Math.ceil(shelf.bays.length / MINI.columns);
+    }
+    const size = `0 0 ${MINI.columns * MINI.width - 1} ${Math.max(row, 1) * MINI.height - 4}`;
+    return makeSvg("svg", {"class": "minis", viewBox: size, "aria-hidden": "true"}, bays);
+}
+
+// How many disks are how, where there are too many for a tile.
+function proportions(machine) {
+    const groups = [...groupBy(machine.disks, (disk) => disk.look.tone)];
+    return make("span.proportions", {"aria-hidden": "true"},
+                groups.map(([tone, disks]) => make(`span.${tone}`, {vars: {share: disks.length}})));
+}
+
+function tileText(machine, meanings) {
+    if (machine.problems.length === 0) return machine.adapters.length === 0 ? "there is no adapter" : "";
+    const [first] = machine.problems;
+    const more = new Set(machine.problems.map((one) => one.name)).size - 1;
+    return `${meanings[first.name] ?? first.name}${more > 0 ? `, and ${more} more` : ""}`;
+}
+
+function tile(machine, page, chosen) {
+    const state = VERDICTS[machine.verdict];
+    const count = machine.critical > 0 ? `${machine.critical} critical`
+                  : machine.warnings > 0 ? plural(machine.warnings, "warning")
+                                         : "fine";
+    const picture = machine.disks.length > MOST_MINIS ? proportions(machine) : miniShelves(machine, chosen);
+    return make("li", {},
+                make(`a.tile.${state.tone}`, {href: addressOf(chosen, machine)},
+                     make("span.top", {}, make("b.name", {}, machine.name), chip(state, count)), picture,
+                     make("span.why", {}, tileText(machine, page.meanings)),
+                     make("span.words", {}, `${plural(machine.disks.length, "disk")} \u00b7 ${sizeText(machine.space)}`,
+                          machine.older && make("span.old", {}, ` \u00b7 ${machine.older} old`))));
+}
+
+// The share of machines that are critical, warned of and fine; each part chooses its machines.
+function fleetBar(machines, chosen) {
+    const kinds = [["critical", "critical"], ["warning", "warning"], ["fine", "none"]];
+    const counts = kinds.map(([verdict, value]) => ({
+                                 state: VERDICTS[verdict],
+                                 value,
+                                 count: machines.filter((machine) => machine.verdict === verdict).length
+                             }));
+    const part = ({state, value, count}) => make(
+        `a.${state.tone}`,
+        {href: addressOf({...chosen, problem: value}), vars: {share: count}, "aria-current": chosen.problem === value},
+        make("span.count", {}, shape(state.shape), make("b", {}, numbers.format(count)), ` ${state.word}`));
+    return make("nav.fleet", {"aria-label": "Machines by how they are"},
+                counts.filter(({count}) => count > 0).map(part));
+}
+
+function leftOutView(sentences) {
+    if (sentences.length === 0) return null;
+    return make("section.leftout", {"aria-label": "Left out"},
+                make("h2", {}, shape("triangle"), `${plural(sentences.length, "file")} left out`),
+                make("ul", {}, sentences.map((text) => make("li", {}, text))));
+}
+
+function wallHead(page, chosen) {
+    const disks = page.machines.reduce((sum, machine) => sum + machine.disks.length, 0);
+    const space = page.machines.reduce((sum, machine) => sum + machine.space, 0);
+    return make("header.wallhead", {}, make("h1", {}, plural(page.machines.length, "machine")),
+                make("p", {}, `${plural(disks, "disk")} \u00b7 ${sizeText(space)}`), fleetBar(page.machines, chosen));
+}
+
+// The arrow keys go from tile to tile as they lie on the screen.
+function moveAmongTiles(event) {
+    if (!event.key.startsWith("Arrow") || !event.target.matches(".tile")) return;
+    const tiles = [...event.currentTarget.querySelectorAll(".tile")];
+    const at = tiles.indexOf(event.target);
+    const aside = {ArrowRight: tiles[at + 1], ArrowLeft: tiles[at - 1]};
+    const next = event.key in aside ? aside[event.key] : inNextRow(tiles, at, event.key === "ArrowDown");
+    event.preventDefault();
+    next?.focus();
+}
+
+function tilesView(page, chosen) {
+    const machines = page.machines.filter((machine) => fitsMachine(machine, chosen));
+    const all = machines.length === page.machines.length;
+    const count =
+        all ? "Worst first" : `${numbers.format(machines.length)} of ${plural(page.machines.length, "machine")}`;
+    return make(
+        "div.tiles", {}, make("p.found", {role: "status"}, count, !all && make("a", {href: "#"}, "show all")),
+        make("ul.wall", {on: {keydown: moveAmongTiles}}, machines.map((machine) => tile(machine, page, chosen))));
+}
+
+function wallView(page, chosen) {
+    return [wallHead(page, chosen), leftOutView(page.leftOut), filterBar(page, chosen), tilesView(page, chosen)];
+}

@@ -1,0 +1,113 @@
+#!/usr/bin/env python3
+"""page as a file: what it allows itself, that it is whole or not there, what it says of files that are no reports. How it
+looks is for the tests with a browser."""
+import base64
+import hashlib
+import html.parser
+import json
+import os
+import stat
+import unittest
+
+from frame import Bench
+
+
+class Parts(html.parser.HTMLParser):
+    """The elements of a page with their attributes, and the texts of scripts and styles."""
+
+    def __init__(self, text):
+        super().__init__()
+        self.elements, self.texts = [], []
+        self.feed(text)
+
+    def handle_starttag(self, tag, attrs):
+        self.elements.append((tag, dict(attrs)))
+
+    def handle_data(self, data):
+        if self.elements and self.cdata_elem:  # inside of a script or a style
+            self.texts.append((self.elements[-1], data))
+
+
+def digest(text):
+    return "'sha256-" + base64.b64encode(hashlib.sha256(text.encode()).digest()).decode() + "'"
+
+
+class Page(unittest.TestCase):
+    def setUp(self):
+        self.bench = Bench("default")
+
+    def page(self, *words, result=0, text=None):
+        done = self.bench.run("ktreport", "page", *words, text=text)
+        self.assertEqual(done.returncode, result, done.stderr)
+        return done
+
+    def save(self, name, text):
+        with open(self.bench.path(name), "w", encoding="ascii") as file:
+            file.write(text)
+        return self.bench.path(name)
+
+    def data(self, text):
+        return json.loads(next(data for (tag, attrs), data in Parts(text).texts if attrs.get("id") == "data"))
+
+    def test_the_policy_names_what_the_page_holds(self):
+        parts = Parts(self.page().stdout)
+        policy = next(attrs["content"] for tag, attrs in parts.elements if attrs.get("http-equiv") == "Content-Security-Policy")
+        rules = dict(rule.split(" ", 1) for rule in policy.split("; "))
+        script = next(text for (tag, attrs), text in parts.texts if attrs.get("type") == "module")
+        style = next(text for (tag, attrs), text in parts.texts if tag == "style")
+        self.assertEqual((rules["default-src"], rules["script-src"], rules["style-src"]), ("'none'", digest(script), digest(style)))
+        self.assertEqual([attrs for tag, attrs in parts.elements if "src" in attrs or attrs.get("href", "data:,") != "data:,"], [])
+        self.assertFalse("http" in script.replace("http://www.w3.org/2000/svg", "") or "url(" in style)
+        for sink in ("innerHTML", "outerHTML", "insertAdjacentHTML", "document.write", "eval(", "setTimeout(\""):
+            self.assertNotIn(sink, script)
+
+    def test_names_cannot_end_their_element(self):
+        report = self.bench.report()
+        report["host"] = "</script><script>x"
+        text = self.page("--from", self.save("r.json", json.dumps(report))).stdout
+        self.assertEqual(text.count("<script"), 2)
+        self.assertEqual(self.data(text)["machines"][0]["host"], report["host"])
+
+    def test_the_same_adapters_make_the_same_page(self):
+        path = self.save("r.json", json.dumps(self.bench.report()))
+        self.assertEqual(self.page("--from", path).stdout, self.page("--from", path).stdout)
+        data = self.data(self.page("--from", "-", text=json.dumps(self.bench.report())).stdout)
+        self.assertEqual(data["machines"][0]["source"], "standard input")
+        self.assertEqual(len(self.data(self.page("-a", "1").stdout)["machines"][0]["adapters"]), 1)
+
+    def test_a_file_is_replaced_as_a_whole_or_kept(self):
+        path = self.save("page.html", "old")
+        os.chmod(path, 0o640)
+        self.page("-o", path, "--from", self.bench.path("missing.json"), result=3)
+        with open(path, encoding="ascii") as file:
+            self.assertEqual(file.read(), "old")
+        self.assertEqual(self.page("-o", path).stdout, "")
+        with open(path, encoding="utf-8") as file:
+            self.assertTrue(file.read().rstrip().endswith("</html>"))
+        self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), 0o640)
+        self.assertEqual([name for name in os.listdir(self.bench.folder.name) if name.startswith(".kt")], [])
+        self.page("-o", "", result=2)
+        refused = self.page("-o", self.bench.path("no/such/page.html"), result=3)
+        self.assertIn("no/such/page.html: cannot be written", refused.stderr)
+
+    def test_what_is_no_report_is_named_and_left_out(self):
+        good = self.save("good.json", json.dumps(self.bench.report()))
+        bad = {"empty.json": "", "cut.json": '{"report": 1, "adapters": [', "later.json": '{"report": 2, "adapters": []}',
+               "other.json": "[1]", "number.json": '{"report": 1, "adapters": [], "x": 1e999}', "deep.json": "[" * 100000}
+        with open(self.bench.path("large.json"), "wb") as file:
+            file.truncate(100 << 20)
+        paths = [self.save(name, text) for name, text in bad.items()] + [self.bench.path("large.json")]
+        done = self.page("--from", good, *paths, result=1)
+        data = self.data(done.stdout)
+        self.assertEqual((len(data["machines"]), len(data["leftOut"]), len(done.stderr.splitlines())), (1, 7, 7))
+        for path, sentence, line in zip(paths, data["leftOut"], done.stderr.splitlines()):
+            self.assertTrue(sentence.startswith(path + ": ") and sentence in line, (sentence, line))
+        for path in paths:
+            alone = self.page("--from", path, result=3)
+            self.assertEqual(alone.stdout, "")
+            self.assertIn(path, alone.stderr)
+        self.assertEqual(self.page("--from", *paths, result=3).stdout, "")
+
+
+if __name__ == "__main__":
+    unittest.main()
