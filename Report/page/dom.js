@@ -5,8 +5,8 @@ const SVG = "http://www.w3.org/2000/svg";
 // An element: make("button.bay.tall", {title: "..."}, child, ...). Properties: "on" holds listeners by event, "vars"
 // custom properties of its style; a value of null, undefined or false leaves the attribute out, true makes it empty.
 // Children: nodes, texts, lists of both; null, undefined and false stand for nothing.
-function make(shape, properties = {}, ...children) {
-    const [tag, ...classes] = shape.split(".");
+function make(form, properties = {}, ...children) {
+    const [tag, ...classes] = form.split(".");
     const node = document.createElement(tag);
     if (classes.length > 0) node.className = classes.join(" ");
     return furnish(node, properties, children);
@@ -55,7 +55,9 @@ function shape(name) {
 }
 
 // A state as a shape, a word and a colour.
-function chip(state, word = state.word) { return make(`span.chip.${state.tone}`, {}, shape(state.shape), word); }
+function chip(state, word = state.word) {
+    return make(`span.chip.${state.tone}`, {}, shape(state.shape), word);
+}
 
 // A label and what it says, for a list of such pairs; nothing for what is not known.
 function pair(label, value) {

@@ -64,7 +64,9 @@ function addressOf(chosen, machine = null) {
 }
 
 // Back from a machine to the wall as it was left.
-function wallAddress() { return addressOf(readAddress().chosen); }
+function wallAddress() {
+    return addressOf(readAddress().chosen);
+}
 
 function choice(name, label, groups, chosen) {
     const option = ([value, text]) => make("option", {value, selected: value === chosen[name]}, text);
@@ -76,9 +78,13 @@ function choice(name, label, groups, chosen) {
                      groups.filter((group) => group.options.length > 0).map(list)));
 }
 
-function choose(name, value) { location.hash = addressOf({...readAddress().chosen, [name]: value}); }
+function choose(name, value) {
+    location.hash = addressOf({...readAddress().chosen, [name]: value});
+}
 
-function counted(variants) { return variants.map(([value, count]) => [value, `${value} (${count})`]); }
+function counted(variants) {
+    return variants.map(([value, count]) => [value, `${value} (${count})`]);
+}
 
 // Firmware versions of the chosen model only, so that no choice leaves nothing.
 function filterBar(page, chosen) {

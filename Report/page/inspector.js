@@ -14,7 +14,9 @@ function meter(label, value, limit, text, tone) {
         make("dd.metered", {}, make(`span.meter.${tone}`, {vars: {share: `${share}%`}, "aria-hidden": "true"}), text));
 }
 
-function wearTone(wear) { return wear >= 95 ? "bad" : wear >= 80 ? "warn" : "good"; }
+function wearTone(wear) {
+    return wear >= 95 ? "bad" : wear >= 80 ? "warn" : "good";
+}
 
 function countText(disk) {
     const counts = [["pending", "waiting"], ["uncorrectable", "unreadable"], ["reallocated", "put elsewhere"]];
@@ -43,9 +45,9 @@ function inspectorCard(adapter, bay) {
     const light = `ktsetup ${adapter.id} locate -o pd -i ${disk.id} -a ${disk.locateLed ? "off" : "on"}`;
     return make(
         "aside.inspector", {id: "inspector", "aria-label": `Disk ${disk.id}`},
-        make(
-            "header", {}, make("h3", {}, `Disk ${disk.id}`), chip(disk.look),
-            make("button.close", {type: "button", "aria-label": "Close", on: {click: closeInspector}}, shape("cross"))),
+        make("header", {}, make("h3", {}, `Disk ${disk.id}`), chip(disk.look),
+             make("button.close", {type: "button", "aria-label": "Close", on: {click: dismissInspector}},
+                  shape("cross"))),
         disk.problems.map((problem) => make("p.complaint", {}, sentence(problem.action ?? ""))),
         diskFacts(adapter, bay),
         make("p.hint", {}, disk.locateLed ? "Its light blinks; " : "Makes its light blink: ", make("code", {}, light)));
@@ -64,12 +66,12 @@ function placeInspector() {
 }
 
 function openInspector(adapter, bay, anchor, kept = false) {
-    if (inspector.kept && !kept) return;
+    if (inspector.quiet || (inspector.kept && !kept)) return;
     if (inspector.anchor !== anchor) {
         closeInspector();
         inspector.card = inspectorCard(adapter, bay);
         inspector.anchor = anchor;
-        document.getElementById("main").append(inspector.card);
+        anchor.closest(".shelf").append(inspector.card);
         anchor.setAttribute("aria-describedby", "inspector");
         placeInspector();
         if (kept && matchMedia("(max-width: 700px)").matches) anchor.scrollIntoView({block: "start"});
@@ -84,6 +86,15 @@ function closeInspector() {
     inspector.anchor?.removeAttribute("aria-describedby");
     Object.assign(inspector, {card: null, anchor: null, kept: false});
     lightUp([]);
+}
+
+// The same by hand: the focus goes back to the bay, whose card stays closed.
+function dismissInspector() {
+    const anchor = inspector.anchor;
+    closeInspector();
+    inspector.quiet = true;
+    anchor?.focus({preventScroll: true});
+    inspector.quiet = false;
 }
 
 // The disks that share an array or a virtual disk with this one.

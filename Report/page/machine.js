@@ -140,9 +140,21 @@ function problemsView(machine) {
                          make("ol", {start: first + 1}, rest.map(problemView))));
 }
 
+// Where there are more adapters than a screen shows: a way to each.
+function adapterWays(machine) {
+    if (machine.adapters.length < 3) return null;
+    const way = (adapter) => {
+        const state = VERDICTS[verdictOf(machine.problems.filter((one) => one.adapter === adapter.id))];
+        return make(`button.way.${state.tone}`,
+                    {type: "button", on: {click: () => goTo(adapter.id, "adapter", adapter.id)}}, shape(state.shape),
+                    `Adapter ${adapter.id}`, make("small", {}, state.word));
+    };
+    return make("nav.ways", {"aria-label": "Adapters"}, machine.adapters.map(way));
+}
+
 function machineView(machine, many) {
     return [
-        hero(machine, many), problemsView(machine), activitiesView(machine), machine.disks.length > 0 && legend(),
-        machine.adapters.map(adapterView)
+        hero(machine, many), problemsView(machine), activitiesView(machine), adapterWays(machine),
+        machine.disks.length > 0 && legend(), machine.adapters.map(adapterView)
     ];
 }

@@ -64,7 +64,7 @@ function goThere(event) {
 
 function pressed(event) {
     if (event.key === "Escape" && inspector.card) {
-        closeInspector();
+        dismissInspector();
     } else if (event.key === "Escape" && readAddress().machine !== null && page.machines.length > 1) {
         location.hash = wallAddress();
     } else if (event.key === "/" && !event.target.matches("input, select")) {

@@ -1,7 +1,9 @@
 // What the page is told, with what it works out: the state and role of every disk, the shelves, who is worst.
 
 // Everything that looks something up by adapter and id.
-function keyOf(adapter, kind, id) { return `${adapter}/${kind}/${id}`; }
+function keyOf(adapter, kind, id) {
+    return `${adapter}/${kind}/${id}`;
+}
 
 function volumesOf(adapter) {
     const inArrays = (adapter.arrays ?? []).flatMap((array) => array.virtualDisks ?? []);
@@ -26,7 +28,9 @@ function roleOf(adapter, disk) {
 }
 
 // A place for a disk: its number, how it is called, and the disk in it; null: none.
-function bayOf(number, name, disk = null) { return {number, name, disk}; }
+function bayOf(number, name, disk = null) {
+    return {number, name, disk};
+}
 
 // The bays of a shelf: those that it tells of, and those that disks say they are in.
 function baysOf(enclosure, disks) {
@@ -64,28 +68,35 @@ function groupBy(items, keyFor) {
     return groups;
 }
 
-// Disks outside shelves, by what they are attached to; a port multiplier's empty ports stand there as well.
-function portGroups(adapter, disks) {
-    const groups = groupBy(
-        disks, (disk) => (disk.on === "PM" || disk.on === "expander" ? `${disk.on} ${disk.parent ?? "?"}` : ""));
-    for (const multiplier of adapter.portMultipliers ?? []) {
-        if (!groups.has(`PM ${multiplier.id}`)) groups.set(`PM ${multiplier.id}`, []);
+// What a disk outside shelves is attached to: "PM 0", "expander 1", "" for the adapter itself.
+function parentOf(disk) {
+    return disk.on === "PM" || disk.on === "expander" ? `${disk.on} ${disk.parent ?? "?"}` : "";
+}
+
+// The ports of one parent; a port multiplier's empty ones stand there as well.
+function portsOf(adapter, parent, disks) {
+    const name = (port) => (port === undefined ? "place unknown" : `port ${port}${parent ? ` of ${parent}` : ""}`);
+    const bays = disks.map((disk) => bayOf(disk.port, name(disk.port), disk));
+    const taken = new Set(disks.map((disk) => disk.port));
+    const multiplier = (adapter.portMultipliers ?? []).find((one) => `PM ${one.id}` === parent);
+    for (let port = 0; port < Math.min(multiplier?.ports ?? 0, MOST_PORTS); ++port) {
+        if (!taken.has(port)) bays.push(bayOf(port, name(port)));
     }
-    return [...groups].sort(([one], [other]) => one.localeCompare(other, "en", {numeric: true})).map(([
-                                                                                                         of, members
-                                                                                                     ]) => {
-        const name = (port) => (port === undefined ? "place unknown" : `port ${port}${of ? ` of ${of}` : ""}`);
-        const bays = members.map((disk) => bayOf(disk.port, name(disk.port), disk));
-        const multiplier = (adapter.portMultipliers ?? []).find((one) => `PM ${one.id}` === of);
-        const taken = new Set(members.map((disk) => disk.port));
-        for (let port = 0; port < Math.min(multiplier?.ports ?? 0, 64); ++port) {
-            if (!taken.has(port)) bays.push(bayOf(port, name(port)));
-        }
-        bays.sort((one, other) => (one.number ?? 0) - (other.number ?? 0));
-        const title =
-            of === "" ? "Ports of the adapter" : of.replace("PM", "Port multiplier").replace("expander", "Expander");
-        return {kind: "ports", title, subtitle: "", bays, parts: []};
-    });
+    bays.sort((one, other) => (one.number ?? 0) - (other.number ?? 0));
+    const title = parent.replace("PM", "Port multiplier").replace("expander", "Expander") || "Ports of the adapter";
+    return {kind: "ports", title, subtitle: "", bays, parts: []};
+}
+
+const MOST_PORTS = 64; // empty ones that are drawn, whatever a report tells
+
+function portGroups(adapter, disks) {
+    const groups = groupBy(disks, parentOf);
+    for (const multiplier of adapter.portMultipliers ?? []) {
+        const parent = `PM ${multiplier.id}`;
+        if (!groups.has(parent)) groups.set(parent, []);
+    }
+    const parents = [...groups.keys()].sort((one, other) => one.localeCompare(other, "en", {numeric: true}));
+    return parents.map((parent) => portsOf(adapter, parent, groups.get(parent)));
 }
 
 function shelvesOf(adapter) {
@@ -113,6 +124,11 @@ function completeAdapter(adapter, problems) {
     return adapter;
 }
 
+function verdictOf(problems) {
+    if (problems.some((one) => one.severity === "critical")) return "critical";
+    return problems.length > 0 ? "warning" : "fine";
+}
+
 function completeMachine(machine, place) {
     machine.place = place;
     machine.adapters.forEach((adapter) => completeAdapter(adapter, machine.problems));
@@ -120,7 +136,7 @@ function completeMachine(machine, place) {
     machine.space = machine.disks.reduce((sum, disk) => sum + (disk.size ?? 0), 0);
     machine.critical = machine.problems.filter((one) => one.severity === "critical").length;
     machine.warnings = machine.problems.length - machine.critical;
-    machine.verdict = machine.critical ? "critical" : machine.warnings ? "warning" : "fine";
+    machine.verdict = verdictOf(machine.problems);
     machine.name = machine.host || machine.source || "this machine";
     return machine;
 }

@@ -3,7 +3,7 @@
 // How many bays stand side by side, and which way: shelves of up to 16 bays take lying disks, larger ones standing.
 function layoutOf(shelf) {
     const count = shelf.bays.length;
-    if (shelf.kind === "ports") return {columns: Math.min(Math.max(count, 3), 6), tall: false};
+    if (shelf.kind === "ports") return {columns: Math.min(count, 6), tall: false};
     if (count <= 16) return {columns: Math.min(count, 4), tall: false};
     return {columns: count <= 26 ? count : Math.min(count, 24), tall: true};
 }

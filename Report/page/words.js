@@ -2,7 +2,9 @@
 
 const numbers = new Intl.NumberFormat("en");
 
-function plural(count, one, many = `${one}s`) { return `${numbers.format(count)} ${count === 1 ? one : many}`; }
+function plural(count, one, many = `${one}s`) {
+    return `${numbers.format(count)} ${count === 1 ? one : many}`;
+}
 
 // Bytes for people, by thousands as disks are sold: "2.0 TB".
 function sizeText(bytes) {
@@ -15,7 +17,9 @@ function sizeText(bytes) {
     return `${amount.toFixed(unit > 0 && amount < 99.95 ? 1 : 0)} ${units[unit]}`;
 }
 
-function speedText(bits) { return bits === undefined ? "" : `${bits / 1e9} Gb/s`; }
+function speedText(bits) {
+    return bits === undefined ? "" : `${bits / 1e9} Gb/s`;
+}
 
 // Hours under power, from seconds.
 function hoursText(seconds) {
@@ -34,7 +38,9 @@ function timeText(made) {
 }
 
 // A sentence that begins with its name: "disk 3" to "Disk 3".
-function capital(text) { return text.charAt(0).toUpperCase() + text.slice(1); }
+function capital(text) {
+    return text.charAt(0).toUpperCase() + text.slice(1);
+}
 
 function quoted(kind, object) {
     const id = object.id === undefined ? "" : ` ${object.id}`;

@@ -18,6 +18,16 @@ STORE = {"adapters": [{
     "arrays": [{"name": "data", "level": "RAID6", "disks": list(range(8)), "virtualDisks": [{"name": "data"}]},
                {"name": "archive", "level": "RAID5", "disks": list(range(8, 13)),
                 "virtualDisks": [{"name": "archive", "size": "10TB"}, {"name": "scratch"}]}]}]}
+SMALL = {"adapters": [{"type": "LD-based", "disks": [{"count": 6, "type": "SATA", "size": "2TB"}], "virtualDisks": [
+    {"name": "system", "level": "RAID1", "disks": [0, 1], "size": "200GB"},
+    {"name": "home", "level": "RAID5", "disks": [2, 3, 4]}]}]}
+TWO_SHELVES = {"adapters": [{
+    "type": "array-based", "battery": {}, "expanders": [{}, {}], "enclosures": [{"id": 1}, {"id": 2}],
+    "disks": [dict(DISK, count=18), dict(DISK, count=5, spare="global"),
+              dict(DISK, count=10, type="SAS SSD", size="1600GB", parent=1, enclosure=2),
+              dict(DISK, type="SAS SSD", size="1600GB", parent=1, enclosure=2, spare="global")],
+    "arrays": [{"name": "bulk", "level": "RAID60", "disks": list(range(18)), "virtualDisks": [{"name": "bulk"}]},
+               {"name": "fast", "level": "RAID10", "disks": list(range(23, 33)), "virtualDisks": [{"name": "mail"}]}]}]}
 SCRIPT = "</script><script>window.ran=1</script>"
 IMAGE = "<img src=x onerror='window.ran=2'>"
 
@@ -137,8 +147,11 @@ class OneMachine(Pages):
         self.assertIn("Disk 15", self.browser.one(".inspector").text)
         self.browser.press("ENTER")
         self.assertTrue(self.browser.all(".inspector.kept"))
+        self.browser.press("TAB")
+        self.assertEqual(self.browser.run("return document.activeElement.ariaLabel"), "Close", "the card is the next stop")
         self.browser.press("ESCAPE")
         self.assertFalse(self.browser.all(".inspector"))
+        self.assertIn("disk 15,", self.browser.run("return document.activeElement.ariaLabel"))
         stops = [self.browser.press("TAB") or self.browser.run("return document.activeElement.className") for _ in range(2)]
         self.assertFalse([stop for stop in stops if "bay" in stop], "a shelf is one stop")
 
@@ -182,7 +195,7 @@ class OneMachine(Pages):
 class Hostile(Pages):
     def test_names_stay_text(self):
         report = report_of("hostile")
-        report["host"] = SCRIPT
+        report["host"] = SCRIPT * 9
         adapter = report["adapters"][0]
         adapter["model"], adapter["arrays"][0]["name"] = IMAGE, SCRIPT
         for disk in adapter["disks"]:
@@ -205,6 +218,11 @@ class Hostile(Pages):
         self.assertEqual(self.browser.texts(".volume h4")[0], SCRIPT)
         self.assertEqual(self.browser.all("main script, main img, .inspector b, h1 *"), [])
         self.assertIsNone(self.browser.run("return window.ran ?? null"))
+        self.browser.screen(390, 844)
+        for _ in ("machine", "wall"):
+            self.assertLessEqual(self.browser.run("return document.documentElement.scrollWidth"), 390)
+            self.browser.press("ESCAPE", "ESCAPE")
+            self.browser.soon(lambda: self.browser.all(".tile"))
 
     def test_what_is_missing_or_odd_breaks_nothing(self):
         bench = Bench("none")
@@ -342,23 +360,49 @@ class Wall(Pages):
         self.assertLess(took, 10)
         self.assertEqual(self.browser.texts(".fleet a"), ["143 critical", "142 warning", "715 fine"])
 
+    def test_sixteen_adapters(self):
+        self.open(Bench("full"))
+        self.assertEqual(len(self.browser.all("button.bay")), 2048)
+        self.browser.all(".way")[15].click()
+        self.assertEqual(self.browser.run("return document.activeElement.dataset.key"), "15/adapter/15")
+
+
+class Pictures(Pages):
+    """What a person should look at when the page has changed; the first is the README's."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.bench = Bench("none")
+        idle = ("clock", "until", "idle")
+        fine = [report_of(lab, idle) for lab in (STORE, SMALL, TWO_SHELVES)]
+        ill = [report_of(STORE, idle, ("disk", "fail", "3", "--force"), ("clock", "advance", "4h")),
+               report_of(SMALL, idle, ("disk", "fail", "1", "--force")), report_of(TWO_SHELVES, idle, ("disk", "trip", "21")),
+               report_of(STORE, idle, ("disk", "age", "15", "wear", "86")), report_of("default")]
+        cls.paths = []
+        for at in range(48):
+            report = dict(ill[at // 9] if at % 9 == 4 and at < 45 else fine[(at * 5) % 7 % 3])
+            report["host"] = f"{('ams', 'fra', 'sto')[at % 3]}-store-{at // 3 + 1:02}"
+            cls.paths.append(cls.bench.path(report["host"] + ".json"))
+            with open(cls.paths[-1], "w", encoding="ascii") as file:
+                json.dump(report, file)
+
     def test_pictures(self):
-        """What a person should look at when the page has changed; the first is the README's."""
-        self.open(self.bench, "--from", *self.files(40))
-        self.browser.screen(1280, 800)
-        self.browser.picture(os.path.join(PICTURES, "wall.png"))
-        for name, size in (("dark", (1280, 900, "dark")), ("phone", (390, 844, "light", 2)), ("light", (1280, 900))):
+        self.open(self.bench, "--from", *self.paths)
+        self.browser.screen(1280, 720)
+        self.browser.picture(os.path.join(PICTURES, "page.png"))
+        for name, size in (("light", (1280, 900)), ("dark", (1280, 900, "dark")), ("phone", (390, 844, "light", 2))):
             self.browser.screen(*size)
             self.browser.picture(os.path.join(PICTURES, f"wall-{name}.png"))
             self.browser.one(".tile").click()
             self.browser.soon(lambda: self.browser.all("button.bay"))
             self.browser.run("document.querySelector('.shelf').scrollIntoView({block: 'center'})")
-            self.browser.one('button.bay[aria-label^="Slot 9"]').click()
+            self.browser.one("button.bay.bad, button.bay.busy").click()
             self.browser.picture(os.path.join(PICTURES, f"machine-{name}.png"))
             self.browser.press("ESCAPE", "ESCAPE")
             self.browser.soon(lambda: self.browser.all(".tile"))
         self.assertTrue(all(os.path.getsize(os.path.join(PICTURES, name)) > 20000
-                            for name in ("wall.png", "wall-phone.png", "machine-dark.png")))
+                            for name in ("page.png", "wall-phone.png", "machine-dark.png")))
 
 
 if __name__ == "__main__":
