@@ -1,4 +1,6 @@
 // ktreport page: all of it as one HTML file to look at.
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 
 #include "Public/wholeFile.h"
@@ -39,7 +41,7 @@ static void writePage(Invocation& invocation, const CLI::Option& named, const st
     if (file.empty()) {
         std::cout << page;
     } else if (writeWholeFile(file, page, Existing::Replace) != WroteFile::Yes) {
-        throw LoadFailure{file + ": cannot be written"};
+        throw LoadFailure{file + ": cannot be written: " + strerror(errno)};
     }
 }
 

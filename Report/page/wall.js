@@ -1,11 +1,9 @@
 // Many machines: a tile each, worst first.
 
-const MINI = {
-    width: 10,
-    height: 24,
-    columns: 24
-};                      // a bay of a tile's shelf, with the gap beside it
-const MOST_MINIS = 160; // more disks than a tile has room for are only counted
+const MINI_WIDTH = 10; // a bay of a tile's shelf, with the gap beside it
+const MINI_HEIGHT = 24;
+const MINI_COLUMNS = 24;
+const MOST_MINIS = 120; // more disks than a tile has room for are only counted
 
 // A bay of a tile: its colour, and a shape unless all is as it should be; what the filter is not about stands back.
 function miniBay(bay, x, y, chosen) {
@@ -14,24 +12,28 @@ function miniBay(bay, x, y, chosen) {
     const mark = look.tone !== "good" && look.tone !== "empty";
     return makeSvg(
         "g", {"class": `${look.tone}${faded ? " faded" : ""}`, transform: `translate(${x} ${y})`},
-        makeSvg("rect", {width: MINI.width - 1.2, height: MINI.height - 4, rx: 1.6}),
+        makeSvg("rect", {width: MINI_WIDTH - 1.2, height: MINI_HEIGHT - 4, rx: 1.6}),
         mark && makeSvg("path",
                         {d: SHAPES[look.shape], transform: "translate(.8 10.6) scale(.45)", "fill-rule": "evenodd"}));
 }
 
-// The shelves of a tile with their disks in place, 24 bays in a row.
+// The shelves of a tile with their disks in place, in rows of 24 bays; small groups of ports share a row.
 function miniShelves(machine, chosen) {
     const bays = [];
-    let row = 0;
+    let at = 0;
     for (const shelf of machine.adapters.flatMap((adapter) => adapter.shelves)) {
         if (!shelf.bays.some((bay) => bay.disk)) continue;
-        shelf.bays.forEach((bay, at) => {
-            const x = (at % MINI.columns) * MINI.width;
-            bays.push(miniBay(bay, x, (row + Math.floor(at / MINI.columns)) * MINI.height, chosen));
-        });
-        row += Math.ceil(shelf.bays.length / MINI.columns);
+        const fits = (at % MINI_COLUMNS) + shelf.bays.length <= MINI_COLUMNS;
+        if (!fits) at = Math.ceil(at / MINI_COLUMNS) * MINI_COLUMNS;
+        for (const bay of shelf.bays) {
+            const row = Math.floor(at / MINI_COLUMNS);
+            bays.push(miniBay(bay, (at % MINI_COLUMNS) * MINI_WIDTH, row * MINI_HEIGHT, chosen));
+            ++at;
+        }
+        if (at % MINI_COLUMNS !== 0) ++at;
     }
-    const size = `0 0 ${MINI.columns * MINI.width - 1} ${Math.max(row, 1) * MINI.height - 4}`;
+    const rows = Math.max(Math.ceil((at - 1) / MINI_COLUMNS), 1);
+    const size = `0 0 ${MINI_COLUMNS * MINI_WIDTH - 1} ${rows * MINI_HEIGHT - 4}`;
     return makeSvg("svg", {"class": "minis", viewBox: size, "aria-hidden": "true"}, bays);
 }
 

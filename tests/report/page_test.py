@@ -89,6 +89,9 @@ class Page(unittest.TestCase):
         self.page("-o", "", result=2)
         refused = self.page("-o", self.bench.path("no/such/page.html"), result=3)
         self.assertIn("no/such/page.html: cannot be written", refused.stderr)
+        os.mkfifo(self.bench.path("pipe"))
+        self.page("-o", self.bench.path("pipe"), result=3)
+        self.assertTrue(stat.S_ISFIFO(os.stat(self.bench.path("pipe")).st_mode))
 
     def test_what_is_no_report_is_named_and_left_out(self):
         good = self.save("good.json", json.dumps(self.bench.report()))
