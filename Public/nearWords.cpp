@@ -33,10 +33,10 @@ namespace {
 struct Nearest {
     const char* words[MOST_SUGGESTIONS] = {};
     size_t count = 0;
-    size_t steps = 3; // more than anything that is suggested
+    size_t steps = 2; // at most
     void consider(const char* typed, const char* word) {
         const size_t away = distance(typed, word);
-        if (away > steps || away > 2 || 2 * away >= strlen(word)) return;
+        if (away > steps || 2 * away >= strlen(word)) return;
         if (away < steps) count = 0;
         steps = away;
         const bool known =

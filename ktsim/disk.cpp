@@ -17,21 +17,25 @@ struct DiskOptions {
     bool clear = false;
 };
 
-using DiskChange = std::function<KT_U8(Context&, KT_U16 pd)>;
+// One thing that may happen to a disk.
+struct DiskChange {
+    const char* word;
+    const char* help;
+    bool asks; // first, when virtual disks lie on the disk
+    std::function<KT_U8(Context&, KT_U16 pd)> happen;
+};
 
-// Asks first when virtual disks lie on the disk. `missing` completes "there is no disk 5 ...".
 static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
-                           const char* word, const char* help, const char* missing, bool asks,
                            const DiskChange& change) {
-    CLI::App* command = disk.add_subcommand(word, help);
+    CLI::App* command = disk.add_subcommand(change.word, change.help);
     command->add_option("ID", wanted->id, "The disk")->required()->check(CLI::Range(0U, 65534U));
     addAdapterOption(*command, options);
-    if (asks) addForceOption(*command, options);
-    command->callback([&options, wanted, missing, asks, change] {
+    if (change.asks) addForceOption(*command, options);
+    command->callback([&options, wanted, change] {
         const auto pd = static_cast<KT_U16>(wanted->id);
-        if (asks) askAboutDisks(options, {pd});
+        if (change.asks) askAboutDisks(options, {pd});
         changeAdapter(options, [&](Context& context) {
-            checkDisk(change(context, pd), pd, missing);
+            checkDisk(change.happen(context, pd), pd, "");
             settleAll(context.store);
         });
     });
@@ -55,8 +59,9 @@ static KT_U8 age(const Context& context, KT_U16 pd, const DiskOptions& wanted) {
 }
 
 static void addAge(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted) {
-    CLI::App* command = addChange(disk, options, wanted, "age", "Wear it: its SMART attributes move", "", false,
-                                  [wanted](Context& context, KT_U16 pd) { return age(context, pd, *wanted); });
+    CLI::App* command = addChange(disk, options, wanted,
+                                  {"age", "Wear it: its SMART attributes move", false,
+                                   [wanted](Context& context, KT_U16 pd) { return age(context, pd, *wanted); }});
     command->add_option("WHAT", wanted->aspect, "What wears")->required()->check(CLI::IsMember(agingWords()));
     command->add_option("AMOUNT", wanted->amount, "By how much")->capture_default_str();
 }
@@ -102,11 +107,20 @@ static KT_U8 spoil(const Context& context, KT_U16 pd, KT_U8 flaw, const DiskOpti
     return KT_OK;
 }
 
-static void addSpoil(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted, const char* word,
-                     const char* help, KT_U8 flaw) {
+// A way to make sectors bad.
+struct Spoiling {
+    const char* word;
+    const char* help;
+    KT_U8 flaw;
+};
+
+static void addSpoil(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
+                     const Spoiling& way) {
+    const KT_U8 flaw = way.flaw;
     CLI::App* command =
-        addChange(disk, options, wanted, word, help, "", true,
-                  [wanted, flaw](Context& context, KT_U16 pd) { return spoil(context, pd, flaw, *wanted); });
+        addChange(disk, options, wanted, {way.word, way.help, true, [wanted, flaw](Context& context, KT_U16 pd) {
+                                              return spoil(context, pd, flaw, *wanted);
+                                          }});
     command->add_option("--lba", wanted->lba, "The first sector; else wherever it happens")
         ->check(CLI::Range(KT_U64{0}, (KT_U64{1} << 48) - 1));
     command->add_option("--count", wanted->amount, "So many sectors")
@@ -120,11 +134,12 @@ void addDisk(CLI::App& app, Options& options) {
     const auto wanted = std::make_shared<DiskOptions>();
     addDiskMoves(*disk, options);
     addAge(*disk, options, wanted);
-    addSpoil(*disk, options, wanted, "damage", "Some of its sectors cannot be read any more", FLAW_UNREADABLE);
-    addSpoil(*disk, options, wanted, "corrupt", "Some of its sectors hold wrong data, which only a check tells",
-             FLAW_WRONG);
+    addSpoil(*disk, options, wanted, {"damage", "Some of its sectors cannot be read any more", FLAW_UNREADABLE});
+    addSpoil(*disk, options, wanted,
+             {"corrupt", "Some of its sectors hold wrong data, which only a check tells", FLAW_WRONG});
     CLI::App* trip =
-        addChange(*disk, options, wanted, "trip", "Its SMART status goes over the threshold", "", false,
-                  [wanted](Context& context, KT_U16 pd) { return tripSmart(context, pd, !wanted->clear); });
+        addChange(*disk, options, wanted,
+                  {"trip", "Its SMART status goes over the threshold", false,
+                   [wanted](Context& context, KT_U16 pd) { return tripSmart(context, pd, !wanted->clear); }});
     trip->add_flag("--clear", wanted->clear, "Back under it, its wear undone");
 }

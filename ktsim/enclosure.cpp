@@ -99,10 +99,16 @@ static void showEnclosures(const Context& context) {
     });
 }
 
+// One thing that may happen to an element.
+struct ElementChange {
+    const char* word;
+    const char* help;
+    void (*happen)(const Context&, const EnclosureOptions&);
+};
+
 static CLI::App* addChange(CLI::App& enclosure, Options& options, const std::shared_ptr<EnclosureOptions>& wanted,
-                           const char* word, const char* help,
-                           void (*change)(const Context&, const EnclosureOptions&)) {
-    CLI::App* command = enclosure.add_subcommand(word, help);
+                           const ElementChange& change) {
+    CLI::App* command = enclosure.add_subcommand(change.word, change.help);
     command->add_option("ENCLOSURE", wanted->enclosure, "Its id")->required()->check(CLI::Range(0U, 65534U));
     command->add_option("ELEMENT", wanted->element, "The kind of element")
         ->required()
@@ -111,7 +117,7 @@ static CLI::App* addChange(CLI::App& enclosure, Options& options, const std::sha
     addAdapterOption(*command, options);
     command->callback([&options, wanted, change] {
         changeAdapter(options, [&](Context& context) {
-            change(context, *wanted);
+            change.happen(context, *wanted);
             settleAll(context.store);
         });
     });
@@ -125,10 +131,10 @@ void addEnclosure(CLI::App& app, Options& options) {
     CLI::App* show = enclosure->add_subcommand("show", "Print how the enclosures and their elements do");
     addAdapterOption(*show, options);
     show->callback([&options] { changeAdapter(options, showEnclosures); });
-    addChange(*enclosure, options, wanted, "set", "Put an element into a condition", setCondition)
+    addChange(*enclosure, options, wanted, {"set", "Put an element into a condition", setCondition})
         ->add_option("CONDITION", wanted->condition, "ok, failed ... (a wrong word lists them)")
         ->required();
-    addChange(*enclosure, options, wanted, "reading", "What a sensor measures or how fast a fan turns", setReading)
+    addChange(*enclosure, options, wanted, {"reading", "What a sensor measures or how fast a fan turns", setReading})
         ->add_option("VALUE", wanted->reading, "Celsius, hundredths of a volt, or turns a minute")
         ->required();
     addShelfMoves(*enclosure, options);

@@ -108,3 +108,21 @@ _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes
     std::copy(disks.begin(), disks.end(), param.PDIDs);
     return param;
 }
+
+_LD_Info vdInfo(KT_U8 adapter, KT_U16 id) {
+    _LD_Info info = {};
+    EXPECT_EQ(readItem(KT_LD_GetInfo, adapter, id, &_LD_Info_Request::ldInfo, info), KT_OK);
+    return info;
+}
+
+_DG_Info dgInfo(KT_U8 adapter, KT_U16 id) {
+    _DG_Info info = {};
+    EXPECT_EQ(readItem(KT_DG_GetInfo, adapter, id, &_DG_Info_Request::dgInfo, info), KT_OK);
+    return info;
+}
+
+KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
+    _HD_RAID_STATUS status = {};
+    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
+    return status.Status;
+}

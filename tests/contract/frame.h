@@ -79,3 +79,8 @@ KT_U8 readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record 
     if (status == KT_OK) record = (request.*records)[0];
     return status;
 }
+
+// Records by their id.
+_LD_Info vdInfo(KT_U8 adapter, KT_U16 id);
+_DG_Info dgInfo(KT_U8 adapter, KT_U16 id);
+KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*

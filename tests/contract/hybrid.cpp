@@ -1,4 +1,5 @@
 #include "frame.h"
+#include "outside.h"
 
 #include <set>
 
@@ -95,4 +96,6 @@ TEST_F(Hybrid, LinksGoToFreeDisks) {
     ASSERT_EQ(KT_VDHDD_GetLink(0, 1, &pd), KT_OK);
     EXPECT_EQ(pd, 4);
     EXPECT_EQ(KT_VDHDD_GetLink(0, 9, &pd), KT_ERR_INVALID_VD);
+    outside::failDisk(0, 5);
+    EXPECT_EQ(KT_VDHDD_AddLink(0, 0, 5), KT_ERR_PD_MISSING);
 }

@@ -50,24 +50,6 @@ static KT_U8 createVd(KT_U8 level, KT_U64 megabytes = 0, KT_U8 slot = 255) {
     return KT_CreateOrModify_VD(ARRAYS, &param);
 }
 
-static _LD_Info vdInfo(KT_U8 adapter, KT_U16 id) {
-    _LD_Info info = {};
-    EXPECT_EQ(readItem(KT_LD_GetInfo, adapter, id, &_LD_Info_Request::ldInfo, info), KT_OK);
-    return info;
-}
-
-static _DG_Info dgInfo(KT_U16 id) {
-    _DG_Info info = {};
-    EXPECT_EQ(readItem(KT_DG_GetInfo, ARRAYS, id, &_DG_Info_Request::dgInfo, info), KT_OK);
-    return info;
-}
-
-static KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
-    _HD_RAID_STATUS status = {};
-    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
-    return status.Status;
-}
-
 // "activity/state percent" of a virtual disk.
 static std::string activity(KT_U8 adapter, KT_U16 vd) {
     _LD_STATUS status = {};
@@ -174,22 +156,22 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     ASSERT_EQ(KT_CreateOrModify_DG(ARRAYS, &asked, 1), KT_OK);
     EXPECT_EQ(readList(KT_DG_GetInfo, ARRAYS, &_DG_Info_Request::dgInfo).size(), 0U);
     ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    EXPECT_EQ(dgInfo(0).TotalManagedSpace, asked.Size);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).TotalManagedSpace, asked.Size);
     for (int i = 0; i < 3; ++i)
         ASSERT_EQ(createVd(KT_RAID5, 1000), KT_OK);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
-    EXPECT_EQ(dgInfo(0).VDSlotCount, 4);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).VDSlotCount, 4);
     EXPECT_EQ(createVd(KT_RAID5, 2000, 1), KT_ERR_NO_RESOURCE);
     ASSERT_EQ(createVd(KT_RAID5, 600, 1), KT_OK);
-    const _DG_Info split = dgInfo(0);
+    const _DG_Info split = dgInfo(ARRAYS, 0);
     EXPECT_EQ(split.VDSlotCount, 5);
     EXPECT_EQ(split.VDSlotSize[1], 600 * MB);
     EXPECT_EQ(split.VDSlotSize[2], 400 * MB);
     EXPECT_EQ(split.RemainingManagedSpace, split.TotalManagedSpace - 2600 * MB);
     for (KT_U16 vd = 0; vd < 3; ++vd)
         ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
-    EXPECT_EQ(dgInfo(0).VDSlotCount, 1);
-    EXPECT_EQ(dgInfo(0).RemainingManagedSpace, asked.Size);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).VDSlotCount, 1);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, asked.Size);
     ASSERT_EQ(createVd(KT_RAID5), KT_OK);
     EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 0), KT_OK);
@@ -226,7 +208,7 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 1, 2}));
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_DEDICATED_SPARE);
     ASSERT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_OK);
-    EXPECT_EQ(dgInfo(0).SparePDCount, 0);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).SparePDCount, 0);
     ASSERT_EQ(createVd(KT_RAID5, 30000), KT_OK);
     disk(ARRAYS, outside::pullDisk, 2);
     disk(ARRAYS, outside::insertDisk, 2);
@@ -430,7 +412,7 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     advance(HOUR);
     EXPECT_EQ(newEvents(ARRAYS), std::vector<std::string>());
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
-    EXPECT_EQ(dgInfo(0).RaidMode, KT_RAID1);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).RaidMode, KT_RAID1);
     EXPECT_EQ(activity(ARRAYS, 0), "32/5 30");
     EXPECT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
     disk(ARRAYS, outside::insertDisk, 3);
@@ -439,6 +421,14 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     advance(HOUR);
     disk(ARRAYS, outside::insertDisk, 2);
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "it has kept its place";
+}
+
+// Its members are all that an array without virtual disks has.
+TEST_F(Raid, AnArrayIsNotSetDownWithItsDisks) {
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    EXPECT_EQ(KT_PD_SetHDStatus(ARRAYS, 0, 0), KT_OK);
+    EXPECT_EQ(KT_PD_SetHDStatus(ARRAYS, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
+    EXPECT_EQ(roleOf(ARRAYS, 1), KT_PD_MEMBER);
 }
 
 TEST_F(Raid, WipingTakesAMemberAway) {
@@ -451,76 +441,4 @@ TEST_F(Raid, WipingTakesAMemberAway) {
     EXPECT_EQ(members(PLAIN, 0), (Ids{KT_NO_ID, 1}));
     EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
-}
-
-static const char OTHER[] = R"({"adapters": [{"type": "LD-based", "disks": [
-  {"count": 4, "type": "SATA", "size": "100GB"}], "virtualDisks": [
-  {"level": "RAID5", "disks": [0, 1, 2], "size": "10GiB"}, {"level": "RAID0", "disks": [0, 3], "size": "10GiB"}]}]})";
-
-TEST_F(Raid, ForeignDisksBringTheirVirtualDisks) {
-    std::vector<KT_U16> ids;
-    const auto bring = [&](const std::vector<KT_U16>& disks) {
-        EXPECT_EQ(outside::insertForeignDisks(ARRAYS, OTHER, disks, ids), KT_OK);
-    };
-    outside::pullDisk(ARRAYS, 5);
-    bring({0});
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "one of three";
-    bring({1, 2});
-    EXPECT_EQ(ids, (std::vector<KT_U16>{11, 12, 13})) << "the pulled disk keeps its id";
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "an array would lie on the other one's block";
-    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE);
-    EXPECT_EQ(roleOf(ARRAYS, 11) & KT_PD_FOREIGN, KT_PD_FOREIGN);
-    EXPECT_EQ(createDg(KT_RAID1, {0, 11}), KT_ERR_PD_ASSIGNED);
-    EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
-    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
-    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE);
-    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
-    for (const KT_U16 pd : Ids{11, 12, 13})
-        outside::pullDisk(ARRAYS, pd);
-    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_MISSING) << "its disks have left";
-    for (const KT_U16 pd : Ids{13, 11, 12})
-        outside::insertDisk(ARRAYS, pd);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
-    newEvents(ARRAYS);
-    ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
-    EXPECT_EQ(dgInfo(0).VDIDs[0], 0);
-    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_STATUS);
-    start(LAB);
-    bring({1, 2});
-    ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
-    bring({0});
-    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED) << "the rest of what is in use already";
-    disk(ARRAYS, outside::pullDisk, 13);
-    disk(ARRAYS, outside::insertDisk, 13);
-    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED);
-    EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
-    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE) << "one of three";
-    EXPECT_EQ(KT_LD_Report(ARRAYS, 0), KT_ERR_VD_NOT_REPORTABLE) << "it is no conflicted one";
-    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
-}
-
-// Two virtual disks of one array, and adapters that take one of an array, or one at all.
-static const char PAIR[] = R"({"adapters": [{"type": "array-based", "disks": [
-  {"count": 2, "type": "SAS", "size": "100GB"}], "arrays": [{"level": "RAID1", "disks": [0, 1],
-  "virtualDisks": [{"size": "10GiB"}, {"size": "10GiB"}]}]}]})";
-
-TEST_F(Raid, ImportHasItsLimits) {
-    const auto bring = [&](const char* limit, KT_U8 answer = KT_OK) {
-        start((std::string(R"({"adapters": [{"type": "array-based", "disks": [{"type": "SAS", "size": "100GB"}], )") +
-               limit + "}]}")
-                  .c_str());
-        std::vector<KT_U16> ids;
-        EXPECT_EQ(outside::insertForeignDisks(0, PAIR, {0, 1}, ids), answer);
-        std::vector<KT_U8> statuses;
-        for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))
-            statuses.push_back(vd.Status);
-        return statuses;
-    };
-    using Statuses = std::vector<KT_U8>;
-    EXPECT_EQ(bring(R"("MaxVDPerDG": 2)"), (Statuses{KT_VD_IMPORTABLE, KT_VD_IMPORTABLE}));
-    EXPECT_EQ(bring(R"("MaxVDPerDG": 1)"), (Statuses{KT_VD_NOT_IMPORTABLE, KT_VD_NOT_IMPORTABLE}));
-    EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
-    bring(R"("MaxLogicalDrive": 1)", KT_ERR_NO_VD_ID);
 }

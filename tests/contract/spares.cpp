@@ -24,15 +24,8 @@ struct Spares : LabTest<LAB> {
 };
 
 static Ids members() {
-    _DG_Info info = {};
-    EXPECT_EQ(readItem(KT_DG_GetInfo, 0, 0, &_DG_Info_Request::dgInfo, info), KT_OK);
+    const _DG_Info info = dgInfo(0, 0);
     return Ids(info.PDIDs, info.PDIDs + info.PDCount);
-}
-
-static KT_U8 roleOf(KT_U16 pd) {
-    _HD_RAID_STATUS status = {};
-    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, 0, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
-    return status.Status;
 }
 
 static bool hasMbr(KT_U16 pd) {
@@ -59,11 +52,11 @@ TEST_F(Spares, TheArraysOwnComesFirstThenTheSmallestThatFits) {
 
 TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
     for (const KT_U16 pd : Ids{3, 5}) {
-        const KT_U8 role = roleOf(pd);
+        const KT_U8 role = roleOf(0, pd);
         EXPECT_EQ(role, pd == 3 ? KT_PD_DEDICATED_SPARE : KT_PD_GLOBAL_SPARE);
         pull(pd);
         insert(pd);
-        EXPECT_EQ(roleOf(pd), role);
+        EXPECT_EQ(roleOf(0, pd), role);
     }
     fail(0);
     EXPECT_EQ(members(), (Ids{3, 1, 2}));
@@ -79,8 +72,29 @@ TEST_F(Spares, NoRebuildGoesOntoTheSystemOrOntoAnOpticalDrive) {
     EXPECT_FALSE(hasMbr(9)) << "the array's data took its place";
 }
 
+// A partition table says that somebody uses the disk.
+TEST_F(Spares, ADiskIsRebuiltInItsOldPlaceUnlessItHasAPartitionTable) {
+    for (const bool mbr : {false, true}) {
+        const std::string disk = mbr ? R"({"size": "100GB", "mbr": true})" : R"({"size": "100GB"})";
+        start((R"({"adapters": [{"type": "array-based", "disks": [)" + disk + R"(, {"size": "100GB"}], "arrays": [
+          {"level": "RAID1", "disks": [0, 1], "virtualDisks": [{"size": "1GB"}]}]}]})")
+                  .c_str());
+        pull(0);
+        insert(0);
+        EXPECT_EQ(roleOf(0, 0), mbr ? 0 : KT_PD_MEMBER);
+    }
+}
+
 TEST_F(Spares, WipingTakesThePartitionTableAway) {
     ASSERT_TRUE(hasMbr(9));
     ASSERT_EQ(KT_PD_WipeHDMDD(0, 9, 0), KT_OK);
     EXPECT_FALSE(hasMbr(9));
+}
+
+TEST_F(Spares, ASpareThatIsReleasedIsAFreeDisk) {
+    ASSERT_EQ(KT_PD_Spare2FreeHD(0, 5), KT_OK);
+    EXPECT_EQ(newEvents(), (std::vector<std::string>{"2/10 of 5", "2/54 of 5"}));
+    EXPECT_EQ(roleOf(0, 5), 0);
+    ASSERT_EQ(KT_PD_Spare2FreeHD(0, 3), KT_OK);
+    EXPECT_EQ(dgInfo(0, 0).SparePDIDs[0], KT_NO_ID) << "the array has it no longer";
 }

@@ -64,6 +64,23 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/25 of 0"}));
 }
 
+// RAID1E writes every row of stripes twice, the second time one disk further on.
+TEST_F(Surface, ACheckNamesTheSectorOfTheVirtualDisk) {
+    start(R"({"adapters": [{"type": "array-based", "disks": [{"count": 3, "size": "4GB"}],
+      "arrays": [{"level": "RAID1E", "disks": [0, 1, 2], "virtualDisks": [{"size": "1GB"}]}]}]})");
+    spoil(1, 128 + 0x10, outside::WRONG);
+    spoil(2, 2 * 128 + 0x10, outside::WRONG);
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
+              Events({"1/20 of 0", "1/100 of 0", "1/100 of 0", "1/25 of 0"}));
+    std::vector<_Event> events(255);
+    KT_U8 count = 0;
+    ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
+    std::vector<KT_U32> lbas;
+    for (const _Event& event : events)
+        if (event.Class == 1 && event.Code == 100) lbas.push_back(event.Params[1]);
+    EXPECT_EQ(lbas, (std::vector<KT_U32>{0x10, 5 * 128 + 0x10}));
+}
+
 TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
     spoil(0, 100, outside::UNREADABLE);
     spoil(0, 200, outside::WRONG);

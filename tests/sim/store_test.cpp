@@ -129,15 +129,20 @@ TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
 TEST_F(StateFile, RowOfAWrongSizeFailsItsCallOnly) {
     allowSpoiltState();
     make();
+    testing::internal::CaptureStderr();
     sql(path, "UPDATE record SET data = x'0102' WHERE adapter = 0 AND kind = 20 AND id = 1");
     ASSERT_EQ(KT_API_Initialize(), KT_OK);
-    testing::internal::CaptureStderr();
     _LD_Info_Request request = {};
     request.header = {0, KT_REQUEST_ITEM, 1, 1, 0, 0, {}};
     EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_FAILED);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("damaged record"), std::string::npos);
     request.header = {0, KT_REQUEST_ITEM, 0, 1, 0, 0, {}};
     EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_OK);
+    KT_API_Finalize();
+    sql(path, "UPDATE record SET data = zeroblob(5000) WHERE adapter = 0 AND kind = 80");
+    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    _BBU_Info battery = {};
+    EXPECT_EQ(KT_BBU_GetInfo(0, &battery), KT_ERR_FAILED);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("damaged record"), std::string::npos);
 }
 
 TEST_F(StateFile, FullDiskFailsTheCallAndKeepsTheState) {

@@ -363,7 +363,7 @@ TEST(CfgLosses, NameBothValues) {
     _HBA_Info_Page page = {};
     page.DSpinUpGroup = 1;
     memcpy(page.Serial_Num, "KS 42", 5);
-    page.PHY_Rate[1] = 2;
+    page.PHY_Rate[0] = page.PHY_Rate[1] = 2;
     // What comes back is not named: not even what a text never holds, how far an activity has come, say.
     raid->ldCount = 4;
     for (unsigned i = 0; i < raid->ldCount; ++i) {
@@ -389,6 +389,7 @@ TEST(CfgLosses, NameBothValues) {
     raid->spareCount = 1;
     EXPECT_EQ((std::vector<std::string>{
                   "adapter: [SERIAL_NUMBER] 'KS 42' is written as 'KS42'",
+                  "port 0: [RATE] 2 is written as '', which restore_cfg refuses",
                   "port 1: [RATE] 2 is written as '', which restore_cfg refuses",
                   "virtual disk 11: 20971527 M is written as 7 M",
                   "virtual disk 11: [READ POLICY] READAHEAD is written as NONE",

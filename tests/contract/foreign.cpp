@@ -1,0 +1,82 @@
+// Disks that come from other adapters, with virtual disks on them.
+#include "frame.h"
+#include "outside.h"
+
+static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [
+  {"count": 11, "type": "SAS", "size": "100GB"}]}]})";
+static const KT_U8 ARRAYS = 0;
+
+struct Foreign : LabTest<LAB> {};
+
+static const char OTHER[] = R"({"adapters": [{"type": "LD-based", "disks": [
+  {"count": 4, "type": "SATA", "size": "100GB"}], "virtualDisks": [
+  {"level": "RAID5", "disks": [0, 1, 2], "size": "10GiB"}, {"level": "RAID0", "disks": [0, 3], "size": "10GiB"}]}]})";
+
+TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
+    std::vector<KT_U16> ids;
+    const auto bring = [&](const std::vector<KT_U16>& disks) {
+        EXPECT_EQ(outside::insertForeignDisks(ARRAYS, OTHER, disks, ids), KT_OK);
+    };
+    outside::pullDisk(ARRAYS, 5);
+    bring({0});
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "one of three";
+    bring({1, 2});
+    EXPECT_EQ(ids, (std::vector<KT_U16>{11, 12, 13})) << "the pulled disk keeps its id";
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_NOT_IMPORTABLE) << "an array would lie on the other one's block";
+    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE);
+    EXPECT_EQ(roleOf(ARRAYS, 11) & KT_PD_FOREIGN, KT_PD_FOREIGN);
+    _CreateOrModify_DG_Param param = dgParam(KT_RAID1, {0, 11});
+    EXPECT_EQ(KT_CreateOrModify_DG(ARRAYS, &param, 0), KT_ERR_PD_ASSIGNED);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
+    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE);
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
+    for (const KT_U16 pd : Ids{11, 12, 13})
+        outside::pullDisk(ARRAYS, pd);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_MISSING) << "its disks have left";
+    for (const KT_U16 pd : Ids{13, 11, 12})
+        outside::insertDisk(ARRAYS, pd);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
+    newEvents(ARRAYS);
+    ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[0], 0);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_STATUS);
+    start(LAB);
+    bring({1, 2});
+    ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
+    bring({0});
+    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED) << "the rest of what is in use already";
+    EXPECT_EQ(outside::pullDisk(ARRAYS, 13), KT_OK);
+    EXPECT_EQ(outside::insertDisk(ARRAYS, 13), KT_OK);
+    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_PLUGIN_CONFLICTED);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
+    EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE) << "one of three";
+    EXPECT_EQ(KT_LD_Report(ARRAYS, 0), KT_ERR_VD_NOT_REPORTABLE) << "it is no conflicted one";
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
+}
+
+// Two virtual disks of one array, and adapters that take one of an array, or one at all.
+static const char PAIR[] = R"({"adapters": [{"type": "array-based", "disks": [
+  {"count": 2, "type": "SAS", "size": "100GB"}], "arrays": [{"level": "RAID1", "disks": [0, 1],
+  "virtualDisks": [{"size": "10GiB"}, {"size": "10GiB"}]}]}]})";
+
+TEST_F(Foreign, ImportHasItsLimits) {
+    const auto bring = [&](const char* limit, KT_U8 answer = KT_OK) {
+        start((std::string(R"({"adapters": [{"type": "array-based", "disks": [{"type": "SAS", "size": "100GB"}], )") +
+               limit + "}]}")
+                  .c_str());
+        std::vector<KT_U16> ids;
+        EXPECT_EQ(outside::insertForeignDisks(0, PAIR, {0, 1}, ids), answer);
+        std::vector<KT_U8> statuses;
+        for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))
+            statuses.push_back(vd.Status);
+        return statuses;
+    };
+    using Statuses = std::vector<KT_U8>;
+    EXPECT_EQ(bring(R"("MaxVDPerDG": 2)"), (Statuses{KT_VD_IMPORTABLE, KT_VD_IMPORTABLE}));
+    EXPECT_EQ(bring(R"("MaxVDPerDG": 1)"), (Statuses{KT_VD_NOT_IMPORTABLE, KT_VD_NOT_IMPORTABLE}));
+    EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
+    bring(R"("MaxLogicalDrive": 1)", KT_ERR_NO_VD_ID);
+}
