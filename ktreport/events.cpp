@@ -15,8 +15,23 @@ struct LogWords {
 };
 } // namespace
 
-// A library that does not answer for a while is no reason to stop following.
-static bool tellNow(const Invocation& invocation, const LogWords& log, EventCursor& cursor) {
+// What could not be read, a line each; the same as at the last look is not said again.
+static void complain(const std::vector<Report>& reports, const LogWords& log, std::string& complaints) {
+    std::string now;
+    for (const Report& report : reports) {
+        for (const Json& refusal : report.document["unread"]) {
+            const std::string call = refusal.value("call", "");
+            if (call.find("EVT") == std::string::npos && call.find("Adapter") == std::string::npos) continue;
+            now += (log.words.journal ? "<4>ktreport: " : "ktreport: ") +
+                   shown(call + ": " + refusal.value("text", "")) + "\n";
+        }
+    }
+    if (now != complaints) std::cerr << now;
+    complaints = now;
+}
+
+// A library that does not answer for a while is no reason to stop following. complaints: of the last look.
+static void tellNow(const Invocation& invocation, const LogWords& log, EventCursor& cursor, std::string& complaints) {
     ReadOptions options;
     options.onlyEvents = true;
     const std::vector<Report> reports = reportsFor(invocation, options);
@@ -26,16 +41,7 @@ static bool tellNow(const Invocation& invocation, const LogWords& log, EventCurs
             eventsAfter(report.document, reports.size() > 1 ? Told() : cursor.told, log.since, log.words);
         if (!tellEvents(cursor, events)) throw ReadFailure{"the output could not be written"};
     }
-    bool complete = true;
-    for (const Report& report : reports) {
-        for (const Json& refusal : report.document["unread"]) {
-            const std::string call = refusal.value("call", "");
-            if (call.find("EVT") == std::string::npos && call.find("Adapter") == std::string::npos) continue;
-            std::cerr << "ktreport: " << shown(call + ": " + refusal.value("text", "")) << '\n';
-            complete = false;
-        }
-    }
-    return complete;
+    complain(reports, log, complaints);
 }
 
 static void checkWords(const Invocation& invocation, const LogWords& log) {
@@ -47,12 +53,13 @@ static void checkWords(const Invocation& invocation, const LogWords& log) {
 static void writeEvents(Invocation& invocation, const LogWords& log) {
     checkWords(invocation, log);
     EventCursor cursor = openCursor(log.cursor);
-    bool complete = tellNow(invocation, log, cursor);
+    std::string complaints;
+    tellNow(invocation, log, cursor, complaints);
     while (log.follow) {
         sleep(log.every);
-        complete = tellNow(invocation, log, cursor);
+        tellNow(invocation, log, cursor, complaints);
     }
-    if (!complete) invocation.result = RESULT_UNREADABLE;
+    if (!complaints.empty()) invocation.result = RESULT_UNREADABLE;
 }
 
 void addEvents(CLI::App& app, Invocation& invocation) {

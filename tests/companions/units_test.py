@@ -76,7 +76,22 @@ class Units(unittest.TestCase):
             process.terminate()
             process.wait()
         self.assertEqual([line[:3] for line in lines[-9:]], [f"<{priority}>" for priority in PRIORITIES + ["2"]])
+        with open(self.bench.path("cursor"), "w", encoding="ascii") as cursor:
+            json.dump({"cursor": 1, "told": {self.bench.report()["adapters"][0]["serial"]: 1000}}, cursor)
+        told = self.bench.run("ktreport", "events", "--journal", "--json", "--cursor", self.bench.path("cursor")).stdout
+        self.assertRegex(told, r'^<4>\{"adapter":0,"restarted":true\}\n<6>\{"adapter":0,.*\n')
         self.assertRegex(lines[-1], r"^<2>2026-01-05T\S+ adapter 0 #\d+ \[CRITICAL\] ")
+
+    def test_what_cannot_be_read_is_said_once(self):
+        self.bench.sim("fault", "KT_EVT_GetEvent", "9")
+        with open(self.bench.path("journal"), "w+", encoding="ascii") as file:
+            process = subprocess.Popen([os.path.join(BIN, "ktreport"), "events", "--follow", "--journal", "--every", "1"],
+                                       env=self.bench.environment, stdout=file, stderr=file)
+            time.sleep(3.5)
+            process.terminate()
+            process.wait()
+            file.seek(0)
+            self.assertRegex(file.read(), r"^<4>ktreport: KT_EVT_GetEvent: .*\n$")
 
 
 if __name__ == "__main__":

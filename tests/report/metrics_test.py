@@ -58,6 +58,8 @@ class Metrics(unittest.TestCase):
     def test_an_unreadable_disk_hides_no_other(self):
         bench = Bench(LAB)
         whole = self.metrics(bench)
+        # What an adapter does not have at all is no refusal.
+        self.assertEqual(whole["ktraid_adapter_unread", (("adapter", "0"),)], 0)
         bench.sim("fault", "KT_PD_GET_SMART_INFO", "9", "--after", "1", "--times", "1", "-a", "0")
         part = self.metrics(bench)
         self.assertEqual(of(part, "ktraid_disk_unread", adapter="0"), {"0": 0, "1": 1, "2": 0, "3": 0, "4": 0})
@@ -105,6 +107,42 @@ class Metrics(unittest.TestCase):
         bench.sim("battery", "remove", "--force")
         self.assertEqual(self.metrics(bench)["ktraid_battery_present", (("adapter", "0"),)], 0)
         self.assertEqual(of(self.metrics(bench), "ktraid_problems", name="battery-missing"), {"": 1})
+
+    def test_numbers_are_in_base_units(self):
+        bench = Bench(LAB)
+        document = bench.report()
+        document["made"] = "2026-01-05T08:00:00Z"
+        adapter = document["adapters"][0]
+        adapter["battery"].update(percentage=42, capacity=250, temperature=3150, voltage=3700, minutesToFull=3, rechargeCycle=9,
+                                  sensorSupport=7, status=3)
+        adapter["disks"][0].update(wear=30, linkSpeed=6000000000, poweredOn=7200, spareInUse=True)
+        adapter["arrays"][0].update(spares=[4], disks=[0, None, 2], Status=9)
+        del adapter["arrays"][0]["status"]
+        del next(one for one in adapter["enclosures"][0]["elements"] if one["type"] == "pow" and one["element"] == 0)["status"]
+        adapter["arrays"][0]["virtualDisks"][0]["activity"] = {"kind": "rebuild", "state": "paused", "percent": 60}
+        series = self.from_document(bench, document)
+        for name, labels, value in (
+                ("ktraid_read_timestamp_seconds", {}, 1767600000), ("ktraid_battery_charge_ratio", {}, 0.42),
+                ("ktraid_battery_capacity_joules", {}, 9000), ("ktraid_battery_temperature_celsius", {}, 31.5),
+                ("ktraid_battery_volts", {}, 3.7), ("ktraid_battery_full_seconds", {}, 180),
+                ("ktraid_battery_charges_total", {}, 9), ("ktraid_battery_charging", {}, 1),
+                ("ktraid_disk_wear_ratio", {"id": "0"}, 0.3), ("ktraid_disk_powered_on_seconds_total", {"id": "0"}, 7200),
+                ("ktraid_disk_link_bytes_per_second", {"id": "0"}, 750000000), ("ktraid_disk_spare_in_use", {}, 1),
+                ("ktraid_disk_role", {"id": "0", "role": "member"}, 1), ("ktraid_disk_role", {"id": "4", "role": "none"}, 1),
+                ("ktraid_array_missing_disks", {}, 1), ("ktraid_array_spares", {}, 1),
+                ("ktraid_array_state", {"state": "offline"}, 1), ("ktraid_array_state", {"state": "unknown"}, 0),
+                ("ktraid_activity_progress_ratio", {"kind": "rebuild", "object": "virtual disk"}, 0.6),
+                ("ktraid_activity_state", {"state": "paused"}, 1), ("ktraid_activity_state", {"state": "running"}, 0),
+                ("ktraid_element_state", {"type": "fan", "id": "0", "state": "ok"}, 1),
+                ("ktraid_element_state", {"type": "pow", "id": "0", "state": "unknown"}, 1),
+                ("ktraid_enclosure_state", {"state": "ok"}, 1)):
+            where = {} if name == "ktraid_read_timestamp_seconds" else {"adapter": "0"}
+            self.assertEqual(set(of(series, name, **where, **labels).values()), {value}, name)
+        self.assertNotIn("ktraid_read_duration_seconds", {name for name, _ in series})
+        adapter["battery"]["sensorSupport"] = 0
+        told = {name for name, _ in self.from_document(bench, document) if name.startswith("ktraid_battery")}
+        self.assertEqual(told, {"ktraid_battery_" + name for name in ("present", "charging", "full_seconds", "charges_total")})
+        self.assertLess(self.metrics(bench)["ktraid_read_duration_seconds", ()], 60)
 
     def test_what_is_there_keeps_its_series(self):
         bench = Bench(LAB)
@@ -164,7 +202,7 @@ class Metrics(unittest.TestCase):
         for name, text in (("a", json.dumps(dict(document, host="store1"))), ("b", json.dumps(dict(document, host="store2"))),
                            ("same", json.dumps(dict(document, host="store1"))), ("later", '{"report": 2, "adapters": []}'),
                            ("short", json.dumps(document)[:2000]), ("none", "RAID"), ("huge", "1e999"),
-                           ("large", " " * 100000000)):
+                           ("large", json.dumps(dict(document, host="store3")) + " " * 100000000)):
             files[name] = bench.path(name)
             with open(files[name], "w", encoding="ascii") as file:
                 file.write(text)
@@ -180,6 +218,7 @@ class Metrics(unittest.TestCase):
         for words in ([files["none"]], [files["none"], files["short"]]):
             done = bench.run("ktreport", "metrics", "-o", path, "--from", *words)
             self.assertEqual((done.returncode, os.path.exists(path)), (3, False))
+            self.assertEqual(done.stderr.count("\n"), len(words) + (len(words) > 1))
 
     def test_rules_are_those_of_the_table(self):
         rules = os.path.join(os.environ["SOURCE"], "packaging", "prometheus", "ktraid.rules.yml")
