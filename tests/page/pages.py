@@ -11,7 +11,7 @@ STORE = {"adapters": [{
     "type": "array-based", "battery": {}, "expanders": [{}], "enclosures": [{"id": 1}],
     "disks": [dict(DISK, count=8), dict(DISK, count=5, type="SATA", size="4TB"),
               dict(DISK, type="SATA", size="4TB", spare="global"), dict(DISK, spare="global"),
-              dict(DISK, type="SATA SSD", size="480GB")],
+              dict(DISK, type="SATA SSD", size="480GB", port=20)],
     "arrays": [{"name": "data", "level": "RAID6", "disks": list(range(8)), "virtualDisks": [{"name": "data"}]},
                {"name": "archive", "level": "RAID5", "disks": list(range(8, 13)),
                 "virtualDisks": [{"name": "archive", "size": "10TB"}, {"name": "scratch"}]}]}]}
