@@ -26,10 +26,12 @@ function fitsDevice(device, chosen) {
 }
 
 function fitsMachine(machine, chosen) {
-    if (chosen.problem === "none" && machine.problems.length > 0) return false;
-    if (chosen.problem && chosen.problem !== "none" &&
-        !machine.problems.some((one) => one.name === chosen.problem || one.severity === chosen.problem))
+    const {problem} = chosen;
+    if (problem in VERDICTS) {
+        if (machine.verdict !== problem) return false;
+    } else if (problem && !machine.problems.some((one) => one.name === problem)) {
         return false;
+    }
     if (chosen.model || chosen.firmware) {
         const {adapters, disks} = devicesOf(machine);
         if (![...adapters, ...disks].some((device) => fitsDevice(device, chosen))) return false;
@@ -99,20 +101,19 @@ function filterBar(page, chosen) {
                                     .filter(Boolean)));
     const both = (word) => [{label: "Adapters", options: pick("adapters", word)},
                             {label: "Disks", options: pick("disks", word)}];
-    const severities = [["critical", "anything critical"], ["warning", "any warning"], ["none", "nothing wrong"]];
-    return make("form.filters", {role: "search", on: {submit: (event) => event.preventDefault()}},
-                choice("problem", "Problem",
-                       [{options: severities}, {label: "By name", options: problems.map(meaning)}], chosen),
-                choice("model", "Model", both("model"), chosen),
-                choice("firmware", "Firmware", both("firmware"), chosen),
-                make("label.search", {}, make("span", {}, "Search"), make("input", {
-                         type: "search",
-                         name: "search",
-                         placeholder: "name, serial number, words",
-                         value: chosen.search,
-                         autocomplete: "off",
-                         on: {input: (event) => searchSoon(event.target.value)}
-                     })));
+    const verdicts = [["critical", "anything critical"], ["warning", "warnings only"], ["fine", "nothing wrong"]];
+    return make(
+        "form.filters", {role: "search", on: {submit: (event) => event.preventDefault()}},
+        choice("problem", "Problem", [{options: verdicts}, {label: "By name", options: problems.map(meaning)}], chosen),
+        choice("model", "Model", both("model"), chosen), choice("firmware", "Firmware", both("firmware"), chosen),
+        make("label.search", {}, make("span", {}, "Search"), make("input", {
+                 type: "search",
+                 name: "search",
+                 placeholder: "name, serial number, words",
+                 value: chosen.search,
+                 autocomplete: "off",
+                 on: {input: (event) => searchSoon(event.target.value)}
+             })));
 }
 
 let searching = 0;

@@ -46,10 +46,18 @@ function refreshWall() {
     document.querySelector(".tiles")?.replaceWith(tilesView(page, chosen));
 }
 
+// What was chosen on the wall keeps the focus, though all of it is drawn anew.
+function restoreFocus(had) {
+    const same = had?.closest(".fleet") ? ".fleet [aria-current]" : had?.name ? `.filters [name="${had.name}"]` : null;
+    if (same) document.querySelector(same)?.focus({preventScroll: true});
+}
+
 // The tile that a machine was opened from has the focus again when the wall comes back.
 function goThere(event) {
     const before = new URLSearchParams(new URL(event.oldURL).hash.slice(1)).get("machine");
+    const had = document.activeElement;
     draw();
+    restoreFocus(had);
     const tileBefore =
         before === null
             ? null

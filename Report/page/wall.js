@@ -62,23 +62,21 @@ function tile(machine, page, chosen) {
                      make("span.top", {}, make("b.name", {}, machine.name), chip(state, count)), picture,
                      make("span.why", {}, tileText(machine, page.meanings)),
                      make("span.words", {}, `${plural(machine.disks.length, "disk")} \u00b7 ${sizeText(machine.space)}`,
-                          machine.older && make("span.old", {}, ` \u00b7 ${machine.older} old`))));
+                          machine.older && make("span.old", {}, ` \u00b7 ${machine.older} behind`))));
 }
 
-// The share of machines that are critical, warned of and fine; each part chooses its machines.
+// The share of machines that are critical, warned of and fine; each part chooses its machines, and all again.
 function fleetBar(machines, chosen) {
-    const kinds = [["critical", "critical"], ["warning", "warning"], ["fine", "none"]];
-    const counts = kinds.map(([verdict, value]) => ({
-                                 state: VERDICTS[verdict],
-                                 value,
-                                 count: machines.filter((machine) => machine.verdict === verdict).length
-                             }));
-    const part = ({state, value, count}) => make(
-        `a.${state.tone}`,
-        {href: addressOf({...chosen, problem: value}), vars: {share: count}, "aria-current": chosen.problem === value},
-        make("span.count", {}, shape(state.shape), make("b", {}, numbers.format(count)), ` ${state.word}`));
-    return make("nav.fleet", {"aria-label": "Machines by how they are"},
-                counts.filter(({count}) => count > 0).map(part));
+    const count = (verdict) => machines.filter((machine) => machine.verdict === verdict).length;
+    const part = ([verdict, state]) => {
+        const current = chosen.problem === verdict;
+        const href = addressOf({...chosen, problem: current ? "" : verdict});
+        const text = [make("b", {}, numbers.format(count(verdict))), ` ${state.word}`];
+        return make(`a.${state.tone}`, {href, vars: {share: count(verdict)}, "aria-current": current},
+                    make("span.count", {}, shape(state.shape), text));
+    };
+    const there = Object.entries(VERDICTS).filter(([verdict]) => count(verdict) > 0);
+    return make("nav.fleet", {"aria-label": "Machines by how they are"}, there.map(part));
 }
 
 function leftOutView(sentences) {

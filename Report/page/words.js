@@ -47,6 +47,8 @@ function quoted(kind, object) {
     return object.name ? `${kind}${id} "${object.name}"` : kind + id;
 }
 
+// Words of reports are looked up in tables that know no other words: none of those that every object inherits.
+
 // How something is: the shape and the colour (by its tone) that go with the word.
 const good = (word, form = "disc") => ({word, shape: form, tone: "good"});
 const bad = (word) => ({word, shape: "cross", tone: "bad"});
@@ -63,6 +65,7 @@ const UNKNOWN = {
 };
 
 const VERDICTS = {
+    __proto__: null,
     critical: bad("critical"),
     warning: warn("warning"),
     fine: good("fine", "check")
@@ -70,6 +73,7 @@ const VERDICTS = {
 
 // What a problem of a disk makes of it, in a word that fits a bay.
 const DISK_COMPLAINTS = {
+    __proto__: null,
     "disk-failed": bad("failed"),
     "cipher-mismatch": bad("wrong key"),
     "ssd-worn-out": bad("worn out"),
@@ -94,6 +98,7 @@ function diskState(disk, problems, filling) {
 }
 
 const VD_STATES = {
+    __proto__: null,
     online: good("online"),
     degraded: warn("degraded"),
     "partially optimal": warn("partially optimal"),
@@ -113,6 +118,7 @@ function arrayState(array) {
 
 // Parts of shelves: how each type is called, and what it measures.
 const PARTS = {
+    __proto__: null,
     pow: ["power supply", "power supplies"],
     fan: ["fan", "fans"],
     tpr: ["temperature sensor", "temperature sensors"],

@@ -174,15 +174,16 @@ class Hostile(Pages):
         self.assertIn("There is no adapter", self.browser.one(".verdict").text)
         odd = {"report": 1, "host": 7, "adapters": [
             {"id": 0}, {"id": 1, "type": "LD-based", "model": {}, "battery": False, "portMultipliers": [{"id": 0, "ports": 4294967296}],
-                        "enclosures": [{"id": 9, "elements": [{"slot": 70000}, {"type": "fan", "status": 4}]}],
+                        "enclosures": [{"id": 9, "elements": [{"slot": 70000}, {"type": "fan", "status": 4}, {"type": "constructor"}]}],
                         "disks": [{"id": 5, "enclosure": 2, "slot": 1}, {"id": 5, "enclosure": 2, "slot": 1, "size": -1, "wear": 1e300},
                                   {"model": ["x"], "temperature": "hot"}],
-                        "arrays": [{"disks": [None, 5, "x", 77], "virtualDisks": [{"disks": [5], "status": 9}, {}]}],
+                        "arrays": [{"disks": [None, 5, "x", 77], "virtualDisks": [{"disks": [5], "status": "valueOf"}, {}]}],
                         "virtualDisks": [{"id": 2, "disks": [5], "activity": {"percent": 1000}}]}]}
         with open(bench.path("odd.json"), "w", encoding="ascii") as file:
             json.dump(odd, file)
         self.open(bench, "--from", bench.path("odd.json"))
         self.assertEqual(len(self.browser.all(".adapter")), 2)
+        self.assertEqual(self.browser.texts(".vd .chip"), ["valueOf", "unknown"])
         self.assertEqual(self.browser.texts(".adapter .chip")[:1], ["does not answer"])
         self.assertEqual(len(self.browser.all("button.bay")), 3)
         self.assertEqual(self.browser.texts(".volume .member.missing"), ["missing", "missing"])

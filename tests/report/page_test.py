@@ -63,10 +63,14 @@ class Page(unittest.TestCase):
 
     def test_names_cannot_end_their_element(self):
         report = self.bench.report()
-        report["host"] = "</script><script>x"
+        report["host"] = "</script><script>\u202e\u001b\u007fx"
+        report["adapters"][0]["disks"][0]["model"] = "\u0000\u0085"
+        report["adapters"][0]["disks"][1]["model"] = "\u0085<b>"
         text = self.page("--from", self.save("r.json", json.dumps(report))).stdout
         self.assertEqual(text.count("<script"), 2)
-        self.assertEqual(self.data(text)["machines"][0]["host"], report["host"])
+        first, second = self.data(text)["machines"][0]["adapters"][0]["disks"][:2]
+        self.assertEqual((first.get("model"), second["model"]), (None, "?<b>"))
+        self.assertEqual(self.data(text)["machines"][0]["host"], "</script><script>???x")
 
     def test_the_same_adapters_make_the_same_page(self):
         path = self.save("r.json", json.dumps(self.bench.report()))
@@ -105,10 +109,11 @@ class Page(unittest.TestCase):
         self.assertEqual((len(data["machines"]), len(data["leftOut"]), len(done.stderr.splitlines())), (1, 7, 7))
         for path, sentence, line in zip(paths, data["leftOut"], done.stderr.splitlines()):
             self.assertTrue(sentence.startswith(path + ": ") and sentence in line, (sentence, line))
+        self.assertIn("larger than 64 MB", data["leftOut"][-1])
         for path in paths:
             alone = self.page("--from", path, result=3)
             self.assertEqual(alone.stdout, "")
-            self.assertIn(path, alone.stderr)
+            self.assertEqual((path in alone.stderr, len(alone.stderr.splitlines())), (True, 1))
         self.assertEqual(self.page("--from", *paths, result=3).stdout, "")
 
 
