@@ -27,6 +27,10 @@ class Browser:
         features = [{"name": "prefers-color-scheme", "value": scheme}, {"name": "prefers-reduced-motion", "value": "reduce"}]
         self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": features})
 
+    def media(self, media, scheme="dark"):
+        words = {"media": media, "features": [{"name": "prefers-color-scheme", "value": scheme}]}
+        self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", words)
+
     def open(self, path):
         self.driver.get("about:blank")
         self.driver.get("file://" + path)

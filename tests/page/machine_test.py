@@ -3,7 +3,7 @@ import json
 import unittest
 
 from frame import Bench
-from pages import STORE, Pages, report_of
+from pages import SMALL, STORE, TWO_SHELVES, Pages, report_of
 
 SCRIPT = "</script><script>window.ran=1</script>"
 IMAGE = "<img src=x onerror='window.ran=2'>"
@@ -132,8 +132,30 @@ class OneMachine(Pages):
         self.browser.run("addEventListener('beforeprint', () => { window.printed = document.querySelector('details.table[open]').textContent; })")
         self.assertGreater(len(self.browser.driver.print_page()), 20000)
         printed = self.browser.run("return window.printed")
+        self.browser.media("print")
+        self.assertEqual(self.browser.run("return getComputedStyle(document.querySelector('.seal')).color"), "rgb(255, 255, 255)")
+        self.browser.media("screen")
         for disk in self.adapter["disks"]:
             self.assertIn(disk["serial"], printed)
+
+
+class Layout(Pages):
+    def test_nothing_in_a_bay_covers_anything_else(self):
+        for lab in (STORE, SMALL, TWO_SHELVES, "default", "troubled"):
+            bench = Bench(lab)
+            for width in (1280, 1020, 720, 390):
+                self.browser.screen(width)
+                self.open(bench)
+                self.assertEqual(self.browser.run("""
+                    const inside = (box, outer) => box.left >= outer.left - 1 && box.right <= outer.right + 1 &&
+                        box.top >= outer.top - 1 && box.bottom <= outer.bottom + 1;
+                    const meet = (a, b) => Math.min(a.right, b.right) - Math.max(a.left, b.left) > 1 &&
+                        Math.min(a.bottom, b.bottom) - Math.max(a.top, b.top) > 1;
+                    return [...document.querySelectorAll("button.bay")].filter((bay) => {
+                        const outer = bay.getBoundingClientRect();
+                        const boxes = [...bay.children].map((child) => child.getBoundingClientRect()).filter((box) => box.width > 0);
+                        return !boxes.every((box) => inside(box, outer)) || boxes.some((one, at) => boxes.slice(at + 1).some((two) => meet(one, two)));
+                    }).map((bay) => bay.ariaLabel)"""), [], (lab, width))
 
 
 class Hostile(Pages):
