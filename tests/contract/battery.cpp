@@ -1,6 +1,8 @@
 #include "frame.h"
 #include "outside.h"
 
+#include <algorithm>
+
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "battery": true,
    "disks": [{"count": 3, "type": "SAS", "size": "1TB", "on": "HBA", "port": 0}],
@@ -94,6 +96,21 @@ TEST_F(Battery, RelearnsOnSchedule) {
     EXPECT_LT(battery().maxCapacity, before.maxCapacity);
     advance(31 * DAY);
     EXPECT_EQ(battery().rechargeCycle, before.rechargeCycle + 2);
+}
+
+TEST_F(Battery, WearsOutByRelearning) {
+    const int fresh = battery().maxCapacity;
+    while (battery().maxCapacity * 100 >= fresh * 60) {
+        newEvents();
+        outside::scheduleRelearn(0, 1);
+        advance(DAY);
+    }
+    const std::vector<std::string> events = codes(newEvents());
+    EXPECT_EQ(std::count(events.begin(), events.end(), "3"), 1) << "it has to be replaced";
+    outside::scheduleRelearn(0, 1);
+    advance(DAY);
+    const std::vector<std::string> later = codes(newEvents());
+    EXPECT_EQ(std::count(later.begin(), later.end(), "3"), 0) << "which is said once";
 }
 
 TEST_F(Battery, RelearnWaitsForTheChargeAndForPeople) {

@@ -42,6 +42,7 @@ TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[0], 0);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, dgInfo(ARRAYS, 0).TotalManagedSpace - vdInfo(ARRAYS, 0).Size);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_STATUS);
     start(LAB);
     bring({1, 2});

@@ -37,6 +37,7 @@ void ContractTest::start(const char* lab) const {
     }
     advance(0);
     ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    gSeen.clear();
     for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); ++adapter)
         newEvents(adapter);
 }

@@ -157,6 +157,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     EXPECT_EQ(readList(KT_DG_GetInfo, ARRAYS, &_DG_Info_Request::dgInfo).size(), 0U);
     ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
     EXPECT_EQ(dgInfo(ARRAYS, 0).TotalManagedSpace, asked.Size);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, asked.Size);
     for (int i = 0; i < 3; ++i)
         ASSERT_EQ(createVd(KT_RAID5, 1000), KT_OK);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
@@ -313,6 +314,17 @@ TEST_F(Raid, NothingGoesOnWithAnOfflineArray) {
     disk(ARRAYS, outside::failDisk, 1);
     ASSERT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
     EXPECT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
+}
+
+TEST_F(Raid, WithoutAWriteCacheNothingIsCached) {
+    start((R"({"adapters": [{"type": "LD-based", "AdvancedFeatures": )" + std::to_string(KT_ADV_NO_WRITE_CACHE) +
+           R"(, "disks": [{"count": 2, "type": "SATA", "size": "100GB"}]}]})")
+              .c_str());
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 2000 * MB, 0), KT_OK);
+    EXPECT_EQ(vdInfo(0, 0).CacheMode & KT_CACHE_OFF, KT_CACHE_OFF);
+    const _LD_Config config = {};
+    ASSERT_EQ(KT_LD_SetConfig(0, 0, &config), KT_OK);
+    EXPECT_EQ(vdInfo(0, 0).CacheMode & KT_CACHE_OFF, KT_CACHE_OFF);
 }
 
 // A quick one clears the ends of the members, however large they are.

@@ -130,6 +130,7 @@ TEST_F(Smart, DrivesAnswerCommands) {
     EXPECT_EQ(ata(0, KT_ATA_SMART, 0xD8).Status, 0x50);
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
     EXPECT_EQ(ata(0, 0xEF, 0x82).Status, 0x50);
+    EXPECT_EQ(ata(0, 0xEF, 0x05).Status, 0x51) << "a feature that it does not have";
     _HD_CONFIG config = {};
     ASSERT_EQ(readItem(KT_PD_GetConfig, 0, 0, &_HD_Config_Request::hdConfig, config), KT_OK);
     EXPECT_EQ(config.WriteCacheOn, 0);

@@ -64,21 +64,35 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/25 of 0"}));
 }
 
-// RAID1E writes every row of stripes twice, the second time one disk further on.
+// Two bad sectors: stripe 1 of disk `second`, and stripe 2 of the disk after it.
 TEST_F(Surface, ACheckNamesTheSectorOfTheVirtualDisk) {
-    start(R"({"adapters": [{"type": "array-based", "disks": [{"count": 3, "size": "4GB"}],
-      "arrays": [{"level": "RAID1E", "disks": [0, 1, 2], "virtualDisks": [{"size": "1GB"}]}]}]})");
-    spoil(1, 128 + 0x10, outside::WRONG);
-    spoil(2, 2 * 128 + 0x10, outside::WRONG);
-    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
-              Events({"1/20 of 0", "1/100 of 0", "1/100 of 0", "1/25 of 0"}));
-    std::vector<_Event> events(255);
-    KT_U8 count = 0;
-    ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
-    std::vector<KT_U32> lbas;
-    for (const _Event& event : events)
-        if (event.Class == 1 && event.Code == 100) lbas.push_back(event.Params[1]);
-    EXPECT_EQ(lbas, (std::vector<KT_U32>{0x10, 5 * 128 + 0x10}));
+    struct Case {
+        const char* array;
+        KT_U16 second;
+        std::vector<KT_U32> lbas;
+    };
+    const Case cases[] = {
+        // Every row of stripes is written twice, the second time one disk further on.
+        {R"("level": "RAID1E", "disks": [0, 1, 2])", 1, {0x10, 5 * 128 + 0x10}},
+        // Four stripes of data a row, the first two in the first half of the disks.
+        {R"("level": "RAID50", "parts": 2, "disks": [0, 1, 2, 3, 4, 5])", 2, {4 * 128 + 0x10, 10 * 128 + 0x10}},
+    };
+    for (const Case& each : cases) {
+        start((R"({"adapters": [{"type": "array-based", "disks": [{"count": 6, "size": "4GB"}], "arrays": [{)" +
+               std::string(each.array) + R"(, "virtualDisks": [{"size": "1GB"}]}]}]})")
+                  .c_str());
+        spoil(each.second, 128 + 0x10, outside::WRONG);
+        spoil(static_cast<KT_U16>(each.second + 1), 2 * 128 + 0x10, outside::WRONG);
+        EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
+                  Events({"1/20 of 0", "1/100 of 0", "1/100 of 0", "1/25 of 0"}));
+        std::vector<_Event> events(255);
+        KT_U8 count = 0;
+        ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
+        std::vector<KT_U32> lbas;
+        for (const _Event& event : events)
+            if (event.Class == 1 && event.Code == 100) lbas.push_back(event.Params[1]);
+        EXPECT_EQ(lbas, each.lbas) << each.array;
+    }
 }
 
 TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
