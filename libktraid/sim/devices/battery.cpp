@@ -56,6 +56,41 @@ KT_U8 getBattery(const Context& context, _BBU_Info& info) {
     return KT_OK;
 }
 
+// Millionths of the charge at which a whole number of steps, rounded down, is shown: `steps` of them make a full charge.
+static void narrow(KT_U64 shown, KT_U64 steps, KT_U32& least, KT_U32& most) {
+    const KT_U64 from = (shown * FULL + steps - 1) / steps;
+    const KT_U64 to = ((shown + 1) * FULL + steps - 1) / steps - 1;
+    least = static_cast<KT_U32>(std::clamp<KT_U64>(from, least, FULL));
+    most = static_cast<KT_U32>(std::min<KT_U64>(to, most));
+}
+
+// The charge that shows percentage, capacity and minutes as they are; where they contradict each other, one that shows
+// the percentage.
+static KT_U32 chargeThatShows(const _BBU_Info& info) {
+    KT_U32 least = 0;
+    KT_U32 most = FULL;
+    narrow(std::min<KT_U8>(info.percentage, 100), 100, least, most);
+    const KT_U32 plain = least;
+    if (info.maxCapacity) {
+        const KT_U64 half = KT_U64{info.capacity} * FULL;
+        const KT_U64 from = half > FULL / 2 ? (half - FULL / 2 + info.maxCapacity - 1) / info.maxCapacity : 0;
+        const KT_U64 to = (half + FULL / 2 - 1) / info.maxCapacity;
+        least = static_cast<KT_U32>(std::clamp<KT_U64>(from, least, FULL));
+        most = static_cast<KT_U32>(std::min<KT_U64>(to, most));
+    }
+    if (info.status & KT_BBU_DISCHARGING) narrow(info.minutesToEmpty, DISCHARGE_TIME / MINUTE, least, most);
+    if (info.status & KT_BBU_CHARGING) {
+        KT_U32 lackLeast = 0;
+        KT_U32 lackMost = FULL;
+        narrow(info.minutesToFull, CHARGE_TIME / MINUTE, lackLeast, lackMost);
+        least = std::max(least, FULL - lackMost);
+        most = std::min(most, FULL - lackLeast);
+    }
+    if (least > most) return plain;
+    const KT_U64 capacity = KT_U64{info.capacity} * FULL / std::max<KT_U16>(info.maxCapacity, 1);
+    return static_cast<KT_U32>(std::clamp<KT_U64>(capacity, least, most));
+}
+
 // The automatic caches.
 
 static void switchCaches(const Context& context) {
@@ -117,6 +152,26 @@ static void setAbnormal(const Context& context, BatteryState& state, bool abnorm
     save(context, 0, state);
     if (changes && announce) logBattery(context, abnormal ? EVT_BATTERY_ABNORMAL : EVT_BATTERY_NORMAL);
     if (changes || !announce) switchCaches(context);
+}
+
+static KT_U8 complaintsOf(const _BBU_Info& info, const BatteryState& state) {
+    unsigned complaints = 0;
+    for (size_t i = 0; i < std::size(COMPLAINTS); ++i)
+        if (COMPLAINTS[i].holds(info, state)) complaints |= 1U << i;
+    return static_cast<KT_U8>(complaints);
+}
+
+void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechargeBelow) {
+    const bool present = (shown.status & KT_BBU_PRESENT) != 0;
+    if (present || !hasPlace(context)) save(context, 0, shown);
+    BatteryState state = firstState(context);
+    if (rechargeBelow) state.rechargeBelow = rechargeBelow;
+    if (present) {
+        state.charge = chargeThatShows(shown);
+        state.complaints = complaintsOf(shown, state);
+        state.abnormal = state.complaints ? 1 : 0;
+    }
+    save(context, 0, state);
 }
 
 // Charge and discharge.

@@ -11,6 +11,9 @@ enum : KT_U8 { POWER_STOP = 0, POWER_CHARGE = 1, POWER_DISCHARGE = 2 };
 // The record at context.now; status 0 when there is no battery. KT_ERR_NOT_ON_THIS_ADAPTER when there is no place for
 // one.
 KT_U8 getBattery(const Context& context, _BBU_Info& info);
+// A battery as it was read from such an adapter (status 0: none): charged so that it shows the same, and with what is
+// wrong with it logged already.
+void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechargeBelow);
 KT_U8 changeBatteryPower(const Context& context, KT_U8 action);
 
 // What happens at context.now; answers when to look again.

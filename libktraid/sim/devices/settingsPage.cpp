@@ -83,6 +83,11 @@ _HBA_Info_Page settingsPage(const Context& context) {
     return stored ? *stored : factoryPage(context);
 }
 
+void restoreSettingsPage(const Context& context, const _HBA_Info_Page& page) {
+    const _HBA_Info_Page now = settingsPage(context);
+    if (memcmp(&now, &page, sizeof page) != 0) save(context, 0, page);
+}
+
 static bool isSigned(const _HBA_Info_Page& page) {
     return memcmp(page.Signature, SIGNATURE, sizeof SIGNATURE) == 0;
 }

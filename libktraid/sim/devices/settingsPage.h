@@ -7,6 +7,8 @@ namespace sim {
 
 // The page in flash: the one that was written, else what follows from the adapter's record and settings.
 _HBA_Info_Page settingsPage(const Context& context);
+// The page as it was read from such an adapter; nothing follows from it.
+void restoreSettingsPage(const Context& context, const _HBA_Info_Page& page);
 // Takes over a page whose signature, sum and rates are right: serial number, model, addresses, rates and battery
 // limits follow it. KT_ERR_FLASH_DATA for another.
 KT_U8 writeSettingsPage(const Context& context, const _HBA_Info_Page& page);

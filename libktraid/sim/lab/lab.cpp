@@ -1,5 +1,6 @@
 #include "lab/lab.h"
 
+#include "lab/report.h"
 #include "state/simClock.h"
 
 #include <cstring>
@@ -177,7 +178,9 @@ void fillFromLab(Store& store, const void* argument) {
         json = Json::parse(source->text);
         LabReader lab = readObject(json, "what it holds");
         lab.path.clear();
-        if (takeFlag(lab, "complete", false)) {
+        if (hasWord(lab, "report")) {
+            fillFromReport(store, lab, *source);
+        } else if (takeFlag(lab, "complete", false)) {
             fillComplete(store, lab, source->stoppedAt);
         } else {
             fillWritten(store, lab, *source);

@@ -39,6 +39,9 @@ const RecordFields* fieldsOfSection(const std::string& section);
 // Sets the named field; false when the record has none of that name. Throws LabError when the value does not fit.
 bool setField(const RecordFields& table, void* record, const std::string& name, const Json& value,
               const std::string& path);
+// The same for a value that stands under another word; messages name `place`.
+bool setFieldAt(const RecordFields& table, void* record, const std::string& name, const Json& value,
+                const std::string& place);
 // The record's non-zero fields.
 Json fieldsToJson(const RecordFields& table, const void* record);
 

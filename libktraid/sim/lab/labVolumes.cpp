@@ -1,7 +1,7 @@
 #include "activities/activities.h"
 #include "activities/rebuilding.h"
 #include "changes/foreign.h"
-#include "lab/lab.h"
+#include "lab/report.h"
 #include "media/blocks.h"
 #include "raid/cacheMode.h"
 #include "state/simClock.h"
@@ -42,6 +42,19 @@ static const LabWord STATE_WORDS[] = {{"running", KT_STATE_RUNNING},
                                       {"auto paused", KT_STATE_AUTO_PAUSED},
                                       {"interrupted", KT_STATE_INTERRUPTED}};
 static const LabWord CACHE_WORDS[] = {{"on", 0}, {"off", KT_CACHE_OFF}, {"auto", KT_CACHE_AUTO}};
+
+WordList levelWords() {
+    return {LEVEL_WORDS, std::size(LEVEL_WORDS)};
+}
+WordList vdStatusWords() {
+    return {STATUS_WORDS, std::size(STATUS_WORDS)};
+}
+WordList activityWords() {
+    return {ACTIVITY_WORDS, std::size(ACTIVITY_WORDS)};
+}
+WordList activityStateWords() {
+    return {STATE_WORDS, std::size(STATE_WORDS)};
+}
 
 static const KT_U64 STRIPE_KIB = 64;
 static const size_t MEMBERS = sizeof(_DG_Info::PDIDs) / sizeof(KT_U16);

@@ -1,0 +1,77 @@
+#include "lab/report.h"
+
+#include <cstring>
+#include <ctime>
+
+namespace sim {
+
+KT_U64 needNumber(LabReader& reader, const char* word, KT_U64 largest) {
+    if (!hasWord(reader, word)) failLab(reader, word, "is missing");
+    return takeNumber(reader, word, 0, largest);
+}
+
+bool hasWord(const LabReader& reader, const char* word) {
+    return reader.object.contains(word);
+}
+
+void takeAs(LabReader& reader, Kind kind, void* record, std::span<const WordField> words) {
+    const RecordFields& table = *fieldsOf(kind);
+    for (const WordField& each : words) {
+        const Json* value = take(reader, each.word);
+        if (value) setFieldAt(table, record, each.field, *value, reader.path + "." + each.word);
+    }
+}
+
+KT_U64 takeUnits(LabReader& reader, const char* word, KT_U64 unit, KT_U64 absent) {
+    const Json* value = take(reader, word);
+    if (!value) return absent;
+    if (!value->is_number_unsigned()) failLab(reader, word, "should be a number of bytes");
+    const KT_U64 bytes = value->get<KT_U64>();
+    if (unit == 0 || bytes % unit != 0) failLab(reader, word, "is no multiple of " + std::to_string(unit) + " bytes");
+    return bytes / unit;
+}
+
+KT_U32 takeBits(LabReader& reader, const char* word, std::span<const WordBit> words) {
+    const Json* value = take(reader, word);
+    KT_U32 bits = 0;
+    if (!value) return bits;
+    if (!value->is_array()) failLab(reader, word, "should be a list of words");
+    for (const Json& one : *value) {
+        bool known = false;
+        for (const WordBit& each : words) {
+            if (!one.is_string() || one != each.word) continue;
+            bits |= each.bit;
+            known = true;
+        }
+        if (!known) failLab(reader, word, "has a word that is not known: " + one.dump(-1, ' ', true));
+    }
+    return bits;
+}
+
+KT_U64 takeTime(LabReader& reader, const char* word, KT_U64 absent) {
+    if (!hasWord(reader, word)) return absent;
+    const std::string text = takeText(reader, word, "");
+    tm parts = {};
+    const char* end = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%SZ", &parts);
+    const time_t seconds = timegm(&parts);
+    if (!end || *end || seconds < 0) failLab(reader, word, "should be a time such as \"2026-01-05T08:00:00Z\"");
+    return static_cast<KT_U64>(seconds);
+}
+
+void leaveOut(LabReader& reader, std::initializer_list<const char*> words) {
+    for (const char* word : words)
+        take(reader, word);
+}
+
+std::vector<LabReader> takeRecord(LabReader& reader, const char* word) {
+    const Json* value = take(reader, word);
+    if (!value) return {};
+    return {readObject(*value, reader.path + "." + word)};
+}
+
+int takeCode(LabReader& reader, const char* word, const LabWord* words, size_t count, const char* field, int absent) {
+    if (hasWord(reader, word)) return takeWord(reader, word, words, count, absent);
+    return static_cast<int>(takeNumber(reader, field, static_cast<KT_U64>(absent), 0xFFFF));
+}
+
+} // namespace sim
