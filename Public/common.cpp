@@ -39,34 +39,6 @@ void readAdapterRecords() {
     }
 }
 
-int parse(int* argc, char** argv, char* line) {
-    *argc = 0;
-    size_t length = strlen(line);
-    char* start = line;
-    char* end = line + length;
-    for (char* at = line; at < end; ++at) {
-        if (*at == ' ' || *at == '\t') {
-            *at = '\0';
-            argv[(*argc)++] = start;
-            start = at + 1;
-            if (*start == ' ') {
-                start += strspn(start, " ");
-                at = start - 1;
-            }
-            continue;
-        }
-        if (*at == '"') {
-            at = strchr(at + 1, '"');
-            if (at == nullptr) return 0;
-        }
-        if (at + 1 == end) {
-            argv[(*argc)++] = start;
-            start = end;
-        }
-    }
-    return 1;
-}
-
 void noQuoteStrncpy(char* dst, const char* src, int n) {
     size_t room = static_cast<size_t>(std::max(n, 1));
     size_t length = strlen(src);

@@ -17,7 +17,7 @@ static KT_U64 shownNow(Store& store) {
 
 std::string clockText(Store& store) {
     const Clock clock = loadClock(store);
-    std::string text = timeText(shownNow(store));
+    std::string text = momentText(shownNow(store));
     if (clock.stopped) return text + ", stopped";
     if (clock.speed == 1000) return text + ", running in real time";
     char speed[32];
@@ -51,27 +51,29 @@ static KT_U64 nextDue(Store& store, KT_U64 now) {
 static void pass(Store& store, KT_U64 milliseconds) {
     const Clock clock = loadClock(store);
     if (milliseconds > LAST_MOMENT - shownNow(store))
-        throw CommandFailure{"the adapters' clock ends at " + timeText(LAST_MOMENT)};
+        throw CommandFailure{"the adapters' clock ends at " + momentText(LAST_MOMENT)};
     setClock(store, simulatedNow(store) + milliseconds, clock.speed, clock.stopped != 0);
     settleAll(store);
 }
 
-static void advanceUntilIdle(Store& store) {
+KT_U64 passUntilIdle(Store& store, const std::function<void()>& look) {
     static const int MANY = 100000; // steps; activities that start one another for ever must not keep us
     const KT_U64 start = simulatedNow(store);
     for (int step = 0; step < MANY; ++step) {
         const KT_U64 now = simulatedNow(store);
         const KT_U64 due = nextDue(store, now);
-        if (due == NEVER) {
-            printf("Idle after %s.\n", durationText(wholeSeconds(now - start)).c_str());
-            return;
-        }
+        if (due == NEVER) return now - start;
         pass(store, std::max(due, now) - now);
+        look();
     }
     throw CommandFailure{"the adapters do not come to rest"};
 }
 
-static void advance(Store& store, const std::string& text) {
+static void advanceUntilIdle(Store& store) {
+    printf("Idle after %s.\n", durationText(wholeSeconds(passUntilIdle(store, [] {}))).c_str());
+}
+
+void passTime(Store& store, const std::string& text) {
     KT_U64 seconds = 0;
     if (!parseDuration(text, seconds))
         throw CommandFailure{"\"" + text + "\" is not a duration such as 90m, 2h30m or 3d"};
@@ -104,7 +106,7 @@ void addClock(CLI::App& app, Options& options) {
                                  [speed](Store& store) { setSpeed(store, *speed); });
     faster->add_option("X", *speed, "1 is real time")->required()->check(between(0.001, 1000000));
     CLI::App* jump = addChange(*clock, options, "advance", "Let time pass at once; what is due in it happens",
-                               [text](Store& store) { advance(store, *text); });
+                               [text](Store& store) { passTime(store, *text); });
     jump->add_option("DURATION", *text, "For instance 45s, 90m, 2h30m, 3d")->required();
     CLI::App* set = addChange(*clock, options, "set", "Set the time that is shown (nothing happens in between)",
                               [text](Store& store) { setShownTime(store, readTime(*text)); });

@@ -34,6 +34,7 @@ void addBattery(CLI::App& app, Options& options);
 void addEnclosure(CLI::App& app, Options& options);
 void addImage(CLI::App& app, Options& options);
 void addRun(CLI::App& app, Options& options);
+void addRehearse(CLI::App& app);
 
 // diskMoves.cpp: `disk fail`, `pull`, `insert` and `replace`, and what the rest of `disk` shares with them: the failure
 // that a status means (`what` completes "there is no disk 5 ..."), and the question before disks that hold parts of
@@ -65,6 +66,10 @@ void changeAdapter(const Options& options, const std::function<void(sim::Context
 // Lets everything happen that is due on every adapter by now; inside a transaction that writes.
 void settleAll(sim::Store& store);
 unsigned adapterCount(sim::Store& store);
+// clock.cpp: lets time pass, such as "90m", and what is due in it happen; or until every activity has ended, which
+// answers the milliseconds that took, with a look after each moment at which something happened.
+void passTime(sim::Store& store, const std::string& duration);
+KT_U64 passUntilIdle(sim::Store& store, const std::function<void()>& look);
 
 // "0 critical, 1-3 ok": how an enclosure's elements of a kind do; only those that are not well when `onlyFaults`.
 std::string describeElements(const sim::Context& context, KT_U16 enclosure, const sim::ElementKind& kind,
@@ -76,7 +81,7 @@ std::string printable(const void* text, size_t size);
 bool parseDuration(const std::string& text, KT_U64& seconds);
 // "2026-01-05 08:00:00" in UTC as milliseconds since 1970; throws for what the adapters' clock cannot show.
 KT_U64 readTime(const std::string& text);
-std::string timeText(KT_U64 milliseconds);
+std::string momentText(KT_U64 milliseconds);
 std::string durationText(KT_U64 seconds);
 // Rounded up: what has just begun does not take no time at all.
 KT_U64 wholeSeconds(KT_U64 milliseconds);

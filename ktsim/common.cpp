@@ -134,13 +134,13 @@ KT_U64 readTime(const std::string& text) {
     const bool exists = asked.tm_mday == parts.tm_mday && asked.tm_sec == parts.tm_sec;
     if (!end || *end || !exists) throw CommandFailure{"\"" + text + "\" is not a time such as \"2026-01-05 08:00:00\""};
     if (seconds <= 0 || static_cast<KT_U64>(seconds) * 1000 > LAST_MOMENT) {
-        throw CommandFailure{"the adapters' clock begins at " + timeText(1000) + " and ends at " +
-                             timeText(LAST_MOMENT)};
+        throw CommandFailure{"the adapters' clock begins at " + momentText(1000) + " and ends at " +
+                             momentText(LAST_MOMENT)};
     }
     return static_cast<KT_U64>(seconds) * 1000;
 }
 
-std::string timeText(KT_U64 milliseconds) {
+std::string momentText(KT_U64 milliseconds) {
     const auto seconds = static_cast<time_t>(milliseconds / 1000);
     tm parts = {};
     gmtime_r(&seconds, &parts);

@@ -16,6 +16,8 @@ struct CreateOptions {
     bool list = false;
 };
 
+static const size_t LARGEST_LAB = size_t{256} << 20;
+
 static std::string readAll(int file, const std::string& name) {
     std::string text;
     char buffer[65536];
@@ -23,6 +25,8 @@ static std::string readAll(int file, const std::string& name) {
         const ssize_t got = read(file, buffer, sizeof buffer);
         if (got < 0) throw CommandFailure{name + ": cannot be read"};
         if (got == 0) return text;
+        if (text.size() + static_cast<size_t>(got) > LARGEST_LAB)
+            throw CommandFailure{name + ": is larger than 256 MB"};
         text.append(buffer, static_cast<size_t>(got));
     }
 }

@@ -55,6 +55,7 @@ static int runWords(int argc, char** argv) {
     addEvent(app, options);
     addImage(app, options);
     addRun(app, options);
+    addRehearse(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -70,7 +71,7 @@ static int runGuarded(int argc, char** argv) {
     try {
         return runWords(argc, argv);
     } catch (const CommandFailure& failure) {
-        say(failure.message);
+        if (!failure.message.empty()) say(failure.message);
         return failure.result;
     } catch (const sim::StoreFailure& failure) {
         return say(failure.message);

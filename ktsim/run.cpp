@@ -1,3 +1,4 @@
+#include "child.h"
 #include "commands.h"
 
 #include <cerrno>
@@ -9,18 +10,6 @@
 #include <vector>
 
 enum { NOT_EXECUTABLE = 126, NOT_FOUND = 127 }; // as shells answer
-
-// The folder of the simulated library beside this program: bin/ and lib/ktraid-sim/.
-static std::string libraryFolder() {
-    char self[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
-    if (length <= 0) return {};
-    std::string folder(self, static_cast<size_t>(length));
-    folder.erase(folder.rfind('/'));
-    folder += "/../lib/ktraid-sim";
-    char whole[PATH_MAX];
-    return realpath(folder.c_str(), whole) ? std::string(whole) : std::string();
-}
 
 static void run(const Options& options, const std::vector<std::string>& command) {
     std::string state = statePathOf(options);

@@ -22,14 +22,14 @@ def fits_schema(test, document, what):
 class Bench:
     """A state in a folder of its own, made from a lab (a name, or a lab as a dictionary) with its clock stopped."""
 
-    def __init__(self, lab):
+    def __init__(self, lab, moment=MOMENT):
         self.folder = tempfile.TemporaryDirectory()
         self.environment = dict(os.environ, KTRAID_SIM=self.path("state.db"))
         if isinstance(lab, dict):
             with open(self.path("lab.json"), "w", encoding="ascii") as file:
                 json.dump(lab, file)
             lab = self.path("lab.json")
-        self.sim("create", "--lab", lab, "--at", MOMENT)
+        self.sim("create", "--lab", lab, "--at", moment)
 
     def __del__(self):
         self.folder.cleanup()
@@ -50,6 +50,10 @@ class Bench:
         done = self.run("ktsim", *words)
         assert done.returncode == 0, done.stderr
         return done.stdout
+
+    def now(self):
+        """The time of the adapters' clock, as create --at takes it."""
+        return self.sim("clock", "show")[:len(MOMENT)]
 
     def report(self, *words):
         done = self.run("ktreport", "json", *words)

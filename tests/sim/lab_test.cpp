@@ -92,10 +92,12 @@ TEST(Lab, SaysWhereTheMistakeIs) {
     EXPECT_NE(mistakeIn("{").find("parse error"), std::string::npos);
     EXPECT_NE(mistakeIn("[]"), "none");
     EXPECT_EQ(mistakeIn(disk(R"("sise": "1TB")")), "lab: adapters[0].disks[1].sise: is not a word that labs know here");
-    EXPECT_EQ(mistakeIn(disk(R"("size": "1XB")")),
-              "lab: adapters[0].disks[1].size: should be an amount such as \"500GB\" or \"64MiB\"");
-    EXPECT_EQ(mistakeIn(disk(R"("size": "-1TB")")),
-              "lab: adapters[0].disks[1].size: should be an amount such as \"500GB\" or \"64MiB\"");
+    EXPECT_EQ(
+        mistakeIn(disk(R"("size": "1XB")")),
+        "lab: adapters[0].disks[1].size: should be an amount such as \"500GB\" or \"64MiB\", or a number of bytes");
+    EXPECT_EQ(
+        mistakeIn(disk(R"("size": "-1TB")")),
+        "lab: adapters[0].disks[1].size: should be an amount such as \"500GB\" or \"64MiB\", or a number of bytes");
     EXPECT_EQ(mistakeIn(disk(R"("HDType": 256)")), "lab: adapters[0].disks[1].HDType: is larger than 255");
     EXPECT_EQ(mistakeIn(disk(R"("HDType": -1)")), "lab: adapters[0].disks[1].HDType: should not be negative");
     EXPECT_EQ(mistakeIn(disk(R"("firmware": "123456789")")),

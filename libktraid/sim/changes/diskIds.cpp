@@ -31,6 +31,7 @@ static void moveRows(const Context& context, KT_U16 from, KT_U16 to) {
             blocks.entries[i].block.HDID = to;
     });
     moveRow<DiskAge>(context, from, to, [](DiskAge&) {});
+    moveRow<ToldHealth>(context, from, to, [](ToldHealth&) {});
     moveRow<DiskCipher>(context, from, to, [](DiskCipher&) {});
     moveRow<SolidState>(context, from, to, [](SolidState&) {});
     moveRow<MicrocodeUpdate>(context, from, to, [](MicrocodeUpdate&) {});

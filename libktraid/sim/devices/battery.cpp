@@ -1,11 +1,13 @@
 #include "devices/battery.h"
 
 #include "devices/batteryCharge.h"
+#include "devices/batteryShown.h"
 #include "raid/cacheMode.h"
 #include "state/due.h"
 #include "state/events.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace sim {
 
@@ -32,7 +34,7 @@ bool hasBattery(const Context& context) {
     return findBattery(context, info);
 }
 
-KT_U8 getBattery(const Context& context, _BBU_Info& info) {
+static KT_U8 makeBattery(const Context& context, _BBU_Info& info) {
     if (!hasBatteryPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
     info = {};
     if (!findBattery(context, info)) {
@@ -56,39 +58,11 @@ KT_U8 getBattery(const Context& context, _BBU_Info& info) {
     return KT_OK;
 }
 
-// Millionths of the charge at which a whole number of steps, rounded down, is shown: `steps` of them make a full charge.
-static void narrow(KT_U64 shown, KT_U64 steps, KT_U32& least, KT_U32& most) {
-    const KT_U64 from = (shown * FULL + steps - 1) / steps;
-    const KT_U64 to = ((shown + 1) * FULL + steps - 1) / steps - 1;
-    least = static_cast<KT_U32>(std::clamp<KT_U64>(from, least, FULL));
-    most = static_cast<KT_U32>(std::min<KT_U64>(to, most));
-}
-
-// The charge that shows percentage, capacity and minutes as they are; where they contradict each other, one that shows
-// the percentage.
-static KT_U32 chargeThatShows(const _BBU_Info& info) {
-    KT_U32 least = 0;
-    KT_U32 most = FULL;
-    narrow(std::min<KT_U8>(info.percentage, 100), 100, least, most);
-    const KT_U32 plain = least;
-    if (info.maxCapacity) {
-        const KT_U64 half = KT_U64{info.capacity} * FULL;
-        const KT_U64 from = half > FULL / 2 ? (half - FULL / 2 + info.maxCapacity - 1) / info.maxCapacity : 0;
-        const KT_U64 to = (half + FULL / 2 - 1) / info.maxCapacity;
-        least = static_cast<KT_U32>(std::clamp<KT_U64>(from, least, FULL));
-        most = static_cast<KT_U32>(std::min<KT_U64>(to, most));
-    }
-    if (info.status & KT_BBU_DISCHARGING) narrow(info.minutesToEmpty, DISCHARGE_TIME / MINUTE, least, most);
-    if (info.status & KT_BBU_CHARGING) {
-        KT_U32 lackLeast = 0;
-        KT_U32 lackMost = FULL;
-        narrow(info.minutesToFull, CHARGE_TIME / MINUTE, lackLeast, lackMost);
-        least = std::max(least, FULL - lackMost);
-        most = std::min(most, FULL - lackLeast);
-    }
-    if (least > most) return plain;
-    const KT_U64 capacity = KT_U64{info.capacity} * FULL / std::max<KT_U16>(info.maxCapacity, 1);
-    return static_cast<KT_U32>(std::clamp<KT_U64>(capacity, least, most));
+KT_U8 getBattery(const Context& context, _BBU_Info& info) {
+    const KT_U8 status = makeBattery(context, info);
+    const auto told = find<ToldBattery>(context, 0);
+    if (status == KT_OK && told && memcmp(&told->made, &info, sizeof info) == 0) info = told->shown;
+    return status;
 }
 
 // The automatic caches.
@@ -163,8 +137,9 @@ static KT_U8 complaintsOf(const _BBU_Info& info, const BatteryState& state) {
 
 void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechargeBelow) {
     const bool present = (shown.status & KT_BBU_PRESENT) != 0;
-    if (present || !hasPlace(context)) save(context, 0, shown);
-    BatteryState state = firstState(context);
+    if (present) save(context, 0, shown);
+    if (!hasBatteryPlace(context)) return;
+    BatteryState state = firstBatteryState(context);
     if (rechargeBelow) state.rechargeBelow = rechargeBelow;
     if (present) {
         state.charge = chargeThatShows(shown);
@@ -172,6 +147,9 @@ void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechar
         state.abnormal = state.complaints ? 1 : 0;
     }
     save(context, 0, state);
+    ToldBattery told{shown, {}};
+    makeBattery(context, told.made);
+    if (memcmp(&told.made, &shown, sizeof shown) != 0) save(context, 0, told);
 }
 
 // Charge and discharge.

@@ -59,7 +59,7 @@ static KT_U8 raidBits(const Context& context, KT_U16 pd) {
     return bits;
 }
 
-static void fillSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, KT_U8 (&status)[4]) {
+static void makeSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, KT_U8 (&status)[4]) {
     status[0] = SES_NOT_INSTALLED;
     status[1] = type == KT_SES_DEVICE ? element : KT_U8{0};
     status[2] = status[3] = 0;
@@ -80,6 +80,26 @@ static void fillSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8
     }
     if (disk && disk->LocateLEDStatus == 1) status[2] |= SLOT_IDENT;
     if (fault) status[3] |= SLOT_FAULT;
+}
+
+static void fillSlot(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, KT_U8 (&status)[4]) {
+    makeSlot(context, enclosure, type, element, status);
+    const auto told = find<ToldSlot>(context, elementId(enclosure, type, element));
+    if (told && memcmp(told->made, status, sizeof status) == 0) memcpy(status, told->shown, sizeof status);
+}
+
+void restoreSlots(const Context& context) {
+    forEach<EnclosureElement>(context, 0, [&](KT_U64 id, const EnclosureElement& row) {
+        const auto type = static_cast<KT_U8>(id >> 8);
+        if (!isSlot(type)) return true;
+        ToldSlot told = {};
+        memcpy(told.shown, row.status, sizeof told.shown);
+        if (std::all_of(std::begin(told.shown), std::end(told.shown), [](KT_U8 byte) { return byte == 0; }))
+            return true;
+        makeSlot(context, static_cast<KT_U16>(id >> 16), type, static_cast<KT_U8>(id), told.made);
+        if (memcmp(told.shown, told.made, sizeof told.made) != 0) save(context, id, told);
+        return true;
+    });
 }
 
 // How bad a status code is: what is worst counts for all.

@@ -15,6 +15,8 @@ KT_U8 getElementConfig(const Context& context, KT_U16 enclosure, KT_U8 type, KT_
 KT_U16 addElement(const Context& context, KT_U16 enclosure, KT_U8 type, const std::string& text);
 // The elements of a shelf with that many slots.
 void addShelf(const Context& context, KT_U16 enclosure, unsigned slots);
+// Slots whose rows say something else than their disks make them say are as they are told; zero is nothing told.
+void restoreSlots(const Context& context);
 // Makes _Enclosure_Info count the types that there are.
 void countElementTypes(const Context& context, KT_U16 enclosure);
 

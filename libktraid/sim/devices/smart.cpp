@@ -13,12 +13,13 @@ static KT_U8 checkDisk(const Context& context, KT_U16 pd, _HD_Info& disk, PdStat
     if (!found) return KT_ERR_INVALID_PD;
     disk = *found;
     state = find<PdState>(context, pd).value_or(PdState{});
-    if (disk.HDType & KT_HD_SAS) return KT_ERR_NOT_SUPPORTED;
+    if ((disk.HDType & KT_HD_SAS) && !find<ToldHealth>(context, pd)) return KT_ERR_NOT_SUPPORTED;
     return state.health == PD_FAILED ? KT_ERR_LINK_TIMEOUT : KT_OK;
 }
 
 // With its age and temperature at context.now.
 static _SMART_Info describeNow(const Context& context, KT_U16 pd, const _HD_Info& disk) {
+    if (const auto told = find<ToldHealth>(context, pd)) return told->shown;
     Life life = lifeOf(context, pd, disk);
     life.temperature += static_cast<KT_U64>(warmthAt(context.now, isBusy(context, pd)));
     return describeAttributes(life, disk);
@@ -41,10 +42,11 @@ KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info) {
     PdState state = {};
     const KT_U8 status = checkDisk(context, pd, disk, state);
     if (status != KT_OK) return status;
-    if (!knowsSmart(disk)) return KT_ERR_NOT_SUPPORTED;
+    const bool told = find<ToldHealth>(context, pd).has_value();
+    if (!knowsSmart(disk) && !told) return KT_ERR_NOT_SUPPORTED;
     if (!state.config.SMARTOn) return KT_ERR_INVALID_REQUEST;
     info = describeNow(context, pd, disk);
-    explainTrip(state, info);
+    if (!told) explainTrip(state, info);
     return KT_OK;
 }
 

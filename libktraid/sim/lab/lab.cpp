@@ -139,6 +139,9 @@ static void fillWritten(Store& store, LabReader& lab, const BuiltInLab& source) 
     strncpy(global.lab, label.c_str(), sizeof global.lab - 1);
     for (LabReader& adapter : takeObjects(lab, "adapters")) {
         const KT_U64 copies = takeNumber(adapter, "count", 1, 255);
+        const KT_U64 id = takeNumber(adapter, "id", global.adapterCount, 254);
+        if (id < global.adapterCount) failLab(adapter, "id", "is another adapter's already, or out of order");
+        global.adapterCount = static_cast<KT_U16>(id);
         for (KT_U64 i = 0; i < copies; ++i) {
             if (global.adapterCount == ADAPTER_GLOBAL) failLab(adapter, "count", "there can be 255 adapters at most");
             Context context{store, static_cast<KT_U8>(global.adapterCount), simulatedNow(store)};

@@ -1,5 +1,5 @@
 #include "activities/activities.h"
-#include "lab/lab.h"
+#include "lab/report.h"
 #include "media/diskMakes.h"
 #include "media/surface.h"
 
@@ -59,11 +59,14 @@ static void linkDisk(_HD_Info& disk, const Context& context, LabReader& reader, 
 
 static _HD_Info makeDisk(const Context& context, LabReader& reader, const DiskMake& make, KT_U16 id, KT_U64 copy) {
     const KT_U64 bytes = takeSize(reader, "size", make.type & KT_HD_ATAPI ? 0 : 1000000000000U);
+    // A text is what the drive is sold with, a number what it has.
+    const bool exact = hasWord(reader, "size") && reader.object["size"].is_number();
     const KT_U32 sector = static_cast<KT_U32>(takeNumber(reader, "sector", 512, 4096));
     if (!isSectorSize(sector)) failLab(reader, "sector", "should be 512, 1024, 2048 or 4096");
     _HD_Info disk = {};
     disk.AdapterID = context.adapter;
     manufacture(disk, make, bytes, sector);
+    if (exact) disk.Size = bytes / sector;
     numberDisk(disk, context, make, id);
     linkDisk(disk, context, reader, id, copy);
     const std::string name = takeText(reader, "model", "");
@@ -104,11 +107,7 @@ static void addPatrol(const Context& context, LabReader& disk, KT_U64 kib, PdSta
     for (LabReader& reader : takeObjects(disk, "patrol")) {
         state.patrol.kind = KT_PD_BGA_MEDIA_PATROL;
         state.patrol.state = static_cast<KT_U8>(takeWord(reader, "state", STATES, std::size(STATES), KT_STATE_RUNNING));
-        state.patrol.work = kib;
-        const KT_U64 percent = takeNumber(reader, "percent", 0, 99);
-        state.patrol.done = kib / 100 * percent;
-        state.patrol.announced = percent - percent % ANNOUNCED_PERCENT;
-        state.patrol.since = context.now;
+        setReportedProgress(context, state.patrol, kib, takeNumber(reader, "percent", 0, 100));
         takeNothingElse(reader);
         AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});
         ++adapter.patrols;

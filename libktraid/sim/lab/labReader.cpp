@@ -57,6 +57,7 @@ KT_U64 takeSize(LabReader& reader, const char* word, KT_U64 absent) {
                  {"PB", 1e15},          {"PiB", 1125899906842624.0}};
     const Json* value = take(reader, word);
     if (!value) return absent;
+    if (value->is_number_unsigned()) return value->get<KT_U64>();
     const std::string text = value->is_string() ? value->get<std::string>() : "";
     char* end = nullptr;
     const double amount = strtod(text.c_str(), &end);
@@ -65,7 +66,7 @@ KT_U64 takeSize(LabReader& reader, const char* word, KT_U64 absent) {
         if (end != text.c_str() && strcmp(end, unit.unit) == 0 && std::isfinite(bytes) && bytes >= 0 && bytes < 9e18)
             return static_cast<KT_U64>(bytes);
     }
-    failLab(reader, word, "should be an amount such as \"500GB\" or \"64MiB\"");
+    failLab(reader, word, "should be an amount such as \"500GB\" or \"64MiB\", or a number of bytes");
 }
 
 std::vector<KT_U16> takeIds(LabReader& reader, const char* word) {

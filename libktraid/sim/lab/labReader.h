@@ -24,7 +24,7 @@ KT_U64 takeNumber(LabReader& reader, const char* word, KT_U64 absent, KT_U64 lar
 bool takeFlag(LabReader& reader, const char* word, bool absent);
 // UTF-8 as written.
 std::string takeText(LabReader& reader, const char* word, const std::string& absent);
-// An amount such as "500GB" (thousands), "64MiB" (1024) or "0.5TB", in bytes.
+// An amount such as "500GB" (thousands), "64MiB" (1024) or "0.5TB", or a number of bytes, in bytes.
 KT_U64 takeSize(LabReader& reader, const char* word, KT_U64 absent);
 // A list of ids; null stands for KT_NO_ID.
 std::vector<KT_U16> takeIds(LabReader& reader, const char* word);

@@ -193,11 +193,7 @@ static void takeActivity(const Context& context, LabReader& vdReader, KT_U64 wor
         const bool redundant = vd.RaidMode != KT_RAID0 && vd.RaidMode != KT_JBOD;
         if (!redundant && (activity.kind & (KT_BGA_REBUILD | KT_BGA_CHECK | KT_BGA_CHECK_FIX)))
             failLab(reader, "kind", "does not go with the level");
-        activity.work = work;
-        const KT_U64 percent = takeNumber(reader, "percent", 0, 99);
-        activity.done = work / 100 * percent;
-        activity.announced = percent - percent % ANNOUNCED_PERCENT;
-        activity.since = context.now;
+        setReportedProgress(context, activity, work, takeNumber(reader, "percent", 0, 100));
         vd.BGAStatus = activity.state;
         if (activity.kind == KT_BGA_REBUILD) markRebuilding(context, vd, activity.disk);
         takeNothingElse(reader);

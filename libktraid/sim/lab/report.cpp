@@ -1,6 +1,6 @@
 #include "lab/report.h"
 
-#include "state/adapterInfo.h"
+#include "devices/enclosureElements.h"
 #include "state/simClock.h"
 
 #include <cstring>
@@ -20,6 +20,7 @@ static void addAdapter(Store& store, KT_U8 index, LabReader& adapter, const LabR
     addReportedVolumes(context, adapter, past);
     addReportedKeys(context, adapter, past);
     addReportedHealth(context, adapter);
+    restoreSlots(context);
     takeNothingElse(adapter);
 }
 

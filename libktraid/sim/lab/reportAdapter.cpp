@@ -4,6 +4,7 @@
 #include "devices/battery.h"
 #include "devices/settingsPage.h"
 #include "state/adapterInfo.h"
+#include "state/events.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -12,17 +13,11 @@
 namespace sim {
 
 static constexpr WordField ADAPTER_WORDS[] = {
-    {"model", "ModelNumber"}, {"serial", "SerialNo"},
-    {"wwn", "WWN"},           {"ports", "PortCount"},
-    {"buzzer", "AlarmSupport"}, {"portAddresses", "PortSasAddress"}};
-static constexpr WordField BUS_WORDS[] = {{"vendor", "VenID"},
-                                          {"device", "DevID"},
-                                          {"subVendor", "SubVenID"},
-                                          {"subDevice", "SubDevID"},
-                                          {"revision", "RevisionID"},
-                                          {"slot", "SlotNumber"},
-                                          {"maxLanes", "MaxLinkWidth"},
-                                          {"lanes", "CurrentLinkWidth"}};
+    {"model", "ModelNumber"}, {"serial", "SerialNo"},     {"wwn", "WWN"},
+    {"ports", "PortCount"},   {"buzzer", "AlarmSupport"}, {"portAddresses", "PortSasAddress"}};
+static constexpr WordField BUS_WORDS[] = {
+    {"vendor", "VenID"},        {"device", "DevID"},    {"subVendor", "SubVenID"},    {"subDevice", "SubDevID"},
+    {"revision", "RevisionID"}, {"slot", "SlotNumber"}, {"maxLanes", "MaxLinkWidth"}, {"lanes", "CurrentLinkWidth"}};
 static constexpr WordField LIMIT_WORDS[] = {{"disks", "MaxHD_Ext"},
                                             {"virtualDisks", "MaxLogicalDrive"},
                                             {"disksPerVirtualDisk", "MaxPDPerVD"},
@@ -58,14 +53,11 @@ static constexpr WordBit LEVELS[] = {{"RAID0", KT_MODE_RAID0},
                                      {"TANDEM CAPACITY", KT_MODE_TANDEM_CAPACITY},
                                      {"TANDEM SAFE", KT_MODE_TANDEM_SAFE},
                                      {"HYBRID", KT_MODE_HYBRID}};
-static constexpr WordBit FEATURES[] = {{"rebuild", KT_FEATURE_REBUILD},
-                                       {"background init", KT_FEATURE_BACKGROUND_INIT},
-                                       {"synchronize", KT_FEATURE_SYNC},
-                                       {"migration", KT_FEATURE_MIGRATION},
-                                       {"media patrol", KT_FEATURE_MEDIA_PATROL},
-                                       {"foreground init", KT_FEATURE_FOREGROUND_INIT},
-                                       {"copy back", KT_FEATURE_COPY_BACK},
-                                       {"only same type hd for create", KT_FEATURE_SAME_TYPE_ONLY}};
+static constexpr WordBit FEATURES[] = {
+    {"rebuild", KT_FEATURE_REBUILD},           {"background init", KT_FEATURE_BACKGROUND_INIT},
+    {"synchronize", KT_FEATURE_SYNC},          {"migration", KT_FEATURE_MIGRATION},
+    {"media patrol", KT_FEATURE_MEDIA_PATROL}, {"foreground init", KT_FEATURE_FOREGROUND_INIT},
+    {"copy back", KT_FEATURE_COPY_BACK},       {"only same type hd for create", KT_FEATURE_SAME_TYPE_ONLY}};
 static constexpr WordBit ADVANCED[] = {{"event sense code", 1U << 0},
                                        {"big stripe", 1U << 1},
                                        {"flash bios", 1U << 2},
@@ -114,16 +106,15 @@ static void takeVersions(LabReader& adapter, _Adapter_Info& info) {
     const struct {
         const char* word;
         _Version_Info_CIM& version;
-    } all[] = {
-        {"bios", info.BIOSVersion}, {"firmware", info.FirmwareVersion}, {"bootLoader", info.BootLoaderVersion}};
+    } all[] = {{"bios", info.BIOSVersion}, {"firmware", info.FirmwareVersion}, {"bootLoader", info.BootLoaderVersion}};
     for (LabReader& versions : takeRecord(adapter, "versions")) {
         unsigned parts[4] = {};
         if (takeVersion(versions, "driver", parts)) info.DriverVersion = {parts[0], parts[1], parts[2], parts[3]};
         for (const auto& each : all) {
             if (!takeVersion(versions, each.word, parts)) continue;
             if (*std::max_element(parts, parts + 4) > 0xFFFF) failLab(versions, each.word, "is too large");
-            each.version = {static_cast<KT_U16>(parts[0]), static_cast<KT_U16>(parts[1]),
-                            static_cast<KT_U16>(parts[2]), static_cast<KT_U16>(parts[3])};
+            each.version = {static_cast<KT_U16>(parts[0]), static_cast<KT_U16>(parts[1]), static_cast<KT_U16>(parts[2]),
+                            static_cast<KT_U16>(parts[3])};
         }
         takeNothingElse(versions);
     }
@@ -239,8 +230,6 @@ static void takePorts(const Context& context, LabReader& owner, const char* word
 
 static const KT_U8 KEY_LENGTH = 32;
 static const unsigned NO_ENTRYS_KEY = 1000;
-static const KT_U16 PLAIN_ON_CRYPTO_PORT = 55;
-static const KT_U16 OTHER_KEY = 57;
 
 // The key that the disk is encrypted with, as far as its port and the log tell.
 static void addCipher(const Context& context, KT_U16 pd, const PdState& disk, KT_U16 complaint) {
@@ -251,9 +240,12 @@ static void addCipher(const Context& context, KT_U16 pd, const PdState& disk, KT
     const auto entry = port.enabled ? find<AesEntry>(context, port.entry) : std::nullopt;
     const bool encrypted = disk.config.crypto != 0;
     DiskCipher cipher = {};
-    if (encrypted) cipher.key = entry && complaint != OTHER_KEY ? entry->key : unknownKey(context, NO_ENTRYS_KEY);
+    if (encrypted)
+        cipher.key = entry && complaint != KT_U16{EVT_PD_CIPHER_MISMATCH & 0xFFFF} ? entry->key
+                                                                                   : unknownKey(context, NO_ENTRYS_KEY);
     const bool fits = port.enabled ? entry && cipher.key == entry->key : !encrypted;
-    cipher.offline = (disk.raid & KT_PD_OFFLINE) && (!fits || (complaint == PLAIN_ON_CRYPTO_PORT && port.enabled));
+    cipher.offline = (disk.raid & KT_PD_OFFLINE) &&
+                     (!fits || (complaint == KT_U16{EVT_PD_PLAIN_ON_CRYPTO_PORT & 0xFFFF} && port.enabled));
     saveCipher(context, pd, cipher);
 }
 

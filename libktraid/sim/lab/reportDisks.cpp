@@ -32,10 +32,8 @@ static constexpr WordField DISK_WORDS[] = {{"model", "Model"},
                                            {"errorLed", "ErrorLEDStatus"},
                                            {"ssdType", "HD_SSD_Type"},
                                            {"rotation", "Media_Rotation_Rate"}};
-static constexpr WordBit SUPPORTS[] = {{"NCQ", KT_HD_NCQ},
-                                       {"write cache", KT_HD_WRITE_CACHE},
-                                       {"48 bits LBA", KT_HD_48BIT_LBA},
-                                       {"SMART", KT_HD_SMART}};
+static constexpr WordBit SUPPORTS[] = {
+    {"NCQ", KT_HD_NCQ}, {"write cache", KT_HD_WRITE_CACHE}, {"48 bits LBA", KT_HD_48BIT_LBA}, {"SMART", KT_HD_SMART}};
 static const KT_U64 SPEEDS[] = {0, 1500000000, 3000000000, 6000000000, 12000000000};
 
 static KT_U32 speedCode(const LabReader& reader, const char* word, const Json& value) {
@@ -147,7 +145,8 @@ static PdState takeState(const Context& context, LabReader& reader, const _HD_In
     state.hasMbr = takeFlag(reader, "mbr", false) ? 1 : 0;
     state.smartTripped = takeFlag(reader, "smartTripped", false) ? 1 : 0;
     const KT_U64 kib = sectorsToKib(disk.Size, disk.BlockSize);
-    const KT_U64 valid = takeUnits(reader, "validSize", 1024, kib - std::min(kib, reservedKibOf(diskMakeOfType(disk.HDType))));
+    const KT_U64 valid =
+        takeUnits(reader, "validSize", 1024, kib - std::min(kib, reservedKibOf(diskMakeOfType(disk.HDType))));
     if (valid > kib) failLab(reader, "validSize", "is more than the disk has");
     state.reservedKib = kib - valid;
     takePatrol(context, reader, kib, state);

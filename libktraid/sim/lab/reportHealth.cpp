@@ -6,6 +6,7 @@
 #include "media/smartAttributes.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace sim {
 
@@ -79,13 +80,48 @@ static void adjust(const Context& context, KT_U16 pd, const _HD_Info& disk, LabR
     const Life bare = lifeOf(context, pd, disk);
     const int daily = warmthAt(context.now, isBusy(context, pd));
     const auto rest = static_cast<int>(bare.temperature) + daily;
-    const auto now = static_cast<int>(std::min<KT_U64>(measured(reader, TEMPERATURE, "temperature", 1, static_cast<KT_U64>(rest)), 255));
+    const auto now = static_cast<int>(
+        std::min<KT_U64>(measured(reader, TEMPERATURE, "temperature", 1, static_cast<KT_U64>(rest)), 255));
     age.warmth = static_cast<KT_U32>(std::max(now - rest, 0));
     const KT_U64 hottest = lostPoints(reader.object, TEMPERATURE);
     age.mostWarmth = std::max(age.warmth, static_cast<KT_U32>(hottest > bare.hottest ? hottest - bare.hottest : 0));
     const KT_U64 wear = takeNumber(reader, "wear", bare.wear, 100);
     age.wear = static_cast<KT_U32>(wear > bare.wear ? wear - bare.wear : 0);
     save(context, pd, age);
+}
+
+static KT_U64 numberOf(const Json& attribute, const char* word, KT_U64 largest, const LabReader& disk) {
+    const auto value = attribute.find(word);
+    if (value == attribute.end()) return 0;
+    if (!value->is_number_unsigned() || value->get<KT_U64>() > largest)
+        failLab(disk, "attributes", "has no such value");
+    return value->get<KT_U64>();
+}
+
+// The table of attributes as the report has it.
+static _SMART_Info toldAttributes(const LabReader& disk) {
+    static const LabWord STATES[] = {
+        {"ok", KT_SMART_GOOD}, {"failing", KT_SMART_FAILING}, {"failed before", KT_SMART_FAILED_BEFORE}};
+    _SMART_Info info = {};
+    LabReader again{disk.object, disk.path, {}};
+    for (LabReader& reader : takeObjects(again, "attributes")) {
+        if (info.AttributeCount == std::size(info.Attributes)) failLab(disk, "attributes", "are more than a disk has");
+        _SMART_Attribute& attribute = info.Attributes[info.AttributeCount++];
+        attribute.Id = static_cast<KT_U8>(numberOf(reader.object, "id", 255, disk));
+        attribute.Current = static_cast<KT_U8>(numberOf(reader.object, "current", 255, disk));
+        attribute.Worst = static_cast<KT_U8>(numberOf(reader.object, "worst", 255, disk));
+        attribute.Threshold = static_cast<KT_U8>(numberOf(reader.object, "threshold", 255, disk));
+        attribute.RawValue = numberOf(reader.object, "raw", (KT_U64{1} << 48) - 1, disk);
+        attribute.Status =
+            static_cast<KT_U8>(takeCode(reader, "status", STATES, std::size(STATES), "Status", KT_SMART_GOOD));
+        putText(reader, "name", takeText(reader, "name", ""), attribute.Name, sizeof attribute.Name);
+    }
+    return info;
+}
+
+static bool isSame(const _SMART_Info& one, const _SMART_Info& other) {
+    return one.AttributeCount == other.AttributeCount &&
+           memcmp(one.Attributes, other.Attributes, sizeof one.Attributes) == 0;
 }
 
 void addReportedHealth(const Context& context, const LabReader& adapter) {
@@ -95,6 +131,10 @@ void addReportedHealth(const Context& context, const LabReader& adapter) {
         const auto disk = find<_HD_Info>(context, pd);
         if (disk && (hasWord(reader, "poweredOn") || hasWord(reader, "attributes") || hasWord(reader, "temperature")))
             adjust(context, pd, *disk, reader);
+        if (!disk || !hasWord(reader, "attributes")) continue;
+        const _SMART_Info told = toldAttributes(reader);
+        _SMART_Info made = {};
+        if (getSmartInfo(context, pd, made) != KT_OK || !isSame(told, made)) save(context, pd, ToldHealth{told});
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace sim {
 
@@ -104,12 +105,14 @@ static bool takeStatusWords(const Context& context, KT_U16 enclosure, KT_U8 type
         const char* word;
         KT_U8 type;
         double unit;
-    } readings[] = {{"temperature", KT_SES_TEMPERATURE, 1}, {"voltage", KT_SES_VOLTAGE, 100}, {"rotation", KT_SES_COOLING, 1}};
+    } readings[] = {
+        {"temperature", KT_SES_TEMPERATURE, 1}, {"voltage", KT_SES_VOLTAGE, 100}, {"rotation", KT_SES_COOLING, 1}};
     for (const auto& each : readings) {
         const Json* value = take(reader, each.word);
         if (!value || each.type != type || condition != "ok") continue;
         if (!value->is_number()) failLab(reader, each.word, "should be a number");
-        setElementReading(context, enclosure, type, element, static_cast<int>(std::lround(value->get<double>() * each.unit)));
+        setElementReading(context, enclosure, type, element,
+                          static_cast<int>(std::lround(value->get<double>() * each.unit)));
     }
     return true;
 }
@@ -128,6 +131,7 @@ static void addElement(const Context& context, KT_U16 enclosure, LabReader& read
     }
     EnclosureElement row = find<EnclosureElement>(context, id).value_or(EnclosureElement{});
     row.subEnclosure = static_cast<KT_U8>(takeNumber(reader, "subEnclosure", 0, 255));
+    if (isSlot(type)) memset(row.status, 0, sizeof row.status);
     static constexpr WordField STATUS[] = {{"Status", "status"}};
     takeAs(reader, KIND_ENCLOSURE_ELEMENT, &row, STATUS);
     leaveOut(reader, {"status", "SesStatus", "condition", "flags", "slot", "rotation", "speedCode", "temperature",

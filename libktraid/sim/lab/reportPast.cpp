@@ -3,52 +3,48 @@
 #include "changes/ciphers.h"
 #include "state/events.h"
 
+#include <algorithm>
+
 namespace sim {
 
-enum : KT_U16 {
-    PD_GONE = 0,
-    PD_BACK = 1,
-    PD_OFFLINE = 2,
-    PD_DEAD = 4,
-    FIRST_CIPHER_COMPLAINT = 55,
-    LAST_CIPHER_COMPLAINT = 57,
-    VD_OFFLINE = 0,
-    VD_CREATED = 2,
-    MISC_TOO_SMALL = 20,
-    MISC_TOO_SMALL_TO_COPY = 21,
-    MISC_MUTED = 28
-};
-// Events of the activities that make a virtual disk's redundancy: where their codes begin, and the steps among them.
-static const KT_U16 MAKING[] = {30, 40, 50, 60};
-enum : KT_U16 { STARTED = 0, RESTARTED = 1, COMPLETED = 5, STEPS = 10, FIX = 30 };
+static const EventName LOSSES[] = {EVT_PD_PLUGGED_OUT, EVT_PD_SET_DOWN, EVT_PD_PLAIN_ON_CRYPTO_PORT,
+                                   EVT_PD_CRYPTO_ON_PLAIN_PORT, EVT_PD_CIPHER_MISMATCH};
+static const EventName CIPHER_COMPLAINTS[] = {EVT_PD_PLAIN_ON_CRYPTO_PORT, EVT_PD_CRYPTO_ON_PLAIN_PORT,
+                                              EVT_PD_CIPHER_MISMATCH};
+// What makes a virtual disk's redundancy, and what begins to.
+static const EventName MADE[] = {EVT_VD_FIX_COMPLETED, EVT_VD_QUICK_INIT_COMPLETED, EVT_VD_BACKGROUND_INIT_COMPLETED,
+                                 EVT_VD_FOREGROUND_INIT_COMPLETED};
+static const EventName MAKING[] = {EVT_VD_CREATED,
+                                   EVT_VD_QUICK_INIT_STARTED,
+                                   EVT_VD_QUICK_INIT_RESTARTED,
+                                   EVT_VD_BACKGROUND_INIT_STARTED,
+                                   EVT_VD_BACKGROUND_INIT_RESTARTED,
+                                   EVT_VD_FOREGROUND_INIT_STARTED,
+                                   EVT_VD_FOREGROUND_INIT_RESTARTED};
 
-static bool isLoss(const _Event& event) {
-    const bool cipher = event.Code >= FIRST_CIPHER_COMPLAINT && event.Code <= LAST_CIPHER_COMPLAINT;
-    return event.Class == EVT_PD && (event.Code == PD_GONE || event.Code == PD_OFFLINE || cipher);
+template <size_t N>
+static bool isOneOf(const EventName (&names)[N], const _Event& event) {
+    return std::any_of(std::begin(names), std::end(names), [&](EventName name) { return isEvent(event, name); });
 }
 
 static void learnOfDisk(const _Event& event, bool sameBlow, Past& past) {
     const KT_U16 pd = event.DeviceID;
-    if (isLoss(event)) {
+    if (isOneOf(LOSSES, event)) {
         if (!sameBlow) ++past.lossCount;
         past.losses[pd] = past.lossCount;
         past.toldTooSmall.clear();
     }
-    if (event.Code == PD_DEAD) past.deadDisks.insert(pd);
-    if (event.Code == PD_BACK || event.Code == PD_GONE) past.deadDisks.erase(pd);
-    if (event.Code >= FIRST_CIPHER_COMPLAINT && event.Code <= LAST_CIPHER_COMPLAINT)
-        past.cipherComplaint[pd] = event.Code;
+    if (isEvent(event, EVT_PD_READ_WRITE_ERROR)) past.deadDisks.insert(pd);
+    if (isEvent(event, EVT_PD_PLUGGED_OUT) || isEvent(event, EVT_PD_PLUGGED_IN)) past.deadDisks.erase(pd);
+    if (isOneOf(CIPHER_COMPLAINTS, event)) past.cipherComplaint[pd] = event.Code;
+    if (isEvent(event, EVT_MISC_TOO_SMALL_TO_REBUILD)) past.toldTooSmall[pd] |= TOLD_REBUILD;
+    if (isEvent(event, EVT_MISC_TOO_SMALL_TO_COPY_BACK)) past.toldTooSmall[pd] |= TOLD_COPY_BACK;
 }
 
 static void learnOfVd(const _Event& event, Past& past) {
-    if (event.Code == VD_OFFLINE) past.offline[event.DeviceID] = past.lossCount;
-    if (event.Code == VD_CREATED) past.initialized[event.DeviceID] = false;
-    for (const KT_U16 first : MAKING) {
-        if (event.Code < first || event.Code >= first + STEPS) continue;
-        const int step = event.Code - first;
-        if (step == COMPLETED) past.initialized[event.DeviceID] = true;
-        if (first != FIX && (step == STARTED || step == RESTARTED)) past.initialized[event.DeviceID] = false;
-    }
+    if (isEvent(event, EVT_VD_OFFLINE)) past.offline[event.DeviceID] = past.lossCount;
+    if (isOneOf(MAKING, event)) past.initialized[event.DeviceID] = false;
+    if (isOneOf(MADE, event)) past.initialized[event.DeviceID] = true;
 }
 
 static Past pastOf(const Context& context) {
@@ -56,14 +52,11 @@ static Past pastOf(const Context& context) {
     bool lossBefore = false;
     forEach<_Event>(context, 0, [&](KT_U64, const _Event& event) {
         if (event.Severity >= SEV_MAJOR) past.muted = false;
-        if (event.Class == EVT_PD) learnOfDisk(event, lossBefore, past);
-        if (event.Class == EVT_VD) learnOfVd(event, past);
-        if (event.Class == EVT_MISC && event.Code == MISC_MUTED) past.muted = true;
-        if (event.Class == EVT_MISC && event.Code == MISC_TOO_SMALL) past.toldTooSmall[event.DeviceID] |= TOLD_REBUILD;
-        if (event.Class == EVT_MISC && event.Code == MISC_TOO_SMALL_TO_COPY)
-            past.toldTooSmall[event.DeviceID] |= TOLD_COPY_BACK;
+        if (isEvent(event, EVT_MISC_MUTED)) past.muted = true;
+        learnOfDisk(event, lossBefore, past);
+        learnOfVd(event, past);
         // Disks that go one right behind the other go at one blow.
-        lossBefore = event.Class == EVT_PD && (isLoss(event) || (lossBefore && event.Code == PD_DEAD));
+        lossBefore = isOneOf(LOSSES, event) || (lossBefore && isEvent(event, EVT_PD_READ_WRITE_ERROR));
         return true;
     });
     return past;

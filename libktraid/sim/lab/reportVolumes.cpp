@@ -11,29 +11,20 @@
 
 namespace sim {
 
-static constexpr WordField VD_WORDS[] = {{"name", "Name"},         {"members", "HDCount"}, {"parity", "NumParityDisk"},
-                                         {"parts", "SubLDCount"},  {"sector", "BlockSize"}, {"stripe", "StripeBlockSize"},
-                                         {"array", "DGID"},        {"guid", "LD_GUID"}};
-static constexpr WordField LAYOUT_WORDS[] = {{"members", "HDCount"}, {"parity", "NumParityDisk"}, {"parts", "SubLDCount"},
-                                             {"sector", "BlockSize"}, {"stripe", "StripeBlockSize"}};
-static constexpr WordField ARRAY_WORDS[] = {{"name", "Name"},
-                                            {"parity", "NumParityDisk"},
-                                            {"parts", "SubVDCount"},
-                                            {"stripe", "StripeBlockSize"},
-                                            {"sector", "BlockSize"},
-                                            {"memberPatrol", "PDBgaRunning"}};
+static constexpr WordField VD_WORDS[] = {
+    {"name", "Name"},        {"members", "HDCount"},        {"parity", "NumParityDisk"}, {"parts", "SubLDCount"},
+    {"sector", "BlockSize"}, {"stripe", "StripeBlockSize"}, {"array", "DGID"},           {"guid", "LD_GUID"}};
+static constexpr WordField LAYOUT_WORDS[] = {{"members", "HDCount"},
+                                             {"parity", "NumParityDisk"},
+                                             {"parts", "SubLDCount"},
+                                             {"sector", "BlockSize"},
+                                             {"stripe", "StripeBlockSize"}};
+static constexpr WordField ARRAY_WORDS[] = {{"name", "Name"},        {"parity", "NumParityDisk"},
+                                            {"parts", "SubVDCount"}, {"stripe", "StripeBlockSize"},
+                                            {"sector", "BlockSize"}, {"memberPatrol", "PDBgaRunning"}};
 static const LabWord CACHES[] = {{"on", 0}, {"off", KT_CACHE_OFF}, {"auto", KT_CACHE_AUTO}};
 static const int ARRAYS_OWN = KT_BGA_REBUILD | KT_BGA_MIGRATION | KT_BGA_COPY_BACK;
 static const KT_U16 TABLE_ENTRIES = 512;
-
-void setReportedProgress(const Context& context, Activity& activity, KT_U64 work, KT_U64 percent) {
-    const KT_U64 hundredth = work / 100;
-    // At a hundred percent there is a rest that rounds to nothing.
-    activity.work = percent >= 100 ? std::max(work, hundredth * 100 + 1) : work;
-    activity.done = hundredth ? hundredth * percent : work * percent / 100;
-    activity.announced = percent - percent % ANNOUNCED_PERCENT;
-    activity.since = context.now;
-}
 
 // Blocks.
 
@@ -96,7 +87,8 @@ static void takeBlockIds(Context& context, LabReader& reader, _LD_Info& vd) {
         if (ids[i] != KT_NO_ID && (!block || block->LDID != vd.ID))
             failLab(reader, "blocks", "there is no block " + std::to_string(ids[i]) + " of this virtual disk");
         if (block && i < disks.size() && disks[i] != block->HDID)
-            failLab(reader, "disks", "block " + std::to_string(ids[i]) + " lies on disk " + std::to_string(block->HDID));
+            failLab(reader, "disks",
+                    "block " + std::to_string(ids[i]) + " lies on disk " + std::to_string(block->HDID));
     }
 }
 
@@ -194,12 +186,12 @@ static void takeTable(const Context& context, LabReader& vdReader, const _LD_Inf
             failLab(reader, "total", "is not " + std::to_string(TABLE_ENTRIES));
         const KT_U64 remaining = needNumber(reader, "remaining", TABLE_ENTRIES);
         takeNothingElse(reader);
-        TandemTable table = {};
+        HybridTable table = {};
         memcpy(table.guid, vd.LD_GUID, sizeof table.guid);
         table.used = static_cast<KT_U16>(TABLE_ENTRIES - remaining);
         if (table.used == 0) continue;
         for (KT_U64 i = 0; i < table.used; ++i)
-            save(context, (KT_U64{vd.ID} << 16) + i, TandemEntry{});
+            save(context, (KT_U64{vd.ID} << 16) + i, HybridEntry{});
         save(context, vd.ID, table);
     }
 }
@@ -212,8 +204,7 @@ static _LD_Info takeVdRecord(Context& context, LabReader& reader, VdState& state
     const WordList statuses = vdStatusWords();
     vd.AdapterID = context.adapter;
     vd.DGID = KT_NO_ID;
-    vd.Status = static_cast<KT_U8>(
-        takeCode(reader, "status", statuses.words, statuses.count, "Status", KT_VD_ONLINE));
+    vd.Status = static_cast<KT_U8>(takeCode(reader, "status", statuses.words, statuses.count, "Status", KT_VD_ONLINE));
     takeVdCode(reader, vd);
     takeBlockIds(context, reader, vd);
     takeAs(reader, KIND_VD, &vd, VD_WORDS);
@@ -233,7 +224,8 @@ static _LD_Info addVd(Context& context, LabReader& reader, const Past& past) {
     state.hasOs = takeFlag(reader, "os", false) ? 1 : 0;
     state.linkedDisk = static_cast<KT_U16>(takeNumber(reader, "linkedDisk", KT_NO_ID, KT_NO_ID));
     const auto known = past.initialized.find(vd.ID);
-    const bool initializing = (state.activity.kind & (KT_BGA_INIT_QUICK | KT_BGA_INIT_FOREGROUND | KT_BGA_INIT_BACKGROUND)) != 0;
+    const bool initializing =
+        (state.activity.kind & (KT_BGA_INIT_QUICK | KT_BGA_INIT_FOREGROUND | KT_BGA_INIT_BACKGROUND)) != 0;
     state.initialized = (known == past.initialized.end() ? !initializing : known->second) ? 1 : 0;
     state.unfinished = vd.Status == KT_VD_NOT_IMPORTABLE ? 1 : 0;
     const auto offline = past.offline.find(vd.ID);

@@ -1,5 +1,8 @@
 #include "lab/report.h"
 
+#include "activities/activities.h"
+
+#include <algorithm>
 #include <cstring>
 #include <ctime>
 
@@ -72,6 +75,15 @@ std::vector<LabReader> takeRecord(LabReader& reader, const char* word) {
 int takeCode(LabReader& reader, const char* word, const LabWord* words, size_t count, const char* field, int absent) {
     if (hasWord(reader, word)) return takeWord(reader, word, words, count, absent);
     return static_cast<int>(takeNumber(reader, field, static_cast<KT_U64>(absent), 0xFFFF));
+}
+
+void setReportedProgress(const Context& context, Activity& activity, KT_U64 work, KT_U64 percent) {
+    const KT_U64 hundredth = work / 100;
+    // At a hundred percent there is a rest that rounds to nothing.
+    activity.work = percent >= 100 ? std::max(work, hundredth * 100 + 1) : work;
+    activity.done = hundredth ? hundredth * percent : work * percent / 100;
+    activity.announced = percent - percent % ANNOUNCED_PERCENT;
+    activity.since = context.now;
 }
 
 } // namespace sim

@@ -29,6 +29,7 @@ bool isSolidState(const _HD_Info& disk) {
 
 void forgetDisk(const Context& context, KT_U16 pd) {
     erase<DiskAge>(context, pd);
+    erase<ToldHealth>(context, pd);
     forgetSurface(context, pd);
     erase<DiskCipher>(context, pd);
     erase<ArrayLabel>(context, pd);

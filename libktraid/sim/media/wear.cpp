@@ -45,6 +45,7 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
     // Its attributes would go on saying that it fails.
     if (!tripped) {
         undoWear(context, pd);
+        erase<ToldHealth>(context, pd);
         forgetSurface(context, pd, FLAW_UNREADABLE);
     }
     if (news && disk.state.config.SMARTOn && adapterConfig(context).PollSMARTStatus == 1)
@@ -68,6 +69,7 @@ static void keepAge(const Context& context, KT_U16 pd, DiskAge age) {
     age.mostPending = std::max(age.mostPending, age.pending);
     age.mostWarmth = std::max(age.mostWarmth, age.warmth);
     save(context, pd, age);
+    erase<ToldHealth>(context, pd);
     logTable(context, pd, reallocated, age.reallocated);
     const auto disk = find<_HD_Info>(context, pd);
     const auto state = find<PdState>(context, pd);

@@ -26,6 +26,7 @@ enum Kind : KT_U8 {
     KIND_DISK_CIPHER = 44,
     KIND_SOLID_STATE = 48,
     KIND_MICROCODE_UPDATE = 49,
+    KIND_TOLD_HEALTH = 52,
     KIND_PD_PULLED_BLOCKS = 45,
     KIND_BAD_SECTOR = 46,
     KIND_PD_ARRAY_LABEL = 47,
@@ -39,9 +40,11 @@ enum Kind : KT_U8 {
     KIND_EXPANDER_AWAY = 65,
     KIND_PM_AWAY = 66,
     KIND_BRANCH_AWAY = 67,
+    KIND_TOLD_SLOT = 68,
     KIND_EVENT = 70,
     KIND_BATTERY = 80,
     KIND_BATTERY_STATE = 81,
+    KIND_TOLD_BATTERY = 82,
     KIND_AES_ENTRY = 90,
     KIND_AES_PORT = 91,
     KIND_SETTINGS_PAGE = 100,
@@ -100,7 +103,10 @@ enum Kind : KT_U8 {
     X(AesPort, KIND_AES_PORT)                                                                                          \
     X(DiskCipher, KIND_DISK_CIPHER)                                                                                    \
     X(SolidState, KIND_SOLID_STATE)                                                                                    \
-    X(MicrocodeUpdate, KIND_MICROCODE_UPDATE)
+    X(MicrocodeUpdate, KIND_MICROCODE_UPDATE)                                                                          \
+    X(ToldHealth, KIND_TOLD_HEALTH)                                                                                    \
+    X(ToldSlot, KIND_TOLD_SLOT)                                                                                        \
+    X(ToldBattery, KIND_TOLD_BATTERY)
 
 template <class Record>
 struct KindOf;

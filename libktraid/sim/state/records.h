@@ -218,6 +218,21 @@ struct EnclosureElement {
     KT_U8 text[64]; // what the enclosure calls it; empty = the type's name and the number
 };
 
+// What adapters tell that these ones are twins of, where it is not what the rules here make of the same: shown as it is
+// as long as the rules make the same as at first. Battery: id 0; slots: id as of EnclosureElement.
+struct ToldBattery {
+    _BBU_Info shown;
+    _BBU_Info made;
+};
+struct ToldSlot {
+    KT_U8 shown[4];
+    KT_U8 made[4];
+};
+// The same of a disk's attributes, id = the disk's: they stand still until the disk ages by what befalls it.
+struct ToldHealth {
+    _SMART_Info shown;
+};
+
 // What has befallen a disk, id = the disk's; no row = nothing but time.
 struct DiskAge {
     KT_U32 reallocated; // sectors

@@ -1,0 +1,116 @@
+#!/usr/bin/env python3
+"""A twin looks like the adapters that it was made of, byte for byte, and does what they do."""
+import json
+import os
+import random
+import unittest
+
+from frame import LABS, Bench
+from history import command, happening, listings
+
+
+HISTORIES = int(os.environ["HISTORIES"])
+
+
+def text_of(bench, *words):
+    """The report without the lines that tell when and where it was made."""
+    done = bench.run("ktreport", "json", *words)
+    assert done.returncode == 0, done.stderr
+    return [line for line in done.stdout.splitlines() if not line.startswith((' "made"', ' "host"'))]
+
+
+class Twin(Bench):
+    """A state that is made from a report of another one."""
+
+    def __init__(self, original, *words):
+        done = original.run("ktreport", "json", *words)
+        with open(original.path("report.json"), "w", encoding="ascii") as file:
+            file.write(done.stdout)
+        super().__init__(original.path("report.json"), original.now())
+
+
+def places(one, other, path=""):
+    """The places at which two documents differ, with what is there."""
+    if isinstance(one, dict) and isinstance(other, dict) and one.keys() == other.keys():
+        return [place for word in one for place in places(one[word], other[word], f"{path}.{word}")]
+    if isinstance(one, list) and isinstance(other, list) and len(one) == len(other):
+        return [place for i, pair in enumerate(zip(one, other)) for place in places(*pair, f"{path}[{i}]")]
+    return [] if one == other else [f"{path}: {str(one)[:60]} != {str(other)[:60]}"]
+
+
+class Fidelity(unittest.TestCase):
+    maxDiff = 2000
+
+    def same_reports(self, original, twin, what, *words):
+        one, other = text_of(original, *words), text_of(twin, *words)
+        if one != other:
+            self.fail("\n".join(places(json.loads("\n".join(one)), json.loads("\n".join(other)))[:10]) + "\n" + what)
+
+    def compare(self, original, twin, what):
+        self.same_reports(original, twin, what, "--records")
+        adapters = len(original.report()["adapters"])
+        self.assertEqual(listings(original, adapters), listings(twin, adapters), what)
+
+    def test_labs(self):
+        for lab in LABS if HISTORIES > 20 else [lab for lab in LABS if lab != "full"]:
+            original = Bench(lab)
+            self.compare(original, Twin(original, "--records"), lab)
+            plain = Twin(original)
+            self.same_reports(original, plain, lab + " without records")
+
+    def test_refusals(self):
+        """A report that is cut short, of a later version or at odds with itself is refused with the place."""
+        original = Bench("default")
+        report = original.report("--records")
+        text = json.dumps(report)
+
+        def refusal(spoil):
+            spoilt = json.loads(text)
+            spoil(spoilt)
+            done = original.run("ktsim", "--state", original.path("new.db"), "create", "--lab", "-",
+                                text=json.dumps(spoilt))
+            self.assertEqual((done.returncode, os.path.exists(original.path("new.db"))), (1, False))
+            return done.stderr
+        cases = [
+            (lambda r: r.update(report=2), ": report: is version 2, later than this program knows (1)"),
+            (lambda r: r.update(extra=1), ": extra: is not a word that labs know here"),
+            (lambda r: r["adapters"][0]["disks"][2].update(temper=1), "adapters[0].disks[2].temper: is not a word"),
+            (lambda r: r["adapters"][0]["disks"][1].update(id=0), "adapters[0].disks[1].id: is another disk's already"),
+            (lambda r: r["adapters"][0]["disks"][1].update(validSize=1 << 60),
+             "adapters[0].disks[1].validSize: is more than the disk has"),
+            (lambda r: r["adapters"][0]["blocks"][0].update(HDID=200), "adapters[0].blocks[0].disk: there is no disk 200"),
+            (lambda r: r["adapters"][0]["blocks"].pop(0), "adapters[0].arrays[0].virtualDisks[0].blocks: there is no block"),
+            (lambda r: r["adapters"][0].update(type="LD-based"), "adapters[0].type: does not go with"),
+            (lambda r: r["adapters"][1].update(id=0), "adapters[1].id: is another adapter's already"),
+            (lambda r: r["adapters"][0]["arrays"][0].update(freeSize=5), "freeSize: is no multiple of 1024 bytes"),
+        ]
+        for spoil, message in cases:
+            self.assertIn(message, refusal(spoil))
+        done = original.run("ktsim", "--state", original.path("new.db"), "create", "--lab", "-", text=text[:9000])
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("parse error", done.stderr)
+
+    def test_histories(self):
+        """Whatever befell the adapters: the twin is like them, and stays so through the same commands."""
+        for seed in range(HISTORIES):
+            chance = random.Random(seed)
+            original = Bench(chance.choice(["default", "troubled"]))
+            past = []
+            for _ in range(chance.randrange(3, 16)):
+                words = ("ktsim", *happening(chance)) if chance.random() < 0.5 else ("ktsetup", *command(chance))
+                past.append(" ".join(words))
+                original.run(*words, text="y\ny\ny\n")
+            what = f"history {seed}: " + "; ".join(past)
+            twin = Twin(original, "--records")
+            self.compare(original, twin, what)
+            for _ in range(10):
+                words = command(chance)
+                what += "; twin: " + " ".join(words)
+                theirs = original.run("ktsetup", *words, text="y\ny\ny\n")
+                its = twin.run("ktsetup", *words, text="y\ny\ny\n")
+                self.assertEqual((theirs.returncode, theirs.stdout), (its.returncode, its.stdout), what)
+            self.same_reports(original, twin, what, "--records")
+
+
+if __name__ == "__main__":
+    unittest.main()

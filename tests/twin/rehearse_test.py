@@ -1,0 +1,164 @@
+#!/usr/bin/env python3
+"""A rehearsal foretells what a command does, touches nothing, and leaves nothing behind."""
+import json
+import os
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+from fidelity_test import places
+from frame import BIN, Bench
+
+# Each changing command of ktsetup, where it makes sense.
+CHANGES = {
+    "default": ["0 create -o array -r 1 -d 11,12", "0 create -o vd -a 0 -n more -s 1000", "0 delete -o vd -i 1 -f",
+                "0 delete -o array -i 1", "0 delete -o spare -i 9", "0 assign -d 11", "0 assign -o array -a 1 -d 11",
+                "0 set -o vd -i 1 -n renamed", "0 set -o array -i 0 -n called", "0 set -o pd -i 1 --status offline",
+                "0 set -o hba --autorebuild off", "0 set -o hba --rebuildrate 90", "0 locate -i 3 -a on", "0 rescan -a scan",
+                "0 init -l 1", "0 cc -l 1", "0 cc -l 1 -t check", "0 mp -d 1", "0 migrate -l 1 -r 6 -d 0,1,2,11",
+                "1 delete -o vd -i 2 -f", "1 rebuild -a pause -l 1",
+                "1 set -o vd -i 0 -c off", "1 aesentry -o setCfg -i 5 -p secret -k key"],
+    "troubled": ["0 rebuild -l 0 -d 18", "0 delete -o vd -i 2 -f", "0 copyback -a pause -l 0",
+                 "0 set -o pd -i 2 --status online", "0 migrate -a pause -l 2", "0 set -o bbu --power charge",
+                 "1 report -i 2", "1 import -i 3", "1 import -i 4", "1 delete -o vd -i 0 -f"],
+    "empty": ["0 create -o array -r 5 -d 0,1,2", "0 create -o auto -t enable"],
+}
+
+
+def same(report):
+    """The report without what tells when and where it was made."""
+    return {word: value for word, value in report.items() if word not in ("made", "host")}
+
+
+class Rehearsals(unittest.TestCase):
+    maxDiff = 2000
+
+    def rehearse(self, bench, *words, text=None, status=0):
+        done = bench.run("ktsim", "rehearse", "--at", bench.now(), *words, text=text)
+        self.assertEqual(done.returncode, status, done.stdout[-500:] + done.stderr)
+        return done
+
+    def test_commands(self):
+        """What a rehearsal foretells is what the command then does."""
+        succeeded = set()
+        for lab, commands in CHANGES.items():
+            bench = Bench(lab)
+            made = bench.path("made.db")
+            os.rename(bench.path("state.db"), made)
+            for command in commands:
+                with open(made, "rb") as state, open(bench.path("state.db"), "wb") as copy:
+                    copy.write(state.read())
+                words = command.split()
+                if words[1] in ("create", "delete", "assign", "set"):
+                    words.append("--waiveconfirmation")
+                done = bench.run("ktsim", "rehearse", "--at", bench.now(), "--json", "--", "ktsetup", *words)
+                told = json.loads(done.stdout)
+                self.assertEqual(same(told["before"]), same(bench.report("--records")), command)
+                real = bench.run("ktsetup", *words)
+                self.assertEqual((done.returncode, told["commands"][0]["output"]),
+                                 (real.returncode, real.stdout + real.stderr), command)
+                self.assertEqual(places(same(told["after"]), same(bench.report("--records"))), [], lab + ": " + command)
+                if real.returncode == 0:
+                    succeeded.add(words[1])
+        self.assertLessEqual({"create", "delete", "assign", "set", "locate", "rescan", "cc", "mp", "migrate", "rebuild",
+                              "import"}, succeeded)
+
+    def test_original_untouched(self):
+        """The adapters are read and nothing else; what the twin is asked is no part of their trace."""
+        bench = Bench("default")
+        before = bench.report("--records")
+        bench.run("ktsim", "rehearse", "--", "ktsetup", "0", "delete", "-o", "vd", "-i", "1", "-f", "--waiveconfirmation",
+                  trace=True)
+        for call in {line.split()[0] for line in bench.calls()}:
+            self.assertTrue("Get" in call or "GET" in call or call.startswith(("KT_API_", "KT_SIM_Sg")) or
+                            call in ("KT_DiskHasOS", "KT_Flash_Bin"), call)
+        self.assertEqual(same(before), same(bench.report("--records")))
+
+    def test_telling(self):
+        """Losses first, then what changes and appears, how long it takes and what a failure meanwhile costs."""
+        bench = Bench({"adapters": [{"disks": [{"count": 5, "size": "500GB"}], "arrays": [
+            {"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "data", "size": "200GB"}, {"name": "old"}]}]}]})
+        done = self.rehearse(bench, "--script", "-", text="# away with it\nktsetup delete -o vd -i 1 -f --waiveconfirmation\n"
+                             "ktsetup assign -d 3\n\nktsetup set -o pd -i 1 --status offline --waiveconfirmation\n")
+        told = done.stdout[done.stdout.index("What would be lost"):]
+        self.assertIn('  virtual disk 1 "old"', told.splitlines()[1])
+        self.assertIn("is gone", told.splitlines()[1])
+        self.assertIn('virtual disk 0 "data"', told.splitlines()[2])
+        self.assertIn("degraded", told.splitlines()[2])
+        self.assertRegex(told, r"All that goes on then has ended after \d+ min")
+        self.assertRegex(told, r'For \d+ min( \d+ s)? one more loss of disks 0, 2 takes virtual disk 0 "data" offline\.')
+        done = self.rehearse(bench, "--until", "idle", "--", "ktsetup", "set", "-o", "hba", "--autorebuild", "off")
+        self.assertIn("auto rebuild", done.stdout)
+        done = self.rehearse(bench, "--json", "--script", "-", text="ktsetup assign -d 3\nktsetup assign -d 3\nktcfg ver\n",
+                             status=54)
+        told = json.loads(done.stdout)
+        self.assertEqual([command["status"] == 0 for command in told["commands"]], [True, False])
+        self.assertEqual([(change["object"], change["word"]) for change in told["changes"]], [("disk", "spare")])
+
+    def test_saved_reports_and_kept_states(self):
+        bench = Bench("default")
+        with open(bench.path("saved.json"), "w", encoding="ascii") as file:
+            file.write(bench.run("ktreport", "json").stdout)
+        done = self.rehearse(bench, "--from", bench.path("saved.json"), "--keep", bench.path("kept.db"), "--until", "2h",
+                             "--", "ktsetup", "0", "assign", "-d", "11")
+        self.assertIn("global spare", done.stdout)
+        bench.environment["KTRAID_SIM"] = bench.path("kept.db")
+        self.assertEqual(bench.report()["adapters"][0]["disks"][11]["spare"], "global")
+        self.assertEqual(os.stat(bench.path("kept.db")).st_mode & 0o777, 0o600)
+        done = self.rehearse(bench, "--keep", bench.path("kept.db"), "--", "ktsetup", "ver", status=125)
+        self.assertIn("is there already", done.stderr)
+
+    def test_refusals(self):
+        bench = Bench("none")
+        cases = [((["--", "ktsetup", "ver"]), 125, "there is no adapter"), (["--", "rm", "-r"], 2, "cannot be rehearsed"),
+                 ([], 2, "is what is rehearsed"), (["--script", "-"], 2, "line 1: should begin with ktsetup or ktcfg"),
+                 (["--until", "soon", "--", "ktsetup", "ver"], 2, "--until: should be idle"),
+                 (["--from", "/dev/null", "--", "ktsetup", "ver"], 125, "is no whole report")]
+        for words, status, message in cases:
+            done = bench.run("ktsim", "rehearse", *words, text="reboot\n")
+            self.assertEqual((done.returncode, done.stdout, done.stderr.count("\n")), (status, "", 1), words)
+            self.assertIn(message, done.stderr)
+        bench.environment["KTRAID_SIM"] = "/dev/null"
+        done = bench.run("ktsim", "rehearse", "--", "ktsetup", "ver")
+        self.assertEqual((done.returncode, done.stderr.count("\n")), (125, 1), done.stderr)
+        default = Bench("default")
+        report = default.report("--records")
+        report["adapters"][0]["disks"][1]["freeSize"] += 1024
+        with open(default.path("odd.json"), "w", encoding="ascii") as file:
+            json.dump(report, file)
+        done = default.run("ktsim", "rehearse", "--from", default.path("odd.json"), "--", "ktsetup", "ver")
+        self.assertEqual(done.returncode, 125)
+        self.assertIn("adapters[0].disks[1].freeSize: is ", done.stderr)
+
+    def test_nothing_outlives_it(self):
+        """Whatever ends a rehearsal that waits for an answer, its state goes."""
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGKILL, None):
+            bench = Bench("default")
+            with tempfile.TemporaryDirectory() as folder:
+                command = subprocess.Popen(
+                    [os.path.join(BIN, "ktsim"), "rehearse", "--", "ktsetup", "0", "delete", "-o", "vd", "-i", "1"],
+                    env=dict(bench.environment, TMPDIR=folder), stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                    stderr=subprocess.DEVNULL, start_new_session=True)
+                seen = b""
+                while b"?" not in seen:
+                    seen += os.read(command.stdout.fileno(), 4096)
+                self.assertEqual(len(os.listdir(folder)), 1)
+                self.assertEqual(os.stat(os.path.join(folder, os.listdir(folder)[0])).st_mode & 0o777, 0o700)
+                if number == signal.SIGINT:
+                    os.killpg(command.pid, number)
+                elif number:
+                    command.send_signal(number)
+                command.stdin.close()
+                command.wait(20)
+                command.stdout.close()
+                for _ in range(100):
+                    if not os.listdir(folder):
+                        break
+                    time.sleep(0.05)
+                self.assertEqual(os.listdir(folder), [], number)
+
+
+if __name__ == "__main__":
+    unittest.main()
