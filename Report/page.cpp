@@ -60,11 +60,18 @@ static constexpr Word diskWords[] = {{"id", Kind::Number},
                                      {"locateLed", Kind::Truth},
                                      {"smartTripped", Kind::Truth},
                                      {nullptr, Kind::Text}};
-static constexpr Word vdWords[] = {
-    {"id", Kind::Number},         {"name", Kind::Text},   {"level", Kind::Text},
-    {"status", Kind::Text},       {"size", Kind::Number}, {"disks", Kind::Ids},
-    {"cacheInForce", Kind::Text}, {"os", Kind::Truth},    {"activity", Kind::Object, activityWords},
-    {nullptr, Kind::Text}};
+static constexpr Word targetWords[] = {{"level", Kind::Text}, {"disks", Kind::Ids}, {nullptr, Kind::Text}};
+static constexpr Word vdWords[] = {{"id", Kind::Number},
+                                   {"name", Kind::Text},
+                                   {"level", Kind::Text},
+                                   {"status", Kind::Text},
+                                   {"size", Kind::Number},
+                                   {"disks", Kind::Ids},
+                                   {"cacheInForce", Kind::Text},
+                                   {"os", Kind::Truth},
+                                   {"activity", Kind::Object, activityWords},
+                                   {"target", Kind::Object, targetWords},
+                                   {nullptr, Kind::Text}};
 static constexpr Word arrayWords[] = {{"id", Kind::Number},
                                       {"name", Kind::Text},
                                       {"level", Kind::Text},

@@ -47,11 +47,18 @@ function lightsDisks(adapter, ids) {
     return {pointerenter: () => inspector.kept || lightUp(keys), pointerleave: () => inspector.kept || lightUp([])};
 }
 
+// What a migration makes of a virtual disk.
+function targetText(target) {
+    if (!target) return "";
+    const disks = (target.disks ?? []).filter((id) => id !== null).join(", ");
+    return `becomes ${target.level ?? "something else"}${disks ? ` on disks ${disks}` : ""}`;
+}
+
 // The words that stand behind a virtual disk's name.
 function vdWords(vd) {
-    return [sizeText(vd.size), vd.cacheInForce && `write cache ${vd.cacheInForce}`, vd.os && "in use by this system"]
-        .filter(Boolean)
-        .join(" \u00b7 ");
+    const cache = vd.cacheInForce && `write cache ${vd.cacheInForce}`;
+    const words = [sizeText(vd.size), cache, vd.os && "in use by this system", targetText(vd.target)];
+    return words.filter(Boolean).join(" \u00b7 ");
 }
 
 function vdLine(adapter, vd) {

@@ -230,6 +230,7 @@ class Troubled(Pages):
         volumes = [vd for owner in adapters + arrays for vd in owner["virtualDisks"]]
         going = sum("activity" in vd for vd in volumes) + sum("patrol" in disk for one in adapters for disk in one["disks"])
         self.assertEqual(len(self.browser.all(".going li")), going)
+        self.assertIn("becomes RAID5 on disks 4, 5, 6", self.browser.one(".volume:nth-child(3) .vd").text)
         foreign = self.browser.run("return [...document.querySelectorAll('.bay .word')].filter((word) => word.textContent === 'foreign').length")
         self.assertEqual(foreign, sum(disk.get("state") == "foreign" for one in adapters for disk in one["disks"]))
 
