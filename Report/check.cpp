@@ -101,12 +101,18 @@ static std::string summary(const Count& count) {
     return withoutBars(std::move(text));
 }
 
-Verdict checkReports(const std::vector<Report>& reports, const CheckOptions& options) {
+Verdict checkReports(const ReadableReports& gathered, const CheckOptions& options) {
     static const char* const words[] = {"OK", "WARNING", "CRITICAL", "UNKNOWN"};
     Count count;
-    for (const Report& report : reports) {
+    const bool many = gathered.reports.size() + gathered.leftOut.size() > 1;
+    for (const LeftOut& file : gathered.leftOut) {
+        count.unread += 1;
+        count.texts.push_back(shown(file.message));
+        count.lines.push_back("UNKNOWN: " + shown(file.message));
+    }
+    for (const Report& report : gathered.reports) {
         countThings(report.document, count);
-        countProblems(report, options, reports.size() > 1, count);
+        countProblems(report, options, many, count);
     }
     count.texts.insert(count.texts.begin(), count.criticalTexts.begin(), count.criticalTexts.end());
     const CheckResult result = resultOf(count);

@@ -20,6 +20,6 @@ struct Verdict {
     std::vector<std::string> further; // with options.everything a line for each problem, critical ones first
 };
 
-// A critical problem counts most, then what a verdict needs and the library did not tell, then a warning. Where no
-// adapter was looked at, nothing is known.
-Verdict checkReports(const std::vector<Report>& reports, const CheckOptions& options);
+// A critical problem counts most, then what a verdict needs and the library did not tell, files that are no reports
+// among it, then a warning. Where no adapter was looked at, nothing is known.
+Verdict checkReports(const ReadableReports& gathered, const CheckOptions& options);

@@ -53,7 +53,9 @@ static Json parse(const std::string& text, const std::string& path, const std::s
         return Json::parse(text, shallow);
     } catch (const Json::exception& error) {
         if (text.find_first_not_of(" \t\r\n") == std::string::npos) fail(path, "is empty");
-        if (strstr(error.what(), "end of input") != nullptr) fail(path, "is cut short");
+        const auto* at = dynamic_cast<const Json::parse_error*>(&error);
+        const bool atEnd = at != nullptr && at->byte > text.size(); // in the middle of a word, too
+        if (atEnd || strstr(error.what(), "end of input") != nullptr) fail(path, "is cut short");
         // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
         const char* detail = strstr(error.what(), "] ");
         fail(path, "is no " + what + ": " + shown(detail ? detail + 2 : error.what()));
@@ -164,4 +166,22 @@ std::vector<Report> gatherReports(const std::vector<std::string>& from, const Re
     }
     if (from.empty()) reports.push_back(reportNow(options, thresholds));
     return reports;
+}
+
+ReadableReports gatherReadable(const std::vector<std::string>& from, const ReadOptions& options, const Json& thresholds,
+                               size_t most) {
+    ReadableReports gathered;
+    if (from.empty()) gathered.reports.push_back(reportNow(options, thresholds));
+    for (const std::string& path : from) {
+        try {
+            gathered.reports.push_back(reportOfFile(path, options, thresholds, most));
+        } catch (const LoadFailure& failure) {
+            if (from.size() == 1) throw;
+            gathered.leftOut.push_back({path, failure.message});
+        }
+    }
+    if (gathered.reports.empty()) {
+        throw LoadFailure{"none of the files is a report; the first one, " + gathered.leftOut.front().message};
+    }
+    return gathered;
 }

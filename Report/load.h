@@ -34,6 +34,22 @@ Report reportOfFile(const std::string& path, const ReadOptions& options, const J
 // The adapters of this machine now. Throws ReadFailure.
 Report reportNow(const ReadOptions& options, const Json& thresholds);
 
+// A file, among others, that is no report; the message names it.
+struct LeftOut {
+    std::string path;
+    std::string message;
+};
+
+struct ReadableReports {
+    std::vector<Report> reports;
+    std::vector<LeftOut> leftOut;
+};
+
+// The adapters now when `from` is empty, else the files; one that is no report, or has more than `most` bytes, keeps
+// none of the others away. Throws LoadFailure where there is no other, and ReadFailure.
+ReadableReports gatherReadable(const std::vector<std::string>& from, const ReadOptions& options, const Json& thresholds,
+                               size_t most = LARGEST_REPORT);
+
 // The adapters now when `from` is empty, else each of the files; their problems are looked for anew.
 std::vector<Report> gatherReports(const std::vector<std::string>& from, const ReadOptions& options,
                                   const Json& thresholds);

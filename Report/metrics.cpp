@@ -119,10 +119,9 @@ static constexpr ReportMetric reportMetrics[] = {
 };
 
 // Of two files one machine's name: their series would be the same ones.
-std::vector<std::string> leaveOutSameHosts(MetricsSource& source) {
+void leaveOutSameHosts(MetricsSource& source) {
     std::map<std::string, std::string> files;
     std::vector<Report> kept;
-    std::vector<std::string> sentences;
     for (Report& report : source.reports) {
         const std::string host = shown(textIn(report.document, "host"));
         const auto [at, isNew] = files.try_emplace(host, report.source);
@@ -130,11 +129,10 @@ std::vector<std::string> leaveOutSameHosts(MetricsSource& source) {
             kept.push_back(std::move(report));
             continue;
         }
-        sentences.push_back(shown(report.source) + ": is of host \"" + host + "\", as " + shown(at->second) + " is");
-        source.leftOut.push_back(report.source);
+        source.leftOut.push_back(
+            {report.source, shown(report.source) + ": is of host \"" + host + "\", as " + shown(at->second) + " is"});
     }
     source.reports = std::move(kept);
-    return sentences;
 }
 
 static Family familyOf(const Metric& metric) {
@@ -178,8 +176,8 @@ void writeMetrics(std::ostream& to, const MetricsSource& source) {
                                           "A file that was left out: it is no report, or of a machine told already.",
                                           nullptr};
     Family family = familyOf(unreadable);
-    for (const std::string& file : source.leftOut) {
-        put(family, {{"file", shown(file)}}, 1);
+    for (const LeftOut& file : source.leftOut) {
+        put(family, {{"file", shown(file.path)}}, 1);
     }
     write(to, family);
     for (const auto& metrics : {adapterMetrics, diskMetrics, volumeMetrics, partMetrics}) {

@@ -23,7 +23,9 @@ static void runCheck(Invocation& invocation, const CheckOptions& options) {
     try {
         ReadOptions reading;
         reading.attributes = false;
-        verdict = checkReports(reportsFor(invocation, reading), options);
+        reading.adapter = invocation.adapter;
+        verdict =
+            checkReports(gatherReadable(invocation.from, reading, loadThresholds(invocation.thresholds)), options);
     } catch (const LoadFailure& failure) {
         verdict.line = "RAID UNKNOWN - " + shown(failure.message);
     } catch (const ReadFailure& failure) {

@@ -31,6 +31,10 @@ void addThresholds(CLI::App& command, Invocation& invocation); // --thresholds F
 // The reports that a view is of: the files, else the adapters now.
 std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options = {});
 
+// The same of many machines: a file that is no report is named on standard error and left out (RESULT_LEFT_OUT).
+std::vector<Report> readableReportsFor(Invocation& invocation);
+void sayLeftOut(Invocation& invocation, const std::vector<LeftOut>& leftOut);
+
 // A file of ktreport/ each.
 void addShow(CLI::App& app, Invocation& invocation); // also without any command
 void addJson(CLI::App& app, Invocation& invocation); // json, schema

@@ -35,6 +35,20 @@ std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options
     return gatherReports(invocation.from, options, loadThresholds(invocation.thresholds));
 }
 
+void sayLeftOut(Invocation& invocation, const std::vector<LeftOut>& leftOut) {
+    for (const LeftOut& file : leftOut) {
+        invocation.result = say(file.message + " (left out)", RESULT_LEFT_OUT);
+    }
+}
+
+std::vector<Report> readableReportsFor(Invocation& invocation) {
+    ReadOptions options;
+    options.adapter = invocation.adapter;
+    ReadableReports gathered = gatherReadable(invocation.from, options, loadThresholds(invocation.thresholds));
+    sayLeftOut(invocation, gathered.leftOut);
+    return std::move(gathered.reports);
+}
+
 // Monitoring systems take 2 for "critical": there, words that are not understood are "unknown".
 static int usageResult(int argc, char** argv) {
     const bool check = std::any_of(argv, argv + argc, [](const char* word) { return strcmp(word, "check") == 0; });

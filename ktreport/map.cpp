@@ -11,7 +11,7 @@ void addMap(CLI::App& app, Invocation& invocation) {
     auto csv = std::make_shared<bool>(false);
     map->add_flag("--csv", *csv, "Comma-separated values, sizes in bytes");
     map->callback([&invocation, csv] {
-        const std::vector<Report> reports = reportsFor(invocation);
+        const std::vector<Report> reports = readableReportsFor(invocation);
         *csv ? writeMapAsCsv(std::cout, reports) : writeMap(std::cout, lookOfOutput(), reports);
     });
 }

@@ -27,22 +27,13 @@ static void readNow(Invocation& invocation, const Json& thresholds, MetricsSourc
     source.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// A file that is no report keeps none of the others away.
 static void readFiles(Invocation& invocation, const Json& thresholds, MetricsSource& source) {
     source.fromFiles = true;
-    for (const std::string& path : invocation.from) {
-        try {
-            source.reports.push_back(reportOfFile(path, {}, thresholds, LARGEST_REPORT_OF_METRICS));
-        } catch (const LoadFailure& failure) {
-            if (invocation.from.size() == 1) throw;
-            source.leftOut.push_back(path);
-            invocation.result = say(failure.message + " (left out)", RESULT_LEFT_OUT);
-        }
-    }
-    for (const std::string& sentence : leaveOutSameHosts(source)) {
-        invocation.result = say(sentence + " (left out)", RESULT_LEFT_OUT);
-    }
-    if (source.reports.empty()) throw LoadFailure{"none of the files is a report: there are no metrics"};
+    ReadableReports gathered = gatherReadable(invocation.from, {}, thresholds, LARGEST_REPORT_OF_METRICS);
+    source.reports = std::move(gathered.reports);
+    source.leftOut = std::move(gathered.leftOut);
+    leaveOutSameHosts(source);
+    sayLeftOut(invocation, source.leftOut);
 }
 
 // Whoever collects it is another user; whoever reads meanwhile sees the old file or the new one.

@@ -14,7 +14,9 @@ static void addWords(CLI::App& command, Invocation& invocation, const std::share
 // The same words go with the program's name alone.
 void addShow(CLI::App& app, Invocation& invocation) {
     auto all = std::make_shared<bool>(false);
-    const auto show = [&invocation, all] { writeShow(std::cout, lookOfOutput(), reportsFor(invocation), *all); };
+    const auto show = [&invocation, all] {
+        writeShow(std::cout, lookOfOutput(), readableReportsFor(invocation), *all);
+    };
     CLI::App* command = app.add_subcommand("show", "Show what is wrong, what goes on and what there is (the default)");
     addWords(*command, invocation, all);
     command->callback(show);

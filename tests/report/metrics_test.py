@@ -218,7 +218,27 @@ class Metrics(unittest.TestCase):
         for words in ([files["none"]], [files["none"], files["short"]]):
             done = bench.run("ktreport", "metrics", "-o", path, "--from", *words)
             self.assertEqual((done.returncode, os.path.exists(path)), (3, False))
-            self.assertEqual(done.stderr.count("\n"), len(words) + (len(words) > 1))
+            self.assertEqual(done.stderr.count("\n"), 1)
+
+    def test_a_file_that_is_none_hides_no_other(self):
+        bench = Bench(LAB)
+        document = bench.report()
+        bench.sim("disk", "fail", "1", "--force")
+        for name, text in (("good", json.dumps(dict(document, host="store1"))), ("short", json.dumps(document)[:2000]),
+                           ("bad", json.dumps(dict(bench.report(), host="store2")))):
+            with open(bench.path(name), "w", encoding="ascii") as file:
+                file.write(text)
+        good, bad, short = bench.path("good"), bench.path("bad"), bench.path("short")
+        for words in ([], ["show"], ["map"], ["map", "--csv"], ["page"], ["metrics"]):
+            done = bench.run("ktreport", *words, "--from", short, good, bad)
+            self.assertEqual((done.returncode, done.stderr), (1, f"ktreport: {short}: is cut short (left out)\n"), words)
+            self.assertIn("store1", done.stdout, words)
+            done = bench.run("ktreport", *words, "--from", short)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (3, "", f"ktreport: {short}: is cut short\n"), words)
+        for files, status, state in (([good], 0, "OK"), ([short, good], 3, "UNKNOWN"), ([good, short, bad], 2, "CRITICAL")):
+            done = bench.run("ktreport", "check", "--from", *files)
+            self.assertEqual((done.returncode, done.stdout.split(" - ")[0]), (status, "RAID " + state))
+            self.assertEqual(short + ": is cut short" in done.stdout, short in files)
 
     def test_rules_are_those_of_the_table(self):
         rules = os.path.join(os.environ["SOURCE"], "packaging", "prometheus", "ktraid.rules.yml")

@@ -139,6 +139,7 @@ RULES = [
 ]
 BROKEN = [("", "is empty"), ('{"report": 1, "adapters": [{"id"', "is cut short"), ('{"report": 2, "adapters": []}', "version 2"),
           ('{"adapters": []}', 'lacks "report"'), ('{"report": 1}', 'lacks "adapters"'), ("[]", 'lacks "report"'),
+          ('{"report": 1, "adap', "is cut short"), ('{"report": tr', "is cut short"),
           ('{"report": 1, "adapters": [7]}', 'lacks its "id"'), ("[" * 1000, "nested"), ("{]", "is no report"),
           ('{"report": 1, "adapters": [{"id": 0, "disks": {}}]}', "is no list"),
           ('{"report": 1, "adapters": [{"id": 0, "disks": [3]}]}', "no object")]
