@@ -109,6 +109,10 @@ static void checkReport(const Json& document, const std::string& path) {
     checkList(document, "problems", path);
 }
 
+Json loadJson(const std::string& path, const std::string& what) {
+    return parse(textOfFile(path, LARGEST_REPORT), path, what);
+}
+
 Report loadReport(const std::string& path, size_t most) {
     Report report = {path, parse(textOfFile(path, most), path, "report")};
     checkReport(report.document, path);

@@ -20,6 +20,9 @@ struct LoadFailure {
 // Bytes of the largest file that is taken.
 inline constexpr size_t LARGEST_REPORT = size_t{256} << 20;
 
+// Reads one file's JSON, "-" is standard input; what: a word for what it should be, in messages. Throws LoadFailure.
+Json loadJson(const std::string& path, const std::string& what);
+
 // Reads one file, "-" is standard input. Throws LoadFailure for what is no report, of a later version, cut short or of
 // more than `most` bytes.
 Report loadReport(const std::string& path, size_t most = LARGEST_REPORT);

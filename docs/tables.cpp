@@ -14,6 +14,7 @@
 #include "Functions/help/help.h"
 #include "Functions/restore_cfg/checkConfig.h"
 #include "Functions/restore_cfg/restore_cfg.h"
+#include "ktcfg/planWords.h"
 #include "ktsetup/commandTables.h"
 
 namespace {
@@ -144,11 +145,15 @@ int main(int argc, char** argv) {
         printCompletion("ktcfg", {{"help", {&helpOptions}},
                                   {"backup_cfg", {&backupCfgOptions}},
                                   {"check", {&checkOptions}},
-                                  {"restore_cfg", {&restoreCfgOptions}}});
+                                  {"restore_cfg", {&restoreCfgOptions}},
+                                  {"plan", {&planOptions}},
+                                  {"apply", {&applyOptions}}});
     } else if (strcmp(what, "ktcfg-help") == 0) {
         printHelp("ktcfg", "backup_cfg", backup_cfg_sh, backup_cfg_help);
         printHelp("ktcfg", "check", check_sh, check_help);
         printHelp("ktcfg", "restore_cfg", restore_cfg_sh, restore_cfg_help);
+        printHelp("ktcfg", "plan", plan_sh, plan_help);
+        printHelp("ktcfg", "apply", apply_sh, apply_help);
     } else if (strcmp(what, "help") == 0) {
         printAllHelp();
     }

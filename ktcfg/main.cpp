@@ -1,5 +1,5 @@
-// Saves an adapter's configuration to a text file, restores it, and tells beforehand what that would do: the commands
-// that ktsetup does not offer.
+// Saves an adapter's configuration to a text file, restores it, and tells beforehand what that would do; brings
+// adapters to what a file wants: the commands that ktsetup does not offer.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -12,7 +12,10 @@
 #include "Functions/restore_cfg/checkConfig.h"
 #include "Functions/restore_cfg/restore_cfg.h"
 #include "Public/fileName.h"
+#include "Public/hold.h"
 #include "Public/start.h"
+#include "Public/utility.h"
+#include "ktcfg/planWords.h"
 
 #define ROW(word, handler, help, shortHelp)                                                                            \
     { word, static_cast<int>(sizeof(word)), handler, help, shortHelp }
@@ -22,16 +25,36 @@ static _cmd_struct commands[] = {
     ROW("backup_cfg", doBackUp_CFG, backup_cfg_help, backup_cfg_sh),
     ROW("check", doCheck_CFG, check_help, check_sh),
     ROW("restore_cfg", doRestore_CFG, restore_cfg_help, restore_cfg_sh),
+    ROW("plan", doPlan, plan_help, plan_sh),
+    ROW("apply", doApply, apply_help, apply_sh),
 };
 static constexpr int RESULT_USAGE = 2; // the words were not understood
 static const CommandSet commandSet = {commands, std::size(commands), nullptr, 0};
 
 // A command's word may be shortened, as everywhere; the dispatcher finds its row.
-static bool isCommand(const char* word) {
-    if (strcasecmp(word, "ver") == 0) return true;
-    return *word != '\0' && std::any_of(std::begin(commands), std::end(commands), [&](const _cmd_struct& row) {
-        return strncasecmp(row.cmd, word, strlen(word)) == 0;
-    });
+static _cmd_struct* findCommand(const char* word) {
+    const auto isPrefix = [&](const _cmd_struct& row) { return strncasecmp(row.cmd, word, strlen(word)) == 0; };
+    const auto found = std::find_if(std::begin(commands), std::end(commands), isPrefix);
+    return *word == '\0' || found == std::end(commands) ? nullptr : found;
+}
+
+// Plans are made of reports, which open the library by themselves, or need none.
+static int runPlanning(const CommandLine& line, _cmd_struct* row) {
+    chooseCommandSet();
+    const int result = row->cmdHandler(line.argc - 1, line.argv + 1, row);
+    const bool written = closeOutput();
+    endBySignal();
+    return result == 0 && !written ? 1 : result;
+}
+
+// The index in front of the command, as it was typed: one that fits no adapter is not another one's.
+static bool takeTypedAdapter(const char* word) {
+    static constexpr KT_U64 HIGHEST = 254;
+    KT_U64 index = 0;
+    if (!isTypedNumber(word)) return true;
+    if (!parseUpTo(word, HIGHEST, index)) return false;
+    typedAdapter = static_cast<int>(index);
+    return true;
 }
 
 static int showHelp(int result) {
@@ -43,6 +66,7 @@ static int showHelp(int result) {
 
 int main(int argc, char** argv) {
     setCommandSets(commandSet, commandSet);
+    const bool fits = argc < 2 || takeTypedAdapter(argv[1]);
     CommandLine line = takeCommandLine(argc, argv);
     if (line.argc < 2) return showHelp(RESULT_USAGE);
     const std::string word = line.argv[1];
@@ -51,7 +75,14 @@ int main(int argc, char** argv) {
         out("ktcfg %s\n", CLI_VERSION);
         return closeOutput() ? 0 : 1;
     }
-    if (isCommand(line.argv[1])) return runOneShot(line);
+    _cmd_struct* row = findCommand(line.argv[1]);
+    const bool plans = row != nullptr && (row->cmdHandler == doPlan || row->cmdHandler == doApply);
+    if (plans && fits) return runPlanning(line, row);
+    if (plans) {
+        fprintf(stderr, "ktcfg: no adapter has that index (--help tells more)\n");
+        return RESULT_USAGE;
+    }
+    if (row != nullptr || strcasecmp(line.argv[1], "ver") == 0) return runOneShot(line);
     if (line.toOutput && word == "-\1utput") {
         fprintf(stderr, "ktcfg: a command comes first (--help tells more)\n");
     } else {

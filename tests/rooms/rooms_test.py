@@ -23,6 +23,7 @@ FLOORS = [
     ["utcTime/"],
     ["Public/"],
     ["Functions/", "Report/"],
+    ["Plan/"],
     ["ktsetup/", "ktcfg/", "ktreport/", "ktsim/"],
 ]
 # The programs know the simulated library by its interface only, and it knows nothing of them. ktsim is beside both: it

@@ -223,10 +223,12 @@ Whatever an adapter holds, it is either read back and written the same way, or s
 
 Words that are no command are refused before the library is asked.
 
-  $ ktcfg --help | tail -4
+  $ ktcfg --help | tail -6
   backup_cfg   :Backup current HBA,RAID configuration and autoload data.
   check        :Tell what restoring a text file would do, and whether it can be done.
   restore_cfg  :Restore HBA,RAID and AutoLoad configuration from a text file.
+  plan         :Tell which commands lead to what a file wants, rehearsed on a twin.
+  apply        :Bring the adapters to what a file wants.
   
   $ calls > /dev/null; ktcfg | sed -n 3p; echo ${PIPESTATUS[0]}
     [options] - the options within [] are optional. 

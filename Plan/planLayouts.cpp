@@ -1,0 +1,171 @@
+// What a rebuild and a migration can make of disks that hold data, and what they cannot.
+#include <algorithm>
+
+#include "Plan/planner.h"
+#include "Report/look.h"
+#include "Report/words.h"
+
+namespace {
+// An array, or a virtual disk outside arrays, beside what is wanted of it.
+struct Comparison {
+    const Planner& planner;
+    std::string place;
+    std::string name;
+    const WantedLayout& wanted;
+    const PresentLayout& there;
+    bool array;
+    bool hasVds; // something that a migration moves
+    bool offline;
+};
+} // namespace
+
+static std::string disksText(const std::vector<KT_U64>& disks) {
+    return (disks.size() == 1 ? "disk " : "disks ") + joined(disks);
+}
+
+static std::vector<KT_U64> without(const std::vector<KT_U64>& all, const std::vector<KT_U64>& some) {
+    std::vector<KT_U64> left;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(left), [&](KT_U64 one) { return !isIn(some, one); });
+    return left;
+}
+
+LayoutChange changeOf(const Planner& planner, const WantedLayout& wanted, const PresentLayout& there) {
+    LayoutChange change = {there, {}, false};
+    const std::vector<KT_U64> asked = disksFor(planner.matching, wanted.disks);
+    std::vector<KT_U64> coming = without(asked, presentDisks(there));
+    std::sort(coming.begin(), coming.end());
+    for (auto& disk : change.target.disks) {
+        if (disk || coming.empty()) continue;
+        disk = coming.front();
+        change.rebuildOn.push_back(coming.front());
+        coming.erase(coming.begin());
+    }
+    for (const KT_U64 disk : coming)
+        change.target.disks.emplace_back(disk);
+    change.target.level = wanted.level;
+    const KT_U64 usual = wanted.level == there.level ? there.parity : usualParity(wanted.level);
+    change.target.parity = takesParity(wanted.level) ? wanted.parity.value_or(usual) : 0;
+    const KT_U64 parity = takesParity(there.level) ? there.parity : 0;
+    change.migrates = !coming.empty() || change.target.level != there.level || change.target.parity != parity;
+    return change;
+}
+
+static Verdict verdict(const Comparison& c, const char* word, const std::string& text, const std::string& nearest) {
+    return {c.place + "." + word, text, nearest};
+}
+
+// Which of the disks that are there would have to go.
+static std::optional<Verdict> checkMembers(const Comparison& c) {
+    const std::vector<KT_U64> asked = disksFor(c.planner.matching, c.wanted.disks);
+    const std::vector<KT_U64> members = presentDisks(c.there);
+    const std::vector<KT_U64> surplus = without(members, asked);
+    if (asked.size() == c.wanted.disks.size() && !surplus.empty()) {
+        return verdict(c, "disks",
+                       c.name + " is also on " + disksText(surplus) +
+                           "; a migration takes no disk away, and only a failure makes room for another one",
+                       "leave " + disksText(surplus) + " among its disks");
+    }
+    if (c.wanted.disks.size() < c.there.disks.size()) {
+        return verdict(c, "disks",
+                       c.name + " has room for " + std::to_string(c.there.disks.size()) + " disks, " +
+                           std::to_string(c.wanted.disks.size()) + " are wanted; a migration takes none away",
+                       std::to_string(c.there.disks.size()) + " disks");
+    }
+    if (c.offline) {
+        return verdict(c, "disks", c.name + " is offline, and no command brings its data back",
+                       "bring back the disks that it has lost");
+    }
+    return std::nullopt;
+}
+
+static std::string describedLayout(const PresentLayout& layout) {
+    std::string text = layout.level;
+    if (takesParity(layout.level)) text += " with " + std::to_string(layout.parity) + " parity disks";
+    return text + " on " + disksText(presentDisks(layout));
+}
+
+static std::optional<Verdict> checkMigration(const Comparison& c, const PresentLayout& target) {
+    const std::string stay = "leave it at " + describedLayout(c.there);
+    const char* word = target.level == c.there.level ? "disks" : "level";
+    if (!c.planner.now.features.contains("migration")) {
+        return verdict(
+            c, word, c.planner.now.name + " does not migrate, and " + c.name + " is " + describedLayout(c.there), stay);
+    }
+    if (!mayMigrate(c.there.level, target.level)) {
+        return verdict(c, "level",
+                       c.name + " is " + c.there.level + "; a migration to " + target.level +
+                           " would lead to less redundancy, which none does",
+                       stay);
+    }
+    const auto refused = refusedCount(target.level, target.disks.size(), c.array, true);
+    if (refused) return verdict(c, "disks", *refused, stay);
+    if (!c.planner.now.levels.contains(target.level)) {
+        return verdict(c, "level", c.planner.now.name + " has no " + target.level, stay);
+    }
+    if (isTiered(c.there.level) || c.there.level == "JBOD") {
+        return verdict(c, word, c.name + " is " + c.there.level + ", which does not migrate", stay);
+    }
+    if (!c.hasVds) {
+        return verdict(c, word, c.name + " is empty, and only an array with a virtual disk in it migrates", stay);
+    }
+    static constexpr KT_U64 SHARE = KT_U64{1} << 30;
+    if (capacityWith(target, SHARE) < capacityWith(c.there, SHARE)) {
+        return verdict(c, word, c.name + " would hold less than now as " + describedLayout(target), stay);
+    }
+    return std::nullopt;
+}
+
+static std::optional<Verdict> whyAnew(const Comparison& c) {
+    if (c.wanted.stripe && *c.wanted.stripe != c.there.stripe) {
+        return verdict(c, "stripe",
+                       c.name + " has stripes of " + std::to_string(c.there.stripe) +
+                           " KiB, which stay as they were created",
+                       std::to_string(c.there.stripe));
+    }
+    if (const auto found = checkMembers(c)) return found;
+    if (disksFor(c.planner.matching, c.wanted.disks).size() < c.wanted.disks.size()) return std::nullopt;
+    const LayoutChange change = changeOf(c.planner, c.wanted, c.there);
+    return change.migrates ? checkMigration(c, change.target) : std::nullopt;
+}
+
+// What is more wanted of a size than a migration gives, or less.
+static std::optional<Verdict> checkSize(const WantedVd& wanted, const PresentVd& there, const PresentLayout& now,
+                                        const PresentLayout& target) {
+    if (!wanted.size) return std::nullopt;
+    const KT_U64 size = grown(there.size, now, target);
+    const KT_U64 row = rowOf(target);
+    const bool large = size > *wanted.size + row;
+    if (!large && size + row >= *wanted.size) return std::nullopt;
+    const char* why = size != there.size ? ", to which the migration of its disks brings it"
+                      : large            ? ", and nothing makes one smaller"
+                                         : ", and it grows only when its disks migrate";
+    return Verdict{wanted.place + ".size",
+                   nameOf(there) + (size != there.size ? " would have " : " has ") + std::to_string(size >> 20) +
+                       " MiB" + why + "; " + std::to_string(*wanted.size >> 20) + " MiB are wanted",
+                   std::to_string(size >> 20) + " MiB"};
+}
+
+std::optional<Verdict> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentLayout& now,
+                                      const PresentLayout& target) {
+    if (there.status == "offline") {
+        return Verdict{wanted.place, nameOf(there) + " is offline, and no command brings its data back",
+                       "bring back the disks that it has lost"};
+    }
+    return checkSize(wanted, there, now, target);
+}
+
+std::optional<Verdict> whyAnew(const Planner& planner, const WantedArray& wanted, const PresentArray& there) {
+    const auto isOffline = [](const PresentVd& vd) { return vd.status == "offline"; };
+    const bool missing = presentDisks(there.layout).size() < there.layout.disks.size();
+    const bool offline =
+        std::any_of(there.vds.begin(), there.vds.end(), isOffline) || (missing && !isRedundant(there.layout.level));
+    return whyAnew(Comparison{planner, wanted.place, nameOf(there), wanted.layout, there.layout, true,
+                              !there.vds.empty(), offline});
+}
+
+std::optional<Verdict> whyAnew(const Planner& planner, const WantedVd& wanted, const PresentVd& there) {
+    const auto found = whyAnew(Comparison{planner, wanted.place, nameOf(there), wanted.layout, there.layout, false,
+                                          true, there.status == "offline"});
+    if (found || disksFor(planner.matching, wanted.layout.disks).size() < wanted.layout.disks.size()) return found;
+    return checkSize(wanted, there, there.layout, changeOf(planner, wanted.layout, there.layout).target);
+}
