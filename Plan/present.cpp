@@ -118,6 +118,14 @@ static PresentArray arrayIn(const Json& json) {
     return array;
 }
 
+// A disk that does not answer is as good as missing, though its place is still its own.
+static void loseOffline(PresentLayout& layout, const PresentAdapter& adapter) {
+    for (auto& disk : layout.disks) {
+        const auto at = disk ? adapter.disks.find(*disk) : adapter.disks.end();
+        if (disk && (at == adapter.disks.end() || at->second.state == "offline")) disk.reset();
+    }
+}
+
 // What the library refused to tell, where planning cannot do without.
 static void checkWhole(const Json& report) {
     static const char* const needed[] = {"KT_API_Initialize", "KT_Adapter_GetInfo",    "KT_Adapter_GetConfig",
@@ -160,6 +168,10 @@ static PresentAdapter adapterIn(const Json& json) {
     for (const Json& vd : listIn(json, "virtualDisks")) {
         adapter.vds.push_back(vdIn(vd));
     }
+    for (PresentArray& array : adapter.arrays)
+        loseOffline(array.layout, adapter);
+    for (PresentVd& vd : adapter.vds)
+        loseOffline(vd.layout, adapter);
     return adapter;
 }
 

@@ -1,7 +1,6 @@
 #include "ktcfg/planning.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "Public/fileName.h"
 #include "Report/document.h"
@@ -49,10 +48,6 @@ static bool checkRequest(const char* command, const PlanRequest& request, const 
     }
     if (request.file == "-" && request.from == "-") {
         out("%s: only one of the two files can come from standard input\n", command);
-        return false;
-    }
-    if (request.file == "-" && strcmp(command, "apply") == 0 && !request.yes) {
-        out("%s: with the file on standard input there is nobody to ask; --yes carries it out\n", command);
         return false;
     }
     return true;
@@ -103,12 +98,17 @@ std::optional<Planning> planFor(const PlanRequest& request) {
     return std::nullopt;
 }
 
+// What a command said without the line about the driver, with which each begins.
+static std::string withoutDriver(const std::string& said) {
+    return said.starts_with("SG driver version ") ? said.substr(said.find('\n') + 1) : said;
+}
+
 std::optional<Rehearsal> rehearsed(const PlanRequest& request, const Planning& planning) {
     Rehearsal rehearsal = rehearse(planning.report, planning.plan.steps);
     const size_t done = rehearsal.seconds.size();
     if (done < planning.plan.steps.size()) {
         out("Rehearsed on a twin, a command fails, and nothing is changed here:\n%s%s",
-            stepsText(planning.plan.steps, done, done + 1).c_str(), rehearsal.said.c_str());
+            stepsText(planning.plan.steps, done, done + 1).c_str(), withoutDriver(rehearsal.said).c_str());
         return std::nullopt;
     }
     const Plan left = makePlan(rehearsal.after, planning.wanted, request.options);

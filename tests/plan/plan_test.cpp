@@ -177,6 +177,13 @@ const Case choices[] = {
     R"( "disks": [0, null, 2], "stripe": 64, "memberSize": 1073741824000, "slots": [{"slot": 0, "size": 100000000000}]}]}])"
 
 const Case changes[] = {
+    {"so is a failed one, and what is created waits for that",
+     R"([{"type": "array-based", "disks": [{"count": 2}, {"state": "offline"}, {"count": 2}], "arrays": [{"id": 0,
+          "name": "demo", "level": "RAID5", "disks": [0, 1, 2], "stripe": 64, "memberSize": 1073741824000,
+          "slots": [{"slot": 0, "size": 2147483648000}]}]}])",
+     R"([{"disks": [{"count": 3}], "arrays": [{"name": "demo", "disks": [0, 1, 2], "virtualDisks": [{"name": "v"}]}]}])",
+     "0 rebuild -l 0 -d 3\n"
+     "waits: 0 create -o vd -a 0 -n v\n"},
     {"a missing disk is rebuilt", DEGRADED,
      R"([{"disks": [{"count": 3}], "arrays": [{"name": "demo", "disks": [0, 1, 2]}]}])", "0 rebuild -l 0 -d 1\n"},
     {"growth onto more disks, and a virtual disk in what it brings", THERE,

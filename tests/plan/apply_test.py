@@ -1,0 +1,344 @@
+"""ktcfg plan and apply on simulated adapters: a new machine, changes, and all that can come in between."""
+import json
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "report"))
+from frame import BIN, Bench  # noqa: E402  (the folder of the tests of reports)
+
+WANTED = {"adapters": [{
+    "config": {"RebuildRate": 80},
+    "disks": [{"count": 3, "type": "SATA", "size": "2TB"}, {"type": "SATA", "size": "2TB", "spare": "global"}],
+    "arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2],
+                "virtualDisks": [{"name": "data", "size": "500GiB", "cache": "auto"}, {"name": "rest"}]}]}]}
+COMMANDS = ["ktsetup 0 set -o hba --rebuildrate 80",
+            "ktsetup 0 create -o array -r 5 -d 0,1,2 -n demo",
+            "ktsetup 0 create -o vd -a 0 -n data -s 512000 -c auto",
+            "ktsetup 0 create -o vd -a 0 -n rest",
+            "ktsetup 0 assign -d 3"]
+# Growth by migration, and a virtual disk that has room only behind it.
+GROWN = {"adapters": [{"arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2, 3],
+                                   "virtualDisks": [{"name": "data"}, {"name": "more", "size": "1500GiB"}]}]}]}
+SMALL = {"adapters": [{"arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2],
+                                   "virtualDisks": [{"name": "data", "size": "2400GiB"}]}]}]}
+
+
+def planned(text):
+    """The commands of a plan."""
+    return [line.split(". ", 1)[1] for line in text.splitlines() if line[:5].strip(" .").isdigit() and ". ktsetup" in line]
+
+
+class Machine(Bench):
+    """Adapters, and files that say what is wanted of them."""
+
+    def __init__(self, lab="empty"):
+        super().__init__(lab)
+        self.environment["PATH"] = BIN + ":" + self.environment["PATH"]
+
+    def wanted(self, wanted, name="wanted.json"):
+        with open(self.path(name), "w", encoding="ascii") as file:
+            json.dump(wanted, file)
+        return self.path(name)
+
+    def cfg(self, *words, text=None, trace=False):
+        return self.run("ktcfg", *words, text=text, trace=trace)
+
+    def apply(self, wanted, *words, trace=False):
+        return self.cfg("apply", "-f", self.wanted(wanted), "--yes", *words, trace=trace)
+
+    def would_change(self, wanted, *words):
+        return self.cfg("plan", "--check", "-f", self.wanted(wanted), *words).returncode
+
+
+class Applying(unittest.TestCase):
+    def test_new_machine(self):
+        machine = Machine()
+        done = machine.cfg("plan", "-f", machine.wanted(WANTED))
+        self.assertEqual((done.returncode, done.stderr, planned(done.stdout)), (0, "", COMMANDS), done.stdout)
+        self.assertIn("the initialization takes 7 s at 50 % of the disks' speed; it is redundant when it is initialized\n",
+                      done.stdout)
+        self.assertIn("Left alone, because the file does not mention it: adapter 1 (Tarn S4h", done.stdout)
+        self.assertEqual(machine.report()["adapters"][0]["arrays"], [])
+        self.assertEqual(machine.would_change(WANTED), 1)
+        done = machine.apply(WANTED)
+        self.assertEqual((done.returncode, done.stderr), (3, ""), done.stdout)
+        self.assertIn("\nAs wanted. 5 commands were carried out.\nSomething still goes on;", done.stdout)
+        machine.sim("clock", "until", "idle")
+        adapter = machine.report()["adapters"][0]
+        self.assertEqual([(vd["name"], vd["cache"]) for vd in adapter["arrays"][0]["virtualDisks"]],
+                         [("data", "auto"), ("rest", "on")])
+        self.assertEqual(adapter["config"]["RebuildRate"], 80)
+        done = machine.apply(WANTED)
+        self.assertEqual((done.returncode, done.stdout.split("\n")[0]), (0, "Nothing to do: all is as wanted."))
+        self.assertEqual(machine.would_change(WANTED), 0)
+
+    def test_its_own_report_and_its_own_lab_are_as_wanted(self):
+        for lab in ("default", "empty", "full"):
+            machine = Machine(lab)
+            machine.sim("clock", "until", "idle")
+            report = machine.report()
+            done = machine.cfg("plan", "-f", machine.wanted(report))
+            self.assertEqual((done.returncode, done.stdout.split("\n")[0]), (0, "Nothing to do: all is as wanted."), lab)
+
+    def test_from_a_report(self):
+        machine = Machine()
+        with open(machine.path("report.json"), "w", encoding="ascii") as file:
+            json.dump(machine.report("--records"), file)
+        machine.sim("create", "--lab", "none", "--force")
+        done = machine.cfg("plan", "-f", machine.wanted(WANTED), "--from", machine.path("report.json"))
+        self.assertEqual((done.returncode, planned(done.stdout)), (0, COMMANDS), done.stdout + done.stderr)
+
+    def test_asks(self):
+        machine = Machine()
+        done = machine.cfg("apply", "-f", machine.wanted(WANTED), text="n\n")
+        self.assertEqual((done.returncode, done.stdout.endswith("Carry this out? (y or n)\nNothing is changed.\n")),
+                         (1, True), done.stdout)
+        self.assertEqual(machine.would_change(WANTED), 1)
+        done = machine.cfg("apply", "-f", machine.wanted(WANTED), text="y\n")
+        self.assertEqual(done.returncode, 3, done.stdout)
+
+    def test_somebody_else_changes_the_adapter(self):
+        machine = Machine()
+        command = [os.path.join(BIN, "ktcfg"), "apply", "-f", machine.wanted(WANTED)]
+        with subprocess.Popen(command, env=machine.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              text=True) as run:
+            shown = ""
+            while "(y or n)\n" not in shown:
+                shown += run.stdout.readline()
+            self.assertEqual(machine.run("ktsetup", "create", "-o", "array", "-r", "1", "-d", "1,2").returncode, 0)
+            text = run.communicate("y\n")[0]
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("Stopped: the adapter is no longer as the plan thinks:\n", text)
+        self.assertIn("Nothing was changed.", text)
+        self.assertEqual(machine.report()["adapters"][0]["config"]["RebuildRate"], 50)
+
+    def test_waits_only_when_told(self):
+        machine = Machine()
+        self.assertEqual(machine.apply(SMALL).returncode, 3)
+        machine.sim("clock", "until", "idle")
+        done = machine.apply(GROWN)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("     waits until what goes on before it has ended\n", done.stdout)
+        self.assertIn("\nStopped: the next command needs what goes on to have ended; --wait waits for it.\n"
+                      "Done:\n  1. ktsetup 0 migrate -l 0 -r 5 -d 0,1,2,3\n"
+                      "Not done:\n  2. ktsetup 0 create -o vd -a 0 -n more -s 1536000\n", done.stdout)
+        machine.sim("clock", "speed", "20000")
+        machine.sim("clock", "start")
+        done = machine.apply(GROWN, "--wait")
+        self.assertIn(done.returncode, (0, 3), done.stdout)
+        machine.sim("clock", "until", "idle")
+        self.assertEqual(machine.would_change(GROWN), 0)
+
+    def test_a_signal_ends_it_between_two_commands(self):
+        machine = Machine()
+        self.assertEqual(machine.apply(SMALL).returncode, 3)
+        machine.sim("clock", "until", "idle")
+        command = [os.path.join(BIN, "ktcfg"), "apply", "-f", machine.wanted(GROWN), "--yes", "--wait"]
+        with subprocess.Popen(command, env=machine.environment, stdout=subprocess.PIPE, text=True) as run:
+            shown = ""
+            while "migration 0 %" not in shown:
+                shown += run.stdout.readline()
+            run.send_signal(signal.SIGINT)
+            text = run.communicate(timeout=20)[0]
+        self.assertEqual(run.returncode, -signal.SIGINT)
+        self.assertIn("Stopped: a signal came.\nDone:\n  1. ktsetup 0 migrate", text)
+
+    def test_brings_back_what_broke(self):
+        machine = Machine()
+        machine.apply(WANTED)
+        machine.sim("clock", "until", "idle")
+        machine.sim("disk", "fail", "1", "--force")
+        machine.sim("clock", "until", "idle")  # the spare has taken over
+        done = machine.apply(WANTED)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("a SATA disk of at least 2.0 TB is wanted, and none that fits is free on adapter 0", done.stdout)
+        machine.sim("disk", "replace", "1")
+        machine.sim("clock", "until", "idle")
+        done = machine.apply(WANTED, "--wait")
+        self.assertIn(done.returncode, (0, 3), done.stdout)
+        machine.sim("clock", "until", "idle")
+        self.assertEqual(machine.would_change(WANTED), 0)
+        self.assertEqual(machine.report()["problems"], [])
+
+    def test_deletes_only_what_it_names(self):
+        machine = Machine()
+        machine.apply(SMALL)
+        machine.run("ktsetup", "create", "-o", "array", "-r", "1", "-d", "4,5", "-n", "other")
+        machine.sim("clock", "until", "idle")
+        less = {"adapters": [{"arrays": [{"name": "demo", "level": "RAID1", "disks": [0, 1],
+                                          "virtualDisks": [{"name": "data"}]}]}]}
+        done = machine.apply(less)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("Not reachable: adapters[0].arrays[0].disks: array 0 \"demo\" is also on disk 2;", done.stdout)
+        done = machine.apply(less, "--delete")
+        self.assertEqual(done.returncode, 3, done.stdout)
+        self.assertIn("the data of virtual disk 0 \"data\" (2.6 TB) are lost\n", done.stdout)
+        arrays = machine.report()["adapters"][0]["arrays"]
+        self.assertEqual([(array["name"], array["level"]) for array in arrays], [("demo", "RAID1"), ("other", "RAID1")])
+
+
+class Refusing(unittest.TestCase):
+    def test_files(self):
+        machine = Machine()
+        for text, said in ((" ", "is empty"), ('{"adapters": [', "is cut short"), ("[" * 100, "nested too deeply"),
+                           ("nonsense", "is no lab or report")):
+            with open(machine.path("wanted.json"), "w", encoding="ascii") as file:
+                file.write(text)
+            done = machine.cfg("apply", "--yes", "-f", machine.path("wanted.json"))
+            self.assertEqual((done.returncode, done.stdout), (1, ""), text[:20])
+            self.assertRegex(done.stderr, r"\Aktcfg: [^\n]*" + said + r"[^\n]*\n\Z")
+
+    def test_words(self):
+        machine = Machine()
+        file = machine.wanted(WANTED)
+        for words in (("plan",), ("apply", "-f"), ("plan", "-f", ""), ("plan", "-f", file, "more"), ("apply", "--from", "x"),
+                      ("plan", "-f", file, "-f", file), ("plan", "-f", "-", "--from", "-"), ("300", "plan", "-f", file),
+                      ("plan", "-f", file, "--yes")):
+            done = machine.cfg(*words)
+            self.assertEqual(done.returncode, 2, (words, done.stdout, done.stderr))
+            self.assertEqual((done.stdout + done.stderr).count("\n"), 1, words)
+
+    def test_all_reasons_and_no_change(self):
+        machine = Machine()
+        wrong = {"adapters": [{"disks": [{"serial": "none"}, {"count": 2}], "arrays": [
+            {"name": "a", "level": "RAID1", "disks": [0, 1]}, {"name": "b", "level": "RAID6", "disks": [2, 9]}]}]}
+        before = machine.report("--records")
+        done = machine.apply(wrong)
+        self.assertEqual((done.returncode, done.stderr), (1, ""))
+        self.assertEqual(done.stdout.count("wanted.json: adapters[0]."), 2, done.stdout)
+        self.assertTrue(done.stdout.endswith("Nothing is changed.\n"))
+        after = machine.report("--records")
+        before.pop("made"), after.pop("made")
+        self.assertEqual(before, after)
+
+    def test_what_cannot_be_read(self):
+        machine = Machine()
+        machine.sim("fault", "KT_DG_GetInfo", "2")
+        done = machine.apply(WANTED)
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertRegex(done.stderr, r"\Aktcfg: what is there is not known: KT_DG_GetInfo answered [^\n]*\n\Z")
+
+
+# Beside a copy of ktcfg stands a program that answers as the text says.
+FAKE = """#!/usr/bin/python3
+import json, sys
+with open(sys.argv[sys.argv.index("--from") + 1]) as file:
+    report = json.load(file)
+sys.stdin.read()
+{change}
+print(json.dumps({{"commands": [{{"words": [], "status": {status}, "output": "It did not work.\\n"}}], "idleAfter": 5, "after": report}}))
+"""
+
+
+class Rehearsing(unittest.TestCase):
+    def beside(self, machine, change, status):
+        shutil.copy(os.path.join(BIN, "ktcfg"), machine.path("ktcfg"))
+        if change is not None:
+            with open(machine.path("ktsim"), "w", encoding="ascii") as file:
+                file.write(FAKE.format(change=change, status=status))
+            os.chmod(machine.path("ktsim"), 0o755)
+        environment = dict(machine.environment, PATH="/usr/bin:/bin")
+        return subprocess.run([machine.path("ktcfg"), "apply", "--yes", "-f", machine.wanted(WANTED)], env=environment,
+                              capture_output=True, text=True, check=False)
+
+    def test_no_plan_is_shown_that_does_not_lead_there(self):
+        machine = Machine()
+        done = self.beside(machine, "", 0)
+        self.assertEqual(done.returncode, 1)
+        self.assertTrue(done.stdout.startswith("Rehearsed on a twin, the plan does not lead to what is wanted, and nothing is "
+                                               "changed here. Different is:\n  RebuildRate is 50 %"), done.stdout)
+        done = self.beside(machine, "", 9)
+        self.assertEqual((done.returncode, done.stdout),
+                         (1, "Rehearsed on a twin, a command fails, and nothing is changed here:\n  1. " + COMMANDS[0] +
+                          "\nIt did not work.\n"))
+        self.assertEqual(machine.would_change(WANTED), 1)
+
+    def test_no_twin(self):
+        machine = Machine()
+        done = self.beside(machine, None, 0)
+        self.assertEqual((done.returncode, done.stdout, done.stderr),
+                         (1, "", "ktcfg: plans are rehearsed on simulated adapters, and ktsim is not there; install the "
+                          "package ktraid-sim\n"))
+        done = self.beside(machine, "sys.exit('ktsim: no room')", 0)
+        self.assertEqual((done.returncode, done.stderr.count("\n")), (1, 1), done.stderr)
+        self.assertIn("no twin of these adapters can be made: ktsim: no room", done.stderr)
+
+
+class Failing(unittest.TestCase):
+    """Whatever goes wrong in the middle, what was done is told, and the next apply goes on."""
+
+    def calls(self, changing):
+        """The calls of an apply in their order, as (name, how many of that name came before)."""
+        machine = Machine()
+        machine.apply(WANTED, trace=True)
+        seen, calls = {}, []
+        for call in machine.calls():
+            name = call.split(" ")[0]
+            seen[name] = seen.get(name, -1) + 1
+            if not changing or not any(part in name for part in ("Get", "API", "GET", "DiskHasOS", "SIM")):
+                calls.append((name, seen[name]))
+        return calls
+
+    def fail_at(self, name, before):
+        machine = Machine()
+        machine.sim("fault", name, "3", "--after", str(before), "--times", "1")
+        done = machine.apply(WANTED)
+        machine.sim("fault", "clear")
+        stopped = done.stdout.split("\nStopped: ")
+        if done.returncode not in (0, 3):
+            # What is told as done is what is there, unless the last command did its work and failed to tell.
+            self.assertEqual(done.returncode, 1, (name, before))
+            self.assertTrue(len(stopped) == 2 or done.stderr or "Nothing is changed" in done.stdout, done.stdout)
+        if len(stopped) == 2 and "Done:\n" in stopped[1]:
+            told = planned(stopped[1].split("Not done:")[0])
+            self.assertEqual(told, COMMANDS[:len(told)], (name, before))
+        machine.sim("clock", "until", "idle")
+        done = machine.apply(WANTED)
+        self.assertIn(done.returncode, (0, 3), (name, before, done.stdout))
+        machine.sim("clock", "until", "idle")
+        self.assertEqual(machine.would_change(WANTED), 0, (name, before))
+        self.assertEqual(machine.run("ktsim", "check").returncode, 0)
+
+    def test_every_call_that_changes_something(self):
+        calls = self.calls(changing=True)
+        self.assertGreaterEqual(len(calls), 6)
+        for name, before in calls:
+            self.fail_at(name, before)
+
+    def test_killed_at_every_step(self):
+        for steps in range(len(COMMANDS)):
+            machine = Machine()
+            environment = dict(machine.environment, KTRAID_SIM_TRACE=machine.path("trace"))
+            command = [os.path.join(BIN, "ktcfg"), "apply", "--yes", "-f", machine.wanted(WANTED)]
+            with subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, text=True) as run:
+                for line in run.stdout:
+                    if line.startswith(f"{steps + 1} of {len(COMMANDS)}: "):
+                        break
+                time.sleep(0.003 * (steps % 3))
+                run.kill()
+            machine.sim("clock", "until", "idle")
+            done = machine.apply(WANTED)
+            self.assertIn(done.returncode, (0, 3), done.stdout)
+            machine.sim("clock", "until", "idle")
+            self.assertEqual(machine.would_change(WANTED), 0)
+            self.assertEqual(machine.run("ktsim", "check").returncode, 0)
+
+
+class Everywhere(Failing):
+    """The same at calls that only read; of those that are made again and again, every ninth. Takes long."""
+
+    def test_every_call_that_changes_something(self):
+        calls = self.calls(changing=False)
+        self.assertGreaterEqual(len(calls), 200)
+        for name, before in calls:
+            if not name.startswith("KT_SIM") and (before < 2 or before % 9 == 0):
+                self.fail_at(name, before)
+
+
+if __name__ == "__main__":
+    unittest.main()
