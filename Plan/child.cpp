@@ -49,12 +49,12 @@ std::string findProgram(const std::string& name) {
     char self[4096];
     const ssize_t length = readlink("/proc/self/exe", self, sizeof self);
     const std::string own = length > 0 ? std::string(self, static_cast<size_t>(length)) : std::string();
-    const std::string beside = own.substr(0, own.find_last_of('/') + 1) + name;
+    std::string beside = own.substr(0, own.find_last_of('/') + 1) + name;
     if (!own.empty() && access(beside.c_str(), X_OK) == 0) return beside;
     const char* path = getenv("PATH");
     std::istringstream folders(path != nullptr ? path : "");
     for (std::string folder; std::getline(folders, folder, ':');) {
-        const std::string program = (folder.empty() ? "." : folder) + "/" + name;
+        std::string program = (folder.empty() ? "." : folder) + "/" + name;
         if (access(program.c_str(), X_OK) == 0) return program;
     }
     return "";

@@ -122,7 +122,7 @@ static std::optional<Verdict> whyAnew(const Comparison& c) {
                            " KiB, which stay as they were created",
                        std::to_string(c.there.stripe));
     }
-    if (const auto found = checkMembers(c)) return found;
+    if (auto found = checkMembers(c)) return found;
     if (disksFor(c.planner.matching, c.wanted.disks).size() < c.wanted.disks.size()) return std::nullopt;
     const LayoutChange change = changeOf(c.planner, c.wanted, c.there);
     return change.migrates ? checkMigration(c, change.target) : std::nullopt;
@@ -164,8 +164,8 @@ std::optional<Verdict> whyAnew(const Planner& planner, const WantedArray& wanted
 }
 
 std::optional<Verdict> whyAnew(const Planner& planner, const WantedVd& wanted, const PresentVd& there) {
-    const auto found = whyAnew(Comparison{planner, wanted.place, nameOf(there), wanted.layout, there.layout, false,
-                                          true, there.status == "offline"});
+    auto found = whyAnew(Comparison{planner, wanted.place, nameOf(there), wanted.layout, there.layout, false, true,
+                                    there.status == "offline"});
     if (found || disksFor(planner.matching, wanted.layout.disks).size() < wanted.layout.disks.size()) return found;
     return checkSize(wanted, there, there.layout, changeOf(planner, wanted.layout, there.layout).target);
 }

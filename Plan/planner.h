@@ -59,10 +59,10 @@ void planVds(Planner& planner);       // virtual disks outside arrays
 void planSpares(Planner& planner);
 void planMigrations(Planner& planner); // and what can only come behind them
 
-// Brings name, cache and read-ahead of a virtual disk to what is wanted; knownName: the name is right by itself.
+// Brings name, cache and read-ahead of a virtual disk to what is wanted.
 void planVdSettings(Planner& planner, const WantedVd& wanted, const PresentVd& there);
 // Creates what is missing of an array's virtual disks.
-void planVdsIn(Planner& planner, const WantedArray& wanted, KT_U64 array);
+void planVdsIn(Planner& planner, const WantedArray& wanted, KT_U64 id);
 // Options that a virtual disk is created with, and what they make of it.
 void addCacheWords(const Planner& planner, const WantedVd& wanted, StepDraft& draft, PresentVd& vd);
 // The lowest id that no virtual disk has.

@@ -32,7 +32,7 @@ struct Planning {
 };
 
 // Reads and plans; none, after one line on standard error, when something cannot be read, or after the reasons when the
-// plan is none. `saysReasons` false: nothing but the result tells.
+// plan is none.
 std::optional<Planning> planFor(const PlanRequest& request);
 
 // The plan's rehearsal; none, after the differences, when it does not lead to what is wanted.
