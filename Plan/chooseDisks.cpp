@@ -291,7 +291,14 @@ static void choose(Choice& choice, const Demand& demand) {
                  [&](KT_U64 number) { return choice.isOpen(number); });
     if (open.empty()) return;
     const auto free = freeDisks(choice, demand.room);
-    std::vector<const PresentDisk*> models = free;
+    // One of a kind is enough to try.
+    std::vector<const PresentDisk*> models;
+    for (const PresentDisk* disk : free) {
+        const auto isSame = [&](const PresentDisk* one) {
+            return one->type == disk->type && one->sector == disk->sector;
+        };
+        if (std::none_of(models.begin(), models.end(), isSame)) models.push_back(disk);
+    }
     if (!demand.like.empty()) models = {&choice.there.disks.at(*demand.like.begin())};
     std::map<KT_U64, KT_U64> best;
     for (const PresentDisk* model : models) {

@@ -24,6 +24,7 @@ struct Run {
     const std::vector<PlannedStep>& steps; // as they were shown
     Json report;                           // the adapters, as they were read last
     size_t done = 0;
+    bool begun = false;       // a command was carried out, well or not
     std::string stopped = {}; // why it goes no further
 };
 
@@ -125,6 +126,11 @@ static bool waitFor(Run& run, PlannedStep& step) {
             return false;
         }
         lookAgain(activities, run.report, everything);
+        for (const auto& [key, activity] : activities) {
+            if (activity.going.state != "paused") continue;
+            run.stopped = "the " + activity.going.kind + " of " + activity.going.name + " is paused; resume it first";
+            return false;
+        }
         if (stateOf(activities) != Waiting::GoesOn) {
             run.stopped = "what the next command waits for has come to a stop before its end";
             return false;
@@ -164,6 +170,7 @@ static void runSteps(Run& run) {
         if (!waitFor(run, step)) break;
         out("%zu of %zu: %s\n", run.done + 1, run.steps.size(), commandText(step).c_str());
         flushOutput();
+        run.begun = true;
         const int result = carryOut(step);
         flushOutput();
         if (result != 0) {
@@ -197,7 +204,7 @@ static int stop(const Run& run) {
     if (run.done < run.steps.size()) {
         out("Not done:\n%s", stepsText(run.steps, run.done, run.steps.size()).c_str());
     }
-    out("%s\"ktcfg apply\" with the same file goes on from here.\n", run.done == 0 ? "Nothing was changed. " : "");
+    out("%s\"ktcfg apply\" with the same file goes on from here.\n", run.begun ? "" : "Nothing was changed. ");
     return RESULT_NOT_WANTED;
 }
 
