@@ -51,6 +51,8 @@ class BashTest(TerminalTest):
         self.offered("ktcfg backup_cfg --f", "ilename")
         self.offered("ktcfg backup_cfg -f s", "aved.txt")
         self.offered("ktcfg restore_cfg --raid -t ", "phy")
+        self.offered("ktcfg plan --ch", "eck")
+        self.offered("ktcfg apply -f s", "aved.txt")
         self.offered("ktsim image make --type ", "bios", "firmware")
         self.offered("ktsim disk fail 1", "10", "12")
         self.offered("ktsim fault KT_PD_GetHDI", "nfo")
