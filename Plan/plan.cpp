@@ -5,6 +5,22 @@
 #include "Plan/planner.h"
 #include "Report/look.h"
 
+// A rebuild that was stopped by hand has filled no place that a plan could see, and is taken up again by hand.
+static void noteUnsound(Planner& planner) {
+    const auto note = [&](const PresentVd& vd, bool busy) {
+        const bool unsound = vd.status == "degraded" || vd.status == "partially optimal";
+        if (!unsound || busy || vd.busy) return;
+        planner.plan.notes.push_back(nameOf(vd) + " on adapter " + std::to_string(planner.now.id) + " is " + vd.status +
+                                     ", and nothing rebuilds it; \"ktreport\" says what to do");
+    };
+    for (const PresentArray& array : planner.now.arrays) {
+        for (const PresentVd& vd : array.vds)
+            note(vd, array.busy);
+    }
+    for (const PresentVd& vd : planner.now.vds)
+        note(vd, false);
+}
+
 static void noteLeftAlone(Planner& planner) {
     const auto note = [&](const std::string& what) {
         planner.plan.leftAlone.push_back(what + " on adapter " + std::to_string(planner.now.id));
@@ -33,7 +49,7 @@ static void planAdapter(const PresentAdapter& there, const WantedAdapter& wanted
     planSettings(planner);
     planDeletions(planner);
     plan.notes.insert(plan.notes.end(), planner.matching.notes.begin(), planner.matching.notes.end());
-    for (const auto phase : {planArrays, planVds, planSpares, planMigrations, noteLeftAlone}) {
+    for (const auto phase : {planArrays, planVds, planSpares, planMigrations, noteUnsound, noteLeftAlone}) {
         if (canBeReached(plan)) phase(planner);
     }
 }

@@ -315,6 +315,18 @@ TEST(PlanningOnTheWay, saysWhatIsLeftAlone) {
               (std::vector<std::string>{"array 0 \"demo\" on adapter 0", "virtual disk 0 \"data\" on adapter 0"}));
 }
 
+TEST(PlanningOnTheWay, tellsOfWhatNobodyRebuilds) {
+    Json report = reportOf(THERE);
+    report["adapters"][0]["arrays"][0]["virtualDisks"][0]["status"] = "degraded";
+    const Wanted wanted = wantedIn({{"adapters", Json::parse(R"([{}])")}});
+    const Plan plan = makePlan(report, wanted, {});
+    ASSERT_EQ(plan.notes.size(), 1U);
+    EXPECT_EQ(plan.notes[0], "virtual disk 0 \"data\" on adapter 0 is degraded, and nothing rebuilds it; \"ktreport\" "
+                             "says what to do");
+    report["adapters"][0]["arrays"][0]["activity"] = {{"kind", "rebuild"}, {"state", "running"}};
+    EXPECT_EQ(makePlan(report, wanted, {}).notes.size(), 0U);
+}
+
 TEST(PlanningOnTheWay, refusesWhatIsNotKnown) {
     Json report = reportOf(THERE);
     report["unread"].push_back({{"adapter", 0}, {"call", "KT_LD_GetInfo"}, {"status", 2}, {"text", "Failed"}});
