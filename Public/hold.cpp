@@ -10,7 +10,7 @@
 
 // A signal that reaches the thread that calls would interrupt the driver in the middle of a transfer, which is then
 // made twice or fails. So that thread blocks them, and another one does nothing but wait for them. Threads of the
-// library, of which nobody here knows, may take one as well: then the handler notes it.
+// library, which this program knows nothing of, may get one as well: then the handler notes it.
 namespace {
 constexpr int sent[] = {SIGINT, SIGTERM, SIGHUP}; // by a person or the system
 constexpr size_t SENT = sizeof sent / sizeof sent[0];
@@ -108,7 +108,7 @@ static void end() {
         if (sigismember(&waitedFor, sent[i]) == 1) sigaction(sent[i], &before[i], nullptr);
     }
     sigaction(SIGXFSZ, &fileLimitBefore, nullptr);
-    // Where nobody reads any more, what is still printed is lost in the same way as before.
+    // After the first SIGPIPE it stays blocked: further output to the broken pipe fails instead of ending the program.
     if (first == SIGPIPE) sigaddset(&maskBefore, SIGPIPE);
     pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
 }

@@ -142,7 +142,7 @@ static bool checkStart(const MigrationRequest& request, const _LD_Info& ld, Acti
     result = 1;
     // A number of parity disks that no record holds is refused before the library is asked with one.
     if (!parityFits(request)) return checkMigrationTarget(migrateCommand, ld.RaidMode, request);
-    // A size that cannot be had is said, but no reason to stop: the library decides.
+    // When the library cannot tell the size that is reported; the migration itself may still be possible.
     if (askSize(migrationParam(request, ld), size) == KT_OK && size < ld.Size) {
         out("\nTarget VD size can not smaller than source VD.\n");
         return false;

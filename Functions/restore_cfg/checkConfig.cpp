@@ -131,7 +131,7 @@ static bool read(const RestoreOptions& o, Reading& reading) {
     reading.page = reading.current;
     _file_sasaddr_place_info_t places = {};
     bool good = false;
-    // That a text ends is news only to those who restore it.
+    // Reading prints its messages for a restore; the check shows them only when the file cannot be read.
     const std::string said =
         saidBy([&] { good = readConfiguration(reading.file, o.mode, places, reading.page, *reading.raid); });
     if (!good) out("%s", said.c_str());

@@ -106,7 +106,7 @@ static void useAssigned(const _updata_sasaddr_info_t& assigned, const _HBA_Info_
 }
 
 // Rewrites the configuration file with what was assigned, once it is certain that the assignment file can be rewritten
-// as well: staged is what it will hold. Nothing may reach the adapter that the next one would be given again.
+// as well: staged is what it will hold. Otherwise the next adapter would be given the same address and serial number.
 static bool rewriteFiles(const CfgFile& file, const std::string& text, const CfgFile& assignment,
                          const _updata_sasaddr_info_t& assigned, StagedFile& staged) {
     std::string advanced = advancedAssignment(assignment.text, assigned);

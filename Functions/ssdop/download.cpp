@@ -37,8 +37,8 @@ static KT_U8 reportDrive(KT_U16 pd) {
     return KT_OK;
 }
 
-// Names what else is on the disk. What cannot be read is said and does not forbid the download: who repairs a disk may
-// know.
+// Names what else is on the disk. A failure to read it is reported but does not forbid the download, which may be what
+// repairs the disk.
 static void nameUses(KT_U16 pd) {
     VdsOnDisk found;
     KT_U8 status = findVdsOn(pd, found);

@@ -1,11 +1,29 @@
 #include "events/events.h"
 
-static EventSeverity usualSeverity(EventName name) {
-    switch (name) {
-#define EVENT(class, code, name, severity, ...)                                                                        \
-    case EVT_##class##_##name:                                                                                         \
-        return SEV_##severity;
+namespace {
+struct Severity {
+    EventName name;
+    EventSeverity usual;
+};
+constexpr Severity severities[] = {
+#define EVENT(class, code, name, severity, ...) {EVT_##class##_##name, SEV_##severity},
 #include "events/eventList.inc"
+};
+
+constexpr bool isEachOnce() {
+    for (const Severity& row : severities) {
+        for (const Severity* other = severities; other != &row; ++other) {
+            if (other->name == row.name) return false;
+        }
+    }
+    return true;
+}
+static_assert(isEachOnce(), "no two events have the same class and code");
+} // namespace
+
+static EventSeverity usualSeverity(EventName name) {
+    for (const Severity& row : severities) {
+        if (row.name == name) return row.usual;
     }
     return SEV_UNKNOWN;
 }
