@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "frame/settle.h"
+#include "state/due.h"
 #include "state/simClock.h"
 
 #include <algorithm>
@@ -42,7 +43,8 @@ static KT_U64 nextDue(Store& store, KT_U64 now) {
     KT_U64 due = NEVER;
     for (unsigned i = 0; i < adapterCount(store); ++i) {
         const Context context{store, static_cast<KT_U8>(i), now};
-        if (busy(context)) due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
+        if (!isDown(context) && busy(context))
+            due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
     }
     return due;
 }

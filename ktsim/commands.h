@@ -30,6 +30,7 @@ void addClock(CLI::App& app, Options& options);
 void addFault(CLI::App& app, Options& options);
 void addEvent(CLI::App& app, Options& options);
 void addDisk(CLI::App& app, Options& options);
+void addPower(CLI::App& app, Options& options); // `reboot` and `power`
 void addBattery(CLI::App& app, Options& options);
 void addEnclosure(CLI::App& app, Options& options);
 void addImage(CLI::App& app, Options& options);

@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "events/eventText.h"
+#include "state/due.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -50,6 +51,7 @@ static void log(const Options& options, const EventOptions& wanted) {
         event.Params[i] = wanted.params[i];
     readSense(wanted.sense, event);
     changeAdapter(options, [&](Context& context) {
+        if (isDown(context)) throw CommandFailure{"the adapter does not run, and logs nothing"};
         for (unsigned i = 0; i < wanted.count; ++i)
             logEvent(context, event);
     });

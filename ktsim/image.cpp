@@ -1,5 +1,5 @@
 #include "commands.h"
-#include "devices/flashImage.h"
+#include "devices/flashMemory.h"
 #include "devices/solidState.h"
 
 #include <algorithm>
@@ -97,7 +97,38 @@ static void addMicrocode(CLI::App& image) {
     command->callback([wanted] { makeForDrive(*wanted); });
 }
 
-void addImage(CLI::App& app, Options& /*options*/) {
+static const struct {
+    const char* word;
+    ImageFault fault;
+} PARTS[] = {{"header", ImageFault::Header}, {"data", ImageFault::Data}, {"both", ImageFault::Both}};
+
+static void damage(Context& context, const ImageOptions& wanted) {
+    const ImageKind* kind = imageKindNamed(wanted.kind);
+    ImageFault fault = ImageFault::Data;
+    for (const auto& part : PARTS)
+        if (wanted.damage == part.word) fault = part.fault;
+    const KT_U8 status = damageImage(context, kind->type, fault);
+    const std::string adapter = "adapter " + std::to_string(context.adapter);
+    if (status == KT_ERR_FLASH_TYPE) throw CommandFailure{adapter + " has no such images"};
+    if (status != KT_OK) throw CommandFailure{adapter + " holds no such image"};
+}
+
+static void addDamage(CLI::App& image, Options& options) {
+    CLI::App* command = image.add_subcommand("damage", "Spoil an image in the adapter's flash, as age does");
+    const auto wanted = std::make_shared<ImageOptions>();
+    wanted->damage = "data";
+    command->add_option("-t,--type", wanted->kind, "What it is")
+        ->check(CLI::IsMember({"bios", "firmware", "autoload", "bin"}))
+        ->capture_default_str();
+    command->add_option("--part", wanted->damage, "What of it: header, data or both")
+        ->check(CLI::IsMember({"header", "data", "both"}))
+        ->capture_default_str();
+    addAdapterOption(*command, options);
+    command->callback(
+        [&options, wanted] { changeAdapter(options, [&](Context& context) { damage(context, *wanted); }); });
+}
+
+void addImage(CLI::App& app, Options& options) {
     CLI::App* image = app.add_subcommand("image", "Flash images for adapters, microcode for disks");
     image->require_subcommand(1);
     CLI::App* command = image->add_subcommand("make", "Make an image file that an adapter takes");
@@ -117,4 +148,5 @@ void addImage(CLI::App& app, Options& /*options*/) {
         ->capture_default_str();
     command->callback([wanted] { make(*wanted); });
     addMicrocode(*image);
+    addDamage(*image, options);
 }

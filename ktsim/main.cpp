@@ -50,6 +50,7 @@ static int runWords(int argc, char** argv) {
     addBattery(app, options);
     addEnclosure(app, options);
     addCable(app, options);
+    addPower(app, options);
     addClock(app, options);
     addFault(app, options);
     addEvent(app, options);

@@ -48,6 +48,8 @@ static void printHead(const Context& context, const _Adapter_Info& info) {
     const std::string arrays = info.MaxDiskGroup ? countText(count<_DG_Info>(context), "array") + ", " : "";
     printf("  %s, %s%s\n", countText(count<_HD_Info>(context), "disk").c_str(), arrays.c_str(),
            countText(count<_LD_Info>(context), "virtual disk").c_str());
+    if (find<AdapterState>(context, 0).value_or(AdapterState{}).down == ADAPTER_DEAD)
+        printf("  does not run: its firmware or boot loader is not sound\n");
 }
 
 static const char* nameOf(Thing thing) {
@@ -125,6 +127,7 @@ static void printStatus(Store& store, const std::string& path, const StatusOptio
     const GlobalState global = find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{});
     printf("%-8s%s (lab %s)\n", "State", path.c_str(), printable(global.lab, sizeof global.lab).c_str());
     printf("%-8s%s\n", "Clock", clockText(store).c_str());
+    if (global.powerOff) printf("%-8soff\n", "Power");
     printFaults(store);
     const KT_U64 now = simulatedNow(store);
     const std::vector<AdapterStatus> adapters = readAdapters(store, wanted);

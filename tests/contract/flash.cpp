@@ -62,15 +62,73 @@ TEST_F(Flash, FirmwareComesAndGoesInPages) {
     newEvents();
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"10/17 of 0"}));
+    EXPECT_EQ(info().FirmwareVersion.MajorVersion, 4) << "what runs, runs until the next boot";
+    outside::reboot();
     EXPECT_EQ(info().FirmwareVersion.MajorVersion, 7);
     EXPECT_EQ(info().FirmwareVersion.BuildNumber, 1234);
+    newEvents();
     reopen();
     std::string held;
     ASSERT_EQ(backup(KT_IMAGE_FIRMWARE, held), KT_OK);
     EXPECT_TRUE(held == wanted);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"10/18 of 0"}));
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, factory), KT_OK);
+    outside::reboot();
     EXPECT_EQ(info().FirmwareVersion.MajorVersion, 4);
+}
+
+TEST_F(Flash, ABootFallsBackOnTheEarlierCopy) {
+    const auto damage = [](outside::ImagePart fault) {
+        outside::damageImage(0, KT_IMAGE_FIRMWARE, fault);
+        outside::reboot();
+    };
+    const auto events = [&] {
+        std::vector<std::string> of10 = newEvents();
+        std::erase_if(of10, [](const std::string& event) { return event.substr(0, 3) != "10/"; });
+        return of10;
+    };
+    const std::string wanted = image(KT_IMAGE_FIRMWARE, 10);
+    ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
+    events();
+    damage(outside::HEADER);
+    EXPECT_EQ(events(), (std::vector<std::string>{"10/23 of 0", "10/21 of 0"}));
+    EXPECT_EQ(info().FirmwareVersion.MajorVersion, 4) << "the factory's";
+    EXPECT_EQ(info().firmware_img_health, 0);
+    ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
+    EXPECT_EQ(info().firmware_img_health, 1);
+    ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
+    events();
+    damage(outside::DATA);
+    EXPECT_EQ(events(), (std::vector<std::string>{"10/24 of 0", "10/21 of 0"}));
+    EXPECT_EQ(info().FirmwareVersion.MajorVersion, 7) << "the one before";
+    damage(outside::BOTH);
+    EXPECT_EQ(events(), (std::vector<std::string>{"10/25 of 0", "10/22 of 0", "10/3 of 0"}));
+    _LD_Info_Request request = {};
+    request.header = {0, KT_REQUEST_LIST, 0, 1, 0, 0, {}};
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_LINK_TIMEOUT);
+    EXPECT_EQ(KT_LD_GetInfo(1, &request), KT_OK) << "the other adapter runs";
+    EXPECT_EQ(info().FirmwareVersion.MajorVersion, 0);
+    ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_LINK_TIMEOUT) << "it has not booted yet";
+    outside::reboot();
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_OK);
+    EXPECT_EQ(info().FirmwareVersion.MajorVersion, 7);
+}
+
+TEST_F(Flash, AnUpdateThatThePowerEndsCostsTheEarlierCopy) {
+    ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIN, page("half", 0, 0).get()), KT_OK);
+    newEvents();
+    outside::reboot();
+    EXPECT_EQ(newEvents(), (std::vector<std::string>{"12/7 of 0", "10/21 of 0", "0/9 of 0"}));
+    EXPECT_EQ(info().boot_loader_img_health, 0);
+    EXPECT_NE(info().BootLoaderVersion.MajorVersion, 0);
+    EXPECT_EQ(KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIN, page("half", 1, 1).get()), KT_ERR_FLASH_DESCRIPTOR);
+    _LD_Info_Request request = {};
+    request.header = {0, KT_REQUEST_LIST, 0, 1, 0, 0, {}};
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_OK);
+    outside::damageImage(0, KT_IMAGE_BIN, outside::DATA);
+    outside::reboot();
+    EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_LINK_TIMEOUT);
 }
 
 TEST_F(Flash, BadImagesLeaveTheOldOne) {
@@ -162,7 +220,7 @@ TEST_F(Flash, RawImagesNeedLeave) {
 TEST_F(Flash, EraseTakesVersionAndHealth) {
     const auto record = page("");
     ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_ERASE, KT_IMAGE_BIOS, record.get()), KT_OK);
-    EXPECT_EQ(info().BIOSVersion.MajorVersion, 0);
+    EXPECT_EQ(info().BIOSVersion.MajorVersion, 3) << "it was read at the boot";
     EXPECT_EQ(info().boot_rom_img_health, 0);
     EXPECT_EQ(info().autoload_img_health, 0) << "the BIOS takes autoload along";
     EXPECT_EQ(info().firmware_img_health, 1);

@@ -4,7 +4,8 @@
 #include "changes/health.h"
 #include "devices/battery.h"
 #include "devices/enclosureElements.h"
-#include "devices/flashImage.h"
+#include "devices/flashMemory.h"
+#include "devices/power.h"
 #include "devices/solidState.h"
 #include "frame/settle.h"
 #include "lab/lab.h"
@@ -13,6 +14,8 @@
 #include "raid/damage.h"
 #include "state.h"
 #include "state/simClock.h"
+
+#include <gtest/gtest.h>
 
 namespace outside {
 
@@ -126,6 +129,20 @@ bool setReading(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, int 
     return happen(adapter, [&](sim::Context& context) {
         return sim::setElementReading(context, enclosure, type, element, value);
     });
+}
+
+void reboot() {
+    changeState([](sim::Store& store) {
+        sim::powerDown(store, false);
+        sim::powerUp(store);
+    });
+}
+
+void damageImage(KT_U8 adapter, KT_U8 type, ImagePart part) {
+    static const sim::ImageFault FAULTS[] = {sim::ImageFault::Header, sim::ImageFault::Data, sim::ImageFault::Both};
+    const KT_U8 status =
+        happen(adapter, [&](sim::Context& context) { return sim::damageImage(context, type, FAULTS[part]); });
+    EXPECT_EQ(status, KT_OK);
 }
 
 std::string makeImage(KT_U8 type, KT_U8 major, KT_U16 subVendor, size_t size) {

@@ -39,6 +39,12 @@ void scheduleRelearn(KT_U8 adapter, KT_U64 seconds);
 bool setCondition(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, const char* word);
 bool setReading(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value);
 
+// The machine is shut down and boots again.
+void reboot();
+// The copy of an image that was written last spoils in the adapter's flash.
+enum ImagePart : KT_U8 { HEADER, DATA, BOTH };
+void damageImage(KT_U8 adapter, KT_U8 type, ImagePart part);
+
 // A flash image with so many bytes of data, and a microcode file, as the adapters' maker would give them out.
 std::string makeImage(KT_U8 type, KT_U8 major, KT_U16 subVendor, size_t size);
 std::string makeMicrocode(const char* model, const char* version, size_t size);

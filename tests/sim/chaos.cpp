@@ -6,6 +6,8 @@
 #include "changes/branches.h"
 #include "changes/diskIds.h"
 #include "changes/health.h"
+#include "devices/power.h"
+#include "frame/invariants.h"
 #include "frame/settle.h"
 #include "lab/lab.h"
 #include "media/wear.h"
@@ -173,6 +175,30 @@ static void pullTogether(Chaos& run, Context& context) {
     }
 }
 
+// The power goes, properly or not, and may stay away for a while; disks and shelves go and come meanwhile.
+static void powerCycle(Chaos& run) {
+    const KT_U16 adapters = find<GlobalState>(*run.store, ADAPTER_GLOBAL, 0)->adapterCount;
+    for (KT_U16 i = 0; i < adapters; ++i) {
+        Context context{*run.store, static_cast<KT_U8>(i), run.now};
+        settle(context);
+    }
+    const Context context{*run.store, run.adapter, run.now};
+    powerDown(*run.store, rarely(run, 2));
+    for (int i = pick(run, 4); i > 0; --i) {
+        insertDisk(context, pick(run, 18));
+        pullDisk(context, pick(run, 18));
+    }
+    if (rarely(run, 4)) failDisk(context, pick(run, 18));
+    if (rarely(run, 4)) pullEnclosure(context, 1);
+    if (rarely(run, 2)) insertEnclosure(context, 1);
+    if (rarely(run, 3)) insertDisk(context, pick(run, 18));
+    run.now += rarely(run, 2) ? pick(run, 3000) : 0;
+    setClock(*run.store, run.now, 1000, true);
+    checkAfterCall("while it is off", context);
+    powerUp(*run.store);
+    checkAfterCall("after the boot", context);
+}
+
 // What no client of the library does: disks and time.
 static void happen(Chaos& run) {
     beginTransaction(*run.store, Access::Write);
@@ -197,6 +223,8 @@ static void happen(Chaos& run) {
         bringForeign(run, context);
     } else if (what == 9 && rarely(run, 3)) {
         pullTogether(run, context);
+    } else if (what == 12) {
+        powerCycle(run);
     } else if (what < 12) {
         // What was pulled comes back before long.
         insertEnclosure(context, 1);

@@ -131,7 +131,7 @@ TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
     nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, {}, 1, 1, 0, 1, 0};
     save(*store, 0, 77, nobodys);
     const KT_U64 now = simulatedNow(*store);
-    save(*store, 0, 0, AdapterState{now, NEVER, 0, 0, 0, {}, 0});
+    save(*store, 0, 0, AdapterState{now, NEVER, 0, ADAPTER_UP, 0, {}, 0, 0});
     setClock(*store, now + 30 * 86400 * MS_PER_SECOND, 1000, true);
     commitTransaction(*store);
     closeStore(store);

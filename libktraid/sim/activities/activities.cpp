@@ -206,6 +206,7 @@ static KT_U64 shareSpeed(const Context& context, const std::vector<Claim>& grant
 }
 
 void arbitrate(const Context& context) {
+    if (isDown(context)) return;
     std::vector<Claim> granted;
     for (Claim& claim : claimsOf(context)) {
         const bool waits = std::any_of(granted.begin(), granted.end(), [&](const Claim& other) {
@@ -226,6 +227,7 @@ void arbitrate(const Context& context) {
 }
 
 void applyRates(const Context& context) {
+    if (isDown(context)) return;
     std::vector<Owner> owners;
     forEachActivity(context, [&](Owner owner, const Activity& activity) {
         if (activity.state == KT_STATE_RUNNING) owners.push_back(owner);

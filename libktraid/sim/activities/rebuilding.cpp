@@ -4,6 +4,7 @@
 #include "media/blocks.h"
 #include "raid/roles.h"
 #include "raid/spares.h"
+#include "state/due.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -141,6 +142,7 @@ static void copyBackByItself(const Context& context, Owner owner) {
 }
 
 void engageSpares(const Context& context) {
+    if (isDown(context)) return;
     const bool rebuilds = autoRebuildOn(context);
     const bool copies = copyBackOn(context);
     for (const Owner owner : allGroups(context)) {

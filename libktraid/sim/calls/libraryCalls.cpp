@@ -1,4 +1,4 @@
-#include "devices/flashMemory.h"
+#include "devices/flashRegions.h"
 #include "frame/call.h"
 #include "lab/lab.h"
 

@@ -7,6 +7,7 @@
 #include "media/blocks.h"
 #include "raid/roles.h"
 #include "raid/spares.h"
+#include "state/due.h"
 
 #include <algorithm>
 #include <cstring>
@@ -48,15 +49,19 @@ static bool isCopiedFrom(const Group& group, const Activity& activity, KT_U16 pd
     return false;
 }
 
-// Initialisations and checks of the group fail without the disk; a rebuild or copy back fails when it needs the disk.
+void failOwnActivity(const Context& context, KT_U16 vd) {
+    const Owner owner{OwnerKind::Vd, vd};
+    const Activity activity = activityOf(context, owner);
+    if (activity.kind == 0 || isRebuildLike(activity) || activity.kind == KT_BGA_MIGRATION) return;
+    dropActivity(context, owner);
+    if (isAlive(activity)) logActivity(context, owner, activity, STEP_FAILED);
+}
+
+// Initialisations and checks of the group fail without the disk, unless the adapter is down: the disk may be back
+// before it notices. A rebuild or copy back fails when it needs the disk.
 static void failActivities(const Context& context, const Group& group, KT_U16 pd) {
-    for (const KT_U16 vd : group.vds) {
-        const Owner owner{OwnerKind::Vd, vd};
-        const Activity activity = activityOf(context, owner);
-        if (activity.kind == 0 || isRebuildLike(activity) || activity.kind == KT_BGA_MIGRATION) continue;
-        dropActivity(context, owner);
-        if (isAlive(activity)) logActivity(context, owner, activity, STEP_FAILED);
-    }
+    for (const KT_U16 vd : group.vds)
+        if (!isDown(context)) failOwnActivity(context, vd);
     const Activity activity = activityOf(context, group.owner);
     if (isRebuildLike(activity)) loseTarget(context, group.owner, pd);
     if (isCopiedFrom(group, activity, pd)) failRebuild(context, group.owner);
@@ -170,12 +175,12 @@ static bool isEmptySlot(const _LD_Info& vd, KT_U16 slot) {
     return slot < geometryOf(vd).disks && vd.BlockIDs[slot] == KT_NO_ID;
 }
 
-// Whether the virtual disk has waited for this block: it is foreign, or offline and was not written to since the disk
-// left; and nothing else is in the place.
+// Whether the virtual disk has waited for this block: it is foreign, or was not written to since the disk left, being
+// offline or on an adapter that is down; and nothing else is in the place.
 static bool isAwaited(const Context& context, KT_U16 pd, const PulledBlock& entry, KT_U64 left) {
     const auto vd = vdWithGuid(context, entry.guid);
     if (!vd || entry.block.Status == BLOCK_REBUILDING) return false;
-    if (vd->Status != KT_VD_OFFLINE && !isForeign(*vd)) return false;
+    if (vd->Status != KT_VD_OFFLINE && !isForeign(*vd) && !wasLostDown(context, left)) return false;
     const KT_U64 offline = find<VdState>(context, vd->ID).value_or(VdState{}).offline;
     if (vd->Status == KT_VD_OFFLINE && left < offline) return false;
     const auto target = entry.target ? find<VdTarget>(context, vd->ID) : std::nullopt;
@@ -208,8 +213,8 @@ static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& b
     if (!(blocks.raid & KT_PD_MEMBER) || findArray(context, blocks.dgid, array) != KT_OK) return false;
     // A disk that the array migrates to has no slot in it yet.
     const bool arriving = blocks.slot >= array.state.memberCount;
-    if (!arriving && (array.info.Status != ARRAY_OFFLINE || array.state.members[blocks.slot] != KT_NO_ID ||
-                      array.state.homes[blocks.slot] != pd))
+    const bool waits = array.info.Status == ARRAY_OFFLINE || wasLostDown(context, blocks.left);
+    if (!arriving && (!waits || array.state.members[blocks.slot] != KT_NO_ID || array.state.homes[blocks.slot] != pd))
         return false;
     const size_t vds = groupOf(context, Owner{OwnerKind::Array, blocks.dgid}).vds.size();
     const auto awaits = [&](const PulledBlock& entry) { return isAwaited(context, pd, entry, blocks.left); };

@@ -24,6 +24,8 @@ void bringDisksUp(const Context& context, const std::vector<KT_U16>& pds);
 
 // The groups that have something on one of the disks, or count it among their members; each once.
 std::vector<Owner> groupsOn(const Context& context, const std::vector<KT_U16>& pds);
+// The virtual disk's initialisation or check ends without success.
+void failOwnActivity(const Context& context, KT_U16 vd);
 void failPatrol(const Context& context, KT_U16 pd);
 // What a disk held when it left the virtual disks it belonged to, or since.
 PulledBlocks rememberBlocks(const Context& context, KT_U16 pd);

@@ -49,7 +49,7 @@ static KT_U8 makeBattery(const Context& context, _BBU_Info& info) {
     if (isRising(state)) {
         info.status |= KT_BBU_CHARGING;
         info.minutesToFull = static_cast<KT_U16>((BATTERY_FULL - charge) * BATTERY_CHARGE_TIME / BATTERY_FULL / MINUTE);
-    } else if (state.mode == BATTERY_DISCHARGING) {
+    } else if (state.mode == BATTERY_DISCHARGING && state.drain == DRAIN_NONE) {
         info.status |= KT_BBU_DISCHARGING;
         info.minutesToEmpty = static_cast<KT_U16>(charge * BATTERY_DISCHARGE_TIME / BATTERY_FULL / MINUTE);
     }
@@ -264,6 +264,7 @@ KT_U64 settleBattery(const Context& context) {
 
 static void settleNow(const Context& context, const BatteryState& state) {
     save(context, 0, state);
+    if (isDown(context)) return;
     schedulePeripherals(context, settleBattery(context));
 }
 
@@ -320,8 +321,22 @@ void setBatteryLimits(const Context& context, const BatteryLimits& limits) {
     settleNow(context, state);
 }
 
+void drainBattery(const Context& context, KT_U8 drain) {
+    if (!hasBattery(context)) return;
+    BatteryState state = batteryState(context);
+    state.charge = chargeAt(state, context.now);
+    state.since = context.now;
+    state.drain = drain;
+    save(context, 0, state);
+}
+
+bool isBatteryEmpty(const Context& context) {
+    return !hasBattery(context) || chargeAt(batteryState(context), context.now) == 0;
+}
+
 bool insertBattery(const Context& context) {
     if (!hasBatteryPlace(context)) return false;
+    if (hasBattery(context)) loseKeptCaches(context);
     _BBU_Info info = {};
     const bool replaces = findBattery(context, info);
     const BatteryState before = batteryState(context);
@@ -342,6 +357,7 @@ bool insertBattery(const Context& context) {
     BatteryState state = firstBatteryState(context);
     state.rechargeBelow = limits.rechargeBelow;
     state.abnormal = before.abnormal;
+    state.drain = isDown(context) ? DRAIN_LEAK : DRAIN_NONE;
     logBattery(context, replaces ? EVT_BATTERY_REPLACED : EVT_BATTERY_NEW);
     if (!replaces) logBattery(context, EVT_BATTERY_PRESENT);
     settleNow(context, state);
@@ -353,6 +369,7 @@ bool removeBattery(const Context& context) {
     if (!findBattery(context, info)) return false;
     BatteryState state = batteryState(context);
     save(context, 0, _BBU_Info{});
+    loseKeptCaches(context);
     logBattery(context, EVT_BATTERY_REMOVED);
     state.complaints = 0;
     state.relearn = RELEARN_NONE;

@@ -19,6 +19,11 @@ KT_U8 changeBatteryPower(const Context& context, KT_U8 action);
 // What happens at context.now; answers when to look again.
 KT_U64 settleBattery(const Context& context);
 
+// The power goes, or (DRAIN_NONE) is back: what becomes of the charge from now on.
+void drainBattery(const Context& context, KT_U8 drain);
+// So that it keeps no cache; the same when there is none.
+bool isBatteryEmpty(const Context& context);
+
 // The limits that the settings page states.
 struct BatteryLimits {
     KT_U8 rechargeBelow; // percent

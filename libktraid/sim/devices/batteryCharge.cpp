@@ -5,6 +5,7 @@
 namespace sim {
 
 static const KT_U64 LEAK_TIME = 100 * DAY; // from full to empty with nothing going on
+static const KT_U64 CACHE_TIME = 3 * DAY;  // from full to empty, keeping a cache
 static const KT_U32 MILLIVOLTS_PER_PERCENT = 6;
 
 bool findBattery(const Context& context, _BBU_Info& info) {
@@ -42,11 +43,12 @@ BatteryState batteryState(const Context& context) {
 }
 
 bool isRising(const BatteryState& state) {
-    return state.mode == BATTERY_CHARGING && !state.chargerBroken;
+    return state.mode == BATTERY_CHARGING && !state.chargerBroken && state.drain == DRAIN_NONE;
 }
 
 // Milliseconds that the whole charge takes in the present mode.
 static KT_U64 paceOf(const BatteryState& state) {
+    if (state.drain != DRAIN_NONE) return state.drain == DRAIN_CACHE ? CACHE_TIME : LEAK_TIME;
     if (isRising(state)) return BATTERY_CHARGE_TIME;
     return state.mode == BATTERY_DISCHARGING ? BATTERY_DISCHARGE_TIME : LEAK_TIME;
 }

@@ -171,6 +171,26 @@ static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
     return lostSystems(context) > lostBefore ? KT_U8{KT_ERR_VD_HAS_OS} : KT_U8{KT_OK};
 }
 
+void lockPorts(const Context& context) {
+    std::vector<KT_U8> ports;
+    forEach<AesPort>(context, 0, [&](KT_U64 id, const AesPort& port) {
+        if (port.entry != NO_ENTRY) ports.push_back(static_cast<KT_U8>(id));
+        return true;
+    });
+    for (const KT_U8 id : ports) {
+        AesPort port = cryptoPort(context, id);
+        port.entry = NO_ENTRY;
+        save(context, id, port);
+    }
+    if (ports.empty()) return;
+    std::vector<KT_U16> disks;
+    forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info&) {
+        disks.push_back(static_cast<KT_U16>(id));
+        return true;
+    });
+    reviewCiphers(context, disks);
+}
+
 KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
     const KT_U8 status = checkCryptoPort(context, config.port_id);
     if (status != KT_OK) return status;

@@ -18,6 +18,8 @@ KT_U8 verifyAesKey(const Context& context, const _AES_Entry_Config& config, cons
 // The old password stands in config.key_content.
 KT_U8 changeAesPassword(const Context& context, const _AES_Entry_Config& config, const KT_U8* newPassword);
 
+// The ports forget their keys, as at each boot: every one of them has to be linked again.
+void lockPorts(const Context& context);
 // The changes of a port take its disks offline, and back online, as their ciphers demand.
 KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config);
 KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& entry);

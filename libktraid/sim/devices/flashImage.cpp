@@ -76,12 +76,12 @@ static bool headerIsSound(const ImageHeader& header) {
 }
 
 ImageFault checkImage(const std::string& image, ImageHeader& header) {
-    if (image.size() < sizeof header) return ImageFault::Header;
+    if (image.size() < sizeof header) return ImageFault::Both;
     memcpy(&header, image.data(), sizeof header);
     const size_t size = image.size() - sizeof header;
     const bool data =
         header.dataSize == size && header.dataChecksum == checksum(image.data() + sizeof header, size) && size > 0;
-    if (!headerIsSound(header)) return ImageFault::Header;
+    if (!headerIsSound(header)) return data ? ImageFault::Header : ImageFault::Both;
     return data ? ImageFault::None : ImageFault::Data;
 }
 

@@ -48,7 +48,7 @@ std::string makeImage(const ImageKind& kind, const ImageVersion& version, KT_U16
 // `size` bytes that are the same for the same seed.
 std::string imageFiller(KT_U32 seed, size_t size);
 
-enum class ImageFault { None, Header, Data };
+enum class ImageFault { None, Header, Data, Both };
 ImageFault checkImage(const std::string& image, ImageHeader& header);
 // The header of an image file, the data not looked at. KT_ERR_INVALID_FILE when there is no readable file of that name
 // or it is too short for a header, KT_ERR_INVALID_MICROCODE when it begins with anything else.

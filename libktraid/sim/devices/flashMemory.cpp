@@ -1,7 +1,7 @@
 #include "devices/flashMemory.h"
 
 #include "changes/diskIds.h"
-#include "devices/flashImage.h"
+#include "devices/flashRegions.h"
 #include "devices/settingsPage.h"
 #include "raid/activityRecords.h"
 #include "state/events.h"
@@ -20,48 +20,12 @@ static KT_U8 failWith(Context& context, EventName event, KT_U8 status) {
     return status;
 }
 
-static _Version_Info_CIM& versionOf(_Adapter_Info& info, const ImageKind& kind) {
-    return *reinterpret_cast<_Version_Info_CIM*>(reinterpret_cast<KT_U8*>(&info) + kind.version);
-}
-
-// Shows an image in the adapter's record: its version and whether it, and all of them, are sound.
-static void showImage(const Context& context, const ImageKind& kind, const _Version_Info_CIM& version, bool sound) {
-    _Adapter_Info info = adapterInfo(context);
-    if (kind.version) versionOf(info, kind) = version;
-    if (kind.health) reinterpret_cast<KT_U8*>(&info)[kind.health] = sound ? 1 : 0;
-    info.img_health =
-        info.autoload_img_health && info.boot_loader_img_health && info.firmware_img_health && info.boot_rom_img_health
-            ? 1
-            : 0;
-    save(context, 0, info);
-}
-
 // The kind of image, null when the adapter has none of that type.
 static const ImageKind* imageKindOn(const Context& context, KT_U8 type) {
     const KT_U16 controller = adapterInfo(context).DevID;
     const bool firmware = controller >= FIRST_WITH_FIRMWARE && controller != WITHOUT_FIRMWARE;
     const bool partOfIt = type == KT_IMAGE_FIRMWARE || type == KT_IMAGE_BIN;
     return partOfIt && !firmware ? nullptr : imageKind(type);
-}
-
-static KT_U64 chunkId(KT_U8 type, KT_U64 page) {
-    return (KT_U64{type} << 16) + page;
-}
-
-static void removeImage(const Context& context, KT_U8 type) {
-    const auto image = find<FlashImage>(context, type);
-    const KT_U64 pages = image ? (image->size + FLASH_PAGE - 1) / FLASH_PAGE : 0;
-    for (KT_U64 page = 0; page < pages; ++page)
-        eraseRow(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, page)});
-}
-
-static void storeImage(const Context& context, KT_U8 type, const std::string& image) {
-    removeImage(context, type);
-    for (size_t at = 0; at < image.size(); at += FLASH_PAGE) {
-        writeRow(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), chunkId(type, at / FLASH_PAGE)},
-                 image.data() + at, std::min<size_t>(FLASH_PAGE, image.size() - at));
-    }
-    save(context, type, FlashImage{IMAGE_STORED, {}, static_cast<KT_U32>(image.size())});
 }
 
 static void endUpdate(const Context& context) {
@@ -87,7 +51,7 @@ static std::string stagedImage(const Context& context, const FlashUpdate& update
     return image;
 }
 
-// The whole image is here: it takes effect, or nothing of it is written and everything stays as it was.
+// The whole image is here: it is written, or nothing of it is written and everything stays as it was.
 static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUpdate& update) {
     const std::string image = stagedImage(context, update);
     ImageHeader header = {};
@@ -102,9 +66,8 @@ static KT_U8 finishUpdate(Context& context, const ImageKind& kind, const FlashUp
         if (header.major == 0 || header.major > 0xFFFF) return refuseImage(context, KT_ERR_INVALID_MICROCODE);
     }
     endUpdate(context);
-    storeImage(context, kind.type, image);
-    showImage(context, kind,
-              _Version_Info_CIM{static_cast<KT_U16>(header.major), header.minor, header.revision, header.build}, true);
+    storeImage(context, kind, image);
+    showHealth(context, kind, true);
     logEvent(context, EVT_FLASH_UPDATED, context.adapter);
     return KT_OK;
 }
@@ -164,30 +127,6 @@ KT_U8 updateImage(Context& context, KT_U8 type, const _Flash_Data& page) {
     return page.isLastPage ? finishUpdate(context, *kind, update) : KT_U8{KT_OK};
 }
 
-static bool isZero(const _Version_Info_CIM& version) {
-    return !version.MajorVersion && !version.MinorVersion && !version.RevisionNumber && !version.BuildNumber;
-}
-
-// What the region holds; empty when it was erased or never had anything.
-static std::string imageInFlash(const Context& context, const ImageKind& kind) {
-    const auto image = find<FlashImage>(context, kind.type);
-    if (image && image->state == IMAGE_ERASED) return {};
-    if (!image) {
-        _Adapter_Info info = adapterInfo(context);
-        const _Version_Info_CIM version = kind.version ? versionOf(info, kind) : info.FirmwareVersion;
-        if (isZero(version)) return {};
-        return makeImage(
-            kind, ImageVersion{version.MajorVersion, version.MinorVersion, version.RevisionNumber, version.BuildNumber},
-            info.SubVenID, imageFiller(kind.type, size_t{kind.factoryKib} * 1024));
-    }
-    std::string bytes;
-    for (KT_U64 page = 0; page * FLASH_PAGE < image->size; ++page) {
-        const KT_U64 id = chunkId(kind.type, page);
-        bytes += readBytes(context.store, {context.adapter, static_cast<Kind>(KIND_FLASH_CHUNK), id}).value_or("");
-    }
-    return bytes;
-}
-
 static void fillPage(_Flash_Data& page, const std::string& image) {
     const size_t at = size_t{page.PageNum} * FLASH_PAGE;
     const size_t size = std::min<size_t>(FLASH_PAGE, image.size() - at);
@@ -204,19 +143,13 @@ KT_U8 backupImage(Context& context, KT_U8 type, _Flash_Data& page) {
     } else {
         const ImageKind* kind = imageKindOn(context, type);
         if (!kind) return KT_ERR_FLASH_TYPE;
-        image = imageInFlash(context, *kind);
+        image = imageInFlash(context, *kind, LATEST);
         if (image.empty()) return failWith(context, EVT_FLASH_BACKUP_FAILED, KT_ERR_FLASH_DATA);
     }
     if (size_t{page.PageNum} * FLASH_PAGE >= image.size()) return KT_ERR_FLASH_DESCRIPTOR;
     fillPage(page, image);
     if (page.isLastPage && type != KT_IMAGE_CONFIG) logEvent(context, EVT_FLASH_BACKED_UP, context.adapter);
     return KT_OK;
-}
-
-static void eraseRegion(const Context& context, const ImageKind& kind) {
-    removeImage(context, kind.type);
-    save(context, kind.type, FlashImage{IMAGE_ERASED, {}, 0});
-    showImage(context, kind, _Version_Info_CIM{}, false);
 }
 
 KT_U8 eraseImage(const Context& context, KT_U8 type) {
@@ -228,19 +161,18 @@ KT_U8 eraseImage(const Context& context, KT_U8 type) {
     }
     const KT_U8 status = checkUpdate(context, *kind);
     if (status != KT_OK) return status;
-    eraseRegion(context, *kind);
-    if (type == KT_IMAGE_BIOS) eraseRegion(context, *imageKind(KT_IMAGE_AUTOLOAD));
+    eraseImages(context, *kind);
+    showHealth(context, *kind, false);
+    if (type != KT_IMAGE_BIOS) return KT_OK;
+    eraseImages(context, *imageKind(KT_IMAGE_AUTOLOAD));
+    showHealth(context, *imageKind(KT_IMAGE_AUTOLOAD), false);
     return KT_OK;
 }
 
-void examineFlash(const Context& context) {
-    for (int type = 0; type <= KT_IMAGE_RAW; ++type) {
-        const ImageKind* kind = imageKind(static_cast<KT_U8>(type));
-        const auto image = kind && kind->headed ? find<FlashImage>(context, kind->type) : std::nullopt;
-        if (!image || image->state != IMAGE_ERASED) continue;
-        logEvent(context, EVT_FLASH_NO_GENERATION, context.adapter);
-        logEvent(context, EVT_FLASH_RECOVER_FAILED, context.adapter);
-    }
+KT_U8 damageImage(const Context& context, KT_U8 type, ImageFault fault) {
+    const ImageKind* kind = imageKindOn(context, type);
+    if (!kind || !kind->headed) return KT_ERR_FLASH_TYPE;
+    return spoilImage(context, *kind, fault) ? KT_U8{KT_OK} : KT_U8{KT_ERR_FLASH_DATA};
 }
 
 KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announcement) {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <mutex>
 #include <new>
 
@@ -34,6 +35,13 @@ KT_U8 checkListRequest(const _RequestHeader& header) {
     if (header.requestType != KT_REQUEST_LIST && header.requestType != KT_REQUEST_ITEM) return KT_ERR_REQUEST_TYPE;
     if (header.numRequested == 0) return KT_ERR_NUM_REQUESTED;
     return KT_OK;
+}
+
+// What an adapter still does that has booted without firmware: say what it is, and take an image.
+static bool worksWithoutFirmware(const char* name) {
+    for (const char* family : {"KT_Flash_", "KT_Adapter_Get", "KT_EVT_"})
+        if (strncmp(name, family, strlen(family)) == 0) return true;
+    return false;
 }
 
 static bool anyNull(std::initializer_list<Arg> args) {
@@ -94,8 +102,10 @@ struct CallInHand {
 static KT_U8 attempt(const CallInHand& call, bool mayWrite, bool& needsWriting) {
     Store& store = *gStore;
     const auto global = find<GlobalState>(store, ADAPTER_GLOBAL, 0);
+    if (global && global->powerOff) throw StoreFailure{KT_ERR_FAILED, "the machine is switched off"};
     if (call.adapter >= 0 && (!global || call.adapter >= global->adapterCount)) return KT_ERR_INVALID_ADAPTER;
     Context context{store, static_cast<KT_U8>(call.adapter < 0 ? ADAPTER_GLOBAL : call.adapter), simulatedNow(store)};
+    if (call.adapter >= 0 && !worksWithoutFirmware(call.name) && isDown(context)) return KT_ERR_LINK_TIMEOUT;
     const auto faultId = findFault(store, call.name, context.adapter);
     const bool due = call.adapter >= 0 && settleDue(context);
     needsWriting = !mayWrite && (faultId || due);

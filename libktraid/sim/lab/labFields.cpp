@@ -7,8 +7,9 @@
 
 namespace sim {
 
-static constexpr Field GLOBAL_FIELDS[] = {NUM(GlobalState, adapterCount), NUM(GlobalState, rescanCount),
-                                          NUM(GlobalState, sgVersion), TXT(GlobalState, lab)};
+static constexpr Field GLOBAL_FIELDS[] = {NUM(GlobalState, adapterCount), NUM(GlobalState, powerOff),
+                                          NUM(GlobalState, rescanCount), NUM(GlobalState, sgVersion),
+                                          TXT(GlobalState, lab)};
 static constexpr Field CLOCK_FIELDS[] = {NUM(Clock, base), NUM(Clock, realBase), NUM(Clock, speed), NUM(Clock, stopped),
                                          SGN(Clock, ahead)};
 static constexpr Field FAULT_FIELDS[] = {TXT(Fault, call),  NUM(Fault, kind),  NUM(Fault, status), NUM(Fault, adapter),
@@ -89,9 +90,10 @@ static constexpr Field CONFIG_FIELDS[] = {
     TXT(_Adapter_Config_V2, SerialNo),
     TXT(_Adapter_Config_V2, ModelNumber),
 };
-static constexpr Field ADAPTER_STATE_FIELDS[] = {NUM(AdapterState, dueRaid), NUM(AdapterState, duePeripherals),
-                                                 NUM(AdapterState, muted), NUM(AdapterState, patrols),
-                                                 NUM(AdapterState, losses)};
+static constexpr Field ADAPTER_STATE_FIELDS[] = {NUM(AdapterState, dueRaid),    NUM(AdapterState, duePeripherals),
+                                                 NUM(AdapterState, muted),      NUM(AdapterState, patrols),
+                                                 NUM(AdapterState, losses),     NUM(AdapterState, down),
+                                                 NUM(AdapterState, lossesAtOff)};
 static constexpr Field VD_FIELDS[] = {
     NUM(_LD_Info, ID),
     NUM(_LD_Info, Status),

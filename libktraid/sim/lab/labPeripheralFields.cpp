@@ -21,7 +21,8 @@ static constexpr Field BATTERY_STATE_FIELDS[] = {
     NUM(BatteryState, since),         NUM(BatteryState, nextRelearn),    NUM(BatteryState, relearnStarted),
     NUM(BatteryState, charge),        NUM(BatteryState, designCapacity), NUM(BatteryState, mode),
     NUM(BatteryState, relearn),       NUM(BatteryState, announced),      NUM(BatteryState, rechargeBelow),
-    NUM(BatteryState, chargerBroken), NUM(BatteryState, complaints),     NUM(BatteryState, abnormal)};
+    NUM(BatteryState, chargerBroken), NUM(BatteryState, complaints),     NUM(BatteryState, abnormal),
+    NUM(BatteryState, drain)};
 static constexpr Field ENTRY_FIELDS[] = {NUM(AesEntry, keyLength), HEX(AesEntry, key.bytes),
                                          HEX(AesEntry, password.bytes)};
 static constexpr Field PORT_FIELDS[] = {NUM(AesPort, entry), NUM(AesPort, enabled)};
@@ -62,7 +63,7 @@ static constexpr Field SETTINGS_FIELDS[] = {
     NUM(_HBA_Info_Page, MP_Rate),
     NUM(_HBA_Info_Page, Check_Sum),
 };
-static constexpr Field IMAGE_FIELDS[] = {NUM(FlashImage, state), NUM(FlashImage, size)};
+static constexpr Field IMAGE_FIELDS[] = {NUM(FlashImage, state), NUM(FlashImage, size), VERSION(FlashImage, version)};
 static constexpr Field UPDATE_FIELDS[] = {NUM(FlashUpdate, imageType), NUM(FlashUpdate, announced),
                                           NUM(FlashUpdate, nextPage), NUM(FlashUpdate, expected),
                                           NUM(FlashUpdate, received)};

@@ -1,6 +1,7 @@
 #include "media/life.h"
 
 #include "media/blocks.h"
+#include "state/due.h"
 
 #include <algorithm>
 
@@ -65,6 +66,7 @@ void beginLife(const Context& context, KT_U16 pd) {
 
 void powerOff(const Context& context, KT_U16 pd) {
     DiskAge age = ageOf(context, pd);
+    if (age.pulled) return; // it had no power in its bay
     age.pulled = context.now;
     save(context, pd, age);
 }
@@ -79,8 +81,9 @@ void powerOn(const Context& context, KT_U16 pd) {
         age.powerCycles += firstCycles(age, own) - 1;
         age.born = bornAt(age, own) + (context.now - age.pulled);
     }
-    age.pulled = 0;
-    ++age.powerCycles;
+    const bool on = !isDown(context);
+    age.pulled = on ? 0 : context.now;
+    if (on) ++age.powerCycles;
     save(context, pd, age);
 }
 

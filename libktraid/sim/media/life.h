@@ -22,7 +22,7 @@ int warmthAt(KT_U64 moment, bool busy);
 DiskAge ageOf(const Context& context, KT_U16 pd); // all zero when nothing has befallen it
 // A disk fresh from the factory takes that id.
 void beginLife(const Context& context, KT_U16 pd);
-// Taken out; put in again.
+// It has no power any more; it has it again, if its machine is on.
 void powerOff(const Context& context, KT_U16 pd);
 void powerOn(const Context& context, KT_U16 pd);
 // Put in here with the life that it had at another adapter.

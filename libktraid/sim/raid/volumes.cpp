@@ -2,6 +2,7 @@
 
 #include "media/blocks.h"
 #include "media/disks.h"
+#include "state/due.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -134,6 +135,22 @@ static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) 
     }
 }
 
+// One that was locked with its disks waits for the last of them: what was opened first would go on without the rest.
+static bool waitsForKey(const Context& context, const Vd& vd) {
+    if (vd.info.Status != KT_VD_OFFLINE || vd.info.DGID != KT_NO_ID) return false;
+    return std::any_of(std::begin(vd.info.BlockIDs), std::end(vd.info.BlockIDs), [&](KT_U16 id) {
+        const auto block = id == KT_NO_ID ? std::nullopt : find<_Block_Info>(context, id);
+        const auto cipher = block ? find<DiskCipher>(context, block->HDID) : std::nullopt;
+        return cipher && cipher->offline && find<PdState>(context, block->HDID)->left >= vd.state.offline;
+    });
+}
+
+// What goes while the adapter is down goes at one blow.
+static KT_U64 lossOf(const Context& context) {
+    const AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});
+    return wasLostDown(context, adapter.losses) ? adapter.lossesAtOff + 1 : adapter.losses;
+}
+
 void refreshVdStatus(const Context& context, KT_U16 id) {
     Vd vd = {};
     if (findVd(context, id, vd) != KT_OK) return;
@@ -145,10 +162,10 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
         if (badness(target->info.Status) > badness(status)) status = target->info.Status;
         save(context, id, *target);
     }
-    if (status == vd.info.Status) return;
+    if (status == vd.info.Status || waitsForKey(context, vd)) return;
     logStatus(context, vd.info, status);
     vd.info.Status = status;
-    if (status == KT_VD_OFFLINE) vd.state.offline = lastLoss(context);
+    if (status == KT_VD_OFFLINE) vd.state.offline = lossOf(context);
     saveVd(context, vd);
 }
 

@@ -7,21 +7,27 @@
 namespace sim {
 
 // A mute lasts until the next grave event, which sounds the buzzer again.
-static void soundAlarm(const Context& context) {
-    auto state = find<AdapterState>(context, 0);
-    if (!state || !state->muted) return;
-    state->muted = 0;
-    save(context, 0, *state);
+static void soundAlarm(const Context& context, AdapterState state) {
+    if (!state.muted) return;
+    state.muted = 0;
+    save(context, 0, state);
+}
+
+// An adapter without power notices nothing, one without firmware only what its boot loader does.
+static bool isNoticed(const AdapterState& state, const _Event& event) {
+    return state.down == ADAPTER_UP || (state.down == ADAPTER_DEAD && event.Class == EVT_FLASH);
 }
 
 void logEvent(const Context& context, _Event event) {
+    const AdapterState state = find<AdapterState>(context, 0).value_or(AdapterState{});
+    if (!isNoticed(state, event)) return;
     const auto last = lastRow(context.store, context.adapter, KIND_EVENT);
     const KT_U64 sequence = last ? *last + 1 : 1;
     event.TimeStamp = static_cast<KT_U32>(shownTime(context) / 1000);
     event.AdapterID = context.adapter;
     event.SequenceNo = static_cast<KT_U32>(sequence);
     save(context, sequence, event);
-    if (event.Severity >= SEV_MAJOR) soundAlarm(context);
+    if (event.Severity >= SEV_MAJOR) soundAlarm(context, state);
     if (sequence > EVENTS_KEPT) erase<_Event>(context, sequence - EVENTS_KEPT);
 }
 

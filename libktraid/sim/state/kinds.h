@@ -17,6 +17,7 @@ enum Kind : KT_U8 {
     KIND_VD_STATE = 21,
     KIND_VD_TARGET = 22,
     KIND_VD_AWAY = 23,
+    KIND_VD_BOOT = 24,
     KIND_DG = 30,
     KIND_DG_STATE = 31,
     KIND_PD = 40,
@@ -70,6 +71,7 @@ enum Kind : KT_U8 {
     X(VdState, KIND_VD_STATE)                                                                                          \
     X(VdTarget, KIND_VD_TARGET)                                                                                        \
     X(AwayVd, KIND_VD_AWAY)                                                                                            \
+    X(BootVd, KIND_VD_BOOT)                                                                                            \
     X(_DG_Info, KIND_DG)                                                                                               \
     X(DgState, KIND_DG_STATE)                                                                                          \
     X(_HD_Info, KIND_PD)                                                                                               \

@@ -27,7 +27,8 @@ struct Activity {
 // One row, id 0, ADAPTER_GLOBAL.
 struct GlobalState {
     KT_U16 adapterCount;
-    KT_U16 reserved;
+    KT_U8 powerOff; // the machine is switched off: no call is answered
+    KT_U8 reserved;
     KT_U32 rescanCount;
     KT_U32 sgVersion; // the simulated driver's, as /dev/sg0 would answer it: 30536 = 3.5.36
     KT_U32 reserved1;
@@ -45,15 +46,18 @@ struct Clock {
     int64_t ahead; // milliseconds that the clock shows more
 };
 
+enum : KT_U8 { ADAPTER_UP = 0, ADAPTER_OFF = 1, ADAPTER_DEAD = 2 };
+
 // One row an adapter, id 0. `due...` are the moments at which settling has something to do (NEVER, or 0 = unknown).
 struct AdapterState {
     KT_U64 dueRaid;
     KT_U64 duePeripherals;
     KT_U8 muted;
-    KT_U8 reserved0;
+    KT_U8 down;     // ADAPTER_*: without power, or booted without sound firmware
     KT_U16 patrols; // disks with a media patrol of any state: without any, status calls need not look at every disk
     KT_U8 reserved[4];
-    KT_U64 losses; // how often disks were lost, one at a time or several at one blow
+    KT_U64 losses;      // how often disks were lost, one at a time or several at one blow
+    KT_U64 lossesAtOff; // `losses` when it last went down: what was lost since has missed nothing until it is up again
 };
 
 struct VdState {
@@ -67,6 +71,18 @@ struct VdState {
     KT_U64 offline;    // the AdapterState.losses that it last went offline at; what was lost earlier has missed writes
     Activity activity;
     KT_U16 homes[128]; // whose place each slot is; a spare may stand in for that disk. Unused in an array
+};
+
+enum : KT_U8 { CACHE_CLEAN = 0, CACHE_KEPT = 1, CACHE_LOST = 2 };
+
+// How a virtual disk was when the power went, until the adapter has booted; id = the virtual disk's.
+struct BootVd {
+    KT_U8 guid[8];
+    KT_U8 status;
+    KT_U8 cache;   // CACHE_*: what happens to what was in it unwritten
+    KT_U8 working; // members that did
+    KT_U8 there;   // slots with a disk, working or not
+    KT_U8 reserved[4];
 };
 
 // What a migrating virtual disk is turning into.
@@ -193,6 +209,9 @@ enum : KT_U8 { NO_ENTRY = 255 };
 enum : KT_U8 { BATTERY_IDLE, BATTERY_CHARGING, BATTERY_DISCHARGING };
 enum : KT_U8 { RELEARN_NONE, RELEARN_PENDING, RELEARN_DISCHARGING, RELEARN_CHARGING };
 
+// What becomes of the charge: as `mode` says, or, without power, it leaks away or keeps a cache.
+enum : KT_U8 { DRAIN_NONE, DRAIN_LEAK, DRAIN_CACHE };
+
 // How the battery does, id 0, beside its _BBU_Info, which holds what does not move by itself.
 struct BatteryState {
     KT_U64 since;          // milliseconds: when `charge` was right
@@ -207,7 +226,8 @@ struct BatteryState {
     KT_U8 chargerBroken;
     KT_U8 complaints; // what is wrong and was logged: bits of the rules in battery.cpp
     KT_U8 abnormal;   // virtual disks with automatic cache write through
-    KT_U8 reserved[3];
+    KT_U8 drain;      // DRAIN_*
+    KT_U8 reserved[2];
 };
 
 // One SES element, id = (enclosure << 16) + (type << 8) + element. The slots' status follows from their disks.
@@ -311,14 +331,15 @@ struct DiskCipher {
     KT_U8 reserved[7];
 };
 
-enum : KT_U8 { IMAGE_STORED = 0, IMAGE_ERASED = 1 };
+enum : KT_U8 { IMAGE_STORED = 0, IMAGE_ERASED = 1, IMAGE_FACTORY = 2 };
 
-// A flash region, id = the image type; no row = as the adapter left the factory. Its pages are rows of
-// KIND_FLASH_CHUNK with the id (type << 16) + page.
+// A flash region. Its id is the image type, of the copy before the latest that + 256; no row of either = as the adapter
+// left the factory. Its pages are rows of KIND_FLASH_CHUNK with the id (its id << 16) + page.
 struct FlashImage {
     KT_U8 state;
     KT_U8 reserved[3];
     KT_U32 size;
+    _Version_Info_CIM version; // of the factory's image
 };
 
 // The update that is under way, id 0. Its pages wait as rows of KIND_FLASH_STAGED, id = page.

@@ -1,0 +1,180 @@
+What happens when the power goes.
+
+  $ . "$TESTDIR/setup.sh"
+  $ log() { kt event | grep -e Level -e Descr | cut -c15- | paste -d' ' - - | tac; }
+  $ news() { log | sed -n '/serial number/h;/serial number/!H;${x;p}'; }
+
+A machine that is off does not answer, and does nothing meanwhile.
+
+  $ lab default; ktsim disk fail 0 -f; ktsim clock advance 1h; ktsim power off; ktsetup info -o vd
+  ktraid-sim: KT_API_Initialize: the machine is switched off
+  KT_API_Initialize() failed!
+  [1]
+  $ ktsim clock advance 10h; ktsim clock until idle; ktsim power off; ktsim event 1 1; ktsim status | grep -e Power -e '%'
+  Idle after 0 s.
+  ktsim: the machine is off already
+  ktsim: the adapter does not run, and logs nothing
+  Power   off
+  Adapter 0  Tarn R8i (array-based), battery 94%, last event 8
+    VD 2     orders           RAID5          2.0 TiB  array 1  degraded, write-back (auto: battery 94%)
+            [#####---------------] 27% rebuild of disk 9 from disks 1 2
+            [##################--] 91% rebuild of disk 5 from disks 3 4
+  $ ktsim power on; ktsim power on; ktsim status | grep '[0-9]% rebuild'
+  ktsim: the machine is on already
+            [#####---------------] 27% rebuild of disk 9 from disks 1 2, 2 h 38 min left
+            [##################--] 91% rebuild of disk 5 from disks 3 4, 8 min 49 s left
+  $ log | tail -3; ktsim clock until idle; kt info -o vd -i 2 | grep ^status
+  [INFO] Rebuild disk on virtual disk 2 is 25% done
+  [INFO] Shutdown command received from host
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  Idle after 2 h 38 min.
+  status:              online
+
+What is gone at the boot is told then, and not before. It may be back before anybody notices.
+
+  $ lab default; ktsim power off; ktsim disk pull 1 3 7 8 -f; ktsim check; ktsim power on; news
+  The state is sound.
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [CRITICAL] Virtual disk 0 missing at boot
+  [CRITICAL] Virtual disk 1 missing at boot
+  [MAJOR] Physical disk missing from virtual disk 2 configuration at boot
+  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
+  [INFO] Spare disk 9 used by disk array 1
+  [INFO] Rebuild disk on virtual disk 2 started
+  [INFO] Spare disk 10 used by disk array 2
+  [INFO] Rebuild disk on virtual disk 3 started
+  $ ktsim power off; ktsim disk insert 1 3 7 8; ktsim power on; kt info -o vd | grep ^status
+  status:              online
+  status:              online
+  status:              degraded
+  status:              partially optimal
+  $ lab default; ktsim power off; for pd in 1 7 8; do ktsim disk pull $pd -f; done
+  $ for pd in 1 8 7; do ktsim disk insert $pd; done; ktsim power on; news; kt info -o vd | grep ^status
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  status:              online
+  status:              online
+  status:              online
+  status:              online
+  $ lab default; kt cc -l 1 > /dev/null; ktsim power off; ktsim disk fail 8 -f; ktsim disk pull 4 -f; ktsim power on; news
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [WARNING] Request to physical disk 8 is timed out
+  [MAJOR] Physical disk missing from virtual disk 0 configuration at boot
+  [MAJOR] Consistency fix on Virtual Disk 1 failed
+  [MAJOR] Physical disk missing from virtual disk 1 configuration at boot
+  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
+  [INFO] Spare disk 10 used by disk array 2
+  [INFO] Rebuild disk on virtual disk 3 started
+
+What left while the power was off, and the machine has worked without since, is no copy any more.
+
+  $ lab default; ktsim power off; ktsim disk pull 7 -f; ktsim reboot; ktsim power on; ktsim reboot
+  ktsim: the machine is off (ktsim power on boots it)
+  $ ktsim power off; ktsim disk insert 7; ktsim power on; ktsim status -a 0 | grep -e 'PD 7 ' -e 'VD [01]'
+    VD 0     boot             RAID1        100.0 GiB  array 0  degraded, write-back, runs the OS
+    VD 1     scratch          RAID1        400.0 GiB  array 0  degraded, write-back
+    PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0
+  $ ktsim enclosure pull 1 -f; ktsim power off; ktsim enclosure insert 1; ktsim power on; news | head -3
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [INFO] Virtual Disk 0 is online
+  [INFO] Virtual Disk 1 is online
+
+A battery keeps what was written last, if it lasts.
+
+  $ lab default; ktsim power off --pull; ktsim clock advance 1d; ktsim battery show | head -1; ktsim power on; news
+  Charge       idle, 62%
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [INFO] Auto starts flush dirty data
+  [INFO] Auto dirty data flushed 3/3
+  [INFO] Auto finish flush dirty data
+  [INFO] Battery started charging
+  $ lab default; ktsim power off --pull; ktsim clock advance 3d; ktsim power on; news
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [MAJOR] Page data has an ECC error and can not be flushed
+  [MAJOR] Synchronization on Virtual Disk 0 failed 
+  [MAJOR] Synchronization on Virtual Disk 1 failed 
+  [MAJOR] Synchronization on Virtual Disk 2 failed 
+  [INFO] Battery started charging
+  [WARNING] Battery capacity is below threshold
+  [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode
+  $ kt cc -l 2 > /dev/null; ktsim clock until idle; log | grep -o 'found inconsistent'
+  Idle after 3 h 38 min.
+  found inconsistent
+  $ kt cc -l 2 > /dev/null; ktsim clock until idle; log | grep -c 'found inconsistent'
+  Idle after 3 h 38 min.
+  1
+  $ lab default; ktsim battery remove -f; ktsim power off --pull; ktsim power on; news
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [MAJOR] Page data has an ECC error and can not be flushed
+  [MAJOR] Synchronization on Virtual Disk 0 failed 
+  [MAJOR] Synchronization on Virtual Disk 1 failed 
+  $ lab default; ktsim power off --pull; ktsim battery insert; ktsim power on; news
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [MAJOR] Page data has an ECC error and can not be flushed
+  [MAJOR] Synchronization on Virtual Disk 0 failed 
+  [MAJOR] Synchronization on Virtual Disk 1 failed 
+  [MAJOR] Synchronization on Virtual Disk 2 failed 
+  [INFO] Battery started charging
+  $ lab default; ktsim battery remove -f; ktsim reboot; news
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+
+Encrypting ports are locked until their keys are mounted again, and what lies on two of them waits for both.
+
+  $ cat > keys.json <<XX
+  > {"adapters": [{"type": "LD-based", "disks": [{"port": 1}, {"port": 2}],
+  >   "keys": [{"id": 0, "key": "one", "password": "open", "ports": [{"id": 1, "enabled": true}, {"id": 2, "enabled": true}]}]}]}
+  > XX
+  $ ktsim create --lab keys.json --force --at "2026-01-05 08:00:00"; for pd in 0 1; do kt forceonline -i $pd > /dev/null; done
+  $ kt create -r 1 -d 0,1 > /dev/null; ktsim clock until idle; ktsim reboot; ktsim status | grep -e 'PD [01]' -e 'VD 0'
+  Idle after 7 s.
+    VD 0     VD_R1_1          RAID1        931.5 GiB  offline
+    PD 0     Gannet GT1000G        SATA     931.5 GiB  port 1      member of VD 0, offline (the key of its port is not its own)
+    PD 1     Gannet GT1000G        SATA     931.5 GiB  port 2      member of VD 0, offline (the key of its port is not its own)
+  $ for port in 1 2; do kt aesport -o mount -i $port -e 0 -p open > /dev/null; kt info -o vd -i 0 | grep ^status; done
+  status:              offline
+  status:              online
+  $ news | tail -4
+  [MAJOR] Physical disk 0 offline caused by cipher is mismatch between disk and port
+  [MAJOR] Physical disk 1 offline caused by cipher is mismatch between disk and port
+  [CRITICAL] Virtual Disk 0 is offline
+  [INFO] Virtual Disk 0 is online
+
+An image runs from the boot on. A damaged one gives way to the one before; without either there is little left.
+
+  $ lab default; ktsim image make new.bin --version 9.8.7.6; kt flash -a update -t firmware -f new.bin | tail -1
+  Flash command is returned successfully.
+  $ version() { kt info -o hba -i 0 | grep -e '^Firmware v' -e '^Firmware:' -e '^Firmware i'; }
+  $ version; ktsim reboot; version
+  Firmware version:                    4.1.15.2108
+  Firmware image health:               Healthy
+  Firmware version:                    9.8.7.0006
+  Firmware image health:               Healthy
+  $ ktsim image damage; ktsim reboot; version; log | tail -4
+  Firmware version:                    4.1.15.2108
+  Firmware image health:               Unhealthy
+  [INFO] Shutdown command received from host
+  [MAJOR] Image Data in Flash is invalid
+  [WARNING] Image generation invalid
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  $ ktsim image damage --part both; ktsim reboot; version; log | tail -4
+  Firmware:                            none
+  Firmware image health:               Unhealthy
+  [INFO] Shutdown command received from host
+  [CRITICAL] Image Data and Header are all invalid
+  [CRITICAL] Dual Images generation both invalid
+  [CRITICAL] Flash Recover Failed
+  $ kt info -o vd -i 0; ktsim status -a 0 | grep 'does not'; ktsim power off; ktsim disk pull 3 -f; ktsim power on
+  
+  Unable to get info of vd 0 (error 20: Link time out)
+    does not run: its firmware or boot loader is not sound
+  $ kt flash -a update -t firmware -f new.bin | tail -1; ktsim reboot; version; log | tail -2
+  Flash command is returned successfully.
+  Firmware version:                    9.8.7.0006
+  Firmware image health:               Healthy
+  [INFO] Spare disk 10 used by disk array 2
+  [INFO] Rebuild disk on virtual disk 3 started
+  $ ktsim image damage -a 1; echo y | kt flash -a erase -t bin | tail -1; ktsim image damage -t bin; ktsim reboot; kt info -o bbu
+  ktsim: adapter 1 has no such images
+  Erase bios command is returned successfully.
+  ktsim: adapter 0 holds no such image
+  Unable to get info of BBU. (error 20: Link time out).
+  [20]
