@@ -363,7 +363,7 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/52 of 0", "1/52 of 1", "2/19 of 0"}));
 }
 
-TEST_F(Raid, MigrationKeepsMembersAndGrows) {
+TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
     ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_OK);
     ASSERT_EQ(createLd(KT_RAID1, {4, 5}, 4000 * MB), KT_OK);
     advance(60);
@@ -375,7 +375,7 @@ TEST_F(Raid, MigrationKeepsMembersAndGrows) {
     EXPECT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_ERR_MIGRATION_UNNECESSARY);
     to = ldParam(KT_RAID5, {0, 1, 2});
     ASSERT_EQ(KT_LD_GetMigratedLdSize(PLAIN, &to), KT_OK);
-    EXPECT_EQ(to.Size, 8000 * MB);
+    EXPECT_EQ(to.Size, 4000 * MB);
     ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
     _Create_LD_Param other = ldParam(KT_RAID5, {3, 4, 5});
     other.LDID = 1;
@@ -391,8 +391,48 @@ TEST_F(Raid, MigrationKeepsMembersAndGrows) {
     EXPECT_EQ(newEvents(PLAIN),
               (std::vector<std::string>{"1/82 of 0", "1/83 of 0", "1/86 of 0", "1/86 of 0", "1/86 of 0", "1/85 of 0"}));
     EXPECT_EQ(members(PLAIN, 0), (Ids{0, 1, 2}));
-    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 8000 * MB);
+    _Block_Info block = {};
+    ASSERT_EQ(readItem(KT_BLK_GetInfo, PLAIN, vdInfo(PLAIN, 0).BlockIDs[2], &_BLK_Info_Request::blkInfo, block), KT_OK);
+    EXPECT_EQ(block.Size, 2000 * 2 * MB) << "the rest of the disks is free";
+    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 4000 * MB);
     EXPECT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_ERR_VD_STATUS);
+}
+
+TEST_F(Raid, WhatWasMadeOfAllThereWasGrows) {
+    ASSERT_EQ(createLd(KT_RAID1, {0, 1}), KT_OK);
+    const KT_U64 all = vdInfo(PLAIN, 0).Size;
+    advance(60);
+    _Create_LD_Param to = ldParam(KT_RAID5, {0, 1, 2});
+    ASSERT_EQ(KT_LD_GetMigratedLdSize(PLAIN, &to), KT_OK);
+    EXPECT_EQ(to.Size, 2 * all);
+    ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
+    advance(30 * HOUR);
+    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 2 * all);
+}
+
+// Two of stated sizes with a gap between them, and one of what is left.
+TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    for (const KT_U64 size : {6000, 4000, 2000, 0})
+        ASSERT_EQ(createVd(KT_RAID5, size), KT_OK);
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
+    for (const KT_U16 vd : Ids{0, 2, 3})
+        ASSERT_EQ(KT_LD_StartINIT(ARRAYS, vd, KT_INIT_QUICK), KT_OK);
+    advance(60);
+    const KT_U64 rest = vdInfo(ARRAYS, 3).Size;
+    _CreateOrModify_DG_Param to = dgParam(KT_RAID5, {0, 1, 2, 3, 4});
+    to.DGID = 0;
+    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    advance(90 * HOUR);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Size, 6000 * MB);
+    EXPECT_EQ(vdInfo(ARRAYS, 2).Size, 2000 * MB);
+    EXPECT_EQ(vdInfo(ARRAYS, 3).Size, 2 * rest);
+    const _DG_Info array = dgInfo(0);
+    const std::vector<KT_U16> vds(array.VDIDs, array.VDIDs + array.VDSlotCount);
+    EXPECT_EQ(vds, (std::vector<KT_U16>{0, KT_NO_ID, 2, KT_NO_ID, 3}));
+    const std::vector<KT_U64> sizes(array.VDSlotSize, array.VDSlotSize + 4);
+    EXPECT_EQ(sizes, (std::vector<KT_U64>{6000 * MB, 14000 * MB, 2000 * MB, 2000 * MB})) << "the gap took up its half";
+    ASSERT_EQ(createVd(KT_RAID5, 14000), KT_OK);
 }
 
 TEST_F(Raid, AMigrationStopsWithoutItsTarget) {

@@ -14,7 +14,7 @@ A virtual disk moves to another level on more disks, interrupted twice; then an 
   $ progress() { kt $1 info -o vd -i 0 | grep -e '^target' -e 'BGA progress' -e 'RAID mode' -e '^size' -e 'PD RAID'; }
 
   $ kt migrate -a size -l 0 -r 5 -d 1,2,3
-  Migrate VD size = 409600 M
+  Migrate VD size = 204800 M
   $ kt migrate -l 0 -r 5 -d 1,2,3
   Start migration successfully
   $ ktsim clock advance 30m
@@ -25,7 +25,7 @@ A virtual disk moves to another level on more disks, interrupted twice; then an 
   BGA progress:    migration is 35% done
   target virtual: 
   RAID mode:           RAID5
-  size:                409600 M
+  size:                204800 M
   PD RAID setup:       1 2 3 
   $ for action in pause resume stop restart; do kt migrate -a $action -l 0; done
   Pause successfully
@@ -55,7 +55,7 @@ An array, with all its virtual disks.
   $ progress 1 | grep -A3 target
   target virtual: 
   RAID mode:           RAID5
-  size:                153600 M
+  size:                102400 M
   PD RAID setup:       0 1 2 5 
   $ kt 1 migrate -l 1 -r 5 -d 3,4,6
   
@@ -65,6 +65,6 @@ An array, with all its virtual disks.
   Idle after 5 h 37 min.
   $ kt 1 info -o array -i 0 | grep -e 'PD IDs' -e space
   Total space:         2861417 M
-  Remaining space:     0 M
+  Remaining space:     51199 M
   Member used space:   953805 M
   PD IDs:              0 1 2 5

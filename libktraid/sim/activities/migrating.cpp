@@ -113,6 +113,13 @@ static KT_U8 addArrival(const Context& context, const _LD_Info& vd, KT_U16 pd, K
     return KT_OK;
 }
 
+// A size that somebody stated stays; what was made of all that there was grows with it.
+static KT_U64 sizeAfter(const Context& context, const _LD_Info& vd, const Geometry& to) {
+    const KT_U64 most = capacityOf(to, shareOf(context, vd));
+    const bool whole = find<VdState>(context, vd.ID).value_or(VdState{}).whole != 0;
+    return whole ? most : std::min(most, vd.Size);
+}
+
 static KT_U8 layOutTarget(const Context& context, const Journey& journey, const _LD_Info& vd) {
     VdTarget target{vd, {}};
     target.info.RaidMode = journey.to.level;
@@ -120,7 +127,7 @@ static KT_U8 layOutTarget(const Context& context, const Journey& journey, const 
     target.info.HDCount = target.info.BlkCount = journey.to.disks;
     const KT_U8 subs = subCount(journey.to);
     target.info.SubLDCount = subs > 1 ? subs : KT_U8{0};
-    target.info.Size = capacityOf(journey.to, shareOf(context, vd));
+    target.info.Size = sizeAfter(context, vd, journey.to);
     target.info.BGAStatus = KT_STATE_NONE;
     std::fill(std::begin(target.info.BlockIDs), std::end(target.info.BlockIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(target.homes), std::end(target.homes), KT_U16{KT_NO_ID});
@@ -168,7 +175,7 @@ KT_U8 migratedVdSize(const Context& context, _Create_LD_Param& param) {
     Vd vd = {};
     Journey journey = {};
     const KT_U8 status = planVd(context, param, vd, journey);
-    if (status == KT_OK) param.Size = capacityOf(journey.to, shareOf(context, vd.info));
+    if (status == KT_OK) param.Size = sizeAfter(context, vd.info, journey.to);
     return status;
 }
 
@@ -226,6 +233,17 @@ static std::vector<KT_U16> targetDisks(const Context& context, const _LD_Info& t
     return disks;
 }
 
+// Its disks are free beyond what its size takes now.
+static void shrinkBlocks(const Context& context, const _LD_Info& vd) {
+    const KT_U64 share = shareFor(geometryOf(vd), vd.Size, vd.StripeBlockSize);
+    for (int i = 0; i < geometryOf(vd).disks; ++i) {
+        auto block = find<_Block_Info>(context, vd.BlockIDs[i]);
+        if (!block) continue;
+        block->Size = std::min(block->Size, kibToSectors(share, block->BlockSize));
+        updateBlock(context, *block);
+    }
+}
+
 // The virtual disk becomes what it was turning into; what is not about its make-up stays as it is now.
 static void arriveVd(const Context& context, KT_U16 id, const VdTarget& target) {
     Vd vd = {};
@@ -240,6 +258,7 @@ static void arriveVd(const Context& context, KT_U16 id, const VdTarget& target) 
     vd.state.initialized = 1; // all of it was written anew
     saveVd(context, vd);
     erase<VdTarget>(context, id);
+    if (!vd.state.whole) shrinkBlocks(context, vd.info);
 }
 
 static void arriveArray(const Context& context, KT_U16 id, const VdTarget& target) {
@@ -247,9 +266,7 @@ static void arriveArray(const Context& context, KT_U16 id, const VdTarget& targe
     if (findArray(context, id, array) != KT_OK) return;
     const _LD_Info& model = target.info;
     const std::vector<KT_U16> disks = targetDisks(context, model);
-    KT_U64 shares[MAX_SLOTS] = {};
-    for (int i = 0; i < array.info.VDSlotCount; ++i)
-        shares[i] = slotShare(array, i);
+    const std::vector<KT_U64> shares = slotShares(array);
     array.info.RaidMode = model.RaidMode;
     array.info.NumParityDisk = model.NumParityDisk;
     array.info.SubVDCount = model.SubLDCount;
@@ -258,8 +275,7 @@ static void arriveArray(const Context& context, KT_U16 id, const VdTarget& targe
     std::copy(disks.begin(), disks.end(), array.state.members);
     std::copy(std::begin(target.homes), std::end(target.homes), array.state.homes);
     listMembers(array);
-    for (int i = 0; i < array.info.VDSlotCount; ++i)
-        array.info.VDSlotSize[i] = capacityOf(geometryOf(array), shares[i]);
+    divideAnew(context, array, shares);
     array.info.TotalManagedSpace = capacityOf(geometryOf(array), array.info.SmallestAvailablePDSize);
     countFreeSlots(array);
     saveArray(context, array);

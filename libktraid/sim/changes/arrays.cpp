@@ -192,7 +192,9 @@ static KT_U8 createInSlot(const Context& context, Array& array, _CreateOrModify_
     const KT_U64 size = roundSize(wanted ? wanted : array.info.VDSlotSize[slot], param.RoundingScheme);
     if (size < KIB_PER_MB) return KT_ERR_NO_RESOURCE;
     const int mostSlots = std::clamp<int>(adapterInfo(context).MaxVDPerDG, 1, MAX_SLOTS);
-    const VdPlan plan = planInSlot(array, slot, param, size, mostSlots);
+    const bool whole = isWhole(wanted, size, array.info.VDSlotSize[slot]);
+    VdPlan plan = planInSlot(array, slot, param, size, mostSlots);
+    plan.whole = whole;
     status = buildVd(context, plan, param.VDID);
     if (status != KT_OK) return status;
     array.info.VDIDs[slot] = param.VDID;

@@ -37,6 +37,7 @@ static KT_U64 shareEvenly(VdPlan& plan, KT_U64 wanted, KT_U8 rounding) {
     const KT_U64 most = capacityOf(plan.geometry, room);
     const KT_U64 size = roundSize(wanted ? wanted : most, rounding);
     if (size > most || size == 0) return 0;
+    plan.whole = isWhole(wanted, size, most);
     std::fill(plan.kib.begin(), plan.kib.end(), shareFor(plan.geometry, size, plan.stripe));
     return size;
 }

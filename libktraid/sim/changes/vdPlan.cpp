@@ -126,6 +126,7 @@ static Vd describeVd(const Context& context, const VdPlan& plan, KT_U16 id) {
     const auto seconds = static_cast<KT_U32>(shownTime(context) / 1000);
     vd.info.time_hi = static_cast<KT_U16>(seconds >> 16);
     vd.info.time_low = static_cast<KT_U16>(seconds & 0xFFFF);
+    vd.state.whole = plan.whole ? 1 : 0;
     vd.state.linkedDisk = vd.state.activity.disk = KT_NO_ID;
     std::fill(std::begin(vd.state.homes), std::end(vd.state.homes), KT_U16{KT_NO_ID});
     std::copy(plan.disks.begin(), plan.disks.end(), vd.state.homes);

@@ -17,6 +17,7 @@ struct VdPlan {
     KT_U8 name[16];
     KT_U16 dgid;               // KT_NO_ID outside arrays
     KT_U64 size;               // KiB
+    bool whole;                // which is all that there is room for
     std::vector<KT_U16> disks; // by slot
     std::vector<KT_U64> kib;   // by slot: KiB on that disk
     KT_U64 startKib;           // where on the disks, NEVER = wherever it fits
@@ -37,6 +38,10 @@ KT_U8 checkOptions(const _Adapter_Info& adapter, const VdOptions& options);
 // KiB rounded down to what the scheme allows; 0 when nothing is left.
 KT_U64 roundSize(KT_U64 kib, KT_U8 scheme);
 KT_U16 defaultStripe();
+// Whether a size, rounded and perhaps given in megabytes, is all of the room; both in KiB.
+inline bool isWhole(KT_U64 wanted, KT_U64 size, KT_U64 room) {
+    return wanted == 0 || room - size < KIB_PER_MB;
+}
 inline KT_U64 mbToKib(KT_U64 megabytes) {
     return megabytes < NEVER / KIB_PER_MB ? megabytes * KIB_PER_MB : NEVER;
 }

@@ -125,8 +125,9 @@ static constexpr auto targetFields() {
 }
 static constexpr auto TARGET_FIELDS = targetFields();
 static constexpr Field VD_STATE_FIELDS[] = {
-    NUM(VdState, cachePolicy), NUM(VdState, hasOs),   NUM(VdState, initialized),   NUM(VdState, unfinished),
-    NUM(VdState, linkedDisk),  NUM(VdState, offline), ACTIVITY(VdState, activity), NUM(VdState, homes)};
+    NUM(VdState, cachePolicy), NUM(VdState, hasOs),         NUM(VdState, initialized),
+    NUM(VdState, unfinished),  NUM(VdState, whole),         NUM(VdState, linkedDisk),
+    NUM(VdState, offline),     ACTIVITY(VdState, activity), NUM(VdState, homes)};
 static constexpr Field DG_FIELDS[] = {
     NUM(_DG_Info, DGID),
     TXT(_DG_Info, Name),

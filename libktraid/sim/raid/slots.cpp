@@ -10,6 +10,44 @@ KT_U64 slotShare(const Array& array, int slot) {
     return array.info.VDSlotSize[slot] * 2 / std::max<KT_U64>(dataHalves(geometryOf(array)), 1);
 }
 
+std::vector<KT_U64> slotShares(const Array& array) {
+    std::vector<KT_U64> shares;
+    for (int i = 0; i < array.info.VDSlotCount; ++i)
+        shares.push_back(slotShare(array, i));
+    return shares;
+}
+
+// KiB on each member that the slot can do without.
+static KT_U64 spareShare(const Context& context, const Array& array, KT_U16 vd, KT_U64 share) {
+    Vd held = {};
+    if (vd == KT_NO_ID || findVd(context, vd, held) != KT_OK || held.state.whole) return 0;
+    const KT_U64 needed = shareFor(geometryOf(array), held.info.Size, array.info.StripeBlockSize);
+    return share > needed ? share - needed : 0;
+}
+
+void divideAnew(const Context& context, Array& array, const std::vector<KT_U64>& shares) {
+    const int most = std::clamp<int>(adapterInfo(context).MaxVDPerDG, 1, MAX_SLOTS);
+    const Geometry geometry = geometryOf(array);
+    const std::vector<KT_U16> vds(array.info.VDIDs, array.info.VDIDs + shares.size());
+    int more = most - static_cast<int>(shares.size()); // slots that there may be besides
+    int slot = 0;
+    KT_U64 carried = 0; // to the free slot that comes next
+    const auto put = [&](KT_U16 vd, KT_U64 share) {
+        array.info.VDIDs[slot] = vd;
+        array.info.VDSlotSize[slot++] = capacityOf(geometry, share);
+    };
+    for (size_t i = 0; i < shares.size(); ++i) {
+        const bool joins = i + 1 < shares.size() && vds[i + 1] == KT_NO_ID;
+        const KT_U64 spare = joins || more > 0 ? spareShare(context, array, vds[i], shares[i]) : 0;
+        put(vds[i], shares[i] + carried - spare);
+        carried = joins ? spare : 0;
+        if (spare == 0 || joins) continue;
+        put(KT_NO_ID, spare);
+        --more;
+    }
+    array.info.VDSlotCount = static_cast<KT_U8>(slot);
+}
+
 void countFreeSlots(Array& array) {
     array.info.RemainingManagedSpace = 0;
     for (int i = 0; i < array.info.VDSlotCount; ++i)

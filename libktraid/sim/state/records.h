@@ -64,8 +64,8 @@ struct VdState {
     KT_U8 cachePolicy; // KT_CACHE_* as configured; _LD_Info.CacheMode is what is in force
     KT_U8 hasOs;
     KT_U8 initialized; // parity or mirror known to be consistent
-    KT_U8 reserved0;
-    KT_U8 unfinished; // foreign, and in the middle of a migration that cannot be gone on with here
+    KT_U8 whole;       // it was made of all that there was, and grows when there is more
+    KT_U8 unfinished;  // foreign, and in the middle of a migration that cannot be gone on with here
     KT_U8 reserved;
     KT_U16 linkedDisk; // KT_VDHDD_AddLink; KT_NO_ID = none
     KT_U64 offline;    // the AdapterState.losses that it last went offline at; what was lost earlier has missed writes
