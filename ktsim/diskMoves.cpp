@@ -22,6 +22,7 @@ void checkDisk(KT_U8 status, unsigned pd, const char* what) {
     const std::string disk = "disk " + std::to_string(pd);
     if (status == KT_ERR_PD_MISSING || status == KT_ERR_INVALID_PD) throw CommandFailure{"there is no " + disk + what};
     if (status == KT_ERR_NOT_SUPPORTED) throw CommandFailure{"the adapter has no ports for such disks"};
+    if (status == KT_ERR_NO_RESOURCE) throw CommandFailure{NO_ROOM};
     throw CommandFailure{disk + ": the adapter answers with error " + std::to_string(status)};
 }
 

@@ -4,7 +4,7 @@
 // Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
 // arrays, 2 lets virtual disks share disks.
 static const char LAB[] = R"({"adapters": [
-  {"type": "array-based", "disks": [
+  {"type": "array-based", "enclosures": [{}], "disks": [
      {"count": 8, "type": "SAS", "size": "100GB"}, {"type": "SAS", "size": "50GB"},
      {"type": "SAS", "size": "100GB", "sector": 4096}, {"type": "SAS", "size": "100GB", "os": true}]},
   {"type": "LD-based", "disks": [

@@ -279,7 +279,7 @@ Elements of enclosures.
 
   $ ktsim enclosure show
   Enclosure 1  TARNWARE Shelf 24: OK
-    arydev  0-10 ok, 11-23 not installed
+    arydev  0-12 ok, 13-23 not installed
     pow     0-1 ok
     fan     0-3 ok
     tpr     0-2 ok

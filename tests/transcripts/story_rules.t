@@ -2,7 +2,7 @@ What adapters do when things cross each other.
 
   $ . "$TESTDIR/setup.sh"
   $ cat > twelve.json <<EOF
-  > {"adapters": [{"type": "array-based", "battery": true, "disks": [{"count": 12, "type": "SATA", "size": "500GB"}]}]}
+  > {"adapters": [{"type": "array-based", "battery": true, "enclosures": [{}], "disks": [{"count": 12, "type": "SATA", "size": "500GB"}]}]}
   > EOF
   $ fresh() { ktsim create --lab twelve.json --at "2026-01-05 08:00:00" --force; }
   $ make() { kt create -o array -r $1 -d $2 | grep -v success; kt create -o vd -a 0 -s 100000 | grep -v success
@@ -203,5 +203,15 @@ A disk that is broken elsewhere is broken here.
   $ fresh; ktsim disk fail 0 -f; cp state.db other.db; fresh; ktsim disk insert 0 1 --from other.db; ktsim status | grep 'PD 1[23] '
   Disk 0 of other.db is disk 12 here.
   Disk 1 of other.db is disk 13 here.
-    PD 12    Gannet GT500G         SATA     465.8 GiB  port 4      not in use, FAILED
-    PD 13    Gannet GT500G         SATA     465.8 GiB  port 5      free
+    PD 12    Gannet GT500G         SATA     465.8 GiB  bay 0:0     not in use, FAILED
+    PD 13    Gannet GT500G         SATA     465.8 GiB  bay 0:1     free
+
+What works again after all, but not as safely as it should, says both.
+
+  $ echo '{"adapters": [{"disks": [{"count": 5}], "arrays": [{"level": "RAID6", "disks": [0, 1, 2, 3, 4], "virtualDisks": [{}]}]}]}' > six.json
+  $ lab six.json; ktsim disk pull 0 1 2 -f; kt info -o vd | grep ^status; ktsim disk insert 1 2; kt info -o vd | grep ^status; log | tail -3
+  status:              offline
+  status:              partially optimal
+  [INFO] Physical disk 2 is plugged in
+  [INFO] Virtual Disk 0 is online
+  [WARNING] Virtual Disk 0 lost a redundancy disk

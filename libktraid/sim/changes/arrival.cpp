@@ -3,6 +3,7 @@
 #include "changes/ciphers.h"
 #include "changes/diskIds.h"
 #include "changes/foreign.h"
+#include "changes/places.h"
 #include "media/blocks.h"
 #include "media/disks.h"
 #include "media/life.h"
@@ -60,11 +61,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     if (tellApart(context, *info)) arrival.strangers.insert(id);
     info->AdapterID = context.adapter;
     info->Link.Self.DevID = id;
-    info->Link.Self.EnclosureID = KT_NO_ID;
-    info->Link.Parent = _Link_Endpoint{};
-    info->Link.Parent.PhyCnt = 1;
-    info->Link.Parent.PhyID[0] = static_cast<KT_U8>(adapter.PortCount ? id % adapter.PortCount : 0);
-    info->Link.Parent.EnclosureID = KT_NO_ID;
+    if (putAnywhere(context, *info) != KT_OK) return KT_ERR_NO_RESOURCE;
     const bool failed = state->health == PD_FAILED;
     state->raid = failed ? KT_PD_OFFLINE : 0;
     state->config.Online = failed ? 0 : 1;

@@ -7,6 +7,7 @@
 #include "changes/diskIds.h"
 #include "changes/foreign.h"
 #include "changes/outage.h"
+#include "changes/places.h"
 #include "changes/spareRoles.h"
 #include "media/diskMakes.h"
 #include "media/life.h"
@@ -44,7 +45,8 @@ static void takeOut(const Context& context, KT_U16 pd, const PulledBlocks& block
     dropSpareRole(context, pd);
     findDisk(context, pd, disk);
     powerOff(context, pd);
-    save(context, pd, PulledDisk{disk.info, disk.state, loss});
+    const KT_U8 shared = isPlaceTaken(context, disk.info) ? 1 : 0;
+    save(context, pd, PulledDisk{disk.info, disk.state, loss, shared, {}});
     save(context, pd, blocks);
 }
 
@@ -69,9 +71,17 @@ KT_U8 pullDisks(const Context& context, const std::vector<KT_U16>& pds) {
     return KT_OK;
 }
 
+// Back where it was, or, where another disk is now, in another place.
+static KT_U8 putBack(const Context& context, PulledDisk& disk) {
+    const bool elsewhere = !disk.shared && isPlaceTaken(context, disk.info);
+    return elsewhere ? putAnywhere(context, disk.info) : KT_U8{KT_OK};
+}
+
 static KT_U8 putIn(const Context& context, KT_U16 pd, std::vector<Returning>& returning) {
-    const auto pulled = find<PulledDisk>(context, pd);
+    auto pulled = find<PulledDisk>(context, pd);
     if (!pulled || find<_HD_Info>(context, pd)) return KT_ERR_PD_MISSING;
+    const KT_U8 status = putBack(context, *pulled);
+    if (status != KT_OK) return status;
     const PulledBlocks blocks = find<PulledBlocks>(context, pd).value_or(PulledBlocks{});
     erase<PulledDisk>(context, pd);
     erase<PulledBlocks>(context, pd);
@@ -131,8 +141,10 @@ KT_U8 replaceDisk(const Context& context, KT_U16 known, const std::function<void
         const KT_U8 status = pullDisk(context, pd);
         if (status != KT_OK) return status;
     }
-    const auto pulled = find<PulledDisk>(context, pd);
+    auto pulled = find<PulledDisk>(context, pd);
     if (!pulled) return KT_ERR_PD_MISSING;
+    const KT_U8 place = putBack(context, *pulled);
+    if (place != KT_OK) return place;
     erase<PulledDisk>(context, pd);
     erase<PulledBlocks>(context, pd);
     _HD_Info info = pulled->info;

@@ -18,7 +18,8 @@ KT_U8 pullDisks(const Context& context, const std::vector<KT_U16>& pds);
 inline KT_U8 pullDisk(const Context& context, KT_U16 pd) {
     return pullDisks(context, {pd});
 }
-// Pulled disks come back, together: KT_ERR_PD_MISSING when one of these ids was not pulled.
+// Pulled disks come back, together, where they were or where there is room: KT_ERR_PD_MISSING when one of these ids was
+// not pulled, KT_ERR_NO_RESOURCE when there is no place for one.
 KT_U8 insertDisks(const Context& context, const std::vector<KT_U16>& known);
 inline KT_U8 insertDisk(const Context& context, KT_U16 known) {
     return insertDisks(context, {known});

@@ -129,7 +129,9 @@ struct PdState {
 struct PulledDisk {
     _HD_Info info;
     PdState state;
-    KT_U64 loss; // the AdapterState.losses that it was pulled with
+    KT_U64 loss;  // the AdapterState.losses that it was pulled with
+    KT_U8 shared; // a lab had put another disk into the same place
+    KT_U8 reserved[7];
 };
 
 // What the adapter does not see since a shelf or a cable was pulled; id = theirs, `loss` as above.

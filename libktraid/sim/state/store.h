@@ -12,7 +12,7 @@
 namespace sim {
 
 inline constexpr int STATE_APPLICATION = 0x4B545344;
-inline constexpr int STATE_VERSION = 7;
+inline constexpr int STATE_VERSION = 8;
 
 struct Store; // one connection; not to be used by two threads at once
 

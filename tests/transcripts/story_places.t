@@ -1,0 +1,88 @@
+Disks and the places they are in.
+
+  $ . "$TESTDIR/setup.sh"
+  $ places() { ktsim status --all -a "$1" | sed -n 's/^  \(PD [0-9]*\)  .*  \(bay\|port\|PM\|expander\) \([0-9:]*\)  .*/\1 \2 \3/p'; }
+
+Without a free bay or port there is no disk more.
+
+  $ lab default && cp state.db old.db; ktsim create --lab empty --force; ktsim disk insert 4 5 --from old.db -a 1
+  ktsim: the adapter has no free bay or port, or no number, for all that
+  [1]
+  $ ktsim disk pull 1 2 -a 1 -f; ktsim disk insert 4 5 --from old.db -a 1; places 1
+  Disk 4 of old.db is disk 4 here.
+  Disk 5 of old.db is disk 5 here.
+  PD 4 port 1
+  PD 5 port 2
+  PD 0 port 0
+  PD 3 port 3
+  PD 1 port 1
+  PD 2 port 2
+  $ ktsim disk insert 1 -a 1; ktsim disk replace 2 -a 1; ktsim disk pull 4 -a 1 -f; ktsim disk insert 2 -a 1; places 1; ktsim check
+  ktsim: the adapter has no free bay or port, or no number, for all that
+  ktsim: the adapter has no free bay or port, or no number, for all that
+  PD 5 port 2
+  PD 4 port 1
+  PD 0 port 0
+  PD 2 port 1
+  PD 3 port 3
+  PD 1 port 1
+  The state is sound.
+
+Bays come first, then ports, then those of port multipliers; what was pulled is taken last.
+
+  $ cat > two.json <<XX
+  > {"adapters": [{"enclosures": [{"id": 3, "slots": 4}], "expanders": [{}],
+  >   "disks": [{"count": 3, "on": "expander", "enclosure": 3}]},
+  >  {"type": "LD-based", "portMultipliers": [{}], "disks": [{"count": 2}]}]}
+  > XX
+  $ ktsim create --lab two.json --force; ktsim disk pull 1 -f; ktsim disk insert 11 12 --from old.db; places 0 | tail -3
+  Disk 11 of old.db is disk 3 here.
+  Disk 12 of old.db is disk 4 here.
+  PD 3 bay 3:3
+  PD 4 port 4
+  PD 1 bay 3:1
+  $ ktsim disk insert 3 4 5 6 --from old.db -a 1; places 1; ktsim cable pull 3 -a 1 -f; ktsim disk insert 12 --from old.db -a 1
+  Disk 3 of old.db is disk 2 here.
+  Disk 4 of old.db is disk 3 here.
+  Disk 5 of old.db is disk 4 here.
+  Disk 6 of old.db is disk 5 here.
+  PD 2 port 2
+  PD 3 PM 0:0
+  PD 4 PM 0:1
+  PD 5 PM 0:2
+  PD 0 port 0
+  PD 1 port 1
+  ktsim: the adapter has no free bay or port, or no number, for all that
+  [1]
+  $ ktsim cable insert 3 -a 1; ktsim disk insert 12 --from old.db -a 1 && places 1 | tail -1
+  Disk 12 of old.db is disk 6 here.
+  PD 6 PM 0:3
+
+The place of a disk whose shelf is away is not there.
+
+  $ ktsim create --lab two.json --force; ktsim enclosure pull 3 -f; ktsim disk insert 0; places 0
+  PD 0 port 4
+  PD 1 bay 3:1
+  PD 2 bay 3:2
+  $ ktsim enclosure insert 3; places 0; ktsim check
+  PD 0 port 4
+  PD 1 bay 3:1
+  PD 2 bay 3:2
+  The state is sound.
+
+A part that came too late goes by wiping it.
+
+  $ echo '{"adapters": [{"disks": [{"count": 5, "type": "SAS"}], "arrays": [{"level": "RAID6", "disks": [0, 1, 2, 3, 4], "virtualDisks": [{}]}]}]}' > late.json
+  $ echo '{"adapters": [{}]}' > none.json; ktsim create --lab none.json --force; ktsim disk insert 0 1 2 --from late.json > /dev/null; kt import -i 0
+  $ ktsim disk insert 3 4 --from late.json > /dev/null; kt info -o vd | grep -e ^status -e '^PD R'
+  status:              degraded
+  PD RAID setup:       0 1 2 * * 
+  status:              plugin conflicted
+  PD RAID setup:       * * * 3 4 
+  $ kt wipe -d 3 | tail -1; kt wipe -d 3 -f | tail -1; kt info -o vd -i 1 | grep '^PD R'; kt wipe -d 4 -f | tail -1; kt info -o vd | grep -e ^status -e '^PD R'
+  Wipe MDD on PD 3 failed (error 56: Specified physical disk is assigned to a virtual disk).
+  Wipe PD 3 is returned successfully.
+  PD RAID setup:       * * * * 4 
+  Wipe PD 4 is returned successfully.
+  status:              degraded
+  PD RAID setup:       0 1 2 * * 
