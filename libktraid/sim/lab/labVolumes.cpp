@@ -255,14 +255,13 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     _LD_Info vd = makeVd(context, reader, layout);
     vd.DGID = dgid;
     const KT_U64 room = memberRoom(context, layout, reader);
-    const bool whole = !reader.object.contains("size");
     const KT_U64 wanted = takeSize(reader, "size", capacityFor(layout, room) * 1024) / 1024;
     const KT_U64 kib = shareFor(layout, wanted);
     vd.Size = capacityFor(layout, kib);
     VdState state = {};
     state.linkedDisk = static_cast<KT_U16>(takeNumber(reader, "linkedDisk", KT_NO_ID, KT_NO_ID));
     state.initialized = takeFlag(reader, "initialized", true) ? 1 : 0;
-    state.whole = whole ? 1 : 0;
+    state.whole = capacityFor(layout, room) - vd.Size < 1024 ? 1 : 0; // what is less than a megabyte is no room
     state.hasOs = takeFlag(reader, "os", false) ? 1 : 0;
     state.cachePolicy = static_cast<KT_U8>(takeWord(reader, "cache", CACHE_WORDS, std::size(CACHE_WORDS), 0));
     if (takeFlag(reader, "readAhead", false)) state.cachePolicy |= KT_CACHE_READ_AHEAD;
