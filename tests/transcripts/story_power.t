@@ -75,8 +75,8 @@ What left while the power was off, and the machine has worked without since, is 
     PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0
   $ ktsim enclosure pull 1 -f; ktsim power off; ktsim enclosure insert 1; ktsim power on; news | head -3
   [INFO] Adapter 0 with serial number KS260100004711 is detected
-  [INFO] Virtual Disk 0 is online
-  [INFO] Virtual Disk 1 is online
+  [MAJOR] Virtual Disk 0 is degraded
+  [MAJOR] Virtual Disk 1 is degraded
 
 A battery keeps what was written last, if it lasts.
 

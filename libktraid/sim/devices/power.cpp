@@ -142,6 +142,16 @@ static std::optional<_LD_Info> sameVd(const Context& context, const Note& note) 
     return vd && memcmp(note.was.guid, vd->LD_GUID, sizeof note.was.guid) == 0 ? vd : std::nullopt;
 }
 
+// One that was offline works again.
+static void tellWorking(const Context& context, const _LD_Info& vd) {
+    if (vd.Status == KT_VD_DEGRADED) {
+        logEvent(context, EVT_VD_DEGRADED, vd.ID);
+        return;
+    }
+    logEvent(context, EVT_VD_ONLINE, vd.ID, vdParams(vd.RaidMode));
+    if (vd.Status == KT_VD_PARTIALLY_OPTIMAL) logEvent(context, EVT_VD_LOST_REDUNDANCY, vd.ID);
+}
+
 // Says what became of a virtual disk since the power went. False when there was something of it, and is no more.
 static bool tellVd(const Context& context, const Note& note) {
     const auto vd = sameVd(context, note);
@@ -158,7 +168,7 @@ static bool tellVd(const Context& context, const Note& note) {
     } else if (lost) {
         logEvent(context, EVT_MISC_DISK_MISSING_AT_BOOT, note.vd);
     } else if (isUsable(*vd) && note.was.status == KT_VD_OFFLINE) {
-        logEvent(context, EVT_VD_ONLINE, note.vd, vdParams(vd->RaidMode));
+        tellWorking(context, *vd);
     }
     return true;
 }
