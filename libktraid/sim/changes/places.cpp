@@ -84,9 +84,10 @@ static void addPorts(const Context& context, std::vector<Place>& places) {
 static void addExpander(const _Exp_Info& expander, std::vector<Place>& places, KT_U16 enclosure, int count) {
     const _Link_Endpoint& self = expander.Link.Self;
     const KT_U8* uplinks = self.PhyID + std::min<size_t>(self.PhyCnt, std::size(self.PhyID));
-    for (int phy = 0; phy < std::min<int>(count, expander.PhyCount); ++phy)
+    for (int phy = 0; phy < std::min<int>(count, expander.PhyCount); ++phy) {
         if (std::find(self.PhyID, uplinks, phy) == uplinks)
             places.push_back(placeOn(KT_LINK_EXPANDER, self.DevID, static_cast<KT_U8>(phy), enclosure));
+    }
 }
 
 static int slotsOf(const Context& context, KT_U16 enclosure) {

@@ -175,9 +175,10 @@ static bool bootImage(const Context& context, const ImageKind& kind) {
     ImageHeader header = {};
     const bool runs = findImage(context, kind, header);
     _Adapter_Info info = adapterInfo(context);
-    if (kind.version)
+    if (kind.version) {
         versionOf(info, kind) =
             _Version_Info_CIM{static_cast<KT_U16>(header.major), header.minor, header.revision, header.build};
+    }
     save(context, 0, info);
     return runs;
 }
