@@ -2,7 +2,7 @@
 #include "frame.h"
 #include "outside.h"
 
-static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [
+static const char LAB[] = R"({"adapters": [{"type": "array-based", "enclosures": [{}], "disks": [
   {"count": 11, "type": "SAS", "size": "100GB"}]}]})";
 static const KT_U8 ARRAYS = 0;
 

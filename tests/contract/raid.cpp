@@ -427,7 +427,7 @@ TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
     EXPECT_EQ(vdInfo(ARRAYS, 0).Size, 6000 * MB);
     EXPECT_EQ(vdInfo(ARRAYS, 2).Size, 2000 * MB);
     EXPECT_EQ(vdInfo(ARRAYS, 3).Size, 2 * rest);
-    const _DG_Info array = dgInfo(0);
+    const _DG_Info array = dgInfo(ARRAYS, 0);
     const std::vector<KT_U16> vds(array.VDIDs, array.VDIDs + array.VDSlotCount);
     EXPECT_EQ(vds, (std::vector<KT_U16>{0, KT_NO_ID, 2, KT_NO_ID, 3}));
     const std::vector<KT_U64> sizes(array.VDSlotSize, array.VDSlotSize + 4);
