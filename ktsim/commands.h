@@ -51,7 +51,7 @@ void addShelfMoves(CLI::App& enclosure, Options& options);
 std::string statePathOf(const Options& options);
 // Opens the state, making the default one when there is none.
 sim::Store* openState(const Options& options);
-// The lab's text: "-" is standard input, then a file of that name, then a built-in lab.
+// labText.cpp: the lab's text: "-" is standard input, then a file of that name, then a built-in lab.
 std::string labText(const std::string& name);
 // --adapter, -a
 void addAdapterOption(CLI::App& command, Options& options);

@@ -1,12 +1,10 @@
 #include "commands.h"
 #include "lab/lab.h"
+#include "scratch.h"
+#include "twin.h"
 
 #include <cstdio>
-
-#include <fcntl.h>
 #include <memory>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace sim;
 
@@ -15,38 +13,6 @@ struct CreateOptions {
     std::string at;
     bool list = false;
 };
-
-static const size_t LARGEST_LAB = size_t{256} << 20;
-
-static std::string readAll(int file, const std::string& name) {
-    std::string text;
-    char buffer[65536];
-    for (;;) {
-        const ssize_t got = read(file, buffer, sizeof buffer);
-        if (got < 0) throw CommandFailure{name + ": cannot be read"};
-        if (got == 0) return text;
-        if (text.size() + static_cast<size_t>(got) > LARGEST_LAB)
-            throw CommandFailure{name + ": is larger than 256 MB"};
-        text.append(buffer, static_cast<size_t>(got));
-    }
-}
-
-std::string labText(const std::string& name) {
-    if (name == "-") return readAll(STDIN_FILENO, "standard input");
-    const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat info = {};
-    if (file >= 0 && fstat(file, &info) == 0 && !S_ISDIR(info.st_mode)) {
-        std::string text = readAll(file, name);
-        close(file);
-        return text;
-    }
-    if (file >= 0) close(file);
-    if (const BuiltInLab* lab = labNamed(name)) return lab->text;
-    std::string known;
-    for (const std::string& lab : labNames())
-        known += " " + lab;
-    throw CommandFailure{name + " is neither a file nor one of the labs:" + known};
-}
 
 static void refill(Store& store, const BuiltInLab& lab) {
     try {
@@ -86,6 +52,19 @@ static void replaceState(const Options& options, const std::string& path, const 
     replaceStore(path, fillFromLab, &lab);
 }
 
+// A report is not only to be understood: what is made of it must tell the same.
+static void checkReport(const BuiltInLab& lab) {
+    const Json report = Json::parse(lab.text, nullptr, false);
+    if (!report.is_object() || !report.contains("report")) return;
+    Scratch scratch;
+    makeScratch(scratch);
+    try {
+        makeTwin(scratch.path("state.db"), report, lab.name, lab.stoppedAt);
+    } catch (const CommandFailure& failure) {
+        throw CommandFailure{failure.message};
+    }
+}
+
 static void create(const Options& options, const CreateOptions& wanted) {
     if (wanted.list) {
         for (const std::string& name : labNames())
@@ -96,6 +75,7 @@ static void create(const Options& options, const CreateOptions& wanted) {
     const KT_U64 stoppedAt = wanted.at.empty() ? 0 : readTime(wanted.at);
     const BuiltInLab lab{wanted.lab.c_str(), text.c_str(), stoppedAt};
     closeStore(openMemoryStore(fillFromLab, &lab)); // a lab with a mistake costs nobody his state
+    checkReport(lab);
     const std::string path = statePathOf(options);
     if (stateMayGo(path)) {
         replaceState(options, path, lab);

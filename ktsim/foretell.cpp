@@ -15,7 +15,7 @@ static std::vector<Risk> newRisks(const Rehearsed& rehearsed) {
             std::any_of(rehearsed.risksBefore.begin(), rehearsed.risksBefore.end(), [&](const Risk& old) {
                 return old.adapter == risk.adapter && old.vd == risk.vd && old.disks == risk.disks;
             });
-        if (!known || risk.seconds) risks.push_back(risk);
+        if (!known) risks.push_back(risk);
     }
     return risks;
 }
@@ -58,23 +58,28 @@ void writeForetold(std::ostream& to, const Rehearsed& rehearsed) {
         if (isLoss(change)) continue;
         (change.kind == ChangeKind::Appeared ? appeared : changed).push_back(change);
     }
-    if (all.empty()) to << "Nothing would change.\n";
+    if (all.empty()) {
+        to << "Nothing would change.\n";
+        return;
+    }
     writePart(to, "What would be lost:", lost);
     writePart(to, "What would change:", changed);
     writePart(to, "What would appear:", appeared);
-    if (rehearsed.outlook.idleAfter)
+    if (rehearsed.outlook.idleAfter) {
         to << "All that goes on then has ended after " << spanText(rehearsed.outlook.idleAfter)
            << " at the present rates.\n";
+    }
     for (const Risk& risk : newRisks(rehearsed))
         to << riskText(rehearsed, risk) << '\n';
 }
 
 Json foretoldAsJson(const Rehearsed& rehearsed) {
     Json commands = Json::array();
-    for (const Rehearsed::Command& command : rehearsed.commands)
+    for (const Rehearsed::Command& command : rehearsed.commands) {
         commands.push_back({{"words", command.words},
                             {"status", command.status},
                             {"output", textOfBytes(command.output.data(), command.output.size())}});
+    }
     std::vector<Change> all = changesBetween(rehearsed.before, rehearsed.after, false);
     Json changes = changesAsJson(all);
     for (size_t i = 0; i < all.size(); ++i)

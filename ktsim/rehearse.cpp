@@ -188,7 +188,7 @@ static int rehearse(const RehearseOptions& wanted) {
     if (!wanted.keep.empty()) copyState(state, wanted.keep);
     std::ostringstream told;
     if (wanted.json) {
-        told << foretoldAsJson(rehearsed).dump(1, ' ', true) << '\n';
+        told << foretoldAsJson(rehearsed).dump(1, ' ', true, Json::error_handler_t::replace) << '\n';
     } else {
         told << '\n';
         writeForetold(told, rehearsed);

@@ -73,6 +73,7 @@ _ktsim() {
   for (( i = 1; i < COMP_CWORD; i++ )); do
     # Behind "--" stands another command.
     if [[ ${COMP_WORDS[i]} == -- ]]; then
+      (( i == COMP_CWORD - 1 )) && [[ ${COMP_WORDS[1]} == rehearse ]] && COMPREPLY=($(compgen -W "ktsetup ktcfg" -- "$word"))
       compopt -o default
       return
     fi
@@ -80,11 +81,16 @@ _ktsim() {
   case $before in
     --lab | -l | --from)
       compopt -o default
+      [[ $before == --from && ${COMP_WORDS[1]} == rehearse ]] && return
       mapfile -t COMPREPLY < <(compgen -W "$(ktsim create --list 2>/dev/null </dev/null)" -- "$word")
       return
       ;;
-    --state)
+    --state | --script | --keep)
       compopt -o default
+      return
+      ;;
+    --until)
+      mapfile -t COMPREPLY < <(compgen -W idle -- "$word")
       return
       ;;
   esac

@@ -42,6 +42,11 @@ message=$(ktsetup ver 2>&1) && fail "ktsetup started without a library"
 [[ $message == *"error while loading shared libraries: libktraid.so.4"* ]] || fail "$message"
 ktsim run -- ktsetup info -o hba | grep -q '^Adapter ID: ' || fail "no adapter on the simulated library"
 ktsim run -- ktreport check --ignore spare-none-fits > "$folder/verdict" || [ $? -le 2 ] || fail "$(cat "$folder/verdict")"
+message=$(ktsim rehearse -- ktsetup ver 2>&1) && fail "a rehearsal without adapters"
+[[ $message == *"there is no report of the adapters: "*"libktraid.so.4"* ]] || fail "$message"
+ktsim run -- ktreport json --records > "$folder/report.json" || fail "no report"
+ktsim rehearse --from "$folder/report.json" -- ktsetup assign -d 11 > "$folder/rehearsal" || fail "no rehearsal"
+grep -q 'What would change:' "$folder/rehearsal" || fail "$(cat "$folder/rehearsal")"
 if command -v lintian > /dev/null; then
   ! lintian --fail-on error "$folder"/*.deb 2>&1 | grep '^E:' || fail "lintian has errors"
 fi

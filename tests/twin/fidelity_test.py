@@ -82,6 +82,7 @@ class Fidelity(unittest.TestCase):
             (lambda r: r["adapters"][0]["blocks"].pop(0), "adapters[0].arrays[0].virtualDisks[0].blocks: there is no block"),
             (lambda r: r["adapters"][0].update(type="LD-based"), "adapters[0].type: does not go with"),
             (lambda r: r["adapters"][1].update(id=0), "adapters[1].id: is another adapter's already"),
+            (lambda r: r["adapters"][0]["disks"][1].update(freeSize=1 << 40), "adapters[0].disks[1].freeSize: is 10995"),
             (lambda r: r["adapters"][0]["arrays"][0].update(freeSize=5), "freeSize: is no multiple of 1024 bytes"),
         ]
         for spoil, message in cases:
@@ -89,6 +90,26 @@ class Fidelity(unittest.TestCase):
         done = original.run("ktsim", "--state", original.path("new.db"), "create", "--lab", "-", text=text[:9000])
         self.assertEqual(done.returncode, 1)
         self.assertIn("parse error", done.stderr)
+
+    def test_real_adapters(self):
+        """What rules here would not make is shown as it was told: attributes, a battery's minutes, what slots say."""
+        report = Bench("default").report("--records")
+        adapter = report["adapters"][0]
+        disk = next(disk for disk in report["adapters"][1]["disks"] if "attributes" in disk)
+        disk["attributes"][0] = {"id": 1, "name": "Odd_Rate", "current": 9, "worst": 9, "threshold": 0, "raw": 77,
+                                 "status": "ok"}
+        adapter["battery"]["capacity"] -= 100
+        slot = next(one for one in adapter["enclosures"][0]["elements"] if one["type"] == "arydev")
+        slot.update(Status="01000000", flags=[])
+        bench = Bench(report)
+        twin = bench.report("--records")
+        for one in (report, twin):
+            for word in ("made", "host", "unread", "problems"):
+                one.pop(word, None)
+        self.assertEqual(places(report, twin), [])
+        bench.sim("disk", "fail", "0", "--force")
+        slot = next(one for one in bench.report()["adapters"][0]["enclosures"][0]["elements"] if one["type"] == "arydev")
+        self.assertEqual(slot["status"], "critical")
 
     def test_histories(self):
         """Whatever befell the adapters: the twin is like them, and stays so through the same commands."""

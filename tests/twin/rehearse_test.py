@@ -2,6 +2,7 @@
 """A rehearsal foretells what a command does, touches nothing, and leaves nothing behind."""
 import json
 import os
+import re
 import signal
 import subprocess
 import tempfile
@@ -131,6 +132,21 @@ class Rehearsals(unittest.TestCase):
         done = default.run("ktsim", "rehearse", "--from", default.path("odd.json"), "--", "ktsetup", "ver")
         self.assertEqual(done.returncode, 125)
         self.assertIn("adapters[0].disks[1].freeSize: is ", done.stderr)
+
+    def test_readme(self):
+        """The story in README.md is what happens, word for word; "..." stands for lines left out."""
+        with open(os.path.join(os.environ["SOURCE"], "README.md"), encoding="utf-8") as file:
+            section = file.read().split("## Rehearse first")[1].split("\n## ")[0]
+        blocks = "\n".join(line[4:] for line in section.splitlines() if line.startswith("    "))
+        with tempfile.TemporaryDirectory() as folder:
+            environment = dict(os.environ, KTRAID_SIM=os.path.join(folder, "state.db"),
+                               PATH=BIN + ":" + os.environ["PATH"])
+            for step in blocks.split("$ ")[1:]:
+                command, _, expected = step.partition("\n")
+                done = subprocess.run(["bash", "-c", command], env=environment, cwd=folder, stdin=subprocess.DEVNULL,
+                                      capture_output=True, text=True, check=False)
+                pattern = r"(.*\n)*".join(map(re.escape, expected.strip().split("...\n")))
+                self.assertRegex((done.stdout + done.stderr).strip(), "^" + pattern + "$", command)
 
     def test_nothing_outlives_it(self):
         """Whatever ends a rehearsal that waits for an answer, its state goes."""

@@ -13,7 +13,7 @@ static KT_U8 checkDisk(const Context& context, KT_U16 pd, _HD_Info& disk, PdStat
     if (!found) return KT_ERR_INVALID_PD;
     disk = *found;
     state = find<PdState>(context, pd).value_or(PdState{});
-    if ((disk.HDType & KT_HD_SAS) && !find<ToldHealth>(context, pd)) return KT_ERR_NOT_SUPPORTED;
+    if (disk.HDType & KT_HD_SAS) return KT_ERR_NOT_SUPPORTED;
     return state.health == PD_FAILED ? KT_ERR_LINK_TIMEOUT : KT_OK;
 }
 
@@ -42,11 +42,10 @@ KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info) {
     PdState state = {};
     const KT_U8 status = checkDisk(context, pd, disk, state);
     if (status != KT_OK) return status;
-    const bool told = find<ToldHealth>(context, pd).has_value();
-    if (!knowsSmart(disk) && !told) return KT_ERR_NOT_SUPPORTED;
+    if (!knowsSmart(disk)) return KT_ERR_NOT_SUPPORTED;
     if (!state.config.SMARTOn) return KT_ERR_INVALID_REQUEST;
     info = describeNow(context, pd, disk);
-    if (!told) explainTrip(state, info);
+    if (!find<ToldHealth>(context, pd)) explainTrip(state, info);
     return KT_OK;
 }
 
