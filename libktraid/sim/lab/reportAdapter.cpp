@@ -240,9 +240,10 @@ static void addCipher(const Context& context, KT_U16 pd, const PdState& disk, KT
     const auto entry = port.enabled ? find<AesEntry>(context, port.entry) : std::nullopt;
     const bool encrypted = disk.config.crypto != 0;
     DiskCipher cipher = {};
-    if (encrypted)
+    if (encrypted) {
         cipher.key = entry && complaint != KT_U16{EVT_PD_CIPHER_MISMATCH & 0xFFFF} ? entry->key
                                                                                    : unknownKey(context, NO_ENTRYS_KEY);
+    }
     const bool fits = port.enabled ? entry && cipher.key == entry->key : !encrypted;
     cipher.offline = (disk.raid & KT_PD_OFFLINE) &&
                      (!fits || (complaint == KT_U16{EVT_PD_PLAIN_ON_CRYPTO_PORT & 0xFFFF} && port.enabled));

@@ -86,9 +86,10 @@ static void takeBlockIds(Context& context, LabReader& reader, _LD_Info& vd) {
         const auto block = find<_Block_Info>(context, ids[i]);
         if (ids[i] != KT_NO_ID && (!block || block->LDID != vd.ID))
             failLab(reader, "blocks", "there is no block " + std::to_string(ids[i]) + " of this virtual disk");
-        if (block && i < disks.size() && disks[i] != block->HDID)
+        if (block && i < disks.size() && disks[i] != block->HDID) {
             failLab(reader, "disks",
                     "block " + std::to_string(ids[i]) + " lies on disk " + std::to_string(block->HDID));
+        }
     }
 }
 
