@@ -151,14 +151,14 @@ static std::vector<KT_U16> membersOf(const AdapterReading& adapter, const _DG_In
     std::vector<KT_U16> there = someOf(info.PDIDs, info.PDCount);
     for (const KT_U16 id : info.VDIDs) {
         if (!adapter.virtualDisks || !adapter.virtualDisks->count(id)) continue;
-        const std::vector<KT_U16> slots = disksOf(adapter, adapter.virtualDisks->at(id).info);
+        std::vector<KT_U16> slots = disksOf(adapter, adapter.virtualDisks->at(id).info);
         const auto isThere = [&](KT_U16 disk) {
             return disk == KT_NO_ID || std::count(there.begin(), there.end(), disk);
         };
         const auto present = std::count_if(slots.begin(), slots.end(), [](KT_U16 disk) { return disk != KT_NO_ID; });
-        if (std::all_of(slots.begin(), slots.end(), isThere) && static_cast<size_t>(present) == there.size())
-            // NOLINTNEXTLINE(performance-no-automatic-move)
+        if (std::all_of(slots.begin(), slots.end(), isThere) && static_cast<size_t>(present) == there.size()) {
             return slots;
+        }
     }
     if (info.Status != 0) there.push_back(KT_NO_ID);
     return there;
