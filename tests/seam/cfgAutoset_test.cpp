@@ -1,0 +1,198 @@
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "Functions/restore_cfg/assignment.h"
+#include "Functions/restore_cfg/restore_cfg.h"
+#include "Public/utility.h"
+#include "tests/seam/cfg.h"
+
+namespace {
+const char assignment[] = "# addresses\n[PORT_GROUP]=1, 0\n"
+                          "[SAS_ADDRESS_START]=500A1F40:00000010\n[SAS_ADDRESS_END]=500A1F40:FFFFFFFF\n"
+                          "[SAS_ADDRESS_CURRENT]=500A1F40:0FFFFFFF  # next\n"
+                          "[SERIALNUMBER_START]=TARN0000010000000001\n[SERIALNUMBER_END]=TARN0000010000000099\n"
+                          "[SERIALNUMBER_CURRENT]=TARN0000010000000009\n";
+} // namespace
+
+TEST_F(Cfg, AutosetAssignsAndAdvances) {
+    write("c.txt", configuration(""));
+    write("setcfg.txt", assignment);
+    fs::permissions("c.txt", fs::perms::owner_read);
+    fs::create_symlink("setcfg.txt", "link");
+    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_EQ("To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"
+              "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n",
+              outcome.printed);
+    const KT_U8 first[8] = {0x50, 0x0A, 0x1F, 0x40, 0x0F, 0xFF, 0xFF, 0xFF};
+    const KT_U8 second[8] = {0x50, 0x0A, 0x1F, 0x40, 0x10, 0, 0, 0};
+    EXPECT_EQ(0, memcmp(first, written().SAS_Address[1], 8));
+    EXPECT_EQ(0, memcmp(second, written().SAS_Address[0], 8));
+    EXPECT_EQ("TARN0000010000000009", serialOf(written()));
+    _HBA_Info_Page sums = written();
+    EXPECT_EQ(0, GetHBAInfoChksum_Flash(&sums));
+    std::string expected = configuration("");
+    expected.replace(expected.find("=old"), 4, "=TARN0000010000000009");
+    expected.replace(expected.find("00000000:00000000"), 17, "500A1F40:10000000");
+    expected.replace(expected.find("11111111 : 11111111"), 19, "500A1F40:0FFFFFFF");
+    EXPECT_EQ(expected, fileText("c.txt"));
+    EXPECT_EQ(fs::perms::owner_read, fs::status("c.txt").permissions());
+    std::string advanced = assignment;
+    advanced.replace(advanced.find("500A1F40:0FFFFFFF"), 17, "500A1F40:10000001");
+    advanced.replace(advanced.find("TARN0000010000000009"), 20, "TARN0000010000000010");
+    EXPECT_EQ(advanced, fileText("setcfg.txt"));
+    EXPECT_EQ(3, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
+    // The next adapter goes on from there.
+    EXPECT_EQ(1, runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").result);
+    EXPECT_EQ("TARN0000010000000010", serialOf(written()));
+    EXPECT_NE(std::string::npos, fileText("setcfg.txt").find("[SERIALNUMBER_CURRENT]=TARN0000010000000011\n"));
+}
+
+TEST_F(Cfg, SerialNumbersGoOnWithoutLetters) {
+    for (const auto& [counter, next] : std::vector<std::pair<KT_U64, KT_U64>>{
+             {0x8, 0x9}, {0x9, 0x10}, {0xA0, 0x100}, {0x1999, 0x2000}, {0x9A9, 0x1000}, {0x9999999999, 0x999999999A}}) {
+        EXPECT_EQ(next, nextSerialCounter(counter)) << std::hex << counter;
+    }
+}
+
+TEST_F(Cfg, WhatTheRangesNoLongerReachStaysTheAdaptersOwn) {
+    // The file is another adapter's.
+    std::string text = configuration("");
+    text.replace(text.find("11111111 : 11111111"), 19, "500A1F40:00000005");
+    write("c.txt", text);
+    std::string used = assignment;
+    used.replace(used.find("0FFFFFFF"), 8, "FFFFFFFF");
+    used.replace(used.find("00099"), 5, "00008");
+    write("setcfg.txt", used);
+    memcpy(page.Serial_Num, "OWN0000007", 10);
+    memset(page.SAS_Address, 0xAB, sizeof page.SAS_Address);
+    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_NE(std::string::npos, outcome.printed.find("Restore_Warning: No available count for SAS Address!"));
+    EXPECT_NE(std::string::npos, outcome.printed.find("Restore_Warning: No available count for Serial Number!"));
+    EXPECT_EQ(serialOf(page), serialOf(written()));
+    EXPECT_EQ(0, memcmp(page.SAS_Address, written().SAS_Address, sizeof page.SAS_Address));
+    _HBA_Info_Page sums = written();
+    EXPECT_EQ(0, GetHBAInfoChksum_Flash(&sums));
+    EXPECT_NE(std::string::npos, fileText("c.txt").find("[SERIAL_NUMBER]=" + serialOf(page) + " # serial\n"));
+    EXPECT_NE(std::string::npos, fileText("c.txt").find("[SASADDRESS]= ABABABAB:ABABABAB # blanks\n"));
+    EXPECT_EQ(used, fileText("setcfg.txt"));
+}
+
+// Files can be no longer than so many bytes while this lives.
+struct FileLimit {
+    rlimit before = {};
+    explicit FileLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        rlimit limit = {bytes, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileLimit() { setrlimit(RLIMIT_FSIZE, &before); }
+};
+
+TEST_F(Cfg, NothingIsFlashedWhenAFileCannotBeRewritten) {
+    const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"
+                                "KTCLI_RAID_CONFIG End\n";
+    const std::string longer = std::string(1000, '#') + "\n";
+    const struct {
+        std::string file, numbers;
+        const char* printed;
+    } cases[] = {
+        {configuration("") + longer, assignment, "Error: Failed open c.txt !\n"},
+        {configuration(""), assignment + longer, "Error:Failed open setcfg.txt \n"},
+    };
+    for (const auto& row : cases) {
+        write("c.txt", row.file);
+        write("setcfg.txt", row.numbers);
+        FileLimit limit(1000);
+        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + row.printed, 1);
+        EXPECT_EQ(READ, seam.calls.back());
+        EXPECT_EQ(row.file, fileText("c.txt"));
+        EXPECT_EQ(row.numbers, fileText("setcfg.txt"));
+        EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
+    }
+}
+
+TEST_F(Cfg, AutosetStartsAtTheStartAndStopsAtTheEnd) {
+    write("c.txt", configuration(""));
+    const std::string range = "[PORT_GROUP]=0,1\n[SAS_ADDRESS_START]=00000000:00000005\n"
+                              "[SAS_ADDRESS_END]=00000000:00000008\n[SERIALNUMBER_START]=ABCDEFGHIJ00000000A0\n"
+                              "[SERIALNUMBER_END]=ABCDEFGHIJ0000000100\n";
+    gAdapterInfo[0].DevID = 0x4734;
+    write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=\n");
+    runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_EQ(range + "[SAS_ADDRESS_CURRENT]=00000000:00000007\n[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n",
+              fileText("setcfg4.txt"));
+    EXPECT_EQ(5, written().SAS_Address[0][7]);
+    write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=00000000:00000007");
+    runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_EQ(8, written().SAS_Address[1][7]);
+    // One address is left for two ports: none is given, the adapter keeps its own; the serial number still is.
+    page.SAS_Address[0][7] = 77;
+    const std::string end = "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n[SAS_ADDRESS_CURRENT]=00000000:00000008";
+    write("setcfg4.txt", range + end);
+    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_NE(std::string::npos,
+              outcome.printed.find("Restore_Warning: No available count for SAS Address!(setcfg.txt)\n"));
+    EXPECT_EQ(77, written().SAS_Address[0][7]);
+    EXPECT_EQ(range + "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000101\n[SAS_ADDRESS_CURRENT]=00000000:00000008",
+              fileText("setcfg4.txt"));
+    outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    EXPECT_NE(std::string::npos,
+              outcome.printed.find("Restore_Warning: No available count for Serial Number!(setcfg.txt)\n"));
+}
+
+TEST_F(Cfg, AutosetRefusesItsFile) {
+    const struct {
+        const char* from;
+        const char* to;
+        const char* printed;
+    } cases[] = {
+        {"[PORT_GROUP]", "[PORTS]", "Restore_Error: Unknown option!(setcfg.txt)\n"},
+        {"[PORT_GROUP]", "PORT_GROUP", "Restore_Error: Error grammar in setcfg.txt!\n"},
+        {"[PORT_GROUP]=", "[PORT_GROUP] 0", "Restore_Error: Error grammar in setcfg.txt!\n"},
+        {"[PORT_GROUP]=1, 0", "", "Did you config setcfg.txt file ?\n"},
+        {"[SAS_ADDRESS_START]=500A1F40:00000010", "[SAS_ADDRESS_START]=00000000:00000000",
+         "Did you config setcfg.txt file ?\n"},
+        {"1, 0", "1,x", "Restore_Error: port ID in PORT_GROUP isn't digital!(setcfg.txt)\n"},
+        {"1, 0", "1,8", "Restore_Error: port ID in PORT_GROUP isn't digital!(setcfg.txt)\n"},
+        {"1, 0", "1,1",
+         "Restore_Error:Port count 1 in setcfg.txt \ndon't match with adapter port number:2!(setcfg.txt)\n"},
+        {"START]=5", "START]=", "Restore_Error: length of SAS_ADDRESS_START isn't 17!(setcfg.txt)\n"},
+        {"START]=500A1F40:", "START]=500A1F40.",
+         "Restore_Error: The 9th bit of SAS_ADDRESS_START isn't ':'!(setcfg.txt)\n"},
+        {"END]=500A1F40:", "END]=500A1F40.", "Restore_Error: 9th bit of SAS_ADDRESS_END isn't ':'!(setcfg.txt)\n"},
+        {"CURRENT]=5", "CURRENT]=X",
+         "Restore_Error: First 8bits of SAS_ADDRESS_CURRENT isn't  hex digit!(setcfg.txt)\n"},
+        {"0FFFFFFF", "0FFFFFFG",
+         "Restore_Error: Last 8bits of SAS_ADDRESS_CURRENT isn't  hexadecimal digit!(setcfg.txt)\n"},
+        {"START]=TARN", "START]=TAR", "Restore_Error: length of SERIALNUMBER_START isn't 20!(setcfg.txt)\n"},
+        {"START]=TARN0000010", "START]=TARN000001G",
+         "Restore_Error: Last 10bits of SERIALNUMBER_START isn't a hex digital!(setcfg.txt)\n"},
+        {"END]=TARN", "END]=BARN",
+         "Restore_Error: First 10bits of SERIALNUMBER_END isn't euqal with SERIALNUMBER_START!(setcfg.txt)\n"},
+        {"0000000009", "000000000A", "Restore_Error: Last 10bits of SERIALNUMBER_CURRENT isn't digital!(setcfg.txt)\n"},
+    };
+    write("c.txt", configuration(""));
+    const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n";
+    EXPECT_EQ(opening + "Error:Failed open setcfg.txt \n",
+              runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").printed);
+    for (const auto& row : cases) {
+        std::string text = assignment;
+        text.replace(text.find(row.from), strlen(row.from), row.to);
+        write("setcfg.txt", text);
+        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + row.printed, 1);
+        EXPECT_EQ(READ, seam.calls.back());
+        EXPECT_EQ(text, fileText("setcfg.txt"));
+    }
+    write("setcfg.txt", assignment);
+    write("c.txt", "[PORT CONFIG][END][RAID CONFIG][END]");
+    EXPECT_EQ(opening + "KTCLI_RAID_CONFIG End\nError:Didn't find the Serial number.\n",
+              runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").printed);
+    // The adapter keeps what it has, and the next one gets the same, when the flash refuses.
+    write("c.txt", configuration(""));
+    seam.statuses = {{WRITE, 5}};
+    EXPECT_EQ(5, runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").result);
+    EXPECT_EQ(assignment, fileText("setcfg.txt"));
+    EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
+}
