@@ -37,11 +37,13 @@ static bool checkLayout(Planner& planner, const std::string& place, const Wanted
     }
     const KT_U64 sets = wanted.level == "RAID60" ? 2 : 1;
     const KT_U64 parity = wanted.parity.value_or(usualParity(wanted.level));
-    const KT_U64 most = std::min(limitOf(planner, "parity") > 255 ? 255 : limitOf(planner, "parity") * sets,
-                                 static_cast<KT_U64>(wanted.disks.size()) / 2);
+    // Arrays keep half of their disks for data, the virtual disks of LD-based adapters one.
+    const auto disks = static_cast<KT_U64>(wanted.disks.size());
+    const KT_U64 byDisks = now.arrayBased ? disks / 2 : disks - std::min<KT_U64>(disks, 1);
+    const KT_U64 most = std::min(std::min<KT_U64>(limitOf(planner, "parity"), 255) * sets, byDisks);
     if (takesParity(wanted.level) && (parity < 2 * sets || parity % sets != 0 || parity > most)) {
         refuse("parity", std::to_string(parity) + " parity disks do not go with " + wanted.level + " on " +
-                             std::to_string(wanted.disks.size()) + " disks");
+                             std::to_string(disks) + " disks");
     }
     return planner.plan.reasons.size() == before;
 }

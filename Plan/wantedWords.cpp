@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <sstream>
 
 #include "Report/look.h"
 
@@ -89,7 +91,7 @@ std::vector<KT_U64> takeDisks(const WantedObject& object, const char* word) {
 }
 
 std::string takeOneOf(const WantedObject& object, const char* word, const std::vector<std::string>& words) {
-    const std::string text = takeText(object, word);
+    std::string text = takeText(object, word);
     if (text.empty()) return text;
     std::string known;
     for (const std::string& one : words) {
@@ -118,63 +120,34 @@ std::vector<WantedObject> takeObjects(const WantedObject& object, const char* wo
     return objects;
 }
 
+static std::set<std::string> wordsIn(const char* text) {
+    std::istringstream words(text);
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
 // What labs and reports say of each kind of object.
 static const std::set<std::string>& wordsOf(WantedKind kind) {
-    static const std::set<std::string> file = {"report",       "made",    "host",    "library",  "sgVersion",
-                                               "adapterCount", "records", "unread",  "problems", "adapters",
-                                               "clock",        "name",    "complete"};
-    static const std::set<std::string> adapter = {"id",
-                                                  "type",
-                                                  "model",
-                                                  "serial",
-                                                  "wwn",
-                                                  "versions",
-                                                  "bus",
-                                                  "ports",
-                                                  "levels",
-                                                  "portAddresses",
-                                                  "portTypes",
-                                                  "stripes",
-                                                  "buzzer",
-                                                  "features",
-                                                  "limits",
-                                                  "images",
-                                                  "advancedFeatures",
-                                                  "config",
-                                                  "settings",
-                                                  "battery",
-                                                  "keys",
-                                                  "expanders",
-                                                  "disks",
-                                                  "unlinkedPorts",
-                                                  "portMultipliers",
-                                                  "arrays",
-                                                  "enclosures",
-                                                  "virtualDisks",
-                                                  "blocks",
-                                                  "events",
-                                                  "count"};
-    static const std::set<std::string> disk = {
-        "id",          "type",          "model",       "serial",      "firmware",   "size",
-        "sector",      "validSize",     "freeSize",    "on",          "parent",     "port",
-        "enclosure",   "slot",          "address",     "wwn",         "state",      "member",
-        "array",       "spare",         "spareInUse",  "os",          "mbr",        "smartTripped",
-        "temperature", "poweredOn",     "powerCycles", "reallocated", "pending",    "uncorrectable",
-        "linkErrors",  "wear",          "patrol",      "supports",    "writeCache", "smart",
-        "cipher",      "cipherPercent", "locateLed",   "errorLed",    "ssdType",    "rotation",
-        "linkSpeeds",  "linkSpeed",     "pio",         "mdma",        "udma",       "currentPio",
-        "currentMdma", "currentUdma",   "blocks",      "magic",       "attributes", "count",
-        "badSectors"};
-    static const std::set<std::string> array = {"id",           "name",  "level",        "status",     "disks",
-                                                "parity",       "parts", "stripe",       "sector",     "spares",
-                                                "writeCache",   "size",  "freeSize",     "memberSize", "activity",
-                                                "memberPatrol", "slots", "virtualDisks", "count"};
-    static const std::set<std::string> vd = {
-        "id",        "name",    "status",       "array",  "level",  "disks",      "blocks",
-        "members",   "parity",  "parts",        "stripe", "sector", "size",       "cache",
-        "readAhead", "restore", "cacheInForce", "os",     "target", "linkedDisk", "written",
-        "activity",  "guid",    "memberPatrol", "table",  "magic",  "count",      "initialized"};
-    static const std::set<std::string> config = {"rawimg_update_disabled"};
+    static const auto file =
+        wordsIn("report made host library sgVersion adapterCount records unread problems adapters clock name "
+                "complete");
+    static const auto adapter =
+        wordsIn("id type model serial wwn versions bus ports levels portAddresses portTypes stripes buzzer "
+                "features limits images advancedFeatures config settings battery keys expanders disks "
+                "unlinkedPorts portMultipliers arrays enclosures virtualDisks blocks events count");
+    static const auto disk =
+        wordsIn("id type model serial firmware size sector validSize freeSize on parent port enclosure slot "
+                "address wwn state member array spare spareInUse os mbr smartTripped temperature poweredOn "
+                "powerCycles reallocated pending uncorrectable linkErrors wear patrol supports writeCache smart "
+                "cipher cipherPercent locateLed errorLed ssdType rotation linkSpeeds linkSpeed pio mdma udma "
+                "currentPio currentMdma currentUdma blocks magic attributes count badSectors");
+    static const auto array =
+        wordsIn("id name level status disks parity parts stripe sector spares writeCache size freeSize "
+                "memberSize activity memberPatrol slots virtualDisks count");
+    static const auto vd =
+        wordsIn("id name status array level disks blocks members parity parts stripe sector size cache readAhead "
+                "restore cacheInForce os target linkedDisk written activity guid memberPatrol table magic count "
+                "initialized");
+    static const auto config = wordsIn("rawimg_update_disabled");
     switch (kind) {
     case WantedKind::File:
         return file;

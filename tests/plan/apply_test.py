@@ -336,7 +336,8 @@ class Everywhere(Failing):
         calls = self.calls(changing=False)
         self.assertGreaterEqual(len(calls), 200)
         for name, before in calls:
-            if not name.startswith("KT_SIM") and (before < 2 or before % 9 == 0):
+            # What is not an adapter's call has no status to fail with.
+            if not name.startswith(("KT_SIM", "KT_API_Finalize", "KT_API_Version")) and (before < 2 or before % 9 == 0):
                 self.fail_at(name, before)
 
 

@@ -139,8 +139,9 @@ def shape(document, there):
                        for array in adapter.get("arrays", [])},
             "vds": {vd["name"]: laid(vd) for vd in adapter["virtualDisks"]},
             "sizes": vds(adapter),
-            "spares": sorted(ids[disk["id"]] for disk in adapter["disks"]
-                             if disk.get("spare") == "global" and not disk.get("spareInUse")),
+            # One that has begun its work at once, for something that was left alone, was made all the same.
+            "spares": sorted(ids[disk["id"]] for disk in adapter["disks"] if disk.get("spare") == "global"
+                             and (document is there or not disk.get("spareInUse"))),
             "rates": {rate: adapter["config"][rate] for rate in RATES.values()}})
     return adapters
 

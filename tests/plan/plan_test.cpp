@@ -106,6 +106,9 @@ const Case creations[] = {
          "disks": [0, 1, 2, 3, 4, 5], "virtualDisks": [{"name": "a b", "size": 200000000, "cache": "off"}]}]}])",
      "0 create -o array -r 6 -d 0,1,2,3,4,5 -q 3 -b 128 -n \"my array\" --cacheoff\n"
      "0 create -o vd -a 0 -n \"a b\" -s 190 -c off\n"},
+    {"two parity disks of three go with LD-based adapters", R"([{"type": "LD-based", "disks": [{"count": 4}]}])",
+     R"([{"virtualDisks": [{"name": "a", "level": "RAID6", "parity": 2, "disks": [0, 1, 2]}]}])",
+     "0 create -o vd -r 6 -d 0,1,2 -q 2 -n a\n"},
     {"what was made is left as it is", THERE,
      R"([{"arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2], "virtualDisks":
          [{"name": "data", "size": "100GiB", "cache": "on"}]}]}])",
