@@ -25,6 +25,7 @@ bool readRequest(int argc, char** argv, const _cmd_struct* row, const OptionSet&
                  int& result);
 
 // Everything that a plan is made from, and the plan.
+// Moving JSON throws nothing, whatever its library declares. NOLINTNEXTLINE(bugprone-exception-escape)
 struct Planning {
     Wanted wanted;
     Json report;

@@ -69,7 +69,7 @@ void settleAll(sim::Store& store);
 unsigned adapterCount(sim::Store& store);
 // clock.cpp: lets time pass, such as "90m", and what is due in it happen; or until every activity has ended, which
 // answers the milliseconds that took, with a look after each moment at which something happened.
-void passTime(sim::Store& store, const std::string& duration);
+void passTime(sim::Store& store, const std::string& text);
 KT_U64 passUntilIdle(sim::Store& store, const std::function<void()>& look);
 
 // "0 critical, 1-3 ok": how an enclosure's elements of a kind do; only those that are not well when `onlyFaults`.

@@ -67,9 +67,10 @@ static std::vector<Words> readScript(const std::string& name) {
 }
 
 static std::vector<Words> commandsOf(const RehearseOptions& wanted) {
-    if (wanted.script.empty() == wanted.words.empty())
+    if (wanted.script.empty() == wanted.words.empty()) {
         throw CommandFailure{"a command after --, or --script FILE, is what is rehearsed (--help tells more)",
                              RESULT_USAGE};
+    }
     if (!wanted.script.empty()) return readScript(wanted.script);
     if (!isProgram(wanted.words[0])) {
         throw CommandFailure{"\"" + wanted.words[0] + "\" cannot be rehearsed, only ktsetup and ktcfg can",
@@ -86,9 +87,10 @@ static void endIfAsked() {
 
 static std::string lineOf(const Words& words) {
     std::string line;
-    for (const std::string& word : words)
-        line += (line.empty() ? "" : " ") +
-                (word.empty() || word.find(' ') != std::string::npos ? "\"" + word + "\"" : word);
+    for (const std::string& word : words) {
+        const bool quoted = word.empty() || word.find(' ') != std::string::npos;
+        line += (line.empty() ? "" : " ") + (quoted ? "\"" + word + "\"" : word);
+    }
     return line;
 }
 

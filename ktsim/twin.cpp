@@ -100,14 +100,14 @@ std::string firstDifference(const Json& told, const Json& made, const std::strin
             const std::string place = path.empty() ? word : path + "." + word;
             const auto other = made.find(word);
             if (other == made.end()) return place + ": no adapter tells that beside the rest";
-            const std::string difference = firstDifference(value, *other, place);
+            std::string difference = firstDifference(value, *other, place);
             if (!difference.empty()) return difference;
         }
         return {};
     }
     if (told.is_array() && made.is_array() && told.size() == made.size()) {
         for (size_t i = 0; i < told.size(); ++i) {
-            const std::string difference = firstDifference(told[i], made[i], path + "[" + std::to_string(i) + "]");
+            std::string difference = firstDifference(told[i], made[i], path + "[" + std::to_string(i) + "]");
             if (!difference.empty()) return difference;
         }
         return {};
