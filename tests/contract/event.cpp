@@ -28,7 +28,7 @@ TEST_F(Event, MessagesSayWhatTheRawEventsMean) {
 TEST_F(Event, PeripheralsAreShownByName) {
     start(R"({"adapters": [{"type": "array-based", "battery": true, "AdvancedFeatures": 4294967295, "MaxAESPort": 2,
       "MaxAESEntry": 2, "LogicalDriverMode": 4095, "expanders": [{}], "enclosures": [{"id": 1}],
-      "disks": [{"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
+      "disks": [{"count": 3, "type": "SATA", "size": "1TB"}],
       "keys": [{"id": 1, "key": "k", "password": "p", "ports": [{"id": 0, "enabled": true}]}]}]})");
     _NVSRAM_Data nvsram = {};
     nvsram.Length = 3;

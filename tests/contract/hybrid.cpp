@@ -5,7 +5,7 @@
 
 // Virtual disk 0 is a plain one, 1 a hybrid one of 200 GiB; disks 4 and 5 are free, 6 is a spare.
 static const char LAB[] = R"({"adapters": [
-  {"type": "LD-based", "disks": [
+  {"type": "LD-based", "PortCount": 8, "disks": [
      {"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0},
      {"type": "SATA SSD", "size": "240GB", "on": "HBA", "port": 3},
      {"count": 2, "type": "SATA", "size": "1TB", "on": "HBA", "port": 4},

@@ -3,6 +3,9 @@
 
 #include "frame/invariants.h"
 #include <gtest/gtest.h>
+#include <iterator>
+#include <set>
+#include <sstream>
 
 using namespace sim;
 
@@ -114,6 +117,21 @@ TEST(Lab, SaysWhereTheMistakeIs) {
               "lab: adapters[0].virtualDisks[0].size: does not fit on disk 0");
     EXPECT_EQ(mistakeIn(R"({"adapters": [{"portMultipliers": [{}], "disks": [{"count": 6, "on": "PM"}]}]})"),
               "lab: adapters[0].disks[0].port: goes beyond the ports of port multiplier 0");
+    const auto ports = [](const std::string& words) {
+        return R"({"adapters": [{"type": "LD-based", )" + words + "}]}";
+    };
+    EXPECT_EQ(mistakeIn(ports(R"("disks": [{"count": 3, "port": 0}, {"port": 2}])")),
+              "lab: adapters[0].disks[1].port: 2 is disk 2's already");
+    EXPECT_EQ(mistakeIn(ports(R"("portMultipliers": [{}], "disks": [{"port": 3}])")),
+              "lab: adapters[0].disks[0].port: 3 is a cable's already");
+    EXPECT_EQ(mistakeIn(ports(R"("disks": [{"port": 4}])")),
+              "lab: adapters[0].disks[0].port: goes beyond the ports of the adapter");
+    EXPECT_EQ(mistakeIn(ports(R"("disks": [{"count": 60}, {"port": 0}])")),
+              "lab: adapters[0].disks: 60 of them need a place, and there are 3 left; list \"enclosures\", or raise "
+              "\"PortCount\"");
+    EXPECT_EQ(mistakeIn(ports(R"("disks": [{"count": 60}])")), "none");
+    EXPECT_EQ(mistakeIn(ports(R"("disks": [{"count": 8}, {"type": "SAS"}])")),
+              "lab: adapters[0].disks[1].type: has no port left that it goes with");
     EXPECT_EQ(mistakeIn(R"({"complete": true, "global": {"adapterCount": 2}, "adapters": []})"),
               "lab: global.adapterCount: is not the number of adapters");
     EXPECT_EQ(mistakeIn(R"({"complete": true, "adapters": [{}]})"), "lab: adapters[0].adapter: is missing");
@@ -130,6 +148,44 @@ TEST(Lab, SaysWhereTheMistakeIs) {
     EXPECT_EQ(mistakeIn(disk(R"("on": "expander")")), "lab: adapters[0].disks[1].parent: there is no expander 0");
     EXPECT_EQ(mistakeIn(R"({"complete": true, "global": {"adapterCount": 0}, "faults": [{"kid": 1}]})"),
               "lab: faults[0].kid: is not a word that labs know here");
+}
+
+// "0.3" is port 3 of the adapter, "PM1.3" that of port multiplier 1, "X1.3" of expander 1, "E1.3" a bay.
+static std::string placesIn(const std::string& adapter) {
+    Store* store = stateFrom(R"({"adapters": [{)" + adapter + "}]}");
+    std::string places;
+    forEach<_HD_Info>(Context{*store, 0, 0}, 0, [&](KT_U64, const _HD_Info& disk) {
+        static const char* const NAMES[] = {"0", "PM", "X", "?"};
+        const _Link_Endpoint& parent = disk.Link.Parent;
+        const KT_U16 shelf = disk.Link.Self.EnclosureID;
+        const std::string device = NAMES[parent.DevType] + (parent.DevType ? std::to_string(parent.DevID) : "");
+        places += shelf == KT_NO_ID ? device + "." + std::to_string(parent.PhyID[0])
+                                    : "E" + std::to_string(shelf) + "." + std::to_string(disk.ElementIdx);
+        places += ' ';
+        return true;
+    });
+    closeStore(store);
+    return places;
+}
+
+TEST(Lab, GivesEveryDiskAPlaceOfItsOwn) {
+    static const struct {
+        const char* adapter;
+        const char* places;
+    } ROWS[] = {
+        {R"("disks": [{"count": 3}, {"port": 0}, {"port": 2}])", "0.1 0.3 0.4 0.0 0.2 "},
+        {R"("disks": [{"count": 9}])", "0.0 0.1 0.2 0.3 0.4 0.5 0.6 X0.0 X0.1 "},
+        {R"("type": "LD-based", "disks": [{"count": 8}])", "0.0 0.1 0.2 PM0.0 PM0.1 PM0.2 PM0.3 PM0.4 "},
+        {R"("type": "LD-based", "portMultipliers": [{}], "disks": [{"count": 5}, {"on": "PM"}])",
+         "0.0 0.1 0.2 PM0.1 PM0.2 PM0.0 "},
+        {R"("enclosures": [{"id": 1, "slots": 2}], "disks": [{"count": 2}, {"enclosure": 1}, {"on": "HBA"}])",
+         "E1.1 0.2 E1.0 0.1 "},
+        {R"("expanders": [{}], "enclosures": [{"id": 1, "slots": 2}], "disks": [{"count": 4}])", "E1.0 E1.1 0.4 0.5 "},
+    };
+    for (const auto& row : ROWS)
+        EXPECT_EQ(placesIn(row.adapter), row.places) << row.adapter;
+    std::istringstream many(placesIn(R"("disks": [{"count": 3000}])"));
+    EXPECT_EQ(std::set<std::string>(std::istream_iterator<std::string>(many), {}).size(), 3000);
 }
 
 // Whatever stands in a lab, it is read or refused; this walks the texts that a careless editor leaves behind.

@@ -3,7 +3,7 @@ A virtual disk moves to another level on more disks, interrupted twice; then an 
   $ . "$TESTDIR/setup.sh"
   $ cat > lab.json << EOF
   > {"adapters": [
-  >  {"type": "LD-based", "disks": [{"count": 8, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
+  >  {"type": "LD-based", "disks": [{"count": 8, "type": "SATA", "size": "1TB"}],
   >   "virtualDisks": [{"level": "RAID1", "disks": [1, 2], "size": "200GiB"},
   >                    {"level": "RAID5", "disks": [5, 6, 7], "size": "300GiB"}]},
   >  {"type": "array-based", "disks": [{"count": 8, "type": "SAS", "size": "1TB", "on": "HBA", "port": 0}],

@@ -58,6 +58,27 @@ Bays come first, then ports, then those of port multipliers; what was pulled is 
   Disk 12 of old.db is disk 6 here.
   PD 6 PM 0:3
 
+A lab that lists more disks than ports gets what they can hang on. Disks that come later hang there, too.
+
+  $ echo '{"adapters": [{"disks": [{"count": 12, "type": "SATA"}]}, {"type": "LD-based", "disks": [{"count": 4}]}]}' > L.json
+  $ ktsim create --lab L.json --force; places 0 | tail -6; kt info -o exp -i 0 | grep -e PHY -e Links
+  PD 6 port 6
+  PD 7 expander 0:0
+  PD 8 expander 0:1
+  PD 9 expander 0:2
+  PD 10 expander 0:3
+  PD 11 expander 0:4
+  Total # of PHYs:     28
+  Links to:            HBA 0, port [7] on SAS address 500A1F4000100007
+  $ ktsim disk insert 0 --from old.db; places 0 | grep 'PD 12'; ktsim cable pull 7 -f; ktsim disk insert 8; ktsim check
+  Disk 0 of old.db is disk 12 here.
+  PD 12 expander 0:5
+  ktsim: the adapter has no free bay or port, or no number, for all that
+  The state is sound.
+  $ ktsim cable insert 7; places 0 | grep -c expander; ktsim check
+  6
+  The state is sound.
+
 The place of a disk whose shelf is away is not there.
 
   $ ktsim create --lab two.json --force; ktsim enclosure pull 3 -f; ktsim disk insert 0; places 0

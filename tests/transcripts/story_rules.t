@@ -79,7 +79,7 @@ The disk that left first has missed what was written since, whatever the clock s
 It may be the last copy all the same: it stays known until it is wiped, or its virtual disk is gone or works without it.
 
   $ ktsim status | grep 'PD 1 '; kt create -o array -r 0 -d 1,3
-    PD 1     Gannet GT500G         SATA     465.8 GiB  port 1      foreign
+    PD 1     Gannet GT500G         SATA     465.8 GiB  bay 0:1     foreign
   Foreign disk 1 can not be used to create array.
   [1]
   $ kt wipe -d 1
@@ -88,8 +88,8 @@ It may be the last copy all the same: it stays known until it is wiped, or its v
   [56]
   $ ktsim disk insert 2; ktsim status | grep 'VD 0\|PD [12] '
     VD 0     VD_R5_1          RAID5         97.7 GiB  array 0  degraded, write-back
-    PD 1     Gannet GT500G         SATA     465.8 GiB  port 1      member of array 0
-    PD 2     Gannet GT500G         SATA     465.8 GiB  port 2      member of array 0
+    PD 1     Gannet GT500G         SATA     465.8 GiB  bay 0:1     member of array 0
+    PD 2     Gannet GT500G         SATA     465.8 GiB  bay 0:2     member of array 0
   $ ktsim clock until idle > /dev/null; kt info -o vd -i 0 | grep ^status
   status:              online
 
@@ -101,7 +101,7 @@ Disks that leave together come back together.
   $ ktsim disk fail 3 99 -f; ktsim disk pull 3 99; ktsim status | grep 'PD 3 '
   ktsim: there is no disk 99 that works
   ktsim: there is no disk 99
-    PD 3     Gannet GT500G         SATA     465.8 GiB  port 3      free
+    PD 3     Gannet GT500G         SATA     465.8 GiB  bay 0:3     free
   $ lab default; ktsim enclosure pull 1 < /dev/null; ktsim enclosure pull 1 -f; ktsim status -a 0 | grep ' VD \|Encl\|in use'; kt enc -o enc; kt info -o exp
   Disks 0, 1, 2, 3, 4, 5, 6, 7, 8 hold parts of virtual disks. Go on? [y/N] ktsim: nothing was changed
   
@@ -161,10 +161,10 @@ A disk of another make takes the place of one that goes.
 
   $ fresh; ktsim disk replace 4 --size 4TB; ktsim disk replace 5 --type "SAS SSD" --sector 4096; ktsim disk replace 6 --model "Other One"; ktsim disk replace 7
   $ ktsim status | grep 'PD [4567] '; ktsim disk replace 0 -a 1 2>&1; lab empty; ktsim disk replace 0 -a 1 --type SAS
-    PD 4     Gannet GT4000G        SATA       3.6 TiB  port 4      free
-    PD 5     Petrel PX500G SAS SSD SAS SSD  465.8 GiB  port 5      free
-    PD 6     Other One             SATA     465.8 GiB  port 6      free
-    PD 7     Gannet GT500G         SATA     465.8 GiB  port 7      free
+    PD 4     Gannet GT4000G        SATA       3.6 TiB  bay 0:4     free
+    PD 5     Petrel PX500G SAS SSD SAS SSD  465.8 GiB  bay 0:5     free
+    PD 6     Other One             SATA     465.8 GiB  bay 0:6     free
+    PD 7     Gannet GT500G         SATA     465.8 GiB  bay 0:7     free
   ktsim: there is no adapter 1, only 1 of them
   ktsim: the adapter has no ports for such disks
   [1]
@@ -173,12 +173,12 @@ What belongs to others is not wiped in passing.
 
   $ lab troubled; ktsim status -a 1 | grep foreign; ktsetup 1 wipe -d 9 | tail -1; ktsetup 1 wipe -d 9 -f | tail -1
     VD 3     foreign          RAID1        100.0 GiB  foreign
-    PD 3     Gannet GT1000G        SATA     931.5 GiB  port 3      foreign of VD 1
-    PD 4     Gannet GT1000G        SATA     931.5 GiB  port 0      foreign of VD 1
-    PD 9     Gannet GT1000G        SATA     931.5 GiB  port 1      foreign of VD 3 4
-    PD 10    Gannet GT1000G        SATA     931.5 GiB  port 2      foreign of VD 3 4 5
-    PD 17    Gannet GT1000G        SATA     931.5 GiB  port 1      foreign of VD 2
-    PD 18    Gannet GT1000G        SATA     931.5 GiB  port 2      foreign of VD 2
+    PD 3     Gannet GT1000G        SATA     931.5 GiB  PM 0:1      foreign of VD 1
+    PD 4     Gannet GT1000G        SATA     931.5 GiB  PM 0:2      foreign of VD 1
+    PD 9     Gannet GT1000G        SATA     931.5 GiB  PM 0:7      foreign of VD 3 4
+    PD 10    Gannet GT1000G        SATA     931.5 GiB  PM 0:8      foreign of VD 3 4 5
+    PD 17    Gannet GT1000G        SATA     931.5 GiB  PM 1:0      foreign of VD 2
+    PD 18    Gannet GT1000G        SATA     931.5 GiB  PM 1:1      foreign of VD 2
   Wipe MDD on PD 9 failed (error 56: Specified physical disk is assigned to a virtual disk).
   Wipe PD 9 is returned successfully.
 
@@ -203,8 +203,8 @@ A disk that is broken elsewhere is broken here.
   $ fresh; ktsim disk fail 0 -f; cp state.db other.db; fresh; ktsim disk insert 0 1 --from other.db; ktsim status | grep 'PD 1[23] '
   Disk 0 of other.db is disk 12 here.
   Disk 1 of other.db is disk 13 here.
-    PD 12    Gannet GT500G         SATA     465.8 GiB  bay 0:0     not in use, FAILED
-    PD 13    Gannet GT500G         SATA     465.8 GiB  bay 0:1     free
+    PD 12    Gannet GT500G         SATA     465.8 GiB  bay 0:12    not in use, FAILED
+    PD 13    Gannet GT500G         SATA     465.8 GiB  bay 0:13    free
 
 What works again after all, but not as safely as it should, says both.
 

@@ -145,16 +145,23 @@ static void markMember(const Context& context, KT_U16 pd, KT_U8 flag, KT_U16 arr
     save(context, pd, *state);
 }
 
-// A block of `kib` on each member, their ids in the order of the members.
-static void placeBlocks(const Context& context, const Layout& layout, const LabReader& reader, KT_U64 kib, _LD_Info& vd,
-                        size_t from) {
-    for (size_t i = from; i < layout.disks.size(); ++i) {
+// The members that get blocks: those from the slot `from` on, `kib` each.
+struct Share {
+    const Layout& layout;
+    size_t from;
+    KT_U64 kib;
+};
+
+// The blocks' ids are in the order of the members.
+static void placeBlocks(const Context& context, const LabReader& reader, const Share& share, _LD_Info& vd) {
+    const Layout& layout = share.layout;
+    for (size_t i = share.from; i < layout.disks.size(); ++i) {
         const KT_U16 pd = layout.disks[i];
         if (pd == KT_NO_ID) continue;
         const auto disk = find<_HD_Info>(context, pd);
         const auto state = find<PdState>(context, pd);
         if (!disk || !state) failLab(reader, "disks", "there is no disk " + std::to_string(pd));
-        const KT_U64 sectors = kibToSectors(kib, disk->BlockSize);
+        const KT_U64 sectors = kibToSectors(share.kib, disk->BlockSize);
         const auto start = findSpace(context, pd, *disk, *state, sectors);
         if (!start) failLab(reader, "size", "does not fit on disk " + std::to_string(pd));
         _Block_Info block = {};
@@ -211,7 +218,7 @@ static void takeTarget(const Context& context, LabReader& vdReader, const Layout
         target.info.HDCount = target.info.BlkCount = static_cast<KT_U8>(layout.disks.size());
         target.info.Size = capacityFor(layout, kib);
         target.info.BGAStatus = 0;
-        placeBlocks(context, layout, reader, kib, target.info, from.disks.size());
+        placeBlocks(context, reader, Share{layout, from.disks.size(), kib}, target.info);
         std::fill(std::begin(target.homes), std::end(target.homes), KT_U16{KT_NO_ID});
         std::copy(layout.disks.begin(), layout.disks.end(), target.homes);
         takeFields(reader, KIND_VD_TARGET, &target);
@@ -269,7 +276,7 @@ static _LD_Info addVd(const Context& context, LabReader& reader, const Layout& l
     state.activity.disk = KT_NO_ID;
     std::fill(std::begin(state.homes), std::end(state.homes), KT_U16{KT_NO_ID});
     std::copy(layout.disks.begin(), layout.disks.end(), state.homes);
-    placeBlocks(context, layout, reader, kib, vd, 0);
+    placeBlocks(context, reader, Share{layout, 0, kib}, vd);
     takeActivity(context, reader, kib, vd, state);
     takeTarget(context, reader, layout, kib, vd);
     takeFields(reader, KIND_VD, &vd);

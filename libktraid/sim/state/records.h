@@ -130,7 +130,7 @@ struct PulledDisk {
     _HD_Info info;
     PdState state;
     KT_U64 loss;  // the AdapterState.losses that it was pulled with
-    KT_U8 shared; // a lab had put another disk into the same place
+    KT_U8 shared; // a report had put another disk into the same place
     KT_U8 reserved[7];
 };
 
