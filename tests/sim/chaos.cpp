@@ -163,12 +163,19 @@ static void bringForeign(Chaos& run, const Context& context) {
     closeStore(elsewhere);
 }
 
+static bool pullSomeCable(Chaos& run, Context& context) {
+    const KT_U8 first = byte(run, 8);
+    for (KT_U8 i = 0; i < 8; ++i)
+        if (pullCable(context, (first + i) % 8) == KT_OK) return true;
+    return false;
+}
+
 // A whole shelf, all behind a cable, or some disks at once.
 static void pullTogether(Chaos& run, Context& context) {
-    if (rarely(run, 3)) {
-        pullEnclosure(context, 1);
-    } else if (rarely(run, 2)) {
-        pullCable(context, byte(run, 8));
+    if (!rarely(run, 3) && pullEnclosure(context, 1) == KT_OK) {
+        ++run.shelvesPulled;
+    } else if (rarely(run, 2) && pullSomeCable(run, context)) {
+        ++run.cablesPulled;
     } else {
         const KT_U16 pd = pick(run, 16);
         pullDisks(context, {pd, static_cast<KT_U16>(pd + 1), static_cast<KT_U16>(pd + 2)});
@@ -184,6 +191,7 @@ static void powerCycle(Chaos& run) {
     }
     const Context context{*run.store, run.adapter, run.now};
     powerDown(*run.store, rarely(run, 2));
+    ++run.boots;
     for (int i = pick(run, 4); i > 0; --i) {
         insertDisk(context, pick(run, 18));
         pullDisk(context, pick(run, 18));
@@ -221,7 +229,7 @@ static void happen(Chaos& run) {
         applyRates(context);
     } else if (what == 8 && rarely(run, 4)) {
         bringForeign(run, context);
-    } else if (what == 9 && rarely(run, 3)) {
+    } else if (what < 10) {
         pullTogether(run, context);
     } else if (what == 12) {
         powerCycle(run);

@@ -14,7 +14,7 @@
 using namespace sim;
 
 static const BuiltInLab LAB = {"lab", R"({"adapters": [
-  {"type": "array-based", "battery": true, "disks": [
+  {"type": "array-based", "battery": true, "expanders": [{}], "enclosures": [{"id": 1}], "disks": [
      {"count": 14, "type": "SAS", "size": "2GB"}, {"count": 2, "type": "SAS", "size": "1GB"},
      {"count": 2, "type": "SAS", "size": "2GB", "sector": 4096}]},
   {"type": "LD-based", "disks": [
@@ -62,6 +62,11 @@ TEST_P(Crash, WhatHoldsAlwaysHolds) {
             doAnything(run);
             ASSERT_EQ(findViolations(*run.store, lab == &LAB), std::vector<std::string>())
                 << "lab " << lab->name << ", step " << step;
+        }
+        if (lab == &LAB) {
+            EXPECT_GT(run.boots, 0);
+            EXPECT_GT(run.shelvesPulled, 0);
+            EXPECT_GT(run.cablesPulled, 0);
         }
         closeStore(run.store);
     }
