@@ -251,9 +251,15 @@ TEST_F(Flash, ErasingThePdPageForgetsIds) {
     EXPECT_EQ(outside::pullDisk(0, 3), KT_OK);
     ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_OK);
     EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 2, 4, 5})) << "those in use stay";
+    EXPECT_EQ(outside::pullDisk(0, 2), KT_OK);
+    ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_OK);
     newEvents();
     EXPECT_EQ(outside::insertDisk(0, 0xF001), KT_OK);
     EXPECT_EQ(newEvents(), std::vector<std::string>({"2/1 of 1", "2/54 of 1", "1/70 of 0"})) << "it was disk 3";
+    for (const KT_U16 forgotten : Ids{0xF000, 0xF002})
+        EXPECT_EQ(outside::insertDisk(0, forgotten), KT_OK);
+    EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 1, 2, 3, 4, 5}));
+    EXPECT_EQ(outside::pullDisk(0, 3), KT_OK);
     ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD_FORCE), KT_OK);
     EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 1, 2, 3, 4}));
     advance(3600);

@@ -37,6 +37,7 @@ TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
     for (const KT_U16 pd : Ids{13, 11, 12})
         outside::insertDisk(ARRAYS, pd);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_IMPORTABLE);
+    EXPECT_EQ(roleOf(ARRAYS, 11), KT_PD_FOREIGN);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));
@@ -80,4 +81,42 @@ TEST_F(Foreign, ImportHasItsLimits) {
     EXPECT_EQ(bring(R"("MaxVDPerDG": 1)"), (Statuses{KT_VD_NOT_IMPORTABLE, KT_VD_NOT_IMPORTABLE}));
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
     bring(R"("MaxLogicalDrive": 1)", KT_ERR_NO_VD_ID);
+}
+
+static std::string adapterWith(const std::string& words) {
+    return R"({"adapters": [{"disks": [{"count": 7, "size": "100GB"}], )" + words + "}]}";
+}
+
+TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
+    for (const char* lab : {R"("arrays": [{"level": "RAID1", "disks": [0, 1], "virtualDisks": [{}]}])",
+                            R"("type": "LD-based", "virtualDisks": [{"level": "RAID1", "disks": [0, 1]}])"}) {
+        start(adapterWith(lab).c_str());
+        outside::pullDisk(0, 1);
+        ASSERT_EQ(KT_LD_Delete(0, 0, 0), KT_OK);
+        outside::insertDisk(0, 1);
+        EXPECT_EQ(roleOf(0, 1), KT_PD_FOREIGN) << lab;
+        EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_IMPORTABLE) << lab;
+    }
+}
+
+// A migration cannot be gone on with elsewhere; the parts of an array are known there.
+TEST_F(Foreign, AnArrayIsWhatItWas) {
+    std::vector<KT_U16> ids;
+    const auto bring = [&](const std::string& array) {
+        start(LAB);
+        ids.clear();
+        const std::string lab = adapterWith(R"("arrays": [)" + array + "]");
+        EXPECT_EQ(outside::insertForeignDisks(ARRAYS, lab.c_str(), {0, 1, 2, 3, 4, 5}, ids), KT_OK);
+    };
+    bring(R"({"level": "RAID0", "disks": [0, 1], "virtualDisks": [
+        {"activity": {"kind": "migration"}, "target": {"disks": [0, 1, 2]}}]})");
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
+    for (const auto act : {outside::pullDisk, outside::insertDisk})
+        for (const KT_U16 pd : ids)
+            act(ARRAYS, pd);
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
+    bring(R"({"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5], "virtualDisks": [{}]})");
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 2);
 }

@@ -234,6 +234,34 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
 }
 
+// What it had filled is of no use to what begins now; its disk is free for the next one.
+TEST_F(Raid, AStoppedCopyBackGivesWay) {
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID5, 10000), KT_OK);
+    ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
+    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_QUICK), KT_OK);
+    advance(60);
+    disk(ARRAYS, outside::failDisk, 1);
+    advance(HOUR);
+    replace(ARRAYS, 1);
+    _CreateOrModify_DG_Param to = dgParam(KT_RAID6, {0, 5, 2, 3});
+    to.DGID = 0;
+    const std::function<KT_U8()> next[] = {[] { return KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{4}.data()); },
+                                           [&] { return KT_DG_StartMigration(ARRAYS, &to, 0); }};
+    for (const auto& start : next) {
+        ASSERT_EQ(activity(ARRAYS, 0), "128/1 0");
+        ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+        EXPECT_EQ(roleOf(ARRAYS, 1), KT_PD_MEMBER);
+        if (&start == next) disk(ARRAYS, outside::failDisk, 2);
+        to.PDIDs[2] = 4;
+        ASSERT_EQ(start(), KT_OK);
+        EXPECT_EQ(roleOf(ARRAYS, 1), 0);
+        advance(63); // the rebuild is done, and the copy back has begun again
+    }
+    advance(HOUR);
+    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 1, 4, 3}));
+}
+
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
     ASSERT_EQ(createLd(KT_RAID5, {0, 1, 2}, 5000, OLD), KT_OK);
     ASSERT_EQ(createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD), KT_OK);
@@ -408,6 +436,30 @@ TEST_F(Raid, WhatWasMadeOfAllThereWasGrows) {
     ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
     advance(30 * HOUR);
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 2 * all);
+}
+
+TEST_F(Raid, PartsAreCounted) {
+    ASSERT_EQ(createDg(KT_RAID50, {0, 1, 2, 3, 4, 5}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID50, 4000), KT_OK);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 2);
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 1), KT_OK);
+    ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
+    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    ASSERT_EQ(createVd(KT_RAID5, 4000), KT_OK);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 0);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 0);
+    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_QUICK), KT_OK);
+    advance(60);
+    _CreateOrModify_DG_Param to = dgParam(KT_RAID50, {0, 1, 2, 3, 4, 5});
+    to.DGID = 0;
+    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    _LD_Info target = {};
+    ASSERT_EQ(KT_LD_GetTargetLDInfo(ARRAYS, 0, &target), KT_OK);
+    EXPECT_EQ(target.SubLDCount, 2);
+    advance(HOUR);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 2);
 }
 
 // Two of stated sizes with a gap between them, and one of what is left.

@@ -3,10 +3,13 @@
 #include "lab/lab.h"
 #include "process.h"
 
+#include <chrono>
 #include <csignal>
 #include <fstream>
+#include <future>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -221,4 +224,26 @@ TEST_F(StateFile, ReadingNeitherWaitsForAWriterNorSeesHalfOfIt) {
     commitTransaction(*writer);
     closeStore(writer);
     EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_INVALID_VD);
+}
+
+TEST_F(StateFile, ThatIsBusyIsWaitedForFiveSeconds) {
+    make();
+    Store* writer = openExistingStore(path);
+    Store* second = openExistingStore(path);
+    beginTransaction(*writer, Access::Write);
+    const int place = open(folder.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_EQ(flock(place, LOCK_EX), 0);
+    const auto wait = [](const std::function<void()>& act) {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_THROW(act(), StoreFailure);
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    auto opened = std::async(std::launch::async, wait, [&] { openExistingStore(path); });
+    for (const double seconds : {wait([&] { beginTransaction(*second, Access::Write); }), opened.get()}) {
+        EXPECT_GT(seconds, 4.5);
+        EXPECT_LT(seconds, 20) << "a busy machine is slow";
+    }
+    close(place);
+    closeStore(second);
+    closeStore(writer);
 }

@@ -150,6 +150,7 @@ static KT_U8 layOutTarget(const Context& context, const Journey& journey, const 
 
 static KT_U8 startJourney(const Context& context, const Journey& journey) {
     KT_U64 work = 0;
+    giveUpCopyBack(context, journey.from.owner);
     for (const KT_U16 id : journey.from.vds) {
         const auto vd = find<_LD_Info>(context, id);
         if (!vd) continue;

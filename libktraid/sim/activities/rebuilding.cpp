@@ -47,8 +47,13 @@ static void logSpareUsed(const Context& context, const Group& group, KT_U16 pd) 
     }
 }
 
+void giveUpCopyBack(const Context& context, Owner owner) {
+    if (activityOf(context, owner).kind == KT_BGA_COPY_BACK) failRebuild(context, owner);
+}
+
 static KT_U8 startOn(const Context& context, Group& group, const KT_U16* pds, int count) {
     KT_U64 work = 0;
+    giveUpCopyBack(context, group.owner);
     for (int i = 0; i < count; ++i) {
         const int slot = slotInNeed(group);
         if (slot < 0) return KT_ERR_PD_COUNT;
@@ -193,11 +198,11 @@ void finishCopyBack(const Context& context, Owner owner) {
     engageSpares(context);
 }
 
-// Whether the disk holds anything for the group that is not filled yet.
+// Whether the disk is in a slot of the group and holds anything that is not filled yet.
 static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) {
     for (const KT_U16 id : blocksFor(context, group, pd)) {
         const auto block = find<_Block_Info>(context, id);
-        if (block && (block->Status == BLOCK_REBUILDING || block->Status == BLOCK_COPYING)) return true;
+        if (block && block->Status == BLOCK_REBUILDING) return true;
     }
     return false;
 }

@@ -20,5 +20,7 @@ void finishCopyBack(const Context& context, Owner owner);
 void loseTarget(const Context& context, Owner owner, KT_U16 pd);
 // Ends the owner's rebuild or copy back without success; the blocks that its target had got are removed.
 void failRebuild(const Context& context, Owner owner);
+// A copy back that was stopped gives way to what the owner begins now.
+void giveUpCopyBack(const Context& context, Owner owner);
 
 } // namespace sim

@@ -302,7 +302,6 @@ static bool isPulled(const Context& context, const KT_U8* guid) {
 void rememberAway(const Context& context, const Vd& vd) {
     if (!isPulled(context, vd.info.LD_GUID)) return;
     AwayVd away{vd.info, vd.state};
-    away.state.unfinished = away.state.unfinished || find<VdTarget>(context, vd.info.ID) ? 1 : 0;
     away.info.DGID = KT_NO_ID;
     away.info.BGAStatus = KT_STATE_NONE;
     if (!isConflicted(vd.info)) away.info.Status = KT_VD_NOT_IMPORTABLE;

@@ -61,6 +61,14 @@ static void checkBlocksOfDisk(const Check& check, KT_U16 pd, const std::map<KT_U
     check.require(place == list.BlkCount, "lists blocks that are not there");
 }
 
+static bool isCopiedTo(const Context& context, const _Block_Info& block) {
+    const auto vd = find<_LD_Info>(context, block.LDID);
+    const bool own = !vd || vd->DGID == KT_NO_ID;
+    const Activity activity =
+        activityOf(context, own ? Owner{OwnerKind::Vd, block.LDID} : Owner{OwnerKind::Array, vd->DGID});
+    return block.Status == BLOCK_COPYING && activity.kind == KT_BGA_COPY_BACK && activity.disk == block.HDID;
+}
+
 static void checkBlocks(const Check& all, const std::set<KT_U16>& named) {
     std::map<KT_U16, std::map<KT_U64, _Block_Info>> byDisk;
     each<_Block_Info>(all, "block", [&](const Check& check, KT_U64 id, const _Block_Info& block) {
@@ -70,7 +78,7 @@ static void checkBlocks(const Check& all, const std::set<KT_U16>& named) {
         check.require(byDisk[block.HDID].emplace(block.StartLBA, block).second, "starts where another does");
         if (!check.byRules) return;
         check.require(block.Size != 0, "is empty");
-        check.require(block.Status == BLOCK_COPYING || named.count(block.ID), "is in no slot");
+        check.require(isCopiedTo(check.context, block) || named.count(block.ID), "is in no slot");
     });
     for (const auto& [pd, blocks] : byDisk)
         checkBlocksOfDisk(all.of("disk", pd), pd, blocks);
