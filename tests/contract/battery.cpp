@@ -146,7 +146,11 @@ TEST_F(Battery, LostAndFoundAgain) {
     advance(40 * DAY);
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"5", "28"}));
     outside::insertBattery(0);
-    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_CHARGING);
+    const _BBU_Info fresh = battery();
+    EXPECT_EQ(fresh.status, KT_BBU_PRESENT | KT_BBU_CHARGING);
+    EXPECT_EQ(std::vector<int>({fresh.sensorSupport, fresh.maxCapacity, fresh.percentage, fresh.temperature,
+                                fresh.tempLow, fresh.tempHigh, fresh.voltage, fresh.voltLow, fresh.voltHigh}),
+              std::vector<int>({7, 650, 50, 2500, 0, 60, 3900, 3300, 4300}));
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"2", "0", "17", "29"}));
 }

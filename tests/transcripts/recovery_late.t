@@ -1,17 +1,6 @@
 An answer of the page on recovery, tried; what stands behind the heading is in the page.
 
-  $ . "$TESTDIR/setup.sh"
-  $ cat > lab.json << EOF
-  > {"adapters": [{"type": "array-based", "battery": true,
-  >   "disks": [{"count": 4, "type": "SAS", "size": "1TB"}],
-  >   "arrays": [{"name": "databases", "level": "RAID5", "disks": [0, 1, 2],
-  >     "virtualDisks": [{"name": "orders"}]}]}]}
-  > EOF
-  $ lab lab.json
-  $ cat > used.json << EOF
-  > {"adapters": [{"type": "array-based", "disks": [{"count": 3, "type": "SAS", "size": "1TB"}],
-  >   "arrays": [{"name": "old", "level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "mail"}]}]}]}
-  > EOF
+  $ . "$TESTDIR/recovery.sh"
 
 ## A set of which the last disk arrives late
 
