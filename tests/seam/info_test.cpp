@@ -4,6 +4,7 @@
 
 #include "Functions/info/info.h"
 #include "tests/seam/seam.h"
+#include "tests/support/printed.h"
 
 static struct {
     _PM_Info pm;
@@ -126,6 +127,88 @@ TEST_F(Info, RestoringAHybridDiskIsSaid) {
             EXPECT_EQ(value(std::string("info -o ") + object, "initializing status"), row.said) << object;
         }
     }
+}
+
+TEST_F(Info, AdapterIsDescribedToItsLastBit) {
+    _Adapter_Info info = {};
+    std::string printed;
+    auto print = [&] { printed = "\n" + printedBy([&] { Adapter_PrintInfo(&info, 3); }); };
+    // The value behind a label, or that there is no such line.
+    const std::string never = "no line";
+    auto said = [&](const std::string& label) {
+        size_t at = printed.find("\n" + label + ":");
+        if (at == printed.npos) return never;
+        at = printed.find_first_not_of(' ', at + label.size() + 2);
+        return printed.substr(at, printed.find('\n', at) - at);
+    };
+    info.RevisionID = 0xA1;
+    info.DevID = 0x4700;
+    info.BIOSVersion.MajorVersion = 2;
+    info.PortCount = 255; // more than the record holds
+    info.PortSasAddress[0][7] = 1;
+    info.MaxTotalBlocks_V2 = info.MaxTotalBlocks = 8;
+    print();
+    EXPECT_EQ("A1", said("Chip revision"));
+    EXPECT_EQ("N/A", said("PCIe status"));
+    EXPECT_EQ("255", said("# of ports"));
+    EXPECT_EQ("8", said("Max total blocks"));
+    EXPECT_NE(printed.npos, printed.find("    Port 15 SAS address : 0000000000000000\nBuzzer: "));
+    for (const char* label :
+         {"BIOS version", "Firmware", "Boot loader", "Serial number", "Model", "# of AES ports",
+          "Maximum SSD in one Tandemix", "Maximum SSD Segment", "Maximum parity disk for RAID6",
+          "Maximum supported array", "Features", "Advanced features", "Max buffer size", "Image health"}) {
+        EXPECT_EQ(never, said(label)) << label;
+    }
+    EXPECT_EQ("16K 32K 64K 128K ", said("Stripe size supported"));
+    const std::string words = "vd write cache,vd read cache,smart,rounding,hd set free,hd write cache";
+    info.AdvancedFeatures = 1 << 20;
+    print();
+    EXPECT_EQ(words, said("Advanced features"));
+    info.Features = KT_FEATURE_REBUILD;
+    info.StripeSizeSupported = 0x80;
+    info.DevID = 0x4760;
+    print();
+    EXPECT_EQ(words + ",set spare", said("Advanced features"));
+    EXPECT_EQ(never, said("Stripe size supported"));
+    EXPECT_EQ("2.0.0.0000", said("BIOS version"));
+    EXPECT_EQ(never, said("Firmware"));
+    info.StripeSizeSupported = 0;
+    info.AdvancedFeatures = UINT32_MAX;
+    info.LogicalDriverMode = 0xFFFF;
+    info.PortSupportType = 7;
+    info.MaxAESPort = 4;
+    info.MaxSpeed = 4;
+    info.MaxSSDPerTandemix = 5;
+    info.MaxSSDSegment = 6;
+    info.DevID = 0x4761;
+    info.RevisionID = 0x2F;
+    info.MaxTotalBlocks_V2 = 9;
+    print();
+    const char* const values[][2] = {
+        {"Advanced features",
+         "event sense code,big stripe,flash bios,bbu,config in flash,cpu efficiency,multi VD,spc 4,ses2,module "
+         "consolidate,image health,phy control by port,crypto,sata phy ctrl,time setting by application,aes "
+         "partition,tandemix intelligent init,hybrid switch,hot plug,ata pass through,remap,access register,oem "
+         "data,flash predata,raw update"},
+        {"Supported RAID mode", "RAID0 RAID1 RAID5 RAID6 RAID10 RAID1E RAID50 RAID60 JBOD hc(tandem capacity) "
+                                "hs(tandem safe) hybrid(tandem hybrid) "},
+        {"Supported port type", "SATA PATA SAS "},
+        {"Chip revision", "2f"},
+        {"Max PCIe speed", "Unknown"},
+        {"Firmware", "none"},
+        {"Boot loader", "none"},
+        {"# of AES ports", "4"},
+        {"Maximum SSD in one Tandemix", "5"},
+        {"Maximum SSD Segment", "6"},
+        {"Max total blocks", "9"},
+        {"Image health", "Unhealthy"},
+        {"Stripe size supported", "16K 32K 64K 128K 256K 512K 1024K "}};
+    for (const auto& [label, text] : values) {
+        EXPECT_EQ(text, said(label));
+    }
+    info.DevID = 0x4790;
+    print();
+    EXPECT_EQ(never, said("Firmware"));
 }
 
 TEST_F(Info, BlocksTellTheirStateInAWord) {

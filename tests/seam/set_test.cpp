@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "Functions/set/set.h"
+#include "Functions/ssd/ssd.h"
+#include "Functions/ssdop/ssdop.h"
 #include "tests/seam/seam.h"
 
 extern "C" {
@@ -24,6 +26,15 @@ KT_U8 KT_AdapterMute(KT_U8) {
 KT_U8 KT_BBU_ChangePower(KT_U8, KT_U8 action) {
     return answer("KT_BBU_ChangePower", text(action));
 }
+KT_U8 KT_SSD_SmartReadData(KT_U8, KT_U16 pd, _SSD_Smart_Data*) {
+    return note("KT_SSD_SmartReadData", pd);
+}
+KT_U8 KT_SSD_Diagnostic(KT_U8, KT_U16 pd, _SSD_Diagnostic*) {
+    return note("KT_SSD_Diagnostic", pd);
+}
+KT_U8 KT_Download_SSD_Microcode(KT_U8, KT_U16 pd, KT_U8 mode, _Flash_Data*) {
+    return note("KT_Download_SSD_Microcode", pd, mode);
+}
 }
 
 namespace {
@@ -36,8 +47,89 @@ class Set : public ::testing::Test {
         gAdapterInfo[0].AlarmSupport = 1;
         gAdapterInfo[0].Features = KT_FEATURE_REBUILD;
     }
-    void TearDown() override { gAdapterInfo[0] = {}; }
+    void TearDown() override {
+        gAdapterInfo[0] = {};
+        arrayBasedRaid = false;
+    }
 };
+
+TEST_F(Set, RefusesOptionsBeforeAnyCall) {
+    arrayBasedRaid = true;
+    const char badObject[] = "', should be VD, PD, Array, HBA or BBU\n";
+    const std::string disk = std::string("-o : invalid object 'disk") + badObject;
+    const std::string driver = std::string("-o : invalid object 'driver") + badObject;
+    expectRefused(doSetV2, "set",
+                  {{"", "set: option -o is required\n"},
+                   {"-o disk", disk.c_str()},
+                   {"-o driver", driver.c_str()},
+                   {"-o vd -c on", "set: option -i is required\n"},
+                   {"-o hba -i 0 --alarm on", "set: option -i does not belong to -o hba\n"},
+                   {"-o vd -i 65536 -c on", "-i : id is not a number\n"},
+                   {"-o pd -i x -c on", "-i : id is not a number\n"},
+                   {"-o vd -c on -i \t", "-i : id is not a number\n"},
+                   {"-o pd -i 3", "set: nothing to set is given for -o pd\n"},
+                   {"-o pd -i 3 -n name", "set: option -n does not belong to -o pd\n"},
+                   {"-o hba --smart on", "set: option --smart does not belong to -o hba\n"},
+                   {"-o pd -i 3 --smart on --smart on", ErrorDuplicate},
+                   {"-o vd -i 3 -c on -w wt", "-c on and -w wt contradict each other\n"},
+                   {"-o vd -i 3 -n a-b", "-n, name must be numeric, character, space or underline. Now is a-b\n"},
+                   {"-o vd -i 3 -n 12345678901234567", "-n : length of name should be no more than 16 characters\n"},
+                   {"-o vd -i 3 -n \"\"", "-n : the name is empty\n"},
+                   {"-o vd -i 3 -c maybe", "-c : invalid cache mode 'maybe'\n"},
+                   {"-o vd -i 3 -w auto", "-w : invalid write policy 'auto'\n"},
+                   {"-o vd -i 3 -p on", "-p : invalid read policy 'on'\n"},
+                   {"-o vd -i 3 --restore on", "--restore is not supported on adapter 0.\n"},
+                   {"-o array -i 0 -c auto", "-c : invalid value 'auto', should be on or off\n"},
+                   {"-o pd -i 3 --speed 5", "--speed : invalid value '5', should be 1.5, 3, 6 or 12\n"},
+                   {"-o pd -i 3 --status up", "--status : invalid value 'up', should be online or offline\n"},
+                   {"-o hba --mprate 101", "--mprate : invalid value '101', should be 0 to 100\n"},
+                   {"-o hba --mprate \t", "--mprate : invalid value '', should be 0 to 100\n"},
+                   {"-o hba --mprate 4294967297", "--mprate : invalid value '4294967297', should be 0 to 100\n"},
+                   {"-o hba --copyback 1", "--copyback : invalid value '1', should be on or off\n"},
+                   {"-o bbu --power on", "--power : invalid value 'on', should be charge, discharge or stop\n"},
+                   {"-o bbu --power stop", "--power is not supported on adapter 0.\n"}});
+    arrayBasedRaid = false;
+    expectRefused(doSet, "set",
+                  {{"-o bbu -i 3", "-o : invalid object 'bbu', should be VD, PD, HBA or Driver\n"},
+                   {"-o array -i 0 -c on", "-o : array is not supported on this adapter\n"},
+                   {"-o vd -i 3 -n 12345678901", "-n : length of name should be no more than 10 characters\n"}});
+    gAdapterInfo[0].AlarmSupport = gAdapterInfo[0].Features = 0;
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_NO_SMART | KT_ADV_NO_WRITE_CACHE | KT_ADV_NO_READ_CACHE;
+    for (const char* option : {"--alarm", "--copyback", "--pollsmart", "--consolidation"}) {
+        const std::string words = std::string("-o hba ") + option + " on";
+        const std::string printed = std::string(option) + " is not supported on adapter 0.\n";
+        expectRefused(doSet, "set", {{words.c_str(), printed.c_str()}});
+    }
+    expectRefused(doSet, "set",
+                  {{"-o hba --mute", "--mute is not supported on adapter 0.\n"},
+                   {"-o hba --mprate 1", "--mprate is not supported on adapter 0.\n"},
+                   {"-o hba --bgarate 1", "--bgarate is not supported on adapter 0.\n"},
+                   {"-o pd -i 0 --smart on", "--smart is not supported on adapter 0.\n"},
+                   {"-o vd -i 0 -c on", "VD cache is not supported on adapter 0.\n"},
+                   {"-o vd -i 0 -w wb", "VD write cache is not supported on adapter 0.\n"},
+                   {"-o vd -i 0 -p ra", "VD read cache is not supported on adapter 0.\n"}});
+}
+
+// No disk is asked about before its options are right, for none of the commands for solid-state disks.
+TEST_F(Set, SolidStateDisksAreNotAskedWithWrongOptions) {
+    expectRefused(doSsdDiagnostic, "ssd",
+                  {{"-d x", "-d : invalid PD ID 'x'\n"},
+                   {"-d 65536", "-d : invalid PD ID '65536'\n"},
+                   {"-d \t", "-d : invalid PD ID ''\n"},
+                   {"-d 11 -a run", "-a : invalid action 'run'.\n"},
+                   {"-d 11 -a start -t full", "-t : invalid test 'full'.\n"},
+                   {"-d 11 -t long", "ssd: option -t belongs to -a start only\n"},
+                   {"-a start", "ssd: option -d is required\n"},
+                   {"-d 11 -d 11", ErrorDuplicate}});
+    expectRefused(doSsdOp, "ssdop",
+                  {{"-f now.bin", "ssdop: option -d is required\n"},
+                   {"-d 11", "ssdop: option -f is required\n"},
+                   {"-d 11 -a version -f now.bin", "ssdop: option -f does not belong to -a version\n"},
+                   {"-d 11 -a version -m now", "ssdop: option -m does not belong to -a version\n"},
+                   {"-d 11 -a erase", "-a : invalid action 'erase'.\n"},
+                   {"-d 11 -f now.bin -m soon", "-m : invalid mode 'soon', should be now or later\n"},
+                   {"-f now.bin -d \t", "-d : invalid PD ID ''\n"}});
+}
 
 TEST_F(Set, SaysWhatTheAdapterDidNotTake) {
     seam.rawDisabled = 0x77;

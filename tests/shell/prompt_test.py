@@ -217,6 +217,10 @@ class SlipTest(TerminalTest):
         self.say(child, "inof", "Invalid command 'inof'!")
         self.assertIn("did you mean info?", child.before)
         self.say(child, "craete", "did you mean create?")
+        # The nearest alone are named: import, which stands before report, is one step farther.
+        other = self.shell("1")
+        self.say(other, "eport", "did you mean report?")
+        self.say(other, "crlete", "did you mean create or delete?")
         for far in ("xyzzy", "migrxxx"):
             self.say(child, far, f"Invalid command '{far}'!")
             self.assertNotIn("did you mean", child.before)

@@ -129,35 +129,9 @@ A damaged disk fails where it cannot be read, a worn one by itself; pulling a di
   $ kt ssd | tail -1
   11    Petrel PS480G SSD        PS41C     N/A       N/A       N/A       N/A   N/A
 
-What is refused. No call tells the library of it.
+What is refused.
 
   $ lab default
-  $ refused ssd -d x
-  -d : invalid PD ID 'x'
-  = 1
-  $ refused ssd -d 65536
-  -d : invalid PD ID '65536'
-  = 1
-  $ refused ssd -d ''
-  -d : invalid PD ID ''
-  = 1
-  $ refused ssd -d 11 -a run
-  -a : invalid action 'run'.
-  = 1
-  $ refused ssd -d 11 -a start -t full
-  -t : invalid test 'full'.
-  = 1
-  $ refused ssd -d 11 -t long
-  ssd: option -t belongs to -a start only
-  = 1
-  $ refused ssd -a start
-  ssd: option -d is required
-  = 1
-  $ refused ssd -d 11 -d 11
-  Duplicated option specified.
-  = 1
-  $ calls | grep SSD
-  [1]
   $ refused ssd -d 3
   PD 3 is not a solid-state disk
   = 1
@@ -292,27 +266,6 @@ Files that cannot be microcode, and other refusals, come before the first page.
   Unable to open file '.', or it is not a regular file.
   = 1
   Unable to open file 'missing', or it is not a regular file.
-  = 1
-  $ refused ssdop -f now.bin
-  ssdop: option -d is required
-  = 1
-  $ refused ssdop -d 11
-  ssdop: option -f is required
-  = 1
-  $ refused ssdop -d 11 -a version -f now.bin
-  ssdop: option -f does not belong to -a version
-  = 1
-  $ refused ssdop -d 11 -a version -m now
-  ssdop: option -m does not belong to -a version
-  = 1
-  $ refused ssdop -d 11 -a erase
-  -a : invalid action 'erase'.
-  = 1
-  $ refused ssdop -d 11 -f now.bin -m soon
-  -m : invalid mode 'soon', should be now or later
-  = 1
-  $ refused ssdop -d '' -f now.bin
-  -d : invalid PD ID ''
   = 1
   $ refused ssdop -d 3 -f now.bin
   PD 3 is not a solid-state disk
