@@ -2,6 +2,8 @@
 #include "frame.h"
 #include "outside.h"
 
+#include <algorithm>
+
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "enclosures": [{}], "disks": [
   {"count": 11, "type": "SAS", "size": "100GB"}]}]})";
 static const KT_U8 ARRAYS = 0;
@@ -88,14 +90,20 @@ static std::string adapterWith(const std::string& words) {
 }
 
 TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
-    for (const char* lab : {R"("arrays": [{"level": "RAID1", "disks": [0, 1], "virtualDisks": [{}]}])",
-                            R"("type": "LD-based", "virtualDisks": [{"level": "RAID1", "disks": [0, 1]}])"}) {
+    const std::pair<const char*, const char*> cases[] = {
+        {R"("arrays": [{"level": "RAID1", "disks": [0, 1], "virtualDisks": [{}]}])", "1/9 of 0"},
+        {R"("type": "LD-based", "virtualDisks": [{"level": "RAID1", "disks": [0, 1]}])", "1/1 of 0"}};
+    for (const auto& [lab, imported] : cases) {
         start(adapterWith(lab).c_str());
         outside::pullDisk(0, 1);
         ASSERT_EQ(KT_LD_Delete(0, 0, 0), KT_OK);
         outside::insertDisk(0, 1);
         EXPECT_EQ(roleOf(0, 1), KT_PD_FOREIGN) << lab;
         EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_IMPORTABLE) << lab;
+        newEvents();
+        ASSERT_EQ(KT_LD_Import(0, 0), KT_OK) << lab;
+        const std::vector<std::string> events = newEvents();
+        EXPECT_NE(std::find(events.begin(), events.end(), imported), events.end()) << lab;
     }
 }
 

@@ -404,6 +404,8 @@ TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
     to = ldParam(KT_RAID5, {0, 1, 2});
     ASSERT_EQ(KT_LD_GetMigratedLdSize(PLAIN, &to), KT_OK);
     EXPECT_EQ(to.Size, 4000 * MB);
+    ASSERT_EQ(KT_LD_StartConsistencyCheck(PLAIN, 0, 0), KT_OK);
+    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
     ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
     _Create_LD_Param other = ldParam(KT_RAID5, {3, 4, 5});
     other.LDID = 1;
@@ -414,6 +416,7 @@ TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
     _LD_Info target = {};
     ASSERT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_OK);
     EXPECT_EQ(target.RaidMode, KT_RAID5);
+    EXPECT_EQ(target.BGAStatus, KT_STATE_NONE);
     EXPECT_EQ(vdInfo(PLAIN, 0).RaidMode, KT_RAID1);
     advance(HOUR);
     EXPECT_EQ(newEvents(PLAIN),

@@ -123,31 +123,13 @@ Disks that leave together come back together.
   $ log | grep Expander
   [MAJOR] Expander 0 is plugged out
   [INFO] Expander 0 is plugged in
-  $ ktsim cable pull 3 -a 1 -f; ktsetup 1 info -o pm; ktsim status -a 1 | grep ' VD '
-  SG driver version 3.5.36.
-  
-  Port Multiplexer Information
-  -------------------------
-  Adapter:             1
+  $ ktsim cable pull 3 -a 1 -f; ktsetup 1 info -o pm | grep -e '^PM ID' -e Total; ktsim status -a 1 | grep ' VD [0-9] '
   PM ID:               1
-  # of ports:          5
-  Links to:            HBA port 2
-  Vendor ID:           8100
-  Device ID:           14085
-  Product revision:    1
-  PM spec revision:    1.2
-  
   Total # of PM:       1
-  
     VD 1     media            RAID5          1.0 TiB  offline
     VD 3     home             hybrid       200.0 GiB  offline
     VD 0     system           RAID1        200.0 GiB  online, write-back, unsafe (no battery), runs the OS
     VD 2     spool            RAID0        200.0 GiB  online, write-back, unsafe (no battery)
-    PD 0     Gannet GT1000G        SATA     931.5 GiB  port 0      member of VD 0
-    PD 1     Gannet GT1000G        SATA     931.5 GiB  port 1      member of VD 0
-    PD 2     Petrel PS240G SSD     SATA SSD 223.6 GiB  PM 1:0      member of VD 3
-    PD 8     Gannet GT1000G        SATA     931.5 GiB  PM 1:1      member of VD 2
-    PD 9     Gannet GT1000G        SATA     931.5 GiB  PM 1:2      member of VD 2
   $ ktsim cable insert 3 -a 1; ktsim status -a 1 | grep ' VD [0-9] '; ktsim cable pull 5; ktsim cable insert 5
     VD 1     media            RAID5          1.0 TiB  degraded, write-back, unsafe (no battery)
     VD 0     system           RAID1        200.0 GiB  online, write-back, unsafe (no battery), runs the OS
