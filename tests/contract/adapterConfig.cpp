@@ -22,7 +22,7 @@ TEST_F(AdapterConfig, ChangesAreKeptAndLogged) {
     config.CopyBackOn = 0;
     memset(config.SerialNo, 'X', sizeof config.SerialNo);
     ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"0/5 of 0", "12/24 of 0", "12/27 of 0", "0/8 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"0/5 of 0", "12/24 of 0", "12/27 of 0", "0/8 of 0"}));
     reopen();
     _Adapter_Config_V2 held = {};
     ASSERT_EQ(KT_Adapter_GetConfig(0, &held), KT_OK);
@@ -62,17 +62,17 @@ TEST_F(AdapterConfig, WrongValuesChangeNothing) {
 TEST_F(AdapterConfig, MuteIsLoggedOnce) {
     EXPECT_EQ(KT_AdapterMute(0), KT_OK);
     EXPECT_EQ(KT_AdapterMute(0), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"12/28 of 0"}));
     config.AlarmOn = 0;
     ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
     config.AlarmOn = 1;
     ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
     newEvents();
     EXPECT_EQ(KT_AdapterMute(0), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"})) << "a buzzer switched on anew is not mute";
+    EXPECT_EQ(newEvents(), Events({"12/28 of 0"})) << "a buzzer switched on anew is not mute";
     outside::failDisk(0, 0);
     newEvents();
     EXPECT_EQ(KT_AdapterMute(0), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"12/28 of 0"})) << "a new alarm is heard again";
+    EXPECT_EQ(newEvents(), Events({"12/28 of 0"})) << "a new alarm is heard again";
     EXPECT_EQ(KT_AdapterMute(1), KT_ERR_NOT_ON_THIS_ADAPTER);
 }

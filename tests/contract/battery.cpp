@@ -30,8 +30,8 @@ static std::vector<int> writeThrough() {
     return off;
 }
 
-static std::vector<std::string> codes(const std::vector<std::string>& events) {
-    std::vector<std::string> battery;
+static Events codes(const Events& events) {
+    Events battery;
     for (const std::string& event : events)
         if (event.rfind("9/", 0) == 0) battery.push_back(event.substr(2, event.find(' ') - 2));
     return battery;
@@ -70,28 +70,27 @@ TEST_F(Battery, DischargesAndChargesOverTime) {
     advance(4 * HOUR);
     EXPECT_EQ(battery().status, KT_BBU_PRESENT);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"16", "20", "28", "31", "17", "21", "29", "18"}));
+    EXPECT_EQ(codes(newEvents()), Events({"16", "20", "28", "31", "17", "21", "29", "18"}));
     EXPECT_EQ(KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_OK);
     EXPECT_EQ(KT_BBU_ChangePower(0, POWER_STOP), KT_OK);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"16", "31"}));
+    EXPECT_EQ(codes(newEvents()), Events({"16", "31"}));
 }
 
 TEST_F(Battery, AnIdleOneIsKeptCharged) {
     advance(20 * DAY);
     EXPECT_GE(battery().percentage, 85);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"17", "18"}));
+    EXPECT_EQ(codes(newEvents()), Events({"17", "18"}));
 }
 
 TEST_F(Battery, RelearnsOnSchedule) {
     const _BBU_Info before = battery();
     outside::scheduleRelearn(0, 5 * DAY);
     advance(4 * DAY + 23 * HOUR);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"12", "13", "14", "15"}));
+    EXPECT_EQ(codes(newEvents()), Events({"12", "13", "14", "15"}));
     advance(2 * HOUR);
     EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_DISCHARGING);
     advance(DAY);
-    EXPECT_EQ(codes(newEvents()),
-              std::vector<std::string>({"6", "16", "20", "28", "31", "7", "17", "21", "29", "18", "8"}));
+    EXPECT_EQ(codes(newEvents()), Events({"6", "16", "20", "28", "31", "7", "17", "21", "29", "18", "8"}));
     EXPECT_EQ(battery().rechargeCycle, before.rechargeCycle + 1);
     EXPECT_LT(battery().maxCapacity, before.maxCapacity);
     advance(31 * DAY);
@@ -105,11 +104,11 @@ TEST_F(Battery, WearsOutByRelearning) {
         outside::scheduleRelearn(0, 1);
         advance(DAY);
     }
-    const std::vector<std::string> events = codes(newEvents());
+    const Events events = codes(newEvents());
     EXPECT_EQ(std::count(events.begin(), events.end(), "3"), 1) << "it has to be replaced";
     outside::scheduleRelearn(0, 1);
     advance(DAY);
-    const std::vector<std::string> later = codes(newEvents());
+    const Events later = codes(newEvents());
     EXPECT_EQ(std::count(later.begin(), later.end(), "3"), 0) << "which is said once";
 }
 
@@ -118,18 +117,18 @@ TEST_F(Battery, RelearnWaitsForTheChargeAndForPeople) {
     outside::scheduleRelearn(0, 10 * MINUTE);
     newEvents();
     advance(15 * MINUTE);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"10"}));
+    EXPECT_EQ(codes(newEvents()), Events({"10"}));
     advance(45 * MINUTE);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"18", "6", "16"}));
+    EXPECT_EQ(codes(newEvents()), Events({"18", "6", "16"}));
     ASSERT_EQ(KT_BBU_ChangePower(0, POWER_CHARGE), KT_OK);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"11", "17", "14"})) << "postponed by a day";
+    EXPECT_EQ(codes(newEvents()), Events({"11", "17", "14"})) << "postponed by a day";
 }
 
 TEST_F(Battery, ABrokenChargerEndsTheRelearn) {
     outside::breakCharger(0);
     outside::scheduleRelearn(0, 1);
     advance(3 * DAY);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"19", "15", "6", "16", "20", "28", "31", "7", "19", "9"}));
+    EXPECT_EQ(codes(newEvents()), Events({"19", "15", "6", "16", "20", "28", "31", "7", "19", "9"}));
     EXPECT_EQ(battery().percentage, 0);
     outside::setBatteryCharge(0, 50);
     EXPECT_EQ(battery().status, KT_BBU_PRESENT);
@@ -144,7 +143,7 @@ TEST_F(Battery, LostAndFoundAgain) {
     EXPECT_EQ(battery().status, 0);
     EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
     advance(40 * DAY);
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"5", "28"}));
+    EXPECT_EQ(codes(newEvents()), Events({"5", "28"}));
     outside::insertBattery(0);
     const _BBU_Info fresh = battery();
     EXPECT_EQ(fresh.status, KT_BBU_PRESENT | KT_BBU_CHARGING);
@@ -152,7 +151,7 @@ TEST_F(Battery, LostAndFoundAgain) {
                                 fresh.tempLow, fresh.tempHigh, fresh.voltage, fresh.voltLow, fresh.voltHigh}),
               std::vector<int>({7, 650, 50, 2500, 0, 60, 3900, 3300, 4300}));
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"2", "0", "17", "29"}));
+    EXPECT_EQ(codes(newEvents()), Events({"2", "0", "17", "29"}));
 }
 
 TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
@@ -164,5 +163,5 @@ TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
     EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0})) << "the voltage is still wrong";
     outside::setBatteryVoltage(0, 3300);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_EQ(codes(newEvents()), std::vector<std::string>({"24", "28", "25", "22", "23", "26", "29"}));
+    EXPECT_EQ(codes(newEvents()), Events({"24", "28", "25", "22", "23", "26", "29"}));
 }

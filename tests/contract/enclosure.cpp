@@ -96,7 +96,7 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_COOLING, 2, "open"));
     EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_COOLING, 9, "ok"));
     EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_ARRAY_DEVICE, 0, "missing")) << "a disk decides that";
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/7 of 0", "15/4 of 0", "15/12 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"15/7 of 0", "15/4 of 0", "15/12 of 0"}));
     EXPECT_EQ(enclosureStatus(4), 0);
     EXPECT_EQ(enclosureStatus(1), 2);
     EXPECT_EQ(status(1, KT_SES_COOLING, 2), "020000e0");
@@ -130,7 +130,7 @@ TEST_F(Enclosure, SensorsMeasure) {
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 0), "0201042e");
     EXPECT_EQ(status(1, KT_SES_COOLING, 0), "0107ffa7");
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/1 of 0", "15/6 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"15/1 of 0", "15/6 of 0"}));
     outside::setReading(0, 1, KT_SES_TEMPERATURE, 1, 54);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"15/0 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"15/0 of 0"}));
 }

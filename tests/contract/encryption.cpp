@@ -55,9 +55,7 @@ static KT_U8 forceOnline(KT_U16 pd, KT_U8 percentage) {
 }
 
 static bool offline(KT_U16 pd) {
-    _HD_RAID_STATUS status = {};
-    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, 0, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
-    return status.Status & KT_PD_OFFLINE;
+    return roleOf(0, pd) & KT_PD_OFFLINE;
 }
 
 struct Encryption : LabTest<LAB> {};
@@ -141,7 +139,7 @@ TEST_F(Encryption, DisksFollowTheirPort) {
     ASSERT_EQ(enable(1, 1), KT_OK);
     EXPECT_TRUE(offline(DISK));
     EXPECT_FALSE(offline(0)) << "a disk on another port";
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/55 of 1"}));
+    EXPECT_EQ(newEvents(), Events({"2/55 of 1"}));
     ASSERT_EQ(enable(1, 0), KT_OK);
     EXPECT_FALSE(offline(DISK)) << "a plain disk is back when its port is plain again";
 
@@ -150,14 +148,13 @@ TEST_F(Encryption, DisksFollowTheirPort) {
     EXPECT_EQ(forceOnline(77, 50), KT_ERR_INVALID_PD);
     ASSERT_EQ(forceOnline(DISK, 60), KT_OK);
     EXPECT_FALSE(offline(DISK));
-    _HD_CONFIG config = {};
-    ASSERT_EQ(readItem(KT_PD_GetConfig, 0, DISK, &_HD_Config_Request::hdConfig, config), KT_OK);
+    const _HD_CONFIG config = pdConfig(0, DISK);
     EXPECT_EQ(std::vector<int>({config.crypto, config.AESPercentage, config.Online}), std::vector<int>({1, 60, 1}));
     newEvents();
 
     ASSERT_EQ(KT_AES_ClearLink(0, 1), KT_OK);
     EXPECT_TRUE(offline(DISK));
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/56 of 1"}));
+    EXPECT_EQ(newEvents(), Events({"2/56 of 1"}));
     ASSERT_EQ(link(1, 0, "pw"), KT_OK);
     ASSERT_EQ(enable(1, 1), KT_OK);
     EXPECT_FALSE(offline(DISK)) << "its own key opens it";
@@ -185,21 +182,15 @@ TEST_F(Encryption, SecretsAreNotShown) {
     EXPECT_EQ(verify(0, "SECRETKEY", "SECRETPASS"), KT_OK) << "what is shown makes the same state again";
 }
 
-static KT_U8 vdStatus() {
-    _LD_Info vd = {};
-    EXPECT_EQ(readItem(KT_LD_GetInfo, 0, 0, &_LD_Info_Request::ldInfo, vd), KT_OK);
-    return vd.Status;
-}
-
 TEST_F(Encryption, VirtualDisksFeelIt) {
     start(R"({"adapters": [{"type": "LD-based", "PortCount": 8,
       "disks": [{"count": 2, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],
       "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "os": true}],
       "keys": [{"id": 0, "key": "key", "password": "pw", "ports": [{"id": 0}, {"id": 1}]}]}]})");
-    ASSERT_EQ(vdStatus(), KT_VD_ONLINE);
+    ASSERT_EQ(vdInfo(0, 0).Status, KT_VD_ONLINE);
     ASSERT_EQ(enable(1, 1), KT_OK);
     EXPECT_EQ(enable(0, 1), KT_ERR_VD_HAS_OS) << "it would lose its last disk";
-    EXPECT_EQ(vdStatus(), KT_VD_DEGRADED);
+    EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_DEGRADED);
     EXPECT_EQ(KT_PD_SetHDStatus(0, DISK, 1), KT_ERR_KEY_MISMATCH);
     EXPECT_TRUE(offline(DISK)) << "setting it up does not make its cipher fit";
     ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
@@ -217,9 +208,9 @@ TEST_F(Encryption, WhatIsForcedOnlineHasLostItsData) {
       "keys": [{"id": 0, "key": "key", "password": "pw", "ports": [{"id": 1}]}]}]})");
     ASSERT_EQ(enable(1, 1), KT_OK);
     ASSERT_EQ(enable(1, 0), KT_OK);
-    EXPECT_EQ(vdStatus(), KT_VD_ONLINE) << "nothing was written";
+    EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_ONLINE) << "nothing was written";
     ASSERT_EQ(enable(1, 1), KT_OK);
     ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
-    EXPECT_EQ(vdStatus(), KT_VD_OFFLINE);
+    EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_OFFLINE);
     EXPECT_FALSE(offline(DISK));
 }

@@ -61,7 +61,7 @@ TEST_F(Flash, FirmwareComesAndGoesInPages) {
     const std::string wanted = image(KT_IMAGE_FIRMWARE, 2 * sizeof _Flash_Data{}.Data);
     newEvents();
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/17 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"10/17 of 0"}));
     EXPECT_EQ(info().FirmwareVersion.MajorVersion, 4) << "what runs, runs until the next boot";
     outside::reboot();
     EXPECT_EQ(info().FirmwareVersion.MajorVersion, 7);
@@ -71,7 +71,7 @@ TEST_F(Flash, FirmwareComesAndGoesInPages) {
     std::string held;
     ASSERT_EQ(backup(KT_IMAGE_FIRMWARE, held), KT_OK);
     EXPECT_TRUE(held == wanted);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/18 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"10/18 of 0"}));
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, factory), KT_OK);
     outside::reboot();
     EXPECT_EQ(info().FirmwareVersion.MajorVersion, 4);
@@ -83,7 +83,7 @@ TEST_F(Flash, ABootFallsBackOnTheEarlierCopy) {
         outside::reboot();
     };
     const auto events = [&] {
-        std::vector<std::string> of10 = newEvents();
+        Events of10 = newEvents();
         std::erase_if(of10, [](const std::string& event) { return event.substr(0, 3) != "10/"; });
         return of10;
     };
@@ -91,7 +91,7 @@ TEST_F(Flash, ABootFallsBackOnTheEarlierCopy) {
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
     events();
     damage(outside::HEADER);
-    EXPECT_EQ(events(), (std::vector<std::string>{"10/23 of 0", "10/21 of 0"}));
+    EXPECT_EQ(events(), (Events{"10/23 of 0", "10/21 of 0"}));
     EXPECT_EQ(info().FirmwareVersion.MajorVersion, 4) << "the factory's";
     EXPECT_EQ(info().firmware_img_health, 0);
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
@@ -99,10 +99,10 @@ TEST_F(Flash, ABootFallsBackOnTheEarlierCopy) {
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
     events();
     damage(outside::DATA);
-    EXPECT_EQ(events(), (std::vector<std::string>{"10/24 of 0", "10/21 of 0"}));
+    EXPECT_EQ(events(), (Events{"10/24 of 0", "10/21 of 0"}));
     EXPECT_EQ(info().FirmwareVersion.MajorVersion, 7) << "the one before";
     damage(outside::BOTH);
-    EXPECT_EQ(events(), (std::vector<std::string>{"10/25 of 0", "10/22 of 0", "10/3 of 0"}));
+    EXPECT_EQ(events(), (Events{"10/25 of 0", "10/22 of 0", "10/3 of 0"}));
     _LD_Info_Request request = {};
     request.header = {0, KT_REQUEST_LIST, 0, 1, 0, 0, {}};
     EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_LINK_TIMEOUT);
@@ -119,7 +119,7 @@ TEST_F(Flash, AnUpdateThatThePowerEndsCostsTheEarlierCopy) {
     ASSERT_EQ(KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIN, page("half", 0, 0).get()), KT_OK);
     newEvents();
     outside::reboot();
-    EXPECT_EQ(newEvents(), (std::vector<std::string>{"12/7 of 0", "10/21 of 0", "0/9 of 0"}));
+    EXPECT_EQ(newEvents(), (Events{"12/7 of 0", "10/21 of 0", "0/9 of 0"}));
     EXPECT_EQ(info().boot_loader_img_health, 0);
     EXPECT_NE(info().BootLoaderVersion.MajorVersion, 0);
     EXPECT_EQ(KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIN, page("half", 1, 1).get()), KT_ERR_FLASH_DESCRIPTOR);
@@ -136,7 +136,7 @@ TEST_F(Flash, BadImagesLeaveTheOldOne) {
         const char* what;
         std::string bytes;
         KT_U8 status;
-        std::vector<std::string> events;
+        Events events;
     };
     std::string damaged = image(KT_IMAGE_BIOS, 1000);
     damaged[700] ^= 1;
@@ -174,7 +174,7 @@ TEST_F(Flash, PagesFollowOneAnother) {
     EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 0, 10), KT_OK);
     newEvents();
     EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 0, 10), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/21 of 0"})) << "half of the one before is there";
+    EXPECT_EQ(newEvents(), Events({"10/21 of 0"})) << "half of the one before is there";
     EXPECT_EQ(put(KT_IMAGE_FIRMWARE, 1, 0, 10), KT_ERR_FLASH_DESCRIPTOR) << "another type";
     EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 0, 0), KT_ERR_FLASH_DESCRIPTOR);
     EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 2, 10), KT_ERR_FLASH_DESCRIPTOR);
@@ -227,9 +227,9 @@ TEST_F(Flash, EraseTakesVersionAndHealth) {
     EXPECT_EQ(info().img_health, 0);
     std::string held;
     EXPECT_EQ(backup(KT_IMAGE_BIOS, held), KT_ERR_FLASH_DATA);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/20 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"10/20 of 0"}));
     ASSERT_EQ(KT_API_RescanAdapter(), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/22 of 0", "10/3 of 0", "10/22 of 0", "10/3 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"10/22 of 0", "10/3 of 0", "10/22 of 0", "10/3 of 0"}));
     EXPECT_EQ(backup(KT_IMAGE_BIOS, held, 1), KT_ERR_FLASH_DATA) << "that adapter came without a BIOS";
     ASSERT_EQ(update(KT_IMAGE_BIOS, image(KT_IMAGE_BIOS, 10)), KT_OK);
     EXPECT_EQ(info().boot_rom_img_health, 1);
@@ -255,7 +255,7 @@ TEST_F(Flash, ErasingThePdPageForgetsIds) {
     ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_OK);
     newEvents();
     EXPECT_EQ(outside::insertDisk(0, 0xF001), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/1 of 1", "2/54 of 1", "1/70 of 0"})) << "it was disk 3";
+    EXPECT_EQ(newEvents(), Events({"2/1 of 1", "2/54 of 1", "1/70 of 0"})) << "it was disk 3";
     for (const KT_U16 forgotten : Ids{0xF000, 0xF002})
         EXPECT_EQ(outside::insertDisk(0, forgotten), KT_OK);
     EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 1, 2, 3, 4, 5}));
@@ -263,8 +263,7 @@ TEST_F(Flash, ErasingThePdPageForgetsIds) {
     ASSERT_EQ(KT_Flash_Erase(0, KT_PAGE_PD_FORCE), KT_OK);
     EXPECT_EQ(ids(), (std::vector<KT_U16>{0, 1, 2, 3, 4}));
     advance(3600);
-    _DG_Info array = {};
-    ASSERT_EQ(readItem(KT_DG_GetInfo, 0, 0, &_DG_Info_Request::dgInfo, array), KT_OK);
+    const _DG_Info array = dgInfo(0, 0);
     EXPECT_EQ(array.PDIDs[0], 1);
     EXPECT_EQ(array.PDIDs[1], 3);
     EXPECT_EQ(newEvents().back(), "1/1 of 0") << "the rebuild followed";
@@ -323,7 +322,7 @@ TEST_F(Flash, SettingsPageGovernsTheAdapter) {
     settings.bbu_charge_threshold = 60;
     settings.bbu_volt_lowerbound = 3000;
     ASSERT_EQ(writeSettings(settings), KT_OK);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"9/32 of 0", "9/33 of 0", "10/17 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"9/32 of 0", "9/33 of 0", "10/17 of 0"}));
     reopen();
     EXPECT_EQ(info().SerialNo[0], 'Z');
     EXPECT_EQ(info().PortSasAddress[3][7], 0xAB);
@@ -345,10 +344,10 @@ TEST_F(Flash, SettingsPageRefuses) {
     std::string wrong = sound;
     wrong[60] ^= 1;
     EXPECT_EQ(update(KT_IMAGE_CONFIG, wrong), KT_ERR_FLASH_DATA) << "the sum";
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/19 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"10/19 of 0"}));
     settings.Signature[0] = 'X';
     EXPECT_EQ(writeSettings(settings), KT_ERR_FLASH_DATA);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"10/19 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"10/19 of 0"}));
     settings.Signature[0] = 'T';
     settings.MP_Rate = 101;
     EXPECT_EQ(writeSettings(settings), KT_ERR_FLASH_DATA);

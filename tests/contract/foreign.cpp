@@ -42,7 +42,7 @@ TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
     EXPECT_EQ(roleOf(ARRAYS, 11), KT_PD_FOREIGN);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/0 of 0", "1/9 of 0"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"13/0 of 0", "1/9 of 0"}));
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[0], 0);
     EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, dgInfo(ARRAYS, 0).TotalManagedSpace - vdInfo(ARRAYS, 0).Size);
@@ -102,7 +102,7 @@ TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
         EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_IMPORTABLE) << lab;
         newEvents();
         ASSERT_EQ(KT_LD_Import(0, 0), KT_OK) << lab;
-        const std::vector<std::string> events = newEvents();
+        const Events events = newEvents();
         EXPECT_NE(std::find(events.begin(), events.end(), imported), events.end()) << lab;
     }
 }

@@ -71,11 +71,11 @@ std::string ContractTest::show() const {
     return text;
 }
 
-std::vector<std::string> newEvents(KT_U8 adapter) {
+Events newEvents(KT_U8 adapter) {
     std::vector<_Event> events(255);
     KT_U8 count = 0;
     EXPECT_EQ(KT_EVT_GetEvent(adapter, 255, &count, events.data()), KT_OK);
-    std::vector<std::string> texts;
+    Events texts;
     for (size_t i = 0; i < count; ++i) {
         if (events[i].SequenceNo <= gSeen[adapter]) continue;
         gSeen[adapter] = events[i].SequenceNo;
@@ -83,6 +83,13 @@ std::vector<std::string> newEvents(KT_U8 adapter) {
                         std::to_string(events[i].DeviceID));
     }
     return texts;
+}
+
+void rebuildByHand(KT_U8 adapter) {
+    _Adapter_Config_V2 config = {};
+    EXPECT_EQ(KT_Adapter_GetConfig(adapter, &config), KT_OK);
+    config.AutoRebuildOn = 0;
+    EXPECT_EQ(KT_Adapter_SetConfig(adapter, &config), KT_OK);
 }
 
 _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib) {
@@ -120,6 +127,12 @@ _DG_Info dgInfo(KT_U8 adapter, KT_U16 id) {
     _DG_Info info = {};
     EXPECT_EQ(readItem(KT_DG_GetInfo, adapter, id, &_DG_Info_Request::dgInfo, info), KT_OK);
     return info;
+}
+
+_HD_CONFIG pdConfig(KT_U8 adapter, KT_U16 pd) {
+    _HD_CONFIG config = {};
+    EXPECT_EQ(readItem(KT_PD_GetConfig, adapter, pd, &_HD_Config_Request::hdConfig, config), KT_OK);
+    return config;
 }
 
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {

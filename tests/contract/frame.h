@@ -35,13 +35,17 @@ struct LabTest : ContractTest {
 };
 
 using Ids = std::vector<KT_U16>;
+using Events = std::vector<std::string>;
 
 // What makes a virtual disk or an array of the level on the disks; of size 0: as large as possible.
 _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0);
 _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0);
 
 // "class/code of device", oldest first, of the events logged since the last call of it on that adapter.
-std::vector<std::string> newEvents(KT_U8 adapter = 0);
+Events newEvents(KT_U8 adapter = 0);
+
+// Has the adapter rebuild only what somebody tells it to.
+void rebuildByHand(KT_U8 adapter);
 
 // All records of a list call, read page by page of `page` records.
 template <class Request, class Record>
@@ -83,4 +87,5 @@ KT_U8 readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record 
 // Records by their id.
 _LD_Info vdInfo(KT_U8 adapter, KT_U16 id);
 _DG_Info dgInfo(KT_U8 adapter, KT_U16 id);
+_HD_CONFIG pdConfig(KT_U8 adapter, KT_U16 pd);
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*

@@ -109,8 +109,7 @@ TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     param.TandemWaterMark = 90;
     ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK) << "beside another one";
     EXPECT_EQ(vdInfo(PLAIN, 2).Size, 3000 * MB);
-    EXPECT_EQ(newEvents(PLAIN),
-              (std::vector<std::string>{"1/2 of 0", "1/40 of 0", "1/2 of 1", "1/40 of 1", "1/2 of 2", "1/40 of 2"}));
+    EXPECT_EQ(newEvents(PLAIN), (Events{"1/2 of 0", "1/40 of 0", "1/2 of 1", "1/40 of 1", "1/2 of 2", "1/40 of 2"}));
     ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4096, OLD), KT_OK);
     EXPECT_EQ(vdInfo(OLD, 0).Size, 4096 * MB) << "what a person asks for";
     ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD), KT_OK);
@@ -178,7 +177,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 0), KT_OK);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"13/1 of 0", "2/54 of 0", "2/54 of 1", "2/54 of 2"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"13/1 of 0", "2/54 of 0", "2/54 of 1", "2/54 of 2"}));
     EXPECT_EQ(roleOf(ARRAYS, 1), 0);
 }
 
@@ -190,8 +189,7 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_ERR_ALREADY_ARRAY_SPARE);
     newEvents(ARRAYS);
     disk(ARRAYS, outside::failDisk, 1);
-    EXPECT_EQ(newEvents(ARRAYS),
-              (std::vector<std::string>{"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 5", "1/70 of 0"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 5", "1/70 of 0"}));
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED);
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_MEMBER | KT_PD_SPARE_IN_USE | KT_PD_DEDICATED_SPARE);
@@ -201,7 +199,7 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 5, 2}));
     newEvents(ARRAYS);
     replace(ARRAYS, 1);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/0 of 1", "2/1 of 1", "1/90 of 0"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/0 of 1", "2/1 of 1", "1/90 of 0"}));
     disk(ARRAYS, outside::failDisk, 0);
     EXPECT_EQ(activity(ARRAYS, 0), "128/1 0") << "it does not read that one";
     replace(ARRAYS, 0);
@@ -216,19 +214,18 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     advance(25);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 1), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/74 of 1", "1/3 of 1"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"1/74 of 1", "1/3 of 1"}));
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 10");
     advance(57);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE) << "only 5000 MB are left to fill";
     newEvents(ARRAYS);
     outside::replaceDisk(ARRAYS, 1, 2000000);
     disk(ARRAYS, outside::pullDisk, 6);
-    EXPECT_EQ(newEvents(ARRAYS),
-              (std::vector<std::string>{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));
     ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_OK);
     newEvents(ARRAYS);
     disk(ARRAYS, outside::pullDisk, 0);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/0 of 0", "1/0 of 0", "1/77 of 0", "2/59 of 5"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/0 of 0", "1/0 of 0", "1/77 of 0", "2/59 of 5"}));
     disk(ARRAYS, outside::insertDisk, 0);
     EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 5, 2})) << "nothing was written since";
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
@@ -268,10 +265,10 @@ TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
     advance(60);
     newEvents(OLD);
     disk(OLD, outside::pullDisk, 0);
-    EXPECT_EQ(newEvents(OLD), (std::vector<std::string>{"2/0 of 0", "1/4 of 0", "1/5 of 1"}));
+    EXPECT_EQ(newEvents(OLD), (Events{"2/0 of 0", "1/4 of 0", "1/5 of 1"}));
     EXPECT_EQ(KT_PD_SetHDStatus(OLD, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
     disk(OLD, outside::pullDisk, 1);
-    EXPECT_EQ(newEvents(OLD), (std::vector<std::string>{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
+    EXPECT_EQ(newEvents(OLD), (Events{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
     EXPECT_EQ(KT_LD_StartConsistencyCheck(OLD, 0, 1), KT_ERR_VD_NOT_READY);
     disk(OLD, outside::insertDisk, 1);
     // What was offline takes the disk back as it was; what went on without it is rebuilt onto it.
@@ -286,10 +283,7 @@ TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
 }
 
 TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
-    _Adapter_Config_V2 config = {};
-    ASSERT_EQ(KT_Adapter_GetConfig(PLAIN, &config), KT_OK);
-    config.AutoRebuildOn = 0;
-    ASSERT_EQ(KT_Adapter_SetConfig(PLAIN, &config), KT_OK);
+    rebuildByHand(PLAIN);
     ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 20000 * MB), KT_OK);
     ASSERT_EQ(createLd(KT_RAID0, {2, 3}, 80000 * MB), KT_OK);
     advance(60);
@@ -315,7 +309,7 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
     newEvents(PLAIN);
     disk(PLAIN, outside::pullDisk, 4);
-    EXPECT_EQ(newEvents(PLAIN), std::vector<std::string>({"2/0 of 4"})) << "what was stopped does not fail";
+    EXPECT_EQ(newEvents(PLAIN), Events({"2/0 of 4"})) << "what was stopped does not fail";
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
     EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
     ASSERT_EQ(createDg(KT_RAID6, {0, 1, 2, 3}), KT_OK);
@@ -380,7 +374,7 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     ASSERT_EQ(KT_LD_StartConsistencyCheck(ARRAYS, 0, 1), KT_OK);
     ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_OK);
     EXPECT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_ERR_VD_BUSY);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/30 of 0", "2/25 of 0", "1/50 of 1", "1/38 of 0"}))
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"1/30 of 0", "2/25 of 0", "1/50 of 1", "1/38 of 0"}))
         << "the check waits under its own codes";
     ASSERT_EQ(KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
     ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_BACKGROUND), KT_OK);
@@ -388,7 +382,7 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     EXPECT_EQ(activity(ARRAYS, 0), "64/1 50") << "alone it would be done";
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_PauseAll(ARRAYS), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"1/52 of 0", "1/52 of 1", "2/19 of 0"}));
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"1/52 of 0", "1/52 of 1", "2/19 of 0"}));
 }
 
 TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
@@ -419,8 +413,7 @@ TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
     EXPECT_EQ(target.BGAStatus, KT_STATE_NONE);
     EXPECT_EQ(vdInfo(PLAIN, 0).RaidMode, KT_RAID1);
     advance(HOUR);
-    EXPECT_EQ(newEvents(PLAIN),
-              (std::vector<std::string>{"1/82 of 0", "1/83 of 0", "1/86 of 0", "1/86 of 0", "1/86 of 0", "1/85 of 0"}));
+    EXPECT_EQ(newEvents(PLAIN), (Events{"1/82 of 0", "1/83 of 0", "1/86 of 0", "1/86 of 0", "1/86 of 0", "1/85 of 0"}));
     EXPECT_EQ(members(PLAIN, 0), (Ids{0, 1, 2}));
     _Block_Info block = {};
     ASSERT_EQ(readItem(KT_BLK_GetInfo, PLAIN, vdInfo(PLAIN, 0).BlockIDs[2], &_BLK_Info_Request::blkInfo, block), KT_OK);
@@ -508,7 +501,7 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     EXPECT_EQ(KT_DG_StartMigration(ARRAYS, &other, 0), KT_ERR_ONE_ARRAY_MIGRATION);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 2), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (std::vector<std::string>{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";
+    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";
     advance(30);
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_OK);

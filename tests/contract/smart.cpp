@@ -63,9 +63,9 @@ TEST_F(Smart, WornDisksTrip) {
     ASSERT_TRUE(age(0, "reallocated", 511));
     EXPECT_EQ(attribute(0, REALLOCATED).Current, 37);
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/15 of 0", "2/13 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"2/15 of 0", "2/13 of 0"}));
     ASSERT_TRUE(age(0, "reallocated", 1));
-    EXPECT_EQ(newEvents(), std::vector<std::string>({"2/15 of 0", "2/14 of 0", "2/11 of 0"}));
+    EXPECT_EQ(newEvents(), Events({"2/15 of 0", "2/14 of 0", "2/11 of 0"}));
     EXPECT_EQ(attribute(0, REALLOCATED).Status, KT_SMART_FAILING);
     EXPECT_EQ(attribute(0, REALLOCATED).RawValue, 512U);
     const _ATA_PassThrough reply = ata(0, KT_ATA_SMART, KT_SMART_RETURN_STATUS);
@@ -131,9 +131,7 @@ TEST_F(Smart, DrivesAnswerCommands) {
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
     EXPECT_EQ(ata(0, 0xEF, 0x82).Status, 0x50);
     EXPECT_EQ(ata(0, 0xEF, 0x05).Status, 0x51) << "a feature that it does not have";
-    _HD_CONFIG config = {};
-    ASSERT_EQ(readItem(KT_PD_GetConfig, 0, 0, &_HD_Config_Request::hdConfig, config), KT_OK);
-    EXPECT_EQ(config.WriteCacheOn, 0);
+    EXPECT_EQ(pdConfig(0, 0).WriteCacheOn, 0);
     _ATA_PassThrough pass = {};
     EXPECT_EQ(KT_PassThrough_ATA(0, 9, &pass), KT_ERR_INVALID_PD);
     EXPECT_EQ(KT_PassThrough_ATA(0, 1, &pass), KT_ERR_NOT_SUPPORTED);

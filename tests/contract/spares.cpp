@@ -15,12 +15,6 @@ struct Spares : LabTest<LAB> {
     void fail(KT_U16 pd) const { EXPECT_EQ(outside::failDisk(0, pd), KT_OK); }
     void pull(KT_U16 pd) const { EXPECT_EQ(outside::pullDisk(0, pd), KT_OK); }
     void insert(KT_U16 pd) const { EXPECT_EQ(outside::insertDisk(0, pd), KT_OK); }
-    void rebuildByHand() const {
-        _Adapter_Config_V2 config = {};
-        ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
-        config.AutoRebuildOn = 0;
-        ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
-    }
 };
 
 static Ids members() {
@@ -63,7 +57,7 @@ TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
 }
 
 TEST_F(Spares, NoRebuildGoesOntoTheSystemOrOntoAnOpticalDrive) {
-    rebuildByHand();
+    rebuildByHand(0);
     fail(0);
     const auto rebuildOn = [](KT_U16 pd) { return KT_LD_DG_StartRebuild(0, 0, 1, &pd); };
     EXPECT_EQ(rebuildOn(7), KT_ERR_PD_HAS_OS);
@@ -93,7 +87,7 @@ TEST_F(Spares, WipingTakesThePartitionTableAway) {
 
 TEST_F(Spares, ASpareThatIsReleasedIsAFreeDisk) {
     ASSERT_EQ(KT_PD_Spare2FreeHD(0, 5), KT_OK);
-    EXPECT_EQ(newEvents(), (std::vector<std::string>{"2/10 of 5", "2/54 of 5"}));
+    EXPECT_EQ(newEvents(), (Events{"2/10 of 5", "2/54 of 5"}));
     EXPECT_EQ(roleOf(0, 5), 0);
     ASSERT_EQ(KT_PD_Spare2FreeHD(0, 3), KT_OK);
     EXPECT_EQ(dgInfo(0, 0).SparePDIDs[0], KT_NO_ID) << "the array has it no longer";

@@ -10,7 +10,6 @@ static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true},
    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{}]},
               {"level": "RAID6", "disks": [3, 4, 5, 6], "virtualDisks": [{"size": "2GB"}, {"size": "1GB"}]}]}]})";
 static const uint64_t HOUR = 3600;
-using Events = std::vector<std::string>;
 
 struct Surface : LabTest<LAB> {
     static void spoil(KT_U16 pd, KT_U64 lba, outside::Flaw flaw, KT_U32 count = 1) {

@@ -115,6 +115,16 @@ class Fidelity(unittest.TestCase):
         slot = next(one for one in bench.report()["adapters"][0]["enclosures"][0]["elements"] if one["type"] == "arydev")
         self.assertEqual(slot["status"], "critical")
 
+    def test_a_battery_charges_on_from_where_it_was(self):
+        original = Bench("default")
+        original.sim("battery", "charge", "8")
+        original.sim("clock", "advance", "2873s")
+        batteries = []
+        for bench in (original, Twin(original)):
+            bench.sim("clock", "advance", "10m")
+            batteries.append(bench.report()["adapters"][0]["battery"])
+        self.assertEqual(*batteries)
+
     def test_histories(self):
         """Whatever befell the adapters: the twin is like them, and stays so through the same commands."""
         for seed in range(HISTORIES):
