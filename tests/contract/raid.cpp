@@ -172,9 +172,15 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
         ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDSlotCount, 1);
     EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, asked.Size);
+    for (const KT_U64 size : {2000, 1000, 500, 0})
+        ASSERT_EQ(createVd(KT_RAID5, size), KT_OK);
+    for (const KT_U16 vd : Ids{0, 2})
+        ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
     ASSERT_EQ(createVd(KT_RAID5), KT_OK);
+    EXPECT_EQ(vdInfo(ARRAYS, 0).Size, 2000 * MB) << "all of the largest slot";
     EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
-    ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 0), KT_OK);
+    for (const KT_U16 vd : Ids{0, 1, 3})
+        ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (Events{"13/1 of 0", "2/54 of 0", "2/54 of 1", "2/54 of 2"}));

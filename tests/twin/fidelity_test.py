@@ -57,6 +57,9 @@ class Fidelity(unittest.TestCase):
             self.compare(original, Twin(original, "--records"), lab)
             plain = Twin(original)
             self.same_reports(original, plain, lab + " without records")
+            states = [[shelf["Status"] for adapter in bench.report("--records")["adapters"]
+                       for shelf in adapter["enclosures"]] for bench in (original, plain)]
+            self.assertEqual(*states, lab)
 
     def test_refusals(self):
         """A report that is cut short, of a later version or at odds with itself is refused with the place."""

@@ -26,10 +26,7 @@ static void moveRows(const Context& context, KT_U16 from, KT_U16 to) {
     moveRow<PdState>(context, from, to, [&](PdState& disk) { disk.config.HDID = to; });
     moveRow<PulledDisk>(context, from, to,
                         [&](PulledDisk& disk) { disk.info.Link.Self.DevID = disk.state.config.HDID = to; });
-    moveRow<PulledBlocks>(context, from, to, [&](PulledBlocks& blocks) {
-        for (int i = 0; i < blocks.count; ++i)
-            blocks.entries[i].block.HDID = to;
-    });
+    moveRow<PulledBlocks>(context, from, to, [](PulledBlocks&) {}); // what returns with a disk lies on that disk
     moveRow<DiskAge>(context, from, to, [](DiskAge&) {});
     moveRow<ToldHealth>(context, from, to, [](ToldHealth&) {});
     moveRow<DiskCipher>(context, from, to, [](DiskCipher&) {});
