@@ -128,6 +128,25 @@ class Fidelity(unittest.TestCase):
             batteries.append(bench.report()["adapters"][0]["battery"])
         self.assertEqual(*batteries)
 
+    def test_sizes(self):
+        """What was made of all that there was grows with its disks on both; what has a size keeps it."""
+        original = Bench({"adapters": [
+            {"type": "array-based", "disks": [{"count": 5, "size": "500GB"}], "arrays": [{"disks": [0, 1, 2], "virtualDisks": [
+                {"name": "stated", "size": "100GiB"}, {"name": "all"}]}]},
+            {"type": "LD-based", "disks": [{"count": 6, "size": "500GB"}], "virtualDisks": [
+                {"name": "stated", "level": "RAID1", "disks": [0, 1], "size": "100GiB"},
+                {"name": "all", "level": "RAID1", "disks": [3, 4]}]},
+            {"type": "LD-based", "DevID": 17200, "disks": [{"count": 3, "size": "500GB"}], "virtualDisks": [
+                {"name": "stated", "level": "RAID1", "disks": [0, 1], "size": "100GiB"},
+                {"name": "all", "level": "RAID1", "disks": [0, 1]}]}]})
+        twin = Twin(original, "--records")
+        for bench in (original, twin):
+            for words in ("0 migrate -l 0 -r 5 -d 0,1,2,3", "1 migrate -l 0 -r 5 -d 0,1,2", "1 migrate -l 1 -r 5 -d 3,4,5",
+                          "2 migrate -l 0 -r 5 -d 0,1,2", "2 migrate -l 1 -r 5 -d 0,1,2"):
+                self.assertEqual(bench.run("ktsetup", *words.split(), text="y\n").returncode, 0, words)
+                bench.sim("clock", "until", "idle")
+        self.same_reports(original, twin, "sizes", "--records")
+
     def test_histories(self):
         """Whatever befell the adapters: the twin is like them, and stays so through the same commands."""
         for seed in range(HISTORIES):

@@ -46,6 +46,7 @@ void addReportedKeys(Context& context, LabReader& adapter, const Past& past);   
 void addReportedParts(Context& context, LabReader& adapter);                        // reportParts.cpp
 void addReportedDisks(Context& context, LabReader& adapter, const Past& past);      // reportDisks.cpp
 void addReportedVolumes(Context& context, LabReader& adapter, const Past& past);    // reportVolumes.cpp
+void findWhole(const Context& context);                                             // reportSizes.cpp
 void addReportedHealth(const Context& context, const LabReader& adapter);           // reportHealth.cpp
 Past addReportedEvents(Context& context, LabReader& adapter, const LabReader& top); // reportPast.cpp
 

@@ -370,6 +370,7 @@ void addReportedVolumes(Context& context, LabReader& adapter, const Past& past) 
     for (LabReader& reader : takeObjects(adapter, "virtualDisks"))
         addVd(context, reader, past);
     findHomes(context);
+    findWhole(context);
 }
 
 } // namespace sim
