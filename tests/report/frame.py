@@ -37,14 +37,14 @@ class Bench:
     def path(self, name):
         return os.path.join(self.folder.name, name)
 
-    def run(self, program, *words, trace=False, text=None):
+    def run(self, program, *words, trace=False, text=None, errors=subprocess.PIPE):
         environment = self.environment
         if trace:
             environment = dict(environment, KTRAID_SIM_TRACE=self.path("trace"))
             if os.path.exists(self.path("trace")):
                 os.remove(self.path("trace"))
         return subprocess.run([os.path.join(BIN, program), *words], env=environment, input=text or "",
-                              capture_output=True, text=True, check=False)
+                              stdout=subprocess.PIPE, stderr=errors, text=True, check=False)
 
     def sim(self, *words):
         done = self.run("ktsim", *words)
