@@ -224,7 +224,7 @@ static bool isFree(const Choice& choice, const PresentDisk& disk) {
            !choice.taken.contains(disk.id) && (choice.takeFileSystems || !disk.fileSystem);
 }
 
-static bool isAlike(const PresentAdapter& there, const PresentDisk& one, const PresentDisk& other) {
+bool isAlike(const PresentAdapter& there, const PresentDisk& one, const PresentDisk& other) {
     const bool sameType = one.type == other.type || !there.features.contains("only same type hd for create");
     return one.sector == other.sector && sameType;
 }

@@ -80,5 +80,5 @@ KT_U64 rowOf(const PresentLayout& layout) {
 
 KT_U64 grown(KT_U64 size, const PresentLayout& from, const PresentLayout& to) {
     const KT_U64 old = dataHalves(from);
-    return old == 0 ? size : size / old * dataHalves(to);
+    return old == 0 || old == dataHalves(to) ? size : size / old * dataHalves(to);
 }

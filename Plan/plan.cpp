@@ -49,7 +49,8 @@ static void planAdapter(const PresentAdapter& there, const WantedAdapter& wanted
     planSettings(planner);
     planDeletions(planner);
     plan.notes.insert(plan.notes.end(), planner.matching.notes.begin(), planner.matching.notes.end());
-    for (const auto phase : {planArrays, planVds, planSpares, planMigrations, noteUnsound, noteLeftAlone}) {
+    for (const auto phase : {planEarlySpares, planArrays, planVds, planSpares, planMigrations, planLateSpares,
+                             noteUnsound, noteLeftAlone}) {
         if (canBeReached(plan)) phase(planner);
     }
 }

@@ -95,6 +95,7 @@ static void createArray(Planner& planner, const WantedArray& wanted) {
         ++array.id;
     array.name = wanted.name;
     array.layout = layoutOf(planner, wanted.layout);
+    array.redundant = isRedundant(wanted.layout.level);
     array.memberSize = smallestRoom(planner, array.layout, false);
     array.writeCache = wanted.writeCache;
     array.slots = {{capacityWith(array.layout, array.memberSize), std::nullopt}};
@@ -226,6 +227,7 @@ static void createVd(Planner& planner, const WantedVd& wanted) {
     vd.id = freeVdId(planner.now);
     vd.name = wanted.name;
     vd.layout = layoutOf(planner, wanted.layout);
+    vd.redundant = isRedundant(wanted.layout.level);
     vd.busy = true;
     const KT_U64 most = capacityWith(vd.layout, smallestRoom(planner, vd.layout, true));
     vd.size = wanted.size ? *wanted.size >> 20 << 20 : most;

@@ -111,13 +111,13 @@ static void checkVdsIn(Search& search, const WantedArray& wanted, const PresentA
     for (const WantedVd& one : wanted.vds) {
         const auto at = planner.matching.vds.find(&one);
         if (at == planner.matching.vds.end()) continue;
-        const auto why = whyAnewInArray(one, vdWith(planner.now, at->second), array.layout, change.target);
+        const auto why = whyAnewInArray(one, vdWith(planner.now, at->second), array, change.target);
         if (why) addVictim(search, {VictimKind::Vd, at->second, why->place, why->text, why->nearest});
     }
     PresentArray after = array;
-    after.layout = change.target;
-    for (PresentSlot& slot : after.slots)
-        slot.size = grown(slot.size, array.layout, change.target);
+    for (PresentVd& vd : after.vds)
+        vd.size = sizeBehind(array, vd, change.target);
+    if (change.migrates) layOutAnew(after, change.target, slotsOf(planner.now));
     const WantedVd* tooLarge = firstThatDoesNotFit(planner, wanted, after);
     if (tooLarge == nullptr) return;
     const size_t before = search.victims.size();

@@ -1,7 +1,7 @@
 // What a rebuild and a migration can make of disks that hold data, and what they cannot.
 #include <algorithm>
 
-#include "Plan/planner.h"
+#include "Plan/place.h"
 #include "Report/look.h"
 #include "Report/words.h"
 
@@ -128,30 +128,31 @@ static std::optional<Verdict> whyAnew(const Comparison& c) {
     return change.migrates ? checkMigration(c, change.target) : std::nullopt;
 }
 
-// What is more wanted of a size than a migration gives, or less.
-static std::optional<Verdict> checkSize(const WantedVd& wanted, const PresentVd& there, const PresentLayout& now,
+static bool isAlmost(KT_U64 size, KT_U64 wanted, KT_U64 row) {
+    return size <= wanted + row && size + row >= wanted;
+}
+
+// What is more wanted of a size than there will be, or less; `size` is that behind a migration.
+static std::optional<Verdict> checkSize(const WantedVd& wanted, const PresentVd& there, KT_U64 size,
                                         const PresentLayout& target) {
-    if (!wanted.size) return std::nullopt;
-    const KT_U64 size = grown(there.size, now, target);
-    const KT_U64 row = rowOf(target);
-    const bool large = size > *wanted.size + row;
-    if (!large && size + row >= *wanted.size) return std::nullopt;
+    if (!wanted.size || isAlmost(size, *wanted.size, rowOf(target))) return std::nullopt;
     const char* why = size != there.size ? ", to which the migration of its disks brings it"
-                      : large            ? ", and nothing makes one smaller"
-                                         : ", and it grows only when its disks migrate";
+                      : size > *wanted.size
+                          ? ", and nothing makes one smaller"
+                          : ", and one grows only when its disks migrate and nothing is free behind it";
     return Verdict{wanted.place + ".size",
                    nameOf(there) + (size != there.size ? " would have " : " has ") + std::to_string(size >> 20) +
                        " MiB" + why + "; " + std::to_string(*wanted.size >> 20) + " MiB are wanted",
                    std::to_string(size >> 20) + " MiB"};
 }
 
-std::optional<Verdict> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentLayout& now,
+std::optional<Verdict> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentArray& array,
                                       const PresentLayout& target) {
     if (there.status == "offline") {
         return Verdict{wanted.place, nameOf(there) + " is offline, and no command brings its data back",
                        "bring back the disks that it has lost"};
     }
-    return checkSize(wanted, there, now, target);
+    return checkSize(wanted, there, sizeBehind(array, there, target), target);
 }
 
 std::optional<Verdict> whyAnew(const Planner& planner, const WantedArray& wanted, const PresentArray& there) {
@@ -167,5 +168,8 @@ std::optional<Verdict> whyAnew(const Planner& planner, const WantedVd& wanted, c
     auto found = whyAnew(Comparison{planner, wanted.place, nameOf(there), wanted.layout, there.layout, false, true,
                                     there.status == "offline"});
     if (found || disksFor(planner.matching, wanted.layout.disks).size() < wanted.layout.disks.size()) return found;
-    return checkSize(wanted, there, there.layout, changeOf(planner, wanted.layout, there.layout).target);
+    const PresentLayout target = changeOf(planner, wanted.layout, there.layout).target;
+    // Whether it grows depends on whether it was made without a size, which nothing tells; the rehearsal does.
+    if (wanted.size && isAlmost(there.size, *wanted.size, rowOf(target))) return std::nullopt;
+    return checkSize(wanted, there, grown(there.size, there.layout, target), target);
 }

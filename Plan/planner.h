@@ -11,6 +11,8 @@ struct Planner {
     const PlanOptions& options;
     Plan& plan;
     Matching matching = {};
+    size_t creations = 0;              // the number of steps before the first that creates something
+    std::set<KT_U64> earlySpares = {}; // global spares that the adapter would take before that
 };
 
 // What a step is made from; `object` takes the place of the id at words[idAt] in its key.
@@ -40,7 +42,7 @@ struct Verdict {
 std::optional<Verdict> whyAnew(const Planner& planner, const WantedArray& wanted, const PresentArray& there);
 std::optional<Verdict> whyAnew(const Planner& planner, const WantedVd& wanted, const PresentVd& there);
 // The same for a virtual disk of an array that stays.
-std::optional<Verdict> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentLayout& now,
+std::optional<Verdict> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentArray& array,
                                       const PresentLayout& target);
 
 // What is to become of a layout, and the disks that are to come; whyAnew() has found nothing.
@@ -53,11 +55,13 @@ LayoutChange changeOf(const Planner& planner, const WantedLayout& wanted, const 
 
 // The phases, in their order.
 void planSettings(Planner& planner);
-void planDeletions(Planner& planner); // what stands in the way; also finds out what is unreachable
-void planArrays(Planner& planner);    // names, rebuilds, new arrays, their virtual disks
-void planVds(Planner& planner);       // virtual disks outside arrays
+void planDeletions(Planner& planner);   // what stands in the way; also finds out what is unreachable
+void planEarlySpares(Planner& planner); // finds out which spares can come before what is created
+void planArrays(Planner& planner);      // names, rebuilds, new arrays, their virtual disks
+void planVds(Planner& planner);         // virtual disks outside arrays
 void planSpares(Planner& planner);
 void planMigrations(Planner& planner); // and what can only come behind them
+void planLateSpares(Planner& planner); // that only what has migrated has a use for; also those that nothing has
 
 // Brings name, cache and read-ahead of a virtual disk to what is wanted.
 void planVdSettings(Planner& planner, const WantedVd& wanted, const PresentVd& there);

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Plan/levels.h"
+#include "Plan/place.h"
 #include "Report/look.h"
+#include "Report/words.h"
 
 // Adapters up to this device id share disks among virtual disks and take a size as it is.
 static constexpr KT_U64 LAST_THAT_SHARES = 0x4700;
@@ -82,6 +83,7 @@ static PresentVd vdIn(const Json& json) {
     if (in(json, "readAhead").is_boolean()) vd.readAhead = isTrue(json, "readAhead");
     vd.os = isTrue(json, "os");
     vd.busy = isBusy(json);
+    vd.redundant = isRedundant(vd.layout.level);
     const Json& target = in(json, "target");
     vd.migrating = vd.busy && target.is_object() && textIn(in(json, "activity"), "kind") == "migration";
     if (!vd.migrating) return vd;
@@ -90,11 +92,12 @@ static PresentVd vdIn(const Json& json) {
     return vd;
 }
 
-static PresentArray arrayIn(const Json& json) {
+static PresentArray arrayIn(const Json& json, KT_U64 mostSlots) {
     PresentArray array;
     array.id = numberIn(json, "id").value_or(0);
     array.name = textIn(json, "name");
     array.layout = layoutIn(json);
+    array.redundant = isRedundant(array.layout.level);
     array.memberSize = numberIn(json, "memberSize").value_or(0);
     if (in(json, "writeCache").is_boolean()) array.writeCache = isTrue(json, "writeCache");
     // An array also tells of what its virtual disks do by themselves.
@@ -109,11 +112,7 @@ static PresentArray arrayIn(const Json& json) {
     const auto migrating = [](const PresentVd& vd) { return vd.migrating; };
     const auto first = std::find_if(array.vds.begin(), array.vds.end(), migrating);
     if (first == array.vds.end()) return array;
-    // The free stretches grow along with the virtual disks.
-    for (PresentSlot& slot : array.slots) {
-        slot.size = grown(slot.size, array.layout, first->layout);
-    }
-    array.layout = first->layout;
+    layOutAnew(array, first->layout, mostSlots);
     array.migrating = true;
     return array;
 }
@@ -163,7 +162,7 @@ static PresentAdapter adapterIn(const Json& json) {
         adapter.disks[numberIn(disk, "id").value_or(0)] = diskIn(disk);
     }
     for (const Json& array : listIn(json, "arrays")) {
-        adapter.arrays.push_back(arrayIn(array));
+        adapter.arrays.push_back(arrayIn(array, slotsOf(adapter)));
     }
     for (const Json& vd : listIn(json, "virtualDisks")) {
         adapter.vds.push_back(vdIn(vd));

@@ -47,6 +47,7 @@ struct PresentVd {
     bool os = false;
     bool busy = false;      // something goes on with it
     bool migrating = false; // the layout and the size are those that it migrates to
+    bool redundant = false; // by the level that it has now
 };
 
 // A stretch of an array: a virtual disk's, or free.
@@ -65,6 +66,7 @@ struct PresentArray {
     std::vector<PresentVd> vds;
     bool busy = false;
     bool migrating = false;
+    bool redundant = false; // by the level that it has now
 };
 
 struct PresentAdapter {

@@ -86,6 +86,10 @@ TEST_P(Planning, leadsThere) {
     R"({"id": 0, "name": "demo", "level": "RAID5", "disks": [0, 1, 2], "stripe": 64, "memberSize": 1073741824000,)"    \
     R"( "writeCache": true, "slots": [{"slot": 0, "size": 107374182400, "virtualDisk": 0},)"                           \
     R"( {"slot": 1, "size": 2040109465600}], "virtualDisks": [)" DEMO_VD "]}"
+#define FULL                                                                                                           \
+    R"([{"type": "array-based", "disks": [{"count": 8}], "arrays": [{"id": 0, "name": "demo", "level": "RAID5",)"      \
+    R"( "disks": [0, 1, 2], "stripe": 64, "memberSize": 53687091200, "slots":)"                                        \
+    R"( [{"slot": 0, "size": 107374182400, "virtualDisk": 0}], "virtualDisks": [)" DEMO_VD "]}]}]"
 #define THERE R"([{"type": "array-based", "disks": [{"count": 8}], "arrays": [)" DEMO "]}]"
 #define BLANK R"([{"type": "array-based", "disks": [{"count": 8}]}])"
 #define BLANK_LD R"([{"type": "LD-based", "disks": [{"count": 6}]}])"
@@ -221,7 +225,12 @@ const Case changes[] = {
      "unreachable adapters[0].arrays[0].virtualDisks[0].size: virtual disk 0 \"data\" has 102400 MiB, and nothing "
      "makes one "
      "smaller; 51200 MiB are wanted / 102400 MiB; --delete deletes what is there, with its data\n"},
-    {"a migration that would make a virtual disk larger than wanted", THERE,
+    {"a virtual disk with room behind it stays as large as it is", THERE,
+     R"([{"arrays": [{"name": "demo", "disks": [0, 1, 2, 3], "virtualDisks": [{"name": "data", "size": "100GiB"},
+          {"name": "more", "size": "2890GiB"}]}]}])",
+     "0 migrate -l 0 -r 5 -d 0,1,2,3\n"
+     "waits: 0 create -o vd -a 0 -n more -s 2959360\n"},
+    {"a migration that would make a virtual disk larger than wanted", FULL,
      R"([{"arrays": [{"name": "demo", "disks": [0, 1, 2, 3], "virtualDisks": [{"name": "data", "size": "100GiB"}]}]}])",
      "unreachable adapters[0].arrays[0].virtualDisks[0].size: virtual disk 0 \"data\" would have 153600 MiB, to which "
      "the "
@@ -241,6 +250,37 @@ const Case changes[] = {
      "0 delete -o spare -i 2 --waiveconfirmation\n"
      "0 create -o array -r 5 -d 0,1,2 -n a\n",
      true},
+    {"a spare too small for what is created comes first",
+     R"([{"type": "array-based", "disks": [{"count": 2}, {"size": 500}]}])",
+     R"([{"disks": [{"id": 0}, {"id": 1}, {"id": 2, "spare": "global"}],
+          "config": {"BGARate": 60}, "arrays": [{"name": "a", "level": "RAID1", "disks": [0, 1]}]}])",
+     "0 set -o hba --bgarate 60\n"
+     "0 assign -d 2\n"
+     "0 create -o array -r 1 -d 0,1 -n a\n"},
+    {"spares that no adapter would take",
+     R"([{"type": "array-based", "disks": [{"count": 3}, {"size": 500}, {"size": 500}, {"type": "SAS"}], "arrays": [)" DEMO
+     R"(]}])",
+     R"([{"disks": [{"id": 0}, {"id": 1}, {"id": 2}, {"id": 3, "spare": "global"}, {"id": 4}, {"id": 5}],
+          "arrays": [{"name": "demo", "disks": [0, 1, 2], "spares": [4, 5]}]}])",
+     "unreachable adapters[0].arrays[0].spares: disk 4 (serial S4) is smaller than the disks of array 0 \"demo\" / a "
+     "disk of at least 1.1 TB\n"
+     "unreachable adapters[0].arrays[0].spares: disk 5 (serial S5) is of another kind than the disks of array 0 "
+     "\"demo\" / a disk like disk 0\n"},
+    {"nor one beside what stays",
+     R"([{"type": "array-based", "disks": [{"count": 3}, {"size": 500}], "arrays": [)" DEMO "]}]",
+     R"([{"disks": [{"id": 3, "spare": "global"}]}])",
+     "unreachable adapters[0].disks: disk 3 (serial S3) is too small to stand by for anything on adapter 0 (T8, serial "
+     "KS1), which takes no such spare / a disk of at least 1.1 TB\n"},
+    {"but one of another kind is",
+     R"([{"type": "array-based", "disks": [{"count": 3}, {"type": "SAS"}], "arrays": [)" DEMO "]}]",
+     R"([{"disks": [{"id": 3, "spare": "global"}]}])", "0 assign -d 3\n"},
+    {"an array's own spare waits until its level has a use for it",
+     R"([{"type": "array-based", "disks": [{"count": 5}], "arrays": [{"id": 0, "name": "a", "level": "RAID0",
+          "disks": [0, 1], "memberSize": 1073741824000, "slots": [{"slot": 0, "size": 2147483648000, "virtualDisk": 0}],
+          "virtualDisks": [{"id": 0, "name": "v", "size": 2147483648000}]}]}])",
+     R"([{"arrays": [{"name": "a", "level": "RAID5", "disks": [0, 1, 2], "spares": [3]}]}])",
+     "0 migrate -l 0 -r 5 -d 0,1,2\n"
+     "waits: 0 assign -o array -d 3 -a 0\n"},
     {"the system is never deleted",
      R"([{"type": "LD-based", "disks": [{"count": 4}], "virtualDisks": [{"id": 0, "name": "sys", "level": "RAID6",
           "disks": [0, 1, 2, 3], "stripe": 64, "size": 107374182400, "os": true}]}])",
