@@ -33,8 +33,8 @@ static bool decides(const std::string& call) {
 }
 
 // What was refused and a verdict needs.
-static bool isMissing(const Json& unread) {
-    return decides(textIn(unread, "call")) && isRefusal(unread);
+static bool isMissing(const Json& document, const Json& unread) {
+    return decides(textIn(unread, "call")) && isRefusal(unread) && !isOfOfflineDisks(document, unread);
 }
 
 static void countThings(const Json& document, Count& count) {
@@ -65,7 +65,7 @@ static void countProblems(const Report& report, const CheckOptions& options, boo
     }
     if (isAmong(options.ignore, "unread")) return;
     for (const Json& refusal : listIn(report.document, "unread")) {
-        if (!isMissing(refusal)) continue;
+        if (!isMissing(report.document, refusal)) continue;
         count.unread += 1;
         const std::string text = shown(textIn(refusal, "text"));
         count.texts.push_back((host.empty() ? "" : host + ": ") + "unread: " + shown(textIn(refusal, "call")) + ": " +

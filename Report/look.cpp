@@ -87,6 +87,18 @@ bool isRefusal(const Json& unread) {
     return status != KT_U64{KT_ERR_NOT_SUPPORTED} && status != KT_U64{KT_ERR_NOT_ON_THIS_ADAPTER};
 }
 
+bool isOfOfflineDisks(const Json& document, const Json& unread) {
+    const Json* adapter = findAdapter(document, numberIn(unread, "adapter").value_or(~KT_U64{0}));
+    const Json& ids = listIn(unread, "ids");
+    if (adapter == nullptr || ids.empty() || !textIn(unread, "call").starts_with("KT_PD_")) return false;
+    const Json& disks = listIn(*adapter, "disks");
+    return std::all_of(ids.begin(), ids.end(), [&](const Json& id) {
+        return std::any_of(disks.begin(), disks.end(), [&](const Json& disk) {
+            return in(disk, "id") == id && textIn(disk, "state") == "offline";
+        });
+    });
+}
+
 std::string placeOf(const Json& disk) {
     const auto number = [&](const char* word) { return std::to_string(numberIn(disk, word).value_or(0)); };
     if (numberIn(disk, "enclosure")) return "slot " + number("slot") + " of enclosure " + number("enclosure");

@@ -126,6 +126,7 @@ static void findUnread(Scene& scene) {
     const bool told = scene.adapter.contains("type");
     for (const Json& refusal : listIn(scene.document, "unread")) {
         if (numberIn(refusal, "adapter") != scene.adapterId || !isRefusal(refusal)) continue;
+        if (isOfOfflineDisks(scene.document, refusal)) continue;
         if (!told) {
             found(scene,
                   {"adapter-unread", "adapter", scene.adapterId,

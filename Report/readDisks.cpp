@@ -98,7 +98,7 @@ static void readEach(Reader& reader) {
         _HD_FreeSpaceInfo space = {};
         if (ask(reader, LIBRARY_CALL(KT_PD_GetFreeSpaceInfo), id, id, &space)) disk.space = space;
         readSystem(reader, id, disk);
-        readAttributes(reader, id, disk);
+        if (!reader.machine.options.onlyLayout) readAttributes(reader, id, disk);
     }
 }
 

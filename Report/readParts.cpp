@@ -36,7 +36,7 @@ static void readEnclosures(Reader& reader) {
         reader, LIBRARY_CALL(KT_ENC_GetEnclosureInfo), reader.adapter.enclosures,
         [](const _Enclosure_Info& info) { return info.EnclosureID; },
         [](EnclosureReading& enclosure, const _Enclosure_Info& info) { enclosure.info = info; });
-    if (!reader.adapter.enclosures || reader.adapter.enclosures->empty()) return;
+    if (!reader.adapter.enclosures || reader.adapter.enclosures->empty() || reader.machine.options.onlyLayout) return;
     if (!libraryHas(reader, "KT_ENC_GetElementConfig")) return;
     for (auto& [id, enclosure] : *reader.adapter.enclosures) {
         for (const CodeWord& type : elementTypeWords) {
@@ -99,7 +99,7 @@ void readParts(Reader& reader) {
                             [](_PM_Info& kept, const _PM_Info& info) { kept = info; });
     }
     readEnclosures(reader);
-    readKeys(reader);
+    if (!reader.machine.options.onlyLayout) readKeys(reader);
 }
 
 void readEvents(Reader& reader) {

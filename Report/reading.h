@@ -90,6 +90,7 @@ struct ReadOptions {
     bool records = false;    // also what only a twin needs: the settings page, and every field of every record
     bool attributes = true;  // the drives' own tables of health stand in the document
     bool onlyEvents = false; // of each adapter its record and its log
+    bool onlyLayout = false; // without elements of enclosures, keys and the drives' own tables of health
 };
 
 struct Machine {

@@ -75,7 +75,7 @@ Json readNow(int adapter, bool forTwin) {
     ReadOptions options;
     options.adapter = adapter;
     options.records = forTwin;
-    options.attributes = forTwin;
+    options.onlyLayout = !forTwin;
     const Machine machine = readMachine(options);
     if (!machine.opened) {
         const Refusal& refusal = machine.refusals.front();

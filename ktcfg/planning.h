@@ -39,7 +39,8 @@ std::optional<Planning> planFor(const PlanRequest& request);
 // The plan's rehearsal; none, after the differences, when it does not lead to what is wanted.
 std::optional<Rehearsal> rehearsed(const PlanRequest& request, const Planning& planning);
 
-// Reads the adapters of this machine; adapter: only that one, -1: all. Throws ReadFailure.
+// Reads the adapters of this machine; adapter: only that one, -1: all. What only a twin needs is left out when none is
+// to be made. Throws ReadFailure.
 Json readNow(int adapter, bool forTwin);
 
 // Runs `work`, which answers an exit status; what reading and planning throw becomes one line on standard error.

@@ -55,6 +55,7 @@ class Plugin(unittest.TestCase):
         for disk in range(5):
             self.bench.sim("disk", "trip", str(disk))
         self.bench.sim("disk", "fail", "5", "--force")
+        self.bench.sim("fault", "KT_EVT_GetEvent", "6")
         status, text = self.run_plugin("--long")
         lines = text.splitlines()
         problems = self.bench.report()["problems"]
@@ -63,7 +64,7 @@ class Plugin(unittest.TestCase):
         values = self.performance(lines[0])
         self.assertEqual(int(values["warning"][0]) + int(values["critical"][0]), len(told))
         expected = [f"{one['severity'].upper()}: {one['text']} {one['action']}".replace("|", "/") for one in told]
-        expected.append("UNKNOWN: unread: KT_PD_GET_SMART_INFO: Link time out")
+        expected.append("UNKNOWN: unread: KT_EVT_GetEvent: Invalid request")
         self.assertEqual(sorted(lines[1:]), sorted(expected))
         self.assertEqual(lines[1:], sorted(lines[1:], key=lambda line: not line.startswith("CRITICAL")))
 

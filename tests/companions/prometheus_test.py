@@ -186,7 +186,7 @@ class Chain(unittest.TestCase):
         self.assertEqual(self.query('ktraid_disk_state{state="healthy"} == 1'), [1.0] * 5)
         self.bench.sim("disk", "fail", "1", "--force")
         self.write()
-        lasting = {"KtraidDiskFailed", "KtraidSpareNoneFits", "KtraidUnread"}
+        lasting = {"KtraidDiskFailed", "KtraidSpareNoneFits"}
         self.wait_for_alerts("KtraidVdLastRedundancy", *lasting)
         alert = self.firing()["KtraidDiskFailed"]
         self.assertEqual(alert["labels"]["severity"], "critical")

@@ -182,6 +182,18 @@ class Applying(unittest.TestCase):
         self.assertEqual([(array["name"], array["level"]) for array in arrays], [("demo", "RAID1"), ("other", "RAID1")])
 
 
+    def test_looks_again_at_what_plans_are_made_of(self):
+        """All is read once; between the commands neither enclosures' elements nor the drives' tables of health are."""
+        machine = Machine("default")
+        self.assertIn(machine.apply({"adapters": [{"config": {"RebuildRate": 70}}]}, trace=True).returncode, (0, 3))
+        calls = [call.split(" ")[0] for call in machine.calls()]
+        read = len(calls) - calls[::-1].index("KT_Flash_Bin")
+        again = {"KT_ENC_GetElementInfo", "KT_ENC_GetElementConfig", "KT_AES_GetEntryInfo", "KT_PD_GET_SMART_INFO"}
+        self.assertLessEqual(again, set(calls[:read]))
+        self.assertIn("KT_Adapter_SetConfig", calls[read:])
+        self.assertEqual(again & set(calls[read:]), set())
+
+
 class Refusing(unittest.TestCase):
     def test_files(self):
         machine = Machine()

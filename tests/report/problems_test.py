@@ -54,6 +54,12 @@ def silence(document):
     refuse(document, adapter=1)
 
 
+def fail(document, **words):
+    """A disk has failed, and a call was refused then."""
+    disk(document, 0).update(state="offline")
+    refuse(document, adapter=0, **words)
+
+
 def lose(document, *slots):
     """Members of the RAID6 that are missing."""
     six(document)["status"] = "degraded"
@@ -71,6 +77,9 @@ RULES = [
     (silence, {"adapter-unread"}),
     (lambda d: refuse(d, adapter=0), {"unread"}),
     (lambda d: refuse(d), {"unread"}),
+    (lambda d: fail(d, call="KT_PD_GET_SMART_INFO", ids=[0]), {"disk-failed"}),
+    (lambda d: fail(d, call="KT_PD_GET_SMART_INFO", ids=[0, 1]), {"disk-failed", "unread"}),
+    (lambda d: fail(d, ids=[0]), {"disk-failed", "unread"}),
     (lambda d: refuse(d, adapter=0, status=19), set()),
     (lambda d: disk(d, 0).update(state="offline"), {"disk-failed"}),
     (lambda d: (disk(d, 0).update(state="offline"), log(d, 2, 57, 0)), {"cipher-mismatch"}),
@@ -212,6 +221,8 @@ class Problems(unittest.TestCase):
         document = copy.deepcopy(self.healthy)
         refuse(document, adapter=0, call="KT_DiskHasOS")
         self.assertEqual(self.check(document)[0], 0)
+        fail(document, call="KT_PD_GET_SMART_INFO", ids=[0])
+        self.assertEqual(self.check(document, "--ignore", "disk-failed")[0], 0)
 
     def test_what_is_no_report(self):
         for text, message in BROKEN:
