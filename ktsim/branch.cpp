@@ -1,6 +1,7 @@
 // Shelves and cables that are pulled out and put back.
 #include "changes/branches.h"
 #include "commands.h"
+#include "state/adapterInfo.h"
 
 #include <memory>
 
@@ -50,9 +51,31 @@ static KT_U8 portOf(KT_U16 id) {
     return id < NO_PORT ? static_cast<KT_U8>(id) : NO_PORT;
 }
 
+static std::string listText(const char* one, const std::vector<KT_U16>& ids) {
+    if (ids.empty()) return "";
+    std::string text = std::string("  ") + one + (ids.size() == 1 ? "" : "s");
+    for (const KT_U16 id : ids)
+        text += " " + std::to_string(id);
+    return text;
+}
+
+// What is at each port that is in use, a port a line.
+static void showCables(const Context& context) {
+    for (KT_U8 port = 0; port < adapterInfo(context).PortCount; ++port) {
+        const Branch branch = branchOfPort(context, port);
+        std::string text = listText("expander", branch.expanders) + listText("port multiplier", branch.multipliers) +
+                           listText("enclosure", branch.enclosures) + listText("disk", branch.disks);
+        if (find<AwayBranch>(context, port)) text += "  pulled out";
+        if (!text.empty()) printf("Port %u%s\n", unsigned{port}, text.c_str());
+    }
+}
+
 void addCable(CLI::App& app, Options& options) {
     CLI::App* cable = app.add_subcommand("cable", "Pull a cable of the adapter out, or put it back");
     cable->require_subcommand(1);
+    CLI::App* show = cable->add_subcommand("show", "Print what is at each port");
+    addAdapterOption(*show, options);
+    show->callback([&options] { changeAdapter(options, showCables); });
     addBranch(*cable, options, "PORT", NO_PORT - 1U,
               {"pull", "Lose all that is behind this port of the adapter, at once",
                [](const Context& context, KT_U16 id) { return pullCable(context, portOf(id)); },

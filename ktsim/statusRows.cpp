@@ -8,6 +8,7 @@
 #include "media/blocks.h"
 #include "media/surface.h"
 #include "raid/cacheMode.h"
+#include "raid/keptCaches.h"
 #include "raid/members.h"
 
 #include <algorithm>
@@ -173,6 +174,10 @@ static std::string cacheText(const Context& context, const _LD_Info& vd, const V
     return on && !batteryKeepsCache(context) ? text + ", unsafe (" + batteryText(context) + ")" : text;
 }
 
+static std::string keptText(const Context& context, const _LD_Info& vd) {
+    return hasKeptCache(context, vd) ? ", the cache keeps what it lacks" : "";
+}
+
 static StatusRow vdRow(const Context& context, KT_U16 id, const _LD_Info& vd) {
     const VdState state = find<VdState>(context, id).value_or(VdState{});
     const std::string array = vd.DGID == KT_NO_ID ? "" : "array " + std::to_string(vd.DGID) + " ";
@@ -181,6 +186,7 @@ static StatusRow vdRow(const Context& context, KT_U16 id, const _LD_Info& vd) {
                wordFor(LEVELS, vd.RaidMode).c_str(), sizeText(vd.Size).c_str(), array.empty() ? 0 : 9, array.c_str());
     text += wordFor(STATUSES, vd.Status);
     if (isUsable(vd) || vd.Status == KT_VD_USING_TABLE) text += ", " + cacheText(context, vd, state);
+    text += keptText(context, vd);
     if (runsSystem(Vd{vd, state})) text += ", runs the OS";
     text += jobText(context, Owner{OwnerKind::Vd, id}, state.activity);
     const bool well = vd.Status == KT_VD_ONLINE || vd.Status == KT_VD_USING_TABLE;
@@ -261,10 +267,13 @@ static std::string diskLine(KT_U64 id, const _HD_Info& disk, const std::string& 
 static StatusRow diskRow(const Context& context, KT_U16 id, const _HD_Info& disk) {
     const PdState state = find<PdState>(context, id).value_or(PdState{});
     std::string role = roleText(context, id, state);
-    const KT_U64 bad = badSectorCount(context, id);
-    if (bad != 0) role += ", " + countText(bad, "bad sector");
+    const KT_U64 flawed = badSectorCount(context, id);
+    const KT_U64 wrongData = badSectorCount(context, id, FLAW_WRONG);
+    if (flawed != wrongData) role += ", " + countText(flawed - wrongData, "bad sector");
+    // They read without any error.
+    if (wrongData != 0) role += ", wrong data in " + countText(wrongData, "sector");
     if (state.patrol.kind) role += progressText(state.patrol, "media patrol", context.now);
-    const bool wrong = bad != 0 || state.smartTripped || state.health == PD_FAILED ||
+    const bool wrong = flawed != 0 || state.smartTripped || state.health == PD_FAILED ||
                        (state.raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) != 0;
     return StatusRow{urgencyOf(wrong, state.patrol), Thing::Disk, diskLine(id, disk, role)};
 }
@@ -301,6 +310,15 @@ static void addEnclosureRows(const Context& context, std::vector<StatusRow>& row
     });
 }
 
+static void addPulledRows(const Context& context, std::vector<StatusRow>& rows) {
+    forEach<AwayBranch>(context, 0, [&](KT_U64 id, const AwayBranch&) {
+        const std::string what =
+            id < CABLES ? "Cable " + std::to_string(id) : "Enclosure " + std::to_string(id - CABLES);
+        rows.push_back(StatusRow{Urgency::Wrong, Thing::Enclosure, "  " + what + "  pulled out"});
+        return true;
+    });
+}
+
 static void addPortRows(const Context& context, std::vector<StatusRow>& rows) {
     forEach<AesPort>(context, 0, [&](KT_U64 id, const AesPort& port) {
         if (port.entry == NO_ENTRY) return true;
@@ -316,6 +334,7 @@ std::vector<StatusRow> statusRows(const Context& context) {
     std::vector<StatusRow> rows;
     addBatteryRow(context, rows);
     addEnclosureRows(context, rows);
+    addPulledRows(context, rows);
     addPortRows(context, rows);
     forEach<_DG_Info>(context, 0, [&](KT_U64 id, const _DG_Info& array) {
         rows.push_back(arrayRow(context, static_cast<KT_U16>(id), array));

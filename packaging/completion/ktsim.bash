@@ -1,5 +1,5 @@
 # Completion for ktsim: subcommands and options as its own help names them, built-in labs, calls, events, and what the
-# adapters have: disks, enclosures. File names otherwise.
+# adapters have: disks, enclosures, cables. File names otherwise.
 
 # The subcommands among the words $@, up to the first that is none; in REPLY, as many words.
 _ktsim_path() {
@@ -46,9 +46,10 @@ _ktsim_places() {
       (( $2 == 0 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^Enclosure / { print $2 }'
       (( $2 == 1 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^  / { print $1 }'
       ;;
-    "enclosure pull" | "enclosure insert")
-      (( $2 == 0 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^Enclosure / { print $2 }'
-      ;;
+    "enclosure pull") (( $2 == 0 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^Enclosure / { print $2 }' ;;
+    "enclosure insert") (( $2 == 0 )) && _ktsim_ask status -a "$REPLY" | awk '/^  Enclosure .*  pulled out$/ { print $2 }' ;;
+    "cable pull") (( $2 == 0 )) && _ktsim_ask cable show -a "$REPLY" | awk '!/  pulled out$/ { print $2 }' ;;
+    "cable insert") (( $2 == 0 )) && _ktsim_ask cable show -a "$REPLY" | awk '/  pulled out$/ { print $2 }' ;;
     fault) (( $2 == 0 )) && _ktsim_ask fault --list-calls ;;
     event)
       (( $2 == 0 )) && _ktsim_ask event --list | awk '{ print $1 }'

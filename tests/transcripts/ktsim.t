@@ -262,7 +262,7 @@ What is wrong on a disk shows where a person looks for it, and when something re
   ktsim: disk 0 keeps no SMART attributes
   [1]
   $ ktsim status | grep 'PD 3 .*bad'
-    PD 3     Gannet GT4000G        SATA       3.6 TiB  bay 1:3     member of array 2, 5 bad sectors
+    PD 3     Gannet GT4000G        SATA       3.6 TiB  bay 1:3     member of array 2, 2 bad sectors, wrong data in 3 sectors
 
 Elements of enclosures.
 

@@ -104,6 +104,21 @@ Completion knows the adapters' disks and enclosures, calls, events and labs.
   0 1 2 3 4 5 6 7 8 9
   12
   
+  $ ktsim cable show -a 1; ktsim cable pull 6 -f; try ktsim cable pull ''; try ktsim cable insert ''; ktsim cable show | tail -1
+  Port 0  disk 0
+  Port 1  disk 1
+  Port 2  port multiplier 1  disks 2 8 9
+  Port 3  port multiplier 0  disks 3 4 5 6 7
+  0 1 2 3
+  6
+  Port 6  pulled out
+  $ ktsim enclosure pull 1 -f; ktsim status | grep -e 'Cable' -e 'Encl'; try ktsim enclosure insert ''; ktsim enclosure insert 1; ktsim cable insert 6
+    Cable 6  pulled out
+    Enclosure 1  pulled out
+  1
+  $ ktsim disk corrupt 0 --count 3 -f; ktsim status -a 0 | grep 'PD 0 '
+  Disk 0: 3 sectors hold wrong data (the first: LBA 0x3cdd456a).
+    PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1, wrong data in 3 sectors
   $ try ktsim enclosure set ''; try ktsim enclosure set 1 d; try ktsim event 1; try ktsim event 10 2
   1
   dor dpl

@@ -24,9 +24,9 @@ A machine that is off does not answer, and does nothing meanwhile.
             [#####---------------] 27% rebuild of disk 9 from disks 1 2, 2 h 38 min left
             [##################--] 91% rebuild of disk 5 from disks 3 4, 8 min 49 s left
   $ log | tail -3; ktsim clock until idle; kt info -o vd -i 2 | grep ^status
-  [INFO] Rebuild disk on virtual disk 2 is 25% done
   [INFO] Shutdown command received from host
   [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [WARNING] Request to physical disk 0 is timed out
   Idle after 2 h 38 min.
   status:              online
 
@@ -64,6 +64,48 @@ What is gone at the boot is told then, and not before. It may be back before any
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
   [INFO] Spare disk 10 used by disk array 2
   [INFO] Rebuild disk on virtual disk 3 started
+
+Each boot tells what is wrong: what does not answer, is about to fail, is broken or missing. So it tells what ended.
+
+  $ lab default; ktsim power off; ktsim disk trip 3; ktsim disk fail 12 -f; ktsim disk pull 1 5 6 -f; ktsim enclosure set 1 fan 2 failed
+  $ ktsim enclosure reading 1 tpr 0 60; ktsim enclosure set 1 dor 0 open; ktsim power on; news | grep -v -i -e rebuild -e spare
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [WARNING] Request to physical disk 12 is timed out
+  [WARNING] SMART has over threshold on physical disk 3
+  [MAJOR] Adapter 0 Defective fan 2 found
+  [WARNING] Adapter 0 is high temperature
+  [WARNING] Adapter 0 intrusion is opened
+  [MAJOR] Physical disk missing from virtual disk 2 configuration at boot
+  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
+  $ ktsim enclosure set 1 fan 2 ok; ktsim disk trip 3 --clear; ktsim clock until idle; ktsim reboot; news
+  Idle after 13 h 14 min.
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [WARNING] Request to physical disk 12 is timed out
+  [WARNING] Adapter 0 is high temperature
+  [WARNING] Adapter 0 intrusion is opened
+  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
+  $ lab default; ktsim disk fail 0 -f; ktsim power off; ktsim disk pull 1 3 9 -f; ktsim battery remove -f; ktsim power on; news
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [WARNING] Battery is removed
+  [WARNING] Request to physical disk 0 is timed out
+  [MAJOR] Rebuild disk on virtual disk 2 failed
+  [CRITICAL] Virtual disk 2 missing drives and went offline at boot
+  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
+  [INFO] Spare disk 10 used by disk array 2
+  [INFO] Rebuild disk on virtual disk 3 started
+  [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode
+  $ lab default; for what in 'remove -f' 'insert' 'insert'; do ktsim power off; ktsim battery $what; ktsim power on; news | grep -e ery.is -e ery.has -e ery.pres; done
+  [WARNING] Battery is removed
+  [INFO] Battery present
+  [INFO] Battery has been replaced
+  $ lab default; ktsim power off; ktsim battery remove -f; ktsim battery insert; ktsim power on; news | grep -e ery.is -e ery.has
+  [INFO] Battery has been replaced
+  $ echo '{"adapters": [{"disks": [{"count": 5, "size": "20GB"}]}]}' > five.json; lab five.json; kt create -o array -r 6 -d 0,1,2,3 > /dev/null
+  $ kt create -o vd -a 0 > /dev/null; ktsim clock until idle; kt migrate -l 0 -d 0,1,2,3,4; ktsim power off; ktsim disk replace 4 -f; ktsim power on; news
+  Idle after 7 s.
+  Start migrate successfully
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [MAJOR] Physical disk missing from virtual disk 0 configuration at boot
 
 What left while the power was off, and the machine has worked without since, is no copy any more.
 
@@ -109,6 +151,7 @@ A battery keeps what was written last, if it lasts.
   [MAJOR] Synchronization on Virtual Disk 1 failed 
   $ lab default; ktsim power off --pull; ktsim battery insert; ktsim power on; news
   [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [INFO] Battery has been replaced
   [MAJOR] Page data has an ECC error and can not be flushed
   [MAJOR] Synchronization on Virtual Disk 0 failed 
   [MAJOR] Synchronization on Virtual Disk 1 failed 
@@ -116,6 +159,35 @@ A battery keeps what was written last, if it lasts.
   [INFO] Battery started charging
   $ lab default; ktsim battery remove -f; ktsim reboot; news
   [INFO] Adapter 0 with serial number KS260100004711 is detected
+
+What it kept for a virtual disk that is offline waits for that, as long as the battery lasts.
+
+  $ kept() { lab default; ktsim power off --pull; ktsim disk pull 0 1 -f; ktsim power on; }
+  $ kept; news | grep -e data -e Virt; ktsim status -a 0 | grep 'VD 2 '; ktsim power off; ktsim clock advance 1d; ktsim power on
+  [CRITICAL] Virtual disk 2 missing drives and went offline at boot
+  [INFO] Auto starts flush dirty data
+  [INFO] Auto dirty data flushed 2/2
+  [INFO] Auto finish flush dirty data
+    VD 2     orders           RAID5          2.0 TiB  array 1  offline, the cache keeps what it lacks
+  $ ktsim disk insert 0 1; news
+  [INFO] Adapter 0 with serial number KS260100004711 is detected
+  [CRITICAL] Virtual disk 2 missing drives and went offline at boot
+  [INFO] Battery started charging
+  [INFO] Physical disk 0 is plugged in
+  [INFO] Physical disk 1 is plugged in
+  [INFO] Virtual Disk 2 is online
+  [INFO] Auto starts flush dirty data
+  [INFO] Auto dirty data flushed 1/1
+  [INFO] Auto finish flush dirty data
+  $ kept; ktsim power off; ktsim disk insert 0 1; ktsim power on; news | grep data
+  [INFO] Auto starts flush dirty data
+  [INFO] Auto dirty data flushed 1/1
+  [INFO] Auto finish flush dirty data
+  $ kept; ktsim power off; ktsim battery remove -f; ktsim power on; ktsim disk insert 0 1; news | grep -e data -e Sync
+  [MAJOR] Page data has an ECC error and can not be flushed
+  [MAJOR] Synchronization on Virtual Disk 2 failed 
+  $ kept; echo y | kt delete -o vd -i 2 > /dev/null; ktsim power off; ktsim battery remove -f; ktsim power on; news | grep data
+  [1]
 
 Encrypting ports are locked until their keys are mounted again, and what lies on two of them waits for both.
 

@@ -105,6 +105,7 @@ Disks that leave together come back together.
   $ lab default; ktsim enclosure pull 1 < /dev/null; ktsim enclosure pull 1 -f; ktsim status -a 0 | grep ' VD \|Encl\|in use'; kt enc -o enc; kt info -o exp
   Disks 0, 1, 2, 3, 4, 5, 6, 7, 8 hold parts of virtual disks. Go on? [y/N] ktsim: nothing was changed
   
+    Enclosure 1  pulled out
     VD 0     boot             RAID1        100.0 GiB  array 0  offline
     VD 1     scratch          RAID1        400.0 GiB  array 0  offline
     VD 2     orders           RAID5          2.0 TiB  array 1  offline

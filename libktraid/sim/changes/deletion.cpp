@@ -5,6 +5,7 @@
 #include "activities/completion.h"
 #include "changes/foreign.h"
 #include "media/blocks.h"
+#include "raid/keptCaches.h"
 #include "raid/roles.h"
 #include "raid/slots.h"
 #include "state/events.h"
@@ -25,6 +26,7 @@ void removeVd(const Context& context, const Vd& vd) {
     for (const KT_U16 block : blocks)
         removeBlock(context, block);
     rememberAway(context, vd);
+    dropKeptCache(context, vd.info);
     erase<_LD_Info>(context, vd.info.ID);
     erase<VdState>(context, vd.info.ID);
     erase<VdTarget>(context, vd.info.ID);

@@ -2,6 +2,7 @@
 
 #include "devices/batteryCharge.h"
 #include "devices/batteryShown.h"
+#include "devices/batterySteps.h"
 #include "raid/cacheMode.h"
 #include "state/due.h"
 #include "state/events.h"
@@ -12,7 +13,6 @@
 namespace sim {
 
 static const KT_U64 RELEARN_LIMIT = 24 * HOUR;
-static const KT_U64 POSTPONED_BY = DAY;
 static const KT_U32 LOW_CHARGE = BATTERY_FULL / 100 * 30; // below it the cache would not survive
 static const KT_U16 WORN_OUT_PERCENT = 60;                // of the design capacity
 
@@ -25,7 +25,7 @@ static const Announcement ANNOUNCEMENTS[] = {{4 * DAY, EVT_BATTERY_RELEARN_IN_4_
                                              {DAY, EVT_BATTERY_RELEARN_IN_1_DAY},
                                              {5 * HOUR, EVT_BATTERY_RELEARN_IN_5_HOURS}};
 
-static void logBattery(const Context& context, EventName event) {
+void logBattery(const Context& context, EventName event) {
     logEvent(context, event, 0);
 }
 
@@ -154,7 +154,7 @@ void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechar
 
 // Charge and discharge.
 
-static void setMode(const Context& context, BatteryState& state, KT_U8 mode) {
+void setBatteryMode(const Context& context, BatteryState& state, KT_U8 mode) {
     if (state.mode == mode) return;
     state.mode = mode;
     if (mode == BATTERY_CHARGING && state.chargerBroken) logBattery(context, EVT_BATTERY_CHARGER_PROBLEM);
@@ -162,7 +162,7 @@ static void setMode(const Context& context, BatteryState& state, KT_U8 mode) {
     if (mode == BATTERY_DISCHARGING) logBattery(context, EVT_BATTERY_DISCHARGING);
 }
 
-static void planRelearn(BatteryState& state, KT_U64 when) {
+void planRelearn(BatteryState& state, KT_U64 when) {
     state.relearn = RELEARN_NONE;
     state.nextRelearn = when;
     state.announced = 0;
@@ -172,7 +172,7 @@ static void startRelearn(const Context& context, BatteryState& state) {
     state.relearn = RELEARN_DISCHARGING;
     state.relearnStarted = context.now;
     logBattery(context, EVT_BATTERY_RELEARN_STARTED);
-    setMode(context, state, BATTERY_DISCHARGING);
+    setBatteryMode(context, state, BATTERY_DISCHARGING);
 }
 
 // A relearned battery knows its capacity anew: a hundredth less each time.
@@ -199,9 +199,9 @@ static void settleCharge(const Context& context, _BBU_Info& info, BatteryState& 
             state.relearn = RELEARN_CHARGING;
             logBattery(context, EVT_BATTERY_RELEARN_GOES_ON);
         }
-        setMode(context, state, BATTERY_CHARGING);
+        setBatteryMode(context, state, BATTERY_CHARGING);
     } else if (state.mode == BATTERY_IDLE && state.charge <= state.rechargeBelow * (BATTERY_FULL / 100)) {
-        setMode(context, state, BATTERY_CHARGING);
+        setBatteryMode(context, state, BATTERY_CHARGING);
     }
 }
 
@@ -210,7 +210,7 @@ static void settleRelearn(const Context& context, BatteryState& state) {
     if (runs && context.now - state.relearnStarted >= RELEARN_LIMIT) {
         logBattery(context, EVT_BATTERY_RELEARN_TIMEOUT);
         planRelearn(state, context.now + RELEARN_PERIOD);
-        setMode(context, state, BATTERY_CHARGING);
+        setBatteryMode(context, state, BATTERY_CHARGING);
     }
     if (state.relearn != RELEARN_NONE) return;
     // Of the announcements that are due only the latest is worth making.
@@ -260,66 +260,7 @@ KT_U64 settleBattery(const Context& context) {
     return next;
 }
 
-// What is done to it.
-
-static void settleNow(const Context& context, const BatteryState& state) {
-    save(context, 0, state);
-    if (isDown(context)) return;
-    schedulePeripherals(context, settleBattery(context));
-}
-
-KT_U8 changeBatteryPower(const Context& context, KT_U8 action) {
-    if (!hasBatteryPlace(context)) return KT_ERR_NOT_ON_THIS_ADAPTER;
-    if (action > POWER_DISCHARGE) return KT_ERR_INVALID_PARAMETER;
-    _BBU_Info info = {};
-    if (!findBattery(context, info)) return KT_ERR_INVALID_BBU;
-    BatteryState state = batteryState(context);
-    state.charge = chargeAt(state, context.now);
-    state.since = context.now;
-    if (action == POWER_CHARGE && state.charge == BATTERY_FULL) return KT_ERR_INVALID_REQUEST;
-    if (action == POWER_DISCHARGE && state.charge == 0) return KT_ERR_INVALID_REQUEST;
-    if (state.relearn != RELEARN_NONE) {
-        logBattery(context, EVT_BATTERY_RELEARN_POSTPONED);
-        planRelearn(state, context.now + POSTPONED_BY);
-    }
-    if (action == POWER_STOP && state.mode == BATTERY_CHARGING) logBattery(context, EVT_BATTERY_STOPPED_CHARGING);
-    if (action == POWER_STOP && state.mode == BATTERY_DISCHARGING) logBattery(context, EVT_BATTERY_STOPPED_DISCHARGING);
-    const KT_U8 modes[] = {BATTERY_IDLE, BATTERY_CHARGING, BATTERY_DISCHARGING};
-    setMode(context, state, modes[action]);
-    settleNow(context, state);
-    return KT_OK;
-}
-
-BatteryLimits batteryLimits(const Context& context) {
-    _BBU_Info info = {};
-    if (!findBattery(context, info)) return BatteryLimits{DEFAULT_RECHARGE_BELOW, 0, 60, 3300, 4300};
-    const auto celsius = [](KT_S16 value) { return static_cast<KT_U8>(std::clamp<int>(value, 0, 255)); };
-    return BatteryLimits{batteryState(context).rechargeBelow, celsius(info.tempLow), celsius(info.tempHigh),
-                         info.voltLow, info.voltHigh};
-}
-
-void setBatteryLimits(const Context& context, const BatteryLimits& limits) {
-    _BBU_Info info = {};
-    if (!findBattery(context, info)) return;
-    const BatteryLimits before = batteryLimits(context);
-    BatteryState state = batteryState(context);
-    if (limits.rechargeBelow != before.rechargeBelow && limits.rechargeBelow <= 100) {
-        state.rechargeBelow = limits.rechargeBelow;
-        logBattery(context, EVT_BATTERY_CHARGE_THRESHOLD_CHANGED);
-    }
-    if (limits.voltLow != before.voltLow || limits.voltHigh != before.voltHigh) {
-        info.voltLow = limits.voltLow;
-        info.voltHigh = limits.voltHigh;
-        logBattery(context, EVT_BATTERY_VOLTAGE_LIMITS_CHANGED);
-    }
-    if (limits.tempLow != before.tempLow || limits.tempHigh != before.tempHigh) {
-        info.tempLow = limits.tempLow;
-        info.tempHigh = limits.tempHigh;
-        logBattery(context, EVT_BATTERY_TEMPERATURE_LIMITS_CHANGED);
-    }
-    save(context, 0, info);
-    settleNow(context, state);
-}
+// Without power.
 
 void drainBattery(const Context& context, KT_U8 drain) {
     if (!hasBattery(context)) return;
@@ -332,94 +273,6 @@ void drainBattery(const Context& context, KT_U8 drain) {
 
 bool isBatteryEmpty(const Context& context) {
     return !hasBattery(context) || chargeAt(batteryState(context), context.now) == 0;
-}
-
-bool insertBattery(const Context& context) {
-    if (!hasBatteryPlace(context)) return false;
-    if (hasBattery(context)) loseKeptCaches(context);
-    _BBU_Info info = {};
-    const bool replaces = findBattery(context, info);
-    const BatteryState before = batteryState(context);
-    const BatteryLimits limits = batteryLimits(context);
-    info = {};
-    info.status = KT_BBU_PRESENT;
-    info.sensorSupport = KT_SENSOR_TEMPERATURE | KT_SENSOR_VOLTAGE | KT_SENSOR_CAPACITY;
-    info.temperature = 2500;
-    info.tempLow = limits.tempLow;
-    info.tempHigh = limits.tempHigh;
-    info.voltage = 3900;
-    info.voltLow = limits.voltLow;
-    info.voltHigh = limits.voltHigh;
-    info.maxCapacity = 650;
-    info.percentage = 50;
-    save(context, 0, info);
-    erase<BatteryState>(context, 0);
-    BatteryState state = firstBatteryState(context);
-    state.rechargeBelow = limits.rechargeBelow;
-    state.abnormal = before.abnormal;
-    state.drain = isDown(context) ? DRAIN_LEAK : DRAIN_NONE;
-    logBattery(context, replaces ? EVT_BATTERY_REPLACED : EVT_BATTERY_NEW);
-    if (!replaces) logBattery(context, EVT_BATTERY_PRESENT);
-    settleNow(context, state);
-    return true;
-}
-
-bool removeBattery(const Context& context) {
-    _BBU_Info info = {};
-    if (!findBattery(context, info)) return false;
-    BatteryState state = batteryState(context);
-    save(context, 0, _BBU_Info{});
-    loseKeptCaches(context);
-    logBattery(context, EVT_BATTERY_REMOVED);
-    state.complaints = 0;
-    state.relearn = RELEARN_NONE;
-    settleNow(context, state);
-    return true;
-}
-
-// Changes the record, and the state with the charge brought up to now, by `change(info, state)`.
-template <class Change>
-static bool changeBattery(const Context& context, Change change) {
-    _BBU_Info info = {};
-    if (!findBattery(context, info)) return false;
-    BatteryState state = batteryState(context);
-    state.charge = chargeAt(state, context.now);
-    state.since = context.now;
-    change(info, state);
-    save(context, 0, info);
-    settleNow(context, state);
-    return true;
-}
-
-bool setBatteryCharge(const Context& context, unsigned percent) {
-    return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
-        state.charge = std::min(percent, 100U) * (BATTERY_FULL / 100);
-    });
-}
-
-bool setBatteryTemperature(const Context& context, KT_S16 hundredths) {
-    return changeBattery(context, [&](_BBU_Info& info, BatteryState&) { info.temperature = hundredths; });
-}
-
-bool setBatteryVoltage(const Context& context, KT_U16 millivolts) {
-    return changeBattery(context, [&](_BBU_Info& info, BatteryState& state) {
-        info.voltage = millivolts;
-        info.percentage = static_cast<KT_U8>(state.charge / (BATTERY_FULL / 100));
-    });
-}
-
-bool breakCharger(const Context& context, bool broken) {
-    return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
-        if (broken && !state.chargerBroken) logBattery(context, EVT_BATTERY_CHARGER_PROBLEM);
-        if (!broken && state.chargerBroken && state.mode == BATTERY_CHARGING) logBattery(context, EVT_BATTERY_CHARGING);
-        state.chargerBroken = broken ? 1 : 0;
-    });
-}
-
-bool scheduleRelearn(const Context& context, KT_U64 seconds) {
-    return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
-        planRelearn(state, context.now + std::min(seconds, 100 * RELEARN_PERIOD / 1000) * 1000);
-    });
 }
 
 } // namespace sim

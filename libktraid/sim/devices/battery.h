@@ -21,6 +21,8 @@ KT_U64 settleBattery(const Context& context);
 
 // The power goes, or (DRAIN_NONE) is back: what becomes of the charge from now on.
 void drainBattery(const Context& context, KT_U8 drain);
+// What was done to it while the adapter was down, for the boot to say.
+void tellBattery(const Context& context);
 // So that it keeps no cache; the same when there is none.
 bool isBatteryEmpty(const Context& context);
 

@@ -161,4 +161,22 @@ void putReading(KT_U8 type, const Reading& reading, int value, KT_U8 (&status)[4
     }
 }
 
+// The value that putReading() wrote.
+static int valueIn(KT_U8 type, const KT_U8 (&status)[4]) {
+    if (type == KT_SES_TEMPERATURE) return status[2] - CELSIUS_OFFSET;
+    if (type == KT_SES_VOLTAGE) return status[2] << 8 | status[3];
+    return ((status[1] & 7) << 8 | status[2]) * 10;
+}
+
+Alert alertOf(KT_U8 type, const KT_U8 (&status)[4], int nominal) {
+    const Alert none = {NO_EVENT, SEV_INFO};
+    if ((status[0] & SES_CODE_MASK) == SES_OK) return none;
+    const auto* known = std::find_if(std::begin(CONDITIONS), std::end(CONDITIONS), [&](const Condition& condition) {
+        return condition.type == type && std::equal(std::begin(status), std::end(status), condition.status);
+    });
+    if (known != std::end(CONDITIONS)) return {known->event, known->severity};
+    const Reading* reading = readingOf(type, valueIn(type, status), nominal);
+    return reading && reading->code == (status[0] & SES_CODE_MASK) ? Alert{reading->event, reading->severity} : none;
+}
+
 } // namespace sim

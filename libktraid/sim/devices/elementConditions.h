@@ -66,6 +66,12 @@ struct Reading {
 };
 // Null for a type that measures nothing. `nominal`: hundredths of a volt, of voltages only.
 const Reading* readingOf(KT_U8 type, int value, int nominal);
+// What is logged of a status element that says something is wrong; NO_EVENT of others. `nominal` as above.
+struct Alert {
+    EventName event;
+    EventSeverity severity;
+};
+Alert alertOf(KT_U8 type, const KT_U8 (&status)[4], int nominal);
 // Writes the value and what it means into the status element.
 void putReading(KT_U8 type, const Reading& reading, int value, KT_U8 (&status)[4]);
 

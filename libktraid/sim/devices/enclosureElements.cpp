@@ -312,4 +312,13 @@ bool setElementReading(const Context& context, KT_U16 enclosure, KT_U8 type, KT_
     return true;
 }
 
+void tellElements(const Context& context) {
+    forEach<EnclosureElement>(context, 0, [&](KT_U64 id, const EnclosureElement& row) {
+        const Alert alert = alertOf(static_cast<KT_U8>(id >> 8), row.status, nominalVoltage(row));
+        if (alert.event == NO_EVENT || !find<_Enclosure_Info>(context, id >> 16)) return true;
+        logEvent(context, alert.event, context.adapter, alert.severity, {static_cast<KT_U8>(id & 0xFF)});
+        return true;
+    });
+}
+
 } // namespace sim

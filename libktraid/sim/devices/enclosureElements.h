@@ -26,4 +26,7 @@ bool setElementCondition(const Context& context, KT_U16 enclosure, KT_U8 type, K
 // What a sensor measures: Celsius, hundredths of a volt, or a fan's turns a minute.
 bool setElementReading(const Context& context, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value);
 
+// Logs what is wrong with elements, as an adapter that boots finds it.
+void tellElements(const Context& context);
+
 } // namespace sim

@@ -6,19 +6,24 @@
 #include "changes/foreign.h"
 #include "changes/outage.h"
 #include "devices/battery.h"
+#include "devices/enclosureElements.h"
 #include "devices/encryption.h"
 #include "devices/flashRegions.h"
 #include "media/blocks.h"
 #include "media/life.h"
 #include "media/selfTest.h"
 #include "media/surface.h"
+#include "media/wear.h"
 #include "raid/cacheMode.h"
+#include "raid/keptCaches.h"
+#include "raid/members.h"
 #include "state/due.h"
 #include "state/events.h"
 #include "state/simClock.h"
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 #include <vector>
 
 namespace sim {
@@ -53,16 +58,30 @@ static std::vector<KT_U16> disksOf(const Context& context) {
     return pds;
 }
 
+// The block in each place of the virtual disk, and of what it is turning into.
+static std::vector<std::optional<_Block_Info>> blocksIn(const Context& context, const _LD_Info& vd) {
+    std::vector<std::optional<_Block_Info>> blocks;
+    const auto add = [&](const _LD_Info& info) {
+        for (int i = 0; i < geometryOf(info).disks; ++i)
+            blocks.push_back(find<_Block_Info>(context, info.BlockIDs[i]));
+    };
+    add(vd);
+    if (const auto target = find<VdTarget>(context, vd.ID)) add(target->info);
+    return blocks;
+}
+
 // How the virtual disk is, for comparison at the boot.
 static BootVd noteOf(const Context& context, const _LD_Info& vd) {
     BootVd note = {};
     memcpy(note.guid, vd.LD_GUID, sizeof note.guid);
     note.status = vd.Status;
-    for (int i = 0; i < geometryOf(vd).disks; ++i) {
-        const auto block = find<_Block_Info>(context, vd.BlockIDs[i]);
+    for (const auto& block : blocksIn(context, vd)) {
         if (block) ++note.there;
         if (block && block->Status == BLOCK_GOOD) ++note.working;
     }
+    const Activity activity = activityOf(context, groupOwner(vd));
+    const bool fills = activity.kind == KT_BGA_REBUILD || activity.kind == KT_BGA_COPY_BACK;
+    note.filling = fills && isAlive(activity) ? activity.kind : KT_U8{0};
     return note;
 }
 
@@ -70,7 +89,7 @@ static BootVd noteOf(const Context& context, const _LD_Info& vd) {
 
 static void noteVds(const Context& context, bool pulled) {
     const KT_U8 dirty = !pulled ? CACHE_CLEAN : batteryKeepsCache(context) ? CACHE_KEPT : CACHE_LOST;
-    bool keeps = false;
+    bool keeps = powerOffKeptCaches(context);
     forEachVd(context, [&](const Vd& vd) {
         if (isForeign(vd.info)) return;
         BootVd note = noteOf(context, vd.info);
@@ -128,11 +147,10 @@ static void announceAdapter(const Context& context) {
     logEvent(context, event);
 }
 
-// Disks that have stopped answering meanwhile.
-static void tellDisks(const Context& context, KT_U64 lossesAtOff) {
+// Disks that do not answer.
+static void tellDisks(const Context& context) {
     forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& disk) {
-        if (disk.health == PD_FAILED && disk.left > lossesAtOff)
-            logEvent(context, EVT_PD_TIMED_OUT, static_cast<KT_U16>(id));
+        if (disk.health == PD_FAILED) logEvent(context, EVT_PD_TIMED_OUT, static_cast<KT_U16>(id));
         return true;
     });
 }
@@ -152,35 +170,54 @@ static void tellWorking(const Context& context, const _LD_Info& vd) {
     if (vd.Status == KT_VD_PARTIALLY_OPTIMAL) logEvent(context, EVT_VD_LOST_REDUNDANCY, vd.ID);
 }
 
-// Says what became of a virtual disk since the power went. False when there was something of it, and is no more.
+// Whether a place in the virtual disk is nobody's, or a disk's that does not work.
+static bool lacksDisk(const Context& context, const _LD_Info& vd) {
+    const auto blocks = blocksIn(context, vd);
+    return std::any_of(blocks.begin(), blocks.end(),
+                       [](const auto& block) { return !block || block->Status == BLOCK_OFFLINE; });
+}
+
+// The rebuild or copy back that was under way has lost what it needs.
+static void tellFilling(const Context& context, const std::vector<Note>& notes) {
+    std::set<std::pair<OwnerKind, KT_U16>> told;
+    for (const Note& note : notes) {
+        const auto vd = sameVd(context, note);
+        if (!vd || note.was.filling == 0) continue;
+        const Owner owner = groupOwner(*vd);
+        if (activityOf(context, owner).kind != 0 || !told.emplace(owner.kind, owner.id).second) continue;
+        Activity failed = {};
+        failed.kind = note.was.filling;
+        failed.disk = KT_NO_ID;
+        logActivity(context, owner, failed, STEP_FAILED);
+    }
+}
+
+// Says what is wrong with a virtual disk, or was when the power went. False when there is nothing left of it.
 static bool tellVd(const Context& context, const Note& note) {
     const auto vd = sameVd(context, note);
     const BootVd now = vd ? noteOf(context, *vd) : BootVd{};
     const bool lost = now.working < note.was.working || now.there < note.was.there;
     if (vd && lost) failOwnActivity(context, note.vd);
-    if (now.there == 0 && note.was.there != 0) {
+    if (now.there == 0) {
         logEvent(context, EVT_MISC_VD_MISSING_AT_BOOT, note.vd);
         return false;
     }
-    if (!vd) return true;
-    if (vd->Status == KT_VD_OFFLINE && note.was.status != KT_VD_OFFLINE) {
+    const bool locked = note.was.status == KT_VD_OFFLINE &&
+                        waitsForKey(context, Vd{*vd, find<VdState>(context, note.vd).value_or(VdState{})});
+    if (vd->Status == KT_VD_OFFLINE && !locked) {
         logEvent(context, EVT_MISC_VD_OFFLINE_AT_BOOT, note.vd);
-    } else if (lost) {
-        logEvent(context, EVT_MISC_DISK_MISSING_AT_BOOT, note.vd);
     } else if (isUsable(*vd) && note.was.status == KT_VD_OFFLINE) {
         tellWorking(context, *vd);
+    } else if (lost || (isUsable(*vd) && lacksDisk(context, *vd))) {
+        logEvent(context, EVT_MISC_DISK_MISSING_AT_BOOT, note.vd);
     }
     return true;
 }
 
 static void tellVds(const Context& context, const std::vector<Note>& notes) {
-    size_t had = 0;
-    size_t gone = 0;
-    for (const Note& note : notes) {
-        had += note.was.there != 0 ? 1 : 0;
-        gone += tellVd(context, note) ? 0 : 1;
-    }
-    if (gone != 0 && gone == had) logEvent(context, EVT_MISC_NOTHING_AT_BOOT, 0);
+    const auto gone =
+        std::count_if(notes.begin(), notes.end(), [&](const Note& note) { return !tellVd(context, note); });
+    if (gone != 0 && static_cast<size_t>(gone) == notes.size()) logEvent(context, EVT_MISC_NOTHING_AT_BOOT, 0);
 }
 
 // What was written last is on some of the members, and not on others.
@@ -197,31 +234,41 @@ static void loseCache(const Context& context, const _LD_Info& vd) {
     logEvent(context, EVT_VD_NOT_SYNCHRONIZED, vd.ID, vdParams(vd.RaidMode));
 }
 
-// A virtual disk that is offline takes nothing from the cache.
-static bool isWritten(const Context& context, const Note& note, bool empty) {
-    const auto vd = sameVd(context, note);
-    return note.was.cache == CACHE_KEPT && !empty && vd && isUsable(*vd);
+static std::optional<_LD_Info> vdOf(const Context& context, const KeptCache& kept) {
+    std::optional<_LD_Info> found;
+    forEach<_LD_Info>(context, 0, [&](KT_U64, const _LD_Info& vd) {
+        if (memcmp(vd.LD_GUID, kept.guid, sizeof kept.guid) == 0) found = vd;
+        return !found;
+    });
+    return found;
 }
 
-static void settleCaches(const Context& context, const std::vector<Note>& notes, bool empty) {
+// What the caches of these and of virtual disks that were offline before held and a battery did not keep.
+static void tellLostCaches(const Context& context, const std::vector<Note>& notes) {
     std::vector<_LD_Info> lost;
     bool any = false;
-    KT_U32 written = 0;
     for (const Note& note : notes) {
-        if (note.was.cache == CACHE_CLEAN) continue;
-        const bool kept = isWritten(context, note, empty);
-        written += kept ? 1 : 0;
-        any = any || !kept;
-        if (const auto vd = kept ? std::nullopt : sameVd(context, note)) lost.push_back(*vd);
+        const auto vd = sameVd(context, note);
+        any = any || note.was.cache == CACHE_LOST;
+        if (note.was.cache == CACHE_LOST && vd) lost.push_back(*vd);
     }
-    if (written != 0) {
-        logEvent(context, EVT_ADAPTER_FLUSH_STARTED, context.adapter);
-        logEvent(context, EVT_ADAPTER_FLUSH_PROGRESS, context.adapter, {written, written});
-        logEvent(context, EVT_ADAPTER_FLUSH_FINISHED, context.adapter);
+    for (const KeptCache& kept : takeLostCaches(context)) {
+        any = true;
+        if (const auto vd = vdOf(context, kept)) lost.push_back(*vd);
     }
     if (any) logEvent(context, EVT_ADAPTER_PAGE_ECC_ERROR, context.adapter);
     for (const _LD_Info& vd : lost)
         loseCache(context, vd);
+}
+
+// What a battery kept. A virtual disk that is offline takes nothing from the cache, which goes on keeping it.
+static void writeCaches(const Context& context, const std::vector<Note>& notes) {
+    for (const Note& note : notes)
+        if (note.was.cache == CACHE_KEPT) keepCache(context, note.was.guid);
+    writeKeptCaches(context, [&](const KeptCache& kept) {
+        const auto vd = vdOf(context, kept);
+        return vd && isUsable(*vd);
+    });
 }
 
 static std::vector<Note> takeNotes(const Context& context) {
@@ -234,34 +281,37 @@ static std::vector<Note> takeNotes(const Context& context) {
     return notes;
 }
 
-static AdapterState setDown(const Context& context, KT_U8 down) {
-    const AdapterState before = find<AdapterState>(context, 0).value_or(AdapterState{});
-    AdapterState state = before;
+static void setDown(const Context& context, KT_U8 down) {
+    AdapterState state = find<AdapterState>(context, 0).value_or(AdapterState{});
     state.down = down;
     state.muted = 0;
     // Nothing has become due that could have happened.
     if (down == ADAPTER_UP) state.dueRaid = state.duePeripherals = context.now;
     save(context, 0, state);
-    return before;
 }
 
 static void boot(const Context& context) {
     setDown(context, ADAPTER_DEAD); // until its firmware runs
     erase<Mailbox>(context, 0);
     if (!bootImages(context)) return;
-    const bool empty = isBatteryEmpty(context);
-    const AdapterState before = setDown(context, ADAPTER_UP);
+    if (isBatteryEmpty(context)) loseKeptCaches(context);
+    setDown(context, ADAPTER_UP);
     drainBattery(context, DRAIN_NONE);
     announceAdapter(context);
+    tellBattery(context);
     for (const KT_U16 pd : disksOf(context)) {
         startDrive(context, pd);
         powerOn(context, pd);
     }
     const std::vector<Note> notes = takeNotes(context);
-    tellDisks(context, before.lossesAtOff);
+    tellDisks(context);
+    pollSmart(context);
+    tellElements(context);
+    tellFilling(context, notes);
     tellVds(context, notes);
-    settleCaches(context, notes, empty);
+    tellLostCaches(context, notes);
     lockPorts(context);
+    writeCaches(context, notes);
     reviewForeign(context);
     engageSpares(context);
     applyRates(context);

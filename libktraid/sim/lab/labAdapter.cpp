@@ -1,4 +1,5 @@
 #include "lab/lab.h"
+#include "state/adapterInfo.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -162,6 +163,11 @@ static void addBattery(Context& context, LabReader& adapter) {
         }
     }
     save(context, 0, battery);
+    if (adapter.object.contains("AdvancedFeatures")) return;
+    // An adapter that has one can have one.
+    _Adapter_Info info = adapterInfo(context);
+    info.AdvancedFeatures |= KT_ADV_BBU;
+    save(context, 0, info);
 }
 
 static void addEvents(Context& context, LabReader& adapter) {

@@ -27,9 +27,12 @@ bool anyBadSector(const Context& context) {
     return lastRow(context.store, context.adapter, KIND_BAD_SECTOR).has_value();
 }
 
-KT_U64 badSectorCount(const Context& context, KT_U16 pd) {
+KT_U64 badSectorCount(const Context& context, KT_U16 pd, KT_U8 flaw) {
     KT_U64 found = 0;
-    forEachBadSector(context, pd, 0, NEVER, [&](KT_U64, const BadSector&) { return ++found != 0; });
+    forEachBadSector(context, pd, 0, NEVER, [&](KT_U64, const BadSector& sector) {
+        found += flaw == 0 || sector.flaw == flaw ? 1 : 0;
+        return true;
+    });
     return found;
 }
 

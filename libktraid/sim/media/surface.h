@@ -13,8 +13,8 @@ inline constexpr KT_U64 BAD_SECTORS_KEPT = 1000; // of one disk; further ones ar
 // visit(lba, sector) -> true to go on, over the bad sectors from `from` up to, not including, `end`.
 using SectorVisit = std::function<bool(KT_U64, const BadSector&)>;
 void forEachBadSector(const Context& context, KT_U16 pd, KT_U64 from, KT_U64 end, const SectorVisit& visit);
-bool anyBadSector(const Context& context); // on any disk of the adapter
-KT_U64 badSectorCount(const Context& context, KT_U16 pd);
+bool anyBadSector(const Context& context);                                // on any disk of the adapter
+KT_U64 badSectorCount(const Context& context, KT_U16 pd, KT_U8 flaw = 0); // of that flaw, or (0) of any
 std::optional<BadSector> badSectorAt(const Context& context, KT_U16 pd, KT_U64 lba);
 void eraseBadSector(const Context& context, KT_U16 pd, KT_U64 lba);
 // Notes that the drive has tried to read it and counts it as pending.

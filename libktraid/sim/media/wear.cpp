@@ -53,6 +53,15 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
     return KT_OK;
 }
 
+void pollSmart(const Context& context) {
+    if (adapterConfig(context).PollSMARTStatus != 1) return;
+    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& disk) {
+        if (disk.smartTripped && disk.config.SMARTOn && disk.health != PD_FAILED)
+            logEvent(context, EVT_PD_SMART_TRIPPED, static_cast<KT_U16>(id));
+        return true;
+    });
+}
+
 static void logTable(const Context& context, KT_U16 pd, KT_U32 before, KT_U32 now) {
     const KT_U32 most = BAD_BLOCK_TABLE * 8 / 10;
     if (before < most && now >= most) logEvent(context, EVT_PD_BAD_BLOCKS_80, pd);

@@ -18,6 +18,9 @@ std::vector<std::string> agingWords();
 // is undone with it.
 KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped);
 
+// Logs all disks whose SMART status is over its threshold, as an adapter that begins to poll them does.
+void pollSmart(const Context& context);
+
 // A drive's own account of its sectors: that many more cannot be read; that many were put elsewhere, of which `known`
 // were counted as unreadable before.
 void countUnreadable(const Context& context, KT_U16 pd, KT_U32 sectors);

@@ -12,15 +12,6 @@ bool batteryKeepsCache(const Context& context) {
     return state ? !state->abnormal : battery && (battery->status & KT_BBU_PRESENT);
 }
 
-void loseKeptCaches(const Context& context) {
-    forEach<BootVd>(context, 0, [&](KT_U64 id, BootVd vd) {
-        if (vd.cache != CACHE_KEPT) return true;
-        vd.cache = CACHE_LOST;
-        save(context, id, vd);
-        return true;
-    });
-}
-
 KT_U8 cacheModeFor(const Context& context, KT_U8 policy) {
     if ((policy & KT_CACHE_AUTO) == 0) return policy;
     const KT_U8 rest = policy & static_cast<KT_U8>(~(KT_CACHE_AUTO | KT_CACHE_OFF));

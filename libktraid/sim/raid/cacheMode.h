@@ -7,8 +7,6 @@ namespace sim {
 
 // Whether what a cache holds would survive a power failure.
 bool batteryKeepsCache(const Context& context);
-// What the caches held when the power went is gone with the battery that kept it.
-void loseKeptCaches(const Context& context);
 // Cache mode in force: KT_CACHE_AUTO is resolved by the battery.
 KT_U8 cacheModeFor(const Context& context, KT_U8 policy);
 

@@ -2,6 +2,7 @@
 
 #include "media/blocks.h"
 #include "media/disks.h"
+#include "raid/keptCaches.h"
 #include "state/due.h"
 #include "state/events.h"
 
@@ -135,8 +136,7 @@ static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) 
     }
 }
 
-// One that was locked with its disks waits for the last of them: what was opened first would go on without the rest.
-static bool waitsForKey(const Context& context, const Vd& vd) {
+bool waitsForKey(const Context& context, const Vd& vd) {
     if (vd.info.Status != KT_VD_OFFLINE || vd.info.DGID != KT_NO_ID) return false;
     return std::any_of(std::begin(vd.info.BlockIDs), std::end(vd.info.BlockIDs), [&](KT_U16 id) {
         const auto block = id == KT_NO_ID ? std::nullopt : find<_Block_Info>(context, id);
@@ -162,11 +162,13 @@ void refreshVdStatus(const Context& context, KT_U16 id) {
         if (badness(target->info.Status) > badness(status)) status = target->info.Status;
         save(context, id, *target);
     }
-    if (status == vd.info.Status || waitsForKey(context, vd)) return;
-    logStatus(context, vd.info, status);
-    vd.info.Status = status;
-    if (status == KT_VD_OFFLINE) vd.state.offline = lossOf(context);
-    saveVd(context, vd);
+    if (status != vd.info.Status && !waitsForKey(context, vd)) {
+        logStatus(context, vd.info, status);
+        vd.info.Status = status;
+        if (status == KT_VD_OFFLINE) vd.state.offline = lossOf(context);
+        saveVd(context, vd);
+    }
+    if (isUsable(vd.info)) writeKeptCache(context, vd.info);
 }
 
 // A member that is being rebuilt is there, but holds no data to rely on.

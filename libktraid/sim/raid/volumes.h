@@ -64,6 +64,8 @@ KT_U64 shareOf(const Context& context, const _LD_Info& vd);
 void listMembers(Array& array);
 // What an event about a virtual disk of that level holds: a value of its own, and whether hybrid words describe it.
 EventParams vdParams(KT_U8 level, KT_U32 value = 0);
+// One that was locked with its disks waits for the last of them: what was opened first would go on without the rest.
+bool waitsForKey(const Context& context, const Vd& vd);
 // Works out the status of a virtual disk (of an array) from its members, and logs it when it got worse or better.
 void refreshVdStatus(const Context& context, KT_U16 id);
 void refreshArrayStatus(const Context& context, KT_U16 id);

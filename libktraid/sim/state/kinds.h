@@ -18,6 +18,7 @@ enum Kind : KT_U8 {
     KIND_VD_TARGET = 22,
     KIND_VD_AWAY = 23,
     KIND_VD_BOOT = 24,
+    KIND_KEPT_CACHE = 25,
     KIND_DG = 30,
     KIND_DG_STATE = 31,
     KIND_PD = 40,
@@ -72,6 +73,7 @@ enum Kind : KT_U8 {
     X(VdTarget, KIND_VD_TARGET)                                                                                        \
     X(AwayVd, KIND_VD_AWAY)                                                                                            \
     X(BootVd, KIND_VD_BOOT)                                                                                            \
+    X(KeptCache, KIND_KEPT_CACHE)                                                                                      \
     X(_DG_Info, KIND_DG)                                                                                               \
     X(DgState, KIND_DG_STATE)                                                                                          \
     X(_HD_Info, KIND_PD)                                                                                               \

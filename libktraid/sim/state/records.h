@@ -82,7 +82,15 @@ struct BootVd {
     KT_U8 cache;   // CACHE_*: what happens to what was in it unwritten
     KT_U8 working; // members that did
     KT_U8 there;   // slots with a disk, working or not
-    KT_U8 reserved[4];
+    KT_U8 filling; // its, or its array's, KT_BGA_REBUILD or KT_BGA_COPY_BACK; 0 = neither
+    KT_U8 reserved[3];
+};
+
+// What the cache holds for a virtual disk that is offline. The id of its row means nothing.
+struct KeptCache {
+    KT_U8 guid[8]; // of the virtual disk
+    KT_U8 lost;    // its battery failed it; the boot tells so
+    KT_U8 reserved[7];
 };
 
 // What a migrating virtual disk is turning into.
@@ -214,6 +222,8 @@ enum : KT_U8 { RELEARN_NONE, RELEARN_PENDING, RELEARN_DISCHARGING, RELEARN_CHARG
 // What becomes of the charge: as `mode` says, or, without power, it leaks away or keeps a cache.
 enum : KT_U8 { DRAIN_NONE, DRAIN_LEAK, DRAIN_CACHE };
 
+enum : KT_U8 { BATTERY_CHANGE_NONE, BATTERY_CHANGE_REMOVED, BATTERY_CHANGE_NEW, BATTERY_CHANGE_REPLACED };
+
 // How the battery does, id 0, beside its _BBU_Info, which holds what does not move by itself.
 struct BatteryState {
     KT_U64 since;          // milliseconds: when `charge` was right
@@ -229,7 +239,8 @@ struct BatteryState {
     KT_U8 complaints; // what is wrong and was logged: bits of the rules in battery.cpp
     KT_U8 abnormal;   // virtual disks with automatic cache write through
     KT_U8 drain;      // DRAIN_*
-    KT_U8 reserved[2];
+    KT_U8 untold;     // BATTERY_CHANGE_*: what was done to it while the adapter was down
+    KT_U8 reserved;
 };
 
 // One SES element, id = (enclosure << 16) + (type << 8) + element. The slots' status follows from their disks.
