@@ -4,6 +4,7 @@
 #include "state/simClock.h"
 
 #include <cstring>
+#include <nlohmann/json.hpp>
 
 namespace sim {
 

@@ -139,8 +139,7 @@ static void addConfig(Context& context, LabReader& adapter, const _Adapter_Info&
 
 // "battery": true for a charged one, or its fields.
 static void addBattery(Context& context, LabReader& adapter) {
-    const Json* wanted = adapter.object.contains("battery") ? &adapter.object["battery"] : nullptr;
-    if (!wanted) return;
+    if (!hasWord(adapter, "battery")) return;
     _BBU_Info battery = {};
     battery.status = KT_BBU_PRESENT;
     battery.sensorSupport = KT_SENSOR_TEMPERATURE | KT_SENSOR_VOLTAGE | KT_SENSOR_CAPACITY;
@@ -154,7 +153,7 @@ static void addBattery(Context& context, LabReader& adapter) {
     battery.capacity = 620;
     battery.maxCapacity = 650;
     battery.percentage = 95;
-    if (wanted->is_boolean()) {
+    if (isFlag(adapter, "battery")) {
         if (!takeFlag(adapter, "battery", false)) return;
     } else {
         for (LabReader& reader : takeObjects(adapter, "battery")) {
@@ -163,7 +162,7 @@ static void addBattery(Context& context, LabReader& adapter) {
         }
     }
     save(context, 0, battery);
-    if (adapter.object.contains("AdvancedFeatures")) return;
+    if (hasWord(adapter, "AdvancedFeatures")) return;
     // An adapter that has one can have one.
     _Adapter_Info info = adapterInfo(context);
     info.AdvancedFeatures |= KT_ADV_BBU;

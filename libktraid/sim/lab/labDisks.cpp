@@ -40,7 +40,7 @@ static void linkDisk(_HD_Info& disk, const Context& context, KT_U16 id) {
 static _HD_Info makeDisk(const Context& context, LabReader& reader, const DiskMake& make, KT_U16 id) {
     const KT_U64 bytes = takeSize(reader, "size", make.type & KT_HD_ATAPI ? 0 : 1000000000000U);
     // A text is what the drive is sold with, a number what it has.
-    const bool exact = hasWord(reader, "size") && reader.object["size"].is_number();
+    const bool exact = isNumber(reader, "size");
     const KT_U32 sector = static_cast<KT_U32>(takeNumber(reader, "sector", 512, 4096));
     if (!isSectorSize(sector)) failLab(reader, "sector", "should be 512, 1024, 2048 or 4096");
     _HD_Info disk = {};
@@ -97,9 +97,8 @@ static void addPatrol(const Context& context, LabReader& disk, KT_U64 kib, PdSta
 static void takeBadSectors(const Context& context, LabReader& reader, const _HD_Info& disk, KT_U16 id) {
     const Json* list = take(reader, "badSectors");
     if (!list) return;
-    for (const Json& lba : list->is_array() ? *list : Json::array({*list})) {
-        const bool good = lba.is_number_unsigned() && lba.get<KT_U64>() < disk.Size &&
-                          addBadSector(context, id, lba.get<KT_U64>(), BadSector{FLAW_UNREADABLE, 0, {}});
+    for (const KT_U64 lba : wholeNumbers(*list)) {
+        const bool good = lba < disk.Size && addBadSector(context, id, lba, BadSector{FLAW_UNREADABLE, 0, {}});
         if (!good) failLab(reader, "badSectors", "should be a list of at most 1000 sectors of the disk");
     }
 }

@@ -3,11 +3,12 @@
 
 #include "state/kinds.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace sim {
 
+// Most of the room reads through LabReader and needs no more of JSON than its name; compiling all of it takes seconds.
 using Json = nlohmann::ordered_json;
 
 // What is wrong with a lab, with the place: "adapters[0].disks[3].size: ...".

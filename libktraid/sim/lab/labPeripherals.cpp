@@ -27,7 +27,7 @@ static void addLabElement(Context& context, KT_U16 enclosure, LabReader& reader)
 // "slots": 24 makes a shelf of the usual elements; "elements" lists them one by one instead.
 void addLabElements(Context& context, KT_U16 enclosure, LabReader& reader) {
     const KT_U64 slots = takeNumber(reader, "slots", SHELF_SLOTS, 255);
-    if (!reader.object.contains("elements")) {
+    if (!hasWord(reader, "elements")) {
         addShelf(context, enclosure, static_cast<unsigned>(slots));
         return;
     }

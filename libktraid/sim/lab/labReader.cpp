@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <nlohmann/json.hpp>
 
 namespace sim {
 
@@ -14,6 +15,45 @@ LabReader readObject(const Json& object, const std::string& path) {
 
 void failLab(const LabReader& reader, const char* word, const std::string& what) {
     throw LabError{(reader.path.empty() ? "" : reader.path + ".") + word + ": " + what};
+}
+
+bool hasWord(const LabReader& reader, const char* word) {
+    return reader.object.contains(word);
+}
+
+bool isNumber(const LabReader& reader, const char* word) {
+    return hasWord(reader, word) && reader.object[word].is_number();
+}
+
+bool isFlag(const LabReader& reader, const char* word) {
+    return hasWord(reader, word) && reader.object[word].is_boolean();
+}
+
+size_t wordCount(const LabReader& reader) {
+    return reader.object.size();
+}
+
+LabReader objectIn(const LabReader& reader, const char* word) {
+    return readObject(reader.object[word], reader.path + "." + word);
+}
+
+std::optional<double> amountOf(const Json& value) {
+    return value.is_number() ? std::optional(value.get<double>()) : std::nullopt;
+}
+
+bool isList(const Json& value) {
+    return value.is_array();
+}
+
+KT_U64 wholeNumber(const Json& value) {
+    return value.is_number_unsigned() ? value.get<KT_U64>() : NEVER;
+}
+
+std::vector<KT_U64> wholeNumbers(const Json& value) {
+    std::vector<KT_U64> numbers;
+    for (const Json& each : value.is_array() ? value : Json::array({value}))
+        numbers.push_back(wholeNumber(each));
+    return numbers;
 }
 
 const Json* take(LabReader& reader, const char* word) {

@@ -3,6 +3,7 @@
 
 #include "lab/labFields.h"
 
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -18,8 +19,23 @@ struct LabReader {
 LabReader readObject(const Json& object, const std::string& path);
 [[noreturn]] void failLab(const LabReader& reader, const char* word, const std::string& what);
 
+// What stands under the word, which nobody takes by that.
+bool hasWord(const LabReader& reader, const char* word);
+bool isNumber(const LabReader& reader, const char* word);
+bool isFlag(const LabReader& reader, const char* word);
+// How many words there are.
+size_t wordCount(const LabReader& reader);
+// The object under a word that is there.
+LabReader objectIn(const LabReader& reader, const char* word);
+
 // The word's value, or null.
 const Json* take(LabReader& reader, const char* word);
+// A value as a number; nothing when it is none.
+std::optional<double> amountOf(const Json& value);
+bool isList(const Json& value);
+// A whole number; NEVER for what is none. All of a list, or the one that stands alone.
+KT_U64 wholeNumber(const Json& value);
+std::vector<KT_U64> wholeNumbers(const Json& value);
 KT_U64 takeNumber(LabReader& reader, const char* word, KT_U64 absent, KT_U64 largest);
 bool takeFlag(LabReader& reader, const char* word, bool absent);
 // UTF-8 as written.

@@ -108,7 +108,7 @@ static void refuseUsed(const Context& context, const LabReader& reader, const ch
 static Layout takeLayout(LabReader& reader, Layout inherited) {
     Layout layout = std::move(inherited);
     layout.level = static_cast<KT_U8>(takeWord(reader, "level", LEVEL_WORDS, std::size(LEVEL_WORDS), layout.level));
-    if (reader.object.contains("disks")) layout.disks = takeIds(reader, "disks");
+    if (hasWord(reader, "disks")) layout.disks = takeIds(reader, "disks");
     if (layout.disks.empty() || layout.disks.size() > MEMBERS)
         failLab(reader, "disks", "should name 1 to " + std::to_string(MEMBERS) + " disks");
     checkMembers(reader, layout.disks);
@@ -377,7 +377,7 @@ static void forEachCopy(std::vector<LabReader> readers, Add add) {
 }
 
 void addLabVolumes(Context& context, LabReader& adapter) {
-    if (adapter.object.contains("arrays") && adapterInfo(context).MaxDiskGroup == 0)
+    if (hasWord(adapter, "arrays") && adapterInfo(context).MaxDiskGroup == 0)
         failLab(adapter, "arrays", "are not for LD-based adapters");
     forEachCopy(takeObjects(adapter, "arrays"),
                 [&](LabReader& reader, const Layout& layout) { addArray(context, reader, layout); });

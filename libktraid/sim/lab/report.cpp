@@ -11,7 +11,7 @@ static const KT_U64 REPORT_VERSION = 1;
 
 static void addAdapter(Store& store, KT_U8 index, LabReader& adapter, const LabReader& top) {
     // One that did not answer has only its id, and does not answer here either.
-    if (adapter.object.size() == 1) return;
+    if (wordCount(adapter) == 1) return;
     Context context{store, index, simulatedNow(store)};
     addReportedAdapter(context, adapter);
     const Past past = addReportedEvents(context, adapter, top);

@@ -52,7 +52,6 @@ Past addReportedEvents(Context& context, LabReader& adapter, const LabReader& to
 
 // Reading words of reports (reportWords.cpp).
 KT_U64 needNumber(LabReader& reader, const char* word, KT_U64 largest);
-bool hasWord(const LabReader& reader, const char* word);
 // Fields of the record that stand under other words.
 void takeAs(LabReader& reader, Kind kind, void* record, std::span<const WordField> words);
 // An amount of bytes as a number of units of `unit` bytes; refuses what is no whole number of them.

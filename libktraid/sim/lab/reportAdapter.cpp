@@ -174,7 +174,7 @@ static void addSettings(Context& context, LabReader& adapter) {
 static void addBattery(Context& context, LabReader& adapter) {
     if (!hasWord(adapter, "battery")) return;
     _BBU_Info battery = {};
-    if (adapter.object["battery"].is_boolean()) {
+    if (isFlag(adapter, "battery")) {
         if (takeFlag(adapter, "battery", false)) failLab(adapter, "battery", "should be false, or its fields");
     } else {
         for (LabReader& reader : takeRecord(adapter, "battery")) {
@@ -184,7 +184,7 @@ static void addBattery(Context& context, LabReader& adapter) {
     }
     KT_U64 rechargeBelow = 0;
     if (hasWord(adapter, "settings")) {
-        LabReader settings = readObject(adapter.object["settings"], adapter.path + ".settings");
+        LabReader settings = objectIn(adapter, "settings");
         rechargeBelow = takeNumber(settings, "bbu_charge_threshold", 0, 255);
     }
     restoreBattery(context, battery, static_cast<KT_U8>(rechargeBelow));

@@ -36,8 +36,7 @@ static constexpr WordBit SUPPORTS[] = {
     {"NCQ", KT_HD_NCQ}, {"write cache", KT_HD_WRITE_CACHE}, {"48 bits LBA", KT_HD_48BIT_LBA}, {"SMART", KT_HD_SMART}};
 static const KT_U64 SPEEDS[] = {0, 1500000000, 3000000000, 6000000000, 12000000000};
 
-static KT_U32 speedCode(const LabReader& reader, const char* word, const Json& value) {
-    const KT_U64 speed = value.is_number_unsigned() ? value.get<KT_U64>() : 0;
+static KT_U32 speedCode(const LabReader& reader, const char* word, KT_U64 speed) {
     const auto* found = std::find(SPEEDS + 1, std::end(SPEEDS), speed);
     if (found == std::end(SPEEDS)) failLab(reader, word, "is no speed of a drive's link");
     return static_cast<KT_U32>(found - SPEEDS);
@@ -57,8 +56,8 @@ static void takeKind(LabReader& reader, _HD_Info& disk) {
     disk.LocateLEDStatus = disk.ErrorLEDStatus = 0xFF;
     disk.FeatureSupport = takeBits(reader, "supports", SUPPORTS);
     const Json* speeds = take(reader, "linkSpeeds");
-    if (speeds && !speeds->is_array()) failLab(reader, "linkSpeeds", "should be a list of speeds");
-    for (const Json& speed : speeds ? *speeds : Json::array())
+    if (speeds && !isList(*speeds)) failLab(reader, "linkSpeeds", "should be a list of speeds");
+    for (const KT_U64 speed : speeds ? wholeNumbers(*speeds) : std::vector<KT_U64>())
         disk.FeatureSupport |= 1U << (7 + speedCode(reader, "linkSpeeds", speed));
 }
 
@@ -102,7 +101,7 @@ static void takeConfig(LabReader& reader, KT_U16 id, PdState& state) {
     config.SMARTOn = takeFlag(reader, "smart", false) ? 1 : 0;
     config.Online = state.raid & KT_PD_OFFLINE ? 0 : 1;
     if (const Json* speed = take(reader, "linkSpeed"))
-        config.DriveSpeed = static_cast<KT_U8>(speedCode(reader, "linkSpeed", *speed));
+        config.DriveSpeed = static_cast<KT_U8>(speedCode(reader, "linkSpeed", wholeNumber(*speed)));
     config.crypto = static_cast<KT_U8>(takeNumber(reader, "cipher", 0, 255));
     config.AESPercentage = static_cast<KT_U8>(takeNumber(reader, "cipherPercent", 0, 255));
     for (LabReader& record : takeRecord(reader, "HD_CONFIG")) {

@@ -110,9 +110,9 @@ static bool takeStatusWords(const Context& context, KT_U16 enclosure, KT_U8 type
     for (const auto& each : readings) {
         const Json* value = take(reader, each.word);
         if (!value || each.type != type || condition != "ok") continue;
-        if (!value->is_number()) failLab(reader, each.word, "should be a number");
-        setElementReading(context, enclosure, type, element,
-                          static_cast<int>(std::lround(value->get<double>() * each.unit)));
+        const std::optional<double> amount = amountOf(*value);
+        if (!amount) failLab(reader, each.word, "should be a number");
+        setElementReading(context, enclosure, type, element, static_cast<int>(std::lround(*amount * each.unit)));
     }
     return true;
 }

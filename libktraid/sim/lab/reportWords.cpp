@@ -5,16 +5,13 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <nlohmann/json.hpp>
 
 namespace sim {
 
 KT_U64 needNumber(LabReader& reader, const char* word, KT_U64 largest) {
     if (!hasWord(reader, word)) failLab(reader, word, "is missing");
     return takeNumber(reader, word, 0, largest);
-}
-
-bool hasWord(const LabReader& reader, const char* word) {
-    return reader.object.contains(word);
 }
 
 void takeAs(LabReader& reader, Kind kind, void* record, std::span<const WordField> words) {
