@@ -38,19 +38,19 @@ static void runCheck(Invocation& invocation, const CheckOptions& options) {
     invocation.result = verdict.result;
 }
 
-void addCheck(CLI::App& app, Invocation& invocation) {
-    CLI::App* command = app.add_subcommand("check", "One line and an exit status, for monitoring systems");
+void addCheck(const Command& app, Invocation& invocation) {
+    const Command command = app.addCommand("check", "One line and an exit status, for monitoring systems");
     auto options = std::make_shared<CheckOptions>();
     auto names = std::make_shared<bool>(false);
-    addAdapter(*command, invocation);
-    addFrom(*command, invocation);
-    addThresholds(*command, invocation);
-    const CLI::Validator known(problemName, "NAME");
-    command->add_option("--only", options->only, "Problems to look for; all others are left out")->check(known);
-    command->add_option("--ignore", options->ignore, "Problems to leave out")->check(known);
-    command->add_flag("--long", options->everything, "Also a line for each problem, with what to do");
-    command->add_flag("--names", *names, "List the names of problems");
-    command->callback([&invocation, options, names] {
+    addAdapter(command, invocation);
+    addFrom(command, invocation);
+    addThresholds(command, invocation);
+    const WordCheck known = checkedBy(problemName, "NAME");
+    command.addOption("--only", options->only, "Problems to look for; all others are left out").check(known);
+    command.addOption("--ignore", options->ignore, "Problems to leave out").check(known);
+    command.addFlag("--long", options->everything, "Also a line for each problem, with what to do");
+    command.addFlag("--names", *names, "List the names of problems");
+    command.onGiven([&invocation, options, names] {
         if (*names) {
             listNames();
         } else {

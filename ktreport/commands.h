@@ -1,7 +1,7 @@
 // The words of ktreport: each command adds its own to the program's, and what it is to do when they were given.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "commandLine/commandLine.h"
 
 #include "Report/load.h"
 
@@ -25,9 +25,9 @@ struct UsageFailure {
 int say(std::string what, int result);
 
 // Adds "-a N" and, for views of a state, "--from FILE...".
-void addAdapter(CLI::App& command, Invocation& invocation);
-void addFrom(CLI::App& command, Invocation& invocation);
-void addThresholds(CLI::App& command, Invocation& invocation); // --thresholds FILE
+void addAdapter(const Command& command, Invocation& invocation);
+void addFrom(const Command& command, Invocation& invocation);
+void addThresholds(const Command& command, Invocation& invocation); // --thresholds FILE
 // The reports that a view is of: the files, else the adapters now.
 std::vector<Report> reportsFor(const Invocation& invocation, ReadOptions options = {});
 
@@ -36,12 +36,12 @@ std::vector<Report> readableReportsFor(Invocation& invocation);
 void sayLeftOut(Invocation& invocation, const std::vector<LeftOut>& leftOut);
 
 // A file of ktreport/ each.
-void addShow(CLI::App& app, Invocation& invocation); // also without any command
-void addJson(CLI::App& app, Invocation& invocation); // json, schema
-void addCheck(CLI::App& app, Invocation& invocation);
-void addDiff(CLI::App& app, Invocation& invocation);
-void addEvents(CLI::App& app, Invocation& invocation);
-void addMap(CLI::App& app, Invocation& invocation);
-void addMetrics(CLI::App& app, Invocation& invocation);
-void addPage(CLI::App& app, Invocation& invocation);
-void addWait(CLI::App& app, Invocation& invocation);
+void addShow(const Command& app, Invocation& invocation); // also without any command
+void addJson(const Command& app, Invocation& invocation); // json, schema
+void addCheck(const Command& app, Invocation& invocation);
+void addDiff(const Command& app, Invocation& invocation);
+void addEvents(const Command& app, Invocation& invocation);
+void addMap(const Command& app, Invocation& invocation);
+void addMetrics(const Command& app, Invocation& invocation);
+void addPage(const Command& app, Invocation& invocation);
+void addWait(const Command& app, Invocation& invocation);

@@ -34,14 +34,14 @@ static void writeDiff(Invocation& invocation, const DiffWords& words) {
     if (!changes.empty()) invocation.result = RESULT_DIFFERENT;
 }
 
-void addDiff(CLI::App& app, Invocation& invocation) {
-    CLI::App* diff = app.add_subcommand("diff", "Tell what appeared, went and changed between two reports");
+void addDiff(const Command& app, Invocation& invocation) {
+    const Command diff = app.addCommand("diff", "Tell what appeared, went and changed between two reports");
     auto words = std::make_shared<DiffWords>();
-    diff->add_option("reports", words->files, "The older report and the newer one; without it, the adapters now")
-        ->required()
-        ->expected(1, 2);
-    addAdapter(*diff, invocation);
-    diff->add_flag("--json", words->json, "Print a list of changes for programs");
-    diff->add_flag("--all", words->all, "Also what changes all the time: temperatures, progress, hours, events");
-    diff->callback([&invocation, words] { writeDiff(invocation, *words); });
+    diff.addOption("reports", words->files, "The older report and the newer one; without it, the adapters now")
+        .required()
+        .expects(1, 2);
+    addAdapter(diff, invocation);
+    diff.addFlag("--json", words->json, "Print a list of changes for programs");
+    diff.addFlag("--all", words->all, "Also what changes all the time: temperatures, progress, hours, events");
+    diff.onGiven([&invocation, words] { writeDiff(invocation, *words); });
 }

@@ -62,19 +62,19 @@ static void writeEvents(Invocation& invocation, const LogWords& log) {
     if (!complaints.empty()) invocation.result = RESULT_UNREADABLE;
 }
 
-void addEvents(CLI::App& app, Invocation& invocation) {
-    CLI::App* events = app.add_subcommand("events", "Print the event logs, oldest first");
+void addEvents(const Command& app, Invocation& invocation) {
+    const Command events = app.addCommand("events", "Print the event logs, oldest first");
     auto log = std::make_shared<LogWords>();
-    addAdapter(*events, invocation);
-    addFrom(*events, invocation);
-    events->add_option("--since", log->since, "Only from this sequence number on")->check(CLI::Range(0, 0x7FFFFFFF));
-    events->add_option("--cursor", log->cursor, "A file that remembers what was printed; nothing is printed twice");
-    CLI::Option* follow = events->add_flag("--follow,-f", log->follow, "Go on with what happens next");
-    events->add_option("--every", log->every, "Seconds between two looks (default: 10)")
-        ->check(CLI::Range(1, 86400))
-        ->needs(follow);
-    events->add_flag("--json", log->words.json, "An object a line for programs");
-    events->add_flag("--journal", log->words.journal, "Before each line its severity, as the journal takes it");
-    events->add_flag("--quiet-progress", log->words.quietProgress, "Without how far activities are");
-    events->callback([&invocation, log] { writeEvents(invocation, *log); });
+    addAdapter(events, invocation);
+    addFrom(events, invocation);
+    events.addOption("--since", log->since, "Only from this sequence number on").check(inRange(0, 0x7FFFFFFF));
+    events.addOption("--cursor", log->cursor, "A file that remembers what was printed; nothing is printed twice");
+    const Option follow = events.addFlag("--follow,-f", log->follow, "Go on with what happens next");
+    events.addOption("--every", log->every, "Seconds between two looks (default: 10)")
+        .check(inRange(1, 86400))
+        .needs(follow);
+    events.addFlag("--json", log->words.json, "An object a line for programs");
+    events.addFlag("--journal", log->words.journal, "Before each line its severity, as the journal takes it");
+    events.addFlag("--quiet-progress", log->words.quietProgress, "Without how far activities are");
+    events.onGiven([&invocation, log] { writeEvents(invocation, *log); });
 }

@@ -21,14 +21,14 @@ static void writeJson(Invocation& invocation, bool records) {
     layOut(std::cout, reportsFor(invocation).front().document);
 }
 
-void addJson(CLI::App& app, Invocation& invocation) {
-    CLI::App* json = app.add_subcommand("json", "Print the report as one JSON document");
-    addAdapter(*json, invocation);
-    addFrom(*json, invocation);
-    addThresholds(*json, invocation);
+void addJson(const Command& app, Invocation& invocation) {
+    const Command json = app.addCommand("json", "Print the report as one JSON document");
+    addAdapter(json, invocation);
+    addFrom(json, invocation);
+    addThresholds(json, invocation);
     auto records = std::make_shared<bool>(false);
-    json->add_flag("--records", *records, "Also every field of the library's records, for a twin");
-    json->callback([&invocation, records] { writeJson(invocation, *records); });
-    CLI::App* schema = app.add_subcommand("schema", "Print the JSON Schema of the document");
-    schema->callback([] { std::cout << REPORT_SCHEMA; });
+    json.addFlag("--records", *records, "Also every field of the library's records, for a twin");
+    json.onGiven([&invocation, records] { writeJson(invocation, *records); });
+    const Command schema = app.addCommand("schema", "Print the JSON Schema of the document");
+    schema.onGiven([] { std::cout << REPORT_SCHEMA; });
 }

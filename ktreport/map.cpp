@@ -4,13 +4,13 @@
 #include "Report/map.h"
 #include "ktreport/commands.h"
 
-void addMap(CLI::App& app, Invocation& invocation) {
-    CLI::App* map = app.add_subcommand("map", "Show where every disk is and what it is for");
-    addAdapter(*map, invocation);
-    addFrom(*map, invocation);
+void addMap(const Command& app, Invocation& invocation) {
+    const Command map = app.addCommand("map", "Show where every disk is and what it is for");
+    addAdapter(map, invocation);
+    addFrom(map, invocation);
     auto csv = std::make_shared<bool>(false);
-    map->add_flag("--csv", *csv, "Comma-separated values, sizes in bytes");
-    map->callback([&invocation, csv] {
+    map.addFlag("--csv", *csv, "Comma-separated values, sizes in bytes");
+    map.onGiven([&invocation, csv] {
         const std::vector<Report> reports = readableReportsFor(invocation);
         *csv ? writeMapAsCsv(std::cout, reports) : writeMap(std::cout, lookOfOutput(), reports);
     });

@@ -69,12 +69,11 @@ static void runMetrics(Invocation& invocation, bool named, const std::string& fi
     replaceFile(file, text.str());
 }
 
-void addMetrics(CLI::App& app, Invocation& invocation) {
-    CLI::App* metrics = app.add_subcommand("metrics", "Print everything as numbers for Prometheus");
-    addFrom(*metrics, invocation);
-    addThresholds(*metrics, invocation);
+void addMetrics(const Command& app, Invocation& invocation) {
+    const Command metrics = app.addCommand("metrics", "Print everything as numbers for Prometheus");
+    addFrom(metrics, invocation);
+    addThresholds(metrics, invocation);
     auto file = std::make_shared<std::string>();
-    const CLI::Option* named =
-        metrics->add_option("-o,--output", *file, "Replace this file, as a whole, instead of printing");
-    metrics->callback([&invocation, named, file] { runMetrics(invocation, named->count() > 0, *file); });
+    const Option named = metrics.addOption("-o,--output", *file, "Replace this file, as a whole, instead of printing");
+    metrics.onGiven([&invocation, named, file] { runMetrics(invocation, named.isGiven(), *file); });
 }

@@ -34,8 +34,8 @@ static Gathered gather(Invocation& invocation) {
     return gathered;
 }
 
-static void writePage(Invocation& invocation, const CLI::Option& named, const std::string& file) {
-    if (named.count() > 0 && file.empty()) throw UsageFailure{"-o: the file's name is empty"};
+static void writePage(Invocation& invocation, const Option& named, const std::string& file) {
+    if (named.isGiven() && file.empty()) throw UsageFailure{"-o: the file's name is empty"};
     const Gathered gathered = gather(invocation);
     const std::string page = pageOf(gathered.machines, gathered.leftOut);
     if (file.empty()) {
@@ -45,13 +45,12 @@ static void writePage(Invocation& invocation, const CLI::Option& named, const st
     }
 }
 
-void addPage(CLI::App& app, Invocation& invocation) {
-    CLI::App* page = app.add_subcommand("page", "Make one HTML file to look at, of this machine or of many");
-    addAdapter(*page, invocation);
-    addFrom(*page, invocation);
-    addThresholds(*page, invocation);
+void addPage(const Command& app, Invocation& invocation) {
+    const Command page = app.addCommand("page", "Make one HTML file to look at, of this machine or of many");
+    addAdapter(page, invocation);
+    addFrom(page, invocation);
+    addThresholds(page, invocation);
     auto file = std::make_shared<std::string>();
-    const CLI::Option* named =
-        page->add_option("-o,--output", *file, "Replace this file, as a whole, instead of printing");
-    page->callback([&invocation, named, file] { writePage(invocation, *named, *file); });
+    const Option named = page.addOption("-o,--output", *file, "Replace this file, as a whole, instead of printing");
+    page.onGiven([&invocation, named, file] { writePage(invocation, named, *file); });
 }

@@ -117,16 +117,15 @@ static int waitFor(const Invocation& invocation, const WaitWords& words) {
     }
 }
 
-void addWait(CLI::App& app, Invocation& invocation) {
-    CLI::App* wait = app.add_subcommand("wait", "Wait until activities have ended");
+void addWait(const Command& app, Invocation& invocation) {
+    const Command wait = app.addCommand("wait", "Wait until activities have ended");
     auto words = std::make_shared<WaitWords>();
-    addAdapter(*wait, invocation);
-    CLI::Option_group* what = wait->add_option_group("what");
-    what->add_option("--vd", words->vd, "What goes on with this virtual disk (of adapter 0 without -a)");
-    what->add_option("--array", words->array, "What goes on with this array");
-    what->add_option("--pd", words->pd, "What goes on with this disk");
-    what->add_flag("--all", words->all, "Everything (the default)");
-    what->require_option(0, 1);
-    wait->add_option("--timeout", words->timeout, "Wait no longer than this: 90, 90s, 30m, 2h, 1d");
-    wait->callback([&invocation, words] { invocation.result = waitFor(invocation, *words); });
+    addAdapter(wait, invocation);
+    const Command what = wait.addChoice("what");
+    what.addOption("--vd", words->vd, "What goes on with this virtual disk (of adapter 0 without -a)");
+    what.addOption("--array", words->array, "What goes on with this array");
+    what.addOption("--pd", words->pd, "What goes on with this disk");
+    what.addFlag("--all", words->all, "Everything (the default)");
+    wait.addOption("--timeout", words->timeout, "Wait no longer than this: 90, 90s, 30m, 2h, 1d");
+    wait.onGiven([&invocation, words] { invocation.result = waitFor(invocation, *words); });
 }

@@ -44,11 +44,11 @@ static void change(const Options& options, const BatteryChange& how) {
 }
 
 // A subcommand that changes something about the battery; `how` answers false when there is none.
-static CLI::App* addChange(CLI::App& battery, Options& options, const char* word, const char* help,
-                           const BatteryChange& how) {
-    CLI::App* command = battery.add_subcommand(word, help);
-    addAdapterOption(*command, options);
-    command->callback([&options, how] { change(options, how); });
+static Command addChange(const Command& battery, Options& options, const char* word, const char* help,
+                         const BatteryChange& how) {
+    const Command command = battery.addCommand(word, help);
+    addAdapterOption(command, options);
+    command.onGiven([&options, how] { change(options, how); });
     return command;
 }
 
@@ -57,26 +57,26 @@ struct BatteryOptions {
     std::string text;
 };
 
-static void addReadings(CLI::App& battery, Options& options, const std::shared_ptr<BatteryOptions>& wanted) {
+static void addReadings(const Command& battery, Options& options, const std::shared_ptr<BatteryOptions>& wanted) {
     addChange(battery, options, "charge", "Set the charge in percent",
               [wanted](Context& context) { return setBatteryCharge(context, static_cast<unsigned>(wanted->number)); })
-        ->add_option("PERCENT", wanted->number)
-        ->required()
-        ->check(between(0, 100));
+        .addOption("PERCENT", wanted->number)
+        .required()
+        .check(between(0, 100));
     addChange(battery, options, "temperature", "Set the temperature in degrees Celsius",
               [wanted](Context& context) {
                   return setBatteryTemperature(context, static_cast<KT_S16>(std::lround(wanted->number * 100)));
               })
-        ->add_option("CELSIUS", wanted->number)
-        ->required()
-        ->check(between(-100, 200));
+        .addOption("CELSIUS", wanted->number)
+        .required()
+        .check(between(-100, 200));
     addChange(battery, options, "voltage", "Set the voltage in volts",
               [wanted](Context& context) {
                   return setBatteryVoltage(context, static_cast<KT_U16>(std::lround(wanted->number * 1000)));
               })
-        ->add_option("VOLTS", wanted->number)
-        ->required()
-        ->check(between(0, 60));
+        .addOption("VOLTS", wanted->number)
+        .required()
+        .check(between(0, 60));
 }
 
 static bool relearnIn(Context& context, const std::string& duration) {
@@ -86,33 +86,33 @@ static bool relearnIn(Context& context, const std::string& duration) {
     return scheduleRelearn(context, seconds);
 }
 
-void addBattery(CLI::App& app, Options& options) {
-    CLI::App* battery = app.add_subcommand("battery", "The battery backup unit of an adapter");
-    battery->require_subcommand(1);
+void addBattery(const Command& app, Options& options) {
+    const Command battery = app.addCommand("battery", "The battery backup unit of an adapter");
+    battery.requireCommand(1, 1);
     const auto wanted = std::make_shared<BatteryOptions>();
-    addChange(*battery, options, "show", "Print how it does", [](Context& context) {
+    addChange(battery, options, "show", "Print how it does", [](Context& context) {
         showBattery(context);
         return true;
     });
-    addChange(*battery, options, "insert", "Put a new one in", insertBattery);
-    CLI::App* remove = battery->add_subcommand("remove", "Take it out");
-    addAdapterOption(*remove, options);
-    addForceOption(*remove, options);
-    remove->callback([&options] {
+    addChange(battery, options, "insert", "Put a new one in", insertBattery);
+    const Command remove = battery.addCommand("remove", "Take it out");
+    addAdapterOption(remove, options);
+    addForceOption(remove, options);
+    remove.onGiven([&options] {
         change(options, [](Context& context) { return hasBattery(context); });
         // Asked with the state let go of: nobody else waits for the answer.
         if (!confirm(options, "Caches of virtual disks will not survive a power failure. Take the battery out?"))
             throw CommandFailure{"nothing was changed"};
         change(options, removeBattery);
     });
-    addReadings(*battery, options, wanted);
-    addChange(*battery, options, "charger", "Break the charger, or repair it",
+    addReadings(battery, options, wanted);
+    addChange(battery, options, "charger", "Break the charger, or repair it",
               [wanted](Context& context) { return breakCharger(context, wanted->text == "broken"); })
-        ->add_option("STATE", wanted->text, "broken or working")
-        ->required()
-        ->check(CLI::IsMember({"broken", "working"}));
-    addChange(*battery, options, "relearn", "Schedule the next relearn",
+        .addOption("STATE", wanted->text, "broken or working")
+        .required()
+        .check(oneOf({"broken", "working"}));
+    addChange(battery, options, "relearn", "Schedule the next relearn",
               [wanted](Context& context) { return relearnIn(context, wanted->text); })
-        ->add_option("IN", wanted->text, "For instance 45s, 90m, 5h, 3d")
-        ->required();
+        .addOption("IN", wanted->text, "For instance 45s, 90m, 5h, 3d")
+        .required();
 }

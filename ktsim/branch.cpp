@@ -27,16 +27,17 @@ static void run(const Options& options, KT_U16 id, const BranchCommand& what) {
     });
 }
 
-static void addBranch(CLI::App& group, Options& options, const char* name, unsigned most, const BranchCommand& what) {
-    CLI::App* command = group.add_subcommand(what.word, what.help);
+static void addBranch(const Command& group, Options& options, const char* name, unsigned most,
+                      const BranchCommand& what) {
+    const Command command = group.addCommand(what.word, what.help);
     const auto id = std::make_shared<unsigned>(0);
-    command->add_option(name, *id, "Its number")->required()->check(CLI::Range(0U, most));
-    addAdapterOption(*command, options);
-    if (what.behind) addForceOption(*command, options);
-    command->callback([&options, id, what] { run(options, static_cast<KT_U16>(*id), what); });
+    command.addOption(name, *id, "Its number").required().check(inRange(0U, most));
+    addAdapterOption(command, options);
+    if (what.behind) addForceOption(command, options);
+    command.onGiven([&options, id, what] { run(options, static_cast<KT_U16>(*id), what); });
 }
 
-void addShelfMoves(CLI::App& enclosure, Options& options) {
+void addShelfMoves(const Command& enclosure, Options& options) {
     addBranch(enclosure, options, "ENCLOSURE", 65534,
               {"pull", "Lose the whole shelf, with all its disks at once", pullEnclosure, branchOfEnclosure,
                "there is no enclosure"});
@@ -70,18 +71,18 @@ static void showCables(const Context& context) {
     }
 }
 
-void addCable(CLI::App& app, Options& options) {
-    CLI::App* cable = app.add_subcommand("cable", "Pull a cable of the adapter out, or put it back");
-    cable->require_subcommand(1);
-    CLI::App* show = cable->add_subcommand("show", "Print what is at each port");
-    addAdapterOption(*show, options);
-    show->callback([&options] { changeAdapter(options, showCables); });
-    addBranch(*cable, options, "PORT", NO_PORT - 1U,
+void addCable(const Command& app, Options& options) {
+    const Command cable = app.addCommand("cable", "Pull a cable of the adapter out, or put it back");
+    cable.requireCommand(1, 1);
+    const Command show = cable.addCommand("show", "Print what is at each port");
+    addAdapterOption(show, options);
+    show.onGiven([&options] { changeAdapter(options, showCables); });
+    addBranch(cable, options, "PORT", NO_PORT - 1U,
               {"pull", "Lose all that is behind this port of the adapter, at once",
                [](const Context& context, KT_U16 id) { return pullCable(context, portOf(id)); },
                [](const Context& context, KT_U16 id) { return branchOfPort(context, portOf(id)); },
                "there is nothing at port"});
-    addBranch(*cable, options, "PORT", NO_PORT - 1U,
+    addBranch(cable, options, "PORT", NO_PORT - 1U,
               {"insert", "Put a pulled cable back, with all that was behind it",
                [](const Context& context, KT_U16 id) { return insertCable(context, portOf(id)); }, nullptr,
                "no cable was pulled from port"});

@@ -5,9 +5,9 @@
 
 using namespace sim;
 
-void addCheck(CLI::App& app, Options& options) {
-    CLI::App* command = app.add_subcommand("check", "Say what in the state contradicts itself");
-    command->callback([&options] {
+void addCheck(const Command& app, Options& options) {
+    const Command command = app.addCommand("check", "Say what in the state contradicts itself");
+    command.onGiven([&options] {
         Store* store = ::openState(options);
         std::vector<std::string> wrong;
         try {

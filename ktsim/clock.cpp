@@ -86,34 +86,34 @@ static void setSpeed(Store& store, double speed) {
     setClock(store, simulatedNow(store), static_cast<KT_U32>(std::lround(speed * 1000)), false);
 }
 
-static CLI::App* addChange(CLI::App& clock, Options& options, const char* word, const char* help,
-                           const std::function<void(Store&)>& work) {
-    CLI::App* command = clock.add_subcommand(word, help);
-    command->callback([&options, work] { changeState(options, work); });
+static Command addChange(const Command& clock, Options& options, const char* word, const char* help,
+                         const std::function<void(Store&)>& work) {
+    const Command command = clock.addCommand(word, help);
+    command.onGiven([&options, work] { changeState(options, work); });
     return command;
 }
 
-void addClock(CLI::App& app, Options& options) {
-    CLI::App* clock = app.add_subcommand("clock", "The adapters' clock");
-    clock->require_subcommand(1);
+void addClock(const Command& app, Options& options) {
+    const Command clock = app.addCommand("clock", "The adapters' clock");
+    clock.requireCommand(1, 1);
     const auto text = std::make_shared<std::string>();
     const auto speed = std::make_shared<double>(1);
-    addChange(*clock, options, "show", "Print the time and how it runs",
+    addChange(clock, options, "show", "Print the time and how it runs",
               [](Store& store) { printf("%s\n", clockText(store).c_str()); });
-    addChange(*clock, options, "stop", "Stop the clock; advance still moves it",
+    addChange(clock, options, "stop", "Stop the clock; advance still moves it",
               [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, true); });
-    addChange(*clock, options, "start", "Let the clock run on at the speed it had",
+    addChange(clock, options, "start", "Let the clock run on at the speed it had",
               [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, false); });
-    CLI::App* faster = addChange(*clock, options, "speed", "Let the clock run, X times as fast as real time",
-                                 [speed](Store& store) { setSpeed(store, *speed); });
-    faster->add_option("X", *speed, "1 is real time")->required()->check(between(0.001, 1000000));
-    CLI::App* jump = addChange(*clock, options, "advance", "Let time pass at once; what is due in it happens",
-                               [text](Store& store) { passTime(store, *text); });
-    jump->add_option("DURATION", *text, "For instance 45s, 90m, 2h30m, 3d")->required();
-    CLI::App* set = addChange(*clock, options, "set", "Set the time that is shown (nothing happens in between)",
-                              [text](Store& store) { setShownTime(store, readTime(*text)); });
-    set->add_option("TIME", *text, "In UTC: \"2026-01-05 08:00:00\"")->required();
-    CLI::App* until = addChange(*clock, options, "until", "Let time pass until every activity has ended",
-                                [](Store& store) { advanceUntilIdle(store); });
-    until->add_option("idle", *text, "The word idle")->required()->check(CLI::IsMember({"idle"}));
+    const Command faster = addChange(clock, options, "speed", "Let the clock run, X times as fast as real time",
+                                     [speed](Store& store) { setSpeed(store, *speed); });
+    faster.addOption("X", *speed, "1 is real time").required().check(between(0.001, 1000000));
+    const Command jump = addChange(clock, options, "advance", "Let time pass at once; what is due in it happens",
+                                   [text](Store& store) { passTime(store, *text); });
+    jump.addOption("DURATION", *text, "For instance 45s, 90m, 2h30m, 3d").required();
+    const Command set = addChange(clock, options, "set", "Set the time that is shown (nothing happens in between)",
+                                  [text](Store& store) { setShownTime(store, readTime(*text)); });
+    set.addOption("TIME", *text, "In UTC: \"2026-01-05 08:00:00\"").required();
+    const Command until = addChange(clock, options, "until", "Let time pass until every activity has ended",
+                                    [](Store& store) { advanceUntilIdle(store); });
+    until.addOption("idle", *text, "The word idle").required().check(oneOf({"idle"}));
 }

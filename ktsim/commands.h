@@ -5,7 +5,7 @@
 #include "devices/enclosureElements.h"
 #include "state/store.h"
 
-#include <CLI/CLI.hpp>
+#include "commandLine/commandLine.h"
 #include <functional>
 #include <string>
 
@@ -22,31 +22,31 @@ struct Options {
     bool force = false;
 };
 
-void addCreate(CLI::App& app, Options& options);
-void addShow(CLI::App& app, Options& options);
-void addStatus(CLI::App& app, Options& options);
-void addCheck(CLI::App& app, Options& options);
-void addClock(CLI::App& app, Options& options);
-void addFault(CLI::App& app, Options& options);
-void addEvent(CLI::App& app, Options& options);
-void addDisk(CLI::App& app, Options& options);
-void addPower(CLI::App& app, Options& options); // `reboot` and `power`
-void addBattery(CLI::App& app, Options& options);
-void addEnclosure(CLI::App& app, Options& options);
-void addImage(CLI::App& app, Options& options);
-void addRun(CLI::App& app, Options& options);
-void addRehearse(CLI::App& app);
+void addCreate(const Command& app, Options& options);
+void addShow(const Command& app, Options& options);
+void addStatus(const Command& app, Options& options);
+void addCheck(const Command& app, Options& options);
+void addClock(const Command& app, Options& options);
+void addFault(const Command& app, Options& options);
+void addEvent(const Command& app, Options& options);
+void addDisk(const Command& app, Options& options);
+void addPower(const Command& app, Options& options); // `reboot` and `power`
+void addBattery(const Command& app, Options& options);
+void addEnclosure(const Command& app, Options& options);
+void addImage(const Command& app, Options& options);
+void addRun(const Command& app, Options& options);
+void addRehearse(const Command& app);
 
 // diskMoves.cpp: `disk fail`, `pull`, `insert` and `replace`, and what the rest of `disk` shares with them: the failure
 // that a status means (`what` completes "there is no disk 5 ..."), and the question before disks that hold parts of
 // virtual disks are lost.
-void addDiskMoves(CLI::App& disk, Options& options);
+void addDiskMoves(const Command& disk, Options& options);
 void checkDisk(KT_U8 status, unsigned pd, const char* what);
 bool holdsData(const sim::Context& context, KT_U16 pd);
 void askAboutDisks(const Options& options, const std::vector<KT_U16>& pds);
-void addCable(CLI::App& app, Options& options);
+void addCable(const Command& app, Options& options);
 // enclosure.cpp's `pull` and `insert`
-void addShelfMoves(CLI::App& enclosure, Options& options);
+void addShelfMoves(const Command& enclosure, Options& options);
 
 std::string statePathOf(const Options& options);
 // Opens the state, making the default one when there is none.
@@ -54,9 +54,9 @@ sim::Store* openState(const Options& options);
 // labText.cpp: the lab's text: "-" is standard input, then a file of that name, then a built-in lab.
 std::string labText(const std::string& name);
 // --adapter, -a
-void addAdapterOption(CLI::App& command, Options& options);
+void addAdapterOption(const Command& command, Options& options);
 // --force, -f
-void addForceOption(CLI::App& command, Options& options);
+void addForceOption(const Command& command, Options& options);
 // Asks on the terminal or standard input; anything but y declines, and so does the end of input.
 bool confirm(const Options& options, const std::string& question);
 
@@ -87,4 +87,4 @@ std::string durationText(KT_U64 seconds);
 // Rounded up: what has just begun does not take no time at all.
 KT_U64 wholeSeconds(KT_U64 milliseconds);
 // A check of options: a number from `least` to `most`, which nan is not.
-CLI::Validator between(double least, double most);
+WordCheck between(double least, double most);

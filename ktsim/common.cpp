@@ -20,12 +20,12 @@ Store* openState(const Options& options) {
     return openStore(statePathOf(options), fillFromLab, labNamed("default"));
 }
 
-void addAdapterOption(CLI::App& command, Options& options) {
-    command.add_option("-a,--adapter", options.adapter, "The adapter's index")->capture_default_str();
+void addAdapterOption(const Command& command, Options& options) {
+    command.addOption("-a,--adapter", options.adapter, "The adapter's index").showDefault();
 }
 
-void addForceOption(CLI::App& command, Options& options) {
-    command.add_flag("-f,--force", options.force, "Do it without asking");
+void addForceOption(const Command& command, Options& options) {
+    command.addFlag("-f,--force", options.force, "Do it without asking");
 }
 
 bool confirm(const Options& options, const std::string& question) {
@@ -149,17 +149,17 @@ std::string momentText(KT_U64 milliseconds) {
     return text;
 }
 
-CLI::Validator between(double least, double most) {
+WordCheck between(double least, double most) {
     char range[64];
     snprintf(range, sizeof range, "%.10g to %.10g", least, most);
     const std::string name = range;
-    const auto check = [least, most, name](std::string& text) {
+    const auto wrong = [least, most, name](const std::string& text) {
         char* end = nullptr;
         const double number = strtod(text.c_str(), &end);
         const bool inside = !text.empty() && *end == '\0' && number >= least && number <= most;
         return inside ? std::string() : text + " is not a number from " + name;
     };
-    return CLI::Validator(check, name);
+    return checkedBy(wrong, name);
 }
 
 KT_U64 wholeSeconds(KT_U64 milliseconds) {

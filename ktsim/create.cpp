@@ -84,20 +84,19 @@ static void create(const Options& options, const CreateOptions& wanted) {
     }
 }
 
-void addCreate(CLI::App& app, Options& options) {
-    CLI::App* command = app.add_subcommand("create", "Make the state anew from a lab");
+void addCreate(const Command& app, Options& options) {
+    const Command command = app.addCommand("create", "Make the state anew from a lab");
     const auto wanted = std::make_shared<CreateOptions>();
-    command->add_option("-l,--lab", wanted->lab, "A built-in lab, a JSON file, or - for standard input")
-        ->capture_default_str();
-    command->add_option("--at", wanted->at, "Stop the clock at this time in UTC: \"2026-01-05 08:00:00\"");
-    command->add_flag("--list", wanted->list, "Name the built-in labs");
-    addForceOption(*command, options);
-    command->callback([&options, wanted] { create(options, *wanted); });
+    command.addOption("-l,--lab", wanted->lab, "A built-in lab, a JSON file, or - for standard input").showDefault();
+    command.addOption("--at", wanted->at, "Stop the clock at this time in UTC: \"2026-01-05 08:00:00\"");
+    command.addFlag("--list", wanted->list, "Name the built-in labs");
+    addForceOption(command, options);
+    command.onGiven([&options, wanted] { create(options, *wanted); });
 }
 
-void addShow(CLI::App& app, Options& options) {
-    CLI::App* command = app.add_subcommand("show", "Print the whole state as a lab that create reads back");
-    command->callback([&options] {
+void addShow(const Command& app, Options& options) {
+    const Command command = app.addCommand("show", "Print the whole state as a lab that create reads back");
+    command.onGiven([&options] {
         std::string text;
         changeState(options, [&](Store& store) { text = stateToLab(store); });
         fputs(text.c_str(), stdout);

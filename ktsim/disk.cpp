@@ -25,13 +25,13 @@ struct DiskChange {
     std::function<KT_U8(Context&, KT_U16 pd)> happen;
 };
 
-static CLI::App* addChange(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
-                           const DiskChange& change) {
-    CLI::App* command = disk.add_subcommand(change.word, change.help);
-    command->add_option("ID", wanted->id, "The disk")->required()->check(CLI::Range(0U, 65534U));
-    addAdapterOption(*command, options);
-    if (change.asks) addForceOption(*command, options);
-    command->callback([&options, wanted, change] {
+static Command addChange(const Command& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
+                         const DiskChange& change) {
+    const Command command = disk.addCommand(change.word, change.help);
+    command.addOption("ID", wanted->id, "The disk").required().check(inRange(0U, 65534U));
+    addAdapterOption(command, options);
+    if (change.asks) addForceOption(command, options);
+    command.onGiven([&options, wanted, change] {
         const auto pd = static_cast<KT_U16>(wanted->id);
         if (change.asks) askAboutDisks(options, {pd});
         changeAdapter(options, [&](Context& context) {
@@ -58,12 +58,12 @@ static KT_U8 age(const Context& context, KT_U16 pd, const DiskOptions& wanted) {
     }
 }
 
-static void addAge(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted) {
-    CLI::App* command = addChange(disk, options, wanted,
-                                  {"age", "Wear it: its SMART attributes move", false,
-                                   [wanted](Context& context, KT_U16 pd) { return age(context, pd, *wanted); }});
-    command->add_option("WHAT", wanted->aspect, "What wears")->required()->check(CLI::IsMember(agingWords()));
-    command->add_option("AMOUNT", wanted->amount, "By how much")->capture_default_str();
+static void addAge(const Command& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted) {
+    const Command command = addChange(disk, options, wanted,
+                                      {"age", "Wear it: its SMART attributes move", false,
+                                       [wanted](Context& context, KT_U16 pd) { return age(context, pd, *wanted); }});
+    command.addOption("WHAT", wanted->aspect, "What wears").required().check(oneOf(agingWords()));
+    command.addOption("AMOUNT", wanted->amount, "By how much").showDefault();
 }
 
 static void printSpoiled(KT_U16 pd, KT_U8 flaw, KT_U32 count, KT_U64 first) {
@@ -114,32 +114,32 @@ struct Spoiling {
     KT_U8 flaw;
 };
 
-static void addSpoil(CLI::App& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
+static void addSpoil(const Command& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
                      const Spoiling& way) {
     const KT_U8 flaw = way.flaw;
-    CLI::App* command =
+    const Command command =
         addChange(disk, options, wanted, {way.word, way.help, true, [wanted, flaw](Context& context, KT_U16 pd) {
                                               return spoil(context, pd, flaw, *wanted);
                                           }});
-    command->add_option("--lba", wanted->lba, "The first sector; else wherever it happens")
-        ->check(CLI::Range(KT_U64{0}, (KT_U64{1} << 48) - 1));
-    command->add_option("--count", wanted->amount, "So many sectors")
-        ->check(CLI::Range(KT_U64{1}, BAD_SECTORS_KEPT))
-        ->capture_default_str();
+    command.addOption("--lba", wanted->lba, "The first sector; else wherever it happens")
+        .check(inRange(KT_U64{0}, (KT_U64{1} << 48) - 1));
+    command.addOption("--count", wanted->amount, "So many sectors")
+        .check(inRange(KT_U64{1}, BAD_SECTORS_KEPT))
+        .showDefault();
 }
 
-void addDisk(CLI::App& app, Options& options) {
-    CLI::App* disk = app.add_subcommand("disk", "Let something happen to a disk");
-    disk->require_subcommand(1);
+void addDisk(const Command& app, Options& options) {
+    const Command disk = app.addCommand("disk", "Let something happen to a disk");
+    disk.requireCommand(1, 1);
     const auto wanted = std::make_shared<DiskOptions>();
-    addDiskMoves(*disk, options);
-    addAge(*disk, options, wanted);
-    addSpoil(*disk, options, wanted, {"damage", "Some of its sectors cannot be read any more", FLAW_UNREADABLE});
-    addSpoil(*disk, options, wanted,
+    addDiskMoves(disk, options);
+    addAge(disk, options, wanted);
+    addSpoil(disk, options, wanted, {"damage", "Some of its sectors cannot be read any more", FLAW_UNREADABLE});
+    addSpoil(disk, options, wanted,
              {"corrupt", "Some of its sectors hold wrong data, which only a check tells", FLAW_WRONG});
-    CLI::App* trip =
-        addChange(*disk, options, wanted,
+    const Command trip =
+        addChange(disk, options, wanted,
                   {"trip", "Its SMART status goes over the threshold", false,
                    [wanted](Context& context, KT_U16 pd) { return tripSmart(context, pd, !wanted->clear); }});
-    trip->add_flag("--clear", wanted->clear, "Back under it, its wear undone");
+    trip.addFlag("--clear", wanted->clear, "Back under it, its wear undone");
 }

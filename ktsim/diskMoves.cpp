@@ -68,13 +68,13 @@ static void strike(const Options& options, const std::vector<unsigned>& ids, con
     });
 }
 
-static void addBlow(CLI::App& disk, Options& options, const Blow& blow) {
-    CLI::App* command = disk.add_subcommand(blow.word, blow.help);
+static void addBlow(const Command& disk, Options& options, const Blow& blow) {
+    const Command command = disk.addCommand(blow.word, blow.help);
     const auto ids = std::make_shared<std::vector<unsigned>>();
-    command->add_option("ID", *ids, "The disks")->required()->check(CLI::Range(0U, 65534U));
-    addAdapterOption(*command, options);
-    addForceOption(*command, options);
-    command->callback([&options, ids, blow] { strike(options, *ids, blow); });
+    command.addOption("ID", *ids, "The disks").required().check(inRange(0U, 65534U));
+    addAdapterOption(command, options);
+    addForceOption(command, options);
+    command.onGiven([&options, ids, blow] { strike(options, *ids, blow); });
 }
 
 static KT_U8 failThem(Context& context, const std::vector<KT_U16>& pds, KT_U16& wrong) {
@@ -129,24 +129,23 @@ static void manufactureOther(_HD_Info& disk, const ReplaceOptions& wanted) {
     memcpy(disk.Model, wanted.model.data(), wanted.model.size());
 }
 
-static void addReplace(CLI::App& disk, Options& options) {
-    CLI::App* command = disk.add_subcommand("replace", "Put a new, empty disk into its bay");
+static void addReplace(const Command& disk, Options& options) {
+    const Command command = disk.addCommand("replace", "Put a new, empty disk into its bay");
     const auto wanted = std::make_shared<ReplaceOptions>();
-    command->add_option("ID", wanted->id, "The disk")->required()->check(CLI::Range(0U, 65534U));
-    command->add_option("--size", wanted->size, "Of the new one, for instance 500GB or 4TB; else as large")
-        ->each([](const std::string& size) { readBytes(size); });
-    command->add_option("--type", wanted->type, "SATA, SAS SSD and so on; else of the same type")
-        ->check(CLI::IsMember(diskMakeWords()));
-    command->add_option("--sector", wanted->sector, "Bytes of a sector")
-        ->check(CLI::IsMember(std::vector<KT_U32>{512, 1024, 2048, 4096}));
-    command->add_option("--model", wanted->model, "What it calls itself, 40 characters at most")
-        ->check([](const std::string& model) {
+    command.addOption("ID", wanted->id, "The disk").required().check(inRange(0U, 65534U));
+    command.addOption("--size", wanted->size, "Of the new one, for instance 500GB or 4TB; else as large")
+        .each([](const std::string& size) { readBytes(size); });
+    command.addOption("--type", wanted->type, "SATA, SAS SSD and so on; else of the same type")
+        .check(oneOf(diskMakeWords()));
+    command.addOption("--sector", wanted->sector, "Bytes of a sector").check(oneNumberOf({512, 1024, 2048, 4096}));
+    command.addOption("--model", wanted->model, "What it calls itself, 40 characters at most")
+        .check(checkedBy([](const std::string& model) {
             return model.size() <= sizeof(_HD_Info::Model) ? std::string()
                                                            : std::string("is longer than 40 characters");
-        });
-    addAdapterOption(*command, options);
-    addForceOption(*command, options);
-    command->callback([&options, wanted] {
+        }));
+    addAdapterOption(command, options);
+    addForceOption(command, options);
+    command.onGiven([&options, wanted] {
         const auto pd = static_cast<KT_U16>(wanted->id);
         askAboutDisks(options, {pd});
         changeAdapter(options, [&](Context& context) {
@@ -226,18 +225,18 @@ static void insert(const Options& options, const InsertOptions& wanted) {
     insertFrom(options, wanted, *source);
 }
 
-static void addInsert(CLI::App& disk, Options& options) {
-    CLI::App* command = disk.add_subcommand("insert", "Put pulled disks back, or disks of other adapters in");
+static void addInsert(const Command& disk, Options& options) {
+    const Command command = disk.addCommand("insert", "Put pulled disks back, or disks of other adapters in");
     const auto wanted = std::make_shared<InsertOptions>();
-    command->add_option("ID", wanted->ids, "The disks")->required()->check(CLI::Range(0U, 65534U));
-    CLI::Option* from =
-        command->add_option("--from", wanted->from, "The state or lab they are taken from; it stays as it is");
-    command->add_option("--of", wanted->of, "The adapter there")->needs(from)->capture_default_str();
-    addAdapterOption(*command, options);
-    command->callback([&options, wanted] { insert(options, *wanted); });
+    command.addOption("ID", wanted->ids, "The disks").required().check(inRange(0U, 65534U));
+    const Option from =
+        command.addOption("--from", wanted->from, "The state or lab they are taken from; it stays as it is");
+    command.addOption("--of", wanted->of, "The adapter there").needs(from).showDefault();
+    addAdapterOption(command, options);
+    command.onGiven([&options, wanted] { insert(options, *wanted); });
 }
 
-void addDiskMoves(CLI::App& disk, Options& options) {
+void addDiskMoves(const Command& disk, Options& options) {
     addBlow(disk, options, Blow{"fail", "They stop answering for good, one after the other", " that works", failThem});
     addBlow(disk, options, Blow{"pull", "Take them out of their bays, all at once", "", pullThem});
     addInsert(disk, options);

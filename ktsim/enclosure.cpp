@@ -106,16 +106,14 @@ struct ElementChange {
     void (*happen)(const Context&, const EnclosureOptions&);
 };
 
-static CLI::App* addChange(CLI::App& enclosure, Options& options, const std::shared_ptr<EnclosureOptions>& wanted,
-                           const ElementChange& change) {
-    CLI::App* command = enclosure.add_subcommand(change.word, change.help);
-    command->add_option("ENCLOSURE", wanted->enclosure, "Its id")->required()->check(CLI::Range(0U, 65534U));
-    command->add_option("ELEMENT", wanted->element, "The kind of element")
-        ->required()
-        ->check(CLI::IsMember(elementWords()));
-    command->add_option("NUMBER", wanted->number, "Which of that kind")->required()->check(CLI::Range(0U, 254U));
-    addAdapterOption(*command, options);
-    command->callback([&options, wanted, change] {
+static Command addChange(const Command& enclosure, Options& options, const std::shared_ptr<EnclosureOptions>& wanted,
+                         const ElementChange& change) {
+    const Command command = enclosure.addCommand(change.word, change.help);
+    command.addOption("ENCLOSURE", wanted->enclosure, "Its id").required().check(inRange(0U, 65534U));
+    command.addOption("ELEMENT", wanted->element, "The kind of element").required().check(oneOf(elementWords()));
+    command.addOption("NUMBER", wanted->number, "Which of that kind").required().check(inRange(0U, 254U));
+    addAdapterOption(command, options);
+    command.onGiven([&options, wanted, change] {
         changeAdapter(options, [&](Context& context) {
             change.happen(context, *wanted);
             settleAll(context.store);
@@ -124,18 +122,18 @@ static CLI::App* addChange(CLI::App& enclosure, Options& options, const std::sha
     return command;
 }
 
-void addEnclosure(CLI::App& app, Options& options) {
-    CLI::App* enclosure = app.add_subcommand("enclosure", "Let something happen to a shelf's elements");
-    enclosure->require_subcommand(1);
+void addEnclosure(const Command& app, Options& options) {
+    const Command enclosure = app.addCommand("enclosure", "Let something happen to a shelf's elements");
+    enclosure.requireCommand(1, 1);
     const auto wanted = std::make_shared<EnclosureOptions>();
-    CLI::App* show = enclosure->add_subcommand("show", "Print how the enclosures and their elements do");
-    addAdapterOption(*show, options);
-    show->callback([&options] { changeAdapter(options, showEnclosures); });
-    addChange(*enclosure, options, wanted, {"set", "Put an element into a condition", setCondition})
-        ->add_option("CONDITION", wanted->condition, "ok, failed ... (a wrong word lists them)")
-        ->required();
-    addChange(*enclosure, options, wanted, {"reading", "What a sensor measures or how fast a fan turns", setReading})
-        ->add_option("VALUE", wanted->reading, "Celsius, hundredths of a volt, or turns a minute")
-        ->required();
-    addShelfMoves(*enclosure, options);
+    const Command show = enclosure.addCommand("show", "Print how the enclosures and their elements do");
+    addAdapterOption(show, options);
+    show.onGiven([&options] { changeAdapter(options, showEnclosures); });
+    addChange(enclosure, options, wanted, {"set", "Put an element into a condition", setCondition})
+        .addOption("CONDITION", wanted->condition, "ok, failed ... (a wrong word lists them)")
+        .required();
+    addChange(enclosure, options, wanted, {"reading", "What a sensor measures or how fast a fan turns", setReading})
+        .addOption("VALUE", wanted->reading, "Celsius, hundredths of a volt, or turns a minute")
+        .required();
+    addShelfMoves(enclosure, options);
 }

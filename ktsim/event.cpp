@@ -71,29 +71,27 @@ static void listEvents() {
         printf("%2u %3u  %s\n", unsigned{group}, unsigned{number}, words.c_str());
 }
 
-void addEvent(CLI::App& app, Options& options) {
-    CLI::App* command = app.add_subcommand("event", "Put an event into an adapter's log");
+void addEvent(const Command& app, Options& options) {
+    const Command command = app.addCommand("event", "Put an event into an adapter's log");
     const auto wanted = std::make_shared<EventOptions>();
-    const CLI::Range word(0U, 65535U);
-    CLI::Option* eventClass = command->add_option("CLASS", wanted->eventClass, "Event class")->check(word);
-    CLI::Option* code = command->add_option("CODE", wanted->code, "Event code within the class")->check(word);
-    command->add_option("-d,--device", wanted->device, "The device it concerns")->check(word)->capture_default_str();
-    command->add_option("-s,--severity", wanted->severity, "0 unknown to 7 fatal; 2 is information")
-        ->check(CLI::Range(unsigned{SEV_UNKNOWN}, unsigned{SEV_FATAL}))
-        ->capture_default_str();
-    command->add_option("-p,--param", wanted->params, "Up to four values")->expected(1, 4);
-    command->add_option("--sense", wanted->sense, "Sense data in hexadecimal");
-    command->add_option("-n,--count", wanted->count, "How many of them")
-        ->check(CLI::Range(1U, 1000000U))
-        ->capture_default_str();
-    addAdapterOption(*command, options);
-    command->add_flag("--list", wanted->list, "Print the classes, codes and texts that there are")
-        ->excludes(eventClass)
-        ->excludes(code);
-    command->callback([&options, wanted, eventClass, code] {
+    const WordCheck word = inRange(0U, 65535U);
+    const Option eventClass = command.addOption("CLASS", wanted->eventClass, "Event class").check(word);
+    const Option code = command.addOption("CODE", wanted->code, "Event code within the class").check(word);
+    command.addOption("-d,--device", wanted->device, "The device it concerns").check(word).showDefault();
+    command.addOption("-s,--severity", wanted->severity, "0 unknown to 7 fatal; 2 is information")
+        .check(inRange(unsigned{SEV_UNKNOWN}, unsigned{SEV_FATAL}))
+        .showDefault();
+    command.addOption("-p,--param", wanted->params, "Up to four values").expects(1, 4);
+    command.addOption("--sense", wanted->sense, "Sense data in hexadecimal");
+    command.addOption("-n,--count", wanted->count, "How many of them").check(inRange(1U, 1000000U)).showDefault();
+    addAdapterOption(command, options);
+    command.addFlag("--list", wanted->list, "Print the classes, codes and texts that there are")
+        .excludes(eventClass)
+        .excludes(code);
+    command.onGiven([&options, wanted, eventClass, code] {
         if (wanted->list) return listEvents();
-        if (eventClass->count() == 0) throw CLI::RequiredError("CLASS");
-        if (code->count() == 0) throw CLI::RequiredError("CODE");
+        if (!eventClass.isGiven()) failMissing("CLASS");
+        if (!code.isGiven()) failMissing("CODE");
         log(options, *wanted);
     });
 }

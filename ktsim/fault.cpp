@@ -65,7 +65,7 @@ static void setFault(const Options& options, const FaultOptions& wanted, bool ha
     fault.kind = kindOf(wanted.kind);
     if (!canStrike(wanted.call.c_str(), fault.kind))
         throw CommandFailure{wanted.call + " answers nothing that --kind " + wanted.kind + " could spoil"};
-    if (fault.kind == FAULT_STATUS && !hasStatus) throw CLI::RequiredError("STATUS");
+    if (fault.kind == FAULT_STATUS && !hasStatus) failMissing("STATUS");
     strncpy(fault.call, wanted.call.c_str(), sizeof fault.call - 1);
     fault.status = static_cast<KT_U8>(wanted.status);
     fault.adapter = wanted.adapter < 0 ? KT_U8{ADAPTER_GLOBAL} : static_cast<KT_U8>(wanted.adapter);
@@ -78,27 +78,26 @@ static void setFault(const Options& options, const FaultOptions& wanted, bool ha
     });
 }
 
-void addFault(CLI::App& app, Options& options) {
-    CLI::App* command = app.add_subcommand("fault", "Let calls of the library go wrong");
+void addFault(const Command& app, Options& options) {
+    const Command command = app.addCommand("fault", "Let calls of the library go wrong");
     const auto wanted = std::make_shared<FaultOptions>();
-    command->add_option("CALL", wanted->call, "The call's name, for instance KT_LD_GetInfo");
-    CLI::Option* status =
-        command->add_option("STATUS", wanted->status, "The status it answers")->check(CLI::Range(0U, 255U));
-    command->add_option("--after", wanted->after, "Calls that go well first")->capture_default_str();
-    command->add_option("--times", wanted->times, "How often it strikes; 0 = for ever")->capture_default_str();
-    command->add_option("-a,--adapter", wanted->adapter, "Only on this adapter")->check(CLI::Range(0, 254));
+    command.addOption("CALL", wanted->call, "The call's name, for instance KT_LD_GetInfo");
+    const Option status = command.addOption("STATUS", wanted->status, "The status it answers").check(inRange(0U, 255U));
+    command.addOption("--after", wanted->after, "Calls that go well first").showDefault();
+    command.addOption("--times", wanted->times, "How often it strikes; 0 = for ever").showDefault();
+    command.addOption("-a,--adapter", wanted->adapter, "Only on this adapter").check(inRange(0, 254));
     command
-        ->add_option("--kind", wanted->kind,
-                     "status; or a call that succeeds but answers a count larger than asked for (count), texts filled "
-                     "to the brim (text), a next index that does not advance (next)")
-        ->check(CLI::IsMember({"status", "count", "text", "next"}))
-        ->capture_default_str();
-    command->add_flag("--list-calls", wanted->listCalls, "Print the calls that can go wrong");
-    CLI::App* clear = command->add_subcommand("clear", "Remove all faults");
-    clear->callback(
+        .addOption("--kind", wanted->kind,
+                   "status; or a call that succeeds but answers a count larger than asked for (count), texts filled "
+                   "to the brim (text), a next index that does not advance (next)")
+        .check(oneOf({"status", "count", "text", "next"}))
+        .showDefault();
+    command.addFlag("--list-calls", wanted->listCalls, "Print the calls that can go wrong");
+    const Command clear = command.addCommand("clear", "Remove all faults");
+    clear.onGiven(
         [&options] { changeState(options, [](Store& store) { eraseRows(store, ADAPTER_GLOBAL, KIND_FAULT); }); });
-    CLI::App* list = command->add_subcommand("list", "Print the faults that are set");
-    list->callback([&options] {
+    const Command list = command.addCommand("list", "Print the faults that are set");
+    list.onGiven([&options] {
         changeState(options, [](Store& store) {
             forEach<Fault>(store, ADAPTER_GLOBAL, 0, [](KT_U64, const Fault& fault) {
                 printf("%s\n", faultText(fault).c_str());
@@ -106,10 +105,10 @@ void addFault(CLI::App& app, Options& options) {
             });
         });
     });
-    command->callback([&options, wanted, status, command] {
-        if (!command->get_subcommands().empty()) return;
+    command.onGiven([&options, wanted, status, command] {
+        if (command.hasGivenCommand()) return;
         if (wanted->listCalls) return listCalls();
-        if (wanted->call.empty()) throw CLI::RequiredError("CALL");
-        setFault(options, *wanted, status->count() != 0);
+        if (wanted->call.empty()) failMissing("CALL");
+        setFault(options, *wanted, status.isGiven());
     });
 }

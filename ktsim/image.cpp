@@ -84,17 +84,17 @@ static void makeForDrive(const MicrocodeOptions& wanted) {
     writeNew(wanted.file, image);
 }
 
-static void addMicrocode(CLI::App& image) {
-    CLI::App* command = image.add_subcommand("microcode", "Make a microcode file that a solid-state disk takes");
+static void addMicrocode(const Command& image) {
+    const Command command = image.addCommand("microcode", "Make a microcode file that a solid-state disk takes");
     const auto wanted = std::make_shared<MicrocodeOptions>();
-    command->add_option("FILE", wanted->file, "The file; it must not exist yet")->required();
-    command->add_option("-m,--model", wanted->model, "The model of the disks it is for")->required();
-    command->add_option("-v,--version", wanted->version, "Its version")->required();
-    command->add_option("--size", wanted->kib, "KiB of data")->check(CLI::Range(1U, 65536U))->capture_default_str();
-    command->add_option("--damage", wanted->damage, "Spoil it: none, header, data or cut")
-        ->check(CLI::IsMember({"none", "header", "data", "cut"}))
-        ->capture_default_str();
-    command->callback([wanted] { makeForDrive(*wanted); });
+    command.addOption("FILE", wanted->file, "The file; it must not exist yet").required();
+    command.addOption("-m,--model", wanted->model, "The model of the disks it is for").required();
+    command.addOption("-v,--version", wanted->version, "Its version").required();
+    command.addOption("--size", wanted->kib, "KiB of data").check(inRange(1U, 65536U)).showDefault();
+    command.addOption("--damage", wanted->damage, "Spoil it: none, header, data or cut")
+        .check(oneOf({"none", "header", "data", "cut"}))
+        .showDefault();
+    command.onGiven([wanted] { makeForDrive(*wanted); });
 }
 
 static const struct {
@@ -113,40 +113,39 @@ static void damage(Context& context, const ImageOptions& wanted) {
     if (status != KT_OK) throw CommandFailure{adapter + " holds no such image"};
 }
 
-static void addDamage(CLI::App& image, Options& options) {
-    CLI::App* command = image.add_subcommand("damage", "Spoil an image in the adapter's flash, as age does");
+static void addDamage(const Command& image, Options& options) {
+    const Command command = image.addCommand("damage", "Spoil an image in the adapter's flash, as age does");
     const auto wanted = std::make_shared<ImageOptions>();
     wanted->damage = "data";
-    command->add_option("-t,--type", wanted->kind, "What it is")
-        ->check(CLI::IsMember({"bios", "firmware", "autoload", "bin"}))
-        ->capture_default_str();
-    command->add_option("--part", wanted->damage, "What of it: header, data or both")
-        ->check(CLI::IsMember({"header", "data", "both"}))
-        ->capture_default_str();
-    addAdapterOption(*command, options);
-    command->callback(
+    command.addOption("-t,--type", wanted->kind, "What it is")
+        .check(oneOf({"bios", "firmware", "autoload", "bin"}))
+        .showDefault();
+    command.addOption("--part", wanted->damage, "What of it: header, data or both")
+        .check(oneOf({"header", "data", "both"}))
+        .showDefault();
+    addAdapterOption(command, options);
+    command.onGiven(
         [&options, wanted] { changeAdapter(options, [&](Context& context) { damage(context, *wanted); }); });
 }
 
-void addImage(CLI::App& app, Options& options) {
-    CLI::App* image = app.add_subcommand("image", "Flash images for adapters, microcode for disks");
-    image->require_subcommand(1);
-    CLI::App* command = image->add_subcommand("make", "Make an image file that an adapter takes");
+void addImage(const Command& app, Options& options) {
+    const Command image = app.addCommand("image", "Flash images for adapters, microcode for disks");
+    image.requireCommand(1, 1);
+    const Command command = image.addCommand("make", "Make an image file that an adapter takes");
     const auto wanted = std::make_shared<ImageOptions>();
-    command->add_option("FILE", wanted->file, "The file; it must not exist yet")->required();
-    command->add_option("-t,--type", wanted->kind, "What it is")
-        ->check(CLI::IsMember({"bios", "firmware", "autoload", "bin", "raw"}))
-        ->capture_default_str();
-    command->add_option("-v,--version", wanted->version, "Its version")->capture_default_str();
-    command->add_option("--vendor", wanted->vendor, "The sub vendor id of the adapters it is for")
-        ->check(CLI::Range(0U, 65535U))
-        ->capture_default_str();
-    command->add_option("--size", wanted->kib, "KiB of data; 0 = as large as the factory's")
-        ->check(CLI::Range(0U, 65536U));
-    command->add_option("--damage", wanted->damage, "Spoil it: none, header, data or cut")
-        ->check(CLI::IsMember({"none", "header", "data", "cut"}))
-        ->capture_default_str();
-    command->callback([wanted] { make(*wanted); });
-    addMicrocode(*image);
-    addDamage(*image, options);
+    command.addOption("FILE", wanted->file, "The file; it must not exist yet").required();
+    command.addOption("-t,--type", wanted->kind, "What it is")
+        .check(oneOf({"bios", "firmware", "autoload", "bin", "raw"}))
+        .showDefault();
+    command.addOption("-v,--version", wanted->version, "Its version").showDefault();
+    command.addOption("--vendor", wanted->vendor, "The sub vendor id of the adapters it is for")
+        .check(inRange(0U, 65535U))
+        .showDefault();
+    command.addOption("--size", wanted->kib, "KiB of data; 0 = as large as the factory's").check(inRange(0U, 65536U));
+    command.addOption("--damage", wanted->damage, "Spoil it: none, header, data or cut")
+        .check(oneOf({"none", "header", "data", "cut"}))
+        .showDefault();
+    command.onGiven([wanted] { make(*wanted); });
+    addMicrocode(image);
+    addDamage(image, options);
 }

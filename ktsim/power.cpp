@@ -27,20 +27,19 @@ static void switchOn(Store& store) {
     checkAll(store);
 }
 
-void addPower(CLI::App& app, Options& options) {
-    app.add_subcommand("reboot", "Shut the machine down and boot it again")->callback([&options] {
+void addPower(const Command& app, Options& options) {
+    app.addCommand("reboot", "Shut the machine down and boot it again").onGiven([&options] {
         changeState(options, [](Store& store) {
             if (isPoweredOff(store)) throw CommandFailure{"the machine is off (ktsim power on boots it)"};
             switchOff(store, false);
             switchOn(store);
         });
     });
-    CLI::App* power = app.add_subcommand("power", "Switch the machine with the adapters off or on");
-    power->require_subcommand(1);
+    const Command power = app.addCommand("power", "Switch the machine with the adapters off or on");
+    power.requireCommand(1, 1);
     const auto pulled = std::make_shared<bool>(false);
-    CLI::App* off =
-        power->add_subcommand("off", "Shut it down; what happens to disks meanwhile shows at the next boot");
-    off->add_flag("--pull", *pulled, "Pull the plug instead: nothing is written any more");
-    off->callback([&options, pulled] { changeState(options, [&](Store& store) { switchOff(store, *pulled); }); });
-    power->add_subcommand("on", "Boot it")->callback([&options] { changeState(options, switchOn); });
+    const Command off = power.addCommand("off", "Shut it down; what happens to disks meanwhile shows at the next boot");
+    off.addFlag("--pull", *pulled, "Pull the plug instead: nothing is written any more");
+    off.onGiven([&options, pulled] { changeState(options, [&](Store& store) { switchOff(store, *pulled); }); });
+    power.addCommand("on", "Boot it").onGiven([&options] { changeState(options, switchOn); });
 }

@@ -199,24 +199,22 @@ static int rehearse(const RehearseOptions& wanted) {
     return rehearsed.commands.back().status;
 }
 
-void addRehearse(CLI::App& app) {
-    CLI::App* command = app.add_subcommand(
+void addRehearse(const Command& app) {
+    const Command command = app.addCommand(
         "rehearse", "Try commands of ktsetup or ktcfg on a twin of the adapters: rehearse -- ktsetup WORDS ...");
     const auto wanted = std::make_shared<RehearseOptions>();
-    command->prefix_command();
+    command.endAtStranger();
     command
-        ->add_option("--from", wanted->from,
-                     "A report instead of the adapters of this machine (ktreport json --records)")
-        ->allow_extra_args(false);
-    command->add_option("--until", wanted->until,
-                        "Let time pass behind the commands: idle, or a duration such as 2h30m");
-    command->add_option("--keep", wanted->keep, "Keep the state of the twin in this new file");
-    command->add_option("--at", wanted->at, "The time on the twin's stopped clock (default: when the report was made)");
-    command->add_option("--script", wanted->script, "Commands, one a line; - for standard input");
-    command->add_flag("--json", wanted->json, "Print all of it for programs");
-    command->add_option("COMMAND", wanted->words, "The command and its words, after --");
-    command->callback([wanted, command] {
-        const std::vector<std::string> rest = command->remaining();
+        .addOption("--from", wanted->from, "A report instead of the adapters of this machine (ktreport json --records)")
+        .oneEachTime();
+    command.addOption("--until", wanted->until, "Let time pass behind the commands: idle, or a duration such as 2h30m");
+    command.addOption("--keep", wanted->keep, "Keep the state of the twin in this new file");
+    command.addOption("--at", wanted->at, "The time on the twin's stopped clock (default: when the report was made)");
+    command.addOption("--script", wanted->script, "Commands, one a line; - for standard input");
+    command.addFlag("--json", wanted->json, "Print all of it for programs");
+    command.addOption("COMMAND", wanted->words, "The command and its words, after --");
+    command.onGiven([wanted, command] {
+        const std::vector<std::string> rest = command.rest();
         wanted->words.insert(wanted->words.end(), rest.begin(), rest.end());
         if (!wanted->words.empty() && wanted->words[0] == "--") wanted->words.erase(wanted->words.begin());
         const int result = rehearse(*wanted);

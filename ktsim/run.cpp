@@ -33,17 +33,17 @@ static void run(const Options& options, const std::vector<std::string>& command)
     throw CommandFailure{command[0] + ": " + strerror(reason), reason == ENOENT ? NOT_FOUND : NOT_EXECUTABLE};
 }
 
-void addRun(CLI::App& app, Options& options) {
-    CLI::App* command = app.add_subcommand("run", "Run a command in the environment of this state: run -- COMMAND ...");
+void addRun(const Command& app, Options& options) {
+    const Command command = app.addCommand("run", "Run a command in the environment of this state: run -- COMMAND ...");
     const auto words = std::make_shared<std::vector<std::string>>();
-    command->prefix_command();
-    command->add_option("COMMAND", *words, "The command and its words, after --");
-    command->callback([&options, words, command] {
+    command.endAtStranger();
+    command.addOption("COMMAND", *words, "The command and its words, after --");
+    command.onGiven([&options, words, command] {
         std::vector<std::string> all = *words;
-        const std::vector<std::string> rest = command->remaining();
+        const std::vector<std::string> rest = command.rest();
         all.insert(all.end(), rest.begin(), rest.end());
         if (!all.empty() && all[0] == "--") all.erase(all.begin());
-        if (all.empty()) throw CLI::RequiredError("COMMAND");
+        if (all.empty()) failMissing("COMMAND");
         run(options, all);
     });
 }

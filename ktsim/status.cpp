@@ -120,10 +120,10 @@ static std::vector<AdapterStatus> readAdapters(Store& store, const StatusOptions
 }
 
 static void printStatus(Store& store, const std::string& path, const StatusOptions& wanted) {
-    // NOLINTNEXTLINE(readability-braces-around-statements)
-    if (wanted.adapter >= 0 && static_cast<unsigned>(wanted.adapter) >= adapterCount(store))
+    if (wanted.adapter >= 0 && static_cast<unsigned>(wanted.adapter) >= adapterCount(store)) {
         throw CommandFailure{"there is no adapter " + std::to_string(wanted.adapter) + ", only " +
                              std::to_string(adapterCount(store)) + " of them"};
+    }
     const GlobalState global = find<GlobalState>(store, ADAPTER_GLOBAL, 0).value_or(GlobalState{});
     printf("%-8s%s (lab %s)\n", "State", path.c_str(), printable(global.lab, sizeof global.lab).c_str());
     printf("%-8s%s\n", "Clock", clockText(store).c_str());
@@ -139,12 +139,12 @@ static void printStatus(Store& store, const std::string& path, const StatusOptio
     }
 }
 
-void addStatus(CLI::App& app, Options& options) {
-    CLI::App* command = app.add_subcommand("status", "Print what is wrong, what is going on, and what else there is");
+void addStatus(const Command& app, Options& options) {
+    const Command command = app.addCommand("status", "Print what is wrong, what is going on, and what else there is");
     const auto wanted = std::make_shared<StatusOptions>();
-    command->add_flag("--all", wanted->all, "Every disk and virtual disk, however many");
-    command->add_option("-a,--adapter", wanted->adapter, "Only this adapter")->check(CLI::Range(0, 254));
-    command->callback([&options, wanted] {
+    command.addFlag("--all", wanted->all, "Every disk and virtual disk, however many");
+    command.addOption("-a,--adapter", wanted->adapter, "Only this adapter").check(inRange(0, 254));
+    command.onGiven([&options, wanted] {
         const std::string path = statePathOf(options);
         changeState(options, [&](Store& store) { printStatus(store, path, *wanted); });
     });

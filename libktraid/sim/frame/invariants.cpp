@@ -242,8 +242,7 @@ static void checkRows(const Check& all, const char* kind) {
         memcpy(&record, walk.data, sizeof record);
         Bounding by;
         bound(record, by);
-        check.require(by.beyond == nullptr,
-                      std::string(by.beyond != nullptr ? by.beyond : "") + " is beyond what its record holds");
+        if (by.beyond != nullptr) check.require(false, std::string(by.beyond) + " is beyond what its record holds");
     }
     endWalk(walk);
 }
