@@ -53,13 +53,30 @@ Building and starting writes to no file that others could have put there.
 
   $ mkdir -p top/tools top/build/release/bin temporary programs && cp "$TESTDIR/../../run" top/ && touch top/build/release/build.ninja
   $ echo 'need_packages() { :; }; BUILD_PACKAGES=()' > top/tools/prepare
-  $ printf '#!/bin/sh\nls "$TMPDIR"\necho built\nexit $FAILURE\n' > programs/cmake
-  $ printf '#!/bin/sh\necho started: "$@"\n' > top/build/release/bin/ktsetup
-  $ chmod +x programs/cmake top/build/release/bin/ktsetup
+  $ printf '#!/bin/sh\nls "$TMPDIR"\necho built "$@"\nexit $FAILURE\n' > programs/cmake
+  $ for program in ktsetup ktcfg ktreport ktsim; do
+  >   printf '#!/bin/sh\necho started: "${0##*/}" "$@"\n' > top/build/release/bin/$program
+  > done
+  $ chmod +x programs/cmake top/build/release/bin/*
   $ start() { TMPDIR="$PWD/temporary" PATH="$PWD/programs:$PATH" top/run "$@"; }
   $ FAILURE=0 start info -o hba
-  started: info -o hba
+  started: ktsetup info -o hba
   $ FAILURE=1 start info -o hba
-  built
+  built --build build/release --target ktraid ktsetup
   The build failed.
   [1]
+
+It starts the program that the first word names, and builds what that one starts in its turn.
+
+  $ FAILURE=0 start ktreport map --csv
+  started: ktreport map --csv
+  $ FAILURE=1 start ktreport map --csv
+  built --build build/release --target ktraid ktreport
+  The build failed.
+  [1]
+  $ FAILURE=1 start ktsim status 2>&1 | head -1
+  built --build build/release --target ktraid ktsim
+  $ FAILURE=1 start ktsim rehearse -- ktsetup ver 2>&1 | head -1
+  built --build build/release --target ktraid ktsetup ktcfg ktreport ktsim
+  $ FAILURE=1 start ktcfg plan -f wanted.json 2>&1 | head -1
+  built --build build/release --target ktraid ktsetup ktcfg ktreport ktsim
