@@ -1,4 +1,4 @@
-// The sentences of differences.
+// How a difference between two reports is worded.
 #pragma once
 
 #include <string>

@@ -27,9 +27,12 @@ static bool isWalkedApart(const std::string& word) {
     return std::find(std::begin(words), std::end(words), word) != std::end(words);
 }
 
-static void add(const Walk& walk, ChangeKind kind, const std::string& word, const Json& before, const Json& after,
-                const std::string& text) {
-    walk.changes.push_back({kind, walk.adapter, walk.object, walk.id, word, before, after, text});
+// Adds a change of the object that is looked at.
+static void add(const Walk& walk, Change change) {
+    change.adapter = walk.adapter;
+    change.object = walk.object;
+    change.id = walk.id;
+    walk.changes.push_back(std::move(change));
 }
 
 static void compareValue(const Walk& walk, const std::string& word, const Json& before, const Json& after) {
@@ -48,7 +51,7 @@ static void compareValue(const Walk& walk, const std::string& word, const Json& 
         return;
     }
     const std::string text = changeText(walk.name, word, before, after, walk.all);
-    if (!text.empty()) add(walk, ChangeKind::Changed, word, before, after, text);
+    if (!text.empty()) add(walk, {.word = word, .before = before, .after = after, .text = text});
 }
 
 // The words that stand in an object itself.
@@ -136,9 +139,11 @@ static void compareEvents(const Walk& walk, const Json& before, const Json& afte
         return events.empty() ? 0 : numberIn(events.back(), "SequenceNo").value_or(0);
     };
     if (!walk.all || last(before) == last(after)) return;
-    add(walk, ChangeKind::Changed, "events", last(before), last(after),
-        walk.name + ": the last event is " + std::to_string(last(after)) + " now (was " + std::to_string(last(before)) +
-            ")");
+    add(walk, {.word = "events",
+               .before = last(before),
+               .after = last(after),
+               .text = walk.name + ": the last event is " + std::to_string(last(after)) + " now (was " +
+                       std::to_string(last(before)) + ")"});
 }
 
 static void compareKind(const Walk& of, const Kind& kind, const Json& before, const Json& after) {
@@ -149,8 +154,9 @@ static void compareKind(const Walk& of, const Kind& kind, const Json& before, co
         return adapter.contains(list) || (list == "virtualDisks" && adapter.contains("arrays"));
     };
     if (known(before) != known(after)) {
-        add(of, ChangeKind::Changed, list, {}, {},
-            "the " + wordsOf(list) + " of " + of.name + " are known only " + (known(after) ? "now" : "from before"));
+        add(of, {.word = list,
+                 .text = "the " + wordsOf(list) + " of " + of.name + " are known only " +
+                         (known(after) ? "now" : "from before")});
         return;
     }
     for (const Same& same : pairItems(itemsOfKind(before, kind), itemsOfKind(after, kind), kind.identity, kind.words)) {
@@ -159,9 +165,11 @@ static void compareKind(const Walk& of, const Kind& kind, const Json& before, co
                      kind.object, in(item, "id"), kind.name(same.before ? *same.before : item) + of.where,
                      of.where};
         if (same.before == nullptr) {
-            add(walk, ChangeKind::Appeared, "", {}, item, walk.name + " " + aboutItem(item) + "appeared");
+            add(walk,
+                {.kind = ChangeKind::Appeared, .after = item, .text = walk.name + " " + aboutItem(item) + "appeared"});
         } else if (same.after == nullptr) {
-            add(walk, ChangeKind::Gone, "", item, {}, walk.name + " " + aboutItem(item) + "is gone");
+            add(walk,
+                {.kind = ChangeKind::Gone, .before = item, .text = walk.name + " " + aboutItem(item) + "is gone"});
         } else {
             compareValue(walk, "id", in(*same.before, "id"), in(item, "id"));
             compareWords(walk, *same.before, item);
@@ -190,9 +198,9 @@ std::vector<Change> changesBetween(const Json& before, const Json& after, bool a
                      "adapter", id,  nameOfAdapter(adapter)};
         if (adapters.size() > 1) walk.where = " on adapter " + id.dump();
         if (same.before == nullptr) {
-            add(walk, ChangeKind::Appeared, "", {}, id, walk.name + " appeared");
+            add(walk, {.kind = ChangeKind::Appeared, .after = id, .text = walk.name + " appeared"});
         } else if (same.after == nullptr) {
-            add(walk, ChangeKind::Gone, "", id, {}, walk.name + " is gone");
+            add(walk, {.kind = ChangeKind::Gone, .before = id, .text = walk.name + " is gone"});
         } else {
             compareAdapter(walk, *same.before, adapter);
         }

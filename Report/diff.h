@@ -9,14 +9,14 @@
 enum class ChangeKind { Gone, Changed, Appeared };
 
 struct Change {
-    ChangeKind kind;
-    int adapter;        // its id; -1: none
-    std::string object; // "disk", "virtual disk", "array", "enclosure", "adapter" ...
-    Json id;            // of the object, where it has one; else null
-    std::string word;   // of the document that has another value; "" when the object itself went or appeared
-    Json before;        // the values; null where there was none, or none is known
-    Json after;
-    std::string text; // a sentence without its full stop, safe to print
+    ChangeKind kind = ChangeKind::Changed;
+    int adapter = -1;        // its id; -1: none
+    std::string object = {}; // "disk", "virtual disk", "array", "enclosure", "adapter" ...
+    Json id = {};            // of the object, where it has one; else null
+    std::string word = {};   // of the document that has another value; "" when the object itself went or appeared
+    Json before = {};        // the values; null where there was none, or none is known
+    Json after = {};
+    std::string text = {}; // a sentence without its full stop, safe to print
 };
 
 // The changes that lead from one document to the other, what went first and what appeared last. Adapters and disks are

@@ -1,8 +1,6 @@
 // How the reading asks the library: one call, and a note of what came of it.
 #pragma once
 
-#include <dlfcn.h>
-
 #include "Public/errorMsg.h"
 #include "Public/listing.h"
 #include "Report/reading.h"
@@ -14,19 +12,17 @@ struct Reader {
 };
 
 // Notes a refusal; those of one call with one status share a note, which names the items.
-void noteRefusal(Machine& machine, int adapter, const char* call, std::optional<KT_U8> status, const std::string& text,
-                 std::optional<unsigned> id = std::nullopt);
-
-inline void refuse(Reader& reader, const char* call, KT_U8 status, std::optional<unsigned> id = std::nullopt) {
-    noteRefusal(reader.machine, reader.adapter.index, call, status, ErrorMessage(status), id);
-}
+void noteRefusal(Machine& machine, const Refusal& refusal);
+// The same for a status of a call of the adapter that is being read; id: of the item that was asked for.
+void refuse(Reader& reader, const char* call, KT_U8 status, std::optional<unsigned> id = std::nullopt);
 
 // What an adapter answers that has no such thing at all.
 inline bool isUnsupported(KT_U8 status) {
     return status == KT_ERR_NOT_SUPPORTED || status == KT_ERR_NOT_ON_THIS_ADAPTER;
 }
 
-// Whether the library has the call; one that is missing is noted.
+bool isInLibrary(const char* call);
+// The same; one that is missing is noted.
 bool libraryHas(Reader& reader, const char* call);
 
 // A name and the call itself, for the functions below.
@@ -54,7 +50,8 @@ bool readList(Reader& reader, const char* name, KT_U8 (*call)(KT_U8, Request*), 
         return !twice;
     });
     if (end.status != KT_OK) refuse(reader, name, end.status);
-    if (twice) noteRefusal(reader.machine, reader.adapter.index, name, std::nullopt, "the list names an id twice");
+    if (twice)
+        noteRefusal(reader.machine, {reader.adapter.index, name, std::nullopt, "the list names an id twice", {}});
     return end.status == KT_OK && !twice;
 }
 

@@ -82,9 +82,8 @@ std::vector<VdInArray> virtualDisksOn(const Json& adapter, KT_U64 disk) {
 }
 
 bool isRefusal(const Json& unread) {
-    const auto status = numberIn(unread, "status");
-    // NOLINTNEXTLINE(misc-redundant-expression)
-    return status != KT_U64{KT_ERR_NOT_SUPPORTED} && status != KT_U64{KT_ERR_NOT_ON_THIS_ADAPTER};
+    const KT_U64 status = numberIn(unread, "status").value_or(KT_OK);
+    return status != KT_ERR_NOT_SUPPORTED && status != KT_ERR_NOT_ON_THIS_ADAPTER;
 }
 
 bool isOfOfflineDisks(const Json& document, const Json& unread) {

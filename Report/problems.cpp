@@ -109,10 +109,6 @@ std::string mergeThresholds(Json& thresholds, const Json& overrides) {
     return "";
 }
 
-std::string command(const Scene& scene, const std::string& words) {
-    return "ktsetup " + std::to_string(scene.adapterId) + " " + words;
-}
-
 static std::string refusalText(const Json& refusal) {
     std::string text = shown(textIn(refusal, "call"));
     const Json& ids = listIn(refusal, "ids");

@@ -50,11 +50,10 @@ static void findCharge(Scene& scene, const Json& battery, unsigned status) {
     const bool knowsCharge = (numberIn(battery, "sensorSupport").value_or(0) & KT_SENSOR_CAPACITY) != 0;
     const bool low =
         knowsCharge && percent && !charging && static_cast<double>(*percent) < threshold(scene, "battery-weak");
-    const auto said = newestEvent(scene, EVENTS_OF_BATTERIES, [](unsigned code, const Json&) {
-        return code == BATTERY_NEW || code == BATTERY_TO_REPLACE || code == BATTERY_REPLACED || code == CAPACITY_LOW ||
-               code == CAPACITY_BACK;
-    });
-    // NOLINTNEXTLINE(misc-redundant-expression)
+    const unsigned said = newestEvent(scene, EVENTS_OF_BATTERIES, [](unsigned code, const Json&) {
+                              return code == BATTERY_NEW || code == BATTERY_TO_REPLACE || code == BATTERY_REPLACED ||
+                                     code == CAPACITY_LOW || code == CAPACITY_BACK;
+                          }).value_or(0);
     const bool weak = said == BATTERY_TO_REPLACE || said == CAPACITY_LOW;
     if (low || weak) {
         addBattery(scene, "battery-weak",

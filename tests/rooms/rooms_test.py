@@ -20,7 +20,7 @@ FLOORS = [
     ["libktraid/sim/lab/"],
     ["libktraid/sim/frame/"],
     ["libktraid/sim/calls/"],
-    ["utcTime/"],
+    ["utcTime/", "commandLine/"],
     ["Public/"],
     ["Functions/", "Report/"],
     ["Plan/"],
@@ -31,9 +31,6 @@ FLOORS = [
 SIMULATION = "libktraid/sim/"
 BESIDE = "ktsim/"
 INTERFACE = "libktraid/events/"
-
-# To go: Report's words are being sorted.
-UNSORTED = ("Report/", "ktreport/")
 
 
 def source_of(path, build):
@@ -125,8 +122,7 @@ def main():
             if not near or near[0] == user:
                 continue
             used = near[0]
-            if not (user.startswith(UNSORTED) and used.startswith(UNSORTED)):
-                arrows.setdefault(user, set()).add(used)
+            arrows.setdefault(user, set()).add(used)
             reason = wrong(user, used)
             if reason:
                 complaints.append(f"{user} -> {used} {reason}: {symbol}")

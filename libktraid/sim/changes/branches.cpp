@@ -100,12 +100,11 @@ static void leave(const Context& context, const std::vector<KT_U16>& ids, KT_U64
 
 template <class Record, class Away>
 static std::vector<KT_U16> comeBack(const Context& context, KT_U64 loss) {
-    const std::vector<KT_U16> ids = idsWhere<Away>(context, [&](const Away& away) { return away.loss == loss; });
+    std::vector<KT_U16> ids = idsWhere<Away>(context, [&](const Away& away) { return away.loss == loss; });
     for (const KT_U16 id : ids) {
         save(context, id, find<Away>(context, id)->info);
         erase<Away>(context, id);
     }
-    // NOLINTNEXTLINE(performance-no-automatic-move)
     return ids;
 }
 

@@ -127,10 +127,12 @@ constexpr bool kindsDiffer() {
 #define STATE_KIND_NUMBER(Record, kind) kind,
     const Kind kinds[] = {STATE_RECORDS(STATE_KIND_NUMBER) KIND_FLASH_CHUNK, KIND_FLASH_STAGED};
 #undef STATE_KIND_NUMBER
-    // NOLINTNEXTLINE(readability-braces-around-statements)
-    for (const Kind& one : kinds)
-        for (const Kind* other = &one + 1; other != kinds + sizeof kinds / sizeof *kinds; ++other)
-            if (one == *other) return false;
+    const Kind* const end = kinds + sizeof kinds / sizeof *kinds;
+    for (const Kind* one = kinds; one != end; ++one) {
+        for (const Kind* other = one + 1; other != end; ++other) {
+            if (*one == *other) return false;
+        }
+    }
     return true;
 }
 static_assert(kindsDiffer(), "two records share the number of their rows");
