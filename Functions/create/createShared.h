@@ -5,7 +5,8 @@
 #include "Public/raidOptions.h"
 #include "Public/vdOptions.h"
 
-// Reads the argument of -i; on anything else it prints that option's message and answers Take::Failed.
+// Reads the argument of -i, the initialisation, into `init`. A word that is none of them is refused with the option's
+// message and Take::Failed; foreground: whether the command takes that one.
 Take takeInit(const char* value, bool foreground, KT_U8& init);
 
 // True unless a number of parity disks was given for a level that has none of its own; otherwise says so, and the

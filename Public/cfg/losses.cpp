@@ -8,7 +8,7 @@
 #include "Public/utility.h"
 
 namespace {
-// What the reader makes of one value.
+// A value as it would come back from the text: whether cfg/reader takes it, and what it puts into the page.
 struct ReadBack {
     bool taken;
     _HBA_Info_Page page;

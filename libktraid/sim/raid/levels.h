@@ -29,8 +29,9 @@ KT_U8 checkGeometry(const _Adapter_Info& adapter, const Geometry& geometry, bool
 KT_U8 subCount(const Geometry& geometry);
 // Whether one slot is rebuilt from what the other holds, among others.
 bool inSameSet(const Geometry& geometry, int one, int other);
-// Where in the virtual disk the `offset`th byte of every member of the slot's set belongs: that of the first data in
-// its row of stripes of `stripe` bytes.
+// Where byte `offset` of the slot's disk belongs in the virtual disk. Rows of stripes, `stripe` bytes of each disk,
+// follow each other, and all disks of a set stand for the one with the row's first data: on three disks of RAID5 with
+// stripes of 64 KiB the byte behind the first 64 KiB of each is the one behind the first 128 KiB of the virtual disk.
 KT_U64 placeInVd(const Geometry& geometry, int slot, KT_U64 offset, KT_U64 stripe);
 // Disks' worth of data, in halves of a disk: RAID1E on 3 disks holds 3 halves.
 KT_U32 dataHalves(const Geometry& geometry);

@@ -26,7 +26,8 @@ static int willingness(const Group& group, const Disk& disk, KT_U16 home) {
     return raid & KT_PD_GLOBAL_SPARE ? 1 : 0;
 }
 
-// Logs it once for each loss (TOLD_*): the adapter looks for spares again and again.
+// Logs that the disk is too small, once for each loss of a member (TOLD_*): the adapter looks for spares again and
+// again.
 static void tellTooSmall(const Context& context, KT_U16 pd, KT_U8 what) {
     auto disk = find<PdState>(context, pd);
     if (!disk || (disk->toldTooSmall & what) != 0) return;
