@@ -260,6 +260,6 @@ static int apply(const PlanRequest& request) {
 int doApply(int argc, char** argv, _cmd_struct* row) {
     PlanRequest request;
     int result = 0;
-    if (!readRequest(argc, argv, row, applyOptions, request, result)) return result;
+    if (!readRequest({argc, argv, row}, applyOptions, request, result)) return result;
     return guarded(apply, request);
 }

@@ -29,6 +29,6 @@ static int plan(const PlanRequest& request) {
 int doPlan(int argc, char** argv, _cmd_struct* row) {
     PlanRequest request;
     int result = 0;
-    if (!readRequest(argc, argv, row, planOptions, request, result)) return result;
+    if (!readRequest({argc, argv, row}, planOptions, request, result)) return result;
     return guarded(plan, request);
 }

@@ -53,22 +53,21 @@ static bool checkRequest(const char* command, const PlanRequest& request, const 
     return true;
 }
 
-bool readRequest(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, PlanRequest& request,
-                 int& result) {
+bool readRequest(const CommandCall& call, const OptionSet& set, PlanRequest& request, int& result) {
     OptionCounts given;
     auto take = [&](int option, const char* value) { return takeOption(option, value, request); };
-    if (!scanOptions({argc, argv, row}, set, given, result, take)) {
+    if (!scanOptions(call, set, given, result, take)) {
         if (result != 0) result = RESULT_USAGE;
         return false;
     }
     result = RESULT_USAGE;
-    if (!givenOnce(set, given) || !givenRequired(set, given, argv[0])) return false;
-    if (optind < argc) {
-        out("%s: '%s' is one word too many.\n", argv[0], shownName(argv[optind]).c_str());
+    if (!givenOnce(set, given) || !givenRequired(set, given, call.argv[0])) return false;
+    if (optind < call.argc) {
+        out("%s: '%s' is one word too many.\n", call.argv[0], shownName(call.argv[optind]).c_str());
         return false;
     }
     request.options.adapter = typedAdapter;
-    return checkRequest(argv[0], request, given);
+    return checkRequest(call.argv[0], request, given);
 }
 
 Json readNow(int adapter, bool forTwin) {

@@ -21,8 +21,7 @@ struct PlanRequest {
 };
 
 // Reads the options. False when the command is over; result is then what its handler returns.
-bool readRequest(int argc, char** argv, const _cmd_struct* row, const OptionSet& set, PlanRequest& request,
-                 int& result);
+bool readRequest(const CommandCall& call, const OptionSet& set, PlanRequest& request, int& result);
 
 // Everything that a plan is made from, and the plan.
 // Moving JSON throws nothing, whatever its library declares. NOLINTNEXTLINE(bugprone-exception-escape)

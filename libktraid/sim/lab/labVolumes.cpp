@@ -44,16 +44,16 @@ static const LabWord STATE_WORDS[] = {{"running", KT_STATE_RUNNING},
 static const LabWord CACHE_WORDS[] = {{"on", 0}, {"off", KT_CACHE_OFF}, {"auto", KT_CACHE_AUTO}};
 
 WordList levelWords() {
-    return {LEVEL_WORDS, std::size(LEVEL_WORDS)};
+    return LEVEL_WORDS;
 }
 WordList vdStatusWords() {
-    return {STATUS_WORDS, std::size(STATUS_WORDS)};
+    return STATUS_WORDS;
 }
 WordList activityWords() {
-    return {ACTIVITY_WORDS, std::size(ACTIVITY_WORDS)};
+    return ACTIVITY_WORDS;
 }
 WordList activityStateWords() {
-    return {STATE_WORDS, std::size(STATE_WORDS)};
+    return STATE_WORDS;
 }
 
 static const KT_U64 STRIPE_KIB = 64;

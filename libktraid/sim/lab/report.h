@@ -64,16 +64,20 @@ KT_U64 takeTime(LabReader& reader, const char* word, KT_U64 absent);
 void leaveOut(LabReader& reader, std::initializer_list<const char*> words);
 // The object under the word, when there is one.
 std::vector<LabReader> takeRecord(LabReader& reader, const char* word);
+// A table of words.
+struct WordList {
+    const LabWord* words;
+    size_t count;
+
+    template <size_t N>
+    WordList(const LabWord (&table)[N]) : words(table), count(N) {}
+};
 // A code that stands as a word, or as a number under the name of its field.
-int takeCode(LabReader& reader, const char* word, const LabWord* words, size_t count, const char* field, int absent);
+int takeCode(LabReader& reader, const char* word, const WordList& words, const char* field, int absent);
 
 // How far an activity is that has `work` KiB to do, so that it shows that percentage.
 void setReportedProgress(const Context& context, Activity& activity, KT_U64 work, KT_U64 percent);
 
-struct WordList {
-    const LabWord* words;
-    size_t count;
-};
 // labVolumes.cpp: the words that labs have for levels, statuses, kinds of activities and their states.
 WordList levelWords();
 WordList vdStatusWords();

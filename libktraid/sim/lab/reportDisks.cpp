@@ -66,8 +66,7 @@ static _HD_Info takeDisk(Context& context, LabReader& reader, KT_U16 id) {
     disk.AdapterID = context.adapter;
     takeKind(reader, disk);
     disk.BlockSize = 512;
-    disk.Link.Parent.DevType =
-        static_cast<KT_U8>(takeCode(reader, "on", PARENTS, std::size(PARENTS), "Link.Parent.DevType", KT_LINK_HBA));
+    disk.Link.Parent.DevType = static_cast<KT_U8>(takeCode(reader, "on", PARENTS, "Link.Parent.DevType", KT_LINK_HBA));
     disk.Link.Parent.PhyCnt = disk.Link.Self.PhyCnt = 1;
     disk.Link.Parent.PhyID[0] = static_cast<KT_U8>(takeNumber(reader, "port", 0, 255));
     disk.Link.Self.DevID = id;
@@ -124,8 +123,8 @@ static void takePatrol(const Context& context, LabReader& disk, KT_U64 kib, PdSt
     for (LabReader& reader : takeRecord(disk, "patrol")) {
         const WordList states = activityStateWords();
         Activity& patrol = state.patrol;
-        patrol.kind = static_cast<KT_U8>(takeCode(reader, "kind", PATROLS, std::size(PATROLS), "Bga", 0));
-        patrol.state = static_cast<KT_U8>(takeCode(reader, "state", states.words, states.count, "BgaState", 0));
+        patrol.kind = static_cast<KT_U8>(takeCode(reader, "kind", PATROLS, "Bga", 0));
+        patrol.state = static_cast<KT_U8>(takeCode(reader, "state", states, "BgaState", 0));
         setReportedProgress(context, patrol, kib, takeNumber(reader, "percent", 0, 100));
         leaveOut(reader, {"Percentage"});
         takeNothingElse(reader);

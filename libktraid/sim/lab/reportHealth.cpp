@@ -113,8 +113,7 @@ static _SMART_Info toldAttributes(const LabReader& disk) {
         attribute.Worst = static_cast<KT_U8>(numberOf(reader.object, "worst", 255, disk));
         attribute.Threshold = static_cast<KT_U8>(numberOf(reader.object, "threshold", 255, disk));
         attribute.RawValue = numberOf(reader.object, "raw", (KT_U64{1} << 48) - 1, disk);
-        attribute.Status =
-            static_cast<KT_U8>(takeCode(reader, "status", STATES, std::size(STATES), "Status", KT_SMART_GOOD));
+        attribute.Status = static_cast<KT_U8>(takeCode(reader, "status", STATES, "Status", KT_SMART_GOOD));
         putText(reader, "name", takeText(reader, "name", ""), attribute.Name, sizeof attribute.Name);
     }
     return info;

@@ -24,8 +24,7 @@ static void takePhys(LabReader& reader, _Link_Endpoint& end) {
 static void takeParent(LabReader& owner, Kind kind, void* record, _Link_Entity& link) {
     static constexpr WordField WORDS[] = {{"id", "Link.Parent.DevID"}, {"address", "Link.Parent.SAS_Address"}};
     for (LabReader& reader : takeRecord(owner, "parent")) {
-        link.Parent.DevType =
-            static_cast<KT_U8>(takeCode(reader, "on", PARENTS, std::size(PARENTS), "DevType", KT_LINK_HBA));
+        link.Parent.DevType = static_cast<KT_U8>(takeCode(reader, "on", PARENTS, "DevType", KT_LINK_HBA));
         link.Parent.EnclosureID = KT_NO_ID;
         takeAs(reader, kind, record, WORDS);
         takePhys(reader, link.Parent);

@@ -95,7 +95,7 @@ static void takeBlockIds(Context& context, LabReader& reader, _LD_Info& vd) {
 
 static void takeVdCode(LabReader& reader, _LD_Info& vd) {
     const WordList levels = levelWords();
-    vd.RaidMode = static_cast<KT_U8>(takeCode(reader, "level", levels.words, levels.count, "RaidMode", 0));
+    vd.RaidMode = static_cast<KT_U8>(takeCode(reader, "level", levels, "RaidMode", 0));
     vd.Size = takeUnits(reader, "size", 1024, 0);
 }
 
@@ -139,8 +139,8 @@ static void takeActivity(const Context& context, LabReader& vdReader, _LD_Info& 
         const WordList kinds = activityWords();
         const WordList states = activityStateWords();
         Activity& activity = state.activity;
-        activity.kind = static_cast<KT_U8>(takeCode(reader, "kind", kinds.words, kinds.count, "Bga", 0));
-        activity.state = static_cast<KT_U8>(takeCode(reader, "state", states.words, states.count, "BgaState", 0));
+        activity.kind = static_cast<KT_U8>(takeCode(reader, "kind", kinds, "Bga", 0));
+        activity.state = static_cast<KT_U8>(takeCode(reader, "state", states, "BgaState", 0));
         activity.disk =
             static_cast<KT_U16>(takeNumber(reader, "disk", filledDisk(context, vd, activity.kind), KT_NO_ID));
         setReportedProgress(context, activity, workOf(context, activity, vd), takeNumber(reader, "percent", 0, 100));
@@ -205,7 +205,7 @@ static _LD_Info takeVdRecord(Context& context, LabReader& reader, VdState& state
     const WordList statuses = vdStatusWords();
     vd.AdapterID = context.adapter;
     vd.DGID = KT_NO_ID;
-    vd.Status = static_cast<KT_U8>(takeCode(reader, "status", statuses.words, statuses.count, "Status", KT_VD_ONLINE));
+    vd.Status = static_cast<KT_U8>(takeCode(reader, "status", statuses, "Status", KT_VD_ONLINE));
     takeVdCode(reader, vd);
     takeBlockIds(context, reader, vd);
     takeAs(reader, KIND_VD, &vd, VD_WORDS);
@@ -264,9 +264,8 @@ static _DG_Info takeArrayRecord(Context& context, LabReader& reader, const std::
     std::fill(std::begin(array.PDIDs), std::end(array.PDIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(array.VDIDs), std::end(array.VDIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(array.SparePDIDs), std::end(array.SparePDIDs), KT_U16{KT_NO_ID});
-    array.RaidMode = static_cast<KT_U8>(takeCode(reader, "level", levels.words, levels.count, "RaidMode", 0));
-    array.Status =
-        static_cast<KT_U8>(takeCode(reader, "status", STATUSES, std::size(STATUSES), "Status", ARRAY_FUNCTIONAL));
+    array.RaidMode = static_cast<KT_U8>(takeCode(reader, "level", levels, "RaidMode", 0));
+    array.Status = static_cast<KT_U8>(takeCode(reader, "status", STATUSES, "Status", ARRAY_FUNCTIONAL));
     takeAs(reader, KIND_DG, &array, ARRAY_WORDS);
     array.TotalManagedSpace = takeUnits(reader, "size", 1024, 0);
     array.RemainingManagedSpace = takeUnits(reader, "freeSize", 1024, 0);
@@ -282,8 +281,8 @@ static _DG_Info takeArrayRecord(Context& context, LabReader& reader, const std::
     for (LabReader& activity : takeRecord(reader, "activity")) {
         const WordList kinds = activityWords();
         const WordList states = activityStateWords();
-        array.BgaType = static_cast<KT_U16>(takeCode(activity, "kind", kinds.words, kinds.count, "Bga", 0));
-        array.BgaState = static_cast<KT_U8>(takeCode(activity, "state", states.words, states.count, "BgaState", 0));
+        array.BgaType = static_cast<KT_U16>(takeCode(activity, "kind", kinds, "Bga", 0));
+        array.BgaState = static_cast<KT_U8>(takeCode(activity, "state", states, "BgaState", 0));
         takeNothingElse(activity);
     }
     takeFields(reader, KIND_DG, &array);

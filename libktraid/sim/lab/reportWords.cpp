@@ -69,8 +69,8 @@ std::vector<LabReader> takeRecord(LabReader& reader, const char* word) {
     return {readObject(*value, reader.path + "." + word)};
 }
 
-int takeCode(LabReader& reader, const char* word, const LabWord* words, size_t count, const char* field, int absent) {
-    if (hasWord(reader, word)) return takeWord(reader, word, words, count, absent);
+int takeCode(LabReader& reader, const char* word, const WordList& words, const char* field, int absent) {
+    if (hasWord(reader, word)) return takeWord(reader, word, words.words, words.count, absent);
     return static_cast<int>(takeNumber(reader, field, static_cast<KT_U64>(absent), 0xFFFF));
 }
 
