@@ -127,12 +127,9 @@ void failMissing(const std::string& word) {
     throw CLI::RequiredError(word);
 }
 
-Program::Program(const std::string& name, const std::string& about) : Command{new CLI::App(about)} {
-    app->name(name);
-}
-
-Program::~Program() {
-    delete app;
+Program::Program(const std::string& name, const std::string& about)
+    : Command{nullptr}, words(std::make_shared<CLI::App>(about, name)) {
+    app = words.get();
 }
 
 void Program::addVersion(const std::string& line) const {

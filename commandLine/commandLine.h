@@ -75,12 +75,12 @@ struct WordsFailure {
 
 struct Program : Command {
     Program(const std::string& name, const std::string& about);
-    ~Program();
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
 
     void addVersion(const std::string& line) const; // --version
     void addHelpAll() const;                        // --help-all: of every command
+
+  private:
+    std::shared_ptr<CLI::App> words;
 };
 // Reads the words and does what they ask for. Answers the text that they asked for instead, help or version, or "".
 // Throws WordsFailure, and whatever a command throws.
