@@ -52,42 +52,6 @@ TEST_F(Start, Raid0IsNeitherInitializedNorChecked) {
     expect(run(doInit, "init -a stop -l 2"), "\nVD 2 is not initializing.\n");
 }
 
-// Each read in its order, and what its failure says.
-TEST_F(Start, EveryReadThatFailsEndsTheCommand) {
-#define E59 "(error 59: Specified virtual disk doesn't exist)"
-    const struct {
-        CommandHandler handler;
-        const char* line;
-        const char* failing;
-        const char* text;
-        size_t reads;
-    } cases[] = {
-        {doInit, "init -l 2", "KT_LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
-        {doInit, "init -a pause -l 2", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
-        {doCC, "cc -a stop -l 2", "KT_LD_GetInfo", "\nUnable to get info of VD 2 " E59 ".\n", 1},
-        {doCC, "cc -l 2", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 2},
-        {doRebuild, "rebuild -l 2 -d 9", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E59 ".\n", 1},
-        {doRebuild, "rebuild -l 2 -d 9", "KT_BLK_GetInfo", "Can not get disk 9 information" E59 ".\n", 2},
-        {doRebuild, "rebuild -l 2 -d 9", "KT_LD_GetInfo", "\nUnable to get necessary info" E59 ".\n", 3},
-        {doRebuild, "rebuild -l 2 -d 9", "KT_PD_GetFreeSpaceInfo", "\nUnable to get necessary info" E59 ".\n", 4},
-        {doRebuild, "rebuild -l 2 -d 9", "KT_BLK_GetInfo 11", "\nUnable to get necessary info" E59 ".\n", 5},
-        {doRebuildV2, "rebuild -l 2 -d 9", "KT_DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
-        {doRebuildV2, "rebuild -l 2 -d 9", "KT_PD_GetHDRaidStatus", "Unable to get status of PD 9 " E59 ".\n", 2},
-        {doRebuildV2, "rebuild -l 2 -d 9", "KT_PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E59 ".\n", 3},
-        {doMP, "mp -d 2", "KT_PD_GetHDRaidStatus", "\nUnable to get status of PD 2.\n", 1},
-        {doMP, "mp -a stop -d 2", "KT_PD_GetBGAStatus", "\nUnable to get status of PD 2.\n", 2},
-        {doCopyBack, "copyback -a pause -l 2", "KT_DG_GetInfo", "Unable to get info of array 2 " E59 ".\n", 1},
-        {doPause, "pause -c 3", "KT_LD_PauseAll", "\nExecutes  fail " E59 ".\n", 0},
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
-        layOut();
-        seam.statuses[row.failing] = KT_ERR_VD_MISSING;
-        expect(run(row.handler, row.line), row.text, KT_ERR_VD_MISSING);
-        EXPECT_EQ(reads().size(), row.reads);
-    }
-}
-
 TEST_F(Start, RebuildTakesOneDiskOutsideTheVirtualDisk) {
     Outcome member = run(doRebuild, "rebuild -l 2 -d 3");
     // Disk 3 holds a block of virtual disk 2, so on this controller it is not even free.
@@ -183,6 +147,14 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
         }
         EXPECT_EQ(changes().size(), 2U);
     }
+}
+
+TEST_F(Start, PausesAllOfAnAdapterOrSaysWhyNot) {
+    expect(run(doPause, "pause -c 3"), "");
+    EXPECT_EQ(seam.calls, Calls{"KT_LD_PauseAll 3"});
+    seam.statuses["KT_LD_PauseAll"] = KT_ERR_VD_MISSING;
+    expect(run(doPause, "pause -c 3"), "\nExecutes  fail (error 59: Specified virtual disk doesn't exist).\n",
+           KT_ERR_VD_MISSING);
 }
 
 } // namespace

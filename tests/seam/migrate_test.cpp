@@ -188,34 +188,7 @@ TEST_F(Migrate, ArrayKeepsItsParityDisks) {
     }
 }
 
-TEST_F(Migrate, EveryReadThatFailsIsReported) {
-#define E70 "(error 70: Migration is not supported)"
-    const struct {
-        CommandHandler handler;
-        const char* line;
-        const char* failing;
-        const char* text;
-    } cases[] = {
-        {doMigrate, "migrate -l 2 -d 1", "KT_BLK_GetInfo", "Can not get disk 1 information" E70 ".\n"},
-        {doMigrate, "migrate -l 2 -r 6", "KT_LD_GetInfo", "\nUnable to get info of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -a size -l 2", "KT_LD_GetMigratedLdSize",
-         "\nUnable to get migrate size of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -l 2 -d 1,2,3", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -a stop -l 2", "KT_LD_GetStatus", "\nUnable to get status of VD 2 " E70 ".\n"},
-        {doMigrate, "migrate -l 2 -d 1,2,3,9", "KT_PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
-        {doMigrateV2, "migrate -a stop -l 2", "KT_DG_GetInfo", "\nUnable to get status of array 2 " E70 ".\n"},
-        {doMigrateV2, "migrate -a size -l 2", "KT_DG_StartMigration size", "\nFailed to get migration size " E70 ".\n"},
-        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "KT_PD_GetHDRaidStatus", "Failed to get status for PD 9 " E70 "\n"},
-        {doMigrateV2, "migrate -l 2 -d 1,2,3,9", "KT_PD_GetFreeSpaceInfo", "Unable to get size of PD 9 " E70 ".\n"},
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(std::string(row.line) + " without " + row.failing);
-        layOut();
-        seam.statuses[row.failing] = KT_ERR_MIGRATION_UNSUPPORTED;
-        expect(run(row.handler, row.line), row.text, KT_ERR_MIGRATION_UNSUPPORTED);
-        EXPECT_TRUE(changes().empty());
-    }
-    layOut();
+TEST_F(Migrate, SizesAreToldAndDoneWithout) {
     seam.size = 4000;
     EXPECT_EQ(run(doMigrate, "migrate -a size -l 2").printed, "Migrate VD size = 3 M\n");
     EXPECT_EQ(run(doMigrateV2, "migrate -a size -l 2").printed, "Migrated size will be 3 M\n");

@@ -22,17 +22,8 @@ Arrays, virtual disks and spares on the simulated adapters: made, refused, delet
   Stripe size:         64
   size:                1907611 M
   PD RAID setup:       3 2 
-  $ for disk in 2 6 7 8; do kt create -r 0 -d $disk,0; done
-  Non-free disk 2 can not be used to create VD.
-  Spare disk 6 can not be used to create VD.
-  Offline disk 7 can not be used to create VD.
-  Foreign disk 8 can not be used to create VD.
-  [1]
-  $ echo sure | kt create -r 1 -d 4,5 -n first
-  PD 4 5 have file system on them. Data will be lost if they are used to create VD.
-  Do you still want to create the VD? (y or n)
   $ calls | grep -c KT_LD_Create
-  3
+  2
 
 From the first disk to a full array.
 

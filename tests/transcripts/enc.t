@@ -61,14 +61,6 @@ None, none with that number, and no such element; a library that fails.
   $ kt 1 enc -o enc
   
   No enclosure is found
-  $ kt enc -o ENC -i 9
-  
-  Unable to get enclosure info (error 15: Invalid enclosure id)
-  [15]
-  $ kt enc -o ele -i 1 -t fan -e 200
-  
-  Unable to get enclosure info (error 18: Invalid enclosure element id)
-  [18]
   $ ktsim fault KT_ENC_GetEnclosureInfo 4
   $ kt enc -o ele -t fan
   

@@ -143,21 +143,3 @@ What the library refuses is told and ends the listing.
   $ ktsim fault KT_LD_GetStatus 58
   $ kt 1 info -o tandem | tail -n 1
   Could not get tandem info for VD ID 8 (error 58: Virtual disk is not ready to receive command)
-
-What is wrong with the words is said before the library is asked.
-
-  $ calls > /dev/null
-  $ for words in '-o disk' '-o vd -i x' '-o vd -i 255' '-i 300' '-i 1' '-o vd -i 1 -i 2'; do kt info $words; done
-  -o : invalid object 'disk'
-  -i : id should be a number
-  -i : invalid id 255
-  info: option -o is required
-  -i : invalid id 300
-  info: option -o is required
-  Duplicated option specified.
-  [1]
-  $ kt 1 info -o array
-  -o : array is not supported on this adapter
-  [1]
-  $ calls | grep -v -e KT_API -e KT_Adapter_Get -e KT_SIM
-  [1]

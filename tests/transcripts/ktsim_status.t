@@ -54,6 +54,30 @@ Of enclosures and batteries only what is wrong; where a disk went; whence and wh
     VD 0     boot             RAID1        100.0 GiB  array 0  online, write-back, unsafe (battery 9%), runs the OS
     VD 1     scratch          RAID1        400.0 GiB  array 0  online, write-back, unsafe (battery 9%)
 
+Every state and activity has its word.
+
+  $ lab troubled && ktsim status --all -a 1 | grep -e '^  VD' -e '\['; ktsim status --all -a 0 | grep '\['
+    VD 0     degraded         RAID5        300.0 GiB  degraded, write-back, unsafe (no battery)
+    VD 1     conflicted       RAID1        100.0 GiB  conflicted
+    VD 2     plugged          RAID1        100.0 GiB  plugin conflicted
+    VD 3     foreign          RAID1        100.0 GiB  foreign
+    VD 4     importable       RAID0        100.0 GiB  importable
+    VD 5     unimportable     RAID0         50.0 GiB  not importable
+    VD 6     offline          RAID0        100.0 GiB  offline
+    VD 7     partial          RAID6        100.0 GiB  partially optimal, write-back, unsafe (no battery)
+    VD 11    interrupted      RAID1         50.0 GiB  degraded, write-back, unsafe (no battery)
+            [######--------------] 33% rebuild of disk 16 from disk 15, interrupted
+    VD 9     initializing     hybrid        50.0 GiB  online, write-back, unsafe (no battery)
+            [#################---] 88% foreground init, 1 min 17 s left
+    VD 10    aborted          RAID1         50.0 GiB  online, write-back, unsafe (no battery)
+            [##------------------] 12% check, aborted
+    VD 8     table            tandem safe  100.0 GiB  using table, write-back, unsafe (no battery)
+            [########------------] 42% rebuild of disk 3 from disk 2, 24 min 45 s left
+            [###-----------------] 18% migration to RAID5 of 3 disks, 26 min 15 s left
+            [##############------] 73% check and fix, 8 min 39 s left
+            [#-------------------] 5% background init, paused
+            [############--------] 61% media patrol, 1 h 17 min left
+
 Why a disk is offline.
 
   $ cat > keys.json <<EOF
