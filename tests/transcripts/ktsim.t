@@ -90,6 +90,12 @@ What show prints, create reads back; a lab comes through a pipe too.
   $ ktsim show | cmp - first.json
   $ ktsim event 2 11 --severity 8 2> /dev/null
   [2]
+  $ for hex in 7 $(printf '%062d' 0) 7g g7; do ktsim event 2 11 --sense $hex; done
+  ktsim: --sense takes at most 30 bytes in hexadecimal
+  ktsim: --sense takes at most 30 bytes in hexadecimal
+  ktsim: --sense takes bytes in hexadecimal
+  ktsim: --sense takes bytes in hexadecimal
+  [1]
 
 What a lab brings along halfway was announced before.
 
@@ -222,6 +228,9 @@ Disks of another lab bring their arrays, with their names and spares; they get i
   $ ktsim disk insert 13 --from default
   ktsim: adapter 0 of default does not have all of these disks
   [1]
+  $ ktsim disk insert 1 --from default --of 2
+  ktsim: default has no adapter 2
+  [1]
   $ export KTRAID_SIM="$PWD/arrays.db" && lab empty
   $ ktsim disk insert 9 --from default > /dev/null && ktsim disk insert 0 1 2 --from default > /dev/null
   $ kt import -i 0 && kt info -o array -i 0 | grep -e '^Name' -e '^Spare'
@@ -231,6 +240,10 @@ Disks of another lab bring their arrays, with their names and spares; they get i
   $ ktsim disk replace 1 --size 4XB < /dev/null
   ktsim: "4XB" is not a size such as 500GB or 4TB
   [1]
+  $ ktsim disk replace 1 --force --model "$(printf '%041d' 0)" 2>&1 | cut -c 1-30
+  ktsim: --model: is longer than
+  $ ktsim disk replace 12 --model "$(printf '%040d' 0)" && kt info -o pd -i 12 | grep model
+  model:               0000000000000000000000000000000000000000
   $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim clock until idle
   Idle after 7 h 16 min.
   $ ktsim status | grep 'VD 2  \|PD [19]  .*bay\|PD 11'
@@ -245,7 +258,7 @@ What is wrong on a disk shows where a person looks for it, and when something re
   $ ktsim disk damage 3 --lba 64 --count 2 --force && ktsim disk corrupt 3 --force --count 3 && ktsim disk damage 12
   Disk 3: 2 sectors cannot be read (the first: LBA 0x40).
   Disk 3: 3 sectors hold wrong data (the first: LBA 0x13526b580).
-  Disk 12: 1 sector cannot be read (LBA 0x2d393ca7).
+  Disk 12: 1 sector cannot be read (LBA 0x11a972f8).
   $ ktsim disk damage 3 --lba 64 --force
   ktsim: disk 3 has these bad sectors already
   [1]
