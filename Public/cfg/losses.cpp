@@ -142,16 +142,16 @@ std::vector<std::string> cfgLosses(const CfgSaved& saved) {
     CfgRaidHolder read = newCfgRaid();
     if (read == nullptr) return losses;
     const Search search = {saved, *read, losses};
-    const bool full = saved.mode != CFG_PHY_FORM;
-    if (full) checkRecord(search, CFG_ADAPTER_SECTION, CfgOwner::Page, {"adapter", &saved.page, 0});
+    // Of a text with the PHY tuning alone isWritten() leaves the keys of ports.
+    checkRecord(search, CFG_ADAPTER_SECTION, CfgOwner::Page, {"adapter", &saved.page, 0});
     for (unsigned port = 0; port < saved.ports; ++port) {
         checkRecord(search, CFG_PORT_SECTION, CfgOwner::Port, {"port " + std::to_string(port), &saved.page, port});
     }
-    for (unsigned i = 0; full && i < saved.raid.ldCount; ++i) {
+    for (unsigned i = 0; i < saved.raid.ldCount; ++i) {
         const _LD_Info& ld = saved.raid.lds[i];
         checkRecord(search, CFG_RAID_SECTION, CfgOwner::Vd, {"virtual disk " + std::to_string(ld.ID), &ld, i});
     }
-    for (unsigned i = 0; full && i < saved.raid.spareCount; ++i) {
+    for (unsigned i = 0; i < saved.raid.spareCount; ++i) {
         const _HD_RAID_STATUS& spare = saved.raid.spares[i];
         checkRecord(search, CFG_RAID_SECTION, CfgOwner::Spare, {"spare disk " + std::to_string(spare.HDID), &spare, i});
     }
