@@ -85,11 +85,11 @@ static void endIfAsked() {
     if (keptSignal()) throw CommandFailure{"ended by a signal; nothing was changed", BY_SIGNAL + keptSignal()};
 }
 
+// The words of a script have the quotes that they were typed with.
 static std::string lineOf(const Words& words) {
     std::string line;
     for (const std::string& word : words) {
-        const bool quoted = word.empty() || word.find(' ') != std::string::npos;
-        line += (line.empty() ? "" : " ") + (quoted ? "\"" + word + "\"" : word);
+        line += (line.empty() ? "" : " ") + (word.empty() ? "\"\"" : word);
     }
     return line;
 }

@@ -90,6 +90,8 @@ What show prints, create reads back; a lab comes through a pipe too.
   $ ktsim show | cmp - first.json
   $ ktsim event 2 11 --severity 8 2> /dev/null
   [2]
+  $ ktreport json > report.json; TMPDIR=$PWD/nowhere ktsim create --lab report.json --force 2>&1 | sed "s|$PWD||"
+  ktsim: /nowhere/ktsim-XXXXXX: No such file or directory
   $ for hex in 7 $(printf '%062d' 0) 7g g7; do ktsim event 2 11 --sense $hex; done
   ktsim: --sense takes at most 30 bytes in hexadecimal
   ktsim: --sense takes at most 30 bytes in hexadecimal

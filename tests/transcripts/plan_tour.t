@@ -92,7 +92,7 @@ What stands in the way goes with --delete only, and the plan names it.
     Nearest: leave it at RAID5 on disks 0,1,2; --delete deletes what is there, with its data.
   Nothing is changed.
   [1]
-  $ ktcfg plan -f other.json --delete
+  $ calls > /dev/null; ktcfg plan -f other.json --delete
     1. ktsetup 0 delete -o vd -i 0 --waiveconfirmation
        array 0 "demo" is RAID5; a migration to RAID0 would lead to less redundancy, which none does
        at once; the data of virtual disk 0 "data" (1.1 TB) are lost
@@ -114,3 +114,9 @@ What stands in the way goes with --delete only, and the plan names it.
   Left alone, because the file does not mention it: adapter 1 (Tarn S4h, serial KS260101004718).
   Left alone, because the file does not mention it: adapter 2 (Tarn S4h, serial KS260102004725).
   Rehearsed on a twin, one after the other until idle: 6 commands, as wanted after 14 s.
+
+What happens on the twin is no call to the adapters.
+
+  $ calls | grep -c Delete
+  0
+  [1]

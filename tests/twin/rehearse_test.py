@@ -95,7 +95,9 @@ class Rehearsals(unittest.TestCase):
         bench = Bench({"adapters": [{"disks": [{"count": 5, "size": "500GB"}], "arrays": [
             {"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "data", "size": "200GB"}, {"name": "old"}]}]}]})
         done = self.rehearse(bench, "--script", "-", text="# away with it\nktsetup delete -o vd -i 1 -f --waiveconfirmation\n"
+                             'ktsetup help "not one" ""\n'
                              "ktsetup assign -d 3\n\nktsetup set -o pd -i 1 --status offline --waiveconfirmation\n")
+        self.assertIn('> ktsetup help "not one" ""\n', done.stdout)
         told = done.stdout[done.stdout.index("What would be lost"):]
         self.assertIn('  virtual disk 1 "old"', told.splitlines()[1])
         self.assertIn("is gone", told.splitlines()[1])
