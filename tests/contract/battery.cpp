@@ -74,6 +74,10 @@ TEST_F(Battery, DischargesAndChargesOverTime) {
     EXPECT_EQ(KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_OK);
     EXPECT_EQ(KT_BBU_ChangePower(0, POWER_STOP), KT_OK);
     EXPECT_EQ(codes(newEvents()), Events({"16", "31"}));
+    advance(DAY);
+    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_CHARGE), KT_OK);
+    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_STOP), KT_OK);
+    EXPECT_EQ(codes(newEvents()), Events({"17", "30"}));
 }
 
 TEST_F(Battery, AnIdleOneIsKeptCharged) {

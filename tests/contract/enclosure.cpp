@@ -1,11 +1,11 @@
 #include "frame.h"
 #include "outside.h"
 
-// Enclosure 1 as it comes, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first.
+// Enclosures 1 and 5 as they come, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first.
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
   "enclosures": [{"id": 1, "slots": 12}, {"id": 4, "elements": [
      {"type": "dev", "count": 2}, {"type": "fan", "text": "Rear blower"},
-     {"type": "pow", "condition": "ac-fail"}]}],
+     {"type": "pow", "condition": "ac-fail"}]}, {}],
   "disks": [{"count": 2, "type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1},
             {"type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1, "spare": "global"}]}]})";
 
@@ -39,9 +39,10 @@ static int enclosureStatus(KT_U16 enclosure) {
 
 TEST_F(Enclosure, ListsWhatTheLabHas) {
     const auto all = readList(KT_ENC_GetEnclosureInfo, KT_U8{0}, &_Enclosure_Info_Request::enclosureInfo, 1);
-    ASSERT_EQ(all.size(), 2U);
+    ASSERT_EQ(all.size(), 3U);
     EXPECT_EQ(all[0].ElementTypeCount, 8);
     EXPECT_EQ(all[1].ElementTypeCount, 3);
+    EXPECT_EQ(all[2].EnclosureID, 5);
     _Enclosure_Info none = {};
     EXPECT_EQ(readItem(KT_ENC_GetEnclosureInfo, 0, 2, &_Enclosure_Info_Request::enclosureInfo, none),
               KT_ERR_INVALID_ENCLOSURE);
@@ -71,12 +72,14 @@ TEST_F(Enclosure, SlotsFollowTheirDisks) {
 TEST_F(Enclosure, SlotsTellOfTheirArrays) {
     start(R"({"adapters": [{"type": "array-based", "expanders": [{}], "enclosures": [{"id": 1}],
       "disks": [{"count": 3, "size": "100GB", "on": "expander", "enclosure": 1},
-                {"size": "100GB", "on": "expander", "enclosure": 1, "spare": "global"}],
+                {"size": "100GB", "on": "expander", "enclosure": 1, "spare": "global"},
+                {"size": "100GB", "on": "expander", "enclosure": 1, "smartTripped": true}],
       "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"size": "10GiB"}]}]}]})");
     EXPECT_EQ(outside::failDisk(0, 0), KT_OK);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "02000040");
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01880000") << "in a critical array";
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01aa0000") << "the spare is rebuilt onto";
+    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 4), "43800000") << "it will fail soon";
     advance(3600);
     ASSERT_EQ(KT_LD_StartConsistencyCheck(0, 0, 0), KT_OK);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01900000") << "checked";

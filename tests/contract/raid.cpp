@@ -185,6 +185,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (Events{"13/1 of 0", "2/54 of 0", "2/54 of 1", "2/54 of 2"}));
     EXPECT_EQ(roleOf(ARRAYS, 1), 0);
+    EXPECT_EQ(show().find("\"rows\""), std::string::npos) << "nothing of them is remembered";
 }
 
 TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {

@@ -36,6 +36,18 @@ static KT_U64 smart(KT_U16 pd, KT_U8 id) {
     return 0;
 }
 
+// The parameters of all events of the kind, oldest first.
+static std::vector<std::vector<KT_U32>> paramsOf(KT_U8 eventClass, KT_U16 code) {
+    std::vector<_Event> events(255);
+    KT_U8 count = 0;
+    EXPECT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
+    std::vector<std::vector<KT_U32>> params;
+    for (const _Event& event : events)
+        if (event.Class == eventClass && event.Code == code)
+            params.emplace_back(std::begin(event.Params), std::end(event.Params));
+    return params;
+}
+
 TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     spoil(2, 0x2010, outside::WRONG, 2);
     spoil(0, 0x2010, outside::WRONG);
@@ -46,15 +58,8 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
         EXPECT_EQ(smart(1, 0xC5), 3U);
         EXPECT_EQ(smart(1, 0xC6), 3U);
     }
-    std::vector<_Event> events(255);
-    KT_U8 count = 0;
-    ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
-    for (const _Event& event : events) {
-        if (event.Class != 1 || event.Code != 100) continue;
-        // 64 rows of two stripes of 128 sectors come first.
-        EXPECT_EQ(event.Params[0], 0U);
-        EXPECT_EQ(event.Params[1], 64U * 256U + 0x10U);
-    }
+    for (const auto& params : paramsOf(1, 100)) // 64 rows of two stripes of 128 sectors come first
+        EXPECT_EQ(params, (std::vector<KT_U32>{0, 64U * 256U + 0x10U, 0, 0}));
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 1)),
               Events({"1/30 of 0", "1/100 of 0", "2/36 of 1", "2/37 of 1", "2/38 of 1", "1/35 of 0"}));
     EXPECT_EQ(smart(1, 0xC5), 0U);
@@ -84,12 +89,9 @@ TEST_F(Surface, ACheckNamesTheSectorOfTheVirtualDisk) {
         spoil(static_cast<KT_U16>(each.second + 1), 2 * 128 + 0x10, outside::WRONG);
         EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
                   Events({"1/20 of 0", "1/100 of 0", "1/100 of 0", "1/25 of 0"}));
-        std::vector<_Event> events(255);
-        KT_U8 count = 0;
-        ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
         std::vector<KT_U32> lbas;
-        for (const _Event& event : events)
-            if (event.Class == 1 && event.Code == 100) lbas.push_back(event.Params[1]);
+        for (const auto& params : paramsOf(1, 100))
+            lbas.push_back(params[1]);
         EXPECT_EQ(lbas, each.lbas) << each.array;
     }
 }
@@ -113,6 +115,8 @@ TEST_F(Surface, ARebuildMarksWhatIsLostUntilItIsWrittenAgain) {
     fail(1);
     EXPECT_EQ(found(KT_OK), Events({"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 7", "1/70 of 0", "2/36 of 0",
                                     "2/37 of 0", "2/37 of 7", "1/75 of 0", "1/1 of 0"}));
+    EXPECT_EQ(paramsOf(2, 37), (std::vector<std::vector<KT_U32>>{{0, 5000, 8, 0}, {0, 5000, 8, 1}}))
+        << "the second one is lost";
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), Events({"2/17 of 7", "2/37 of 7", "2/22 of 7"}));
     EXPECT_EQ(found(KT_LD_StartINIT(0, 0, KT_INIT_QUICK)), Events({"1/40 of 0", "2/15 of 0", "1/45 of 0"}));
     EXPECT_EQ(smart(0, 0x05), 8U);

@@ -221,7 +221,12 @@ TEST_F(StateFile, ReadingNeitherWaitsForAWriterNorSeesHalfOfIt) {
     const Context context{*writer, 0, 0};
     erase<_LD_Info>(context, 0);
     EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_OK);
+    Store* reader = openExistingStore(path);
+    beginTransaction(*reader, Access::Read);
+    EXPECT_TRUE(find<_LD_Info>(*reader, 0, 0));
     commitTransaction(*writer);
+    EXPECT_TRUE(find<_LD_Info>(*reader, 0, 0)) << "it goes on seeing the moment that it began at";
+    closeStore(reader);
     closeStore(writer);
     EXPECT_EQ(KT_LD_GetInfo(0, &request), KT_ERR_INVALID_VD);
 }

@@ -138,6 +138,9 @@ A battery keeps what was written last, if it lasts.
   [INFO] Battery started charging
   [WARNING] Battery capacity is below threshold
   [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode
+  $ ktsim status --all -a 0 | grep sectors
+    PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1, wrong data in 8 sectors
+    PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0, wrong data in 16 sectors
   $ kt cc -l 2 > /dev/null; ktsim clock until idle; log | grep -o 'found inconsistent'
   Idle after 3 h 38 min.
   found inconsistent
@@ -215,19 +218,7 @@ An image runs from the boot on. A damaged one gives way to the one before; witho
   $ lab default; ktsim image make new.bin --version 9.8.7.6; kt flash -a update -t firmware -f new.bin | tail -1
   Flash command is returned successfully.
   $ version() { kt info -o hba -i 0 | grep -e '^Firmware v' -e '^Firmware:' -e '^Firmware i'; }
-  $ version; ktsim reboot; version
-  Firmware version:                    4.1.15.2108
-  Firmware image health:               Healthy
-  Firmware version:                    9.8.7.0006
-  Firmware image health:               Healthy
-  $ ktsim image damage; ktsim reboot; version; log | tail -4
-  Firmware version:                    4.1.15.2108
-  Firmware image health:               Unhealthy
-  [INFO] Shutdown command received from host
-  [MAJOR] Image Data in Flash is invalid
-  [WARNING] Image generation invalid
-  [INFO] Adapter 0 with serial number KS260100004711 is detected
-  $ ktsim image damage --part both; ktsim reboot; version; log | tail -4
+  $ ktsim image damage; ktsim reboot; ktsim image damage --part both; ktsim reboot; version; log | tail -4
   Firmware:                            none
   Firmware image health:               Unhealthy
   [INFO] Shutdown command received from host

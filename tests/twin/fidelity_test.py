@@ -88,6 +88,9 @@ class Fidelity(unittest.TestCase):
              "adapters[1].disks[0].attributes: are more than a disk has"),
             (lambda r: r["adapters"][1]["disks"][0]["attributes"][0].update(worst=256),
              "adapters[1].disks[0].attributes: has no such value"),
+            (lambda r: r["adapters"][1]["disks"][0].update(cipher=256), "disks[0].cipher: is larger than 255"),
+            (lambda r: r["adapters"][0]["arrays"][0].update(slots=[{"slot": i, "size": 1024} for i in range(300)]),
+             "slot: is larger than"),
             (lambda r: r["adapters"][1].update(id=0), "adapters[1].id: is another adapter's already"),
             (lambda r: r["adapters"][0]["disks"][1].update(freeSize=1 << 40), "adapters[0].disks[1].freeSize: is 10995"),
             (lambda r: r["adapters"][0]["arrays"][0].update(freeSize=5), "freeSize: is no multiple of 1024 bytes"),
@@ -118,15 +121,26 @@ class Fidelity(unittest.TestCase):
         slot = next(one for one in bench.report()["adapters"][0]["enclosures"][0]["elements"] if one["type"] == "arydev")
         self.assertEqual(slot["status"], "critical")
 
-    def test_a_battery_charges_on_from_where_it_was(self):
+    def test_what_is_under_way(self):
+        """A spare at work; a battery that charges goes on from where it was."""
         original = Bench("default")
         original.sim("battery", "charge", "8")
+        original.sim("disk", "fail", "1", "--force")
         original.sim("clock", "advance", "2873s")
-        batteries = []
-        for bench in (original, Twin(original)):
+        twin = Twin(original)
+        self.same_reports(original, twin, "at once")
+        for bench in (original, twin):
             bench.sim("clock", "advance", "10m")
-            batteries.append(bench.report()["adapters"][0]["battery"])
-        self.assertEqual(*batteries)
+        self.assertEqual(*[bench.report()["adapters"][0]["battery"] for bench in (original, twin)])
+
+    def test_attributes_that_were_switched_off(self):
+        original = Bench("default")
+        original.run("ktsetup", "set", "-o", "pd", "-i", "3", "--smart", "off", "--waiveconfirmation")
+        twin = Twin(original)
+        for bench in (original, twin):
+            bench.run("ktsetup", "set", "-o", "pd", "-i", "3", "--smart", "on", "--waiveconfirmation")
+        self.assertIn("attributes", original.report()["adapters"][0]["disks"][3])
+        self.same_reports(original, twin, "with its attributes")
 
     def test_sizes(self):
         """What was made of all that there was grows with its disks on both; what has a size keeps it."""

@@ -17,7 +17,6 @@ enum : KT_U8 {
     HOURS = 9,
     SPIN_RETRIES = 10,
     POWER_CYCLES = 12,
-    WEAR = 0xB1,
     UNCORRECTABLE = 0xBB,
     TEMPERATURE = 0xC2,
     PENDING = 0xC5,
