@@ -7,20 +7,25 @@ A key is put into an entry, the entry is linked to a port and the port encrypts.
   
   Verify key on entry 1 returned successfully.
   $ kt 1 aesport -o mount -i 0 -e 1 -p secret > /dev/null
-  $ kt 1 aesport -o set -i 0 --aeson > /dev/null
-  $ kt 1 aesport -o getCfg | head -4
-  Port ID:                 0
+  $ kt 1 aesport -o set -i 0 --aeson
+  
+  Set configure of AES port 0 failed (error 158: Virtual disk has running OS in it).
+  [158]
+  $ kt 1 aesport -o mount -i 3 -e 1 -p secret > /dev/null
+  $ kt 1 aesport -o set -i 3 --aeson > /dev/null
+  $ kt 1 aesport -o getCfg -i 3
+  Port ID:                 3
   mount status:            mounted
   entry id:                1
   AES enable:              Enabled
 
 The plain disks on that port went offline; one is brought back.
 
-  $ kt 1 event | grep -i offline
-  Description:  Physical disk 0 offline caused by plain disk on AES enabled port
-  $ kt 1 forceonline -i 0 -p 50
+  $ kt 1 event | grep 'disk 7 off'
+  Description:  Physical disk 7 offline caused by plain disk on AES enabled port
+  $ kt 1 forceonline -i 7 -p 50
   
-  Force online PD 0 is returned successfully.
+  Force online PD 7 is returned successfully.
 
 A changed password is the only one that opens the entry.
 

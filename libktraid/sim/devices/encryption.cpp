@@ -4,6 +4,7 @@
 #include "changes/outage.h"
 
 #include <algorithm>
+#include <set>
 #include <vector>
 
 namespace sim {
@@ -146,29 +147,38 @@ KT_U8 changeAesPassword(const Context& context, const _AES_Entry_Config& config,
     return KT_OK;
 }
 
-// How many running systems have lost their disk or virtual disk.
-static size_t lostSystems(const Context& context) {
-    size_t lost = 0;
-    forEach<PdState>(context, 0, [&](KT_U64, const PdState& disk) {
-        if (disk.hasOs && (disk.raid & KT_PD_OFFLINE)) lost++;
-        return true;
-    });
+// Working disks of a port that a running system is on.
+static std::vector<KT_U16> systemDisks(const Context& context, const std::vector<KT_U16>& disks) {
+    std::set<KT_U16> carrying;
     forEachVd(context, [&](const Vd& vd) {
-        if (vd.state.hasOs && vd.info.Status == KT_VD_OFFLINE) lost++;
+        if (!runsSystem(vd)) return;
+        for (const KT_U16 id : vd.info.BlockIDs) {
+            if (const auto block = find<_Block_Info>(context, id)) carrying.insert(block->HDID);
+        }
     });
-    return lost;
+    std::vector<KT_U16> found;
+    for (const KT_U16 pd : disks) {
+        const PdState disk = find<PdState>(context, pd).value_or(PdState{});
+        const bool works = !(disk.raid & KT_PD_OFFLINE);
+        if (works && (disk.hasOs || carrying.count(pd) != 0)) found.push_back(pd);
+    }
+    return found;
 }
 
 // Takes the port's disks offline and online as its cipher now demands. Refused, and undone by the frame, when a running
-// system would lose its disk.
-static KT_U8 reviewPort(const Context& context, KT_U8 port, size_t lostBefore) {
+// system would lose one of its disks, even one that it could do without.
+static KT_U8 reviewPort(const Context& context, KT_U8 port) {
     std::vector<KT_U16> disks;
     forEach<_HD_Info>(context, 0, [&](KT_U64 id, const _HD_Info& disk) {
         if (rootPort(context, disk.Link.Parent) == port) disks.push_back(static_cast<KT_U16>(id));
         return true;
     });
+    const std::vector<KT_U16> before = systemDisks(context, disks);
     reviewCiphers(context, disks);
-    return lostSystems(context) > lostBefore ? KT_U8{KT_ERR_VD_HAS_OS} : KT_U8{KT_OK};
+    const bool lost = std::any_of(before.begin(), before.end(), [&](KT_U16 pd) {
+        return find<PdState>(context, pd).value_or(PdState{}).raid & KT_PD_OFFLINE;
+    });
+    return lost ? KT_U8{KT_ERR_VD_HAS_OS} : KT_U8{KT_OK};
 }
 
 void lockPorts(const Context& context) {
@@ -197,10 +207,9 @@ KT_U8 setAesPortConfig(const Context& context, const _AES_Port_Config& config) {
     if (config.aes_enable > 1) return KT_ERR_INVALID_PARAMETER;
     AesPort port = cryptoPort(context, config.port_id);
     if (config.aes_enable && port.entry == NO_ENTRY) return KT_ERR_KEY_ABSENT;
-    const size_t lost = lostSystems(context);
     port.enabled = config.aes_enable;
     save(context, config.port_id, port);
-    return reviewPort(context, config.port_id, lost);
+    return reviewPort(context, config.port_id);
 }
 
 KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& entry) {
@@ -212,18 +221,16 @@ KT_U8 setAesLink(const Context& context, KT_U8 port, const _AES_Entry_Config& en
     AesPort state = cryptoPort(context, port);
     if (state.entry != NO_ENTRY) return KT_ERR_KEY_PRESENT;
     state.entry = entry.entry_id;
-    const size_t lost = lostSystems(context);
     save(context, port, state);
-    return reviewPort(context, port, lost);
+    return reviewPort(context, port);
 }
 
 KT_U8 clearAesLink(const Context& context, KT_U8 port) {
     const KT_U8 status = checkCryptoPort(context, port);
     if (status != KT_OK) return status;
     if (cryptoPort(context, port).entry == NO_ENTRY) return KT_ERR_INVALID_REQUEST;
-    const size_t lost = lostSystems(context);
     erase<AesPort>(context, port);
-    return reviewPort(context, port, lost);
+    return reviewPort(context, port);
 }
 
 KT_U8 forceDiskOnline(const Context& context, const _AES_Entry_Config& config, KT_U16 pd, KT_U8 percentage) {
