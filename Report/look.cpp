@@ -135,6 +135,11 @@ std::string nameOfArray(const Json& array) {
     return withName("array", array);
 }
 
+std::string statusOfArray(const Json& array) {
+    const std::string status = textIn(array, "status");
+    return status.empty() && numberIn(array, "Status") ? "offline" : status;
+}
+
 std::string nameOfAdapter(const Json& adapter) {
     return withName("adapter", adapter) + identity(adapter, "");
 }

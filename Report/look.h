@@ -46,6 +46,7 @@ std::string placeOf(const Json& disk);                     // "slot 3 of enclosu
 std::string nameOfDisk(const Json& disk);                  // "disk 3 (slot 3 of enclosure 1, FX2000, serial S12)"
 std::string nameOfVd(const Json& vd);                      // "virtual disk 2 \"orders\""
 std::string nameOfArray(const Json& array);                // "array 1 \"databases\""
+std::string statusOfArray(const Json& array);              // its word; a code without one means that it is offline
 std::string nameOfAdapter(const Json& adapter);            // "adapter 0 (Tarn R8i, serial KS26)"
 std::string namesOfVds(const std::vector<VdInArray>& vds); // "virtual disks 0 \"a\" and 1 \"b\""; at most 4 by name
 

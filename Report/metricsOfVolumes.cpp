@@ -56,11 +56,9 @@ static void putArrayInfo(Family& family, const Labels& labels, const Json& array
     put(family, joined(labels, {labelOf("level", array, "level")}), 1);
 }
 
-// A status that is in no word's place has but one meaning left.
 static void putArrayStates(Family& family, const Labels& labels, const Json& array) {
     static constexpr CodeWord states[] = {{0, "functional"}, {1, "disk missing"}, {2, "offline"}};
-    const std::string status = textIn(array, "status");
-    putStates(family, labels, states, status.empty() && numberIn(array, "Status") ? "offline" : status);
+    putStates(family, labels, states, statusOfArray(array));
 }
 
 static void putSpares(Family& family, const Labels& labels, const Json& array) {

@@ -34,7 +34,7 @@ static constexpr ProblemRule rules[] = {
     {"activity-stopped", Severity::Warning, "an activity was interrupted, aborted or paused by hand",
      "Resume or start it again when the reason for the stop has gone; the events tell it."},
     {"disk-missing", Severity::Warning, "a disk of an array or a virtual disk is not there",
-     "Put the disk back, or rebuild onto another one (ktsetup's rebuild)."},
+     "Put the disk back, or rebuild what is not offline onto another one (ktsetup's rebuild)."},
     {"disk-smart", Severity::Warning, "a disk foretells its failure",
      "See that backups are fresh and replace it soon; \"ktsetup {adapter} locate -o pd -i {id} -a on\" lights its "
      "LED."},

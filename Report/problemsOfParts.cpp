@@ -104,6 +104,24 @@ static const char* elementWord(const std::string& type) {
     return nullptr; // a slot: what it says follows from its disk
 }
 
+// What helps a part; one that measures something amiss is sound itself.
+static const char* remedyFor(const std::string& type, const std::string& condition) {
+    static const struct {
+        const char* condition;
+        const char* remedy;
+    } remedies[] = {{"open", "close it"},
+                    {"missing", "put one in"},
+                    {"off", "switch it on"},
+                    {"ac-fail", "see that mains power reaches it, or replace the part"},
+                    {"overheated", "see that fans run and air reaches it"}};
+    for (const auto& row : remedies) {
+        if (condition == row.condition) return row.remedy;
+    }
+    if (condition.empty() && type == "tpr") return "see that fans run and air reaches it";
+    if (condition.empty() && type == "vlt") return "see to its power supplies";
+    return "replace the part";
+}
+
 static void findElement(Scene& scene, const Json& enclosure, const Json& element) {
     const char* word = elementWord(textIn(element, "type"));
     const std::string status = textIn(element, "status");
@@ -125,7 +143,7 @@ static void findElement(Scene& scene, const Json& enclosure, const Json& element
           {critical ? "element-critical" : "element-warning", "enclosure", id, text + ".",
            "Look at the enclosure: " +
                command(scene, "enc -o ele -i " + std::to_string(id.value_or(0)) + " -t " + textIn(element, "type")) +
-               "; replace the part."});
+               "; " + (predicted ? "replace the part" : remedyFor(textIn(element, "type"), condition)) + "."});
 }
 
 static void findEnclosures(Scene& scene) {

@@ -178,6 +178,15 @@ static void findCache(Scene& scene, const Subject& subject) {
     }
 }
 
+// What is to be done about a missing disk: nothing is rebuilt that does not work, or is not this adapter's.
+static std::string missingAction(const std::string& status) {
+    for (const char* barred :
+         {"offline", "foreign", "importable", "not importable", "conflicted", "plugin conflicted"}) {
+        if (status == barred) return "Put the disk back; what is " + status + " cannot be rebuilt.";
+    }
+    return "Put the disk back, or rebuild onto another one (ktsetup's rebuild).";
+}
+
 static void findMissing(Scene& scene, const char* object, const Json& owner, const std::string& name) {
     const Json& disks = listIn(owner, "disks");
     const auto missing = std::count_if(disks.begin(), disks.end(), [](const Json& disk) { return disk.is_null(); });
@@ -186,7 +195,7 @@ static void findMissing(Scene& scene, const char* object, const Json& owner, con
           {"disk-missing", object, numberIn(owner, "id"),
            name + " on adapter " + std::to_string(scene.adapterId) + " lacks " + std::to_string(missing) + " of its " +
                std::to_string(disks.size()) + (missing == 1 ? " disks; its place is empty." : " disks."),
-           "Put the disk back, or rebuild onto another one (ktsetup's rebuild)."});
+           missingAction(statusOfArray(owner))});
 }
 
 static bool isSsd(const Json& disk) {
@@ -229,7 +238,7 @@ static void findSpares(Scene& scene, const Json& array, bool spares) {
     const bool off = numberIn(in(scene.adapter, "config"), "AutoRebuildOn") == KT_U64{0};
     const Json& disks = listIn(array, "disks");
     const bool lost = std::any_of(disks.begin(), disks.end(), [&](const Json& disk) { return isOffline(scene, disk); });
-    if (any && lost && off) {
+    if (any && lost && off && statusOfArray(array) != "offline") {
         found(scene, {"spare-idle", "array", numberIn(array, "id"),
                       name + " has lost a disk and a spare fits, but automatic rebuild is off.",
                       "Rebuild onto the spare (ktsetup's rebuild), or switch automatic rebuild on (ktsetup's set)."});

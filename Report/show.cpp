@@ -179,7 +179,7 @@ static void writeArrays(const View& view) {
     for (const Json& adapter : listIn(view.document, "adapters")) {
         for (const Json& array : listIn(adapter, "arrays")) {
             rows.add({numberText(adapter, "id"), numberText(array, "id"), wordIn(array, "name"), wordIn(array, "level"),
-                      wordIn(array, "status"), sizeIn(array, "size"), sizeIn(array, "freeSize"),
+                      shown(statusOfArray(array)), sizeIn(array, "size"), sizeIn(array, "freeSize"),
                       idsText(listIn(array, "disks")), idsText(listIn(array, "spares"))},
                      wordIn(array, "status") == "functional");
         }

@@ -71,6 +71,26 @@ def spare(document, **words):
     disk(document, 3).update({"spare": "global", "member": False}, **words)
 
 
+def offline_array(document):
+    array = document["adapters"][0]["arrays"][0]
+    array.pop("status")
+    array["Status"] = 2
+
+
+# What is to be done, when that is not what the rule says of others.
+ACTIONS = [
+    (lambda d: lose(d, 0), "Put the disk back, or rebuild onto another one (ktsetup's rebuild)."),
+    (lambda d: (lose(d, 0), six(d).update(status="offline")), "Put the disk back; what is offline cannot be rebuilt."),
+    (lambda d: (d["adapters"][0]["arrays"][0]["disks"].append(None), offline_array(d)),
+     "Put the disk back; what is offline cannot be rebuilt."),
+    (lambda d: element(d, "dor", status="non-critical", condition="open"),
+     "Look at the enclosure: ktsetup 0 enc -o ele -i 1 -t dor; close it."),
+    (lambda d: element(d, "tpr", status="critical", condition=""),
+     "Look at the enclosure: ktsetup 0 enc -o ele -i 1 -t tpr; see that fans run and air reaches it."),
+    (lambda d: element(d, "tpr", flags=["predicted failure"], condition=""),
+     "Look at the enclosure: ktsetup 0 enc -o ele -i 1 -t tpr; replace the part."),
+]
+
 # What is done to the healthy document, and the problems that it then has.
 RULES = [
     (lambda d: None, set()),
@@ -121,6 +141,8 @@ RULES = [
     (lambda d: log(d, 2, 59, 3), {"spare-none-fits"}),
     (lambda d: (spare(d), disk(d, 0).update(state="offline"), d["adapters"][0]["config"].update(AutoRebuildOn=0)),
      {"disk-failed", "spare-idle"}),
+    (lambda d: (spare(d), disk(d, 0).update(state="offline"), d["adapters"][0]["config"].update(AutoRebuildOn=0),
+                offline_array(d)), {"disk-failed"}),
     (lambda d: d["adapters"][0].update(battery=False), {"cache-unsafe"}),
     (lambda d: log(d, 9, 28, 0), {"cache-unsafe"}),
     (lambda d: (log(d, 9, 28, 0), log(d, 9, 29, 0)), set()),
@@ -178,6 +200,16 @@ class Problems(unittest.TestCase):
         with open(os.path.join(os.environ["SOURCE"], "docs", "ktreport.8.scd"), encoding="ascii") as file:
             manual = re.findall(r"^\*([a-z-]+)\*\n\t", file.read().split("# PROBLEMS")[1].split("# THRESHOLDS")[0], re.M)
         self.assertEqual(set(manual), known)
+
+    def test_actions(self):
+        for number, (change, action) in enumerate(ACTIONS):
+            document = copy.deepcopy(self.healthy)
+            change(document)
+            self.assertIn(action, [one["action"] for one in self.problems(document)], f"row {number}")
+        document = copy.deepcopy(self.healthy)
+        offline_array(document)
+        shown = self.bench.run("ktreport", "--from", "-", text=json.dumps(document)).stdout
+        self.assertRegex(shown, r"data +RAID5 +offline")
 
     def test_thresholds(self):
         document = copy.deepcopy(self.healthy)
