@@ -48,8 +48,6 @@ static void printHead(const Context& context, const _Adapter_Info& info) {
     const std::string arrays = info.MaxDiskGroup ? countText(count<_DG_Info>(context), "array") + ", " : "";
     printf("  %s, %s%s\n", countText(count<_HD_Info>(context), "disk").c_str(), arrays.c_str(),
            countText(count<_LD_Info>(context), "virtual disk").c_str());
-    if (find<AdapterState>(context, 0).value_or(AdapterState{}).down == ADAPTER_DEAD)
-        printf("  does not run: its firmware or boot loader is not sound\n");
 }
 
 static const char* nameOf(Thing thing) {

@@ -10,6 +10,7 @@
 #include "raid/cacheMode.h"
 #include "raid/keptCaches.h"
 #include "raid/members.h"
+#include "state/adapterInfo.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -283,6 +284,22 @@ static StatusRow pulledRow(const Context& context, KT_U16 id, const PulledDisk& 
     return StatusRow{missed ? Urgency::Wrong : Urgency::Well, Thing::Disk, diskLine(id, disk.info, "pulled out")};
 }
 
+static void addFlashRows(const Context& context, std::vector<StatusRow>& rows) {
+    if (find<AdapterState>(context, 0).value_or(AdapterState{}).down == ADAPTER_DEAD) {
+        const char* text = "  does not run: its firmware or boot loader is not sound";
+        rows.push_back(StatusRow{Urgency::Wrong, Thing::Adapter, text});
+    }
+    const _Adapter_Info info = adapterInfo(context);
+    if (!(info.AdvancedFeatures & KT_ADV_IMAGE_HEALTH)) return;
+    std::string text;
+    text += info.firmware_img_health ? "" : " firmware";
+    text += info.boot_loader_img_health ? "" : " bin";
+    text += info.boot_rom_img_health ? "" : " bios";
+    text += info.autoload_img_health ? "" : " autoload";
+    text += info.hba_info_img_health ? "" : " settings";
+    if (!text.empty()) rows.push_back(StatusRow{Urgency::Wrong, Thing::Adapter, "  Flash    not sound:" + text});
+}
+
 static void addBatteryRow(const Context& context, std::vector<StatusRow>& rows) {
     _BBU_Info battery = {};
     if (getBattery(context, battery) != KT_OK || battery.status == 0) return;
@@ -332,6 +349,7 @@ static void addPortRows(const Context& context, std::vector<StatusRow>& rows) {
 
 std::vector<StatusRow> statusRows(const Context& context) {
     std::vector<StatusRow> rows;
+    addFlashRows(context, rows);
     addBatteryRow(context, rows);
     addEnclosureRows(context, rows);
     addPulledRows(context, rows);

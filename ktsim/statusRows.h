@@ -8,7 +8,7 @@
 
 // In the order in which people want to see them.
 enum class Urgency { Wrong, Busy, Well };
-enum class Thing { Battery, Enclosure, Port, Array, Vd, Disk };
+enum class Thing { Adapter, Battery, Enclosure, Port, Array, Vd, Disk };
 
 struct StatusRow {
     Urgency urgency;
@@ -17,7 +17,7 @@ struct StatusRow {
 };
 
 // Every array, virtual disk, disk (those that were pulled out included), linked encryption port, and what is wrong with
-// the battery and enclosures; by thing, then by id.
+// the adapter's flash, the battery and enclosures; by thing, then by id.
 std::vector<StatusRow> statusRows(const sim::Context& context);
 // "2 disks"
 std::string countText(KT_U64 number, const char* what);

@@ -225,10 +225,11 @@ An image runs from the boot on. A damaged one gives way to the one before; witho
   [CRITICAL] Image Data and Header are all invalid
   [CRITICAL] Dual Images generation both invalid
   [CRITICAL] Flash Recover Failed
-  $ kt info -o vd -i 0; ktsim status -a 0 | grep 'does not'; ktsim power off; ktsim disk pull 3 -f; ktsim power on
+  $ kt info -o vd -i 0; ktsim status -a 0 | sed -n 7,8p; ktsim power off; ktsim disk pull 3 -f; ktsim power on
   
   Unable to get info of vd 0 (error 20: Link time out)
     does not run: its firmware or boot loader is not sound
+    Flash    not sound: firmware
   $ kt flash -a update -t firmware -f new.bin | tail -1; ktsim reboot; version; log | tail -2
   Flash command is returned successfully.
   Firmware version:                    9.8.7.0006
