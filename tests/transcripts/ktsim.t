@@ -225,7 +225,8 @@ Disks; what follows is the adapter's business.
     PD 12    Gannet GT1000G        SATA     931.5 GiB  port 7      pulled out
     PD 12    Gannet GT1000G        SATA     931.5 GiB  port 7      free
 
-Disks of another lab bring their arrays, with their names and spares; they get ids of their own.
+Disks of another lab bring their arrays, with their names and spares; they get ids of their own. It does not matter
+whether they were pulled there; what missed writing has nothing to bring.
 
   $ ktsim disk insert 13 --from default
   ktsim: adapter 0 of default does not have all of these disks
@@ -234,7 +235,15 @@ Disks of another lab bring their arrays, with their names and spares; they get i
   ktsim: default has no adapter 2
   [1]
   $ export KTRAID_SIM="$PWD/arrays.db" && lab empty
-  $ ktsim disk insert 9 --from default > /dev/null && ktsim disk insert 0 1 2 --from default > /dev/null
+  $ ktsim --state there.db create --lab default && ktsim --state there.db disk pull 9 0 -f
+  $ ktsim --state there.db disk pull 1 2 -f
+  $ ktsim disk insert 9 0 1 2 --from there.db && kt info -o vd -i 0 | grep -e '^status' -e '^PD RAID'
+  Disk 9 of there.db is disk 8 here.
+  Disk 0 of there.db is disk 9 here.
+  Disk 1 of there.db is disk 10 here.
+  Disk 2 of there.db is disk 11 here.
+  status:              importable foreign
+  PD RAID setup:       * 10 11 
   $ kt import -i 0 && kt info -o array -i 0 | grep -e '^Name' -e '^Spare'
   Name:                databases
   Spare PD IDs:        8

@@ -11,6 +11,7 @@ them, and no other.
   status:              online
   BGA status:          N/A
   PD RAID setup:       0 1 2 
+  $ ktsim power off && ktsim disk pull 0 1 2 --force
 
   $ ktsim --state other.db create --lab empty
   $ export KTRAID_SIM=$PWD/other.db

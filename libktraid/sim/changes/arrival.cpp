@@ -9,6 +9,7 @@
 #include "media/life.h"
 #include "media/selfTest.h"
 #include "media/surface.h"
+#include "state/due.h"
 #include "state/events.h"
 
 #include <algorithm>
@@ -24,7 +25,30 @@ struct Arrival {
     std::map<KT_U16, KT_U16> disks; // id there -> id here
     std::set<KT_U16> strangers;     // those of them, by their ids here, that had to be told apart from disks here
     std::map<KT_U16, _LD_Info> vds; // id there -> what it is here, with a part that arrives now
+    std::map<KT_U16, PulledBlocks> pulled; // id there -> what it held, of those that had been pulled out there
 };
+
+static Context thereOf(const Context& context, const Arrival& arrival) {
+    return Context{arrival.store, arrival.adapter, context.now};
+}
+
+// A disk there: in its bay, or pulled out of it.
+static bool findThere(Arrival& arrival, KT_U16 pd, Disk& disk) {
+    const auto info = find<_HD_Info>(arrival.store, arrival.adapter, pd);
+    const auto state = find<PdState>(arrival.store, arrival.adapter, pd);
+    if (info && state) {
+        disk = Disk{*info, *state};
+        return true;
+    }
+    const auto out = find<PulledDisk>(arrival.store, arrival.adapter, pd);
+    if (!out) return false;
+    disk = Disk{out->info, out->state};
+    // What has failed is not read any more.
+    const bool works = disk.state.health != PD_FAILED;
+    const auto held = works ? find<PulledBlocks>(arrival.store, arrival.adapter, pd) : std::nullopt;
+    arrival.pulled[pd] = held.value_or(PulledBlocks{});
+    return true;
+}
 
 static bool isDiskHere(const Context& context, const _HD_Info& disk) {
     bool here = false;
@@ -49,10 +73,11 @@ static bool tellApart(const Context& context, _HD_Info& disk) {
 }
 
 static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
-    auto info = find<_HD_Info>(arrival.store, arrival.adapter, pd);
-    auto state = find<PdState>(arrival.store, arrival.adapter, pd);
-    if (!info || !state) return KT_ERR_PD_MISSING;
+    Disk disk = {};
+    if (!findThere(arrival, pd, disk)) return KT_ERR_PD_MISSING;
     if (arrival.disks.count(pd)) return KT_ERR_INVALID_PARAMETER;
+    _HD_Info* const info = &disk.info;
+    PdState* const state = &disk.state;
     const _Adapter_Info adapter = adapterInfo(context);
     // SATA disks do on SAS ports, the reverse does not.
     if ((info->HDType & KT_HD_SAS) && !(adapter.PortSupportType & KT_HD_SAS)) return KT_ERR_NOT_SUPPORTED;
@@ -73,7 +98,7 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     save(context, id, *info);
     save(context, id, *state);
     forgetDisk(context, id);
-    const Context there{arrival.store, arrival.adapter, context.now};
+    const Context there = thereOf(context, arrival);
     copySurface(there, pd, context, id);
     moveDrive(there, pd, context, id);
     moveLife(there, pd, context, id);
@@ -83,16 +108,44 @@ static KT_U8 bringDisk(const Context& context, Arrival& arrival, KT_U16 pd) {
     return KT_OK;
 }
 
+// Adds the blocks of disks that had been pulled out there: of a virtual disk that has been written to since, only those
+// that left last, when none of its blocks comes from a bay.
+static void addPulledBlocks(const Context& context, const Arrival& arrival, const Vd& vd,
+                            std::map<int, _Block_Info>& blocks) {
+    const auto forEachOf = [&](auto&& visit) {
+        for (const auto& [pd, pulled] : arrival.pulled) {
+            for (int i = 0; i < pulled.count; ++i) {
+                const PulledBlock& entry = pulled.entries[i];
+                const bool its = memcmp(entry.guid, vd.info.LD_GUID, sizeof entry.guid) == 0;
+                if (its && entry.slot < geometryOf(vd.info).disks && entry.block.Status != BLOCK_REBUILDING)
+                    visit(arrival.disks.at(pd), pulled.left, entry);
+            }
+        }
+    };
+    KT_U64 newest = blocks.empty() ? 0 : NEVER;
+    forEachOf([&](KT_U16, KT_U64 left, const PulledBlock&) { newest = std::max(newest, left); });
+    forEachOf([&](KT_U16 here, KT_U64 left, const PulledBlock& entry) {
+        const bool atRest = isForeign(vd.info) || (vd.info.Status == KT_VD_OFFLINE && left >= vd.state.offline) ||
+                            wasLostDown(thereOf(context, arrival), left);
+        if ((!atRest && left < newest) || blocks.count(entry.slot)) return;
+        _Block_Info block = entry.block;
+        block.HDID = here;
+        block.Status = BLOCK_GOOD;
+        blocks[entry.slot] = block;
+    });
+}
+
 // What arrives of the virtual disk: whole blocks only, by slot; an unfinished rebuild leaves nothing to rely on.
-static std::map<int, _Block_Info> arrivingBlocks(const Arrival& arrival, const _LD_Info& vd) {
+static std::map<int, _Block_Info> arrivingBlocks(const Context& context, const Arrival& arrival, const Vd& vd) {
     std::map<int, _Block_Info> blocks;
-    for (int i = 0; i < geometryOf(vd).disks; ++i) {
-        auto block = find<_Block_Info>(arrival.store, arrival.adapter, vd.BlockIDs[i]);
+    for (int i = 0; i < geometryOf(vd.info).disks; ++i) {
+        auto block = find<_Block_Info>(arrival.store, arrival.adapter, vd.info.BlockIDs[i]);
         const auto here = block ? arrival.disks.find(block->HDID) : arrival.disks.end();
         if (here == arrival.disks.end() || block->Status != BLOCK_GOOD) continue;
         block->HDID = here->second;
         blocks[i] = *block;
     }
+    addPulledBlocks(context, arrival, vd, blocks);
     return blocks;
 }
 
@@ -116,8 +169,8 @@ static bool isImportedPart(const Arrival& arrival, const _LD_Info& mine, const _
            });
 }
 
-static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_Info& vd) {
-    Vd mine = {vd, find<VdState>(arrival.store, arrival.adapter, vd.ID).value_or(VdState{})};
+static Vd newArrival(const Context& context, const Arrival& arrival, const Vd& vd) {
+    Vd mine = vd;
     const KT_U64 limit = std::min<KT_U64>(adapterInfo(context).MaxLogicalDrive, KT_BLOCK_FREE);
     mine.info.ID = freeId(context, KIND_VD, limit);
     mine.info.DGID = KT_NO_ID;
@@ -127,7 +180,7 @@ static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_I
     mine.state.activity = Activity{};
     mine.state.activity.disk = mine.state.linkedDisk = KT_NO_ID;
     mine.state.hasOs = 0;
-    mine.state.unfinished = find<VdTarget>(arrival.store, arrival.adapter, vd.ID) ? 1 : 0;
+    if (find<VdTarget>(arrival.store, arrival.adapter, vd.info.ID)) mine.state.unfinished = 1;
     std::fill(std::begin(mine.info.BlockIDs), std::end(mine.info.BlockIDs), KT_U16{KT_NO_ID});
     std::fill(std::begin(mine.state.homes), std::end(mine.state.homes), KT_U16{KT_NO_ID});
     return mine;
@@ -136,7 +189,7 @@ static Vd newArrival(const Context& context, const Arrival& arrival, const _LD_I
 // The part that came before, or a new virtual disk, in conflict when the other part is in use already. Labs number
 // these alike, too: a GUID that another one has here is counted up, always the same way, so that the parts of one find
 // each other.
-static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info& vd,
+static Vd placeOf(const Context& context, const Arrival& arrival, const Vd& vd,
                   const std::map<int, _Block_Info>& blocks) {
     Vd place = newArrival(context, arrival, vd);
     for (int attempt = 0; attempt < 256; ++attempt) {
@@ -145,9 +198,9 @@ static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info
         forEachVd(context, [&](const Vd& mine) {
             if (memcmp(mine.info.LD_GUID, place.info.LD_GUID, sizeof place.info.LD_GUID) != 0) return;
             known = true;
-            found = isForeign(mine.info) && isSameMake(mine.info, vd) && lacks(mine.info, blocks);
+            found = isForeign(mine.info) && isSameMake(mine.info, vd.info) && lacks(mine.info, blocks);
             if (found) place = mine;
-            if (isImportedPart(arrival, mine.info, vd, blocks)) place.info.Status = KT_VD_PLUGIN_CONFLICTED;
+            if (isImportedPart(arrival, mine.info, vd.info, blocks)) place.info.Status = KT_VD_PLUGIN_CONFLICTED;
         });
         if (!known || found) break;
         ++place.info.LD_GUID[2];
@@ -155,8 +208,8 @@ static Vd placeOf(const Context& context, const Arrival& arrival, const _LD_Info
     return place;
 }
 
-static KT_U8 bringVd(const Context& context, Arrival& arrival, const _LD_Info& vd) {
-    const std::map<int, _Block_Info> blocks = arrivingBlocks(arrival, vd);
+static KT_U8 bringVd(const Context& context, Arrival& arrival, const Vd& vd) {
+    const std::map<int, _Block_Info> blocks = arrivingBlocks(context, arrival, vd);
     if (blocks.empty()) return KT_OK;
     Vd mine = placeOf(context, arrival, vd, blocks);
     if (mine.info.ID == KT_NO_ID) return KT_ERR_NO_VD_ID;
@@ -172,7 +225,7 @@ static KT_U8 bringVd(const Context& context, Arrival& arrival, const _LD_Info& v
         saveDisk(context, disk);
     }
     saveVd(context, mine);
-    arrival.vds[vd.ID] = mine.info;
+    arrival.vds[vd.info.ID] = mine.info;
     return KT_OK;
 }
 
@@ -180,10 +233,10 @@ static KT_U8 bringVd(const Context& context, Arrival& arrival, const _LD_Info& v
 static std::optional<ArrayLabel> labelFor(const Context& context, const Arrival& arrival, const _DG_Info& array) {
     const auto id =
         std::find_if(std::begin(array.VDIDs), std::end(array.VDIDs), [](KT_U16 vd) { return vd != KT_NO_ID; });
-    const auto first = id == std::end(array.VDIDs) ? std::nullopt : find<_LD_Info>(arrival.store, arrival.adapter, *id);
-    if (!first) return std::nullopt;
-    const auto here = arrival.vds.find(first->ID);
-    const _LD_Info vd = here == arrival.vds.end() ? placeOf(context, arrival, *first, {}).info : here->second;
+    Vd first = {};
+    if (id == std::end(array.VDIDs) || findVd(thereOf(context, arrival), *id, first) != KT_OK) return std::nullopt;
+    const auto here = arrival.vds.find(first.info.ID);
+    const _LD_Info vd = here == arrival.vds.end() ? placeOf(context, arrival, first, {}).info : here->second;
     ArrayLabel label = {};
     memcpy(label.guid, vd.LD_GUID, sizeof label.guid);
     memcpy(label.name, array.Name, sizeof label.name);
@@ -193,33 +246,37 @@ static std::optional<ArrayLabel> labelFor(const Context& context, const Arrival&
 static void bringLabels(const Context& context, const Arrival& arrival) {
     forEach<_DG_Info>(arrival.store, arrival.adapter, 0, [&](KT_U64, const _DG_Info& array) {
         auto label = labelFor(context, arrival, array);
-        const auto put = [&](const KT_U16* pds, size_t count) {
-            for (size_t i = 0; label && i < count; ++i) {
-                const auto here = arrival.disks.find(pds[i]);
-                if (here != arrival.disks.end()) save(context, here->second, *label);
+        const auto put = [&](const KT_U16* pds, size_t count, KT_U8 role) {
+            for (const auto& [there, here] : arrival.disks) {
+                const auto out = arrival.pulled.find(there);
+                const bool wasIts =
+                    out != arrival.pulled.end() && out->second.dgid == array.DGID && (out->second.raid & role);
+                if (label && (wasIts || std::find(pds, pds + count, there) != pds + count)) save(context, here, *label);
             }
         };
-        put(array.PDIDs, array.PDCount);
+        put(array.PDIDs, array.PDCount, KT_PD_MEMBER);
         if (label) label->spare = 1;
-        put(array.SparePDIDs, array.SparePDCount);
+        put(array.SparePDIDs, array.SparePDCount, KT_PD_DEDICATED_SPARE);
         return true;
     });
 }
 
 KT_U8 insertForeignDisks(const Context& context, Store& other, KT_U8 otherAdapter, const std::vector<KT_U16>& disks,
                          std::vector<KT_U16>& ids) {
-    Arrival arrival{other, otherAdapter, {}, {}, {}};
+    Arrival arrival{other, otherAdapter, {}, {}, {}, {}};
     for (const KT_U16 pd : disks) {
         const KT_U8 status = bringDisk(context, arrival, pd);
         if (status != KT_OK) return status;
         ids.push_back(arrival.disks[pd]);
     }
-    std::vector<_LD_Info> vds;
-    forEach<_LD_Info>(other, otherAdapter, 0, [&](KT_U64, const _LD_Info& vd) {
-        vds.push_back(vd);
+    std::vector<Vd> vds;
+    forEachVd(thereOf(context, arrival), [&](const Vd& vd) { vds.push_back(vd); });
+    forEach<AwayVd>(other, otherAdapter, 0, [&](KT_U64, const AwayVd& vd) {
+        vds.push_back(Vd{vd.info, vd.state});
+        vds.back().info.ID = KT_NO_ID;
         return true;
     });
-    for (const _LD_Info& vd : vds) {
+    for (const Vd& vd : vds) {
         const KT_U8 status = bringVd(context, arrival, vd);
         if (status != KT_OK) return status;
     }
