@@ -351,9 +351,16 @@ TEST_F(Raid, WithoutAWriteCacheNothingIsCached) {
               .c_str());
     ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 2000 * MB, 0), KT_OK);
     EXPECT_EQ(vdInfo(0, 0).CacheMode & KT_CACHE_OFF, KT_CACHE_OFF);
-    const _LD_Config config = {};
+    _LD_Config config = {};
     ASSERT_EQ(KT_LD_SetConfig(0, 0, &config), KT_OK);
     EXPECT_EQ(vdInfo(0, 0).CacheMode & KT_CACHE_OFF, KT_CACHE_OFF);
+    newEvents(0);
+    config.CachePolicy = KT_CACHE_OFF | KT_CACHE_RESTORE;
+    ASSERT_EQ(KT_LD_SetConfig(0, 0, &config), KT_OK);
+    EXPECT_EQ(newEvents(0), std::vector<std::string>()) << "its cache is as before";
+    config.CachePolicy |= KT_CACHE_READ_AHEAD;
+    ASSERT_EQ(KT_LD_SetConfig(0, 0, &config), KT_OK);
+    EXPECT_EQ(newEvents(0), std::vector<std::string>({"1/6 of 0"}));
 }
 
 // A quick one clears the ends of the members, however large they are.

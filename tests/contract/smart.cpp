@@ -83,6 +83,25 @@ TEST_F(Smart, WornDisksTrip) {
     EXPECT_FALSE(age(9, "wear", 1));
 }
 
+TEST_F(Smart, WhatNobodyPolledIsToldWhenPollingBegins) {
+    _Adapter_Config_V2 config = {};
+    ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+    config.PollSMARTStatus = 0;
+    ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
+    ASSERT_TRUE(age(0, "reallocated", 512));
+    newEvents();
+    config.PollSMARTStatus = 1;
+    ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
+    EXPECT_EQ(newEvents(), Events({"0/0 of 0", "2/11 of 0", "2/11 of 3"}));
+    _HD_CONFIG disk = {};
+    ASSERT_EQ(readItem(KT_PD_GetConfig, 0, 0, &_HD_Config_Request::hdConfig, disk), KT_OK);
+    for (const KT_U8 on : {KT_U8{0}, KT_U8{1}}) {
+        disk.SMARTOn = on;
+        ASSERT_EQ(KT_PD_SetConfig(0, 0, &disk), KT_OK);
+    }
+    EXPECT_EQ(newEvents(), Events({"2/5 of 0", "2/11 of 0"}));
+}
+
 TEST_F(Smart, AClearedTripIsForgottenByTheAttributesToo) {
     ASSERT_TRUE(age(0, "reallocated", 512));
     ASSERT_EQ(tripped()[0], 1);

@@ -3,6 +3,7 @@
 #include "changes/health.h"
 #include "changes/vdPlan.h"
 #include "media/disks.h"
+#include "media/wear.h"
 #include "raid/cacheMode.h"
 #include "state/events.h"
 
@@ -21,12 +22,12 @@ KT_U8 configureVd(const Context& context, KT_U16 id, const _LD_Config& config) {
     if (status != KT_OK) return status;
     KT_U8 policy = config.CachePolicy;
     if (adapterInfo(context).AdvancedFeatures & KT_ADV_NO_WRITE_CACHE) policy |= KT_CACHE_OFF;
-    const bool changed = policy != vd.state.cachePolicy;
+    const KT_U8 differs = policy ^ vd.state.cachePolicy;
     vd.state.cachePolicy = policy;
     vd.info.CacheMode = cacheModeFor(context, policy);
     memcpy(vd.info.Name, config.Name, sizeof vd.info.Name);
     saveVd(context, vd);
-    if (changed) logEvent(context, EVT_VD_CACHE_CHANGED, id, vdParams(vd.info.RaidMode));
+    if (differs & ~KT_CACHE_RESTORE) logEvent(context, EVT_VD_CACHE_CHANGED, id, vdParams(vd.info.RaidMode));
     return KT_OK;
 }
 
@@ -62,7 +63,10 @@ KT_U8 configureDisk(const Context& context, KT_U16 id, const _HD_CONFIG& config)
     disk.state.config.DriveSpeed = config.DriveSpeed;
     saveDisk(context, disk);
     if (cacheChanges) logEvent(context, EVT_PD_CACHE_CHANGED, id);
-    if (smartChanges && config.SMARTOn) logEvent(context, EVT_PD_SMART_STARTED, id);
+    if (smartChanges && config.SMARTOn) {
+        logEvent(context, EVT_PD_SMART_STARTED, id);
+        pollSmart(context, id);
+    }
     if ((config.Online != 0) == (disk.state.config.Online != 0)) return KT_OK;
     return setDiskStatus(context, id, config.Online ? 1 : 0);
 }

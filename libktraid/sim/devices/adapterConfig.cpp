@@ -3,6 +3,7 @@
 #include "activities/activities.h"
 #include "activities/rebuilding.h"
 #include "devices/settingsPage.h"
+#include "media/wear.h"
 #include "state/events.h"
 
 namespace sim {
@@ -77,6 +78,7 @@ KT_U8 setAdapterConfig(const Context& context, const _Adapter_Config_V2& wanted)
         if (status != KT_OK) return status;
     }
     const bool alarmComesOn = wanted.AlarmOn && !config->AlarmOn;
+    const bool pollingBegins = wanted.PollSMARTStatus == 1 && config->PollSMARTStatus == 0;
     for (const Setting& setting : SETTINGS) {
         const KT_U8 value = valueOf(wanted, setting);
         if (value == valueOf(*config, setting)) continue;
@@ -86,6 +88,7 @@ KT_U8 setAdapterConfig(const Context& context, const _Adapter_Config_V2& wanted)
     save(context, 0, *config);
     settingsChanged(context, *config);
     if (alarmComesOn) unmute(context);
+    if (pollingBegins) pollSmart(context);
     applyRates(context);
     engageSpares(context);
     return KT_OK;

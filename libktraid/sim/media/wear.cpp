@@ -48,16 +48,20 @@ KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped) {
         erase<ToldHealth>(context, pd);
         forgetSurface(context, pd, FLAW_UNREADABLE);
     }
-    if (news && disk.state.config.SMARTOn && adapterConfig(context).PollSMARTStatus == 1)
-        logEvent(context, EVT_PD_SMART_TRIPPED, pd);
+    if (news) pollSmart(context, pd);
     return KT_OK;
 }
 
+void pollSmart(const Context& context, KT_U16 pd) {
+    const PdState disk = find<PdState>(context, pd).value_or(PdState{});
+    if (disk.smartTripped && disk.config.SMARTOn && disk.health != PD_FAILED &&
+        adapterConfig(context).PollSMARTStatus == 1)
+        logEvent(context, EVT_PD_SMART_TRIPPED, pd);
+}
+
 void pollSmart(const Context& context) {
-    if (adapterConfig(context).PollSMARTStatus != 1) return;
-    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState& disk) {
-        if (disk.smartTripped && disk.config.SMARTOn && disk.health != PD_FAILED)
-            logEvent(context, EVT_PD_SMART_TRIPPED, static_cast<KT_U16>(id));
+    forEach<PdState>(context, 0, [&](KT_U64 id, const PdState&) {
+        pollSmart(context, static_cast<KT_U16>(id));
         return true;
     });
 }
