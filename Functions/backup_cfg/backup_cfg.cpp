@@ -85,6 +85,12 @@ static int composeText(const BackupOptions& o, Backup& backup) {
     return 0;
 }
 
+// The lists tell the cache that is in force, not whether it follows the battery.
+static bool mayHideAutomaticCaches(const BackupOptions& o, const Backup& backup) {
+    const bool follows = (currentAdapter().AdvancedFeatures & KT_ADV_BBU) != 0;
+    return follows && o.mode != CFG_PHY_FORM && backup.raid->ldCount != 0;
+}
+
 // Says on standard error what the text does not bring back.
 static void reportLosses(const BackupOptions& o, const Backup& backup) {
     const std::string shown = shownName(o.file);
@@ -94,6 +100,9 @@ static void reportLosses(const BackupOptions& o, const Backup& backup) {
     const std::vector<std::string> losses = cfgLosses({backup.page, *backup.raid, cfgPorts(gCurrentAdapter), o.mode});
     for (const std::string& loss : losses) {
         fprintf(stderr, "%s.\n", loss.c_str());
+    }
+    if (mayHideAutomaticCaches(o, backup)) {
+        fprintf(stderr, "[WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.\n");
     }
     if (losses.empty()) return;
     fprintf(stderr, "Edit '%s' before restoring it; a report (ktreport json) keeps all of this.\n", shown.c_str());

@@ -6,6 +6,7 @@ An adapter's configuration is saved as text. A file is never overwritten.
   $ cfg backup_cfg
   Backup_cfg command is returned successfully!
   stderr: virtual disk 3: 7630767 M is written as 3436463 M.
+  stderr: [WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.
   stderr: Edit 'hba0_cfg.txt' before restoring it; a report (ktreport json) keeps all of this.
   $ cp hba0_cfg.txt before
   $ cfg backup_cfg
@@ -35,6 +36,7 @@ Edited by hand and read back, it changes what it names and nothing else.
   [1]
   $ ktcfg backup_cfg -f after > .out
   virtual disk 3: 7630767 M is written as 3436463 M.
+  [WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.
   Edit 'after' before restoring it; a report (ktreport json) keeps all of this.
   $ diff -aU0 before after | grep '^[+-]\['
   -[SPINUP GROUP]=1
@@ -50,7 +52,7 @@ What restoring another adapter's file would do is said beforehand, by reading on
 
   $ lab empty
   $ ktsetup create -o array -r 5 -d 0,1,2 -n demo > /dev/null && ktsetup create -o vd -a 0 -n data -s 500000 > /dev/null
-  $ ktsetup assign -d 3 > /dev/null && ktcfg backup_cfg -f one > /dev/null && sed -i 's/=RAID5/=RAID1/; s/0,1,2/0,1/' one
+  $ ktsetup assign -d 3 > /dev/null && ktcfg backup_cfg -f one > /dev/null 2>&1 && sed -i 's/=RAID5/=RAID1/; s/0,1,2/0,1/' one
   $ calls > /dev/null; cfg check -f one --raid
   The settings would stay as they are.
   Would be deleted:
@@ -167,11 +169,12 @@ many losses are named, and what the reader stops at.
   hostile 0: 2, Restore_Error: unknown HBA config option!
   hostile 1: 5, Restore_Error: unknown HBA config option!
   $ lab troubled
-  $ cfg backup_cfg -f last | tail -5
+  $ cfg backup_cfg -f last | tail -6
   stderr: [PD MEMBER] of virtual disk 0 lacks disks or names blocks in their place.
   stderr: [PD MEMBER] of virtual disk 3 lacks disks or names blocks in their place.
   stderr: virtual disk 0: [PD MEMBER] 0,1,- is written as 0,1.
   stderr: virtual disk 3: [PD MEMBER] 7,-,- is written as 7.
+  stderr: [WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.
   stderr: Edit 'last' before restoring it; a report (ktreport json) keeps all of this.
 
 Words that are no command are refused before the library is asked.

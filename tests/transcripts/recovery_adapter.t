@@ -7,6 +7,7 @@ An answer of the page on recovery, tried; what stands behind the heading is in t
 Save the settings while the adapter still works; best right after it was set up, and to another machine.
 
   $ ktcfg backup_cfg -f hba0.txt | tail -1
+  [WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.
   Backup_cfg command is returned successfully!
   $ ktsim --state new.db create --lab empty
   $ export KTRAID_SIM=$PWD/new.db
