@@ -33,8 +33,8 @@ CHANGES = [
     ("empty", ["ktsetup 1 create -o vd -r 5 -d 0,1,2 -n old", "ktcfg 1 backup_cfg -f saved.txt",
                "ktsetup 1 delete -o vd -i 0 -f --waiveconfirmation", "ktsetup 1 create -o vd -r 1 -d 1,2 -n new"],
      ["ktcfg 1 restore_cfg -f saved.txt --raid"]),
-    ("default", ["ktsetup 1 aesentry -o setCfg -i 1 -p secret -k key", "ktsetup 1 aesport -o mount -i 0 -e 1 -p secret",
-                 "ktsetup 1 aesport -o set -i 0 --aeson"], ["1 forceonline -i 0", "1 aesport -o set -i 0 --aesoff"]),
+    ("empty", ["ktsetup 1 aesentry -o setCfg -i 1 -p secret -k key", "ktsetup 1 aesport -o mount -i 0 -e 1 -p secret",
+               "ktsetup 1 aesport -o set -i 0 --aeson"], ["1 forceonline -i 0", "1 aesport -o set -i 0 --aesoff"]),
 ]
 
 
