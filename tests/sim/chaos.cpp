@@ -6,6 +6,7 @@
 #include "changes/branches.h"
 #include "changes/diskIds.h"
 #include "changes/health.h"
+#include "devices/battery.h"
 #include "devices/power.h"
 #include "frame/invariants.h"
 #include "frame/settle.h"
@@ -197,6 +198,8 @@ static void powerCycle(Chaos& run) {
         pullDisk(context, pick(run, 18));
     }
     if (rarely(run, 4)) failDisk(context, pick(run, 18));
+    if (rarely(run, 5)) removeBattery(context);
+    if (rarely(run, 3)) insertBattery(context);
     if (rarely(run, 4)) pullEnclosure(context, 1);
     if (rarely(run, 2)) insertEnclosure(context, 1);
     if (rarely(run, 3)) insertDisk(context, pick(run, 18));

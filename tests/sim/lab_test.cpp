@@ -127,8 +127,8 @@ TEST(Lab, SaysWhereTheMistakeIs) {
     EXPECT_EQ(mistakeIn(ports(R"("disks": [{"port": 4}])")),
               "lab: adapters[0].disks[0].port: goes beyond the ports of the adapter");
     EXPECT_EQ(mistakeIn(ports(R"("disks": [{"count": 60}, {"port": 0}])")),
-              "lab: adapters[0].disks: 60 of them need a place, and there are 3 left; list \"enclosures\", or raise "
-              "\"PortCount\"");
+              "lab: adapters[0].disks: 60 of them need a place, and there are 3 left; list \"expanders\" or "
+              "\"enclosures\", or raise \"PortCount\"");
     EXPECT_EQ(mistakeIn(ports(R"("disks": [{"count": 60}])")), "none");
     EXPECT_EQ(mistakeIn(ports(R"("disks": [{"count": 8}, {"type": "SAS"}])")),
               "lab: adapters[0].disks[1].type: has no port left that it goes with");
@@ -180,6 +180,7 @@ TEST(Lab, GivesEveryDiskAPlaceOfItsOwn) {
          "0.0 0.1 0.2 PM0.1 PM0.2 PM0.0 "},
         {R"("enclosures": [{"id": 1, "slots": 2}], "disks": [{"count": 2}, {"enclosure": 1}, {"on": "HBA"}])",
          "E1.1 0.2 E1.0 0.1 "},
+        {R"("PortCount": 2, "enclosures": [{"id": 1, "slots": 1}], "disks": [{"count": 3}])", "E1.0 X0.0 X0.1 "},
         {R"("expanders": [{}], "enclosures": [{"id": 1, "slots": 2}], "disks": [{"count": 4}])", "E1.0 E1.1 0.4 0.5 "},
     };
     for (const auto& row : ROWS)

@@ -3,6 +3,7 @@
 #include "media/blocks.h"
 #include "media/surface.h"
 #include "raid/activityRecords.h"
+#include "raid/keptCaches.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -208,11 +209,20 @@ static void checkSurface(const Check& all) {
     });
 }
 
+// What waits in the cache does so for virtual disks that do not work.
+static void checkKeptCaches(const Check& all) {
+    if (find<AdapterState>(all.context, 0).value_or(AdapterState{}).down != ADAPTER_UP) return;
+    each<_LD_Info>(all, "VD", [](const Check& check, KT_U64, const _LD_Info& vd) {
+        check.require(!isUsable(vd) || !hasKeptCache(check.context, vd), "works without what the cache keeps for it");
+    });
+}
+
 static void checkAdapter(const Check& all) {
     std::set<KT_U16> named; // blocks, by virtual disks
     checkVds(all, named);
     checkBlocks(all, named);
     checkSurface(all);
+    checkKeptCaches(all);
     each<_DG_Info>(all, "array", checkArray);
     each<_HD_Info>(all, "disk", [](const Check& check, KT_U64 id, const _HD_Info&) {
         check.require(has<PdState>(check, id), "has no state");

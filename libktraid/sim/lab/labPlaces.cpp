@@ -64,6 +64,11 @@ static const KT_U16* ownerOf(const LabPlaces& places, const Place& place) {
     return nullptr;
 }
 
+static void take(LabPlaces& places, const _HD_Info& disk) {
+    for (const KT_U64 key : keysOf(disk))
+        places.taken.emplace(key, disk.Link.Self.DevID);
+}
+
 static KT_U8 numberOf(const Place& place) {
     return place.parent.EnclosureID == KT_NO_ID ? place.parent.PhyID[0] : place.bay;
 }
@@ -109,8 +114,7 @@ void placeLabDisk(const Context& context, LabPlaces& places, LabReader& reader, 
                               : placeAtPort(context, places, reader, device, port + copy);
     }
     putAt(disk, place);
-    for (const KT_U64 key : keysOf(disk))
-        places.taken.emplace(key, disk.Link.Self.DevID);
+    take(places, disk);
 }
 
 // Room for disks that say nothing of their place.
@@ -123,9 +127,16 @@ struct Extension {
 static const int EXPANDER_SIZES[] = {28, 255};
 static const int MULTIPLIER_SIZES[] = {5, 15};
 
-static std::vector<Place> openPlaces(const Context& context, const LabPlaces& places) {
-    std::vector<Place> open = placesOf(context);
-    std::erase_if(open, [&](const Place& place) { return ownerOf(places, place) != nullptr; });
+// Those that can all be filled together: what is in a bay of a shelf without an expander takes a port of the adapter.
+static std::vector<Place> openPlaces(const Context& context, LabPlaces places) {
+    std::vector<Place> open;
+    for (const Place& place : placesOf(context)) {
+        if (ownerOf(places, place)) continue;
+        _HD_Info disk = {};
+        putAt(disk, place);
+        take(places, disk);
+        open.push_back(place);
+    }
     return open;
 }
 
@@ -169,7 +180,7 @@ void makeRoom(const Context& context, LabPlaces& places, const LabReader& adapte
     if (extension.count == 0) {
         failLab(adapter, "disks",
                 std::to_string(count) + " of them need a place, and there are " + std::to_string(open) +
-                    " left; list \"enclosures\", or raise \"PortCount\"");
+                    " left; list \"expanders\" or \"enclosures\", or raise \"PortCount\"");
     }
     for (KT_U64 i = 0; i < extension.count; ++i) {
         if (!takesExpanders(context)) {
