@@ -195,23 +195,26 @@ What it kept for a virtual disk that is offline waits for that, as long as the b
 Encrypting ports are locked until their keys are mounted again, and what lies on two of them waits for both.
 
   $ cat > keys.json <<XX
-  > {"adapters": [{"type": "LD-based", "disks": [{"port": 1}, {"port": 2}],
+  > {"adapters": [{"type": "LD-based", "battery": true, "disks": [{"port": 1}, {"port": 2}],
   >   "keys": [{"id": 0, "key": "one", "password": "open", "ports": [{"id": 1, "enabled": true}, {"id": 2, "enabled": true}]}]}]}
   > XX
   $ ktsim create --lab keys.json --force --at "2026-01-05 08:00:00"; for pd in 0 1; do kt forceonline -i $pd > /dev/null; done
-  $ kt create -r 1 -d 0,1 > /dev/null; ktsim clock until idle; ktsim reboot; ktsim status | grep -e 'PD [01]' -e 'VD 0'
+  $ kt create -r 1 -d 0,1 > /dev/null; ktsim clock until idle; ktsim power off --pull; ktsim power on; ktsim status | grep -e 'PD [01]' -e 'VD 0'
   Idle after 7 s.
-    VD 0     VD_R1_1          RAID1        931.5 GiB  offline
+    VD 0     VD_R1_1          RAID1        931.5 GiB  offline, the cache keeps what it lacks
     PD 0     Gannet GT1000G        SATA     931.5 GiB  port 1      member of VD 0, offline (the key of its port is not its own)
     PD 1     Gannet GT1000G        SATA     931.5 GiB  port 2      member of VD 0, offline (the key of its port is not its own)
   $ for port in 1 2; do kt aesport -o mount -i $port -e 0 -p open > /dev/null; kt info -o vd -i 0 | grep ^status; done
   status:              offline
   status:              online
-  $ news | tail -4
+  $ news | tail -7
   [MAJOR] Physical disk 0 offline caused by cipher is mismatch between disk and port
   [MAJOR] Physical disk 1 offline caused by cipher is mismatch between disk and port
   [CRITICAL] Virtual Disk 0 is offline
   [INFO] Virtual Disk 0 is online
+  [INFO] Auto starts flush dirty data
+  [INFO] Auto dirty data flushed 1/1
+  [INFO] Auto finish flush dirty data
 
 An image runs from the boot on. A damaged one gives way to the one before; without either there is little left.
 
