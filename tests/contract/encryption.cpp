@@ -204,6 +204,20 @@ TEST_F(Encryption, VirtualDisksFeelIt) {
     EXPECT_TRUE(offline(DISK)) << "a new disk is a plain one";
 }
 
+TEST_F(Encryption, ASpareStandsByAgainWhenItsPortIsOpened) {
+    ASSERT_EQ(setKey(0, "key", "pw"), KT_OK);
+    ASSERT_EQ(link(DISK, 0, "pw"), KT_OK);
+    ASSERT_EQ(enable(DISK, 1), KT_OK);
+    ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
+    ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(0, DISK), KT_OK);
+    outside::reboot();
+    EXPECT_TRUE(offline(DISK));
+    newEvents();
+    ASSERT_EQ(link(DISK, 0, "pw"), KT_OK);
+    EXPECT_EQ(roleOf(0, DISK), KT_PD_GLOBAL_SPARE);
+    EXPECT_EQ(newEvents(), (std::vector<std::string>{"2/9 of 1"}));
+}
+
 TEST_F(Encryption, WhatIsForcedOnlineHasLostItsData) {
     start(R"({"adapters": [{"type": "LD-based", "PortCount": 8,
       "disks": [{"count": 2, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}],

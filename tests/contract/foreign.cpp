@@ -58,6 +58,8 @@ TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
     EXPECT_EQ(KT_LD_Import(ARRAYS, 1), KT_ERR_VD_NOT_IMPORTABLE);
     EXPECT_EQ(KT_LD_Report(ARRAYS, 1), KT_ERR_VD_NOT_REPORTABLE) << "one of three";
     EXPECT_EQ(KT_LD_Report(ARRAYS, 0), KT_ERR_VD_NOT_REPORTABLE) << "it is no conflicted one";
+    ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 0), KT_OK);
+    EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE) << "nothing is in conflict with it any more";
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
 }
 
@@ -105,6 +107,24 @@ TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
         const Events events = newEvents();
         EXPECT_NE(std::find(events.begin(), events.end(), imported), events.end()) << lab;
     }
+}
+
+// The array itself would work without it, what the virtual disk is turning into would not.
+TEST_F(Foreign, WhatLeavesAMigrationLastTakesItsPlaceAgain) {
+    start(adapterWith(R"("config": {"AutoRebuildOn": 0}, "arrays": [{"level": "RAID5", "disks": [0, 1, 2],
+        "virtualDisks": [{"size": "10GiB", "activity": {"kind": "migration", "percent": 40},
+                          "target": {"disks": [0, 1, 2, 3]}}]}])")
+              .c_str());
+    outside::pullDisk(0, 3);
+    outside::insertDisk(0, 3);
+    outside::pullDisk(0, 0);
+    ASSERT_EQ(vdInfo(0, 0).Status, KT_VD_OFFLINE);
+    newEvents();
+    outside::insertDisk(0, 0);
+    EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_DEGRADED);
+    EXPECT_EQ(newEvents(), (std::vector<std::string>{"2/1 of 0", "1/4 of 0", "1/89 of 0"}));
+    outside::pullDisk(0, 0);
+    EXPECT_EQ(newEvents(), (std::vector<std::string>{"2/0 of 0", "1/0 of 0", "1/88 of 0"}));
 }
 
 // A migration cannot be gone on with elsewhere; the parts of an array are known there.

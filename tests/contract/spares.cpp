@@ -54,6 +54,18 @@ TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
     }
     fail(0);
     EXPECT_EQ(members(), (Ids{3, 1, 2}));
+    rebuildByHand(0);
+    _Adapter_Config_V2 config = {};
+    ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+    config.CopyBackOn = 1;
+    ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
+    advance(HOUR);
+    pull(1);
+    pull(3);
+    ASSERT_EQ(vdInfo(0, 0).Status, KT_VD_OFFLINE);
+    insert(3);
+    EXPECT_EQ(vdInfo(0, 0).Status, KT_VD_DEGRADED) << "the member that left last, though in another one's place";
+    EXPECT_EQ(roleOf(0, 3), KT_PD_MEMBER | KT_PD_DEDICATED_SPARE | KT_PD_SPARE_IN_USE);
 }
 
 TEST_F(Spares, NoRebuildGoesOntoTheSystemOrOntoAnOpticalDrive) {

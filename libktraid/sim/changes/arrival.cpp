@@ -203,7 +203,7 @@ static Vd placeOf(const Context& context, const Arrival& arrival, const Vd& vd,
             if (isImportedPart(arrival, mine.info, vd.info, blocks)) place.info.Status = KT_VD_PLUGIN_CONFLICTED;
         });
         if (!known || found) break;
-        ++place.info.LD_GUID[2];
+        ++place.info.LD_GUID[COUNTED_GUID_BYTE];
     }
     return place;
 }

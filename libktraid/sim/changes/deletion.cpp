@@ -30,6 +30,7 @@ void removeVd(const Context& context, const Vd& vd) {
     erase<_LD_Info>(context, vd.info.ID);
     erase<VdState>(context, vd.info.ID);
     erase<VdTarget>(context, vd.info.ID);
+    if (!isForeign(vd.info)) endConflicts(context, vd.info);
     if (vd.info.DGID != KT_NO_ID) freeSlot(context, vd.info.DGID, vd.info.ID);
     logEvent(context, EVT_VD_DELETED, vd.info.ID, vdParams(vd.info.RaidMode));
     for (const KT_U16 disk : disks)

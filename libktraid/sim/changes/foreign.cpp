@@ -288,6 +288,26 @@ void reviewForeign(const Context& context) {
     }
 }
 
+// Parts of one virtual disk have GUIDs that differ in the byte that is counted up where one is known already.
+static bool isPartOfSame(const _LD_Info& one, const _LD_Info& other) {
+    KT_U8 guid[sizeof one.LD_GUID];
+    memcpy(guid, one.LD_GUID, sizeof guid);
+    guid[COUNTED_GUID_BYTE] = other.LD_GUID[COUNTED_GUID_BYTE];
+    return memcmp(guid, other.LD_GUID, sizeof guid) == 0 && one.RaidMode == other.RaidMode &&
+           one.HDCount == other.HDCount && one.Size == other.Size;
+}
+
+void endConflicts(const Context& context, const _LD_Info& deleted) {
+    std::vector<_LD_Info> parts;
+    forEachVd(context, [&](const Vd& vd) {
+        if (isConflicted(vd.info) && isPartOfSame(vd.info, deleted)) parts.push_back(vd.info);
+    });
+    for (_LD_Info& part : parts) {
+        part.Status = KT_VD_NOT_IMPORTABLE;
+        save(context, part.ID, part);
+    }
+}
+
 static bool isPulled(const Context& context, const KT_U8* guid) {
     bool pulled = false;
     forEach<PulledBlocks>(context, 0, [&](KT_U64 id, const PulledBlocks& disk) {

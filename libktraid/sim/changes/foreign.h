@@ -7,6 +7,9 @@
 
 namespace sim {
 
+// The byte of a GUID that is counted up when another virtual disk with the same one arrives.
+inline constexpr size_t COUNTED_GUID_BYTE = 2;
+
 // KT_LD_Import: KT_ERR_VD_NOT_IMPORTABLE when too much of it is missing or in other use, KT_ERR_VD_STATUS when it is
 // not foreign. With arrays, all virtual disks on the same foreign disks come along in one new array.
 KT_U8 importVd(const Context& context, KT_U16 id);
@@ -26,6 +29,8 @@ bool isStale(const Context& context, const PulledBlocks& blocks);
 // Says of every foreign virtual disk anew whether it can be imported; those whose disks have all left go away. To be
 // called after anything that disks or other virtual disks come or go by, or work again.
 void reviewForeign(const Context& context);
+// After the virtual disk was deleted: what conflicted with it is a foreign one like others, to be looked at anew.
+void endConflicts(const Context& context, const _LD_Info& deleted);
 // Remembers a virtual disk that leaves while pulled disks still hold parts of it.
 void rememberAway(const Context& context, const Vd& vd);
 // The virtual disk with that GUID; one that was away is there again, as a foreign one.

@@ -99,8 +99,9 @@ static KT_U8 putIn(const Context& context, KT_U16 pd, std::vector<Returning>& re
     return KT_OK;
 }
 
-// A disk that was a spare when it was pulled becomes one again.
+// A disk that was a spare when it was pulled becomes one again, one in use only where it is a member again.
 static void takeUpRole(const Context& context, const Returning& disk) {
+    if (disk.blocks.raid & KT_PD_SPARE_IN_USE) standInAgain(context, disk.pd, disk.blocks.raid & KT_PD_SPARE);
     if (disk.blocks.raid & KT_PD_MEMBER) return;
     if (disk.blocks.raid & KT_PD_GLOBAL_SPARE) makeGlobalSpare(context, disk.pd);
     if (disk.blocks.raid & KT_PD_DEDICATED_SPARE) makeDedicatedSpare(context, disk.pd, disk.blocks.dgid);

@@ -85,6 +85,7 @@ static void interruptActivities(const Context& context, const Group& group) {
     if (isRebuildLike(activity)) return failRebuild(context, group.owner);
     // An activity that somebody paused or stopped keeps that state.
     if (activity.state != KT_STATE_RUNNING && activity.state != KT_STATE_AUTO_PAUSED) return;
+    if (activity.state == KT_STATE_RUNNING) logActivity(context, group.owner, activity, STEP_AUTO_PAUSED);
     activity.done = activityDone(activity, context.now);
     activity.since = context.now;
     activity.state = KT_STATE_INTERRUPTED;
@@ -113,6 +114,13 @@ void followUp(const Context& context, const std::vector<Owner>& owners, const st
     arbitrate(context);
 }
 
+// A spare that its port's lock takes away stands by again when that is opened, as it has to be after each boot.
+static bool keepsStandingBy(const Context& context, KT_U16 pd) {
+    const auto disk = find<PdState>(context, pd);
+    const bool locked = find<DiskCipher>(context, pd).value_or(DiskCipher{}).offline != 0;
+    return locked && disk && !(disk->raid & KT_PD_SPARE_IN_USE);
+}
+
 void loseDisks(const Context& context, const std::vector<KT_U16>& pds) {
     const std::vector<Owner> owners = groupsOn(context, pds);
     const KT_U64 loss = beginLoss(context);
@@ -120,7 +128,7 @@ void loseDisks(const Context& context, const std::vector<KT_U16>& pds) {
         Disk disk = {};
         if (findDisk(context, pd, disk) != KT_OK) continue;
         failPatrol(context, pd);
-        dropSpareRole(context, pd);
+        if (!keepsStandingBy(context, pd)) dropSpareRole(context, pd);
         findDisk(context, pd, disk);
         disk.state.raid |= KT_PD_OFFLINE;
         disk.state.left = loss;
@@ -207,16 +215,17 @@ static bool rejoinVd(const Context& context, KT_U16 pd, const PulledBlock& entry
     return true;
 }
 
-// A member comes back as a whole, with the blocks of every virtual disk of the array, or not at all.
+// A member comes back as a whole, with the blocks of every virtual disk of the array, or not at all. Whether something
+// was written without it is its virtual disks' to say: in a migration they may be offline while the array still works.
 static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     Array array = {};
     if (!(blocks.raid & KT_PD_MEMBER) || findArray(context, blocks.dgid, array) != KT_OK) return false;
     // A disk that the array migrates to has no slot in it yet.
     const bool arriving = blocks.slot >= array.state.memberCount;
-    const bool waits = array.info.Status == ARRAY_OFFLINE || wasLostDown(context, blocks.left);
-    if (!arriving && (!waits || array.state.members[blocks.slot] != KT_NO_ID || array.state.homes[blocks.slot] != pd))
-        return false;
+    if (!arriving && array.state.members[blocks.slot] != KT_NO_ID) return false;
     const size_t vds = groupOf(context, Owner{OwnerKind::Array, blocks.dgid}).vds.size();
+    const bool waits = array.info.Status == ARRAY_OFFLINE || wasLostDown(context, blocks.left);
+    if (!arriving && vds == 0 && !waits) return false;
     const auto awaits = [&](const PulledBlock& entry) { return isAwaited(context, pd, entry, blocks.left); };
     if (blocks.count != vds || !std::all_of(blocks.entries, blocks.entries + blocks.count, awaits)) return false;
     if (arriving) return blocks.count != 0;
@@ -228,6 +237,7 @@ static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& b
 
 static void putBack(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     erase<PulledBlocks>(context, pd);
+    if (find<PdState>(context, pd).value_or(PdState{}).raid & KT_PD_SPARE) return;
     const bool asMember = rejoinArray(context, pd, blocks);
     const bool inArray = blocks.dgid != KT_NO_ID && (blocks.raid & KT_PD_MEMBER);
     KT_U8 role = asMember ? KT_PD_MEMBER : 0;
@@ -292,6 +302,7 @@ static void comeUp(const Context& context, std::vector<Returning>& disks) {
         findDisk(context, each.pd, disk);
         // rejoin() has logged it of disks that held blocks.
         if (each.blocks.count == 0 && (disk.state.raid & KT_PD_NOT_FREE) == 0) becomeFree(context, each.pd);
+        if (disk.state.raid & KT_PD_SPARE) logEvent(context, EVT_PD_SPARE_ASSIGNED, each.pd);
     }
     followUp(context, owners, {});
 }

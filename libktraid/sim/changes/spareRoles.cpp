@@ -79,6 +79,22 @@ KT_U8 makeDedicatedSpare(const Context& context, KT_U16 pd, KT_U16 dgid) {
     return KT_OK;
 }
 
+void standInAgain(const Context& context, KT_U16 pd, KT_U8 role) {
+    Disk disk = {};
+    Array array = {};
+    if (findDisk(context, pd, disk) != KT_OK || !(disk.state.raid & KT_PD_MEMBER)) return;
+    if (role & KT_PD_DEDICATED_SPARE) {
+        const bool listed = findArray(context, disk.state.dgid, array) == KT_OK &&
+                            array.info.SparePDCount < std::size(array.info.SparePDIDs);
+        if (!listed) return;
+        array.info.SparePDIDs[array.info.SparePDCount++] = pd;
+        saveArray(context, array);
+    }
+    disk.state.raid |= static_cast<KT_U8>(role | KT_PD_SPARE_IN_USE);
+    saveDisk(context, disk);
+    logEvent(context, EVT_PD_SPARE_ASSIGNED, pd);
+}
+
 KT_U8 releaseSpare(const Context& context, KT_U16 pd) {
     Disk disk = {};
     const KT_U8 status = findDisk(context, pd, disk);
