@@ -130,7 +130,9 @@ static void findActivity(Scene& scene, const Subject& subject) {
         ": " + (kind.empty() ? std::string("its activity") : kind) + " is " + state +
             (percent ? " at " + std::to_string(*percent) + " %" : "") + ".",
         state == "paused" ? "Resume it when the reason for the pause has gone."
-                          : "Start it again when the reason for the stop has gone; the events tell it.");
+        : state == "interrupted"
+            ? "It goes on by itself when the disks that it needs are back; the events tell which left."
+            : "Start it again when the reason for the stop has gone; the events tell it.");
 }
 
 // What the log says of a virtual disk since its creation.

@@ -143,3 +143,9 @@ What the library refuses is told and ends the listing.
   $ ktsim fault KT_LD_GetStatus 58
   $ kt 1 info -o tandem | tail -n 1
   Could not get tandem info for VD ID 8 (error 58: Virtual disk is not ready to receive command)
+
+What was interrupted, and lacks nothing, goes on after a boot.
+
+  $ lab troubled; ktsim reboot; kt 1 info -o vd -i 11 | grep progress; kt 1 event | sed -n 's/^Description:  //p' | head -1
+  BGA progress:    rebuilding is 33% done
+  Rebuild disk on virtual disk 11 is auto resumed

@@ -259,19 +259,25 @@ static void putBack(const Context& context, KT_U16 pd, const PulledBlocks& block
     if ((disk.state.raid & KT_PD_NOT_FREE) == 0 && blocks.count) becomeFree(context, pd);
 }
 
+void resumeInterrupted(const Context& context, const std::vector<Owner>& owners) {
+    for (const Owner owner : owners) {
+        Activity activity = activityOf(context, owner);
+        if (activity.state != KT_STATE_INTERRUPTED || !canGoOn(context, owner, activity)) continue;
+        activity.state = KT_STATE_AUTO_PAUSED;
+        saveActivity(context, owner, activity);
+    }
+}
+
 void rejoin(const Context& context, const std::vector<Returning>& disks) {
     std::vector<KT_U16> pds;
     for (const Returning& disk : disks) {
         putBack(context, disk.pd, disk.blocks);
         pds.push_back(disk.pd);
     }
-    for (const Owner owner : groupsOn(context, pds)) {
+    const std::vector<Owner> owners = groupsOn(context, pds);
+    for (const Owner owner : owners)
         refreshGroup(context, groupOf(context, owner));
-        Activity activity = activityOf(context, owner);
-        if (activity.state != KT_STATE_INTERRUPTED || !canGoOn(context, owner, activity)) continue;
-        activity.state = KT_STATE_AUTO_PAUSED;
-        saveActivity(context, owner, activity);
-    }
+    resumeInterrupted(context, owners);
     reviewForeign(context);
 }
 

@@ -38,6 +38,8 @@ struct Returning {
     PulledBlocks blocks;
 };
 void rejoin(const Context& context, const std::vector<Returning>& disks);
+// What was interrupted waits for its turn again where the group works; arbitrate() gives it.
+void resumeInterrupted(const Context& context, const std::vector<Owner>& owners);
 // The groups' activities, statuses and spares after they lost the disks.
 void followUp(const Context& context, const std::vector<Owner>& owners, const std::vector<KT_U16>& pds);
 

@@ -9,8 +9,8 @@ namespace sim {
 // be.
 KT_U8 makeGlobalSpare(const Context& context, KT_U16 pd);
 KT_U8 makeDedicatedSpare(const Context& context, KT_U16 pd, KT_U16 dgid);
-// A spare that stood in for a lost member is that member again: so is its duty, `role` (KT_PD_*_SPARE). Of any other disk
-// nothing changes.
+// A spare that stood in for a lost member is that member again: so is its duty, `role` (KT_PD_*_SPARE). Of any other
+// disk nothing changes.
 void standInAgain(const Context& context, KT_U16 pd, KT_U8 role);
 KT_U8 releaseSpare(const Context& context, KT_U16 pd);
 

@@ -314,6 +314,7 @@ static void boot(const Context& context) {
     writeCaches(context, notes);
     reviewForeign(context);
     engageSpares(context);
+    resumeInterrupted(context, allGroups(context));
     applyRates(context);
 }
 
