@@ -1,42 +1,26 @@
 """The example playbook that brings adapters to what a file says, run by the real ansible-playbook: it reports a change
 when there is one, and only then."""
 import json
-import os
 import re
-import subprocess
-import sys
 import unittest
 
-from frame import BIN, Bench
+from frame import Bench
+from playbook import Playbook
 
-PLAYBOOK = os.path.join(os.environ["SOURCE"], "docs", "examples", "set-up-adapters.yml")
 WANTED = {"adapters": [{"disks": [{"count": 3, "type": "SATA", "size": "2TB"}],
                         "arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2],
                                     "virtualDisks": [{"name": "data"}]}]}]}
 
 
-class Playbook(unittest.TestCase):
+class Applying(Playbook):
     def setUp(self):
         self.bench = Bench("empty")
         self.write("wanted.json", json.dumps(WANTED))
-        # What runs on the machine finds the programs and the adapters' state as it would on a real one.
-        self.write("python", f'#!/bin/sh\nexport KTRAID_SIM={self.bench.path("state.db")}\nexec {sys.executable} "$@"\n')
-        os.chmod(self.bench.path("python"), 0o755)
-        self.write("inventory", f"store ansible_connection=local ansible_python_interpreter={self.bench.path('python')}\n")
-        self.write("ansible.cfg", "")
-
-    def write(self, name, text):
-        with open(self.bench.path(name), "w", encoding="ascii") as file:
-            file.write(text)
+        self.write("inventory", self.line("store", self.bench) + "\n")
 
     def play(self, *words):
         """The result of a run: exit status, and the numbers of its recap."""
-        environment = dict(os.environ, PATH=BIN + ":" + os.environ["PATH"], HOME=self.bench.folder.name, ANSIBLE_NOCOLOR="1",
-                           ANSIBLE_LOCAL_TEMP=self.bench.path("tmp"), ANSIBLE_CONFIG=self.bench.path("ansible.cfg"),
-                           LC_ALL="C.UTF-8")
-        done = subprocess.run(["ansible-playbook", "-i", self.bench.path("inventory"), PLAYBOOK, "-e",
-                               "wanted=" + self.bench.path("wanted.json"), *words],
-                              env=environment, capture_output=True, text=True, check=False, timeout=120)
+        done = self.run_playbook("set-up-adapters.yml", "-e", "wanted=" + self.bench.path("wanted.json"), *words)
         recap = re.search(r"^store .*changed=(\d).*failed=(\d)", done.stdout, re.M)
         self.assertTrue(recap, done.stdout + done.stderr)
         return done.returncode, int(recap[1]), int(recap[2])

@@ -1,46 +1,29 @@
-"""The example playbook under the real Ansible, with three machines that are this one and adapters of their own."""
+"""The example playbook that gathers reports, with three machines."""
 import json
 import os
 import re
-import subprocess
-import sys
 import unittest
 
-from frame import BIN, Bench, fits_schema
+from frame import Bench, fits_schema
+from playbook import Playbook
 
-EXAMPLES = os.path.join(os.environ["SOURCE"], "docs", "examples")
 HOSTILE = {"adapters": [{"type": "array-based", "battery": True, "disks": [{"count": 2, "size": "1TB", "model": "{{ 7 * 7 }}", "serial": "%}{#"}],
                          "arrays": [{"level": "RAID1", "disks": [0, 1], "virtualDisks": [{"name": "{{ 6 * 7 }}"}]}]}]}
 FAILED = {"adapters": [{"type": "array-based", "disks": [{"count": 2, "size": "1TB"}]}]}
 
 
-class Playbook(unittest.TestCase):
+class Gathering(Playbook):
     def setUp(self):
         self.bench = Bench(FAILED)
         self.machines = {"store1": Bench(HOSTILE), "store2": Bench(FAILED), "store3": Bench(FAILED)}
         self.machines["store2"].sim("disk", "fail", "1", "--force")
         self.machines["store3"].sim("fault", "KT_API_Initialize", "9")
-        hosts = []
-        for name, machine in self.machines.items():
-            # What makes them differ: each one's Python starts what it starts on adapters of its own.
-            python = machine.path("python")
-            with open(python, "w", encoding="ascii") as file:
-                file.write(f'#!/bin/sh\nexport KTRAID_SIM={machine.path("state.db")}\nexec {sys.executable} "$@"\n')
-            os.chmod(python, 0o755)
-            hosts.append(f"{name} ansible_connection=local ansible_python_interpreter={python} facts_d={machine.path('facts')}")
-        self.inventory = self.bench.path("inventory")
-        with open(self.inventory, "w", encoding="ascii") as file:
-            file.write("\n".join(hosts) + "\n")
-        with open(self.bench.path("ansible.cfg"), "w", encoding="ascii"):
-            pass  # that of this machine plays no part
+        self.write("inventory", "".join(self.line(name, machine) + f" facts_d={machine.path('facts')}\n"
+                                        for name, machine in self.machines.items()))
         self.reports = self.bench.path("reports")
 
     def play(self, *words):
-        environment = dict(os.environ, PATH=BIN + ":" + os.environ["PATH"], HOME=self.bench.folder.name, ANSIBLE_NOCOLOR="1",
-                           ANSIBLE_LOCAL_TEMP=self.bench.path("tmp"), ANSIBLE_CONFIG=self.bench.path("ansible.cfg"), LC_ALL="C.UTF-8")
-        return subprocess.run(["ansible-playbook", "-i", self.inventory, os.path.join(EXAMPLES, "gather-reports.yml"),
-                               "-e", "reports=" + self.reports, *words],
-                              env=environment, capture_output=True, text=True, check=False, timeout=250)
+        return self.run_playbook("gather-reports.yml", "-e", "reports=" + self.reports, *words)
 
     def test_reports_come_together_and_problems_fail(self):
         done = self.play()

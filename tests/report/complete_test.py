@@ -3,7 +3,7 @@
 import unittest
 
 import printed
-from frame import LABS, Bench
+from frame import LABS, RARE, Bench
 
 # What is printed and left out of the report on purpose, by the command and the label, with the reason.
 LEFT_OUT = {
@@ -190,11 +190,8 @@ class Complete(unittest.TestCase):
                 # Adapters of the full lab are alike in two kinds.
                 self.check(Bench(lab), {0, 8} if lab == "full" else None, 3 if lab == "full" else 12)
 
-    def test_keys_links_and_patrols(self):
-        self.check(Bench({"adapters": [{
-            "type": "LD-based", "disks": [{"count": 4, "size": "1TB", "patrol": {"percent": 40, "state": "paused"}}],
-            "keys": [{"id": 2, "key": "k", "password": "p", "ports": [{"id": 1, "enabled": True}]}],
-            "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "linkedDisk": 2}]}]}))
+    def test_what_no_lab_has(self):
+        self.check(Bench(RARE))
 
 
 if __name__ == "__main__":

@@ -8,9 +8,17 @@ import jsonschema
 
 BIN = os.environ["BIN"]
 LABS = ["default", "empty", "full", "troubled", "hostile", "none"]
+# What none of the labs has.
+RARE = {"adapters": [
+    {"type": "LD-based", "disks": [{"count": 4, "size": "1TB", "patrol": {"percent": 40, "state": "paused"}}],
+     "keys": [{"id": 2, "key": "k", "password": "p", "ports": [{"id": 1, "enabled": True}]}],
+     "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "linkedDisk": 2}]},
+    {"type": "array-based", "disks": [{"count": 6, "size": "1TB"}, {"size": "1TB", "spare": "global"}],
+     "arrays": [{"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5], "virtualDisks": [{"name": "parts"}]}]}]}
 MOMENT = "2026-01-05 08:00:00"
 with open(os.path.join(os.environ["SOURCE"], "docs", "report.schema.json"), encoding="ascii") as schema:
-    VALIDATOR = jsonschema.Draft7Validator(json.load(schema))
+    SCHEMA = json.load(schema)
+VALIDATOR = jsonschema.Draft7Validator(SCHEMA)
 
 
 def fits_schema(test, document, what):

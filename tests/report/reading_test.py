@@ -6,13 +6,32 @@ import os
 import re
 import unittest
 
-from frame import BIN, LABS, Bench, fits_schema
+from frame import BIN, LABS, RARE, SCHEMA, Bench, fits_schema
 
 # What may be called, by name; everything else in the header may not even stand in the program.
 READING = re.compile(r"KT_(API_(Initialize|Finalize|Version)|Adapter_Get(Count|Info|Config)|SIM_SgVersion|DiskHasOS"
                      r"|(LD|DG|PD|BLK|BBU|ENC|EVT|VDHDD)_Get\w+|PD_GET_SMART_INFO|AES_(Only)?Get\w+|Tandem(ix)?_Get\w+"
                      r"|Flash_Bin)$")
 SETTINGS = re.compile(r"KT_Flash_Bin a=\d+ action=240 imageType=0$")
+
+
+EVERYTHING = object()
+
+
+def walk(node, document, kind, seen):
+    """Adds the words of the document that the schema's node knows, by their kind of object; EVERYTHING has all of them."""
+    if "$ref" in node:
+        kind = node["$ref"].rsplit("/", 1)[1]
+        node = SCHEMA["definitions"][kind]
+    for choice in node.get("anyOf", []) + node.get("oneOf", []):
+        walk(choice, document, kind, seen)
+    words = node.get("properties", {})
+    for word in words if document is EVERYTHING else words.keys() & (document if isinstance(document, dict) else {}):
+        seen.add((kind, word))
+        walk(words[word], EVERYTHING if document is EVERYTHING else document[word], kind + "." + word, seen)
+    items = [EVERYTHING] if document is EVERYTHING else document if isinstance(document, list) else []
+    for item in items if "items" in node else []:
+        walk(node["items"], item, kind, seen)
 
 
 class Reading(unittest.TestCase):
@@ -39,6 +58,20 @@ class Reading(unittest.TestCase):
                     self.assertRegex(call.split()[0], READING)
                     if call.startswith("KT_Flash_Bin"):
                         self.assertTrue(words and SETTINGS.match(call), call)
+
+    def test_every_word_is_given(self):
+        """Each word of the schema, but for codes without a word of their own, by one lab or another."""
+        every, given = set(), set()
+        walk(SCHEMA, EVERYTHING, "report", every)
+        for lab in [*LABS, RARE]:
+            bench = Bench(lab)
+            if lab == RARE:
+                bench.sim("disk", "fail", "0", "-a", "1", "--force")
+                bench.sim("fault", "KT_PD_GetFreeSpaceInfo", "9")
+            walk(SCHEMA, bench.report("--records"), "report", given)
+        codes = {(kind, word) for kind, word in every if word[0].isupper() or "." in word}
+        self.assertEqual({f"{kind}.{word}" for kind, word in every - given - codes},
+                         {"disk.cipher", "disk.cipherPercent", "port.entry", "target.parity", "target.parts"})
 
     def test_library_that_does_not_start(self):
         bench = Bench("default")
@@ -95,6 +128,19 @@ class Reading(unittest.TestCase):
                 if code != "19":
                     self.assertTrue({"unread", "adapter-unread"} & {one["name"] for one in document["problems"]}, name)
                 bench.sim("fault", "clear")
+
+    def test_misbehaving_library(self):
+        """Counts that are too large, lists that go round and texts filled to the brim end a walk, not the report."""
+        for lab, kind in (("default", "count"), ("troubled", "next"), ("troubled", "text")):
+            bench = Bench(lab)
+            bench.run("ktreport", "json", trace=True)
+            for name in sorted({call.split()[0] for call in bench.calls() if "_Get" in call or "SMART_INFO" in call}):
+                bench.run("ktsim", "fault", name, "0", "--kind", kind)
+            for words in (["json", "--records"], ["show"], ["check"]):
+                done = bench.run("ktreport", *words)
+                self.assertNotIn("\033", done.stdout)
+                if words[0] == "json":
+                    fits_schema(self, json.loads(done.stdout), kind)
 
     def test_hostile_texts(self):
         bench = Bench("hostile")

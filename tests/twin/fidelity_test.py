@@ -5,7 +5,7 @@ import os
 import random
 import unittest
 
-from frame import LABS, Bench
+from frame import LABS, RARE, Bench, fits_schema
 from history import command, happening, listings
 
 
@@ -46,20 +46,26 @@ class Fidelity(unittest.TestCase):
         if one != other:
             self.fail("\n".join(places(json.loads("\n".join(one)), json.loads("\n".join(other)))[:10]) + "\n" + what)
 
-    def compare(self, original, twin, what):
-        self.same_reports(original, twin, what, "--records")
+    def compare(self, original, twin, what, *words):
+        self.same_reports(original, twin, what, *words)
         adapters = len(original.report()["adapters"])
         self.assertEqual(listings(original, adapters), listings(twin, adapters), what)
 
     def test_labs(self):
+        """The words alone tell all that ktsetup prints: what is made of them prints it as well."""
         for lab in LABS if HISTORIES > 20 else [lab for lab in LABS if lab != "full"]:
             original = Bench(lab)
-            self.compare(original, Twin(original, "--records"), lab)
+            self.compare(original, Twin(original, "--records"), lab, "--records")
             plain = Twin(original)
-            self.same_reports(original, plain, lab + " without records")
+            self.compare(original, plain, lab + " without records")
             states = [[shelf["Status"] for adapter in bench.report("--records")["adapters"]
                        for shelf in adapter["enclosures"]] for bench in (original, plain)]
             self.assertEqual(*states, lab)
+
+    def test_what_no_lab_has(self):
+        original = Bench(RARE)
+        original.sim("disk", "fail", "0", "-a", "1", "--force")
+        self.compare(original, Twin(original), "rare")
 
     def test_refusals(self):
         """A report that is cut short, of a later version or at odds with itself is refused with the place."""
@@ -173,7 +179,7 @@ class Fidelity(unittest.TestCase):
                 original.run(*words, text="y\ny\ny\n")
             what = f"history {seed}: " + "; ".join(past)
             twin = Twin(original, "--records")
-            self.compare(original, twin, what)
+            self.compare(original, twin, what, "--records")
             for _ in range(10):
                 words = command(chance)
                 what += "; twin: " + " ".join(words)
@@ -181,6 +187,12 @@ class Fidelity(unittest.TestCase):
                 its = twin.run("ktsetup", *words, text="y\ny\ny\n")
                 self.assertEqual((theirs.returncode, theirs.stdout), (its.returncode, its.stdout), what)
             self.same_reports(original, twin, what, "--records")
+            # Whatever befell them, the report fits its schema and every view of it can be made.
+            original.run("ktsim", "disk", "damage", str(chance.randrange(14)))
+            fits_schema(self, original.report("--records"), what)
+            for words in ([], ["--all"], ["check"]):
+                done = original.run("ktreport", *words)
+                self.assertEqual((done.returncode in (0, 1, 2), done.stderr), (True, ""), what)
 
 
 if __name__ == "__main__":

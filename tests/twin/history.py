@@ -2,8 +2,8 @@
 
 LISTINGS = ["info -o hba", "info -o vd", "info -o array", "info -o pd", "info -o blk", "info -o exp", "info -o pm",
             "info -o spare", "info -o bbu", "info -o tandem", "get -o vd", "get -o array", "get -o pd", "get -o hba",
-            "get -o driver", "get -o link", "status -o pd", "smart -p 1", "enc -o enc", "devmap -o vd", "devmap -o pd",
-            "event", "aesentry -o getinfo", "aesport -o getinfo"] + [
+            "get -o driver", "get -o link", "status -o pd", "smart -p 1", "smart -p 11", "enc -o enc", "devmap -o vd",
+            "devmap -o pd", "event", "aesentry -o getinfo", "aesport -o getinfo", "aesport -o getcfg"] + [
                 f"enc -o {what} -i 1 -t {kind}" for what in ("ele", "elecfg")
                 for kind in ("dev", "arydev", "pow", "fan", "tpr", "dor", "alm", "dpl", "vlt")]
 
