@@ -1,6 +1,5 @@
 """The example playbook that brings adapters to what a file says, run by the real ansible-playbook: it reports a change
 when there is one, and only then."""
-import json
 import re
 import unittest
 
@@ -15,8 +14,8 @@ WANTED = {"adapters": [{"disks": [{"count": 3, "type": "SATA", "size": "2TB"}],
 class Applying(Playbook):
     def setUp(self):
         self.bench = Bench("empty")
-        self.write("wanted.json", json.dumps(WANTED))
-        self.write("inventory", self.line("store", self.bench) + "\n")
+        self.bench.save("wanted.json", WANTED)
+        self.bench.save("inventory", self.line("store", self.bench) + "\n")
 
     def play(self, *words):
         """The result of a run: exit status, and the numbers of its recap."""
@@ -34,7 +33,7 @@ class Applying(Playbook):
         self.assertEqual(self.play("--check"), (0, 0, 0))
 
     def test_what_cannot_be_had_fails(self):
-        self.write("wanted.json", json.dumps({"adapters": [{"arrays": [{"name": "a", "disks": [0, 1, 99]}]}]}))
+        self.bench.save("wanted.json", {"adapters": [{"arrays": [{"name": "a", "disks": [0, 1, 99]}]}]})
         self.assertEqual(self.play("--check"), (2, 0, 1))
         self.assertEqual(self.play(), (2, 0, 1))
 

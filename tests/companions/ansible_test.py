@@ -18,7 +18,7 @@ class Gathering(Playbook):
         self.machines = {"store1": Bench(HOSTILE), "store2": Bench(FAILED), "store3": Bench(FAILED)}
         self.machines["store2"].sim("disk", "fail", "1", "--force")
         self.machines["store3"].sim("fault", "KT_API_Initialize", "9")
-        self.write("inventory", "".join(self.line(name, machine) + f" facts_d={machine.path('facts')}\n"
+        self.bench.save("inventory", "".join(self.line(name, machine) + f" facts_d={machine.path('facts')}\n"
                                         for name, machine in self.machines.items()))
         self.reports = self.bench.path("reports")
 

@@ -10,20 +10,15 @@ EXAMPLES = os.path.join(os.environ["SOURCE"], "docs", "examples")
 
 
 class Playbook(unittest.TestCase):
-    def write(self, name, text):
-        with open(self.bench.path(name), "w", encoding="ascii") as file:
-            file.write(text)
-
     def line(self, name, machine):
         """The inventory's line for a machine, whose Python starts what it starts on the machine's adapters."""
-        python = machine.path("python")
-        with open(python, "w", encoding="ascii") as file:
-            file.write(f'#!/bin/sh\nexport KTRAID_SIM={machine.path("state.db")}\nexec {sys.executable} "$@"\n')
+        text = f'#!/bin/sh\nexport KTRAID_SIM={machine.path("state.db")}\nexec {sys.executable} "$@"\n'
+        python = machine.save("python", text)
         os.chmod(python, 0o755)
         return f"{name} ansible_connection=local ansible_python_interpreter={python}"
 
     def run_playbook(self, name, *words):
-        self.write("ansible.cfg", "")  # that of this machine plays no part
+        self.bench.save("ansible.cfg", "")  # that of this machine plays no part
         environment = dict(os.environ, PATH=BIN + ":" + os.environ["PATH"], HOME=self.bench.folder.name, ANSIBLE_NOCOLOR="1",
                            ANSIBLE_LOCAL_TEMP=self.bench.path("tmp"), ANSIBLE_CONFIG=self.bench.path("ansible.cfg"),
                            LC_ALL="C.UTF-8")

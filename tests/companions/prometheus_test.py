@@ -9,7 +9,7 @@ import unittest
 import urllib.parse
 import urllib.request
 
-from frame import BIN, LABS, Bench
+from frame import LABS, Bench
 
 RULES = os.path.join(os.environ["SOURCE"], "packaging", "prometheus", "ktraid.rules.yml")
 LAB = {"adapters": [
@@ -46,9 +46,7 @@ class Rules(unittest.TestCase):
 
     def run_tests(self, *tests):
         """Each a dictionary as promtool takes them; series a minute apart from time 0 on."""
-        path = self.bench.path("tests.json")
-        with open(path, "w", encoding="ascii") as file:
-            json.dump({"rule_files": [RULES], "tests": [dict(test, interval="1m") for test in tests]}, file)
+        path = self.bench.save("tests.json", {"rule_files": [RULES], "tests": [dict(test, interval="1m") for test in tests]})
         done = promtool("test", "rules", path)
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
 
@@ -126,19 +124,15 @@ class Chain(unittest.TestCase):
         # The rules are loaded as they are but for how long a thing has to be so, which is tested above in their own time.
         rules, count = re.subn(r"^(    for:) \d+m$", r"\1 1s", rules, flags=re.M)
         self.assertEqual(count, rules.count("- alert:"))
-        self.put("rules.yml", rules)
-        self.put("prometheus.yml", json.dumps({
+        self.bench.save("rules.yml", rules)
+        self.bench.save("prometheus.yml", {
             "global": {"scrape_interval": "1s", "scrape_timeout": "1s", "evaluation_interval": "1s"},
             "rule_files": [self.bench.path("rules.yml")],
-            "scrape_configs": [{"job_name": "node", "static_configs": [{"targets": [exporter]}]}]}))
+            "scrape_configs": [{"job_name": "node", "static_configs": [{"targets": [exporter]}]}]})
         self.server = f"127.0.0.1:{free_port()}"
         self.start("prometheus", "--config.file=" + self.bench.path("prometheus.yml"),
                    "--storage.tsdb.path=" + self.bench.path("data"), "--web.listen-address=" + self.server)
         self.wait_until(lambda: self.query("ktraid_up") == [1.0])
-
-    def put(self, name, text):
-        with open(self.bench.path(name), "w", encoding="ascii") as file:
-            file.write(text)
 
     def start(self, *words):
         with open(self.bench.path(words[0] + ".log"), "w", encoding="ascii") as log:
@@ -203,9 +197,8 @@ class Chain(unittest.TestCase):
         self.bench.sim("create", "--lab", self.bench.path("lab.json"), "--at", "2026-01-05 08:00:00", "--force")
         os.utime(self.file, (time.time() - 900, time.time() - 900))
         self.wait_for_alerts("KtraidMetricsOld")
-        with open(self.bench.path("lab.json"), "w", encoding="ascii") as file:
-            json.dump({"adapters": LAB["adapters"][:1]}, file)
-        self.bench.sim("create", "--lab", self.bench.path("lab.json"), "--at", "2026-01-05 08:00:00", "--force")
+        smaller = self.bench.save("lab.json", {"adapters": LAB["adapters"][:1]})
+        self.bench.sim("create", "--lab", smaller, "--at", "2026-01-05 08:00:00", "--force")
         self.write()
         self.wait_for_alerts("KtraidAdapterGone")
         with open(self.file, "a", encoding="ascii") as file:

@@ -76,9 +76,8 @@ class Units(unittest.TestCase):
             process.terminate()
             process.wait()
         self.assertEqual([line[:3] for line in lines[-9:]], [f"<{priority}>" for priority in PRIORITIES + ["2"]])
-        with open(self.bench.path("cursor"), "w", encoding="ascii") as cursor:
-            json.dump({"cursor": 1, "told": {self.bench.report()["adapters"][0]["serial"]: 1000}}, cursor)
-        told = self.bench.run("ktreport", "events", "--journal", "--json", "--cursor", self.bench.path("cursor")).stdout
+        cursor = self.bench.save("cursor", {"cursor": 1, "told": {self.bench.report()["adapters"][0]["serial"]: 1000}})
+        told = self.bench.run("ktreport", "events", "--journal", "--json", "--cursor", cursor).stdout
         self.assertRegex(told, r'^<4>\{"adapter":0,"restarted":true\}\n<6>\{"adapter":0,.*\n')
         self.assertRegex(lines[-1], r"^<2>2026-01-05T\S+ adapter 0 #\d+ \[CRITICAL\] ")
 

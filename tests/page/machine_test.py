@@ -1,5 +1,4 @@
 """One machine as somebody sees it: what is there, what is touched, what the page never does."""
-import json
 import unittest
 
 from frame import Bench
@@ -168,12 +167,10 @@ class Hostile(Pages):
             disk["model"], disk["serial"] = IMAGE, "\u202e\u0007" + SCRIPT
         adapter["arrays"][0]["virtualDisks"][0]["name"] = "<!--<script>"
         bench = Bench("hostile")
-        for name, one in (("a.json", report), ("b<script>.json", report)):
-            with open(bench.path(name), "w", encoding="ascii") as file:
-                json.dump(one, file)
+        files = [bench.save(name, report) for name in ("a.json", "b<script>.json")]
         self.open(bench)
         self.assertEqual(len(self.browser.all("button.bay")), 8)
-        self.open(bench, "--from", bench.path("a.json"), bench.path("b<script>.json"))
+        self.open(bench, "--from", *files)
         self.assertEqual(len(self.browser.all(".tile")), 2)
         self.assertTrue(all(name.startswith(SCRIPT) for name in self.browser.texts(".tile .name")))
         self.browser.one(".tile").click()
@@ -201,9 +198,7 @@ class Hostile(Pages):
                                   {"model": ["x"], "temperature": "hot"}],
                         "arrays": [{"disks": [None, 5, "x", 77], "virtualDisks": [{"disks": [5], "status": "valueOf"}, {}]}],
                         "virtualDisks": [{"id": 2, "disks": [5], "activity": {"percent": 1000}}]}]}
-        with open(bench.path("odd.json"), "w", encoding="ascii") as file:
-            json.dump(odd, file)
-        self.open(bench, "--from", bench.path("odd.json"))
+        self.open(bench, "--from", bench.save("odd.json", odd))
         self.assertEqual(len(self.browser.all(".adapter")), 2)
         self.assertEqual(self.browser.texts(".vd .chip"), ["valueOf", "unknown"])
         self.assertEqual(self.browser.texts(".adapter .chip")[:1], ["does not answer"])

@@ -1,6 +1,5 @@
 """Many machines as somebody sees them: worst first, what filters leave, a click away."""
 import copy
-import json
 import os
 import time
 import unittest
@@ -29,8 +28,7 @@ class Wall(Pages):
     @classmethod
     def save(cls, at, report):
         report["host"] = f"store{at:03}"
-        with open(cls.bench.path(f"reports/store{at:03}.json"), "w", encoding="ascii") as file:
-            json.dump(report, file)
+        cls.bench.save(f"reports/store{at:03}.json", report)
 
     def files(self, count):
         return [self.bench.path(f"reports/store{at:03}.json") for at in range(count)]
@@ -90,11 +88,8 @@ class Wall(Pages):
         self.assertTrue(self.browser.soon(lambda: len(self.names()) == 10), "the filter is still there")
 
     def test_files_left_out_are_named(self):
-        for name, text in (("cut.json", '{"report": 1,'), ("later<b>.json", '{"report": 2}')):
-            with open(self.bench.path(name), "w", encoding="ascii") as file:
-                file.write(text)
-        done = self.bench.run("ktreport", "page", "-o", self.bench.path("page.html"), "--from", self.bench.path("cut.json"),
-                              *self.files(3), self.bench.path("later<b>.json"))
+        cut, later = self.bench.save("cut.json", '{"report": 1,'), self.bench.save("later<b>.json", {"report": 2})
+        done = self.bench.run("ktreport", "page", "-o", self.bench.path("page.html"), "--from", cut, *self.files(3), later)
         self.assertEqual(done.returncode, 1)
         self.browser.open(self.bench.path("page.html"))
         left = self.browser.texts(".leftout li")
@@ -133,9 +128,7 @@ class Pictures(Pages):
         for at in range(48):
             report = dict(ill[at // 9] if at % 9 == 4 and at < 45 else fine[(at * 5) % 7 % 3])
             report["host"] = f"{('ams', 'fra', 'sto')[at % 3]}-store-{at // 3 + 1:02}"
-            cls.paths.append(cls.bench.path(report["host"] + ".json"))
-            with open(cls.paths[-1], "w", encoding="ascii") as file:
-                json.dump(report, file)
+            cls.paths.append(cls.bench.save(report["host"] + ".json", report))
 
     def test_pictures(self):
         self.open(self.bench, "--from", *self.paths)

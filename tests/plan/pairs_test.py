@@ -2,7 +2,6 @@
 either has been through, and a second apply does nothing.
 
 usage: pairs_test.py [PAIRS [FIRST]], the pair's number being its seed."""
-import json
 import os
 import random
 import re
@@ -195,9 +194,7 @@ def excused(machine, said, there, wanted):
 def one_pair(seed):
     there, other = Adapters(2 * seed), Adapters(2 * seed + 1)
     wanted = other.report()
-    file = there.path("wanted.json")
-    with open(file, "w", encoding="ascii") as out:
-        json.dump(wanted, out)
+    file = there.save("wanted.json", wanted)
     before = there.report()
     said = bring(there, file)
     if said is not None:

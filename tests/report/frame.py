@@ -34,9 +34,7 @@ class Bench:
         self.folder = tempfile.TemporaryDirectory()
         self.environment = dict(os.environ, KTRAID_SIM=self.path("state.db"))
         if isinstance(lab, dict):
-            with open(self.path("lab.json"), "w", encoding="ascii") as file:
-                json.dump(lab, file)
-            lab = self.path("lab.json")
+            lab = self.save("lab.json", lab)
         self.sim("create", "--lab", lab, "--at", moment)
 
     def __del__(self):
@@ -44,6 +42,12 @@ class Bench:
 
     def path(self, name):
         return os.path.join(self.folder.name, name)
+
+    def save(self, name, content):
+        """Writes a file and answers its path; what is no text becomes JSON."""
+        with open(self.path(name), "w", encoding="ascii") as file:
+            file.write(content if isinstance(content, str) else json.dumps(content))
+        return self.path(name)
 
     def run(self, program, *words, trace=False, text=None, errors=subprocess.PIPE):
         environment = self.environment

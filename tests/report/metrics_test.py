@@ -174,9 +174,7 @@ class Metrics(unittest.TestCase):
 
     def test_the_file(self):
         bench = Bench(LAB)
-        path = bench.path("ktraid.prom")
-        with open(path, "w", encoding="ascii") as file:
-            file.write("old")
+        path = bench.save("ktraid.prom", "old")
         os.chmod(path, 0o600)
         inode = os.stat(path).st_ino
         old_mask = os.umask(0o077)
@@ -198,18 +196,13 @@ class Metrics(unittest.TestCase):
     def test_files_of_many_machines(self):
         bench = Bench(LAB)
         document = bench.report()
-        files = {}
-        for name, text in (("a", json.dumps(dict(document, host="store1"))), ("b", json.dumps(dict(document, host="store2"))),
-                           ("same", json.dumps(dict(document, host="store1"))), ("later", '{"report": 2, "adapters": []}'),
-                           ("short", json.dumps(document)[:2000]), ("none", "RAID"), ("huge", "1e999"),
-                           ("large", json.dumps(dict(document, host="store3")) + " " * 100000000)):
-            files[name] = bench.path(name)
-            with open(files[name], "w", encoding="ascii") as file:
-                file.write(text)
+        files = {name: bench.save(name, text) for name, text in (
+            ("a", dict(document, host="store1")), ("b", dict(document, host="store2")), ("same", dict(document, host="store1")),
+            ("later", '{"report": 2, "adapters": []}'), ("short", json.dumps(document)[:2000]), ("none", "RAID"), ("huge", "1e999"))}
         done = bench.run("ktreport", "metrics", "--from", *files.values())
         series = series_of(self, done.stdout)
         self.assertEqual(done.returncode, 1)
-        bad = [files[name] for name in ("later", "short", "none", "huge", "large", "same")]
+        bad = [files[name] for name in ("later", "short", "none", "huge", "same")]
         self.assertEqual([line.split(": ")[1] for line in done.stderr.splitlines()], bad)
         self.assertEqual({dict(labels)["file"] for name, labels in series if name == "ktraid_report_unreadable"}, set(bad))
         self.assertEqual({dict(labels)["host"] for name, labels in series if name == "ktraid_disk_state"},
@@ -224,11 +217,8 @@ class Metrics(unittest.TestCase):
         bench = Bench(LAB)
         document = bench.report()
         bench.sim("disk", "fail", "1", "--force")
-        for name, text in (("good", json.dumps(dict(document, host="store1"))), ("short", json.dumps(document)[:2000]),
-                           ("bad", json.dumps(dict(bench.report(), host="store2")))):
-            with open(bench.path(name), "w", encoding="ascii") as file:
-                file.write(text)
-        good, bad, short = bench.path("good"), bench.path("bad"), bench.path("short")
+        good, short = bench.save("good", dict(document, host="store1")), bench.save("short", json.dumps(document)[:2000])
+        bad = bench.save("bad", dict(bench.report(), host="store2"))
         for words in ([], ["show"], ["map"], ["map", "--csv"], ["page"], ["metrics"]):
             done = bench.run("ktreport", *words, "--from", short, good, bad)
             self.assertEqual((done.returncode, done.stderr), (1, f"ktreport: {short}: is cut short (left out)\n"), words)

@@ -41,11 +41,6 @@ class Page(unittest.TestCase):
         self.assertEqual(done.returncode, result, done.stderr)
         return done
 
-    def save(self, name, text):
-        with open(self.bench.path(name), "w", encoding="ascii") as file:
-            file.write(text)
-        return self.bench.path(name)
-
     def data(self, text):
         return json.loads(next(data for (tag, attrs), data in Parts(text).texts if attrs.get("id") == "data"))
 
@@ -66,21 +61,21 @@ class Page(unittest.TestCase):
         report["host"] = "</script><script>\u202e\u001b\u007fx"
         report["adapters"][0]["disks"][0]["model"] = "\u0000\u0085"
         report["adapters"][0]["disks"][1]["model"] = "\u0085<b>"
-        text = self.page("--from", self.save("r.json", json.dumps(report))).stdout
+        text = self.page("--from", self.bench.save("r.json", report)).stdout
         self.assertEqual(text.count("<script"), 2)
         first, second = self.data(text)["machines"][0]["adapters"][0]["disks"][:2]
         self.assertEqual((first.get("model"), second["model"]), (None, "?<b>"))
         self.assertEqual(self.data(text)["machines"][0]["host"], "</script><script>???x")
 
     def test_the_same_adapters_make_the_same_page(self):
-        path = self.save("r.json", json.dumps(self.bench.report()))
+        path = self.bench.save("r.json", self.bench.report())
         self.assertEqual(self.page("--from", path).stdout, self.page("--from", path).stdout)
         data = self.data(self.page("--from", "-", text=json.dumps(self.bench.report())).stdout)
         self.assertEqual(data["machines"][0]["source"], "standard input")
         self.assertEqual(len(self.data(self.page("-a", "1").stdout)["machines"][0]["adapters"]), 1)
 
     def test_a_file_is_replaced_as_a_whole_or_kept(self):
-        path = self.save("page.html", "old")
+        path = self.bench.save("page.html", "old")
         os.chmod(path, 0o640)
         self.page("-o", path, "--from", self.bench.path("missing.json"), result=3)
         with open(path, encoding="ascii") as file:
@@ -98,8 +93,8 @@ class Page(unittest.TestCase):
         self.assertTrue(stat.S_ISFIFO(os.stat(self.bench.path("pipe")).st_mode))
 
     def test_what_is_no_report_is_named_and_left_out(self):
-        good = self.save("good.json", json.dumps(self.bench.report()))
-        cut, large = self.save("cut.json", '{"report": 1, "adapters": ['), self.bench.path("large.json")
+        good = self.bench.save("good.json", self.bench.report())
+        cut, large = self.bench.save("cut.json", '{"report": 1, "adapters": ['), self.bench.path("large.json")
         with open(large, "wb") as file:
             file.truncate(100 << 20)
         done = self.page("--from", good, cut, large, result=1)

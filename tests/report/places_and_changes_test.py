@@ -24,9 +24,7 @@ class Views(unittest.TestCase):
         return done.stdout
 
     def saved(self, name):
-        with open(self.bench.path(name), "w", encoding="ascii") as file:
-            file.write(self.view("json"))
-        return self.bench.path(name)
+        return self.bench.save(name, self.view("json"))
 
     # map
 
@@ -67,9 +65,7 @@ class Views(unittest.TestCase):
         """The same report with another temperature of disk 0."""
         with open(old, encoding="ascii") as file:
             text = file.read()
-        with open(self.bench.path("later"), "w", encoding="ascii") as file:
-            file.write(text.replace('"temperature":31', '"temperature":30', 1))
-        return self.bench.path("later")
+        return self.bench.save("later", text.replace('"temperature":31', '"temperature":30', 1))
 
     def test_failure_and_rebuild(self):
         old = self.saved("old")
@@ -127,20 +123,18 @@ class Views(unittest.TestCase):
 
     def test_lost_events_are_said(self):
         report = json.loads(self.view("json", "-a", "1"))
-        saved, cursor = self.bench.path("report"), self.bench.path("cursor")
+        cursor = self.bench.path("cursor")
         events = [dict(report["adapters"][0]["events"][0], SequenceNo=i) for i in range(1, 8)]
 
         def tell(part):
             report["adapters"][0]["events"] = part
-            with open(saved, "w", encoding="ascii") as file:
-                json.dump(report, file)
+            saved = self.bench.save("report", report)
             return [line.split(" [")[0] for line in self.view("events", "--from", saved, "--cursor", cursor).splitlines()]
         tell(events[:2])
         self.assertEqual(tell(events[5:]), ["adapter 1: 3 events were lost: the log has gone on without them",
                                             "2026-01-05T08:00:00Z adapter 1 #6", "2026-01-05T08:00:00Z adapter 1 #7"])
         self.assertEqual(tell(events[:1])[0], "adapter 1: the log has begun anew")
-        with open(cursor, "w", encoding="ascii") as file:
-            file.write("{")
+        self.bench.save("cursor", "{")
         self.assertEqual(self.bench.run("ktreport", "events", "--cursor", cursor).returncode, 3)
 
     def test_killed_followers_tell_all_and_nothing_twice(self):

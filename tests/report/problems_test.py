@@ -214,12 +214,9 @@ class Problems(unittest.TestCase):
     def test_thresholds(self):
         document = copy.deepcopy(self.healthy)
         disk(document, 0)["temperature"] = 45
-        path = self.bench.path("thresholds")
-        with open(path, "w", encoding="ascii") as file:
-            file.write('{"disk-hot": 45}')
+        path = self.bench.save("thresholds", {"disk-hot": 45})
         self.assertEqual([one["name"] for one in self.problems(document, "--thresholds", path)], ["disk-hot"])
-        with open(path, "w", encoding="ascii") as file:
-            file.write('{"disk-hit": 45}')
+        self.bench.save("thresholds", {"disk-hit": 45})
         done = self.bench.run("ktreport", "--from", "-", "--thresholds", path, text=json.dumps(document))
         self.assertEqual((done.returncode, "no threshold" in done.stderr), (3, True))
 

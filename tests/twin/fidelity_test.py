@@ -23,10 +23,7 @@ class Twin(Bench):
     """A state that is made from a report of another one."""
 
     def __init__(self, original, *words):
-        done = original.run("ktreport", "json", *words)
-        with open(original.path("report.json"), "w", encoding="ascii") as file:
-            file.write(done.stdout)
-        super().__init__(original.path("report.json"), original.now())
+        super().__init__(original.save("report.json", original.run("ktreport", "json", *words).stdout), original.now())
 
 
 def places(one, other, path=""):

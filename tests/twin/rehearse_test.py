@@ -115,9 +115,8 @@ class Rehearsals(unittest.TestCase):
 
     def test_saved_reports_and_kept_states(self):
         bench = Bench("default")
-        with open(bench.path("saved.json"), "w", encoding="ascii") as file:
-            file.write(bench.run("ktreport", "json").stdout)
-        done = self.rehearse(bench, "--from", bench.path("saved.json"), "--keep", bench.path("kept.db"), "--until", "2h",
+        saved = bench.save("saved.json", bench.report())
+        done = self.rehearse(bench, "--from", saved, "--keep", bench.path("kept.db"), "--until", "2h",
                              "--", "ktsetup", "0", "assign", "-d", "11")
         self.assertIn("global spare", done.stdout)
         bench.environment["KTRAID_SIM"] = bench.path("kept.db")
@@ -142,9 +141,7 @@ class Rehearsals(unittest.TestCase):
         default = Bench("default")
         report = default.report("--records")
         report["adapters"][0]["disks"][1]["freeSize"] += 1024
-        with open(default.path("odd.json"), "w", encoding="ascii") as file:
-            json.dump(report, file)
-        done = default.run("ktsim", "rehearse", "--from", default.path("odd.json"), "--", "ktsetup", "ver")
+        done = default.run("ktsim", "rehearse", "--from", default.save("odd.json", report), "--", "ktsetup", "ver")
         self.assertEqual(done.returncode, 125)
         self.assertIn("adapters[0].disks[1].freeSize: is ", done.stderr)
 
