@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "frame/settle.h"
+#include "media/selfTest.h"
 #include "state/due.h"
 #include "state/simClock.h"
 
@@ -38,13 +39,24 @@ static bool busy(const Context& context) {
     return any;
 }
 
+// When the first of the drives that test themselves is done.
+static KT_U64 firstTestEnd(const Context& context) {
+    KT_U64 first = NEVER;
+    forEach<SolidState>(context, 0, [&](KT_U64 pd, const SolidState&) {
+        first = std::min(first, testEnd(context, static_cast<KT_U16>(pd)));
+        return true;
+    });
+    return first;
+}
+
 // The next moment at which something happens on an adapter that is at work; NEVER when none is.
 static KT_U64 nextDue(Store& store, KT_U64 now) {
     KT_U64 due = NEVER;
     for (unsigned i = 0; i < adapterCount(store); ++i) {
         const Context context{store, static_cast<KT_U8>(i), now};
-        if (!isDown(context) && busy(context))
-            due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
+        if (isDown(context)) continue;
+        due = std::min(due, firstTestEnd(context));
+        if (busy(context)) due = std::min(due, find<AdapterState>(context, 0).value_or(AdapterState{}).dueRaid);
     }
     return due;
 }

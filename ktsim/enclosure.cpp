@@ -56,14 +56,14 @@ static void setReading(const Context& context, const EnclosureOptions& wanted) {
 
 // By the code in the low four bits of an element's first status byte.
 static const char* statusWord(KT_U8 status) {
-    static const char* const WORDS[] = {"unsupported",   "ok",      "critical",     "not critical", "unrecoverable",
+    static const char* const WORDS[] = {"unsupported",   "ok",      "critical",     "non-critical", "unrecoverable",
                                         "not installed", "unknown", "not available"};
     const unsigned code = status & 0x0F;
     return code < std::size(WORDS) ? WORDS[code] : "reserved";
 }
 
 std::string describeElements(const Context& context, KT_U16 enclosure, const ElementKind& kind, bool onlyFaults) {
-    static const KT_U8 OK = 1;
+    enum : KT_U8 { OK = 1, NOT_INSTALLED = 5 };
     std::string text;
     std::string last;
     unsigned first = 0;
@@ -73,7 +73,8 @@ std::string describeElements(const Context& context, KT_U16 enclosure, const Ele
                            getElementInfo(context, enclosure, kind.type, static_cast<KT_U8>(number), info) == KT_OK;
         const std::string word = there ? statusWord(info.Status[0]) : "";
         if (number != 0 && word != last) {
-            if (!onlyFaults || last != statusWord(OK)) {
+            const bool fault = last != statusWord(OK) && !(isSlot(kind.type) && last == statusWord(NOT_INSTALLED));
+            if (!onlyFaults || fault) {
                 text += (text.empty() ? "" : ", ") + std::to_string(first);
                 if (number - first > 1) text += "-" + std::to_string(number - 1);
                 text += " " + last;

@@ -14,7 +14,7 @@ std::string clockText(Store& store);       // clock.cpp
 std::string faultText(const Fault& fault); // fault.cpp
 
 static const size_t ROWS = 16;           // of a kind of thing, so that an adapter fits a screen
-static const size_t ROWS_IN_A_CROWD = 2; // of those that are well, when there are many adapters
+static const size_t ROWS_IN_A_CROWD = 2; // of those that are well, when there are many adapters: where not all are
 static const size_t MANY_ADAPTERS = 3;
 static const size_t EVERY_ROW = 0x7FFFFFFF;
 
@@ -42,12 +42,23 @@ static std::string healthNotes(const Context& context) {
     return notes;
 }
 
+// "8 disks, 1 array, 2 virtual disks"
+static std::string contentsText(const Context& context, const _Adapter_Info& info) {
+    const std::string arrays = info.MaxDiskGroup ? countText(count<_DG_Info>(context), "array") + ", " : "";
+    return countText(count<_HD_Info>(context), "disk") + ", " + arrays +
+           countText(count<_LD_Info>(context), "virtual disk");
+}
+
 static void printHead(const Context& context, const _Adapter_Info& info) {
     printf("\nAdapter %u  %s (%s)%s\n", context.adapter, printable(info.ModelNumber, 20).c_str(),
            info.MaxDiskGroup ? "array-based" : "LD-based", healthNotes(context).c_str());
-    const std::string arrays = info.MaxDiskGroup ? countText(count<_DG_Info>(context), "array") + ", " : "";
-    printf("  %s, %s%s\n", countText(count<_HD_Info>(context), "disk").c_str(), arrays.c_str(),
-           countText(count<_LD_Info>(context), "virtual disk").c_str());
+    printf("  %s\n", contentsText(context, info).c_str());
+}
+
+// All that is said of an adapter that is well and at rest, when there are many.
+static void printBrief(const Context& context, const _Adapter_Info& info) {
+    printf("Adapter %-3u %-12s all well: %s (-a %u shows them)\n", context.adapter,
+           printable(info.ModelNumber, 20).c_str(), contentsText(context, info).c_str(), context.adapter);
 }
 
 static const char* nameOf(Thing thing) {
@@ -95,6 +106,10 @@ static void printFaults(Store& store) {
     if (!any) printf("%-8snone\n", "Faults");
 }
 
+static Urgency urgencyOf(const AdapterStatus& adapter) {
+    return adapter.rows.empty() ? Urgency::Well : adapter.rows.front().urgency;
+}
+
 // The adapters, the most urgent first.
 static std::vector<AdapterStatus> readAdapters(Store& store, const StatusOptions& wanted) {
     std::vector<AdapterStatus> adapters;
@@ -108,11 +123,8 @@ static std::vector<AdapterStatus> readAdapters(Store& store, const StatusOptions
                          [](const StatusRow& one, const StatusRow& other) { return one.urgency < other.urgency; });
         adapters.push_back(std::move(status));
     }
-    const auto urgency = [](const AdapterStatus& each) {
-        return each.rows.empty() ? Urgency::Well : each.rows.front().urgency;
-    };
-    std::stable_sort(adapters.begin(), adapters.end(), [&](const AdapterStatus& one, const AdapterStatus& other) {
-        return urgency(one) < urgency(other);
+    std::stable_sort(adapters.begin(), adapters.end(), [](const AdapterStatus& one, const AdapterStatus& other) {
+        return urgencyOf(one) < urgencyOf(other);
     });
     return adapters;
 }
@@ -131,8 +143,16 @@ static void printStatus(Store& store, const std::string& path, const StatusOptio
     const std::vector<AdapterStatus> adapters = readAdapters(store, wanted);
     const size_t rows = wanted.all ? EVERY_ROW : ROWS;
     const bool crowd = !wanted.all && adapters.size() > MANY_ADAPTERS;
+    bool brief = false;
     for (const AdapterStatus& each : adapters) {
-        printHead(Context{store, each.adapter, now}, each.info);
+        const Context context{store, each.adapter, now};
+        if (crowd && urgencyOf(each) == Urgency::Well) {
+            if (!brief) printf("\n");
+            brief = true;
+            printBrief(context, each.info);
+            continue;
+        }
+        printHead(context, each.info);
         printRows(each.rows, rows, crowd ? ROWS_IN_A_CROWD : rows);
     }
 }

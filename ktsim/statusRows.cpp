@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "devices/battery.h"
 #include "media/blocks.h"
+#include "media/selfTest.h"
 #include "media/surface.h"
 #include "raid/cacheMode.h"
 #include "raid/keptCaches.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 using namespace sim;
 
@@ -101,16 +103,23 @@ static std::string listText(const std::vector<KT_U16>& ids) {
     return (ids.size() == 1 ? "disk" : "disks") + text;
 }
 
-// "[#######-------------] 37% rebuild of disk 5 from disks 3 4, 2 h 10 min left"
-static std::string progressText(const Activity& activity, const std::string& name, KT_U64 now) {
-    const unsigned percent = activityPercent(activity, now);
+// "[#######-------------] 37% rebuild"
+static std::string barText(unsigned percent, const std::string& name) {
     std::string text = std::string(LINE_BELOW) + "[";
     for (unsigned i = 0; i < BAR; ++i)
         text += i < percent * BAR / 100 ? '#' : '-';
-    text += "] " + std::to_string(percent) + "% " + name;
+    return text + "] " + std::to_string(percent) + "% " + name;
+}
+
+static std::string leftText(KT_U64 end, KT_U64 now) {
+    return end == NEVER ? "" : ", " + durationText(wholeSeconds(std::max(end, now) - now)) + " left";
+}
+
+// "[#######-------------] 37% rebuild of disk 5 from disks 3 4, 2 h 10 min left"
+static std::string progressText(const Activity& activity, const std::string& name, KT_U64 now) {
+    const std::string text = barText(activityPercent(activity, now), name);
     if (activity.state != KT_STATE_RUNNING) return text + ", " + wordFor(STATES, activity.state);
-    const KT_U64 end = activityEnd(activity);
-    return end == NEVER ? text : text + ", " + durationText(wholeSeconds(std::max(end, now) - now)) + " left";
+    return text + leftText(activityEnd(activity), now);
 }
 
 // Whether the disk is being filled for the group.
@@ -157,14 +166,16 @@ static std::string jobText(const Context& context, Owner owner, const Activity& 
     return progressText(activity, name, context.now);
 }
 
-static Urgency urgencyOf(bool wrong, const Activity& activity) {
-    return wrong ? Urgency::Wrong : activity.kind ? Urgency::Busy : Urgency::Well;
+static Urgency urgencyOf(bool wrong, bool busy) {
+    return wrong ? Urgency::Wrong : busy ? Urgency::Busy : Urgency::Well;
 }
 
 static std::string batteryText(const Context& context) {
     _BBU_Info battery = {};
     if (getBattery(context, battery) != KT_OK || battery.status == 0) return "no battery";
-    return format("battery %u%%", unsigned{battery.percentage});
+    const std::vector<const char*> complaints = batteryComplaints(context);
+    if (complaints.empty()) return format("battery %u%%", unsigned{battery.percentage});
+    return std::string("battery ") + complaints.front();
 }
 
 // The cache in force, and what makes it so.
@@ -191,7 +202,7 @@ static StatusRow vdRow(const Context& context, KT_U16 id, const _LD_Info& vd) {
     if (runsSystem(Vd{vd, state})) text += ", runs the OS";
     text += jobText(context, Owner{OwnerKind::Vd, id}, state.activity);
     const bool well = vd.Status == KT_VD_ONLINE || vd.Status == KT_VD_USING_TABLE;
-    return StatusRow{urgencyOf(!well, state.activity), Thing::Vd, text};
+    return StatusRow{urgencyOf(!well, state.activity.kind != 0), Thing::Vd, text};
 }
 
 static StatusRow arrayRow(const Context& context, KT_U16 id, const _DG_Info& array) {
@@ -203,7 +214,7 @@ static StatusRow arrayRow(const Context& context, KT_U16 id, const _DG_Info& arr
                wordFor(LEVELS, array.RaidMode).c_str(), sizeText(array.TotalManagedSpace).c_str(),
                STATUS_OF[std::min<KT_U8>(array.Status, 2)], free.c_str());
     text += jobText(context, Owner{OwnerKind::Array, id}, state.activity);
-    return StatusRow{urgencyOf(array.Status != ARRAY_FUNCTIONAL, state.activity), Thing::Array, text};
+    return StatusRow{urgencyOf(array.Status != ARRAY_FUNCTIONAL, state.activity.kind != 0), Thing::Array, text};
 }
 
 // The virtual disks, outside arrays, that have something on the disk.
@@ -220,6 +231,26 @@ static std::string vdsOn(const Context& context, KT_U16 pd) {
     return text;
 }
 
+// The virtual disks here that the disk was a member of before it went.
+static std::string formerVds(const Context& context, KT_U16 pd) {
+    const PulledBlocks blocks = find<PulledBlocks>(context, pd).value_or(PulledBlocks{});
+    const auto* end = blocks.entries + std::min<int>(blocks.count, MAX_MEMBERS);
+    std::string text;
+    forEach<_LD_Info>(context, 0, [&](KT_U64 id, const _LD_Info& vd) {
+        const auto isOf = [&](const PulledBlock& entry) {
+            return memcmp(entry.guid, vd.LD_GUID, sizeof entry.guid) == 0;
+        };
+        if (std::any_of(blocks.entries, end, isOf)) text += " " + std::to_string(id);
+        return true;
+    });
+    return text.empty() ? "" : " VD" + text;
+}
+
+static std::string missedText(const Context& context, KT_U16 pd) {
+    const std::string vds = formerVds(context, pd);
+    return vds.empty() ? "" : ", has missed what was written to" + vds;
+}
+
 static std::string whyOffline(const Context& context, KT_U16 pd, const PdState& state) {
     if (state.health == PD_FAILED) return "FAILED";
     const std::string locked = whyLocked(context, pd);
@@ -234,7 +265,7 @@ static std::string roleText(const Context& context, KT_U16 pd, const PdState& st
     const auto add = [&](const std::string& text) { role += (role.empty() ? "" : ", ") + text; };
     if (state.raid & KT_PD_DEDICATED_SPARE) add("spare of array " + std::to_string(state.dgid));
     if (state.raid & KT_PD_GLOBAL_SPARE) add("global spare");
-    if (state.raid & KT_PD_FOREIGN) add("foreign" + vds);
+    if (state.raid & KT_PD_FOREIGN) add("foreign" + (vds.empty() ? missedText(context, pd) : vds));
     if (role.empty()) role = state.raid & KT_PD_OFFLINE ? "not in use" : "free";
     if ((state.raid & KT_PD_OFFLINE) || state.health == PD_FAILED) add(whyOffline(context, pd, state));
     if (state.smartTripped) add("failing");
@@ -274,14 +305,23 @@ static StatusRow diskRow(const Context& context, KT_U16 id, const _HD_Info& disk
     // They read without any error.
     if (wrongData != 0) role += ", wrong data in " + countText(wrongData, "sector");
     if (state.patrol.kind) role += progressText(state.patrol, "media patrol", context.now);
+    const KT_U64 testEnds = testEnd(context, id);
+    if (testEnds != NEVER) {
+        const SolidState drive = driveState(context, id);
+        role += barText(percentDone(context, disk, drive), drive.extended ? "long self-test" : "short self-test") +
+                leftText(testEnds, context.now);
+    }
     const bool wrong = flawed != 0 || state.smartTripped || state.health == PD_FAILED ||
                        (state.raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) != 0;
-    return StatusRow{urgencyOf(wrong, state.patrol), Thing::Disk, diskLine(id, disk, role)};
+    const bool busy = state.patrol.kind != 0 || testEnds != NEVER;
+    return StatusRow{urgencyOf(wrong, busy), Thing::Disk, diskLine(id, disk, role)};
 }
 
 static StatusRow pulledRow(const Context& context, KT_U16 id, const PulledDisk& disk) {
     const bool missed = find<PulledBlocks>(context, id).value_or(PulledBlocks{}).count != 0;
-    return StatusRow{missed ? Urgency::Wrong : Urgency::Well, Thing::Disk, diskLine(id, disk.info, "pulled out")};
+    const std::string vds = formerVds(context, id);
+    const std::string role = vds.empty() ? "pulled out" : "was a member of" + vds + ", pulled out";
+    return StatusRow{missed ? Urgency::Wrong : Urgency::Well, Thing::Disk, diskLine(id, disk.info, role)};
 }
 
 static void addFlashRows(const Context& context, std::vector<StatusRow>& rows) {
@@ -300,29 +340,55 @@ static void addFlashRows(const Context& context, std::vector<StatusRow>& rows) {
     if (!text.empty()) rows.push_back(StatusRow{Urgency::Wrong, Thing::Adapter, "  Flash    not sound:" + text});
 }
 
+// Whether a virtual disk caches, or would with a battery, on an adapter with a place for one.
+static bool needsBattery(const Context& context) {
+    bool caches = false;
+    forEach<VdState>(context, 0, [&](KT_U64, const VdState& vd) {
+        caches = (vd.cachePolicy & KT_CACHE_AUTO) != 0 || (vd.cachePolicy & KT_CACHE_OFF) == 0;
+        return !caches;
+    });
+    return caches;
+}
+
 static void addBatteryRow(const Context& context, std::vector<StatusRow>& rows) {
     _BBU_Info battery = {};
-    if (getBattery(context, battery) != KT_OK || battery.status == 0) return;
+    if (getBattery(context, battery) != KT_OK) return;
+    if (battery.status == 0) {
+        if (!needsBattery(context)) return;
+        const char* text = "  Battery  none, caches would not survive a power failure";
+        rows.push_back(StatusRow{Urgency::Wrong, Thing::Battery, text});
+        return;
+    }
     const bool broken = find<BatteryState>(context, 0).value_or(BatteryState{}).chargerBroken != 0;
     if (batteryKeepsCache(context) && !broken) return;
     std::string text = format("  Battery  %u%%, %.2f C, %.2f V", unsigned{battery.percentage},
                               battery.temperature / 100.0, battery.voltage / 1000.0);
     if (broken) text += ", charger broken";
+    for (const char* complaint : batteryComplaints(context))
+        text += std::string(", ") + complaint;
     if (!batteryKeepsCache(context)) text += ", caches would not survive a power failure";
     rows.push_back(StatusRow{Urgency::Wrong, Thing::Battery, text});
+}
+
+// "  fan 2 critical": of its slots, or of its other elements.
+static std::string elementFaults(const Context& context, KT_U16 enclosure, bool slots) {
+    std::string text;
+    for (const std::string& word : elementWords()) {
+        const ElementKind* kind = elementKindNamed(word);
+        if (isSlot(kind->type) != slots) continue;
+        const std::string faults = describeElements(context, enclosure, *kind, true);
+        if (!faults.empty()) text += "  " + word + " " + faults;
+    }
+    return text;
 }
 
 static void addEnclosureRows(const Context& context, std::vector<StatusRow>& rows) {
     forEach<_Enclosure_Info>(context, 0, [&](KT_U64 id, const _Enclosure_Info& enclosure) {
         if (enclosure.Status == 0) return true;
-        std::string text = format("  Enclosure %llu", static_cast<unsigned long long>(id));
-        for (const std::string& word : elementWords()) {
-            const ElementKind* kind = elementKindNamed(word);
-            if (isSlot(kind->type)) continue;
-            const std::string faults = describeElements(context, static_cast<KT_U16>(id), *kind, true);
-            if (!faults.empty()) text += "  " + word + " " + faults;
-        }
-        rows.push_back(StatusRow{Urgency::Wrong, Thing::Enclosure, text});
+        std::string faults = elementFaults(context, static_cast<KT_U16>(id), false);
+        if (faults.empty()) faults = elementFaults(context, static_cast<KT_U16>(id), true);
+        const std::string text = format("  Enclosure %llu", static_cast<unsigned long long>(id));
+        rows.push_back(StatusRow{Urgency::Wrong, Thing::Enclosure, text + (faults.empty() ? "  unstable" : faults)});
         return true;
     });
 }
@@ -338,11 +404,12 @@ static void addPulledRows(const Context& context, std::vector<StatusRow>& rows) 
 
 static void addPortRows(const Context& context, std::vector<StatusRow>& rows) {
     forEach<AesPort>(context, 0, [&](KT_U64 id, const AesPort& port) {
-        if (port.entry == NO_ENTRY) return true;
-        const std::string text =
-            format("  Port %llu   key entry %u, encryption %s", static_cast<unsigned long long>(id),
-                   unsigned{port.entry}, port.enabled ? "on" : "off");
-        rows.push_back(StatusRow{Urgency::Well, Thing::Port, text});
+        const bool locked = port.entry == NO_ENTRY;
+        if (locked && !port.enabled) return true;
+        std::string text = format("  Port %llu   ", static_cast<unsigned long long>(id));
+        text += locked ? "locked: it encrypts, and no key is mounted"
+                       : format("key entry %u, encryption %s", unsigned{port.entry}, port.enabled ? "on" : "off");
+        rows.push_back(StatusRow{locked ? Urgency::Wrong : Urgency::Well, Thing::Port, text});
         return true;
     });
 }

@@ -36,12 +36,12 @@ _ktsim_places() {
   local REPLY
   _ktsim_adapter
   case $1 in
-    "disk insert") _ktsim_ask status --all -a "$REPLY" | awk '/^  PD .*  pulled out$/ { print $2 }' ;;
+    "disk insert") _ktsim_ask status --all -a "$REPLY" | awk '/^  PD .* pulled out$/ { print $2 }' ;;
     "disk replace") (( $2 == 0 )) && _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / { print $2 }' ;;
     "disk pull" | "disk fail")
-      _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / && !/  pulled out$/ { print $2 }'
+      _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / && !/ pulled out$/ { print $2 }'
       ;;
-    "disk "*) (( $2 == 0 )) && _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / && !/  pulled out$/ { print $2 }' ;;
+    "disk "*) (( $2 == 0 )) && _ktsim_ask status --all -a "$REPLY" | awk '/^  PD / && !/ pulled out$/ { print $2 }' ;;
     "enclosure set" | "enclosure reading")
       (( $2 == 0 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^Enclosure / { print $2 }'
       (( $2 == 1 )) && _ktsim_ask enclosure show -a "$REPLY" | awk '/^  / { print $1 }'

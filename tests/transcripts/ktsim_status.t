@@ -25,7 +25,9 @@ What is wrong stands first, however much else there is, then what is going on; t
     VD 0     VD_0             RAID5          1.0 TiB  array 0  online, write-back
     VD 1     VD_1             RAID5         20.8 TiB  array 0  online, write-back
     PD 0     Fulmar FX8000G-SAS    SAS        7.3 TiB  bay 1:0     member of array 0
-  $ ktsim status -a 15 | grep -c 'Adapter'
+  $ ktsim status | sed -n '27,28p'; ktsim status -a 15 | grep -c 'Adapter'
+  Adapter 0   Tarn R8i     all well: 128 disks, 32 arrays, 64 virtual disks (-a 0 shows them)
+  Adapter 1   Tarn R8i     all well: 128 disks, 32 arrays, 64 virtual disks (-a 1 shows them)
   1
   $ for d in 1 9 17 25 33 41 49 57 65 73 81 89 97 105 113 2 3; do ktsim disk trip $d; done; ktsim status -a 0 | tail -3
       ... 16 more arrays (--all shows them)
@@ -77,6 +79,22 @@ Every state and activity has its word.
             [##############------] 73% check and fix, 8 min 39 s left
             [#-------------------] 5% background init, paused
             [############--------] 61% media patrol, 1 h 17 min left
+  $ ktsim battery temperature 80; ktsim battery charge 50; ktsim status -a 0 | grep -e Batt -e 'VD 1 '
+    Battery  50%, 80.00 C, 3.54 V, too hot, caches would not survive a power failure
+    VD 1     rebuilding       RAID1        200.0 GiB  array 1  degraded, write-back, unsafe (battery too hot)
+  $ ktsim battery remove -f; ktsim status -a 0 | grep -e Batt; lab troubled; ktsim status -a 0 | grep Encl
+    Battery  none, caches would not survive a power failure
+    Enclosure 1  arydev 12 non-critical, 14 critical
+
+A drive that tests itself is at work.
+
+  $ echo '{"adapters": [{"disks": [{"type": "SATA SSD", "size": "480GB"}]}]}' > ssd.json; lab ssd.json
+  $ kt ssd -a start -d 0 -t long; ktsim clock advance 5m; ktsim status | tail -2; ktsim clock until idle; ktsim status | tail -1
+  The long self-test of PD 0 is started.
+    PD 0     Petrel PS480G SSD     SATA SSD 447.1 GiB  port 0      free
+            [####----------------] 24% long self-test, 15 min 1 s left
+  Idle after 15 min 1 s.
+    PD 0     Petrel PS480G SSD     SATA SSD 447.1 GiB  port 0      free
 
 Why a disk is offline.
 
@@ -120,13 +138,13 @@ Lists for people and for completion.
 
 Completion knows the adapters' disks and enclosures, calls, events and labs.
 
-  $ lab default && ktsim disk pull 12
+  $ lab default && ktsim disk pull 12 && ktsim disk pull 3 -f
   $ . "$TESTDIR/../../packaging/completion/ktsim.bash"; compopt() { :; }
   $ try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _ktsim; echo "${COMPREPLY[*]}"; }
   $ try ktsim disk fail 1; try ktsim disk fail 3 -a 1 ''; try ktsim disk insert ''; try ktsim disk age 3 ''
   1 10 11
   0 1 2 3 4 5 6 7 8 9
-  12
+  12 3
   
   $ ktsim cable show -a 1; ktsim cable pull 6 -f; try ktsim cable pull ''; try ktsim cable insert ''; ktsim cable show | tail -1
   Port 0  disk 0

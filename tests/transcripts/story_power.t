@@ -199,11 +199,13 @@ Encrypting ports are locked until their keys are mounted again, and what lies on
   >   "keys": [{"id": 0, "key": "one", "password": "open", "ports": [{"id": 1, "enabled": true}, {"id": 2, "enabled": true}]}]}]}
   > XX
   $ ktsim create --lab keys.json --force --at "2026-01-05 08:00:00"; for pd in 0 1; do kt forceonline -i $pd > /dev/null; done
-  $ kt create -r 1 -d 0,1 > /dev/null; ktsim clock until idle; ktsim power off --pull; ktsim power on; ktsim status | grep -e 'PD [01]' -e 'VD 0'
+  $ kt create -r 1 -d 0,1 > /dev/null; ktsim clock until idle; ktsim power off --pull; ktsim power on; ktsim status | grep -e 'PD [01]' -e 'VD 0' -e Port
   Idle after 7 s.
+    Port 1   locked: it encrypts, and no key is mounted
+    Port 2   locked: it encrypts, and no key is mounted
     VD 0     VD_R1_1          RAID1        931.5 GiB  offline, the cache keeps what it lacks
-    PD 0     Gannet GT1000G        SATA     931.5 GiB  port 1      member of VD 0, offline (the key of its port is not its own)
-    PD 1     Gannet GT1000G        SATA     931.5 GiB  port 2      member of VD 0, offline (the key of its port is not its own)
+    PD 0     Gannet GT1000G        SATA     931.5 GiB  port 1      member of VD 0, offline (no key is mounted at its port)
+    PD 1     Gannet GT1000G        SATA     931.5 GiB  port 2      member of VD 0, offline (no key is mounted at its port)
   $ for port in 1 2; do kt aesport -o mount -i $port -e 0 -p open > /dev/null; kt info -o vd -i 0 | grep ^status; done
   status:              offline
   status:              online

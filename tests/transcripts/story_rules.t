@@ -79,7 +79,7 @@ The disk that left first has missed what was written since, whatever the clock s
 It may be the last copy all the same: it stays known until it is wiped, or its virtual disk is gone or works without it.
 
   $ ktsim status | grep 'PD 1 '; kt create -o array -r 0 -d 1,3
-    PD 1     Gannet GT500G         SATA     465.8 GiB  bay 0:1     foreign
+    PD 1     Gannet GT500G         SATA     465.8 GiB  bay 0:1     foreign, has missed what was written to VD 0
   Foreign disk 1 can not be used to create array.
   [1]
   $ kt wipe -d 1
@@ -102,7 +102,7 @@ Disks that leave together come back together.
   ktsim: there is no disk 99 that works
   ktsim: there is no disk 99
     PD 3     Gannet GT500G         SATA     465.8 GiB  bay 0:3     free
-  $ lab default; ktsim enclosure pull 1 < /dev/null; ktsim enclosure pull 1 -f; ktsim status -a 0 | grep ' VD \|Encl\|in use'; kt enc -o enc; kt info -o exp
+  $ lab default; ktsim enclosure pull 1 < /dev/null; ktsim enclosure pull 1 -f; ktsim status -a 0 | grep '^  VD \|Encl\|in use\|PD [78]'; kt enc -o enc; kt info -o exp
   Disks 0, 1, 2, 3, 4, 5, 6, 7, 8 hold parts of virtual disks. Go on? [y/N] ktsim: nothing was changed
   
     Enclosure 1  pulled out
@@ -110,6 +110,8 @@ Disks that leave together come back together.
     VD 1     scratch          RAID1        400.0 GiB  array 0  offline
     VD 2     orders           RAID5          2.0 TiB  array 1  offline
     VD 3     archive          RAID6          7.3 TiB  array 2  offline
+    PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     was a member of VD 0 1, pulled out
+    PD 8     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:8     was a member of VD 0 1, pulled out
   
   No enclosure is found
   No expander is found.

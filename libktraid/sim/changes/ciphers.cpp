@@ -94,7 +94,8 @@ const char* whyLocked(const Context& context, KT_U16 pd) {
     case EVT_PD_CRYPTO_ON_PLAIN_PORT:
         return "it is encrypted, its port is not";
     default:
-        return "the key of its port is not its own";
+        return cryptoPort(context, *port).entry == NO_ENTRY ? "no key is mounted at its port"
+                                                            : "the key of its port is not its own";
     }
 }
 

@@ -82,26 +82,27 @@ struct Complaint {
     bool (*holds)(const _BBU_Info& info, const BatteryState& state);
     EventName event;
     EventName over;
+    const char* word; // null where the percentage tells
 };
 static const Complaint COMPLAINTS[] = {
     {[](const _BBU_Info&, const BatteryState& state) { return state.charge < LOW_CHARGE; }, EVT_BATTERY_CHARGE_LOW,
-     EVT_BATTERY_CHARGE_NORMAL},
+     EVT_BATTERY_CHARGE_NORMAL, nullptr},
     {[](const _BBU_Info& info, const BatteryState&) {
          return (info.sensorSupport & KT_SENSOR_TEMPERATURE) && info.temperature < info.tempLow * 100;
      },
-     EVT_BATTERY_TOO_COLD, EVT_BATTERY_TEMPERATURE_NORMAL},
+     EVT_BATTERY_TOO_COLD, EVT_BATTERY_TEMPERATURE_NORMAL, "too cold"},
     {[](const _BBU_Info& info, const BatteryState&) {
          return (info.sensorSupport & KT_SENSOR_TEMPERATURE) && info.temperature > info.tempHigh * 100;
      },
-     EVT_BATTERY_TOO_HOT, EVT_BATTERY_TEMPERATURE_NORMAL},
+     EVT_BATTERY_TOO_HOT, EVT_BATTERY_TEMPERATURE_NORMAL, "too hot"},
     {[](const _BBU_Info& info, const BatteryState& state) {
          return (info.sensorSupport & KT_SENSOR_VOLTAGE) && voltageAt(info, state.charge) < info.voltLow;
      },
-     EVT_BATTERY_VOLTAGE_LOW, EVT_BATTERY_VOLTAGE_NORMAL},
+     EVT_BATTERY_VOLTAGE_LOW, EVT_BATTERY_VOLTAGE_NORMAL, "voltage too low"},
     {[](const _BBU_Info& info, const BatteryState& state) {
          return (info.sensorSupport & KT_SENSOR_VOLTAGE) && voltageAt(info, state.charge) > info.voltHigh;
      },
-     EVT_BATTERY_VOLTAGE_HIGH, EVT_BATTERY_VOLTAGE_NORMAL},
+     EVT_BATTERY_VOLTAGE_HIGH, EVT_BATTERY_VOLTAGE_NORMAL, "voltage too high"},
 };
 
 static void checkComplaints(const Context& context, const _BBU_Info& info, BatteryState& state) {
@@ -133,6 +134,17 @@ static KT_U8 complaintsOf(const _BBU_Info& info, const BatteryState& state) {
     for (size_t i = 0; i < std::size(COMPLAINTS); ++i)
         if (COMPLAINTS[i].holds(info, state)) complaints |= 1U << i;
     return static_cast<KT_U8>(complaints);
+}
+
+std::vector<const char*> batteryComplaints(const Context& context) {
+    std::vector<const char*> words;
+    _BBU_Info info = {};
+    if (!hasBatteryPlace(context) || !findBattery(context, info)) return words;
+    BatteryState state = batteryState(context);
+    state.charge = chargeAt(state, context.now);
+    for (const Complaint& each : COMPLAINTS)
+        if (each.word && each.holds(info, state)) words.push_back(each.word);
+    return words;
 }
 
 void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechargeBelow) {

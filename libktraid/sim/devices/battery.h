@@ -3,6 +3,8 @@
 
 #include "state/store.h"
 
+#include <vector>
+
 namespace sim {
 
 // What KT_BBU_ChangePower does.
@@ -14,6 +16,8 @@ KT_U8 getBattery(const Context& context, _BBU_Info& info);
 // A battery as it was read from such an adapter (status 0: none): charged so that it shows the same, and with what is
 // wrong with it logged already.
 void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechargeBelow);
+// What is wrong with the battery, beside its charge ("too hot"), so that it keeps no cache. None without a battery.
+std::vector<const char*> batteryComplaints(const Context& context);
 KT_U8 changeBatteryPower(const Context& context, KT_U8 action);
 
 // What happens at context.now; answers when to look again.

@@ -57,6 +57,14 @@ static void endTest(const Context& context, KT_U16 pd, const _HD_Info& disk, Sol
     state.hours = static_cast<KT_U32>(lifeOf(then, pd, disk).hours);
 }
 
+KT_U64 testEnd(const Context& context, KT_U16 pd) {
+    const auto disk = find<_HD_Info>(context, pd);
+    SolidState state = driveState(context, pd);
+    if (!disk || state.state != KT_SSD_RUNNING) return NEVER;
+    const KT_U64 end = state.started + errorOf(context, pd, *disk, state.extended != 0).after;
+    return end > context.now ? end : NEVER;
+}
+
 // Lets a test that runs come to its end, if that has been reached.
 void settleTest(const Context& context, KT_U16 pd, const _HD_Info& disk, SolidState& state) {
     if (state.state != KT_SSD_RUNNING) return;

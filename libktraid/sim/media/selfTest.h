@@ -15,6 +15,8 @@ KT_U64 testTime(const _HD_Info& disk, bool extended);
 // Lets a test that runs come to its end, if that has been reached: where a sector cannot be read, where a worn drive
 // gives up, or after the whole time. Only `state` changes.
 void settleTest(const Context& context, KT_U16 pd, const _HD_Info& disk, SolidState& state);
+// The moment (milliseconds) at which the disk's test comes to its end; NEVER when none runs.
+KT_U64 testEnd(const Context& context, KT_U16 pd);
 void abortTest(const Context& context, KT_U16 pd, const _HD_Info& disk, SolidState& state, KT_U64 at);
 // Of a test that runs; 99 at most.
 KT_U8 percentDone(const Context& context, const _HD_Info& disk, const SolidState& state);
