@@ -50,6 +50,14 @@ std::optional<unsigned> newestEvent(const Scene& scene, unsigned eventClass, Wan
     return std::nullopt;
 }
 
+// Why encryption took a disk that is offline from its port, as the log says, and what helps; null when it did not.
+struct CipherComplaint {
+    unsigned code; // of the event
+    const char* why;
+    const char* remedy;
+};
+const CipherComplaint* cipherComplaint(const Scene& scene, KT_U64 disk);
+
 void findDiskProblems(Scene& scene);
 void findVolumeProblems(Scene& scene);
 void findPartProblems(Scene& scene);

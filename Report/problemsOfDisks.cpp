@@ -4,24 +4,42 @@
 #include "Report/problemRules.h"
 
 enum : unsigned { EVENTS_OF_DISKS = 2, PLUGGED_IN = 1, BAD_SECTOR = 37, BAD_SECTOR_FIXED = 38 };
-enum : unsigned { PLAIN_ON_CIPHER = 55, CIPHER_ON_PLAIN = 56, CIPHER_DIFFERS = 57 };
 
 namespace {
-// What the adapter's log last said of disks: about their encryption, and about sectors that cannot be read.
-struct DiskLog {
-    std::map<KT_U64, unsigned> cipher;
-    std::map<KT_U64, unsigned> media;
-};
+// What the adapter's log last said of disks' sectors that cannot be read.
+using MediaLog = std::map<KT_U64, unsigned>;
 } // namespace
 
-static DiskLog readLog(const Scene& scene) {
-    DiskLog log;
+static constexpr CipherComplaint CIPHER_COMPLAINTS[] = {
+    {55, "it is not encrypted, but its port encrypts",
+     "Move the disk to a port that does not encrypt, or switch its port's encryption off (ktsetup's aesport); "
+     "forceonline would empty it."},
+    {56, "it is encrypted, but its port does not encrypt",
+     "Give its port the disk's key and switch its encryption on (ktsetup's aesport), or move the disk to the port that "
+     "it came from."},
+    {57, "it is encrypted, and its port has another key or none",
+     "Mount the disk's key at its port (ktsetup's aesport), or move the disk to the port that it came from."}};
+
+const CipherComplaint* cipherComplaint(const Scene& scene, KT_U64 disk) {
+    const auto complaintOf = [](unsigned code) {
+        return std::find_if(std::begin(CIPHER_COMPLAINTS), std::end(CIPHER_COMPLAINTS),
+                            [&](const CipherComplaint& each) { return each.code == code; });
+    };
+    const auto last = newestEvent(scene, EVENTS_OF_DISKS, [&](unsigned code, const Json& event) {
+        return numberIn(event, "DeviceID") == disk &&
+               (code == PLUGGED_IN || complaintOf(code) != std::end(CIPHER_COMPLAINTS));
+    });
+    const auto* complaint = complaintOf(last.value_or(PLUGGED_IN));
+    return complaint == std::end(CIPHER_COMPLAINTS) ? nullptr : complaint;
+}
+
+static MediaLog readLog(const Scene& scene) {
+    MediaLog log;
     for (const Json& event : listIn(scene.adapter, "events")) {
         const auto id = numberIn(event, "DeviceID");
         const auto code = static_cast<unsigned>(numberIn(event, "Code").value_or(0));
         if (numberIn(event, "Class") != EVENTS_OF_DISKS || !id) continue;
-        if (code == PLUGGED_IN || (code >= PLAIN_ON_CIPHER && code <= CIPHER_DIFFERS)) log.cipher[*id] = code;
-        if (code == PLUGGED_IN || code == BAD_SECTOR || code == BAD_SECTOR_FIXED) log.media[*id] = code;
+        if (code == PLUGGED_IN || code == BAD_SECTOR || code == BAD_SECTOR_FIXED) log[*id] = code;
     }
     return log;
 }
@@ -41,21 +59,6 @@ static std::string lightIt(const Scene& scene, KT_U64 id) {
 
 static void add(Scene& scene, const char* rule, KT_U64 id, const std::string& text, const std::string& action) {
     found(scene, {rule, "disk", id, capital(text), action});
-}
-
-// Why encryption took the disk offline; null when that was not the reason.
-static const char* cipherComplaint(const DiskLog& log, KT_U64 id) {
-    const auto at = log.cipher.find(id);
-    switch (at == log.cipher.end() ? 0 : at->second) {
-    case PLAIN_ON_CIPHER:
-        return "it is not encrypted, but its port encrypts";
-    case CIPHER_ON_PLAIN:
-        return "it is encrypted, but its port does not encrypt";
-    case CIPHER_DIFFERS:
-        return "it is encrypted with another key than its port has";
-    default:
-        return nullptr;
-    }
 }
 
 // How the virtual disks of a failed disk are, by the worst of them.
@@ -84,12 +87,11 @@ static std::string whatItMeans(const Scene& scene, KT_U64 id, const Json& disk) 
     return textIn(disk, "spare").empty() ? "; no virtual disk uses it" : "; it was a spare";
 }
 
-static void findFailed(Scene& scene, const DiskLog& log, KT_U64 id, const Json& disk) {
+static void findFailed(Scene& scene, KT_U64 id, const Json& disk) {
     if (textIn(disk, "state") != "offline") return;
     const std::string name = nameOfDisk(disk) + onAdapter(scene);
-    if (const char* complaint = cipherComplaint(log, id)) {
-        add(scene, "cipher-mismatch", id, name + " was taken offline: " + complaint + ".",
-            "Give its port the right key (ktsetup's aesport), or move the disk to the port that it came from.");
+    if (const CipherComplaint* complaint = cipherComplaint(scene, id)) {
+        add(scene, "cipher-mismatch", id, name + " was taken offline: " + complaint->why + ".", complaint->remedy);
         return;
     }
     add(scene, "disk-failed", id, name + " has failed" + whatItMeans(scene, id, disk) + ".",
@@ -105,12 +107,12 @@ static void findSmart(Scene& scene, KT_U64 id, const Json& disk) {
 }
 
 // Drives without a table of their own are known by what the adapter met on them.
-static bool hasBadSectorsInLog(const DiskLog& log, KT_U64 id) {
-    const auto at = log.media.find(id);
-    return at != log.media.end() && at->second == BAD_SECTOR;
+static bool hasBadSectorsInLog(const MediaLog& log, KT_U64 id) {
+    const auto at = log.find(id);
+    return at != log.end() && at->second == BAD_SECTOR;
 }
 
-static void findMediaErrors(Scene& scene, const DiskLog& log, KT_U64 id, const Json& disk) {
+static void findMediaErrors(Scene& scene, const MediaLog& log, KT_U64 id, const Json& disk) {
     const auto pending = numberIn(disk, "pending");
     const auto uncorrectable = numberIn(disk, "uncorrectable");
     const double count = static_cast<double>(pending.value_or(0)) + static_cast<double>(uncorrectable.value_or(0));
@@ -164,9 +166,9 @@ static void findWorn(Scene& scene, KT_U64 id, const Json& disk) {
 }
 
 void findDiskProblems(Scene& scene) {
-    const DiskLog log = readLog(scene);
+    const MediaLog log = readLog(scene);
     for (const auto& [id, disk] : scene.disks) {
-        findFailed(scene, log, id, *disk);
+        findFailed(scene, id, *disk);
         findSmart(scene, id, *disk);
         findMediaErrors(scene, log, id, *disk);
         findHot(scene, id, *disk);

@@ -146,9 +146,18 @@ static void findElement(Scene& scene, const Json& enclosure, const Json& element
                "; " + (predicted ? "replace the part" : remedyFor(textIn(element, "type"), condition)) + "."});
 }
 
+static bool hasBadElement(const Json& enclosure) {
+    const Json& elements = listIn(enclosure, "elements");
+    return std::any_of(elements.begin(), elements.end(), [](const Json& element) {
+        const std::string status = textIn(element, "status");
+        return status == "critical" || status == "non-critical" || status == "unrecoverable";
+    });
+}
+
 static void findEnclosures(Scene& scene) {
     for (const Json& enclosure : listIn(scene.adapter, "enclosures")) {
-        if (textIn(enclosure, "status") == "unstable") {
+        // What is wrong with its parts, and the disks in its slots, is told by itself.
+        if (textIn(enclosure, "status") == "unstable" && !hasBadElement(enclosure)) {
             found(scene, {"element-warning", "enclosure", numberIn(enclosure, "id"),
                           "Enclosure " + std::to_string(numberIn(enclosure, "id").value_or(0)) + " on adapter " +
                               std::to_string(scene.adapterId) + " is unstable.",

@@ -80,9 +80,14 @@ static std::string progressText(const Json& vd) {
 
 static void findHealth(Scene& scene, const Subject& subject) {
     if (subject.status == "offline") {
+        const Json& disks = listIn(subject.vd, "disks");
+        const bool locked = std::any_of(disks.begin(), disks.end(), [&](const Json& disk) {
+            return disk.is_number_unsigned() && isOffline(scene, disk) && cipherComplaint(scene, disk.get<KT_U64>());
+        });
+        const std::string first = locked ? "See to the encryption of its disks' ports (ktsetup's aesport)"
+                                         : "Bring back the disks that it lost most recently";
         add(scene, "vd-offline", subject, " is offline: its data cannot be reached.",
-            "Bring back the disks that it lost most recently, before anything else is done to it; do not create, "
-            "initialise or wipe anything on its disks.");
+            first + ", before anything else is done to it; do not create, initialise or wipe anything on its disks.");
     }
     if (subject.status != "degraded" && subject.status != "partially optimal") return;
     const std::string rebuild = "Replace the failed disk; a rebuild starts by itself when a spare fits, else with "

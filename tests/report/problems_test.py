@@ -83,6 +83,12 @@ ACTIONS = [
     (lambda d: (lose(d, 0), six(d).update(status="offline")), "Put the disk back; what is offline cannot be rebuilt."),
     (lambda d: (d["adapters"][0]["arrays"][0]["disks"].append(None), offline_array(d)),
      "Put the disk back; what is offline cannot be rebuilt."),
+    (lambda d: (orders(d).update(status="offline"), disk(d, 0).update(state="offline"), log(d, 2, 57, 0)),
+     "See to the encryption of its disks' ports (ktsetup's aesport), before anything else is done to it; do not create, "
+     "initialise or wipe anything on its disks."),
+    (lambda d: (disk(d, 0).update(state="offline"), log(d, 2, 55, 0)),
+     "Move the disk to a port that does not encrypt, or switch its port's encryption off (ktsetup's aesport); "
+     "forceonline would empty it."),
     (lambda d: element(d, "dor", status="non-critical", condition="open"),
      "Look at the enclosure: ktsetup 0 enc -o ele -i 1 -t dor; close it."),
     (lambda d: element(d, "tpr", status="critical", condition=""),
@@ -162,6 +168,7 @@ RULES = [
     (lambda d: element(d, "tpr", flags=["predicted failure"]), {"element-warning"}),
     (lambda d: element(d, "arydev", status="critical"), set()),
     (lambda d: d["adapters"][0]["enclosures"][0].update(status="unstable"), {"element-warning"}),
+    (lambda d: (d["adapters"][0]["enclosures"][0].update(status="unstable"), element(d, "arydev", status="non-critical")), set()),
     (lambda d: d["adapters"][0].update(keys=[{"id": 0, "hasKey": False, "ports": [{"id": 1, "enabled": True}]}]),
      {"port-locked"}),
     (lambda d: d["adapters"][0].update(keys=[{"id": 0, "hasKey": True, "ports": [{"id": 1, "enabled": True}]}]), set()),
