@@ -118,8 +118,15 @@ static std::string refusalText(const Json& refusal) {
     return text + (refusal.contains("status") ? ", " : ": ") + shown(textIn(refusal, "text"));
 }
 
+// An adapter without what it runs by answers almost nothing.
+static bool cannotRun(const Scene& scene) {
+    const Json& images = in(scene.adapter, "images");
+    return isFalse(images, "firmware") || isFalse(images, "boot loader");
+}
+
 static void findUnread(Scene& scene) {
     const bool told = scene.adapter.contains("type");
+    bool down = false;
     for (const Json& refusal : listIn(scene.document, "unread")) {
         if (numberIn(refusal, "adapter") != scene.adapterId || !isRefusal(refusal)) continue;
         if (isOfOfflineDisks(scene.document, refusal)) continue;
@@ -130,10 +137,18 @@ static void findUnread(Scene& scene) {
                    "See whether it is still in the system (lspci, dmesg) and run the report again."});
             return;
         }
+        if (numberIn(refusal, "status") == KT_U64{KT_ERR_LINK_TIMEOUT} && cannotRun(scene)) {
+            down = true;
+            continue;
+        }
         found(scene,
               {"unread", "adapter", scene.adapterId, "Not everything could be read: " + refusalText(refusal) + ".",
                "Run the report again; what it does not tell may be wrong unseen."});
     }
+    if (!down) return;
+    found(scene, {"unread", "adapter", scene.adapterId,
+                  "Adapter " + std::to_string(scene.adapterId) + " does not run, and says nothing of what it has.",
+                  "Write its damaged images anew (ktsetup's flash) and boot the machine; then run the report again."});
 }
 
 static std::vector<Finding> findingsOf(const Json& document, const Json& adapter, const Json& thresholds) {

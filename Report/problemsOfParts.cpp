@@ -1,4 +1,5 @@
 // What can be wrong with an adapter itself and what is attached to it beside disks.
+#include <algorithm>
 #include <cstring>
 
 #include "Report/problemRules.h"
@@ -21,8 +22,12 @@ static std::string onAdapter(const Scene& scene) {
 static void findImages(Scene& scene) {
     const Json& images = in(scene.adapter, "images");
     if (!images.is_object()) return;
+    const auto isBad = [](const auto& image) { return image.value() == Json(false); };
+    const auto all = images.items();
+    const bool several = std::count_if(all.begin(), all.end(), isBad) > 1;
     for (const auto& [name, sound] : images.items()) {
-        if (!sound.is_boolean() || sound.get<bool>()) continue;
+        // What is wrong with the whole is wrong with a part that is told by itself.
+        if (!sound.is_boolean() || sound.get<bool>() || (name == "image" && several)) continue;
         found(scene, {"adapter-image-damaged", "adapter", scene.adapterId,
                       "The " + shown(name) + " in the flash" + onAdapter(scene) + " is damaged.",
                       "Write it anew (ktsetup's flash) before the machine is started again."});

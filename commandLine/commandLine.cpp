@@ -127,9 +127,25 @@ void failMissing(const std::string& word) {
     throw CLI::RequiredError(word);
 }
 
+// The help of all commands goes down to those below them ("disk fail").
+namespace {
+class WholeHelp : public CLI::Formatter {
+  public:
+    std::string make_expanded(const CLI::App* command) const override {
+        std::string text = Formatter::make_expanded(command);
+        for (const CLI::App* each : command->get_subcommands([](const CLI::App*) { return true; })) {
+            if (each->get_name().empty()) continue;
+            text += "\n" + command->get_name() + " " + each->help(each->get_name(), CLI::AppFormatMode::Sub);
+        }
+        return text;
+    }
+};
+} // namespace
+
 Program::Program(const std::string& name, const std::string& about)
     : Command{nullptr}, words(std::make_shared<CLI::App>(about, name)) {
     app = words.get();
+    app->formatter(std::make_shared<WholeHelp>());
 }
 
 void Program::addVersion(const std::string& line) const {

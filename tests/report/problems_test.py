@@ -89,6 +89,8 @@ ACTIONS = [
     (lambda d: (disk(d, 0).update(state="offline"), log(d, 2, 55, 0)),
      "Move the disk to a port that does not encrypt, or switch its port's encryption off (ktsetup's aesport); "
      "forceonline would empty it."),
+    (lambda d: (d["adapters"][0]["images"].update(firmware=False), refuse(d, adapter=0, status=20)),
+     "Write its damaged images anew (ktsetup's flash) and boot the machine; then run the report again."),
     (lambda d: element(d, "dor", status="non-critical", condition="open"),
      "Look at the enclosure: ktsetup 0 enc -o ele -i 1 -t dor; close it."),
     (lambda d: element(d, "tpr", status="critical", condition=""),

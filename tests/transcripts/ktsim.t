@@ -408,6 +408,9 @@ Help is everywhere; what is not understood ends in 2.
 
   $ for c in create show status check clock "clock until" disk "disk age" battery "battery charge" enclosure "enclosure set" fault event image "image make" run; do
   >   ktsim $c --help > help || echo "$c: $?"; grep -q Usage help || echo "$c: no help"; done
+  $ ktsim --help-all | grep -e '^disk trip' -e --clear
+  disk trip
+      --clear                     Back under it, its wear undone
   $ ktsim > /dev/null 2>&1
   [2]
   $ ktsim soup 2> /dev/null
