@@ -4,13 +4,12 @@
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
   {"type": "LD-based", "AlarmSupport": 0, "config": {"AutoRebuildOn": 255}}]})";
 
-struct AdapterConfig : ContractTest {
+struct AdapterConfig : LabTest<LAB> {
     _Adapter_Config_V2 config = {};
 
     void SetUp() override {
-        ContractTest::SetUp();
-        start(LAB);
-        ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+        LabTest::SetUp();
+        config = adapterConfig(0);
     }
 };
 
@@ -24,8 +23,7 @@ TEST_F(AdapterConfig, ChangesAreKeptAndLogged) {
     ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
     EXPECT_EQ(newEvents(), Events({"0/5 of 0", "12/24 of 0", "12/27 of 0", "0/8 of 0"}));
     reopen();
-    _Adapter_Config_V2 held = {};
-    ASSERT_EQ(KT_Adapter_GetConfig(0, &held), KT_OK);
+    _Adapter_Config_V2 held = adapterConfig(0);
     EXPECT_EQ(held.RebuildRate, 100);
     EXPECT_EQ(memcmp(held.SerialNo, before.SerialNo, sizeof held.SerialNo), 0) << "the serial number is not a setting";
     memcpy(config.SerialNo, before.SerialNo, sizeof config.SerialNo);
@@ -42,21 +40,16 @@ TEST_F(AdapterConfig, WrongValuesChangeNothing) {
     config.MPRate = 50;
     config.AutoRebuildOn = 2;
     EXPECT_EQ(KT_Adapter_SetConfig(0, &config), KT_ERR_OUT_OF_RANGE);
-    _Adapter_Config_V2 held = {};
-    ASSERT_EQ(KT_Adapter_GetConfig(0, &held), KT_OK);
+    const _Adapter_Config_V2 held = adapterConfig(0);
     EXPECT_EQ(memcmp(&held, &before, sizeof held), 0);
     EXPECT_TRUE(newEvents().empty());
 
-    ASSERT_EQ(KT_Adapter_GetConfig(1, &config), KT_OK);
-    _Adapter_Config_V2 other = config;
-    other.AutoRebuildOn = 1;
-    EXPECT_EQ(KT_Adapter_SetConfig(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
-    other = config;
-    other.AlarmOn = 1;
-    EXPECT_EQ(KT_Adapter_SetConfig(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
-    other = config;
-    other.ModuleConsolidation = 1;
-    EXPECT_EQ(KT_Adapter_SetConfig(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
+    using Config = _Adapter_Config_V2;
+    for (KT_U8 Config::*absent : {&Config::AutoRebuildOn, &Config::AlarmOn, &Config::ModuleConsolidation}) {
+        Config other = adapterConfig(1);
+        other.*absent = 1;
+        EXPECT_EQ(KT_Adapter_SetConfig(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
+    }
 }
 
 TEST_F(AdapterConfig, MuteIsLoggedOnce) {

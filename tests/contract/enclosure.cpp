@@ -119,6 +119,9 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     condition(KT_SES_POWER_SUPPLY, 0, "missing");
     EXPECT_EQ(enclosureStatus(1), 3) << "a supply is missed";
     EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000004");
+    condition(KT_SES_ALARM, 0, "failed");
+    condition(KT_SES_COOLING, 2, "failed");
+    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "02400000") << "what is broken does not sound";
 }
 
 TEST_F(Enclosure, SensorsMeasure) {

@@ -1,10 +1,11 @@
 #include "frame.h"
 #include "outside.h"
 
-// Four disks on ports 0 to 3 of an encrypting adapter with one entry more than ports, and one that cannot encrypt.
+// Three disks on ports 0 to 2 of an encrypting adapter with one entry more than ports, the first of them with the
+// system; and an adapter that cannot encrypt.
 static const char LAB[] = R"({"adapters": [
   {"type": "LD-based", "MaxAESEntry": 5, "MaxAESPort": 4, "PortCount": 3,
-   "disks": [{"count": 3, "type": "SATA", "size": "1TB", "on": "HBA", "port": 0}]},
+   "disks": [{"size": "1TB", "port": 0, "os": true}, {"count": 2, "size": "1TB", "port": 1}]},
   {"type": "array-based"}]})";
 
 static const KT_U16 DISK = 1; // on port 1
@@ -112,6 +113,9 @@ TEST_F(Encryption, OverviewNamesPortsAndEntries) {
     _AES_PORT_INFO port = {};
     ASSERT_EQ(KT_AES_OnlyGetPortInfo(0, 2, &port), KT_OK);
     EXPECT_EQ(port.entry, 3);
+    _AES_Port_Config config = {};
+    ASSERT_EQ(KT_AES_GetPortConfig(0, 2, &config), KT_OK);
+    EXPECT_EQ(config.port_id, 2);
     EXPECT_EQ(setKey(3, "", "pw", 0), KT_ERR_INVALID_REQUEST) << "a port uses the key";
 }
 
@@ -128,6 +132,8 @@ TEST_F(Encryption, PortsRefuse) {
     EXPECT_EQ(KT_AES_ClearLink(0, 1), KT_ERR_INVALID_REQUEST);
     ASSERT_EQ(link(1, 0, "pw"), KT_OK);
     EXPECT_EQ(link(1, 0, "pw"), KT_ERR_KEY_PRESENT);
+    ASSERT_EQ(link(0, 0, "pw"), KT_OK);
+    EXPECT_EQ(enable(0, 1), KT_ERR_VD_HAS_OS) << "the system runs from its disk";
 }
 
 TEST_F(Encryption, DisksFollowTheirPort) {
@@ -165,6 +171,7 @@ TEST_F(Encryption, DisksFollowTheirPort) {
     ASSERT_EQ(KT_AES_ClearLink(0, 1), KT_OK);
     ASSERT_EQ(forceOnline(DISK, 100), KT_OK);
     EXPECT_FALSE(offline(DISK)) << "forced online on a plain port it is a plain disk";
+    EXPECT_EQ(pdConfig(0, DISK).AESPercentage, 0);
 
     ASSERT_EQ(outside::pullDisk(0, DISK), KT_OK);
     ASSERT_EQ(link(1, 1, "pw"), KT_OK);

@@ -24,9 +24,7 @@ TEST_F(Event, MessagesSayWhatTheRawEventsMean) {
     EXPECT_EQ(KT_EVT_GetEventMessage(1, 50, &count, messages.data()), KT_ERR_INVALID_ADAPTER);
     std::vector<_Event> events(255);
     ASSERT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
-    _Adapter_Info info = {};
-    KT_U8 version = 0;
-    ASSERT_EQ(KT_Adapter_GetInfo(0, &version, &info), KT_OK);
+    const _Adapter_Info info = adapterInfo(0);
     EXPECT_EQ(std::string(events[0].SenseData, events[0].SenseData + events[0].SenseDataLength),
               std::string(std::begin(info.SerialNo), std::end(info.SerialNo)))
         << "the adapter's own serial number";

@@ -47,11 +47,8 @@ static std::string image(KT_U8 type, size_t size, KT_U16 vendor = VENDOR) {
     return outside::makeImage(type, 7, vendor, size);
 }
 
-static _Adapter_Info info(KT_U8 adapter = 0) {
-    _Adapter_Info record = {};
-    KT_U8 version = 0;
-    EXPECT_EQ(KT_Adapter_GetInfo(adapter, &version, &record), KT_OK);
-    return record;
+static _Adapter_Info info() {
+    return adapterInfo(0);
 }
 
 TEST_F(Flash, FirmwareComesAndGoesInPages) {
@@ -209,8 +206,7 @@ TEST_F(Flash, RawImagesNeedLeave) {
     EXPECT_EQ(backup(KT_IMAGE_RAW, held), KT_OK);
     EXPECT_EQ(held, "any bytes");
     EXPECT_EQ(update(KT_IMAGE_RAW, "any bytes", 1), KT_ERR_NOT_ON_THIS_ADAPTER);
-    _Adapter_Config_V2 config = {};
-    ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+    _Adapter_Config_V2 config = adapterConfig(0);
     config.rawimg_update_disabled = 1;
     ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);
     EXPECT_EQ(update(KT_IMAGE_RAW, "any bytes"), KT_ERR_NOT_ON_THIS_ADAPTER);
@@ -326,8 +322,7 @@ TEST_F(Flash, SettingsPageGovernsTheAdapter) {
     reopen();
     EXPECT_EQ(info().SerialNo[0], 'Z');
     EXPECT_EQ(info().PortSasAddress[3][7], 0xAB);
-    _Adapter_Config_V2 config = {};
-    ASSERT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+    _Adapter_Config_V2 config = adapterConfig(0);
     EXPECT_EQ(config.RebuildRate, 77);
     config.SyncRate = 11;
     ASSERT_EQ(KT_Adapter_SetConfig(0, &config), KT_OK);

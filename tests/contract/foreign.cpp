@@ -143,8 +143,11 @@ TEST_F(Foreign, AnArrayIsWhatItWas) {
         for (const KT_U16 pd : ids)
             act(ARRAYS, pd);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
-    bring(R"({"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5], "virtualDisks": [{}]})");
+    bring(R"({"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5], "virtualDisks": [{"linkedDisk": 6}]})");
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
+    KT_U16 linked = 0;
+    EXPECT_EQ(KT_VDHDD_GetLink(ARRAYS, 0, &linked), KT_OK);
+    EXPECT_EQ(linked, KT_NO_ID) << "its link was to a disk that stayed there";
     EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);
     EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 2);
 }

@@ -86,8 +86,7 @@ Events newEvents(KT_U8 adapter) {
 }
 
 void rebuildByHand(KT_U8 adapter) {
-    _Adapter_Config_V2 config = {};
-    EXPECT_EQ(KT_Adapter_GetConfig(adapter, &config), KT_OK);
+    _Adapter_Config_V2 config = adapterConfig(adapter);
     config.AutoRebuildOn = 0;
     EXPECT_EQ(KT_Adapter_SetConfig(adapter, &config), KT_OK);
 }
@@ -117,6 +116,18 @@ _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes
     return param;
 }
 
+KT_U8 migrateLd(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks) {
+    _Create_LD_Param param = ldParam(level, disks);
+    param.LDID = id;
+    return KT_LD_StartMigration(adapter, &param);
+}
+
+KT_U8 migrateDg(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks) {
+    _CreateOrModify_DG_Param param = dgParam(level, disks);
+    param.DGID = id;
+    return KT_DG_StartMigration(adapter, &param, 0);
+}
+
 _LD_Info vdInfo(KT_U8 adapter, KT_U16 id) {
     _LD_Info info = {};
     EXPECT_EQ(readItem(KT_LD_GetInfo, adapter, id, &_LD_Info_Request::ldInfo, info), KT_OK);
@@ -139,4 +150,26 @@ KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
     _HD_RAID_STATUS status = {};
     EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
     return status.Status;
+}
+
+_SMART_Attribute attribute(KT_U8 adapter, KT_U16 pd, KT_U8 id) {
+    _SMART_Info info = {};
+    EXPECT_EQ(KT_PD_GET_SMART_INFO(adapter, pd, &info), KT_OK);
+    for (const _SMART_Attribute& found : info.Attributes)
+        if (found.Id == id) return found;
+    ADD_FAILURE() << "no attribute " << int{id};
+    return {};
+}
+
+_Adapter_Info adapterInfo(KT_U8 adapter) {
+    _Adapter_Info info = {};
+    KT_U8 version = 0;
+    EXPECT_EQ(KT_Adapter_GetInfo(adapter, &version, &info), KT_OK);
+    return info;
+}
+
+_Adapter_Config_V2 adapterConfig(KT_U8 adapter) {
+    _Adapter_Config_V2 config = {};
+    EXPECT_EQ(KT_Adapter_GetConfig(adapter, &config), KT_OK);
+    return config;
 }

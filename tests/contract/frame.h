@@ -44,6 +44,10 @@ _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes
 // "class/code of device", oldest first, of the events logged since the last call of it on that adapter.
 Events newEvents(KT_U8 adapter = 0);
 
+// Starts a migration of a virtual disk or of an array.
+KT_U8 migrateLd(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks);
+KT_U8 migrateDg(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks);
+
 // Has the adapter rebuild only what somebody tells it to.
 void rebuildByHand(KT_U8 adapter);
 
@@ -89,3 +93,6 @@ _LD_Info vdInfo(KT_U8 adapter, KT_U16 id);
 _DG_Info dgInfo(KT_U8 adapter, KT_U16 id);
 _HD_CONFIG pdConfig(KT_U8 adapter, KT_U16 pd);
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*
+_SMART_Attribute attribute(KT_U8 adapter, KT_U16 pd, KT_U8 id);
+_Adapter_Info adapterInfo(KT_U8 adapter);
+_Adapter_Config_V2 adapterConfig(KT_U8 adapter);

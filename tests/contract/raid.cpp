@@ -50,6 +50,18 @@ static KT_U8 createVd(KT_U8 level, KT_U64 megabytes = 0, KT_U8 slot = 255) {
     return KT_CreateOrModify_VD(ARRAYS, &param);
 }
 
+// An array with virtual disks of these sizes in megabytes, all of them initialised.
+static void makeArray(KT_U8 level, const Ids& disks, const std::vector<KT_U64>& sizes, KT_U16 id = 0) {
+    ASSERT_EQ(createDg(level, disks), KT_OK);
+    for (const KT_U64 size : sizes) {
+        _CreateOrModify_VD_Param param = vdParam(level, size);
+        param.DGID = id;
+        param.InitializationOption = KT_INIT_QUICK;
+        ASSERT_EQ(KT_CreateOrModify_VD(ARRAYS, &param), KT_OK);
+    }
+    ContractTest::advance(60);
+}
+
 // "activity/state percent" of a virtual disk.
 static std::string activity(KT_U8 adapter, KT_U16 vd) {
     _LD_STATUS status = {};
@@ -189,8 +201,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
 }
 
 TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID5, 10000), KT_OK);
+    makeArray(KT_RAID5, {0, 1, 2}, {10000});
     EXPECT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 8, 0), KT_ERR_SPARE_TOO_SMALL);
     ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_ERR_ALREADY_ARRAY_SPARE);
@@ -240,25 +251,19 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
 
 // What it had filled is of no use to what begins now; its disk is free for the next one.
 TEST_F(Raid, AStoppedCopyBackGivesWay) {
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID5, 10000), KT_OK);
+    makeArray(KT_RAID5, {0, 1, 2}, {10000});
     ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
-    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_QUICK), KT_OK);
-    advance(60);
     disk(ARRAYS, outside::failDisk, 1);
     advance(HOUR);
     replace(ARRAYS, 1);
-    _CreateOrModify_DG_Param to = dgParam(KT_RAID6, {0, 5, 2, 3});
-    to.DGID = 0;
-    const std::function<KT_U8()> next[] = {[] { return KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{4}.data()); },
-                                           [&] { return KT_DG_StartMigration(ARRAYS, &to, 0); }};
-    for (const auto& start : next) {
+    for (const bool migrates : {false, true}) {
         ASSERT_EQ(activity(ARRAYS, 0), "128/1 0");
         ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
         EXPECT_EQ(roleOf(ARRAYS, 1), KT_PD_MEMBER);
-        if (&start == next) disk(ARRAYS, outside::failDisk, 2);
-        to.PDIDs[2] = 4;
-        ASSERT_EQ(start(), KT_OK);
+        if (!migrates) disk(ARRAYS, outside::failDisk, 2);
+        ASSERT_EQ(migrates ? migrateDg(ARRAYS, 0, KT_RAID6, {0, 5, 4, 3})
+                           : KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{4}.data()),
+                  KT_OK);
         EXPECT_EQ(roleOf(ARRAYS, 1), 0);
         advance(63); // the rebuild is done, and the copy back has begun again
     }
@@ -319,8 +324,7 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(newEvents(PLAIN), Events({"2/0 of 4"})) << "what was stopped does not fail";
     EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
     EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
-    ASSERT_EQ(createDg(KT_RAID6, {0, 1, 2, 3}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID6, 4000), KT_OK);
+    makeArray(KT_RAID6, {0, 1, 2, 3}, {4000});
     disk(ARRAYS, outside::failDisk, 0);
     disk(ARRAYS, outside::failDisk, 1);
     EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
@@ -335,8 +339,7 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
 }
 
 TEST_F(Raid, NothingGoesOnWithAnOfflineArray) {
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID5, 4000), KT_OK);
+    makeArray(KT_RAID5, {0, 1, 2}, {4000});
     disk(ARRAYS, outside::failDisk, 0);
     ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{3}.data()), KT_OK);
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
@@ -403,31 +406,29 @@ TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
     ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_OK);
     ASSERT_EQ(createLd(KT_RAID1, {4, 5}, 4000 * MB), KT_OK);
     advance(60);
-    _Create_LD_Param to = ldParam(KT_RAID5, {0, 2, 3});
-    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_ERR_ARRAY_DISK_MISSING);
-    to = ldParam(KT_RAID0, {0, 1, 2});
-    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_ERR_MIGRATION_UNSUPPORTED);
-    to = ldParam(KT_RAID1, {0, 1});
-    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_ERR_MIGRATION_UNNECESSARY);
-    to = ldParam(KT_RAID5, {0, 1, 2});
+    EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID5, {0, 2, 3}), KT_ERR_ARRAY_DISK_MISSING);
+    EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID0, {0, 1, 2}), KT_ERR_MIGRATION_UNSUPPORTED);
+    EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID1, {0, 1}), KT_ERR_MIGRATION_UNNECESSARY);
+    _Create_LD_Param to = ldParam(KT_RAID5, {0, 1, 2});
     ASSERT_EQ(KT_LD_GetMigratedLdSize(PLAIN, &to), KT_OK);
     EXPECT_EQ(to.Size, 4000 * MB);
     ASSERT_EQ(KT_LD_StartConsistencyCheck(PLAIN, 0, 0), KT_OK);
     ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
     ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
-    _Create_LD_Param other = ldParam(KT_RAID5, {3, 4, 5});
-    other.LDID = 1;
-    EXPECT_EQ(KT_LD_StartMigration(PLAIN, &other), KT_ERR_ONE_VD_MIGRATION);
+    EXPECT_EQ(migrateLd(PLAIN, 1, KT_RAID5, {3, 4, 5}), KT_ERR_ONE_VD_MIGRATION);
     newEvents(PLAIN);
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_PAUSE), KT_OK);
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESUME), KT_OK);
+    advance(30); // a quarter is announced, and not once more after a new start
+    for (const KT_U8 action : {KT_CONTROL_PAUSE, KT_CONTROL_RESUME, KT_CONTROL_STOP, KT_CONTROL_RESTART})
+        ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, action), KT_OK);
+    EXPECT_EQ(activity(PLAIN, 0), "32/1 30");
     _LD_Info target = {};
     ASSERT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_OK);
     EXPECT_EQ(target.RaidMode, KT_RAID5);
     EXPECT_EQ(target.BGAStatus, KT_STATE_NONE);
     EXPECT_EQ(vdInfo(PLAIN, 0).RaidMode, KT_RAID1);
     advance(HOUR);
-    EXPECT_EQ(newEvents(PLAIN), (Events{"1/82 of 0", "1/83 of 0", "1/86 of 0", "1/86 of 0", "1/86 of 0", "1/85 of 0"}));
+    EXPECT_EQ(newEvents(PLAIN), (Events{"1/86 of 0", "1/82 of 0", "1/83 of 0", "1/84 of 0", "1/81 of 0", "1/86 of 0",
+                                        "1/86 of 0", "1/85 of 0"}));
     EXPECT_EQ(members(PLAIN, 0), (Ids{0, 1, 2}));
     _Block_Info block = {};
     ASSERT_EQ(readItem(KT_BLK_GetInfo, PLAIN, vdInfo(PLAIN, 0).BlockIDs[2], &_BLK_Info_Request::blkInfo, block), KT_OK);
@@ -449,21 +450,15 @@ TEST_F(Raid, WhatWasMadeOfAllThereWasGrows) {
 }
 
 TEST_F(Raid, PartsAreCounted) {
-    ASSERT_EQ(createDg(KT_RAID50, {0, 1, 2, 3, 4, 5}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID50, 4000), KT_OK);
+    makeArray(KT_RAID50, {0, 1, 2, 3, 4, 5}, {4000});
     EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);
     EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 2);
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 1), KT_OK);
     ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID5, 4000), KT_OK);
+    makeArray(KT_RAID5, {0, 1, 2}, {4000});
     EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 0);
     EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 0);
-    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_QUICK), KT_OK);
-    advance(60);
-    _CreateOrModify_DG_Param to = dgParam(KT_RAID50, {0, 1, 2, 3, 4, 5});
-    to.DGID = 0;
-    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    ASSERT_EQ(migrateDg(ARRAYS, 0, KT_RAID50, {0, 1, 2, 3, 4, 5}), KT_OK);
     _LD_Info target = {};
     ASSERT_EQ(KT_LD_GetTargetLDInfo(ARRAYS, 0, &target), KT_OK);
     EXPECT_EQ(target.SubLDCount, 2);
@@ -474,17 +469,10 @@ TEST_F(Raid, PartsAreCounted) {
 
 // Two of stated sizes with a gap between them, and one of what is left.
 TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    for (const KT_U64 size : {6000, 4000, 2000, 0})
-        ASSERT_EQ(createVd(KT_RAID5, size), KT_OK);
+    makeArray(KT_RAID5, {0, 1, 2}, {6000, 4000, 2000, 0});
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
-    for (const KT_U16 vd : Ids{0, 2, 3})
-        ASSERT_EQ(KT_LD_StartINIT(ARRAYS, vd, KT_INIT_QUICK), KT_OK);
-    advance(60);
     const KT_U64 rest = vdInfo(ARRAYS, 3).Size;
-    _CreateOrModify_DG_Param to = dgParam(KT_RAID5, {0, 1, 2, 3, 4});
-    to.DGID = 0;
-    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    ASSERT_EQ(migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4}), KT_OK);
     advance(90 * HOUR);
     EXPECT_EQ(vdInfo(ARRAYS, 0).Size, 6000 * MB);
     EXPECT_EQ(vdInfo(ARRAYS, 2).Size, 2000 * MB);
@@ -498,21 +486,10 @@ TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
 }
 
 TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
-    ASSERT_EQ(createDg(KT_RAID1, {0, 1}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID1, 4000), KT_OK);
-    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_QUICK), KT_OK);
-    ASSERT_EQ(createDg(KT_RAID1, {4, 5}), KT_OK);
-    _CreateOrModify_VD_Param second = vdParam(KT_RAID1, 4000);
-    second.DGID = 1;
-    ASSERT_EQ(KT_CreateOrModify_VD(ARRAYS, &second), KT_OK);
-    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_QUICK), KT_OK);
-    advance(HOUR);
-    _CreateOrModify_DG_Param to = dgParam(KT_RAID5, {0, 1, 2, 3});
-    to.DGID = 0;
-    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
-    _CreateOrModify_DG_Param other = dgParam(KT_RAID5, {4, 5, 6});
-    other.DGID = 1;
-    EXPECT_EQ(KT_DG_StartMigration(ARRAYS, &other, 0), KT_ERR_ONE_ARRAY_MIGRATION);
+    makeArray(KT_RAID1, {0, 1}, {4000});
+    makeArray(KT_RAID1, {4, 5}, {4000}, 1);
+    ASSERT_EQ(migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3}), KT_OK);
+    EXPECT_EQ(migrateDg(ARRAYS, 1, KT_RAID5, {4, 5, 6}), KT_ERR_ONE_ARRAY_MIGRATION);
     newEvents(ARRAYS);
     ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 2), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (Events{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";

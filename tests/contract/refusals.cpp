@@ -24,12 +24,6 @@ static KT_U8 createRaid0(KT_U8 adapter, KT_U16 one, KT_U16 other) {
     return KT_LD_Create(adapter, &param);
 }
 
-static KT_U8 migrateArray(KT_U16 id) {
-    _CreateOrModify_DG_Param param = dgParam(KT_RAID10, {3, 4, 5, 6});
-    param.DGID = id;
-    return KT_DG_StartMigration(0, &param, 0);
-}
-
 static const KT_U16 NOBODY = 99;
 
 // What a list call answers to an id that is nobody's.
@@ -81,15 +75,16 @@ TEST_F(Refusals, NameWhatIsNotThere) {
           KT_LocateArrayDevice(0, KT_DEVICE_PD, NOBODY, 1)}},
         {KT_ERR_INVALID_VD,
          {item(KT_LD_GetInfo), item(KT_LD_GetStatus), item(KT_LD_GetConfig), with<_LD_Config>(KT_LD_SetConfig),
-          with<_LD_Info>(KT_LD_GetTargetLDInfo), KT_LD_StartMigration(0, &vd), KT_LD_GetMigratedLdSize(0, &vd),
+          with<_LD_Info>(KT_LD_GetTargetLDInfo), migrateLd(0, NOBODY, KT_RAID0, {}), KT_LD_GetMigratedLdSize(0, &vd),
           KT_LD_Delete(0, NOBODY, 0), KT_LD_BGAControl(0, NOBODY, KT_CONTROL_PAUSE),
           KT_LD_StartINIT(0, NOBODY, KT_INIT_QUICK), KT_LD_StartConsistencyCheck(0, NOBODY, 0),
           KT_LD_StartRebuild(0, NOBODY, 0), KT_LD_Import(0, NOBODY), KT_LD_Report(0, NOBODY),
           KT_DiskHasOS(0, KT_DEVICE_VD, 1, &NOBODY), KT_LocateArrayDevice(0, KT_DEVICE_VD, NOBODY, 1)}},
         {KT_ERR_INVALID_ARRAY,
-         {item(KT_DG_GetInfo), item(KT_DG_GetConfig), with<_DG_CONFIG>(KT_DG_SetConfig), migrateArray(NOBODY),
-          KT_DG_Delete(0, NOBODY), KT_DG_BGAControl(0, NOBODY, KT_CONTROL_PAUSE),
-          KT_LD_DG_StartRebuild(0, NOBODY, 1, &NOBODY), KT_PD_FreeHD2DGSpare(0, 5, NOBODY)}},
+         {item(KT_DG_GetInfo), item(KT_DG_GetConfig), with<_DG_CONFIG>(KT_DG_SetConfig),
+          migrateDg(0, NOBODY, KT_RAID10, {3, 4}), KT_DG_Delete(0, NOBODY),
+          KT_DG_BGAControl(0, NOBODY, KT_CONTROL_PAUSE), KT_LD_DG_StartRebuild(0, NOBODY, 1, &NOBODY),
+          KT_PD_FreeHD2DGSpare(0, 5, NOBODY)}},
         {KT_ERR_INVALID_BLOCK, {item(KT_BLK_GetInfo)}},
         {KT_ERR_INVALID_ENCLOSURE, {item(KT_ENC_GetEnclosureInfo)}},
         {KT_ERR_INVALID_PM, {item(KT_PD_GetPMInfo)}},
@@ -117,7 +112,10 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
         {KT_ERR_ATAPI, [] { return createRaid0(0, 9, 5); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 11); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 10); }},
-        {KT_ERR_ARRAY_EMPTY, [] { return migrateArray(1); }},
+        {KT_ERR_ARRAY_EMPTY,
+         [] {
+             return migrateDg(0, 1, KT_RAID10, {3, 4, 5, 6});
+         }},
         {KT_ERR_ARRAY_BUSY, [] { return KT_LD_BGAControl(0, 0, KT_CONTROL_PAUSE); }},
         {KT_ERR_PD_NOT_OFFLINE, [] { return KT_PD_SetHDStatus(1, 2, 1); }},
         {KT_ERR_VD_HAS_OS, [] { return KT_LD_Delete(1, 0, 1); }},

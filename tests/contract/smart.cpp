@@ -16,12 +16,7 @@ static bool age(KT_U16 pd, const char* aspect, KT_U32 amount) {
 }
 
 static _SMART_Attribute attribute(KT_U16 pd, KT_U8 id) {
-    _SMART_Info info = {};
-    EXPECT_EQ(KT_PD_GET_SMART_INFO(0, pd, &info), KT_OK);
-    for (const _SMART_Attribute& found : info.Attributes)
-        if (found.Id == id) return found;
-    ADD_FAILURE() << "no attribute " << int{id};
-    return {};
+    return attribute(0, pd, id);
 }
 
 static _ATA_PassThrough ata(KT_U16 pd, KT_U8 command, KT_U8 features, KT_U8 mid = KT_SMART_LBA_MID) {
@@ -179,11 +174,7 @@ TEST_F(Smart, WhatActivitiesWriteIsWritten) {
         return written;
     };
     const auto idle = after([] {});
-    const auto migrated = after([] {
-        _Create_LD_Param param = ldParam(KT_RAID0, {0, 1, 2});
-        param.LDID = 0;
-        EXPECT_EQ(KT_LD_StartMigration(0, &param), KT_OK);
-    });
+    const auto migrated = after([] { EXPECT_EQ(migrateLd(0, 0, KT_RAID0, {0, 1, 2}), KT_OK); });
     for (size_t pd = 0; pd < 3; ++pd)
         EXPECT_GT(migrated[pd], idle[pd]) << pd << ": all of them are written anew";
 }

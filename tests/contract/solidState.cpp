@@ -102,6 +102,7 @@ TEST_F(SolidStateDisks, FailWhereTheyCannotBeRead) {
     advance(120);
     EXPECT_EQ(test(1, KT_SSD_ASK).State, KT_SSD_FAILED);
     EXPECT_LT(test(1, KT_SSD_ASK).FirstErrorLBA, 2 * HALF) << "on the disk";
+    EXPECT_EQ(test(1, KT_SSD_ASK).Result, 5) << "its electronics";
     outside::failDisk(0, 1);
     test(1, KT_SSD_ASK, KT_ERR_SSD_COMMAND_PHASE);
 }

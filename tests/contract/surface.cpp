@@ -29,11 +29,7 @@ struct Surface : LabTest<LAB> {
 };
 
 static KT_U64 smart(KT_U16 pd, KT_U8 id) {
-    _SMART_Info info = {};
-    EXPECT_EQ(KT_PD_GET_SMART_INFO(0, pd, &info), KT_OK);
-    for (const _SMART_Attribute& attribute : info.Attributes)
-        if (attribute.Id == id) return attribute.RawValue;
-    return 0;
+    return attribute(0, pd, id).RawValue;
 }
 
 // The parameters of all events of the kind, oldest first.
@@ -96,6 +92,20 @@ TEST_F(Surface, ACheckNamesTheSectorOfTheVirtualDisk) {
     }
 }
 
+// On an adapter whose virtual disks share disks; the second one's blocks begin at LBA 0x200000.
+TEST_F(Surface, ANewVirtualDiskHoldsNoneOfTheWrongDataBeforeIt) {
+    start(
+        R"({"adapters": [{"type": "LD-based", "DevID": 17920, "disks": [{"count": 2, "size": "4GB"}], "virtualDisks": [
+      {"level": "RAID1", "disks": [0, 1], "size": "1GiB"}, {"level": "RAID1", "disks": [0, 1], "size": "1GiB"}]}]})");
+    for (const KT_U64 lba : {0x80010, 0x280010})
+        spoil(1, lba, outside::WRONG);
+    ASSERT_EQ(KT_LD_Delete(0, 1, 0), KT_OK);
+    _Create_LD_Param param = ldParam(KT_RAID1, {0, 1}, 1024);
+    found(KT_LD_Create(0, &param));
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 1, 0)), Events({"1/20 of 1", "1/25 of 1"}));
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/100 of 0", "1/25 of 0"}));
+}
+
 TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
     spoil(0, 100, outside::UNREADABLE);
     spoil(0, 200, outside::WRONG);
@@ -135,9 +145,7 @@ TEST_F(Surface, DoubleParityRepairsDuringARebuild) {
 TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
     spoil(0, 300, outside::UNREADABLE, 2);
     spoil(1, 301, outside::UNREADABLE);
-    _CreateOrModify_DG_Param param = dgParam(KT_RAID6, {0, 1, 2, 8});
-    param.DGID = 0;
-    EXPECT_EQ(found(KT_DG_StartMigration(0, &param, 0)),
+    EXPECT_EQ(found(migrateDg(0, 0, KT_RAID6, {0, 1, 2, 8})),
               Events({"1/80 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/36 of 1", "2/37 of 1",
                       "2/37 of 2", "2/37 of 8", "1/85 of 0"}));
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 8)), Events({"2/17 of 8", "2/37 of 8", "2/22 of 8"}));
@@ -148,9 +156,7 @@ TEST_F(Surface, AMigrationMeetsASectorWhenItGetsThere) {
     _Block_Info block = {};
     ASSERT_EQ(readItem(KT_BLK_GetInfo, 0, 0, &_BLK_Info_Request::blkInfo, block), KT_OK);
     spoil(0, block.StartLBA + block.Size / 2, outside::UNREADABLE);
-    _CreateOrModify_DG_Param param = dgParam(KT_RAID6, {0, 1, 2, 8});
-    param.DGID = 0;
-    ASSERT_EQ(KT_DG_StartMigration(0, &param, 0), KT_OK);
+    ASSERT_EQ(migrateDg(0, 0, KT_RAID6, {0, 1, 2, 8}), KT_OK);
     const auto percent = [] {
         _LD_STATUS status = {};
         EXPECT_EQ(readItem(KT_LD_GetStatus, 0, 0, &_LD_Status_Request::ldStatus, status), KT_OK);

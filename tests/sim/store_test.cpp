@@ -32,6 +32,14 @@ static void sql(const std::string& path, const char* statement) {
     sqlite3_close(db);
 }
 
+// From now on this process can write no file beyond 4 KiB, and says nothing.
+static void fillDisk() {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit none = {4096, 4096};
+    setrlimit(RLIMIT_FSIZE, &none);
+    if (!freopen("/dev/null", "w", stderr)) abort();
+}
+
 struct StateFile : testing::Test {
     ScratchFolder folder;
     std::string path = folder.path + "/state.db";
@@ -152,10 +160,7 @@ TEST_F(StateFile, FullDiskFailsTheCallAndKeepsTheState) {
     make();
     const int result = waitFor(startChild([] {
         if (KT_API_Initialize() != KT_OK || KT_API_RescanAdapter() != KT_OK) return 1;
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit none = {4096, 4096};
-        setrlimit(RLIMIT_FSIZE, &none);
-        if (!freopen("/dev/null", "w", stderr)) return 9;
+        fillDisk();
         KT_U8 status = KT_OK;
         for (int i = 0; i < 50 && status == KT_OK; ++i)
             status = KT_API_RescanAdapter();
@@ -169,10 +174,7 @@ TEST_F(StateFile, FullDiskFailsTheCallAndKeepsTheState) {
 
 TEST_F(StateFile, CannotBeMadeOnAFullDisk) {
     const int result = waitFor(startChild([] {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit none = {4096, 4096};
-        setrlimit(RLIMIT_FSIZE, &none);
-        if (!freopen("/dev/null", "w", stderr)) return 9;
+        fillDisk();
         return KT_API_Initialize() != KT_OK ? 0 : 1;
     }));
     EXPECT_EQ(result, 0);

@@ -83,35 +83,22 @@ A damaged disk fails where it cannot be read, a worn one by itself; pulling a di
 
   $ ktsim disk damage 7 --lba 700000000 --count 4 -f
   Disk 7: 4 sectors cannot be read (the first: LBA 0x29b92700).
-  $ kt ssd -d 7 -a start && ktsim clock advance 1h && kt ssd -d 7 -a status | sed -n 2p
-  The short self-test of PD 7 is started.
-  self-test:               passed
   $ kt ssd -d 7 -a start -t long && ktsim clock advance 1h && kt ssd -d 7 -a status
   The long self-test of PD 7 is started.
   hard disk id:            7
   self-test:               failed
-  power on when it ended:  13979 h
+  power on when it ended:  13978 h
   result code:             7
   first error LBA:         700000000
-  $ ktsim disk age 11 wear 100
-  $ kt ssd -d 11 -a start && ktsim clock advance 1h && kt ssd -d 11 -a status
+  $ ktsim disk age 11 wear 100 && kt ssd -d 11 -a start && kt ssd -d 8 -a start
   The short self-test of PD 11 is started.
-  hard disk id:            11
-  self-test:               failed
-  power on when it ended:  12108 h
-  result code:             5
-  first error LBA:         117085539
-  $ kt ssd -d 8 -a start -t long
-  The long self-test of PD 8 is started.
-  $ ktsim disk pull 8 -f
-  $ ktsim disk insert 8
-  $ kt ssd -d 8 -a status | sed -n 2p
-  self-test:               aborted
+  The short self-test of PD 8 is started.
+  $ ktsim disk pull 8 -f && ktsim disk insert 8 && ktsim clock advance 1h
   $ kt ssd
   PD    Model                    Microcode Life left Written   Power on  Temp  Self-test
   7     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   failed
   8     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   aborted
-  11    Petrel PS480G SSD        PS41C     1 %       6.0 TB    12109 h   38 C  failed
+  11    Petrel PS480G SSD        PS41C     1 %       6.0 TB    12108 h   37 C  failed
   $ ktsim disk fail 11 -f
   $ for action in health start stop status; do refused ssd -d 11 -a $action; done
   
