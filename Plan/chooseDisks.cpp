@@ -328,8 +328,8 @@ static std::vector<Demand> memberDemands(const Choice& choice) {
         demands.push_back(demand);
     }
     for (const WantedVd& vd : choice.wanted.vds) {
-        const bool tiered = vd.layout.level.compare(0, 4, "RAID") != 0;
-        demands.push_back({vd.place + ".disks", vd.layout.disks, 0, knownOf(choice, vd.layout.disks), !tiered});
+        const bool hybrid = vd.layout.level.compare(0, 4, "RAID") != 0;
+        demands.push_back({vd.place + ".disks", vd.layout.disks, 0, knownOf(choice, vd.layout.disks), !hybrid});
     }
     // The most demanding ones choose before the others.
     std::stable_sort(demands.begin(), demands.end(),

@@ -42,8 +42,8 @@ KT_U64 usualParity(const std::string& level) {
     return level == "RAID6" ? 2 : 0;
 }
 
-bool isTiered(const std::string& level) {
-    return isTieredLevel(codeOfLevel(level));
+bool isHybrid(const std::string& level) {
+    return isHybridLevel(codeOfLevel(level));
 }
 
 bool mayMigrate(const std::string& from, const std::string& to) {

@@ -12,7 +12,7 @@ std::optional<std::string> refusedCount(const std::string& level, size_t disks, 
 // Levels whose number of parity disks can be chosen, and the number that they have when nobody says one.
 bool takesParity(const std::string& level);
 KT_U64 usualParity(const std::string& level);
-bool isTiered(const std::string& level);
+bool isHybrid(const std::string& level);
 // Whether a migration may lead from the one to the other: never to less redundancy.
 bool mayMigrate(const std::string& from, const std::string& to);
 // Bytes that the level holds with `share` bytes on each of its disks.

@@ -231,7 +231,7 @@ static void createVd(Planner& planner, const WantedVd& wanted) {
     vd.busy = true;
     const KT_U64 most = capacityWith(vd.layout, smallestRoom(planner, vd.layout, true));
     vd.size = wanted.size ? *wanted.size >> 20 << 20 : most;
-    if (!isTiered(wanted.layout.level) && vd.size > most) {
+    if (!isHybrid(wanted.layout.level) && vd.size > most) {
         planner.plan.reasons.push_back(
             {wanted.place + ".size", "at most " + std::to_string(most >> 20) + " MiB are free on these disks"});
         return;

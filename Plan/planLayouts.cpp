@@ -102,7 +102,7 @@ static std::optional<Verdict> checkMigration(const Comparison& c, const PresentL
     if (!c.planner.now.levels.contains(target.level)) {
         return verdict(c, "level", c.planner.now.name + " has no " + target.level, stay);
     }
-    if (isTiered(c.there.level) || c.there.level == "JBOD") {
+    if (isHybrid(c.there.level) || c.there.level == "JBOD") {
         return verdict(c, word, c.name + " is " + c.there.level + ", which does not migrate", stay);
     }
     if (!c.hasVds) {

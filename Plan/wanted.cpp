@@ -106,7 +106,7 @@ static WantedLayout layoutFrom(const WantedObject& object) {
 }
 
 static void checkLayout(const WantedObject& object, const WantedLayout& layout, bool array) {
-    if (typedLevel(layout.level) == nullptr || (array && isTiered(layout.level))) {
+    if (typedLevel(layout.level) == nullptr || (array && isHybrid(layout.level))) {
         complain(object, "level", "nothing makes " + layout.level + (array ? " in an array" : ""));
         return;
     }

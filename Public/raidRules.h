@@ -33,7 +33,7 @@ inline bool takesParityDisks(KT_U8 level) {
 inline constexpr KT_U8 TANDEM_WATER_MARK = 90;
 
 // True for the levels that join SSDs with a hard disk.
-inline bool isTieredLevel(KT_U8 level) {
+inline bool isHybridLevel(KT_U8 level) {
     return level == KT_TANDEM_CAPACITY || level == KT_TANDEM_SAFE || level == KT_HYBRID;
 }
 

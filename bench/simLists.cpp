@@ -1,6 +1,7 @@
 // What the simulated library's lists cost: opening the state, one page of 32 records, and the whole list of more and
 // more disks. Prints a table; the targets are 2 ms, 100 microseconds and a constant cost a disk.
 #include "lab/lab.h"
+#include "state/storeFile.h"
 
 #include <chrono>
 #include <cstdio>

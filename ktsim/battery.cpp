@@ -1,5 +1,6 @@
 #include "devices/battery.h"
 #include "commands.h"
+#include "devices/batteryDeeds.h"
 #include "raid/cacheMode.h"
 #include "state/simClock.h"
 

@@ -8,7 +8,7 @@ using namespace sim;
 void addCheck(const Command& app, Options& options) {
     const Command command = app.addCommand("check", "Say what in the state contradicts itself");
     command.onGiven([&options] {
-        Store* store = ::openState(options);
+        Store* store = openState(options);
         std::vector<std::string> wrong;
         try {
             wrong = findViolations(*store);

@@ -4,6 +4,7 @@
 #include "lab/lab.h"
 #include "state/due.h"
 #include "state/simClock.h"
+#include "state/storeFile.h"
 
 #include <cstdio>
 #include <cstring>

@@ -1,6 +1,7 @@
 #include "commands.h"
 #include "lab/lab.h"
 #include "scratch.h"
+#include "state/storeFile.h"
 #include "twin.h"
 
 #include <cstdio>

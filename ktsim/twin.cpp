@@ -1,4 +1,5 @@
 #include "twin.h"
+#include "state/storeFile.h"
 
 #include "child.h"
 #include "commands.h"

@@ -132,7 +132,7 @@ static bool checkDisk(KT_U16 pd, KT_U8 level, int& result) {
     }
     // The hybrid levels share their disks.
     KT_U8 status = HDisFreeDiskForKelo(pd, KT_BLOCK_FREE);
-    if (status == KT_OK || isTieredLevel(level)) return true;
+    if (status == KT_OK || isHybridLevel(level)) return true;
     if (status == KT_ERR_PD_TYPES_DIFFER) {
         out("Non-free disk %d can not be used to create VD.\n", pd);
         return false;
@@ -169,7 +169,7 @@ static bool nameVirtualDisk(const CreateOptions& o, KT_U8 (&field)[NAME_FIELD], 
         return false;
     }
     char name[NAME_FIELD];
-    const char* prefix = isTieredLevel(o.level) ? "" : "VD_";
+    const char* prefix = isHybridLevel(o.level) ? "" : "VD_";
     snprintf(name, sizeof name, "%s%s_%u", prefix, RaidModeStrInCreate(o.level), end.total + 1);
     fillName(field, name);
     return true;
@@ -180,7 +180,7 @@ static void fillSize(const CreateOptions& o, _Create_LD_Param& param) {
     if (currentAdapter().DevID <= LAST_FREELY_SIZED) return;
     if (o.given[OPT_FORCE_SIZE] != 0) {
         param.ReservedForApp = 1;
-    } else if (!isTieredLevel(o.level)) {
+    } else if (!isHybridLevel(o.level)) {
         param.Size = 0;
     }
 }
@@ -194,7 +194,7 @@ static void fillParam(const CreateOptions& o, _Create_LD_Param& param) {
     param.CachePolicy = o.cache;
     param.InitializationOption = o.init;
     param.SectorCoefficient = 1;
-    if (isTieredLevel(o.level)) param.TandemWaterMark = TANDEM_WATER_MARK;
+    if (isHybridLevel(o.level)) param.TandemWaterMark = TANDEM_WATER_MARK;
     memcpy(param.HDIDs, o.disks.ids, o.disks.count * sizeof o.disks.ids[0]);
     fillSize(o, param);
 }

@@ -52,7 +52,7 @@ static bool nameDiskCacheRisk(const SetRequest& request, const SetRecord& record
 static const char* outlook(const _LD_Info& vd) {
     if (vd.Status == KT_VD_OFFLINE) return nullptr;
     if (vd.RaidMode == KT_RAID0 || vd.RaidMode == KT_JBOD) return "goes offline";
-    if (vd.Status == KT_VD_DEGRADED || isTieredLevel(vd.RaidMode)) return "may go offline";
+    if (vd.Status == KT_VD_DEGRADED || isHybridLevel(vd.RaidMode)) return "may go offline";
     const bool twice = vd.RaidMode == KT_RAID6 || vd.RaidMode == KT_RAID60;
     return twice && vd.Status == KT_VD_ONLINE ? "loses part of its redundancy" : "loses its redundancy";
 }

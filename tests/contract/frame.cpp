@@ -1,4 +1,5 @@
 #include "frame.h"
+#include "state/storeFile.h"
 
 #include "lab/lab.h"
 #include "state.h"

@@ -3,6 +3,7 @@
 #include "changes/arrival.h"
 #include "changes/health.h"
 #include "devices/battery.h"
+#include "devices/batteryDeeds.h"
 #include "devices/enclosureElements.h"
 #include "devices/flashMemory.h"
 #include "devices/power.h"
@@ -36,11 +37,11 @@ KT_U8 failDisk(KT_U8 adapter, KT_U16 pd) {
 }
 
 KT_U8 pullDisk(KT_U8 adapter, KT_U16 pd) {
-    return happen(adapter, [&](sim::Context& context) { return sim::pullDisk(context, pd); });
+    return happen(adapter, [&](sim::Context& context) { return sim::pullDisks(context, {pd}); });
 }
 
 KT_U8 insertDisk(KT_U8 adapter, KT_U16 pd) {
-    return happen(adapter, [&](sim::Context& context) { return sim::insertDisk(context, pd); });
+    return happen(adapter, [&](sim::Context& context) { return sim::insertDisks(context, {pd}); });
 }
 
 KT_U8 replaceDisk(KT_U8 adapter, KT_U16 pd, KT_U64 sectors) {

@@ -16,6 +16,7 @@
 #include "Public/start.h"
 #include "ktsetup/commandTables.h"
 #include "lab/lab.h"
+#include "state/storeFile.h"
 #include "tests/fuzz/fuzz.h"
 #include "tests/fuzz/passing/calls.h"
 

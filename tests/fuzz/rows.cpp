@@ -9,6 +9,7 @@
 #include "frame/invariants.h"
 #include "lab/lab.h"
 #include "state/simClock.h"
+#include "state/storeFile.h"
 #include "tests/sim/chaos.h"
 
 using namespace sim;

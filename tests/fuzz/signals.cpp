@@ -20,6 +20,7 @@
 #include "ktsetup/commandTables.h"
 #include "lab/lab.h"
 #include "state/simClock.h"
+#include "state/storeFile.h"
 #include "tests/fuzz/passing/calls.h"
 
 void (*beforeCall)(const std::string& call);

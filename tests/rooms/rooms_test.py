@@ -1,4 +1,5 @@
-"""Fails when a part of the code uses one above it, or when parts use each other in a circle.
+"""Fails when a part of the code uses one above it, or when parts use each other in a circle. In the simulated library
+every source has a header of its own name.
 
 usage: rooms_test.py SOURCE_DIR BUILD_DIR OBJECTS, a file that names the objects. A unit is a source file; it uses
 another one when its object needs a symbol that the other's defines.
@@ -29,6 +30,7 @@ FLOORS = [
 # The programs know the simulated library by its interface only, and it knows nothing of them. ktsim is beside both: it
 # speaks of the adapters as the programs do. What adapters' events are called and say belongs to the interface.
 SIMULATION = "libktraid/sim/"
+EXPORTED = "libktraid/sim/calls/"  # declared in the interface
 BESIDE = "ktsim/"
 INTERFACE = "libktraid/events/"
 
@@ -110,7 +112,7 @@ def circle(arrows):
 
 
 def main():
-    _, build, listing = sys.argv[1:4]
+    source, build, listing = sys.argv[1:4]
     with open(listing, encoding="utf-8") as file:
         objects = file.read().split()
     defined, needed = read_symbols(objects, build)
@@ -126,6 +128,10 @@ def main():
             reason = wrong(user, used)
             if reason:
                 complaints.append(f"{user} -> {used} {reason}: {symbol}")
+    for unit in sorted(needed):
+        header = os.path.join(source, unit[: -len("cpp")] + "h")
+        if unit.startswith(SIMULATION) and not unit.startswith(EXPORTED) and not os.path.exists(header):
+            complaints.append(f"{unit} has no header of its own")
     found = circle(arrows)
     if found:
         complaints.append("a circle: " + " -> ".join(found))

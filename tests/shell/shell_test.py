@@ -11,12 +11,12 @@ from terminal import PROGRAM, TerminalTest, pexpect
 class ShellTest(TerminalTest):
     def test_lines_are_read_until_exit(self):
         child = self.shell()
-        self.assertIn("CLI Version: 4.1.0.15   RaidAPI Version: ", child.before)
+        self.assertIn("   RaidAPI Version: ", child.before)
         self.assertIn("Welcome to RAID Command Line Interface.", child.before)
         self.say(child, "", "Type 'exit' to exit CLI.")
         self.say(child, 'create -n "My', "Invalid quoted string.")
         self.say(child, " ver", "Ambiguous command ''!")
-        self.say(child, "VER", "CLI Version: 4.1.0.15   RaidAPI Version: ")
+        self.say(child, "VER", "   RaidAPI Version: ")
         self.say(child, "adapter", "Current default adapter ID for CLI commands: 0")
         child.sendline("EXIT")
         child.expect(pexpect.EOF)

@@ -5,6 +5,7 @@
 #include "lab/lab.h"
 #include "process.h"
 #include "state/simClock.h"
+#include "state/storeFile.h"
 
 #include <atomic>
 #include <csignal>

@@ -108,7 +108,7 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
         });
     };
     Store* store = openExistingStore(folder.path + "/state.db");
-    setOpenState(store);
+    setCurrentStore(store);
     EXPECT_EQ(write(KT_ERR_VD_BUSY, false), KT_ERR_VD_BUSY);
     EXPECT_FALSE(find<VdState>(*store, 0, 77));
     EXPECT_EQ(write(KT_ERR_VD_BUSY, true), KT_ERR_VD_BUSY);
@@ -119,7 +119,7 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
               KT_ERR_FAILED);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("only reads"), std::string::npos);
     EXPECT_TRUE(find<VdState>(*store, 0, 77));
-    setOpenState(nullptr);
+    setCurrentStore(nullptr);
     closeStore(store);
 }
 

@@ -1,4 +1,5 @@
 #include "state/store.h"
+#include "state/storeFile.h"
 
 #include "lab/lab.h"
 #include "process.h"

@@ -16,8 +16,8 @@ Choosing the adapter, its number, rescanning, versions and error texts.
   Duplicated option specified.
   [1]
   $ kt version anything -x
-  CLI Version: 4.1.0.15
-  RaidAPI Version: 4.1.0.15 (simulated)
+  CLI Version: * (glob)
+  RaidAPI Version: * (simulated) (glob)
   $ kt rescan -a SCAN
   Invalid action!
   [1]

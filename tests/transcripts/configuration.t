@@ -190,7 +190,7 @@ Words that are no command are refused before the library is asked.
     [options] - the options within [] are optional. 
   2
   $ ktcfg --version
-  ktcfg 4.1.0.15
+  ktcfg * (glob)
   $ ktcfg 1 back-up
   ktcfg: "back-up" is not a command (--help tells more)
   [2]

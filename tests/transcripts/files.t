@@ -11,7 +11,7 @@ What is no file is never waited for.
   $ KTRAID_SIM_TRACE=pipe timeout 10 ktsetup ver
   ktraid-sim: the trace is incomplete: pipe: No such device or address
   SG driver version 3.5.36.
-  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  CLI Version: *   RaidAPI Version: * (simulated) (glob)
   $ KTRAID_SIM_TRACE=/dev/null ktsetup ver > /dev/null
   ktraid-sim: the trace is incomplete: /dev/null: this is not a file
 
@@ -19,9 +19,9 @@ A pipe that is read takes output, as terminals and other devices do.
 
   $ timeout 10 cat pipe > read & sleep 0.3; timeout 10 ktsetup ver -output pipe; wait; cat read
   SG driver version 3.5.36.
-  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  CLI Version: *   RaidAPI Version: * (simulated) (glob)
   $ ktsetup ver -output /dev/stdout | tail -1
-  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  CLI Version: *   RaidAPI Version: * (simulated) (glob)
   $ ktsetup ver -output /dev/full
   ktsetup: cannot write the output: No space left on device
   [1]

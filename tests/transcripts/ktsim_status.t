@@ -134,7 +134,7 @@ Lists for people and for completion.
   KT_LD_GetMigratedLdSize
   KT_LD_GetTargetLDInfo
   $ ktsim --version
-  ktsim 4.1.0.15
+  ktsim * (glob)
 
 Completion knows the adapters' disks and enclosures, calls, events and labs.
 

@@ -4,7 +4,9 @@ Starting: the adapter's index, "-output", the driver and the library.
   $ lab default
   $ ktsetup ver
   SG driver version 3.5.36.
-  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  CLI Version: *   RaidAPI Version: * (simulated) (glob)
+  $ ktsetup ver | grep -cF "CLI Version: $VERSION   RaidAPI Version: $VERSION (simulated)"
+  1
   $ ktsetup 1 adapter
   SG driver version 3.5.36.
   Total number of adapters: 2
@@ -42,8 +44,8 @@ A word that is no command; exit and its like leave at once.
   $ kt exit
   [255]
   $ kt VERS
-  CLI Version: 4.1.0.15
-  RaidAPI Version: 4.1.0.15 (simulated)
+  CLI Version: * (glob)
+  RaidAPI Version: * (simulated) (glob)
 
 An adapter whose record cannot be read: nobody knows what it is, so it can be looked at, but not be changed.
 
@@ -93,7 +95,7 @@ No adapter, and a library that cannot start.
   $ ktsetup ver
   No adapter is found.
   SG driver version 3.5.36.
-  CLI Version: 4.1.0.15   RaidAPI Version: 4.1.0.15 (simulated)
+  CLI Version: *   RaidAPI Version: * (simulated) (glob)
   $ lab full
   $ ktsetup adapter
   SG driver version 3.5.36.

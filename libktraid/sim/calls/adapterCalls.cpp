@@ -1,5 +1,6 @@
 #include "devices/adapterConfig.h"
 #include "devices/flashMemory.h"
+#include "devices/registers.h"
 #include "frame/call.h"
 
 using namespace sim;

@@ -1,4 +1,5 @@
 #include "devices/battery.h"
+#include "devices/batteryDeeds.h"
 #include "frame/call.h"
 
 using namespace sim;

@@ -1,5 +1,6 @@
 #include "devices/flashImage.h"
 #include "devices/flashMemory.h"
+#include "devices/registers.h"
 #include "frame/call.h"
 
 using namespace sim;
@@ -33,6 +34,7 @@ KT_U8 KT_Flash_NVSRAM(KT_U8 a, KT_U8 action, _NVSRAM_Data* data) {
                 [&](Context& context) { return accessNvsram(context, action, *data); });
 }
 
+// The interface is as it is. NOLINTNEXTLINE(readability-function-size)
 KT_U8 KT_Flash_GetHeaderInfo(const char* path, KT_U8* imageType, KT_U32* major, KT_U16* minor, KT_U16* revision,
                              KT_U16* build, KT_U16* subVendorId) {
     return call("KT_Flash_GetHeaderInfo", -1, Access::Read,

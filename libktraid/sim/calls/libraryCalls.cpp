@@ -1,6 +1,7 @@
 #include "devices/flashRegions.h"
 #include "frame/call.h"
 #include "lab/lab.h"
+#include "state/storeFile.h"
 
 #include <cstdio>
 #include <new>
@@ -10,7 +11,7 @@ using namespace sim;
 static bool openDefaultState() {
     std::string reason;
     try {
-        setOpenState(openStore(statePath(), fillFromLab, labNamed("default")));
+        setCurrentStore(openStore(statePath(), fillFromLab, labNamed("default")));
         return true;
     } catch (const StoreFailure& failure) {
         reason = failure.message;
@@ -24,22 +25,22 @@ static bool openDefaultState() {
 }
 
 KT_U8 KT_API_Initialize(void) {
-    if (!openState() && !openDefaultState()) {
+    if (!currentStore() && !openDefaultState()) {
         traceAfter(traceBefore("KT_API_Initialize", -1, {}), KT_ERR_FAILED, {});
         return KT_ERR_FAILED;
     }
     const KT_U8 status = call("KT_API_Initialize", -1, Access::Read, {}, [](Context&) { return KT_OK; });
     if (status != KT_OK) {
-        closeStore(openState());
-        setOpenState(nullptr);
+        closeStore(currentStore());
+        setCurrentStore(nullptr);
     }
     return status;
 }
 
 void KT_API_Finalize(void) {
     traceAfter(traceBefore("KT_API_Finalize", -1, {}), KT_OK, {});
-    closeStore(openState());
-    setOpenState(nullptr);
+    closeStore(currentStore());
+    setCurrentStore(nullptr);
 }
 
 const char* KT_API_Version(void) {
@@ -80,7 +81,7 @@ KT_U32 KT_API_GetRescanCount(KT_U8 force) {
 
 int KT_SIM_SgVersion(void) {
     int version = 0;
-    if (!openState()) return version;
+    if (!currentStore()) return version;
     call("KT_SIM_SgVersion", -1, Access::Read, {}, [&](Context& context) {
         const auto global = find<GlobalState>(context.store, ADAPTER_GLOBAL, 0);
         if (global) version = static_cast<int>(global->sgVersion);

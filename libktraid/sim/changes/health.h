@@ -15,15 +15,9 @@ namespace sim {
 KT_U8 failDisk(const Context& context, KT_U16 pd);
 // Taken out of their bays at one blow, as with their shelf; they can come back with what they hold.
 KT_U8 pullDisks(const Context& context, const std::vector<KT_U16>& pds);
-inline KT_U8 pullDisk(const Context& context, KT_U16 pd) {
-    return pullDisks(context, {pd});
-}
 // Pulled disks come back, together, where they were or where there is room: KT_ERR_PD_MISSING when one of these ids was
 // not pulled, KT_ERR_NO_RESOURCE when there is no place for one.
 KT_U8 insertDisks(const Context& context, const std::vector<KT_U16>& known);
-inline KT_U8 insertDisk(const Context& context, KT_U16 known) {
-    return insertDisks(context, {known});
-}
 // A new, empty disk takes the place of one that is there or was pulled: another of the same make and size, unless
 // `change` makes something else of its record. KT_ERR_NOT_SUPPORTED for one that the adapter has no ports for.
 KT_U8 replaceDisk(const Context& context, KT_U16 known, const std::function<void(_HD_Info&)>& change = nullptr);

@@ -2,7 +2,6 @@
 
 #include "devices/batteryCharge.h"
 #include "devices/batteryShown.h"
-#include "devices/batterySteps.h"
 #include "raid/cacheMode.h"
 #include "state/due.h"
 #include "state/events.h"

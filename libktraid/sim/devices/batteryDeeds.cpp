@@ -1,7 +1,7 @@
-#include "devices/battery.h"
+#include "devices/batteryDeeds.h"
 
+#include "devices/battery.h"
 #include "devices/batteryCharge.h"
-#include "devices/batterySteps.h"
 #include "raid/keptCaches.h"
 #include "state/due.h"
 #include "state/events.h"

@@ -1,5 +1,5 @@
-// The adapter's flash: images that come and go page by page, NVSRAM, mailbox registers. Statuses as the calls answer
-// them; what fails inside an image logs its event and sets context.keepOnFailure.
+// The adapter's flash: images that come and go page by page. Statuses as the calls answer them; what fails inside an
+// image logs its event and sets context.keepOnFailure.
 #pragma once
 
 #include "devices/flashImage.h"
@@ -8,7 +8,6 @@
 namespace sim {
 
 inline constexpr KT_U32 FLASH_PAGE = sizeof(_Flash_Data::Data);
-inline constexpr KT_U32 NVSRAM_SIZE = 128 * 1024;
 
 // The next page of an update; page 0 begins a new one. The image is in flash with its last page, when it is sound, and
 // runs from the next boot on (flashRegions.h).
@@ -24,9 +23,5 @@ KT_U8 announceImage(const Context& context, const _KT_FLASH_PER_DATA& announceme
 // The page that remembers disk ids. Those in use stay with their disks, those of pulled disks are free to be given to
 // others. KT_PAGE_PD_FORCE numbers the disks afresh, and does not mind background work.
 KT_U8 erasePdPage(Context& context, KT_U8 pageCode);
-
-KT_U8 accessNvsram(const Context& context, KT_U8 action, _NVSRAM_Data& data);
-KT_U8 readRegister(const Context& context, KT_U8 type, KT_U32 address, _Register_Request& request);
-KT_U8 writeRegister(const Context& context, KT_U8 type, KT_U32 address, const _Register_Request& request);
 
 } // namespace sim

@@ -6,6 +6,7 @@
 #include "changes/foreign.h"
 #include "changes/outage.h"
 #include "devices/battery.h"
+#include "devices/batteryDeeds.h"
 #include "devices/enclosureElements.h"
 #include "devices/encryption.h"
 #include "devices/flashRegions.h"

@@ -1,4 +1,5 @@
-#include "devices/flashMemory.h"
+#include "devices/registers.h"
+
 #include "state/adapterInfo.h"
 #include "state/simClock.h"
 
@@ -6,6 +7,7 @@
 
 namespace sim {
 
+static const KT_U32 NVSRAM_SIZE = 128 * 1024;
 static const KT_U64 REGISTER_WRITE_MS = 1;
 
 KT_U8 accessNvsram(const Context& context, KT_U8 action, _NVSRAM_Data& data) {

@@ -2,6 +2,7 @@
 
 #include "activities/activities.h"
 #include "devices/battery.h"
+#include "devices/batteryDeeds.h"
 
 #include <algorithm>
 

@@ -16,11 +16,11 @@ namespace sim {
 
 static Store* gStore = nullptr;
 
-Store* openState() {
+Store* currentStore() {
     return gStore;
 }
 
-void setOpenState(Store* store) {
+void setCurrentStore(Store* store) {
     gStore = store;
 }
 
@@ -45,9 +45,8 @@ static bool worksWithoutFirmware(const char* name) {
 }
 
 static bool anyNull(std::initializer_list<Arg> args) {
-    return std::any_of(args.begin(), args.end(), [](const Arg& arg) {
-        return arg.type != ArgType::Number && !arg.optional && arg.data == nullptr;
-    });
+    return std::any_of(args.begin(), args.end(),
+                       [](const Arg& arg) { return arg.type != ArgType::Number && arg.data == nullptr; });
 }
 
 // The faults that spoil a call that went well.

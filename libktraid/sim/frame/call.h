@@ -34,14 +34,9 @@ KT_U8 call(const char* name, int adapter, Access access, std::initializer_list<A
     return runCall(name, adapter, access, args, Body{run, &function});
 }
 
-// A call whose behaviour is not simulated.
-inline KT_U8 notSupported(const char* name, KT_U8 adapter, std::initializer_list<Arg> args) {
-    return call(name, adapter, Access::Read, args, [](Context&) { return KT_ERR_NOT_SUPPORTED; });
-}
-
-// The open state; null before KT_API_Initialize.
-Store* openState();
-void setOpenState(Store* store);
+// The state that calls work on; null before KT_API_Initialize.
+Store* currentStore();
+void setCurrentStore(Store* store);
 // Says once on standard error what keeps the state from being used.
 void reportFailure(const char* call, const StoreFailure& failure);
 

@@ -1,5 +1,7 @@
 #include "lab/lab.h"
 
+#include "lab/labAdapter.h"
+#include "lab/labValues.h"
 #include "lab/report.h"
 #include "state/simClock.h"
 

@@ -36,13 +36,4 @@ extern KT_U64 mostDisks;
 // The whole state as a complete lab.
 std::string stateToLab(Store& store);
 
-// Adds adapter number `index` from its object in a lab (labAdapter.cpp).
-struct LabReader;
-void addLabAdapter(Context& context, LabReader& adapter);
-void addLabDisks(Context& context, LabReader& adapter);   // labDisks.cpp
-void addLabVolumes(Context& context, LabReader& adapter); // labVolumes.cpp
-// labPeripherals.cpp: an enclosure's elements; key entries and encrypting ports.
-void addLabElements(Context& context, KT_U16 enclosure, LabReader& reader);
-void addLabPeripherals(Context& context, LabReader& adapter);
-
 } // namespace sim

@@ -1,4 +1,8 @@
-#include "lab/lab.h"
+#include "lab/labAdapter.h"
+
+#include "lab/labDisks.h"
+#include "lab/labPeripherals.h"
+#include "lab/labVolumes.h"
 #include "state/adapterInfo.h"
 #include "state/events.h"
 

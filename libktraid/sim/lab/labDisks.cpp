@@ -1,6 +1,9 @@
+#include "lab/labDisks.h"
+
 #include "activities/activities.h"
+#include "lab/labLinks.h"
 #include "lab/labPlaces.h"
-#include "lab/report.h"
+#include "lab/reportWords.h"
 #include "media/diskMakes.h"
 #include "media/surface.h"
 

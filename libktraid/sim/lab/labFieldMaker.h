@@ -3,14 +3,10 @@
 
 #include "lab/labFields.h"
 
-#include <span>
 #include <type_traits>
 #include <utility>
 
 namespace sim {
-
-// The tables of devices/peripherals.h (labPeripheralFields.cpp).
-std::span<const RecordFields> peripheralTables();
 
 template <class Member>
 constexpr Field makeField(const char* name, size_t offset, FieldType type) {

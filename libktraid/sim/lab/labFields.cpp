@@ -1,6 +1,7 @@
 #include "lab/labFields.h"
 
 #include "lab/labFieldMaker.h"
+#include "lab/labPeripheralFields.h"
 
 #include <algorithm>
 #include <array>

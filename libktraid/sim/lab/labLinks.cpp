@@ -1,5 +1,6 @@
-#include "lab/lab.h"
-#include "lab/labPlaces.h"
+#include "lab/labLinks.h"
+
+#include "lab/labPeripherals.h"
 #include "state/adapterInfo.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+#include "lab/labPeripheralFields.h"
+
 #include "lab/labFieldMaker.h"
 
 namespace sim {

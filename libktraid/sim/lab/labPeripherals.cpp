@@ -1,6 +1,8 @@
+#include "lab/labPeripherals.h"
+
 #include "devices/enclosureElements.h"
 #include "devices/encryption.h"
-#include "lab/lab.h"
+#include "lab/labValues.h"
 
 namespace sim {
 

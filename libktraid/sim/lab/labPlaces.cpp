@@ -1,6 +1,6 @@
 #include "lab/labPlaces.h"
 
-#include "lab/report.h"
+#include "lab/labLinks.h"
 #include "state/adapterInfo.h"
 
 #include <algorithm>

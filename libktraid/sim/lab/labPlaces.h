@@ -1,4 +1,4 @@
-// Where the disks of a lab are, and what they hang on. Every disk gets a bay or a port of its own.
+// Where the disks of a lab are: every disk gets a bay or a port of its own.
 #pragma once
 
 #include "changes/places.h"
@@ -8,14 +8,6 @@
 
 namespace sim {
 
-// labLinks.cpp: the enclosures, expanders and port multipliers that the adapter's object lists.
-void addLabLinks(Context& context, LabReader& adapter);
-// Another expander, or port multiplier, with so many ports, at a port of the adapter; an expander also at one of an
-// expander. Answers its id.
-KT_U16 addLabExpander(const Context& context, const Place& at, int phys);
-void addLabMultiplier(const Context& context, const Place& at, int ports);
-
-// labPlaces.cpp.
 struct LabPlaces {
     std::map<KT_U64, KT_U16> taken; // keysOf() the disks that have their place; whose it is
     std::vector<Place> open;        // for disks that say nothing of theirs

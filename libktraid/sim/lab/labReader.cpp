@@ -1,5 +1,7 @@
 #include "lab/labReader.h"
 
+#include "lab/labValues.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -109,6 +111,15 @@ KT_U64 takeSize(LabReader& reader, const char* word, KT_U64 absent) {
     failLab(reader, word, "should be an amount such as \"500GB\" or \"64MiB\", or a number of bytes");
 }
 
+KT_U64 takeUnits(LabReader& reader, const char* word, KT_U64 unit, KT_U64 absent) {
+    const Json* value = take(reader, word);
+    if (!value) return absent;
+    if (!value->is_number_unsigned()) failLab(reader, word, "should be a number of bytes");
+    const KT_U64 bytes = value->get<KT_U64>();
+    if (unit == 0 || bytes % unit != 0) failLab(reader, word, "is no multiple of " + std::to_string(unit) + " bytes");
+    return bytes / unit;
+}
+
 std::vector<KT_U16> takeIds(LabReader& reader, const char* word) {
     std::vector<KT_U16> ids;
     const Json* value = take(reader, word);
@@ -131,6 +142,23 @@ int takeWord(LabReader& reader, const char* word, const LabWord* words, size_t c
         known += (i ? ", " : "") + std::string(words[i].word);
     }
     failLab(reader, word, "should be one of: " + known);
+}
+
+KT_U32 takeBits(LabReader& reader, const char* word, std::span<const WordBit> words) {
+    const Json* value = take(reader, word);
+    KT_U32 bits = 0;
+    if (!value) return bits;
+    if (!value->is_array()) failLab(reader, word, "should be a list of words");
+    for (const Json& one : *value) {
+        bool known = false;
+        for (const WordBit& each : words) {
+            if (!one.is_string() || one != each.word) continue;
+            bits |= each.bit;
+            known = true;
+        }
+        if (!known) failLab(reader, word, "has a word that is not known: " + one.dump(-1, ' ', true));
+    }
+    return bits;
 }
 
 std::vector<LabReader> takeObjects(LabReader& reader, const char* word) {

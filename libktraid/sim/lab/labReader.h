@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,8 @@ bool takeFlag(LabReader& reader, const char* word, bool absent);
 std::string takeText(LabReader& reader, const char* word, const std::string& absent);
 // An amount such as "500GB" (thousands), "64MiB" (1024) or "0.5TB", or a number of bytes, in bytes.
 KT_U64 takeSize(LabReader& reader, const char* word, KT_U64 absent);
+// An amount of bytes as a number of units of `unit` bytes; refuses what is no whole number of them.
+KT_U64 takeUnits(LabReader& reader, const char* word, KT_U64 unit, KT_U64 absent);
 // A list of ids; null stands for KT_NO_ID.
 std::vector<KT_U16> takeIds(LabReader& reader, const char* word);
 // The value that stands for the text in a table of words; refuses others.
@@ -50,6 +53,21 @@ struct LabWord {
     int value;
 };
 int takeWord(LabReader& reader, const char* word, const LabWord* words, size_t count, int absent);
+// A table of them.
+struct WordList {
+    const LabWord* words;
+    size_t count;
+
+    template <size_t N>
+    WordList(const LabWord (&table)[N]) : words(table), count(N) {}
+};
+// The bit or code that stands for a word in a list of words.
+struct WordBit {
+    const char* word;
+    KT_U32 bit;
+};
+// The bits of a list of words.
+KT_U32 takeBits(LabReader& reader, const char* word, std::span<const WordBit> words);
 // A list of objects; a single object counts as a list of one, nothing as none.
 std::vector<LabReader> takeObjects(LabReader& reader, const char* word);
 // The same, where an object with "count" stands for so many of it.

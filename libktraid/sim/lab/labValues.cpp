@@ -1,5 +1,4 @@
-// Values of fields as JSON and back.
-#include "lab/labFields.h"
+#include "lab/labValues.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,9 @@
+#include "lab/labVolumes.h"
+
 #include "activities/activities.h"
 #include "activities/rebuilding.h"
 #include "changes/foreign.h"
-#include "lab/report.h"
+#include "lab/reportWords.h"
 #include "media/blocks.h"
 #include "raid/cacheMode.h"
 #include "state/simClock.h"

@@ -1,6 +1,12 @@
 #include "lab/report.h"
 
 #include "devices/enclosureElements.h"
+#include "lab/reportAdapter.h"
+#include "lab/reportDisks.h"
+#include "lab/reportHealth.h"
+#include "lab/reportParts.h"
+#include "lab/reportVolumes.h"
+#include "lab/reportWords.h"
 #include "state/simClock.h"
 
 #include <cstring>

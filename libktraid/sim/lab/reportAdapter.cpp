@@ -1,8 +1,9 @@
-#include "lab/report.h"
+#include "lab/reportAdapter.h"
 
 #include "changes/ciphers.h"
 #include "devices/battery.h"
 #include "devices/settingsPage.h"
+#include "lab/reportWords.h"
 #include "state/adapterInfo.h"
 #include "state/events.h"
 

@@ -1,5 +1,7 @@
-#include "lab/report.h"
+#include "lab/reportDisks.h"
 
+#include "lab/labVolumes.h"
+#include "lab/reportWords.h"
 #include "media/blocks.h"
 #include "media/diskMakes.h"
 

@@ -1,7 +1,8 @@
-#include "lab/report.h"
+#include "lab/reportHealth.h"
 
 #include "activities/activities.h"
 #include "devices/smart.h"
+#include "lab/reportWords.h"
 #include "media/life.h"
 #include "media/smartAttributes.h"
 

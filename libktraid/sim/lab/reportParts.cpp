@@ -1,6 +1,8 @@
-#include "lab/report.h"
+#include "lab/reportParts.h"
 
 #include "devices/enclosureElements.h"
+#include "lab/labValues.h"
+#include "lab/reportWords.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,7 @@
-#include "lab/report.h"
+#include "lab/reportPast.h"
 
 #include "changes/ciphers.h"
+#include "lab/reportWords.h"
 #include "state/events.h"
 
 #include <algorithm>

@@ -1,5 +1,4 @@
-// Whether a virtual disk was made of all that there was: no call tells it, but what lies behind it on its disks does.
-#include "lab/report.h"
+#include "lab/reportSizes.h"
 
 #include "media/blocks.h"
 #include "raid/levels.h"

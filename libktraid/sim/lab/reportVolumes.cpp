@@ -1,8 +1,11 @@
-#include "lab/report.h"
+#include "lab/reportVolumes.h"
 
 #include "activities/activities.h"
 #include "activities/steering.h"
 #include "changes/foreign.h"
+#include "lab/labVolumes.h"
+#include "lab/reportSizes.h"
+#include "lab/reportWords.h"
 #include "media/blocks.h"
 #include "raid/members.h"
 

@@ -1,11 +1,11 @@
-#include "lab/report.h"
+#include "lab/reportWords.h"
 
 #include "activities/activities.h"
+#include "lab/labValues.h"
 
 #include <algorithm>
 #include <cstring>
 #include <ctime>
-#include <nlohmann/json.hpp>
 
 namespace sim {
 
@@ -20,32 +20,6 @@ void takeAs(LabReader& reader, Kind kind, void* record, std::span<const WordFiel
         const Json* value = take(reader, each.word);
         if (value) setFieldAt(table, record, each.field, *value, reader.path + "." + each.word);
     }
-}
-
-KT_U64 takeUnits(LabReader& reader, const char* word, KT_U64 unit, KT_U64 absent) {
-    const Json* value = take(reader, word);
-    if (!value) return absent;
-    if (!value->is_number_unsigned()) failLab(reader, word, "should be a number of bytes");
-    const KT_U64 bytes = value->get<KT_U64>();
-    if (unit == 0 || bytes % unit != 0) failLab(reader, word, "is no multiple of " + std::to_string(unit) + " bytes");
-    return bytes / unit;
-}
-
-KT_U32 takeBits(LabReader& reader, const char* word, std::span<const WordBit> words) {
-    const Json* value = take(reader, word);
-    KT_U32 bits = 0;
-    if (!value) return bits;
-    if (!value->is_array()) failLab(reader, word, "should be a list of words");
-    for (const Json& one : *value) {
-        bool known = false;
-        for (const WordBit& each : words) {
-            if (!one.is_string() || one != each.word) continue;
-            bits |= each.bit;
-            known = true;
-        }
-        if (!known) failLab(reader, word, "has a word that is not known: " + one.dump(-1, ' ', true));
-    }
-    return bits;
 }
 
 KT_U64 takeTime(LabReader& reader, const char* word, KT_U64 absent) {

@@ -114,10 +114,13 @@ static bool stepOnce(Store& store, sqlite3_stmt* statement) {
     fail(store, code);
 }
 
-static void run(Store& store, StatementId id) {
-    sqlite3_stmt* statement = statementOf(store, id);
+static void carryOut(Store& store, sqlite3_stmt* statement) {
     stepOnce(store, statement);
     sqlite3_reset(statement);
+}
+
+static void run(Store& store, StatementId id) {
+    carryOut(store, statementOf(store, id));
 }
 
 static sqlite3_stmt* bindKind(Store& store, StatementId which, KT_U8 adapter, Kind kind) {
@@ -243,14 +246,10 @@ Store* openMemoryStore(StoreFiller fill, const void* argument) {
 
 std::string imageOf(const Store& store) {
     sqlite3_int64 size = 0;
-    unsigned char* bytes = sqlite3_serialize(store.db, "main", &size, 0);
-    if (!bytes) {
-        sqlite3_free(bytes);
-        throw StoreFailure{KT_ERR_NO_RESOURCE, store.path + ": out of memory"};
-    }
-    std::string image(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
-    sqlite3_free(bytes);
-    return image;
+    const std::unique_ptr<unsigned char, void (*)(void*)> bytes(sqlite3_serialize(store.db, "main", &size, 0),
+                                                                sqlite3_free);
+    if (!bytes) throw StoreFailure{KT_ERR_NO_RESOURCE, store.path + ": out of memory"};
+    return {reinterpret_cast<const char*>(bytes.get()), static_cast<size_t>(size)};
 }
 
 // With a write-ahead journal readers and one writer do not wait for each other. Nobody else has the file yet, and
@@ -331,23 +330,18 @@ void writeRow(Store& store, const RowKey& key, const void* record, size_t size) 
     refuseOutsideWriting(store);
     sqlite3_stmt* statement = bindKey(store, ST_PUT, key);
     sqlite3_bind_blob64(statement, 4, record, size, SQLITE_STATIC);
-    stepOnce(store, statement);
-    sqlite3_reset(statement);
+    carryOut(store, statement);
 }
 
 bool eraseRow(Store& store, const RowKey& key) {
     refuseOutsideWriting(store);
-    sqlite3_stmt* statement = bindKey(store, ST_ERASE, key);
-    stepOnce(store, statement);
-    sqlite3_reset(statement);
+    carryOut(store, bindKey(store, ST_ERASE, key));
     return sqlite3_changes(store.db) > 0;
 }
 
 void eraseRows(Store& store, KT_U8 adapter, Kind kind) {
     refuseOutsideWriting(store);
-    sqlite3_stmt* statement = bindKind(store, ST_ERASE_KIND, adapter, kind);
-    stepOnce(store, statement);
-    sqlite3_reset(statement);
+    carryOut(store, bindKind(store, ST_ERASE_KIND, adapter, kind));
 }
 
 void eraseEverything(Store& store) {

@@ -25,22 +25,11 @@ struct StoreFailure {
 // Fills an empty state (inside one transaction).
 using StoreFiller = void (*)(Store&, const void* argument);
 
-// $KTRAID_SIM, or ktraid-sim/state.db in the user's XDG state folder. Throws when there is no home either.
-std::string statePath();
-
-// Opens the state at `path`; when nothing is there it is made whole by `fill` and then put in place, so that nobody
-// meets a half-made one and two that start together share one. Throws, and changes nothing, when the file is not a
-// state of this version, cannot be read or is damaged.
-Store* openStore(const std::string& path, StoreFiller fill, const void* argument);
-// Opens an existing state only.
+// Opens the state at `path`. Throws, and changes nothing, when the file is not a state of this version, cannot be read
+// or is damaged.
 Store* openExistingStore(const std::string& path);
 // A state in memory, for tests and for checking a lab.
 Store* openMemoryStore(StoreFiller fill, const void* argument);
-// Whether there is a state at `path`, sound or not, whose place another may take. Throws for all else that is there:
-// what somebody else keeps is never replaced.
-bool stateMayGo(const std::string& path);
-// Puts a new state in the place of the one at `path`.
-void replaceStore(const std::string& path, StoreFiller fill, const void* argument);
 void closeStore(Store* store);
 // The state as the bytes of its file, and a file that holds them made one that readers and a writer may use at once.
 std::string imageOf(const Store& store);

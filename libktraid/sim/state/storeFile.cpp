@@ -1,3 +1,5 @@
+#include "state/storeFile.h"
+
 #include "state/placeLock.h"
 
 #include <cerrno>

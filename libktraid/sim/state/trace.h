@@ -29,8 +29,7 @@ struct Arg {
     const KT_U8* count = nullptr; // Array: how many records the library filled
     size_t secretFrom = 0;        // bytes of the record that are printed as **
     size_t secretSize = 0;
-    bool optional = false; // may be null
-    bool pages = false;    // a _Flash_Data, abbreviated
+    bool pages = false; // a _Flash_Data, abbreviated
 };
 
 inline Arg num(const char* name, KT_U64 value) {
@@ -66,10 +65,6 @@ Arg outArray(const char* name, Record* records, const KT_U8* count) {
 inline Arg masked(Arg arg, size_t from, size_t size) {
     arg.secretFrom = from;
     arg.secretSize = size;
-    return arg;
-}
-inline Arg orNull(Arg arg) {
-    arg.optional = true;
     return arg;
 }
 inline Arg flashPage(const char* name, _Flash_Data* page, bool filledByLibrary) {
