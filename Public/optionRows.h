@@ -19,7 +19,6 @@ enum : unsigned {
     REFUSED = 16  // the help text names an option that there is not
 };
 
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): rows are there only while the program is compiled
 struct OptionRow {
     short value;                  // its letter, or an OPT_ value for an option without one
     std::string_view name;        // its long name, if it has one

@@ -28,7 +28,6 @@ void operator delete(void* memory, size_t) noexcept {
 }
 
 // The library's containers call these where they would throw.
-// NOLINTBEGIN(cert-dcl58-cpp,bugprone-reserved-identifier)
 namespace std {
 void __throw_bad_alloc() {
     endWith("out of memory");
@@ -50,4 +49,3 @@ void __throw_out_of_range_fmt(const char*, ...) {
     endWith("internal error");
 }
 } // namespace std
-// NOLINTEND(cert-dcl58-cpp,bugprone-reserved-identifier)

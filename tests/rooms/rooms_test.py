@@ -111,6 +111,21 @@ def circle(arrows):
     return []
 
 
+def moved(source):
+    """What the table of rules in docs/architecture.md names and its files do not have."""
+    with open(f"{source}/docs/architecture.md", encoding="utf-8") as file:
+        rows = re.findall(r"^\|[^|]+\|([^|]+`[^|]+)\|([^|]+`[^|]+)\|$", file.read(), re.M)
+    for files, names in rows:
+        text = ""
+        for name in re.findall("`([^`]+)`", files):
+            below = os.path.join(source, SIMULATION, name)
+            with open(below if os.path.exists(below) else os.path.join(source, name), encoding="utf-8") as file:
+                text += file.read()
+        yield from (name for name in re.findall(r"`(\w+)", names) if not re.search(rf"\b{name}\b", text))
+    if len(rows) < 30:
+        yield f"only {len(rows)} rows were found"
+
+
 def main():
     source, build, listing = sys.argv[1:4]
     with open(listing, encoding="utf-8") as file:
@@ -132,6 +147,7 @@ def main():
         header = os.path.join(source, unit[: -len("cpp")] + "h")
         if unit.startswith(SIMULATION) and not unit.startswith(EXPORTED) and not os.path.exists(header):
             complaints.append(f"{unit} has no header of its own")
+    complaints += [f"docs/architecture.md: {name} is not where the table says" for name in moved(source)]
     found = circle(arrows)
     if found:
         complaints.append("a circle: " + " -> ".join(found))

@@ -194,15 +194,15 @@ static void powerCycle(Chaos& run) {
     powerDown(*run.store, rarely(run, 2));
     ++run.boots;
     for (int i = pick(run, 4); i > 0; --i) {
-        insertDisk(context, pick(run, 18));
-        pullDisk(context, pick(run, 18));
+        insertDisks(context, {pick(run, 18)});
+        pullDisks(context, {pick(run, 18)});
     }
     if (rarely(run, 4)) failDisk(context, pick(run, 18));
     if (rarely(run, 5)) removeBattery(context);
     if (rarely(run, 3)) insertBattery(context);
     if (rarely(run, 4)) pullEnclosure(context, 1);
     if (rarely(run, 2)) insertEnclosure(context, 1);
-    if (rarely(run, 3)) insertDisk(context, pick(run, 18));
+    if (rarely(run, 3)) insertDisks(context, {pick(run, 18)});
     run.now += rarely(run, 2) ? pick(run, 3000) : 0;
     setClock(*run.store, run.now, 1000, true);
     checkAfterCall("while it is off", context);
@@ -221,12 +221,13 @@ static void happen(Chaos& run) {
     if (what == 0) {
         failDisk(context, pd);
     } else if (what == 1) {
-        pullDisk(context, pd);
+        pullDisks(context, {pd});
         if (rarely(run, 3)) renumberDisks(context);
     } else if (what == 2) {
         tripSmart(context, pd, pick(run, 2) != 0);
     } else if (what < 6) {
-        insertDisk(context, rarely(run, 4) ? static_cast<KT_U16>(0xF000 + pick(run, 3)) : pd); // its id was forgotten
+        insertDisks(context,
+                    {rarely(run, 4) ? static_cast<KT_U16>(0xF000 + pick(run, 3)) : pd}); // its id was forgotten
     } else if (what < 8) {
         addBadSectors(context, pd, BadSector{pick(run, 2) ? FLAW_WRONG : FLAW_UNREADABLE, 0, {}}, pick(run, 300));
         applyRates(context);

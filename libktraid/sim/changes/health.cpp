@@ -139,7 +139,7 @@ static void renumber(const Context& context, _HD_Info& disk) {
 KT_U8 replaceDisk(const Context& context, KT_U16 known, const std::function<void(_HD_Info&)>& change) {
     const KT_U16 pd = idOnReturn(context, known);
     if (find<_HD_Info>(context, pd)) {
-        const KT_U8 status = pullDisk(context, pd);
+        const KT_U8 status = pullDisks(context, {pd});
         if (status != KT_OK) return status;
     }
     auto pulled = find<PulledDisk>(context, pd);
