@@ -6,7 +6,7 @@
 #include "changes/branches.h"
 #include "changes/diskIds.h"
 #include "changes/health.h"
-#include "devices/battery.h"
+#include "devices/batteryDeeds.h"
 #include "devices/power.h"
 #include "frame/invariants.h"
 #include "frame/settle.h"
