@@ -50,30 +50,31 @@ LayoutChange changeOf(const Planner& planner, const WantedLayout& wanted, const 
     return change;
 }
 
-static Verdict verdict(const Comparison& c, const char* word, const std::string& text, const std::string& nearest) {
+static Unreachable unreachable(const Comparison& c, const char* word, const std::string& text,
+                               const std::string& nearest) {
     return {c.place + "." + word, text, nearest};
 }
 
 // Which of the disks that are there would have to go.
-static std::optional<Verdict> checkMembers(const Comparison& c) {
+static std::optional<Unreachable> checkMembers(const Comparison& c) {
     const std::vector<KT_U64> asked = disksFor(c.planner.matching, c.wanted.disks);
     const std::vector<KT_U64> members = presentDisks(c.there);
     const std::vector<KT_U64> surplus = without(members, asked);
     if (asked.size() == c.wanted.disks.size() && !surplus.empty()) {
-        return verdict(c, "disks",
-                       c.name + " is also on " + disksText(surplus) +
-                           "; a migration takes no disk away, and only a failure makes room for another one",
-                       "leave " + disksText(surplus) + " among its disks");
+        return unreachable(c, "disks",
+                           c.name + " is also on " + disksText(surplus) +
+                               "; a migration takes no disk away, and only a failure makes room for another one",
+                           "leave " + disksText(surplus) + " among its disks");
     }
     if (c.wanted.disks.size() < c.there.disks.size()) {
-        return verdict(c, "disks",
-                       c.name + " has room for " + std::to_string(c.there.disks.size()) + " disks, " +
-                           std::to_string(c.wanted.disks.size()) + " are wanted; a migration takes none away",
-                       std::to_string(c.there.disks.size()) + " disks");
+        return unreachable(c, "disks",
+                           c.name + " has room for " + std::to_string(c.there.disks.size()) + " disks, " +
+                               std::to_string(c.wanted.disks.size()) + " are wanted; a migration takes none away",
+                           std::to_string(c.there.disks.size()) + " disks");
     }
     if (c.offline) {
-        return verdict(c, "disks", c.name + " is offline, and no command brings its data back",
-                       "bring back the disks that it has lost");
+        return unreachable(c, "disks", c.name + " is offline, and no command brings its data back",
+                           "bring back the disks that it has lost");
     }
     return std::nullopt;
 }
@@ -84,43 +85,43 @@ static std::string describedLayout(const PresentLayout& layout) {
     return text + " on " + disksText(presentDisks(layout));
 }
 
-static std::optional<Verdict> checkMigration(const Comparison& c, const PresentLayout& target) {
+static std::optional<Unreachable> checkMigration(const Comparison& c, const PresentLayout& target) {
     const std::string stay = "leave it at " + describedLayout(c.there);
     const char* word = target.level == c.there.level ? "disks" : "level";
     if (!c.planner.now.features.contains("migration")) {
-        return verdict(
+        return unreachable(
             c, word, c.planner.now.name + " does not migrate, and " + c.name + " is " + describedLayout(c.there), stay);
     }
     if (!mayMigrate(c.there.level, target.level)) {
-        return verdict(c, "level",
-                       c.name + " is " + c.there.level + "; a migration to " + target.level +
-                           " would lead to less redundancy, which none does",
-                       stay);
+        return unreachable(c, "level",
+                           c.name + " is " + c.there.level + "; a migration to " + target.level +
+                               " would lead to less redundancy, which none does",
+                           stay);
     }
     const auto refused = refusedCount(target.level, target.disks.size(), c.array, true);
-    if (refused) return verdict(c, "disks", *refused, stay);
+    if (refused) return unreachable(c, "disks", *refused, stay);
     if (!c.planner.now.levels.contains(target.level)) {
-        return verdict(c, "level", c.planner.now.name + " has no " + target.level, stay);
+        return unreachable(c, "level", c.planner.now.name + " has no " + target.level, stay);
     }
     if (isHybrid(c.there.level) || c.there.level == "JBOD") {
-        return verdict(c, word, c.name + " is " + c.there.level + ", which does not migrate", stay);
+        return unreachable(c, word, c.name + " is " + c.there.level + ", which does not migrate", stay);
     }
     if (!c.hasVds) {
-        return verdict(c, word, c.name + " is empty, and only an array with a virtual disk in it migrates", stay);
+        return unreachable(c, word, c.name + " is empty, and only an array with a virtual disk in it migrates", stay);
     }
     static constexpr KT_U64 SHARE = KT_U64{1} << 30;
     if (capacityWith(target, SHARE) < capacityWith(c.there, SHARE)) {
-        return verdict(c, word, c.name + " would hold less than now as " + describedLayout(target), stay);
+        return unreachable(c, word, c.name + " would hold less than now as " + describedLayout(target), stay);
     }
     return std::nullopt;
 }
 
-static std::optional<Verdict> whyAnew(const Comparison& c) {
+static std::optional<Unreachable> whyAnew(const Comparison& c) {
     if (c.wanted.stripe && *c.wanted.stripe != c.there.stripe) {
-        return verdict(c, "stripe",
-                       c.name + " has stripes of " + std::to_string(c.there.stripe) +
-                           " KiB, which stay as they were created",
-                       std::to_string(c.there.stripe));
+        return unreachable(c, "stripe",
+                           c.name + " has stripes of " + std::to_string(c.there.stripe) +
+                               " KiB, which stay as they were created",
+                           std::to_string(c.there.stripe));
     }
     if (auto found = checkMembers(c)) return found;
     if (disksFor(c.planner.matching, c.wanted.disks).size() < c.wanted.disks.size()) return std::nullopt;
@@ -133,29 +134,29 @@ static bool isAlmost(KT_U64 size, KT_U64 wanted, KT_U64 row) {
 }
 
 // What is more wanted of a size than there will be, or less; `size` is that behind a migration.
-static std::optional<Verdict> checkSize(const WantedVd& wanted, const PresentVd& there, KT_U64 size,
-                                        const PresentLayout& target) {
+static std::optional<Unreachable> checkSize(const WantedVd& wanted, const PresentVd& there, KT_U64 size,
+                                            const PresentLayout& target) {
     if (!wanted.size || isAlmost(size, *wanted.size, rowOf(target))) return std::nullopt;
     const char* why = size != there.size ? ", to which the migration of its disks brings it"
                       : size > *wanted.size
                           ? ", and nothing makes one smaller"
                           : ", and one grows only when its disks migrate and nothing is free behind it";
-    return Verdict{wanted.place + ".size",
-                   nameOf(there) + (size != there.size ? " would have " : " has ") + std::to_string(size >> 20) +
-                       " MiB" + why + "; " + std::to_string(*wanted.size >> 20) + " MiB are wanted",
-                   std::to_string(size >> 20) + " MiB"};
+    return Unreachable{wanted.place + ".size",
+                       nameOf(there) + (size != there.size ? " would have " : " has ") + std::to_string(size >> 20) +
+                           " MiB" + why + "; " + std::to_string(*wanted.size >> 20) + " MiB are wanted",
+                       std::to_string(size >> 20) + " MiB"};
 }
 
-std::optional<Verdict> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentArray& array,
-                                      const PresentLayout& target) {
+std::optional<Unreachable> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentArray& array,
+                                          const PresentLayout& target) {
     if (there.status == "offline") {
-        return Verdict{wanted.place, nameOf(there) + " is offline, and no command brings its data back",
-                       "bring back the disks that it has lost"};
+        return Unreachable{wanted.place, nameOf(there) + " is offline, and no command brings its data back",
+                           "bring back the disks that it has lost"};
     }
     return checkSize(wanted, there, sizeBehind(array, there, target), target);
 }
 
-std::optional<Verdict> whyAnew(const Planner& planner, const WantedArray& wanted, const PresentArray& there) {
+std::optional<Unreachable> whyAnew(const Planner& planner, const WantedArray& wanted, const PresentArray& there) {
     const auto isOffline = [](const PresentVd& vd) { return vd.status == "offline"; };
     const bool missing = presentDisks(there.layout).size() < there.layout.disks.size();
     const bool offline =
@@ -164,7 +165,7 @@ std::optional<Verdict> whyAnew(const Planner& planner, const WantedArray& wanted
                               !there.vds.empty(), offline});
 }
 
-std::optional<Verdict> whyAnew(const Planner& planner, const WantedVd& wanted, const PresentVd& there) {
+std::optional<Unreachable> whyAnew(const Planner& planner, const WantedVd& wanted, const PresentVd& there) {
     auto found = whyAnew(Comparison{planner, wanted.place, nameOf(there), wanted.layout, there.layout, false, true,
                                     there.status == "offline"});
     if (found || disksFor(planner.matching, wanted.layout.disks).size() < wanted.layout.disks.size()) return found;

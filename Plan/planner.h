@@ -36,14 +36,11 @@ std::vector<KT_U64> presentDisks(const PresentLayout& layout);
 bool isIn(const std::vector<KT_U64>& list, KT_U64 value);
 
 // Why an array or a virtual disk outside arrays can only be made anew, and what can be had instead.
-struct Verdict {
-    std::string place, text, nearest;
-};
-std::optional<Verdict> whyAnew(const Planner& planner, const WantedArray& wanted, const PresentArray& there);
-std::optional<Verdict> whyAnew(const Planner& planner, const WantedVd& wanted, const PresentVd& there);
+std::optional<Unreachable> whyAnew(const Planner& planner, const WantedArray& wanted, const PresentArray& there);
+std::optional<Unreachable> whyAnew(const Planner& planner, const WantedVd& wanted, const PresentVd& there);
 // The same for a virtual disk of an array that stays.
-std::optional<Verdict> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentArray& array,
-                                      const PresentLayout& target);
+std::optional<Unreachable> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentArray& array,
+                                          const PresentLayout& target);
 
 // What is to become of a layout, and the disks that are to come; whyAnew() has found nothing.
 struct LayoutChange {

@@ -10,7 +10,7 @@
 #include "Public/settings.h"
 
 // True when the disk can run its link at the speed; otherwise says so, and `result` is what the command returns.
-static bool checkSpeed(KT_U16 pd, const Change* speed, int& result) {
+static bool checkSpeed(KT_U16 pd, const SettingChange* speed, int& result) {
     if (speed == nullptr) return true;
     _HD_Info_Request disk;
     KT_U8 status = KT_OK;
@@ -42,10 +42,10 @@ static bool checkRecord(const SetRequest& request, const SetRecord& record, int&
 
 // What of the request is still to be done.
 struct ToDo {
-    bool record;          // write it
-    const Change* status; // each null when it is not asked for, or is so already
-    const Change* mute;
-    const Change* power;
+    bool record;                 // write it
+    const SettingChange* status; // each null when it is not asked for, or is so already
+    const SettingChange* mute;
+    const SettingChange* power;
 };
 
 static bool isPowered(const _BBU_Info& battery, KT_U8 action) {
@@ -55,7 +55,7 @@ static bool isPowered(const _BBU_Info& battery, KT_U8 action) {
 }
 
 // The record and the disk's role must both say so: a disk is asked to go offline once too often rather than not at all.
-static bool isStatus(KT_U16 pd, const Change& change, const SetRecord& record) {
+static bool isStatus(KT_U16 pd, const SettingChange& change, const SetRecord& record) {
     _HD_RAID_Status_Request role;
     if (!holds(change, record) || getItem(KT_PD_GetHDRaidStatus, pd, role) != KT_OK) return false;
     return ((role.hdRaidStatus[0].Status & KT_PD_OFFLINE) == 0) == (change.bits != 0);
@@ -64,7 +64,7 @@ static bool isStatus(KT_U16 pd, const Change& change, const SetRecord& record) {
 static ToDo findToDo(const SetRequest& request, const SetRecord& record) {
     ToDo todo = {};
     for (int i = 0; i < request.count; ++i) {
-        const Change& change = request.changes[i];
+        const SettingChange& change = request.changes[i];
         if (isInRecord(change) && !holds(change, record)) todo.record = true;
     }
     todo.status = changeOf(request, SetValue::Status);
@@ -112,7 +112,7 @@ static int show(const SetRequest& request) {
     printObject(request, record);
     int result = 0;
     for (int i = 0; i < request.count; ++i) {
-        const Change& change = request.changes[i];
+        const SettingChange& change = request.changes[i];
         const SetValue value = change.row->value;
         if (value == SetValue::Mute) continue;
         if (value == SetValue::Power ? isPowered(record.bbu, change.bits) : holds(change, record)) continue;

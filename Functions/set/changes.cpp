@@ -66,19 +66,19 @@ static bool takeWord(const ValueWord (&words)[N], const char* value, KT_U8& code
     return false;
 }
 
-static bool refuse(const Change& change, const char* expected) {
+static bool refuse(const SettingChange& change, const char* expected) {
     out("%s : invalid value '%s', should be %s\n", change.row->name, change.word, expected);
     return false;
 }
 
-static bool takeRate(Change& change) {
+static bool takeRate(SettingChange& change) {
     KT_U64 rate = 0;
     if (!parseUpTo(change.word, 100, rate)) return refuse(change, "0 to 100");
     change.bits = static_cast<KT_U8>(rate);
     return true;
 }
 
-static bool takeNewName(Change& change) {
+static bool takeNewName(SettingChange& change) {
     if (takeName(change.word, arrayBasedRaid ? LONGEST_ARRAY_NAME : LONGEST_LD_NAME, change.name) != Take::Yes) {
         return false;
     }
@@ -90,7 +90,7 @@ static bool takeNewName(Change& change) {
 }
 
 // The value as the setting's row wants it.
-static bool takeValue(Change& change) {
+static bool takeValue(SettingChange& change) {
     const char* word = change.word;
     switch (change.row->value) {
     case SetValue::Name:
@@ -140,7 +140,7 @@ static const SettingRow* rowFor(int option, SetObject object) {
 }
 
 static bool takeChange(const SettingRow& row, const char* word, SetRequest& request) {
-    Change& change = request.changes[request.count++];
+    SettingChange& change = request.changes[request.count++];
     change = {&row, word, 0, {}};
     if (!takeValue(change)) return false;
     if (isOffered(row)) return true;
@@ -149,8 +149,8 @@ static bool takeChange(const SettingRow& row, const char* word, SetRequest& requ
 }
 
 static bool checkAgreement(const SetRequest& request) {
-    const Change* mode = changeOf(request, SetValue::CacheMode);
-    const Change* policy = changeOf(request, SetValue::WritePolicy);
+    const SettingChange* mode = changeOf(request, SetValue::CacheMode);
+    const SettingChange* policy = changeOf(request, SetValue::WritePolicy);
     if (mode == nullptr || policy == nullptr || mode->bits == policy->bits) return true;
     out("-c %s and -w %s contradict each other\n", mode->word, policy->word);
     return false;
@@ -170,19 +170,19 @@ bool readChanges(const char* command, const char* objectWord, const OptionCounts
     return checkAgreement(request);
 }
 
-const Change* changeOf(const SetRequest& request, SetValue value) {
+const SettingChange* changeOf(const SetRequest& request, SetValue value) {
     for (int i = 0; i < request.count; ++i) {
         if (request.changes[i].row->value == value) return &request.changes[i];
     }
     return nullptr;
 }
 
-bool isInRecord(const Change& change) {
+bool isInRecord(const SettingChange& change) {
     const SetValue value = change.row->value;
     return value != SetValue::Status && value != SetValue::Mute && value != SetValue::Power;
 }
 
-bool holds(const Change& change, const SetRecord& record) {
+bool holds(const SettingChange& change, const SetRecord& record) {
     const KT_U8* field = record.bytes + change.row->offset;
     switch (change.row->value) {
     case SetValue::Name:
@@ -195,7 +195,7 @@ bool holds(const Change& change, const SetRecord& record) {
     }
 }
 
-void apply(const Change& change, SetRecord& record) {
+void apply(const SettingChange& change, SetRecord& record) {
     KT_U8* field = record.bytes + change.row->offset;
     if (change.row->value == SetValue::Name) {
         KT_U8 name[NAME_FIELD];

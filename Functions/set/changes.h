@@ -67,7 +67,7 @@ struct SettingRow {
 };
 
 // One setting that the user asked for.
-struct Change {
+struct SettingChange {
     const SettingRow* row;
     const char* word; // as it was typed; null for an option without a value
     KT_U8 bits;       // what the setting is to become; a call's argument for those that are calls
@@ -82,7 +82,7 @@ struct SetRequest {
     KT_U16 id; // of the virtual disk, disk or array; the adapter for the others
     bool waived;
     int count;
-    Change changes[MOST_CHANGES];
+    SettingChange changes[MOST_CHANGES];
 };
 
 // Reads the values of the given options into request.changes. False, with a message, for an option that belongs to
@@ -91,13 +91,13 @@ bool readChanges(const char* command, const char* objectWord, const OptionCounts
                  SetRequest& request);
 
 // The change of that kind; null when it was not asked for.
-const Change* changeOf(const SetRequest& request, SetValue value);
+const SettingChange* changeOf(const SetRequest& request, SetValue value);
 
 // True for what is written with the record.
-bool isInRecord(const Change& change);
+bool isInRecord(const SettingChange& change);
 
 // True when the record already is as the change wants it.
-bool holds(const Change& change, const SetRecord& record);
+bool holds(const SettingChange& change, const SetRecord& record);
 
 // Makes the change in the record, which keeps everything else.
-void apply(const Change& change, SetRecord& record);
+void apply(const SettingChange& change, SetRecord& record);

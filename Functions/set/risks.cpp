@@ -18,7 +18,7 @@ static bool hasGoodBattery() {
 }
 
 // True when the change turns a write cache on that was off, or whose battery nobody asked for.
-static bool turnsOn(const Change* change, const SetRecord& record, KT_U8 on) {
+static bool turnsOn(const SettingChange* change, const SetRecord& record, KT_U8 on) {
     return change != nullptr && change->bits == on && !holds(*change, record);
 }
 
@@ -33,7 +33,7 @@ static bool nameVdRisks(const SetRequest& request, const SetRecord& record) {
 // The cache is that of the disks themselves, which no battery of the adapter keeps.
 static bool nameDiskCacheRisk(const SetRequest& request, const SetRecord& record) {
     for (int i = 0; i < request.count; ++i) {
-        const Change& change = request.changes[i];
+        const SettingChange& change = request.changes[i];
         if (change.row->option != 'c' || !turnsOn(&change, record, 1)) continue;
         if (request.object == SetObject::Pd) {
             out("No battery keeps the write cache of PD %d: what it holds will be lost when the power fails.\n",
@@ -105,8 +105,8 @@ static bool nameDischargeRisks() {
 }
 
 bool nameRisks(const SetRequest& request, const SetRecord& record) {
-    const Change* status = changeOf(request, SetValue::Status);
-    const Change* power = changeOf(request, SetValue::Power);
+    const SettingChange* status = changeOf(request, SetValue::Status);
+    const SettingChange* power = changeOf(request, SetValue::Power);
     bool any = false;
     if (request.object == SetObject::Vd) any = nameVdRisks(request, record);
     if (request.object == SetObject::Pd || request.object == SetObject::Array) any = nameDiskCacheRisk(request, record);
