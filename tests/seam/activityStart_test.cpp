@@ -10,9 +10,8 @@
 
 namespace {
 
-class Start : public ::testing::Test {
-  protected:
-    void SetUp() override { layOut(); }
+struct Start : SeamTest {
+    Start() { layOut(); }
 };
 
 TEST_F(Start, ArgumentsAreRefusedBeforeAnythingIsRead) {
@@ -113,13 +112,7 @@ TEST_F(Start, MediaPatrolRunsOnSparesAndAssignedDisks) {
 }
 
 TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
-    const struct {
-        CommandHandler handler;
-        const char* line;
-        const char* question;
-        const char* call;
-        const char* done;
-    } cases[] = {
+    const std::tuple<CommandHandler, const char*, const char*, const char*, const char*> cases[] = {
         {doInit, "init -l 2", "Init VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
          "KT_LD_StartINIT 2 2", "Start initialization successfully\n"},
         {doCC, "cc -l 2", "Fix VD will stop Media patrol on PD. Do you want to continue?(y or n)\n",
@@ -132,18 +125,18 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
          "Rebuild Array will stop Media patrol on PD. Do you want to continue?(y or n)\n",
          "KT_LD_DG_StartRebuild 2 1 9", "Start rebuild successfully\n"},
     };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.line);
+    for (const auto& [handler, line, question, call, done] : cases) {
+        SCOPED_TRACE(line);
         layOut();
         vdStatus().BgaExt = 0xFD;
-        EXPECT_EQ(run(row.handler, row.line).printed, row.done);
+        EXPECT_EQ(run(handler, line).printed, done);
         vdStatus().BgaExt = KT_BGAEXT_MEDIA_PATROL;
         array().PDBgaRunning = 1;
-        Outcome yes = run(row.handler, row.line, "maybe\nYes\n");
-        EXPECT_EQ(yes.printed, std::string(row.question) + "Please input y or n.\n" + row.done);
-        EXPECT_EQ(changes(), (Calls{row.call, row.call}));
+        Outcome yes = run(handler, line, "maybe\nYes\n");
+        EXPECT_EQ(yes.printed, std::string(question) + "Please input y or n.\n" + done);
+        EXPECT_EQ(changes(), (Calls{call, call}));
         for (const char* no : {"n\n", "No\n", ""}) {
-            expect(run(row.handler, row.line, no), row.question);
+            expect(run(handler, line, no), question);
         }
         EXPECT_EQ(changes().size(), 2U);
     }

@@ -8,13 +8,10 @@
 #include "tests/seam/seam.h"
 
 namespace {
-class Aes : public testing::Test {
-  protected:
-    void SetUp() override {
-        seam = {};
+struct Aes : SeamTest {
+    Aes() {
         for (auto& port : seam.aesOverview.aes_port)
             port = {255, 255};
-        gAdapterInfo[0] = {};
         gAdapterInfo[0].MaxAESEntry = 3;
     }
 };

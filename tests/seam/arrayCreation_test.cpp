@@ -81,13 +81,7 @@ TEST_F(Creation, OfArraysSendsRecordAndSettings) {
 TEST_F(Creation, OfArraysSaysWhatStandsInTheWay) {
     arrayBasedRaid = true;
     const char line[] = "create -o array -r 1 -d 8,9";
-    const struct {
-        const char* call;
-        KT_U8 status;
-        const char* more;
-        const char* printed;
-        int result;
-    } failures[] = {
+    const std::tuple<const char*, KT_U8, const char*, const char*, int> failures[] = {
         {"KT_PD_GetHDInfo_Ext", 1, "", "Create array 7 successfully.\n", 0},
         {"KT_PD_GetHDRaidStatus", 9, "", "Unable to get info of PD 8, (error 9 : Invalid physical disk id)\n", 1},
         {"KT_PD_GetMBRInfo", 1, "", "\nFailed to create virtual disk (error 1: Failed).\n", 1},
@@ -99,9 +93,9 @@ TEST_F(Creation, OfArraysSaysWhatStandsInTheWay) {
          "\nFailed to calculate array size by the given parameters(error 1: Failed).\n", 1},
     };
     seam.size = 0x12A42FA34;
-    for (const auto& row : failures) {
-        seam.statuses = {{row.call, row.status}};
-        expect(run(doCreateV2, line + std::string(row.more)), row.printed, row.result);
+    for (const auto& [call, status, more, printed, result] : failures) {
+        seam.statuses = {{call, status}};
+        expect(run(doCreateV2, line + std::string(more)), printed, result);
     }
     EXPECT_EQ("KT_CreateOrModify_DG 1", seam.calls.back());
     seam.statuses = {{"KT_PD_GetHDInfo_Ext", 1}, {"KT_PD_GetHDInfo", 9}};
@@ -157,11 +151,7 @@ TEST_F(Creation, InAnArraySendsTheRecord) {
 
 TEST_F(Creation, InAnArraySaysWhatStandsInTheWay) {
     arrayBasedRaid = true;
-    const struct {
-        KT_U8 level;
-        const char* options;
-        const char* printed;
-    } cases[] = {
+    const std::tuple<KT_U8, const char*, const char*> cases[] = {
         {KT_RAID5, " -l 2", "Invalid slot number.  Total slot is 2\n"},
         {KT_RAID5, " -l 0", "Slot number 0 has already occupied by VD 11\n"},
         {KT_RAID0, " -i foreground", "Invalid initialization mode. RAID0 only support none and quick initialize.\n"},
@@ -171,9 +161,9 @@ TEST_F(Creation, InAnArraySaysWhatStandsInTheWay) {
         {KT_RAID5, " -s 1000 -g 1", "Create VD 7 successfully.\n"},
         {2, "", "Specified RAID mode is not supported.\n"},
     };
-    for (const auto& row : cases) {
-        seam.arrays[0].RaidMode = row.level;
-        expect(run(doCreateV2, "create -a 3" + std::string(row.options)), row.printed, row.printed[0] == 'C' ? 0 : 1);
+    for (const auto& [level, options, printed] : cases) {
+        seam.arrays[0].RaidMode = level;
+        expect(run(doCreateV2, "create -a 3" + std::string(options)), printed, printed[0] == 'C' ? 0 : 1);
     }
     seam.arrays[0].RaidMode = KT_HYBRID;
     adapter.LogicalDriverMode = 0;

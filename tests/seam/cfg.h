@@ -32,19 +32,16 @@ inline std::string serialOf(const _HBA_Info_Page& page) {
     return {reinterpret_cast<const char*>(page.Serial_Num), sizeof page.Serial_Num};
 }
 
-class Cfg : public testing::Test {
-  protected:
+struct Cfg : SeamTest {
     fs::path before = fs::current_path();
     fs::path folder;
     _HBA_Info_Page page = {}; // what the flash of the adapter holds that commands run on
 
     void SetUp() override {
-        seam = {};
         memcpy(page.Signature, "TLVN", 4);
         page.RAID_Feature = 2;
         page.BGA_Rate = 0x5A;
         gCurrentAdapter = 0;
-        gAdapterInfo[0] = {};
         gAdapterInfo[0].PortCount = 2;
         gAdapterInfo[0].DevID = 0x4740;
         char name[] = "/tmp/cfg-test.XXXXXX";

@@ -94,21 +94,18 @@ TEST_F(Cfg, NothingIsFlashedWhenAFileCannotBeRewritten) {
     const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"
                                 "KTCLI_RAID_CONFIG End\n";
     const std::string longer = std::string(1000, '#') + "\n";
-    const struct {
-        std::string file, numbers;
-        const char* printed;
-    } cases[] = {
+    const std::tuple<std::string, std::string, const char*> cases[] = {
         {configuration("") + longer, assignment, "Error: Failed open c.txt !\n"},
         {configuration(""), assignment + longer, "Error:Failed open setcfg.txt \n"},
     };
-    for (const auto& row : cases) {
-        write("c.txt", row.file);
-        write("setcfg.txt", row.numbers);
+    for (const auto& [file, numbers, printed] : cases) {
+        write("c.txt", file);
+        write("setcfg.txt", numbers);
         FileLimit limit(1000);
-        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + row.printed, 1);
+        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + printed, 1);
         EXPECT_EQ(READ, seam.calls.back());
-        EXPECT_EQ(row.file, fileText("c.txt"));
-        EXPECT_EQ(row.numbers, fileText("setcfg.txt"));
+        EXPECT_EQ(file, fileText("c.txt"));
+        EXPECT_EQ(numbers, fileText("setcfg.txt"));
         EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
     }
 }
@@ -143,11 +140,7 @@ TEST_F(Cfg, AutosetStartsAtTheStartAndStopsAtTheEnd) {
 }
 
 TEST_F(Cfg, AutosetRefusesItsFile) {
-    const struct {
-        const char* from;
-        const char* to;
-        const char* printed;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"[PORT_GROUP]", "[PORTS]", "Restore_Error: Unknown option!(setcfg.txt)\n"},
         {"[PORT_GROUP]", "PORT_GROUP", "Restore_Error: Error grammar in setcfg.txt!\n"},
         {"[PORT_GROUP]=", "[PORT_GROUP] 0", "Restore_Error: Error grammar in setcfg.txt!\n"},
@@ -177,11 +170,11 @@ TEST_F(Cfg, AutosetRefusesItsFile) {
     const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n";
     EXPECT_EQ(opening + "Error:Failed open setcfg.txt \n",
               runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").printed);
-    for (const auto& row : cases) {
+    for (const auto& [from, to, printed] : cases) {
         std::string text = assignment;
-        text.replace(text.find(row.from), strlen(row.from), row.to);
+        text.replace(text.find(from), strlen(from), to);
         write("setcfg.txt", text);
-        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + row.printed, 1);
+        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + printed, 1);
         EXPECT_EQ(READ, seam.calls.back());
         EXPECT_EQ(text, fileText("setcfg.txt"));
     }

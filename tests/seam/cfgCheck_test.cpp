@@ -36,13 +36,11 @@ _DG_Info array(KT_U16 id, const char* name, KT_U8 level, const std::vector<KT_U1
 }
 
 // Twelve disks with room for 10,000 M each, and a file and an adapter with nothing yet.
-class Obstacles : public testing::Test {
-  protected:
+struct Obstacles : SeamTest {
     CfgRaidHolder present = newCfgRaid();
     CfgRaidHolder wanted = newCfgRaid();
 
     void SetUp() override { start(false); }
-    void TearDown() override { arrayBasedRaid = false; }
     void start(bool arrays) {
         seam = {};
         addDisks(12);

@@ -163,20 +163,18 @@ TEST_F(Cfg, ACapacityOfNothingIsAllTheSpaceThereIs) {
 }
 
 TEST_F(Cfg, RestoredDisksTakeTheirParametersFromTheText) {
-    const struct {
-        KT_U64 size;
-        KT_U8 rounding;
-    } sizes[] = {{20000, KT_ROUND_10GB}, {3000, KT_ROUND_1GB}, {1234, KT_ROUND_NONE}, {4294967295, KT_ROUND_NONE}};
-    for (const auto& row : sizes) {
+    const std::tuple<KT_U64, KT_U8> sizes[] = {
+        {20000, KT_ROUND_10GB}, {3000, KT_ROUND_1GB}, {1234, KT_ROUND_NONE}, {4294967295, KT_ROUND_NONE}};
+    for (const auto& [size, rounding] : sizes) {
         _LD_Info ld = {};
-        ld.Size = row.size;
+        ld.Size = size;
         ld.CacheMode = 5;
         ld.StripeBlockSize = 128;
         ld.HDCount = 255; // more than the record holds
         _Create_LD_Param param;
         KT_Restore_LdCreateParam(&ld, &param);
-        EXPECT_EQ(row.rounding, param.RoundingScheme) << row.size;
-        EXPECT_EQ(row.size * 1024, param.Size);
+        EXPECT_EQ(rounding, param.RoundingScheme) << size;
+        EXPECT_EQ(size * 1024, param.Size);
         EXPECT_EQ(5, param.CachePolicy);
         EXPECT_EQ(128, param.StripeBlockSize);
         EXPECT_EQ(KT_INIT_QUICK, param.InitializationOption);
@@ -189,10 +187,7 @@ TEST_F(Cfg, RestoredDisksTakeTheirParametersFromTheText) {
 TEST_F(Cfg, EveryFailureEndsTheRestore) {
     write("raid.txt", configuration(raidLines));
     addRaid();
-    const struct {
-        const char* call;
-        const char* printed;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {READ, "\nExecutes read hba config fail (error 9: Invalid physical disk id).\n"},
         {WRITE, "\nExecutes write hba config fail (error 9: Invalid physical disk id).\n"},
         {"KT_PD_GetHDRaidStatus", "\nExecutes get pd spare info  fail (error 9: Invalid physical disk id).\n"},
@@ -207,12 +202,12 @@ TEST_F(Cfg, EveryFailureEndsTheRestore) {
          "\nFailed to assign disk 10 as a spare disk to array 2 (error 9: Invalid physical disk id).\n"},
     };
     testing::internal::CaptureStderr();
-    for (const auto& row : cases) {
-        seam.statuses = {{row.call, 9}};
+    for (const auto& [call, printed] : cases) {
+        seam.statuses = {{call, 9}};
         Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f raid.txt --raid");
-        EXPECT_EQ(9, outcome.result) << row.call;
-        EXPECT_EQ(row.call, seam.calls.back());
-        EXPECT_EQ(row.printed, outcome.printed.substr(outcome.printed.size() - strlen(row.printed))) << row.call;
+        EXPECT_EQ(9, outcome.result) << call;
+        EXPECT_EQ(call, seam.calls.back());
+        EXPECT_EQ(printed, outcome.printed.substr(outcome.printed.size() - strlen(printed))) << call;
     }
     testing::internal::GetCapturedStderr();
     seam.statuses = {{"KT_Flash_Bin", 1}};
@@ -236,11 +231,7 @@ TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
     const std::string whole = "KTCLI_RAID_CONFIG End\n" + read;
     const std::string phyOnly = "The file was read for its PHY tuning only; the RAID configuration stays as it is.\n";
     const std::string lacks = " lacks its mode, capacity or members; the RAID configuration stays as it is.\n";
-    const struct {
-        const char* words;
-        std::string printed;
-        int result;
-    } cases[] = {
+    const std::tuple<const char*, std::string, int> cases[] = {
         {"-t phy -f phy.txt", read + phyOnly, 7},
         // Of a text in full all but its virtual disks and spares is restored.
         {"-t phy -f full.txt", read + phyOnly, 7},
@@ -250,10 +241,10 @@ TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
         {"-f spare.txt", whole + "Spare 0 lacks its physical disk; the RAID configuration stays as it is.\n", 7},
         {"-f off.txt", whole, 1},
     };
-    for (const auto& row : cases) {
+    for (const auto& [words, printed, result] : cases) {
         seam.calls.clear();
-        expect(runOn(doRestore_CFG, std::string("restore_cfg --raid ") + row.words), row.printed, row.result);
-        EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << row.words;
+        expect(runOn(doRestore_CFG, std::string("restore_cfg --raid ") + words), printed, result);
+        EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << words;
     }
     runOn(doRestore_CFG, "restore_cfg -t phy -f full.txt");
     EXPECT_EQ(1U, written().HBA_Flag);

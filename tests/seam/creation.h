@@ -5,17 +5,13 @@
 
 #include "tests/seam/seam.h"
 
-class Creation : public testing::Test {
-  protected:
+struct Creation : SeamTest {
     _Adapter_Info& adapter = gAdapterInfo[0];
-    void SetUp() override {
-        seam = {};
-        adapter = {};
+    Creation() {
         adapter.DevID = 0x4600;
         adapter.LogicalDriverMode = 0x0FFF;
         adapter.MaxParityDisks = 3;
         adapter.MaxVDPerDG = 8;
-        arrayBasedRaid = false;
         addDisks(10);
         _DG_Info array = {};
         array.DGID = 3;
@@ -30,7 +26,6 @@ class Creation : public testing::Test {
         array.VDIDs[1] = KT_NO_ID;
         seam.arrays.push_back(array);
     }
-    void TearDown() override { arrayBasedRaid = false; }
 };
 
 // 129 disks, one more than a record holds.

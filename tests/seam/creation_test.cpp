@@ -103,38 +103,33 @@ TEST_F(Creation, OnDisksSendsTheRecord) {
 
 TEST_F(Creation, OnDisksAsksForTheBatteryOnlyWithoutACacheMode) {
     adapter.AdvancedFeatures = KT_ADV_BBU;
-    const struct {
-        const char* mode;
-        KT_U8 battery, status, cache;
-    } cases[] = {{"", 1, 0, 0}, {"", 0, 0, 1}, {"", 1, 16, 1}, {" -c on", 0, 0, 0}};
-    for (const auto& row : cases) {
+    const std::tuple<const char*, KT_U8, KT_U8, KT_U8> cases[] = {
+        {"", 1, 0, 0}, {"", 0, 0, 1}, {"", 1, 16, 1}, {" -c on", 0, 0, 0}};
+    for (const auto& [mode, battery, status, cache] : cases) {
         seam.calls.clear();
-        seam.battery.status = row.battery;
-        seam.statuses["KT_BBU_GetInfo"] = row.status;
-        run(doCreate, "create -r 1 -d 8,9" + std::string(row.mode));
+        seam.battery.status = battery;
+        seam.statuses["KT_BBU_GetInfo"] = status;
+        run(doCreate, "create -r 1 -d 8,9" + std::string(mode));
         _Create_LD_Param sent = ldParam(KT_RAID1, {8, 9}, "VD_R1_1");
-        sent.CachePolicy = row.cache;
+        sent.CachePolicy = cache;
         EXPECT_EQ(bytesOf(sent), seam.sent["KT_LD_Create"]);
         Calls expected = {"KT_PD_GetHDRaidStatus 8", "KT_PD_GetHDRaidStatus 9", "KT_PD_GetMBRInfo",
                           "KT_BBU_GetInfo",          "KT_LD_GetInfo",           "KT_LD_Create"};
-        if (*row.mode != '\0') expected.erase(expected.begin() + 3);
+        if (*mode != '\0') expected.erase(expected.begin() + 3);
         EXPECT_EQ(expected, seam.calls);
     }
 }
 
 TEST_F(Creation, OnDisksSaysWhichDiskOrCallStandsInTheWay) {
-    const struct {
-        KT_U8 role;
-        const char* printed;
-    } roles[] = {
+    const std::tuple<KT_U8, const char*> roles[] = {
         {KT_PD_OFFLINE | KT_PD_GLOBAL_SPARE, "Offline disk 8 can not be used to create VD.\n"},
         {KT_PD_GLOBAL_SPARE | KT_PD_FOREIGN, "Spare disk 8 can not be used to create VD.\n"},
         {KT_PD_DEDICATED_SPARE, "Spare disk 8 can not be used to create VD.\n"},
         {KT_PD_FOREIGN, "Foreign disk 8 can not be used to create VD.\n"},
     };
-    for (const auto& row : roles) {
-        seam.disks[8].Status = row.role;
-        EXPECT_EQ(row.printed, run(doCreate, "create -r 1 -d 8,9").printed);
+    for (const auto& [role, printed] : roles) {
+        seam.disks[8].Status = role;
+        EXPECT_EQ(printed, run(doCreate, "create -r 1 -d 8,9").printed);
     }
     seam.disks[8].Status = KT_PD_MEMBER;
     const struct {
@@ -164,13 +159,7 @@ TEST_F(Creation, OnDisksSaysWhichDiskOrCallStandsInTheWay) {
 TEST_F(Creation, AsksBeforeItOverwritesFileSystems) {
     arrayBasedRaid = true;
     const char question[] = "Do you still want to create the VD? (y or n)\n";
-    const struct {
-        CommandHandler handler;
-        const char* line;
-        const char* call;
-        const char* one;
-        const char* two;
-    } cases[] = {
+    const std::tuple<CommandHandler, const char*, const char*, const char*, const char*> cases[] = {
         {doCreate, "create -r 1 -d 8,9", "KT_LD_Create",
          "PD 9 has file system on it. Data will be lost if it is used to create VD.\n",
          "PD 8 9 have file system on them. Data will be lost if they are used to create VD.\n"},
@@ -178,22 +167,22 @@ TEST_F(Creation, AsksBeforeItOverwritesFileSystems) {
          "PD 9 has file system on it. Data will be lost if it is used to create array.\n",
          "PD 8 9 have file system on them. Data will be lost if they are used to create array.\n"},
     };
-    for (const auto& row : cases) {
+    for (const auto& [handler, line, call, one, two] : cases) {
         for (const char* declined : {"n\n", "No\n", ""}) {
             seam.sent.clear();
             seam.disksWithFileSystem = {9};
-            EXPECT_EQ(std::string(row.one) + question, run(row.handler, row.line, declined).printed);
-            EXPECT_FALSE(seam.sent.contains(row.call)) << declined;
+            EXPECT_EQ(std::string(one) + question, run(handler, line, declined).printed);
+            EXPECT_FALSE(seam.sent.contains(call)) << declined;
         }
         for (const char* accepted : {"y\n", "x\n", "\n"}) {
             seam.sent.clear();
             seam.disksWithFileSystem = {9, 8};
-            EXPECT_EQ(0u, run(row.handler, row.line, accepted).printed.find(std::string(row.two) + question));
-            EXPECT_TRUE(seam.sent.contains(row.call)) << accepted;
+            EXPECT_EQ(0u, run(handler, line, accepted).printed.find(std::string(two) + question));
+            EXPECT_TRUE(seam.sent.contains(call)) << accepted;
         }
         seam.sent.clear();
-        EXPECT_EQ(0, run(row.handler, std::string(row.line) + " --waiveconfirmation").result);
-        EXPECT_TRUE(seam.sent.contains(row.call));
+        EXPECT_EQ(0, run(handler, std::string(line) + " --waiveconfirmation").result);
+        EXPECT_TRUE(seam.sent.contains(call));
         EXPECT_FALSE(seam.sent.contains("KT_PD_GetMBRInfo"));
     }
 }

@@ -29,9 +29,13 @@
 #include "Functions/wipe/wipe.h"
 #include "tests/seam/activity.h"
 
+struct EmptyValue : SeamTest {
+    EmptyValue() { layOut(); }
+};
+using WideNumber = EmptyValue;
+
 // The blank and the tab behind an option hold an empty word between them.
-TEST(EmptyValue, ChangesNothing) {
-    layOut();
+TEST_F(EmptyValue, ChangesNothing) {
     arrayBasedRaid = true;
     gAdapterInfo[0].AdvancedFeatures = 0;
     expectRefused({
@@ -78,11 +82,9 @@ TEST(EmptyValue, ChangesNothing) {
         {doForceOnline, "forceonline -i \t", "-i : invalid id ''\n"},
         {doForceOnline, "forceonline -i 1 -p \t", "-p : invalid percentage ''\n"},
     });
-    arrayBasedRaid = false;
 }
 
-TEST(EmptyValue, IsZeroForThoseWhoOnlyLook) {
-    layOut();
+TEST_F(EmptyValue, IsZeroForThoseWhoOnlyLook) {
     run(doLocate, "locate -a on -i \t");
     run(doGet, "get -o pd -i \t");
     EXPECT_EQ(seam.calls, (Calls{"KT_LocateArrayDevice 1 0 1", "KT_PD_GetConfig 0"}));
@@ -93,8 +95,7 @@ TEST(EmptyValue, IsZeroForThoseWhoOnlyLook) {
 }
 
 // What does not fit its field is a number all the same, and gets the message of its range.
-TEST(WideNumber, GetsTheMessageOfItsRange) {
-    layOut();
+TEST_F(WideNumber, GetsTheMessageOfItsRange) {
     expectRefused({
         {doCreate, "create -r 6 -d 1,2,3 -q 300", "Number of parity disks should be at least 2 and less than 3.\n"},
         {doCreate, "create -r 5 -d 1,2,3 -q 300", "RAID mode RAID5 don't support the setting of parity disks.\n", 19},

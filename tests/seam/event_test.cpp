@@ -9,10 +9,8 @@
 
 namespace {
 
-class Events : public testing::Test {
-  protected:
+struct Events : SeamTest {
     void SetUp() override {
-        seam = {};
         gUTCStatus = UTC_CLOCK_UNKNOWN;
         setZone("UTC");
     }

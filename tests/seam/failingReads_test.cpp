@@ -1,15 +1,23 @@
-// Reads that fail, and reads that succeed and bring no record: each ends the command in its own words, and nobody takes
+// Calls that fail, and reads that succeed and bring no record: each ends the command in its own words, and nobody takes
 // the zeroes of a record that did not come for a state.
 #include "Functions/consistencyCheck/consistencyCheck.h"
 #include "Functions/copyBack/copyBack.h"
 #include "Functions/create/create.h"
 #include "Functions/delete/delete.h"
+#include "Functions/enclosure/enclosure.h"
+#include "Functions/get/get.h"
+#include "Functions/info/info.h"
 #include "Functions/init/init.h"
 #include "Functions/mediaPatrol/mediaPatrol.h"
 #include "Functions/migrate/migrate.h"
 #include "Functions/migrate/migrateV2.h"
 #include "Functions/rebuild/rebuild.h"
 #include "Functions/rebuild/rebuildV2.h"
+#include "Functions/set/set.h"
+#include "Functions/smart/smart.h"
+#include "Functions/ssd/ssd.h"
+#include "Functions/ssdop/ssdop.h"
+#include "Functions/status/status.h"
 #include "tests/seam/activity.h"
 
 namespace {
@@ -19,7 +27,7 @@ struct Row {
     CommandHandler handler;
     const char* line;
     const char* call;
-    const char* printed; // '@' stands for the error
+    const char* printed; // '@' stands for the error, '#' for one with a blank before its colon
     Tried tried;
     int failed = KT_ERR_VD_MISSING; // what the command returns for a status
 };
@@ -27,6 +35,12 @@ const char vdInfo[] = "\nUnable to get info of VD 2 @.\n";
 const char vdStatus2[] = "\nUnable to get status of VD 2 @.\n";
 const char necessary[] = "\nUnable to get necessary info@.\n";
 const char pd9[] = "Failed to get status for PD 9 @\n";
+const char vdConfig[] = "\nVD 2 is invalid @\n";
+const char pdConfig[] = "\nUnable to get configuration of hard disk 2 #.\n";
+const char arrayConfig[] = "\nUnable to get configuration of array 2 @\n";
+const char hbaConfig[] = "\nUnable to get configuration info of hba 0 @\n";
+const char pd2[] = "Unable to get info of PD 2 #\n";
+const char noElements[] = "\nUnable to get enclosure info @\n";
 
 const Row rows[] = {
     {doInit, "init -l 2", "KT_LD_GetInfo", vdInfo, BOTH},
@@ -61,27 +75,74 @@ const Row rows[] = {
     {doDelete, "delete -o array -i 2 --waiveconfirmation", "KT_DG_GetInfo", "\nUnable to get info of array 2 @.\n",
      BOTH, 1},
     {doCreate, "create -r 0 -d 8,9", "KT_PD_GetHDRaidStatus", "Failed to get status for PD 8 @\n", BOTH, 1},
+    {doGet, "get -o pd -i 2", "KT_PD_GetConfig", pdConfig, FAILS},
+    {doGet, "get -o array -i 2", "KT_DG_GetConfig", arrayConfig, FAILS},
+    {doGet, "get -o vd -i 2", "KT_LD_GetConfig", vdConfig, FAILS},
+    {doGet, "get -o link -i 2", "KT_LD_GetInfo", vdConfig, FAILS},
+    {doGet, "get -o hba", "KT_Adapter_GetConfig", hbaConfig, FAILS},
+    {doSetV2, "set -o pd -i 2 -c on", "KT_PD_GetConfig", pdConfig, BOTH},
+    {doSetV2, "set -o array -i 2 -c on", "KT_DG_GetConfig", arrayConfig, BOTH},
+    {doSetV2, "set -o vd -i 2 -c on", "KT_LD_GetConfig", vdConfig, BOTH},
+    {doSetV2, "set -o hba --copyback on", "KT_Adapter_GetConfig", hbaConfig, FAILS},
+    {doSetV2, "set -o bbu --power charge", "KT_BBU_GetInfo", "Unable to get info of BBU. @.\n", FAILS},
+    {doInfo, "info -o bbu -i 0", "KT_BBU_GetInfo", "Unable to get info of BBU. @.\n", FAILS},
+    {doInfo, "info -o pd", "KT_PD_GetHDInfo", "\nUnable to get info of PD @\n", FAILS},
+    {doInfo, "info -o pd -i 2", "KT_PD_GetHDInfo", "\nUnable to get info of PD 2 @\n", FAILS},
+    {doInfo, "info -o blk", "KT_BLK_GetInfo", "\nUnable to get info of block @\n", FAILS},
+    {doInfo, "info -o blk -i 2", "KT_BLK_GetInfo", "\nUnable to get info of block 2 @\n", FAILS},
+    {doInfo, "info -o spare", "KT_PD_GetHDRaidStatus", "\nUnable to get info of spare @\n", FAILS},
+    {doInfo, "info -o spare -i 2", "KT_PD_GetHDRaidStatus", "\nUnable to get info of spare 2 @\n", FAILS},
+    {doInfo, "info -o vd", "KT_LD_GetInfo", "\nUnable to get info of vd @\n", FAILS},
+    {doInfo, "info -o vd -i 2", "KT_LD_GetInfo", "\nUnable to get info of vd 2 @\n", FAILS},
+    {doInfo, "info -o array", "KT_DG_GetInfo", "\nUnable to get info of array@\n", FAILS},
+    {doInfo, "info -o array -i 2", "KT_DG_GetInfo", "\nUnable to get info of array 2 @\n", FAILS},
+    {doInfo, "info -o pm", "KT_PD_GetPMInfo", "\nUnable to get info of PM @\n", FAILS},
+    {doInfo, "info -o pm -i 2", "KT_PD_GetPMInfo", "\nUnable to get info of PM 2 @\n", FAILS},
+    {doInfo, "info -o exp", "KT_PD_GetExpanderInfo", "\nUnable to get info of expander @\n", FAILS},
+    {doInfo, "info -o exp -i 2", "KT_PD_GetExpanderInfo", "\nUnable to get info of expander 2 @\n", FAILS},
+    {doEnclosure, "enc -o enc", "KT_ENC_GetEnclosureInfo", noElements, FAILS},
+    {doEnclosure, "enc -o ele -t fan", "KT_ENC_GetEnclosureInfo", noElements, FAILS},
+    {doStatus, "status -o pd", "KT_PD_GetSmartStatus", "\nUnable to get status of hard disk 255 @.\n", FAILS},
+    {doStatus, "status -o pd -i 2", "KT_PD_GetSmartStatus", "\nUnable to get status of hard disk 2 @.\n", FAILS},
+    {doSmart, "smart -p 2", "KT_PD_GetHDInfo", pd2, FAILS},
+    {doSmart, "smart -p 2", "KT_PassThrough_ATA", "\nUnable to get smart return status for PHY 2 @\n", FAILS},
+    {doSmart, "smart -p 2", "KT_PD_GET_SMART_INFO",
+     "SMART STATUS RETURN: NotOK.\n\nUnable to get smart information for PHY 2 @\n", FAILS},
+    {doSsdDiagnostic, "ssd", "KT_PD_GetHDInfo", "\nUnable to get info of PD @\n", FAILS},
+    {doSsdDiagnostic, "ssd -d 2", "KT_PD_GetHDInfo", pd2, BOTH},
+    {doSsdDiagnostic, "ssd -d 2", "KT_SSD_SmartReadData", "\nUnable to get SMART data of PD 2 @\n", FAILS},
+    {doSsdDiagnostic, "ssd -d 2 -a start", "KT_SSD_Diagnostic", "\nUnable to start the self-test of PD 2 @\n", FAILS},
+    {doSsdDiagnostic, "ssd -d 2 -a stop", "KT_SSD_Diagnostic", "\nUnable to stop the self-test of PD 2 @\n", FAILS},
+    {doSsdDiagnostic, "ssd -d 2 -a status", "KT_SSD_Diagnostic", "\nUnable to get the self-test of PD 2 @\n", FAILS},
+    {doSsdOp, "ssdop -d 2 -a version", "KT_PD_GetHDInfo", pd2, BOTH},
 };
 
 // The read is the last thing that the command does.
 void check(const Row& row, const std::string& error, int result) {
     std::string printed = row.printed;
-    if (size_t at = printed.find('@'); at != printed.npos) printed.replace(at, 1, error);
-    arrayBasedRaid = row.handler == CommandHandler{doDelete};
+    if (size_t at = printed.find_first_of("@#"); at != printed.npos) {
+        std::string shown = error;
+        if (printed[at] == '#') shown.insert(shown.find(':'), " ");
+        printed.replace(at, 1, shown);
+    }
+    arrayBasedRaid = strstr(row.line, "-o ") != nullptr;
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_BBU;
+    gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 1;
+    seam.hds[2].HDType = KT_HD_SSD;
     seam.freeSpace = seam.size = 1 << 20;
     expect(run(row.handler, row.line, "y\n"), printed, result);
     EXPECT_TRUE(changes().empty());
     EXPECT_TRUE(seam.calls.back().starts_with(row.call)) << seam.calls.back();
-    arrayBasedRaid = false;
 }
+using FailingRead = SeamTest;
 } // namespace
 
-TEST(FailingRead, EndsTheCommand) {
+TEST_F(FailingRead, EndsTheCommand) {
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.line) + " without " + row.call);
         if (row.tried != LACKS) {
             layOut();
-            seam.statuses[row.call] = KT_ERR_VD_MISSING;
+            seam.statuses[row.call] = seam.statuses[std::string(row.call) + "_Ext"] = KT_ERR_VD_MISSING;
             check(row, "(error 59: Specified virtual disk doesn't exist)", row.failed);
         }
         if (row.tried != FAILS) {

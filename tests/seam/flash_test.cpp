@@ -14,13 +14,10 @@
 namespace {
 
 constexpr size_t PAGE = 0x30000;
-class Flash : public testing::Test {
-  protected:
+struct Flash : SeamTest {
     char folder[32] = "/tmp/ktflashXXXXXX";
     std::string path;
     void SetUp() override {
-        seam = {};
-        gAdapterInfo[0] = {};
         ASSERT_NE(mkdtemp(folder), nullptr);
         path = std::string(folder) + "/image";
     }
@@ -56,21 +53,19 @@ std::vector<KT_U8> readFile(const std::string& path) {
 } // namespace
 
 TEST_F(Flash, UpdatesPageByPage) {
-    const struct {
-        size_t size;
-        std::vector<size_t> pages;
-    } cases[] = {{1, {1}}, {PAGE - 1, {PAGE - 1}}, {PAGE, {PAGE}}, {PAGE + 1, {PAGE, 1}}, {2 * PAGE, {PAGE, PAGE}}};
-    for (const auto& c : cases) {
+    const std::tuple<size_t, std::vector<size_t>> cases[] = {
+        {1, {1}}, {PAGE - 1, {PAGE - 1}}, {PAGE, {PAGE}}, {PAGE + 1, {PAGE, 1}}, {2 * PAGE, {PAGE, PAGE}}};
+    for (const auto& [size, pages] : cases) {
         seam = {};
-        const std::vector<KT_U8> image = makeImage(c.size);
+        const std::vector<KT_U8> image = makeImage(size);
         writeFile(path, image);
-        Calls calls = {"KT_Flash_PreData 0 type 3 size " + std::to_string(c.size)};
+        Calls calls = {"KT_Flash_PreData 0 type 3 size " + std::to_string(size)};
         std::string printed;
-        for (size_t i = 0; i < c.pages.size(); ++i) {
-            const bool last = i + 1 == c.pages.size();
+        for (size_t i = 0; i < pages.size(); ++i) {
+            const bool last = i + 1 == pages.size();
             const std::string number = std::to_string(i);
             calls.push_back("KT_Flash_Bin 0 15 3 page " + number + (last ? " last 1" : " last 0") + " size " +
-                            std::to_string(c.pages[i]));
+                            std::to_string(pages[i]));
             printed += "page " + number + " write to device.\n";
         }
         expect(update(), printed + "Flash command is returned successfully.\n");

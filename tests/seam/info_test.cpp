@@ -26,22 +26,22 @@ LISTS(KT_PD_GetPMInfo, _PM_Info_Request, std::vector{answers.pm}, Link.Self.DevI
 }
 
 namespace {
-class Info : public testing::Test {
-  protected:
-    void SetUp() override {
-        seam = {};
+struct Info : SeamTest {
+    Info() {
         answers = {};
-        gAdapterInfo[0] = {};
         addDisks(1);
         seam.hds[0].Link.Self.DevID = seam.disks[0].HDID = 7;
     }
-    // The value behind a label in what the command prints, without the blanks before it.
-    static std::string value(const std::string& line, const std::string& label) {
-        std::string printed = "\n" + run(doInfo, line).printed;
+    // The value behind a label in lines that are printed, without the blanks before it.
+    static std::string in(const std::string& lines, const std::string& label) {
+        const std::string printed = "\n" + lines;
         size_t at = printed.find("\n" + label + ":");
         if (at == printed.npos) return "no line";
         at = printed.find_first_not_of(' ', at + label.size() + 2);
         return printed.substr(at, printed.find('\n', at) - at);
+    }
+    static std::string value(const std::string& line, const std::string& label) {
+        return in(run(doInfo, line).printed, label);
     }
 };
 
@@ -65,11 +65,7 @@ TEST_F(Info, DiskNamesWhatItIsAttachedTo) {
 
 TEST_F(Info, SizeCountsTheDisksOwnSectors) {
     _HD_Info& disk = seam.hds[0];
-    const struct {
-        KT_U64 sectors;
-        KT_U32 bytes;
-        const char* size;
-    } rows[] = {
+    const std::tuple<KT_U64, KT_U32, const char*> rows[] = {
         {1001, 4096, "4004 K"},
         {1001, 512, "500 K"},
         {1001, 520, "508 K"},
@@ -78,10 +74,10 @@ TEST_F(Info, SizeCountsTheDisksOwnSectors) {
         {UINT64_MAX, 512, "not available"},
         {1ULL << 51, 4096, "9007199254740992 K"},
     };
-    for (const auto& row : rows) {
-        disk.Size = row.sectors;
-        disk.BlockSize = row.bytes;
-        EXPECT_EQ(value("info -o pd -i 7", "Size"), row.size) << row.sectors << " of " << row.bytes;
+    for (const auto& [sectors, bytes, size] : rows) {
+        disk.Size = sectors;
+        disk.BlockSize = bytes;
+        EXPECT_EQ(value("info -o pd -i 7", "Size"), size) << sectors << " of " << bytes;
     }
 }
 
@@ -90,15 +86,13 @@ TEST_F(Info, RunningSystemIsSaidForDisksAndVirtualDisks) {
     seam.lds[0].ID = 7;
     seam.lds[0].BlkCount = 1;
     seam.lds[0].BlockIDs[0] = KT_NO_ID;
-    const struct {
-        KT_U8 status;
-        const char *disk, *vd;
-    } rows[] = {{0, "no", "no"}, {158, "yes", "yes"}, {159, "yes", "unknown"}, {9, "unknown", "unknown"}};
-    for (const auto& row : rows) {
-        seam.statuses["KT_DiskHasOS"] = row.status;
+    const std::tuple<KT_U8, const char*, const char*> rows[] = {
+        {0, "no", "no"}, {158, "yes", "yes"}, {159, "yes", "unknown"}, {9, "unknown", "unknown"}};
+    for (const auto& [status, disk, vd] : rows) {
+        seam.statuses["KT_DiskHasOS"] = status;
         seam.calls.clear();
-        EXPECT_EQ(value("info -o pd -i 7", "Running OS"), row.disk) << int{row.status};
-        EXPECT_EQ(value("info -o vd -i 7", "Running OS"), row.vd) << int{row.status};
+        EXPECT_EQ(value("info -o pd -i 7", "Running OS"), disk) << int{status};
+        EXPECT_EQ(value("info -o vd -i 7", "Running OS"), vd) << int{status};
         EXPECT_EQ(std::count(seam.calls.begin(), seam.calls.end(), "KT_DiskHasOS 1 1 7"), 1);
         EXPECT_EQ(std::count(seam.calls.begin(), seam.calls.end(), "KT_DiskHasOS 0 1 7"), 1);
     }
@@ -111,20 +105,17 @@ TEST_F(Info, RestoringAHybridDiskIsSaid) {
     seam.lds[0].BGAStatus = KT_STATE_RUNNING;
     seam.lds[0].BlkCount = 1;
     seam.lds[0].BlockIDs[0] = KT_NO_ID;
-    const struct {
-        KT_U8 activity, state;
-        const char* said;
-    } rows[] = {
+    const std::tuple<KT_U8, KT_U8, const char*> rows[] = {
         {KT_BGA_REBUILD, KT_STATE_RUNNING, "restore is 40% done"},
         {KT_BGA_INIT_QUICK, KT_STATE_RUNNING, "40% done"},
         {KT_BGA_REBUILD, KT_STATE_PAUSED, "paused at 40%"},
         {KT_BGA_REBUILD, KT_STATE_ABORTED, "aborted"},
         {0, KT_STATE_NONE, "N/A"},
     };
-    for (const auto& row : rows) {
-        seam.ldStatuses[0] = {KT_VD_ONLINE, row.activity, 40, row.state, 0, 0};
+    for (const auto& [activity, state, said] : rows) {
+        seam.ldStatuses[0] = {KT_VD_ONLINE, activity, 40, state, 0, 0};
         for (const char* object : {"vd", "tandem"}) {
-            EXPECT_EQ(value(std::string("info -o ") + object, "initializing status"), row.said) << object;
+            EXPECT_EQ(value(std::string("info -o ") + object, "initializing status"), said) << object;
         }
     }
 }
@@ -132,15 +123,9 @@ TEST_F(Info, RestoringAHybridDiskIsSaid) {
 TEST_F(Info, AdapterIsDescribedToItsLastBit) {
     _Adapter_Info info = {};
     std::string printed;
-    auto print = [&] { printed = "\n" + printedBy([&] { Adapter_PrintInfo(&info, 3); }); };
-    // The value behind a label, or that there is no such line.
+    auto print = [&] { printed = printedBy([&] { Adapter_PrintInfo(&info, 3); }); };
+    auto said = [&](const std::string& label) { return in(printed, label); };
     const std::string never = "no line";
-    auto said = [&](const std::string& label) {
-        size_t at = printed.find("\n" + label + ":");
-        if (at == printed.npos) return never;
-        at = printed.find_first_not_of(' ', at + label.size() + 2);
-        return printed.substr(at, printed.find('\n', at) - at);
-    };
     info.RevisionID = 0xA1;
     info.DevID = 0x4700;
     info.BIOSVersion.MajorVersion = 2;

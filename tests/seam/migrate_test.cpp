@@ -8,9 +8,8 @@
 
 namespace {
 
-class Migrate : public ::testing::Test {
-  protected:
-    void SetUp() override { layOut(); }
+struct Migrate : SeamTest {
+    Migrate() { layOut(); }
 };
 
 // An outcome that both commands share, or each of them has for itself (null: not a case of that command).
@@ -110,17 +109,15 @@ TEST_F(Migrate, EveryMemberDiskStays) {
 }
 
 TEST_F(Migrate, NewDisksMustBeUsable) {
-    const struct {
-        KT_U8 role;
-        const char* vd;
-    } roles[] = {{KT_PD_OFFLINE | KT_PD_FOREIGN, "Offline disk 9 can not be used as target of a migration.\n"},
-                 {KT_PD_GLOBAL_SPARE, "Spare disk 9 can not be used as target of a migration.\n"},
-                 {KT_PD_DEDICATED_SPARE | KT_PD_FOREIGN, "Spare disk 9 can not be used as target of a migration.\n"},
-                 {KT_PD_FOREIGN, "Foreign disk 9 can not be used as target of a migration.\n"},
-                 {KT_PD_MEMBER, nullptr}};
-    for (const auto& row : roles) {
-        disk(9).Status = row.role;
-        const Row refusal = {"migrate -l 2 -d 1,2,3,9", row.vd, "Target PD 9 is not free.\n"};
+    const std::tuple<KT_U8, const char*> roles[] = {
+        {KT_PD_OFFLINE | KT_PD_FOREIGN, "Offline disk 9 can not be used as target of a migration.\n"},
+        {KT_PD_GLOBAL_SPARE, "Spare disk 9 can not be used as target of a migration.\n"},
+        {KT_PD_DEDICATED_SPARE | KT_PD_FOREIGN, "Spare disk 9 can not be used as target of a migration.\n"},
+        {KT_PD_FOREIGN, "Foreign disk 9 can not be used as target of a migration.\n"},
+        {KT_PD_MEMBER, nullptr}};
+    for (const auto& [role, vd] : roles) {
+        disk(9).Status = role;
+        const Row refusal = {"migrate -l 2 -d 1,2,3,9", vd, "Target PD 9 is not free.\n"};
         expectRefusals(&refusal, 1, false);
     }
     // A disk of another virtual disk is not free on controllers that look at blocks; one of this virtual disk is.
@@ -164,25 +161,22 @@ TEST_F(Migrate, RecordsOfAStart) {
 
 // What an array has of parity disks is not given up unasked; a new level starts with its own number.
 TEST_F(Migrate, ArrayKeepsItsParityDisks) {
-    const struct {
-        KT_U8 level, parity;
-        const char *options, *asked;
-    } cases[] = {
+    const std::tuple<KT_U8, KT_U8, const char*, const char*> cases[] = {
         {KT_RAID6, 3, "", "6 3"},   {KT_RAID6, 3, "-r 6 ", "6 3"},   {KT_RAID6, 3, "-q 2 ", "6 2"},
         {KT_RAID60, 6, "", "96 6"}, {KT_RAID6, 3, "-r 60 ", "96 4"}, {KT_RAID5, 1, "-r 6 ", "6 2"},
         {KT_RAID6, 0, "", "6 2"}, // an array that does not say how many
         {KT_RAID5, 1, "", "5 0"},
     };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(std::string(row.options) + "from level " + std::to_string(row.level));
+    for (const auto& [level, parity, options, asked] : cases) {
+        SCOPED_TRACE(std::string(options) + "from level " + std::to_string(level));
         layOut();
-        array().RaidMode = row.level;
-        array().NumParityDisk = row.parity;
+        array().RaidMode = level;
+        array().NumParityDisk = parity;
         for (const char* action : {"", "-a size "}) {
-            run(doMigrateV2, std::string("migrate -l 2 ") + action + row.options + "-d 1,2,3,9,8,7,6,5");
+            run(doMigrateV2, std::string("migrate -l 2 ") + action + options + "-d 1,2,3,9,8,7,6,5");
             _CreateOrModify_DG_Param sent;
             memcpy(&sent, seam.sent["KT_DG_StartMigration size"].data(), sizeof sent);
-            EXPECT_EQ(std::to_string(sent.RaidMode) + " " + std::to_string(sent.NumParityDisk), row.asked);
+            EXPECT_EQ(std::to_string(sent.RaidMode) + " " + std::to_string(sent.NumParityDisk), asked);
         }
         EXPECT_EQ(seam.sent["KT_DG_StartMigration"], seam.sent["KT_DG_StartMigration size"]);
     }

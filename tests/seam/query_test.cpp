@@ -10,6 +10,7 @@
 #include "Functions/locate/locate.h"
 #include "Functions/report/report.h"
 #include "Functions/smart/smart.h"
+#include "Functions/ssd/ssd.h"
 #include "Functions/status/status.h"
 #include "Functions/version/version.h"
 #include "tests/seam/seam.h"
@@ -21,8 +22,8 @@ static struct {
 } answers;
 
 extern "C" {
-LISTS(KT_PD_GetConfig, _HD_Config_Request, std::vector<_HD_CONFIG>(), HDID)
-LISTS(KT_LD_GetConfig, _LD_Config_Request, std::vector<_LD_Config>(), LDID)
+LISTS(KT_PD_GetConfig, _HD_Config_Request, seam.hdConfigs, HDID)
+LISTS(KT_LD_GetConfig, _LD_Config_Request, seam.ldConfigs, LDID)
 KT_U8 KT_VDHDD_GetLink(KT_U8, KT_U16 vd, KT_U16* pd) {
     *pd = vd == 1 ? 6 : KT_NO_ID;
     return answer("KT_VDHDD_GetLink", text(vd));
@@ -66,13 +67,8 @@ NOTES1(KT_LD_Report, KT_U16)
 }
 
 namespace {
-class Query : public testing::Test {
-  protected:
-    void SetUp() override {
-        seam = {};
-        answers = {};
-        gAdapterInfo[0] = {};
-    }
+struct Query : SeamTest {
+    Query() { answers = {}; }
 };
 } // namespace
 
@@ -123,6 +119,36 @@ TEST_F(Query, ShowsWhateverVersionTheLibraryClaims) {
     EXPECT_NE(printed.find("RaidAPI Version: 4.?[2J%s?9999"), std::string::npos);
     EXPECT_EQ(printed.substr(printed.size() - 3), "99\n");
     EXPECT_LT(printed.size(), 330U);
+}
+
+TEST_F(Query, SaysThatThereIsNothing) {
+    arrayBasedRaid = true;
+    gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 1;
+    const std::tuple<CommandHandler, const char*, const char*> rows[] = {
+        {doGet, "get -o pd", "\nNo PD is found\n"},
+        {doGet, "get -o array -i 2", "\nNo array is found\n"},
+        {doGet, "get -o vd", "\nNo VD is found\n"},
+        {doGet, "get -o link", "\nNo VD is found\n"},
+        {doInfo, "info -o pd", "No hard disk is found.\n"},
+        {doInfo, "info -o vd", "No virtual disk is found.\n"},
+        {doInfo, "info -o tandem", "No tandem virtual disk is found.\n"},
+        {doInfo, "info -o array", "No array is found.\n"},
+        {doInfo, "info -o blk", "No block disk is found.\n"},
+        {doInfo, "info -o pm -i 2", "No port multiplexer is found.\n"},
+        {doInfo, "info -o exp -i 2", "No expander is found.\n"},
+        {doInfo, "info -o bbu", "No BBU is found.\n"},
+        {doStatus, "status -o pd", "No hard disk is found.\n"},
+        {doSsdDiagnostic, "ssd", "\nNo solid-state disk is found\n"},
+    };
+    for (const auto& [handler, line, printed] : rows) {
+        expect(run(handler, line), printed);
+    }
+    addDisks(1); // no spare
+    expect(run(doInfo, "info -o spare"), "No spare drive is found.\n");
+    gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 0;
+    expect(run(doInfo, "info -o pm"), "PM is not supported on adapter 0.\n", 19);
+    expect(run(doInfo, "info -o exp"), "Expander is not supported on adapter 0.\n", 19);
+    expect(run(doInfo, "info -o bbu -i 1"), "\nUnable to get info of BBU 1 (error 16: Invalid BBU id)\n", 16);
 }
 
 // 255 stands for every disk only where nobody has typed it.

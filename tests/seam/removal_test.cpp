@@ -7,18 +7,14 @@
 #include "tests/seam/seam.h"
 
 namespace {
-class Removal : public testing::Test {
-  protected:
-    void SetUp() override {
-        seam = {};
-        gAdapterInfo[0] = {};
+struct Removal : SeamTest {
+    Removal() {
         gAdapterInfo[0].MaxDiskGroup = 8;
         arrayBasedRaid = true;
         seam.ldStatuses = {{KT_VD_ONLINE, 0, 0, 0, 0, 3}};
         seam.disks = {{5, KT_NO_ID, 0, {}}};
         seam.arrays.resize(1);
     }
-    void TearDown() override { arrayBasedRaid = false; }
 };
 
 const char sure[] = "Are you sure you want to delete this virtual disk? (y or n)\n";
@@ -51,10 +47,7 @@ TEST_F(Removal, OfVirtualDisksAsksForWhatItStops) {
         vd = {state, KT_BGA_REBUILD, 0, KT_STATE_RUNNING, KT_BGAEXT_MEDIA_PATROL, 3};
         expectStep(doDelete, line, "y\n", sure + std::string(deleted), 0, {"KT_LD_Delete 3 0"});
     }
-    const struct {
-        KT_U8 activity;
-        const char* named;
-    } activities[] = {
+    const std::tuple<KT_U8, const char*> activities[] = {
         {KT_BGA_REBUILD, "\nVD 3 is rebuilding,"},
         {KT_BGA_CHECK_FIX, "\nVD 3 is having consistency check,"},
         {KT_BGA_CHECK, "\nVD 3 is having consistency check,"},
@@ -67,9 +60,9 @@ TEST_F(Removal, OfVirtualDisksAsksForWhatItStops) {
     };
     Calls stopped = {"KT_LD_BGAControl 3 7", "KT_LD_Delete 3 1"};
     seam.statuses["KT_LD_BGAControl"] = 153; // its failure shows in the deletion
-    for (const auto& row : activities) {
-        vd = {KT_VD_DEGRADED, row.activity, 0, KT_STATE_PAUSED, 0, 3};
-        std::string question = std::string(row.named) + " do you still want to delete it? (y or n)\n";
+    for (const auto& [activity, named] : activities) {
+        vd = {KT_VD_DEGRADED, activity, 0, KT_STATE_PAUSED, 0, 3};
+        std::string question = std::string(named) + " do you still want to delete it? (y or n)\n";
         expectStep(doDelete, line, "y\nn\n", sure + question, 0, {});
         expectStep(doDelete, line, "y\ny\n", sure + question + deleted, 0, stopped);
     }

@@ -119,6 +119,7 @@ KT_U8 KT_EVT_GetEventMessage(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event_Messa
 }
 
 KT_U8 KT_Adapter_GetConfig(KT_U8 a, _Adapter_Config_V2* config) {
+    *config = seam.adapterConfig;
     config->rawimg_update_disabled = seam.rawDisabled;
     return answer("KT_Adapter_GetConfig", text(a));
 }

@@ -23,6 +23,8 @@ struct Seam {
     std::vector<_LD_STATUS> ldStatuses;
     std::vector<_HD_RAID_STATUS> disks;
     std::vector<_HD_BGA_STATUS> hdActivities;
+    std::vector<_HD_CONFIG> hdConfigs;
+    std::vector<_LD_Config> ldConfigs;
     KT_U64 freeSpace = 1000; // KiB, of every disk
     std::vector<_Block_Info> blocks;
     std::vector<_Event> events;
@@ -33,6 +35,8 @@ struct Seam {
     KT_U32 flashClaims = 0;    // what a page that is read says of its size; 0: the truth
     bool flashEndless = false; // no page that is read is the last
     KT_U8 rawDisabled = 0;
+    _Adapter_Config_V2 adapterConfig = {};
+    bool keepsSettings = false; // what KT_Adapter_SetConfig takes is read back
     _NVSRAM_Data nvsram = {};
     KT_U64 reg = 0;
     std::vector<_DG_Info> arrays;
@@ -43,6 +47,19 @@ struct Seam {
     KT_U64 size = 0; // what sizes are answered
 };
 extern Seam seam;
+
+// Each test begins with a library that knows nothing and an adapter that can do nothing.
+struct SeamTest : testing::Test {
+    SeamTest() {
+        seam = {};
+        gAdapterInfo[0] = {};
+        arrayBasedRaid = false;
+    }
+    ~SeamTest() override {
+        gAdapterInfo[0] = {};
+        arrayBasedRaid = false;
+    }
+};
 
 // Adds free disks, with ids from 0 on.
 inline void addDisks(KT_U16 count, KT_U8 type = 0) {

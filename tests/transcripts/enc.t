@@ -62,10 +62,6 @@ None, none with that number, and no such element; a library that fails.
   
   No enclosure is found
   $ ktsim fault KT_ENC_GetEnclosureInfo 4
-  $ kt enc -o ele -t fan
-  
-  Unable to get enclosure info (error 4: Resource not available)
-  [4]
   $ kt enc -o ele -t fan -i 1 | head -2
   Enclosure ID: 1
   Element ID: 0

@@ -28,9 +28,6 @@ The health of disks: SMART thresholds, return status and attributes.
   C7\tUDMA_CRC_Error_Count\t200\t200\t0       \t000000000000\tOK (esc)
   $ kt smart -p 0
   SAS PD 0 has not SMART information
-  $ kt smart -p 99
-  Unable to get info of PD 99 (error 9 : Invalid physical disk id)
-  [9]
   $ lab troubled
   $ kt status -o pd | grep -B1 true
   hard disk id:              12
@@ -38,27 +35,6 @@ The health of disks: SMART thresholds, return status and attributes.
   $ kt 1 smart -p 8 | grep -e STATUS -e now
   SMART STATUS RETURN: NotOK.
   05\tReallocated_Sectors \t36\t36\t36      \t000000000200\tFailing now (esc)
-
-Every failure says what failed.
-
-  $ lab default
-  $ ktsim fault KT_PassThrough_ATA 1 --times 1
-  $ kt smart -p 3
-  
-  Unable to get smart return status for PHY 3 (error 1: Failed)
-  [1]
-  $ ktsim fault KT_PD_GET_SMART_INFO 4
-  $ kt smart -p 3 | tail -1
-  Unable to get smart information for PHY 3 (error 4: Resource not available)
-  $ ktsim fault KT_PD_GetSmartStatus 9
-  $ kt status -o pd -i 77
-  
-  Unable to get status of hard disk 77 (error 9: Invalid physical disk id).
-  [9]
-  $ kt status -o pd
-  
-  Unable to get status of hard disk 255 (error 9: Invalid physical disk id).
-  [9]
 
 The status of disks comes 128 records at a time, or as many as the adapter's buffer holds.
 
@@ -72,7 +48,6 @@ The status of disks comes 128 records at a time, or as many as the adapter's buf
   hard disk id:              299
   No hard disk is found.
   $ calls | grep -o 'KT_PD_GetSmartStatus.*' | cut -c1-42
-  KT_PD_GetSmartStatus a=0 request=00024d000
   KT_PD_GetSmartStatus a=0 request=000100008
   KT_PD_GetSmartStatus a=0 request=000100008
   KT_PD_GetSmartStatus a=0 request=000180008

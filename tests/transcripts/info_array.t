@@ -46,12 +46,3 @@ Arrays with their space, slots and disks.
   ID:                  5
   BGA status:          none
   Status:              functional
-  $ kt info -o array -i 99
-  
-  Unable to get info of array 99 (error 17: Invalid array id)
-  [17]
-  $ ktsim fault KT_DG_GetInfo 17
-  $ kt info -o array
-  
-  Unable to get info of array(error 17: Invalid array id)
-  [17]

@@ -17,13 +17,6 @@ Port multipliers, expanders and the battery.
   
   Total # of PM:       2
   
-  $ kt 0 info -o pm
-  PM is not supported on adapter 0.
-  [19]
-  $ kt 1 info -o pm -i 7
-  
-  Unable to get info of PM 7 (error 11: Invalid port multiplexer id)
-  [11]
   $ kt info -o exp -i 0
   
   Expander Information
@@ -40,33 +33,12 @@ Port multipliers, expanders and the battery.
   Component vendor ID: TARNWARE
   Route table is not self configurable.
   
-  $ kt 1 info -o exp
-  Expander is not supported on adapter 1.
-  [19]
-  $ kt info -o exp -i 7
-  
-  Unable to get info of expander 7 (error 10: Invalid expander id)
-  [10]
-  $ ktsim fault KT_PD_GetPMInfo 4
-  $ ktsim fault KT_PD_GetExpanderInfo 1
-  $ kt 1 info -o pm
-  
-  Unable to get info of PM (error 4: Resource not available)
-  [4]
-  $ kt info -o exp
-  
-  Unable to get info of expander (error 1: Failed)
-  [1]
   $ lab troubled
   $ kt info -o exp | tail -4
   Configuring route table...
   
   Total # of expander: 1
   
-
-  $ lab empty
-  $ kt info -o exp
-  No expander is found.
 
 The battery: charging, discharging on a troubled adapter, none, and one that lies.
 
@@ -81,15 +53,6 @@ The battery: charging, discharging on a troubled adapter, none, and one that lie
   current capacity: 6.20 watt-hours
   max capacity: 6.50 watt-hours
   battery power remaining: 95%
-  $ kt info -o bbu -i 0 > /dev/null
-  $ kt info -o bbu -i 1
-  
-  Unable to get info of BBU 1 (error 16: Invalid BBU id)
-  [16]
-  $ ktsim fault KT_BBU_GetInfo 16
-  $ kt info -o bbu
-  Unable to get info of BBU. (error 16: Invalid BBU id).
-  [16]
   $ lab troubled
   $ kt info -o bbu | grep -e status -e current -e remaining
   status: discharging and 16 minutes to empty,recharge cycle 17

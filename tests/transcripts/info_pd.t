@@ -77,22 +77,13 @@ Physical disks, the blocks on them, and spares.
   
   $ kt info -o spare -i 9 | grep -c PD
   1
-  $ kt info -o spare -i 0
-  No spare drive is found.
   $ lab troubled
   $ kt info -o pd | grep -e patrol -e scrub
   Media patrol:        running, 61% done
-  $ lab empty
-  $ kt info -o blk
-  No block disk is found.
 
 What the library refuses is told and ends the listing.
 
   $ lab default
-  $ kt info -o pd -i 200
-  
-  Unable to get info of PD 200 (error 9: Invalid physical disk id)
-  [9]
   $ ktsim fault KT_PD_GetConfig 19
   $ kt info -o pd -i 0 | grep -e 'Write cache' -e SMART -e 'Current speed'
   Write cache:         supported
@@ -103,19 +94,3 @@ What the library refuses is told and ends the listing.
   PD ID:               0
   PD ID:               1
   Unable to get info of PD (error 58: Virtual disk is not ready to receive command)
-  $ ktsim fault KT_PD_GetHDInfo 1
-  $ ktsim fault KT_BLK_GetInfo 12
-  $ ktsim fault KT_PD_GetHDRaidStatus 9
-  $ for object in pd blk 'blk -i 3' spare; do kt info -o $object; echo "= $?"; done
-  
-  Unable to get info of PD (error 1: Failed)
-  = 1
-  
-  Unable to get info of block (error 12: Invalid block disk id)
-  = 12
-  
-  Unable to get info of block 3 (error 12: Invalid block disk id)
-  = 12
-  
-  Unable to get info of spare (error 9: Invalid physical disk id)
-  = 9

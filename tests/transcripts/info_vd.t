@@ -90,30 +90,10 @@ Virtual disks with their state and what they are busy with.
   PD RAID setup:       11 7 
   Running OS:          no
   
-  $ lab none
-  $ kt info -o vd
-  SG driver version 3.5.36.
-  
-  Unable to get info of vd (error 13: Invalid adapter id)
-  [13]
-  $ lab empty
-  $ kt info -o vd
-  No virtual disk is found.
-  $ kt info -o array
-  No array is found.
 
 What the library refuses is told and ends the listing.
 
   $ lab troubled
-  $ kt info -o vd -i 200
-  
-  Unable to get info of vd 200 (error 8: Invalid virtual disk id)
-  [8]
-  $ ktsim fault KT_LD_GetInfo 58 --times 1
-  $ kt info -o vd
-  
-  Unable to get info of vd (error 58: Virtual disk is not ready to receive command)
-  [58]
   $ ktsim fault KT_LD_GetStatus 61
   $ kt info -o vd -i 1 | tail -n 1
   Failed to get status for LD 1 (error 61: Virtual disk is currently having BGA).

@@ -247,10 +247,7 @@ TEST(CfgReader, SaysWhatIsWrong) {
     const std::string vd = "[VD ID]=0\n";
     const std::string port = "[PORT ID]=0\n";
     const std::string spare = "[SPARE ID]=0\n";
-    const struct {
-        std::string text;
-        const char* printed;
-    } values[] = {
+    const std::tuple<std::string, const char*> values[] = {
         {adapterText("[SILENT_MODE]=ON\n"), "Restore_Error: invalid flag for silent mode."},
         {adapterText("[INT13]=\n"), "Restore_Error: invalid flag for INT13"},
         {adapterText("[ERROR_STOP]=QUICK\n"), "Restore_Error: invalid flag for ERROR_STOP."},
@@ -311,11 +308,11 @@ TEST(CfgReader, SaysWhatIsWrong) {
         {raidText(spare + "[PHYSICAL DISK ID]=65536\n"), "Restore_Error: invalid pd id for spare config!"},
         {raidText(spare + "[VIRTUAL DISK ID]=10000\n"), "Restore_Error: invalid vd id!"},
     };
-    for (const auto& row : values) {
-        Reading reading = read(row.text);
-        EXPECT_FALSE(reading.good) << row.text;
-        std::string line = row.printed == nullptr ? "" : std::string(row.printed) + "\n";
-        EXPECT_EQ(line + "Restore_Error: \n", reading.printed) << row.text;
+    for (const auto& [text, printed] : values) {
+        Reading reading = read(text);
+        EXPECT_FALSE(reading.good) << text;
+        std::string line = printed == nullptr ? "" : std::string(printed) + "\n";
+        EXPECT_EQ(line + "Restore_Error: \n", reading.printed) << text;
     }
     const struct {
         std::string text;

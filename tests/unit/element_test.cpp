@@ -86,11 +86,7 @@ TEST(Element, DecodesTheFieldsOfEachType) {
 
 // The word that asks for a type, its code, and the name that is printed.
 TEST(Element, TypesHaveTheirWordsAndNames) {
-    const struct {
-        const char* word;
-        KT_U8 type;
-        const char* name;
-    } types[] = {
+    const std::tuple<const char*, KT_U8, const char*> types[] = {
         {"dev", 0x01, "Unspecified element"},
         {"pow", 0x02, "Power Supply"},
         {"fan", 0x03, "Cooling Device"},
@@ -101,9 +97,9 @@ TEST(Element, TypesHaveTheirWordsAndNames) {
         {"vlt", 0x12, "Voltage Sensor"},
         {"arydev", 0x17, "Array Device"},
     };
-    for (const auto& row : types) {
-        EXPECT_EQ(SetElementType(row.word), row.type) << row.word;
-        EXPECT_EQ(printedBy([&] { PrintElementType(row.type); }), std::string(row.name) + "\n");
+    for (const auto& [word, type, name] : types) {
+        EXPECT_EQ(SetElementType(word), type) << word;
+        EXPECT_EQ(printedBy([&] { PrintElementType(type); }), std::string(name) + "\n");
     }
     for (const char* word : {"", "d", "array", "fans"}) {
         EXPECT_EQ(SetElementType(word), 0) << word;

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 TEST(HistoryLine, LosesTheSecretsAndNothingElse) {
-    const struct {
-        const char *typed, *kept;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"aesop -o changePwd -e 0 -p new -w old", "aesop -o changePwd -e 0 -p  -w "},
         {"AesOp\t-o verifyKey -pnew --key=\"my key\" -e 1", "AesOp\t-o verifyKey -p --key= -e 1"},
         {"aesent --password \"two words\" --operation setcfg -k x", "aesent --password  --operation setcfg -k "},
@@ -21,7 +19,7 @@ TEST(HistoryLine, LosesTheSecretsAndNothingElse) {
         {"", ""},
         {" ", " "},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.kept, withoutSecrets(c.typed)) << c.typed;
+    for (const auto& [typed, kept] : cases) {
+        EXPECT_EQ(kept, withoutSecrets(typed)) << typed;
     }
 }

@@ -46,12 +46,7 @@ TEST_F(RaidRules, DiskCounts) {
 
 // Which of 0 to 9 parity disks a level takes on `disks` disks: '+', or the letter of the refusal.
 TEST_F(RaidRules, ParityCounts) {
-    const struct {
-        RaidUse use;
-        KT_U8 level;
-        unsigned disks;
-        const char* counts;
-    } rows[] = {
+    const std::tuple<RaidUse, KT_U8, unsigned, const char*> rows[] = {
         {USE_CREATE_VD, KT_RAID6, 9, "aa++aaaaaa"},      {USE_CREATE_VD, KT_RAID6, 3, "aa+aaaaaaa"},
         {USE_CREATE_ARRAY, KT_RAID6, 9, "bb++bbbbbb"},   {USE_CREATE_ARRAY, KT_RAID6, 4, "bb+cbbbbbb"},
         {USE_MAX_SIZE, KT_RAID6, 5, "dd+++ddddd"},       {USE_MIGRATE_VD, KT_RAID6, 5, "dd+++ddddd"},
@@ -72,18 +67,18 @@ TEST_F(RaidRules, ParityCounts) {
         "Number of parity disks for RAID60 can not exceed half of total disks\n",
         "RAID60 need at least 4 even number of parity disks.\n",
     };
-    for (const auto& row : rows) {
+    for (const auto& [use, level, disks, counts] : rows) {
         for (int given = 0; given < 10; ++given) {
             int parity = given;
             bool taken = false;
-            std::string printed = printedBy([&] { taken = checkParity(row.use, row.level, row.disks, true, parity); });
+            std::string printed = printedBy([&] { taken = checkParity(use, level, disks, true, parity); });
             EXPECT_EQ(given, parity);
-            char mark = row.counts[given];
-            EXPECT_EQ(mark == '+', taken) << int{row.level} << " use " << int{row.use} << ": " << int{given};
+            char mark = counts[given];
+            EXPECT_EQ(mark == '+', taken) << int{level} << " use " << int{use} << ": " << int{given};
             std::string expected = mark == '+' ? "" : refusals[mark - 'a'];
             if (mark == 'g') {
-                expected += std::to_string(given) + ") should be less than # of total disks (" +
-                            std::to_string(row.disks) + ").\n";
+                expected +=
+                    std::to_string(given) + ") should be less than # of total disks (" + std::to_string(disks) + ").\n";
             }
             EXPECT_EQ(expected, printed);
         }
