@@ -40,15 +40,6 @@ class CtrlCTest(TerminalTest):
         self.assertEqual((alone.exitstatus, alone.signalstatus), (0, None))
         self.say(child, "info -o vd -i 3", "archive")
 
-    def test_without_the_line_editor_too(self):
-        open(os.path.join(self.folder.name, "libreadline.so.8"), "wb").close()
-        self.environment["LD_LIBRARY_PATH"] = self.folder.name + ":" + self.environment["LD_LIBRARY_PATH"]
-        child = self.shell()
-        child.send("error -c 1")
-        child.sendintr()
-        child.expect_exact("> ")
-        self.say(child, "error -c 9", "Error code 9")
-
     def test_a_listing_ends_behind_the_call_under_way(self):
         lab = os.path.join(self.folder.name, "many.json")
         with open(lab, "w", encoding="utf-8") as file:

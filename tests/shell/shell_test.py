@@ -23,11 +23,6 @@ class ShellTest(TerminalTest):
         child.close()
         self.assertEqual(child.exitstatus, 255)
 
-    def test_history_brings_lines_back(self):
-        child = self.shell()
-        self.say(child, "error -c 9", "Error code 9: Invalid physical disk id.")
-        self.say(child, "\x1b[A", "Error code 9: Invalid physical disk id.")
-
     def test_history_keeps_no_secrets(self):
         child = self.shell()
         self.say(child, "adapter -i 1", "")
@@ -103,6 +98,9 @@ class ShellTest(TerminalTest):
         child = self.spawn()
         child.expect_exact("The readline library is not installed")
         child.expect_exact("> ")
+        child.send("error -c 1")
+        child.sendintr()
+        child.expect_exact("> ")
         self.say(child, "error -c 3", "Error code 3: Unknown error.")
 
     def test_words_have_the_same_cases_in_every_locale(self):
@@ -122,12 +120,7 @@ class ShellTest(TerminalTest):
         with open(path, encoding="utf-8") as file:
             self.assertEqual(file.read(), "SG driver version 3.5.36.\n" * 3)
 
-    def test_output_that_is_lost_is_reported(self):
-        with open("/dev/full", "wb") as full:
-            done = subprocess.run([PROGRAM, "error", "-c", "1"], stdout=full, stderr=subprocess.PIPE,
-                                  env=self.environment, text=True)
-        self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stderr, "ktsetup: cannot write the output: No space left on device\n")
+    def test_output_to_a_file_that_cannot_be_made_is_lost(self):
         silent = subprocess.run([PROGRAM, "error", "-c", "1", "-output", "/nonexistent/file"], env=self.environment,
                                 capture_output=True, text=True)
         self.assertEqual((silent.returncode, silent.stdout), (0, ""))
