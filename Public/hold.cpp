@@ -94,7 +94,6 @@ static void stopWaiting() {
         break;
     }
     pthread_join(waiter, nullptr);
-    waiting = false;
 }
 
 static void end() {

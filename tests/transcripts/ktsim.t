@@ -94,8 +94,9 @@ The clock.
   2026-01-05 08:00:00 UTC, stopped
   $ ktsim clock advance 2h30m && ktsim clock show
   2026-01-05 10:30:00 UTC, stopped
-  $ no clock advance 1y
+  $ no clock advance 1y; no clock advance 36600d1s
   ktsim: "1y" is not a duration such as 90m, 2h30m or 3d
+  ktsim: "36600d1s" is not a duration such as 90m, 2h30m or 3d
   $ ktsim clock set "2026-02-28 23:59:59" && ktsim clock advance 1s && ktsim clock show
   2026-03-01 00:00:00 UTC, stopped
   $ no clock set "1970-01-01 00:00:00"

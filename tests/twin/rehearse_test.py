@@ -107,10 +107,11 @@ class Rehearsals(unittest.TestCase):
         self.assertRegex(told, r'For \d+ min( \d+ s)? one more loss of disks 0, 2 takes virtual disk 0 "data" offline\.')
         done = self.rehearse(bench, "--until", "idle", "--", "ktsetup", "set", "-o", "hba", "--autorebuild", "off")
         self.assertIn("auto rebuild", done.stdout)
-        done = self.rehearse(bench, "--json", "--script", "-", text="ktsetup assign -d 3\nktsetup assign -d 3\nktcfg ver\n",
-                             status=54)
+        done = self.rehearse(bench, "--json", "--script", "-", text="ktsetup assign -d 3\nktsetup assign -Z\nktcfg ver\n",
+                             status=1)
         told = json.loads(done.stdout)
         self.assertEqual([command["status"] == 0 for command in told["commands"]], [True, False])
+        self.assertIn("assign: invalid option -- 'Z'\n", told["commands"][1]["output"])
         self.assertEqual([(change["object"], change["word"]) for change in told["changes"]], [("disk", "spare")])
 
     def test_saved_reports_and_kept_states(self):
