@@ -52,18 +52,15 @@ TEST_F(Start, Raid0IsNeitherInitializedNorChecked) {
 }
 
 TEST_F(Start, RebuildTakesOneDiskOutsideTheVirtualDisk) {
-    Outcome member = run(doRebuild, "rebuild -l 2 -d 3");
     // Disk 3 holds a block of virtual disk 2, so on this controller it is not even free.
-    EXPECT_EQ(member.printed, "PD 3 is not a free disk and can not be used to rebuild VD.\n");
-    EXPECT_EQ(member.result, 1);
+    expect(run(doRebuild, "rebuild -l 2 -d 3"), "PD 3 is not a free disk and can not be used to rebuild VD.\n", 1);
     gAdapterInfo[0].DevID = 0x4700;
     expect(run(doRebuild, "rebuild -l 2 -d 3"), "\nPD 3 is member disk of VD 2 and can not use to rebuild\n", 1);
     EXPECT_TRUE(changes().empty());
     // The slot of a disk that is gone is empty and is not asked for.
     vd().BlockIDs[1] = KT_NO_ID;
     seam.calls.clear();
-    Outcome good = run(doRebuild, "rebuild -l 2 -d 9,9");
-    EXPECT_EQ(good.printed, "Start rebuild successfully\n");
+    expect(run(doRebuild, "rebuild -l 2 -d 9,9"), "Start rebuild successfully\n");
     EXPECT_EQ(changes(), Calls{"KT_LD_StartRebuild 2 9"});
     EXPECT_EQ(reads(), (Calls{"KT_LD_GetStatus 2", "KT_LD_GetInfo 2", "KT_PD_GetFreeSpaceInfo 9", "KT_BLK_GetInfo 11",
                               "KT_BLK_GetInfo 13"}));
@@ -73,8 +70,7 @@ TEST_F(Start, ArrayIsRebuiltOnFreeDisksAndItsOwnSpares) {
     array().SmallestAvailablePDSize = seam.freeSpace;
     disk(8) = {8, 2, KT_PD_DEDICATED_SPARE, {}};
     seam.statuses["KT_PD_GetHDInfo_Ext"] = KT_ERR_NOT_SUPPORTED; // the older call answers instead
-    Outcome good = run(doRebuildV2, "rebuild -l 2 -d 9,8");
-    EXPECT_EQ(good.printed, "Start rebuild successfully\n");
+    expect(run(doRebuildV2, "rebuild -l 2 -d 9,8"), "Start rebuild successfully\n");
     EXPECT_EQ(changes(), Calls{"KT_LD_DG_StartRebuild 2 2 9 8"});
     seam.calls.clear();
 
@@ -132,8 +128,7 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
         EXPECT_EQ(run(handler, line).printed, done);
         vdStatus().BgaExt = KT_BGAEXT_MEDIA_PATROL;
         array().PDBgaRunning = 1;
-        Outcome yes = run(handler, line, "maybe\nYes\n");
-        EXPECT_EQ(yes.printed, std::string(question) + "Please input y or n.\n" + done);
+        expect(run(handler, line, "maybe\nYes\n"), std::string(question) + "Please input y or n.\n" + done);
         EXPECT_EQ(changes(), (Calls{call, call}));
         for (const char* no : {"n\n", "No\n", ""}) {
             expect(run(handler, line, no), question);

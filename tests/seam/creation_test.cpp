@@ -211,12 +211,6 @@ TEST_F(Creation, SizeQueryReadsDisksLeniently) {
     EXPECT_EQ("Offline disk 2 can not be used to create VD.\n", run(doGetMaxsize, "maxcreatesize -r 1 -d 1,2").printed);
     seam.disks[2].Status = KT_PD_DEDICATED_SPARE;
     EXPECT_EQ("Spare disk 2 can not be used to create VD.\n", run(doGetMaxsize, "maxcreatesize -r 1 -d 1,2").printed);
-    seam.statuses = {{"KT_LD_GetMaxSize", 14}};
-    expect(run(doGetMaxsize, "maxcreatesize -r 1 -d 8,9"), "\nFailed to get Maxsize (error 14: Invalid RAID mode).\n",
-           14);
-    seam.statuses = {{"KT_PD_GetHDRaidStatus", 9}};
-    EXPECT_EQ("Failed to get status for PD 8 (error 9: Invalid physical disk id)\n",
-              run(doGetMaxsize, "maxcreatesize -r 1 -d 8,9").printed);
     seam.calls.clear();
     expectRefused(doGetMaxsize, "maxcreatesize",
                   {{"-d 1,65536 -r 0", "-d : invalid PD ID '1,65536'\n"},

@@ -5,19 +5,28 @@
 #include "Functions/create/create.h"
 #include "Functions/delete/delete.h"
 #include "Functions/enclosure/enclosure.h"
+#include "Functions/flash/flash.h"
 #include "Functions/get/get.h"
+#include "Functions/getMaxSize/getMaxSize.h"
+#include "Functions/import/import.h"
 #include "Functions/info/info.h"
 #include "Functions/init/init.h"
+#include "Functions/locate/locate.h"
 #include "Functions/mediaPatrol/mediaPatrol.h"
 #include "Functions/migrate/migrate.h"
 #include "Functions/migrate/migrateV2.h"
+#include "Functions/nvsram/nvsram.h"
 #include "Functions/rebuild/rebuild.h"
 #include "Functions/rebuild/rebuildV2.h"
+#include "Functions/register/register.h"
+#include "Functions/report/report.h"
 #include "Functions/set/set.h"
 #include "Functions/smart/smart.h"
 #include "Functions/ssd/ssd.h"
 #include "Functions/ssdop/ssdop.h"
 #include "Functions/status/status.h"
+#include "Functions/tandem/tandem.h"
+#include "Functions/wipe/wipe.h"
 #include "tests/seam/activity.h"
 
 namespace {
@@ -115,6 +124,24 @@ const Row rows[] = {
     {doSsdDiagnostic, "ssd -d 2 -a stop", "KT_SSD_Diagnostic", "\nUnable to stop the self-test of PD 2 @\n", FAILS},
     {doSsdDiagnostic, "ssd -d 2 -a status", "KT_SSD_Diagnostic", "\nUnable to get the self-test of PD 2 @\n", FAILS},
     {doSsdOp, "ssdop -d 2 -a version", "KT_PD_GetHDInfo", pd2, BOTH},
+    {doLocate, "locate -i 9", "KT_LocateArrayDevice", "Failed to set LED status @\n", FAILS},
+    {doImport, "import -i 1", "KT_LD_Import", "Failed to import VD @\n", FAILS},
+    {doReport, "report -i 1", "KT_LD_Report", "Failed to report VD @\n", FAILS},
+    {doWipe, "wipe -d 254", "KT_PD_WipeHDMDD", "\nWipe MDD on PD 254 failed @.\n", FAILS},
+    {doFlash, "flash -a erase -p pd", "KT_Flash_Erase", "\nFailed to erase flash PD page @.\n", FAILS},
+    {doFlash, "flash -a erase -t BIN", "KT_Flash_Bin",
+     "Do you want to erase ROM file in Flash?  (y or n)\n\nFailed to erase BIN @.\n", FAILS},
+    {doNvsramRW, "nvsram -a read -c 257", "KT_Flash_NVSRAM", "\nFailed to run NVSRAM read/write test @.\n", FAILS},
+    {doNvsramRW, "nvsram -a write -c 256", "KT_Flash_NVSRAM", "\nFailed to run nvsram read/write test @.\n", FAILS},
+    {doRegister, "register -a read", "KT_Adapter_Read_Register", "Read 0 address register failed @.\n", FAILS},
+    {doRegister, "register -a write -v 255", "KT_Adapter_Write_Register", "Write 0 address register failed @.\n",
+     FAILS},
+    {doTandem, "tandem -o empty -d 0", "KT_Tandemix_AddFSEntries", "", FAILS},
+    {doTandem, "tandem -o delete -d 0", "KT_Tandemix_RemoveEntriesTable", "", FAILS},
+    {doTandem, "tandem -o count -d 0", "KT_Tandemix_GetEntriesTableInfo", "\nFailed to get table information @.\n",
+     FAILS},
+    {doGetMaxsize, "maxcreatesize -r 1 -d 8,9", "KT_LD_GetMaxSize", "\nFailed to get Maxsize @.\n", FAILS},
+    {doGetMaxsize, "maxcreatesize -r 1 -d 8,9", "KT_PD_GetHDRaidStatus", "Failed to get status for PD 8 @\n", FAILS, 1},
 };
 
 // The read is the last thing that the command does.

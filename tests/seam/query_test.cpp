@@ -171,11 +171,6 @@ TEST_F(Query, LocatesImportsAndReportsWhatIsNamed) {
     EXPECT_EQ(
         (Calls{"KT_LocateArrayDevice 1 16 1", "KT_LocateArrayDevice 1 3 0", "KT_LD_Import 254", "KT_LD_Report 7"}),
         seam.calls);
-    seam.statuses = {{"KT_LocateArrayDevice", 9}, {"KT_LD_Import", 80}, {"KT_LD_Report", 86}};
-    expect(run(doLocate, "locate -i 9"), "Failed to set LED status (error 9: Invalid physical disk id)\n", 9);
-    expect(run(doImport, "import -i 1"), "Failed to import VD (error 80: Virtual disk is not importable)\n", 80);
-    EXPECT_EQ("Failed to report VD (error 86: virtual disk can not be reported)\n",
-              run(doReport, "report -i 1").printed);
 }
 
 TEST_F(Query, MapsAnyNumberOfDevicesAndOnlyFreeDisksUnasked) {

@@ -17,15 +17,11 @@ KT_U8 KT_LD_SetConfig(KT_U8, KT_U16 vd, const _LD_Config*) {
 KT_U8 KT_PD_SetConfig(KT_U8, KT_U16 pd, const _HD_CONFIG*) {
     return answer("KT_PD_SetConfig", text(pd));
 }
-KT_U8 KT_PD_SetHDStatus(KT_U8, KT_U16 pd, KT_U8 status) {
-    return answer("KT_PD_SetHDStatus", text(pd) + " " + text(status));
-}
+NOTES2(KT_PD_SetHDStatus, KT_U16, KT_U8)
 KT_U8 KT_AdapterMute(KT_U8) {
     return answer("KT_AdapterMute", "");
 }
-KT_U8 KT_BBU_ChangePower(KT_U8, KT_U8 action) {
-    return answer("KT_BBU_ChangePower", text(action));
-}
+NOTES1(KT_BBU_ChangePower, KT_U8)
 KT_U8 KT_SSD_SmartReadData(KT_U8, KT_U16 pd, _SSD_Smart_Data*) {
     return note("KT_SSD_SmartReadData", pd);
 }
