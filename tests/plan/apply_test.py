@@ -163,6 +163,13 @@ class Applying(unittest.TestCase):
         arrays = machine.report()["adapters"][0]["arrays"]
         self.assertEqual([(array["name"], array["level"]) for array in arrays], [("demo", "RAID1"), ("other", "RAID1")])
 
+    def test_several_adapters_and_the_one_that_is_typed(self):
+        machine = Machine("default")
+        self.assertIn(machine.apply({"adapters": [{"config": {"RebuildRate": 70}}] * 2}).returncode, (0, 3))
+        self.assertEqual([adapter["config"]["RebuildRate"] for adapter in machine.report()["adapters"]], [70, 70])
+        done = machine.cfg("1", "plan", "-f", machine.wanted({"adapters": [{"config": {"RebuildRate": 30}}]}))
+        self.assertEqual(planned(done.stdout), ["ktsetup 1 set -o hba --rebuildrate 30"])
+
     def test_looks_again_at_what_plans_are_made_of(self):
         """All is read once; between the commands neither enclosures' elements nor the drives' tables of health are."""
         machine = Machine("default")
