@@ -1,12 +1,6 @@
 // What stands before a start: options, what the adapter supports, the object, the target disks and the question.
-#include "Functions/consistencyCheck/consistencyCheck.h"
-#include "Functions/copyBack/copyBack.h"
-#include "Functions/init/init.h"
-#include "Functions/mediaPatrol/mediaPatrol.h"
-#include "Functions/pause/pause.h"
-#include "Functions/rebuild/rebuild.h"
-#include "Functions/rebuild/rebuildV2.h"
 #include "tests/seam/activity.h"
+#include "tests/seam/commands.h"
 
 namespace {
 

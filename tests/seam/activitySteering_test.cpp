@@ -1,14 +1,7 @@
 // Every action on an object in every state, for each command of the family: one line, one result, one call at most.
-#include "Functions/consistencyCheck/consistencyCheck.h"
-#include "Functions/copyBack/copyBack.h"
-#include "Functions/init/init.h"
-#include "Functions/mediaPatrol/mediaPatrol.h"
-#include "Functions/migrate/migrate.h"
-#include "Functions/migrate/migrateV2.h"
-#include "Functions/rebuild/rebuild.h"
-#include "Functions/rebuild/rebuildV2.h"
 #include "Public/activity.h"
 #include "tests/seam/activity.h"
+#include "tests/seam/commands.h"
 
 namespace {
 

@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 #include <utility>
 
-#include "Functions/aes/aesEntry.h"
-#include "Functions/aes/aesOp.h"
-#include "Functions/aes/aesPort.h"
-#include "Functions/aes/forceOnline.h"
+#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 
 namespace {

@@ -3,21 +3,12 @@
 #pragma once
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 
 #include "tests/seam/seam.h"
+#include "tests/support/scratch.h"
 
 namespace fs = std::filesystem;
-inline std::string fileText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 inline std::string configuration(const std::string& raid) {
     return "[ADAPTER CONFIG]\n[BEGIN]\n[SERIAL_NUMBER]=old # serial\n[INT13]=ENABLE\n[RAID FEATURE]=ENABLE\n[END]\n"
            "[PORT CONFIG]\n[BEGIN]\n[PORT ID]=0\n[SASADDRESS]=00000000:00000000\n[PORT ID]=1\n"
@@ -34,7 +25,7 @@ inline std::string serialOf(const _HBA_Info_Page& page) {
 
 struct Cfg : SeamTest {
     fs::path before = fs::current_path();
-    fs::path folder;
+    ScratchFolder folder;
     _HBA_Info_Page page = {}; // what the flash of the adapter holds that commands run on
 
     void SetUp() override {
@@ -44,15 +35,10 @@ struct Cfg : SeamTest {
         gCurrentAdapter = 0;
         gAdapterInfo[0].PortCount = 2;
         gAdapterInfo[0].DevID = 0x4740;
-        char name[] = "/tmp/cfg-test.XXXXXX";
-        folder = mkdtemp(name);
-        fs::current_path(folder);
+        fs::current_path(folder.path);
     }
-    void TearDown() override {
-        fs::current_path(before);
-        fs::remove_all(folder);
-    }
-    static void write(const char* name, const std::string& text) { std::ofstream(name, std::ios::binary) << text; }
+    void TearDown() override { fs::current_path(before); }
+    static void write(const char* name, const std::string& text) { writeText(name, text); }
     static void addVd(KT_U16 id, std::vector<KT_U16> blocks, KT_U8 status) {
         _LD_Info ld = {};
         ld.ID = id;

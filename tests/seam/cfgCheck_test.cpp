@@ -1,17 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <unistd.h>
 
 #include "Functions/restore_cfg/checkConfig.h"
 #include "Functions/restore_cfg/obstacles.h"
 #include "tests/seam/seam.h"
+#include "tests/support/scratch.h"
 
 namespace {
-namespace fs = std::filesystem;
-
 _LD_Info vd(KT_U16 id, KT_U8 level, KT_U64 megabytes, const std::vector<KT_U16>& disks, KT_U8 parity = 0) {
     _LD_Info ld = {};
     ld.ID = id;
@@ -204,8 +200,8 @@ TEST_F(Obstacles, OfVirtualDisksInArrays) {
 }
 
 TEST_F(Obstacles, AreLookedForByReadingOnly) {
-    char folder[] = "/tmp/cfg-check.XXXXXX";
-    const std::string file = std::string(mkdtemp(folder)) + "/a b.txt";
+    const ScratchFolder folder;
+    const std::string file = folder.path + "/a b.txt";
     std::ofstream(file) << "[ADAPTER CONFIG]\n[SPINUP GROUP]=4\n[END]\n[PORT CONFIG]\n[PORT ID]=1\n[AMP]=F\n[END]\n"
                            "[RAID CONFIG]\n[VD ID]=0\n[RAID NAME]=new\n[RAID MODE]=RAID1\n[CAPACITY (M)]=500\n"
                            "[PD MEMBER]=3,4\n[END]\n";
@@ -257,7 +253,6 @@ TEST_F(Obstacles, AreLookedForByReadingOnly) {
         "Restore_Error: port id in the file exceed MAX_PORT_NUMBER!\nRestore_Error: \nAnalysis config file error!\n" +
             cannot,
         1);
-    fs::remove_all(folder);
     const char* const refused[][2] = {{"", "check: option -f is required\n"},
                                       {"-f a -f b", "Duplicated option specified.\n"},
                                       {"-f a b", "check: 'b' is one word too many.\n"},

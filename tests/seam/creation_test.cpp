@@ -1,8 +1,6 @@
 // create on disks, the question both create commands ask, and maxcreatesize: what is refused before anything is sent,
 // the records, the calls' order, and what follows from each status.
-#include "Functions/create/create.h"
-#include "Functions/create/createV2.h"
-#include "Functions/getMaxSize/getMaxSize.h"
+#include "tests/seam/commands.h"
 #include "tests/seam/creation.h"
 
 namespace {

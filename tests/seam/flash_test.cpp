@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <csignal>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <pty.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -10,21 +8,14 @@
 
 #include "Functions/flash/flash.h"
 #include "tests/seam/seam.h"
+#include "tests/support/scratch.h"
 
 namespace {
 
 constexpr size_t PAGE = 0x30000;
 struct Flash : SeamTest {
-    char folder[32] = "/tmp/ktflashXXXXXX";
-    std::string path;
-    void SetUp() override {
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        path = std::string(folder) + "/image";
-    }
-    void TearDown() override {
-        unlink(path.c_str());
-        rmdir(folder);
-    }
+    ScratchFolder folder;
+    const std::string path = folder.path + "/image";
     bool exists() const { return access(path.c_str(), F_OK) == 0; }
     Outcome backUp() const { return run(doFlash, "flash -a backup -t bin -f " + path); }
     Outcome update(const std::string& words = "-t firmware") const {
@@ -41,13 +32,7 @@ std::vector<KT_U8> makeImage(size_t size) {
 }
 
 void writeFile(const std::string& path, const std::vector<KT_U8>& image) {
-    std::ofstream file(path, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(image.data()), static_cast<std::streamsize>(image.size()));
-}
-
-std::vector<KT_U8> readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    writeText(path, {image.begin(), image.end()});
 }
 
 } // namespace
@@ -157,7 +142,7 @@ TEST_F(Flash, BacksUpWhatIsThere) {
     EXPECT_EQ((Calls{"KT_Flash_Bin 0 240 1 page 0 last 0 size 0", "KT_Flash_Bin 0 240 1 page 1 last 0 size 0",
                      "KT_Flash_Bin 0 240 1 page 2 last 0 size 0"}),
               seam.calls);
-    EXPECT_TRUE(seam.flash == readFile(path));
+    EXPECT_TRUE(std::string(seam.flash.begin(), seam.flash.end()) == fileText(path));
     seam.calls.clear();
     EXPECT_EQ("File '" + path + "' has already existed.\n", backUp().printed);
     EXPECT_EQ(1, backUp().result);

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Functions/nvsram/nvsram.h"
-#include "Functions/register/register.h"
-#include "Functions/tandem/tandem.h"
+#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 #include "tests/support/printed.h"
 

@@ -2,17 +2,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-#include "Functions/devMap/devMap.h"
-#include "Functions/enclosure/enclosure.h"
-#include "Functions/get/get.h"
-#include "Functions/import/import.h"
-#include "Functions/info/info.h"
-#include "Functions/locate/locate.h"
-#include "Functions/report/report.h"
-#include "Functions/smart/smart.h"
-#include "Functions/ssd/ssd.h"
-#include "Functions/status/status.h"
-#include "Functions/version/version.h"
+#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 
 static struct {

@@ -1,9 +1,7 @@
 // delete, assign and wipe: the questions, what is done for each answer, and what follows from each status.
 #include <gtest/gtest.h>
 
-#include "Functions/delete/delete.h"
-#include "Functions/spare/spare.h"
-#include "Functions/wipe/wipe.h"
+#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 
 namespace {

@@ -1,9 +1,7 @@
 // What set hands to the library, and a library that answers and does nothing.
 #include <gtest/gtest.h>
 
-#include "Functions/set/set.h"
-#include "Functions/ssd/ssd.h"
-#include "Functions/ssdop/ssdop.h"
+#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 
 extern "C" {

@@ -1,5 +1,6 @@
 #include "Public/fileName.h"
 #include "Public/newFile.h"
+#include "tests/support/scratch.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -10,23 +11,14 @@
 
 namespace {
 
-struct ScratchFolder : testing::Test {
-    char folder[32] = "/tmp/ktfileXXXXXX";
-    std::string path;
-    void SetUp() override {
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        path = std::string(folder) + "/image";
-    }
-    void TearDown() override {
-        unlink(path.c_str());
-        rmdir(folder);
-    }
+struct NewFiles : testing::Test {
+    ScratchFolder folder;
+    std::string path = folder.path + "/image";
     bool exists() const {
         struct stat status;
         return lstat(path.c_str(), &status) == 0;
     }
 };
-using NewFiles = ScratchFolder;
 
 TEST(FileName, TakesAQuotedNameUpToTheClosingQuote) {
     EXPECT_EQ(unquotedName("plain\"x"), "plain\"x");
@@ -68,7 +60,7 @@ TEST_F(NewFiles, WithANameInQuotesAreTakenAsTheyStandFirst) {
     path += " $KT_TEST_NAME*";
     std::string found;
     EXPECT_TRUE(expandName(path, true, found));
-    EXPECT_EQ(found, std::string(folder) + "/image value*");
+    EXPECT_EQ(found, folder.path + "/image value*");
     NewFile file = {};
     ASSERT_EQ(createNewFile(path.c_str(), file), Created::Yes);
     ASSERT_TRUE(keepNewFile(file));
