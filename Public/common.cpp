@@ -103,7 +103,8 @@ int cmdDispatcher(int argc, char** argv) {
     for (KT_U16 i = 0; i < inCmdTableSize; ++i) {
         if (!isPrefix(pInCmdTable[i])) continue;
         index = i;
-        // Once a general row has matched, positions are looked up in the general table only.
+        // Settled: behind a general row that matched, the position is one of the general table. No word of the tables
+        // gets here by that way, for none that begins a general command is an internal one.
         if (isWhole(pInCmdTable[i])) return run(inGeneral ? pCmdTable[i] : pInCmdTable[i]);
         ++count;
     }

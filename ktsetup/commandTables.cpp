@@ -94,6 +94,7 @@ _cmd_struct internalCmdTableV1[] = {
     ROW("pause", doPause, pause_help, pause_sh),
 };
 
+// "set" and "rescan" stand twice, as in the list that `help` prints, which is settled.
 _cmd_struct generalCmdTableV2[] = {
     ROW("?", doHelp, help_help, question_sh),
     ROW("help", doHelp, help_help, help_sh),

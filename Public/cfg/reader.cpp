@@ -340,6 +340,7 @@ static void search(Reader& r) {
     }
 }
 
+// What it takes is settled. NOLINTNEXTLINE(readability-function-size)
 bool KT_Analyze_Grammar(const char* text, size_t length, _file_sasaddr_place_info_t* places, _HBA_Info_Page* page,
                         _LD_Info* lds, _HD_RAID_STATUS* spares, KT_U16* counts, KT_U8 mode) {
     Reader r = {text, length, mode,   0, 1, nullptr,   nullptr,   {},       places,

@@ -142,6 +142,7 @@ static void appendRaid(std::string& text, const _LD_Info* lds, KT_U8 ldCount, co
     appendEnd(text);
 }
 
+// What it takes is settled. NOLINTNEXTLINE(readability-function-size)
 size_t KT_Form_Grammar(KT_U8 adapter, std::string& text, const _HBA_Info_Page* page, const _LD_Info* lds, KT_U8 ldCount,
                        const _HD_RAID_STATUS* spares, KT_U8 spareCount, KT_U8 mode) {
     if (memcmp(page->Signature, CFG_SIGNATURE, sizeof page->Signature) != 0) return 0;
