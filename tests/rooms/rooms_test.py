@@ -46,20 +46,18 @@ def source_of(path, build):
 def read_symbols(objects, build):
     """Symbol -> the units that define it, and unit -> the symbols that it needs. Calls of the library's interface are
     left out: whoever makes them does not know who answers."""
-    defined, needed = {}, {}
-    for path in objects:
-        unit = source_of(path, build)
-        if unit is None or floor_of(unit) is None:
+    units = {path: source_of(path, build) for path in objects}
+    units = {path: unit for path, unit in units.items() if unit and floor_of(unit) is not None}
+    defined, needed = {}, {unit: set() for unit in units.values()}
+    lines = subprocess.run(["nm", "-A", "-P", *units], check=True, capture_output=True, text=True).stdout.splitlines()
+    for path, symbol, kind in (line.split()[:3] for line in lines):
+        if symbol.startswith("KT_"):
             continue
-        lines = subprocess.run(["nm", path], check=True, capture_output=True, text=True).stdout.splitlines()
-        needs = needed.setdefault(unit, set())
-        for kind, symbol in (line[17:].split(" ", 1) for line in lines if len(line) > 18):
-            if symbol.startswith("KT_"):
-                continue
-            if kind in "TDBR":
-                defined.setdefault(symbol, set()).add(unit)
-            elif kind == "U":
-                needs.add(symbol)
+        unit = units[path.removesuffix(":")]
+        if kind in "TDBR":
+            defined.setdefault(symbol, set()).add(unit)
+        elif kind == "U":
+            needed[unit].add(symbol)
     return defined, needed
 
 
