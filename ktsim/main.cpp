@@ -73,7 +73,7 @@ static int runGuarded(int argc, char** argv) {
 }
 
 // What is left that a handler itself can throw is running out of memory: the end, whatever is done.
-int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
+int main(int argc, char** argv) {
     fillStandardStreams();
     watchStandardOutput();
     return endOutput(runGuarded(argc, argv));
