@@ -359,15 +359,19 @@ static void addBatteryRow(const Context& context, std::vector<StatusRow>& rows) 
         rows.push_back(StatusRow{Urgency::Wrong, Thing::Battery, text});
         return;
     }
-    const bool broken = find<BatteryState>(context, 0).value_or(BatteryState{}).chargerBroken != 0;
-    if (batteryKeepsCache(context) && !broken) return;
+    const BatteryState state = find<BatteryState>(context, 0).value_or(BatteryState{});
+    const bool wrong = !batteryKeepsCache(context) || state.chargerBroken != 0;
+    const bool busy = (battery.status & (KT_BBU_CHARGING | KT_BBU_DISCHARGING)) != 0;
+    if (!wrong && !busy) return;
     std::string text = format("  Battery  %u%%, %.2f C, %.2f V", unsigned{battery.percentage},
                               battery.temperature / 100.0, battery.voltage / 1000.0);
-    if (broken) text += ", charger broken";
+    if (busy) text += battery.status & KT_BBU_CHARGING ? ", charging" : ", discharging";
+    if (state.relearn == RELEARN_DISCHARGING || state.relearn == RELEARN_CHARGING) text += " to relearn";
+    if (state.chargerBroken) text += ", charger broken";
     for (const char* complaint : batteryComplaints(context))
         text += std::string(", ") + complaint;
     if (!batteryKeepsCache(context)) text += ", caches would not survive a power failure";
-    rows.push_back(StatusRow{Urgency::Wrong, Thing::Battery, text});
+    rows.push_back(StatusRow{urgencyOf(wrong, busy), Thing::Battery, text});
 }
 
 // "  fan 2 critical": of its slots, or of its other elements.

@@ -56,16 +56,23 @@ _ktsim_places() {
       (( $2 == 1 )) && _ktsim_ask event --list | awk -v class="${COMP_WORDS[COMP_CWORD-1]}" '$1 == class { print $2 }'
       ;;
     "clock until") echo idle ;;
-    "battery charger") printf 'broken\nworking\n' ;;
   esac | sort -u
 }
 
-# The words between the braces of option $2 in the help $1; fails where the option takes none of a few words.
+# The words between the first braces of $1, one a line; fails without any.
+_ktsim_braces() {
+  local words
+  [[ $1 == *\{*\}* ]] || return
+  words=${1#*\{}
+  tr , '\n' <<<"${words%%\}*}"
+}
+
+# Those that option $2 takes by the help $1, and those that its place number $2 takes.
 _ktsim_choices() {
-  local line
-  line=$(grep -E -m1 -- "^ *(-[a-z],)?$2[, ][^{]*[{]" <<<"$1") || return
-  line=${line#*\{}
-  tr , ' ' <<<"${line%%\}*}"
+  _ktsim_braces "$(grep -E -m1 -- "^ *(-[a-z],)?$2[, ][^{]*[{]" <<<"$1")"
+}
+_ktsim_place_choices() {
+  _ktsim_braces "$(awk -v n="$2" '/^Positionals:/ { on = 1; next } /^[^ ]/ { on = 0 } on && /^  [A-Z]/ && n-- == 0' <<<"$1")"
 }
 
 _ktsim() {
@@ -100,7 +107,10 @@ _ktsim() {
   # The path is made of words that are only letters.
   help=$(ktsim $path --help 2>/dev/null </dev/null)
   if [[ $before == -* ]] && choices=$(_ktsim_choices "$help" "$before"); then
-    mapfile -t COMPREPLY < <(compgen -W "$choices" -- "$word")
+    local IFS=$'\n'
+    mapfile -t COMPREPLY < <(compgen -W "$choices" -- "${word//\\ / }")
+    # A word with a blank is one word.
+    COMPREPLY=("${COMPREPLY[@]// /\\ }")
     return
   fi
   if [[ $word == -* ]]; then
@@ -115,8 +125,10 @@ _ktsim() {
   done
   set -- $path
   places=$(( places - $# ))
+  choices=$(_ktsim_places "$path" "$places")
+  [[ -n $choices ]] || choices=$(_ktsim_place_choices "$help" "$places")
   mapfile -t COMPREPLY < <(compgen -W "$(awk '/^Subcommands:/ { on = 1; next } /^[^ ]/ { on = 0 } on { print $1 }' <<<"$help")
-    $(_ktsim_places "$path" "$places")" -- "$word")
+    $choices" -- "$word")
   [[ $path == "image make" || $path == "image microcode" ]] && compopt -o default
 }
 complete -F _ktsim ktsim

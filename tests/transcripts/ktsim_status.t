@@ -80,8 +80,10 @@ Every state and activity has its word.
             [#-------------------] 5% background init, paused
             [############--------] 61% media patrol, 1 h 17 min left
   $ ktsim battery temperature 80; ktsim battery charge 50; ktsim status -a 0 | grep -e Batt -e 'VD 1 '
-    Battery  50%, 80.00 C, 3.54 V, too hot, caches would not survive a power failure
+    Battery  50%, 80.00 C, 3.54 V, discharging, too hot, caches would not survive a power failure
     VD 1     rebuilding       RAID1        200.0 GiB  array 1  degraded, write-back, unsafe (battery too hot)
+  $ lab default; ktsim battery relearn 1h; ktsim clock advance 2h; ktsim status -a 0 | grep -e Batt
+    Battery  62%, 31.40 C, 3.92 V, discharging to relearn
   $ ktsim battery remove -f; ktsim status -a 0 | grep -e Batt; lab troubled; ktsim status -a 0 | grep Encl
     Battery  none, caches would not survive a power failure
     Enclosure 1  arydev 12 non-critical, 14 critical
@@ -141,11 +143,12 @@ Completion knows the adapters' disks and enclosures, calls, events and labs.
   $ lab default && ktsim disk pull 12 && ktsim disk pull 3 -f
   $ . "$TESTDIR/../../packaging/completion/ktsim.bash"; compopt() { :; }
   $ try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _ktsim; echo "${COMPREPLY[*]}"; }
-  $ try ktsim disk fail 1; try ktsim disk fail 3 -a 1 ''; try ktsim disk insert ''; try ktsim disk age 3 ''
+  $ try ktsim disk fail 1; try ktsim disk fail 3 -a 1 ''; try ktsim disk insert ''; try ktsim disk age 3 w; try ktsim disk replace 3 --type S
   1 10 11
   0 1 2 3 4 5 6 7 8 9
   12 3
-  
+  wear warmth
+  SATA SAS SATA\ SSD SAS\ SSD
   $ ktsim cable show -a 1; ktsim cable pull 6 -f; try ktsim cable pull ''; try ktsim cable insert ''; ktsim cable show | tail -1
   Port 0  disk 0
   Port 1  disk 1

@@ -45,6 +45,8 @@ What is gone at the boot is told then, and not before. It may be back before any
   [INFO] Rebuild disk on virtual disk 3 started
   $ ktsim power off; ktsim disk insert 1 3 7 8; ktsim power on; statuses
   online, online, degraded, partially optimal
+  $ lab default; ktsim power off; ktsim enclosure pull 1 -f; ktsim power on; news | tail -1
+  [CRITICAL] Previous configuration completely missing at boot
   $ lab default; ktsim power off; for pd in 1 7 8; do ktsim disk pull $pd -f; done
   $ for pd in 1 8 7; do ktsim disk insert $pd; done; ktsim power on; news; kt info -o vd | grep ^status | uniq -c
         4 status:              online
