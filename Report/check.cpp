@@ -34,7 +34,7 @@ static bool decides(const std::string& call) {
 
 // What was refused and a verdict needs.
 static bool isMissing(const Json& document, const Json& unread) {
-    return decides(textIn(unread, "call")) && isRefusal(unread) && !isOfOfflineDisks(document, unread);
+    return decides(textIn(unread, "call")) && isRefusal(unread) && !isOfWhatIsOffline(document, unread);
 }
 
 static void countThings(const Json& document, Count& count) {

@@ -86,14 +86,16 @@ bool isRefusal(const Json& unread) {
     return status != KT_ERR_NOT_SUPPORTED && status != KT_ERR_NOT_ON_THIS_ADAPTER;
 }
 
-bool isOfOfflineDisks(const Json& document, const Json& unread) {
+bool isOfWhatIsOffline(const Json& document, const Json& unread) {
     const Json* adapter = findAdapter(document, numberIn(unread, "adapter").value_or(~KT_U64{0}));
     const Json& ids = listIn(unread, "ids");
-    if (adapter == nullptr || ids.empty() || !textIn(unread, "call").starts_with("KT_PD_")) return false;
-    const Json& disks = listIn(*adapter, "disks");
+    const std::string call = textIn(unread, "call");
+    const bool ofDisks = call.starts_with("KT_PD_");
+    if (adapter == nullptr || ids.empty() || (!ofDisks && !call.starts_with("KT_Tandemix_"))) return false;
+    const Json& things = listIn(*adapter, ofDisks ? "disks" : "virtualDisks");
     return std::all_of(ids.begin(), ids.end(), [&](const Json& id) {
-        return std::any_of(disks.begin(), disks.end(), [&](const Json& disk) {
-            return in(disk, "id") == id && textIn(disk, "state") == "offline";
+        return std::any_of(things.begin(), things.end(), [&](const Json& thing) {
+            return in(thing, "id") == id && textIn(thing, ofDisks ? "state" : "status") == "offline";
         });
     });
 }

@@ -38,8 +38,8 @@ std::vector<VdInArray> virtualDisksOn(const Json& adapter, KT_U64 disk);
 
 // Whether an item of "unread" is a refusal; what an adapter or a library lacks altogether it need not tell of.
 bool isRefusal(const Json& unread);
-// Whether only disks that are offline were silent, which is a problem by itself.
-bool isOfOfflineDisks(const Json& document, const Json& unread);
+// Whether only disks, or hybrid virtual disks, that are offline were silent, which is a problem by itself.
+bool isOfWhatIsOffline(const Json& document, const Json& unread);
 
 // How things are called in sentences; texts from adapters are made safe to print.
 std::string placeOf(const Json& disk);                     // "slot 3 of enclosure 1", "port 6", "port 2 of PM 1"

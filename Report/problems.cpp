@@ -129,7 +129,7 @@ static void findUnread(Scene& scene) {
     bool down = false;
     for (const Json& refusal : listIn(scene.document, "unread")) {
         if (numberIn(refusal, "adapter") != scene.adapterId || !isRefusal(refusal)) continue;
-        if (isOfOfflineDisks(scene.document, refusal)) continue;
+        if (isOfWhatIsOffline(scene.document, refusal)) continue;
         if (!told) {
             found(scene,
                   {"adapter-unread", "adapter", scene.adapterId,
