@@ -107,20 +107,12 @@ void Command::requireCommand(int least, int most) const {
     app->require_subcommand(static_cast<size_t>(least), static_cast<size_t>(most));
 }
 
-void Command::endAtStranger() const {
-    app->prefix_command();
-}
-
 void Command::onGiven(const std::function<void()>& work) const {
     app->callback(work);
 }
 
 bool Command::hasGivenCommand() const {
     return !app->get_subcommands().empty();
-}
-
-std::vector<std::string> Command::rest() const {
-    return app->remaining();
 }
 
 void failMissing(const std::string& word) {

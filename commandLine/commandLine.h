@@ -57,13 +57,10 @@ struct Command {
     Command addChoice(const std::string& name) const;
 
     void requireCommand(int least, int most) const;
-    // What comes behind the first word that is none of the command's belongs to somebody else: rest().
-    void endAtStranger() const;
     // Done when the command was given, while the words are read: what it throws ends that. The program's own is done
     // last, whether or not a command was given.
     void onGiven(const std::function<void()>& work) const;
     bool hasGivenCommand() const;
-    std::vector<std::string> rest() const;
 };
 
 // Words that are not understood. Thrown by what onGiven() does, too, for a word that is missing after all.

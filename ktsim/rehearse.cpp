@@ -203,7 +203,6 @@ void addRehearse(const Command& app) {
     const Command command = app.addCommand(
         "rehearse", "Try commands of ktsetup or ktcfg on a twin of the adapters: rehearse -- ktsetup WORDS ...");
     const auto wanted = std::make_shared<RehearseOptions>();
-    command.endAtStranger();
     command
         .addOption("--from", wanted->from, "A report instead of the adapters of this machine (ktreport json --records)")
         .oneEachTime();
@@ -213,10 +212,7 @@ void addRehearse(const Command& app) {
     command.addOption("--script", wanted->script, "Commands, one a line; - for standard input");
     command.addFlag("--json", wanted->json, "Print all of it for programs");
     command.addOption("COMMAND", wanted->words, "The command and its words, after --");
-    command.onGiven([wanted, command] {
-        const std::vector<std::string> rest = command.rest();
-        wanted->words.insert(wanted->words.end(), rest.begin(), rest.end());
-        if (!wanted->words.empty() && wanted->words[0] == "--") wanted->words.erase(wanted->words.begin());
+    command.onGiven([wanted] {
         const int result = rehearse(*wanted);
         if (result != 0) throw CommandFailure{"", result};
     });

@@ -36,14 +36,9 @@ static void run(const Options& options, const std::vector<std::string>& command)
 void addRun(const Command& app, Options& options) {
     const Command command = app.addCommand("run", "Run a command in the environment of this state: run -- COMMAND ...");
     const auto words = std::make_shared<std::vector<std::string>>();
-    command.endAtStranger();
     command.addOption("COMMAND", *words, "The command and its words, after --");
-    command.onGiven([&options, words, command] {
-        std::vector<std::string> all = *words;
-        const std::vector<std::string> rest = command.rest();
-        all.insert(all.end(), rest.begin(), rest.end());
-        if (!all.empty() && all[0] == "--") all.erase(all.begin());
-        if (all.empty()) failMissing("COMMAND");
-        run(options, all);
+    command.onGiven([&options, words] {
+        if (words->empty()) failMissing("COMMAND");
+        run(options, *words);
     });
 }

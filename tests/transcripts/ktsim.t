@@ -283,6 +283,12 @@ A command in the state's environment; its result is the command's own.
   ktraid-sim
   [7]
   $ ktsim run -- ktsetup ver > /dev/null
+  $ ktsim run -- echo a -- b; ktsim run echo a; printf 'ver\nexit\n' | ktsim run -- ktsetup | grep -c Invalid; ktsim run echo -n a
+  a -- b
+  a
+  0
+  ktsim: The following argument was not expected: -n (--help tells more)
+  [2]
   $ ktsim run -- ./nothing
   ktsim: ./nothing: No such file or directory
   [127]
