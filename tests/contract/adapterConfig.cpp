@@ -15,6 +15,7 @@ struct AdapterConfig : LabTest<LAB> {
 
 TEST_F(AdapterConfig, ChangesAreKeptAndLogged) {
     const _Adapter_Config_V2 before = config;
+    EXPECT_EQ(memcmp(before.SerialNo, adapterInfo(0).SerialNo, sizeof before.SerialNo), 0);
     config.AutoRebuildOn = 0;
     config.RebuildRate = 100;
     config.MPRate = 0;

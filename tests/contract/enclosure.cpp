@@ -49,6 +49,7 @@ TEST_F(Enclosure, ListsWhatTheLabHas) {
     EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 11), "12 Slot 11");
     EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 255), "12 Slot");
     EXPECT_EQ(config(4, KT_SES_COOLING, 0), "1 Rear blower");
+    EXPECT_EQ(status(4, KT_SES_COOLING, 255), "01000000") << "of one";
     EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 12), "error 18");
     EXPECT_EQ(config(1, KT_SES_DEVICE, 0), "error 18") << "this enclosure has none of the type";
     EXPECT_EQ(config(1, 0x7F, 255), "error 18");

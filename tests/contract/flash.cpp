@@ -93,7 +93,12 @@ TEST_F(Flash, ABootFallsBackOnTheEarlierCopy) {
     EXPECT_EQ(info().firmware_img_health, 0);
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
     EXPECT_EQ(info().firmware_img_health, 1);
+    outside::damageImage(0, KT_IMAGE_FIRMWARE, outside::DATA);
     ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
+    damage(outside::DATA);
+    EXPECT_EQ(info().FirmwareVersion.MajorVersion, 4) << "what is damaged is not kept as the earlier one";
+    for (int i = 0; i < 2; ++i)
+        ASSERT_EQ(update(KT_IMAGE_FIRMWARE, wanted), KT_OK);
     events();
     damage(outside::DATA);
     EXPECT_EQ(events(), (Events{"10/24 of 0", "10/21 of 0"}));

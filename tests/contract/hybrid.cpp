@@ -34,6 +34,7 @@ static int used(KT_U16 vd) {
 }
 
 TEST_F(Hybrid, TablesFill) {
+    EXPECT_EQ(adapterInfo(0).MaxTandemHdd, 1);
     EXPECT_EQ(used(1), 0);
     EXPECT_EQ(add(1, 0, 0), KT_OK);
     EXPECT_EQ(add(1, SIZE - 1, 1), KT_OK);

@@ -203,6 +203,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
 TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     makeArray(KT_RAID5, {0, 1, 2}, {10000});
     EXPECT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 8, 0), KT_ERR_SPARE_TOO_SMALL);
+    EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 8), KT_ERR_SPARE_TOO_SMALL) << "for every array";
     ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_ERR_ALREADY_ARRAY_SPARE);
     newEvents(ARRAYS);

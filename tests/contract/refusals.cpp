@@ -9,7 +9,7 @@ static const char LAB[] = R"({"adapters": [
      {"size": "1GB", "HDType": 8}, {"type": "SAS", "size": "100GB", "LocateLEDStatus": 255},
      {"type": "SATA SSD", "size": "100GB"}],
    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"size": "10GiB"}]},
-              {"level": "RAID1", "disks": [3, 4]}]},
+              {"level": "RAID1", "disks": [3, 4]}, {"level": "RAID0", "disks": [7]}]},
   {"type": "LD-based", "MaxLogicalDrive": 3, "disks": [
      {"count": 4, "type": "SATA", "size": "100GB"}, {"type": "SATA SSD", "size": "50GB"},
      {"count": 2, "type": "SATA", "size": "100GB"}, {"type": "SATA", "size": "10GB"}, {"type": "SATA", "size": "100GB"}],
@@ -112,6 +112,7 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
         {KT_ERR_ATAPI, [] { return createRaid0(0, 9, 5); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 11); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 10); }},
+        {KT_ERR_NOT_REDUNDANT, [] { return KT_LD_DG_StartRebuild(0, 2, 1, &NOBODY); }},
         {KT_ERR_ARRAY_EMPTY,
          [] {
              return migrateDg(0, 1, KT_RAID10, {3, 4, 5, 6});

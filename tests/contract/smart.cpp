@@ -134,6 +134,9 @@ TEST_F(Smart, TheDayWarmsAndThePullStopsTheHours) {
 }
 
 TEST_F(Smart, DrivesAnswerCommands) {
+    _HD_Info disk = {};
+    EXPECT_EQ(readItem(KT_PD_GetHDInfo, 0, 0, &_HD_Info_Request::hdInfo, disk), KT_OK);
+    EXPECT_EQ(std::vector<int>({disk.PIOMode, disk.MDMAMode, disk.UDMAMode}), std::vector<int>({4, 2, 6}));
     EXPECT_EQ(ata(0, KT_ATA_SMART, KT_SMART_RETURN_STATUS, 0).Status, 0x51) << "without its signature";
     EXPECT_EQ(ata(0, 0x25, 0).Error, 0x04) << "a command that moves data";
     EXPECT_EQ(ata(0, 0xE7, 0).Status, 0x50);

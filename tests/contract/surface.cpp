@@ -130,6 +130,10 @@ TEST_F(Surface, ARebuildMarksWhatIsLostUntilItIsWrittenAgain) {
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), Events({"2/17 of 7", "2/37 of 7", "2/22 of 7"}));
     EXPECT_EQ(found(KT_LD_StartINIT(0, 0, KT_INIT_QUICK)), Events({"1/40 of 0", "2/15 of 0", "1/45 of 0"}));
     EXPECT_EQ(smart(0, 0x05), 8U);
+    spoil(2, 5000, outside::UNREADABLE, 3);
+    found(KT_LD_StartINIT(0, 0, KT_INIT_QUICK));
+    EXPECT_EQ(smart(2, 0x05), 3U) << "nobody had read them before";
+    EXPECT_EQ(smart(2, 0xC5), 0U);
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/25 of 0"}));
 }
 
@@ -149,6 +153,9 @@ TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
               Events({"1/80 of 0", "2/36 of 0", "2/37 of 0", "2/38 of 0", "2/37 of 0", "2/36 of 1", "2/37 of 1",
                       "2/37 of 2", "2/37 of 8", "1/85 of 0"}));
     EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 8)), Events({"2/17 of 8", "2/37 of 8", "2/22 of 8"}));
+    EXPECT_EQ(vdInfo(0, 0).NumParityDisk, 2);
+    for (const KT_U16 array : Ids{0, 1})
+        EXPECT_EQ(dgInfo(0, array).NumParityDisk, 2);
 }
 
 // It reads the members from their start to their end while the progress goes from 0 to 100.

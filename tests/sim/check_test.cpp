@@ -32,6 +32,15 @@ static Spoil without(KT_U64 id) {
     return [=](const Context& context) { erase<Record>(context, id); };
 }
 
+// A row that is shorter than the record.
+template <class Record>
+static Spoil cut() {
+    return [](const Context& context) {
+        writeRow(context.store, {context.adapter, KindOf<Record>::value, 99},
+                 reinterpret_cast<const unsigned char*>("x"), 1);
+    };
+}
+
 static std::vector<std::string> violationsAfter(const Spoil& spoil) {
     Store* store = openMemoryStore(fillFromLab, &LAB);
     beginTransaction(*store, Access::Write);
@@ -102,6 +111,13 @@ TEST(Check, NamesWhatIsWrong) {
                                                                          [](auto& sector) {
                                                                              sector = {FLAW_LOST, 1, {}};
                                                                          })},
+        {"VD 99 is not whole", cut<_LD_Info>()},
+        {"state of VD 99 is not whole", cut<VdState>()},
+        {"array 99 is not whole", cut<_DG_Info>()},
+        {"state of array 99 is not whole", cut<DgState>()},
+        {"disk 99 is not whole", cut<_HD_Info>()},
+        {"state of disk 99 is not whole", cut<PdState>()},
+        {"block 99 is not whole", cut<_Block_Info>()},
         {"event 9 is out of sequence", with<_Event>(9, [](auto& event) { event.SequenceNo = 9; })},
     };
     EXPECT_EQ(violationsAfter([](const Context&) {}), std::vector<std::string>());

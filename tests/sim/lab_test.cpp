@@ -85,6 +85,14 @@ TEST(Lab, LaysVirtualDisksOutOnTheirDisks) {
     closeStore(store);
 }
 
+// Those before it may be out of reach of whoever describes them.
+TEST(Lab, KeepsTheNumbersOfAdapters) {
+    Store* store = stateFrom(R"({"adapters": [{"id": 2}]})");
+    EXPECT_TRUE(find<_Adapter_Info>(*store, 2, 0));
+    EXPECT_EQ(find<GlobalState>(*store, ADAPTER_GLOBAL, 0)->adapterCount, 3);
+    closeStore(store);
+}
+
 TEST(Lab, SaysWhereTheMistakeIs) {
     const auto adapter = [](const std::string& words) { return R"({"adapters": [{)" + words + "}]}"; };
     const auto disk = [&](const std::string& words) { return adapter(R"("disks": [{}, {)" + words + "}]"); };

@@ -95,6 +95,11 @@ class Fidelity(unittest.TestCase):
             (lambda r: r["adapters"][0]["arrays"][0].update(slots=[{"slot": i, "size": 1024} for i in range(300)]),
              "slot: is larger than"),
             (lambda r: r["adapters"][1].update(id=0), "adapters[1].id: is another adapter's already"),
+            (lambda r: r["adapters"][1].update(keys=[{"id": 0, "hasKey": True, "ports": [{"id": 1}, {"id": 1}]}]),
+             "adapters[1].keys[0].ports[1].id: is another port's already"),
+            (lambda r: r["adapters"][0]["enclosures"][0]["elements"][0].update(temper=1), "].temper: is not a word"),
+            (lambda r: r["adapters"][0]["features"].append("soup"),
+             'adapters[0].features: has a word that is not known: "soup"'),
             (lambda r: r["adapters"][0]["disks"][1].update(freeSize=1 << 40), "adapters[0].disks[1].freeSize: is 10995"),
             (lambda r: r["adapters"][0]["arrays"][0].update(freeSize=5), "freeSize: is no multiple of 1024 bytes"),
         ]
