@@ -188,4 +188,14 @@ TEST_F(Cfg, AutosetRefusesItsFile) {
     EXPECT_EQ(5, runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").result);
     EXPECT_EQ(assignment, fileText("setcfg.txt"));
     EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
+    // The flash has its page, and the file cannot follow.
+    seam.statuses.clear();
+    seam.flashed = [] {
+        fs::remove("setcfg.txt");
+        fs::create_directories("setcfg.txt/full");
+    };
+    expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"),
+           opening + "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n"
+                     "Error:Failed open setcfg.txt \n",
+           1);
 }

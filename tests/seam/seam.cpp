@@ -141,6 +141,7 @@ KT_U8 KT_Flash_Bin(KT_U8 a, KT_U8 action, KT_U8 imageType, _Flash_Data* page) {
     if (status != KT_OK || action == KT_FLASH_ERASE) return status;
     if (action == KT_FLASH_UPDATE) {
         seam.flash.insert(seam.flash.end(), page->Data, page->Data + page->Size);
+        if (seam.flashed != nullptr) seam.flashed();
         return status;
     }
     size_t count = start < seam.flash.size() ? std::min(seam.flash.size() - start, sizeof page->Data) : 0;

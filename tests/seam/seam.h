@@ -29,11 +29,12 @@ struct Seam {
     std::vector<_Block_Info> blocks;
     std::vector<_Event> events;
     std::vector<_Event_Message> messages;
-    KT_U8 claimed = 0;         // how many events there are said to be; 0: as many as there are
-    std::vector<KT_U8> flash;  // the image that a backup reads and an update writes
-    int flashFailsAt = -1;     // the page at which KT_Flash_Bin answers its status
-    KT_U32 flashClaims = 0;    // what a page that is read says of its size; 0: the truth
-    bool flashEndless = false; // no page that is read is the last
+    KT_U8 claimed = 0;           // how many events there are said to be; 0: as many as there are
+    std::vector<KT_U8> flash;    // the image that a backup reads and an update writes
+    void (*flashed)() = nullptr; // what happens when a page has been written
+    int flashFailsAt = -1;       // the page at which KT_Flash_Bin answers its status
+    KT_U32 flashClaims = 0;      // what a page that is read says of its size; 0: the truth
+    bool flashEndless = false;   // no page that is read is the last
     KT_U8 rawDisabled = 0;
     _Adapter_Config_V2 adapterConfig = {};
     bool keepsSettings = false; // what KT_Adapter_SetConfig takes is read back

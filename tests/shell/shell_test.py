@@ -103,6 +103,15 @@ class ShellTest(TerminalTest):
         child.expect_exact("> ")
         self.say(child, "error -c 3", "Error code 3: Unknown error.")
 
+    def test_a_line_beyond_the_memory_ends_the_shell_with_a_word(self):
+        if "sanitize" in PROGRAM:
+            self.skipTest("sanitizers need more memory than there is")
+        open(os.path.join(self.folder.name, "libreadline.so.8"), "wb").close()
+        self.environment["LD_LIBRARY_PATH"] = self.folder.name + ":" + self.environment["LD_LIBRARY_PATH"]
+        line = "head -c 40000000 /dev/zero | tr '\\0' x | (ulimit -v 40000; exec \"$0\")"
+        done = subprocess.run(["bash", "-c", line, PROGRAM], env=self.environment, capture_output=True, text=True)
+        self.assertEqual((done.returncode, done.stderr), (1, "ktsetup: out of memory\n"))
+
     def test_words_have_the_same_cases_in_every_locale(self):
         made = subprocess.run(["localedef", "-i", "tr_TR", "-f", "UTF-8", os.path.join(self.folder.name, "tr_TR.UTF-8")],
                               capture_output=True)

@@ -1,5 +1,8 @@
 #include "Public/wholeFile.h"
 
+#include "tests/support/scratch.h"
+
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/stat.h>
@@ -26,6 +29,16 @@ extern "C" int fsync(int fd) {
 extern "C" int fchown(int fd, uid_t owner, gid_t group) {
     gAsked.push_back("owner " + std::to_string(owner) + ":" + std::to_string(group));
     return static_cast<int>(syscall(SYS_fchown, fd, owner, group));
+}
+
+static bool gPlainRename = false;      // as of a file system that knows no other
+static bool gSomebodyIsFaster = false; // and makes a file of that name meanwhile
+
+extern "C" int renameat2(int, const char* from, int, const char* to, unsigned flags) {
+    if (gSomebodyIsFaster) close(open(to, O_CREAT | O_WRONLY, 0600));
+    if (!gPlainRename) return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, flags));
+    errno = EINVAL;
+    return -1;
 }
 
 namespace {
@@ -64,6 +77,20 @@ TEST_F(WholeFile, KeepsOwnerAndPermissionsOfTheOneItReplaces) {
     EXPECT_EQ(status.st_uid, mayGiveAway ? 12345U : getuid());
     const std::string owner = "owner " + std::to_string(status.st_uid) + ":" + std::to_string(status.st_gid);
     EXPECT_EQ(gAsked.front(), owner) << "asked for by everybody, granted to the superuser";
+}
+
+TEST_F(WholeFile, NeverTakesTheNameOfAnother) {
+    for (bool plain : {false, true}) {
+        gPlainRename = plain;
+        EXPECT_EQ(writeWholeFile(gTarget, "text", Existing::Keep), WroteFile::Yes);
+        EXPECT_EQ(fileText(gTarget), "text");
+        unlink(gTarget.c_str());
+        gSomebodyIsFaster = true;
+        EXPECT_EQ(writeWholeFile(gTarget, "text", Existing::Keep), WroteFile::Exists);
+        gPlainRename = gSomebodyIsFaster = false;
+        EXPECT_EQ(fileText(gTarget), "");
+        unlink(gTarget.c_str());
+    }
 }
 
 } // namespace
