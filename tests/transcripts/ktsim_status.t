@@ -38,6 +38,12 @@ What is wrong stands first, however much else there is, then what is going on; t
   [1]
   $ ktsim status --all -a 15 | grep -c ' PD '
   128
+  $ for count in 3 4; do
+  >   echo '{"adapters": [{"count": '$count', "disks": [{"count": 5}]}]}' > some.json
+  >   ktsim create --lab some.json --force && ktsim status | grep -c ' PD '; done
+  15
+  0
+  [1]
 
 Of enclosures and batteries only what is wrong; where a disk went; whence and where a copy back goes.
 
