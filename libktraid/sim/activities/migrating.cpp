@@ -198,6 +198,9 @@ static KT_U8 checkArrayIdle(const Context& context, const Journey& journey, cons
     for (const KT_U16 id : journey.from.vds) {
         const VdState vd = find<VdState>(context, id).value_or(VdState{});
         if (isAlive(vd.activity)) return KT_ERR_ARRAY_BUSY;
+        // An aborted rebuild leaves a member that is there, but is no source for what moves.
+        const auto info = find<_LD_Info>(context, id);
+        if (info && info->Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
         if (!vd.initialized && isRedundant(array.info.RaidMode)) return KT_ERR_VD_NOT_INITIALIZED;
     }
     if (anotherMigrates(context, journey.from.owner)) return KT_ERR_ONE_ARRAY_MIGRATION;
