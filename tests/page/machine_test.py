@@ -1,4 +1,5 @@
 """One machine as somebody sees it: what is there, what is touched, what the page never does."""
+import os
 import unittest
 
 from frame import Bench
@@ -207,6 +208,23 @@ class Hostile(Pages):
 
 
 class Troubled(Pages):
+    def test_every_word(self):
+        """What stands there, piece by piece, but for the problems, which are the report's; troubled.txt has it all."""
+        bench = Bench("troubled")
+        report = dict(bench.report(), host="store1", made="2026-01-05T08:00:00Z")
+        parts = {part["type"]: part for part in report["adapters"][0]["enclosures"][0]["elements"]}  # the last of each type
+        for kind, status in (("fan", "non-critical"), ("pow", "not installed"), ("tpr", "unrecoverable"), ("dpl", "unsupported")):
+            parts[kind]["status"] = status
+        parts["alm"]["type"] = "dor"
+        self.open(bench, "--from", bench.save("report.json", report))
+        self.browser.run("document.querySelectorAll('details').forEach((one) => { one.open = true; })")
+        words = self.browser.run("""
+            const pieces = [".hero > *", ".going li", ".legend", ".adapter > header", ".shelf h3", ".bays", ".parts", ".volume",
+                            ".adapter:last-of-type tr"];
+            return pieces.flatMap((piece) => [...document.querySelectorAll(piece)].map((one) => one.innerText.replace(/\\s+/g, " ")));""")
+        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "troubled.txt"), encoding="utf-8") as file:
+            self.assertEqual("\n".join(words) + "\n", file.read())
+
     def test_every_kind_of_trouble_is_drawn(self):
         bench = Bench("troubled")
         report = bench.report()

@@ -49,6 +49,16 @@ class Wall(Pages):
         self.assertEqual(names[:6], ["store005", "store012", "store019", "store006", "store013", "store020"])
         self.assertEqual(names[6:], sorted(names[6:]))
         self.assertIn("days behind", self.browser.one(f'.tile[href$="machine=0"]').text)
+        pieces = self.browser.run("""return ["header", ".tile", "li:nth-child(4) .tile"].map(
+            (piece) => document.querySelector(piece).innerText.replace(/\\s+/g, " "))""")
+        self.assertEqual(pieces, ["21 machines 336 disks \u00b7 2.0 PB 3 critical 3 warning 15 fine",
+                                  "store005 4 critical a disk is offline, and 2 more 16 disks \u00b7 96.5 TB",
+                                  "store006 2 warnings a disk foretells its failure 16 disks \u00b7 96.5 TB"])
+        self.assertEqual(self.browser.run("""return [...document.querySelectorAll(".minis")].filter((shelves) => {
+            const outer = shelves.getBoundingClientRect();
+            return [...shelves.children].map((bay) => bay.getBoundingClientRect()).some((bay) =>
+                bay.left < outer.left - 1 || bay.right > outer.right + 1 || bay.top < outer.top - 1 || bay.bottom > outer.bottom + 1);
+        }).length"""), 0, "bays stand inside of their tiles")
         self.browser.one(".tile").click()
         self.assertTrue(self.browser.soon(lambda: self.browser.texts("h1") == ["store005"]))
         self.browser.press("ESCAPE")

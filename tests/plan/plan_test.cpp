@@ -69,6 +69,14 @@ std::string linesOf(const Plan& plan) {
     return lines;
 }
 
+// The commands with why they are there and what they cost.
+std::string toldOf(const Plan& plan) {
+    std::string lines;
+    for (const PlannedStep& step : plan.steps)
+        lines += commandText(step).substr(sizeof "ktsetup") + ": " + step.reason + ": " + step.cost + "\n";
+    return lines;
+}
+
 class Planning : public testing::TestWithParam<Case> {};
 
 TEST_P(Planning, leadsThere) {
@@ -76,6 +84,14 @@ TEST_P(Planning, leadsThere) {
     const Wanted wanted = wantedIn({{"adapters", Json::parse(given.wanted)}});
     const Plan plan = makePlan(reportOf(given.there), wanted, {given.mayDelete, -1});
     EXPECT_EQ(linesOf(plan), given.lines);
+}
+
+class Telling : public testing::TestWithParam<Case> {};
+
+TEST_P(Telling, saysWhyAndWhatItCosts) {
+    const Case& given = GetParam();
+    const Wanted wanted = wantedIn({{"adapters", Json::parse(given.wanted)}});
+    EXPECT_EQ(toldOf(makePlan(reportOf(given.there), wanted, {given.mayDelete, -1})), given.lines);
 }
 
 // Arrays that stand in several of the cases; "slots" are in bytes: 1000 GiB a disk.
@@ -117,6 +133,19 @@ const Case creations[] = {
      R"([{"arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2], "virtualDisks":
          [{"name": "data", "size": "100GiB", "cache": "on"}]}]}])",
      ""},
+    {"what has no name is numbered", BLANK,
+     R"([{"arrays": [{"name": "a", "level": "RAID1", "disks": [0, 1], "virtualDisks": [{"size": "100GiB"}, {}]}]}])",
+     "0 create -o array -r 1 -d 0,1 -n a\n"
+     "0 create -o vd -a 0 -n VD_0 -s 102400\n"
+     "0 create -o vd -a 0 -n VD_1\n"},
+    {"every setting has its option",
+     R"([{"type": "array-based", "disks": [{"count": 2}], "config": {"BGARate": 1, "SyncRate": 1, "InitRate": 1, "RebuildRate": 1,
+          "MigrationRate": 1, "CopybackRate": 1, "MPRate": 1, "AutoRebuildOn": 0, "CopyBackOn": 0, "PollSMARTStatus": 0,
+          "CpuEfficiencyOn": 0, "ModuleConsolidation": 0, "AlarmOn": 0}}])",
+     R"([{"config": {"BGARate": 2, "SyncRate": 3, "InitRate": 4, "RebuildRate": 5, "MigrationRate": 6, "CopybackRate": 7, "MPRate": 100,
+          "AutoRebuildOn": 1, "CopyBackOn": 1, "PollSMARTStatus": 1, "CpuEfficiencyOn": 1, "ModuleConsolidation": 1, "AlarmOn": 1}}])",
+     "0 set -o hba --bgarate 2 --syncrate 3 --initrate 4 --rebuildrate 5 --migrationrate 6 --copybackrate 7 --mprate "
+     "100 --autorebuild on --copyback on --pollsmart on --efficiency on --consolidation on --alarm on\n"},
     {"settings in one command", THERE, R"([{"config": {"RebuildRate": 80, "AutoRebuildOn": 0, "BGARate": 50}}])",
      "0 set -o hba --rebuildrate 80 --autorebuild off\n"},
     {"caches and read-ahead", THERE,
@@ -193,6 +222,10 @@ const Case changes[] = {
      "waits: 0 create -o vd -a 0 -n v\n"},
     {"a missing disk is rebuilt", DEGRADED,
      R"([{"disks": [{"count": 3}], "arrays": [{"name": "demo", "disks": [0, 1, 2]}]}])", "0 rebuild -l 0 -d 1\n"},
+    {"and two of them in their order",
+     R"([{"type": "array-based", "disks": [{"count": 4}], "arrays": [{"id": 0, "name": "demo", "level": "RAID6",
+          "disks": [0, null, null, 3], "stripe": 64, "memberSize": 1073741824000, "slots": []}]}])",
+     R"([{"arrays": [{"name": "demo", "level": "RAID6", "disks": [0, 1, 2, 3]}]}])", "0 rebuild -l 0 -d 1,2\n"},
     {"growth onto more disks, and a virtual disk in what it brings", THERE,
      R"([{"arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2, 4],
           "virtualDisks": [{"name": "data"}, {"name": "more", "size": "2500GiB"}]}]}])",
@@ -236,6 +269,47 @@ const Case changes[] = {
      "the "
      "migration of its disks brings it; 102400 MiB are wanted / 153600 MiB; --delete deletes what is there, with its "
      "data\n"},
+    {"what no migration does",
+     R"([{"type": "array-based", "disks": [{"count": 12}], "arrays": [
+          {"id": 0, "name": "a", "level": "RAID5", "disks": [0, 1, null], "stripe": 64, "slots": [{"slot": 0, "size": 2, "virtualDisk": 0}],
+           "virtualDisks": [{"id": 0, "name": "v", "status": "offline"}]},
+          {"id": 1, "name": "b", "level": "RAID5", "disks": [3, 4, 5], "stripe": 64, "slots": []},
+          {"id": 2, "name": "c", "level": "RAID0", "disks": [6, 7], "stripe": 64, "slots": [{"slot": 0, "size": 2, "virtualDisk": 1}],
+           "virtualDisks": [{"id": 1, "name": "w", "size": 1000000000}]}]}])",
+     R"([{"arrays": [{"name": "a", "disks": [0, 1, 2]}, {"name": "b", "level": "RAID6", "disks": [3, 4, 5, 8]},
+          {"name": "c", "level": "RAID0", "disks": [6, 7], "stripe": 128}]}])",
+     "unreachable adapters[0].arrays[0].disks: array 0 \"a\" is offline, and no command brings its data back / bring "
+     "back the disks that it has lost; --delete deletes what is there, with its data\n"
+     "unreachable adapters[0].arrays[1].level: array 1 \"b\" is empty, and only an array with a virtual disk in it "
+     "migrates / leave it at RAID5 on disks 3,4,5; --delete deletes what is there, with its data\n"
+     "unreachable adapters[0].arrays[2].stripe: array 2 \"c\" has stripes of 64 KiB, which stay as they were created / "
+     "64; --delete deletes what is there, with its data\n"},
+    {"nor an adapter that cannot",
+     R"([{"type": "array-based", "features": [], "disks": [{"count": 8}], "arrays": [)" DEMO "]}]",
+     R"([{"arrays": [{"name": "demo", "level": "RAID6", "disks": [0, 1, 2, 3]}]}])",
+     "unreachable adapters[0].arrays[0].level: adapter 0 (T8, serial KS1) does not migrate, and array 0 \"demo\" is "
+     "RAID5 on disks 0,1,2 / leave it at RAID5 on disks 0,1,2; --delete deletes what is there, with its data\n"},
+    {"disks that others need",
+     R"([{"type": "array-based", "disks": [{"state": "foreign"}, {"spare": "global", "spareInUse": true}, {"mbr": true}, {"count": 1}]}])",
+     R"([{"arrays": [{"name": "a", "level": "RAID0", "disks": [0, 1, 2, 3]}]}])",
+     "unreachable adapters[0].arrays[0].disks: disk 0 (serial S0) is foreign: it holds data of another adapter / "
+     "import it, or wipe it, first\n"
+     "unreachable adapters[0].arrays[0].disks: disk 1 (serial S1) is a spare at work / wait for the copy back, or name "
+     "another\n"
+     "unreachable adapters[0].arrays[0].disks: disk 2 (serial S2) has a file system on it / name another disk, or let "
+     "--delete overwrite it\n"},
+    {"room that something else takes", THERE,
+     R"([{"arrays": [{"name": "demo", "disks": [0, 1, 2], "virtualDisks": [{"name": "new", "size": "1950GiB"}]}]}])",
+     "unreachable adapters[0].arrays[0].virtualDisks[0]: does not fit into array 0 \"demo\", where 1945600 MiB are "
+     "free in one piece; virtual disk 0 \"data\" is there, which the file does not mention / a smaller size; --delete "
+     "deletes what is there, with its data\n"},
+    {"one migration after the other",
+     R"([{"type": "LD-based", "disks": [{"count": 6}], "virtualDisks": [
+          {"id": 0, "name": "a", "level": "RAID1", "disks": [0, 1], "stripe": 64, "size": 107374182400},
+          {"id": 1, "name": "b", "level": "RAID1", "disks": [3, 4], "stripe": 64, "size": 107374182400}]}])",
+     R"([{"virtualDisks": [{"name": "a", "disks": [0, 1, 2]}, {"name": "b", "disks": [3, 4, 5]}]}])",
+     "0 migrate -l 0 -r 5 -d 0,1,2\n"
+     "waits: 0 migrate -l 1 -r 5 -d 3,4,5\n"},
     {"what is in the way is named", THERE, R"([{"arrays": [{"name": "new", "level": "RAID1", "disks": [2, 3]}]}])",
      "unreachable adapters[0].arrays[0].disks: disk 2 (serial S2) is in use by array 0 \"demo\", which the file does "
      "not "
@@ -304,6 +378,86 @@ const Case mistakes[] = {
      "adapters[0].arrays[1].name: \"a\" is the name of another array (adapters[0].arrays[0]); names decide what is the "
      "same thing\n"
      "adapters[0].arrays[1].disks: disk 1 is taken by adapters[0].arrays[0].disks already\n"},
+    {"disks that nothing may be made of",
+     R"([{"type": "array-based", "disks": [{"state": "offline"}, {"os": true}, {"type": "ATAPI"}, {"count": 3}], "arrays": [
+          {"id": 0, "name": "kept", "level": "RAID1", "disks": [3, 4], "slots": []}]}])",
+     R"([{"arrays": [{"name": "a", "level": "RAID0", "disks": [0, 1, 2, 3]}, {"name": "kept", "level": "RAID1", "disks": [4, 5]}]}])",
+     "adapters[0].arrays[0].disks: disk 0 (serial S0) is offline; replace it\n"
+     "adapters[0].arrays[0].disks: the system runs from disk 1 (serial S1)\n"
+     "adapters[0].arrays[0].disks: disk 2 (serial S2) holds no data: it is an ATAPI drive\n"},
+    {"disks of another virtual disk that stays",
+     R"([{"type": "LD-based", "disks": [{"count": 3}], "virtualDisks": [{"id": 0, "name": "v", "level": "RAID1",
+          "disks": [0, 1], "stripe": 64, "size": 1000000000}]}])",
+     R"([{"virtualDisks": [{"name": "v", "level": "RAID1", "disks": [0, 1]},
+          {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
+     "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
+     "file keeps there\n"},
+    {"disks of another virtual disk that stays",
+     R"([{"type": "LD-based", "disks": [{"count": 3}], "virtualDisks": [{"id": 0, "name": "v", "level": "RAID1",
+          "disks": [0, 1], "stripe": 64, "size": 1000000000}]}])",
+     R"([{"virtualDisks": [{"name": "v", "level": "RAID1", "disks": [0, 1]},
+          {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
+     "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
+     "file keeps there\n"},
+    {"disks of another virtual disk that stays",
+     R"([{"type": "LD-based", "disks": [{"count": 3}], "virtualDisks": [{"id": 0, "name": "v", "level": "RAID1",
+          "disks": [0, 1], "stripe": 64, "size": 1000000000}]}])",
+     R"([{"virtualDisks": [{"name": "v", "level": "RAID1", "disks": [0, 1]},
+          {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
+     "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
+     "file keeps there\n"},
+    {"disks of another virtual disk that stays",
+     R"([{"type": "LD-based", "disks": [{"count": 3}], "virtualDisks": [{"id": 0, "name": "v", "level": "RAID1",
+          "disks": [0, 1], "stripe": 64, "size": 1000000000}]}])",
+     R"([{"virtualDisks": [{"name": "v", "level": "RAID1", "disks": [0, 1]},
+          {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
+     "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
+     "file keeps there\n"},
+    {"words that are not what they should be", BLANK,
+     R"([{"serial": 1, "id": "one", "config": {"RebuildRate": 101, "AlarmOn": 2}, "disks": [{"size": -1}, {"type": "TAPE"},
+          {"serial": "x", "count": 2}, {"id": 0}, {"id": 65534, "count": 2}], "virtualDisks": 7,
+          "arrays": [1, {"name": "a", "disks": 5}, {"name": "b", "disks": [1, null]}, {"name": "c", "disks": [1, -1]},
+          {"name": "d", "level": "RAID1", "disks": [1, 1], "parity": 2, "writeCache": 1, "virtualDisks": [
+          {"name": "v", "size": "99MiB", "cache": "maybe"}, {"name": "v"}]}, {"name": "e", "level": "HYBRID", "disks": [7, 8]}]}])",
+     "adapters[0].serial: should be a text\n"
+     "adapters[0].id: should be a whole number\n"
+     "adapters[0].config.RebuildRate: should be 0 to 100\n"
+     "adapters[0].config.AlarmOn: should be 0 or 1\n"
+     "adapters[0].disks[0].size: should be a number of bytes, or an amount such as \"500GB\" or \"64MiB\"\n"
+     "adapters[0].disks[1].type: \"TAPE\" should be one of: SATA, SAS, SATA SSD, SAS SSD, PATA, ATAPI\n"
+     "adapters[0].disks[2].serial: is that of one disk; \"count\" asks for more\n"
+     "adapters[0].disks[3].id: 0 is another disk's already\n"
+     "adapters[0].disks[4].count: goes beyond the last disk number\n"
+     "adapters[0].arrays[0]: should be an object\n"
+     "adapters[0].arrays[1].disks: should be a list of disks\n"
+     "adapters[0].arrays[1].disks: are not named\n"
+     "adapters[0].arrays[2].disks: names a missing disk; what is wanted has all of its disks\n"
+     "adapters[0].arrays[2].disks: RAID5 needs at least 3 PDs\n"
+     "adapters[0].arrays[3].disks: should be a list of disks by their numbers\n"
+     "adapters[0].arrays[3].disks: RAID5 needs at least 3 PDs\n"
+     "adapters[0].arrays[4].disks: name disk 1 twice\n"
+     "adapters[0].arrays[4].parity: RAID1 has no parity disks to choose\n"
+     "adapters[0].arrays[4].writeCache: should be true or false\n"
+     "adapters[0].arrays[4].virtualDisks[0].cache: \"maybe\" should be one of: on, off, auto\n"
+     "adapters[0].arrays[4].virtualDisks[0].size: is less than 100 MiB, the least that can be created\n"
+     "adapters[0].arrays[4].virtualDisks[1].name: \"v\" is the name of another one in this array "
+     "(adapters[0].arrays[4].virtualDisks[0]); names decide what is the same thing\n"
+     "adapters[0].arrays[5].level: nothing makes HYBRID in an array\n"
+     "adapters[0].virtualDisks: should be a list of objects\n"
+     "adapters[0].arrays[3].disks: disk 1 is taken by adapters[0].arrays[2].disks already\n"
+     "adapters[0].arrays[4].disks: disk 1 is taken by adapters[0].arrays[2].disks already\n"
+     "adapters[0].arrays[4].disks: disk 1 is taken by adapters[0].arrays[2].disks already\n"
+     "adapters[0].arrays[5].disks: disk 7 is not among the disks of this file\n"
+     "adapters[0].arrays[5].disks: disk 8 is not among the disks of this file\n"},
+    {"what only befalls virtual disks", BLANK,
+     R"([{"arrays": [{"name": "a", "disks": [0, 1, 2], "virtualDisks": [{"status": "deleted"}, {"status": "foreign"},
+          {"status": "importable"}, {"status": "not importable"}, {"status": "conflicted"}, {"status": "plugin conflicted"}]}]}])",
+     "adapters[0].arrays[0].virtualDisks[0].status: nothing makes a virtual disk deleted\n"
+     "adapters[0].arrays[0].virtualDisks[1].status: nothing makes a virtual disk foreign\n"
+     "adapters[0].arrays[0].virtualDisks[2].status: nothing makes a virtual disk importable\n"
+     "adapters[0].arrays[0].virtualDisks[3].status: nothing makes a virtual disk not importable\n"
+     "adapters[0].arrays[0].virtualDisks[4].status: nothing makes a virtual disk conflicted\n"
+     "adapters[0].arrays[0].virtualDisks[5].status: nothing makes a virtual disk plugin conflicted\n"},
     {"disks that are not there, or not what is said", BLANK,
      R"([{"disks": [{"serial": "none"}, {"enclosure": 1, "slot": 20}, {"id": 2, "type": "SAS"}, {"count": 1}],
           "arrays": [{"name": "a", "disks": [0, 1, 2, 3]}]}])",
@@ -332,6 +486,43 @@ const Case mistakes[] = {
 INSTANTIATE_TEST_SUITE_P(Creations, Planning, testing::ValuesIn(creations));
 INSTANTIATE_TEST_SUITE_P(Choices, Planning, testing::ValuesIn(choices));
 INSTANTIATE_TEST_SUITE_P(Changes, Planning, testing::ValuesIn(changes));
+const Case told[] = {
+    {"settings", R"([{"type": "array-based", "battery": false, "disks": [{"count": 8}], "arrays": [)" DEMO "]}]",
+     R"([{"config": {"RebuildRate": 80, "AutoRebuildOn": 0}, "arrays": [{"name": "other", "disks": [0, 1, 2], "writeCache": false,
+          "virtualDisks": [{"name": "data", "cache": "auto", "readAhead": true}]}]}])",
+     "0 set -o hba --rebuildrate 80 --autorebuild off: RebuildRate is 50 %, AutoRebuildOn is on: at once\n"
+     "0 set -o array -i 0 -n other -c off: array 0 \"demo\" has another name, and has the write cache of its disks on: "
+     "at once\n"
+     "0 set -o vd -i 0 -c auto -p ra: virtual disk \"data\": its cache is on, it does not read ahead: at once\n"},
+    {"caches that no battery keeps",
+     R"([{"type": "array-based", "battery": false, "disks": [{"count": 2}], "arrays": [{"id": 0, "name": "demo", "level": "RAID1",
+          "disks": [0, 1], "memberSize": 1073741824000, "writeCache": false, "slots": [{"slot": 0, "size": 1073741824000,
+          "virtualDisk": 0}], "virtualDisks": [{"id": 0, "name": "data", "size": 1073741824000, "readAhead": true}]}]}])",
+     R"([{"arrays": [{"name": "demo", "level": "RAID1", "disks": [0, 1], "writeCache": true,
+          "virtualDisks": [{"name": "data", "cache": "on", "readAhead": false}]}]}])",
+     "0 set -o array -i 0 -c on --waiveconfirmation: array 0 \"demo\" has the write cache of its disks off: at once; "
+     "no battery keeps what the disks' own caches hold when the power fails\n"
+     "0 set -o vd -i 0 -c on -p none --waiveconfirmation: virtual disk \"data\": its cache is of no known mode, it "
+     "reads ahead: at once; no battery keeps what is in the write cache when the power fails\n"},
+    {"what overwrites and what is released",
+     R"([{"type": "array-based", "disks": [{"count": 2, "mbr": true}, {"spare": "global"}, {"mbr": true}], "arrays": []}])",
+     R"([{"disks": [{"id": 0}, {"id": 1}, {"id": 2}, {"id": 3, "spare": "global"}],
+          "arrays": [{"name": "a", "level": "RAID1", "disks": [0, 1], "spares": [2]}]}])",
+     "0 delete -o spare -i 2 --waiveconfirmation: disk 2 (serial S2) is a spare, and wanted elsewhere: at once; it "
+     "stands by for nothing until then\n"
+     "0 create -o array -r 1 -d 0,1 -n a --waiveconfirmation: array \"a\" is not there: at once; the file systems on "
+     "the disks 0,1 are lost\n"
+     "0 assign -o array -d 2 -a 0: disk 2 (serial S2) is no spare of array \"a\": at once\n"
+     "0 assign -d 3 --waiveconfirmation: disk 3 (serial S3) is no spare of the adapter: at once; the file system on it "
+     "may be lost\n",
+     true},
+    {"a migration", THERE,
+     R"([{"arrays": [{"name": "demo", "level": "RAID6", "disks": [0, 1, 2, 3, 4], "virtualDisks": [{"name": "data"}]}]}])",
+     "0 migrate -l 0 -r 6 -d 0,1,2,3,4: array 0 \"demo\" is RAID5 on 3 disks; wanted is RAID6 on 5 disks: the "
+     "redundancy of RAID5 is kept on the way, that of RAID6 comes at the end\n"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Told, Telling, testing::ValuesIn(told));
 INSTANTIATE_TEST_SUITE_P(Mistakes, Planning, testing::ValuesIn(mistakes));
 
 void PrintTo(const Case& given, std::ostream* to) {

@@ -55,6 +55,21 @@ class Metrics(unittest.TestCase):
             series = self.metrics(Bench(lab))
             self.assertEqual(series["ktraid_up", ()], 1, lab)
 
+    def test_every_family(self):
+        """Its help, and its first sample that is not 0; families.txt has them all."""
+        families = {}
+        for line in Bench("troubled").run("ktreport", "metrics").stdout.splitlines():
+            name = line.split(" ")[2] if line.startswith("#") else re.match(r"\w+", line)[0]
+            if line.startswith("# HELP "):
+                families[name] = [line.split(" ", 3)[3]]
+            elif line[0] != "#" and (len(families[name]) == 1 or families[name][1].endswith(" 0")):
+                families[name][1:] = [line]
+        told = "".join(f"{sample} # {text}\n" for text, sample in families.values())
+        told = re.sub(r"^(ktraid_read_(timestamp|duration)_seconds) \S+", r"\1 -", told, flags=re.M)
+        told = re.sub('library="[^"]*"', 'library="-"', told)
+        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "families.txt"), encoding="ascii") as file:
+            self.assertEqual(told, file.read())
+
     def test_an_unreadable_disk_hides_no_other(self):
         bench = Bench(LAB)
         whole = self.metrics(bench)
@@ -116,6 +131,7 @@ class Metrics(unittest.TestCase):
         adapter["battery"].update(percentage=42, capacity=250, temperature=3150, voltage=3700, minutesToFull=3, rechargeCycle=9,
                                   sensorSupport=7, status=3)
         adapter["disks"][0].update(wear=30, linkSpeed=6000000000, poweredOn=7200, spareInUse=True)
+        adapter["images"]["firmware"] = False
         adapter["arrays"][0].update(spares=[4], disks=[0, None, 2], Status=9)
         del adapter["arrays"][0]["status"]
         del next(one for one in adapter["enclosures"][0]["elements"] if one["type"] == "pow" and one["element"] == 0)["status"]
@@ -129,7 +145,7 @@ class Metrics(unittest.TestCase):
                 ("ktraid_disk_wear_ratio", {"id": "0"}, 0.3), ("ktraid_disk_powered_on_seconds_total", {"id": "0"}, 7200),
                 ("ktraid_disk_link_bytes_per_second", {"id": "0"}, 750000000), ("ktraid_disk_spare_in_use", {}, 1),
                 ("ktraid_disk_role", {"id": "0", "role": "member"}, 1), ("ktraid_disk_role", {"id": "4", "role": "none"}, 1),
-                ("ktraid_array_missing_disks", {}, 1), ("ktraid_array_spares", {}, 1),
+                ("ktraid_adapter_image_sound", {"image": "firmware"}, 0), ("ktraid_array_missing_disks", {}, 1), ("ktraid_array_spares", {}, 1),
                 ("ktraid_array_state", {"state": "offline"}, 1), ("ktraid_array_state", {"state": "unknown"}, 0),
                 ("ktraid_activity_progress_ratio", {"kind": "rebuild", "object": "virtual disk"}, 0.6),
                 ("ktraid_activity_state", {"state": "paused"}, 1), ("ktraid_activity_state", {"state": "running"}, 0),

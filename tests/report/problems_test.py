@@ -184,8 +184,15 @@ BROKEN = [("", "is empty"), ('{"report": 1, "adapters": [{"id"', "is cut short")
           ('{"adapters": []}', 'lacks "report"'), ('{"report": 1}', 'lacks "adapters"'), ("[]", 'lacks "report"'),
           ('{"report": 1, "adap', "is cut short"), ('{"report": tr', "is cut short"),
           ('{"report": 1, "adapters": [7]}', 'lacks its "id"'), ("[" * 1000, "nested"), ("{]", "is no report"),
-          ('{"report": 1, "adapters": [{"id": 0, "disks": {}}]}', "is no list"),
           ('{"report": 1, "adapters": [{"id": 0, "disks": [3]}]}', "no object")]
+# The lists that views walk.
+BROKEN += [(json.dumps({"report": 1, "adapters": [], word: {}}), f'"{word}" is no list') for word in ("unread", "problems")]
+BROKEN += [(json.dumps({"report": 1, "adapters": [{"id": 0, word: {}}]}), f'"{word}" is no list')
+           for word in ("disks", "arrays", "virtualDisks", "blocks", "enclosures", "expanders", "portMultipliers", "events",
+                        "keys", "unlinkedPorts")]
+BROKEN += [(json.dumps({"report": 1, "adapters": [{"id": 0, owner: [{word: {}}]}]}), f'"{word}" is no list')
+           for owner, word in (("arrays", "virtualDisks"), ("arrays", "slots"), ("enclosures", "elements"),
+                               ("enclosures", "types"), ("keys", "ports"))]
 
 
 class Problems(unittest.TestCase):
@@ -200,13 +207,17 @@ class Problems(unittest.TestCase):
         return json.loads(done.stdout)["problems"]
 
     def test_rules(self):
-        seen = set()
+        seen, told = set(), []
         for number, (change, expected) in enumerate(RULES):
             document = copy.deepcopy(self.healthy)
             change(document)
-            names = {one["name"] for one in self.problems(document)}
+            problems = self.problems(document)
+            names = {one["name"] for one in problems}
             self.assertEqual(names, expected, f"row {number}")
             seen |= names
+            told += [f"{one['name']}: {one['text']} {one['action']}" for one in problems]
+        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "problems.txt"), encoding="ascii") as file:
+            self.assertEqual("\n".join(dict.fromkeys(told)) + "\n", file.read())
         known = {line.split()[0] for line in self.bench.run("ktreport", "check", "--names").stdout.splitlines()}
         self.assertEqual(seen, known)
         with open(os.path.join(os.environ["SOURCE"], "docs", "ktreport.8.scd"), encoding="ascii") as file:
@@ -247,7 +258,10 @@ class Problems(unittest.TestCase):
         self.assertEqual(self.check(document, "--only", "disk-failed")[0], 0)
         refuse(document, adapter=0)
         self.assertEqual(self.check(document)[0], 3)
-        self.assertEqual(self.check(document, "-a", "1")[0], 0)
+        self.assertEqual([self.check(document, "-a", adapter)[0] for adapter in "01"], [3, 0])
+        everywhere = copy.deepcopy(self.healthy)
+        refuse(everywhere)
+        self.assertEqual(self.check(everywhere, "-a", "1")[0], 3)
         self.assertEqual(self.check(document, "--ignore", "unread")[0], 1)
         disk(document, 0).update(state="offline")
         status, line = self.check(document)

@@ -1,0 +1,68 @@
+What ktreport shows of adapters on which much is wrong; the problems' texts have a list of their own.
+
+  $ . "$TESTDIR/setup.sh"
+  $ lab troubled
+  $ ktreport | sed -n '1s/ on .*, / on HOST, /p; /^ *and/p; /^Going/,$p'
+  29 problems on HOST, 7 critical
+            and 17 more (--all shows them)
+  Going on
+    0  virtual disk 1 "rebuilding"                                                 rebuild          42 %
+    0  virtual disk 2 "migrating"                                                  migration        18 %
+    0  virtual disk 4 "checking"                                                   check and fix    73 %
+    0  virtual disk 5 "paused"                                                     background init   5 %  paused
+    0  disk 13 (slot 13 of enclosure 1, Fulmar FX1000G-SAS, serial SG000001308CB)  media patrol     61 %
+    1  virtual disk 9 "initializing"                                               foreground init  88 %
+    1  virtual disk 10 "aborted"                                                   check            12 %  aborted
+    1  virtual disk 11 "interrupted"                                               rebuild          33 %  interrupted
+  
+  Adapters
+    0  Tarn R8i  serial KS260100004711  firmware 4.1.15.2108  19 disks  battery 9 %, discharging
+    1  Tarn S4h  serial KS260101004718  firmware 2.3.0.1114   19 disks  no battery
+  
+  Arrays
+       id  name        level  status          size    free  disks      spares
+    0   0  degraded    RAID5  disk missing  2.0 TB  1.6 TB  0 1 -
+    0   1  rebuilding  RAID1  functional    1.0 TB  785 GB  2 3
+    0   2  migrating   RAID0  functional    2.0 TB  1.7 TB  4 5
+    0   3  lost        RAID5  offline       2.0 TB  1.5 TB  7 - -
+    0   4  checking    RAID6  functional    2.0 TB  1.4 TB  8 9 10 11
+    0   5  aging       RAID1  functional    1.0 TB  893 GB  12 13
+  
+  Virtual disks
+       id  name          level        status                size  cache  disks
+    0   0  degraded      RAID5        degraded            429 GB  off    0 1 -
+    0   1  rebuilding    RAID1        degraded            215 GB  on     2 3
+    0   3  lost          RAID5        offline             537 GB  on     7 - -
+    1   0  degraded      RAID5        degraded            322 GB  on     0 1 - 2
+    1   1  conflicted    RAID1        conflicted          107 GB  on     3 4
+    1   2  plugged       RAID1        plugin conflicted   107 GB  on     17 18
+    1   3  foreign       RAID1        foreign             107 GB  on     9 10
+    1   4  importable    RAID0        importable          107 GB  on     9 10
+    1   5  unimportable  RAID0        not importable     53.7 GB  on     10 -
+    1   6  offline       RAID0        offline             107 GB  on     14 -
+    1   7  partial       RAID6        partially optimal   107 GB  on     5 6 7 - 8
+    1   8  table         TANDEM SAFE  using table         107 GB  on     11 6
+    1  11  interrupted   RAID1        degraded           53.7 GB  on     15 16
+    and 6 more (--all lists them)
+    and 6 more (--all lists them)
+  
+  Disks
+             type        size  model               role          disks
+    0  13 x  SAS       1.0 TB  Fulmar FX1000G-SAS  member        0 1 2 3 4 5 6 7 8 9 10 11 ...
+    0   1 x  SAS       1.0 TB  Fulmar FX1000G-SAS  failing       12
+    0   1 x  SAS       1.0 TB  Fulmar FX1000G-SAS  offline       14
+    0   2 x  SATA      1.0 TB  Gannet GT1000G      foreign       15 16
+    0   1 x  SAS       1.0 TB  Fulmar FX1000G-SAS  global spare  17
+    0   1 x  SATA      250 GB  Gannet GT250G       free          18
+    1  11 x  SATA      1.0 TB  Gannet GT1000G      member        0 1 2 5 6 7 12 13 14 15 16
+    1   6 x  SATA      1.0 TB  Gannet GT1000G      foreign       3 4 9 10 17 18
+    1   1 x  SATA      1.0 TB  Gannet GT1000G      failing       8
+    1   1 x  SATA SSD  240 GB  Petrel PS240G SSD   member        11
+  $ ktreport check
+  RAID CRITICAL - Virtual disk 3 "lost" on adapter 0 is offline: its data cannot be reached. Virtual disk 6 "offline" on adapter 1 is offline: its data cannot be reached. Disk 14 (slot 14 of enclosure 1, Fulmar FX1000G-SAS, serial SG0000014A702) on adapter 0 has failed; no virtual disk uses it. Virtual disk 0 "degraded" on adapter 0 (RAID5) has no redundancy left: one more loss of a disk loses data. And 25 more. | critical=7;;0;0 warning=22;0;;0 unread=0;;;0 adapters=2;;;0 virtualdisks=19;;;0 disks=38;;;0 hottest=40
+  [2]
+  $ ktreport map -a 1 | sed -n '1,3p; $p'
+  adapter  place            disk  type        size  model              serial         state    use                                                             LED
+        1  port 0              0  SATA      1.0 TB  Gannet GT1000G     AG01000000101  healthy  virtual disk 0 "degraded"                                       off
+        1  port 1              1  SATA      1.0 TB  Gannet GT1000G     AG01000019F38  healthy  virtual disk 0 "degraded"                                       off
+  A disk's LED: ktsetup <adapter> locate -i <disk> -a on
