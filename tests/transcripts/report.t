@@ -3,8 +3,8 @@ What ktreport shows of adapters on which much is wrong; the problems' texts have
   $ . "$TESTDIR/setup.sh"
   $ lab troubled
   $ ktreport | sed -n '1s/ on .*, / on HOST, /p; /^ *and/p; /^Going/,$p'
-  29 problems on HOST, 7 critical
-            and 17 more (--all shows them)
+  28 problems on HOST, 7 critical
+            and 16 more (--all shows them)
   Going on
     0  virtual disk 1 "rebuilding"                                                 rebuild          42 %
     0  virtual disk 2 "migrating"                                                  migration        18 %
@@ -59,7 +59,7 @@ What ktreport shows of adapters on which much is wrong; the problems' texts have
     1   1 x  SATA      1.0 TB  Gannet GT1000G      failing       8
     1   1 x  SATA SSD  240 GB  Petrel PS240G SSD   member        11
   $ ktreport check
-  RAID CRITICAL - Virtual disk 3 "lost" on adapter 0 is offline: its data cannot be reached. Virtual disk 6 "offline" on adapter 1 is offline: its data cannot be reached. Disk 14 (slot 14 of enclosure 1, Fulmar FX1000G-SAS, serial SG0000014A702) on adapter 0 has failed; no virtual disk uses it. Virtual disk 0 "degraded" on adapter 0 (RAID5) has no redundancy left: one more loss of a disk loses data. And 25 more. | critical=7;;0;0 warning=22;0;;0 unread=0;;;0 adapters=2;;;0 virtualdisks=19;;;0 disks=38;;;0 hottest=40
+  RAID CRITICAL - Virtual disk 3 "lost" on adapter 0 is offline: its data cannot be reached. Virtual disk 6 "offline" on adapter 1 is offline: its data cannot be reached. Disk 14 (slot 14 of enclosure 1, Fulmar FX1000G-SAS, serial SG0000014A702) on adapter 0 has failed; no virtual disk uses it. Virtual disk 0 "degraded" on adapter 0 (RAID5) has no redundancy left: one more loss of a disk loses data. And 24 more. | critical=7;;0;0 warning=21;0;;0 unread=0;;;0 adapters=2;;;0 virtualdisks=19;;;0 disks=38;;;0 hottest=40
   [2]
   $ ktreport map -a 1 | sed -n '1,3p; $p'
   adapter  place            disk  type        size  model              serial         state    use                                                             LED
