@@ -63,6 +63,12 @@ class OneMachine(Pages):
         disk = next(one for one in self.adapter["disks"] if one["slot"] == 20)
         for text in (disk["model"], disk["serial"], disk["firmware"], "free", f"{disk['temperature']} \u00b0C", f"{disk['wear']} % used"):
             self.assertIn(text, told)
+        self.assertNotIn("Sectors", told)
+        self.bay("Slot 10").click()
+        told = self.browser.one(".inspector").text
+        counts = {meaning: next(one for one in self.adapter["disks"] if one["slot"] == 10)[word] for word, meaning in
+                  (("pending", "waiting"), ("uncorrectable", "unreadable"), ("reallocated", "put elsewhere"))}
+        self.assertIn("Sectors\n" + ", ".join(f"{count} {meaning}" for meaning, count in counts.items() if count), told)
         self.bay("Slot 9").click()
         self.assertIn('array 1 "archive", virtual disk 1 "archive", virtual disk 2 "scratch"', self.browser.one(".inspector").text)
         lit = self.browser.run("return [...document.querySelectorAll('.bay.lit')].map((bay) => bay.dataset.key)")
