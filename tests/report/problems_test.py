@@ -196,6 +196,8 @@ BROKEN += [(json.dumps({"report": 1, "adapters": [{"id": 0, owner: [{word: {}}]}
 
 
 class Problems(unittest.TestCase):
+    maxDiff = 4000
+
     @classmethod
     def setUpClass(cls):
         cls.bench = Bench(LAB)
