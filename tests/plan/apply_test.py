@@ -170,6 +170,13 @@ class Applying(unittest.TestCase):
         done = machine.cfg("1", "plan", "-f", machine.wanted({"adapters": [{"config": {"RebuildRate": 30}}]}))
         self.assertEqual(planned(done.stdout), ["ktsetup 1 set -o hba --rebuildrate 30"])
 
+    def test_a_last_command_that_did_nothing(self):
+        machine = Machine()
+        machine.sim("fault", "KT_PD_FreeHD2GlobalSpare", "0")
+        done = machine.apply(WANTED)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("\nStopped: all commands were carried out, but the adapters are not as wanted; different is:\n", done.stdout)
+
     def test_looks_again_at_what_plans_are_made_of(self):
         """All is read once; between the commands neither enclosures' elements nor the drives' tables of health are."""
         machine = Machine("default")
