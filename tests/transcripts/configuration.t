@@ -157,6 +157,14 @@ Words that are no command are refused before the library is asked.
   2
   $ ktcfg --version
   ktcfg * (glob)
+  $ ktcfg --version > /dev/full || ktcfg -h > /dev/full
+  ktcfg: cannot write the output: No space left on device
+  ktcfg: cannot write the output: No space left on device
+  [1]
+  $ ktcfg 254 plan; ktcfg 255 plan
+  plan: option -f is required
+  ktcfg: no adapter has that index (--help tells more)
+  [2]
   $ ktcfg 1 back-up
   ktcfg: "back-up" is not a command (--help tells more)
   [2]

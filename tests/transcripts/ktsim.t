@@ -65,21 +65,19 @@ A state is made once; over an existing one only when that is wanted.
 What show prints, create reads back; a lab comes through a pipe too.
 
   $ lab troubled
-  $ ktsim event 2 11 --device 12 --severity 6 -p 1 2 3 4 --sense 7005ff -a 1
+  $ ktsim event 2 11 --device 12 --severity 6 -p 1 2 3 4 --sense 7905fFAa -a 1
   $ ktsim fault KT_LD_Delete 61 --after 1 --times 3
-  $ ktsim show > first.json
+  $ ktsim show > first.json; grep -o '"7905[^"]\{5\}' first.json
+  "7905ffaa0
   $ ktsim create --lab - --force < first.json
   $ ktsim show | cmp - first.json
   $ ktsim event 2 11 --severity 8 2> /dev/null
   [2]
   $ ktreport json > report.json; TMPDIR=$PWD/nowhere ktsim create --lab report.json --force 2>&1 | sed "s|$PWD||"
   ktsim: /nowhere/ktsim-XXXXXX: No such file or directory
-  $ for hex in 7 $(printf '%062d' 0) 7g g7; do ktsim event 2 11 --sense $hex; done
-  ktsim: --sense takes at most 30 bytes in hexadecimal
-  ktsim: --sense takes at most 30 bytes in hexadecimal
-  ktsim: --sense takes bytes in hexadecimal
-  ktsim: --sense takes bytes in hexadecimal
-  [1]
+  $ for hex in 7 $(printf '%062d' 0) 7g g7 7G 7/ 7: 7@ '7`'; do ktsim event 2 11 --sense $hex; done 2>&1 | uniq -c
+        2 ktsim: --sense takes at most 30 bytes in hexadecimal
+        7 ktsim: --sense takes bytes in hexadecimal
 
 What a lab brings along halfway was announced before.
 
@@ -92,10 +90,12 @@ The clock.
   $ lab empty
   $ ktsim clock show
   2026-01-05 08:00:00 UTC, stopped
-  $ ktsim clock advance 2h30m && ktsim clock show
-  2026-01-05 10:30:00 UTC, stopped
-  $ no clock advance 1y; no clock advance 36600d1s
+  $ ktsim clock advance 1w1d2h30m1s && ktsim clock show
+  2026-01-13 10:30:01 UTC, stopped
+  $ no clock advance 1y; no clock advance 5; no clock advance 36600d; no clock advance 36600d1s
   ktsim: "1y" is not a duration such as 90m, 2h30m or 3d
+  ktsim: "5" is not a duration such as 90m, 2h30m or 3d
+  ktsim: the adapters' clock ends at 2106-02-07 06:28:15 UTC
   ktsim: "36600d1s" is not a duration such as 90m, 2h30m or 3d
   $ ktsim clock set "2026-02-28 23:59:59" && ktsim clock advance 1s && ktsim clock show
   2026-03-01 00:00:00 UTC, stopped
@@ -175,6 +175,9 @@ Batteries and images.
   131136
   $ no image make new.img
   ktsim: new.img: File exists
+  $ for v in 1.2.3 1.2.3.4. 1.2.3.4.5 1.+2.3.4 65536.1.1.1 1.1.1.65536; do ktsim image make bad.img --version $v; done 2>&1 | grep -c 'not a version'
+  6
+  $ ktsim image make most.img --version 65535.65535.65535.65535
 
 Disks; what follows is the adapter's business.
 
@@ -234,6 +237,10 @@ What is wrong on a disk shows where a person looks for it, and when something re
   Disk 3: 2 sectors cannot be read (the first: LBA 0x40).
   Disk 3: 3 sectors hold wrong data (the first: LBA 0x13526b580).
   Disk 12: 1 sector cannot be read (LBA 0x11a972f8).
+  $ ktsim disk damage 12 --lba 1953525166 --count 2; no disk damage 12 --lba 1953525168; no disk damage 12 --lba 1953525166 --count 3
+  Disk 12: 2 sectors cannot be read (the first: LBA 0x74706dae).
+  ktsim: disk 12 has only 1953525168 sectors
+  ktsim: disk 12 has only 1953525168 sectors
   $ no disk damage 3 --lba 64 --force; no disk corrupt 12 --lba 0x10 --force; no disk corrupt 8 --lba 0x10 -a 1 --force
   ktsim: disk 3 has these bad sectors already
   ktsim: no redundant virtual disk has LBA 16 of disk 12
@@ -241,9 +248,11 @@ What is wrong on a disk shows where a person looks for it, and when something re
   $ ktsim disk damage 3 --count 0
   ktsim: --count: Value 0 not in range 1 to 1000 (--help tells more)
   [2]
-  $ no disk age 3 wear 20; no disk age 0 reallocated 5
+  $ no disk age 3 wear 20; no disk age 0 reallocated 5; no disk age 11 spin-retries; no disk age 99 wear
   ktsim: disk 3 is no SSD: it has no wear
   ktsim: disk 0 keeps no SMART attributes
+  ktsim: disk 11 is an SSD: it has no spin-retries
+  ktsim: there is no disk 99
   $ ktsim status | grep 'PD 3 .*bad'
     PD 3     Gannet GT4000G        SATA       3.6 TiB  bay 1:3     member of array 2, 2 bad sectors, wrong data in 3 sectors
 
@@ -272,8 +281,10 @@ Elements of enclosures.
   $ ktsim enclosure reading 1 fan 1 10 && kt enc -o ele -i 1 -t fan -e 1 | grep -i speed
   Actual speed: 10 RPM
   Speed code: 1 (lowest)
-  $ no enclosure set 1 fan 200 ok; no enclosure reading 1 dor 0 20
-  ktsim: enclosure 1, fan 200: there is none
+  $ no enclosure set 1 fan 4 ok; no enclosure set 2 fan 0 ok; no enclosure set 1 arydev 0 failed; no enclosure reading 1 dor 0 20
+  ktsim: enclosure 1, fan 4: there is none
+  ktsim: there is no enclosure 2
+  ktsim: enclosure 1, arydev 0: slots follow their disks
   ktsim: enclosure 1, dor 0: it measures nothing
 
 A command in the state's environment; its result is the command's own.

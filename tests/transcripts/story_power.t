@@ -205,13 +205,13 @@ An image runs from the boot on. A damaged one gives way to the one before; witho
 
   $ lab default; ktsim image make new.bin --version 9.8.7.6; kt flash -a update -t firmware -f new.bin | tail -1
   Flash command is returned successfully.
-  $ ktsim image damage; ktsim reboot; ktsim image damage --part both; ktsim reboot; kt info -o hba -i 0 | grep '^Firmware:'
+  $ ktsim image damage; ktsim reboot; for t in firmware bios autoload; do ktsim image damage -t $t --part both; done; ktsim reboot; kt info -o hba -i 0 | grep '^Firmware:'
   Firmware:                            none
   $ kt info -o vd -i 0; ktsim status -a 0 | sed -n 7,8p; ktsim power off; ktsim disk pull 3 -f; ktsim power on
   
   Unable to get info of vd 0 (error 20: Link time out)
     does not run: its firmware or boot loader is not sound
-    Flash    not sound: firmware
+    Flash    not sound: firmware bios autoload
   $ kt flash -a update -t firmware -f new.bin | tail -1; ktsim reboot; log | tail -2
   Flash command is returned successfully.
   [INFO] Spare disk 10 used by disk array 2
