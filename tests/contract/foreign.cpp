@@ -12,7 +12,7 @@ struct Foreign : LabTest<LAB> {};
 
 static const char OTHER[] = R"({"adapters": [{"type": "LD-based", "disks": [
   {"count": 4, "type": "SATA", "size": "100GB"}], "virtualDisks": [
-  {"level": "RAID5", "disks": [0, 1, 2], "size": "10GiB"}, {"level": "RAID0", "disks": [0, 3], "size": "10GiB"}]}]})";
+  {"level": "RAID5", "disks": [0, 1, 2], "size": "10GiB", "name": "Five"}, {"level": "RAID0", "disks": [0, 3], "size": "10GiB"}]}]})";
 
 TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
     std::vector<KT_U16> ids;
@@ -45,6 +45,7 @@ TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
     EXPECT_EQ(newEvents(ARRAYS), (Events{"13/0 of 0", "1/9 of 0"}));
     EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[0], 0);
+    EXPECT_STREQ(reinterpret_cast<const char*>(dgInfo(ARRAYS, 0).Name), "Five");
     EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, dgInfo(ARRAYS, 0).TotalManagedSpace - vdInfo(ARRAYS, 0).Size);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_STATUS);
     start(LAB);
@@ -61,11 +62,17 @@ TEST_F(Foreign, ForeignDisksBringTheirVirtualDisks) {
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 0), KT_OK);
     EXPECT_EQ(vdInfo(ARRAYS, 1).Status, KT_VD_NOT_IMPORTABLE) << "nothing is in conflict with it any more";
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
+    start(LAB);
+    ids.clear();
+    bring({0, 1, 2});
+    ASSERT_EQ(KT_PD_WipeHDMDD(ARRAYS, ids[0], 1), KT_OK);
+    EXPECT_EQ(readList(KT_LD_GetInfo, ARRAYS, &_LD_Info_Request::ldInfo).size(), 1U) << "its only part here is gone";
+    EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK) << "two of three are left";
 }
 
 // Two virtual disks of one array, and adapters that take one of an array, or one at all.
 static const char PAIR[] = R"({"adapters": [{"type": "array-based", "disks": [
-  {"count": 2, "type": "SAS", "size": "100GB"}], "arrays": [{"level": "RAID1", "disks": [0, 1],
+  {"count": 2, "type": "SAS", "size": "100GB", "os": true}], "arrays": [{"level": "RAID1", "disks": [0, 1],
   "virtualDisks": [{"size": "10GiB"}, {"size": "10GiB"}]}]}]})";
 
 TEST_F(Foreign, ImportHasItsLimits) {
@@ -75,6 +82,7 @@ TEST_F(Foreign, ImportHasItsLimits) {
                   .c_str());
         std::vector<KT_U16> ids;
         EXPECT_EQ(outside::insertForeignDisks(0, PAIR, {0, 1}, ids), answer);
+        EXPECT_EQ(KT_DiskHasOS(0, KT_DEVICE_PD, 2, Ids{1, 2}.data()), KT_OK) << "not the system of this machine";
         std::vector<KT_U8> statuses;
         for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))
             statuses.push_back(vd.Status);
@@ -143,9 +151,12 @@ TEST_F(Foreign, AnArrayIsWhatItWas) {
         for (const KT_U16 pd : ids)
             act(ARRAYS, pd);
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_ERR_VD_NOT_IMPORTABLE);
-    bring(R"({"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5], "virtualDisks": [{"linkedDisk": 6}]})");
+    bring(R"({"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5], "name": "Own",
+              "virtualDisks": [{"linkedDisk": 6, "os": true}]})");
     EXPECT_EQ(KT_LD_Import(ARRAYS, 0), KT_OK);
+    EXPECT_STREQ(reinterpret_cast<const char*>(dgInfo(ARRAYS, 0).Name), "Own");
     KT_U16 linked = 0;
+    EXPECT_EQ(KT_DiskHasOS(ARRAYS, KT_DEVICE_VD, 1, &linked), KT_OK);
     EXPECT_EQ(KT_VDHDD_GetLink(ARRAYS, 0, &linked), KT_OK);
     EXPECT_EQ(linked, KT_NO_ID) << "its link was to a disk that stayed there";
     EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);

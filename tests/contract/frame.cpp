@@ -166,6 +166,7 @@ _Adapter_Info adapterInfo(KT_U8 adapter) {
     _Adapter_Info info = {};
     KT_U8 version = 0;
     EXPECT_EQ(KT_Adapter_GetInfo(adapter, &version, &info), KT_OK);
+    EXPECT_EQ(version, 1);
     return info;
 }
 

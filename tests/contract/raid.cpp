@@ -10,7 +10,7 @@ static const char LAB[] = R"({"adapters": [
   {"type": "LD-based", "disks": [
      {"count": 6, "type": "SATA", "size": "100GB"}, {"type": "SATA", "size": "50GB"},
      {"count": 2, "type": "SATA SSD", "size": "50GB"}]},
-  {"type": "LD-based", "DevID": 17920, "disks": [{"count": 4, "type": "SATA", "size": "100GB"}]}]})";
+  {"type": "LD-based", "DevID": 17920, "MaxParityDisks": 0, "disks": [{"count": 4, "type": "SATA", "size": "100GB"}]}]})";
 static const KT_U8 ARRAYS = 0;
 static const KT_U8 PLAIN = 1;
 static const KT_U8 OLD = 2;
@@ -113,6 +113,12 @@ TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 3000 * MB);
     EXPECT_EQ(createLd(KT_RAID1, {1, 2}, 3000 * MB), KT_ERR_PD_ASSIGNED) << "no second one on a disk";
+    for (const KT_U16 pd : Ids{1, 5}) {
+        _HD_Block_Info blocks = {};
+        ASSERT_EQ(KT_BLK_GetHDBlock(PLAIN, pd, &blocks), KT_OK);
+        EXPECT_EQ(blocks.HDID, pd);
+        EXPECT_EQ(blocks.BlkCount, pd == 1 ? 1 : 0);
+    }
     param = ldParam(KT_RAID1, {2, 3}, 3000);
     param.ReservedForApp = 1;
     ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
@@ -143,6 +149,8 @@ TEST_F(Raid, CreationSaysWhatIsWrong) {
     _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
     param.NumParityDisk = 4;
     EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_PARITY_COUNT);
+    param.NumParityDisk = 3;
+    EXPECT_EQ(KT_LD_Create(OLD, &param), KT_ERR_PARITY_COUNT) << "two, where no limit is told";
     param = ldParam(KT_RAID5, {0, 1, 2});
     param.StripeBlockSize = 48;
     EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_BLOCK_SIZE);
@@ -174,7 +182,13 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDSlotCount, 4);
     EXPECT_EQ(createVd(KT_RAID5, 2000, 1), KT_ERR_NO_RESOURCE);
-    ASSERT_EQ(createVd(KT_RAID5, 600, 1), KT_OK);
+    EXPECT_EQ(createVd(KT_RAID5, 600, 4), KT_ERR_OUT_OF_RANGE);
+    _CreateOrModify_VD_Param asFirst = vdParam(KT_RAID5, 600, 1);
+    asFirst.SectorCoefficient = 4;
+    memcpy(asFirst.Name, "Named", 6);
+    ASSERT_EQ(KT_CreateOrModify_VD(ARRAYS, &asFirst), KT_OK);
+    EXPECT_EQ(vdInfo(ARRAYS, 1).SectorCoefficient, 4);
+    EXPECT_STREQ(reinterpret_cast<const char*>(vdInfo(ARRAYS, 1).Name), "Named");
     const _DG_Info split = dgInfo(ARRAYS, 0);
     EXPECT_EQ(split.VDSlotCount, 5);
     EXPECT_EQ(split.VDSlotSize[1], 600 * MB);
@@ -344,6 +358,8 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
 
 TEST_F(Raid, NothingGoesOnWithAnOfflineArray) {
     makeArray(KT_RAID5, {0, 1, 2}, {4000});
+    ASSERT_EQ(createLd(KT_RAID5, {2, 1, 0}, 1000 * MB, ARRAYS), KT_OK);
+    EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[1], 1) << "the array on these disks takes it in";
     disk(ARRAYS, outside::failDisk, 0);
     ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{3}.data()), KT_OK);
     ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
@@ -404,6 +420,21 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     newEvents(ARRAYS);
     ASSERT_EQ(KT_LD_PauseAll(ARRAYS), KT_OK);
     EXPECT_EQ(newEvents(ARRAYS), (Events{"1/52 of 0", "1/52 of 1", "2/19 of 0"}));
+    for (const Ids& pair : {Ids{0, 1}, Ids{1, 2}}) // they share a disk
+        ASSERT_EQ(createLd(KT_RAID1, pair, 4000, OLD), KT_OK);
+    advance(60);
+    ASSERT_EQ(KT_LD_StartINIT(OLD, 0, KT_INIT_BACKGROUND), KT_OK);
+    ASSERT_EQ(KT_LD_StartConsistencyCheck(OLD, 1, 0), KT_OK);
+    newEvents(OLD);
+    disk(OLD, outside::failDisk, 0);
+    EXPECT_EQ(newEvents(OLD), (Events{"2/4 of 0", "2/2 of 0", "1/57 of 0", "1/4 of 0", "1/29 of 1"}))
+        << "goes on at once";
+    _Create_LD_Param busy = ldParam(KT_RAID1, {2, 3}, 4000);
+    for (const KT_U8 option : {KT_INIT_BACKGROUND, KT_INIT_INTELLIGENT}) {
+        busy.InitializationOption = option;
+        ASSERT_EQ(KT_LD_Create(OLD, &busy), KT_OK);
+        EXPECT_EQ(activity(OLD, option == KT_INIT_BACKGROUND ? 2 : 3), "64/1 0");
+    }
 }
 
 TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
@@ -462,7 +493,12 @@ TEST_F(Raid, PartsAreCounted) {
     makeArray(KT_RAID5, {0, 1, 2}, {4000});
     EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 0);
     EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 0);
-    ASSERT_EQ(migrateDg(ARRAYS, 0, KT_RAID50, {0, 1, 2, 3, 4, 5}), KT_OK);
+    _CreateOrModify_DG_Param to = dgParam(KT_RAID50, {0, 1, 2, 3, 4, 5});
+    to.DGID = 0;
+    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 1), KT_OK);
+    EXPECT_EQ(to.Size, 2 * dgInfo(ARRAYS, 0).TotalManagedSpace);
+    EXPECT_EQ(activity(ARRAYS, 0), "0/0 0") << "only its size was asked for";
+    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
     _LD_Info target = {};
     ASSERT_EQ(KT_LD_GetTargetLDInfo(ARRAYS, 0, &target), KT_OK);
     EXPECT_EQ(target.SubLDCount, 2);
@@ -516,6 +552,43 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     advance(HOUR);
     disk(ARRAYS, outside::insertDisk, 2);
     EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "it has kept its place";
+}
+
+// A page of ids is written anew once disk 0 has left: the others are one less from then on, wherever they are named.
+TEST_F(Raid, NewIdsOfDisksAreFollowedEverywhere) {
+    start(R"({"adapters": [
+      {"type": "array-based", "disks": [{"count": 8, "size": "100GB"}, {"size": "100GB", "spare": "global"}],
+       "arrays": [{"level": "RAID1", "disks": [1, 2], "virtualDisks": [{"size": "1GiB", "linkedDisk": 7}]},
+                  {"level": "RAID1", "disks": [3, 4], "spares": [5], "virtualDisks": [{"size": "1GiB", "linkedDisk": 6}]}]},
+      {"type": "LD-based", "disks": [{"count": 6, "size": "100GB"}, {"size": "100GB", "spare": "global"}],
+       "virtualDisks": [{"level": "RAID1", "disks": [1, 2], "size": "1GiB"},
+                        {"level": "RAID1", "disks": [3, 4], "size": "1GiB"}]}]})");
+    ASSERT_EQ(migrateLd(PLAIN, 0, KT_RAID5, {1, 2, 5}), KT_OK);
+    for (const KT_U8 adapter : {ARRAYS, PLAIN}) {
+        disk(adapter, outside::pullDisk, 0);
+        ASSERT_EQ(KT_Flash_Erase(adapter, KT_PAGE_PD_FORCE), KT_OK);
+        advance(HOUR);
+        const Ids firsts = members(adapter, 0);
+        EXPECT_EQ(firsts, (adapter == PLAIN ? Ids{0, 1, 4} : Ids{0, 1}));
+        EXPECT_EQ(members(adapter, 1), (Ids{2, 3}));
+        for (const KT_U16 lost : Ids{1, 2}) { // a member of each comes home after a spare has stood in
+            disk(adapter, outside::pullDisk, lost);
+            EXPECT_EQ(activity(adapter, lost == 1 ? 0 : 1), "1/1 0");
+            advance(HOUR);
+            disk(adapter, outside::insertDisk, lost);
+            advance(HOUR);
+        }
+        EXPECT_EQ(members(adapter, 0), firsts);
+        EXPECT_EQ(members(adapter, 1), (Ids{2, 3}));
+    }
+    for (const KT_U16 id : Ids{0, 1}) {
+        KT_U16 linked = 0;
+        ASSERT_EQ(KT_VDHDD_GetLink(ARRAYS, id, &linked), KT_OK);
+        EXPECT_EQ(linked, id == 0 ? 6 : 5);
+        const _DG_Info array = dgInfo(ARRAYS, id);
+        EXPECT_EQ(Ids(array.PDIDs, array.PDIDs + 2), members(ARRAYS, id));
+        EXPECT_EQ(array.SparePDIDs[0], id == 0 ? KT_NO_ID : 4);
+    }
 }
 
 // Its members are all that an array without virtual disks has.

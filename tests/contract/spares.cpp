@@ -49,8 +49,10 @@ TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
         const KT_U8 role = roleOf(0, pd);
         EXPECT_EQ(role, pd == 3 ? KT_PD_DEDICATED_SPARE : KT_PD_GLOBAL_SPARE);
         pull(pd);
+        EXPECT_EQ(dgInfo(0, 0).SparePDCount, pd == 3 ? 0 : 1);
         insert(pd);
         EXPECT_EQ(roleOf(0, pd), role);
+        EXPECT_EQ(pdConfig(0, pd).Online, 1);
     }
     fail(0);
     EXPECT_EQ(members(), (Ids{3, 1, 2}));

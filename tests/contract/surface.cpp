@@ -101,8 +101,9 @@ TEST_F(Surface, ANewVirtualDiskHoldsNoneOfTheWrongDataBeforeIt) {
         spoil(1, lba, outside::WRONG);
     ASSERT_EQ(KT_LD_Delete(0, 1, 0), KT_OK);
     _Create_LD_Param param = ldParam(KT_RAID1, {0, 1}, 1024);
+    param.InitializationOption = KT_INIT_NONE;
     found(KT_LD_Create(0, &param));
-    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 1, 0)), Events({"1/20 of 1", "1/25 of 1"}));
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 1, 1)), Events({"1/30 of 1", "1/35 of 1"}));
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), Events({"1/20 of 0", "1/100 of 0", "1/25 of 0"}));
 }
 
@@ -162,7 +163,8 @@ TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
 TEST_F(Surface, AMigrationMeetsASectorWhenItGetsThere) {
     _Block_Info block = {};
     ASSERT_EQ(readItem(KT_BLK_GetInfo, 0, 0, &_BLK_Info_Request::blkInfo, block), KT_OK);
-    spoil(0, block.StartLBA + block.Size / 2, outside::UNREADABLE);
+    for (const KT_U64 quarters : {2U, 3U})
+        spoil(0, block.StartLBA + block.Size / 4 * quarters, outside::UNREADABLE);
     ASSERT_EQ(migrateDg(0, 0, KT_RAID6, {0, 1, 2, 8}), KT_OK);
     const auto percent = [] {
         _LD_STATUS status = {};
@@ -180,7 +182,10 @@ TEST_F(Surface, AMigrationMeetsASectorWhenItGetsThere) {
 }
 
 TEST_F(Surface, KeepsOnlySoManySectorsOfADisk) {
-    EXPECT_EQ(outside::scratch(0, 8, outside::UNREADABLE, 5000), 1000U);
+    EXPECT_EQ(outside::scratch(0, 8, outside::UNREADABLE, 10), 10U);
+    ASSERT_TRUE(outside::ageDisk(0, 8, "pending", 4));
+    ASSERT_TRUE(outside::ageDisk(0, 8, "reallocated", 3));
+    EXPECT_EQ(outside::scratch(0, 8, outside::UNREADABLE, 5000), 986U) << "what is pending is unreadable";
     EXPECT_EQ(outside::scratch(0, 8, outside::UNREADABLE, 1), 0U);
     EXPECT_EQ(outside::spoil(0, 8, outside::UNREADABLE, 1), 0U);
 }

@@ -129,11 +129,12 @@ Disks that leave together come back together.
 A disk of another make takes the place of one that goes.
 
   $ fresh; ktsim disk replace 4 --size 4TB; ktsim disk replace 5 --type "SAS SSD" --sector 4096; ktsim disk replace 6 --model "Other One"; ktsim disk replace 7
-  $ ktsim status | grep 'PD [4567] '; ktsim disk replace 0 -a 1 2>&1; lab empty; ktsim disk replace 0 -a 1 --type SAS
+  $ ktsim status | grep 'PD [4567] '; kt info -o pd -i 5 | grep 'Current speed'; ktsim disk replace 0 -a 1 2>&1; lab empty; ktsim disk replace 0 -a 1 --type SAS
     PD 4     Gannet GT4000G        SATA       3.6 TiB  bay 0:4     free
     PD 5     Petrel PX500G SAS SSD SAS SSD  465.8 GiB  bay 0:5     free
     PD 6     Other One             SATA     465.8 GiB  bay 0:6     free
     PD 7     Gannet GT500G         SATA     465.8 GiB  bay 0:7     free
+  Current speed:       12 Gb/s
   ktsim: there is no adapter 1, only 1 of them
   ktsim: the adapter has no ports for such disks
   [1]

@@ -1,8 +1,8 @@
 #include "changes/arrays.h"
 
-#include "activities/activities.h"
 #include "changes/vdPlan.h"
 #include "media/blocks.h"
+#include "raid/activityRecords.h"
 #include "raid/candidates.h"
 #include "raid/roles.h"
 #include "raid/slots.h"
@@ -328,7 +328,6 @@ KT_U8 deleteArray(const Context& context, KT_U16 id) {
         releaseDisk(context, array.info.SparePDIDs[i]);
     for (int i = 0; i < array.state.memberCount; ++i)
         releaseDisk(context, array.state.members[i]);
-    arbitrate(context);
     return KT_OK;
 }
 
