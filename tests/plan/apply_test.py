@@ -103,6 +103,8 @@ class Applying(unittest.TestCase):
         machine = Machine()
         self.assertEqual(machine.apply(SMALL).returncode, 3)
         machine.sim("clock", "until", "idle")
+        machine.sim("fault", "KT_DG_StartMigration", "20", "--after", "1", "--times", "1")
+        self.assertRegex(machine.apply(GROWN).stdout, r"\nStopped: the command failed \(status \d+\)\.\nNot done:\n")
         done = machine.apply(GROWN)
         self.assertEqual(done.returncode, 1)
         self.assertIn("     waits until what goes on before it has ended\n", done.stdout)

@@ -71,8 +71,6 @@ What show prints, create reads back; a lab comes through a pipe too.
   "7905ffaa0
   $ ktsim create --lab - --force < first.json
   $ ktsim show | cmp - first.json
-  $ ktsim event 2 11 --severity 8 2> /dev/null
-  [2]
   $ ktreport json > report.json; TMPDIR=$PWD/nowhere ktsim create --lab report.json --force 2>&1 | sed "s|$PWD||"
   ktsim: /nowhere/ktsim-XXXXXX: No such file or directory
   $ for hex in 7 $(printf '%062d' 0) 7g g7 7G 7/ 7: 7@ '7`'; do ktsim event 2 11 --sense $hex; done 2>&1 | uniq -c
@@ -97,14 +95,12 @@ The clock.
   ktsim: "5" is not a duration such as 90m, 2h30m or 3d
   ktsim: the adapters' clock ends at 2106-02-07 06:28:15 UTC
   ktsim: "36600d1s" is not a duration such as 90m, 2h30m or 3d
-  $ ktsim clock set "2026-02-28 23:59:59" && ktsim clock advance 1s && ktsim clock show
+  $ for at in "1970-01-01 00:00:01" "2106-02-07 06:28:15" "2026-02-28 23:59:59"; do ktsim clock set "$at"; done; ktsim clock advance 1s && ktsim clock show
   2026-03-01 00:00:00 UTC, stopped
-  $ no clock set "1970-01-01 00:00:00"
+  $ no clock set "1970-01-01 00:00:00"; no clock set "2106-02-07 06:28:16" 2> /dev/null
   ktsim: the adapters' clock begins at 1970-01-01 00:00:01 UTC and ends at 2106-02-07 06:28:15 UTC
   $ for words in "speed 60" start; do ktsim clock $words && ktsim clock show | sed 's/.*UTC//'; done | uniq -c
         2 , running 60 times as fast as real time
-  $ ktsim clock speed 0 2>&1 | head -1
-  ktsim: X: 0 is not a number from 0.001 to 1000000 (--help tells more)
   $ ktsim clock until idle
   Idle after 0 s.
 
@@ -216,8 +212,13 @@ whether they were pulled there; what missed writing has nothing to bring.
   Name:                databases
   Spare PD IDs:        8
   $ export KTRAID_SIM="$PWD/state.db"
-  $ no disk replace 1 --size 4XB
+  $ for size in 0.9GB 100001TB 4XB 1GB 100000TB 1TB; do ktsim disk replace 12 --size $size && ktsim status | grep -o "PD 12 .*B "; done
+  ktsim: "0.9GB" is not a size such as 500GB or 4TB
+  ktsim: "100001TB" is not a size such as 500GB or 4TB
   ktsim: "4XB" is not a size such as 500GB or 4TB
+  PD 12    Gannet GT1G           SATA     953.5 MiB 
+  PD 12    Gannet GT999999G      SATA      88.8 PiB 
+  PD 12    Gannet GT1000G        SATA     931.5 GiB 
   $ ktsim disk replace 1 --force --model "$(printf '%041d' 0)" 2>&1 | cut -c 1-30
   ktsim: --model: is longer than
   $ ktsim disk replace 12 --model "$(printf '%040d' 0)" && kt info -o pd -i 12 | grep model
@@ -236,7 +237,7 @@ What is wrong on a disk shows where a person looks for it, and when something re
   $ ktsim disk damage 3 --lba 64 --count 2 --force && ktsim disk corrupt 3 --force --count 3 && ktsim disk damage 12
   Disk 3: 2 sectors cannot be read (the first: LBA 0x40).
   Disk 3: 3 sectors hold wrong data (the first: LBA 0x13526b580).
-  Disk 12: 1 sector cannot be read (LBA 0x11a972f8).
+  Disk 12: 1 sector cannot be read (LBA 0x78cce0d).
   $ ktsim disk damage 12 --lba 1953525166 --count 2; no disk damage 12 --lba 1953525168; no disk damage 12 --lba 1953525166 --count 3
   Disk 12: 2 sectors cannot be read (the first: LBA 0x74706dae).
   ktsim: disk 12 has only 1953525168 sectors
@@ -245,9 +246,6 @@ What is wrong on a disk shows where a person looks for it, and when something re
   ktsim: disk 3 has these bad sectors already
   ktsim: no redundant virtual disk has LBA 16 of disk 12
   ktsim: no redundant virtual disk has LBA 16 of disk 8
-  $ ktsim disk damage 3 --count 0
-  ktsim: --count: Value 0 not in range 1 to 1000 (--help tells more)
-  [2]
   $ no disk age 3 wear 20; no disk age 0 reallocated 5; no disk age 11 spin-retries; no disk age 99 wear
   ktsim: disk 3 is no SSD: it has no wear
   ktsim: disk 0 keeps no SMART attributes
@@ -371,5 +369,24 @@ Help is everywhere; what is not understood ends in 2.
   $ ktsim --help-all | grep -e '^disk trip' -e --clear
   disk trip
       --clear                     Back under it, its wear undone
+  $ for words in "battery charge 101" "battery temperature 201" "battery voltage 61" "cable pull 255" "clock speed 0" "event 65536 1" \
+  >   "disk fail 65535" "disk insert 65535" "disk replace 65535" "disk replace 1 --sector 513" "disk damage 3 --lba $((1 << 48))" \
+  >   "disk damage 3 --count 0" "enclosure set 65535 fan 0 ok" "enclosure pull 65535" "enclosure set 1 fan 255 ok" "event 2 65536" \
+  >   "event 2 11 --severity 8" "event 2 11 -d 65536" "event 2 11 -n 0" "fault KT_LD_GetInfo 256" "fault KT_LD_GetInfo 1 -a 255" \
+  >   "image make x --size 65537" "image make x --vendor 65536" "image microcode x --model M --version 1 --size 65537" "status -a 255"
+  > do ktsim $words || [ $? = 2 ] || echo 'not 2'; done 2>&1 | sed 's/^ktsim: //; s/ (--help.*//; s/Value //' | paste -d'|' - -
+  PERCENT: 101 is not a number from 0 to 100|CELSIUS: 201 is not a number from -100 to 200
+  VOLTS: 61 is not a number from 0 to 60|PORT: 255 not in range 0 to 254
+  X: 0 is not a number from 0.001 to 1000000|CLASS: 65536 not in range 0 to 65535
+  ID: 65535 not in range 0 to 65534|ID: 65535 not in range 0 to 65534
+  ID: 65535 not in range 0 to 65534|--sector: 513 not in {512,1024,2048,4096}
+  --lba: 281474976710656 not in range 0 to 281474976710655|--count: 0 not in range 1 to 1000
+  ENCLOSURE: 65535 not in range 0 to 65534|ENCLOSURE: 65535 not in range 0 to 65534
+  NUMBER: 255 not in range 0 to 254|CODE: 65536 not in range 0 to 65535
+  --severity: 8 not in range 0 to 7|--device: 65536 not in range 0 to 65535
+  --count: 0 not in range 1 to 1000000|STATUS: 256 not in range 0 to 255
+  --adapter: 255 not in range 0 to 254|--size: 65537 not in range 0 to 65536
+  --vendor: 65536 not in range 0 to 65535|--size: 65537 not in range 1 to 65536
+  --adapter: 255 not in range 0 to 254|
   $ for words in "" soup; do ktsim $words > /dev/null 2>&1; echo $?; done | uniq -c
         2 2

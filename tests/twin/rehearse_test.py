@@ -107,12 +107,13 @@ class Rehearsals(unittest.TestCase):
         self.assertRegex(told, r'For \d+ min( \d+ s)? one more loss of disks 0, 2 takes virtual disk 0 "data" offline\.')
         done = self.rehearse(bench, "--until", "idle", "--", "ktsetup", "set", "-o", "hba", "--autorebuild", "off")
         self.assertIn("auto rebuild", done.stdout)
-        done = self.rehearse(bench, "--json", "--script", "-", text="ktsetup assign -d 3\nktsetup assign -Z\nktcfg ver\n",
-                             status=1)
+        done = self.rehearse(bench, "--json", "--script", "-", status=1,
+                             text="ktsetup delete -o vd -i 1 -f --waiveconfirmation\nktsetup assign -d 3\nktsetup assign -Z\nktcfg ver\n")
         told = json.loads(done.stdout)
-        self.assertEqual([command["status"] == 0 for command in told["commands"]], [True, False])
-        self.assertIn("assign: invalid option -- 'Z'\n", told["commands"][1]["output"])
-        self.assertEqual([(change["object"], change["word"]) for change in told["changes"]], [("disk", "spare")])
+        self.assertEqual([command["status"] == 0 for command in told["commands"]], [True, True, False])
+        self.assertIn("assign: invalid option -- 'Z'\n", told["commands"][2]["output"])
+        self.assertEqual([(change["object"], change.get("word"), change.get("loss")) for change in told["changes"]],
+                         [("virtual disk", None, True), ("array", "freeSize", None), ("disk", "spare", None)])
 
     def test_saved_reports_and_kept_states(self):
         bench = Bench("default")
