@@ -31,6 +31,24 @@ TEST_F(AdapterConfig, ChangesAreKeptAndLogged) {
     EXPECT_EQ(memcmp(&held, &config, sizeof held), 0);
     ASSERT_EQ(KT_Adapter_SetConfig(0, &held), KT_OK);
     EXPECT_TRUE(newEvents().empty()) << "nothing changed";
+    using Config = _Adapter_Config_V2;
+    KT_U8 Config::*const switches[] = {
+        &Config::AutoRebuildOn,       &Config::CpuEfficiencyOn,        &Config::PollSMARTStatus, &Config::CopyBackOn,
+        &Config::ModuleConsolidation, &Config::rawimg_update_disabled, &Config::AlarmOn};
+    for (const KT_U8 on : {KT_U8{0}, KT_U8{1}}) {
+        for (const auto each : switches)
+            held.*each = on;
+        const auto rate = static_cast<KT_U8>(99 + on);
+        held.BGARate = held.SyncRate = held.InitRate = held.RebuildRate = held.MigrationRate = held.CopybackRate = rate;
+        ASSERT_EQ(KT_Adapter_SetConfig(0, &held), KT_OK);
+        config = adapterConfig(0);
+        EXPECT_EQ(memcmp(&held, &config, sizeof held), 0);
+        Events expected = {"12/1 of 0", "12/22 of 0", "12/23 of 0", "12/24 of 0", "12/25 of 0", "12/26 of 0"};
+        const Events ends = on ? Events({"0/0 of 0", "0/7 of 0", "0/2 of 0"}) : Events({"0/1 of 0", "0/3 of 0"});
+        expected.insert(expected.end(), ends.begin(), ends.end());
+        if (on) expected.insert(expected.begin(), "0/4 of 0");
+        EXPECT_EQ(newEvents(), expected);
+    }
 }
 
 TEST_F(AdapterConfig, WrongValuesChangeNothing) {

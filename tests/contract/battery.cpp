@@ -39,10 +39,10 @@ static Events codes(const Events& events) {
 
 TEST_F(Battery, ShowsTheLabsBatteryFirst) {
     const _BBU_Info info = battery();
-    EXPECT_EQ(info.status, KT_BBU_PRESENT);
-    EXPECT_EQ(info.percentage, 95);
-    EXPECT_EQ(info.capacity, 620);
-    EXPECT_EQ(info.voltage, 4120);
+    EXPECT_EQ(std::vector<int>({info.status, info.sensorSupport, info.rechargeCycle, info.temperature, info.tempLow,
+                                info.tempHigh, info.voltage, info.voltLow, info.voltHigh, info.capacity,
+                                info.maxCapacity, info.percentage}),
+              std::vector<int>({KT_BBU_PRESENT, 7, 17, 3140, 0, 60, 4120, 3300, 4300, 620, 650, 95}));
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     EXPECT_TRUE(newEvents().empty());
     _BBU_Info other = {};
@@ -168,4 +168,9 @@ TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
     outside::setBatteryVoltage(0, 3300);
     EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
     EXPECT_EQ(codes(newEvents()), Events({"24", "28", "25", "22", "23", "26", "29"}));
+    outside::setBatteryVoltage(0, 4300);
+    outside::setBatteryVoltage(0, 4301);
+    outside::setBatteryVoltage(0, 4300);
+    outside::setBatteryTemperature(0, 0);
+    EXPECT_EQ(codes(newEvents()), Events({"27", "28", "26", "29"}));
 }

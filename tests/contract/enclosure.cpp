@@ -125,19 +125,53 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     EXPECT_EQ(status(1, KT_SES_ALARM, 0), "02400000") << "what is broken does not sound";
 }
 
-TEST_F(Enclosure, SensorsMeasure) {
-    EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 1), "01003300") << "31 Celsius";
-    outside::setReading(0, 1, KT_SES_TEMPERATURE, 1, 55);
-    outside::setReading(0, 1, KT_SES_TEMPERATURE, 0, -100);
+// What each condition and each reading about a limit makes of an element, and the event of it.
+TEST_F(Enclosure, EveryConditionHasItsStatus) {
+    struct Part {
+        KT_U8 type;
+        std::vector<const char*> words;
+        std::vector<int> readings;
+    };
+    const Part parts[] = {
+        {KT_SES_POWER_SUPPLY, {"ac-fail", "dc-fail", "overheated", "off", "missing", "unknown", "ok"}, {}},
+        {KT_SES_COOLING, {"failed", "off", "missing", "unknown", "ok"}, {999, 1000, 2510, 5000, 20470, 20480}},
+        {KT_SES_TEMPERATURE, {"failed", "missing", "ok"}, {65, 64, 55, 54, 6, 5, 1, 0, -20, 235, 236}},
+        {KT_SES_DOOR_LOCK, {"open", "unlocked", "failed", "ok"}, {}},
+        {KT_SES_ALARM, {"sounding", "muted", "failed", "ok"}, {}},
+        {KT_SES_DISPLAY, {"failed", "unknown", "ok"}, {}},
+        {KT_SES_VOLTAGE, {"failed", "missing", "ok"}, {1321, 1320, 1261, 1260, 1140, 1139, 1080, 1079}}};
+    std::string all;
+    newEvents();
+    for (const Part& part : parts) {
+        const auto note = [&](const std::string& what) {
+            all += what + " " + status(1, part.type, 0);
+            for (const std::string& event : newEvents())
+                all += " " + event.substr(0, event.find(' '));
+            all += what == "ok" && part.readings.empty() ? "\n" : ", ";
+        };
+        for (const char* word : part.words) {
+            EXPECT_TRUE(outside::setCondition(0, 1, part.type, 0, word));
+            note(word);
+        }
+        for (const int reading : part.readings) {
+            outside::setReading(0, 1, part.type, 0, reading);
+            note(std::to_string(reading));
+        }
+        if (!part.readings.empty()) all += "\n";
+    }
+    EXPECT_EQ(all,
+              "ac-fail 020000e2 15/6, dc-fail 020000e1 15/6, overheated 020000a8 15/6, off 03000090 15/6, "
+              "missing 05000080 15/6, unknown 06000000, ok 010000a0 15/7\n"
+              "failed 020000e0 15/4, off 03000090 15/4, missing 05000080 15/5, unknown 06000000, ok 010208a3 15/3, "
+              "999 020063e1 15/4, 1000 010064a1 15/3, 2510 0100fba2, 5000 0101f4a3, 20470 0107ffa7, 20480 0107ffa7, \n"
+              "failed 02400000, missing 05000000, ok 01003300 15/0, 65 02005508 15/2, 64 03005404 15/1, 55 03004b04, "
+              "54 01004a00 15/0, 6 01001a00, 5 03001901, 1 03001501, 0 02001402, -20 02000102, 235 0200ff08, "
+              "236 0200ff08, \n"
+              "open 03000003 15/12, unlocked 01000001 15/13, failed 02400000, ok 01000000\n"
+              "sounding 01000002, muted 01000042 15/8, failed 02400000, ok 01000000\n"
+              "failed 02410000, unknown 06000000, ok 01014131\n"
+              "failed 02400000, missing 05000000, ok 010004b0, 1321 02020529 15/6, 1320 03080528 15/6, 1261 030804ed, "
+              "1260 010004ec 15/7, 1140 01000474, 1139 03040473 15/6, 1080 03040438, 1079 02010437 15/6, \n");
     outside::setReading(0, 1, KT_SES_VOLTAGE, 1, 524);
-    outside::setReading(0, 1, KT_SES_VOLTAGE, 0, 1070);
-    outside::setReading(0, 1, KT_SES_COOLING, 0, 20470);
-    EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 1), "03004b04");
-    EXPECT_EQ(status(1, KT_SES_TEMPERATURE, 0), "02000102");
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
-    EXPECT_EQ(status(1, KT_SES_VOLTAGE, 0), "0201042e");
-    EXPECT_EQ(status(1, KT_SES_COOLING, 0), "0107ffa7");
-    EXPECT_EQ(newEvents(), Events({"15/1 of 0", "15/6 of 0"}));
-    outside::setReading(0, 1, KT_SES_TEMPERATURE, 1, 54);
-    EXPECT_EQ(newEvents(), Events({"15/0 of 0"}));
 }

@@ -316,6 +316,14 @@ TEST_F(Flash, SettingsPageGovernsTheAdapter) {
     EXPECT_EQ(sumOf(settings), 0);
     EXPECT_EQ(memcmp(settings.Serial_Num, info().SerialNo, sizeof settings.Serial_Num), 0);
     EXPECT_EQ(memcmp(settings.SAS_Address[3], info().PortSasAddress[3], 8), 0);
+    EXPECT_EQ(
+        std::vector<int>({settings.MajorRev, settings.Next_Page, settings.Major, settings.Minor, settings.Max_PHY_Num,
+                          settings.RAID_Feature, settings.DSpinUpGroup, settings.DSpinUpTimer, settings.Delay_Time,
+                          settings.PHY_Rate[0], settings.PHY_Rate[7], settings.bbu_charge_threshold,
+                          settings.bbu_temp_lowerbound, settings.bbu_temp_upperbound, settings.bbu_volt_lowerbound,
+                          settings.bbu_volt_upperbound}),
+        std::vector<int>({1, 0xFFFF, 4, 1, 8, 2, 1, 1, 5, 1, 1, 85, 0, 60, 3300, 4300}));
+    EXPECT_EQ(memcmp(&settings.PHY_Tuning[7], "\x26\x30\0", 3), 0);
     settings.Serial_Num[0] = 'Z';
     settings.SAS_Address[3][7] = 0xAB;
     settings.Rebuild_Rate = 77;
@@ -397,6 +405,9 @@ TEST_F(Flash, RegistersKeepTheirValues) {
     EXPECT_EQ(request.Value, 0U);
     EXPECT_EQ(KT_Adapter_Read_Register(0, 0, 2, &request), KT_ERR_OUT_OF_RANGE);
     EXPECT_EQ(KT_Adapter_Read_Register(0, 1, 0, &request), KT_ERR_INVALID_PARAMETER);
+    outside::reboot();
+    ASSERT_EQ(KT_Adapter_Read_Register(0, 0, 1, &request), KT_OK);
+    EXPECT_EQ(request.Value, 0U) << "a boot forgets them";
     runClock(1); // a second takes a quarter of an hour
     ASSERT_EQ(KT_Adapter_Write_Register(0, 0, 1, &request), KT_OK);
     EXPECT_EQ(KT_Adapter_Read_Register(0, 0, 1, &request), KT_ERR_REGISTER_WRITING);

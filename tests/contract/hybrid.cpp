@@ -58,6 +58,7 @@ TEST_F(Hybrid, TablesFill) {
     EXPECT_EQ(used(1), 0);
     EXPECT_EQ(add(1, 0, 1), KT_OK);
     EXPECT_EQ(KT_Tandemix_RemoveEntriesTable(0, 0), KT_ERR_INVALID_RAID_MODE);
+    EXPECT_EQ(KT_Tandemix_GetEntriesTableInfo(0, 0, &info), KT_ERR_INVALID_RAID_MODE);
 }
 
 TEST_F(Hybrid, MagicsAreTheDevicesOwn) {

@@ -85,6 +85,32 @@ TEST(Lab, LaysVirtualDisksOutOnTheirDisks) {
     closeStore(store);
 }
 
+TEST(Lab, AddsWhatIsNotSaid) {
+    Store* store = stateFrom(R"({"adapters": [{"id": 2, "disks": [
+        {"serial": "S1", "patrol": {}}, {"type": "ATAPI"}, {"type": "PATA"}, {"type": "SAS SSD"}]}]})");
+    const Context context{*store, 2, 0};
+    const auto info = find<_Adapter_Info>(context, 0);
+    EXPECT_EQ(std::vector<unsigned>({info->SystemIOBusNumber, info->SlotNumber, info->InterruptLevel, info->VenID,
+                                     info->RevisionID, info->MaxHD, info->MaxHD_Ext, info->MaxSpeed, info->CurrentSpeed,
+                                     info->MaxLinkWidth, info->CurrentLinkWidth, info->MaxTotalBlocks}),
+              std::vector<unsigned>({3, 3, 18, 8100, 177, 128, 128, 3, 3, 8, 8, 255}));
+    const auto config = find<_Adapter_Config_V2>(context, 0);
+    EXPECT_EQ(std::vector<int>({config->AutoRebuildOn, config->BGARate, config->SyncRate, config->InitRate,
+                                config->RebuildRate, config->MigrationRate, config->CopybackRate, config->MPRate,
+                                config->PollSMARTStatus, config->CopyBackOn, config->AlarmOn}),
+              std::vector<int>({1, 50, 50, 50, 50, 50, 50, 50, 1, 1, 1}));
+    EXPECT_STREQ(reinterpret_cast<const char*>(find<_HD_Info>(context, 0)->SerialNo), "S1");
+    EXPECT_EQ(find<PdState>(context, 0)->patrol.done, 0U);
+    std::string settings;
+    for (KT_U64 pd = 0; pd < 4; ++pd) {
+        const _HD_CONFIG disk = find<PdState>(context, pd)->config;
+        settings +=
+            std::to_string(((disk.WriteCacheOn * 10 + disk.SMARTOn) * 10 + disk.Online) * 10 + disk.DriveSpeed) + " ";
+    }
+    EXPECT_EQ(settings, "1113 11 1110 1114 ") << "write cache, SMART, online, speed";
+    closeStore(store);
+}
+
 // Those before it may be out of reach of whoever describes them.
 TEST(Lab, KeepsTheNumbersOfAdapters) {
     Store* store = stateFrom(R"({"adapters": [{"id": 2}]})");
