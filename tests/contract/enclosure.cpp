@@ -84,6 +84,10 @@ TEST_F(Enclosure, SlotsTellOfTheirArrays) {
     advance(3600);
     ASSERT_EQ(KT_LD_StartConsistencyCheck(0, 0, 0), KT_OK);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01900000") << "checked";
+    ASSERT_EQ(KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 1), KT_OK);
+    for (KT_U8 slot = 1; slot < 5; ++slot)
+        EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, slot).substr(4), slot < 4 ? "0200" : "0000") << int(slot);
+    ASSERT_EQ(KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 0), KT_OK);
     EXPECT_EQ(outside::failDisk(0, 1), KT_OK);
     EXPECT_EQ(outside::failDisk(0, 2), KT_OK);
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01a40000") << "in a failed one";

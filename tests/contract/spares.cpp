@@ -40,8 +40,10 @@ TEST_F(Spares, TheArraysOwnComesFirstThenTheSmallestThatFits) {
     fail(2);
     EXPECT_EQ(members(), (Ids{3, 5, 4}));
     advance(HOUR);
+    newEvents();
     fail(3);
     EXPECT_EQ(members(), (Ids{3, 5, 4})) << "the one that is left is too small";
+    EXPECT_EQ(newEvents(), (Events{"2/4 of 3", "2/2 of 3", "1/4 of 0", "12/20 of 6"}));
 }
 
 TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
