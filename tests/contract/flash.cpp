@@ -315,6 +315,7 @@ TEST_F(Flash, SettingsPageGovernsTheAdapter) {
     EXPECT_EQ(memcmp(settings.Signature, "TLVN", 4), 0);
     EXPECT_EQ(sumOf(settings), 0);
     EXPECT_EQ(memcmp(settings.Serial_Num, info().SerialNo, sizeof settings.Serial_Num), 0);
+    EXPECT_EQ(memcmp(settings.model_number, info().ModelNumber, sizeof settings.model_number), 0);
     EXPECT_EQ(memcmp(settings.SAS_Address[3], info().PortSasAddress[3], 8), 0);
     EXPECT_EQ(
         std::vector<int>({settings.MajorRev, settings.Next_Page, settings.Major, settings.Minor, settings.Max_PHY_Num,

@@ -109,6 +109,14 @@ TEST(Lab, AddsWhatIsNotSaid) {
     }
     EXPECT_EQ(settings, "1113 11 1110 1114 ") << "write cache, SMART, online, speed";
     closeStore(store);
+    store = stateFrom(R"({"adapters": [{"type": "LD-based"}]})");
+    const auto ld = find<_Adapter_Info>(*store, 0, 0);
+    std::string versions;
+    for (const _Version_Info_CIM& one : {ld->BIOSVersion, ld->FirmwareVersion, ld->BootLoaderVersion})
+        versions += std::to_string(one.MajorVersion) + "." + std::to_string(one.MinorVersion) + "." +
+                    std::to_string(one.RevisionNumber) + "." + std::to_string(one.BuildNumber) + " ";
+    EXPECT_EQ(versions, "1.4.0.1023 2.3.0.1114 1.0.0.1003 ");
+    closeStore(store);
 }
 
 // Those before it may be out of reach of whoever describes them.
@@ -153,6 +161,9 @@ TEST(Lab, SaysWhereTheMistakeIs) {
         {arrays(R"({"disks": [0, 1, 0]})"), "arrays[0].disks: name disk 0 twice"},
         {arrays(R"({"disks": [0, 1, 2]}, {"disks": [2, 3, 4]})"), "arrays[1].disks: disk 2 is in use already"},
         {arrays(R"({"disks": [0, 1, 2], "spares": [3, 3]})"), "arrays[0].spares: disk 3 is in use already"},
+        {adapter(
+             R"("disks": [{"count": 12}], "arrays": [{"disks": [0, 1, 2], "spares": [3, 4, 5, 6, 7, 8, 9, 10, 11]}])"),
+         "arrays[0].spares: are too many for one array"},
         {arrays(R"({"disks": [0, 1, 2], "virtualDisks": [{"activity": {"disk": 5}}]})"),
          "arrays[0].virtualDisks[0].activity.disk: is not a member"},
         {R"({"complete": true, "adapters": [{}]})", "adapter: is missing"},
