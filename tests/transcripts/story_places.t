@@ -45,13 +45,15 @@ Bays come first, then ports, then those of port multipliers; what was pulled is 
 A lab that lists more disks than ports gets what they can hang on. Disks that come later hang there, too.
 
   $ echo '{"adapters": [{"disks": [{"count": 12, "type": "SATA"}]}, {"type": "LD-based", "disks": [{"count": 4}]}]}' > L.json
-  $ ktsim create --lab L.json --force; places 0 6; kt info -o exp -i 0 | grep -e PHY -e Links
+  $ ktsim create --lab L.json --force --at '2026-01-05 08:00:00'; places 0 6; kt info -o exp -i 0 | grep -e PHY -e Links
   PD 6 port 6, PD 7 expander 0:0, PD 8 expander 0:1, PD 9 expander 0:2, PD 10 expander 0:3, PD 11 expander 0:4
   Total # of PHYs:     28
   Links to:            HBA 0, port [7] on SAS address 500A1F4000100007
-  $ ktsim disk insert 0 --from old.db; places 0 | grep -o 'PD 12[^,]*'; ktsim cable pull 7 -f; ktsim disk insert 8; ktsim check
-  Disk 0 of old.db is disk 12 here.
+  $ KTRAID_SIM=old.db ktsim disk age 12 hours 77; KTRAID_SIM=old.db kt smart -p 12 | grep Hours > there
+  $ ktsim disk insert 12 --from old.db; kt smart -p 12 | grep Hours | diff there - && places 0 | grep -o 'PD 12[^,]*'
+  Disk 12 of old.db is disk 12 here.
   PD 12 expander 0:5
+  $ ktsim cable pull 7 -f; ktsim disk insert 8; ktsim check
   ktsim: the adapter has no free bay or port, or no number, for all that
   The state is sound.
   $ ktsim cable insert 7; places 0 | grep -o expander | wc -l; ktsim check
