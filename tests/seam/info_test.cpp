@@ -203,6 +203,7 @@ TEST_F(Info, EachBitOfAnAdapterHasItsWords) {
         std::vector<std::string> words;
         for (std::string word; std::getline(all, word, '|');)
             words.push_back(word);
+        words.resize(32); // bits without words
         return words;
     };
     const auto advanced = split(std::istringstream(
@@ -213,7 +214,7 @@ TEST_F(Info, EachBitOfAnAdapterHasItsWords) {
     const auto features = split(std::istringstream("rebuild|background init|synchronize|migration|media patrol|"
                                                    "foreground init|copy back|only same type hd for create"));
     const auto modes = split(std::istringstream("RAID0 |RAID1 |RAID10 |RAID1E |RAID5 |RAID6 |RAID50 |JBOD |RAID60 |"
-                                                "hc(tandem capacity) |hs(tandem safe) |hybrid(tandem hybrid) ||||"));
+                                                "hc(tandem capacity) |hs(tandem safe) |hybrid(tandem hybrid) "));
     const KT_U32 saidWhenClear = 0x010FC000;
     for (unsigned bit = 0; bit < 32; ++bit) {
         _Adapter_Info info = {};
