@@ -392,27 +392,6 @@ const Case mistakes[] = {
           {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
      "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
      "file keeps there\n"},
-    {"disks of another virtual disk that stays",
-     R"([{"type": "LD-based", "disks": [{"count": 3}], "virtualDisks": [{"id": 0, "name": "v", "level": "RAID1",
-          "disks": [0, 1], "stripe": 64, "size": 1000000000}]}])",
-     R"([{"virtualDisks": [{"name": "v", "level": "RAID1", "disks": [0, 1]},
-          {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
-     "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
-     "file keeps there\n"},
-    {"disks of another virtual disk that stays",
-     R"([{"type": "LD-based", "disks": [{"count": 3}], "virtualDisks": [{"id": 0, "name": "v", "level": "RAID1",
-          "disks": [0, 1], "stripe": 64, "size": 1000000000}]}])",
-     R"([{"virtualDisks": [{"name": "v", "level": "RAID1", "disks": [0, 1]},
-          {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
-     "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
-     "file keeps there\n"},
-    {"disks of another virtual disk that stays",
-     R"([{"type": "LD-based", "disks": [{"count": 3}], "virtualDisks": [{"id": 0, "name": "v", "level": "RAID1",
-          "disks": [0, 1], "stripe": 64, "size": 1000000000}]}])",
-     R"([{"virtualDisks": [{"name": "v", "level": "RAID1", "disks": [0, 1]},
-          {"name": "w", "level": "RAID1", "disks": [1, 2]}]}])",
-     "adapters[0].virtualDisks[1].disks: disk 1 (serial S1) is one of the disks of virtual disk 0 \"v\", which the "
-     "file keeps there\n"},
     {"words that are not what they should be", BLANK,
      R"([{"serial": 1, "id": "one", "config": {"RebuildRate": 101, "AlarmOn": 2}, "disks": [{"size": -1}, {"type": "TAPE"},
           {"serial": "x", "count": 2}, {"id": 0}, {"id": 65534, "count": 2}], "virtualDisks": 7,
