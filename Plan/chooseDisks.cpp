@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Plan/levels.h"
 #include "Report/look.h"
 
 // Nominal sizes are compared in megabytes: how a disk rounds its last sectors is no reason to refuse it.
@@ -328,8 +329,8 @@ static std::vector<Demand> memberDemands(const Choice& choice) {
         demands.push_back(demand);
     }
     for (const WantedVd& vd : choice.wanted.vds) {
-        const bool hybrid = vd.layout.level.compare(0, 4, "RAID") != 0;
-        demands.push_back({vd.place + ".disks", vd.layout.disks, 0, knownOf(choice, vd.layout.disks), !hybrid});
+        const bool alike = !isHybrid(vd.layout.level);
+        demands.push_back({vd.place + ".disks", vd.layout.disks, 0, knownOf(choice, vd.layout.disks), alike});
     }
     // The most demanding ones choose before the others.
     std::stable_sort(demands.begin(), demands.end(),

@@ -340,7 +340,7 @@ static void addFlashRows(const Context& context, std::vector<StatusRow>& rows) {
     if (!text.empty()) rows.push_back(StatusRow{Urgency::Wrong, Thing::Adapter, "  Flash    not sound:" + text});
 }
 
-// Whether a virtual disk caches, or would with a battery, on an adapter with a place for one.
+// Whether a virtual disk caches, or would with a battery.
 static bool needsBattery(const Context& context) {
     bool caches = false;
     forEach<VdState>(context, 0, [&](KT_U64, const VdState& vd) {

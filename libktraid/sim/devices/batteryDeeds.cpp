@@ -12,8 +12,6 @@ namespace sim {
 
 static const KT_U64 POSTPONED_BY = DAY;
 
-// What is done to it.
-
 static void settleNow(const Context& context, const BatteryState& state) {
     save(context, 0, state);
     if (isDown(context)) return;

@@ -19,7 +19,6 @@ std::vector<std::string> agingWords();
 KT_U8 tripSmart(const Context& context, KT_U16 pd, bool tripped);
 // Logs that the disk foretells its failure, if it does and its adapter polls it.
 void pollSmart(const Context& context, KT_U16 pd);
-
 // Logs all disks whose SMART status is over its threshold, as an adapter that begins to poll them does.
 void pollSmart(const Context& context);
 
