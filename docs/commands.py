@@ -115,8 +115,8 @@ def main():
     with open(sys.argv[1], encoding="ascii") as file:
         source = file.read().replace("@VERSION@", os.environ["VERSION"])
     source = source.replace("@COMMANDS@", "\n".join(page))
-    folder = os.path.join(os.path.dirname(sys.argv[1]), "..", "tests", "transcripts")
-    print(re.sub(r"@TRANSCRIPT (\w+)@", lambda found: answer(os.path.join(folder, found[1] + ".t")), source), end="")
+    folder = os.path.dirname(sys.argv[1])
+    print(re.sub(r"@TRANSCRIPT ([\w/]+)@", lambda found: answer(os.path.join(folder, found[1] + ".t")), source), end="")
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
-# Sourced by transcripts of the page on recovery: the array "databases" on disks 0 to 2, and used.json, in which three
+# Sourced by every answer of the page on recovery: the array "databases" on disks 0 to 2, and used.json, in which three
 # disks hold the array "old" of another adapter.
-. "$TESTDIR/setup.sh"
+. "$TESTDIR/../../tests/transcripts/setup.sh"
 used='"disks": [{"count": 3, "type": "SAS", "size": "1TB"}],
   "arrays": [{"name": "old", "level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"name": "mail"}]}]'
 own='"battery": true, "disks": [{"count": 4, "type": "SAS", "size": "1TB"}],

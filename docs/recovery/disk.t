@@ -1,6 +1,6 @@
 An answer of the page on recovery, tried; what stands behind the heading is in the page.
 
-  $ . "$TESTDIR/recovery.sh"
+  $ . "$TESTDIR/setup.sh"
 
 ## A disk is dead
 
