@@ -103,8 +103,8 @@ int cmdDispatcher(int argc, char** argv) {
     for (KT_U16 i = 0; i < inCmdTableSize; ++i) {
         if (!isPrefix(pInCmdTable[i])) continue;
         index = i;
-        // Settled: behind a general row that matched, the position is one of the general table. No word of the tables
-        // gets here by that way, for none that begins a general command is an internal one.
+        // When a general row matched too, the position counts in the general table, not in the internal one. That looks
+        // wrong, but is how the program has always behaved, and no word of today's tables matches in both.
         if (isWhole(pInCmdTable[i])) return run(inGeneral ? pCmdTable[i] : pInCmdTable[i]);
         ++count;
     }

@@ -33,10 +33,10 @@ inline constexpr OptionRow HELP_ROW = {'h', "help", ""};
 
 struct CommandWords {
     std::string_view usage = {}; // what stands in front of the options in the help text
-    bool settledUsage = false;   // the usage stands as it is, however long its lines are
+    bool settledUsage = false;   // the usage is printed as it is and not broken, however long its lines are
     std::span<const OptionRow> rows = {};
     std::string_view examples = {};
-    std::string_view scanned = {}; // the letters in the order that is settled for the scanner; empty: that of the rows
+    std::string_view scanned = {}; // the letters in the order that the scanner is given; empty: that of the rows
     HelpStyle helpStyle = HelpStyle::Described;
     bool oneMissing = false;
     bool helpOnUnknown = false;
@@ -119,7 +119,8 @@ constexpr void addLetter(Text& to, const OptionRow& row) {
     if (row.takes != Takes::Nothing) to.add(':');
 }
 
-// The scanner's string; its first option stands for the "-output" word that start-up has read and altered.
+// The scanner's string. Its first letter, \1, is an option that nobody can type: start-up writes it over the word
+// "-output" once it has read it, so that the scanner passes over that word and its value.
 constexpr void addLetters(Text& to, const CommandWords& words) {
     const auto isScanned = [](const OptionRow& row) { return hasLetter(row) && isTaken(row); };
     to.add("\1:");
@@ -130,7 +131,7 @@ constexpr void addLetters(Text& to, const CommandWords& words) {
             addLetter(to, row);
             found = true;
         }
-        if (!found) refuse("a letter of the settled order has no row");
+        if (!found) refuse("a letter of the scanned order has no row");
     }
     for (const OptionRow& row : words.rows) {
         const bool there = words.scanned.find(static_cast<char>(row.value)) != std::string_view::npos;

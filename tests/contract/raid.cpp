@@ -343,8 +343,10 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     disk(ARRAYS, outside::failDisk, 0);
     disk(ARRAYS, outside::failDisk, 1);
     EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
-    ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 2, Ids{4, 5}.data()), KT_OK);
-    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+    for (const Ids& targets : {Ids{6, 7}, Ids{4, 5}}) { // both that a stopped rebuild left half filled give way
+        ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 2, targets.data()), KT_OK);
+        ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+    }
     _CreateOrModify_DG_Param to = dgParam(KT_RAID6, {4, 5, 2, 3, 6});
     to.DGID = 0;
     EXPECT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_ERR_VD_NOT_READY) << "half filled members are no source";

@@ -105,7 +105,7 @@ static void restart(const Context& context, Owner owner, Activity activity) {
     // back has filled was not written to meanwhile, and a check or an initialisation is worth something as a whole
     // only.
     const bool goesOn = activity.kind == KT_BGA_MIGRATION && owner.kind != OwnerKind::Disk;
-    if (!goesOn) activity.done = activity.announced = 0; // setState() counts from here
+    if (!goesOn) activity.done = activity.announced = 0; // setState() takes these as what is done by now
     setState(context, owner, activity, KT_STATE_RUNNING);
     logActivity(context, owner, activity, STEP_RESTARTED);
 }

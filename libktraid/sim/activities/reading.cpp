@@ -222,16 +222,17 @@ static void moveWrongData(const Context& context, const Run& run, const Pass& fr
     }
 }
 
-// Reading wrong data gives no error; only checks compare members. What is written from it agrees with it afterwards.
+// Reading wrong data gives no error; only checks compare members. What is written from wrong data agrees with it
+// afterwards: the members are consistent, so that the sector is no longer one that a check would find.
 static void readWrongData(const Context& context, const Run& run, const Pass& pass, std::set<KT_U64>& inconsistent) {
     const auto vd = find<_LD_Info>(context, pass.vd);
     for (const auto& [lba, sector] : foundOn(context, pass, run.activity, false)) {
-        bool gone = run.activity.kind == KT_BGA_MIGRATION || run.activity.kind == KT_BGA_CHECK_FIX;
-        if (run.activity.kind == KT_BGA_REBUILD) gone = isOnlySource(context, pass, lba);
+        bool consistent = run.activity.kind == KT_BGA_MIGRATION || run.activity.kind == KT_BGA_CHECK_FIX;
+        if (run.activity.kind == KT_BGA_REBUILD) consistent = isOnlySource(context, pass, lba);
         if (run.activity.kind == KT_BGA_COPY_BACK) moveWrongData(context, run, pass, lba);
         const bool compares = run.activity.kind == KT_BGA_CHECK || run.activity.kind == KT_BGA_CHECK_FIX;
         if (vd && compares) inconsistent.insert(inconsistentLba(*vd, pass, lba));
-        if (gone) eraseBadSector(context, pass.pd, lba);
+        if (consistent) eraseBadSector(context, pass.pd, lba);
     }
 }
 

@@ -17,12 +17,21 @@ static int slotInNeed(const Group& group) {
     return -1;
 }
 
+// Whether the disk is in a slot of the group and holds anything that is not filled yet.
+static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) {
+    for (const KT_U16 id : blocksFor(context, group, pd)) {
+        const auto block = find<_Block_Info>(context, id);
+        if (block && block->Status == BLOCK_REBUILDING) return true;
+    }
+    return false;
+}
+
 // Slots that an aborted rebuild left half filled count as needing a disk again.
 static void reopenAborted(const Context& context, Group& group) {
     const Activity activity = activityOf(context, group.owner);
     if (activity.kind != KT_BGA_REBUILD || activity.state != KT_STATE_ABORTED) return;
     for (size_t i = 0; i < group.members.size(); ++i)
-        if (group.members[i] == activity.disk) group.needsDisk[i] = true;
+        if (isHalfFilled(context, group, group.members[i])) group.needsDisk[i] = true;
 }
 
 static KT_U8 checkRebuildTarget(const Context& context, const Group& group, KT_U16 pd, Disk& disk) {
@@ -196,15 +205,6 @@ void finishCopyBack(const Context& context, Owner owner) {
     }
     refreshGroup(context, group);
     engageSpares(context);
-}
-
-// Whether the disk is in a slot of the group and holds anything that is not filled yet.
-static bool isHalfFilled(const Context& context, const Group& group, KT_U16 pd) {
-    for (const KT_U16 id : blocksFor(context, group, pd)) {
-        const auto block = find<_Block_Info>(context, id);
-        if (block && block->Status == BLOCK_REBUILDING) return true;
-    }
-    return false;
 }
 
 void loseTarget(const Context& context, Owner owner, KT_U16 pd) {

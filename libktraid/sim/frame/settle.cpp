@@ -12,7 +12,7 @@ static AdapterState stateOf(const Context& context) {
     return find<AdapterState>(context, 0).value_or(AdapterState{});
 }
 
-// More moments in a row than any rule has reason to want a look again at the very next one.
+// A rule that asks for the very next millisecond more often than this, each time anew, never gets past its moment.
 static const int TOO_MANY = 1000;
 // More steps than the busiest adapter has in all the years that the clock can show.
 static const int MOST_STEPS = 50000;
@@ -36,12 +36,12 @@ static void step(Context& context, Rules& rules, KT_U64 end) {
     const KT_U64 later = context.now + 1;
     KT_U64 next = rules.settle(context);
     rules.inARow = next <= later ? rules.inARow + 1 : 0;
-    // A rule that never gets past its moment would be asked about every millisecond of a long absence.
+    // It would otherwise be asked about every millisecond of a long absence.
     const bool stuck = rules.inARow > TOO_MANY;
     if (stuck) tellEndless(context);
     next = std::max(next, stuck ? end + 1 : later);
     AdapterState after = stateOf(context);
-    // What the rules scheduled meanwhile counts too, unless it is the moment just dealt with.
+    // While settling, a rule may have scheduled a moment of its own. It counts, unless it is already past.
     KT_U64& mine = after.*rules.due;
     mine = mine >= later && !stuck ? std::min(mine, next) : next;
     save(context, 0, after);

@@ -115,7 +115,8 @@ EventParams vdParams(KT_U8 level, KT_U32 value) {
 }
 
 static void logStatus(const Context& context, const _LD_Info& vd, KT_U8 status) {
-    // There is an event for working again as it should, none for a partial improvement; the rebuilds log those.
+    // There is an event for working again as it should, none for a partial improvement: the rebuild that brought it has
+    // logged its own end.
     const bool regains = badness(status) < badness(vd.Status) && isUsable(vd);
     if (regains && status != KT_VD_ONLINE) return;
     switch (status) {
@@ -145,7 +146,7 @@ bool waitsForKey(const Context& context, const Vd& vd) {
     });
 }
 
-// What goes while the adapter is down goes at one blow.
+// The number of the loss that is happening. All that leaves while the adapter is down counts as one loss.
 static KT_U64 lossOf(const Context& context) {
     const AdapterState adapter = find<AdapterState>(context, 0).value_or(AdapterState{});
     return wasLostDown(context, adapter.losses) ? adapter.lossesAtOff + 1 : adapter.losses;

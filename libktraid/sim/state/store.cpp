@@ -170,8 +170,8 @@ static void closeConnection(Store* store) {
     delete store;
 }
 
-// The last one to close a state removes its journal, by its name: unless that is by now the journal of what has taken
-// the state's place.
+// The last one to close a state removes the journal beside it, which is found by its name. When another state has been
+// put in this one's place meanwhile, the journal of that name is the other one's and must stay.
 static void leaveJournal(const Store& store) {
     sqlite3_db_config(store.db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
