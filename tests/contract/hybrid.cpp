@@ -54,7 +54,9 @@ TEST_F(Hybrid, TablesFill) {
     for (int i = 2; i < info.total; ++i)
         ASSERT_EQ(add(1, 0, 1), KT_OK);
     EXPECT_EQ(add(1, 0, 1), KT_ERR_NO_RESOURCE);
+    EXPECT_NE(show().find("hybridEntries"), std::string::npos);
     ASSERT_EQ(KT_Tandemix_RemoveEntriesTable(0, 1), KT_OK);
+    EXPECT_EQ(show().find("hybridEntries"), std::string::npos);
     EXPECT_EQ(used(1), 0);
     EXPECT_EQ(add(1, 0, 1), KT_OK);
     EXPECT_EQ(KT_Tandemix_RemoveEntriesTable(0, 0), KT_ERR_INVALID_RAID_MODE);

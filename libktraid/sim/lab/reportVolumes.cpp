@@ -194,8 +194,6 @@ static void takeTable(const Context& context, LabReader& vdReader, const _LD_Inf
         memcpy(table.guid, vd.LD_GUID, sizeof table.guid);
         table.used = static_cast<KT_U16>(TABLE_ENTRIES - remaining);
         if (table.used == 0) continue;
-        for (KT_U64 i = 0; i < table.used; ++i)
-            save(context, (KT_U64{vd.ID} << 16) + i, HybridEntry{});
         save(context, vd.ID, table);
     }
 }
