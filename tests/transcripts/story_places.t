@@ -30,6 +30,8 @@ Bays come first, then ports, then those of port multipliers; what was pulled is 
   Disk 11 of old.db is disk 3 here.
   Disk 12 of old.db is disk 4 here.
   PD 3 bay 3:3, PD 4 port 4, PD 1 bay 3:1
+  $ kt info -o pd -i 3 | grep Linked
+  Linked at:           Expander 0, port 3
   $ ktsim disk insert 3 4 5 6 --from old.db -a 1; places 1; ktsim cable pull 3 -a 1 -f; ktsim disk insert 12 --from old.db -a 1
   Disk 3 of old.db is disk 2 here.
   Disk 4 of old.db is disk 3 here.
@@ -70,17 +72,19 @@ The place of a disk whose shelf is away is not there.
 
 A part that came too late goes by wiping it.
 
-  $ echo '{"adapters": [{"disks": [{"count": 5, "type": "SAS"}], "arrays": [{"level": "RAID6", "disks": [0, 1, 2, 3, 4], "virtualDisks": [{}]}]}]}' > late.json
+  $ array='{"level": "RAID6", "disks": [0, 1, 2, 3, 4], "virtualDisks": [{}]}'
+  $ echo '{"adapters": [{"disks": [{"count": 5, "type": "SAS"}], "arrays": ['"$array"']}]}' > late.json
   $ echo '{"adapters": [{}]}' > none.json; ktsim create --lab none.json --force; ktsim disk insert 0 1 2 --from late.json > /dev/null; kt import -i 0
   $ ktsim disk insert 3 4 --from late.json > /dev/null; kt info -o vd | grep -e ^status -e '^PD R'
   status:              degraded
   PD RAID setup:       0 1 2 * * 
   status:              plugin conflicted
   PD RAID setup:       * * * 3 4 
-  $ kt wipe -d 3 | tail -1; kt wipe -d 3 -f | tail -1; kt info -o vd -i 1 | grep '^PD R'; kt wipe -d 4 -f | tail -1; kt info -o vd | grep -e ^status -e '^PD R'
+  $ kt wipe -d 3 | tail -1
   Wipe MDD on PD 3 failed (error 56: Specified physical disk is assigned to a virtual disk).
-  Wipe PD 3 is returned successfully.
+  $ for pd in 3 4; do kt wipe -d $pd -f > /dev/null; kt info -o vd -i 1 | grep '^PD R'; done
   PD RAID setup:       * * * * 4 
-  Wipe PD 4 is returned successfully.
+  [1]
+  $ kt info -o vd | grep -e ^status -e '^PD R'
   status:              degraded
   PD RAID setup:       0 1 2 * * 

@@ -48,16 +48,8 @@ What is gone at the boot is told then, and not before. It may be back before any
   $ lab default; ktsim power off; ktsim enclosure pull 1 -f; ktsim power on; news | tail -1
   [CRITICAL] Previous configuration completely missing at boot
   $ lab default; ktsim power off; for pd in 1 7 8; do ktsim disk pull $pd -f; done
-  $ for pd in 1 8 7; do ktsim disk insert $pd; done; ktsim power on; news; kt info -o vd | grep ^status | uniq -c
-        4 status:              online
-  $ lab default; kt cc -l 1 > /dev/null; ktsim power off; ktsim disk fail 8 -f; ktsim disk pull 4 -f; ktsim power on; news
-  [WARNING] Request to physical disk 8 is timed out
-  [MAJOR] Physical disk missing from virtual disk 0 configuration at boot
-  [MAJOR] Consistency fix on Virtual Disk 1 failed
-  [MAJOR] Physical disk missing from virtual disk 1 configuration at boot
-  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
-  [INFO] Spare disk 10 used by disk array 2
-  [INFO] Rebuild disk on virtual disk 3 started
+  $ for pd in 1 8 7; do ktsim disk insert $pd; done; ktsim power on; news; statuses
+  online, online, online, online
 
 Each boot tells what is wrong: what does not answer, is about to fail, is broken or missing. So it tells what ended.
 
@@ -76,25 +68,32 @@ Each boot tells what is wrong: what does not answer, is about to fail, is broken
   [WARNING] Adapter 0 is high temperature
   [WARNING] Adapter 0 intrusion is opened
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
-  $ lab default; ktsim disk fail 0 -f; ktsim power off; ktsim disk pull 1 3 9 -f; ktsim battery remove -f; ktsim power on; news
+  $ lab default; ktsim disk fail 0 -f; kt cc -l 1 > /dev/null; ktsim power off; ktsim disk fail 8 -f; ktsim disk pull 1 3 9 -f
+  $ ktsim battery remove -f; ktsim power on; news
   [WARNING] Battery is removed
   [WARNING] Request to physical disk 0 is timed out
+  [WARNING] Request to physical disk 8 is timed out
   [MAJOR] Rebuild disk on virtual disk 2 failed
+  [MAJOR] Physical disk missing from virtual disk 0 configuration at boot
+  [MAJOR] Consistency fix on Virtual Disk 1 failed
+  [MAJOR] Physical disk missing from virtual disk 1 configuration at boot
   [CRITICAL] Virtual disk 2 missing drives and went offline at boot
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
   [INFO] Spare disk 10 used by disk array 2
   [INFO] Rebuild disk on virtual disk 3 started
   [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode
-  $ lab default; for what in 'remove -f' 'insert' 'insert'; do ktsim power off; ktsim battery $what; ktsim power on; news | grep -e ery.is -e ery.has -e ery.pres; done
+  $ lab default; for what in 'remove -f' 'insert' 'insert'; do
+  >   ktsim power off; ktsim battery $what; ktsim power on; news | grep -e ery.is -e ery.has -e ery.pres; done
   [WARNING] Battery is removed
   [INFO] Battery present
   [INFO] Battery has been replaced
   $ lab default; ktsim power off; ktsim battery remove -f; ktsim battery insert; ktsim power on; news | grep -e ery.is -e ery.has
   [INFO] Battery has been replaced
   $ echo '{"adapters": [{"disks": [{"count": 5, "size": "20GB"}]}]}' > five.json; lab five.json; kt create -o array -r 6 -d 0,1,2,3 > /dev/null
-  $ kt create -o vd -a 0 > /dev/null; ktsim clock until idle; kt migrate -l 0 -d 0,1,2,3,4; ktsim power off; ktsim disk replace 4 -f; ktsim power on; news
+  $ kt create -o vd -a 0 > /dev/null; ktsim clock until idle; kt migrate -l 0 -d 0,1,2,3,4
   Idle after 7 s.
   Start migrate successfully
+  $ ktsim power off; ktsim disk replace 4 -f; ktsim power on; news
   [MAJOR] Physical disk missing from virtual disk 0 configuration at boot
 
 What left while the power was off, and the machine has worked without since, is no copy any more.
@@ -128,47 +127,41 @@ A battery keeps what was written last, if it lasts.
   $ ktsim status --all -a 0 | grep sectors
     PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1, wrong data in 8 sectors
     PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0, wrong data in 16 sectors
-  $ kt cc -l 2 > /dev/null; ktsim clock until idle; log | grep -o 'found inconsistent'
-  Idle after 3 h 38 min.
-  found inconsistent
-  $ kt cc -l 2 > /dev/null; ktsim clock until idle; log | grep -c 'found inconsistent'
+  $ for i in 1 2; do kt cc -l 2 > /dev/null; ktsim clock until idle; log | grep -c 'found inconsistent'; done
   Idle after 3 h 38 min.
   1
-  $ lab default; ktsim battery remove -f; ktsim power off --pull; ktsim power on; news
-  [MAJOR] Page data has an ECC error and can not be flushed
+  Idle after 3 h 38 min.
+  1
+  $ lab default; ktsim battery remove -f; ktsim power off --pull; ktsim power on; news | grep -v ECC
   [MAJOR] Synchronization on Virtual Disk 0 failed 
   [MAJOR] Synchronization on Virtual Disk 1 failed 
-  $ lab default; ktsim power off --pull; ktsim battery insert; ktsim power on; news
+  $ lab default; ktsim power off --pull; ktsim battery insert; ktsim power on; news | grep -e eplaced -e 'Disk 2'
   [INFO] Battery has been replaced
-  [MAJOR] Page data has an ECC error and can not be flushed
-  [MAJOR] Synchronization on Virtual Disk 0 failed 
-  [MAJOR] Synchronization on Virtual Disk 1 failed 
   [MAJOR] Synchronization on Virtual Disk 2 failed 
-  [INFO] Battery started charging
   $ lab default; ktsim battery remove -f; ktsim reboot; news
+
+A relearn that stood still for too long is given up, and the battery is charged.
+
+  $ lab default; ktsim battery relearn 1s; ktsim clock advance 1h; ktsim power off; ktsim clock advance 3d; ktsim power on
+  $ news; ktsim battery show | head -1
+  [MAJOR] Battery relearn timed out
+  [INFO] Battery started charging
+  Charge       charging, 59%
 
 What it kept for a virtual disk that is offline waits for that, as long as the battery lasts.
 
   $ kept() { lab default; ktsim power off --pull; ktsim disk pull 0 1 -f; ktsim power on; }
-  $ kept; news | grep -e data -e Virt; ktsim status -a 0 | grep 'VD 2 '; ktsim power off; ktsim clock advance 1d; ktsim power on
+  $ kept; news | grep -e data.fl -e Virt; ktsim status -a 0 | grep 'VD 2 '; ktsim power off; ktsim clock advance 1d; ktsim power on
   [CRITICAL] Virtual disk 2 missing drives and went offline at boot
-  [INFO] Auto starts flush dirty data
   [INFO] Auto dirty data flushed 2/2
-  [INFO] Auto finish flush dirty data
     VD 2     orders           RAID5          2.0 TiB  array 1  offline, the cache keeps what it lacks
-  $ ktsim disk insert 0 1; news
-  [CRITICAL] Virtual disk 2 missing drives and went offline at boot
-  [INFO] Battery started charging
-  [INFO] Physical disk 0 is plugged in
-  [INFO] Physical disk 1 is plugged in
+  $ ktsim disk insert 0 1; news | tail -4
   [INFO] Virtual Disk 2 is online
   [INFO] Auto starts flush dirty data
   [INFO] Auto dirty data flushed 1/1
   [INFO] Auto finish flush dirty data
-  $ kept; ktsim power off; ktsim disk insert 0 1; ktsim power on; news | grep data
-  [INFO] Auto starts flush dirty data
+  $ kept; ktsim power off; ktsim disk insert 0 1; ktsim power on; news | grep data.flushed
   [INFO] Auto dirty data flushed 1/1
-  [INFO] Auto finish flush dirty data
   $ kept; ktsim power off; ktsim battery remove -f; ktsim power on; ktsim disk insert 0 1; news | grep -e data -e Sync
   [MAJOR] Page data has an ECC error and can not be flushed
   [MAJOR] Synchronization on Virtual Disk 2 failed 
@@ -182,8 +175,8 @@ Encrypting ports are locked until their keys are mounted again, and what lies on
   >   "keys": [{"id": 0, "key": "one", "password": "open", "ports": [{"id": 1, "enabled": true}, {"id": 2, "enabled": true}]}]}]}
   > XX
   $ ktsim create --lab keys.json --force --at "2026-01-05 08:00:00"; for pd in 0 1; do kt forceonline -i $pd > /dev/null; done
-  $ kt create -r 1 -d 0,1 > /dev/null; ktsim clock until idle; ktsim power off --pull; ktsim power on; ktsim status | grep -e 'PD [01]' -e 'VD 0' -e Port
-  Idle after 7 s.
+  $ kt create -r 1 -d 0,1 > /dev/null; ktsim clock until idle > /dev/null
+  $ ktsim power off --pull; ktsim power on; ktsim status | grep -e 'PD [01]' -e 'VD 0' -e Port
     Port 1   locked: it encrypts, and no key is mounted
     Port 2   locked: it encrypts, and no key is mounted
     VD 0     VD_R1_1          RAID1        931.5 GiB  offline, the cache keeps what it lacks
@@ -192,20 +185,19 @@ Encrypting ports are locked until their keys are mounted again, and what lies on
   $ for port in 1 2; do kt aesport -o mount -i $port -e 0 -p open > /dev/null; kt info -o vd -i 0 | grep ^status; done
   status:              offline
   status:              online
-  $ news | tail -7
+  $ news | grep -v Auto
   [MAJOR] Physical disk 0 offline caused by cipher is mismatch between disk and port
   [MAJOR] Physical disk 1 offline caused by cipher is mismatch between disk and port
   [CRITICAL] Virtual Disk 0 is offline
   [INFO] Virtual Disk 0 is online
-  [INFO] Auto starts flush dirty data
-  [INFO] Auto dirty data flushed 1/1
-  [INFO] Auto finish flush dirty data
 
 An image runs from the boot on. A damaged one gives way to the one before; without either there is little left.
 
   $ lab default; ktsim image make new.bin --version 9.8.7.6; kt flash -a update -t firmware -f new.bin | tail -1
   Flash command is returned successfully.
-  $ ktsim image damage; ktsim reboot; for t in firmware bios autoload; do ktsim image damage -t $t --part both; done; ktsim reboot; kt info -o hba -i 0 | grep '^Firmware:'
+  $ ktsim image damage; ktsim reboot
+  $ for t in firmware bios autoload; do ktsim image damage -t $t --part both; done; ktsim reboot
+  $ kt info -o hba -i 0 | grep '^Firmware:'
   Firmware:                            none
   $ kt info -o vd -i 0; ktsim status -a 0 | sed -n 7,8p; ktsim power off; ktsim disk pull 3 -f; ktsim power on
   
