@@ -7,11 +7,9 @@ Background activities on the simulated adapters: what is started, how it is stee
 
 Initialization and check of a virtual disk, from the start to the event of the end.
 
-  $ kt 1 delete -o vd -i 1 -f --waiveconfirmation
-  Delete VD 1 successfully.
-  $ kt 1 init -l 0
+  $ kt 1 delete -o vd -i 1 -f --waiveconfirmation > /dev/null
+  $ kt 1 init -l 0 && ktsim clock advance 10m
   Start initialization successfully
-  $ ktsim clock advance 10m
   $ for action in pause resume stop; do kt 1 init -a $action -l 0; progress 1 vd; done
   Pause successfully
   BGA progress:    initializing is paused at 23%
@@ -19,13 +17,11 @@ Initialization and check of a virtual disk, from the start to the event of the e
   BGA progress:    initializing is 23% done
   Abort successfully
   BGA progress:    initializing is aborted
-  $ kt 1 init -a restart -l 0
+  $ kt 1 init -a restart -l 0 && ktsim clock until idle
   Resume successfully
-  $ ktsim clock until idle
   Idle after 42 min 40 s.
-  $ kt 1 cc -t check -l 0
+  $ kt 1 cc -t check -l 0 && ktsim clock until idle
   Start consistency check
-  $ ktsim clock until idle
   Idle after 42 min 40 s.
   $ told 1 8
   Background initialization on virtual disk 0 started
@@ -39,35 +35,23 @@ Initialization and check of a virtual disk, from the start to the event of the e
 
 Everything pauses at once; virtual disks on the same disks take turns, and disks are patrolled only when left alone.
 
-  $ kt mp -d 0
-  Start media patrol successfully
+  $ kt mp -d 0 > /dev/null
   $ (echo; echo y) | kt 0 init -l 2
   Init VD will stop Media patrol on PD. Do you want to continue?(y or n)
   Please input y or n.
   Start initialization successfully
-  $ kt 0 cc -l 3
-  Start consistency check
-  $ kt pause -c 0
-  $ kt 0 init -a resume -l 2
-  Resume successfully
-  $ kt 0 cc -l 0
-  Start consistency check
-  $ kt 0 init -l 1
-  Start initialization successfully
-  $ progress 0 vd
+  $ for words in "cc -l 3" "pause -c 0" "init -a resume -l 2" "cc -l 0" "init -l 1"; do kt $words > /dev/null || echo $?; done
+  $ progress 0 vd; progress 0 pd
   BGA progress:    synchronizing is auto paused at 0%
   BGA progress:    initializing is 0% done
   BGA progress:    initializing is 0% done
   BGA progress:    synchronizing is paused at 0%
-  $ progress 0 pd
   Media patrol:        paused at 0%
 
 A spare is patrolled by the hour.
 
   $ lab default
-  $ kt mp -d 9
-  Start media patrol successfully
-  $ ktsim clock advance 30m
+  $ kt mp -d 9 > /dev/null && ktsim clock advance 30m
   $ for action in pause resume stop restart; do kt mp -a $action -d 9; progress 0 "pd -i 9"; done
   Pause successfully
   Media patrol:        paused at 7%
@@ -77,9 +61,8 @@ A spare is patrolled by the hour.
   Media patrol:        aborted
   Restart successfully
   Media patrol:        running, 0% done
-  $ ktsim clock until idle
+  $ ktsim clock until idle && told 0 3
   Idle after 6 h 37 min.
-  $ told 0 3
   Media Patrol on physical disk 9 aborted
   Media Patrol on physical disk 9 restarted
   Media Patrol on physical disk 9 completed
@@ -92,15 +75,10 @@ Copy back is steered, never started.
   >               "virtualDisks": [{"activity": {"kind": "copy back", "percent": 40, "disk": 1}}]},
   >              {"level": "RAID1", "disks": [2, null], "virtualDisks": [{}]}]}]}
   > EOF
-  $ lab lab.json
-  $ kt copyback -a pause -l 0
+  $ lab lab.json; kt copyback -a pause -l 0; ktsim clock advance 1d; progress 0 vd
   Pause successfully
-  $ ktsim clock advance 1d
-  $ progress 0 vd
   BGA progress:    copy back is paused at 40%
   PD RAID setup:       2 * 
-  $ kt copyback -a resume -l 0
+  $ kt copyback -a resume -l 0; ktsim clock until idle
   Resume successfully
-  $ ktsim clock until idle
   Idle after 1 h 59 min.
-

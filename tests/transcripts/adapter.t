@@ -5,16 +5,13 @@ Choosing the adapter, its number, rescanning, versions and error texts.
   $ kt adapter
   Total number of adapters: 2
   Current default adapter ID for CLI commands: 0
-  $ kt adapter -i 2
+  $ for words in "-i 2" "-i 257" "-i x" "-i 1 --id 0"; do kt adapter $words || echo "= $?"; done
   Adapter 2 does not exist.
-  [1]
-  $ kt adapter -i 257
-  $ kt adapter -i x
+  = 1
   -i : invalid adapter id 'x'
-  [1]
-  $ kt adapter -i 1 --id 0
+  = 1
   Duplicated option specified.
-  [1]
+  = 1
   $ kt version anything -x
   CLI Version: * (glob)
   RaidAPI Version: * (simulated) (glob)
@@ -44,18 +41,14 @@ A failing scan keeps what is there; one that finds nothing ends the program.
   $ ktsim fault clear
   $ ktsim fault KT_API_RescanAdapter 0
 
-  $ kt error -c 54
+  $ for words in "-c 54" "-c 2" "-c 256" "-c -1" --help; do kt error $words || echo "= $?"; done
   
   Error code 54: Specified physical disk  is a spare drive.
-  $ kt error -c 2
   
   Error code 2: Unknown error.
-  $ kt error -c 256
   Invalid error code
-  [1]
-  $ kt error -c -1
+  = 1
   -c : id should be a number
-  [1]
-  $ kt error --help
+  = 1
   error: unrecognized option '--help'
-  [1]
+  = 1

@@ -2,13 +2,11 @@ An adapter's configuration is saved as text. A file is never overwritten.
 
   $ . "$TESTDIR/setup.sh"
   $ cfg() { ktcfg "$@" > .out 2> .err; local status=$?; sed 1d .out; sed 's/^/stderr: /' .err; return $status; }
-  $ lab default
-  $ cfg backup_cfg
+  $ lab default; cfg backup_cfg; cp hba0_cfg.txt before
   Backup_cfg command is returned successfully!
   stderr: virtual disk 3: 7630767 M is written as 3436463 M.
   stderr: [WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.
   stderr: Edit 'hba0_cfg.txt' before restoring it; a report (ktreport json) keeps all of this.
-  $ cp hba0_cfg.txt before
 
 Edited by hand and read back, it changes what it names and nothing else.
 
@@ -28,11 +26,7 @@ Edited by hand and read back, it changes what it names and nothing else.
   Restore HBA and Port config is returned successfully!
   
   [1]
-  $ ktcfg backup_cfg -f after > .out
-  virtual disk 3: 7630767 M is written as 3436463 M.
-  [WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.
-  Edit 'after' before restoring it; a report (ktreport json) keeps all of this.
-  $ diff -aU0 before after | grep '^[+-]\['
+  $ cfg backup_cfg -f after > .said; diff -aU0 before after | grep '^[+-]\['
   -[SPINUP GROUP]=1
   +[SPINUP GROUP]=4
   -[AMP]=6
@@ -69,12 +63,9 @@ What restoring another adapter's file would do is said beforehand, by reading on
 A saved adapter comes back whole: virtual disks and spares are deleted and created again, in that order.
 
   $ lab full
-  $ cfg 8 backup_cfg -f saved | grep -v 'disk [4-9]\|disk ..:'
+  $ cfg 8 backup_cfg -f saved | sed '/disk [1-9]/d'
   Backup_cfg command is returned successfully!
   stderr: virtual disk 0: 11446151 M is written as 3057543 M.
-  stderr: virtual disk 1: 11446151 M is written as 3057543 M.
-  stderr: virtual disk 2: 11446151 M is written as 3057543 M.
-  stderr: virtual disk 3: 11446151 M is written as 3057543 M.
   stderr: Edit 'saved' before restoring it; a report (ktreport json) keeps all of this.
   $ cfg 8 restore_cfg -f saved --raid | sed '/ing virtual disk/{/VD_3\>/!d}'
   KTCLI_RAID_CONFIG End
@@ -83,9 +74,7 @@ A saved adapter comes back whole: virtual disks and spares are deleted and creat
   Restore raid config is returned successfully!
   stderr: Deleting virtual disk 3 'VD_3' (RAID5).
   stderr: Creating virtual disk 'VD_3' (RAID5, 3057543 M) on disks 12, 13, 14, 15.
-  $ cfg 8 backup_cfg -f again | grep -v stderr
-  Backup_cfg command is returned successfully!
-  $ cmp saved again
+  $ cfg 8 backup_cfg -f again > .said; cmp saved again
 
 A check says what a restore comes to, whichever file is given to which adapter.
 
@@ -134,14 +123,9 @@ many losses are named, and what the reader stops at.
   troubled 1: 10, Restore_Error: invalid vd raid mode!
   hostile 0: 2, Restore_Error: unknown HBA config option!
   hostile 1: 5, Restore_Error: unknown HBA config option!
-  $ lab troubled
-  $ cfg backup_cfg -f last | tail -6
-  stderr: [PD MEMBER] of virtual disk 0 lacks disks or names blocks in their place.
+  $ lab troubled; cfg backup_cfg -f last | grep 'disk 3'
   stderr: [PD MEMBER] of virtual disk 3 lacks disks or names blocks in their place.
-  stderr: virtual disk 0: [PD MEMBER] 0,1,- is written as 0,1.
   stderr: virtual disk 3: [PD MEMBER] 7,-,- is written as 7.
-  stderr: [WRITE POLICY] is the cache in force now; one that was auto comes back as on or off.
-  stderr: Edit 'last' before restoring it; a report (ktreport json) keeps all of this.
 
 Words that are no command are refused before the library is asked.
 
@@ -157,18 +141,12 @@ Words that are no command are refused before the library is asked.
   2
   $ ktcfg --version
   ktcfg * (glob)
-  $ ktcfg --version > /dev/full || ktcfg -h > /dev/full
+  $ for words in --version -h; do ktcfg $words > /dev/full; done
   ktcfg: cannot write the output: No space left on device
   ktcfg: cannot write the output: No space left on device
   [1]
-  $ ktcfg 254 plan; ktcfg 255 plan
+  $ for words in "254 plan" "255 plan" "1 back-up" "-output file"; do ktcfg $words; done; calls
   plan: option -f is required
   ktcfg: no adapter has that index (--help tells more)
-  [2]
-  $ ktcfg 1 back-up
   ktcfg: "back-up" is not a command (--help tells more)
-  [2]
-  $ ktcfg -output file
   ktcfg: a command comes first (--help tells more)
-  [2]
-  $ calls

@@ -7,8 +7,7 @@ Arrays, virtual disks and spares on the simulated adapters: made, refused, delet
   >   {"type": "SATA", "size": "1TB", "spare": "global"}, {"type": "SATA", "size": "1TB", "state": "offline"},
   >   {"type": "SATA", "size": "1TB", "state": "foreign"}]}]}
   > END
-  $ lab lab.json
-  $ kt maxcreatesize -r 5 -d 0,1,2
+  $ lab lab.json; kt maxcreatesize -r 5 -d 0,1,2
   
   The maxsize that VD can create with is:   1953394048 K
   $ kt create -r 1 -d 0,1 -n "My VD" -s 5000 -i none --forcesize -c off -p ra -b 128
@@ -27,26 +26,20 @@ Arrays, virtual disks and spares on the simulated adapters: made, refused, delet
 
 From the first disk to a full array.
 
-  $ lab empty
-  $ kt create -o array -r 10 -d 0,1,2,3 --sizeonly
+  $ lab empty; kt create -o array -r 10 -d 0,1,2,3 --sizeonly
   
   Arry of size 0x0003a37a2 M can be created by the given parameters
   $ kt create -o array -r 10 -d 0,1,2,3 -b 32 -i background
   Create array 0 successfully.
-  $ kt create -o array -r 1 -d 4,5 -n "sixteen letters_" --cacheoff
+  $ kt create -o array -r 1 -d 4,5 -n "sixteen letters_" --cacheoff; kt get -o array | grep cache
   Create array 1 successfully.
-  $ kt get -o array | grep cache
   write cache:             on
   write cache:             off
-  $ kt create -a 0 -s 5000 -g 1 -p ra -i none
+  $ for words in "-s 5000 -g 1 -p ra -i none" "-s 99999999" "-n rest" ""; do kt create -a 0 $words; done
   Create VD 0 successfully.
-  $ kt create -a 0 -s 99999999
   
   No resources. Max available size is 3810330 M
-  [4]
-  $ kt create -a 0 -n rest
   Create VD 1 successfully.
-  $ kt create -a 0
   
   No resources. Max available size is 0 M
   [4]
@@ -60,8 +53,7 @@ From the first disk to a full array.
 
 What becomes of a disk, and what is deleted only after a yes.
 
-  $ lab default
-  $ kt assign -o array -d 11 -a 1
+  $ lab default; kt assign -o array -d 11 -a 1
   
   Failed to assign disk 11 as a spare disk to array 1 (error 73: Physical disks are not of the same type.).
   [73]

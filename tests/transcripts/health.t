@@ -2,10 +2,9 @@ The health of disks: SMART thresholds, return status and attributes.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
-  $ kt status -o pd -i 3
+  $ kt status -o pd -i 3; kt status -o hd | grep -c false
   hard disk id:              3
   SMART threshold exceeded:  false
-  $ kt status -o hd | grep -c false
   13
   $ kt smart -p 3
   SMART STATUS RETURN: OK.
@@ -26,10 +25,8 @@ The health of disks: SMART thresholds, return status and attributes.
   C5\tPending_Sectors     \t100\t100\t0       \t000000000000\tOK (esc)
   C6\tOffline_Uncorrect   \t100\t100\t0       \t000000000000\tOK (esc)
   C7\tUDMA_CRC_Error_Count\t200\t200\t0       \t000000000000\tOK (esc)
-  $ kt smart -p 0
+  $ kt smart -p 0; lab troubled; kt status -o pd | grep -B1 true
   SAS PD 0 has not SMART information
-  $ lab troubled
-  $ kt status -o pd | grep -B1 true
   hard disk id:              12
   SMART threshold exceeded:  true
   $ kt 1 smart -p 8 | grep -e STATUS -e now

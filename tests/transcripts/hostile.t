@@ -17,20 +17,5 @@ escape. Counts and indexes that lie end no listing late.
   Serial:              ?]0;x?%n?[31m
   Firmware version:    ?31m%999
 
-  $ for kind in count next; do
-  >   for call in KT_LD_GetInfo KT_DG_GetInfo KT_PD_GetHDInfo KT_BLK_GetInfo KT_PD_GetHDRaidStatus; do
-  >     ktsim fault $call 0 --kind $kind
-  >   done
-  >   for o in vd array pd blk spare; do timeout 20 ktsetup info -o $o > /dev/null || echo $o $?; done
-  >   ktsim fault clear
-  > done
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
-  vd 1
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
-  array 1
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
-  pd 1
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
-  blk 1
-  ktsetup: the adapter's list does not go on behind index 0: what follows is missing
-  spare 1
+  $ for list in "KT_LD_GetInfo vd" "KT_DG_GetInfo array" "KT_PD_GetHDInfo pd" "KT_BLK_GetInfo blk" "KT_PD_GetHDRaidStatus spare"; do
+  >   ktsim fault ${list% *} 0 --kind count; timeout 20 ktsetup info -o ${list#* } > /dev/null || echo $list $?; done

@@ -24,25 +24,12 @@ Arrays with their space, slots and disks.
   BGA status:          none
   Status:              functional
   
-  $ kt info -o array | grep 'Total #'
-  Total # of array:    3
   $ lab troubled
-  $ kt info -o array | grep -e '^ID' -e '^Status' -e '^BGA'
-  ID:                  0
-  BGA status:          none
-  Status:              At least one PD is missing from this array
-  ID:                  1
-  BGA status:          rebuilding
-  Status:              functional
-  ID:                  2
-  BGA status:          migration
-  Status:              functional
-  ID:                  3
-  BGA status:          none
-  Status:              offline
-  ID:                  4
-  BGA status:          synchronizing
-  Status:              functional
-  ID:                  5
-  BGA status:          none
-  Status:              functional
+  $ kt info -o array | grep -e '^ID' -e '^Status' -e '^BGA' -e Total.# | sed 's/.*: *//' | paste -d'|' - - -
+  0|none|At least one PD is missing from this array
+  1|rebuilding|functional
+  2|migration|functional
+  3|none|offline
+  4|synchronizing|functional
+  5|none|functional
+  6||

@@ -33,17 +33,13 @@ Physical disks, the blocks on them, and spares.
   KT_PD_GetFreeSpaceInfo a=0
   KT_BLK_GetHDBlock a=0
   KT_API_Finalize ->
-  $ kt 1 info -o hd | grep -e '^PD ID' -e Type -e Linked -e Total | sed 1,6d | head -7
+  $ kt 1 info -o hd | grep -e '^PD ID' -e Type -e Linked -e Total | tail -n +7 | sed -n '1,5p;$p'
   PD ID:               2
   Type:                SATA SSD
   Linked at:           PM 1, port 0
   SSD Type:            1
   PD ID:               3
-  Type:                SATA
-  Linked at:           PM 0, port 0
-  $ kt 1 info -o hd | tail -2
   Total # of PD:       10
-  
   $ kt info -o blk -i 3
   
   Block Disk Information
@@ -56,10 +52,6 @@ Physical disks, the blocks on them, and spares.
   Start LBA:           209715200
   Size:                838860800 sectors
   
-  $ kt 1 info -o blk | grep -e '^Block ID' -e '^VD ID' | paste -d ' ' - - | head -n 3
-  Block ID:            0 VD ID:               0
-  Block ID:            1 VD ID:               0
-  Block ID:            2 VD ID:               1
   $ kt info -o spare
   
   Spare Drive Information
@@ -75,22 +67,17 @@ Physical disks, the blocks on them, and spares.
   
   Total # of spare:    2
   
-  $ kt info -o spare -i 9 | grep -c PD
-  1
   $ lab troubled
   $ kt info -o pd | grep -e patrol -e scrub
   Media patrol:        running, 61% done
 
 What the library refuses is told and ends the listing.
 
-  $ lab default
-  $ ktsim fault KT_PD_GetConfig 19
-  $ kt info -o pd -i 0 | grep -e 'Write cache' -e SMART -e 'Current speed'
+  $ lab default; ktsim fault KT_PD_GetConfig 19; kt info -o pd -i 0 | grep -e 'Write cache' -e SMART -e 'Current speed'
   Write cache:         supported
   SMART:               supported
   Current speed:       unknown
-  $ ktsim fault KT_PD_GetFreeSpaceInfo 58 --after 1
-  $ kt info -o pd | grep -e '^PD ID' -e Unable -e Total
+  $ ktsim fault KT_PD_GetFreeSpaceInfo 58 --after 1; kt info -o pd | grep -e '^PD ID' -e Unable -e Total
   PD ID:               0
   PD ID:               1
   Unable to get info of PD (error 58: Virtual disk is not ready to receive command)

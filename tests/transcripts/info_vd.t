@@ -27,8 +27,6 @@ Virtual disks with their state and what they are busy with.
   KT_DiskHasOS a=1
   KT_LD_GetStatus a=1
   KT_API_Finalize ->
-  $ kt 1 info -o vd | grep Total
-  Total # of VD:       4
   $ lab troubled
   $ kt info -o vd -i 2 | sed -n '/^BGA progress/,$p'
   BGA progress:    migration is 18% done
@@ -47,15 +45,7 @@ Virtual disks with their state and what they are busy with.
   PD RAID setup:       4 5 6 
   Running OS:          no
   
-  $ kt info -o vd | grep -e 'BGA progress' -e '^status' | sed 1,5d
-  status:              online
-  status:              offline
-  status:              online
-  BGA progress:    synchronizing is 73% done
-  status:              online
-  BGA progress:    initializing is paused at 5%
-  status:              online
-  $ kt 1 info -o vd | grep -e 'BGA progress' -e '^status' -e 'Last write'
+  $ kt 1 info -o vd | grep -e 'BGA progress' -e '^status' -e 'Last write' -e Total
   status:              degraded
   status:              conflicted
   Last write time:     Mon Jan  5 08:00:00 2026
@@ -72,8 +62,8 @@ Virtual disks with their state and what they are busy with.
   BGA progress:    synchronizing is aborted
   status:              degraded
   BGA progress:    rebuilding is interrupted
-  $ kt 1 report -i 1
-  $ kt 1 info -o vd -i 1 | grep '^status'
+  Total # of VD:       12
+  $ kt 1 report -i 1; kt 1 info -o vd -i 1 | grep '^status'
   status:              online
   $ kt 1 info -o vd -i 9
   
@@ -95,33 +85,23 @@ What the library refuses is told and ends the listing.
 
   $ lab troubled
   $ ktsim fault KT_LD_GetStatus 61
-  $ kt info -o vd -i 1 | tail -n 1
-  Failed to get status for LD 1 (error 61: Virtual disk is currently having BGA).
   $ kt info -o vd | grep -e '^id' -e Failed -e Total -e Unable
   id:                  0
   id:                  1
   Failed to get status for LD 1 (error 61: Virtual disk is currently having BGA).
-  $ ktsim fault clear
-  $ ktsim fault KT_BLK_GetInfo 12 --times 1
-  $ ktsim fault KT_DiskHasOS 1
-  $ ktsim fault KT_LD_GetTargetLDInfo 1
+  $ ktsim fault clear; ktsim fault KT_BLK_GetInfo 12 --times 1
+  $ ktsim fault KT_DiskHasOS 1; ktsim fault KT_LD_GetTargetLDInfo 1
   $ kt info -o vd -i 2 | tail -5
   # of PDs:            2
   PD RAID setup:       ? 5 
   Running OS:          unknown
   BGA progress:    migration is 18% done
   
-  $ kt 1 info -o tandem | grep -e '^id' -e 'Tandem mode' -e 'initializing' -e Total
-  id:                  8
+  $ kt 1 info -o tandem | grep -e 'Tandem mode' -e Total
   Tandem mode:         tandemix safe
-  initializing status: N/A
-  id:                  9
-  name:                initializing
   Tandem mode:         tandemix hybrid
-  initializing status: 88% done
   Total # of tandem:   2
-  $ ktsim fault KT_LD_GetStatus 58
-  $ kt 1 info -o tandem | tail -n 1
+  $ ktsim fault KT_LD_GetStatus 58; kt 1 info -o tandem | tail -n 1
   Could not get tandem info for VD ID 8 (error 58: Virtual disk is not ready to receive command)
 
 What was interrupted, and lacks nothing, goes on after a boot.

@@ -16,6 +16,3 @@ The numbers that stand for disks in the operating system: all virtual disks, all
   $ kt 1 devmap -o PDs
   Device ID:           7
   Magic Number:        4CE723F910759374B1F0
-  $ kt 1 devmap -o vd -i 9
-  Fail! (error 8: Invalid virtual disk id).
-  [8]

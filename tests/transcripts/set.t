@@ -19,14 +19,9 @@ read before, as "offset: old -> new", and the calls that change something withou
 Virtual disks. What is asked for changes, and nothing else; what is so already is not written.
 
   $ lab default
-  $ kt set -o vd -i 3 -n tapes
-  virtual disk id:         3
+  $ for words in "-n tapes" "-c ON -p ra --waiveconfirmation" "-w wt" "-c auto" "-p none"; do kt set -o LD --id 3 $words | sed -n '2,3p'; done
   cache mode:              Off 
   read policy:             none
-  name:                    tapes
-  $ written
-  KT_LD_SetConfig a=0 vd=3 4: 61 -> 74, 5: 72 -> 61, 6: 63 -> 70, 7: 68 -> 65, 8: 69 -> 73, 9: 76 -> 00, 10: 65 -> 00
-  $ for words in "-c ON -p ra --waiveconfirmation" "-w wt" "-c auto" "-p none"; do kt set -o LD --id 3 $words | sed -n 2,3p; done
   cache mode:              On
   read policy:             ra
   cache mode:              Off 
@@ -35,21 +30,22 @@ Virtual disks. What is asked for changes, and nothing else; what is so already i
   read policy:             ra
   cache mode:              Auto
   read policy:             none
+  $ kt set -o vd -i 3 -p none -c auto -n tapes
+  nothing to change
+  $ kt set -o vd -i 3 -n tapes2 | tail -1
+  name:                    tapes2
+  $ for words in "on" "off -n home2"; do kt 1 set -o vd -i 3 --restore $words | head -2; done
+  virtual disk id:         3
+  restore:                 on
+  virtual disk id:         3
+  restore:                 off
   $ written
+  KT_LD_SetConfig a=0 vd=3 4: 61 -> 74, 5: 72 -> 61, 6: 63 -> 70, 7: 68 -> 65, 8: 69 -> 73, 9: 76 -> 00, 10: 65 -> 00
   KT_LD_SetConfig a=0 vd=3 2: 01 -> 04
   KT_LD_SetConfig a=0 vd=3 2: 04 -> 05
   KT_LD_SetConfig a=0 vd=3 2: 05 -> 0c
   KT_LD_SetConfig a=0 vd=3 2: 0c -> 08
-  $ kt set -o vd -i 3 -p none -c auto -n tapes
-  nothing to change
-  $ written
-  $ kt 1 set -o vd -i 3 --restore on | head -2
-  virtual disk id:         3
-  restore:                 on
-  $ kt 1 set -o vd -i 3 --restore off -n home2 | head -2
-  virtual disk id:         3
-  restore:                 off
-  $ written
+  KT_LD_SetConfig a=0 vd=3 9: 00 -> 32
   KT_LD_SetConfig a=1 vd=3 2: 00 -> 10
   KT_LD_SetConfig a=1 vd=3 2: 10 -> 00, 8: 00 -> 32
 
@@ -66,157 +62,118 @@ Disks and arrays.
   SMART:               supported (off)
   supported speed:     1.5 Gb/s, 3 Gb/s, 6 Gb/s
   Current speed:       3 Gb/s
-  $ kt set -o hd -i 3 -c on --smart on --speed 1.5 --waiveconfirmation | tail -4
+  $ kt set -o hd -i 3 -c on --smart on --speed 1.5 --waiveconfirmation | sed -n 2,4p
   write cache:             on
   drive speed:             1.5 Gb/s
   SMART:                   on
-  status:                  online
-  $ kt set -o array -i 2 -n "cold store" -c off
+  $ kt set -o array -i 2 -n store -c off; kt set -o array -i 2 -c on --waiveconfirmation | sed -n 2p
   array id:                2
   write cache:             off
-  name:                    cold store
-  $ kt set -o array -i 2 -c on --waiveconfirmation | head -2
-  array id:                2
+  name:                    store
   write cache:             on
   $ written
   KT_PD_SetConfig a=0 pd=3 0: 01 -> 00, 1: 01 -> 00, 3: 03 -> 02
   KT_PD_SetConfig a=0 pd=3 0: 00 -> 01, 1: 00 -> 01, 3: 02 -> 01
-  KT_DG_SetConfig a=0 dg=2 2: 01 -> 00, 4: 61 -> 63, 5: 72 -> 6f, 6: 63 -> 6c, 7: 68 -> 64, 8: 69 -> 20, 9: 76 -> 73, 10: 65 -> 74, 11: 00 -> 6f, 12: 00 -> 72, 13: 00 -> 65
+  KT_DG_SetConfig a=0 dg=2 2: 01 -> 00, 4: 61 -> 73, 5: 72 -> 74, 6: 63 -> 6f, 7: 68 -> 72, 8: 69 -> 65, 9: 76 -> 00, 10: 65 -> 00
   KT_DG_SetConfig a=0 dg=2 2: 00 -> 01
 
-An alarm that is silenced stays on.
+An alarm that is silenced stays on. What a battery does already is not done again.
 
-  $ kt set -o hba --mute --alarm off > /dev/null
-  $ kt set -o hba --mute | tail -1
+  $ kt set -o hba --mute --alarm off > /dev/null; kt set -o hba --mute | tail -1
   Alarm:                   off
+  $ for word in get set; do kt 1 $word -o driver; done
+  
+  Linux CLI needn't support :get -o driver.
+  
+  Linux CLI needn't support :set -o driver.
+  $ kt 0 get -o hba -i 1 | grep -e HBA -e Model; kt get -o HD | grep -c '^drive speed'
+  HBA Index:               1
+  Model:                   Tarn S4h
+  13
+  $ for power in charge charge stop stop; do kt set -o bbu --power $power; done
+  BBU status:              charging
+  BBU charge:              95 %
+  nothing to change
+  BBU status:              idle
+  BBU charge:              95 %
+  nothing to change
   $ written
   KT_Adapter_SetConfig a=0 13: 01 -> 00
   KT_AdapterMute a=0 -> 0
   KT_AdapterMute a=0 -> 0
-  $ kt 1 set -o driver
-  
-  Linux CLI needn't support :set -o driver.
-
-The battery. What it does already is not done again.
-
-  $ kt set -o bbu --power charge
-  BBU status:              charging
-  BBU charge:              95 %
-  $ kt set -o bbu --power charge
-  nothing to change
-  $ kt set -o bbu --power stop | head -1
-  BBU status:              idle
-  $ kt set -o bbu --power stop
-  nothing to change
-  $ written
   KT_BBU_ChangePower a=0 action=1 -> 0
   KT_BBU_ChangePower a=0 action=0 -> 0
 
 What can lose data is asked about: a cache that no battery keeps, a battery that caches need, a member. The end of input
 declines.
 
-  $ kt set -o vd -i 0 -w wt > /dev/null
-  $ kt set -o vd -i 0 -w wb | head -2
-  virtual disk id:         0
+  $ ask() { kt "$@" < /dev/null | grep -v '^Do you still want to change the settings? (y or n)$'; }
+  $ kt set -o vd -i 0 -w wt > /dev/null; kt set -o vd -i 0 -w wb | sed -n 2p
   cache mode:              On
-  $ kt set -o bbu --power discharge < /dev/null
+  $ ask set -o bbu --power discharge
   VD 0 (boot) goes on writing to its cache without a battery.
   VD 1 (scratch) goes on writing to its cache without a battery.
+  $ echo y | kt set -o bbu --power discharge | tail -3
   Do you still want to change the settings? (y or n)
-  $ echo y | kt set -o bbu --power discharge | tail -2
   BBU status:              discharging
   BBU charge:              95 %
+  $ ask set -o vd -i 3 -c on
+  No battery keeps what VD 3 has in its write cache: it will be lost when the power fails.
+  $ kt set -o array -i 1 -c off > /dev/null; ask set -o array -i 1 -c on
+  No battery keeps the write cache of the disks of array 1: what it holds will be lost when the power fails.
+  $ kt set -o pd -i 0 -c off > /dev/null; echo maybe | kt set -o pd -i 0 -c on
+  No battery keeps the write cache of PD 0: what it holds will be lost when the power fails.
+  Do you still want to change the settings? (y or n)
+  Please input y or n.
+  $ for pd in 7 3; do ask set -o pd -i $pd --status offline; done
+  PD 7 is a member.
+  VD 0 (boot) loses its redundancy.
+  VD 1 (scratch) loses its redundancy.
+  PD 3 is a member.
+  VD 3 (tapes2) loses part of its redundancy.
   $ written
   KT_LD_SetConfig a=0 vd=0 2: 00 -> 01
   KT_LD_SetConfig a=0 vd=0 2: 01 -> 00
   KT_BBU_ChangePower a=0 action=2 -> 0
-  $ kt set -o vd -i 3 -c on < /dev/null
-  No battery keeps what VD 3 has in its write cache: it will be lost when the power fails.
-  Do you still want to change the settings? (y or n)
-  $ kt set -o array -i 1 -c off > /dev/null
-  $ echo n | kt set -o array -i 1 -c on
-  No battery keeps the write cache of the disks of array 1: what it holds will be lost when the power fails.
-  Do you still want to change the settings? (y or n)
-  $ kt set -o pd -i 0 -c off > /dev/null
-  $ echo maybe | kt set -o pd -i 0 -c on
-  No battery keeps the write cache of PD 0: what it holds will be lost when the power fails.
-  Do you still want to change the settings? (y or n)
-  Please input y or n.
-  $ written
   KT_DG_SetConfig a=0 dg=1 2: 01 -> 00
   KT_PD_SetConfig a=0 pd=0 0: 01 -> 00
-  $ kt set -o pd -i 7 --status offline < /dev/null
-  PD 7 is a member.
-  VD 0 (boot) loses its redundancy.
-  VD 1 (scratch) loses its redundancy.
-  Do you still want to change the settings? (y or n)
-  $ kt set -o pd -i 3 --status offline < /dev/null
-  PD 3 is a member.
-  VD 3 (tapes) loses part of its redundancy.
-  Do you still want to change the settings? (y or n)
-  $ written
-  $ echo y | kt set -o pd -i 3 --status offline -c off
-  PD 3 is a member.
-  VD 3 (tapes) loses part of its redundancy.
-  Do you still want to change the settings? (y or n)
-  hard disk id:            3
+  $ echo y | kt set -o pd -i 3 --status offline -c off | tail -4
   write cache:             off
   drive speed:             1.5 Gb/s
   SMART:                   on
   status:                  offline
-  $ kt info -o vd -i 3 | grep status
+  $ kt info -o vd -i 3 | grep ^status; ask set -o pd -i 4 --status offline
   status:              partially optimal
-  BGA status:          running
-  $ kt set -o pd -i 4 --status offline < /dev/null
   PD 4 is a member.
-  VD 3 (tapes) loses its redundancy.
-  Do you still want to change the settings? (y or n)
-  $ kt set -o pd -i 3 --status offline
+  VD 3 (tapes2) loses its redundancy.
+  $ for word in offline "online -c on --waiveconfirmation" online; do kt set -o pd -i 3 --status $word | tail -1; done
   nothing to change
-  $ kt set -o pd -i 3 --status online -c on --waiveconfirmation
-  hard disk id:            3
-  write cache:             on
-  drive speed:             1.5 Gb/s
-  SMART:                   on
   status:                  online
-  $ kt set -o pd -i 3 --status online
   nothing to change
   $ written
   KT_PD_SetConfig a=0 pd=3 0: 01 -> 00
   KT_PD_SetHDStatus a=0 pd=3 status=0 -> 0
   KT_PD_SetHDStatus a=0 pd=3 status=1 -> 0
   KT_PD_SetConfig a=0 pd=3 0: 00 -> 01
-  $ ktsim clock until idle > /dev/null
-  $ kt 1 set -o pd -i 8 --status offline < /dev/null
+  $ ktsim clock until idle > /dev/null; for pd in 8 3; do ask 1 set -o pd -i $pd --status offline; done
   PD 8 is a member.
   VD 2 (spool) goes offline.
-  Do you still want to change the settings? (y or n)
-  $ kt 1 set -o pd -i 3 --status offline < /dev/null
   PD 3 is a member.
   VD 1 (media) loses its redundancy.
-  Do you still want to change the settings? (y or n)
 
 Everything has its effect: a matching spare was idle because the adapter does not rebuild by itself; a rebuild gets
 slower.
 
-  $ lab troubled
-  $ kt info -o vd -i 0 | grep -e '^status' -e BGA
-  status:              degraded
+  $ lab troubled; kt info -o vd -i 0 | grep BGA
   BGA status:          N/A
-  $ kt set -o hba --autorebuild on | grep Auto
+  $ kt set -o hba --autorebuild on | grep Auto; kt info -o vd -i 0 | grep BGA
   Auto Rebuild:            on
-  $ kt info -o vd -i 0 | grep -e '^status' -e BGA
-  status:              degraded
   BGA status:          running
   BGA progress:    rebuilding is 0% done
-  $ cp state.db fast.db
-  $ ktsim clock until idle
+  $ cp state.db fast.db; ktsim clock until idle; mv fast.db state.db
   Idle after 1 h 17 min.
-  $ mv fast.db state.db
-  $ kt set -o hba --rebuildrate 10 | grep Rebuild
-  Auto Rebuild:            on
+  $ kt set -o hba --rebuildrate 10 | grep Rate:.*10; ktsim clock until idle
   Rebuild Rate:            10 %
-  $ ktsim clock until idle
   Idle after 3 h 33 min.
 
 What an adapter does not have is not set.

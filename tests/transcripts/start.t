@@ -7,13 +7,8 @@ Starting: the adapter's index, "-output", the driver and the library.
   CLI Version: *   RaidAPI Version: * (simulated) (glob)
   $ ktsetup ver | grep -cF "CLI Version: $VERSION   RaidAPI Version: $VERSION (simulated)"
   1
-  $ ktsetup 1 adapter
-  SG driver version 3.5.36.
-  Total number of adapters: 2
+  $ for adapter in 1 257; do ktsetup $adapter adapter | tail -1; done
   Current default adapter ID for CLI commands: 1
-  $ ktsetup 257 adapter
-  SG driver version 3.5.36.
-  Total number of adapters: 2
   Current default adapter ID for CLI commands: 1
   $ ktsetup 200 info -o vd
   SG driver version 3.5.36.
@@ -38,48 +33,25 @@ The library is opened before anything else and closed last; every adapter's reco
 
 A word that is no command; exit and its like leave at once.
 
-  $ kt se
+  $ kt se; kt exit
   Ambiguous command 'se'!
-  [1]
-  $ kt exit
   [255]
-  $ kt VERS
-  CLI Version: * (glob)
-  RaidAPI Version: * (simulated) (glob)
 
 An adapter whose record cannot be read: nobody knows what it is, so it can be looked at, but not be changed.
 
   $ ktsim fault KT_Adapter_GetInfo 20 --times 100
   $ kt info -o vd -i 0 | grep name
   name:                boot
-  $ : > trace
-  $ echo image > fw && kt delete -o vd -i 0 --waiveconfirmation
+  $ : > trace; echo image > fw; kt delete -o vd -i 0 --waiveconfirmation
   
   Unable to get info of adapter 0 (error 20: Link time out).
   [20]
-  $ while read -r line; do kt $line > said; echo "$? $(grep -c "Unable to get info of adapter" said)"; done << EOF | uniq -c
-  >   create -r 1 -d 6,7
-  >   assign -d 6
-  >   wipe -d 6
-  >   init -l 0
-  >   mp -d 0
-  >   migrate -a start -l 0 -d 6
-  >   import -i 0
-  >   report -i 0
-  >   locate -i 0 -a on
-  >   pause -c 0
-  >   register -a write -d 0 -v 1
-  >   nvsram -a write -p 0x55
-  >   flash -a update -t bios -f fw
-  >   flash -a erase -t raw
-  >   forceonline -i 0
-  >   tandem -o empty -d 0
-  >   aesop -o changePwd -e 0 -p new -w old
-  >   aesentry -o setCfg -i 0 -p word -k key
-  >   aesport -o dismount -i 0
-  >   set -o pd -i 0 --smart on
-  >   ssd -d 7 -a start
-  >   ssdop -d 7 -f fw
+  $ while read -r -d ';' line; do kt $line > said; echo "$? $(grep -c "Unable to get info of adapter" said)"; done << EOF | uniq -c
+  >   create -r 1 -d 6,7; assign -d 6; wipe -d 6; init -l 0; mp -d 0; migrate -a start -l 0 -d 6; import -i 0; report -i 0;
+  >   locate -i 0 -a on; pause -c 0; register -a write -d 0 -v 1; nvsram -a write -p 0x55; flash -a update -t bios -f fw;
+  >   flash -a erase -t raw; forceonline -i 0; tandem -o empty -d 0; aesop -o changePwd -e 0 -p new -w old;
+  >   aesentry -o setCfg -i 0 -p word -k key; aesport -o dismount -i 0; set -o pd -i 0 --smart on; ssd -d 7 -a start;
+  >   ssdop -d 7 -f fw;
   > EOF
   *22 20 1 (glob)
   $ ktcfg restore_cfg -f fw | tail -1
@@ -91,17 +63,12 @@ An adapter whose record cannot be read: nobody knows what it is, so it can be lo
 
 No adapter, and a library that cannot start.
 
-  $ lab none
-  $ ktsetup ver
+  $ lab none; ktsetup ver
   No adapter is found.
   SG driver version 3.5.36.
   CLI Version: *   RaidAPI Version: * (simulated) (glob)
-  $ lab full
-  $ ktsetup adapter
-  SG driver version 3.5.36.
+  $ lab full; ktsetup adapter | sed -n 2p
   Total number of adapters: 16
-  Current default adapter ID for CLI commands: 0
-  $ echo junk > state.db
-  $ ktsetup ver 2> /dev/null
+  $ echo junk > state.db; ktsetup ver 2> /dev/null
   KT_API_Initialize() failed!
   [1]
