@@ -155,6 +155,7 @@ KT_U8 replaceDisk(const Context& context, KT_U16 known, const std::function<void
     const DiskMake& make = diskMakeOfType(info.HDType);
     PdState state = {};
     state.config = pulled->state.config;
+    state.config.crypto = state.config.AESPercentage = 0; // what the old one held was encrypted, this one is plain
     state.config.Online = 1;
     state.config.WriteCacheOn = info.FeatureSupport & KT_HD_WRITE_CACHE ? 1 : 0;
     state.config.SMARTOn = info.FeatureSupport & KT_HD_SMART ? 1 : 0;
