@@ -1,7 +1,7 @@
 #include "frame.h"
 #include "outside.h"
 
-#include <algorithm>
+#include <sstream>
 
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "battery": true,
@@ -9,7 +9,6 @@ static const char LAB[] = R"({"adapters": [
    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [
      {"size": "100GiB", "cache": "auto"}, {"size": "100GiB", "cache": "off"}, {"size": "100GiB"}]}]},
   {"type": "LD-based"}, {"type": "array-based"}]})";
-static const uint64_t MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
 
 // What KT_BBU_ChangePower does.
 enum : KT_U8 { POWER_STOP = 0, POWER_CHARGE = 1, POWER_DISCHARGE = 2 };
@@ -18,83 +17,75 @@ struct Battery : LabTest<LAB> {};
 
 static _BBU_Info battery() {
     _BBU_Info info = {};
-    EXPECT_EQ(KT_BBU_GetInfo(0, &info), KT_OK);
+    succeed({KT_BBU_GetInfo(0, &info)});
     return info;
 }
 
-// Whether each virtual disk writes through.
-static std::vector<int> writeThrough() {
-    std::vector<int> off;
+// The codes of its events since the last call, whether virtual disks write back, and its status and charge.
+static std::string look() {
+    std::istringstream events(newEvents());
+    std::string seen;
+    for (std::string event; events >> event;)
+        if (event.rfind("9/", 0) == 0) seen += event.substr(2, event.find(':') - 2) + " ";
+    seen += "|";
     for (const _LD_Info& vd : readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo))
-        off.push_back(vd.CacheMode & KT_CACHE_OFF);
-    return off;
-}
-
-static Events codes(const Events& events) {
-    Events battery;
-    for (const std::string& event : events)
-        if (event.rfind("9/", 0) == 0) battery.push_back(event.substr(2, event.find(' ') - 2));
-    return battery;
+        seen += vd.CacheMode & KT_CACHE_OFF ? " off" : " on";
+    const _BBU_Info info = battery();
+    if (info.status == 0) return seen + " | none";
+    EXPECT_TRUE(info.status & KT_BBU_PRESENT);
+    return seen + " | " +
+           (info.status & KT_BBU_CHARGING      ? "+"
+            : info.status & KT_BBU_DISCHARGING ? "-"
+                                               : "") +
+           std::to_string(info.percentage);
 }
 
 TEST_F(Battery, ShowsTheLabsBatteryFirst) {
     const _BBU_Info info = battery();
-    EXPECT_EQ(std::vector<int>({info.status, info.sensorSupport, info.rechargeCycle, info.temperature, info.tempLow,
-                                info.tempHigh, info.voltage, info.voltLow, info.voltHigh, info.capacity,
-                                info.maxCapacity, info.percentage}),
-              std::vector<int>({KT_BBU_PRESENT, 7, 17, 3140, 0, 60, 4120, 3300, 4300, 620, 650, 95}));
-    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_TRUE(newEvents().empty());
+    EXPECT_EQ((Ints{info.status, info.sensorSupport, info.rechargeCycle, info.temperature, info.tempLow, info.tempHigh,
+                    info.voltage, info.voltLow, info.voltHigh, info.capacity, info.maxCapacity}),
+              (Ints{KT_BBU_PRESENT, 7, 17, 3140, 0, 60, 4120, 3300, 4300, 620, 650}));
+    EXPECT_EQ(look(), "| on off on | 95");
     _BBU_Info other = {};
     EXPECT_EQ(KT_BBU_GetInfo(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);
-    EXPECT_EQ(KT_BBU_GetInfo(2, &other), KT_OK);
+    succeed({KT_BBU_GetInfo(2, &other)});
     EXPECT_EQ(other.status, 0) << "room for a battery, but none there";
     EXPECT_EQ(KT_BBU_ChangePower(2, POWER_CHARGE), KT_ERR_INVALID_BBU);
     EXPECT_EQ(KT_BBU_ChangePower(0, 3), KT_ERR_INVALID_PARAMETER);
 }
 
 TEST_F(Battery, DischargesAndChargesOverTime) {
-    ASSERT_EQ(KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_OK);
-    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_DISCHARGING);
+    succeed({KT_BBU_ChangePower(0, POWER_DISCHARGE)});
+    EXPECT_EQ(look(), "16 | on off on | -95");
     const int minutes = battery().minutesToEmpty;
-    advance(60 * MINUTE);
+    advance(HOUR);
     EXPECT_EQ(battery().minutesToEmpty, minutes - 60);
-    EXPECT_EQ(battery().percentage, 62);
+    EXPECT_EQ(look(), "| on off on | -62");
     EXPECT_LT(battery().voltage, 4120);
-    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    advance(60 * MINUTE);
-    EXPECT_EQ(battery().percentage, 28);
-    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0})) << "the automatic cache writes through below 30%";
-    advance(60 * MINUTE);
-    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_CHARGING) << "an empty battery is charged";
+    advance(HOUR);
+    EXPECT_EQ(look(), "20 28 | off off on | -28") << "the automatic cache writes through below 30%";
+    advance(HOUR);
+    EXPECT_EQ(look(), "31 17 | off off on | +3") << "an empty battery is charged";
     advance(4 * HOUR);
-    EXPECT_EQ(battery().status, KT_BBU_PRESENT);
-    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_EQ(codes(newEvents()), Events({"16", "20", "28", "31", "17", "21", "29", "18"}));
-    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_OK);
-    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_STOP), KT_OK);
-    EXPECT_EQ(codes(newEvents()), Events({"16", "31"}));
+    EXPECT_EQ(look(), "21 29 18 | on off on | 99");
+    succeed({KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_BBU_ChangePower(0, POWER_STOP)});
+    EXPECT_EQ(look(), "16 31 | on off on | 99");
     advance(DAY);
-    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_CHARGE), KT_OK);
-    EXPECT_EQ(KT_BBU_ChangePower(0, POWER_STOP), KT_OK);
-    EXPECT_EQ(codes(newEvents()), Events({"17", "30"}));
-}
-
-TEST_F(Battery, AnIdleOneIsKeptCharged) {
+    succeed({KT_BBU_ChangePower(0, POWER_CHARGE), KT_BBU_ChangePower(0, POWER_STOP)});
+    EXPECT_EQ(look(), "17 30 | on off on | 98");
     advance(20 * DAY);
-    EXPECT_GE(battery().percentage, 85);
-    EXPECT_EQ(codes(newEvents()), Events({"17", "18"}));
+    EXPECT_EQ(look(), "17 18 | on off on | 94") << "an idle one is kept charged";
 }
 
 TEST_F(Battery, RelearnsOnSchedule) {
     const _BBU_Info before = battery();
     outside::scheduleRelearn(0, 5 * DAY);
     advance(4 * DAY + 23 * HOUR);
-    EXPECT_EQ(codes(newEvents()), Events({"12", "13", "14", "15"}));
+    EXPECT_EQ(look(), "12 13 14 15 | on off on | 90");
     advance(2 * HOUR);
-    EXPECT_EQ(battery().status, KT_BBU_PRESENT | KT_BBU_DISCHARGING);
+    EXPECT_EQ(look(), "6 16 | on off on | -57");
     advance(DAY);
-    EXPECT_EQ(codes(newEvents()), Events({"6", "16", "20", "28", "31", "7", "17", "21", "29", "18", "8"}));
+    EXPECT_EQ(look(), "20 28 31 7 17 21 29 18 8 | on off on | 99");
     EXPECT_EQ(battery().rechargeCycle, before.rechargeCycle + 1);
     EXPECT_LT(battery().maxCapacity, before.maxCapacity);
     advance(31 * DAY);
@@ -103,74 +94,64 @@ TEST_F(Battery, RelearnsOnSchedule) {
 
 TEST_F(Battery, WearsOutByRelearning) {
     const int fresh = battery().maxCapacity;
-    while (battery().maxCapacity * 100 >= fresh * 60) {
-        newEvents();
+    std::string said;
+    for (bool worn = false, over = false; !over; worn = battery().maxCapacity * 100 < fresh * 60) {
+        over = worn;
+        look();
         outside::scheduleRelearn(0, 1);
         advance(DAY);
+        said = look();
+        EXPECT_EQ(said.find(" 3 ") != said.npos, !over && battery().maxCapacity * 100 < fresh * 60) << said;
     }
-    const Events events = codes(newEvents());
-    EXPECT_EQ(std::count(events.begin(), events.end(), "3"), 1) << "it has to be replaced";
-    outside::scheduleRelearn(0, 1);
-    advance(DAY);
-    const Events later = codes(newEvents());
-    EXPECT_EQ(std::count(later.begin(), later.end(), "3"), 0) << "which is said once";
 }
 
 TEST_F(Battery, RelearnWaitsForTheChargeAndForPeople) {
     outside::setBatteryCharge(0, 80);
     outside::scheduleRelearn(0, 10 * MINUTE);
-    newEvents();
+    look();
     advance(15 * MINUTE);
-    EXPECT_EQ(codes(newEvents()), Events({"10"}));
+    EXPECT_EQ(look(), "10 | on off on | +86");
     advance(45 * MINUTE);
-    EXPECT_EQ(codes(newEvents()), Events({"18", "6", "16"}));
-    ASSERT_EQ(KT_BBU_ChangePower(0, POWER_CHARGE), KT_OK);
-    EXPECT_EQ(codes(newEvents()), Events({"11", "17", "14"})) << "postponed by a day";
+    EXPECT_EQ(look(), "18 6 16 | on off on | -93");
+    succeed({KT_BBU_ChangePower(0, POWER_CHARGE)});
+    EXPECT_EQ(look(), "11 17 14 | on off on | +93") << "postponed by a day";
 }
 
 TEST_F(Battery, ABrokenChargerEndsTheRelearn) {
     outside::breakCharger(0);
     outside::scheduleRelearn(0, 1);
     advance(3 * DAY);
-    EXPECT_EQ(codes(newEvents()), Events({"19", "15", "6", "16", "20", "28", "31", "7", "19", "9"}));
-    EXPECT_EQ(battery().percentage, 0);
+    EXPECT_EQ(look(), "19 15 6 16 20 28 31 7 19 9 | off off on | 0");
     outside::setBatteryCharge(0, 50);
-    EXPECT_EQ(battery().status, KT_BBU_PRESENT);
-    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
+    EXPECT_EQ(look(), "21 29 | on off on | 50");
     advance(21 * DAY);
-    EXPECT_EQ(battery().percentage, 29) << "it runs down";
-    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
+    EXPECT_EQ(look(), "20 28 | off off on | 29") << "it runs down";
 }
 
 TEST_F(Battery, LostAndFoundAgain) {
     outside::removeBattery(0);
-    EXPECT_EQ(battery().status, 0);
-    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
+    EXPECT_EQ(look(), "5 28 | off off on | none");
     advance(40 * DAY);
-    EXPECT_EQ(codes(newEvents()), Events({"5", "28"}));
+    EXPECT_EQ(look(), "| off off on | none");
     outside::insertBattery(0);
     const _BBU_Info fresh = battery();
-    EXPECT_EQ(fresh.status, KT_BBU_PRESENT | KT_BBU_CHARGING);
-    EXPECT_EQ(std::vector<int>({fresh.sensorSupport, fresh.maxCapacity, fresh.percentage, fresh.temperature,
-                                fresh.tempLow, fresh.tempHigh, fresh.voltage, fresh.voltLow, fresh.voltHigh}),
-              std::vector<int>({7, 650, 50, 2500, 0, 60, 3900, 3300, 4300}));
-    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_EQ(codes(newEvents()), Events({"2", "0", "17", "29"}));
+    EXPECT_EQ(look(), "2 0 17 29 | on off on | +50");
+    EXPECT_EQ((Ints{fresh.sensorSupport, fresh.maxCapacity, fresh.temperature, fresh.tempLow, fresh.tempHigh,
+                    fresh.voltage, fresh.voltLow, fresh.voltHigh}),
+              (Ints{7, 650, 2500, 0, 60, 3900, 3300, 4300}));
 }
 
 TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
     outside::setBatteryTemperature(0, 6001);
-    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0}));
+    EXPECT_EQ(look(), "24 28 | off off on | 95");
     outside::setBatteryVoltage(0, 3299);
     outside::setBatteryTemperature(0, -1);
     outside::setBatteryTemperature(0, 6000);
-    EXPECT_EQ(writeThrough(), std::vector<int>({1, 1, 0})) << "the voltage is still wrong";
+    EXPECT_EQ(look(), "25 22 23 | off off on | 95") << "the voltage is still wrong";
     outside::setBatteryVoltage(0, 3300);
-    EXPECT_EQ(writeThrough(), std::vector<int>({0, 1, 0}));
-    EXPECT_EQ(codes(newEvents()), Events({"24", "28", "25", "22", "23", "26", "29"}));
-    outside::setBatteryVoltage(0, 4300);
-    outside::setBatteryVoltage(0, 4301);
-    outside::setBatteryVoltage(0, 4300);
+    EXPECT_EQ(look(), "26 29 | on off on | 95");
+    for (const KT_U16 millivolts : Ids{4300, 4301, 4300})
+        outside::setBatteryVoltage(0, millivolts);
     outside::setBatteryTemperature(0, 0);
-    EXPECT_EQ(codes(newEvents()), Events({"27", "28", "26", "29"}));
+    EXPECT_EQ(look(), "27 28 26 29 | on off on | 95");
 }

@@ -16,8 +16,7 @@ static std::string status(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
     _Enc_Element_Info info = {};
     const KT_U8 error = KT_ENC_GetElementInfo(0, enclosure, type, element, &info);
     if (error != KT_OK) return "error " + std::to_string(error);
-    EXPECT_EQ(std::vector<int>({info.EnclosureID, info.ElementType, info.ElementID}),
-              std::vector<int>({enclosure, type, element}));
+    EXPECT_EQ((Ints{info.EnclosureID, info.ElementType, info.ElementID}), (Ints{enclosure, type, element}));
     char text[16];
     snprintf(text, sizeof text, "%02x%02x%02x%02x", info.Status[0], info.Status[1], info.Status[2], info.Status[3]);
     return text;
@@ -31,21 +30,26 @@ static std::string config(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
            std::string(reinterpret_cast<const char*>(config.Text), config.TextLength);
 }
 
-static int enclosureStatus(KT_U16 enclosure) {
-    _Enclosure_Info info = {};
-    EXPECT_EQ(readItem(KT_ENC_GetEnclosureInfo, 0, enclosure, &_Enclosure_Info_Request::enclosureInfo, info), KT_OK);
-    return info.Status;
+// What the first slots of enclosure 1 say.
+static std::string slots(KT_U8 count) {
+    std::string seen;
+    for (KT_U8 slot = 0; slot < count; ++slot)
+        seen += (slot ? " " : "") + status(1, KT_SES_ARRAY_DEVICE, slot);
+    return seen;
+}
+
+// What the enclosures 1 and 4 are, and whether the alarm of the first sounds.
+static std::string look() {
+    std::string seen;
+    for (const auto& each : readList(KT_ENC_GetEnclosureInfo, KT_U8{0}, &_Enclosure_Info_Request::enclosureInfo, 1))
+        if (each.EnclosureID != 5) seen += std::to_string(each.Status) + " ";
+    return seen + status(1, KT_SES_ALARM, 0);
 }
 
 TEST_F(Enclosure, ListsWhatTheLabHas) {
     const auto all = readList(KT_ENC_GetEnclosureInfo, KT_U8{0}, &_Enclosure_Info_Request::enclosureInfo, 1);
     ASSERT_EQ(all.size(), 3U);
-    EXPECT_EQ(all[0].ElementTypeCount, 8);
-    EXPECT_EQ(all[1].ElementTypeCount, 3);
-    EXPECT_EQ(all[2].EnclosureID, 5);
-    _Enclosure_Info none = {};
-    EXPECT_EQ(readItem(KT_ENC_GetEnclosureInfo, 0, 2, &_Enclosure_Info_Request::enclosureInfo, none),
-              KT_ERR_INVALID_ENCLOSURE);
+    EXPECT_EQ((Ints{all[0].ElementTypeCount, all[1].ElementTypeCount, all[2].EnclosureID}), (Ints{8, 3, 5}));
     EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 11), "12 Slot 11");
     EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 255), "12 Slot");
     EXPECT_EQ(config(4, KT_SES_COOLING, 0), "1 Rear blower");
@@ -59,14 +63,10 @@ TEST_F(Enclosure, ListsWhatTheLabHas) {
 }
 
 TEST_F(Enclosure, SlotsFollowTheirDisks) {
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "01800000");
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 2), "01a00000") << "a hot spare";
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "05000000") << "empty";
+    EXPECT_EQ(slots(4), "01800000 01800000 01a00000 05000000") << "two disks, a hot spare, nothing";
     EXPECT_EQ(status(4, KT_SES_DEVICE, 1), "05010000");
-    ASSERT_EQ(KT_LocateArrayDevice(0, KT_DEVICE_PD, 0, 1), KT_OK);
-    outside::failDisk(0, 1);
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "01800200") << "its locate light is on";
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "02000040") << "it failed";
+    succeed({KT_LocateArrayDevice(0, KT_DEVICE_PD, 0, 1), outside::failDisk(0, 1)});
+    EXPECT_EQ(slots(4), "01800200 02000040 01a00000 05000000") << "a light is on, a disk has failed";
     EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 255), "02000000") << "all of them are as well as the worst";
 }
 
@@ -76,57 +76,46 @@ TEST_F(Enclosure, SlotsTellOfTheirArrays) {
                 {"size": "100GB", "on": "expander", "enclosure": 1, "spare": "global"},
                 {"size": "100GB", "on": "expander", "enclosure": 1, "smartTripped": true}],
       "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"size": "10GiB"}]}]}]})");
-    EXPECT_EQ(outside::failDisk(0, 0), KT_OK);
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 0), "02000040");
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01880000") << "in a critical array";
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01aa0000") << "the spare is rebuilt onto";
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 4), "43800000") << "it will fail soon";
-    advance(3600);
-    ASSERT_EQ(KT_LD_StartConsistencyCheck(0, 0, 0), KT_OK);
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 1), "01900000") << "checked";
-    ASSERT_EQ(KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 1), KT_OK);
-    for (KT_U8 slot = 1; slot < 5; ++slot)
-        EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, slot).substr(4), slot < 4 ? "0200" : "0000") << int(slot);
-    ASSERT_EQ(KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 0), KT_OK);
-    EXPECT_EQ(outside::failDisk(0, 1), KT_OK);
-    EXPECT_EQ(outside::failDisk(0, 2), KT_OK);
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 3), "01a40000") << "in a failed one";
+    succeed({outside::failDisk(0, 0)});
+    EXPECT_EQ(slots(5), "02000040 01880000 01880000 01aa0000 43800000")
+        << "failed, two in a critical array, one that is rebuilt onto, and one that will fail soon";
+    advance(HOUR);
+    succeed({KT_LD_StartConsistencyCheck(0, 0, 0), KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 1)});
+    EXPECT_EQ(slots(5), "02000040 01900200 01900200 01b00200 43800000") << "checked and lit";
+    succeed({KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 0), outside::failDisk(0, 1), outside::failDisk(0, 2)});
+    EXPECT_EQ(slots(5), "02000040 02040040 02040040 01a40000 43800000") << "in a failed one";
 }
 
 TEST_F(Enclosure, ElementsTakeConditions) {
+    const auto condition = [](KT_U8 type, KT_U8 element, const char* word, KT_U16 enclosure = 1) {
+        return outside::setCondition(0, enclosure, type, element, word);
+    };
     EXPECT_EQ(status(4, KT_SES_POWER_SUPPLY, 0), "020000e2") << "as the lab says";
-    EXPECT_EQ(enclosureStatus(4), 2);
-    EXPECT_EQ(enclosureStatus(1), 0);
+    EXPECT_EQ(look(), "0 2 01000000");
     newEvents();
-    EXPECT_TRUE(outside::setCondition(0, 4, KT_SES_POWER_SUPPLY, 0, "ok"));
-    EXPECT_TRUE(outside::setCondition(0, 1, KT_SES_COOLING, 2, "failed"));
-    EXPECT_TRUE(outside::setCondition(0, 1, KT_SES_DOOR_LOCK, 0, "open"));
-    EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_COOLING, 2, "open"));
-    EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_COOLING, 9, "ok"));
-    EXPECT_FALSE(outside::setCondition(0, 1, KT_SES_ARRAY_DEVICE, 0, "missing")) << "a disk decides that";
-    EXPECT_EQ(newEvents(), Events({"15/7 of 0", "15/4 of 0", "15/12 of 0"}));
-    EXPECT_EQ(enclosureStatus(4), 0);
-    EXPECT_EQ(enclosureStatus(1), 2);
+    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "ok", 4));
+    EXPECT_TRUE(condition(KT_SES_COOLING, 2, "failed"));
+    EXPECT_TRUE(condition(KT_SES_DOOR_LOCK, 0, "open"));
+    EXPECT_FALSE(condition(KT_SES_COOLING, 2, "open"));
+    EXPECT_FALSE(condition(KT_SES_COOLING, 9, "ok"));
+    EXPECT_FALSE(condition(KT_SES_ARRAY_DEVICE, 0, "missing")) << "a disk decides that";
+    EXPECT_EQ(newEvents(), "15/7:0 15/4:0 15/12:0");
+    EXPECT_EQ(look(), "2 0 01000002") << "it sounds";
     EXPECT_EQ(status(1, KT_SES_COOLING, 2), "020000e0");
     EXPECT_EQ(status(1, KT_SES_COOLING, 255), "02000000");
-    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000002") << "it sounds";
-    const auto condition = [&](KT_U8 type, KT_U8 element, const char* word) {
-        outside::setCondition(0, 1, type, element, word);
-    };
-    condition(KT_SES_POWER_SUPPLY, 0, "missing");
-    condition(KT_SES_ALARM, 0, "muted");
-    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000042");
-    condition(KT_SES_DOOR_LOCK, 0, "ok");
-    condition(KT_SES_COOLING, 2, "ok");
-    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000044") << "better, and still muted";
-    condition(KT_SES_POWER_SUPPLY, 0, "ok");
-    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000000");
-    condition(KT_SES_POWER_SUPPLY, 0, "missing");
-    EXPECT_EQ(enclosureStatus(1), 3) << "a supply is missed";
-    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "01000004");
-    condition(KT_SES_ALARM, 0, "failed");
-    condition(KT_SES_COOLING, 2, "failed");
-    EXPECT_EQ(status(1, KT_SES_ALARM, 0), "02400000") << "what is broken does not sound";
+    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "missing"));
+    EXPECT_TRUE(condition(KT_SES_ALARM, 0, "muted"));
+    EXPECT_EQ(look(), "2 0 01000042");
+    EXPECT_TRUE(condition(KT_SES_DOOR_LOCK, 0, "ok"));
+    EXPECT_TRUE(condition(KT_SES_COOLING, 2, "ok"));
+    EXPECT_EQ(look(), "3 0 01000044") << "better, and still muted";
+    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "ok"));
+    EXPECT_EQ(look(), "0 0 01000000");
+    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "missing"));
+    EXPECT_EQ(look(), "3 0 01000004") << "a supply is missed";
+    EXPECT_TRUE(condition(KT_SES_ALARM, 0, "failed"));
+    EXPECT_TRUE(condition(KT_SES_COOLING, 2, "failed"));
+    EXPECT_EQ(look(), "2 0 02400000") << "what is broken does not sound";
 }
 
 // What each condition and each reading about a limit makes of an element, and the event of it.
@@ -148,9 +137,8 @@ TEST_F(Enclosure, EveryConditionHasItsStatus) {
     newEvents();
     for (const Part& part : parts) {
         const auto note = [&](const std::string& what) {
-            all += what + " " + status(1, part.type, 0);
-            for (const std::string& event : newEvents())
-                all += " " + event.substr(0, event.find(' '));
+            const std::string events = newEvents();
+            all += what + " " + status(1, part.type, 0) + (events.empty() ? "" : " " + events);
             all += what == "ok" && part.readings.empty() ? "\n" : ", ";
         };
         for (const char* word : part.words) {
@@ -163,19 +151,20 @@ TEST_F(Enclosure, EveryConditionHasItsStatus) {
         }
         if (!part.readings.empty()) all += "\n";
     }
-    EXPECT_EQ(all,
-              "ac-fail 020000e2 15/6, dc-fail 020000e1 15/6, overheated 020000a8 15/6, off 03000090 15/6, "
-              "missing 05000080 15/6, unknown 06000000, ok 010000a0 15/7\n"
-              "failed 020000e0 15/4, off 03000090 15/4, missing 05000080 15/5, unknown 06000000, ok 010208a3 15/3, "
-              "999 020063e1 15/4, 1000 010064a1 15/3, 2510 0100fba2, 5000 0101f4a3, 20470 0107ffa7, 20480 0107ffa7, \n"
-              "failed 02400000, missing 05000000, ok 01003300 15/0, 65 02005508 15/2, 64 03005404 15/1, 55 03004b04, "
-              "54 01004a00 15/0, 6 01001a00, 5 03001901, 1 03001501, 0 02001402, -20 02000102, 235 0200ff08, "
-              "236 0200ff08, \n"
-              "open 03000003 15/12, unlocked 01000001 15/13, failed 02400000, ok 01000000\n"
-              "sounding 01000002, muted 01000042 15/8, failed 02400000, ok 01000000\n"
-              "failed 02410000, unknown 06000000, ok 01014131\n"
-              "failed 02400000, missing 05000000, ok 010004b0, 1321 02020529 15/6, 1320 03080528 15/6, 1261 030804ed, "
-              "1260 010004ec 15/7, 1140 01000474, 1139 03040473 15/6, 1080 03040438, 1079 02010437 15/6, \n");
+    EXPECT_EQ(
+        all,
+        "ac-fail 020000e2 15/6:0, dc-fail 020000e1 15/6:0, overheated 020000a8 15/6:0, off 03000090 15/6:0, "
+        "missing 05000080 15/6:0, unknown 06000000, ok 010000a0 15/7:0\n"
+        "failed 020000e0 15/4:0, off 03000090 15/4:0, missing 05000080 15/5:0, unknown 06000000, ok 010208a3 15/3:0, "
+        "999 020063e1 15/4:0, 1000 010064a1 15/3:0, 2510 0100fba2, 5000 0101f4a3, 20470 0107ffa7, 20480 0107ffa7, \n"
+        "failed 02400000, missing 05000000, ok 01003300 15/0:0, 65 02005508 15/2:0, 64 03005404 15/1:0, 55 03004b04, "
+        "54 01004a00 15/0:0, 6 01001a00, 5 03001901, 1 03001501, 0 02001402, -20 02000102, 235 0200ff08, "
+        "236 0200ff08, \n"
+        "open 03000003 15/12:0, unlocked 01000001 15/13:0, failed 02400000, ok 01000000\n"
+        "sounding 01000002, muted 01000042 15/8:0, failed 02400000, ok 01000000\n"
+        "failed 02410000, unknown 06000000, ok 01014131\n"
+        "failed 02400000, missing 05000000, ok 010004b0, 1321 02020529 15/6:0, 1320 03080528 15/6:0, 1261 030804ed, "
+        "1260 010004ec 15/7:0, 1140 01000474, 1139 03040473 15/6:0, 1080 03040438, 1079 02010437 15/6:0, \n");
     outside::setReading(0, 1, KT_SES_VOLTAGE, 1, 524);
     EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
 }

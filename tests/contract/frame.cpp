@@ -28,16 +28,16 @@ void ContractTest::TearDown() {
     std::filesystem::remove_all(folder);
 }
 
-void ContractTest::start(const char* lab) const {
+void ContractTest::start(const std::string& lab) const {
     KT_API_Finalize();
-    const sim::BuiltInLab source = {"lab", lab};
+    const sim::BuiltInLab source = {"lab", lab.c_str()};
     try {
         sim::replaceStore(stateFile(folder), sim::fillFromLab, &source);
     } catch (const sim::LabError& error) {
         FAIL() << error.message;
     }
     advance(0);
-    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    succeed({KT_API_Initialize()});
     gSeen.clear();
     for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); ++adapter)
         newEvents(adapter);
@@ -62,7 +62,7 @@ void ContractTest::runClock(uint32_t speed) {
 
 void ContractTest::reopen() {
     KT_API_Finalize();
-    ASSERT_EQ(KT_API_Initialize(), KT_OK);
+    succeed({KT_API_Initialize()});
 }
 
 std::string ContractTest::show() const {
@@ -72,24 +72,27 @@ std::string ContractTest::show() const {
     return text;
 }
 
-Events newEvents(KT_U8 adapter) {
+std::string newEvents(KT_U8 adapter) {
     std::vector<_Event> events(255);
     KT_U8 count = 0;
-    EXPECT_EQ(KT_EVT_GetEvent(adapter, 255, &count, events.data()), KT_OK);
-    Events texts;
+    succeed({KT_EVT_GetEvent(adapter, 255, &count, events.data())});
+    std::string texts;
     for (size_t i = 0; i < count; ++i) {
-        if (events[i].SequenceNo <= gSeen[adapter]) continue;
-        gSeen[adapter] = events[i].SequenceNo;
-        texts.push_back(std::to_string(events[i].Class) + "/" + std::to_string(events[i].Code) + " of " +
-                        std::to_string(events[i].DeviceID));
+        const _Event& event = events[i];
+        if (event.SequenceNo <= gSeen[adapter]) continue;
+        gSeen[adapter] = event.SequenceNo;
+        texts += (texts.empty() ? "" : " ") + std::to_string(event.Class) + "/" + std::to_string(event.Code) + ":" +
+                 std::to_string(event.DeviceID);
     }
     return texts;
 }
 
-void rebuildByHand(KT_U8 adapter) {
-    _Adapter_Config_V2 config = adapterConfig(adapter);
-    config.AutoRebuildOn = 0;
-    EXPECT_EQ(KT_Adapter_SetConfig(adapter, &config), KT_OK);
+void answer(KT_U8 expected, std::initializer_list<KT_U8> calls, std::source_location at) {
+    EXPECT_EQ(Ints(calls.begin(), calls.end()), Ints(calls.size(), expected)) << at.file_name() << ":" << at.line();
+}
+
+void succeed(std::initializer_list<KT_U8> calls, std::source_location at) {
+    answer(KT_OK, calls, at);
 }
 
 _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib) {
@@ -130,27 +133,48 @@ KT_U8 migrateDg(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks) {
 }
 
 _LD_Info vdInfo(KT_U8 adapter, KT_U16 id) {
-    _LD_Info info = {};
-    EXPECT_EQ(readItem(KT_LD_GetInfo, adapter, id, &_LD_Info_Request::ldInfo, info), KT_OK);
-    return info;
+    return readItem(KT_LD_GetInfo, adapter, id, &_LD_Info_Request::ldInfo);
 }
 
 _DG_Info dgInfo(KT_U8 adapter, KT_U16 id) {
-    _DG_Info info = {};
-    EXPECT_EQ(readItem(KT_DG_GetInfo, adapter, id, &_DG_Info_Request::dgInfo, info), KT_OK);
-    return info;
+    return readItem(KT_DG_GetInfo, adapter, id, &_DG_Info_Request::dgInfo);
+}
+
+_HD_Info pdInfo(KT_U8 adapter, KT_U16 pd) {
+    return readItem(KT_PD_GetHDInfo, adapter, pd, &_HD_Info_Request::hdInfo);
 }
 
 _HD_CONFIG pdConfig(KT_U8 adapter, KT_U16 pd) {
-    _HD_CONFIG config = {};
-    EXPECT_EQ(readItem(KT_PD_GetConfig, adapter, pd, &_HD_Config_Request::hdConfig, config), KT_OK);
-    return config;
+    return readItem(KT_PD_GetConfig, adapter, pd, &_HD_Config_Request::hdConfig);
+}
+
+_Block_Info blockInfo(KT_U8 adapter, KT_U16 id) {
+    return readItem(KT_BLK_GetInfo, adapter, id, &_BLK_Info_Request::blkInfo);
 }
 
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
-    _HD_RAID_STATUS status = {};
-    EXPECT_EQ(readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus, status), KT_OK);
-    return status.Status;
+    return readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus).Status;
+}
+
+std::string look(KT_U8 adapter, KT_U16 vd) {
+    static const std::map<int, std::string> STATUSES = {{KT_VD_OFFLINE, "offline"},
+                                                        {KT_VD_DEGRADED, "degraded"},
+                                                        {KT_VD_PARTIALLY_OPTIMAL, "partial"},
+                                                        {KT_VD_ONLINE, "online"},
+                                                        {KT_VD_IMPORTABLE, "importable"},
+                                                        {KT_VD_NOT_IMPORTABLE, "not importable"},
+                                                        {KT_VD_PLUGIN_CONFLICTED, "conflicted"}};
+    const _LD_Info info = vdInfo(adapter, vd);
+    std::string seen = STATUSES.at(info.Status);
+    for (int i = 0; i < info.HDCount; ++i) {
+        const KT_U16 id = info.BlockIDs[i];
+        seen += id == KT_NO_ID ? " -" : " " + std::to_string(blockInfo(adapter, id).HDID);
+    }
+    const _LD_STATUS status = readItem(KT_LD_GetStatus, adapter, vd, &_LD_Status_Request::ldStatus);
+    EXPECT_EQ(status.Status, info.Status);
+    if (status.Bga == 0) return seen;
+    return seen + ", " + std::to_string(status.Bga) + "/" + std::to_string(status.BgaState) + " " +
+           std::to_string(status.BgaPercentage);
 }
 
 _SMART_Attribute attribute(KT_U8 adapter, KT_U16 pd, KT_U8 id) {
@@ -174,4 +198,10 @@ _Adapter_Config_V2 adapterConfig(KT_U8 adapter) {
     _Adapter_Config_V2 config = {};
     EXPECT_EQ(KT_Adapter_GetConfig(adapter, &config), KT_OK);
     return config;
+}
+
+void configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value) {
+    _Adapter_Config_V2 config = adapterConfig(adapter);
+    config.*setting = value;
+    EXPECT_EQ(KT_Adapter_SetConfig(adapter, &config), KT_OK);
 }

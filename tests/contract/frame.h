@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,7 @@ struct ContractTest : testing::Test {
     void SetUp() override;
     void TearDown() override;
     // Starts over with the lab (as ktsim create takes it) and opens the library.
-    void start(const char* lab) const;
+    void start(const std::string& lab) const;
     // Moves the stopped clock on.
     static void advance(uint64_t seconds);
     // Lets the clock run, at `speed` thousandths of real time.
@@ -35,21 +36,26 @@ struct LabTest : ContractTest {
 };
 
 using Ids = std::vector<KT_U16>;
-using Events = std::vector<std::string>;
+using Ints = std::vector<int>;
+static const uint64_t MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
+
+// Calls that, one after the other, all give the same answer; for succeed() it is KT_OK.
+void answer(KT_U8 expected, std::initializer_list<KT_U8> calls,
+            std::source_location at = std::source_location::current());
+void succeed(std::initializer_list<KT_U8> calls, std::source_location at = std::source_location::current());
+
+// "class/code:device" of each event, oldest first, that was logged since the last call of it on that adapter.
+std::string newEvents(KT_U8 adapter = 0);
+// What a call that goes well logs.
+#define LOG_OF(adapter, call) (newEvents(adapter), succeed({call}), newEvents(adapter))
 
 // What makes a virtual disk or an array of the level on the disks; of size 0: as large as possible.
 _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0);
 _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0);
 
-// "class/code of device", oldest first, of the events logged since the last call of it on that adapter.
-Events newEvents(KT_U8 adapter = 0);
-
 // Starts a migration of a virtual disk or of an array.
 KT_U8 migrateLd(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks);
 KT_U8 migrateDg(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks);
-
-// Has the adapter rebuild only what somebody tells it to.
-void rebuildByHand(KT_U8 adapter);
 
 // All records of a list call, read page by page of `page` records.
 template <class Request, class Record>
@@ -59,10 +65,7 @@ std::vector<Record> readList(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, Reco
     KT_U16 from = 0;
     while (from != KT_LIST_END) {
         std::fill(buffer.begin(), buffer.end(), static_cast<unsigned char>(0));
-        _RequestHeader header = {};
-        header.requestType = KT_REQUEST_LIST;
-        header.startingIndexOrId = from;
-        header.numRequested = page;
+        _RequestHeader header = {0, KT_REQUEST_LIST, from, page, 0, 0, {}};
         memcpy(buffer.data(), &header, sizeof header);
         EXPECT_EQ(list(adapter, reinterpret_cast<Request*>(buffer.data())), KT_OK);
         memcpy(&header, buffer.data(), sizeof header);
@@ -75,24 +78,36 @@ std::vector<Record> readList(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, Reco
     }
     return all;
 }
-// One record by its id, and the call's status.
+// What a list call answers to a request for one id, and the record.
+template <class Request>
+KT_U8 askItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Request& request) {
+    request.header = {0, KT_REQUEST_ITEM, id, 1, 0, 0, {}};
+    return list(adapter, &request);
+}
 template <class Request, class Record>
-KT_U8 readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record (Request::*records)[1],
-               Record& record) {
+Record readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record (Request::*records)[1]) {
     Request request = {};
-    request.header.requestType = KT_REQUEST_ITEM;
-    request.header.startingIndexOrId = id;
-    request.header.numRequested = 1;
-    const KT_U8 status = list(adapter, &request);
-    if (status == KT_OK) record = (request.*records)[0];
-    return status;
+    EXPECT_EQ(askItem(list, adapter, id, request), KT_OK);
+    return (request.*records)[0];
 }
 
 // Records by their id.
 _LD_Info vdInfo(KT_U8 adapter, KT_U16 id);
 _DG_Info dgInfo(KT_U8 adapter, KT_U16 id);
+_HD_Info pdInfo(KT_U8 adapter, KT_U16 pd);
 _HD_CONFIG pdConfig(KT_U8 adapter, KT_U16 pd);
+_Block_Info blockInfo(KT_U8 adapter, KT_U16 id);
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*
+// A virtual disk at a glance: its status, the disks in its slots ("-": none), and what goes on: "activity/state
+// percent".
+std::string look(KT_U8 adapter, KT_U16 vd);
 _SMART_Attribute attribute(KT_U8 adapter, KT_U16 pd, KT_U8 id);
 _Adapter_Info adapterInfo(KT_U8 adapter);
 _Adapter_Config_V2 adapterConfig(KT_U8 adapter);
+// Changes one setting of the adapter.
+void configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value);
+// The text of a field that ends at a NUL or where it is full.
+template <size_t SIZE>
+std::string textOf(const KT_U8 (&field)[SIZE]) {
+    return std::string(reinterpret_cast<const char*>(field), strnlen(reinterpret_cast<const char*>(field), SIZE));
+}

@@ -64,15 +64,6 @@ bool ageDisk(KT_U8 adapter, KT_U16 pd, const char* aspect, KT_U32 amount) {
         adapter, [&](sim::Context& context) { return sim::ageDisk(context, pd, aspect, amount) == sim::Ageing::Done; });
 }
 
-void coolDisk(KT_U8 adapter, KT_U16 pd) {
-    happen(adapter, [&](sim::Context& context) {
-        auto age = sim::find<sim::DiskAge>(context, pd).value_or(sim::DiskAge{});
-        age.warmth = 0;
-        sim::save(context, pd, age);
-        return true;
-    });
-}
-
 KT_U8 untripDisk(KT_U8 adapter, KT_U16 pd) {
     return happen(adapter, [&](sim::Context& context) { return sim::tripSmart(context, pd, false); });
 }

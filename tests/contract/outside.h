@@ -18,7 +18,6 @@ KT_U8 replaceDisk(KT_U8 adapter, KT_U16 pd, KT_U64 sectors = 0); // 0: as many a
 KT_U8 insertForeignDisks(KT_U8 adapter, const char* lab, const std::vector<KT_U16>& disks, std::vector<KT_U16>& ids);
 
 bool ageDisk(KT_U8 adapter, KT_U16 pd, const char* aspect, KT_U32 amount); // as ktsim disk age
-void coolDisk(KT_U8 adapter, KT_U16 pd);                                   // the warmth that it was aged by is over
 KT_U8 untripDisk(KT_U8 adapter, KT_U16 pd);
 
 // Sectors become bad, from an LBA on or wherever they would; answers how many did.

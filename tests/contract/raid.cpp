@@ -11,15 +11,15 @@ static const char LAB[] = R"({"adapters": [
      {"count": 6, "type": "SATA", "size": "100GB"}, {"type": "SATA", "size": "50GB"},
      {"count": 2, "type": "SATA SSD", "size": "50GB"}]},
   {"type": "LD-based", "DevID": 17920, "MaxParityDisks": 0, "disks": [{"count": 4, "type": "SATA", "size": "100GB"}]}]})";
-static const KT_U8 ARRAYS = 0;
-static const KT_U8 PLAIN = 1;
-static const KT_U8 OLD = 2;
-static const uint64_t HOUR = 3600;
+static const KT_U8 ARRAYS = 0, PLAIN = 1, OLD = 2;
 static const KT_U64 MB = 1024;
 
 struct Raid : LabTest<LAB> {
-    static void disk(KT_U8 adapter, KT_U8 (*act)(KT_U8, KT_U16), KT_U16 pd) { EXPECT_EQ(act(adapter, pd), KT_OK); }
-    static void replace(KT_U8 adapter, KT_U16 pd) { EXPECT_EQ(outside::replaceDisk(adapter, pd), KT_OK); }
+    static KT_U8 fail(KT_U16 pd, KT_U8 adapter = ARRAYS) { return outside::failDisk(adapter, pd); }
+    static KT_U8 pull(KT_U16 pd, KT_U8 adapter = ARRAYS) { return outside::pullDisk(adapter, pd); }
+    static KT_U8 insert(KT_U16 pd, KT_U8 adapter = ARRAYS) { return outside::insertDisk(adapter, pd); }
+    static KT_U8 replace(KT_U16 pd) { return outside::replaceDisk(ARRAYS, pd); }
+    static KT_U8 control(KT_U8 what) { return KT_DG_BGAControl(ARRAYS, 0, what); }
 };
 
 static KT_U8 createLd(KT_U8 level, const Ids& disks, KT_U64 size = 0, KT_U8 adapter = PLAIN) {
@@ -52,40 +52,37 @@ static KT_U8 createVd(KT_U8 level, KT_U64 megabytes = 0, KT_U8 slot = 255) {
 
 // An array with virtual disks of these sizes in megabytes, all of them initialised.
 static void makeArray(KT_U8 level, const Ids& disks, const std::vector<KT_U64>& sizes, KT_U16 id = 0) {
-    ASSERT_EQ(createDg(level, disks), KT_OK);
+    succeed({createDg(level, disks)});
     for (const KT_U64 size : sizes) {
         _CreateOrModify_VD_Param param = vdParam(level, size);
         param.DGID = id;
         param.InitializationOption = KT_INIT_QUICK;
-        ASSERT_EQ(KT_CreateOrModify_VD(ARRAYS, &param), KT_OK);
+        succeed({KT_CreateOrModify_VD(ARRAYS, &param)});
     }
     ContractTest::advance(60);
 }
 
-// "activity/state percent" of a virtual disk.
-static std::string activity(KT_U8 adapter, KT_U16 vd) {
-    _LD_STATUS status = {};
-    EXPECT_EQ(readItem(KT_LD_GetStatus, adapter, vd, &_LD_Status_Request::ldStatus, status), KT_OK);
-    return std::to_string(status.Bga) + "/" + std::to_string(status.BgaState) + " " +
-           std::to_string(status.BgaPercentage);
-}
-
-static Ids members(KT_U8 adapter, KT_U16 vd) {
-    const _LD_Info info = vdInfo(adapter, vd);
-    Ids disks;
-    for (int i = 0; i < info.HDCount; ++i) {
-        _Block_Info block = {};
-        const bool there = info.BlockIDs[i] != KT_NO_ID;
-        if (there) readItem(KT_BLK_GetInfo, adapter, info.BlockIDs[i], &_BLK_Info_Request::blkInfo, block);
-        disks.push_back(there ? block.HDID : KT_U16{KT_NO_ID});
+// The slots of the array, "virtual disk:megabytes" ("-": free), and how many megabytes are free in all.
+static std::string slots(KT_U16 id = 0) {
+    const _DG_Info array = dgInfo(ARRAYS, id);
+    std::string seen;
+    for (int i = 0; i < array.VDSlotCount; ++i) {
+        const KT_U16 vd = array.VDIDs[i];
+        seen += (vd == KT_NO_ID ? "-" : std::to_string(vd)) + ":" + std::to_string(array.VDSlotSize[i] / MB) + " ";
     }
-    return disks;
+    return seen + std::to_string(array.RemainingManagedSpace / MB);
 }
 
 TEST_F(Raid, SizesFollowTheLevel) {
     _HD_FreeSpaceInfo room = {};
-    ASSERT_EQ(KT_PD_GetFreeSpaceInfo(PLAIN, 0, &room), KT_OK);
+    succeed({KT_PD_GetFreeSpaceInfo(PLAIN, 0, &room)});
     const KT_U64 share = room.FreeSize / 64 * 64;
+    const auto largest = [](KT_U8 level, const Ids& disks, KT_U8 rounding = KT_ROUND_NONE) {
+        _Create_LD_Param param = ldParam(level, disks);
+        param.RoundingScheme = rounding;
+        succeed({KT_LD_GetMaxSize(PLAIN, &param)});
+        return param.Size;
+    };
     const struct {
         KT_U8 level;
         Ids disks;
@@ -93,76 +90,63 @@ TEST_F(Raid, SizesFollowTheLevel) {
     } cases[] = {{KT_RAID0, {0, 1, 2}, 6},  {KT_RAID1, {0, 1}, 2},       {KT_RAID10, {0, 1, 2, 3}, 4},
                  {KT_RAID1E, {0, 1, 2}, 3}, {KT_RAID5, {0, 1, 2, 3}, 6}, {KT_RAID6, {0, 1, 2, 3}, 4},
                  {KT_JBOD, {0}, 2}};
-    for (const auto& each : cases) {
-        _Create_LD_Param param = ldParam(each.level, each.disks);
-        ASSERT_EQ(KT_LD_GetMaxSize(PLAIN, &param), KT_OK) << int(each.level);
-        EXPECT_EQ(param.Size, share * each.halves / 2) << int(each.level);
-    }
-    _Create_LD_Param rounded = ldParam(KT_RAID0, {0, 1});
-    rounded.RoundingScheme = KT_ROUND_10GB;
-    ASSERT_EQ(KT_LD_GetMaxSize(PLAIN, &rounded), KT_OK);
-    EXPECT_EQ(rounded.Size % (10000 * MB), 0U);
-    EXPECT_GT(rounded.Size + 10000 * MB, share * 2);
-    _Create_LD_Param uneven = ldParam(KT_RAID0, {0, 6});
-    ASSERT_EQ(KT_LD_GetMaxSize(PLAIN, &uneven), KT_OK);
-    EXPECT_LT(uneven.Size, share * 3 / 2);
+    for (const auto& each : cases)
+        EXPECT_EQ(largest(each.level, each.disks), share * each.halves / 2) << int(each.level);
+    const KT_U64 rounded = largest(KT_RAID0, {0, 1}, KT_ROUND_10GB);
+    EXPECT_EQ(rounded, 2 * share / (10000 * MB) * 10000 * MB);
+    EXPECT_LT(largest(KT_RAID0, {0, 6}), share * 3 / 2);
 }
 
 TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
-    _Create_LD_Param param = ldParam(KT_RAID1, {0, 1}, 3000 * MB);
-    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
+    succeed({createLd(KT_RAID1, {0, 1}, 3000 * MB)});
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 3000 * MB);
     EXPECT_EQ(createLd(KT_RAID1, {1, 2}, 3000 * MB), KT_ERR_PD_ASSIGNED) << "no second one on a disk";
     for (const KT_U16 pd : Ids{1, 5}) {
         _HD_Block_Info blocks = {};
-        ASSERT_EQ(KT_BLK_GetHDBlock(PLAIN, pd, &blocks), KT_OK);
-        EXPECT_EQ(blocks.HDID, pd);
-        EXPECT_EQ(blocks.BlkCount, pd == 1 ? 1 : 0);
+        succeed({KT_BLK_GetHDBlock(PLAIN, pd, &blocks)});
+        EXPECT_EQ((Ints{blocks.HDID, blocks.BlkCount}), (Ints{pd, pd == 1 ? 1 : 0}));
     }
-    param = ldParam(KT_RAID1, {2, 3}, 3000);
+    _Create_LD_Param param = ldParam(KT_RAID1, {2, 3}, 3000);
     param.ReservedForApp = 1;
-    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK);
+    succeed({KT_LD_Create(PLAIN, &param)});
     EXPECT_EQ(vdInfo(PLAIN, 1).Size, 3000 * MB);
     param = ldParam(KT_HYBRID, {7, 2}, 3000);
     param.TandemWaterMark = 90;
-    ASSERT_EQ(KT_LD_Create(PLAIN, &param), KT_OK) << "beside another one";
+    EXPECT_EQ(LOG_OF(PLAIN, KT_LD_Create(PLAIN, &param)), "1/2:2 1/40:2") << "beside another one";
     EXPECT_EQ(vdInfo(PLAIN, 2).Size, 3000 * MB);
-    EXPECT_EQ(newEvents(PLAIN), (Events{"1/2 of 0", "1/40 of 0", "1/2 of 1", "1/40 of 1", "1/2 of 2", "1/40 of 2"}));
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4096, OLD), KT_OK);
+    succeed({createLd(KT_RAID1, {0, 1}, 4096, OLD)});
     EXPECT_EQ(vdInfo(OLD, 0).Size, 4096 * MB) << "what a person asks for";
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD), KT_OK);
+    succeed({createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD)});
     EXPECT_EQ(vdInfo(OLD, 1).Size, 4096 * MB) << "what a file restores";
     EXPECT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB, OLD), KT_ERR_NO_RESOURCE) << "a file would ask for rounding";
 }
 
 TEST_F(Raid, CreationSaysWhatIsWrong) {
     EXPECT_EQ(createLd(0x77, {0, 1}), KT_ERR_INVALID_RAID_MODE);
-    EXPECT_EQ(createLd(KT_RAID5, {0, 1}), KT_ERR_PD_COUNT_FOR_LEVEL);
-    EXPECT_EQ(createLd(KT_RAID10, {0, 1, 2, 3, 4}), KT_ERR_PD_COUNT_FOR_LEVEL);
-    EXPECT_EQ(createLd(KT_RAID0, {}), KT_ERR_PD_COUNT);
-    EXPECT_EQ(createLd(KT_RAID0, {1, 1}), KT_ERR_PD_COUNT);
+    answer(KT_ERR_PD_COUNT_FOR_LEVEL, {createLd(KT_RAID5, {0, 1}), createLd(KT_RAID10, {0, 1, 2, 3, 4})});
+    answer(KT_ERR_PD_COUNT, {createLd(KT_RAID0, {}), createLd(KT_RAID0, {1, 1})});
     EXPECT_EQ(createLd(KT_RAID0, {0, 77}), KT_ERR_PD_MISSING);
     EXPECT_EQ(createLd(KT_RAID0, {0, 10}), KT_ERR_OTHER_ADAPTER);
     EXPECT_EQ(createLd(KT_RAID0, {0, 1}, KT_U64{1} << 40), KT_ERR_NO_RESOURCE);
     EXPECT_EQ(createLd(KT_HYBRID, {0, 1}), KT_ERR_TANDEM_SSD_COUNT);
     EXPECT_EQ(createLd(KT_HYBRID, {7, 8}), KT_ERR_PD_COUNT_FOR_LEVEL);
-    _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
-    param.NumParityDisk = 4;
-    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_PARITY_COUNT);
-    param.NumParityDisk = 3;
-    EXPECT_EQ(KT_LD_Create(OLD, &param), KT_ERR_PARITY_COUNT) << "two, where no limit is told";
-    param = ldParam(KT_RAID5, {0, 1, 2});
-    param.StripeBlockSize = 48;
-    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_BLOCK_SIZE);
-    param.StripeBlockSize = 64;
-    param.Name[0] = 7;
-    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_VD_NAME);
+    const auto createWith = [](auto field, KT_U8 value, KT_U8 adapter = PLAIN) {
+        _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
+        field(param) = value;
+        return KT_LD_Create(adapter, &param);
+    };
+    const auto parity = [](_Create_LD_Param& param) -> KT_U8& { return param.NumParityDisk; };
+    EXPECT_EQ(createWith(parity, 4), KT_ERR_PARITY_COUNT);
+    EXPECT_EQ(createWith(parity, 3, OLD), KT_ERR_PARITY_COUNT) << "two, where no limit is told";
+    EXPECT_EQ(createWith([](_Create_LD_Param& param) -> KT_U16& { return param.StripeBlockSize; }, 48),
+              KT_ERR_BLOCK_SIZE);
+    EXPECT_EQ(createWith([](_Create_LD_Param& param) -> KT_U8& { return param.Name[0]; }, 7), KT_ERR_VD_NAME);
     EXPECT_EQ(createDg(KT_RAID1, {0, 9}), KT_ERR_PD_SECTORS_DIFFER);
     EXPECT_EQ(createDg(KT_RAID1, {0, 10}), KT_ERR_PD_HAS_OS);
     EXPECT_EQ(createDg(KT_RAID6, {0, 1, 2}), KT_ERR_PD_COUNT_FOR_LEVEL);
-    ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 0), KT_OK);
+    succeed({KT_PD_FreeHD2GlobalSpare(ARRAYS, 0)});
     EXPECT_EQ(createDg(KT_RAID1, {0, 1}), KT_ERR_IS_SPARE);
-    ASSERT_EQ(createDg(KT_RAID1, {1, 2}), KT_OK);
+    succeed({createDg(KT_RAID1, {1, 2})});
     EXPECT_EQ(createDg(KT_RAID1, {2, 3}), KT_ERR_PD_ASSIGNED);
     _CreateOrModify_VD_Param vd = vdParam(KT_RAID1);
     vd.StripeBlockSize = 128;
@@ -172,44 +156,30 @@ TEST_F(Raid, CreationSaysWhatIsWrong) {
 
 TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     _CreateOrModify_DG_Param asked = dgParam(KT_RAID5, {0, 1, 2});
-    ASSERT_EQ(KT_CreateOrModify_DG(ARRAYS, &asked, 1), KT_OK);
+    succeed({KT_CreateOrModify_DG(ARRAYS, &asked, 1)});
     EXPECT_EQ(readList(KT_DG_GetInfo, ARRAYS, &_DG_Info_Request::dgInfo).size(), 0U);
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
+    succeed({createDg(KT_RAID5, {0, 1, 2})});
     EXPECT_EQ(dgInfo(ARRAYS, 0).TotalManagedSpace, asked.Size);
-    EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, asked.Size);
-    for (int i = 0; i < 3; ++i)
-        ASSERT_EQ(createVd(KT_RAID5, 1000), KT_OK);
-    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
-    EXPECT_EQ(dgInfo(ARRAYS, 0).VDSlotCount, 4);
+    EXPECT_EQ(slots(), "-:190664 190664");
+    succeed({createVd(KT_RAID5, 1000), createVd(KT_RAID5, 1000), createVd(KT_RAID5, 1000), KT_LD_Delete(ARRAYS, 1, 0)});
     EXPECT_EQ(createVd(KT_RAID5, 2000, 1), KT_ERR_NO_RESOURCE);
     EXPECT_EQ(createVd(KT_RAID5, 600, 4), KT_ERR_OUT_OF_RANGE);
     _CreateOrModify_VD_Param asFirst = vdParam(KT_RAID5, 600, 1);
     asFirst.SectorCoefficient = 4;
     memcpy(asFirst.Name, "Named", 6);
-    ASSERT_EQ(KT_CreateOrModify_VD(ARRAYS, &asFirst), KT_OK);
+    succeed({KT_CreateOrModify_VD(ARRAYS, &asFirst)});
     EXPECT_EQ(vdInfo(ARRAYS, 1).SectorCoefficient, 4);
-    EXPECT_STREQ(reinterpret_cast<const char*>(vdInfo(ARRAYS, 1).Name), "Named");
-    const _DG_Info split = dgInfo(ARRAYS, 0);
-    EXPECT_EQ(split.VDSlotCount, 5);
-    EXPECT_EQ(split.VDSlotSize[1], 600 * MB);
-    EXPECT_EQ(split.VDSlotSize[2], 400 * MB);
-    EXPECT_EQ(split.RemainingManagedSpace, split.TotalManagedSpace - 2600 * MB);
-    for (KT_U16 vd = 0; vd < 3; ++vd)
-        ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
-    EXPECT_EQ(dgInfo(ARRAYS, 0).VDSlotCount, 1);
-    EXPECT_EQ(dgInfo(ARRAYS, 0).RemainingManagedSpace, asked.Size);
+    EXPECT_EQ(textOf(vdInfo(ARRAYS, 1).Name), "Named");
+    EXPECT_EQ(slots(), "0:1000 1:600 -:400 2:1000 -:187664 188064");
+    succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 1, 0), KT_LD_Delete(ARRAYS, 2, 0)});
+    EXPECT_EQ(slots(), "-:190664 190664");
     for (const KT_U64 size : {2000, 1000, 500, 0})
-        ASSERT_EQ(createVd(KT_RAID5, size), KT_OK);
-    for (const KT_U16 vd : Ids{0, 2})
-        ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID5), KT_OK);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Size, 2000 * MB) << "all of the largest slot";
+        succeed({createVd(KT_RAID5, size)});
+    succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 2, 0), createVd(KT_RAID5)});
+    EXPECT_EQ(slots(), "0:2000 1:1000 -:500 3:187164 500") << "all of the largest slot";
     EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
-    for (const KT_U16 vd : Ids{0, 1, 3})
-        ASSERT_EQ(KT_LD_Delete(ARRAYS, vd, 0), KT_OK);
-    newEvents(ARRAYS);
-    ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"13/1 of 0", "2/54 of 0", "2/54 of 1", "2/54 of 2"}));
+    succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 1, 0), KT_LD_Delete(ARRAYS, 3, 0)});
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_DG_Delete(ARRAYS, 0)), "13/1:0 2/54:0 2/54:1 2/54:2");
     EXPECT_EQ(roleOf(ARRAYS, 1), 0);
     EXPECT_EQ(show().find("\"rows\""), std::string::npos) << "nothing of them is remembered";
 }
@@ -218,342 +188,262 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     makeArray(KT_RAID5, {0, 1, 2}, {10000});
     EXPECT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 8, 0), KT_ERR_SPARE_TOO_SMALL);
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 8), KT_ERR_SPARE_TOO_SMALL) << "for every array";
-    ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
+    succeed({KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0)});
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_ERR_ALREADY_ARRAY_SPARE);
-    newEvents(ARRAYS);
-    disk(ARRAYS, outside::failDisk, 1);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/4 of 1", "2/2 of 1", "1/4 of 0", "2/59 of 5", "1/70 of 0"}));
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED);
-    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
+    EXPECT_EQ(LOG_OF(ARRAYS, fail(1)), "2/4:1 2/2:1 1/4:0 2/59:5 1/70:0");
+    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 1/1 0");
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_MEMBER | KT_PD_SPARE_IN_USE | KT_PD_DEDICATED_SPARE);
     EXPECT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_ERR_SPARE_IN_USE);
     advance(HOUR);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE);
-    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 5, 2}));
-    newEvents(ARRAYS);
-    replace(ARRAYS, 1);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/0 of 1", "2/1 of 1", "1/90 of 0"}));
-    disk(ARRAYS, outside::failDisk, 0);
-    EXPECT_EQ(activity(ARRAYS, 0), "128/1 0") << "it does not read that one";
-    replace(ARRAYS, 0);
+    EXPECT_EQ(look(ARRAYS, 0), "online 0 5 2");
+    EXPECT_EQ(LOG_OF(ARRAYS, replace(1)), "2/0:1 2/1:1 1/90:0");
+    succeed({fail(0)});
+    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 128/1 0") << "it does not read that one";
+    succeed({replace(0)});
     advance(HOUR);
-    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 1, 2}));
+    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2");
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_DEDICATED_SPARE);
-    ASSERT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_OK);
+    succeed({KT_PD_Spare2FreeHD(ARRAYS, 5)});
     EXPECT_EQ(dgInfo(ARRAYS, 0).SparePDCount, 0);
-    ASSERT_EQ(createVd(KT_RAID5, 30000), KT_OK);
-    disk(ARRAYS, outside::pullDisk, 2);
-    disk(ARRAYS, outside::insertDisk, 2);
+    succeed({createVd(KT_RAID5, 30000), pull(2), insert(2)});
     advance(25);
-    newEvents(ARRAYS);
-    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 1), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"1/74 of 1", "1/3 of 1"}));
-    EXPECT_EQ(activity(ARRAYS, 0), "1/1 10");
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_Delete(ARRAYS, 1, 1)), "1/74:1 1/3:1");
+    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 1 2, 1/1 10");
     advance(57);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_ONLINE) << "only 5000 MB are left to fill";
-    newEvents(ARRAYS);
-    outside::replaceDisk(ARRAYS, 1, 2000000);
-    disk(ARRAYS, outside::pullDisk, 6);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/0 of 1", "1/4 of 0", "2/1 of 1", "12/20 of 1", "2/0 of 6"}));
-    ASSERT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_OK);
-    newEvents(ARRAYS);
-    disk(ARRAYS, outside::pullDisk, 0);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/0 of 0", "1/0 of 0", "1/77 of 0", "2/59 of 5"}));
-    disk(ARRAYS, outside::insertDisk, 0);
-    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 5, 2})) << "nothing was written since";
-    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0");
+    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2") << "only 5000 MB are left to fill";
+    EXPECT_EQ(LOG_OF(ARRAYS, outside::replaceDisk(ARRAYS, 1, 2000000)), "2/0:1 1/4:0 2/1:1 12/20:1");
+    EXPECT_EQ(LOG_OF(ARRAYS, pull(6)), "2/0:6") << "a disk of no array's says nothing again";
+    succeed({KT_PD_FreeHD2GlobalSpare(ARRAYS, 5)});
+    EXPECT_EQ(LOG_OF(ARRAYS, pull(0)), "2/0:0 1/0:0 1/77:0 2/59:5");
+    succeed({insert(0)});
+    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 1/1 0") << "nothing was written since";
 }
 
 // What it had filled is of no use to what begins now; its disk is free for the next one.
 TEST_F(Raid, AStoppedCopyBackGivesWay) {
     makeArray(KT_RAID5, {0, 1, 2}, {10000});
-    ASSERT_EQ(KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), KT_OK);
-    disk(ARRAYS, outside::failDisk, 1);
+    succeed({KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), fail(1)});
     advance(HOUR);
-    replace(ARRAYS, 1);
+    succeed({replace(1)});
     for (const bool migrates : {false, true}) {
-        ASSERT_EQ(activity(ARRAYS, 0), "128/1 0");
-        ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
+        EXPECT_EQ(look(ARRAYS, 0), migrates ? "online 0 5 4, 128/1 0" : "online 0 5 2, 128/1 0");
+        succeed({control(KT_CONTROL_STOP)});
         EXPECT_EQ(roleOf(ARRAYS, 1), KT_PD_MEMBER);
-        if (!migrates) disk(ARRAYS, outside::failDisk, 2);
-        ASSERT_EQ(migrates ? migrateDg(ARRAYS, 0, KT_RAID6, {0, 5, 4, 3})
-                           : KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{4}.data()),
-                  KT_OK);
+        succeed({migrates ? migrateDg(ARRAYS, 0, KT_RAID6, {0, 5, 4, 3}) : fail(2)});
+        if (!migrates) succeed({KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{4}.data())});
         EXPECT_EQ(roleOf(ARRAYS, 1), 0);
         advance(63); // the rebuild is done, and the copy back has begun again
     }
     advance(HOUR);
-    EXPECT_EQ(members(ARRAYS, 0), (Ids{0, 1, 4, 3}));
+    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 4 3");
 }
 
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
-    ASSERT_EQ(createLd(KT_RAID5, {0, 1, 2}, 5000, OLD), KT_OK);
-    ASSERT_EQ(createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD), KT_OK);
+    succeed({createLd(KT_RAID5, {0, 1, 2}, 5000, OLD), createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD)});
     advance(60);
-    newEvents(OLD);
-    disk(OLD, outside::pullDisk, 0);
-    EXPECT_EQ(newEvents(OLD), (Events{"2/0 of 0", "1/4 of 0", "1/5 of 1"}));
+    EXPECT_EQ(LOG_OF(OLD, pull(0, OLD)), "2/0:0 1/4:0 1/5:1");
     EXPECT_EQ(KT_PD_SetHDStatus(OLD, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
-    disk(OLD, outside::pullDisk, 1);
-    EXPECT_EQ(newEvents(OLD), (Events{"2/0 of 1", "1/0 of 0", "1/4 of 1"}));
+    EXPECT_EQ(LOG_OF(OLD, pull(1, OLD)), "2/0:1 1/0:0 1/4:1");
     EXPECT_EQ(KT_LD_StartConsistencyCheck(OLD, 0, 1), KT_ERR_VD_NOT_READY);
-    disk(OLD, outside::insertDisk, 1);
+    succeed({insert(1, OLD)});
     // What was offline takes the disk back as it was; what went on without it is rebuilt onto it.
-    EXPECT_EQ(vdInfo(OLD, 0).Status, KT_VD_DEGRADED);
-    EXPECT_EQ(activity(OLD, 0), "0/0 0");
-    EXPECT_EQ(activity(OLD, 1), "1/1 0");
+    EXPECT_EQ(look(OLD, 0), "degraded - 1 2");
+    EXPECT_EQ(look(OLD, 1), "degraded - 1 2 3, 1/1 0");
     advance(HOUR);
-    EXPECT_EQ(vdInfo(OLD, 1).Status, KT_VD_PARTIALLY_OPTIMAL);
-    disk(OLD, outside::pullDisk, 1);
-    disk(OLD, outside::insertDisk, 0);
-    EXPECT_EQ(vdInfo(OLD, 0).Status, KT_VD_OFFLINE) << "the disk missed what was written in that hour";
+    EXPECT_EQ(look(OLD, 1), "partial - 1 2 3");
+    succeed({pull(1, OLD), insert(0, OLD)});
+    EXPECT_EQ(look(OLD, 0), "offline - - 2") << "the disk missed what was written in that hour";
 }
 
 TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
-    rebuildByHand(PLAIN);
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 20000 * MB), KT_OK);
-    ASSERT_EQ(createLd(KT_RAID0, {2, 3}, 80000 * MB), KT_OK);
+    configure(PLAIN, &_Adapter_Config_V2::AutoRebuildOn, 0);
+    succeed({createLd(KT_RAID1, {0, 1}, 20000 * MB), createLd(KT_RAID0, {2, 3}, 80000 * MB)});
     advance(60);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 4), KT_ERR_VD_FUNCTIONAL);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 1, 4), KT_ERR_NOT_REDUNDANT);
-    disk(PLAIN, outside::failDisk, 1);
-    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
+    succeed({fail(1, PLAIN)});
+    EXPECT_EQ(look(PLAIN, 0), "degraded 0 1");
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 0), KT_ERR_TARGET_IS_MEMBER);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 2), KT_ERR_PD_ASSIGNED);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 1), KT_ERR_PD_MISSING);
-    ASSERT_EQ(KT_LD_StartRebuild(PLAIN, 0, 4), KT_OK);
+    succeed({KT_LD_StartRebuild(PLAIN, 0, 4)});
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 5), KT_ERR_VD_BUSY);
     advance(128); // half of 20000 MB at half of 160 MiB/s
-    EXPECT_EQ(activity(PLAIN, 0), "1/1 51");
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_PAUSE), KT_OK);
+    EXPECT_EQ(look(PLAIN, 0), "degraded 0 4, 1/1 51");
+    succeed({KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_PAUSE)});
     advance(HOUR);
-    EXPECT_EQ(activity(PLAIN, 0), "1/3 51");
+    EXPECT_EQ(look(PLAIN, 0), "degraded 0 4, 1/3 51");
     EXPECT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESTART), KT_ERR_BGA_ACTION);
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESUME), KT_OK);
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESTART), KT_OK);
-    EXPECT_EQ(activity(PLAIN, 0), "1/1 0") << "what was filled has missed what was written meanwhile";
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
-    newEvents(PLAIN);
-    disk(PLAIN, outside::pullDisk, 4);
-    EXPECT_EQ(newEvents(PLAIN), Events({"2/0 of 4"})) << "what was stopped does not fail";
-    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
-    EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
+    for (const KT_U8 action : {KT_CONTROL_RESUME, KT_CONTROL_STOP, KT_CONTROL_RESTART})
+        succeed({KT_LD_BGAControl(PLAIN, 0, action)});
+    EXPECT_EQ(look(PLAIN, 0), "degraded 0 4, 1/1 0") << "what was filled has missed what was written meanwhile";
+    succeed({KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP)});
+    EXPECT_EQ(LOG_OF(PLAIN, pull(4, PLAIN)), "2/0:4") << "what was stopped does not fail";
+    EXPECT_EQ(look(PLAIN, 0), "degraded 0 -");
     makeArray(KT_RAID6, {0, 1, 2, 3}, {4000});
-    disk(ARRAYS, outside::failDisk, 0);
-    disk(ARRAYS, outside::failDisk, 1);
+    succeed({fail(0), fail(1)});
     EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
-    for (const Ids& targets : {Ids{6, 7}, Ids{4, 5}}) { // both that a stopped rebuild left half filled give way
-        ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 2, targets.data()), KT_OK);
-        ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
-    }
-    _CreateOrModify_DG_Param to = dgParam(KT_RAID6, {4, 5, 2, 3, 6});
-    to.DGID = 0;
-    EXPECT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_ERR_VD_NOT_READY) << "half filled members are no source";
-    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_OK);
-    disk(ARRAYS, outside::failDisk, 4);
-    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "the other one is filled all the same";
+    for (const Ids& targets : {Ids{6, 7}, Ids{4, 5}}) // both that a stopped rebuild left half filled give way
+        succeed({KT_LD_DG_StartRebuild(ARRAYS, 0, 2, targets.data()), control(KT_CONTROL_STOP)});
+    EXPECT_EQ(migrateDg(ARRAYS, 0, KT_RAID6, {4, 5, 2, 3, 6}), KT_ERR_VD_NOT_READY)
+        << "half filled members are no source";
+    succeed({control(KT_CONTROL_RESTART), fail(4)});
+    EXPECT_EQ(look(ARRAYS, 0), "degraded - 5 2 3, 1/1 0") << "the other one is filled all the same";
     EXPECT_EQ(roleOf(ARRAYS, 4), KT_PD_OFFLINE);
-    disk(ARRAYS, outside::failDisk, 5);
-    EXPECT_EQ(activity(ARRAYS, 0), "0/0 0");
+    succeed({fail(5)});
+    EXPECT_EQ(look(ARRAYS, 0), "degraded - - 2 3");
 }
 
 TEST_F(Raid, NothingGoesOnWithAnOfflineArray) {
     makeArray(KT_RAID5, {0, 1, 2}, {4000});
-    ASSERT_EQ(createLd(KT_RAID5, {2, 1, 0}, 1000 * MB, ARRAYS), KT_OK);
+    succeed({createLd(KT_RAID5, {2, 1, 0}, 1000 * MB, ARRAYS)});
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[1], 1) << "the array on these disks takes it in";
-    disk(ARRAYS, outside::failDisk, 0);
-    ASSERT_EQ(KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{3}.data()), KT_OK);
-    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
-    disk(ARRAYS, outside::failDisk, 1);
-    ASSERT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
-    EXPECT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
+    succeed({fail(0), KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{3}.data()), control(KT_CONTROL_STOP), fail(1)});
+    EXPECT_EQ(look(ARRAYS, 0), "offline 3 1 2, 1/2 0");
+    EXPECT_EQ(control(KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
 }
 
 TEST_F(Raid, WithoutAWriteCacheNothingIsCached) {
-    start((R"({"adapters": [{"type": "LD-based", "AdvancedFeatures": )" + std::to_string(KT_ADV_NO_WRITE_CACHE) +
-           R"(, "disks": [{"count": 2, "type": "SATA", "size": "100GB"}]}]})")
-              .c_str());
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 2000 * MB, 0), KT_OK);
+    start(R"({"adapters": [{"type": "LD-based", "AdvancedFeatures": )" + std::to_string(KT_ADV_NO_WRITE_CACHE) +
+          R"(, "disks": [{"count": 2, "type": "SATA", "size": "100GB"}]}]})");
+    succeed({createLd(KT_RAID1, {0, 1}, 2000 * MB, 0)});
     EXPECT_EQ(vdInfo(0, 0).CacheMode & KT_CACHE_OFF, KT_CACHE_OFF);
-    _LD_Config config = {};
-    ASSERT_EQ(KT_LD_SetConfig(0, 0, &config), KT_OK);
+    const auto setCache = [](int policy) {
+        _LD_Config config = {};
+        config.CachePolicy = static_cast<KT_U8>(policy);
+        return KT_LD_SetConfig(0, 0, &config);
+    };
+    EXPECT_EQ(LOG_OF(0, setCache(0)), "");
     EXPECT_EQ(vdInfo(0, 0).CacheMode & KT_CACHE_OFF, KT_CACHE_OFF);
-    newEvents(0);
-    config.CachePolicy = KT_CACHE_OFF | KT_CACHE_RESTORE;
-    ASSERT_EQ(KT_LD_SetConfig(0, 0, &config), KT_OK);
-    EXPECT_EQ(newEvents(0), std::vector<std::string>()) << "its cache is as before";
-    config.CachePolicy |= KT_CACHE_READ_AHEAD;
-    ASSERT_EQ(KT_LD_SetConfig(0, 0, &config), KT_OK);
-    EXPECT_EQ(newEvents(0), std::vector<std::string>({"1/6 of 0"}));
+    EXPECT_EQ(LOG_OF(0, setCache(KT_CACHE_OFF | KT_CACHE_RESTORE)), "") << "its cache is as before";
+    EXPECT_EQ(LOG_OF(0, setCache(KT_CACHE_OFF | KT_CACHE_RESTORE | KT_CACHE_READ_AHEAD)), "1/6:0");
 }
 
 // A quick one clears the ends of the members, however large they are.
 TEST_F(Raid, AQuickInitialisationIsBrief) {
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 2000 * MB), KT_OK);
-    ASSERT_EQ(createLd(KT_RAID1, {2, 3}, 80000 * MB), KT_OK);
+    succeed({createLd(KT_RAID1, {0, 1}, 2000 * MB), createLd(KT_RAID1, {2, 3}, 80000 * MB)});
     advance(60);
-    ASSERT_EQ(KT_LD_StartINIT(PLAIN, 0, KT_INIT_QUICK), KT_OK);
-    ASSERT_EQ(KT_LD_StartINIT(PLAIN, 1, KT_INIT_QUICK), KT_OK);
+    succeed({KT_LD_StartINIT(PLAIN, 0, KT_INIT_QUICK), KT_LD_StartINIT(PLAIN, 1, KT_INIT_QUICK)});
     advance(3);
-    const std::string brief = activity(PLAIN, 0);
-    EXPECT_EQ(brief, "8/1 46");
-    EXPECT_EQ(activity(PLAIN, 1), brief);
+    EXPECT_EQ(look(PLAIN, 0), "online 0 1, 8/1 46");
+    EXPECT_EQ(look(PLAIN, 1), "online 2 3, 8/1 46");
 }
 
 TEST_F(Raid, GreaterActivitiesGoFirst) {
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID5, 20000), KT_OK);
-    ASSERT_EQ(createVd(KT_RAID5, 20000), KT_OK);
+    succeed({createDg(KT_RAID5, {0, 1, 2}), createVd(KT_RAID5, 20000), createVd(KT_RAID5, 20000)});
     EXPECT_EQ(KT_LD_StartConsistencyCheck(ARRAYS, 0, 0), KT_ERR_VD_NOT_INITIALIZED);
-    ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 0), KT_OK);
+    succeed({KT_PD_StartMediaPatrol(ARRAYS, 0)});
     EXPECT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 1), KT_ERR_ONE_MEDIA_PATROL);
     EXPECT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 4), KT_ERR_NOT_SPARE);
-    newEvents(ARRAYS);
-    ASSERT_EQ(KT_LD_StartConsistencyCheck(ARRAYS, 0, 1), KT_OK);
-    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_OK);
-    EXPECT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_ERR_VD_BUSY);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"1/30 of 0", "2/25 of 0", "1/50 of 1", "1/38 of 0"}))
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_StartConsistencyCheck(ARRAYS, 0, 1)), "1/30:0 2/25:0");
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND)), "1/50:1 1/38:0")
         << "the check waits under its own codes";
-    ASSERT_EQ(KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
-    ASSERT_EQ(KT_LD_StartINIT(ARRAYS, 0, KT_INIT_BACKGROUND), KT_OK);
+    EXPECT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_ERR_VD_BUSY);
+    succeed({KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_LD_StartINIT(ARRAYS, 0, KT_INIT_BACKGROUND)});
     advance(125);
-    EXPECT_EQ(activity(ARRAYS, 0), "64/1 50") << "alone it would be done";
-    newEvents(ARRAYS);
-    ASSERT_EQ(KT_LD_PauseAll(ARRAYS), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"1/52 of 0", "1/52 of 1", "2/19 of 0"}));
-    for (const Ids& pair : {Ids{0, 1}, Ids{1, 2}}) // they share a disk
-        ASSERT_EQ(createLd(KT_RAID1, pair, 4000, OLD), KT_OK);
+    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2, 64/1 50") << "alone it would be done";
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_PauseAll(ARRAYS)), "1/52:0 1/52:1 2/19:0");
+    // On disks that they share.
+    succeed({createLd(KT_RAID1, {0, 1}, 4000, OLD), createLd(KT_RAID1, {1, 2}, 4000, OLD)});
     advance(60);
-    ASSERT_EQ(KT_LD_StartINIT(OLD, 0, KT_INIT_BACKGROUND), KT_OK);
-    ASSERT_EQ(KT_LD_StartConsistencyCheck(OLD, 1, 0), KT_OK);
-    newEvents(OLD);
-    disk(OLD, outside::failDisk, 0);
-    EXPECT_EQ(newEvents(OLD), (Events{"2/4 of 0", "2/2 of 0", "1/57 of 0", "1/4 of 0", "1/29 of 1"}))
-        << "goes on at once";
+    succeed({KT_LD_StartINIT(OLD, 0, KT_INIT_BACKGROUND), KT_LD_StartConsistencyCheck(OLD, 1, 0)});
+    EXPECT_EQ(LOG_OF(OLD, fail(0, OLD)), "2/4:0 2/2:0 1/57:0 1/4:0 1/29:1") << "goes on at once";
     _Create_LD_Param busy = ldParam(KT_RAID1, {2, 3}, 4000);
     for (const KT_U8 option : {KT_INIT_BACKGROUND, KT_INIT_INTELLIGENT}) {
         busy.InitializationOption = option;
-        ASSERT_EQ(KT_LD_Create(OLD, &busy), KT_OK);
-        EXPECT_EQ(activity(OLD, option == KT_INIT_BACKGROUND ? 2 : 3), "64/1 0");
+        succeed({KT_LD_Create(OLD, &busy)});
+        EXPECT_EQ(look(OLD, option == KT_INIT_BACKGROUND ? 2 : 3), "online 2 3, 64/1 0");
     }
 }
 
 TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_OK);
-    ASSERT_EQ(createLd(KT_RAID1, {4, 5}, 4000 * MB), KT_OK);
+    succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB), createLd(KT_RAID1, {4, 5}, 4000 * MB)});
     advance(60);
     EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID5, {0, 2, 3}), KT_ERR_ARRAY_DISK_MISSING);
     EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID0, {0, 1, 2}), KT_ERR_MIGRATION_UNSUPPORTED);
     EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID1, {0, 1}), KT_ERR_MIGRATION_UNNECESSARY);
     _Create_LD_Param to = ldParam(KT_RAID5, {0, 1, 2});
-    ASSERT_EQ(KT_LD_GetMigratedLdSize(PLAIN, &to), KT_OK);
+    succeed({KT_LD_GetMigratedLdSize(PLAIN, &to)});
     EXPECT_EQ(to.Size, 4000 * MB);
-    ASSERT_EQ(KT_LD_StartConsistencyCheck(PLAIN, 0, 0), KT_OK);
-    ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP), KT_OK);
-    ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
+    succeed({KT_LD_StartConsistencyCheck(PLAIN, 0, 0), KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP),
+             KT_LD_StartMigration(PLAIN, &to)});
     EXPECT_EQ(migrateLd(PLAIN, 1, KT_RAID5, {3, 4, 5}), KT_ERR_ONE_VD_MIGRATION);
     newEvents(PLAIN);
     advance(30); // a quarter is announced, and not once more after a new start
     for (const KT_U8 action : {KT_CONTROL_PAUSE, KT_CONTROL_RESUME, KT_CONTROL_STOP, KT_CONTROL_RESTART})
-        ASSERT_EQ(KT_LD_BGAControl(PLAIN, 0, action), KT_OK);
-    EXPECT_EQ(activity(PLAIN, 0), "32/1 30");
+        succeed({KT_LD_BGAControl(PLAIN, 0, action)});
+    EXPECT_EQ(look(PLAIN, 0), "online 0 1, 32/1 30");
     _LD_Info target = {};
-    ASSERT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_OK);
-    EXPECT_EQ(target.RaidMode, KT_RAID5);
-    EXPECT_EQ(target.BGAStatus, KT_STATE_NONE);
-    EXPECT_EQ(vdInfo(PLAIN, 0).RaidMode, KT_RAID1);
+    succeed({KT_LD_GetTargetLDInfo(PLAIN, 0, &target)});
+    EXPECT_EQ((Ints{target.RaidMode, target.BGAStatus, vdInfo(PLAIN, 0).RaidMode}),
+              (Ints{KT_RAID5, KT_STATE_NONE, KT_RAID1}));
     advance(HOUR);
-    EXPECT_EQ(newEvents(PLAIN), (Events{"1/86 of 0", "1/82 of 0", "1/83 of 0", "1/84 of 0", "1/81 of 0", "1/86 of 0",
-                                        "1/86 of 0", "1/85 of 0"}));
-    EXPECT_EQ(members(PLAIN, 0), (Ids{0, 1, 2}));
-    _Block_Info block = {};
-    ASSERT_EQ(readItem(KT_BLK_GetInfo, PLAIN, vdInfo(PLAIN, 0).BlockIDs[2], &_BLK_Info_Request::blkInfo, block), KT_OK);
-    EXPECT_EQ(block.Size, 2000 * 2 * MB) << "the rest of the disks is free";
+    EXPECT_EQ(newEvents(PLAIN), "1/86:0 1/82:0 1/83:0 1/84:0 1/81:0 1/86:0 1/86:0 1/85:0");
+    EXPECT_EQ(look(PLAIN, 0), "online 0 1 2");
+    EXPECT_EQ(blockInfo(PLAIN, vdInfo(PLAIN, 0).BlockIDs[2]).Size, 2000 * 2 * MB) << "the rest of the disks is free";
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 4000 * MB);
     EXPECT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_ERR_VD_STATUS);
-}
-
-TEST_F(Raid, WhatWasMadeOfAllThereWasGrows) {
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}), KT_OK);
+    succeed({KT_LD_Delete(PLAIN, 0, 0), createLd(KT_RAID1, {0, 1})});
     const KT_U64 all = vdInfo(PLAIN, 0).Size;
     advance(60);
-    _Create_LD_Param to = ldParam(KT_RAID5, {0, 1, 2});
-    ASSERT_EQ(KT_LD_GetMigratedLdSize(PLAIN, &to), KT_OK);
-    EXPECT_EQ(to.Size, 2 * all);
-    ASSERT_EQ(KT_LD_StartMigration(PLAIN, &to), KT_OK);
+    succeed({KT_LD_GetMigratedLdSize(PLAIN, &to), KT_LD_StartMigration(PLAIN, &to)});
     advance(30 * HOUR);
-    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 2 * all);
+    EXPECT_EQ(to.Size, 2 * all);
+    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 2 * all) << "what was made of all there was grows";
 }
 
 TEST_F(Raid, PartsAreCounted) {
+    const auto parts = [] { return Ints{dgInfo(ARRAYS, 0).SubVDCount, vdInfo(ARRAYS, 0).SubLDCount}; };
     makeArray(KT_RAID50, {0, 1, 2, 3, 4, 5}, {4000});
-    EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 2);
-    ASSERT_EQ(KT_LD_Delete(ARRAYS, 0, 1), KT_OK);
-    ASSERT_EQ(KT_DG_Delete(ARRAYS, 0), KT_OK);
+    EXPECT_EQ(parts(), (Ints{2, 2}));
+    succeed({KT_LD_Delete(ARRAYS, 0, 1), KT_DG_Delete(ARRAYS, 0)});
     makeArray(KT_RAID5, {0, 1, 2}, {4000});
-    EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 0);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 0);
+    EXPECT_EQ(parts(), (Ints{0, 0}));
     _CreateOrModify_DG_Param to = dgParam(KT_RAID50, {0, 1, 2, 3, 4, 5});
     to.DGID = 0;
-    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 1), KT_OK);
+    succeed({KT_DG_StartMigration(ARRAYS, &to, 1)});
     EXPECT_EQ(to.Size, 2 * dgInfo(ARRAYS, 0).TotalManagedSpace);
-    EXPECT_EQ(activity(ARRAYS, 0), "0/0 0") << "only its size was asked for";
-    ASSERT_EQ(KT_DG_StartMigration(ARRAYS, &to, 0), KT_OK);
+    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2") << "only its size was asked for";
     _LD_Info target = {};
-    ASSERT_EQ(KT_LD_GetTargetLDInfo(ARRAYS, 0, &target), KT_OK);
+    succeed({KT_DG_StartMigration(ARRAYS, &to, 0), KT_LD_GetTargetLDInfo(ARRAYS, 0, &target)});
     EXPECT_EQ(target.SubLDCount, 2);
     advance(HOUR);
-    EXPECT_EQ(dgInfo(ARRAYS, 0).SubVDCount, 2);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).SubLDCount, 2);
+    EXPECT_EQ(parts(), (Ints{2, 2}));
 }
 
 // Two of stated sizes with a gap between them, and one of what is left.
 TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
     makeArray(KT_RAID5, {0, 1, 2}, {6000, 4000, 2000, 0});
-    ASSERT_EQ(KT_LD_Delete(ARRAYS, 1, 0), KT_OK);
-    const KT_U64 rest = vdInfo(ARRAYS, 3).Size;
-    ASSERT_EQ(migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4}), KT_OK);
+    succeed({KT_LD_Delete(ARRAYS, 1, 0)});
+    EXPECT_EQ(slots(), "0:6000 -:4000 2:2000 3:178664 4000");
+    succeed({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4})});
     advance(90 * HOUR);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Size, 6000 * MB);
-    EXPECT_EQ(vdInfo(ARRAYS, 2).Size, 2000 * MB);
-    EXPECT_EQ(vdInfo(ARRAYS, 3).Size, 2 * rest);
-    const _DG_Info array = dgInfo(ARRAYS, 0);
-    const std::vector<KT_U16> vds(array.VDIDs, array.VDIDs + array.VDSlotCount);
-    EXPECT_EQ(vds, (std::vector<KT_U16>{0, KT_NO_ID, 2, KT_NO_ID, 3}));
-    const std::vector<KT_U64> sizes(array.VDSlotSize, array.VDSlotSize + 4);
-    EXPECT_EQ(sizes, (std::vector<KT_U64>{6000 * MB, 14000 * MB, 2000 * MB, 2000 * MB})) << "the gap took up its half";
-    ASSERT_EQ(createVd(KT_RAID5, 14000), KT_OK);
+    EXPECT_EQ(slots(), "0:6000 -:14000 2:2000 -:2000 3:357329 16000") << "the gap took up its half";
+    for (const KT_U16 id : Ids{0, 2, 3})
+        EXPECT_EQ(vdInfo(ARRAYS, id).Size / MB, id == 0 ? 6000U : id == 2 ? 2000U : 357329U);
+    succeed({createVd(KT_RAID5, 14000)});
 }
 
 TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     makeArray(KT_RAID1, {0, 1}, {4000});
     makeArray(KT_RAID1, {4, 5}, {4000}, 1);
-    ASSERT_EQ(migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3}), KT_OK);
+    succeed({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3})});
     EXPECT_EQ(migrateDg(ARRAYS, 1, KT_RAID5, {4, 5, 6}), KT_ERR_ONE_ARRAY_MIGRATION);
-    newEvents(ARRAYS);
-    ASSERT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 2), KT_OK);
-    EXPECT_EQ(newEvents(ARRAYS), (Events{"2/17 of 2", "2/25 of 2"})) << "waits on new disks too";
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_PD_StartMediaPatrol(ARRAYS, 2)), "2/17:2 2/25:2") << "waits on new disks too";
     advance(30);
-    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_OK);
-    ASSERT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_OK);
-    EXPECT_EQ(activity(ARRAYS, 0), "32/1 30") << "what has moved stays moved";
-    disk(ARRAYS, outside::pullDisk, 2);
-    disk(ARRAYS, outside::pullDisk, 3);
+    succeed({control(KT_CONTROL_STOP), control(KT_CONTROL_RESTART)});
+    EXPECT_EQ(look(ARRAYS, 0), "online 0 1, 32/1 30") << "what has moved stays moved";
+    succeed({pull(2), pull(3)});
     newEvents(ARRAYS);
     advance(HOUR);
-    EXPECT_EQ(newEvents(ARRAYS), std::vector<std::string>());
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_OFFLINE);
-    EXPECT_EQ(dgInfo(ARRAYS, 0).RaidMode, KT_RAID1);
-    EXPECT_EQ(activity(ARRAYS, 0), "32/5 30");
-    EXPECT_EQ(KT_DG_BGAControl(ARRAYS, 0, KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
-    disk(ARRAYS, outside::insertDisk, 3);
-    EXPECT_EQ(vdInfo(ARRAYS, 0).Status, KT_VD_DEGRADED) << "one of RAID5's disks may be missing";
-    EXPECT_EQ(activity(ARRAYS, 0), "32/1 30");
+    EXPECT_EQ(newEvents(ARRAYS), "");
+    EXPECT_EQ(look(ARRAYS, 0), "offline 0 1, 32/5 30");
+    EXPECT_EQ(control(KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
+    succeed({insert(3)});
+    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 1, 32/1 30") << "one of RAID5's disks may be missing";
     advance(HOUR);
-    disk(ARRAYS, outside::insertDisk, 2);
-    EXPECT_EQ(activity(ARRAYS, 0), "1/1 0") << "it has kept its place";
+    succeed({insert(2)});
+    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 1 2 3, 1/1 0") << "it has kept its place";
 }
 
 // A page of ids is written anew once disk 0 has left: the others are one less from then on, wherever they are named.
@@ -565,50 +455,44 @@ TEST_F(Raid, NewIdsOfDisksAreFollowedEverywhere) {
       {"type": "LD-based", "disks": [{"count": 6, "size": "100GB"}, {"size": "100GB", "spare": "global"}],
        "virtualDisks": [{"level": "RAID1", "disks": [1, 2], "size": "1GiB"},
                         {"level": "RAID1", "disks": [3, 4], "size": "1GiB"}]}]})");
-    ASSERT_EQ(migrateLd(PLAIN, 0, KT_RAID5, {1, 2, 5}), KT_OK);
+    succeed({migrateLd(PLAIN, 0, KT_RAID5, {1, 2, 5})});
     for (const KT_U8 adapter : {ARRAYS, PLAIN}) {
-        disk(adapter, outside::pullDisk, 0);
-        ASSERT_EQ(KT_Flash_Erase(adapter, KT_PAGE_PD_FORCE), KT_OK);
+        succeed({pull(0, adapter), KT_Flash_Erase(adapter, KT_PAGE_PD_FORCE)});
+        const auto both = [&] { return look(adapter, 0) + "; " + look(adapter, 1); };
         advance(HOUR);
-        const Ids firsts = members(adapter, 0);
-        EXPECT_EQ(firsts, (adapter == PLAIN ? Ids{0, 1, 4} : Ids{0, 1}));
-        EXPECT_EQ(members(adapter, 1), (Ids{2, 3}));
+        const std::string whole = adapter == PLAIN ? "online 0 1 4; online 2 3" : "online 0 1; online 2 3";
+        EXPECT_EQ(both(), whole);
         for (const KT_U16 lost : Ids{1, 2}) { // a member of each comes home after a spare has stood in
-            disk(adapter, outside::pullDisk, lost);
-            EXPECT_EQ(activity(adapter, lost == 1 ? 0 : 1), "1/1 0");
+            succeed({pull(lost, adapter)});
+            EXPECT_NE(both().find(", 1/1 0"), std::string::npos);
             advance(HOUR);
-            disk(adapter, outside::insertDisk, lost);
+            succeed({insert(lost, adapter)});
             advance(HOUR);
         }
-        EXPECT_EQ(members(adapter, 0), firsts);
-        EXPECT_EQ(members(adapter, 1), (Ids{2, 3}));
+        EXPECT_EQ(both(), whole);
     }
     for (const KT_U16 id : Ids{0, 1}) {
         KT_U16 linked = 0;
-        ASSERT_EQ(KT_VDHDD_GetLink(ARRAYS, id, &linked), KT_OK);
-        EXPECT_EQ(linked, id == 0 ? 6 : 5);
+        succeed({KT_VDHDD_GetLink(ARRAYS, id, &linked)});
         const _DG_Info array = dgInfo(ARRAYS, id);
-        EXPECT_EQ(Ids(array.PDIDs, array.PDIDs + 2), members(ARRAYS, id));
-        EXPECT_EQ(array.SparePDIDs[0], id == 0 ? KT_NO_ID : 4);
+        EXPECT_EQ((Ids{linked, array.PDIDs[0], array.PDIDs[1], array.SparePDIDs[0]}),
+                  (id == 0 ? Ids{6, 0, 1, KT_NO_ID} : Ids{5, 2, 3, 4}));
     }
 }
 
 // Its members are all that an array without virtual disks has.
 TEST_F(Raid, AnArrayIsNotSetDownWithItsDisks) {
-    ASSERT_EQ(createDg(KT_RAID5, {0, 1, 2}), KT_OK);
-    EXPECT_EQ(KT_PD_SetHDStatus(ARRAYS, 0, 0), KT_OK);
+    succeed({createDg(KT_RAID5, {0, 1, 2}), KT_PD_SetHDStatus(ARRAYS, 0, 0)});
     EXPECT_EQ(KT_PD_SetHDStatus(ARRAYS, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
     EXPECT_EQ(roleOf(ARRAYS, 1), KT_PD_MEMBER);
 }
 
 TEST_F(Raid, WipingTakesAMemberAway) {
-    ASSERT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_OK);
+    succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB)});
     advance(60);
     EXPECT_EQ(KT_PD_WipeHDMDD(PLAIN, 0, 0), KT_ERR_PD_ASSIGNED);
     EXPECT_EQ(KT_PD_WipeHDMDD(ARRAYS, 10, 1), KT_ERR_PD_HAS_OS);
-    ASSERT_EQ(KT_PD_WipeHDMDD(PLAIN, 0, 1), KT_OK);
+    succeed({KT_PD_WipeHDMDD(PLAIN, 0, 1)});
     EXPECT_EQ(roleOf(PLAIN, 0), 0);
-    EXPECT_EQ(members(PLAIN, 0), (Ids{KT_NO_ID, 1}));
-    EXPECT_EQ(vdInfo(PLAIN, 0).Status, KT_VD_DEGRADED);
-    EXPECT_EQ(activity(PLAIN, 0), "0/0 0");
+    EXPECT_EQ(look(PLAIN, 0), "degraded - 1");
 }

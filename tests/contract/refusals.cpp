@@ -17,6 +17,8 @@ static const char LAB[] = R"({"adapters": [
                     {"level": "RAID1", "disks": [2, 3], "size": "20GiB"},
                     {"level": "HYBRID", "disks": [4, 5], "size": "10GiB"}]}]})";
 
+static const KT_U16 NOBODY = 99;
+
 using Refusals = ContractTest;
 
 static KT_U8 createRaid0(KT_U8 adapter, KT_U16 one, KT_U16 other) {
@@ -24,14 +26,11 @@ static KT_U8 createRaid0(KT_U8 adapter, KT_U16 one, KT_U16 other) {
     return KT_LD_Create(adapter, &param);
 }
 
-static const KT_U16 NOBODY = 99;
-
 // What a list call answers to an id that is nobody's.
 template <class Request>
 static KT_U8 item(KT_U8 (*list)(KT_U8, Request*)) {
     Request request = {};
-    request.header = {0, KT_REQUEST_ITEM, NOBODY, 1, 0, 0, {}};
-    return list(0, &request);
+    return askItem(list, 0, NOBODY, request);
 }
 
 // A call with a record that is all zero.
@@ -48,57 +47,46 @@ TEST_F(Refusals, NameWhatIsNotThere) {
     _HD_MBR_Info mbr = {};
     mbr.HDCount = 1;
     mbr.HDIDs[0] = NOBODY;
-    const struct {
-        KT_U8 expected;
-        std::vector<KT_U8> answers;
-    } cases[] = {
-        {KT_ERR_INVALID_PD,
-         {item(KT_PD_GetHDInfo),
-          item(KT_PD_GetHDInfo_Ext),
-          item(KT_PD_GetHDRaidStatus),
-          item(KT_PD_GetConfig),
-          item(KT_PD_GetBGAStatus),
-          item(KT_PD_GetSmartStatus),
-          with<_HD_CONFIG>(KT_PD_SetConfig),
-          with<_HD_FreeSpaceInfo>(KT_PD_GetFreeSpaceInfo),
-          with<_HD_Block_Info>(KT_BLK_GetHDBlock),
-          KT_PD_GetMBRInfo(0, &mbr),
-          KT_PD_SetHDStatus(0, NOBODY, 0),
-          KT_PD_SetHDStatus(0, NOBODY, 1),
-          KT_PD_BGAControl(0, NOBODY, KT_CONTROL_PAUSE),
-          KT_PD_StartMediaPatrol(0, NOBODY),
-          KT_PD_FreeHD2DGSpare(0, NOBODY, 0),
-          KT_PD_FreeHD2GlobalSpare(0, NOBODY),
-          KT_PD_Spare2FreeHD(0, NOBODY),
-          KT_PD_WipeHDMDD(0, NOBODY, 1),
-          KT_DiskHasOS(0, KT_DEVICE_PD, 1, &NOBODY),
-          KT_LocateArrayDevice(0, KT_DEVICE_PD, NOBODY, 1)}},
-        {KT_ERR_INVALID_VD,
-         {item(KT_LD_GetInfo), item(KT_LD_GetStatus), item(KT_LD_GetConfig), with<_LD_Config>(KT_LD_SetConfig),
-          with<_LD_Info>(KT_LD_GetTargetLDInfo), migrateLd(0, NOBODY, KT_RAID0, {}), KT_LD_GetMigratedLdSize(0, &vd),
-          KT_LD_Delete(0, NOBODY, 0), KT_LD_BGAControl(0, NOBODY, KT_CONTROL_PAUSE),
-          KT_LD_StartINIT(0, NOBODY, KT_INIT_QUICK), KT_LD_StartConsistencyCheck(0, NOBODY, 0),
-          KT_LD_StartRebuild(0, NOBODY, 0), KT_LD_Import(0, NOBODY), KT_LD_Report(0, NOBODY),
-          KT_DiskHasOS(0, KT_DEVICE_VD, 1, &NOBODY), KT_LocateArrayDevice(0, KT_DEVICE_VD, NOBODY, 1)}},
-        {KT_ERR_INVALID_ARRAY,
-         {item(KT_DG_GetInfo), item(KT_DG_GetConfig), with<_DG_CONFIG>(KT_DG_SetConfig),
-          migrateDg(0, NOBODY, KT_RAID10, {3, 4}), KT_DG_Delete(0, NOBODY),
-          KT_DG_BGAControl(0, NOBODY, KT_CONTROL_PAUSE), KT_LD_DG_StartRebuild(0, NOBODY, 1, &NOBODY),
-          KT_PD_FreeHD2DGSpare(0, 5, NOBODY)}},
-        {KT_ERR_INVALID_BLOCK, {item(KT_BLK_GetInfo)}},
-        {KT_ERR_INVALID_ENCLOSURE, {item(KT_ENC_GetEnclosureInfo)}},
-        {KT_ERR_INVALID_PM, {item(KT_PD_GetPMInfo)}},
-        {KT_ERR_INVALID_EXPANDER, {item(KT_PD_GetExpanderInfo)}},
-    };
-    for (const auto& each : cases)
-        EXPECT_EQ(each.answers, std::vector<KT_U8>(each.answers.size(), each.expected));
+    answer(KT_ERR_INVALID_PD, {item(KT_PD_GetHDInfo),
+                               item(KT_PD_GetHDInfo_Ext),
+                               item(KT_PD_GetHDRaidStatus),
+                               item(KT_PD_GetConfig),
+                               item(KT_PD_GetBGAStatus),
+                               item(KT_PD_GetSmartStatus),
+                               with<_HD_CONFIG>(KT_PD_SetConfig),
+                               with<_HD_FreeSpaceInfo>(KT_PD_GetFreeSpaceInfo),
+                               with<_HD_Block_Info>(KT_BLK_GetHDBlock),
+                               KT_PD_GetMBRInfo(0, &mbr),
+                               KT_PD_SetHDStatus(0, NOBODY, 0),
+                               KT_PD_SetHDStatus(0, NOBODY, 1),
+                               KT_PD_BGAControl(0, NOBODY, KT_CONTROL_PAUSE),
+                               KT_PD_StartMediaPatrol(0, NOBODY),
+                               KT_PD_FreeHD2DGSpare(0, NOBODY, 0),
+                               KT_PD_FreeHD2GlobalSpare(0, NOBODY),
+                               KT_PD_Spare2FreeHD(0, NOBODY),
+                               KT_PD_WipeHDMDD(0, NOBODY, 1),
+                               KT_DiskHasOS(0, KT_DEVICE_PD, 1, &NOBODY),
+                               KT_LocateArrayDevice(0, KT_DEVICE_PD, NOBODY, 1)});
+    answer(KT_ERR_INVALID_VD,
+           {item(KT_LD_GetInfo), item(KT_LD_GetStatus), item(KT_LD_GetConfig), with<_LD_Config>(KT_LD_SetConfig),
+            with<_LD_Info>(KT_LD_GetTargetLDInfo), migrateLd(0, NOBODY, KT_RAID0, {}), KT_LD_GetMigratedLdSize(0, &vd),
+            KT_LD_Delete(0, NOBODY, 0), KT_LD_BGAControl(0, NOBODY, KT_CONTROL_PAUSE),
+            KT_LD_StartINIT(0, NOBODY, KT_INIT_QUICK), KT_LD_StartConsistencyCheck(0, NOBODY, 0),
+            KT_LD_StartRebuild(0, NOBODY, 0), KT_LD_Import(0, NOBODY), KT_LD_Report(0, NOBODY),
+            KT_DiskHasOS(0, KT_DEVICE_VD, 1, &NOBODY), KT_LocateArrayDevice(0, KT_DEVICE_VD, NOBODY, 1)});
+    answer(KT_ERR_INVALID_ARRAY, {item(KT_DG_GetInfo), item(KT_DG_GetConfig), with<_DG_CONFIG>(KT_DG_SetConfig),
+                                  migrateDg(0, NOBODY, KT_RAID10, {3, 4}), KT_DG_Delete(0, NOBODY),
+                                  KT_DG_BGAControl(0, NOBODY, KT_CONTROL_PAUSE),
+                                  KT_LD_DG_StartRebuild(0, NOBODY, 1, &NOBODY), KT_PD_FreeHD2DGSpare(0, 5, NOBODY)});
+    EXPECT_EQ(item(KT_BLK_GetInfo), KT_ERR_INVALID_BLOCK);
+    EXPECT_EQ(item(KT_ENC_GetEnclosureInfo), KT_ERR_INVALID_ENCLOSURE);
+    EXPECT_EQ(item(KT_PD_GetPMInfo), KT_ERR_INVALID_PM);
+    EXPECT_EQ(item(KT_PD_GetExpanderInfo), KT_ERR_INVALID_EXPANDER);
 }
 
 TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
     start(LAB);
-    outside::failDisk(0, 2);
-    outside::failDisk(1, 3);
-    ASSERT_EQ(KT_PD_StartMediaPatrol(1, 2), KT_OK);
+    succeed({outside::failDisk(0, 2), outside::failDisk(1, 3), KT_PD_StartMediaPatrol(1, 2)});
     const struct {
         KT_U8 expected;
         KT_U8 (*call)();
@@ -132,8 +120,7 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
     EXPECT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_ERR_BGA_RUNNING) << "this one logs that it failed";
     const KT_U16 system = 0;
     EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_ERR_VD_HAS_OS);
-    outside::failDisk(1, 0);
-    outside::failDisk(1, 1);
+    succeed({outside::failDisk(1, 0), outside::failDisk(1, 1)});
     EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_OK) << "the system has crashed";
     EXPECT_EQ(KT_LD_Delete(1, 0, 0), KT_OK);
 }

@@ -21,11 +21,8 @@ static _SSD_Diagnostic test(KT_U16 pd, KT_U8 action, KT_U8 expected = KT_OK) {
     return diagnostic;
 }
 
-static std::string version(KT_U16 pd) {
-    _HD_Info disk = {};
-    EXPECT_EQ(readItem(KT_PD_GetHDInfo, KT_U8{0}, pd, &_HD_Info_Request::hdInfo, disk), KT_OK);
-    return std::string(reinterpret_cast<const char*>(disk.FWVersion),
-                       strnlen(reinterpret_cast<const char*>(disk.FWVersion), sizeof disk.FWVersion));
+static std::string versions() {
+    return textOf(pdInfo(0, 0).FWVersion) + ", " + textOf(pdInfo(0, 1).FWVersion);
 }
 
 // Hands out the pages of the file from `first` on; the status of the last call.
@@ -43,23 +40,20 @@ static KT_U8 download(KT_U16 pd, const std::string& file, KT_U8 mode = KT_MICROC
     return status;
 }
 
-static std::string microcode(const char* name, const char* text, size_t size = 500000) {
-    return outside::makeMicrocode(name, text, size);
+static std::string microcode(const char* name, const char* version) {
+    return outside::makeMicrocode(name, version, 500000);
 }
 
 TEST_F(SolidStateDisks, TellTheirLifeInASoundPage) {
     outside::ageDisk(0, 0, "reallocated", 258);
     _SSD_Smart_Data page = {};
-    ASSERT_EQ(KT_SSD_SmartReadData(0, 0, &page), KT_OK);
+    succeed({KT_SSD_SmartReadData(0, 0, &page)});
     const auto* bytes = reinterpret_cast<const KT_U8*>(&page);
     EXPECT_EQ(std::accumulate(bytes, bytes + sizeof page, 0U) % 256, 0U);
-    EXPECT_EQ(page.Attributes[0].Id, 5);
-    EXPECT_EQ(page.Attributes[0].Raw[0], 2);
-    EXPECT_EQ(page.Attributes[0].Raw[1], 1);
-    EXPECT_EQ(page.ShortTestMinutes, 2);
-    EXPECT_EQ(page.LongTestMinutes, 21) << "480 GB at 400 MB/s, rounded up";
-    EXPECT_EQ(KT_SSD_SmartReadData(0, 2, &page), KT_ERR_NOT_SUPPORTED);
-    EXPECT_EQ(KT_SSD_SmartReadData(0, 3, &page), KT_ERR_NOT_SUPPORTED);
+    const auto& first = page.Attributes[0];
+    EXPECT_EQ((Ints{first.Id, first.Raw[0], first.Raw[1]}), (Ints{5, 2, 1}));
+    EXPECT_EQ((Ints{page.ShortTestMinutes, page.LongTestMinutes}), (Ints{2, 21})) << "480 GB at 400 MB/s, rounded up";
+    answer(KT_ERR_NOT_SUPPORTED, {KT_SSD_SmartReadData(0, 2, &page), KT_SSD_SmartReadData(0, 3, &page)});
     EXPECT_EQ(KT_SSD_SmartReadData(0, 9, &page), KT_ERR_INVALID_PD);
 }
 
@@ -103,24 +97,22 @@ TEST_F(SolidStateDisks, FailWhereTheyCannotBeRead) {
     EXPECT_EQ(test(1, KT_SSD_ASK).State, KT_SSD_FAILED);
     EXPECT_LT(test(1, KT_SSD_ASK).FirstErrorLBA, 2 * HALF) << "on the disk";
     EXPECT_EQ(test(1, KT_SSD_ASK).Result, 5) << "its electronics";
-    outside::failDisk(0, 1);
+    succeed({outside::failDisk(0, 1)});
     test(1, KT_SSD_ASK, KT_ERR_SSD_COMMAND_PHASE);
 }
 
 TEST_F(SolidStateDisks, TakeMicrocodeOfTheirModelOnly) {
     EXPECT_EQ(download(0, microcode("Model A", "2.0")), KT_OK);
-    EXPECT_EQ(version(0), "2.0");
-    EXPECT_EQ(version(1), "1.0");
-    EXPECT_EQ(download(0, microcode("Model B", "3.0")), KT_ERR_INVALID_MICROCODE);
-    EXPECT_EQ(download(0, microcode("Model AB", "3.0")), KT_ERR_INVALID_MICROCODE);
-    EXPECT_EQ(download(0, std::string(300000, 'x')), KT_ERR_INVALID_MICROCODE);
+    EXPECT_EQ(versions(), "2.0, 1.0");
+    answer(KT_ERR_INVALID_MICROCODE,
+           {download(0, microcode("Model B", "3.0")), download(0, microcode("Model AB", "3.0")),
+            download(0, std::string(300000, 'x'))});
     std::string spoilt = microcode("Model A", "3.0");
     spoilt.back() ^= 1;
-    EXPECT_EQ(download(0, spoilt), KT_ERR_FLASH_DATA);
-    EXPECT_EQ(download(0, microcode("Model A", "3.0") + "more"), KT_ERR_FLASH_DATA);
+    answer(KT_ERR_FLASH_DATA, {download(0, spoilt), download(0, microcode("Model A", "3.0") + "more")});
     EXPECT_EQ(download(0, microcode("Model A", "3.0"), 2), KT_ERR_INVALID_PARAMETER);
     EXPECT_EQ(download(2, microcode("Model A", "3.0")), KT_ERR_NOT_SUPPORTED);
-    EXPECT_EQ(version(0), "2.0");
+    EXPECT_EQ(versions(), "2.0, 1.0");
 }
 
 TEST_F(SolidStateDisks, LoseADownloadWhosePagesAreOutOfOrder) {
@@ -129,22 +121,20 @@ TEST_F(SolidStateDisks, LoseADownloadWhosePagesAreOutOfOrder) {
     const auto page = std::make_unique<_Flash_Data>();
     page->Size = static_cast<KT_U32>(whole);
     memcpy(page->Data, file.data(), whole);
-    ASSERT_EQ(KT_Download_SSD_Microcode(0, 0, KT_MICROCODE_NOW, page.get()), KT_OK);
+    succeed({KT_Download_SSD_Microcode(0, 0, KT_MICROCODE_NOW, page.get())});
     EXPECT_EQ(download(0, file.substr(2 * whole), KT_MICROCODE_NOW, 2), KT_ERR_INVALID_REQUEST);
     EXPECT_EQ(download(0, file.substr(whole), KT_MICROCODE_NOW, 1), KT_ERR_INVALID_REQUEST) << "it is over";
-    EXPECT_EQ(version(0), "1.0");
+    EXPECT_EQ(versions(), "1.0, 1.0");
 }
 
 TEST_F(SolidStateDisks, KeepMicrocodeForTheirNextStart) {
     EXPECT_EQ(download(0, microcode("Model A", "2.0"), KT_MICROCODE_LATER), KT_OK);
-    EXPECT_EQ(version(0), "1.0");
+    EXPECT_EQ(versions(), "1.0, 1.0");
     test(0, KT_SSD_START_LONG);
-    const std::string before = show();
-    EXPECT_NE(before.find("\"2.0\""), std::string::npos);
-    outside::pullDisk(0, 0);
-    outside::insertDisk(0, 0);
-    EXPECT_EQ(version(0), "2.0");
+    EXPECT_NE(show().find("\"2.0\""), std::string::npos);
+    succeed({outside::pullDisk(0, 0), outside::insertDisk(0, 0)});
+    EXPECT_EQ(versions(), "2.0, 1.0");
     EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_ABORTED);
-    outside::replaceDisk(0, 0, 0);
+    succeed({outside::replaceDisk(0, 0, 0)});
     EXPECT_EQ(test(0, KT_SSD_ASK).State, KT_SSD_NEVER) << "another disk";
 }

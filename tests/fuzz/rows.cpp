@@ -87,7 +87,7 @@ void run(const std::string& path, KT_U64 now) {
         for (int step = 0; step < 25; ++step) {
             try {
                 alarm(60); // not to be waited for: SIGALRM is the failure
-                doAnything(chaos);
+                chaos.doAnything();
             } catch (const StoreFailure&) {
                 rollbackTransaction(*chaos.store);
             }

@@ -60,7 +60,7 @@ TEST_P(Crash, WhatHoldsAlwaysHolds) {
     for (const BuiltInLab* lab : {&LAB, labNamed("default"), labNamed("empty"), labNamed("troubled")}) {
         Chaos run = begin(lab, GetParam() + 1);
         for (int step = 0; step < (lab == &LAB ? 600 : 200); ++step) {
-            doAnything(run);
+            run.doAnything();
             ASSERT_EQ(findViolations(*run.store, lab == &LAB), std::vector<std::string>())
                 << "lab " << lab->name << ", step " << step;
         }
@@ -80,7 +80,7 @@ TEST_F(Crash, KeepsTheInvariants) {
         Chaos run{std::minstd_rand(round + 1), nullptr, START};
         killAtWork(round, [&] {
             if (run.store == nullptr) run.store = openExistingStore(path);
-            doAnything(run);
+            run.doAnything();
             return true;
         });
         Store* store = openExistingStore(path);

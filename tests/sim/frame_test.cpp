@@ -13,13 +13,9 @@
 
 using namespace sim;
 
-static KT_U8 listVds(_LD_Info_Request* request, KT_U16 from, KT_U16 records) {
-    request->header = {0, KT_REQUEST_LIST, from, records, 0, 0, {}};
-    return KT_LD_GetInfo(0, request);
-}
-
 struct CallFrame : testing::Test {
     ScratchFolder folder;
+    std::string state = folder.path + "/state.db";
     std::string trace = folder.path + "/trace";
     std::vector<unsigned char> buffer = std::vector<unsigned char>(sizeof(_RequestHeader) + 8 * sizeof(_LD_Info));
     _LD_Info_Request* request = reinterpret_cast<_LD_Info_Request*>(buffer.data());
@@ -29,13 +25,24 @@ struct CallFrame : testing::Test {
         KT_API_Finalize();
         unsetenv("KTRAID_SIM_TRACE");
     }
-    void setFaults(std::vector<Fault> faults) const {
-        Store* store = openExistingStore(folder.path + "/state.db");
+    KT_U8 listVds(KT_U16 from, KT_U16 records, KT_U8 type = KT_REQUEST_LIST, KT_U8 adapter = 0) const {
+        request->header = {0, type, from, records, 0, 0, {}};
+        return KT_LD_GetInfo(adapter, request);
+    }
+    // What a call that goes well answers: how many records, and where the next page begins.
+    std::vector<int> page(KT_U16 from, KT_U16 records) const {
+        EXPECT_EQ(listVds(from, records), KT_OK);
+        return {request->header.numReturned, request->header.nextStartingIndex};
+    }
+    void change(const std::function<void(Store&)>& act) const {
+        Store* store = openExistingStore(state);
         beginTransaction(*store, Access::Write);
-        for (const Fault& fault : faults)
-            addFault(*store, fault);
+        act(*store);
         commitTransaction(*store);
         closeStore(store);
+    }
+    void setFault(const Fault& fault) const {
+        change([&](Store& store) { addFault(store, fault); });
     }
     std::string lastLine() const {
         std::ifstream file(trace);
@@ -49,52 +56,40 @@ struct CallFrame : testing::Test {
 
 TEST_F(CallFrame, RefusesWhatNoBodyShouldSee) {
     EXPECT_EQ(KT_LD_GetInfo(0, nullptr), KT_ERR_INVALID_PARAMETER);
-    EXPECT_EQ(KT_LD_GetInfo(2, request), KT_ERR_INVALID_ADAPTER);
-    EXPECT_EQ(listVds(request, 0, 0), KT_ERR_NUM_REQUESTED);
-    request->header = {0, 3, 0, 1, 0, 0, {}};
-    EXPECT_EQ(KT_LD_GetInfo(0, request), KT_ERR_REQUEST_TYPE);
-    request->header = {0, KT_REQUEST_ITEM, 99, 1, 0, 0, {}};
-    EXPECT_EQ(KT_LD_GetInfo(0, request), KT_ERR_INVALID_VD);
+    EXPECT_EQ(listVds(0, 1, KT_REQUEST_LIST, 2), KT_ERR_INVALID_ADAPTER);
+    EXPECT_EQ(listVds(0, 0), KT_ERR_NUM_REQUESTED);
+    EXPECT_EQ(listVds(0, 1, 3), KT_ERR_REQUEST_TYPE);
+    EXPECT_EQ(listVds(99, 1, KT_REQUEST_ITEM), KT_ERR_INVALID_VD);
     KT_API_Finalize();
-    EXPECT_EQ(listVds(request, 0, 1), KT_ERR_INVALID_REQUEST);
+    EXPECT_EQ(listVds(0, 1), KT_ERR_INVALID_REQUEST);
     EXPECT_EQ(KT_Adapter_GetCount(), 0);
 }
 
 TEST_F(CallFrame, ListsPagesThatEndWhereTheRecordsEnd) {
-    EXPECT_EQ(listVds(request, 0, 3), KT_OK);
-    EXPECT_EQ(request->header.numReturned, 3);
-    EXPECT_EQ(request->header.nextStartingIndex, 3);
-    EXPECT_EQ(listVds(request, 3, 1), KT_OK);
-    EXPECT_EQ(request->header.numReturned, 1);
-    EXPECT_EQ(request->header.nextStartingIndex, KT_LIST_END);
-    EXPECT_EQ(listVds(request, 4, 8), KT_OK);
-    EXPECT_EQ(request->header.numReturned, 0);
-    EXPECT_EQ(request->header.nextStartingIndex, KT_LIST_END);
+    EXPECT_EQ(page(0, 3), (std::vector<int>{3, 3}));
+    EXPECT_EQ(page(3, 1), (std::vector<int>{1, KT_LIST_END}));
+    EXPECT_EQ(page(4, 8), (std::vector<int>{0, KT_LIST_END}));
 }
 
 TEST_F(CallFrame, StrikesWithFaultsWhenAndWhereTheyAreSet) {
-    Fault fault = {"KT_LD_GetInfo", FAULT_STATUS, 5, 0, 0, 1, 2, 0};
-    Fault other = {"KT_LD_GetInfo", FAULT_STATUS, 9, 1, 0, 0, 0, 0};
-    setFaults({fault, other});
-    std::vector<int> statuses;
-    for (int i = 0; i < 4; ++i)
-        statuses.push_back(listVds(request, 0, 1));
-    EXPECT_EQ(statuses, (std::vector<int>{0, 5, 5, 0}));
-    EXPECT_EQ(KT_LD_GetInfo(1, request), 9);
-    EXPECT_EQ(KT_LD_GetInfo(1, request), 9);
+    setFault({"KT_LD_GetInfo", FAULT_STATUS, 5, 0, 0, 1, 2, 0});
+    setFault({"KT_LD_GetInfo", FAULT_STATUS, 9, 1, 0, 0, 0, 0});
+    for (const int status : {0, 5, 5, 0})
+        EXPECT_EQ(listVds(0, 1), status);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(listVds(0, 1, KT_REQUEST_LIST, 1), 9);
 }
 
 TEST_F(CallFrame, SpoilsAnswersAsFaultsSay) {
-    setFaults({{"KT_LD_GetInfo", FAULT_COUNT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0}});
-    EXPECT_EQ(listVds(request, 0, 2), KT_OK);
-    EXPECT_EQ(request->header.numReturned, 1002);
-    setFaults({{"KT_LD_GetInfo", FAULT_NEXT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0}});
-    EXPECT_EQ(listVds(request, 1, 2), KT_OK);
-    EXPECT_EQ(request->header.nextStartingIndex, 1);
-    setFaults({{"KT_LD_GetInfo", FAULT_TEXT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0}});
-    EXPECT_EQ(listVds(request, 0, 2), KT_OK);
+    const auto spoil = [&](KT_U8 kind) { setFault({"KT_LD_GetInfo", kind, 0, ADAPTER_GLOBAL, 0, 0, 1, 0}); };
+    spoil(FAULT_COUNT);
+    EXPECT_EQ(page(0, 2), (std::vector<int>{1002, 2}));
+    spoil(FAULT_NEXT);
+    EXPECT_EQ(page(1, 2), (std::vector<int>{2, 1}));
+    spoil(FAULT_TEXT);
+    EXPECT_EQ(listVds(0, 2), KT_OK);
     EXPECT_EQ(std::string(reinterpret_cast<char*>(request->ldInfo[0].Name), 16), std::string(16, 'X'));
-    EXPECT_EQ(listVds(request, 0, 2), KT_OK);
+    EXPECT_EQ(listVds(0, 2), KT_OK);
     EXPECT_EQ(request->ldInfo[0].Name[0], 'b');
 }
 
@@ -107,7 +102,7 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
             return status;
         });
     };
-    Store* store = openExistingStore(folder.path + "/state.db");
+    Store* store = openExistingStore(state);
     setCurrentStore(store);
     EXPECT_EQ(write(KT_ERR_VD_BUSY, false), KT_ERR_VD_BUSY);
     EXPECT_FALSE(find<VdState>(*store, 0, 77));
@@ -125,19 +120,17 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
 
 TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
     allowSpoiltState();
-    Store* store = openExistingStore(folder.path + "/state.db");
-    beginTransaction(*store, Access::Write);
-    VdState nobodys = {}; // no virtual disk has this id: its activity is due for ever
-    nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, {}, 1, 1, 0, 1, 0};
-    save(*store, 0, 77, nobodys);
-    const KT_U64 now = simulatedNow(*store);
-    save(*store, 0, 0, AdapterState{now, NEVER, 0, ADAPTER_UP, 0, {}, 0, 0});
-    setClock(*store, now + 30 * 86400 * MS_PER_SECOND, 1000, true);
-    commitTransaction(*store);
-    closeStore(store);
+    change([](Store& store) {
+        VdState nobodys = {}; // no virtual disk has this id: its activity is due for ever
+        nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, {}, 1, 1, 0, 1, 0};
+        save(store, 0, 77, nobodys);
+        const KT_U64 now = simulatedNow(store);
+        save(store, 0, 0, AdapterState{now, NEVER, 0, ADAPTER_UP, 0, {}, 0, 0});
+        setClock(store, now + 30 * 86400 * MS_PER_SECOND, 1000, true);
+    });
     alarm(20);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(listVds(request, 0, 1), KT_OK);
+    EXPECT_EQ(listVds(0, 1), KT_OK);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "ktraid-sim: adapter 0: more happens than can be caught up with; is the state damaged?\n");
     alarm(0);
@@ -145,8 +138,7 @@ TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
 
 TEST_F(CallFrame, TracesOneLineACall) {
     setenv("KTRAID_SIM_TRACE", trace.c_str(), 1);
-    request->header = {0, KT_REQUEST_ITEM, 2, 1, 0, 0, {}};
-    KT_LD_GetInfo(0, request);
+    EXPECT_EQ(listVds(2, 1, KT_REQUEST_ITEM), KT_OK);
     const std::string head = "KT_LD_GetInfo a=0 request=00020200010000000000000000000000 -> 0 "
                              "request=0002020001000100ffff000000000000";
     EXPECT_EQ(lastLine().substr(0, head.size()), head);

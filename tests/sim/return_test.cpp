@@ -9,6 +9,7 @@
 #include "devices/power.h"
 #include "frame/invariants.h"
 #include "frame/settle.h"
+#include "ids.h"
 #include "lab/lab.h"
 #include "media/blocks.h"
 #include "raid/members.h"
@@ -33,26 +34,6 @@ static const struct {
               {"RAID50", KT_RAID50, 6, 0}, {"RAID60", KT_RAID60, 8, 4}};
 static const unsigned COMMANDS = 12; // what nobody can do while the power is off begins here
 static const KT_U64 DAY = 24ULL * 60 * 60 * 1000;
-
-using Ids = std::vector<KT_U16>;
-
-template <class Record>
-static Ids idsWhere(const Context& context, const std::function<bool(const Record&)>& holds) {
-    Ids ids;
-    forEach<Record>(context, 0, [&](KT_U64 id, const Record& record) {
-        if (holds(record)) ids.push_back(static_cast<KT_U16>(id));
-        return true;
-    });
-    return ids;
-}
-
-static Ids freeDisks(const Context& context) {
-    return idsWhere<PdState>(context, [](const PdState& disk) { return (disk.raid & KT_PD_NOT_FREE) == 0; });
-}
-template <class Record>
-static Ids all(const Context& context) {
-    return idsWhere<Record>(context, [](const Record&) { return true; });
-}
 
 struct History {
     explicit History(unsigned seed) : random(seed) {}
