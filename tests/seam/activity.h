@@ -1,8 +1,6 @@
 // What the tests of background activities stand on: virtual disk 2 and array 2, both RAID5 on the disks 1, 2 and 3.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "tests/seam/seam.h"
 
 inline _LD_Info& vd() {

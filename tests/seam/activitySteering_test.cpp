@@ -1,7 +1,6 @@
 // Every action on an object in every state, for each command of the family: one line, one result, one call at most.
 #include "Public/activity.h"
 #include "tests/seam/activity.h"
-#include "tests/seam/commands.h"
 
 namespace {
 
@@ -42,9 +41,10 @@ const GridRow copyBackGrid[] = {
     {OWN, KT_STATE_INTERRUPTED, {IDLE, IDLE, IDLE, IDLE, IDLE}},
 };
 
+enum : bool { LD_BASED = false, ARRAY_BASED = true };
 struct Steered {
     const char* name;
-    CommandHandler handler;
+    bool arrays;       // of the array-based set
     const char* start; // the words without -a
     KT_U8 own[3];      // its activities
     KT_U8 other[2];    // and some that are not
@@ -63,7 +63,7 @@ const char ABORT_OK[] = "Abort successfully\n";
 #define E63 "(error 63: BGA is running)"
 
 const Member members[] = {
-    {{"init", doInit, "init -l 2", {8, 16, 64}, {1, 32}, 0, "KT_LD_BGAControl 2 "},
+    {{"init", LD_BASED, "init -l 2", {8, 16, 64}, {1, 32}, 0, "KT_LD_BGAControl 2 "},
      {"Start initialization successfully\n", RESUME_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start initialization on VD 2 " E63 ".\n", "\nUnable to restart initialization on VD 2 " E63 "\n",
       "\nUnable to pause initialization on VD 2 " E63 ".\n", "\nUnable to resume initialization on Ld 2 " E63 ".\n",
@@ -72,7 +72,7 @@ const Member members[] = {
       "\nVD 2 is not having any background activity.\n", "\nVD 2 is initializing.\n",
       "\nVD 2 initialization is in pause state, you can resume it only.\n",
       "\nVD 2 initialization was aborted and need to restart.\n"}},
-    {{"cc", doCC, "cc -l 2", {2, 4}, {8, 24}, 0, "KT_LD_BGAControl 2 "},
+    {{"cc", LD_BASED, "cc -l 2", {2, 4}, {8, 24}, 0, "KT_LD_BGAControl 2 "},
      {"Start consistency check\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start consistency check on VD 2 " E63 "\n", "\nUnable to resume consistency chec on VD 2 " E63 ".\n",
       "\nPause Consistency check on VD 2 failed " E63 ".\n", "\nUnable to resume consistency chec on VD 2 " E63 ".\n",
@@ -81,7 +81,7 @@ const Member members[] = {
       "\nVD 2 is not having any background activity.\n", "\nVD 2 is having consistency check.\n",
       "\nConsistency check on VD 2 is paused, resume it first.\n",
       "\nVD 2 consistency check is aborted and need to restart.\n"}},
-    {{"rebuild", doRebuild, "rebuild -l 2 -d 9", {1}, {2, 128}, 0, "KT_LD_BGAControl 2 "},
+    {{"rebuild", LD_BASED, "rebuild -l 2 -d 9", {1}, {2, 128}, 0, "KT_LD_BGAControl 2 "},
      {"Start rebuild successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to rebuild VD 2 " E63 ".\n", "\nRebuilding can not be resumed on VD 2 " E63 "\n",
       "\nUnable to pause VD 2 rebuilding " E63 "\n", "\nRebuilding can not be resumed on VD 2 " E63 "\n",
@@ -89,7 +89,7 @@ const Member members[] = {
      {"\nVirtual disk 2 is having background activity.\n", "\nVD 2 is not at rebuilding state.\n",
       "\nVD 2 is not doing any background operation.\n", "\nVD 2 is currently rebuilding.\n",
       "\nVD 2 rebuilding is currently paused\n", "\nRebuilding VD 2 is aborted and need to restart.\n"}},
-    {{"rebuildV2", doRebuildV2, "rebuild -l 2 -d 9", {1}, {32, 8}, 0, "KT_DG_BGAControl 2 "},
+    {{"rebuildV2", ARRAY_BASED, "rebuild -l 2 -d 9", {1}, {32, 8}, 0, "KT_DG_BGAControl 2 "},
      {"Start rebuild successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"Unable to rebuild array 2 " E63 ".\n", "\nRebuilding can not be resumed on array 2 " E63 "\n",
       "\nUnable to pause array 2 rebuilding " E63 "\n", "\nRebuilding can not be resumed on array 2 " E63 "\n",
@@ -97,7 +97,7 @@ const Member members[] = {
      {"\nArray 2 is having background activity.\n", "\nArray 2 is not at rebuilding state.\n",
       "\nArray 2 is not doing any background operation.\n", "\nArray 2 is currently rebuilding.\n",
       "\narray 2 rebuilding is currently paused\n", "\nRebuilding array 2 is aborted and need to restart.\n"}},
-    {{"mp", doMP, "mp -d 2", {1}, {2}, 0, "KT_PD_BGAControl 2 "},
+    {{"mp", LD_BASED, "mp -d 2", {1}, {2}, 0, "KT_PD_BGAControl 2 "},
      {"Start media patrol successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nFailed to start media patrol on PD 2 " E63 "\n", "\nFailed to restart media patrol on PD 2 " E63 "\n",
       "\nFailed to pause media patrol on PD 2 " E63 "\n", "\nFailed to resume media patrol on PD 2 " E63 "\n",
@@ -105,13 +105,13 @@ const Member members[] = {
      {"\nPD 2 is currently having background activity.\n", "\nPD 2 is not in media patrol state.\n",
       "\nPD 2 is currently does not have any background activity.\n", "\nMedai patrol is in progress on PD 2.\n",
       "\nMedia patrol on PD 2 is currently paused\n", "\nMedia patrol on PD 2 is aborted and need to restart.\n"}},
-    {{"copyback", doCopyBack, "copyback -l 2", {128}, {1, 32}, 0, "KT_DG_BGAControl 2 "},
+    {{"copyback", ARRAY_BASED, "copyback -l 2", {128}, {1, 32}, 0, "KT_DG_BGAControl 2 "},
      {nullptr, nullptr, PAUSE_OK, RESUME_OK, nullptr},
      {nullptr, nullptr, "\nUnable to pause copyback on array 2 " E63 "\n",
       "\nCopy back can not be resumed on array 2 " E63 "\n", nullptr},
      {nullptr, "\nArray 2 is not doing copy back.\n", "\nArray 2 is not doing any background operation.\n",
       "\nArray 2 is currently doing copy back.\n", "\narray 2 copy back is currently paused\n", nullptr}},
-    {{"migrate", doMigrate, "migrate -l 2 -d 1,2,3,9", {32}, {1, 64}, 1, "KT_LD_BGAControl 2 "},
+    {{"migrate", LD_BASED, "migrate -l 2 -d 1,2,3,9", {32}, {1, 64}, 1, "KT_LD_BGAControl 2 "},
      {"Start migration successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to start migration on VD 2 " E63 ".\n", "\nUnable to restart migration on VD 2 " E63 ".\n",
       "\nUnable to pause migration on VD 2 " E63 ".\n", "\nUnable to resume migration on VD 2 " E63 ".\n",
@@ -119,7 +119,7 @@ const Member members[] = {
      {"\nVD 2 is currently having background activity.\n", "\nVD 2 is not migrating (error 0: No error).\n",
       "\nVD 2 does not having any background activities.\n", "\nMigration on VD 2 is in progress.\n",
       "\nMigration on VD 2 is currently paused.\n", "\nMigration on VD 2 is aborted and need to restart.\n"}},
-    {{"migrateV2", doMigrateV2, "migrate -l 2 -d 1,2,3,9", {32}, {1, 128}, 1, "KT_DG_BGAControl 2 "},
+    {{"migrateV2", ARRAY_BASED, "migrate -l 2 -d 1,2,3,9", {32}, {1, 128}, 1, "KT_DG_BGAControl 2 "},
      {"Start migrate successfully\n", RESTART_OK, PAUSE_OK, RESUME_OK, ABORT_OK},
      {"\nUnable to migrate array 2 " E63 ".\n", "\nUnable to restart migration on array 2 " E63 ".\n",
       "\nUnable to pause migration on VD 2 " E63 ".\n", "\nUnable to resume migration on array 2 " E63 ".\n",
@@ -130,8 +130,9 @@ const Member members[] = {
 };
 
 // Puts every object into the state; each command looks at its own.
-void put(KT_U8 bga, KT_U8 state) {
+void put(const Member& member, KT_U8 bga, KT_U8 state) {
     layOut();
+    arrayBasedRaid = member.arrays;
     array().BgaType = vdStatus().Bga = seam.hdActivities[0].Bga = bga;
     array().BgaState = vdStatus().BgaState = seam.hdActivities[0].BgaState = state;
 }
@@ -141,8 +142,8 @@ void check(const Member& member, const GridRow& row, KT_U8 bga, int action) {
     const std::string line = std::string(member.start) + " -a " + words[action];
     SCOPED_TRACE(line + " in " + std::to_string(bga) + "/" + std::to_string(row.state));
     Act act = row.acts[action];
-    put(bga, row.state);
-    Outcome outcome = run(member.handler, line);
+    put(member, bga, row.state);
+    Outcome outcome = run(line);
     if (act >= BUSY) {
         EXPECT_EQ(outcome.printed, member.refused[act - BUSY]);
         EXPECT_EQ(outcome.result, member.refusal);
@@ -156,16 +157,16 @@ void check(const Member& member, const GridRow& row, KT_U8 bga, int action) {
         EXPECT_EQ(changes()[0], member.control + std::to_string(act));
     }
     const std::string called = changes()[0].substr(0, changes()[0].find(' '));
-    put(bga, row.state);
+    put(member, bga, row.state);
     seam.statuses[called] = KT_ERR_BGA_RUNNING;
-    expect(run(member.handler, line), member.failed[act], KT_ERR_BGA_RUNNING);
+    expect(line, member.failed[act], KT_ERR_BGA_RUNNING);
 }
 
 class Steering : public ::testing::TestWithParam<Member> {};
 
 TEST_P(Steering, EveryActionInEveryState) {
     const Member& member = GetParam();
-    const bool startable = member.handler != doCopyBack;
+    const bool startable = member.done[0] != nullptr;
     auto walk = [&](const auto& grid) {
         for (const GridRow& row : grid) {
             for (int which = 0; which < 3; ++which) {

@@ -1,7 +1,5 @@
-#include <gtest/gtest.h>
 #include <utility>
 
-#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 
 namespace {
@@ -29,97 +27,62 @@ TEST_F(Aes, TakesSecretsOfThirtyTwoCharactersQuotedOrNot) {
             std::string content(length, 'x');
             std::string typed = quoted ? '"' + content + '"' : content;
             bool fits = length <= 32;
-            expect(run(doAESOp, "aesop -o verifykey -e 1 -k k -p " + typed),
+            expect(run("aesop -o verifykey -e 1 -k k -p " + typed),
                    fits ? "\nVerify key on entry 1 returned successfully.\n" : tooLong, fits ? 0 : 1);
             EXPECT_EQ(fits ? entryRecord(1, 32, "k", content) : "", std::exchange(seam.sent["entry"], ""));
-            expect(run(doAESOp, "aesop -o changepwd -e 1 -p p -w " + typed),
+            expect(run("aesop -o changepwd -e 1 -p p -w " + typed),
                    fits ? "\nAES change password of entry 1 is returned successfully.\n" : tooLong, fits ? 0 : 1);
             EXPECT_EQ(fits ? entryRecord(1, 0, content, "p") : "", std::exchange(seam.sent["entry"], ""));
-            expect(run(doAESEntry, "aesentry -o setcfg -i 1 -p p -k " + typed), fits ? "" : keyTooLong, fits ? 0 : 1);
+            expect(run("aesentry -o setcfg -i 1 -p p -k " + typed), fits ? "" : keyTooLong, fits ? 0 : 1);
             EXPECT_EQ(fits ? entryRecord(1, static_cast<char>(length), content, "p") : "",
                       std::exchange(seam.sent["entry"], ""));
         }
     }
-    EXPECT_EQ("-k : key can not be NULL\n", run(doAESOp, "aesop -o verifykey -e 1 -p p -k \"\"").printed);
-    EXPECT_EQ(0, run(doAESOp, "aesop -o verifykey -e 1 -p \"\" -k k").result);
-}
-
-TEST_F(Aes, RefusesOptionsBeforeAnyCall) {
-    expectRefused({
-        {doAESOp, "aesop -o CHANGEPWD",
-         "aesop: option -e is required\naesop: option -p is required\n"
-         "aesop: option -w is required\n"},
-        {doAESOp, "aesop -o verifykey -p x -e 1 -w y", "aesop: option -k is required\n"},
-        {doAESOp, "aesop -o set", "-o : invalid object 'set'\n"},
-        {doAESOp, "aesop -e 256", "-i : invalid entry id '256'\n"},
-        {doAESOp, "aesop -i 1x", "-i : invalid port id '1x'\n"},
-        {doAESEntry, "aesentry -o get", "-o : invalid object 'get'\n"},
-        {doAESEntry, "aesentry -o getcfg -i 300", "-i : invalid id '300'\n"},
-        {doAESEntry, "aesentry -o getcfg", "aesentry: option -i is required\naesentry: option -p is required\n"},
-        {doAESEntry, "aesentry -o setcfg -k key -i 1", "\nAES entry id and password must be set.\n"},
-        {doAESEntry, "aesentry -o setcfg -p p -i 1", "aesentry: option -k is required\n"},
-        {doAESPort, "aesport -o on", "-o : invalid object 'on'\n"},
-        {doAESPort, "aesport -i 65536", "-i : invalid port id '65536'\n"},
-        {doAESPort, "aesport -e x", "-e : invalid entry id 'x'\n"},
-        {doAESPort, "aesport -o set", "aesport: option -i is required\n"},
-        {doAESPort, "aesport -o set -i 1", "\n --aeson or --aesoff is required for set AES configuration.\n"},
-        {doAESPort, "aesport -o set -i 1 --aeson --aeson", "Duplicated option specified.\n"},
-        {doAESPort, "aesport -o mount -i 1 -e 2", "\n  port id ,entry id, password and mount AES must be set.\n"},
-        {doAESPort, "aesport -o dismount", "aesport: option -i is required\n"},
-        {doForceOnline, "forceonline -i 65536", "-i : invalid id '65536'\n"},
-        {doForceOnline, "forceonline -i 1 -p 55 -p 10", "Duplicated option specified.\n"},
-        {doForceOnline, "forceonline -i 3 -p abc", "-p : invalid percentage 'abc'\n"},
-        {doForceOnline, "forceonline -i 3 -p 266",
-         "-p : invalid percentage '266', available percentage include 10 20 30 40 50 60 70 80 90 100\n"},
-        {doForceOnline, "forceonline -i 3 -p 0",
-         "-p : invalid percentage '0', available percentage include 10 20 30 40 50 60 70 80 90 100\n"},
-    });
+    expect("aesop -o verifykey -e 1 -p p -k \"\"", "-k : key can not be NULL\n", 1);
+    EXPECT_EQ(0, run("aesop -o verifykey -e 1 -p \"\" -k k").result);
 }
 
 TEST_F(Aes, HandsOverRecordsAndPassesStatusesOn) {
     struct Case {
-        CommandHandler handler;
-        const char* line;
-        const char* call;
+        const char *line, *call;
         std::string recorded, entry, port;
         std::string good, bad;
         int badResult;
     };
     const Case cases[] = {
-        {doAESOp, "aesop -o changePwd -e 7 -p new -w old", "KT_AES_ChangePwd", padded("new"),
-         entryRecord(7, 0, "old", "new"), "", "\nAES change password of entry 7 is returned successfully.\n",
+        {"aesop -o changePwd -e 7 -p new -w old", "KT_AES_ChangePwd", padded("new"), entryRecord(7, 0, "old", "new"),
+         "", "\nAES change password of entry 7 is returned successfully.\n",
          "\nAES change password of entry 7 failed (error 248: password mismatch).\n", 248},
-        {doAESOp, "aesop -o verifyKey -e 7 -p pw -k key", "KT_AES_VerifyKey", padded("pw"),
-         entryRecord(7, 32, "key", "pw"), "", "\nVerify key on entry 7 returned successfully.\n",
+        {"aesop -o verifyKey -e 7 -p pw -k key", "KT_AES_VerifyKey", padded("pw"), entryRecord(7, 32, "key", "pw"), "",
+         "\nVerify key on entry 7 returned successfully.\n",
          "\nVerify key on entry 7 failed(error 248: password mismatch)\n", 1},
-        {doAESEntry, "aesentry -o getcfg -i 2 -p pw", "KT_AES_GetEntryConfig", padded("pw"),
-         entryRecord(2, 0, "", "pw"), "", "Entry ID:                2\nAES key length:          32\n",
+        {"aesentry -o getcfg -i 2 -p pw", "KT_AES_GetEntryConfig", padded("pw"), entryRecord(2, 0, "", "pw"), "",
+         "Entry ID:                2\nAES key length:          32\n",
          "\nGet configure of AES entry 2 failed (error 248: password mismatch).\n", 248},
-        {doAESEntry, "aesentry -o setcfg -i 2 -p pw -k key", "KT_AES_SetEntryConfig", padded("pw"),
-         entryRecord(2, 3, "key", "pw"), "", "",
-         "\nFailed to set configuration of entry 2 (error 248: password mismatch)\n", 248},
-        {doAESPort, "aesport -o set -i 3 --aesoff --aeson", "KT_AES_SetPortConfig", "", "",
-         std::string("\3\1\0\0\0\0\0\0", 8), "\nSet configure of AES port 3 is returned successfully.\n",
+        {"aesentry -o setcfg -i 2 -p pw -k key", "KT_AES_SetEntryConfig", padded("pw"), entryRecord(2, 3, "key", "pw"),
+         "", "", "\nFailed to set configuration of entry 2 (error 248: password mismatch)\n", 248},
+        {"aesport -o set -i 3 --aesoff --aeson", "KT_AES_SetPortConfig", "", "", std::string("\3\1\0\0\0\0\0\0", 8),
+         "\nSet configure of AES port 3 is returned successfully.\n",
          "\nSet configure of AES port 3 failed (error 248: password mismatch).\n", 248},
-        {doAESPort, "aesport -o mount -i 3 -e 2 -p pw", "KT_AES_SetLink", "", entryRecord(2, 0, "", "pw"),
+        {"aesport -o mount -i 3 -e 2 -p pw", "KT_AES_SetLink", "", entryRecord(2, 0, "", "pw"),
          std::string("\3\2\0\0\0\0\0\0", 8), "\nLink aes port 3 to entry 2 is returned successfully.\n",
          "\nFailed to link aes port 3 to entry 2 (error 248: password mismatch)\n", 248},
-        {doAESPort, "aesport -o dismount -i 3", "KT_AES_ClearLink", "3", "", "",
+        {"aesport -o dismount -i 3", "KT_AES_ClearLink", "3", "", "",
          "\nClear AES link of port 3 is returned successfully.\n",
          "\nClear AES link of port 3 failed (error 248: password mismatch).\n", 248},
-        {doForceOnline, "forceonline -i 300 -p 90", "KT_AES_ForcePDOnline", "300 90", entryRecord(0, 32, "", ""), "",
+        {"forceonline -i 300 -p 90", "KT_AES_ForcePDOnline", "300 90", entryRecord(0, 32, "", ""), "",
          "\nForce online PD 300 is returned successfully.\n",
          "\nForce online PD 300 failed (error 248: password mismatch).\n", 248},
     };
     for (const Case& row : cases) {
         seam.sent.clear();
         seam.statuses.clear();
-        expect(run(row.handler, row.line), row.good);
+        expect(row.line, row.good);
         EXPECT_EQ(row.call + (row.recorded.empty() ? "" : " " + row.recorded), seam.calls.back()) << row.line;
         EXPECT_EQ(row.entry, seam.sent["entry"]) << row.line;
         EXPECT_EQ(row.port, seam.sent["port"]) << row.line;
         seam.statuses[row.call] = 248;
-        expect(run(row.handler, row.line), row.bad, row.badResult);
+        expect(row.line, row.bad, row.badResult);
     }
 }
 
@@ -130,17 +93,17 @@ TEST_F(Aes, LeavesNoSecretInTheWords) {
         "aesop -p secret -p secret secret",
     };
     for (const char* line : lines) {
-        Outcome outcome = run(doAESOp, line);
+        Outcome outcome = run(line);
         EXPECT_EQ(std::string::npos, outcome.words.find("secret")) << line;
         EXPECT_EQ(std::string::npos, outcome.printed.find("secret")) << line;
     }
     for (const char* line : {"aesport --p=secret", "aesport --pasword=secret", "aesport --aeson=secret"}) {
         testing::internal::CaptureStderr();
-        EXPECT_EQ(1, run(doAESPort, line).result) << line;
+        EXPECT_EQ(1, run(line).result) << line;
         EXPECT_EQ("aesport: unknown option, or an option without its value\n", testing::internal::GetCapturedStderr());
     }
-    Outcome port = run(doAESPort, "aesport -o mount -i 1 -e 1 -p secret");
-    Outcome entry = run(doAESEntry, "aesentry -o getcfg -i 1 -p secret");
+    Outcome port = run("aesport -o mount -i 1 -e 1 -p secret");
+    Outcome entry = run("aesentry -o getcfg -i 1 -p secret");
     EXPECT_EQ(std::string::npos, (port.words + entry.words).find("secret"));
 }
 
@@ -150,37 +113,34 @@ TEST_F(Aes, ListsEntriesWithTheirPortsAndPortsWithTheirEntry) {
     seam.aesOverview.aes_port[0] = {0, 1};
     seam.aesOverview.aes_port[1] = {1, 255};
     seam.aesOverview.aes_port[2] = {2, 1};
-    EXPECT_EQ("Entry ID:                0\nHas Key:                 No\n"
-              "Entry ID:                1\nHas Key:                 Yes\n"
-              "Port ID:                 0\nPort ID:                 2\n"
-              "Entry ID:                2\nHas Key:                 No\n"
-              "Entry ID:                5\nHas Key:                 Yes\n",
-              run(doAESEntry, "aesentry -o GETINFO").printed);
+    expect("aesentry -o GETINFO", "Entry ID:                0\nHas Key:                 No\n"
+                                  "Entry ID:                1\nHas Key:                 Yes\n"
+                                  "Port ID:                 0\nPort ID:                 2\n"
+                                  "Entry ID:                2\nHas Key:                 No\n"
+                                  "Entry ID:                5\nHas Key:                 Yes\n");
     gAdapterInfo[0].MaxAESEntry = 0;
     seam.aesOverview.aes_port[3] = {3, 7};
-    EXPECT_EQ("Entry ID:                1\nHas Key:                 Yes\n"
-              "Port ID:                 0\nPort ID:                 2\n"
-              "Entry ID:                5\nHas Key:                 Yes\n"
-              "Entry ID:                7\nHas Key:                 No\nPort ID:                 3\n",
-              run(doAESEntry, "aesentry -o getinfo").printed);
+    expect("aesentry -o getinfo",
+           "Entry ID:                1\nHas Key:                 Yes\n"
+           "Port ID:                 0\nPort ID:                 2\n"
+           "Entry ID:                5\nHas Key:                 Yes\n"
+           "Entry ID:                7\nHas Key:                 No\nPort ID:                 3\n");
     seam.aesOverview.aes_port[3] = {255, 255};
     gAdapterInfo[0].MaxAESEntry = 3;
-    EXPECT_EQ("Port ID:                 0\nmount status:            mounted\n"
-              "entry id:                1\nAES enable:              Disabled\n"
-              "Port ID:                 1\nmount status:            dismounted\nAES enable:              Enabled\n"
-              "Port ID:                 2\nmount status:            mounted\n"
-              "entry id:                1\nAES enable:              Disabled\n",
-              run(doAESPort, "aesport -o getcfg").printed);
+    expect("aesport -o getcfg",
+           "Port ID:                 0\nmount status:            mounted\n"
+           "entry id:                1\nAES enable:              Disabled\n"
+           "Port ID:                 1\nmount status:            dismounted\nAES enable:              Enabled\n"
+           "Port ID:                 2\nmount status:            mounted\n"
+           "entry id:                1\nAES enable:              Disabled\n");
     seam.statuses["KT_AES_OnlyGetEntryInfo"] = 241;
-    EXPECT_EQ("\nGet configure of AES entry 1 failed (error 241: entry out of range).\n",
-              run(doAESPort, "aesport -o dismount -i 0").printed);
-    EXPECT_EQ("\nGet configure of AES entry 0 failed (error 241: entry out of range).\n",
-              run(doAESEntry, "aesentry -o getinfo").printed);
+    expect("aesport -o dismount -i 0", "\nGet configure of AES entry 1 failed (error 241: entry out of range).\n", 241);
+    expect("aesentry -o getinfo", "\nGet configure of AES entry 0 failed (error 241: entry out of range).\n", 241);
     seam.statuses["KT_AES_OnlyGetPortInfo"] = 242;
-    EXPECT_EQ(242, run(doAESPort, "aesport -o set -i 3 --aeson").result);
+    EXPECT_EQ(242, run("aesport -o set -i 3 --aeson").result);
     EXPECT_EQ("KT_AES_OnlyGetPortInfo 3", seam.calls.back());
     seam.aesOverview = {{{255, 255}, {255, 255}, {255, 255}, {255, 255}}, {}, {}};
     gAdapterInfo[0].MaxAESEntry = 0;
-    EXPECT_EQ("\nNo entry is found\n", run(doAESEntry, "aesentry -o getinfo").printed);
-    EXPECT_EQ("\nNo port is found\n", run(doAESPort, "aesport -o getcfg").printed);
+    expect("aesentry -o getinfo", "\nNo entry is found\n");
+    expect("aesport -o getcfg", "\nNo port is found\n");
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstring>
-#include <gtest/gtest.h>
 
 #include "tests/seam/seam.h"
 #include "tests/support/scratch.h"
@@ -60,10 +59,10 @@ struct Cfg : SeamTest {
         seam.disks = {
             {100, 0, KT_PD_MEMBER, {}}, {107, 0xFFFF, KT_PD_GLOBAL_SPARE, {}}, {108, 3, KT_PD_DEDICATED_SPARE, {}}};
     }
-    Outcome runOn(CommandHandler handler, const std::string& line) {
+    Outcome runOn(const std::string& line) {
         std::string bytes = bytesOf(page);
         seam.flash.assign(bytes.begin(), bytes.end());
-        return run(handler, line);
+        return run(line);
     }
     // What the last run put behind it.
     static _HBA_Info_Page written() {

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include "Functions/restore_cfg/assignment.h"
-#include "Functions/restore_cfg/restore_cfg.h"
 #include "Public/utility.h"
 #include "tests/seam/cfg.h"
 
@@ -21,7 +20,7 @@ TEST_F(Cfg, AutosetAssignsAndAdvances) {
     write("setcfg.txt", assignment);
     fs::permissions("c.txt", fs::perms::owner_read);
     fs::create_symlink("setcfg.txt", "link");
-    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    Outcome outcome = runOn("restore_cfg -f c.txt --autoset");
     EXPECT_EQ("To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"
               "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n",
               outcome.printed);
@@ -44,7 +43,7 @@ TEST_F(Cfg, AutosetAssignsAndAdvances) {
     EXPECT_EQ(advanced, fileText("setcfg.txt"));
     EXPECT_EQ(3, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
     // The next adapter goes on from there.
-    EXPECT_EQ(1, runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").result);
+    EXPECT_EQ(1, runOn("restore_cfg -f c.txt --autoset").result);
     EXPECT_EQ("TARN0000010000000010", serialOf(written()));
     EXPECT_NE(std::string::npos, fileText("setcfg.txt").find("[SERIALNUMBER_CURRENT]=TARN0000010000000011\n"));
 }
@@ -67,7 +66,7 @@ TEST_F(Cfg, WhatTheRangesNoLongerReachStaysTheAdaptersOwn) {
     write("setcfg.txt", used);
     memcpy(page.Serial_Num, "OWN0000007", 10);
     memset(page.SAS_Address, 0xAB, sizeof page.SAS_Address);
-    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    Outcome outcome = runOn("restore_cfg -f c.txt --autoset");
     EXPECT_NE(std::string::npos, outcome.printed.find("Restore_Warning: No available count for SAS Address!"));
     EXPECT_NE(std::string::npos, outcome.printed.find("Restore_Warning: No available count for Serial Number!"));
     EXPECT_EQ(serialOf(page), serialOf(written()));
@@ -102,7 +101,7 @@ TEST_F(Cfg, NothingIsFlashedWhenAFileCannotBeRewritten) {
         write("c.txt", file);
         write("setcfg.txt", numbers);
         FileLimit limit(1000);
-        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + printed, 1);
+        expect(runOn("restore_cfg -f c.txt --autoset"), opening + printed, 1);
         EXPECT_EQ(READ, seam.calls.back());
         EXPECT_EQ(file, fileText("c.txt"));
         EXPECT_EQ(numbers, fileText("setcfg.txt"));
@@ -117,24 +116,24 @@ TEST_F(Cfg, AutosetStartsAtTheStartAndStopsAtTheEnd) {
                               "[SERIALNUMBER_END]=ABCDEFGHIJ0000000100\n";
     gAdapterInfo[0].DevID = 0x4734;
     write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=\n");
-    runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    runOn("restore_cfg -f c.txt --autoset");
     EXPECT_EQ(range + "[SAS_ADDRESS_CURRENT]=00000000:00000007\n[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n",
               fileText("setcfg4.txt"));
     EXPECT_EQ(5, written().SAS_Address[0][7]);
     write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=00000000:00000007");
-    runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    runOn("restore_cfg -f c.txt --autoset");
     EXPECT_EQ(8, written().SAS_Address[1][7]);
     // One address is left for two ports: none is given, the adapter keeps its own; the serial number still is.
     page.SAS_Address[0][7] = 77;
     const std::string end = "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n[SAS_ADDRESS_CURRENT]=00000000:00000008";
     write("setcfg4.txt", range + end);
-    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    Outcome outcome = runOn("restore_cfg -f c.txt --autoset");
     EXPECT_NE(std::string::npos,
               outcome.printed.find("Restore_Warning: No available count for SAS Address!(setcfg.txt)\n"));
     EXPECT_EQ(77, written().SAS_Address[0][7]);
     EXPECT_EQ(range + "[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000101\n[SAS_ADDRESS_CURRENT]=00000000:00000008",
               fileText("setcfg4.txt"));
-    outcome = runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset");
+    outcome = runOn("restore_cfg -f c.txt --autoset");
     EXPECT_NE(std::string::npos,
               outcome.printed.find("Restore_Warning: No available count for Serial Number!(setcfg.txt)\n"));
 }
@@ -168,24 +167,23 @@ TEST_F(Cfg, AutosetRefusesItsFile) {
     };
     write("c.txt", configuration(""));
     const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n";
-    EXPECT_EQ(opening + "Error:Failed open setcfg.txt \n",
-              runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").printed);
+    EXPECT_EQ(opening + "Error:Failed open setcfg.txt \n", runOn("restore_cfg -f c.txt --autoset").printed);
     for (const auto& [from, to, printed] : cases) {
         std::string text = assignment;
         text.replace(text.find(from), strlen(from), to);
         write("setcfg.txt", text);
-        expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"), opening + printed, 1);
+        expect(runOn("restore_cfg -f c.txt --autoset"), opening + printed, 1);
         EXPECT_EQ(READ, seam.calls.back());
         EXPECT_EQ(text, fileText("setcfg.txt"));
     }
     write("setcfg.txt", assignment);
     write("c.txt", "[PORT CONFIG][END][RAID CONFIG][END]");
     EXPECT_EQ(opening + "KTCLI_RAID_CONFIG End\nError:Didn't find the Serial number.\n",
-              runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").printed);
+              runOn("restore_cfg -f c.txt --autoset").printed);
     // The adapter keeps what it has, and the next one gets the same, when the flash refuses.
     write("c.txt", configuration(""));
     seam.statuses = {{WRITE, 5}};
-    EXPECT_EQ(5, runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset").result);
+    EXPECT_EQ(5, runOn("restore_cfg -f c.txt --autoset").result);
     EXPECT_EQ(assignment, fileText("setcfg.txt"));
     EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
     // The flash has its page, and the file cannot follow.
@@ -194,7 +192,7 @@ TEST_F(Cfg, AutosetRefusesItsFile) {
         fs::remove("setcfg.txt");
         fs::create_directories("setcfg.txt/full");
     };
-    expect(runOn(doRestore_CFG, "restore_cfg -f c.txt --autoset"),
+    expect(runOn("restore_cfg -f c.txt --autoset"),
            opening + "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n"
                      "Error:Failed open setcfg.txt \n",
            1);

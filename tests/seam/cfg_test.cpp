@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Functions/backup_cfg/backup_cfg.h"
 #include "Functions/restore_cfg/raidRestore.h"
-#include "Functions/restore_cfg/restore_cfg.h"
 #include "Public/utility.h"
 #include "tests/seam/cfg.h"
 
@@ -16,7 +14,7 @@ const char raidLines[] = "[VD ID]=0\n[RAID NAME]=first\n[RAID MODE]=RAID1\n[CAPA
 
 TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
     addRaid();
-    expect(runOn(doBackUp_CFG, "backup_cfg"), "Backup_cfg command is returned successfully!\n");
+    expect(runOn("backup_cfg"), "Backup_cfg command is returned successfully!\n");
     EXPECT_EQ((Calls{READ, "KT_PD_GetHDRaidStatus", "KT_LD_GetInfo", "KT_BLK_GetInfo 0", "KT_BLK_GetInfo 1",
                      "KT_BLK_GetInfo 2", "KT_BLK_GetInfo 3"}),
               seam.calls);
@@ -24,13 +22,13 @@ TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
     EXPECT_NE(std::string::npos, text.find("[PD MEMBER]=100,101,102\n"));
     EXPECT_NE(std::string::npos, text.find("[PD MEMBER]=103,5\n")); // behind a missing member blocks stay blocks
     EXPECT_NE(std::string::npos, text.find("[SPARE ID]=1\n[PHYSICAL DISK ID]=108\n[VIRTUAL DISK ID]=3\n[END]\n"));
-    expect(runOn(doBackUp_CFG, "backup_cfg"), "There is the same file 'hba0_cfg.txt', please rename this file!!\n", 1);
+    expect(runOn("backup_cfg"), "There is the same file 'hba0_cfg.txt', please rename this file!!\n", 1);
     EXPECT_EQ(text, fileText("hba0_cfg.txt"));
     // A block that cannot be asked for keeps its id, and so does one that is not there.
     seam.statuses["KT_BLK_GetInfo 1"] = 12;
     seam.blocks.erase(seam.blocks.begin() + 2);
     const std::string longest = "with blank " + std::string(244, 'x');
-    runOn(doBackUp_CFG, "backup_cfg -f \"" + longest + "\"");
+    runOn("backup_cfg -f \"" + longest + "\"");
     EXPECT_NE(std::string::npos, fileText(longest).find("[PD MEMBER]=100,1,2\n"));
     EXPECT_EQ(2, std::distance(fs::directory_iterator("."), fs::directory_iterator()));
 }
@@ -39,11 +37,11 @@ TEST_F(Cfg, BackUpSavesAllOrNothing) {
     for (KT_U16 id = 0; id < 255; ++id) {
         seam.disks.push_back({id, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}});
     }
-    EXPECT_EQ(0, runOn(doBackUp_CFG, "backup_cfg -f most.txt").result);
+    EXPECT_EQ(0, runOn("backup_cfg -f most.txt").result);
     EXPECT_NE(std::string::npos, fileText("most.txt").find("[SPARE ID]=254\n[PHYSICAL DISK ID]=254\n"));
     seam.disks.push_back({255, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}});
     testing::internal::CaptureStderr();
-    expect(runOn(doBackUp_CFG, "backup_cfg -f more.txt"), "", 4);
+    expect(runOn("backup_cfg -f more.txt"), "", 4);
     EXPECT_EQ("The adapter has more than 255 spare disks, which a configuration text cannot hold.\n",
               testing::internal::GetCapturedStderr());
     EXPECT_FALSE(fs::exists("more.txt"));
@@ -51,46 +49,33 @@ TEST_F(Cfg, BackUpSavesAllOrNothing) {
 
 TEST_F(Cfg, BackUpWithoutRaidOrSignature) {
     page.RAID_Feature = 0;
-    EXPECT_EQ(0, runOn(doBackUp_CFG, "backup_cfg -f a.txt").result);
+    EXPECT_EQ(0, runOn("backup_cfg -f a.txt").result);
     EXPECT_EQ(Calls{READ}, seam.calls);
     std::string text = fileText("a.txt");
     EXPECT_EQ("[RAID CONFIG]\n[BEGIN]\n[END]\n", text.substr(text.find("[RAID CONFIG]")));
-    EXPECT_EQ(0, runOn(doBackUp_CFG, "backup_cfg -t PHY -f phy.txt").result);
+    EXPECT_EQ(0, runOn("backup_cfg -t PHY -f phy.txt").result);
     EXPECT_EQ(std::string::npos, fileText("phy.txt").find("RAID"));
     page.Signature[0] = 0;
-    expect(runOn(doBackUp_CFG, "backup_cfg -f b.txt"), "\nInvalid  HBA Info page!", 1);
+    expect(runOn("backup_cfg -f b.txt"), "\nInvalid  HBA Info page!", 1);
     EXPECT_EQ(0U, fs::file_size("b.txt"));
 }
 
-TEST_F(Cfg, RefusesOptions) {
-    opterr = 0;
-    expectRefused({
-        {doBackUp_CFG, "backup_cfg -t raid", "-p : invalid type setting 'raid'\n"},
-        {doBackUp_CFG, "backup_cfg -f a -f b", "Duplicated option specified.\n"},
-        {doBackUp_CFG, "backup_cfg -t phy -t phy", "Duplicated option specified.\n"},
-        {doBackUp_CFG, "backup_cfg -i 1", ""},
-        {doRestore_CFG, "restore_cfg -t raid", "-p : invalid type setting 'raid'\n"},
-        {doRestore_CFG, "restore_cfg --autoset -a x", "Duplicated option specified.\n"},
-        {doRestore_CFG, "restore_cfg -r x --raid", "Duplicated option specified.\n"},
-        {doRestore_CFG, "restore_cfg -f a -f b", "Duplicated option specified.\n"},
-        {doRestore_CFG, "restore_cfg -i 1", ""},
-    });
+TEST_F(Cfg, NamesTheFileThatItLacks) {
     gAdapterInfo[0].DevID = 0x1234;
-    EXPECT_EQ("Error: Unknown DeviceID:1234 !\n", runOn(doRestore_CFG, "restore_cfg").printed);
+    EXPECT_EQ("Error: Unknown DeviceID:1234 !\n", runOn("restore_cfg").printed);
     EXPECT_EQ(Calls{}, seam.calls);
-    EXPECT_EQ("Error: Failed open no/such !\n", runOn(doBackUp_CFG, "backup_cfg -f no/such").printed);
+    EXPECT_EQ("Error: Failed open no/such !\n", runOn("backup_cfg -f no/such").printed);
     for (int id : {0x4740, 0x4745, 0x4730, 0x4732, 0x4734, 0x4735}) {
         gAdapterInfo[0].DevID = static_cast<KT_U16>(id);
         EXPECT_EQ(id >= 0x4740 ? "Error: Failed open 4740.txt !\n" : "Error: Failed open 4730.txt !\n",
-                  runOn(doRestore_CFG, "restore_cfg").printed);
+                  runOn("restore_cfg").printed);
     }
 }
 
 TEST_F(Cfg, RestoreWritesThePageAfterACleanParse) {
     write("4740.txt", configuration(raidLines));
     addRaid();
-    expect(runOn(doRestore_CFG, "restore_cfg"),
-           "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n", 1);
+    expect(runOn("restore_cfg"), "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n", 1);
     EXPECT_EQ((Calls{READ, WRITE}), seam.calls);
     EXPECT_EQ(1U, written().HBA_Flag);
     EXPECT_EQ(0x5A, written().BGA_Rate);
@@ -99,7 +84,7 @@ TEST_F(Cfg, RestoreWritesThePageAfterACleanParse) {
     EXPECT_EQ(0, GetHBAInfoChksum_Flash(&sums));
     seam.calls.clear();
     write("bad.txt", configuration("[VD ID]=x\n"));
-    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f bad.txt --raid");
+    Outcome outcome = runOn("restore_cfg -f bad.txt --raid");
     EXPECT_EQ("Restore_Error: vd id isn't a digit!\nRestore_Error: \nAnalysis config file error!\n", outcome.printed);
     EXPECT_EQ(Calls{READ}, seam.calls);
 }
@@ -111,17 +96,17 @@ TEST_F(Cfg, RestoreReadsFilesUpToTheirLimit) {
     write("big.txt", text + "#");
     text.resize(65535);
     write("odd.txt", text);
-    EXPECT_EQ("Size of the file big.txt is too big (65535).\n", runOn(doRestore_CFG, "restore_cfg -f big.txt").printed);
+    EXPECT_EQ("Size of the file big.txt is too big (65535).\n", runOn("restore_cfg -f big.txt").printed);
     for (const char* line : {"restore_cfg -f full.txt", "restore_cfg -f odd.txt"})
-        EXPECT_NE(std::string::npos, runOn(doRestore_CFG, line).printed.find("successfully")) << line;
-    EXPECT_EQ("Error: Failed open . !\n", runOn(doRestore_CFG, "restore_cfg -f .").printed);
+        EXPECT_NE(std::string::npos, runOn(line).printed.find("successfully")) << line;
+    EXPECT_EQ("Error: Failed open . !\n", runOn("restore_cfg -f .").printed);
 }
 
 TEST_F(Cfg, RestoreReplacesTheRaidInOrder) {
     write("raid.txt", configuration(raidLines));
     addRaid();
     testing::internal::CaptureStderr();
-    Outcome outcome = runOn(doRestore_CFG, "restore_cfg -f raid.txt --raid");
+    Outcome outcome = runOn("restore_cfg -f raid.txt --raid");
     EXPECT_EQ("Deleting virtual disk 0 '' (RAID5).\nDeleting virtual disk 4 '' (RAID5).\n"
               "Releasing spare disk 107.\nReleasing spare disk 108.\n"
               "Creating virtual disk 'first' (RAID1, 20000 M) on disks 5, 6.\n"
@@ -154,7 +139,7 @@ TEST_F(Cfg, RestoreReplacesTheRaidInOrder) {
 TEST_F(Cfg, ACapacityOfNothingIsAllTheSpaceThereIs) {
     write("all.txt", configuration("[VD ID]=0\n[RAID MODE]=RAID0\n[CAPACITY (M)]=0\n[PD MEMBER]=7\n"));
     testing::internal::CaptureStderr();
-    EXPECT_EQ(1, runOn(doRestore_CFG, "restore_cfg -f all.txt --raid").result);
+    EXPECT_EQ(1, runOn("restore_cfg -f all.txt --raid").result);
     EXPECT_EQ("Creating virtual disk '' (RAID0, all available space) on disks 7.\n",
               testing::internal::GetCapturedStderr());
     _Create_LD_Param created = {};
@@ -207,15 +192,14 @@ TEST_F(Cfg, EveryFailureEndsTheRestore) {
         std::string opening = std::string_view(call) == READ ? "" : "KTCLI_RAID_CONFIG End\n";
         if (opening != "" && std::string_view(call) != WRITE)
             opening += "Restore HBA and Port config is returned successfully!\n\n";
-        expect(runOn(doRestore_CFG, "restore_cfg -f raid.txt --raid"), opening + printed, 9);
+        expect(runOn("restore_cfg -f raid.txt --raid"), opening + printed, 9);
         EXPECT_EQ(call, seam.calls.back());
     }
     testing::internal::GetCapturedStderr();
     seam.statuses = {{"KT_Flash_Bin", 1}};
-    EXPECT_EQ("\nFailed to read HBA configuration from flash! (error 1: Failed).\n",
-              runOn(doBackUp_CFG, "backup_cfg").printed);
+    EXPECT_EQ("\nFailed to read HBA configuration from flash! (error 1: Failed).\n", runOn("backup_cfg").printed);
     seam.statuses = {{"KT_LD_GetInfo", 1}};
-    EXPECT_EQ(1, runOn(doBackUp_CFG, "backup_cfg").result);
+    EXPECT_EQ(1, runOn("backup_cfg").result);
     EXPECT_FALSE(fs::exists("hba0_cfg.txt"));
 }
 
@@ -244,15 +228,15 @@ TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
     };
     for (const auto& [words, printed, result] : cases) {
         seam.calls.clear();
-        expect(runOn(doRestore_CFG, std::string("restore_cfg --raid ") + words), printed, result);
+        expect(runOn(std::string("restore_cfg --raid ") + words), printed, result);
         EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << words;
     }
-    runOn(doRestore_CFG, "restore_cfg -t phy -f full.txt");
+    runOn("restore_cfg -t phy -f full.txt");
     EXPECT_EQ(1U, written().HBA_Flag);
     page.RAID_Feature = 0;
     write("raid.txt", configuration(raidLines));
     seam.calls.clear();
-    runOn(doRestore_CFG, "restore_cfg -f raid.txt --raid");
+    runOn("restore_cfg -f raid.txt --raid");
     EXPECT_EQ(WRITE, seam.calls.back());
     // With nothing to do on either side nothing is said.
     seam = {};
@@ -260,5 +244,5 @@ TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
     page.RAID_Feature = 2;
     write("none.txt", configuration(""));
     EXPECT_EQ("KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n",
-              runOn(doRestore_CFG, "restore_cfg -f none.txt --raid").printed);
+              runOn("restore_cfg -f none.txt --raid").printed);
 }

@@ -1,116 +1,146 @@
-// create on disks, the question both create commands ask, and maxcreatesize: what is refused before anything is sent,
-// the records, the calls' order, and what follows from each status.
-#include "tests/seam/commands.h"
-#include "tests/seam/creation.h"
+// create, the question both of its forms ask, and maxcreatesize: the records, the calls' order, and what follows from
+// each status.
+#include "tests/seam/seam.h"
+
+// clang-format off: it would give each field of a record a line of its own
 
 namespace {
-_Create_LD_Param ldParam(KT_U8 level, std::initializer_list<KT_U16> ids, const std::string& name) {
-    _Create_LD_Param param = {};
-    param.RaidMode = level;
-    param.HDCount = static_cast<KT_U8>(ids.size());
-    param.StripeBlockSize = 64;
-    param.SectorCoefficient = 1;
-    param.CachePolicy = KT_CACHE_OFF;
-    fill(param.HDIDs, ids);
-    fillText(param.Name, name);
-    return param;
+
+// An adapter with ten free disks and one array.
+struct Creation : SeamTest {
+    Creation() {
+        gAdapterInfo[0] = {.DevID = 0x4600, .MaxVDPerDG = 8, .MaxParityDisks = 3, .LogicalDriverMode = 0x0FFF};
+        addDisks(10);
+        seam.arrays = {{.DGID = 3,
+                        .RaidMode = KT_RAID6,
+                        .SubVDCount = 1,
+                        .NumParityDisk = 2,
+                        .StripeBlockSize = 128,
+                        .BlockSize = 4096,
+                        .RemainingManagedSpace = 2048,
+                        .VDSlotCount = 2,
+                        .VDIDs = {11, KT_NO_ID}}};
+    }
+};
+struct ArrayCreation : Creation {
+    ArrayCreation() { arrayBasedRaid = true; }
+};
+
+const std::string SIXTEEN = "sixteen letters_"; // fills a name's field to its end
+template <class Record>
+Record named16(Record record) {
+    memcpy(record.Name, SIXTEEN.data(), 16);
+    return record;
+}
+
+// What a call was handed last.
+template <class Record>
+void expectSent(const char* call, const Record& record) {
+    EXPECT_EQ(bytesOf(record), seam.sent[call]) << call;
 }
 } // namespace
 
-TEST_F(Creation, OnDisksRefusesOptionsBeforeAnyCall) {
-    adapter.StripeSizeSupported = 3;
-    const std::string many = "-r 0 -d " + tooManyDisks();
-    const std::string manyPrinted = "-d : invalid PD ID '" + tooManyDisks() + "'\n";
-    expectRefused(
-        doCreate, "create",
-        {{"-r 5", "create: option -d is required\n"},
-         {"-b 1x", "-b : invalid stripe block size '1x'.\n"},
-         {"-b 65552", "-b : invalid stripe block size '65552'.Please refer to info -o hba command to get detail stripe "
-                      "size support information.\n"},
-         {"-b 24", "-b : invalid stripe block size '24'.Please refer to info -o hba command to get detail stripe "
-                   "size support information.\n"},
-         {"-c auto", "-c : invalid cache mode 'auto'\n"},
-         {"-w auto", "-w : invalid write policy 'auto'\n"},
-         {"-p on", "-p : invalid read policy 'on'\n"},
-         {"-d 1,65536", "-d : invalid PD ID '1,65536'\n"},
-         {many.c_str(), manyPrinted.c_str()},
-         {"-g 2", "-g : invalid giga byte rounding scheme '2'\n"},
-         {"-g 256", "-g : invalid giga byte rounding scheme '256'\n"},
-         {"-i foreground", "-i : invalid initialization mode 'foreground'\n"},
-         {"-i Background", "-i : initialization mode 'Background' is not supported\n"},
-         {"-n 12345678901", "-n : length of name should be no more than 10 characters\n"},
-         {"-n \"123 5678901\"", "-n : length of name should be no more than 10 characters\n"},
-         {"-o ARRAY", "-o : array is not supported on this adapter\n"},
-         {"-r 7", "-r : invalid raid mode 7\n"},
-         {"-s 4294967296", "-s : invalid size '4294967296'.\n"},
-         {"-r 0 -d 1,2 -n My-VD", "-n, name must be numeric, character, space or underline. Now is My-VD\n"},
-         {"-r 0 -d 3,3", "RAID0 needs at least 2 PD.\n"}});
-    adapter.AdvancedFeatures = KT_ADV_NO_WRITE_CACHE | KT_ADV_NO_READ_CACHE | KT_ADV_NO_ROUNDING;
-    expectRefused(doCreate, "create",
-                  {{"-c on", "VD cache is not supported on adapter 0.\n"},
-                   {"-w wb", "VD write cache is not supported on adapter 0.\n"},
-                   {"-p none", "VD read cache is not supported on adapter 0.\n"},
-                   {"-g 0", "Gigabyte rounding scheme is not supported\n"}});
-    expectRefused(doCreate, "create",
-                  {{"-q 3 -r 5 -d 1", "RAID mode RAID5 don't support the setting of parity disks.\n"}},
-                  KT_ERR_NOT_SUPPORTED);
-    adapter.LogicalDriverMode = KT_MODE_RAID0;
-    expectRefused(doCreate, "create", {{"-r 1 -d 1", "Specified RAID mode is not supported.\n"}});
+TEST_F(Creation, TakesNoMoreDisksThanARecordHolds) {
+    std::string ids = "0";
+    for (int id = 1; id <= 128; ++id)
+        ids += "," + std::to_string(id);
+    expect("create -r 0 -d " + ids, "-d : invalid PD ID '" + ids + "'\n", 1);
+    arrayBasedRaid = true;
+    expect("create -o array -r 0 -d " + ids, "-d : invalid PD IDs '" + ids + "'\n", 1);
+    EXPECT_EQ(Calls{}, seam.calls);
 }
 
 TEST_F(Creation, OnDisksSendsTheRecord) {
-    struct Case {
-        const char* line;
-        _Create_LD_Param sent;
-        KT_U16 devId = 0x4700;
-    };
-    std::vector<Case> cases = {
-        {"create -o vd -r 5 -d 4,2,4,0", ldParam(KT_RAID5, {4, 2, 0}, "VD_R5_3")},
+    const std::tuple<const char*, KT_U16, _Create_LD_Param> cases[] = {
+        {"create -o vd -r 5 -d 4,2,4,0",
+         0x4700,
+         {.RaidMode = KT_RAID5,
+          .HDCount = 3,
+          .StripeBlockSize = 64,
+          .CachePolicy = KT_CACHE_OFF,
+          .SectorCoefficient = 1,
+          .HDIDs = {4, 2, 0},
+          .Name = "VD_R5_3"}},
         {"create -r 6 -d 1,2,3,4 -n \"My VD_0123\" -s 4294967295 -b 48 -g 10 -i intelligent -c on",
-         ldParam(KT_RAID6, {1, 2, 3, 4}, "My VD_0123")},
+         0x4700,
+         {.RaidMode = KT_RAID6,
+          .HDCount = 4,
+          .RoundingScheme = KT_ROUND_10GB,
+          .StripeBlockSize = 48,
+          .NumParityDisk = 2,
+          .InitializationOption = KT_INIT_INTELLIGENT,
+          .SectorCoefficient = 1,
+          .HDIDs = {1, 2, 3, 4},
+          .Name = "My VD_0123",
+          .Size = 4294967295}},
         {"create -r 60 -q 6 -d 1,2,3,4,5,6,7,8 -p ra -c OFF -w wb -i none --forcesize -s 5",
-         ldParam(KT_RAID60, {1, 2, 3, 4, 5, 6, 7, 8}, "VD_R60_3"), 0x4701},
-        {"create -r 0 -d 1,2 -c on -p ra -w wt -s 5 -g 1 -n \"\"", ldParam(KT_RAID0, {1, 2}, ""), 0x4701},
-        {"create -r hc -d 1 -s 5", ldParam(KT_TANDEM_CAPACITY, {1}, "Tandemix_c_3"), 0x4701},
-        {"create -r hybrid -d 1", ldParam(KT_HYBRID, {1}, "Hybrid_3")},
+         0x4701,
+         {.RaidMode = KT_RAID60,
+          .HDCount = 8,
+          .StripeBlockSize = 64,
+          .NumParityDisk = 6,
+          .CachePolicy = KT_CACHE_OFF,
+          .InitializationOption = KT_INIT_NONE,
+          .SectorCoefficient = 1,
+          .ReservedForApp = 1,
+          .HDIDs = {1, 2, 3, 4, 5, 6, 7, 8},
+          .Name = "VD_R60_3",
+          .Size = 5}},
+        {"create -r 0 -d 1,2 -c on -p ra -w wt -s 5 -g 1 -n \"\"",
+         0x4701,
+         {.RaidMode = KT_RAID0,
+          .HDCount = 2,
+          .RoundingScheme = KT_ROUND_1GB,
+          .StripeBlockSize = 64,
+          .CachePolicy = KT_CACHE_OFF | KT_CACHE_READ_AHEAD,
+          .SectorCoefficient = 1,
+          .HDIDs = {1, 2}}},
+        {"create -r hc -d 1 -s 5",
+         0x4701,
+         {.RaidMode = KT_TANDEM_CAPACITY,
+          .HDCount = 1,
+          .StripeBlockSize = 64,
+          .CachePolicy = KT_CACHE_OFF,
+          .SectorCoefficient = 1,
+          .TandemWaterMark = 90,
+          .HDIDs = {1},
+          .Name = "Tandemix_c_3",
+          .Size = 5}},
+        {"create -r hybrid -d 1",
+         0x4700,
+         {.RaidMode = KT_HYBRID,
+          .HDCount = 1,
+          .StripeBlockSize = 64,
+          .SectorCoefficient = 1,
+          .TandemWaterMark = 90,
+          .HDIDs = {1},
+          .Name = "Hybrid_3"}},
     };
-    cases[1].sent.NumParityDisk = 2;
-    cases[1].sent.Size = 4294967295;
-    cases[1].sent.StripeBlockSize = 48;
-    cases[1].sent.RoundingScheme = KT_ROUND_10GB;
-    cases[1].sent.InitializationOption = KT_INIT_INTELLIGENT;
-    cases[1].sent.CachePolicy = 0;
-    cases[2].sent.NumParityDisk = 6;
-    cases[2].sent.InitializationOption = KT_INIT_NONE;
-    cases[2].sent.ReservedForApp = 1;
-    cases[2].sent.Size = 5;
-    cases[3].sent.CachePolicy = KT_CACHE_OFF | KT_CACHE_READ_AHEAD;
-    cases[3].sent.RoundingScheme = KT_ROUND_1GB;
-    cases[4].sent.TandemWaterMark = 90;
-    cases[4].sent.Size = 5;
-    cases[5].sent.TandemWaterMark = 90;
-    cases[5].sent.CachePolicy = 0;
     seam.lds.resize(2);
-    adapter.AdvancedFeatures = KT_ADV_HYBRID_SWITCH;
-    for (const Case& row : cases) {
-        adapter.DevID = row.devId;
-        expect(run(doCreate, row.line), "");
-        EXPECT_EQ(bytesOf(row.sent), seam.sent["KT_LD_Create"]) << row.line;
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_HYBRID_SWITCH;
+    for (const auto& [line, devId, sent] : cases) {
+        gAdapterInfo[0].DevID = devId;
+        expect(line, "");
+        expectSent("KT_LD_Create", sent);
     }
 }
 
 TEST_F(Creation, OnDisksAsksForTheBatteryOnlyWithoutACacheMode) {
-    adapter.AdvancedFeatures = KT_ADV_BBU;
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_BBU;
     const std::tuple<const char*, KT_U8, KT_U8, KT_U8> cases[] = {
         {"", 1, 0, 0}, {"", 0, 0, 1}, {"", 1, 16, 1}, {" -c on", 0, 0, 0}};
     for (const auto& [mode, battery, status, cache] : cases) {
         seam.calls.clear();
         seam.battery.status = battery;
         seam.statuses["KT_BBU_GetInfo"] = status;
-        run(doCreate, "create -r 1 -d 8,9" + std::string(mode));
-        _Create_LD_Param sent = ldParam(KT_RAID1, {8, 9}, "VD_R1_1");
-        sent.CachePolicy = cache;
-        EXPECT_EQ(bytesOf(sent), seam.sent["KT_LD_Create"]);
+        run("create -r 1 -d 8,9" + std::string(mode));
+        expectSent("KT_LD_Create", _Create_LD_Param{.RaidMode = KT_RAID1,
+                                                    .HDCount = 2,
+                                                    .StripeBlockSize = 64,
+                                                    .CachePolicy = cache,
+                                                    .SectorCoefficient = 1,
+                                                    .HDIDs = {8, 9},
+                                                    .Name = "VD_R1_1"});
         Calls expected = {"KT_PD_GetHDRaidStatus 8", "KT_PD_GetHDRaidStatus 9", "KT_PD_GetMBRInfo",
                           "KT_BBU_GetInfo",          "KT_LD_GetInfo",           "KT_LD_Create"};
         if (*mode != '\0') expected.erase(expected.begin() + 3);
@@ -125,17 +155,12 @@ TEST_F(Creation, OnDisksSaysWhichDiskOrCallStandsInTheWay) {
         {KT_PD_DEDICATED_SPARE, "Spare disk 8 can not be used to create VD.\n"},
         {KT_PD_FOREIGN, "Foreign disk 8 can not be used to create VD.\n"},
     };
-    for (const auto& [role, printed] : roles) {
+    for (const auto& [role, message] : roles) {
         seam.disks[8].Status = role;
-        EXPECT_EQ(printed, run(doCreate, "create -r 1 -d 8,9").printed);
+        expect("create -r 1 -d 8,9", message, 1);
     }
     seam.disks[8].Status = KT_PD_MEMBER;
-    const struct {
-        const char* call;
-        KT_U8 status;
-        const char* printed;
-        int result;
-    } failures[] = {
+    const std::tuple<const char*, KT_U8, const char*, int> failures[] = {
         {"KT_PD_GetHDRaidStatus", 9, "Failed to get status for PD 8 (error 9: Invalid physical disk id)\n", 1},
         {"KT_PD_GetMBRInfo", 1, "\nFailed to create virtual disk (error 1: Failed).\n", 1},
         {"KT_BLK_GetInfo", 12, "Can not get disk 8 information(error 12: Invalid block disk id).\n", 12},
@@ -143,76 +168,216 @@ TEST_F(Creation, OnDisksSaysWhichDiskOrCallStandsInTheWay) {
         {"KT_LD_Create", 73, "\nFailed to create virtual disk (error 73: Physical disks are not of the same type.).\n",
          73},
     };
-    adapter.DevID = 0x4701;
-    for (const auto& row : failures) {
-        seam.statuses = {{row.call, row.status}};
-        expect(run(doCreate, "create -r 1 -d 8,9"), row.printed, row.result);
+    gAdapterInfo[0].DevID = 0x4701;
+    for (const auto& [call, status, message, result] : failures) {
+        seam.statuses = {{call, status}};
+        expect("create -r 1 -d 8,9", message, result);
     }
     seam.statuses.clear();
-    seam.blocks = {{1, 9, 0, 3, 0, 0, 0, 0, 0, 0}};
-    EXPECT_EQ("Non-free disk 9 can not be used to create VD.\n", run(doCreate, "create -r 1 -d 8,9").printed);
-    EXPECT_EQ("", run(doCreate, "create -r hs -d 8,9").printed);
+    seam.blocks = {{.ID = 1, .HDID = 9, .LDID = 3}};
+    expect("create -r 1 -d 8,9", "Non-free disk 9 can not be used to create VD.\n", 1);
+    expect("create -r hs -d 8,9", "");
 }
 
 TEST_F(Creation, AsksBeforeItOverwritesFileSystems) {
-    arrayBasedRaid = true;
-    const char question[] = "Do you still want to create the VD? (y or n)\n";
-    const std::tuple<CommandHandler, const char*, const char*, const char*, const char*> cases[] = {
-        {doCreate, "create -r 1 -d 8,9", "KT_LD_Create",
-         "PD 9 has file system on it. Data will be lost if it is used to create VD.\n",
-         "PD 8 9 have file system on them. Data will be lost if they are used to create VD.\n"},
-        {doCreateV2, "create -o array -r 1 -d 8,9", "KT_CreateOrModify_DG",
-         "PD 9 has file system on it. Data will be lost if it is used to create array.\n",
-         "PD 8 9 have file system on them. Data will be lost if they are used to create array.\n"},
-    };
-    for (const auto& [handler, line, call, one, two] : cases) {
+    const std::string question = "Do you still want to create the VD? (y or n)\n";
+    for (bool arrays : {false, true}) {
+        arrayBasedRaid = arrays;
+        const std::string line = arrays ? "create -o array -r 1 -d 8,9" : "create -r 1 -d 8,9";
+        const std::string call = arrays ? "KT_CreateOrModify_DG" : "KT_LD_Create";
+        const std::string object = arrays ? "array.\n" : "VD.\n";
         for (const char* declined : {"n\n", "No\n", ""}) {
             seam.sent.clear();
             seam.disksWithFileSystem = {9};
-            EXPECT_EQ(std::string(one) + question, run(handler, line, declined).printed);
+            EXPECT_EQ("PD 9 has file system on it. Data will be lost if it is used to create " + object + question,
+                      printed(line, declined));
             EXPECT_FALSE(seam.sent.contains(call)) << declined;
         }
         for (const char* accepted : {"y\n", "x\n", "\n"}) {
             seam.sent.clear();
             seam.disksWithFileSystem = {9, 8};
-            EXPECT_EQ(0u, run(handler, line, accepted).printed.find(std::string(two) + question));
+            const std::string two =
+                "PD 8 9 have file system on them. Data will be lost if they are used to create " + object + question;
+            EXPECT_TRUE(printed(line, accepted).starts_with(two));
             EXPECT_TRUE(seam.sent.contains(call)) << accepted;
         }
         seam.sent.clear();
-        EXPECT_EQ(0, run(handler, std::string(line) + " --waiveconfirmation").result);
+        EXPECT_EQ(0, run(line + " --waiveconfirmation").result);
         EXPECT_TRUE(seam.sent.contains(call));
         EXPECT_FALSE(seam.sent.contains("KT_PD_GetMBRInfo"));
     }
 }
 
 TEST_F(Creation, SizeQueryReadsDisksLeniently) {
-    _Create_LD_Param sent = ldParam(KT_RAID0, {0, 0, 5, 0}, "");
-    sent.SectorCoefficient = 0;
-    sent.CachePolicy = 0;
-    sent.RoundingScheme = KT_ROUND_10GB;
+    _Create_LD_Param sent = {.RaidMode = KT_RAID0,
+                             .HDCount = 4,
+                             .RoundingScheme = KT_ROUND_10GB,
+                             .StripeBlockSize = 64,
+                             .HDIDs = {0, 0, 5, 0}};
     seam.size = 0xFFFFFFFFFFFFFFFF;
-    EXPECT_EQ("\nThe maxsize that VD can create with is:   18446744073709551615 K\n",
-              run(doGetMaxsize, "maxcreatesize -r 0 -d 0,0,5,x -g 10").printed);
-    EXPECT_EQ(bytesOf(sent), seam.sent["KT_LD_GetMaxSize"]);
+    expect("maxcreatesize -r 0 -d 0,0,5,x -g 10",
+           "\nThe maxsize that VD can create with is:   18446744073709551615 K\n");
+    expectSent("KT_LD_GetMaxSize", sent);
     sent.RoundingScheme = 0;
     for (KT_U8 level : {KT_TANDEM_SAFE, KT_HYBRID}) {
         sent.RaidMode = level;
         sent.TandemWaterMark = level == KT_TANDEM_SAFE ? 90 : 0;
-        run(doGetMaxsize, "maxcreatesize -d 0,0,5,0 -r " + std::string(level == KT_HYBRID ? "hybrid" : "hs"));
-        EXPECT_EQ(bytesOf(sent), seam.sent["KT_LD_GetMaxSize"]);
+        run("maxcreatesize -g \t -d 0,,0,5,0 -r " + std::string(level == KT_HYBRID ? "hybrid" : "hs"));
+        expectSent("KT_LD_GetMaxSize", sent);
     }
     // A role beside another one is let pass, and so is a foreign disk.
     seam.disks[1].Status = KT_PD_OFFLINE | KT_PD_MEMBER;
     seam.disks[2].Status = KT_PD_FOREIGN;
-    EXPECT_EQ(0, run(doGetMaxsize, "maxcreatesize -r 1 -d 1,2").result);
+    EXPECT_EQ(0, run("maxcreatesize -r 1 -d 1,2").result);
     seam.disks[2].Status = KT_PD_OFFLINE;
-    EXPECT_EQ("Offline disk 2 can not be used to create VD.\n", run(doGetMaxsize, "maxcreatesize -r 1 -d 1,2").printed);
+    expect("maxcreatesize -r 1 -d 1,2", "Offline disk 2 can not be used to create VD.\n", 1);
     seam.disks[2].Status = KT_PD_DEDICATED_SPARE;
-    EXPECT_EQ("Spare disk 2 can not be used to create VD.\n", run(doGetMaxsize, "maxcreatesize -r 1 -d 1,2").printed);
-    seam.calls.clear();
-    expectRefused(doGetMaxsize, "maxcreatesize",
-                  {{"-d 1,65536 -r 0", "-d : invalid PD ID '1,65536'\n"},
-                   {"-g 3", "-g : invalid giga byte rounding scheme '3'\n"},
-                   {"-r 1 -d 0,1,2", "RAID1 needs exactly 2 PDs.\n"}});
-    expectRefused(doGetMaxsize, "maxcreatesize", {{"-n x", "\nlong help\n"}, {"-h", "\nlong help\n"}}, 0);
+    expect("maxcreatesize -r 1 -d 1,2", "Spare disk 2 can not be used to create VD.\n", 1);
+}
+
+TEST_F(ArrayCreation, AutomaticallyIsOneCall) {
+    expect("create -o auto -r 5", "Auto create successfully.\n");
+    seam.statuses["KT_LD_DG_QuickCreate"] = 4;
+    expect("create -o AUTO -t ENABLE", "Auto create error,Resource not available\n", 4);
+    EXPECT_EQ((Calls{"KT_LD_DG_QuickCreate 0", "KT_LD_DG_QuickCreate 1"}), seam.calls);
+}
+
+TEST_F(ArrayCreation, SendsRecordAndSettings) {
+    _CreateOrModify_DG_Param sent = {.DGID = KT_NO_ID,
+                                     .Name = "DG_R6_2",
+                                     .RaidMode = KT_RAID6,
+                                     .NumParityDisk = 2,
+                                     .StripeBlockSize = 64,
+                                     .BlockSize = 512,
+                                     .PDCount = 4,
+                                     .PDIDs = {9, 1, 2, 3}};
+    expect("create -o array -r 6 -d 9,1,2,9,3", "Create array 7 successfully.\n");
+    expectSent("KT_CreateOrModify_DG", sent);
+    Calls first = {"KT_DG_GetInfo",           "KT_PD_GetHDInfo_Ext 9", "KT_PD_GetHDInfo_Ext 9",
+                   "KT_PD_GetHDRaidStatus 9", "KT_PD_GetHDInfo_Ext 1", "KT_PD_GetHDRaidStatus 1"};
+    EXPECT_EQ(first, Calls(seam.calls.begin(), seam.calls.begin() + 6));
+    Calls last = {"KT_PD_GetMBRInfo", "KT_CreateOrModify_DG 0", "KT_DG_GetConfig 7", "KT_DG_SetConfig 7"};
+    EXPECT_EQ(last, Calls(seam.calls.end() - 4, seam.calls.end()));
+    _DG_CONFIG config = {7, 1, 0, "DG_R6_2", "untouched"};
+    expectSent("KT_DG_SetConfig", config);
+
+    sent = named16(sent);
+    sent.NumParityDisk = 0;
+    sent.RaidMode = KT_RAID10;
+    sent.Size = 5000000000;
+    sent.InitializationOption = KT_INIT_FOREGROUND;
+    config = named16(config);
+    config.WriteCacheOn = 0;
+    seam.statuses["KT_DG_SetConfig"] = 1;
+    expect("create -o array -r 10 -d 9,1,2,3 -n \"" + SIXTEEN + "\" -s 5000000000 -i foreground --cacheoff",
+           "Create array 7 successfully.\nSet Array cache on failed!\n");
+    expectSent("KT_CreateOrModify_DG", sent);
+    expectSent("KT_DG_SetConfig", config);
+    seam.statuses["KT_DG_GetConfig"] = 1;
+    expect("create -o array -r 1 -d 1,2", "Create array 7 successfully.\n");
+}
+
+TEST_F(ArrayCreation, SaysWhatStandsInTheWay) {
+    const std::string line = "create -o array -r 1 -d 8,9";
+    const std::tuple<const char*, KT_U8, const char*, const char*, int> failures[] = {
+        {"KT_PD_GetHDInfo_Ext", 1, "", "Create array 7 successfully.\n", 0},
+        {"KT_PD_GetHDRaidStatus", 9, "", "Unable to get info of PD 8, (error 9 : Invalid physical disk id)\n", 1},
+        {"KT_PD_GetMBRInfo", 1, "", "\nFailed to create virtual disk (error 1: Failed).\n", 1},
+        {"KT_CreateOrModify_DG", 4, "", "\nNo resources. Max available size is 4886718 M\n", 4},
+        {"KT_CreateOrModify_DG", 57, "",
+         "\nFailed to create array (error 57: Number of physical disks doesn't fit the specified RAID level).\n", 57},
+        {"", 0, " --sizeonly", "\nArry of size 0x0004a90be M can be created by the given parameters\n", 0},
+        {"KT_CreateOrModify_DG", 1, " --sizeonly",
+         "\nFailed to calculate array size by the given parameters(error 1: Failed).\n", 1},
+    };
+    seam.size = 0x12A42FA34;
+    for (const auto& [call, status, more, message, result] : failures) {
+        seam.statuses = {{call, status}};
+        expect(line + more, message, result);
+    }
+    EXPECT_EQ("KT_CreateOrModify_DG 1", seam.calls.back());
+    seam.statuses = {{"KT_PD_GetHDInfo_Ext", 1}, {"KT_PD_GetHDInfo", 9}};
+    expect(line, "Unable to get info of PD 8 (error 9 : Invalid physical disk id)\n", 1);
+    seam.statuses.clear();
+    expect("create -o array -r 1 -d 8,77", "Unable to get info of PD 77, (error 0 : No error)\n", 1);
+    seam.hds[9].BlockSize = 4096;
+    expect(line, "All PDs should have the same sector size, PD 9 has sector size 4096\n", 1);
+    // What weighs more is said in place of what weighs less.
+    const std::tuple<KT_U8, const char*> roles[] = {
+        {KT_PD_FOREIGN, "Foreign disk 8 can not be used to create array.\n"},
+        {KT_PD_DEDICATED_SPARE, "Spare disk 8 can not be used to create array.\n"},
+        {KT_PD_OFFLINE, "Offline disk 8 can not be used to create arrray.\n"}};
+    for (const auto& [role, message] : roles) {
+        seam.disks[8].Status |= role;
+        expect(line, message, 1);
+    }
+    seam.disks.resize(8); // the library knows the disk, but no role of it
+    expect(line, "Unable to get info of PD 8, (error 0 : No error)\n", 1);
+}
+
+TEST_F(ArrayCreation, OfAVirtualDiskSendsTheRecord) {
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_BBU;
+    _CreateOrModify_VD_Param sent = {.VDID = KT_NO_ID,
+                                     .DGID = 3,
+                                     .Name = "VD_R6_1",
+                                     .RaidMode = KT_RAID6,
+                                     .SubVDCount = 1,
+                                     .NumParityDisk = 2,
+                                     .DGSlotNum = 255,
+                                     .StripeBlockSize = 128,
+                                     .SectorCoefficient = 1,
+                                     .BlockSize = 4096};
+    expect("create -a 3 -w auto", "Create VD 7 successfully.\n");
+    expectSent("KT_CreateOrModify_VD", sent);
+    EXPECT_EQ((Calls{"KT_DG_GetInfo 3", "KT_BBU_GetInfo", "KT_CreateOrModify_VD"}), seam.calls);
+
+    sent = named16(sent);
+    sent.DGSlotNum = 1;
+    sent.StripeBlockSize = 16;
+    sent.Size = 5000000000;
+    sent.RoundingScheme = KT_ROUND_10GB;
+    sent.CachePolicy = KT_CACHE_OFF | KT_CACHE_READ_AHEAD | KT_CACHE_AUTO;
+    sent.InitializationOption = KT_INIT_FOREGROUND;
+    const std::string line = "create -a 3 -l 1 -n \"" + SIXTEEN + "\" -b 16 -s 5000000000 -g 10 -p ra -i foreground";
+    run(line + " -c off -w auto");
+    expectSent("KT_CreateOrModify_VD", sent);
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_NO_WRITE_CACHE;
+    run(line);
+    sent.CachePolicy = KT_CACHE_OFF | KT_CACHE_READ_AHEAD;
+    expectSent("KT_CreateOrModify_VD", sent);
+}
+
+TEST_F(ArrayCreation, OfAVirtualDiskSaysWhatStandsInTheWay) {
+    const std::tuple<KT_U8, const char*, const char*> cases[] = {
+        {KT_RAID5, " -l 2", "Invalid slot number.  Total slot is 2\n"},
+        {KT_RAID5, " -l 0", "Slot number 0 has already occupied by VD 11\n"},
+        {KT_RAID0, " -i foreground", "Invalid initialization mode. RAID0 only support none and quick initialize.\n"},
+        {KT_RAID5, " -s 999 -g 1", "VD size is too small for the specified rounding scheme.\n"},
+        {KT_RAID5, " -s 9999 -g 10", "VD size is too small for the specified rounding scheme.\n"},
+        {KT_RAID5, " -s 99", "VD size should be at least 100 MB.\n"},
+        {KT_RAID5, " -s 1000 -g 1", "Create VD 7 successfully.\n"},
+        {2, "", "Specified RAID mode is not supported.\n"},
+    };
+    for (const auto& [level, options, message] : cases) {
+        seam.arrays[0].RaidMode = level;
+        expect("create -a 3" + std::string(options), message, message[0] == 'C' ? 0 : 1);
+    }
+    seam.arrays[0].RaidMode = KT_HYBRID;
+    gAdapterInfo[0].LogicalDriverMode = 0;
+    seam.statuses = {{"KT_CreateOrModify_VD", 4}};
+    expect("create -a 3", "\nNo resources. Max available size is 2 M\n", 4);
+    seam.statuses = {{"KT_CreateOrModify_VD", 64}};
+    expect("create -a 3", "\nFailed to create virtual disk (error 64: Internal error, no virtual disk id available).\n",
+           64);
+    expect("create -a 4", "Unable to get info for array 4  (error 0: No error)\n", 1);
+    seam.statuses = {{"KT_DG_GetInfo", 17}};
+    EXPECT_EQ(17, run("create -a 4").result);
+    seam.statuses.clear();
+    seam.arrays[0].VDSlotCount = 255; // more than the record holds
+    expect("create -a 3 -l 32", "Invalid slot number.  Total slot is 255\n", 1);
+    expect("create -a 3 -l 300", "Invalid slot number.  Total slot is 255\n", 1);
+    expect("create -a 3 -s 500",
+           "Total slots has reached its max number (8), VD will use up all specified slot space, "
+           "'-s' is not allowed.\n",
+           1);
 }

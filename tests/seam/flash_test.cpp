@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "Functions/flash/flash.h"
 #include "tests/seam/seam.h"
 #include "tests/support/scratch.h"
 
@@ -17,9 +16,9 @@ struct Flash : SeamTest {
     ScratchFolder folder;
     const std::string path = folder.path + "/image";
     bool exists() const { return access(path.c_str(), F_OK) == 0; }
-    Outcome backUp() const { return run(doFlash, "flash -a backup -t bin -f " + path); }
+    Outcome backUp() const { return run("flash -a backup -t bin -f " + path); }
     Outcome update(const std::string& words = "-t firmware") const {
-        return run(doFlash, "flash -a update -f " + path + " " + words);
+        return run("flash -a update -f " + path + " " + words);
     }
 };
 
@@ -146,8 +145,7 @@ TEST_F(Flash, BacksUpWhatIsThere) {
     seam.calls.clear();
     EXPECT_EQ("File '" + path + "' has already existed.\n", backUp().printed);
     EXPECT_EQ(1, backUp().result);
-    EXPECT_EQ("Unable to create file '" + path + "/x'.\n",
-              run(doFlash, "flash -a backup -t bin -f " + path + "/x").printed);
+    EXPECT_EQ("Unable to create file '" + path + "/x'.\n", run("flash -a backup -t bin -f " + path + "/x").printed);
     EXPECT_TRUE(seam.calls.empty());
 }
 
@@ -184,19 +182,18 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
 
 TEST_F(Flash, ErasesAnImageWhenToldSo) {
     const std::string question = "Do you want to erase ROM file in Flash?  (y or n)\n";
-    expect(run(doFlash, "flash -a erase -t Firmware", "yes\nn\n"),
-           question + "Erase bios command is returned successfully.\n");
+    expect(run("flash -a erase -t Firmware", "yes\nn\n"), question + "Erase bios command is returned successfully.\n");
     EXPECT_EQ(Calls{"KT_Flash_Bin 0 1 3 page 0 last 0 size 196608"}, seam.calls);
     seam.calls.clear();
-    expect(run(doFlash, "flash -a erase -t bios", "\n maybe\nno\ny\n"),
+    expect(run("flash -a erase -t bios", "\n maybe\nno\ny\n"),
            "Warning: Autoload will be erased too! " + question + "Please input y or n.\nPlease input y or n.\n");
-    EXPECT_EQ(question, run(doFlash, "flash -a erase -t raw", "").printed);
+    EXPECT_EQ(question, run("flash -a erase -t raw", "").printed);
     EXPECT_TRUE(seam.calls.empty());
 }
 
 TEST_F(Flash, ErasesThePdPageWithoutAsking) {
-    EXPECT_EQ("Erase PD Page command is returned successfully.\n", run(doFlash, "flash -a erase -p PD").printed);
-    EXPECT_EQ(0, run(doFlash, "flash -a erase -p pdforce -t bios").result);
+    expect("flash -a erase -p PD", "Erase PD Page command is returned successfully.\n");
+    EXPECT_EQ(0, run("flash -a erase -p pdforce -t bios").result);
     EXPECT_EQ((Calls{"KT_Flash_Erase 0 1", "KT_Flash_Erase 0 254"}), seam.calls);
 }
 
@@ -206,25 +203,13 @@ TEST_F(Flash, ShowsTheVersionOfAFile) {
                                 "revision number:   2\n"
                                 "build number:      65535\n"
                                 "Sub Verndor ID:    1b4b\n";
-    EXPECT_EQ(version, run(doFlash, "flash -a version -t firmware -f \"~/$X y\"").printed);
+    expect("flash -a version -t firmware -f \"~/$X y\"", version);
     EXPECT_EQ(Calls{"KT_Flash_GetHeaderInfo ~/$X y 2550000 65535"}, seam.calls);
-    EXPECT_EQ(version, run(doFlash, "flash -a version -p pd -f x").printed);
-    expect(run(doFlash, "flash -a version -t bios -f x"),
+    expect("flash -a version -p pd -f x", version);
+    expect("flash -a version -t bios -f x",
            "\nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from "
            "file: 3\n");
     seam.statuses["KT_Flash_GetHeaderInfo"] = 165;
-    expect(run(doFlash, "flash -a version -t bios -f x"),
-           "\nFailed to check version of file 'x', error 165: invalid file input\n", 165);
-}
-
-TEST_F(Flash, RefusesOptionsInTheirOrder) {
-    expectRefused(doFlash, "flash",
-                  {{"-a burn", "-a : invalid action 'burn'.\n"},
-                   {"-i 256", "-i : invalid adapter id '256'.\n"},
-                   {"-t rom", "-t : invalid type 'rom'.\n"},
-                   {"-p all", "-p : invalid flash page 'all'.\n"},
-                   {"-a update", "flash: option -t is required\n"},
-                   {"-a update -t config", "flash: option -f is required\n"},
-                   {"-a version -p pd", "flash: option -f is required\n"},
-                   {"-a erase -f x", "flash: option -t is required\n"}});
+    expect("flash -a version -t bios -f x", "\nFailed to check version of file 'x', error 165: invalid file input\n",
+           165);
 }

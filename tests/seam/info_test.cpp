@@ -42,9 +42,7 @@ struct Info : SeamTest {
         at = printed.find_first_not_of(' ', at + label.size() + 2);
         return printed.substr(at, printed.find('\n', at) - at);
     }
-    static std::string value(const std::string& line, const std::string& label) {
-        return in(run(doInfo, line).printed, label);
-    }
+    static std::string value(const std::string& line, const std::string& label) { return in(printed(line), label); }
 };
 
 TEST_F(Info, DiskNamesWhatItIsAttachedTo) {

@@ -1,7 +1,6 @@
 // delete, assign and wipe: the questions, what is done for each answer, and what follows from each status.
 #include <gtest/gtest.h>
 
-#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 
 namespace {
@@ -18,10 +17,9 @@ struct Removal : SeamTest {
 const char sure[] = "Are you sure you want to delete this virtual disk? (y or n)\n";
 
 // The calls are those behind the first one.
-void expectStep(CommandHandler handler, const char* line, const char* answers, const std::string& printed, int result,
-                const Calls& calls) {
+void expectStep(const char* line, const char* answers, const std::string& printed, int result, const Calls& calls) {
     seam.calls.clear();
-    expect(run(handler, line, answers), printed, result);
+    expect(run(line, answers), printed, result);
     if (!seam.calls.empty()) seam.calls.erase(seam.calls.begin());
     EXPECT_EQ(calls, seam.calls) << line << " " << answers;
 }
@@ -32,18 +30,18 @@ TEST_F(Removal, OfVirtualDisksAsksForWhatItStops) {
     const char deleted[] = "Delete VD 3 successfully.\n";
     const char patrol[] = "Delete VD will stop Media patrol on PD. Do you want to continue?(y or n)\n";
     _LD_STATUS& vd = seam.ldStatuses[0];
-    expectStep(doDelete, line, "x\n\nY\n", sure + std::string("Please input y or n.\nPlease input y or n.\n") + deleted,
-               0, {"KT_LD_Delete 3 1"});
+    expectStep(line, "x\n\nY\n", sure + std::string("Please input y or n.\nPlease input y or n.\n") + deleted, 0,
+               {"KT_LD_Delete 3 1"});
     for (const char* declined : {"n\n", "NO\n", ""}) {
-        expectStep(doDelete, line, declined, sure, 0, {});
+        expectStep(line, declined, sure, 0, {});
     }
     vd.BgaExt = KT_BGAEXT_MEDIA_PATROL;
-    expectStep(doDelete, line, "y\nn\n", sure + std::string(patrol), 88, {});
-    expectStep(doDelete, line, "y\ny\n", sure + std::string(patrol) + deleted, 0, {"KT_LD_Delete 3 1"});
+    expectStep(line, "y\nn\n", sure + std::string(patrol), 88, {});
+    expectStep(line, "y\ny\n", sure + std::string(patrol) + deleted, 0, {"KT_LD_Delete 3 1"});
     gAdapterInfo[0].MaxDiskGroup = 0;
     for (KT_U8 state : {KT_VD_OFFLINE, KT_VD_FOREIGN}) {
         vd = {state, KT_BGA_REBUILD, 0, KT_STATE_RUNNING, KT_BGAEXT_MEDIA_PATROL, 3};
-        expectStep(doDelete, line, "y\n", sure + std::string(deleted), 0, {"KT_LD_Delete 3 0"});
+        expectStep(line, "y\n", sure + std::string(deleted), 0, {"KT_LD_Delete 3 0"});
     }
     const std::tuple<KT_U8, const char*> activities[] = {
         {KT_BGA_REBUILD, "\nVD 3 is rebuilding,"},
@@ -61,14 +59,14 @@ TEST_F(Removal, OfVirtualDisksAsksForWhatItStops) {
     for (const auto& [activity, named] : activities) {
         vd = {KT_VD_DEGRADED, activity, 0, KT_STATE_PAUSED, 0, 3};
         std::string question = std::string(named) + " do you still want to delete it? (y or n)\n";
-        expectStep(doDelete, line, "y\nn\n", sure + question, 0, {});
-        expectStep(doDelete, line, "y\ny\n", sure + question + deleted, 0, stopped);
+        expectStep(line, "y\nn\n", sure + question, 0, {});
+        expectStep(line, "y\ny\n", sure + question + deleted, 0, stopped);
     }
-    expectStep(doDelete, "delete -o ld -i 3 -f", "y\n", sure + std::string(deleted), 0, stopped);
-    expectStep(doDelete, "delete -o vd -i 3 --waiveconfirmation", "", deleted, 0, stopped);
+    expectStep("delete -o ld -i 3 -f", "y\n", sure + std::string(deleted), 0, stopped);
+    expectStep("delete -o vd -i 3 --waiveconfirmation", "", deleted, 0, stopped);
     vd.BgaState = 0x80;
     seam.statuses = {{"KT_LD_Delete", 61}};
-    expectStep(doDelete, line, "y\n",
+    expectStep(line, "y\n",
                sure + std::string("Failed to delete VD 3 (error 61: Virtual disk is currently "
                                   "having BGA).\n"),
                61, {"KT_LD_Delete 3 1"});
@@ -77,11 +75,10 @@ TEST_F(Removal, OfVirtualDisksAsksForWhatItStops) {
 TEST_F(Removal, OfArraysAndSparesAsksForWhatItStops) {
     const char array[] = "delete -o array -i 0";
     const char sureArray[] = "Are you sure you want to delete this array? (y or n)\n";
-    expectStep(doDelete, array, "n\n", sureArray, 0, {});
-    expectStep(doDelete, array, "y\n", sureArray + std::string("Delete array 0 successfully.\n"), 0,
-               {"KT_DG_Delete 0"});
+    expectStep(array, "n\n", sureArray, 0, {});
+    expectStep(array, "y\n", sureArray + std::string("Delete array 0 successfully.\n"), 0, {"KT_DG_Delete 0"});
     seam.statuses = {{"KT_DG_Delete", 76}};
-    expectStep(doDelete, "delete -o array -i 0 --waiveconfirmation", "",
+    expectStep("delete -o array -i 0 --waiveconfirmation", "",
                "Failed to delete array 0 (error 76: At least one virtual disk is on the specified array).\n", 76,
                {"KT_DG_Delete 0"});
 
@@ -90,21 +87,21 @@ TEST_F(Removal, OfArraysAndSparesAsksForWhatItStops) {
     const char patrol[] = "Uset spare disk will stop Media patrol on PD 5. Do you want to continue?(y or n)\n";
     KT_U8& role = seam.disks[0].Status;
     Calls release = {"KT_PD_Spare2FreeHD 5"};
-    expectStep(doDelete, spare, "", "PD 5 is not spare disk.\n", 0, {});
-    expectStep(doDelete, "delete -o spare -i 6", "", "PD 6 is not spare disk.\n", 0, {});
+    expectStep(spare, "", "PD 5 is not spare disk.\n", 0, {});
+    expectStep("delete -o spare -i 6", "", "PD 6 is not spare disk.\n", 0, {});
     role = KT_PD_GLOBAL_SPARE;
-    expectStep(doDelete, spare, "", released, 0, release);
+    expectStep(spare, "", released, 0, release);
     role = KT_PD_DEDICATED_SPARE | KT_PD_MEDIA_PATROL;
-    expectStep(doDelete, spare, "n\n", patrol, 88, {});
-    expectStep(doDelete, spare, "y\n", patrol + std::string(released), 0, release);
+    expectStep(spare, "n\n", patrol, 88, {});
+    expectStep(spare, "y\n", patrol + std::string(released), 0, release);
     seam.statuses = {{"KT_PD_Spare2FreeHD", 53}};
-    expectStep(doDelete, "delete -o spare -i 5 --waiveconfirmation", "",
+    expectStep("delete -o spare -i 5 --waiveconfirmation", "",
                "Failed to delete spare disk 5 (error 53: Specified physical disk is not a spare drive).\n", 53,
                release);
     role |= KT_PD_SPARE_IN_USE;
-    expectStep(doDelete, spare, "", "Unable to delete spare disk 5  (error 89: target spare disk is using)\n", 82, {});
+    expectStep(spare, "", "Unable to delete spare disk 5  (error 89: target spare disk is using)\n", 82, {});
     seam.statuses = {{"KT_PD_GetHDRaidStatus", 9}};
-    expectStep(doDelete, spare, "", "\nUnable to get info of spare 5 (error 9: Invalid physical disk id)\n", 9, {});
+    expectStep(spare, "", "\nUnable to get info of spare 5 (error 9: Invalid physical disk id)\n", 9, {});
 }
 
 TEST_F(Removal, AssignsSparesAndWipes) {
@@ -112,52 +109,32 @@ TEST_F(Removal, AssignsSparesAndWipes) {
                             "Are you sure you want to assign it as spare disk? (y or n)\n";
     const char global[] = "\nSucceeded to assign the disk as a global spare disk.\n";
     const char dedicated[] = "\nSucceeded to assign the disk as a dedicated spare disk.\n";
-    expectStep(doAssign, "assign -d 5", "", global, 0, {"KT_PD_FreeHD2GlobalSpare 5"});
+    expectStep("assign -d 5", "", global, 0, {"KT_PD_FreeHD2GlobalSpare 5"});
     _HD_MBR_Info asked = {};
     asked.HDCount = 1;
     asked.HDIDs[0] = 5;
     EXPECT_EQ(bytesOf(asked), seam.sent["KT_PD_GetMBRInfo"]);
     seam.disksWithFileSystem = {5};
     for (const char* declined : {"n\n", "N\n", ""}) {
-        expectStep(doAssign, "assign -o HBA -d 5", declined, question, 0, {});
+        expectStep("assign -o HBA -d 5", declined, question, 0, {});
     }
-    expectStep(doAssign, "assign -o array -d 5 -a 300", "x\n", question + std::string(dedicated), 0,
+    expectStep("assign -o array -d 5 -a 300", "x\n", question + std::string(dedicated), 0,
                {"KT_PD_FreeHD2DGSpare 5 300"});
     seam.statuses = {{"KT_PD_FreeHD2GlobalSpare", 77}, {"KT_PD_FreeHD2DGSpare", 17}};
-    expectStep(doAssign, "assign -d 5 --waiveconfirmation", "",
+    expectStep("assign -d 5 --waiveconfirmation", "",
                "\nFailed to assign disk 5 as global spare disk (error 77: Disk space is too small to be "
                "assigned as spare drive).\n",
                77, {"KT_PD_FreeHD2GlobalSpare 5"});
-    expectStep(doAssign, "assign -o array -a 1 -d 5 --waiveconfirmation", "",
+    expectStep("assign -o array -a 1 -d 5 --waiveconfirmation", "",
                "\nFailed to assign disk 5 as a spare disk to array 1 (error 17: Invalid array id).\n", 17,
                {"KT_PD_FreeHD2DGSpare 5 1"});
     seam.statuses = {{"KT_PD_GetMBRInfo", 9}};
-    expectStep(doAssign, "assign -d 5 --waiveconfirmation", "",
+    expectStep("assign -d 5 --waiveconfirmation", "",
                "\nFailed to assign spare disk (error 9: Invalid physical disk id).\n", 1, {});
 
     seam.statuses.clear();
-    EXPECT_EQ("\nWipe PD 254 is returned successfully.\n", run(doWipe, "wipe -d 254").printed);
+    expect("wipe -d 254", "\nWipe PD 254 is returned successfully.\n");
     EXPECT_EQ("KT_PD_WipeHDMDD 254 0", seam.calls.back());
-    EXPECT_EQ("\nWipe PD 4 is returned successfully.\n", run(doWipe, "wipe -d 4 -f").printed);
+    expect("wipe -d 4 -f", "\nWipe PD 4 is returned successfully.\n");
     EXPECT_EQ("KT_PD_WipeHDMDD 4 1", seam.calls.back());
-}
-
-TEST_F(Removal, RefusesOptionsBeforeAnyCall) {
-    expectRefused({
-        {doDelete, "delete -o pd", "-o : invalid object 'pd'\n"},
-        {doDelete, "delete -i 4294967299 -o vd", "-i : invalid id 2147483647\n"},
-        {doDelete, "delete -i 255", "-i : invalid id 255\n"},
-        {doAssign, "assign -d 65541", "-d : invalid disk id '65541'\n"},
-        {doAssign, "assign -d 5 -a x", "-a : invalid VD id or array id'x'\n"},
-        {doAssign, "assign -o vd", "-o : invalid object 'vd', should be HBA or Array\n"},
-        {doAssign, "assign -o array", "Array id is not specified\n"},
-        {doAssign, "assign -a 4", "-a option is not allowed when assigning global spare\n"},
-        {doWipe, "wipe -d 300", "-i : invalid id 300\n"},
-        {doWipe, "wipe -d 99999999999", "-i : invalid id 2147483647\n"},
-    });
-    arrayBasedRaid = false;
-    for (CommandHandler handler : {doDelete, doAssign}) {
-        EXPECT_EQ("-o : array is not supported on this adapter\n", run(handler, "word -o Array").printed);
-    }
-    EXPECT_EQ(Calls{}, seam.calls);
 }

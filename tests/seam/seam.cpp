@@ -1,10 +1,17 @@
 #include "tests/seam/seam.h"
 
+#include "Functions/backup_cfg/backup_cfg.h"
+#include "Functions/restore_cfg/checkConfig.h"
+#include "Functions/restore_cfg/restore_cfg.h"
+#include "Functions/version/version.h"
+#include "ktsetup/commandTables.h"
 #include "tests/support/printed.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
+#include <stdexcept>
 #include <unistd.h>
 
 Seam seam;
@@ -18,15 +25,30 @@ static void typeIn(const std::string& answers) {
     close(ends[1]);
 }
 
-Outcome run(CommandHandler handler, const std::string& line, const std::string& answers) {
+static CommandHandler handlerOf(std::string word) {
+    static const std::map<std::string, CommandHandler> ofKtcfg = {
+        {"backup_cfg", doBackUp_CFG}, {"restore_cfg", doRestore_CFG}, {"check", doCheck_CFG}};
+    if (ofKtcfg.contains(word)) return ofKtcfg.at(word);
+    for (bool arrays : {arrayBasedRaid, !arrayBasedRaid}) {
+        const CommandSet& set = arrays ? arrayBasedCommands : ldBasedCommands;
+        for (const auto& [rows, size] : {std::pair{set.general, set.generalSize}, {set.internal, set.internalSize}}) {
+            for (int i = 0; i < size; ++i)
+                if (word == rows[i].cmd) return rows[i].cmdHandler;
+        }
+    }
+    ADD_FAILURE() << "no command " << word;
+    return doVersion;
+}
+
+Outcome run(const std::string& line, const std::string& answers) {
     typeIn(answers);
     std::string text = line;
     std::vector<char*> words(line.size() + 2);
     int argc = 0;
     parse(&argc, words.data(), text.data());
-    _cmd_struct row = {"word", 5, handler, "\nlong help\n", ":short"};
+    _cmd_struct row = {"word", 5, handlerOf(words[0]), "\nlong help\n", ":short"};
     Outcome outcome = {line, 0, "", ""};
-    outcome.printed = printedBy([&] { outcome.result = handler(argc, words.data(), &row); });
+    outcome.printed = printedBy([&] { outcome.result = row.cmdHandler(argc, words.data(), &row); });
     outcome.words = text.substr(text.find('\0') + 1);
     return outcome;
 }
@@ -35,6 +57,47 @@ void expect(const Outcome& outcome, const std::string& printed, int result, cons
     testing::ScopedTrace trace(file, line, outcome.line);
     EXPECT_EQ(printed, outcome.printed);
     EXPECT_EQ(result, outcome.result);
+}
+
+static std::string unescaped(std::string text) {
+    for (const auto& [from, to] : {std::pair{"\\n", "\n"}, {"\\t", "\t"}}) {
+        for (size_t at = 0; (at = text.find(from)) != text.npos;)
+            text.replace(at, 2, to);
+    }
+    return text;
+}
+
+std::vector<TableRow> rowsOf(const std::string& table) {
+    std::vector<TableRow> rows;
+    std::istringstream lines(table);
+    for (std::string row; std::getline(lines, row);) {
+        if (row.empty()) continue;
+        const size_t equals = row.find(" =");
+        const size_t arrow = row.find("> ", equals);
+        if (arrow == row.npos) throw std::invalid_argument("no arrow in: " + row);
+        const std::string line = row.substr(0, equals);
+        const size_t open = line.find('{');
+        const size_t end = line.find('}') + 1;
+        std::istringstream choices(open == line.npos ? "-" : line.substr(open + 1, end - open - 2));
+        for (std::string word; std::getline(choices, word, '|');) {
+            TableRow found = {line, row.substr(arrow + 2), -1};
+            if (arrow > equals + 2) found.result = std::stoi(row.substr(equals + 2));
+            if (open != line.npos) found.line.replace(open, end - open, word);
+            if (size_t at = found.message.find("{}"); at != row.npos)
+                found.message.replace(at, 2, word == "\\t" ? "" : word);
+            if (!found.message.empty()) found.message += "\n";
+            rows.push_back({unescaped(found.line), unescaped(found.message), found.result});
+        }
+    }
+    return rows;
+}
+
+void expectRows(const std::string& table, Calls (*unwanted)()) {
+    for (const TableRow& row : rowsOf(table)) {
+        seam.calls.clear();
+        expect(row.line, row.message, row.result < 0 ? 1 : row.result);
+        EXPECT_EQ(Calls{}, unwanted()) << row.line;
+    }
 }
 
 KT_U8 answer(const char* name, const std::string& arguments) {
@@ -51,6 +114,13 @@ extern "C" {
 const char* KT_API_Version() {
     return seam.version.c_str();
 }
+KT_U8 KT_API_RescanAdapter() {
+    return answer("KT_API_RescanAdapter", "");
+}
+KT_U32 KT_API_GetRescanCount(KT_U8 force) {
+    return note("KT_API_GetRescanCount", force);
+}
+void KT_API_Finalize() {}
 KT_U8 KT_Adapter_GetCount() {
     return 1;
 }

@@ -80,38 +80,35 @@ struct Outcome {
     std::string words; // the bytes left in the words behind the command word
 };
 
-// Runs a handler on the words of a command line, split as the shell splits them. Questions are answered with the text.
-Outcome run(CommandHandler handler, const std::string& line, const std::string& answers = "");
+// Runs the command of a line, as the set that arrayBasedRaid stands for knows it, or else the other one. The line is
+// split as the shell splits it; questions are answered with the text.
+Outcome run(const std::string& line, const std::string& answers = "");
+inline std::string printed(const std::string& line, const std::string& answers = "") {
+    return run(line, answers).printed;
+}
 
 // What a run printed, and its result.
 void expect(const Outcome& outcome, const std::string& printed, int result = 0, const char* file = __builtin_FILE(),
             int line = __builtin_LINE());
+inline void expect(const std::string& words, const std::string& printed, int result = 0,
+                   const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+    expect(run(words), printed, result, file, line);
+}
 
-struct Refusal {
-    CommandHandler handler;
-    const char *line, *printed;
-    int result = 1;
+// A row of a table of texts is a line and, behind " => ", its message without the end of the line. Of the words in
+// braces, {a|b}, each makes a row, and {} in the message is the one that does. A result stands within the arrow: =19>.
+// The second of two tabs in a row, \t behind a blank, makes an empty word.
+struct TableRow {
+    std::string line, message;
+    int result; // -1: none stands there
 };
+std::vector<TableRow> rowsOf(const std::string& table);
 
-// Each line is refused with its message, and the library is not called.
-template <size_t N>
-void expectRefused(const Refusal (&refusals)[N]) {
-    for (const Refusal& row : refusals) {
-        Outcome outcome = run(row.handler, row.line);
-        EXPECT_EQ(row.printed, outcome.printed) << row.line;
-        EXPECT_EQ(row.result, outcome.result) << row.line;
-        EXPECT_EQ(Calls{}, seam.calls) << row.line;
-    }
+inline Calls allCalls() {
+    return seam.calls;
 }
-// The same for lines of one command: what stands behind its word, and the message.
-template <size_t N>
-void expectRefused(CommandHandler handler, const std::string& word, const char* const (&refusals)[N][2],
-                   int result = 1) {
-    for (const auto& [words, printed] : refusals) {
-        std::string line = word + " " + words;
-        expectRefused({{handler, line.c_str(), printed, result}});
-    }
-}
+// Runs the lines, which fail with 1 where no result stands there, and make no unwanted calls.
+void expectRows(const std::string& table, Calls (*unwanted)() = allCalls);
 
 // A record's bytes, for comparison with what was sent.
 template <class Record>

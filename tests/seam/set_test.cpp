@@ -1,7 +1,6 @@
 // What set hands to the library, and a library that answers and does nothing.
 #include <gtest/gtest.h>
 
-#include "tests/seam/commands.h"
 #include "tests/seam/seam.h"
 
 extern "C" {
@@ -40,87 +39,9 @@ struct Set : SeamTest {
     }
 };
 
-TEST_F(Set, RefusesOptionsBeforeAnyCall) {
-    arrayBasedRaid = true;
-    const char badObject[] = "', should be VD, PD, Array, HBA or BBU\n";
-    const std::string disk = std::string("-o : invalid object 'disk") + badObject;
-    const std::string driver = std::string("-o : invalid object 'driver") + badObject;
-    expectRefused(doSetV2, "set",
-                  {{"", "set: option -o is required\n"},
-                   {"-o disk", disk.c_str()},
-                   {"-o driver", driver.c_str()},
-                   {"-o vd -c on", "set: option -i is required\n"},
-                   {"-o hba -i 0 --alarm on", "set: option -i does not belong to -o hba\n"},
-                   {"-o vd -i 65536 -c on", "-i : id is not a number\n"},
-                   {"-o pd -i x -c on", "-i : id is not a number\n"},
-                   {"-o vd -c on -i \t", "-i : id is not a number\n"},
-                   {"-o pd -i 3", "set: nothing to set is given for -o pd\n"},
-                   {"-o pd -i 3 -n name", "set: option -n does not belong to -o pd\n"},
-                   {"-o hba --smart on", "set: option --smart does not belong to -o hba\n"},
-                   {"-o pd -i 3 --smart on --smart on", ErrorDuplicate},
-                   {"-o vd -i 3 -c on -w wt", "-c on and -w wt contradict each other\n"},
-                   {"-o vd -i 3 -n a-b", "-n, name must be numeric, character, space or underline. Now is a-b\n"},
-                   {"-o vd -i 3 -n 12345678901234567", "-n : length of name should be no more than 16 characters\n"},
-                   {"-o vd -i 3 -n \"\"", "-n : the name is empty\n"},
-                   {"-o vd -i 3 -c maybe", "-c : invalid cache mode 'maybe'\n"},
-                   {"-o vd -i 3 -w auto", "-w : invalid write policy 'auto'\n"},
-                   {"-o vd -i 3 -p on", "-p : invalid read policy 'on'\n"},
-                   {"-o vd -i 3 --restore on", "--restore is not supported on adapter 0.\n"},
-                   {"-o array -i 0 -c auto", "-c : invalid value 'auto', should be on or off\n"},
-                   {"-o pd -i 3 --speed 5", "--speed : invalid value '5', should be 1.5, 3, 6 or 12\n"},
-                   {"-o pd -i 3 --status up", "--status : invalid value 'up', should be online or offline\n"},
-                   {"-o hba --mprate 101", "--mprate : invalid value '101', should be 0 to 100\n"},
-                   {"-o hba --mprate \t", "--mprate : invalid value '', should be 0 to 100\n"},
-                   {"-o hba --mprate 4294967297", "--mprate : invalid value '4294967297', should be 0 to 100\n"},
-                   {"-o hba --copyback 1", "--copyback : invalid value '1', should be on or off\n"},
-                   {"-o bbu --power on", "--power : invalid value 'on', should be charge, discharge or stop\n"},
-                   {"-o bbu --power stop", "--power is not supported on adapter 0.\n"}});
-    arrayBasedRaid = false;
-    expectRefused(doSet, "set",
-                  {{"-o bbu -i 3", "-o : invalid object 'bbu', should be VD, PD, HBA or Driver\n"},
-                   {"-o array -i 0 -c on", "-o : array is not supported on this adapter\n"},
-                   {"-o vd -i 3 -n 12345678901", "-n : length of name should be no more than 10 characters\n"}});
-    gAdapterInfo[0].AlarmSupport = gAdapterInfo[0].Features = 0;
-    gAdapterInfo[0].AdvancedFeatures = KT_ADV_NO_SMART | KT_ADV_NO_WRITE_CACHE | KT_ADV_NO_READ_CACHE;
-    for (const char* option : {"--alarm", "--copyback", "--pollsmart", "--consolidation"}) {
-        const std::string words = std::string("-o hba ") + option + " on";
-        const std::string printed = std::string(option) + " is not supported on adapter 0.\n";
-        expectRefused(doSet, "set", {{words.c_str(), printed.c_str()}});
-    }
-    expectRefused(doSet, "set",
-                  {{"-o hba --mute", "--mute is not supported on adapter 0.\n"},
-                   {"-o hba --mprate 1", "--mprate is not supported on adapter 0.\n"},
-                   {"-o hba --bgarate 1", "--bgarate is not supported on adapter 0.\n"},
-                   {"-o pd -i 0 --smart on", "--smart is not supported on adapter 0.\n"},
-                   {"-o vd -i 0 -c on", "VD cache is not supported on adapter 0.\n"},
-                   {"-o vd -i 0 -w wb", "VD write cache is not supported on adapter 0.\n"},
-                   {"-o vd -i 0 -p ra", "VD read cache is not supported on adapter 0.\n"}});
-}
-
-// No disk is asked about before its options are right, for none of the commands for solid-state disks.
-TEST_F(Set, SolidStateDisksAreNotAskedWithWrongOptions) {
-    expectRefused(doSsdDiagnostic, "ssd",
-                  {{"-d x", "-d : invalid PD ID 'x'\n"},
-                   {"-d 65536", "-d : invalid PD ID '65536'\n"},
-                   {"-d \t", "-d : invalid PD ID ''\n"},
-                   {"-d 11 -a run", "-a : invalid action 'run'.\n"},
-                   {"-d 11 -a start -t full", "-t : invalid test 'full'.\n"},
-                   {"-d 11 -t long", "ssd: option -t belongs to -a start only\n"},
-                   {"-a start", "ssd: option -d is required\n"},
-                   {"-d 11 -d 11", ErrorDuplicate}});
-    expectRefused(doSsdOp, "ssdop",
-                  {{"-f now.bin", "ssdop: option -d is required\n"},
-                   {"-d 11", "ssdop: option -f is required\n"},
-                   {"-d 11 -a version -f now.bin", "ssdop: option -f does not belong to -a version\n"},
-                   {"-d 11 -a version -m now", "ssdop: option -m does not belong to -a version\n"},
-                   {"-d 11 -a erase", "-a : invalid action 'erase'.\n"},
-                   {"-d 11 -f now.bin -m soon", "-m : invalid mode 'soon', should be now or later\n"},
-                   {"-f now.bin -d \t", "-d : invalid PD ID ''\n"}});
-}
-
 TEST_F(Set, SaysWhatTheAdapterDidNotTake) {
     seam.rawDisabled = 0x77;
-    Outcome outcome = run(doSet, "set -o hba --alarm on --rebuildrate 30");
+    Outcome outcome = run("set -o hba --alarm on --rebuildrate 30");
     EXPECT_EQ(outcome.result, 1);
     EXPECT_NE(outcome.printed.find("\nThe adapter did not take --alarm on.\n"
                                    "The adapter did not take --rebuildrate 30.\n"),
@@ -153,13 +74,13 @@ TEST_F(Set, EachSettingOfAnAdapterHasItsPlaceAndItsLine) {
     for (const auto& row : rows) {
         const bool rate = strstr(row.option, "rate") != nullptr;
         const std::string words = std::string("set -o hba --") + row.option;
-        Outcome outcome = run(doSet, words + (rate ? " 100" : " on"));
+        Outcome outcome = run(words + (rate ? " 100" : " on"));
         EXPECT_EQ(0, outcome.result);
         EXPECT_NE(std::string::npos, outcome.printed.find(std::string(row.line) + (rate ? "100 %\n" : "on\n")));
         std::string sent(sizeof(_Adapter_Config_V2), '\0');
         sent[row.at] = rate ? 100 : 1;
         EXPECT_EQ(sent, seam.sent["KT_Adapter_SetConfig"]) << row.option;
-        EXPECT_EQ(0, run(doSet, words + (rate ? " 0" : " off")).result);
+        EXPECT_EQ(0, run(words + (rate ? " 0" : " off")).result);
         EXPECT_EQ(std::string(sent.size(), '\0'), seam.sent["KT_Adapter_SetConfig"]) << row.option;
     }
 }
@@ -200,20 +121,20 @@ TEST_F(Set, SaysWhatTheAdapterRefused) {
         seam.hdConfigs = {{}};
         seam.hdConfigs[0].Online = row.online;
         seam.disks[0].Status = row.online ? 0 : KT_PD_OFFLINE;
-        expect(run(doSetV2, std::string("set --waiveconfirmation -o ") + row.words), row.printed, 5);
+        expect(run(std::string("set --waiveconfirmation -o ") + row.words), row.printed, 5);
     }
     seam.disks[0].Status = KT_PD_MEMBER;
     seam.hdConfigs[0].Online = 1;
     seam.statuses = {{"KT_BLK_GetHDBlock", 20}};
-    expect(run(doSetV2, "set -o pd -i 0 --status offline"),
+    expect("set -o pd -i 0 --status offline",
            "PD 0 is a member.\nWhat PD 0 is needed for cannot be read (error 20: Link time out).\n"
            "Do you still want to change the settings? (y or n)\n");
     seam.hds.clear();
-    expect(run(doSetV2, "set -o pd -i 0 --speed 3"), "Unable to get info of PD 0 (error 1 : Failed)\n", 1);
+    expect("set -o pd -i 0 --speed 3", "Unable to get info of PD 0 (error 1 : Failed)\n", 1);
     addDisks(1);
-    expect(run(doSetV2, "set -o pd -i 0 --speed 12"), "PD 0 does not support 12 Gb/s\n", 1);
+    expect("set -o pd -i 0 --speed 12", "PD 0 does not support 12 Gb/s\n", 1);
     seam.battery.status = 0;
-    expect(run(doSetV2, "set -o bbu --power charge"), "No BBU is found.\n", 16);
+    expect("set -o bbu --power charge", "No BBU is found.\n", 16);
 }
 
 } // namespace

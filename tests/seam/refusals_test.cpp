@@ -1,0 +1,263 @@
+// What is refused with a message before the library is called.
+#include "tests/seam/activity.h"
+
+namespace {
+
+struct Refusals : SeamTest {
+    Refusals() {
+        layOut();
+        opterr = 0; // what the scanner says on standard error is not looked at
+    }
+};
+
+TEST_F(Refusals, OfAnAdapterWithoutArrays) {
+    gAdapterInfo[0].StripeSizeSupported = 3;
+    expectRows(R"(
+init -o pd -l 2 => -o : invalid object 'pd'
+init -a {halt|Stop} -l 2 => -a : invalid action '{}'
+init -l {65538|\t} => -l : VD id should be a number
+{init -l 2 -t 1|init -h} =0> Description:short\nlong help
+cc -o array -l 2 => -o : invalid object 'array', should be VD
+cc -l {two|\t} => -l : invalid vd '{}'
+cc -l 2 -t fix => -t : invalid argument 'fix'
+rebuild -d 9 -l \t => -l : VD id should be a number
+rebuild -l 2 => At least one target PD is required
+rebuild -l 2 -d 8,9 => -d: Only One PD is needed for rebuilding!
+rebuild -l 2 -d {65545|\t} => -d:invalid PD IDs {}
+mp -d {1,2|\t} => -d : invalid pd id
+pause -c {256|\t} => -c : id should be a number
+create -b {1x|\t} => -b : invalid stripe block size '{}'.
+create -b {24|65552} => -b : invalid stripe block size '{}'.Please refer to info -o hba command to get detail stripe size support information.
+create -c auto => -c : invalid cache mode 'auto'
+create -w auto => -w : invalid write policy 'auto'
+create -p on => -p : invalid read policy 'on'
+create -d {1,65536|\t|1,,2} => -d : invalid PD ID '{}'
+create -g {2|256|\t} => -g : invalid giga byte rounding scheme '{}'
+create -i foreground => -i : invalid initialization mode 'foreground'
+create -n {12345678901|"123 5678901"} => -n : length of name should be no more than 10 characters
+create -o ARRAY => -o : array is not supported on this adapter
+create -r 7 => -r : invalid raid mode 7
+create -s {4294967296|\t} => -s : invalid size '{}'.
+create -r 0 -d 1,2 -n My-VD => -n, name must be numeric, character, space or underline. Now is My-VD
+create -r 0 -d 3,3 => RAID0 needs at least 2 PD.
+create -r 6 -d 1,2,3 -q 300 => Number of parity disks should be at least 2 and less than 3.
+create -r 5 -d 1,2,3 -q {3|300} =19> RAID mode RAID5 don't support the setting of parity disks.
+create -r 60 -d 1,2,3,4,5,6 -q 99999999998 => RAID60 need even number of parity disks between 4 and 6.
+maxcreatesize -d 1,65536 -r 0 => -d : invalid PD ID '1,65536'
+maxcreatesize -g 3 => -g : invalid giga byte rounding scheme '3'
+maxcreatesize -r 1 -d 0,1,2 => RAID1 needs exactly 2 PDs.
+maxcreatesize -r 6 -d 1,2,3 -q \t => Number of parity disks should be at least 2 and less than 3.
+maxcreatesize -r 60 -d 1,2,3,4,5,6 -q 300 => # of parity disks (300) should be less than # of total disks (6).
+maxcreatesize {-n x|-h} =0> \nlong help
+migrate -l 2 {-q 3|-a start} => migrate: one of -r or -d option must be specified
+migrate -r 5 -l {x|\t} => -l : invalid VD id '{}'
+migrate -a begin -l 2 => -a : invalid action 'begin'
+migrate -l 2 -r 7 => -r : invalid raid mode 7
+migrate -l 2 -q x => -q : invalid number of parity disks 'x'
+migrate -l 2 -d {1,2,a|,} => -d : invalid PD ID '{}'
+migrate {-l 2 -l 2|-a size -a size -l 2|-l 2 -r 5 -r 6|-l 2 -q 2 -q 3|-d 1 -d 2} => 
+aesop -o CHANGEPWD => aesop: option -e is required\naesop: option -p is required\naesop: option -w is required
+aesop -o verifykey -p x -e 1 -w y => aesop: option -k is required
+aesop -o set => -o : invalid object 'set'
+aesop -e {256|\t} => -i : invalid entry id '{}'
+aesop -i 1x => -i : invalid port id '1x'
+aesentry -o get => -o : invalid object 'get'
+aesentry -o getcfg -i {300|\t} => -i : invalid id '{}'
+aesentry -o getcfg => aesentry: option -i is required\naesentry: option -p is required
+aesentry -o setcfg -k key -i 1 => \nAES entry id and password must be set.
+aesentry -o setcfg -p p -i 1 => aesentry: option -k is required
+aesport -o on => -o : invalid object 'on'
+aesport -i {65536|\t} => -i : invalid port id '{}'
+aesport -e {x|\t} => -e : invalid entry id '{}'
+aesport -o {set|dismount} => aesport: option -i is required
+aesport -o set -i 1 => \n --aeson or --aesoff is required for set AES configuration.
+aesport -o set -i 1 --aeson --aeson => Duplicated option specified.
+aesport -o mount -i 1 -e 2 => \n  port id ,entry id, password and mount AES must be set.
+forceonline -i {65536|\t} => -i : invalid id '{}'
+forceonline -i 3 -p {abc|\t} => -p : invalid percentage '{}'
+forceonline -i 3 -p {266|0} => -p : invalid percentage '{}', available percentage include 10 20 30 40 50 60 70 80 90 100
+event -s {12a|-1|0x10|4294967296} => -s : start sequence should be a number
+flash -a burn => -a : invalid action 'burn'.
+flash -a erase -t bios -i {256|\t} => -i : invalid adapter id '{}'.
+flash -t rom => -t : invalid type 'rom'.
+flash -p all => -p : invalid flash page 'all'.
+flash {-a update|-a erase -f x} => flash: option -t is required
+flash {-a update -t config|-a version -p pd} => flash: option -f is required
+nvsram -a erase => -a : invalid action 'erase'
+nvsram -s 5 => nvsram: option -a is required\n\nlong help
+nvsram -s {4294967296|ff|\t} => -s : invalid address offset '{}'
+nvsram -c {4294967296|\t} => -c : invalid byte counts '{}'
+nvsram -c 0 => Number of bytes should be > 0
+nvsram -p 0x100 -p 0x5 => Duplicated option specified.
+nvsram -p {5A|\t} => -p: invalid hex pattern '{}'
+nvsram -p {0x100|0x1000000000000005A} => -p: hex pattern should be 8 bit 
+nvsram -a write -s 4294967295 -c 2 => -c : invalid byte counts '2'
+register -t other => -t : invalid register type 'other'
+register -a erase => -t : invalid operation type 'erase'
+register -v {ff|18446744073709551616|\t} => -v : invalid value '{}'
+register -a write -v 1 -d \t => -d : invalid address ''
+register -a write -d 2 => -v is must in the write register command.
+register -d 2 -v 1 => -v is must not be set in the read register command.
+register -d 2 => address must be 0 or 1. Now is -d 2.
+register -d 99999999999 => address must be 0 or 1. Now is -d 2147483647.
+tandem -o system => -o : invalid object 'system', should be empty or delete
+tandem -a 0x1 => -a : address is not a number
+tandem {-l 18446744073709551616|-o empty -d 1 --length 5} => -l : length is not a number
+tandem -d {65536|x} => -d : Tandemix ID is not a number
+tandem -o empty => tandem: option -d is required
+get -o disk => -o : invalid object 'disk', should be VD, PD or Array
+{get -o array|info -o array|delete -o Array|assign -o Array|set -o array -i 0 -c on} => -o : array is not supported on this adapter
+get -o vd -i 65536 => -i : id is not a number
+info -o disk => -o : invalid object 'disk'
+info -o vd -i x => -i : id should be a number
+info -o vd -i 255 => -i : invalid id 255
+info -i 300 -i 300 => info: option -o is required\n-i : invalid id 300\nDuplicated option specified.
+enc -o fan => -o: invalid option 'fan'
+enc -o enc -i one => -i: invalid enclosure id 'one'
+enc -o enc -i {255|65536} => -i : invalid id {}
+enc -o enc -i 99999999999 => -i : invalid id 2147483647
+enc -o ele -e 0x1 => -e: invalid element id '0x1'
+enc -o ele -e {255|256} => -e: element id should be less than 255
+enc -o ele -e 255 -e 1 => Duplicated option specified.
+enc -o ele -t disk => -t: element type error:'disk'
+enc -o {ele -i 0 -e 1|elecfg} => Missing -t: please specify the type of the given element id
+status -o vd => -o : invalid object 'vd'
+status -o pd -i 70000 => -i : id is not a number
+smart -p 65536 => -p : invalid phyiscal disk id '65536'
+devmap -o p => -o: Invalid object 'p'.
+devmap -o vd -i {0x|0x10000} => -i: invalid object id '{}'.
+locate => missing PD id
+locate -a blink => -a: invalid action 'blink'\nmissing PD id
+locate -a blink -i 3 => -a: invalid action 'blink'
+{locate -i 65536|import -i vd|import -i \t|report -i \t} => -i: id should be a number
+import => missing VD id
+import -i 0x100000000000000000 => -i : invalid id 2147483647
+{report|delete} -i 255 => -i : invalid id 255
+delete -o pd => -o : invalid object 'pd'
+delete -o vd -i {4294967299|99999999999} => -i : invalid id 2147483647
+delete -o vd --waiveconfirmation -i \t => -i : invalid id ''
+assign -d {65541|\t} => -d : invalid disk id '{}'
+assign -d 5 -a {x|\t} => -a : invalid VD id or array id'{}'
+assign -o vd => -o : invalid object 'vd', should be HBA or Array
+assign -a 4 => -a option is not allowed when assigning global spare
+wipe -d 300 => -i : invalid id 300
+wipe -d 99999999999 => -i : invalid id 2147483647
+wipe -f -d \t => -d : invalid PD id ''
+set -o bbu -i 3 => -o : invalid object 'bbu', should be VD, PD, HBA or Driver
+set -o vd -i 3 -n 12345678901 => -n : length of name should be no more than 10 characters
+ssd -d {x|65536} => -d : invalid PD ID '{}'
+{ssd|ssdop -f now.bin} -d \t => -d : invalid PD ID ''
+ssd -d 11 -a run => -a : invalid action 'run'.
+ssd -d 11 -a start -t full => -t : invalid test 'full'.
+ssd -d 11 -t long => ssd: option -t belongs to -a start only
+ssd -a start => ssd: option -d is required
+ssdop -d 11 => ssdop: option -f is required
+ssdop -d 11 -a version -f now.bin => ssdop: option -f does not belong to -a version
+ssdop -d 11 -a version -m now => ssdop: option -m does not belong to -a version
+ssdop -d 11 -a erase => -a : invalid action 'erase'.
+ssdop -d 11 -f now.bin -m soon => -m : invalid mode 'soon', should be now or later
+backup_cfg {-f a -f b|-t phy -t phy} => Duplicated option specified.
+restore_cfg {--autoset -a x|-r x --raid|-f a -f b} => Duplicated option specified.
+{backup_cfg|restore_cfg} -i 1 => 
+{backup_cfg|restore_cfg} -t raid => -p : invalid type setting 'raid'
+check =2> check: option -f is required
+check -f a -f b =2> Duplicated option specified.
+check -f a b =2> check: 'b' is one word too many.
+check -f a -t x =2> -t : invalid type 'x'
+)");
+}
+
+TEST_F(Refusals, OfAnAdapterWithArrays) {
+    arrayBasedRaid = true;
+    expectRows(R"(
+rebuild -l {a2|\t} -d 9 => -l : Array id should be a number
+rebuild -l 2 => At least one target PD is required
+rebuild -l 2 -d {,9,y|8,,9} => -d:invalid PD IDs {}
+copyback -a pause -l {x|\t} => -l : Array id should be a number
+copyback -l 2 -d 9 =0> Description:short\nlong help
+migrate -l 2 {-q 3|-a start} => migrate: one of -r or -d option must be specified
+migrate -l 2 -r 6 => No target disk is specified.
+migrate -d 1,2,3 -l {x|\t} => -l : invalid VD id '{}'
+migrate -a begin -l 2 => -a : invalid action 'begin'
+migrate -l 2 -r 7 => -r : invalid raid mode 7
+migrate -l 2 -d {1,2,a|\t} => -d : invalid PD ID '{}'
+migrate -l 2 -d 1,2,3,9 -q \t => -q : invalid number of parity disks ''
+migrate {-l 2 -l 2|-a size -a size -l 2|-l 2 -r 5 -r 6|-l 2 -q 2 -q 3|-d 1 -d 2} => 
+create -o array => create: option -r is required\ncreate: option -d is required
+create -n x => create: option -a is required
+create -o disk => -o : invalid object 'disk'
+create -a {65536|\t} => -a : invalid array id '{}'
+create -a 2 -l \t => -l : invalid slot number ''
+create -n {12345678901234567|"1234 678901234567"} => -n : length of name should be no more than 16 characters
+create -d {,|8,9,} => -d : invalid PD IDs '{}'
+create -o array -r 0 -d \t => -d : no PD ID is specified.
+create -b 24 => -b : invalid stripe block size '24'. Please refer to info -o hba command to get detail stripe size support information.
+create -a 2 -b \t => -b : invalid stripe block size ''.
+create -s {0|18446744073709551616} => -s : invalid size '{}'.
+create {-c auto|-w AUTO} => 'auto' cache mode is not supported
+create -t on => -t : invalid create type 'on'
+create -o auto -n a.b => -n, name must be numeric, character, space or underline. Now is a.b
+create -o array -r 5 -d 1,2,3 -a 0 => -a option is not used for creating array
+create -a 0 -r 5 => -r, -d and -q option are not allowed in creating VD
+create -o array -r 6 -d 0,1,2,3 -q 3 -n x => Number of parity disks for RAID6 can not exceed half of total disks
+create -o array -d 1 -r 0 -q 1 =19> RAID mode RAID0 don't support the setting of parity disks.
+assign -o array => Array id is not specified
+set -c on => set: option -o is required
+set -o {disk|driver} => -o : invalid object '{}', should be VD, PD, Array, HBA or BBU
+set -o vd -c on => set: option -i is required
+set -o hba -i 0 --alarm on => set: option -i does not belong to -o hba
+set -o vd -i {65536|x|\t} -c on => -i : id is not a number
+set -o pd -i 3 => set: nothing to set is given for -o pd
+set -o pd -i 3 -n name => set: option -n does not belong to -o pd
+set -o hba --smart on => set: option --smart does not belong to -o hba
+set -o pd -i 3 --smart on --smart on => Duplicated option specified.
+set -o vd -i 3 -c on -w wt => -c on and -w wt contradict each other
+set -o vd -i 3 -n a-b => -n, name must be numeric, character, space or underline. Now is a-b
+set -o vd -i 3 -n 12345678901234567 => -n : length of name should be no more than 16 characters
+set -o vd -i 3 -n "" => -n : the name is empty
+set -o vd -i 3 -c maybe => -c : invalid cache mode 'maybe'
+set -o vd -i 3 -w auto => -w : invalid write policy 'auto'
+set -o vd -i 3 -p on => -p : invalid read policy 'on'
+set -o vd -i 3 --restore on => --restore is not supported on adapter 0.
+set -o array -i 0 -c auto => -c : invalid value 'auto', should be on or off
+set -o pd -i 3 --speed 5 => --speed : invalid value '5', should be 1.5, 3, 6 or 12
+set -o pd -i 3 --status up => --status : invalid value 'up', should be online or offline
+set -o hba --mprate {101|\t|4294967297} => --mprate : invalid value '{}', should be 0 to 100
+set -o hba --copyback 1 => --copyback : invalid value '1', should be on or off
+set -o bbu --power on => --power : invalid value 'on', should be charge, discharge or stop
+set -o bbu --power stop => --power is not supported on adapter 0.
+)");
+}
+
+TEST_F(Refusals, OfAnAdapterThatCanDoNothing) {
+    gAdapterInfo[0].Features = 0;
+    gAdapterInfo[0].LogicalDriverMode = KT_MODE_RAID5;
+    gAdapterInfo[0].AdvancedFeatures =
+        KT_ADV_NO_SMART | KT_ADV_NO_WRITE_CACHE | KT_ADV_NO_READ_CACHE | KT_ADV_NO_ROUNDING;
+    expectRows(R"(
+rebuild -a stop -l 2 => Rebuilding is not supported by this HBA!
+mp -d 2 => Media patrol is not supported.
+migrate -l 2 -l 2 => This adapter does not support migration.
+create -i Background => -i : initialization mode 'Background' is not supported
+create -r 1 -d 1 => Specified RAID mode is not supported.
+{create|set -o vd -i 0} -c on => VD cache is not supported on adapter 0.
+{create|set -o vd -i 0} -w wb => VD write cache is not supported on adapter 0.
+{create|set -o vd -i 0} -p none => VD read cache is not supported on adapter 0.
+create -g 0 => Gigabyte rounding scheme is not supported
+tandem {-o count -d 0|-l 1} => Tandemix is not supported.
+tandem -d x => -d : Tandemix ID is not a number
+set -o hba {--alarm|--copyback|--pollsmart|--consolidation} on => {} is not supported on adapter 0.
+set -o hba {--mprate|--bgarate} 1 => {} is not supported on adapter 0.
+set -o hba --mute => --mute is not supported on adapter 0.
+set -o pd -i 0 --smart on => --smart is not supported on adapter 0.
+)");
+    arrayBasedRaid = true;
+    expectRows(R"(
+rebuild -l 2 -d 9 => Rebuilding is not supported by this HBA!
+migrate -l 2 -l 2 => Migration is not supported on adapter 0.
+create -i background => -i : initialization mode 'background' is not supported
+create -g 1 => giga byte rounding scheme is not support
+)");
+}
+
+} // namespace
