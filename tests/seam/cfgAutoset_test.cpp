@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -139,40 +137,33 @@ TEST_F(Cfg, AutosetStartsAtTheStartAndStopsAtTheEnd) {
 }
 
 TEST_F(Cfg, AutosetRefusesItsFile) {
-    const std::tuple<const char*, const char*, const char*> cases[] = {
-        {"[PORT_GROUP]", "[PORTS]", "Restore_Error: Unknown option!(setcfg.txt)\n"},
-        {"[PORT_GROUP]", "PORT_GROUP", "Restore_Error: Error grammar in setcfg.txt!\n"},
-        {"[PORT_GROUP]=", "[PORT_GROUP] 0", "Restore_Error: Error grammar in setcfg.txt!\n"},
-        {"[PORT_GROUP]=1, 0", "", "Did you config setcfg.txt file ?\n"},
-        {"[SAS_ADDRESS_START]=500A1F40:00000010", "[SAS_ADDRESS_START]=00000000:00000000",
-         "Did you config setcfg.txt file ?\n"},
-        {"1, 0", "1,x", "Restore_Error: port ID in PORT_GROUP isn't digital!(setcfg.txt)\n"},
-        {"1, 0", "1,8", "Restore_Error: port ID in PORT_GROUP isn't digital!(setcfg.txt)\n"},
-        {"1, 0", "1,1",
-         "Restore_Error:Port count 1 in setcfg.txt \ndon't match with adapter port number:2!(setcfg.txt)\n"},
-        {"START]=5", "START]=", "Restore_Error: length of SAS_ADDRESS_START isn't 17!(setcfg.txt)\n"},
-        {"START]=500A1F40:", "START]=500A1F40.",
-         "Restore_Error: The 9th bit of SAS_ADDRESS_START isn't ':'!(setcfg.txt)\n"},
-        {"END]=500A1F40:", "END]=500A1F40.", "Restore_Error: 9th bit of SAS_ADDRESS_END isn't ':'!(setcfg.txt)\n"},
-        {"CURRENT]=5", "CURRENT]=X",
-         "Restore_Error: First 8bits of SAS_ADDRESS_CURRENT isn't  hex digit!(setcfg.txt)\n"},
-        {"0FFFFFFF", "0FFFFFFG",
-         "Restore_Error: Last 8bits of SAS_ADDRESS_CURRENT isn't  hexadecimal digit!(setcfg.txt)\n"},
-        {"START]=TARN", "START]=TAR", "Restore_Error: length of SERIALNUMBER_START isn't 20!(setcfg.txt)\n"},
-        {"START]=TARN0000010", "START]=TARN000001G",
-         "Restore_Error: Last 10bits of SERIALNUMBER_START isn't a hex digital!(setcfg.txt)\n"},
-        {"END]=TARN", "END]=BARN",
-         "Restore_Error: First 10bits of SERIALNUMBER_END isn't euqal with SERIALNUMBER_START!(setcfg.txt)\n"},
-        {"0000000009", "000000000A", "Restore_Error: Last 10bits of SERIALNUMBER_CURRENT isn't digital!(setcfg.txt)\n"},
-    };
+    const std::string changes = R"(
+[PORT_GROUP] : [PORTS] => Restore_Error: Unknown option!(setcfg.txt)
+[PORT_GROUP] : PORT_GROUP => Restore_Error: Error grammar in setcfg.txt!
+[PORT_GROUP]= : [PORT_GROUP] 0 => Restore_Error: Error grammar in setcfg.txt!
+[PORT_GROUP]=1, 0 :  => Did you config setcfg.txt file ?
+START]=500A1F40:00000010 : START]=00000000:00000000 => Did you config setcfg.txt file ?
+1, 0 : 1,{x|8} => Restore_Error: port ID in PORT_GROUP isn't digital!(setcfg.txt)
+1, 0 : 1,1 => Restore_Error:Port count 1 in setcfg.txt \ndon't match with adapter port number:2!(setcfg.txt)
+START]=5 : START]= => Restore_Error: length of SAS_ADDRESS_START isn't 17!(setcfg.txt)
+START]=500A1F40: : START]=500A1F40. => Restore_Error: The 9th bit of SAS_ADDRESS_START isn't ':'!(setcfg.txt)
+END]=500A1F40: : END]=500A1F40. => Restore_Error: 9th bit of SAS_ADDRESS_END isn't ':'!(setcfg.txt)
+CURRENT]=5 : CURRENT]=X => Restore_Error: First 8bits of SAS_ADDRESS_CURRENT isn't  hex digit!(setcfg.txt)
+0FFFFFFF : 0FFFFFFG => Restore_Error: Last 8bits of SAS_ADDRESS_CURRENT isn't  hexadecimal digit!(setcfg.txt)
+START]=TARN : START]=TAR => Restore_Error: length of SERIALNUMBER_START isn't 20!(setcfg.txt)
+START]=TARN0000010 : START]=TARN000001G => Restore_Error: Last 10bits of SERIALNUMBER_START isn't a hex digital!(setcfg.txt)
+END]=TARN : END]=BARN => Restore_Error: First 10bits of SERIALNUMBER_END isn't euqal with SERIALNUMBER_START!(setcfg.txt)
+0000000009 : 000000000A => Restore_Error: Last 10bits of SERIALNUMBER_CURRENT isn't digital!(setcfg.txt)
+)";
     write("c.txt", configuration(""));
     const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n";
     EXPECT_EQ(opening + "Error:Failed open setcfg.txt \n", runOn("restore_cfg -f c.txt --autoset").printed);
-    for (const auto& [from, to, printed] : cases) {
+    for (const TableRow& row : rowsOf(changes)) {
+        const size_t colon = row.line.find(" : ");
         std::string text = assignment;
-        text.replace(text.find(from), strlen(from), to);
+        text.replace(text.find(row.line.substr(0, colon)), colon, row.line.substr(colon + 3));
         write("setcfg.txt", text);
-        expect(runOn("restore_cfg -f c.txt --autoset"), opening + printed, 1);
+        expect(runOn("restore_cfg -f c.txt --autoset"), opening + row.message, 1);
         EXPECT_EQ(READ, seam.calls.back());
         EXPECT_EQ(text, fileText("setcfg.txt"));
     }

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "Functions/restore_cfg/checkConfig.h"
@@ -9,25 +7,18 @@
 
 namespace {
 _LD_Info vd(KT_U16 id, KT_U8 level, KT_U64 megabytes, const std::vector<KT_U16>& disks, KT_U8 parity = 0) {
-    _LD_Info ld = {};
-    ld.ID = id;
+    _LD_Info ld = {.ID = id, .RaidMode = level, .HDCount = static_cast<KT_U8>(disks.size()), .Size = megabytes};
     memcpy(ld.Name, "data", 4);
-    ld.RaidMode = level;
     ld.NumParityDisk = parity;
-    ld.Size = megabytes;
-    ld.HDCount = static_cast<KT_U8>(disks.size());
     std::copy(disks.begin(), disks.end(), ld.BlockIDs);
     return ld;
 }
 
 _DG_Info array(KT_U16 id, const char* name, KT_U8 level, const std::vector<KT_U16>& disks) {
-    _DG_Info dg = {};
-    dg.DGID = id;
+    _DG_Info dg = {.DGID = id, .RaidMode = level, .TotalManagedSpace = 5000 << 10};
     memcpy(dg.Name, name, strlen(name));
-    dg.RaidMode = level;
     dg.PDCount = static_cast<KT_U8>(disks.size());
     std::copy(disks.begin(), disks.end(), dg.PDIDs);
-    dg.TotalManagedSpace = 5000 << 10;
     return dg;
 }
 
@@ -49,6 +40,7 @@ struct Obstacles : SeamTest {
         *present = {};
         *wanted = {};
     }
+    void hold(const _LD_Info& ld) { present->lds[present->ldCount++] = ld; }
     void want(const _LD_Info& ld) { wanted->lds[wanted->ldCount++] = ld; }
     void wantSpare(KT_U16 disk, KT_U16 array) { wanted->spares[wanted->spareCount++] = {disk, array, 0, {}}; }
     void expect(const std::vector<std::string>& obstacles) const {
@@ -64,8 +56,7 @@ TEST_F(Obstacles, OfVirtualDisksOnTheirOwnDisks) {
     wantSpare(7, CFG_GLOBAL_SPARE);
     expect({});
     // What is deleted makes room, and what was foreign with it.
-    _LD_Info old = vd(9, KT_RAID0, 1, {50});
-    present->lds[present->ldCount++] = old;
+    hold(vd(9, KT_RAID0, 1, {50}));
     seam.ldStatuses = {{KT_VD_ONLINE, 0, 0, 0, 0, 9}};
     seam.blocks = {{50, 0, 0, 9, 0, 0, 512, 0, 0, 0}};
     seam.disks[0].Status = KT_PD_FOREIGN;
@@ -83,80 +74,60 @@ TEST_F(Obstacles, OfVirtualDisksOnTheirOwnDisks) {
 }
 
 TEST_F(Obstacles, OfEachKind) {
-    struct Case {
-        std::function<void(Obstacles_OfEachKind_Test&)> change;
-        std::vector<std::string> obstacles;
-    };
-    using T = Obstacles_OfEachKind_Test;
     const std::string v = "virtual disk 0 'data'";
-    const Case cases[] = {
-        {[](T& t) { t.wanted->lds[0].BlockIDs[1] = 40; }, {v + ": disk 40 is not there"}},
-        {[](T&) { seam.disks[1].Status = KT_PD_OFFLINE; }, {v + ": disk 1 is offline"}},
-        {[](T&) { seam.disks[1].Status = KT_PD_FOREIGN; }, {v + ": disk 1 is foreign"}},
-        {[](T&) { seam.disks[1].Status = KT_PD_GLOBAL_SPARE; },
+    const std::string second = "virtual disk 1 'data'";
+    // clang-format off
+    const std::pair<std::function<void()>, std::vector<std::string>> cases[] = {
+        {[&] { wanted->lds[0].BlockIDs[1] = 40; }, {v + ": disk 40 is not there"}},
+        {[] { seam.disks[1].Status = KT_PD_OFFLINE; }, {v + ": disk 1 is offline"}},
+        {[] { seam.disks[1].Status = KT_PD_FOREIGN; }, {v + ": disk 1 is foreign"}},
+        {[] { seam.disks[1].Status = KT_PD_GLOBAL_SPARE; },
          {v + ": disk 1 is a spare, and those are released only when the virtual disks are made"}},
-        {[](T&) { seam.hds[1].HDType = KT_HD_ATAPI; }, {v + ": disk 1 is an ATAPI device"}},
-        {[](T&) { seam.hds[1].BlockSize = 4096; }, {v + ": disk 1 has sectors of another size than disk 0"}},
-        {[](T&) {
+        {[] { seam.hds[1].HDType = KT_HD_ATAPI; }, {v + ": disk 1 is an ATAPI device"}},
+        {[] { seam.hds[1].BlockSize = 4096; }, {v + ": disk 1 has sectors of another size than disk 0"}},
+        {[] { seam.hds[1].HDType = KT_HD_SSD; }, {}},
+        {[] {
              seam.hds[1].HDType = KT_HD_SSD;
              gAdapterInfo[0].Features = KT_FEATURE_SAME_TYPE_ONLY;
-         },
-         {v + ": disk 1 is of another type than disk 0"}},
-        {[](T&) { seam.hds[1].HDType = KT_HD_SSD; }, {}},
-        {[](T&) { seam.statuses["KT_DiskHasOS 1 1 1"] = KT_ERR_PD_HAS_OS; },
-         {v + ": disk 1 runs the operating system"}},
-        {[](T&) { seam.statuses["KT_PD_GetFreeSpaceInfo 1"] = 9; },
+         }, {v + ": disk 1 is of another type than disk 0"}},
+        {[] { seam.statuses["KT_DiskHasOS 1 1 1"] = KT_ERR_PD_HAS_OS; }, {v + ": disk 1 runs the operating system"}},
+        {[] { seam.statuses["KT_PD_GetFreeSpaceInfo 1"] = 9; },
          {v + ": disk 1 cannot be read (Invalid physical disk id)"}},
-        {[](T& t) { t.wanted->lds[0].HDCount = 1; }, {v + ": RAID0 needs at least 2 PD"}},
-        {[](T&) { gAdapterInfo[0].LogicalDriverMode = 0; }, {v + ": Specified RAID mode is not supported"}},
-        {[](T&) { gAdapterInfo[0].MaxPDPerVD = 1; }, {v + ": the adapter takes at most 1 disks"}},
-        {[](T& t) {
-             t.want(vd(1, KT_RAID6, 1, {2, 3, 4, 5}, 3));
-         },
-         {"virtual disk 1 'data': Number of parity disks should be at least 2 and less than 2"}},
-        {[](T& t) {
-             t.want(vd(1, KT_RAID0, 0, {1, 2}));
-         },
-         {"virtual disk 1 'data': needs room on disk 1, where 0 M are left",
-          "virtual disk 1 'data': needs room on disk 2, where 10000 M are left"}},
+        {[&] { wanted->lds[0].HDCount = 1; }, {v + ": RAID0 needs at least 2 PD"}},
+        {[] { gAdapterInfo[0].LogicalDriverMode = 0; }, {v + ": Specified RAID mode is not supported"}},
+        {[] { gAdapterInfo[0].MaxPDPerVD = 1; }, {v + ": the adapter takes at most 1 disks"}},
+        {[&] { want(vd(1, KT_RAID6, 1, {2, 3, 4, 5}, 3)); },
+         {second + ": Number of parity disks should be at least 2 and less than 2"}},
+        {[&] { want(vd(1, KT_RAID0, 0, {1, 2})); },
+         {second + ": needs room on disk 1, where 0 M are left", second + ": needs room on disk 2, where 10000 M are left"}},
         // Newer controllers, and some of the others, give a disk to few virtual disks.
-        {[](T& t) {
-             t.wanted->lds[0].Size = 10;
-             t.want(vd(1, KT_RAID0, 10, {1, 2}));
+        {[&] {
+             wanted->lds[0].Size = 10;
+             want(vd(1, KT_RAID0, 10, {1, 2}));
              gAdapterInfo[0].DevID = 0x4740;
-         },
-         {"virtual disk 1 'data': disk 1 holds as many virtual disks as this adapter allows"}},
-        {[](T& t) {
-             t.want(vd(1, KT_RAID0, 10, {2, 3}));
+         }, {second + ": disk 1 holds as many virtual disks as this adapter allows"}},
+        {[&] {
+             want(vd(1, KT_RAID0, 10, {2, 3}));
              gAdapterInfo[0].MaxLogicalDrive = 1;
-         },
-         {"the file lists 2 virtual disks, the adapter takes 1"}},
-        {[](T& t) {
-             t.present->lds[t.present->ldCount++] = vd(4, KT_RAID1, 1, {});
+         }, {"the file lists 2 virtual disks, the adapter takes 1"}},
+        {[&] {
+             hold(vd(4, KT_RAID1, 1, {}));
              seam.statuses["KT_DiskHasOS 0 1 4"] = KT_ERR_VD_HAS_OS;
-         },
-         {"virtual disk 4 'data' cannot be read (Failed)",
-          "virtual disk 4 'data' runs the operating system: it cannot be deleted"}},
-        {[](T& t) { t.wantSpare(1, CFG_GLOBAL_SPARE); }, {"spare disk 1 is a member as well"}},
-        {[](T& t) {
-             t.wantSpare(5, CFG_GLOBAL_SPARE);
-             t.wantSpare(5, CFG_GLOBAL_SPARE);
-         },
-         {"spare disk 5 is listed twice"}},
-        // A spare of today may be one again.
-        {[](T& t) {
-             t.wantSpare(5, CFG_GLOBAL_SPARE);
-             seam.disks[5].Status = KT_PD_GLOBAL_SPARE;
-         },
-         {}},
-        {[](T& t) { t.wantSpare(40, CFG_GLOBAL_SPARE); }, {"spare disk 40 is not there"}},
-        {[](T& t) { t.wantSpare(5, 0); }, {"spare disk 5: no array, and so no disk for one, is on this adapter"}},
+         }, {"virtual disk 4 'data' cannot be read (Failed)",
+             "virtual disk 4 'data' runs the operating system: it cannot be deleted"}},
+        {[&] { wantSpare(1, CFG_GLOBAL_SPARE); }, {"spare disk 1 is a member as well"}},
+        {[&] { wantSpare(9, CFG_GLOBAL_SPARE); }, {"spare disk 9 is listed twice"}},
+        {[&] { wantSpare(40, CFG_GLOBAL_SPARE); }, {"spare disk 40 is not there"}},
+        {[&] { wantSpare(5, 0); }, {"spare disk 5: no array, and so no disk for one, is on this adapter"}},
     };
-    for (const Case& row : cases) {
+    // clang-format on
+    for (const auto& [change, obstacles] : cases) {
         start(false);
         want(vd(0, KT_RAID0, 0, {0, 1}));
-        row.change(*this);
-        expect(row.obstacles);
+        wantSpare(9, CFG_GLOBAL_SPARE);
+        seam.disks[9].Status = KT_PD_GLOBAL_SPARE; // what is a spare may be one again
+        change();
+        expect(obstacles);
     }
 }
 
@@ -191,7 +162,7 @@ TEST_F(Obstacles, OfVirtualDisksInArrays) {
     seam.arrays[0].BgaType = KT_BGA_MIGRATION;
     seam.arrays[0].SmallestAvailablePDSize = 20000 << 10;
     seam.ldStatuses = {{KT_VD_ONLINE, 0, 0, 0, 0, 4}};
-    present->lds[present->ldCount++] = vd(4, KT_RAID5, 1, {});
+    hold(vd(4, KT_RAID5, 1, {}));
     present->lds[0].DGID = 1;
     wantSpare(5, 1);
     wantSpare(6, 3);

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "Functions/restore_cfg/raidRestore.h"
 #include "Public/utility.h"
 #include "tests/seam/cfg.h"
@@ -122,17 +120,12 @@ TEST_F(Cfg, RestoreReplacesTheRaidInOrder) {
                      "KT_PD_Spare2FreeHD 108", "KT_PD_FreeHD2GlobalSpare 9", "KT_PD_FreeHD2DGSpare 10 2"}),
               seam.calls);
     // The second one names neither stripe, policies nor initialisation.
-    _Create_LD_Param second = {};
-    second.RaidMode = KT_RAID0;
-    second.HDCount = 2;
-    second.RoundingScheme = KT_ROUND_1GB;
-    second.StripeBlockSize = 64;
-    second.InitializationOption = KT_INIT_NONE;
-    second.SectorCoefficient = 1;
-    second.HDIDs[0] = 7;
-    second.HDIDs[1] = 8;
-    memcpy(second.Name, "second", 6);
-    second.Size = 3000U << 10;
+    // clang-format off
+    const _Create_LD_Param second = {
+        .RaidMode = KT_RAID0, .HDCount = 2, .RoundingScheme = KT_ROUND_1GB, .StripeBlockSize = 64,
+        .InitializationOption = KT_INIT_NONE, .SectorCoefficient = 1, .HDIDs = {7, 8}, .Name = "second",
+        .Size = 3000U << 10};
+    // clang-format on
     EXPECT_EQ(bytesOf(second), seam.sent["KT_LD_Create"]);
 }
 
@@ -172,27 +165,25 @@ TEST_F(Cfg, RestoredDisksTakeTheirParametersFromTheText) {
 TEST_F(Cfg, EveryFailureEndsTheRestore) {
     write("raid.txt", configuration(raidLines));
     addRaid();
-    const std::tuple<const char*, const char*> cases[] = {
-        {READ, "\nExecutes read hba config fail (error 9: Invalid physical disk id).\n"},
-        {WRITE, "\nExecutes write hba config fail (error 9: Invalid physical disk id).\n"},
-        {"KT_PD_GetHDRaidStatus", "\nExecutes get pd spare info  fail (error 9: Invalid physical disk id).\n"},
-        {"KT_LD_GetInfo", "\nExecutes get ld info fail (error 9: Invalid physical disk id).\n"},
-        {"KT_LD_GetStatus 4", "Failed to get VD 4  status(error 9: Invalid physical disk id).\n"},
-        {"KT_LD_Delete 0 1", "Failed to delete VD 0 (error 9: Invalid physical disk id).\n"},
-        {"KT_LD_Create", "\nFailed to create virtual disk (error 9: Invalid physical disk id).\n"},
-        {"KT_PD_Spare2FreeHD 108", "Failed to delete spare disk 108 (error 9: Invalid physical disk id).\n"},
-        {"KT_PD_FreeHD2GlobalSpare 9",
-         "\nFailed to assign disk 9 as global spare disk (error 9: Invalid physical disk id).\n"},
-        {"KT_PD_FreeHD2DGSpare 10 2",
-         "\nFailed to assign disk 10 as a spare disk to array 2 (error 9: Invalid physical disk id).\n"},
-    };
+    const std::string failures = R"(
+KT_Flash_Bin 0 240 0 page 0 last 0 size 0 => \nExecutes read hba config fail (@).
+KT_Flash_Bin 0 15 0 page 0 last 1 size 256 => \nExecutes write hba config fail (@).
+KT_PD_GetHDRaidStatus => \nExecutes get pd spare info  fail (@).
+KT_LD_GetInfo => \nExecutes get ld info fail (@).
+KT_LD_GetStatus 4 => Failed to get VD 4  status(@).
+KT_LD_Delete 0 1 => Failed to delete VD 0 (@).
+KT_LD_Create => \nFailed to create virtual disk (@).
+KT_PD_Spare2FreeHD 108 => Failed to delete spare disk 108 (@).
+KT_PD_FreeHD2GlobalSpare 9 => \nFailed to assign disk 9 as global spare disk (@).
+KT_PD_FreeHD2DGSpare 10 2 => \nFailed to assign disk 10 as a spare disk to array 2 (@).
+)";
     testing::internal::CaptureStderr();
-    for (const auto& [call, printed] : cases) {
+    for (auto& [call, message, result] : rowsOf(failures)) {
         seam.statuses = {{call, 9}};
-        std::string opening = std::string_view(call) == READ ? "" : "KTCLI_RAID_CONFIG End\n";
-        if (opening != "" && std::string_view(call) != WRITE)
-            opening += "Restore HBA and Port config is returned successfully!\n\n";
-        expect(runOn("restore_cfg -f raid.txt --raid"), opening + printed, 9);
+        std::string opening = call == READ ? "" : "KTCLI_RAID_CONFIG End\n";
+        if (call != READ && call != WRITE) opening += "Restore HBA and Port config is returned successfully!\n\n";
+        message.replace(message.find('@'), 1, "error 9: Invalid physical disk id");
+        expect(runOn("restore_cfg -f raid.txt --raid"), opening + message, 9);
         EXPECT_EQ(call, seam.calls.back());
     }
     testing::internal::GetCapturedStderr();

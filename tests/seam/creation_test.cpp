@@ -2,7 +2,8 @@
 // each status.
 #include "tests/seam/seam.h"
 
-// clang-format off: it would give each field of a record a line of its own
+// The formatter would give each field of a record a line of its own.
+// clang-format off
 
 namespace {
 
@@ -11,15 +12,8 @@ struct Creation : SeamTest {
     Creation() {
         gAdapterInfo[0] = {.DevID = 0x4600, .MaxVDPerDG = 8, .MaxParityDisks = 3, .LogicalDriverMode = 0x0FFF};
         addDisks(10);
-        seam.arrays = {{.DGID = 3,
-                        .RaidMode = KT_RAID6,
-                        .SubVDCount = 1,
-                        .NumParityDisk = 2,
-                        .StripeBlockSize = 128,
-                        .BlockSize = 4096,
-                        .RemainingManagedSpace = 2048,
-                        .VDSlotCount = 2,
-                        .VDIDs = {11, KT_NO_ID}}};
+        seam.arrays = {{.DGID = 3, .RaidMode = KT_RAID6, .SubVDCount = 1, .NumParityDisk = 2, .StripeBlockSize = 128,
+                        .BlockSize = 4096, .RemainingManagedSpace = 2048, .VDSlotCount = 2, .VDIDs = {11, KT_NO_ID}}};
     }
 };
 struct ArrayCreation : Creation {
@@ -52,69 +46,26 @@ TEST_F(Creation, TakesNoMoreDisksThanARecordHolds) {
 
 TEST_F(Creation, OnDisksSendsTheRecord) {
     const std::tuple<const char*, KT_U16, _Create_LD_Param> cases[] = {
-        {"create -o vd -r 5 -d 4,2,4,0",
-         0x4700,
-         {.RaidMode = KT_RAID5,
-          .HDCount = 3,
-          .StripeBlockSize = 64,
-          .CachePolicy = KT_CACHE_OFF,
-          .SectorCoefficient = 1,
-          .HDIDs = {4, 2, 0},
-          .Name = "VD_R5_3"}},
-        {"create -r 6 -d 1,2,3,4 -n \"My VD_0123\" -s 4294967295 -b 48 -g 10 -i intelligent -c on",
-         0x4700,
-         {.RaidMode = KT_RAID6,
-          .HDCount = 4,
-          .RoundingScheme = KT_ROUND_10GB,
-          .StripeBlockSize = 48,
-          .NumParityDisk = 2,
-          .InitializationOption = KT_INIT_INTELLIGENT,
-          .SectorCoefficient = 1,
-          .HDIDs = {1, 2, 3, 4},
-          .Name = "My VD_0123",
-          .Size = 4294967295}},
-        {"create -r 60 -q 6 -d 1,2,3,4,5,6,7,8 -p ra -c OFF -w wb -i none --forcesize -s 5",
-         0x4701,
-         {.RaidMode = KT_RAID60,
-          .HDCount = 8,
-          .StripeBlockSize = 64,
-          .NumParityDisk = 6,
-          .CachePolicy = KT_CACHE_OFF,
-          .InitializationOption = KT_INIT_NONE,
-          .SectorCoefficient = 1,
-          .ReservedForApp = 1,
-          .HDIDs = {1, 2, 3, 4, 5, 6, 7, 8},
-          .Name = "VD_R60_3",
-          .Size = 5}},
-        {"create -r 0 -d 1,2 -c on -p ra -w wt -s 5 -g 1 -n \"\"",
-         0x4701,
-         {.RaidMode = KT_RAID0,
-          .HDCount = 2,
-          .RoundingScheme = KT_ROUND_1GB,
-          .StripeBlockSize = 64,
-          .CachePolicy = KT_CACHE_OFF | KT_CACHE_READ_AHEAD,
-          .SectorCoefficient = 1,
-          .HDIDs = {1, 2}}},
-        {"create -r hc -d 1 -s 5",
-         0x4701,
-         {.RaidMode = KT_TANDEM_CAPACITY,
-          .HDCount = 1,
-          .StripeBlockSize = 64,
-          .CachePolicy = KT_CACHE_OFF,
-          .SectorCoefficient = 1,
-          .TandemWaterMark = 90,
-          .HDIDs = {1},
-          .Name = "Tandemix_c_3",
-          .Size = 5}},
-        {"create -r hybrid -d 1",
-         0x4700,
-         {.RaidMode = KT_HYBRID,
-          .HDCount = 1,
-          .StripeBlockSize = 64,
-          .SectorCoefficient = 1,
-          .TandemWaterMark = 90,
-          .HDIDs = {1},
-          .Name = "Hybrid_3"}},
+        {"create -o vd -r 5 -d 4,2,4,0", 0x4700,
+         {.RaidMode = KT_RAID5, .HDCount = 3, .StripeBlockSize = 64, .CachePolicy = KT_CACHE_OFF,
+          .SectorCoefficient = 1, .HDIDs = {4, 2, 0}, .Name = "VD_R5_3"}},
+        {"create -r 6 -d 1,2,3,4 -n \"My VD_0123\" -s 4294967295 -b 48 -g 10 -i intelligent -c on", 0x4700,
+         {.RaidMode = KT_RAID6, .HDCount = 4, .RoundingScheme = KT_ROUND_10GB, .StripeBlockSize = 48,
+          .NumParityDisk = 2, .InitializationOption = KT_INIT_INTELLIGENT, .SectorCoefficient = 1,
+          .HDIDs = {1, 2, 3, 4}, .Name = "My VD_0123", .Size = 4294967295}},
+        {"create -r 60 -q 6 -d 1,2,3,4,5,6,7,8 -p ra -c OFF -w wb -i none --forcesize -s 5", 0x4701,
+         {.RaidMode = KT_RAID60, .HDCount = 8, .StripeBlockSize = 64, .NumParityDisk = 6, .CachePolicy = KT_CACHE_OFF,
+          .InitializationOption = KT_INIT_NONE, .SectorCoefficient = 1, .ReservedForApp = 1,
+          .HDIDs = {1, 2, 3, 4, 5, 6, 7, 8}, .Name = "VD_R60_3", .Size = 5}},
+        {"create -r 0 -d 1,2 -c on -p ra -w wt -s 5 -g 1 -n \"\"", 0x4701,
+         {.RaidMode = KT_RAID0, .HDCount = 2, .RoundingScheme = KT_ROUND_1GB, .StripeBlockSize = 64,
+          .CachePolicy = KT_CACHE_OFF | KT_CACHE_READ_AHEAD, .SectorCoefficient = 1, .HDIDs = {1, 2}}},
+        {"create -r hc -d 1 -s 5", 0x4701,
+         {.RaidMode = KT_TANDEM_CAPACITY, .HDCount = 1, .StripeBlockSize = 64, .CachePolicy = KT_CACHE_OFF,
+          .SectorCoefficient = 1, .TandemWaterMark = 90, .HDIDs = {1}, .Name = "Tandemix_c_3", .Size = 5}},
+        {"create -r hybrid -d 1", 0x4700,
+         {.RaidMode = KT_HYBRID, .HDCount = 1, .StripeBlockSize = 64, .SectorCoefficient = 1, .TandemWaterMark = 90,
+          .HDIDs = {1}, .Name = "Hybrid_3"}},
     };
     seam.lds.resize(2);
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_HYBRID_SWITCH;
@@ -134,12 +85,8 @@ TEST_F(Creation, OnDisksAsksForTheBatteryOnlyWithoutACacheMode) {
         seam.battery.status = battery;
         seam.statuses["KT_BBU_GetInfo"] = status;
         run("create -r 1 -d 8,9" + std::string(mode));
-        expectSent("KT_LD_Create", _Create_LD_Param{.RaidMode = KT_RAID1,
-                                                    .HDCount = 2,
-                                                    .StripeBlockSize = 64,
-                                                    .CachePolicy = cache,
-                                                    .SectorCoefficient = 1,
-                                                    .HDIDs = {8, 9},
+        expectSent("KT_LD_Create", _Create_LD_Param{.RaidMode = KT_RAID1, .HDCount = 2, .StripeBlockSize = 64,
+                                                    .CachePolicy = cache, .SectorCoefficient = 1, .HDIDs = {8, 9},
                                                     .Name = "VD_R1_1"});
         Calls expected = {"KT_PD_GetHDRaidStatus 8", "KT_PD_GetHDRaidStatus 9", "KT_PD_GetMBRInfo",
                           "KT_BBU_GetInfo",          "KT_LD_GetInfo",           "KT_LD_Create"};
@@ -209,10 +156,7 @@ TEST_F(Creation, AsksBeforeItOverwritesFileSystems) {
 }
 
 TEST_F(Creation, SizeQueryReadsDisksLeniently) {
-    _Create_LD_Param sent = {.RaidMode = KT_RAID0,
-                             .HDCount = 4,
-                             .RoundingScheme = KT_ROUND_10GB,
-                             .StripeBlockSize = 64,
+    _Create_LD_Param sent = {.RaidMode = KT_RAID0, .HDCount = 4, .RoundingScheme = KT_ROUND_10GB, .StripeBlockSize = 64,
                              .HDIDs = {0, 0, 5, 0}};
     seam.size = 0xFFFFFFFFFFFFFFFF;
     expect("maxcreatesize -r 0 -d 0,0,5,x -g 10",
@@ -243,14 +187,8 @@ TEST_F(ArrayCreation, AutomaticallyIsOneCall) {
 }
 
 TEST_F(ArrayCreation, SendsRecordAndSettings) {
-    _CreateOrModify_DG_Param sent = {.DGID = KT_NO_ID,
-                                     .Name = "DG_R6_2",
-                                     .RaidMode = KT_RAID6,
-                                     .NumParityDisk = 2,
-                                     .StripeBlockSize = 64,
-                                     .BlockSize = 512,
-                                     .PDCount = 4,
-                                     .PDIDs = {9, 1, 2, 3}};
+    _CreateOrModify_DG_Param sent = {.DGID = KT_NO_ID, .Name = "DG_R6_2", .RaidMode = KT_RAID6, .NumParityDisk = 2,
+                                     .StripeBlockSize = 64, .BlockSize = 512, .PDCount = 4, .PDIDs = {9, 1, 2, 3}};
     expect("create -o array -r 6 -d 9,1,2,9,3", "Create array 7 successfully.\n");
     expectSent("KT_CreateOrModify_DG", sent);
     Calls first = {"KT_DG_GetInfo",           "KT_PD_GetHDInfo_Ext 9", "KT_PD_GetHDInfo_Ext 9",
@@ -317,16 +255,9 @@ TEST_F(ArrayCreation, SaysWhatStandsInTheWay) {
 
 TEST_F(ArrayCreation, OfAVirtualDiskSendsTheRecord) {
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_BBU;
-    _CreateOrModify_VD_Param sent = {.VDID = KT_NO_ID,
-                                     .DGID = 3,
-                                     .Name = "VD_R6_1",
-                                     .RaidMode = KT_RAID6,
-                                     .SubVDCount = 1,
-                                     .NumParityDisk = 2,
-                                     .DGSlotNum = 255,
-                                     .StripeBlockSize = 128,
-                                     .SectorCoefficient = 1,
-                                     .BlockSize = 4096};
+    _CreateOrModify_VD_Param sent = {.VDID = KT_NO_ID, .DGID = 3, .Name = "VD_R6_1", .RaidMode = KT_RAID6,
+                                     .SubVDCount = 1, .NumParityDisk = 2, .DGSlotNum = 255, .StripeBlockSize = 128,
+                                     .SectorCoefficient = 1, .BlockSize = 4096};
     expect("create -a 3 -w auto", "Create VD 7 successfully.\n");
     expectSent("KT_CreateOrModify_VD", sent);
     EXPECT_EQ((Calls{"KT_DG_GetInfo 3", "KT_BBU_GetInfo", "KT_CreateOrModify_VD"}), seam.calls);

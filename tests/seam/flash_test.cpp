@@ -204,7 +204,7 @@ TEST_F(Flash, ShowsTheVersionOfAFile) {
                                 "build number:      65535\n"
                                 "Sub Verndor ID:    1b4b\n";
     expect("flash -a version -t firmware -f \"~/$X y\"", version);
-    EXPECT_EQ(Calls{"KT_Flash_GetHeaderInfo ~/$X y 2550000 65535"}, seam.calls);
+    EXPECT_EQ(Calls{"KT_Flash_GetHeaderInfo ~/$X y 255 0 0 0 0 65535"}, seam.calls);
     expect("flash -a version -p pd -f x", version);
     expect("flash -a version -t bios -f x",
            "\nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from "

@@ -1,6 +1,5 @@
 // What the queries refuse, what they ask the library, and records that claim more than they hold.
 #include <cstring>
-#include <gtest/gtest.h>
 
 #include "tests/seam/seam.h"
 
@@ -11,48 +10,36 @@ static struct {
 } answers;
 
 extern "C" {
-LISTS(KT_PD_GetConfig, _HD_Config_Request, seam.hdConfigs, HDID)
-LISTS(KT_LD_GetConfig, _LD_Config_Request, seam.ldConfigs, LDID)
-KT_U8 KT_VDHDD_GetLink(KT_U8, KT_U16 vd, KT_U16* pd) {
-    *pd = vd == 1 ? 6 : KT_NO_ID;
-    return answer("KT_VDHDD_GetLink", text(vd));
-}
+CALL(KT_VDHDD_GetLink, (KT_U8, KT_U16 vd, KT_U16* pd), give(name, pd, KT_U16(vd == 1 ? 6 : KT_NO_ID), vd))
 KT_U8 KT_ENC_GetEnclosureInfo(KT_U8, _Enclosure_Info_Request* request) {
     std::vector<_Enclosure_Info> both(2);
     both[1].EnclosureID = 7;
     return list("KT_ENC_GetEnclosureInfo", request, both, [](const _Enclosure_Info& e) { return e.EnclosureID; });
 }
 KT_U8 KT_ENC_GetElementInfo(KT_U8, KT_U16 enc, KT_U8 type, KT_U8 element, _Enc_Element_Info*) {
-    return answer("element", text(enc) + " " + text(type) + " " + text(element));
+    return note("element", enc, type, element);
 }
 KT_U8 KT_ENC_GetElementConfig(KT_U8, KT_U16 enc, KT_U8 type, KT_U8 element, _Enc_Element_Config* config) {
     config->NumberOfElements = type == KT_SES_ALARM ? 0 : enc == 7 ? 2 : 1;
-    return answer("config", text(enc) + " " + text(type) + " " + text(element));
+    return note("config", enc, type, element);
 }
 LISTS(KT_PD_GetSmartStatus, _HD_SMART_Status_Request, std::vector<_HD_SMART_STATUS>(), HDID)
-KT_U8 KT_PD_GET_SMART_INFO(KT_U8, KT_U16 pd, _SMART_Info* info) {
-    *info = answers.smart;
-    return answer("KT_PD_GET_SMART_INFO", text(pd));
-}
+CALL(KT_PD_GET_SMART_INFO, (KT_U8, KT_U16 pd, _SMART_Info* info), give(name, info, answers.smart, pd))
 KT_U8 KT_PassThrough_ATA(KT_U8, KT_U16 pd, _ATA_PassThrough* command) {
-    seam.sent["command"] = bytesOf(*command);
+    KT_U8 status = take("KT_PassThrough_ATA", "command", *command, pd);
     command->Status = answers.driveStatus;
-    return answer("KT_PassThrough_ATA", text(pd));
+    return status;
 }
 LISTS(KT_PD_GetExpanderInfo, _Exp_Info_Request, std::vector{answers.expander}, Link.Self.DevID)
 static KT_U8 magic(const char* name, KT_U16 count, _Device_Magic* devices) {
     memset(devices[0].Magic, 'm', sizeof devices[0].Magic);
-    return answer(name, text(count) + " from " + text(devices[0].ID) + " to " + text(devices[count - 1].ID));
+    return note(name, count, "from", devices[0].ID, "to", devices[count - 1].ID);
 }
-KT_U8 KT_Tandem_GetHDMagic(KT_U8, KT_U16 count, _Device_Magic* devices) {
-    return magic("KT_Tandem_GetHDMagic", count, devices);
-}
-KT_U8 KT_Tandem_GetVDMagic(KT_U8, KT_U16 count, _Device_Magic* devices) {
-    return magic("KT_Tandem_GetVDMagic", count, devices);
-}
-NOTES3(KT_LocateArrayDevice, KT_U8, KT_U16, KT_U8)
-NOTES1(KT_LD_Import, KT_U16)
-NOTES1(KT_LD_Report, KT_U16)
+CALL(KT_Tandem_GetHDMagic, (KT_U8, KT_U16 count, _Device_Magic* devices), magic(name, count, devices))
+CALL(KT_Tandem_GetVDMagic, (KT_U8, KT_U16 count, _Device_Magic* devices), magic(name, count, devices))
+CALL(KT_LocateArrayDevice, (KT_U8, KT_U8 kind, KT_U16 id, KT_U8 on), note(name, kind, id, on))
+CALL(KT_LD_Import, (KT_U8, KT_U16 vd), note(name, vd))
+CALL(KT_LD_Report, (KT_U8, KT_U16 vd), note(name, vd))
 }
 
 namespace {

@@ -59,12 +59,21 @@ void expect(const Outcome& outcome, const std::string& printed, int result, cons
     EXPECT_EQ(result, outcome.result);
 }
 
+static void replaceAll(std::string& text, const std::string& from, const std::string& to) {
+    for (size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
+        text.replace(at, from.size(), to);
+}
 static std::string unescaped(std::string text) {
-    for (const auto& [from, to] : {std::pair{"\\n", "\n"}, {"\\t", "\t"}}) {
-        for (size_t at = 0; (at = text.find(from)) != text.npos;)
-            text.replace(at, 2, to);
-    }
+    replaceAll(text, "\\n", "\n");
+    replaceAll(text, "\\t", "\t");
     return text;
+}
+// What stands behind the mark, which is taken away with it.
+static std::string cutBehind(std::string& text, const std::string& mark) {
+    const size_t at = text.find(mark);
+    const std::string behind = at == text.npos ? "" : text.substr(at + mark.size());
+    text.resize(std::min(at, text.size()));
+    return behind;
 }
 
 std::vector<TableRow> rowsOf(const std::string& table) {
@@ -83,8 +92,7 @@ std::vector<TableRow> rowsOf(const std::string& table) {
             TableRow found = {line, row.substr(arrow + 2), -1};
             if (arrow > equals + 2) found.result = std::stoi(row.substr(equals + 2));
             if (open != line.npos) found.line.replace(open, end - open, word);
-            if (size_t at = found.message.find("{}"); at != row.npos)
-                found.message.replace(at, 2, word == "\\t" ? "" : word);
+            replaceAll(found.message, "{}", word == "\\t" ? "" : word);
             if (!found.message.empty()) found.message += "\n";
             rows.push_back({unescaped(found.line), unescaped(found.message), found.result});
         }
@@ -97,6 +105,41 @@ void expectRows(const std::string& table, Calls (*unwanted)()) {
         seam.calls.clear();
         expect(row.line, row.message, row.result < 0 ? 1 : row.result);
         EXPECT_EQ(Calls{}, unwanted()) << row.line;
+    }
+}
+
+void expectSteps(const std::string& table, const std::map<std::string, std::string>& texts) {
+    std::string whole = table;
+    for (const auto& [name, text] : texts)
+        replaceAll(whole, "$" + name, text);
+    replaceAll(whole, "\nwith ", "\nwith => ");
+    for (TableRow& row : rowsOf(whole)) {
+        if (row.line == "with") {
+            seam.statuses.clear();
+            for (std::string call = row.message, rest; call.find('=') != call.npos; call = rest) {
+                rest = cutBehind(call, ", ");
+                const std::string status = cutBehind(call, "=");
+                seam.statuses[call] = static_cast<KT_U8>(std::stoi(status));
+            }
+            continue;
+        }
+        SCOPED_TRACE(row.line);
+        std::string answers = cutBehind(row.line, " < ");
+        replaceAll(answers, ",", "\n");
+        if (!answers.empty()) answers += "\n";
+        std::string calls = cutBehind(row.message, " | ");
+        const bool counted = !calls.empty();
+        replaceAll(calls, "\n", "");
+        seam.calls.clear();
+        seam.sent.clear();
+        const Outcome outcome = run(row.line, answers);
+        if (counted) row.message += row.message.empty() ? "" : "\n";
+        expect(outcome, row.message, std::max(row.result, 0));
+        if (!counted) continue;
+        std::string made;
+        for (const std::string& call : seam.calls)
+            made += (made.empty() ? "" : "; ") + call;
+        EXPECT_EQ(calls, made);
     }
 }
 
@@ -115,10 +158,10 @@ const char* KT_API_Version() {
     return seam.version.c_str();
 }
 KT_U8 KT_API_RescanAdapter() {
-    return answer("KT_API_RescanAdapter", "");
+    return KT_OK;
 }
-KT_U32 KT_API_GetRescanCount(KT_U8 force) {
-    return note("KT_API_GetRescanCount", force);
+KT_U32 KT_API_GetRescanCount(KT_U8) {
+    return 0;
 }
 void KT_API_Finalize() {}
 KT_U8 KT_Adapter_GetCount() {
@@ -128,85 +171,59 @@ KT_U8 KT_Adapter_GetInfo(KT_U8, KT_U8*, _Adapter_Info*) {
     return KT_OK;
 }
 
-KT_U8 KT_AES_GetEntryInfo(KT_U8, _aes_entry_info* info) {
-    *info = seam.aesOverview;
-    return answer("KT_AES_GetEntryInfo", "");
-}
-KT_U8 KT_AES_OnlyGetEntryInfo(KT_U8, KT_U8 entry, _AES_ENTRY_INFO* info) {
-    *info = {entry, seam.aesOverview.entry[entry % 10], {}};
-    return answer("KT_AES_OnlyGetEntryInfo", text(entry));
-}
-KT_U8 KT_AES_OnlyGetPortInfo(KT_U8, KT_U8 port, _AES_PORT_INFO* info) {
-    *info = {port, seam.aesOverview.aes_port[port % 4].entry, {}};
-    return answer("KT_AES_OnlyGetPortInfo", text(port));
-}
+CALL(KT_AES_GetEntryInfo, (KT_U8, _aes_entry_info* info), give(name, info, seam.aesOverview))
+CALL(KT_AES_OnlyGetEntryInfo, (KT_U8, KT_U8 entry, _AES_ENTRY_INFO* info),
+     give(name, info, {entry, seam.aesOverview.entry[entry % 10], {}}, entry))
+CALL(KT_AES_OnlyGetPortInfo, (KT_U8, KT_U8 port, _AES_PORT_INFO* info),
+     give(name, info, {port, seam.aesOverview.aes_port[port % 4].entry, {}}, port))
 KT_U8 KT_AES_GetEntryConfig(KT_U8, _AES_Entry_Config* config, const KT_U8* password) {
-    seam.sent["entry"] = bytesOf(*config);
+    KT_U8 status = take("KT_AES_GetEntryConfig", "entry", *config, secret(password));
     config->entry_id = 99; // not the entry that was asked for
     config->key_length = 32;
     memset(config->key_content, 'K', sizeof config->key_content);
-    return answer("KT_AES_GetEntryConfig", secret(password));
+    return status;
 }
-KT_U8 KT_AES_SetEntryConfig(KT_U8, _AES_Entry_Config* config, const KT_U8* password) {
-    return take("KT_AES_SetEntryConfig", secret(password), *config, "entry");
-}
-KT_U8 KT_AES_VerifyKey(KT_U8, _AES_Entry_Config* config, const KT_U8* password) {
-    return take("KT_AES_VerifyKey", secret(password), *config, "entry");
-}
-KT_U8 KT_AES_ChangePwd(KT_U8, _AES_Entry_Config* config, const KT_U8* newPassword) {
-    return take("KT_AES_ChangePwd", secret(newPassword), *config, "entry");
-}
-KT_U8 KT_AES_GetPortConfig(KT_U8, KT_U8 port, _AES_Port_Config* config) {
-    *config = {99, port == 1, {}}; // not the port that was asked for
-    return answer("KT_AES_GetPortConfig", text(port));
-}
-KT_U8 KT_AES_SetPortConfig(KT_U8, const _AES_Port_Config* config) {
-    return take("KT_AES_SetPortConfig", "", *config, "port");
-}
+CALL(KT_AES_SetEntryConfig, (KT_U8, _AES_Entry_Config* config, const KT_U8* password),
+     take(name, "entry", *config, secret(password)))
+CALL(KT_AES_VerifyKey, (KT_U8, _AES_Entry_Config* config, const KT_U8* password),
+     take(name, "entry", *config, secret(password)))
+CALL(KT_AES_ChangePwd, (KT_U8, _AES_Entry_Config* config, const KT_U8* password),
+     take(name, "entry", *config, secret(password)))
+// The answer is not of the port that was asked for.
+CALL(KT_AES_GetPortConfig, (KT_U8, KT_U8 port, _AES_Port_Config* config), give(name, config, {99, port == 1, {}}, port))
+CALL(KT_AES_SetPortConfig, (KT_U8, const _AES_Port_Config* config), take(name, "port", *config))
 KT_U8 KT_AES_SetLink(KT_U8, const _AES_PORT_INFO* port, const _AES_Entry_Config* entry) {
     seam.sent["port"] = bytesOf(*port);
-    return take("KT_AES_SetLink", "", *entry, "entry");
+    return take("KT_AES_SetLink", "entry", *entry);
 }
-NOTES1(KT_AES_ClearLink, KT_U8)
-KT_U8 KT_AES_ForcePDOnline(KT_U8, const _AES_Entry_Config* config, KT_U16 pd, KT_U8 percentage) {
-    return take("KT_AES_ForcePDOnline", text(pd) + " " + text(percentage), *config, "entry");
-}
+CALL(KT_AES_ClearLink, (KT_U8, KT_U8 port), note(name, port))
+CALL(KT_AES_ForcePDOnline, (KT_U8, const _AES_Entry_Config* config, KT_U16 pd, KT_U8 percentage),
+     take(name, "entry", *config, pd, percentage))
 
-LISTS(KT_PD_GetHDRaidStatus, _HD_RAID_Status_Request, seam.disks, HDID)
-LISTS(KT_BLK_GetInfo, _BLK_Info_Request, seam.blocks, ID)
-
-KT_U8 KT_EVT_GetEvent(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event* events) {
-    size_t given = std::min<size_t>(seam.events.size(), maxCount);
-    std::copy_n(seam.events.begin(), given, events);
-    *count = seam.claimed != 0 ? seam.claimed : static_cast<KT_U8>(given);
-    return answer("KT_EVT_GetEvent", text(a) + " " + text(maxCount));
-}
-KT_U8 KT_EVT_GetEventMessage(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event_Message* messages) {
-    size_t given = std::min<size_t>(seam.messages.size(), maxCount);
-    std::copy_n(seam.messages.begin(), given, messages);
-    *count = seam.claimed != 0 ? seam.claimed : static_cast<KT_U8>(given);
-    return answer("KT_EVT_GetEventMessage", text(a) + " " + text(maxCount));
-}
+#define GIVES(call, Record, records)                                                                                   \
+    KT_U8 call(KT_U8 a, KT_U8 maxCount, KT_U8* count, Record* given) {                                                 \
+        size_t fit = std::min<size_t>(records.size(), maxCount);                                                       \
+        std::copy_n(records.begin(), fit, given);                                                                      \
+        *count = seam.claimed != 0 ? seam.claimed : static_cast<KT_U8>(fit);                                           \
+        return note(#call, a, maxCount);                                                                               \
+    }
+GIVES(KT_EVT_GetEvent, _Event, seam.events)
+GIVES(KT_EVT_GetEventMessage, _Event_Message, seam.messages)
 
 KT_U8 KT_Adapter_GetConfig(KT_U8 a, _Adapter_Config_V2* config) {
     *config = seam.adapterConfig;
     config->rawimg_update_disabled = seam.rawDisabled;
-    return answer("KT_Adapter_GetConfig", text(a));
+    return note("KT_Adapter_GetConfig", a);
 }
-KT_U8 KT_Flash_PreData(KT_U8 a, const _KT_FLASH_PER_DATA* announcement) {
-    return answer("KT_Flash_PreData",
-                  text(a) + " type " + text(announcement->image_type) + " size " + text(announcement->image_size));
-}
-KT_U8 KT_Flash_Erase(KT_U8 a, KT_U8 pageCode) {
-    return answer("KT_Flash_Erase", text(a) + " " + text(pageCode));
-}
+CALL(KT_Flash_PreData, (KT_U8 a, const _KT_FLASH_PER_DATA* announcement),
+     note(name, a, "type", announcement->image_type, "size", announcement->image_size))
+CALL(KT_Flash_Erase, (KT_U8 a, KT_U8 pageCode), note(name, a, pageCode))
 KT_U8 KT_Flash_Bin(KT_U8 a, KT_U8 action, KT_U8 imageType, _Flash_Data* page) {
     size_t start = size_t{page->PageNum} * sizeof page->Data;
-    std::string arguments = text(a) + " " + text(action) + " " + text(imageType) + " page " + text(page->PageNum) +
-                            " last " + text(page->isLastPage) + " size " + text(page->Size);
     bool clean = action == KT_FLASH_BACKUP ||
                  std::all_of(page->Data + page->Size, std::end(page->Data), [](KT_U8 byte) { return byte == 0; });
-    KT_U8 status = answer("KT_Flash_Bin", clean ? arguments : arguments + " with remains");
+    KT_U8 status = note("KT_Flash_Bin", a, action, imageType, "page", page->PageNum, "last", page->isLastPage, "size",
+                        text(page->Size) + (clean ? "" : " with remains"));
     if (seam.flashFailsAt >= 0 && page->PageNum != seam.flashFailsAt) status = KT_OK;
     if (status != KT_OK || action == KT_FLASH_ERASE) return status;
     if (action == KT_FLASH_UPDATE) {
@@ -223,41 +240,28 @@ KT_U8 KT_Flash_Bin(KT_U8 a, KT_U8 action, KT_U8 imageType, _Flash_Data* page) {
 }
 KT_U8 KT_Flash_GetHeaderInfo(const char* path, KT_U8* imageType, KT_U32* major, KT_U16* minor, KT_U16* revision,
                              KT_U16* build, KT_U16* subVendorId) {
-    KT_U8 status =
-        answer("KT_Flash_GetHeaderInfo", std::string(path) + " " + text(*imageType) + text(*major) + text(*minor) +
-                                             text(*revision) + text(*build) + " " + text(*subVendorId));
-    if (status != KT_OK) return status;
-    *imageType = KT_IMAGE_FIRMWARE;
-    *major = 4000000000;
-    *minor = 1;
-    *revision = 2;
-    *build = 65535;
-    *subVendorId = 0x1B4B;
+    KT_U8 status = note("KT_Flash_GetHeaderInfo", path, *imageType, *major, *minor, *revision, *build, *subVendorId);
+    if (status == KT_OK)
+        std::tie(*imageType, *major, *minor, *revision, *build, *subVendorId) =
+            std::tuple(KT_IMAGE_FIRMWARE, 4000000000, 1, 2, 65535, 0x1B4B);
     return status;
 }
 KT_U8 KT_Flash_NVSRAM(KT_U8 a, KT_U8 action, _NVSRAM_Data* data) {
-    seam.sent["nvsram"] = bytesOf(*data);
+    KT_U8 status = take("KT_Flash_NVSRAM", "nvsram", *data, a, action, data->Offset, data->Length);
     memcpy(data->Data, seam.nvsram.Data, sizeof data->Data);
-    return answer("KT_Flash_NVSRAM",
-                  text(a) + " " + text(action) + " " + text(data->Offset) + " " + text(data->Length));
+    return status;
 }
 KT_U8 KT_Adapter_Read_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
-    seam.sent["register"] = bytesOf(*request);
+    KT_U8 status = take("KT_Adapter_Read_Register", "register", *request, a, type, address);
     request->Value = seam.reg;
-    return answer("KT_Adapter_Read_Register", text(a) + " " + text(type) + " " + text(address));
+    return status;
 }
-KT_U8 KT_Adapter_Write_Register(KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request) {
-    return take("KT_Adapter_Write_Register", text(a) + " " + text(type) + " " + text(address), *request, "register");
-}
+CALL(KT_Adapter_Write_Register, (KT_U8 a, KT_U8 type, KT_U32 address, _Register_Request* request),
+     take(name, "register", *request, a, type, address))
 
-KT_U8 KT_Tandemix_AddFSEntries(KT_U8 a, KT_U16 vd, const _Tandemix_Entry_Request* request, KT_U8 last) {
-    return take("KT_Tandemix_AddFSEntries", text(a) + " " + text(vd) + " " + text(last), *request, "entry");
-}
-KT_U8 KT_Tandemix_GetEntriesTableInfo(KT_U8 a, KT_U16 vd, _Tandemix_Table_Info* info) {
-    *info = {65535, 12};
-    return answer("KT_Tandemix_GetEntriesTableInfo", text(a) + " " + text(vd));
-}
-KT_U8 KT_Tandemix_RemoveEntriesTable(KT_U8 a, KT_U16 vd) {
-    return answer("KT_Tandemix_RemoveEntriesTable", text(a) + " " + text(vd));
-}
+CALL(KT_Tandemix_AddFSEntries, (KT_U8 a, KT_U16 vd, const _Tandemix_Entry_Request* request, KT_U8 last),
+     take(name, "entry", *request, a, vd, last))
+CALL(KT_Tandemix_GetEntriesTableInfo, (KT_U8 a, KT_U16 vd, _Tandemix_Table_Info* info),
+     give(name, info, {65535, 12}, a, vd))
+CALL(KT_Tandemix_RemoveEntriesTable, (KT_U8 a, KT_U16 vd), note(name, a, vd))
 }

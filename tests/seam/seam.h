@@ -110,6 +110,11 @@ inline Calls allCalls() {
 // Runs the lines, which fail with 1 where no result stands there, and make no unwanted calls.
 void expectRows(const std::string& table, Calls (*unwanted)() = allCalls);
 
+// Runs the lines, which end with 0 where no result stands there. Behind " < " stand the answers to their questions,
+// with commas between them, and behind " | " in the message all calls, with semicolons. A row "with CALL=STATUS, ..."
+// says what the library answers from there on. $NAME stands for a text.
+void expectSteps(const std::string& table, const std::map<std::string, std::string>& texts = {});
+
 // A record's bytes, for comparison with what was sent.
 template <class Record>
 std::string bytesOf(const Record& record) {
@@ -118,40 +123,38 @@ std::string bytesOf(const Record& record) {
 
 // For the calls: notes one with its arguments and answers the status set for it.
 KT_U8 answer(const char* name, const std::string& arguments);
-// The same with a record that was sent, kept by the call's name or another one.
-template <class Record>
-KT_U8 take(const char* name, const std::string& arguments, const Record& record, const char* key = nullptr) {
-    seam.sent[key != nullptr ? key : name] = bytesOf(record);
-    return answer(name, arguments);
-}
 inline std::string text(unsigned value) {
     return std::to_string(value);
 }
-
+inline std::string text(const std::string& value) {
+    return value;
+}
 template <class... Values>
-KT_U8 note(const char* name, Values... values) {
+KT_U8 note(const char* name, const Values&... values) {
     std::string arguments;
     ((arguments += (arguments.empty() ? "" : " ") + text(values)), ...);
     return answer(name, arguments);
 }
-// A call that does nothing else, with arguments of these types behind the adapter.
-#define NOTES1(call, A)                                                                                                \
-    KT_U8 call(KT_U8, A a) {                                                                                           \
-        return note(#call, a);                                                                                         \
-    }
-#define NOTES2(call, A, B)                                                                                             \
-    KT_U8 call(KT_U8, A a, B b) {                                                                                      \
-        return note(#call, a, b);                                                                                      \
-    }
-#define NOTES3(call, A, B, C)                                                                                          \
-    KT_U8 call(KT_U8, A a, B b, C c) {                                                                                 \
-        return note(#call, a, b, c);                                                                                   \
+// The same with a record that was sent, kept under the key, and with what the call brings.
+template <class Record, class... Values>
+KT_U8 take(const char* name, const char* key, const Record& record, const Values&... values) {
+    seam.sent[key] = bytesOf(record);
+    return note(name, values...);
+}
+template <class Record, class... Values>
+KT_U8 give(const char* name, Record* out, const Record& record, const Values&... values) {
+    *out = record;
+    return note(name, values...);
+}
+// A call that answers the value of the expression, in which it is known as `name`.
+#define CALL(call, parameters, ...)                                                                                    \
+    KT_U8 call parameters {                                                                                            \
+        const char* const name = #call;                                                                                \
+        return __VA_ARGS__;                                                                                            \
     }
 // A call that lists records, which know their id.
 #define LISTS(call, Request, records, id)                                                                              \
-    KT_U8 call(KT_U8, Request* request) {                                                                              \
-        return list(#call, request, records, [](const auto& record) { return record.id; });                            \
-    }
+    CALL(call, (KT_U8, Request * request), list(name, request, records, [](const auto& record) { return record.id; }))
 
 // Hands out the records from the asked index on, or the one with the asked id.
 template <class Request, class Record, class IdOf>

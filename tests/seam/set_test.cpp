@@ -1,33 +1,16 @@
 // What set hands to the library, and a library that answers and does nothing.
-#include <gtest/gtest.h>
-
 #include "tests/seam/seam.h"
 
 extern "C" {
 KT_U8 KT_Adapter_SetConfig(KT_U8, const _Adapter_Config_V2* config) {
     if (seam.keepsSettings) seam.adapterConfig = *config;
-    return take("KT_Adapter_SetConfig", "", *config);
+    return take("KT_Adapter_SetConfig", "KT_Adapter_SetConfig", *config);
 }
-KT_U8 KT_LD_SetConfig(KT_U8, KT_U16 vd, const _LD_Config*) {
-    return answer("KT_LD_SetConfig", text(vd));
-}
-KT_U8 KT_PD_SetConfig(KT_U8, KT_U16 pd, const _HD_CONFIG*) {
-    return answer("KT_PD_SetConfig", text(pd));
-}
-NOTES2(KT_PD_SetHDStatus, KT_U16, KT_U8)
-KT_U8 KT_AdapterMute(KT_U8) {
-    return answer("KT_AdapterMute", "");
-}
-NOTES1(KT_BBU_ChangePower, KT_U8)
-KT_U8 KT_SSD_SmartReadData(KT_U8, KT_U16 pd, _SSD_Smart_Data*) {
-    return note("KT_SSD_SmartReadData", pd);
-}
-KT_U8 KT_SSD_Diagnostic(KT_U8, KT_U16 pd, _SSD_Diagnostic*) {
-    return note("KT_SSD_Diagnostic", pd);
-}
-KT_U8 KT_Download_SSD_Microcode(KT_U8, KT_U16 pd, KT_U8 mode, _Flash_Data*) {
-    return note("KT_Download_SSD_Microcode", pd, mode);
-}
+CALL(KT_AdapterMute, (KT_U8), note(name))
+CALL(KT_BBU_ChangePower, (KT_U8, KT_U8 power), note(name, power))
+CALL(KT_SSD_SmartReadData, (KT_U8, KT_U16 pd, _SSD_Smart_Data*), note(name, pd))
+CALL(KT_SSD_Diagnostic, (KT_U8, KT_U16 pd, _SSD_Diagnostic*), note(name, pd))
+CALL(KT_Download_SSD_Microcode, (KT_U8, KT_U16 pd, KT_U8 mode, _Flash_Data*), note(name, pd, mode))
 }
 
 namespace {
