@@ -96,34 +96,34 @@ TEST_F(Creation, OnDisksAsksForTheBatteryOnlyWithoutACacheMode) {
 }
 
 TEST_F(Creation, OnDisksSaysWhichDiskOrCallStandsInTheWay) {
-    const std::tuple<KT_U8, const char*> roles[] = {
-        {KT_PD_OFFLINE | KT_PD_GLOBAL_SPARE, "Offline disk 8 can not be used to create VD.\n"},
-        {KT_PD_GLOBAL_SPARE | KT_PD_FOREIGN, "Spare disk 8 can not be used to create VD.\n"},
-        {KT_PD_DEDICATED_SPARE, "Spare disk 8 can not be used to create VD.\n"},
-        {KT_PD_FOREIGN, "Foreign disk 8 can not be used to create VD.\n"},
-    };
-    for (const auto& [role, message] : roles) {
+    const std::tuple<KT_U8, const char*> roles[] = {{KT_PD_OFFLINE | KT_PD_GLOBAL_SPARE, "Offline"},
+                                                    {KT_PD_GLOBAL_SPARE | KT_PD_FOREIGN, "Spare"},
+                                                    {KT_PD_DEDICATED_SPARE, "Spare"},
+                                                    {KT_PD_FOREIGN, "Foreign"}};
+    for (const auto& [role, named] : roles) {
         seam.disks[8].Status = role;
-        expect("create -r 1 -d 8,9", message, 1);
+        expect("create -r 1 -d 8,9", std::string(named) + " disk 8 can not be used to create VD.\n", 1);
     }
     seam.disks[8].Status = KT_PD_MEMBER;
-    const std::tuple<const char*, KT_U8, const char*, int> failures[] = {
-        {"KT_PD_GetHDRaidStatus", 9, "Failed to get status for PD 8 (error 9: Invalid physical disk id)\n", 1},
-        {"KT_PD_GetMBRInfo", 1, "\nFailed to create virtual disk (error 1: Failed).\n", 1},
-        {"KT_BLK_GetInfo", 12, "Can not get disk 8 information(error 12: Invalid block disk id).\n", 12},
-        {"KT_LD_GetInfo", 5, "", 0},
-        {"KT_LD_Create", 73, "\nFailed to create virtual disk (error 73: Physical disks are not of the same type.).\n",
-         73},
-    };
     gAdapterInfo[0].DevID = 0x4701;
-    for (const auto& [call, status, message, result] : failures) {
-        seam.statuses = {{call, status}};
-        expect("create -r 1 -d 8,9", message, result);
-    }
-    seam.statuses.clear();
     seam.blocks = {{.ID = 1, .HDID = 9, .LDID = 3}};
-    expect("create -r 1 -d 8,9", "Non-free disk 9 can not be used to create VD.\n", 1);
-    expect("create -r hs -d 8,9", "");
+    expectSteps(R"(
+create -r 1 -d 8,9 =1> Non-free disk 9 can not be used to create VD.
+create -r hs -d 8,9 => 
+)");
+    seam.blocks.clear();
+    expectSteps(R"(
+with KT_PD_GetHDRaidStatus=9
+create -r 1 -d 8,9 =1> Failed to get status for PD 8 (error 9: Invalid physical disk id)
+with KT_PD_GetMBRInfo=1
+create -r 1 -d 8,9 =1> \nFailed to create virtual disk (error 1: Failed).
+with KT_BLK_GetInfo=12
+create -r 1 -d 8,9 =12> Can not get disk 8 information(error 12: Invalid block disk id).
+with KT_LD_GetInfo=5
+create -r 1 -d 8,9 => 
+with KT_LD_Create=73
+create -r 1 -d 8,9 =73> \nFailed to create virtual disk (error 73: Physical disks are not of the same type.).
+)");
 }
 
 TEST_F(Creation, AsksBeforeItOverwritesFileSystems) {
@@ -217,27 +217,28 @@ TEST_F(ArrayCreation, SendsRecordAndSettings) {
 
 TEST_F(ArrayCreation, SaysWhatStandsInTheWay) {
     const std::string line = "create -o array -r 1 -d 8,9";
-    const std::tuple<const char*, KT_U8, const char*, const char*, int> failures[] = {
-        {"KT_PD_GetHDInfo_Ext", 1, "", "Create array 7 successfully.\n", 0},
-        {"KT_PD_GetHDRaidStatus", 9, "", "Unable to get info of PD 8, (error 9 : Invalid physical disk id)\n", 1},
-        {"KT_PD_GetMBRInfo", 1, "", "\nFailed to create virtual disk (error 1: Failed).\n", 1},
-        {"KT_CreateOrModify_DG", 4, "", "\nNo resources. Max available size is 4886718 M\n", 4},
-        {"KT_CreateOrModify_DG", 57, "",
-         "\nFailed to create array (error 57: Number of physical disks doesn't fit the specified RAID level).\n", 57},
-        {"", 0, " --sizeonly", "\nArry of size 0x0004a90be M can be created by the given parameters\n", 0},
-        {"KT_CreateOrModify_DG", 1, " --sizeonly",
-         "\nFailed to calculate array size by the given parameters(error 1: Failed).\n", 1},
-    };
     seam.size = 0x12A42FA34;
-    for (const auto& [call, status, more, message, result] : failures) {
-        seam.statuses = {{call, status}};
-        expect(line + more, message, result);
-    }
+    expectSteps(R"(
+create -o array -r 1 -d 8,77 =1> Unable to get info of PD 77, (error 0 : No error)
+$line --sizeonly => \nArry of size 0x0004a90be M can be created by the given parameters
+with KT_PD_GetHDInfo_Ext=1
+$line => Create array 7 successfully.
+with KT_PD_GetHDInfo_Ext=1, KT_PD_GetHDInfo=9
+$line =1> Unable to get info of PD 8 (error 9 : Invalid physical disk id)
+with KT_PD_GetHDRaidStatus=9
+$line =1> Unable to get info of PD 8, (error 9 : Invalid physical disk id)
+with KT_PD_GetMBRInfo=1
+$line =1> \nFailed to create virtual disk (error 1: Failed).
+with KT_CreateOrModify_DG=4
+$line =4> \nNo resources. Max available size is 4886718 M
+with KT_CreateOrModify_DG=57
+$line =57> \nFailed to create array (error 57: Number of physical disks doesn't fit the specified RAID level).
+with KT_CreateOrModify_DG=1
+$line --sizeonly =1> \nFailed to calculate array size by the given parameters(error 1: Failed).
+)",
+                {{"line", line}});
     EXPECT_EQ("KT_CreateOrModify_DG 1", seam.calls.back());
-    seam.statuses = {{"KT_PD_GetHDInfo_Ext", 1}, {"KT_PD_GetHDInfo", 9}};
-    expect(line, "Unable to get info of PD 8 (error 9 : Invalid physical disk id)\n", 1);
     seam.statuses.clear();
-    expect("create -o array -r 1 -d 8,77", "Unable to get info of PD 77, (error 0 : No error)\n", 1);
     seam.hds[9].BlockSize = 4096;
     expect(line, "All PDs should have the same sector size, PD 9 has sector size 4096\n", 1);
     // What weighs more is said in place of what weighs less.
@@ -295,20 +296,16 @@ TEST_F(ArrayCreation, OfAVirtualDiskSaysWhatStandsInTheWay) {
     }
     seam.arrays[0].RaidMode = KT_HYBRID;
     gAdapterInfo[0].LogicalDriverMode = 0;
-    seam.statuses = {{"KT_CreateOrModify_VD", 4}};
-    expect("create -a 3", "\nNo resources. Max available size is 2 M\n", 4);
-    seam.statuses = {{"KT_CreateOrModify_VD", 64}};
-    expect("create -a 3", "\nFailed to create virtual disk (error 64: Internal error, no virtual disk id available).\n",
-           64);
-    expect("create -a 4", "Unable to get info for array 4  (error 0: No error)\n", 1);
-    seam.statuses = {{"KT_DG_GetInfo", 17}};
-    EXPECT_EQ(17, run("create -a 4").result);
-    seam.statuses.clear();
     seam.arrays[0].VDSlotCount = 255; // more than the record holds
-    expect("create -a 3 -l 32", "Invalid slot number.  Total slot is 255\n", 1);
-    expect("create -a 3 -l 300", "Invalid slot number.  Total slot is 255\n", 1);
-    expect("create -a 3 -s 500",
-           "Total slots has reached its max number (8), VD will use up all specified slot space, "
-           "'-s' is not allowed.\n",
-           1);
+    expectSteps(R"(
+create -a 3 -l {32|300} =1> Invalid slot number.  Total slot is 255
+create -a 3 -s 500 =1> Total slots has reached its max number (8), VD will use up all specified slot space, '-s' is not allowed.
+create -a 4 =1> Unable to get info for array 4  (error 0: No error)
+with KT_CreateOrModify_VD=4
+create -a 3 =4> \nNo resources. Max available size is 2 M
+with KT_CreateOrModify_VD=64
+create -a 3 =64> \nFailed to create virtual disk (error 64: Internal error, no virtual disk id available).
+with KT_DG_GetInfo=17
+create -a 4 =17> Unable to get info for array 4  (error 17: Invalid array id)
+)");
 }

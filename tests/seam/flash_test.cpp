@@ -180,36 +180,25 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
     EXPECT_FALSE(exists());
 }
 
-TEST_F(Flash, ErasesAnImageWhenToldSo) {
-    const std::string question = "Do you want to erase ROM file in Flash?  (y or n)\n";
-    expect(run("flash -a erase -t Firmware", "yes\nn\n"), question + "Erase bios command is returned successfully.\n");
-    EXPECT_EQ(Calls{"KT_Flash_Bin 0 1 3 page 0 last 0 size 196608"}, seam.calls);
-    seam.calls.clear();
-    expect(run("flash -a erase -t bios", "\n maybe\nno\ny\n"),
-           "Warning: Autoload will be erased too! " + question + "Please input y or n.\nPlease input y or n.\n");
-    EXPECT_EQ(question, run("flash -a erase -t raw", "").printed);
-    EXPECT_TRUE(seam.calls.empty());
-}
-
-TEST_F(Flash, ErasesThePdPageWithoutAsking) {
-    expect("flash -a erase -p PD", "Erase PD Page command is returned successfully.\n");
-    EXPECT_EQ(0, run("flash -a erase -p pdforce -t bios").result);
-    EXPECT_EQ((Calls{"KT_Flash_Erase 0 1", "KT_Flash_Erase 0 254"}), seam.calls);
+TEST_F(Flash, ErasesAnImageWhenToldSoAndThePdPageUnasked) {
+    expectSteps(R"(
+flash -a erase -t Firmware < yes,n => $asked\nErase bios command is returned successfully. | KT_Flash_Bin 0 1 3 page 0 last 0 size 196608
+flash -a erase -t bios < , maybe,no,y => Warning: Autoload will be erased too! $asked\nPlease input y or n.\nPlease input y or n.
+flash -a erase -t raw => $asked
+flash -a erase -p PD => Erase PD Page command is returned successfully. | KT_Flash_Erase 0 1
+flash -a erase -p pdforce -t bios => Erase PD Page command is returned successfully. | KT_Flash_Erase 0 254
+)",
+                {{"asked", "Do you want to erase ROM file in Flash?  (y or n)"}});
 }
 
 TEST_F(Flash, ShowsTheVersionOfAFile) {
-    const std::string version = "major version:     4000000000\n"
-                                "minor version:     1\n"
-                                "revision number:   2\n"
-                                "build number:      65535\n"
-                                "Sub Verndor ID:    1b4b\n";
-    expect("flash -a version -t firmware -f \"~/$X y\"", version);
-    EXPECT_EQ(Calls{"KT_Flash_GetHeaderInfo ~/$X y 255 0 0 0 0 65535"}, seam.calls);
-    expect("flash -a version -p pd -f x", version);
-    expect("flash -a version -t bios -f x",
-           "\nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from "
-           "file: 3\n");
-    seam.statuses["KT_Flash_GetHeaderInfo"] = 165;
-    expect("flash -a version -t bios -f x", "\nFailed to check version of file 'x', error 165: invalid file input\n",
-           165);
+    expectSteps(R"(
+flash -a version -t firmware -f "~/$X y" => $version | KT_Flash_GetHeaderInfo ~/$X y 255 0 0 0 0 65535
+flash -a version -p pd -f x => $version
+flash -a version -t bios -f x => \nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from file: 3
+with KT_Flash_GetHeaderInfo=165
+flash -a version -t bios -f x =165> \nFailed to check version of file 'x', error 165: invalid file input
+)",
+                {{"version", "major version:     4000000000\\nminor version:     1\\nrevision number:   2\\n"
+                             "build number:      65535\\nSub Verndor ID:    1b4b"}});
 }

@@ -59,58 +59,46 @@ TEST_F(Query, ShowsWhateverVersionTheLibraryClaims) {
 TEST_F(Query, SaysThatThereIsNothing) {
     arrayBasedRaid = true;
     gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 1;
-    const std::pair<const char*, const char*> rows[] = {
-        {"get -o pd", "\nNo PD is found\n"},
-        {"get -o array -i 2", "\nNo array is found\n"},
-        {"get -o vd", "\nNo VD is found\n"},
-        {"get -o link", "\nNo VD is found\n"},
-        {"info -o pd", "No hard disk is found.\n"},
-        {"info -o vd", "No virtual disk is found.\n"},
-        {"info -o tandem", "No tandem virtual disk is found.\n"},
-        {"info -o array", "No array is found.\n"},
-        {"info -o blk", "No block disk is found.\n"},
-        {"info -o pm -i 2", "No port multiplexer is found.\n"},
-        {"info -o exp -i 2", "No expander is found.\n"},
-        {"info -o bbu", "No BBU is found.\n"},
-        {"status -o pd", "No hard disk is found.\n"},
-        {"ssd", "\nNo solid-state disk is found\n"},
-    };
-    for (const auto& [line, message] : rows) {
-        expect(line, message);
-    }
+    expectSteps(R"(
+get -o pd => \nNo PD is found
+get -o array -i 2 => \nNo array is found
+get -o {vd|link} => \nNo VD is found
+{info|status} -o pd => No hard disk is found.
+info -o vd => No virtual disk is found.
+info -o tandem => No tandem virtual disk is found.
+info -o array => No array is found.
+info -o blk => No block disk is found.
+info -o pm -i 2 => No port multiplexer is found.
+info -o exp -i 2 => No expander is found.
+info -o bbu => No BBU is found.
+info -o bbu -i 1 =16> \nUnable to get info of BBU 1 (error 16: Invalid BBU id)
+ssd => \nNo solid-state disk is found
+)");
     addDisks(1); // no spare
-    expect("info -o spare", "No spare drive is found.\n");
     gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 0;
-    expect("info -o pm", "PM is not supported on adapter 0.\n", 19);
-    expect("info -o exp", "Expander is not supported on adapter 0.\n", 19);
-    expect("info -o bbu -i 1", "\nUnable to get info of BBU 1 (error 16: Invalid BBU id)\n", 16);
+    expectSteps(R"(
+info -o spare => No spare drive is found.
+info -o pm =19> PM is not supported on adapter 0.
+info -o exp =19> Expander is not supported on adapter 0.
+)");
 }
 
-TEST_F(Query, TakesAnEmptyIdForZero) {
-    run("locate -a on -i \t");
-    run("get -o pd -i \t");
-    EXPECT_EQ(seam.calls, (Calls{"KT_LocateArrayDevice 1 0 1", "KT_PD_GetConfig 0"}));
+// 255 stands for every disk only where nobody has typed it, and an empty id for 0.
+TEST_F(Query, TakesTheIdThatIsNamed) {
+    expectSteps(R"(
+get -o pd -i 255 => \nNo PD is found | KT_PD_GetConfig 255
+get -o pd -i \t => \nNo PD is found | KT_PD_GetConfig 0
+get -o pd => \nNo PD is found | KT_PD_GetConfig
+locate -a on -i \t => Success to set PD 0 LED status  | KT_LocateArrayDevice 1 0 1
+locate -i 0x10 => Success to set PD 16 LED status  | KT_LocateArrayDevice 1 16 1
+locate -a OFF -i 3 => Success to set PD 3 LED status  | KT_LocateArrayDevice 1 3 0
+import -i 0xFE =>  | KT_LD_Import 254
+report --id 7 =>  | KT_LD_Report 7
+with KT_PD_GetConfig=9
+get -o hd =9> \nUnable to get configuration of hard disk 255 (error 9 : Invalid physical disk id).
+get -o hba -i 255 =13> \nUnable to get configuration info of hba 255 (error 13: Invalid adapter id)
+)");
     EXPECT_EQ(0, run("enc -o enc -i \t").result);
-}
-
-// 255 stands for every disk only where nobody has typed it.
-TEST_F(Query, ReadsTheSettingsOfDisk255) {
-    expect("get -o pd -i 255", "\nNo PD is found\n");
-    run("get -o pd");
-    EXPECT_EQ(seam.calls, (Calls{"KT_PD_GetConfig 255", "KT_PD_GetConfig"}));
-    seam.statuses["KT_PD_GetConfig"] = KT_ERR_INVALID_PD;
-    expect("get -o hd", "\nUnable to get configuration of hard disk 255 (error 9 : Invalid physical disk id).\n", 9);
-    expect("get -o hba -i 255", "\nUnable to get configuration info of hba 255 (error 13: Invalid adapter id)\n", 13);
-}
-
-TEST_F(Query, LocatesImportsAndReportsWhatIsNamed) {
-    expect("locate -i 0x10", "Success to set PD 16 LED status \n");
-    expect("locate -a OFF -i 3", "Success to set PD 3 LED status \n");
-    expect("import -i 0xFE", "");
-    expect("report --id 7", "");
-    EXPECT_EQ(
-        (Calls{"KT_LocateArrayDevice 1 16 1", "KT_LocateArrayDevice 1 3 0", "KT_LD_Import 254", "KT_LD_Report 7"}),
-        seam.calls);
 }
 
 TEST_F(Query, MapsAnyNumberOfDevicesAndOnlyFreeDisksUnasked) {
@@ -124,11 +112,11 @@ TEST_F(Query, MapsAnyNumberOfDevicesAndOnlyFreeDisksUnasked) {
         if (call.starts_with("KT_Tandem")) magic.push_back(call);
     }
     EXPECT_EQ((Calls{"KT_Tandem_GetHDMagic 256 from 0 to 260", "KT_Tandem_GetHDMagic 39 from 261 to 299"}), magic);
-    seam.calls.clear();
-    expect("devmap -o PDx -i 0x40", "Device ID:           64\nMagic Number:        mmmmmmmmmmmmmmmmmmmmmmmm\n");
-    EXPECT_EQ((Calls{"KT_PD_GetHDInfo 64", "KT_Tandem_GetHDMagic 1 from 64 to 64"}), seam.calls);
-    seam.statuses["KT_PD_GetHDRaidStatus 5"] = 4;
-    expect("devmap -o pd", "Fail! (error 4: Resource not available).\n", 4);
+    expectSteps(R"(
+devmap -o PDx -i 0x40 => Device ID:           64\nMagic Number:        mmmmmmmmmmmmmmmmmmmmmmmm | KT_PD_GetHDInfo 64; KT_Tandem_GetHDMagic 1 from 64 to 64
+with KT_PD_GetHDRaidStatus 5=4
+devmap -o pd =4> Fail! (error 4: Resource not available).
+)");
     seam.hds.clear();
     expect("devmap -o pd", "No free physical disk is found.\n");
 }
@@ -138,11 +126,11 @@ TEST_F(Query, AsksEachEnclosureForEachElement) {
     EXPECT_EQ((Calls{"KT_ENC_GetEnclosureInfo", "config 0 3 255", "element 0 3 0", "config 7 3 255", "element 7 3 0",
                      "element 7 3 1"}),
               seam.calls);
+    expect("enc -o ele -t alm -i 3", "\nNo element is found\n");
     seam.calls.clear();
     run("enc -o ele -t arydev -e 254 -i 254");
     run("enc -o elecfg -t dpl -i 3");
     EXPECT_EQ((Calls{"element 254 23 254", "config 3 12 255"}), seam.calls);
-    expect("enc -o ele -t alm -i 3", "\nNo element is found\n");
     // An enclosure that fails does not hide the next one.
     seam.statuses["config 0 18 255"] = 18;
     Outcome failed = run("enc -o elecfg -t vlt");

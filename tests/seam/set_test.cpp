@@ -24,26 +24,18 @@ struct Set : SeamTest {
 
 TEST_F(Set, SaysWhatTheAdapterDidNotTake) {
     seam.rawDisabled = 0x77;
-    Outcome outcome = run("set -o hba --alarm on --rebuildrate 30");
+    const Outcome outcome = run("set -o hba --alarm on --rebuildrate 30");
     EXPECT_EQ(outcome.result, 1);
-    EXPECT_NE(outcome.printed.find("\nThe adapter did not take --alarm on.\n"
-                                   "The adapter did not take --rebuildrate 30.\n"),
-              std::string::npos)
-        << outcome.printed;
-    _Adapter_Config_V2 expected = {};
-    expected.AlarmOn = 1;
-    expected.RebuildRate = 30;
-    expected.rawimg_update_disabled = 0x77;
+    EXPECT_NE(outcome.printed.npos, outcome.printed.find("\nThe adapter did not take --alarm on.\n"
+                                                         "The adapter did not take --rebuildrate 30.\n"));
+    const _Adapter_Config_V2 expected = {.RebuildRate = 30, .rawimg_update_disabled = 0x77, .AlarmOn = 1};
     EXPECT_EQ(seam.sent["KT_Adapter_SetConfig"], bytesOf(expected));
 }
 
 TEST_F(Set, EachSettingOfAnAdapterHasItsPlaceAndItsLine) {
     seam.keepsSettings = true;
-    const struct {
-        const char* option;
-        size_t at; // in the record
-        const char* line;
-    } rows[] = {
+    // The option, its place in the record, and its line.
+    const std::tuple<std::string, size_t, std::string> rows[] = {
         {"autorebuild", 0, "Auto Rebuild:            "},   {"efficiency", 1, "Optimize CPU efficiency: "},
         {"bgarate", 2, "BGA Rate:                "},       {"syncrate", 3, "Syncronization Rate:     "},
         {"initrate", 4, "Initialization Rate:     "},      {"rebuildrate", 5, "Rebuild Rate:            "},
@@ -54,17 +46,15 @@ TEST_F(Set, EachSettingOfAnAdapterHasItsPlaceAndItsLine) {
     };
     gAdapterInfo[0].Features = 0xFF;
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_CPU_EFFICIENCY | KT_ADV_MODULE_CONSOLIDATE;
-    for (const auto& row : rows) {
-        const bool rate = strstr(row.option, "rate") != nullptr;
-        const std::string words = std::string("set -o hba --") + row.option;
-        Outcome outcome = run(words + (rate ? " 100" : " on"));
-        EXPECT_EQ(0, outcome.result);
-        EXPECT_NE(std::string::npos, outcome.printed.find(std::string(row.line) + (rate ? "100 %\n" : "on\n")));
+    for (const auto& [option, at, line] : rows) {
+        const bool rate = option.ends_with("rate");
+        const std::string words = "set -o hba --" + option;
+        EXPECT_NE(std::string::npos, printed(words + (rate ? " 100" : " on")).find(line + (rate ? "100 %\n" : "on\n")));
         std::string sent(sizeof(_Adapter_Config_V2), '\0');
-        sent[row.at] = rate ? 100 : 1;
-        EXPECT_EQ(sent, seam.sent["KT_Adapter_SetConfig"]) << row.option;
+        sent[at] = rate ? 100 : 1;
+        EXPECT_EQ(sent, seam.sent["KT_Adapter_SetConfig"]) << option;
         EXPECT_EQ(0, run(words + (rate ? " 0" : " off")).result);
-        EXPECT_EQ(std::string(sent.size(), '\0'), seam.sent["KT_Adapter_SetConfig"]) << row.option;
+        EXPECT_EQ(std::string(sent.size(), '\0'), seam.sent["KT_Adapter_SetConfig"]) << option;
     }
 }
 
@@ -74,38 +64,30 @@ TEST_F(Set, SaysWhatTheAdapterRefused) {
     addDisks(1);
     seam.battery.status = KT_BBU_PRESENT;
     seam.ldConfigs.resize(1);
-    const struct {
-        const char *words, *call, *printed;
-        bool online = true; // the disk
-    } rows[] = {
-        {"vd -i 0 -n other", "KT_LD_SetConfig", "\nUnable to set configuration of VD 0 (error 5: Data out of range)\n"},
-        {"pd -i 0 -c on", "KT_PD_SetConfig",
-         "\nUnable to set configuration of hard disk 0 (error 5 : Data out of range).\n"},
-        {"array -i 7 -n other", "KT_DG_SetConfig",
-         "\nUnable to set configuration of array 7 (error 5: Data out of range)\n"},
-        {"hba --alarm on", "KT_Adapter_SetConfig",
-         "\nUnable to set configuration info of hba 0 (error 5: Data out of range)\n"},
-        {"hba --mute", "KT_AdapterMute", "\nUnable to mute the alarm of hba 0 (error 5: Data out of range)\n"},
-        {"bbu --power charge", "KT_BBU_ChangePower", "Unable to set power of BBU. (error 5: Data out of range).\n"},
-        {"pd -i 0 --status offline", "KT_PD_SetHDStatus",
-         "\nUnable to set hard disk 0 offline (error 5 : Data out of range).\n"},
-        {"pd -i 0 -c on --status offline", "KT_PD_SetHDStatus",
-         "\nUnable to set hard disk 0 offline (error 5 : Data out of range).\n"
-         "What was changed before that stays changed.\n"},
-        {"pd -i 0 --smart on --status online", "KT_PD_SetConfig",
-         "\nUnable to set configuration of hard disk 0 (error 5 : Data out of range).\n"
-         "What was changed before that stays changed.\n",
-         false},
-        {"pd -i 0 --smart on --status online", "KT_PD_SetHDStatus",
-         "\nUnable to set hard disk 0 online (error 5 : Data out of range).\n", false},
-    };
-    for (const auto& row : rows) {
-        seam.statuses = {{row.call, 5}};
-        seam.hdConfigs = {{}};
-        seam.hdConfigs[0].Online = row.online;
-        seam.disks[0].Status = row.online ? 0 : KT_PD_OFFLINE;
-        expect(run(std::string("set --waiveconfirmation -o ") + row.words), row.printed, 5);
-    }
+    seam.hdConfigs.resize(1);
+    seam.hdConfigs[0].Online = 1;
+    expectSteps(R"(
+with KT_LD_SetConfig=5, KT_PD_SetConfig=5, KT_DG_SetConfig=5, KT_Adapter_SetConfig=5, KT_AdapterMute=5, KT_BBU_ChangePower=5
+set -o vd -i 0 -n other =5> \nUnable to set configuration of VD 0 (error 5: Data out of range)
+set -o pd -i 0 -c on --waiveconfirmation =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).
+set -o array -i 7 -n other =5> \nUnable to set configuration of array 7 (error 5: Data out of range)
+set -o hba --alarm on =5> \nUnable to set configuration info of hba 0 (error 5: Data out of range)
+set -o hba --mute =5> \nUnable to mute the alarm of hba 0 (error 5: Data out of range)
+set -o bbu --power charge =5> Unable to set power of BBU. (error 5: Data out of range).
+with KT_PD_SetHDStatus=5
+set -o pd -i 0 --waiveconfirmation --status offline =5> \nUnable to set hard disk 0 offline (error 5 : Data out of range).
+set -o pd -i 0 --waiveconfirmation -c on --status offline =5> \nUnable to set hard disk 0 offline (error 5 : Data out of range).\n$partly
+)",
+                {{"partly", "What was changed before that stays changed."}});
+    seam.hdConfigs[0].Online = 0;
+    seam.disks[0].Status = KT_PD_OFFLINE;
+    expectSteps(R"(
+with KT_PD_SetConfig=5
+set -o pd -i 0 --smart on --status online =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).\n$partly
+with KT_PD_SetHDStatus=5
+set -o pd -i 0 --smart on --status online =5> \nUnable to set hard disk 0 online (error 5 : Data out of range).
+)",
+                {{"partly", "What was changed before that stays changed."}});
     seam.disks[0].Status = KT_PD_MEMBER;
     seam.hdConfigs[0].Online = 1;
     seam.statuses = {{"KT_BLK_GetHDBlock", 20}};
