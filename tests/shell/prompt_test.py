@@ -6,7 +6,10 @@ import stat
 import subprocess
 import unittest
 
-from terminal import PROGRAM, TerminalTest, pexpect
+from terminal import PROGRAM, TerminalTest
+
+UP = "\x1b[A"
+HISTORY = ".local/state/ktsetup/history"
 
 
 class CtrlCTest(TerminalTest):
@@ -18,12 +21,9 @@ class CtrlCTest(TerminalTest):
         self.say(child, "error -c 9", "Error code 9: Invalid physical disk id.")
         self.assertNotIn("Error code 1", child.before)
         # The dropped line is not among the lines that come back.
-        self.say(child, "\x1b[A\x1b[A", "Error code 9")
+        self.say(child, UP + UP, "Error code 9")
         child.sendintr()
-        child.sendline("exit")
-        child.expect(pexpect.EOF)
-        child.close()
-        self.assertEqual(child.exitstatus, 255)
+        self.assertEqual(self.left(child, "exit"), 255)
 
     def test_at_a_question_it_declines(self):
         child = self.shell()
@@ -35,16 +35,12 @@ class CtrlCTest(TerminalTest):
         alone = self.spawn("delete", "-o", "vd", "-i", "3")
         alone.expect_exact("(y or n)")
         alone.sendintr()
-        alone.expect(pexpect.EOF)
-        alone.close()
-        self.assertEqual((alone.exitstatus, alone.signalstatus), (0, None))
+        self.assertEqual(self.left(alone), 0)
         self.say(child, "info -o vd -i 3", "archive")
 
     def test_a_listing_ends_behind_the_call_under_way(self):
-        lab = os.path.join(self.folder.name, "many.json")
-        with open(lab, "w", encoding="utf-8") as file:
-            json.dump({"adapters": [{"type": "array-based", "disks": [{"count": 3000, "size": "2TB"}]}]}, file)
-        self.sim("create", "--lab", lab, "--force")
+        lab = {"adapters": [{"type": "array-based", "disks": [{"count": 3000, "size": "2TB"}]}]}
+        self.sim("create", "--lab", self.make("many.json", json.dumps(lab)), "--force")
         child = self.shell()
         child.sendline("info -o pd")
         child.expect_exact("PD ID:")
@@ -56,11 +52,8 @@ class CtrlCTest(TerminalTest):
         self.say(child, "ver", "CLI Version")
 
     def test_a_change_runs_to_its_end_and_the_prompt_comes_back(self):
-        image = os.path.join(self.folder.name, "raw.bin")
-        with open(image, "wb") as file:
-            file.write(b"x" * 4000000)
         child = self.shell()
-        child.sendline("flash -a update -t raw -f " + image)
+        child.sendline("flash -a update -t raw -f " + self.make("raw.bin", "x" * 4000000))
         child.expect_exact("page 1 write to device.")
         child.sendintr()
         child.expect_exact("> ")
@@ -79,25 +72,20 @@ class CtrlCTest(TerminalTest):
 
 
 class HistoryTest(TerminalTest):
-    def path(self):
-        return os.path.join(self.folder.name, ".local", "state", "ktsetup", "history")
-
     def lines(self):
-        with open(self.path(), encoding="utf-8") as file:
-            return file.read().splitlines()
+        return self.text(HISTORY).splitlines()
 
     def test_lines_outlive_the_shell(self):
         child = self.shell()
         self.say(child, "error -c 9", "Error code 9")
         self.say(child, "", "Type 'exit'")
-        child.sendline("exit")
-        child.expect(pexpect.EOF)
+        self.left(child, "exit")
         self.assertEqual(self.lines(), ["error -c 9", "exit"])
-        self.assertEqual(stat.S_IMODE(os.stat(self.path()).st_mode), 0o600)
-        self.say(self.shell(), "\x1b[A\x1b[A", "Error code 9")
-        self.environment["XDG_STATE_HOME"] = os.path.join(self.folder.name, "elsewhere")
+        self.assertEqual(stat.S_IMODE(os.stat(self.path(HISTORY)).st_mode), 0o600)
+        self.say(self.shell(), UP + UP, "Error code 9")
+        self.environment["XDG_STATE_HOME"] = self.path("elsewhere")
         self.say(self.shell(), "ver", "CLI Version")
-        self.assertTrue(os.path.exists(os.path.join(self.folder.name, "elsewhere", "ktsetup", "history")))
+        self.assertEqual(self.text("elsewhere/ktsetup/history"), "ver\n")
         self.piped("error -c 5\nexit\n")
         self.assertNotIn("error -c 5", self.lines())
 
@@ -105,101 +93,84 @@ class HistoryTest(TerminalTest):
         one, other = self.shell(), self.shell()
         self.say(one, "error -c 9", "Error code 9")
         self.say(other, "ver", "CLI Version")
-        self.say(other, "\x1b[A\x1b[A", "Error code 9")
+        self.say(other, UP + UP, "Error code 9")
         self.assertEqual(self.lines(), ["error -c 9", "ver", "error -c 9"])
 
     def test_a_thousand_are_kept(self):
-        os.makedirs(os.path.dirname(self.path()))
-        with open(self.path(), "w", encoding="utf-8") as file:
-            file.write("".join(f"error -c {i}\n" for i in range(1000)))
+        os.makedirs(os.path.dirname(self.path(HISTORY)))
+        self.make(HISTORY, "".join(f"error -c {i}\n" for i in range(1000)))
         one, other = self.shell(), self.shell()
         self.say(one, "ver", "CLI Version")
         self.assertEqual((len(self.lines()), self.lines()[0], self.lines()[-1]), (1000, "error -c 1", "ver"))
         # The other shell finds what has taken the place of the file that it knows.
         self.say(other, "error -c 5", "Error code 5")
         self.assertEqual((len(self.lines()), self.lines()[-2:]), (1000, ["ver", "error -c 5"]))
-        self.say(other, "\x1b[A\x1b[A", "CLI Version")
+        self.say(other, UP + UP, "CLI Version")
         # No shorter than before, and yet another file.
         self.say(one, "error -c 0000000007", "Error code 7")
         self.say(other, "", "Type 'exit'")
-        self.say(other, "\x1b[A", "Error code 7")
-        self.assertEqual(glob.glob(self.path() + ".*"), [])
+        self.say(other, UP, "Error code 7")
+        self.assertEqual(glob.glob(self.path(HISTORY) + ".*"), [])
 
     def test_a_file_that_cannot_be_used_is_done_without(self):
-        os.makedirs(self.path())
+        os.makedirs(self.path(HISTORY))
         child = self.shell()
         self.say(child, "error -c 9", "Error code 9")
-        self.say(child, "\x1b[A", "Error code 9")
-        os.rmdir(self.path())
-        os.symlink(os.path.join(self.folder.name, "target"), self.path())
+        self.say(child, UP, "Error code 9")
+        os.rmdir(self.path(HISTORY))
+        os.symlink(self.path("target"), self.path(HISTORY))
         self.say(child, "error -c 9", "Error code 9")
-        self.assertFalse(os.path.exists(os.path.join(self.folder.name, "target")))
+        self.assertFalse(os.path.exists(self.path("target")))
 
 
 class CompletionTest(TerminalTest):
-    def offered(self, child, line, expected, missing=()):
-        child.send(line + "\t\t")
-        child.expect_exact(expected)
-        child.sendintr()
-        child.expect_exact("^C")
-        for word in missing:
-            self.assertNotIn(word, child.before)
-        child.expect_exact("> ")
-
     def test_words_of_options_and_commands(self):
         child = self.shell()
         self.offered(child, "cc -t ", "sync")
         self.offered(child, "create -r ", "1E")
         self.offered(child, "enc --type=", "arydev")
-        self.offered(child, "info -o", "", ["README"])
+        self.offered(child, "info -o", missing=["README"])
         self.say(child, "help rescan err\t", "Translate error code")
         self.say(child, "rescan -h", "Rescan the adapters")
+        self.say(child, "eve\t-h", "Get the current events.")
+        self.say(child, "info --obj\t ar\t", "Array Information")
+        self.say(child, "info -o hb\t", "Adapter ID:")
         # A file name is no virtual disk's name.
-        open(os.path.join(self.folder.name, "sizes"), "wb").close()
-        self.offered(child, "create -n " + self.folder.name + "/si", "", ["sizes"])
+        self.make("sizes")
+        self.offered(child, "create -n " + self.path("si"), missing=["sizes"])
 
     def test_ids_with_their_names(self):
         child = self.shell()
         self.offered(child, "init -l ", "2 (orders)")
         self.offered(child, "info -o vd -i ", "3 (archive)")
         self.offered(child, "info -i 1 -o pd --id ", "11 (Petrel PS480G SSD)")
-        self.offered(child, "locate --id=1", "12 (Gannet GT1000G)", ["2 (Fulmar"])
-        self.offered(child, "create -o array -r 0 -d 0,10,", "11 (Petrel PS480G SSD)", ["10 (Gannet", "0 (Fulmar"])
-        self.offered(child, "assign -o array -a ", "(system)", [])
+        self.offered(child, "locate --id=1", "12 (Gannet GT1000G)", missing=["2 (Fulmar"])
+        self.offered(child, "create -o array -r 0 -d 0,10,", "11 (Petrel PS480G SSD)", missing=["10 (Gannet", "0 (Fulmar"])
+        self.offered(child, "assign -o array -a ", "(system)")
         self.say(child, "info -o vd -i 3\t", "archive")
-
-    def test_nothing_when_the_library_says_no(self):
-        child = self.shell()
         self.sim("fault", "KT_PD_GetHDInfo", "1")
-        self.offered(child, "locate -i ", "", ["Fulmar"])
+        self.offered(child, "locate -i ", missing=["Fulmar"])
         self.sim("fault", "clear")
         self.offered(child, "locate -i ", "Fulmar")
 
     def test_only_reading_calls_are_made(self):
-        trace = os.path.join(self.folder.name, "trace")
-        self.environment["KTRAID_SIM_TRACE"] = trace
+        self.environment["KTRAID_SIM_TRACE"] = self.path("trace")
         child = self.shell()
         for line in ("delete -o vd -i ", "wipe -d ", "assign -a ", "enc -o enc -i ", "adapter -i ", "aesport -i "):
             child.send(line + "\t\t\x15")
         self.say(child, "ver", "CLI Version")
-        with open(trace, encoding="utf-8") as file:
-            calls = {word for word in file.read().split() if word.startswith("KT_")}
+        calls = {word for word in self.text("trace").split() if word.startswith("KT_")}
         starting = {"KT_API_Initialize", "KT_API_Version", "KT_SIM_SgVersion", "KT_Adapter_GetCount", "KT_Adapter_GetInfo"}
         self.assertEqual(calls - starting,
                          {"KT_LD_GetInfo", "KT_PD_GetHDInfo", "KT_DG_GetInfo", "KT_ENC_GetEnclosureInfo"})
 
     def test_file_names_where_a_file_is_meant_and_as_one_word(self):
         for name in ("fw one.bin", "plain.bin", 'odd"quote.bin'):
-            with open(os.path.join(self.folder.name, name), "wb") as file:
-                file.write(b"x" * 64)
+            self.make(name, "x" * 64)
         child = self.shell()
-        self.offered(child, "flash -f " + self.folder.name + "/", "plain.bin", ["odd"])
-        child.sendline(f"flash -a version -t raw -f {self.folder.name}/fw\t")
-        child.expect_exact("> ")
-        self.assertIn("/fw one.bin', error 166", child.before)
-        child.sendline(f"flash -a version -t raw --file={self.folder.name}/fw\t")
-        child.expect_exact("> ")
-        self.assertIn("/fw one.bin', error 166", child.before)
+        self.offered(child, "flash -f " + self.path(""), "plain.bin", missing=["odd"])
+        for option in ("-f ", "--file="):
+            self.say(child, f"flash -a version -t raw {option}{self.path('fw')}\t", "/fw one.bin', error 166")
 
 
 class SlipTest(TerminalTest):
@@ -218,9 +189,9 @@ class SlipTest(TerminalTest):
         alone = self.spawn("delte")
         alone.expect_exact("Invalid command 'delte'!")
         alone.expect_exact("did you mean delete?")
-        done = subprocess.run([PROGRAM, "inof"], env=self.environment, capture_output=True, text=True)
-        self.assertEqual((done.returncode, done.stderr), (1, ""))
-        self.assertTrue(done.stdout.endswith("Invalid command 'inof'!\n"))
+        status, output, error = self.once(PROGRAM, "inof")
+        self.assertEqual((status, error), (1, ""))
+        self.assertTrue(output.endswith("Invalid command 'inof'!\n"))
 
 
 if __name__ == "__main__":

@@ -1,14 +1,17 @@
 """The interactive shell: prompt, history, completion, quotes, questions and the end of input."""
-import os
 import resource
 import subprocess
 import time
 import unittest
 
-from terminal import PROGRAM, TerminalTest, pexpect
+from terminal import PROGRAM, TerminalTest
 
 
 class ShellTest(TerminalTest):
+    def hide_readline(self):
+        self.make("libreadline.so.8")
+        self.environment["LD_LIBRARY_PATH"] = self.folder.name + ":" + self.environment["LD_LIBRARY_PATH"]
+
     def test_lines_are_read_until_exit(self):
         child = self.shell()
         self.assertIn("   RaidAPI Version: ", child.before)
@@ -18,38 +21,25 @@ class ShellTest(TerminalTest):
         self.say(child, " ver", "Ambiguous command ''!")
         self.say(child, "VER", "   RaidAPI Version: ")
         self.say(child, "adapter", "Current default adapter ID for CLI commands: 0")
-        child.sendline("EXIT")
-        child.expect(pexpect.EOF)
-        child.close()
-        self.assertEqual(child.exitstatus, 255)
+        self.assertEqual(self.left(child, "EXIT"), 255)
 
     def test_history_keeps_no_secrets(self):
         child = self.shell()
         self.say(child, "adapter -i 1", "")
         self.say(child, "aesop -o changePwd -e 0 -p hush -w quiet", "failed")
         self.say(child, "\x1b[A", "aesop: option -w is required")
-        with open(os.path.join(self.folder.name, ".local/state/ktsetup/history"), encoding="utf-8") as file:
-            self.assertNotIn("quiet", file.read())
+        self.assertNotIn("quiet", self.text(".local/state/ktsetup/history"))
         with open(f"/proc/{child.pid}/maps", encoding="utf-8") as maps, open(f"/proc/{child.pid}/mem", "rb") as memory:
             for line in maps:
-                if "[heap]" not in line and "[stack]" not in line:
-                    continue
-                start, end = (int(number, 16) for number in line.split()[0].split("-"))
-                memory.seek(start)
-                found = memory.read(end - start)
-                self.assertNotIn(b"quiet", found)
-
-    def test_tab_completes_commands_options_and_objects(self):
-        child = self.shell()
-        self.say(child, "eve\t-h", "Get the current events.")
-        self.say(child, "info --obj\t ar\t", "Array Information")
-        self.say(child, "info -o hb\t", "Adapter ID:")
+                if "[heap]" in line or "[stack]" in line:
+                    start, end = (int(number, 16) for number in line.split()[0].split("-"))
+                    memory.seek(start)
+                    self.assertNotIn(b"quiet", memory.read(end - start))
 
     def test_the_command_set_follows_the_adapter(self):
         child = self.shell()
         self.say(child, "message -x", "message: invalid option -- 'x'")
-        child.sendline("adapter -i 1")
-        child.expect_exact("> ")
+        self.say(child, "adapter -i 1", "")
         self.say(child, "message", "Invalid command 'message'!")
         self.say(child, "adapter -i 9", "Adapter 9 does not exist.")
 
@@ -92,8 +82,7 @@ class ShellTest(TerminalTest):
     def test_lines_are_read_without_readline_too(self):
         lines = "error -c 3\ndelete -o vd -i 3\nn\n\nexit\n"
         edited = self.piped(lines)
-        open(os.path.join(self.folder.name, "libreadline.so.8"), "wb").close()
-        self.environment["LD_LIBRARY_PATH"] = self.folder.name + ":" + self.environment["LD_LIBRARY_PATH"]
+        self.hide_readline()
         self.assertEqual(self.piped(lines), edited)
         child = self.spawn()
         child.expect_exact("The readline library is not installed")
@@ -106,48 +95,31 @@ class ShellTest(TerminalTest):
     def test_a_line_beyond_the_memory_ends_the_shell_with_a_word(self):
         if "sanitize" in PROGRAM:
             self.skipTest("sanitizers need more memory than there is")
-        open(os.path.join(self.folder.name, "libreadline.so.8"), "wb").close()
-        self.environment["LD_LIBRARY_PATH"] = self.folder.name + ":" + self.environment["LD_LIBRARY_PATH"]
+        self.hide_readline()
         line = "head -c 40000000 /dev/zero | tr '\\0' x | (ulimit -v 40000; exec \"$0\")"
-        done = subprocess.run(["bash", "-c", line, PROGRAM], env=self.environment, capture_output=True, text=True)
-        self.assertEqual((done.returncode, done.stderr), (1, "ktsetup: out of memory\n"))
+        self.assertEqual(self.once("bash", "-c", line, PROGRAM)[::2], (1, "ktsetup: out of memory\n"))
 
     def test_words_have_the_same_cases_in_every_locale(self):
-        made = subprocess.run(["localedef", "-i", "tr_TR", "-f", "UTF-8", os.path.join(self.folder.name, "tr_TR.UTF-8")],
-                              capture_output=True)
-        if made.returncode != 0:
+        if self.once("localedef", "-i", "tr_TR", "-f", "UTF-8", self.path("tr_TR.UTF-8"))[0] != 0:
             self.skipTest("the sources of the Turkish locale are not installed")
         self.environment.update(LOCPATH=self.folder.name, LC_ALL="tr_TR.UTF-8")
         self.assertIn("have been written into nvsram!", self.piped("nvsram -a WRITE\nexit\n")[1])
 
     def test_closed_streams_are_not_reused_for_files(self):
-        path = os.path.join(self.folder.name, "out.txt")
-        command = f'"{PROGRAM}" info -z -output "{path}"'
         for closing in ("2>&-", "<&- 2>&-", "<&- >&- 2>&-"):
-            done = subprocess.run(["bash", "-c", f"{command} {closing}"], env=self.environment)
-            self.assertEqual(done.returncode, 1)
-        with open(path, encoding="utf-8") as file:
-            self.assertEqual(file.read(), "SG driver version 3.5.36.\n" * 3)
-
-    def test_output_to_a_file_that_cannot_be_made_is_lost(self):
-        silent = subprocess.run([PROGRAM, "error", "-c", "1", "-output", "/nonexistent/file"], env=self.environment,
-                                capture_output=True, text=True)
-        self.assertEqual((silent.returncode, silent.stdout), (0, ""))
+            command = f'"{PROGRAM}" info -z -output "{self.path("out.txt")}" {closing}'
+            self.assertEqual(self.once("bash", "-c", command)[0], 1)
+        self.assertEqual(self.text("out.txt"), "SG driver version 3.5.36.\n" * 3)
 
     def test_output_is_appended_to_a_file(self):
-        path = os.path.join(self.folder.name, "out.txt")
         for _ in range(2):
-            done = subprocess.run([PROGRAM, "1", "error", "-OUTPUT", path, "-c", "1"], env=self.environment,
-                                  capture_output=True, text=True)
-            self.assertEqual((done.returncode, done.stdout), (0, ""))
-        with open(path) as file:
-            text = file.read()
-        self.assertEqual(text.count("Error code 1: Failed."), 2)
-        self.assertEqual(text.count("SG driver version"), 2)
-        done = subprocess.run([PROGRAM, "-output", path], env=self.environment, capture_output=True, text=True)
-        self.assertEqual(done.returncode, 1)
-        with open(path) as file:
-            self.assertTrue(file.read().endswith("Invalid command!\n"))
+            self.assertEqual(self.once(PROGRAM, "1", "error", "-OUTPUT", self.path("out.txt"), "-c", "1"), (0, "", ""))
+        text = self.text("out.txt")
+        self.assertEqual((text.count("Error code 1: Failed."), text.count("SG driver version")), (2, 2))
+        self.assertEqual(self.once(PROGRAM, "-output", self.path("out.txt"))[0], 1)
+        self.assertTrue(self.text("out.txt").endswith("Invalid command!\n"))
+        # Where no file can be made it is lost.
+        self.assertEqual(self.once(PROGRAM, "error", "-c", "1", "-output", "/nonexistent/file")[:2], (0, ""))
 
 
 if __name__ == "__main__":
