@@ -2,7 +2,6 @@
 """A rehearsal foretells what a command does, touches nothing, and leaves nothing behind."""
 import json
 import os
-import re
 import shlex
 import signal
 import subprocess
@@ -83,21 +82,6 @@ class Rehearsals(unittest.TestCase):
         bench.environment["KTRAID_SIM"] = "/dev/null"
         done = bench.run("ktsim", "rehearse", "--", "ktsetup", "ver")
         self.assertEqual((done.returncode, done.stdout, done.stderr.count("\n")), (125, "", 1), done.stderr)
-
-    def test_readme(self):
-        """The story in README.md is what happens, word for word; "..." stands for lines left out."""
-        with open(os.path.join(os.environ["SOURCE"], "README.md"), encoding="utf-8") as file:
-            section = file.read().split("## Rehearse first")[1].split("\n## ")[0]
-        blocks = "\n".join(line[4:] for line in section.splitlines() if line.startswith("    "))
-        with tempfile.TemporaryDirectory() as folder:
-            environment = dict(os.environ, KTRAID_SIM=os.path.join(folder, "state.db"),
-                               PATH=BIN + ":" + os.environ["PATH"])
-            for step in blocks.split("$ ")[1:]:
-                command, _, expected = step.partition("\n")
-                done = subprocess.run(["bash", "-c", command], env=environment, cwd=folder, stdin=subprocess.DEVNULL,
-                                      capture_output=True, text=True, check=False)
-                pattern = r"(.*\n)*".join(map(re.escape, expected.strip().split("...\n")))
-                self.assertRegex((done.stdout + done.stderr).strip(), "^" + pattern + "$", command)
 
     def test_nothing_outlives_it(self):
         """Whatever ends a rehearsal that waits for an answer, its state goes."""
