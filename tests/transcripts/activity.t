@@ -67,18 +67,3 @@ A spare is patrolled by the hour.
   Media Patrol on physical disk 9 restarted
   Media Patrol on physical disk 9 completed
 
-Copy back is steered, never started.
-
-  $ cat > lab.json << EOF
-  > {"adapters": [{"type": "array-based", "config": {"AutoRebuildOn": 0}, "disks": [{"count": 3, "size": "1TB"}],
-  >   "arrays": [{"level": "RAID1", "disks": [0, 1],
-  >               "virtualDisks": [{"activity": {"kind": "copy back", "percent": 40, "disk": 1}}]},
-  >              {"level": "RAID1", "disks": [2, null], "virtualDisks": [{}]}]}]}
-  > EOF
-  $ lab lab.json; kt copyback -a pause -l 0; ktsim clock advance 1d; progress 0 vd
-  Pause successfully
-  BGA progress:    copy back is paused at 40%
-  PD RAID setup:       2 * 
-  $ kt copyback -a resume -l 0; ktsim clock until idle
-  Resume successfully
-  Idle after 1 h 59 min.

@@ -53,11 +53,7 @@ From the first disk to a full array.
 
 What becomes of a disk, and what is deleted only after a yes.
 
-  $ lab default; kt assign -o array -d 11 -a 1
-  
-  Failed to assign disk 11 as a spare disk to array 1 (error 73: Physical disks are not of the same type.).
-  [73]
-  $ kt create -o auto
+  $ lab default; kt create -o auto
   Auto create error,Resource not available
   [4]
   $ kt delete -o ld -i 2 --waiveconfirmation

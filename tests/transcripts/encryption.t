@@ -11,18 +11,12 @@ A key is put into an entry, the entry is linked to a port and the port encrypts.
   [158]
   $ kt 1 aesport -o mount -i 3 -e 1 -p secret > /dev/null
   $ kt 1 aesport -o set -i 3 --aeson > /dev/null
-  $ kt 1 aesport -o getCfg -i 3
-  Port ID:                 3
-  mount status:            mounted
-  entry id:                1
-  AES enable:              Enabled
 
 The plain disks on that port went offline; one is brought back.
 
   $ kt 1 event | grep 'disk 7 off'
   Description:  Physical disk 7 offline caused by plain disk on AES enabled port
-  $ kt 1 forceonline -i 7 -p 50
-  
+  $ kt 1 forceonline -i 7 -p 50 | tail -1
   Force online PD 7 is returned successfully.
 
 A changed password is the only one that opens the entry.

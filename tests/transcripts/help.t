@@ -57,8 +57,21 @@ Help: the lists of both command sets and the help of single commands.
   
   $ kt 1 ? | sed '1,/^---/d; /^ /d; s/ .*//' | paste -s -d ' '
   ? help devmap adapter assign flash rescan cc create delete event get info init migrate rebuild set enc import locate mp report aesop aesentry aesport forceonline smart 
-  $ kt help -i | cut -d' ' -f1 | paste -s -d ' '
-  register nvsram ssd ssdop devmap maxcreatesize wipe status error version flash pause tandem 
+  $ kt help -i
+  register     :operation the register on adapter.
+  nvsram       :Read/write nvsram contents for test.
+  ssd          :Tolvane SSD Diagnostic functions.
+  ssdop        :SSD Operations.
+  devmap       :Map device ID to device magic number in the OS.
+  maxcreatesize :Get maxsize that vd can create with.
+  wipe         :Wipe out disk drive MDD data.
+  status       :Get SMART return status of a PD.
+  error        :Translate error code to error description.
+  version      :Get application version.
+  flash        :Update, backup or erase flash image and erase hba or pd page.
+  pause        :Pause all background activities on specified controller.
+  tandem       :Tandemix Test Command.
+  
   $ kt help nosuch ERROR version
   No help available for 'nosuch'
   No help available for 'ERROR'

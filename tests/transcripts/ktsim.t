@@ -12,7 +12,7 @@ A state is made once; over an existing one only when that is wanted.
   $ no create --lab none
   Everything in state.db will be lost. Go on? [y/N] ktsim: nothing was changed
   
-  $ ktsim status | sed '1d; / PD [1-8] /d; / Array [01] /d; / VD [13] .*array/d'
+  $ ktsim status | sed '1d; / PD [1-9] /d; / PD 12/d; / Array [01] /d; / VD [13] .*array/d'
   Clock   2026-01-05 08:00:00 UTC, stopped
   Faults  none
   
@@ -24,7 +24,6 @@ A state is made once; over an existing one only when that is wanted.
     VD 2     spool            RAID0        200.0 GiB  online, write-back, unsafe (no battery)
     VD 3     home             hybrid       200.0 GiB  online, write-back, unsafe (no battery)
     PD 0     Gannet GT1000G        SATA     931.5 GiB  port 0      member of VD 0
-    PD 9     Gannet GT1000G        SATA     931.5 GiB  PM 1:2      member of VD 2
   
   Adapter 0  Tarn R8i (array-based), battery 95%, last event 1
     13 disks, 3 arrays, 4 virtual disks
@@ -32,10 +31,8 @@ A state is made once; over an existing one only when that is wanted.
     VD 0     boot             RAID1        100.0 GiB  array 0  online, write-back, runs the OS
     VD 2     orders           RAID5          2.0 TiB  array 1  online, write-back (auto: battery 95%)
     PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1
-    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:9     spare of array 1
     PD 10    Gannet GT4000G        SATA       3.6 TiB  bay 1:10    global spare
     PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  port 6      free
-    PD 12    Gannet GT1000G        SATA     931.5 GiB  port 7      free
   $ no create --lab nothere
   ktsim: nothere is neither a file nor one of the labs: default empty full hostile none troubled
   $ echo '{"adapters": [{"disks": [{"sise": "1TB"}]}]}' > wrong.json
@@ -335,32 +332,63 @@ A state that contradicts itself is told after every call where tests ask for tha
   $ KTRAID_SIM_CHECK=1 ktsetup info -o pd 2>&1 | grep "^ktraid-sim"
   ktraid-sim: KT_Adapter_GetInfo: adapter 0: disk 0 has no state
 
-Help is everywhere; what is not understood ends in 2.
+Every command's help names its words, with their ranges and defaults.
 
-  $ for c in create show status check clock "clock until" disk "disk age" battery "battery charge" enclosure \
-  >          "enclosure set" fault event image "image make" run; do
-  >   ktsim $c --help > help || echo "$c: $?"; grep -q Usage help || echo "$c: no help"; done
-  $ ktsim --help-all | grep -e '^disk trip' -e --clear
-  disk trip
-      --clear                     Back under it, its wear undone
-  $ for words in "battery charge 101" "battery temperature 201" "battery voltage 61" "cable pull 255" "clock speed 0" "event 65536 1" \
-  >   "disk fail 65535" "disk insert 65535" "disk replace 65535" "disk replace 1 --sector 513" "disk damage 3 --lba $((1 << 48))" \
-  >   "disk damage 3 --count 0" "enclosure set 65535 fan 0 ok" "enclosure pull 65535" "enclosure set 1 fan 255 ok" "event 2 65536" \
-  >   "event 2 11 --severity 8" "event 2 11 -d 65536" "event 2 11 -n 0" "fault KT_LD_GetInfo 256" "fault KT_LD_GetInfo 1 -a 255" \
-  >   "image make x --size 65537" "image make x --vendor 65536" "image microcode x --model M --version 1 --size 65537" "status -a 255"
-  > do ktsim $words || [ $? = 2 ] || echo 'not 2'; done 2>&1 | sed 's/^ktsim: //; s/ (--help.*//; s/Value //' | paste -d'|' - -
-  PERCENT: 101 is not a number from 0 to 100|CELSIUS: 201 is not a number from -100 to 200
-  VOLTS: 61 is not a number from 0 to 60|PORT: 255 not in range 0 to 254
-  X: 0 is not a number from 0.001 to 1000000|CLASS: 65536 not in range 0 to 65535
-  ID: 65535 not in range 0 to 65534|ID: 65535 not in range 0 to 65534
-  ID: 65535 not in range 0 to 65534|--sector: 513 not in {512,1024,2048,4096}
-  --lba: 281474976710656 not in range 0 to 281474976710655|--count: 0 not in range 1 to 1000
-  ENCLOSURE: 65535 not in range 0 to 65534|ENCLOSURE: 65535 not in range 0 to 65534
-  NUMBER: 255 not in range 0 to 254|CODE: 65536 not in range 0 to 65535
-  --severity: 8 not in range 0 to 7|--device: 65536 not in range 0 to 65535
-  --count: 0 not in range 1 to 1000000|STATUS: 256 not in range 0 to 255
-  --adapter: 255 not in range 0 to 254|--size: 65537 not in range 0 to 65536
-  --vendor: 65536 not in range 0 to 65535|--size: 65537 not in range 1 to 65536
-  --adapter: 255 not in range 0 to 254|
+  $ ktsim --help-all | awk '/^[a-z]/ { print line; line = $0 ":" }
+  >   /^    [-A-Z]/ { sub(/^ +/, ""); sub(/   .*/, ""); sub(/UINT:UINT/, "UINT"); line = line "  " $0 }
+  >   END { print line }' | grep ':  ' | sed 's/  -a,--adapter UINT=0/  -a/; s/  -f,--force/  -f/'
+  create:  -l,--lab TEXT=default  --at TEXT  --list  -f
+  status:  --all  -a,--adapter INT:INT in [0 - 254]
+  disk fail:  ID UINT in [0 - 65534] ... REQUIRED  -a  -f
+  disk pull:  ID UINT in [0 - 65534] ... REQUIRED  -a  -f
+  disk insert:  ID UINT in [0 - 65534] ... REQUIRED  --from TEXT  --of UINT=0 Needs: --from  -a
+  disk replace:  ID UINT in [0 - 65534] REQUIRED  --size TEXT  --type TEXT:{SATA,SAS,SATA SSD,SAS SSD,PATA,ATAPI}  --sector UINT:{512,1024,2048,4096}  --model TEXT  -a  -f
+  disk age:  ID UINT in [0 - 65534] REQUIRED  WHAT TEXT:{reallocated,pending,uncorrectable,read-errors,spin-retries,link-errors,hours,wear,warmth} REQUIRED  AMOUNT UINT=1  -a
+  disk damage:  ID UINT in [0 - 65534] REQUIRED  -a  -f  --lba UINT in [0 - 281474976710655]  --count UINT in [1 - 1000]=1
+  disk corrupt:  ID UINT in [0 - 65534] REQUIRED  -a  -f  --lba UINT in [0 - 281474976710655]  --count UINT in [1 - 1000]=1
+  disk trip:  ID UINT in [0 - 65534] REQUIRED  -a  --clear
+  battery show:  -a
+  battery insert:  -a
+  battery remove:  -a  -f
+  battery charge:  PERCENT FLOAT:0 to 100 REQUIRED  -a
+  battery temperature:  CELSIUS FLOAT:-100 to 200 REQUIRED  -a
+  battery voltage:  VOLTS FLOAT:0 to 60 REQUIRED  -a
+  battery charger:  STATE TEXT:{broken,working} REQUIRED  -a
+  battery relearn:  IN TEXT REQUIRED  -a
+  enclosure show:  -a
+  enclosure set:  ENCLOSURE UINT in [0 - 65534] REQUIRED  ELEMENT TEXT:{dev,arydev,pow,fan,tpr,dor,alm,dpl,vlt} REQUIRED  NUMBER UINT in [0 - 254] REQUIRED  CONDITION TEXT REQUIRED  -a
+  enclosure reading:  ENCLOSURE UINT in [0 - 65534] REQUIRED  ELEMENT TEXT:{dev,arydev,pow,fan,tpr,dor,alm,dpl,vlt} REQUIRED  NUMBER UINT in [0 - 254] REQUIRED  VALUE INT REQUIRED  -a
+  enclosure pull:  ENCLOSURE UINT in [0 - 65534] REQUIRED  -a  -f
+  enclosure insert:  ENCLOSURE UINT in [0 - 65534] REQUIRED  -a
+  cable show:  -a
+  cable pull:  PORT UINT in [0 - 254] REQUIRED  -a  -f
+  cable insert:  PORT UINT in [0 - 254] REQUIRED  -a
+  power off:  --pull
+  clock speed:  X FLOAT:0.001 to 1000000 REQUIRED
+  clock advance:  DURATION TEXT REQUIRED
+  clock set:  TIME TEXT REQUIRED
+  fault:  CALL TEXT  STATUS UINT in [0 - 255]  --after UINT=0  --times UINT=0  -a,--adapter INT:INT in [0 - 254]  --kind TEXT:{status,count,text,next}=status  --list-calls
+  event:  CLASS UINT in [0 - 65535] Excludes: --list  CODE UINT in [0 - 65535] Excludes: --list  -d,--device UINT in [0 - 65535]=0  -s,--severity UINT in [0 - 7]=2  -p,--param UINT  --sense TEXT  -n,--count UINT in [1 - 1000000]=1  -a  --list Excludes: CLASS CODE Print the classes, codes and texts that there are
+  image make:  FILE TEXT REQUIRED  -t,--type TEXT:{bios,firmware,autoload,bin,raw}=firmware  -v,--version TEXT=1.0.0.1  --vendor UINT in [0 - 65535]=8100  --size UINT in [0 - 65536]  --damage TEXT:{none,header,data,cut}=none
+  image microcode:  FILE TEXT REQUIRED  -m,--model TEXT REQUIRED  -v,--version TEXT REQUIRED  Its version  --size UINT in [1 - 65536]=512  --damage TEXT:{none,header,data,cut}=none
+  image damage:  -t,--type TEXT:{bios,firmware,autoload,bin}=firmware  --part TEXT:{header,data,both}=data  -a
+  run:  COMMAND TEXT ...
+  rehearse:  COMMAND TEXT ...  --from TEXT ...  --until TEXT  --keep TEXT  --at TEXT  --script TEXT  --json
+
+What is not understood ends in 2.
+
+  $ for words in "battery charge 101" "battery charge -1" "battery charge 1x" "clock speed 0" "cable pull 255" "event 2 11 --severity 8" \
+  >   "disk damage 3 --lba $((1 << 48))" "disk replace 1 --sector 513" "status -a 255" "fault KT_LD_GetInfo 1 -a 255"
+  > do ktsim $words || [ $? = 2 ] || echo 'not 2'; done 2>&1 | sed 's/^ktsim: //; s/ (--help.*//; s/Value //'
+  PERCENT: 101 is not a number from 0 to 100
+  PERCENT: -1 is not a number from 0 to 100
+  PERCENT: 1x is not a number from 0 to 100
+  X: 0 is not a number from 0.001 to 1000000
+  PORT: 255 not in range 0 to 254
+  --severity: 8 not in range 0 to 7
+  --lba: 281474976710656 not in range 0 to 281474976710655
+  --sector: 513 not in {512,1024,2048,4096}
+  --adapter: 255 not in range 0 to 254
+  --adapter: 255 not in range 0 to 254
   $ for words in "" soup; do ktsim $words > /dev/null 2>&1; echo $?; done | uniq -c
         2 2

@@ -161,8 +161,7 @@ declines.
   PD 3 is a member.
   VD 1 (media) loses its redundancy.
 
-Everything has its effect: a matching spare was idle because the adapter does not rebuild by itself; a rebuild gets
-slower.
+Everything has its effect: a matching spare was idle because the adapter does not rebuild by itself.
 
   $ lab troubled; kt info -o vd -i 0 | grep BGA
   BGA status:          N/A
@@ -170,11 +169,6 @@ slower.
   Auto Rebuild:            on
   BGA status:          running
   BGA progress:    rebuilding is 0% done
-  $ cp state.db fast.db; ktsim clock until idle; mv fast.db state.db
-  Idle after 1 h 17 min.
-  $ kt set -o hba --rebuildrate 10 | grep Rate:.*10; ktsim clock until idle
-  Rebuild Rate:            10 %
-  Idle after 3 h 33 min.
 
 What an adapter does not have is not set.
 

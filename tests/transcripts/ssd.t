@@ -80,19 +80,6 @@ A damaged disk fails where it cannot be read, a worn one by itself; pulling a di
   $ ktsim disk fail 11 -f; kt ssd | tail -1
   11    Petrel PS480G SSD        PS41C     N/A       N/A       N/A       N/A   N/A
 
-What is refused.
-
-  $ lab default; kt set -o pd -i 11 --smart off > /dev/null
-  $ for pd in 3 7 11; do refused ssd -d $pd; done
-  PD 3 is not a solid-state disk
-  = 1
-  
-  Unable to get SMART data of PD 7 (error 19: Not supported)
-  = 19
-  
-  Unable to get SMART data of PD 11 (error 27: Quillon diagnostic status phase returns command error)
-  = 27
-
 Microcode comes page by page, at once or for the next start, and is asked about.
 
   $ lab default; ktsim image microcode now.bin -m "Petrel PS480G SSD" -v PS50A --size 400

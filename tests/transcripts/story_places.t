@@ -69,22 +69,3 @@ The place of a disk whose shelf is away is not there.
   $ ktsim enclosure insert 3; places 0; ktsim check
   PD 0 port 4, PD 1 bay 3:1, PD 2 bay 3:2
   The state is sound.
-
-A part that came too late goes by wiping it.
-
-  $ array='{"level": "RAID6", "disks": [0, 1, 2, 3, 4], "virtualDisks": [{}]}'
-  $ echo '{"adapters": [{"disks": [{"count": 5, "type": "SAS"}], "arrays": ['"$array"']}]}' > late.json
-  $ echo '{"adapters": [{}]}' > none.json; ktsim create --lab none.json --force; ktsim disk insert 0 1 2 --from late.json > /dev/null; kt import -i 0
-  $ ktsim disk insert 3 4 --from late.json > /dev/null; kt info -o vd | grep -e ^status -e '^PD R'
-  status:              degraded
-  PD RAID setup:       0 1 2 * * 
-  status:              plugin conflicted
-  PD RAID setup:       * * * 3 4 
-  $ kt wipe -d 3 | tail -1
-  Wipe MDD on PD 3 failed (error 56: Specified physical disk is assigned to a virtual disk).
-  $ for pd in 3 4; do kt wipe -d $pd -f > /dev/null; kt info -o vd -i 1 | grep '^PD R'; done
-  PD RAID setup:       * * * * 4 
-  [1]
-  $ kt info -o vd | grep -e ^status -e '^PD R'
-  status:              degraded
-  PD RAID setup:       0 1 2 * * 
