@@ -103,7 +103,7 @@ class Fidelity(unittest.TestCase):
         def refusal(spoil):
             spoilt = json.loads(text)
             spoil(spoilt)
-            done = original.run("ktsim", "--state", original.path("new.db"), "create", "--lab", "-",
+            done = original.run("ktsim", "--state", original.path("new.db"), "create", "--lab", "-", "--at", original.now(),
                                 text=json.dumps(spoilt))
             self.assertEqual((done.returncode, os.path.exists(original.path("new.db"))), (1, False))
             return done.stderr
