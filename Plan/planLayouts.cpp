@@ -92,6 +92,9 @@ static std::optional<Unreachable> checkMigration(const Comparison& c, const Pres
         return unreachable(
             c, word, c.planner.now.name + " does not migrate, and " + c.name + " is " + describedLayout(c.there), stay);
     }
+    if (isHybrid(c.there.level) || c.there.level == "JBOD") {
+        return unreachable(c, word, c.name + " is " + c.there.level + ", which does not migrate", stay);
+    }
     if (!mayMigrate(c.there.level, target.level)) {
         return unreachable(c, "level",
                            c.name + " is " + c.there.level + "; a migration to " + target.level +
@@ -102,9 +105,6 @@ static std::optional<Unreachable> checkMigration(const Comparison& c, const Pres
     if (refused) return unreachable(c, "disks", *refused, stay);
     if (!c.planner.now.levels.contains(target.level)) {
         return unreachable(c, "level", c.planner.now.name + " has no " + target.level, stay);
-    }
-    if (isHybrid(c.there.level) || c.there.level == "JBOD") {
-        return unreachable(c, word, c.name + " is " + c.there.level + ", which does not migrate", stay);
     }
     if (!c.hasVds) {
         return unreachable(c, word, c.name + " is empty, and only an array with a virtual disk in it migrates", stay);
@@ -149,10 +149,6 @@ static std::optional<Unreachable> checkSize(const WantedVd& wanted, const Presen
 
 std::optional<Unreachable> whyAnewInArray(const WantedVd& wanted, const PresentVd& there, const PresentArray& array,
                                           const PresentLayout& target) {
-    if (there.status == "offline") {
-        return Unreachable{wanted.place, nameOf(there) + " is offline, and no command brings its data back",
-                           "bring back the disks that it has lost"};
-    }
     return checkSize(wanted, there, sizeBehind(array, there, target), target);
 }
 

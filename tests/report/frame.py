@@ -1,8 +1,11 @@
 """What the tests of ktreport share: adapters of a lab in a state of their own, and running programs on them."""
 import json
 import os
+import re
 import subprocess
+import sys
 import tempfile
+import textwrap
 
 import jsonschema
 
@@ -25,6 +28,43 @@ def fits_schema(test, document, what):
     faults = ["/".join(map(str, fault.absolute_path)) + ": " + fault.message[:100]
               for fault in VALIDATOR.iter_errors(document)]
     test.assertEqual(faults[:5], [], what)
+
+
+def check_table(test, path, said, filled=False):
+    """Compares a file of rows at the margin, each with what said(row) answers below it, indented, with filled in one
+    paragraph; a row that ends in the middle goes on in the next line. The word "write" behind the test's name writes
+    the file anew: then look at every line that changes."""
+    with open(path, encoding="ascii") as file:
+        lines = file.read().splitlines()
+    told, row = [], ""
+    for line in lines:
+        if line.startswith(" ") and not row:
+            continue  # what was said before
+        told.append(line)
+        row += line.strip() + " "
+        if line.endswith((";", ",", ":", "wanted")):
+            continue
+        answer = [] if row.startswith("#") else list(said(row.strip()))
+        row = ""
+        told += (textwrap.wrap(" | ".join(answer), 150, initial_indent="    ", subsequent_indent="    ", break_long_words=False,
+                               break_on_hyphens=False) if filled else ["    " + one for one in answer])
+    if sys.argv[-1] == "write":
+        with open(path, "w", encoding="ascii") as file:
+            file.write("\n".join(told) + "\n")
+    test.assertEqual("\n".join(told), "\n".join(lines))
+
+
+def value_of(text):
+    """A value in JSON whose simple words need no quotes: {name: demo, disks: [0, 1]}."""
+    return json.loads(re.sub(r'"(\\.|[^"\\])*"|\b[A-Za-z_]\w*\b',
+                             lambda word: word[0] if word[0][0] == '"' or word[0] in ("true", "false", "null") else f'"{word[0]}"', text))
+
+
+def give(named, name, words):
+    """Gives the object of the name what the words say, and takes away what is null there."""
+    named[name].update(value_of(words))
+    for word in [word for word, value in named[name].items() if value is None]:
+        del named[name][word]
 
 
 class Bench:

@@ -3,9 +3,7 @@
 
 There a line at the margin is a change of the healthy machine: names of objects with the words that they get, null for
 those that they lose; "log" with a class, a code, a device, a time and values adds an event to the log of adapter 0.
-Below it stands what the view says then and does not say of the healthy machine, of which it says all. A change that
-ends with a semicolon or a comma goes on in the next line. "views_test.py
-write" writes the file anew: look at each line that changes."""
+Below it stands what the view says then and does not say of the healthy machine, of which it says all."""
 import collections
 import copy
 import json
@@ -14,7 +12,7 @@ import re
 import sys
 import unittest
 
-from frame import Bench
+from frame import Bench, check_table, give, value_of
 
 PROBLEM = re.compile(r"(critical|warning) ([a-z-]+), ")
 VIEWS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "views.txt")
@@ -65,12 +63,10 @@ def changed(healthy, row):
             one = dict(EVENT, **dict(zip(("Class", "Code", "DeviceID", "TimeStamp"), numbers)), Params=numbers[4:])
             document["adapters"][0]["events"].append(dict(one, SequenceNo=len(document["adapters"][0]["events"]) + 1))
         elif name == "unread":
-            refusal = {"call": "KT_LD_GetStatus", "status": 5, "text": "Out of range", **json.loads(words)}
+            refusal = {"call": "KT_LD_GetStatus", "status": 5, "text": "Out of range", **value_of(words)}
             document["unread"].append({word: value for word, value in refusal.items() if value is not None})
         elif name != "healthy":
-            named[name].update(json.loads(words))
-            for word in [word for word, value in named[name].items() if value is None]:
-                del named[name][word]
+            give(named, name, words)
     return document
 
 
@@ -109,35 +105,21 @@ class Views(unittest.TestCase):
         done = self.bench.run("ktreport", *words, text=json.dumps(document))
         return lines_of(done.stdout, words) + done.stderr.splitlines(), done.returncode
 
-    def said(self, lines):
-        """The file as it should be."""
-        row = ""
-        for line in lines:
-            if line.startswith(" ") and not row:
-                continue  # what was said before
-            yield line
-            if line.startswith("ktreport "):
-                words = line.partition(" ")[2]
-                before, usual = self.view(words, self.healthy)
-            elif not line.startswith("#"):
-                row += line.strip() + " "
-                if not line.endswith((";", ",")):
-                    after, status = self.view(words, changed(self.healthy, row.strip()))
-                    yield from ("    " + one for one in gained(before if line != "healthy" else [], after))
-                    if len(after) < len(before):
-                        yield f"    {len(before) - len(after)} lines less"
-                    if status != usual and not words.startswith("diff"):
-                        yield f"    status {status}"
-                    row = ""
+    def said(self, row):
+        """What a view says of a row and not of the healthy machine; a row with the words of a view begins its part."""
+        if row.startswith("ktreport "):
+            self.words = row.partition(" ")[2]
+            self.before, self.usual = self.view(self.words, self.healthy)
+            return
+        after, status = self.view(self.words, changed(self.healthy, row))
+        yield from gained(self.before if row != "healthy" else [], after)
+        if len(after) < len(self.before):
+            yield f"{len(self.before) - len(after)} lines less"
+        if status != self.usual and not self.words.startswith("diff"):
+            yield f"status {status}"
 
     def test_views(self):
-        with open(VIEWS, encoding="ascii") as file:
-            lines = file.read().splitlines()
-        said = list(self.said(lines))
-        if sys.argv[-1] == "write":
-            with open(VIEWS, "w", encoding="ascii") as file:
-                file.write("\n".join(said) + "\n")
-        self.assertEqual("\n".join(said), "\n".join(lines))
+        check_table(self, VIEWS, self.said)
 
     def test_every_problem_is_there(self):
         """In the table, and in the manual."""
