@@ -20,11 +20,16 @@ COMMANDS = ["ktsetup 0 set -o hba --rebuildrate 80",
             "ktsetup 0 create -o vd -a 0 -n data -s 512000 -c auto",
             "ktsetup 0 create -o vd -a 0 -n rest",
             "ktsetup 0 assign -d 3"]
+
+
+def demo(disks, *vds):
+    """A wanted file with one array."""
+    return {"adapters": [{"arrays": [{"name": "demo", "level": "RAID5", "disks": disks, "virtualDisks": list(vds)}]}]}
+
+
+SMALL = demo([0, 1, 2], {"name": "data", "size": "2400GiB"})
 # Growth by migration, and a virtual disk that has room only behind it.
-GROWN = {"adapters": [{"arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2, 3],
-                                   "virtualDisks": [{"name": "data"}, {"name": "more", "size": "1500GiB"}]}]}]}
-SMALL = {"adapters": [{"arrays": [{"name": "demo", "level": "RAID5", "disks": [0, 1, 2],
-                                   "virtualDisks": [{"name": "data", "size": "2400GiB"}]}]}]}
+GROWN = demo([0, 1, 2, 3], {"name": "data"}, {"name": "more", "size": "1500GiB"})
 
 
 def planned(text):
@@ -35,9 +40,15 @@ def planned(text):
 class Machine(Bench):
     """Adapters, and files that say what is wanted of them."""
 
-    def __init__(self, lab="empty"):
+    def __init__(self, lab="empty", wanted=None):
         super().__init__(lab)
         self.environment["PATH"] = BIN + ":" + self.environment["PATH"]
+        if wanted:
+            assert self.apply(wanted).returncode == 3
+            self.idle()
+
+    def idle(self):
+        self.sim("clock", "until", "idle")
 
     def wanted(self, wanted):
         return self.save("wanted.json", wanted)
@@ -48,33 +59,37 @@ class Machine(Bench):
     def apply(self, wanted, *words, trace=False):
         return self.cfg("apply", "-f", self.wanted(wanted), "--yes", *words, trace=trace)
 
-    def would_change(self, wanted, *words):
-        return self.cfg("plan", "--check", "-f", self.wanted(wanted), *words).returncode
+    def would_change(self, wanted):
+        return self.cfg("plan", "--check", "-f", self.wanted(wanted)).returncode
+
+    def start(self, wanted, *words, **pipes):
+        """An apply that the test goes on beside."""
+        return subprocess.Popen([os.path.join(BIN, "ktcfg"), "apply", "-f", self.wanted(wanted), *words],
+                                env=self.environment, stdout=subprocess.PIPE, text=True, **pipes)
+
+
+def read_until(run, words):
+    shown = ""
+    for line in iter(run.stdout.readline, ""):
+        shown += line
+        if words in shown:
+            return
+    raise AssertionError(shown)
 
 
 class Applying(unittest.TestCase):
-    def test_new_machine(self):
+    def test_not_without_a_yes(self):
         machine = Machine()
-        done = machine.cfg("plan", "-f", machine.wanted(WANTED))
-        self.assertEqual((done.returncode, done.stderr, planned(done.stdout)), (0, "", COMMANDS), done.stdout)
-        done = machine.cfg("apply", "-f", machine.wanted(WANTED), text="n\n")
-        self.assertEqual((done.returncode, done.stdout.endswith("Carry this out? (y or n)\nNothing is changed.\n")),
-                         (1, True), done.stdout)
+        for answer in ("n\n", ""):
+            done = machine.cfg("apply", "-f", machine.wanted(WANTED), text=answer)
+            self.assertEqual((done.returncode, done.stdout.endswith("Carry this out? (y or n)\nNothing is changed.\n")), (1, True), answer)
         self.assertEqual((machine.report()["adapters"][0]["arrays"], machine.would_change(WANTED)), ([], 1))
-        done = machine.cfg("apply", "-f", machine.wanted(WANTED), text="y\n")
-        self.assertEqual((done.returncode, done.stderr), (3, ""), done.stdout)
-        machine.sim("clock", "until", "idle")
-        adapter = machine.report()["adapters"][0]
-        self.assertEqual([(vd["name"], vd["cache"]) for vd in adapter["arrays"][0]["virtualDisks"]],
-                         [("data", "auto"), ("rest", "on")])
-        self.assertEqual(adapter["config"]["RebuildRate"], 80)
 
     def test_its_own_report_and_its_own_lab_are_as_wanted(self):
         for lab in ("default", "empty", "full"):
             machine = Machine(lab)
-            machine.sim("clock", "until", "idle")
-            report = machine.report()
-            done = machine.cfg("plan", "-f", machine.wanted(report))
+            machine.idle()
+            done = machine.cfg("plan", "-f", machine.wanted(machine.report()))
             self.assertEqual((done.returncode, done.stdout.split("\n")[0]), (0, "Nothing to do: all is as wanted."), lab)
 
     def test_from_a_report(self):
@@ -86,12 +101,8 @@ class Applying(unittest.TestCase):
 
     def test_somebody_else_changes_the_adapter(self):
         machine = Machine()
-        command = [os.path.join(BIN, "ktcfg"), "apply", "-f", machine.wanted(WANTED)]
-        with subprocess.Popen(command, env=machine.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                              text=True) as run:
-            shown = ""
-            while "(y or n)\n" not in shown:
-                shown += run.stdout.readline()
+        with machine.start(WANTED, stdin=subprocess.PIPE) as run:
+            read_until(run, "(y or n)\n")
             self.assertEqual(machine.run("ktsetup", "create", "-o", "array", "-r", "1", "-d", "1,2").returncode, 0)
             text = run.communicate("y\n")[0]
         self.assertEqual(run.returncode, 1)
@@ -100,9 +111,7 @@ class Applying(unittest.TestCase):
         self.assertEqual(machine.report()["adapters"][0]["config"]["RebuildRate"], 50)
 
     def test_waits_only_when_told(self):
-        machine = Machine()
-        self.assertEqual(machine.apply(SMALL).returncode, 3)
-        machine.sim("clock", "until", "idle")
+        machine = Machine(wanted=SMALL)
         machine.sim("fault", "KT_DG_StartMigration", "20", "--after", "1", "--times", "1")
         self.assertRegex(machine.apply(GROWN).stdout, r"\nStopped: the command failed \(status \d+\)\.\nNot done:\n")
         done = machine.apply(GROWN)
@@ -113,62 +122,37 @@ class Applying(unittest.TestCase):
                       "Not done:\n  2. ktsetup 0 create -o vd -a 0 -n more -s 1536000\n", done.stdout)
         machine.sim("clock", "speed", "20000")
         machine.sim("clock", "start")
-        done = machine.apply(GROWN, "--wait")
-        self.assertIn(done.returncode, (0, 3), done.stdout)
-        machine.sim("clock", "until", "idle")
+        self.assertIn(machine.apply(GROWN, "--wait").returncode, (0, 3))
+        machine.idle()
         self.assertEqual(machine.would_change(GROWN), 0)
 
     def test_a_signal_ends_it_between_two_commands(self):
-        machine = Machine()
-        self.assertEqual(machine.apply(SMALL).returncode, 3)
-        machine.sim("clock", "until", "idle")
-        command = [os.path.join(BIN, "ktcfg"), "apply", "-f", machine.wanted(GROWN), "--yes", "--wait"]
-        with subprocess.Popen(command, env=machine.environment, stdout=subprocess.PIPE, text=True) as run:
-            shown = ""
-            while "migration 0 %" not in shown:
-                shown += run.stdout.readline()
+        machine = Machine(wanted=SMALL)
+        with machine.start(GROWN, "--yes", "--wait") as run:
+            read_until(run, "migration 0 %")
             run.send_signal(signal.SIGINT)
             text = run.communicate(timeout=20)[0]
         self.assertEqual(run.returncode, -signal.SIGINT)
         self.assertIn("Stopped: a signal came.\nDone:\n  1. ktsetup 0 migrate", text)
 
-    def test_brings_back_what_broke(self):
-        machine = Machine()
-        machine.apply(WANTED)
-        machine.sim("clock", "until", "idle")
-        machine.sim("disk", "fail", "1", "--force")
-        machine.sim("clock", "until", "idle")  # the spare has taken over
-        done = machine.apply(WANTED)
-        self.assertEqual(done.returncode, 1)
-        self.assertIn("a SATA disk of at least 2.0 TB is wanted, and none that fits is free on adapter 0", done.stdout)
-        machine.sim("disk", "replace", "1")
-        machine.sim("clock", "until", "idle")
-        done = machine.apply(WANTED, "--wait")
-        self.assertIn(done.returncode, (0, 3), done.stdout)
-        machine.sim("clock", "until", "idle")
-        self.assertEqual(machine.would_change(WANTED), 0)
-        self.assertEqual(machine.report()["problems"], [])
-
     def test_deletes_only_what_it_names(self):
-        machine = Machine()
-        machine.apply(SMALL)
+        machine = Machine(wanted=SMALL)
         machine.run("ktsetup", "create", "-o", "array", "-r", "1", "-d", "4,5", "-n", "other")
-        machine.sim("clock", "until", "idle")
-        less = {"adapters": [{"arrays": [{"name": "demo", "level": "RAID1", "disks": [0, 1],
-                                          "virtualDisks": [{"name": "data"}]}]}]}
-        done = machine.apply(less)
-        self.assertEqual(done.returncode, 1)
-        self.assertIn("Not reachable: adapters[0].arrays[0].disks: array 0 \"demo\" is also on disk 2;", done.stdout)
-        done = machine.apply(less, "--delete")
-        self.assertEqual(done.returncode, 3, done.stdout)
-        self.assertIn("the data of virtual disk 0 \"data\" (2.6 TB) are lost\n", done.stdout)
+        machine.idle()
+        less = {"adapters": [{"arrays": [{"name": "demo", "level": "RAID1", "disks": [0, 1], "virtualDisks": [{"name": "data"}]}]}]}
+        self.assertEqual([machine.apply(less, *words).returncode for words in ([], ["--delete"])], [1, 3])
         arrays = machine.report()["adapters"][0]["arrays"]
         self.assertEqual([(array["name"], array["level"]) for array in arrays], [("demo", "RAID1"), ("other", "RAID1")])
 
     def test_several_adapters_and_the_one_that_is_typed(self):
+        """All is read once; between the commands neither enclosures' elements nor the drives' tables of health are."""
         machine = Machine("default")
-        self.assertIn(machine.apply({"adapters": [{"config": {"RebuildRate": 70}}] * 2}).returncode, (0, 3))
+        self.assertIn(machine.apply({"adapters": [{"config": {"RebuildRate": 70}}] * 2}, trace=True).returncode, (0, 3))
         self.assertEqual([adapter["config"]["RebuildRate"] for adapter in machine.report()["adapters"]], [70, 70])
+        calls = [call.split(" ")[0] for call in machine.calls()]
+        read = len(calls) - calls[::-1].index("KT_Flash_Bin")
+        once = {"KT_ENC_GetElementInfo", "KT_ENC_GetElementConfig", "KT_AES_GetEntryInfo", "KT_PD_GET_SMART_INFO"}
+        self.assertEqual((once & set(calls[:read]), once & set(calls[read:]), calls[read:].count("KT_Adapter_SetConfig")), (once, set(), 2))
         done = machine.cfg("1", "plan", "-f", machine.wanted({"adapters": [{"config": {"RebuildRate": 30}}]}))
         self.assertEqual(planned(done.stdout), ["ktsetup 1 set -o hba --rebuildrate 30"])
 
@@ -179,52 +163,31 @@ class Applying(unittest.TestCase):
         self.assertEqual(done.returncode, 1)
         self.assertIn("\nStopped: all commands were carried out, but the adapters are not as wanted; different is:\n", done.stdout)
 
-    def test_looks_again_at_what_plans_are_made_of(self):
-        """All is read once; between the commands neither enclosures' elements nor the drives' tables of health are."""
-        machine = Machine("default")
-        self.assertIn(machine.apply({"adapters": [{"config": {"RebuildRate": 70}}]}, trace=True).returncode, (0, 3))
-        calls = [call.split(" ")[0] for call in machine.calls()]
-        read = len(calls) - calls[::-1].index("KT_Flash_Bin")
-        again = {"KT_ENC_GetElementInfo", "KT_ENC_GetElementConfig", "KT_AES_GetEntryInfo", "KT_PD_GET_SMART_INFO"}
-        self.assertLessEqual(again, set(calls[:read]))
-        self.assertIn("KT_Adapter_SetConfig", calls[read:])
-        self.assertEqual(again & set(calls[read:]), set())
-
 
 class Refusing(unittest.TestCase):
-    def test_files(self):
+    def test_files_and_words(self):
         machine = Machine()
         for text, said in ((" ", "is empty"), ('{"adapters": [', "is cut short"), ("[" * 100, "nested too deeply"),
                            ("nonsense", "is no lab or report")):
             done = machine.apply(text)
             self.assertEqual((done.returncode, done.stdout), (1, ""), text[:20])
             self.assertRegex(done.stderr, r"\Aktcfg: [^\n]*" + said + r"[^\n]*\n\Z")
-
-    def test_words(self):
-        machine = Machine()
         file = machine.wanted(WANTED)
         for words in (("plan",), ("apply", "-f"), ("plan", "-f", ""), ("plan", "-f", file, "more"), ("apply", "--from", "x"),
                       ("plan", "-f", file, "-f", file), ("plan", "-f", "-", "--from", "-"), ("300", "plan", "-f", file),
                       ("plan", "-f", file, "--yes")):
             done = machine.cfg(*words)
-            self.assertEqual(done.returncode, 2, (words, done.stdout, done.stderr))
-            self.assertEqual((done.stdout + done.stderr).count("\n"), 1, words)
+            self.assertEqual((done.returncode, (done.stdout + done.stderr).count("\n")), (2, 1), (words, done.stdout, done.stderr))
 
     def test_all_reasons_and_no_change(self):
         machine = Machine()
         wrong = {"adapters": [{"disks": [{"serial": "none"}, {"count": 2}], "arrays": [
             {"name": "a", "level": "RAID1", "disks": [0, 1]}, {"name": "b", "level": "RAID6", "disks": [2, 9]}]}]}
-        before = machine.report("--records")
+        before = dict(machine.report("--records"), made="")
         done = machine.apply(wrong)
-        self.assertEqual((done.returncode, done.stderr), (1, ""))
-        self.assertEqual(done.stdout.count("wanted.json: adapters[0]."), 2, done.stdout)
+        self.assertEqual((done.returncode, done.stderr, done.stdout.count("wanted.json: adapters[0].")), (1, "", 2), done.stdout)
         self.assertTrue(done.stdout.endswith("Nothing is changed.\n"))
-        after = machine.report("--records")
-        before.pop("made"), after.pop("made")
-        self.assertEqual(before, after)
-
-    def test_what_cannot_be_read(self):
-        machine = Machine()
+        self.assertEqual(before, dict(machine.report("--records"), made=""))
         machine.sim("fault", "KT_DG_GetInfo", "2")
         done = machine.apply(WANTED)
         self.assertEqual((done.returncode, done.stdout), (1, ""))
@@ -243,35 +206,28 @@ print(json.dumps({{"commands": [{{"words": [], "status": {status}, "output": "It
 
 
 class Rehearsing(unittest.TestCase):
-    def beside(self, machine, change, status):
+    """No plan is shown that does not lead there on a twin."""
+
+    def test_what_a_twin_says(self):
+        machine = Machine()
         shutil.copy(os.path.join(BIN, "ktcfg"), machine.path("ktcfg"))
-        if change is not None:
-            os.chmod(machine.save("ktsim", FAKE.format(change=change, status=status)), 0o755)
         environment = dict(machine.environment, PATH="/usr/bin:/bin")
-        return subprocess.run([machine.path("ktcfg"), "apply", "--yes", "-f", machine.wanted(WANTED)], env=environment,
-                              capture_output=True, text=True, check=False)
-
-    def test_no_plan_is_shown_that_does_not_lead_there(self):
-        machine = Machine()
-        done = self.beside(machine, "", 0)
-        self.assertEqual(done.returncode, 1)
-        self.assertTrue(done.stdout.startswith("Rehearsed on a twin, the plan does not lead to what is wanted, and nothing is "
-                                               "changed here. Different is:\n  RebuildRate is 50 %"), done.stdout)
-        done = self.beside(machine, "", 9)
-        self.assertEqual((done.returncode, done.stdout),
-                         (1, "Rehearsed on a twin, a command fails, and nothing is changed here:\n  1. " + COMMANDS[0] +
-                          "\nIt did not work.\n"))
+        beside = "Rehearsed on a twin, the plan does not lead to what is wanted, and nothing is changed here. Different is:\n  RebuildRate is 50 %"
+        fails = "Rehearsed on a twin, a command fails, and nothing is changed here:\n  1. " + COMMANDS[0] + "\nIt did not work.\n"
+        none = "ktcfg: the plan cannot be rehearsed, because no twin of these adapters can be made"
+        for change, status, said in (
+                (None, 0, "ktcfg: plans are rehearsed on simulated adapters, and ktsim is not there; install the package ktraid-sim\n"),
+                ("", 0, beside), ("", 9, fails), ("sys.exit('ktsim: no room\\nat all')", 0, none + ": ktsim: no room\n"),
+                ("sys.exit(0)", 0, none + "\n"), ("report = 1", 0, none + "\n"), ("import os; os.kill(os.getpid(), 9)", 0, none + "\n"),
+                ("print('{}'); sys.exit(125)", 0, none + "\n")):
+            if change is not None:
+                os.chmod(machine.save("ktsim", FAKE.format(change=change, status=status)), 0o755)
+            done = subprocess.run([machine.path("ktcfg"), "apply", "--yes", "-f", machine.wanted(WANTED)], env=environment,
+                                  capture_output=True, text=True, check=False)
+            whole = done.stdout + done.stderr
+            self.assertEqual((done.returncode, whole[:len(said)]), (1, said), change)
+            self.assertTrue(whole == said or said is beside, whole)
         self.assertEqual(machine.would_change(WANTED), 1)
-
-    def test_no_twin(self):
-        machine = Machine()
-        done = self.beside(machine, None, 0)
-        self.assertEqual((done.returncode, done.stdout, done.stderr),
-                         (1, "", "ktcfg: plans are rehearsed on simulated adapters, and ktsim is not there; install the "
-                          "package ktraid-sim\n"))
-        done = self.beside(machine, "sys.exit('ktsim: no room')", 0)
-        self.assertEqual((done.returncode, done.stderr.count("\n")), (1, 1), done.stderr)
-        self.assertIn("no twin of these adapters can be made: ktsim: no room", done.stderr)
 
 
 class Failing(unittest.TestCase):
@@ -289,6 +245,13 @@ class Failing(unittest.TestCase):
                 calls.append((name, seen[name]))
         return calls
 
+    def goes_on(self, machine, what):
+        machine.idle()
+        done = machine.apply(WANTED)
+        self.assertIn(done.returncode, (0, 3), (what, done.stdout))
+        machine.idle()
+        self.assertEqual((machine.would_change(WANTED), machine.run("ktsim", "check").returncode), (0, 0), what)
+
     def fail_at(self, name, before):
         machine = Machine()
         machine.sim("fault", name, "3", "--after", str(before), "--times", "1")
@@ -302,12 +265,7 @@ class Failing(unittest.TestCase):
         if len(stopped) == 2 and "Done:\n" in stopped[1]:
             told = planned(stopped[1].split("Not done:")[0])
             self.assertEqual(told, COMMANDS[:len(told)], (name, before))
-        machine.sim("clock", "until", "idle")
-        done = machine.apply(WANTED)
-        self.assertIn(done.returncode, (0, 3), (name, before, done.stdout))
-        machine.sim("clock", "until", "idle")
-        self.assertEqual(machine.would_change(WANTED), 0, (name, before))
-        self.assertEqual(machine.run("ktsim", "check").returncode, 0)
+        self.goes_on(machine, (name, before))
 
     def test_every_call_that_changes_something(self):
         calls = self.calls(changing=True)
@@ -318,20 +276,13 @@ class Failing(unittest.TestCase):
     def test_killed_at_every_step(self):
         for steps in range(len(COMMANDS)):
             machine = Machine()
-            environment = dict(machine.environment, KTRAID_SIM_TRACE=machine.path("trace"))
-            command = [os.path.join(BIN, "ktcfg"), "apply", "--yes", "-f", machine.wanted(WANTED)]
-            with subprocess.Popen(command, env=environment, stdout=subprocess.PIPE, text=True) as run:
+            with machine.start(WANTED, "--yes") as run:
                 for line in run.stdout:
                     if line.startswith(f"{steps + 1} of {len(COMMANDS)}: "):
                         break
                 time.sleep(0.003 * (steps % 3))
                 run.kill()
-            machine.sim("clock", "until", "idle")
-            done = machine.apply(WANTED)
-            self.assertIn(done.returncode, (0, 3), done.stdout)
-            machine.sim("clock", "until", "idle")
-            self.assertEqual(machine.would_change(WANTED), 0)
-            self.assertEqual(machine.run("ktsim", "check").returncode, 0)
+            self.goes_on(machine, steps)
 
 
 class Everywhere(Failing):

@@ -22,8 +22,11 @@ static std::string placeText(const std::string& place) {
 static void tell(const Plan& plan, bool everything) {
     for (const Reason& reason : plan.reasons)
         std::cout << placeText(reason.place) << ": " << reason.text << '\n';
-    for (const Unreachable& one : plan.unreachable)
-        std::cout << "unreachable " << placeText(one.place) << ": " << one.text << " / " << one.nearest << '\n';
+    for (const Unreachable& one : plan.unreachable) {
+        const size_t leave = everything ? std::string::npos : one.nearest.find("; --delete");
+        std::cout << "unreachable " << placeText(one.place) << ": " << one.text << " / " << one.nearest.substr(0, leave)
+                  << (leave == std::string::npos ? "\n" : ", or delete\n");
+    }
     for (const PlannedStep& step : plan.steps) {
         std::cout << (everything ? stepText(step) : commandText(step).substr(sizeof "ktsetup"))
                   << (step.waits ? " (waits)" : "") << '\n';

@@ -54,21 +54,6 @@ class Metrics(unittest.TestCase):
             series = self.metrics(Bench(lab))
             self.assertEqual(series["ktraid_up", ()], 1, lab)
 
-    def test_every_family(self):
-        """Its help, and its first sample that is not 0; families.txt has them all."""
-        families = {}
-        for line in Bench("troubled").run("ktreport", "metrics").stdout.splitlines():
-            name = line.split(" ")[2] if line.startswith("#") else re.match(r"\w+", line)[0]
-            if line.startswith("# HELP "):
-                families[name] = [line.split(" ", 3)[3]]
-            elif line[0] != "#" and (len(families[name]) == 1 or families[name][1].endswith(" 0")):
-                families[name][1:] = [line]
-        told = "".join(f"{sample} # {text}\n" for text, sample in families.values())
-        told = re.sub(r"^(ktraid_read_(timestamp|duration)_seconds) \S+", r"\1 -", told, flags=re.M)
-        told = re.sub('library="[^"]*"', 'library="-"', told)
-        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "families.txt"), encoding="ascii") as file:
-            self.assertEqual(told, file.read())
-
     def test_equal_labels_are_told_once(self):
         bench = Bench(LAB)
         document = bench.report()
