@@ -254,7 +254,6 @@ static KT_U8 newArrayFor(const Context& context, const _Create_LD_Param& param, 
     dg.StripeBlockSize = param.StripeBlockSize;
     dg.PDCount = param.HDCount;
     std::copy(std::begin(param.HDIDs), std::end(param.HDIDs), dg.PDIDs);
-    dg.InitializationOption = param.InitializationOption;
     const auto first = find<_HD_Info>(context, param.HDIDs[0]);
     dg.BlockSize = first ? first->BlockSize : 0;
     const KT_U8 status = createArray(context, dg, false);
