@@ -232,7 +232,7 @@ TEST_F(Flash, ErasingThePdPageForgetsIds) {
     EXPECT_EQ(ids(), (Ids{0, 1, 2, 3, 4}));
     advance(HOUR);
     EXPECT_EQ(look(0, 0), "online 1 3");
-    EXPECT_EQ(newEvents(), "2/1:2 2/1:3 2/0:3 1/76:0 1/76:0 1/76:0 1/75:0 1/1:0") << "the rebuild followed";
+    EXPECT_EQ(newEvents(), "2/1:2 2/1:3 2/0:3 1/76:0(25) 1/76:0(50) 1/76:0(75) 1/75:0 1/1:0") << "the rebuild followed";
 }
 
 TEST_F(Flash, HeadersOfFiles) {
@@ -243,15 +243,12 @@ TEST_F(Flash, HeadersOfFiles) {
         KT_U32 major = 0;
         KT_U16 minor = 0, revision = 0, build = 0, vendor = 0xFFFF;
         const KT_U8 status = KT_Flash_GetHeaderInfo(path.c_str(), &type, &major, &minor, &revision, &build, &vendor);
-        if (status != KT_OK) return std::to_string(status);
-        return std::to_string(type) + " " + std::to_string(major) + "." + std::to_string(minor) + "." +
-               std::to_string(revision) + "." + std::to_string(build) + " " + std::to_string(vendor);
+        return status ? Ints{status} : Ints{type, static_cast<int>(major), minor, revision, build, vendor};
     };
-    EXPECT_EQ(check("good", image(KT_IMAGE_FIRMWARE, 5)), "3 7.8.9.1234 8100");
-    EXPECT_EQ(check("empty", ""), std::to_string(KT_ERR_INVALID_FILE));
-    EXPECT_EQ(check("text", std::string(200, 'a')), std::to_string(KT_ERR_INVALID_MICROCODE));
-    EXPECT_EQ(check("none/none", ""), std::to_string(KT_ERR_INVALID_FILE));
-    EXPECT_EQ(check("..", ""), std::to_string(KT_ERR_INVALID_FILE)) << "a folder";
+    EXPECT_EQ(check("good", image(KT_IMAGE_FIRMWARE, 5)), (Ints{KT_IMAGE_FIRMWARE, 7, 8, 9, 1234, VENDOR}));
+    EXPECT_EQ(check("text", std::string(200, 'a')), Ints{KT_ERR_INVALID_MICROCODE});
+    for (const char* name : {"empty", "none/none", ".."})
+        EXPECT_EQ(check(name, ""), Ints{KT_ERR_INVALID_FILE});
 }
 
 static KT_U8 sumOf(const _HBA_Info_Page& settings) {
@@ -352,22 +349,21 @@ TEST_F(Flash, NvsramIsBounded) {
 
 TEST_F(Flash, RegistersKeepTheirValues) {
     _Register_Request request = {8, 16, {}, 0xFEDCBA9876543210};
-    succeed({KT_Adapter_Write_Register(0, 0, 1, &request)});
-    request.Value = 0;
-    succeed({KT_Adapter_Read_Register(0, 0, 1, &request)});
-    EXPECT_EQ(request.Value, 0xFEDCBA9876543210);
-    succeed({KT_Adapter_Read_Register(0, 0, 0, &request)});
+    const auto read = [&](KT_U8 type, KT_U32 address) { return KT_Adapter_Read_Register(0, type, address, &request); };
+    const auto write = [&](KT_U32 address) { return KT_Adapter_Write_Register(0, 0, address, &request); };
+    succeed({write(1), read(0, 0)});
     EXPECT_EQ(request.Value, 0U);
-    EXPECT_EQ(KT_Adapter_Read_Register(0, 0, 2, &request), KT_ERR_OUT_OF_RANGE);
-    EXPECT_EQ(KT_Adapter_Read_Register(0, 1, 0, &request), KT_ERR_INVALID_PARAMETER);
+    succeed({read(0, 1)});
+    EXPECT_EQ(request.Value, 0xFEDCBA9876543210);
+    EXPECT_EQ(read(0, 2), KT_ERR_OUT_OF_RANGE);
+    EXPECT_EQ(read(1, 0), KT_ERR_INVALID_PARAMETER);
     outside::reboot();
-    succeed({KT_Adapter_Read_Register(0, 0, 1, &request)});
+    succeed({read(0, 1)});
     EXPECT_EQ(request.Value, 0U) << "a boot forgets them";
     runClock(1); // a second takes a quarter of an hour
-    succeed({KT_Adapter_Write_Register(0, 0, 1, &request)});
-    answer(KT_ERR_REGISTER_WRITING,
-           {KT_Adapter_Read_Register(0, 0, 1, &request), KT_Adapter_Write_Register(0, 0, 1, &request)});
-    EXPECT_EQ(KT_Adapter_Read_Register(0, 0, 0, &request), KT_OK) << "the other one is not written";
+    succeed({write(1)});
+    answer(KT_ERR_REGISTER_WRITING, {read(0, 1), write(1)});
+    EXPECT_EQ(read(0, 0), KT_OK) << "the other one is not written";
     request.TotalSize = 8;
-    EXPECT_EQ(KT_Adapter_Read_Register(0, 0, 0, &request), KT_ERR_WRONG_DATA);
+    EXPECT_EQ(read(0, 0), KT_ERR_WRONG_DATA);
 }

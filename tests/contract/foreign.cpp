@@ -93,7 +93,7 @@ TEST_F(Foreign, ImportHasItsLimits) {
 
 TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
     const std::pair<const char*, const char*> cases[] = {
-        {R"("arrays": [{"level": "RAID1", "disks": [0, 1], "virtualDisks": [{}]}])", "13/0:1 1/9:0 1/4:0"},
+        {R"("arrays": [{"level": "RAID1", "disks": [0, 1], "virtualDisks": [{}]}])", "13/0:1 1/9:0(1) 1/4:0"},
         {R"("type": "LD-based", "virtualDisks": [{"level": "RAID1", "disks": [0, 1]}])", "1/1:0 1/4:0"}};
     for (const auto& [lab, imported] : cases) {
         start(adapterWith(lab));
@@ -101,6 +101,19 @@ TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
         EXPECT_EQ(roleOf(0, 1), KT_PD_FOREIGN) << lab;
         EXPECT_EQ(look(0, 0), "importable - 1") << lab;
         EXPECT_EQ(LOG_OF(0, KT_LD_Import(0, 0)), imported) << lab;
+    }
+}
+
+TEST_F(Foreign, WhatWasPulledFirstHasMissedWhatWasWritten) {
+    start(adapterWith(R"("config": {"AutoRebuildOn": 0}, "arrays": [{"level": "RAID5", "disks": [0, 1, 2],
+        "virtualDisks": [{"size": "10GiB"}]}])"));
+    succeed({outside::pullDisk(0, 1), outside::pullDisk(0, 0)});
+    const std::string elsewhere = show();
+    for (const auto& [disks, seen] : {std::pair<Ids, const char*>{{1, 0}, "not importable 12 - -"},
+                                      {{0, 1, 2}, "importable 11 - 13"},
+                                      {{1}, "not importable - 11 -"}}) {
+        bringAnew(disks, elsewhere);
+        EXPECT_EQ(look(0, 0), seen);
     }
 }
 

@@ -72,6 +72,16 @@ std::string ContractTest::show() const {
     return text;
 }
 
+static std::string paramsOf(const _Event& event) {
+    std::vector<KT_U32> params(std::begin(event.Params), std::end(event.Params));
+    while (!params.empty() && params.back() == 0)
+        params.pop_back();
+    std::string text;
+    for (const KT_U32 param : params)
+        text += (text.empty() ? "(" : ",") + std::to_string(param);
+    return text.empty() ? text : text + ")";
+}
+
 std::string newEvents(KT_U8 adapter) {
     std::vector<_Event> events(255);
     KT_U8 count = 0;
@@ -82,7 +92,7 @@ std::string newEvents(KT_U8 adapter) {
         if (event.SequenceNo <= gSeen[adapter]) continue;
         gSeen[adapter] = event.SequenceNo;
         texts += (texts.empty() ? "" : " ") + std::to_string(event.Class) + "/" + std::to_string(event.Code) + ":" +
-                 std::to_string(event.DeviceID);
+                 std::to_string(event.DeviceID) + paramsOf(event);
     }
     return texts;
 }
@@ -132,26 +142,6 @@ KT_U8 migrateDg(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks) {
     return KT_DG_StartMigration(adapter, &param, 0);
 }
 
-_LD_Info vdInfo(KT_U8 adapter, KT_U16 id) {
-    return readItem(KT_LD_GetInfo, adapter, id, &_LD_Info_Request::ldInfo);
-}
-
-_DG_Info dgInfo(KT_U8 adapter, KT_U16 id) {
-    return readItem(KT_DG_GetInfo, adapter, id, &_DG_Info_Request::dgInfo);
-}
-
-_HD_Info pdInfo(KT_U8 adapter, KT_U16 pd) {
-    return readItem(KT_PD_GetHDInfo, adapter, pd, &_HD_Info_Request::hdInfo);
-}
-
-_HD_CONFIG pdConfig(KT_U8 adapter, KT_U16 pd) {
-    return readItem(KT_PD_GetConfig, adapter, pd, &_HD_Config_Request::hdConfig);
-}
-
-_Block_Info blockInfo(KT_U8 adapter, KT_U16 id) {
-    return readItem(KT_BLK_GetInfo, adapter, id, &_BLK_Info_Request::blkInfo);
-}
-
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
     return readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus).Status;
 }
@@ -170,7 +160,7 @@ std::string look(KT_U8 adapter, KT_U16 vd) {
         const KT_U16 id = info.BlockIDs[i];
         seen += id == KT_NO_ID ? " -" : " " + std::to_string(blockInfo(adapter, id).HDID);
     }
-    const _LD_STATUS status = readItem(KT_LD_GetStatus, adapter, vd, &_LD_Status_Request::ldStatus);
+    const _LD_STATUS status = vdStatus(adapter, vd);
     EXPECT_EQ(status.Status, info.Status);
     if (status.Bga == 0) return seen;
     return seen + ", " + std::to_string(status.Bga) + "/" + std::to_string(status.BgaState) + " " +

@@ -44,7 +44,8 @@ void answer(KT_U8 expected, std::initializer_list<KT_U8> calls,
             std::source_location at = std::source_location::current());
 void succeed(std::initializer_list<KT_U8> calls, std::source_location at = std::source_location::current());
 
-// "class/code:device" of each event, oldest first, that was logged since the last call of it on that adapter.
+// "class/code:device(parameters)" of each event, oldest first, that was logged since the last call of it on that
+// adapter; parameters from the first one on up to the last that is not zero.
 std::string newEvents(KT_U8 adapter = 0);
 // What a call that goes well logs.
 #define LOG_OF(adapter, call) (newEvents(adapter), succeed({call}), newEvents(adapter))
@@ -90,13 +91,18 @@ Record readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record
     EXPECT_EQ(askItem(list, adapter, id, request), KT_OK);
     return (request.*records)[0];
 }
+template <auto LIST, auto RECORDS>
+auto record(KT_U8 adapter, KT_U16 id) {
+    return readItem(LIST, adapter, id, RECORDS);
+}
 
-// Records by their id.
-_LD_Info vdInfo(KT_U8 adapter, KT_U16 id);
-_DG_Info dgInfo(KT_U8 adapter, KT_U16 id);
-_HD_Info pdInfo(KT_U8 adapter, KT_U16 pd);
-_HD_CONFIG pdConfig(KT_U8 adapter, KT_U16 pd);
-_Block_Info blockInfo(KT_U8 adapter, KT_U16 id);
+// Records by the adapter and their id.
+inline constexpr auto vdInfo = record<KT_LD_GetInfo, &_LD_Info_Request::ldInfo>;
+inline constexpr auto vdStatus = record<KT_LD_GetStatus, &_LD_Status_Request::ldStatus>;
+inline constexpr auto dgInfo = record<KT_DG_GetInfo, &_DG_Info_Request::dgInfo>;
+inline constexpr auto pdInfo = record<KT_PD_GetHDInfo, &_HD_Info_Request::hdInfo>;
+inline constexpr auto pdConfig = record<KT_PD_GetConfig, &_HD_Config_Request::hdConfig>;
+inline constexpr auto blockInfo = record<KT_BLK_GetInfo, &_BLK_Info_Request::blkInfo>;
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*
 // A virtual disk at a glance: its status, the disks in its slots ("-": none), and what goes on: "activity/state
 // percent".

@@ -32,17 +32,17 @@ static auto happen(KT_U8 adapter, Act act) {
     return result;
 }
 
-KT_U8 failDisk(KT_U8 adapter, KT_U16 pd) {
-    return happen(adapter, [&](sim::Context& context) { return sim::failDisk(context, pd); });
+// The same of a rule with its own arguments.
+template <auto RULE, class... Args>
+static auto deed(KT_U8 adapter, Args... args) {
+    return happen(adapter, [&](sim::Context& context) { return RULE(context, args...); });
 }
 
-KT_U8 pullDisk(KT_U8 adapter, KT_U16 pd) {
-    return happen(adapter, [&](sim::Context& context) { return sim::pullDisks(context, {pd}); });
-}
-
-KT_U8 insertDisk(KT_U8 adapter, KT_U16 pd) {
-    return happen(adapter, [&](sim::Context& context) { return sim::insertDisks(context, {pd}); });
-}
+const Deed<KT_U8, KT_U16> failDisk = deed<sim::failDisk>;
+const Deed<KT_U8, KT_U16> pullDisk = deed<[](auto& context, KT_U16 pd) { return sim::pullDisks(context, {pd}); }>;
+const Deed<KT_U8, KT_U16> insertDisk = deed<[](auto& context, KT_U16 pd) { return sim::insertDisks(context, {pd}); }>;
+const Deed<KT_U8, KT_U16> untripDisk =
+    deed<[](auto& context, KT_U16 pd) { return sim::tripSmart(context, pd, false); }>;
 
 KT_U8 replaceDisk(KT_U8 adapter, KT_U16 pd, KT_U64 sectors) {
     return happen(adapter, [&](sim::Context& context) {
@@ -60,12 +60,7 @@ KT_U8 insertForeignDisks(KT_U8 adapter, const char* lab, const std::vector<KT_U1
 }
 
 bool ageDisk(KT_U8 adapter, KT_U16 pd, const char* aspect, KT_U32 amount) {
-    return happen(
-        adapter, [&](sim::Context& context) { return sim::ageDisk(context, pd, aspect, amount) == sim::Ageing::Done; });
-}
-
-KT_U8 untripDisk(KT_U8 adapter, KT_U16 pd) {
-    return happen(adapter, [&](sim::Context& context) { return sim::tripSmart(context, pd, false); });
+    return deed<sim::ageDisk>(adapter, pd, aspect, amount) == sim::Ageing::Done;
 }
 
 KT_U32 spoil(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U64 lba, KT_U32 count) {
@@ -78,50 +73,19 @@ KT_U32 spoil(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U64 lba, KT_U32 count) {
 }
 
 KT_U32 scratch(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U32 count) {
-    return happen(adapter, [&](sim::Context& context) {
-        return sim::addBadSectors(context, pd, sim::BadSector{flaw, 0, {}}, count, nullptr);
-    });
+    return deed<sim::addBadSectors>(adapter, pd, sim::BadSector{flaw, 0, {}}, count, nullptr);
 }
 
-void insertBattery(KT_U8 adapter) {
-    happen(adapter, [&](sim::Context& context) { return sim::insertBattery(context); });
-}
+const Deed<bool> insertBattery = deed<sim::insertBattery>;
+const Deed<bool> removeBattery = deed<sim::removeBattery>;
+const Deed<bool> breakCharger = deed<[](auto& context) { return sim::breakCharger(context, true); }>;
+const Deed<bool, unsigned> setBatteryCharge = deed<sim::setBatteryCharge>;
+const Deed<bool, KT_S16> setBatteryTemperature = deed<sim::setBatteryTemperature>;
+const Deed<bool, KT_U16> setBatteryVoltage = deed<sim::setBatteryVoltage>;
+const Deed<bool, KT_U64> scheduleRelearn = deed<sim::scheduleRelearn>;
 
-void removeBattery(KT_U8 adapter) {
-    happen(adapter, [&](sim::Context& context) { return sim::removeBattery(context); });
-}
-
-void setBatteryCharge(KT_U8 adapter, unsigned percent) {
-    happen(adapter, [&](sim::Context& context) { return sim::setBatteryCharge(context, percent); });
-}
-
-void setBatteryTemperature(KT_U8 adapter, KT_S16 hundredths) {
-    happen(adapter, [&](sim::Context& context) { return sim::setBatteryTemperature(context, hundredths); });
-}
-
-void setBatteryVoltage(KT_U8 adapter, KT_U16 millivolts) {
-    happen(adapter, [&](sim::Context& context) { return sim::setBatteryVoltage(context, millivolts); });
-}
-
-void breakCharger(KT_U8 adapter) {
-    happen(adapter, [&](sim::Context& context) { return sim::breakCharger(context, true); });
-}
-
-void scheduleRelearn(KT_U8 adapter, KT_U64 seconds) {
-    happen(adapter, [&](sim::Context& context) { return sim::scheduleRelearn(context, seconds); });
-}
-
-bool setCondition(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, const char* word) {
-    return happen(adapter, [&](sim::Context& context) {
-        return sim::setElementCondition(context, enclosure, type, element, word);
-    });
-}
-
-bool setReading(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value) {
-    return happen(adapter, [&](sim::Context& context) {
-        return sim::setElementReading(context, enclosure, type, element, value);
-    });
-}
+const Deed<bool, KT_U16, KT_U8, KT_U8, const char*> setCondition = deed<sim::setElementCondition>;
+const Deed<bool, KT_U16, KT_U8, KT_U8, int> setReading = deed<sim::setElementReading>;
 
 void reboot() {
     changeState([](sim::Store& store) {
@@ -132,9 +96,7 @@ void reboot() {
 
 void damageImage(KT_U8 adapter, KT_U8 type, ImagePart part) {
     static const sim::ImageFault FAULTS[] = {sim::ImageFault::Header, sim::ImageFault::Data, sim::ImageFault::Both};
-    const KT_U8 status =
-        happen(adapter, [&](sim::Context& context) { return sim::damageImage(context, type, FAULTS[part]); });
-    EXPECT_EQ(status, KT_OK);
+    EXPECT_EQ(deed<sim::damageImage>(adapter, type, FAULTS[part]), KT_OK);
 }
 
 std::string makeImage(KT_U8 type, KT_U8 major, KT_U16 subVendor, size_t size) {

@@ -9,34 +9,32 @@
 
 namespace outside {
 
-// Disks: KT_OK, or why nothing happened.
-KT_U8 failDisk(KT_U8 adapter, KT_U16 pd);
-KT_U8 pullDisk(KT_U8 adapter, KT_U16 pd);
-KT_U8 insertDisk(KT_U8 adapter, KT_U16 pd);
+template <class Answer, class... Args>
+using Deed = Answer (*)(KT_U8 adapter, Args... args);
+
+// Of a disk, by its id: KT_OK, or why nothing happened.
+extern const Deed<KT_U8, KT_U16> failDisk, pullDisk, insertDisk, untripDisk;
 KT_U8 replaceDisk(KT_U8 adapter, KT_U16 pd, KT_U64 sectors = 0); // 0: as many as the old one had
 // Disks of the lab's first adapter are put in; `ids` are theirs here.
 KT_U8 insertForeignDisks(KT_U8 adapter, const char* lab, const std::vector<KT_U16>& disks, std::vector<KT_U16>& ids);
 
 bool ageDisk(KT_U8 adapter, KT_U16 pd, const char* aspect, KT_U32 amount); // as ktsim disk age
-KT_U8 untripDisk(KT_U8 adapter, KT_U16 pd);
 
 // Sectors become bad, from an LBA on or wherever they would; answers how many did.
 enum Flaw : KT_U8 { UNREADABLE = 1, WRONG = 3 };
 KT_U32 spoil(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U64 lba, KT_U32 count = 1);
 KT_U32 scratch(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U32 count);
 
-// The battery.
-void insertBattery(KT_U8 adapter);
-void removeBattery(KT_U8 adapter);
-void setBatteryCharge(KT_U8 adapter, unsigned percent);
-void setBatteryTemperature(KT_U8 adapter, KT_S16 hundredths); // of a degree Celsius
-void setBatteryVoltage(KT_U8 adapter, KT_U16 millivolts);
-void breakCharger(KT_U8 adapter);
-void scheduleRelearn(KT_U8 adapter, KT_U64 seconds);
+// Of the battery: percent, hundredths of a degree Celsius, millivolts, seconds.
+extern const Deed<bool> insertBattery, removeBattery, breakCharger;
+extern const Deed<bool, unsigned> setBatteryCharge;
+extern const Deed<bool, KT_S16> setBatteryTemperature;
+extern const Deed<bool, KT_U16> setBatteryVoltage;
+extern const Deed<bool, KT_U64> scheduleRelearn;
 
-// Elements of an enclosure; false for what cannot be.
-bool setCondition(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, const char* word);
-bool setReading(KT_U8 adapter, KT_U16 enclosure, KT_U8 type, KT_U8 element, int value);
+// Of an element of an enclosure, by the enclosure, the type and the number; false for what cannot be.
+extern const Deed<bool, KT_U16, KT_U8, KT_U8, const char*> setCondition;
+extern const Deed<bool, KT_U16, KT_U8, KT_U8, int> setReading;
 
 // The machine is shut down and boots again.
 void reboot();

@@ -83,17 +83,10 @@ TEST_F(Raid, SizesFollowTheLevel) {
         succeed({KT_LD_GetMaxSize(PLAIN, &param)});
         return param.Size;
     };
-    const struct {
-        KT_U8 level;
-        Ids disks;
-        KT_U64 halves;
-    } cases[] = {{KT_RAID0, {0, 1, 2}, 6},  {KT_RAID1, {0, 1}, 2},       {KT_RAID10, {0, 1, 2, 3}, 4},
-                 {KT_RAID1E, {0, 1, 2}, 3}, {KT_RAID5, {0, 1, 2, 3}, 6}, {KT_RAID6, {0, 1, 2, 3}, 4},
-                 {KT_JBOD, {0}, 2}};
-    for (const auto& each : cases)
-        EXPECT_EQ(largest(each.level, each.disks), share * each.halves / 2) << int(each.level);
-    const KT_U64 rounded = largest(KT_RAID0, {0, 1}, KT_ROUND_10GB);
-    EXPECT_EQ(rounded, 2 * share / (10000 * MB) * 10000 * MB);
+    EXPECT_EQ(largest(KT_RAID5, {0, 1, 2, 3}), 3 * share);
+    EXPECT_EQ(largest(KT_RAID1E, {0, 1, 2}), share * 3 / 2);
+    EXPECT_EQ(largest(KT_JBOD, {0}), share);
+    EXPECT_EQ(largest(KT_RAID0, {0, 1}, KT_ROUND_10GB), 2 * share / (10000 * MB) * 10000 * MB);
     EXPECT_LT(largest(KT_RAID0, {0, 6}), share * 3 / 2);
 }
 
@@ -112,13 +105,17 @@ TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     EXPECT_EQ(vdInfo(PLAIN, 1).Size, 3000 * MB);
     param = ldParam(KT_HYBRID, {7, 2}, 3000);
     param.TandemWaterMark = 90;
-    EXPECT_EQ(LOG_OF(PLAIN, KT_LD_Create(PLAIN, &param)), "1/2:2 1/40:2") << "beside another one";
+    EXPECT_EQ(LOG_OF(PLAIN, KT_LD_Create(PLAIN, &param)), "1/2:2(0,0,0,1) 1/40:2(0,0,0,1)") << "beside another one";
     EXPECT_EQ(vdInfo(PLAIN, 2).Size, 3000 * MB);
     succeed({createLd(KT_RAID1, {0, 1}, 4096, OLD)});
     EXPECT_EQ(vdInfo(OLD, 0).Size, 4096 * MB) << "what a person asks for";
     succeed({createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD)});
     EXPECT_EQ(vdInfo(OLD, 1).Size, 4096 * MB) << "what a file restores";
     EXPECT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB, OLD), KT_ERR_NO_RESOURCE) << "a file would ask for rounding";
+    _HD_FreeSpaceInfo rest = {};
+    param = ldParam(KT_RAID1, {0, 1});
+    succeed({KT_PD_GetFreeSpaceInfo(OLD, 0, &rest), KT_LD_GetMaxSize(OLD, &param)});
+    EXPECT_EQ(param.Size, rest.FreeSize / 64 * 64) << "what is left behind the two";
 }
 
 TEST_F(Raid, CreationSaysWhatIsWrong) {
@@ -130,17 +127,17 @@ TEST_F(Raid, CreationSaysWhatIsWrong) {
     EXPECT_EQ(createLd(KT_RAID0, {0, 1}, KT_U64{1} << 40), KT_ERR_NO_RESOURCE);
     EXPECT_EQ(createLd(KT_HYBRID, {0, 1}), KT_ERR_TANDEM_SSD_COUNT);
     EXPECT_EQ(createLd(KT_HYBRID, {7, 8}), KT_ERR_PD_COUNT_FOR_LEVEL);
-    const auto createWith = [](auto field, KT_U8 value, KT_U8 adapter = PLAIN) {
-        _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
-        field(param) = value;
-        return KT_LD_Create(adapter, &param);
-    };
-    const auto parity = [](_Create_LD_Param& param) -> KT_U8& { return param.NumParityDisk; };
-    EXPECT_EQ(createWith(parity, 4), KT_ERR_PARITY_COUNT);
-    EXPECT_EQ(createWith(parity, 3, OLD), KT_ERR_PARITY_COUNT) << "two, where no limit is told";
-    EXPECT_EQ(createWith([](_Create_LD_Param& param) -> KT_U16& { return param.StripeBlockSize; }, 48),
-              KT_ERR_BLOCK_SIZE);
-    EXPECT_EQ(createWith([](_Create_LD_Param& param) -> KT_U8& { return param.Name[0]; }, 7), KT_ERR_VD_NAME);
+    _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
+    param.NumParityDisk = 4;
+    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_PARITY_COUNT);
+    param.NumParityDisk = 3;
+    EXPECT_EQ(KT_LD_Create(OLD, &param), KT_ERR_PARITY_COUNT) << "two, where no limit is told";
+    param.NumParityDisk = 2;
+    param.StripeBlockSize = 48;
+    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_BLOCK_SIZE);
+    param.StripeBlockSize = 64;
+    param.Name[0] = 7;
+    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_VD_NAME);
     EXPECT_EQ(createDg(KT_RAID1, {0, 9}), KT_ERR_PD_SECTORS_DIFFER);
     EXPECT_EQ(createDg(KT_RAID1, {0, 10}), KT_ERR_PD_HAS_OS);
     EXPECT_EQ(createDg(KT_RAID6, {0, 1, 2}), KT_ERR_PD_COUNT_FOR_LEVEL);
@@ -190,7 +187,7 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 8), KT_ERR_SPARE_TOO_SMALL) << "for every array";
     succeed({KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0)});
     EXPECT_EQ(KT_PD_FreeHD2GlobalSpare(ARRAYS, 5), KT_ERR_ALREADY_ARRAY_SPARE);
-    EXPECT_EQ(LOG_OF(ARRAYS, fail(1)), "2/4:1 2/2:1 1/4:0 2/59:5 1/70:0");
+    EXPECT_EQ(LOG_OF(ARRAYS, fail(1)), "2/4:1 2/2:1 1/4:0 2/59:5(5) 1/70:0");
     EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 1/1 0");
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_MEMBER | KT_PD_SPARE_IN_USE | KT_PD_DEDICATED_SPARE);
     EXPECT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_ERR_SPARE_IN_USE);
@@ -378,7 +375,7 @@ TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
     EXPECT_EQ((Ints{target.RaidMode, target.BGAStatus, vdInfo(PLAIN, 0).RaidMode}),
               (Ints{KT_RAID5, KT_STATE_NONE, KT_RAID1}));
     advance(HOUR);
-    EXPECT_EQ(newEvents(PLAIN), "1/86:0 1/82:0 1/83:0 1/84:0 1/81:0 1/86:0 1/86:0 1/85:0");
+    EXPECT_EQ(newEvents(PLAIN), "1/86:0(25) 1/82:0 1/83:0 1/84:0 1/81:0 1/86:0(50) 1/86:0(75) 1/85:0");
     EXPECT_EQ(look(PLAIN, 0), "online 0 1 2");
     EXPECT_EQ(blockInfo(PLAIN, vdInfo(PLAIN, 0).BlockIDs[2]).Size, 2000 * 2 * MB) << "the rest of the disks is free";
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 4000 * MB);
@@ -394,9 +391,6 @@ TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
 
 TEST_F(Raid, PartsAreCounted) {
     const auto parts = [] { return Ints{dgInfo(ARRAYS, 0).SubVDCount, vdInfo(ARRAYS, 0).SubLDCount}; };
-    makeArray(KT_RAID50, {0, 1, 2, 3, 4, 5}, {4000});
-    EXPECT_EQ(parts(), (Ints{2, 2}));
-    succeed({KT_LD_Delete(ARRAYS, 0, 1), KT_DG_Delete(ARRAYS, 0)});
     makeArray(KT_RAID5, {0, 1, 2}, {4000});
     EXPECT_EQ(parts(), (Ints{0, 0}));
     _CreateOrModify_DG_Param to = dgParam(KT_RAID50, {0, 1, 2, 3, 4, 5});
@@ -413,14 +407,14 @@ TEST_F(Raid, PartsAreCounted) {
 
 // Two of stated sizes with a gap between them, and one of what is left.
 TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
-    makeArray(KT_RAID5, {0, 1, 2}, {6000, 4000, 2000, 0});
+    makeArray(KT_RAID5, {0, 1, 2}, {6000, 4000, 2000, 178664}); // the last takes all that is left
     succeed({KT_LD_Delete(ARRAYS, 1, 0)});
-    EXPECT_EQ(slots(), "0:6000 -:4000 2:2000 3:178664 4000");
+    EXPECT_EQ(slots(), "0:6000 -:4000 2:2000 3:178664 -:0 4000");
     succeed({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4})});
     advance(90 * HOUR);
-    EXPECT_EQ(slots(), "0:6000 -:14000 2:2000 -:2000 3:357329 16000") << "the gap took up its half";
+    EXPECT_EQ(slots(), "0:6000 -:14000 2:2000 -:2000 3:357328 -:1 16001") << "the gap took up its half";
     for (const KT_U16 id : Ids{0, 2, 3})
-        EXPECT_EQ(vdInfo(ARRAYS, id).Size / MB, id == 0 ? 6000U : id == 2 ? 2000U : 357329U);
+        EXPECT_EQ(vdInfo(ARRAYS, id).Size / MB, id == 0 ? 6000U : id == 2 ? 2000U : 357328U);
     succeed({createVd(KT_RAID5, 14000)});
 }
 
@@ -480,11 +474,15 @@ TEST_F(Raid, NewIdsOfDisksAreFollowedEverywhere) {
     }
 }
 
-// Its members are all that an array without virtual disks has.
-TEST_F(Raid, AnArrayIsNotSetDownWithItsDisks) {
+// Its members are all that an array without virtual disks has; there is nothing on them to rebuild.
+TEST_F(Raid, AnEmptyArrayIsItsDisks) {
     succeed({createDg(KT_RAID5, {0, 1, 2}), KT_PD_SetHDStatus(ARRAYS, 0, 0)});
     EXPECT_EQ(KT_PD_SetHDStatus(ARRAYS, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
     EXPECT_EQ(roleOf(ARRAYS, 1), KT_PD_MEMBER);
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_PD_FreeHD2DGSpare(ARRAYS, 3, 0)), "2/9:3 2/59:3(3)");
+    const _DG_Info array = dgInfo(ARRAYS, 0);
+    EXPECT_EQ((Ids{array.PDIDs[0], array.PDIDs[1], array.PDIDs[2], array.PDCount, array.BgaState}),
+              (Ids{3, 1, 2, 3, 0}));
 }
 
 TEST_F(Raid, WipingTakesAMemberAway) {

@@ -4,6 +4,7 @@
 // Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a SAS disk without a light (10)
 // and a solid-state one (11).
 // Adapter 1: virtual disks as many as it takes: a system, a degraded one, a hybrid one; disks 7 and 8 are free.
+// Adapter 2 may have one block only.
 static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [{"count": 8, "size": "100GB"}, {"size": "100GB", "spare": "global"},
      {"size": "1GB", "HDType": 8}, {"type": "SAS", "size": "100GB", "LocateLEDStatus": 255},
@@ -15,7 +16,8 @@ static const char LAB[] = R"({"adapters": [
      {"count": 2, "type": "SATA", "size": "100GB"}, {"type": "SATA", "size": "10GB"}, {"type": "SATA", "size": "100GB"}],
    "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "os": true},
                     {"level": "RAID1", "disks": [2, 3], "size": "20GiB"},
-                    {"level": "HYBRID", "disks": [4, 5], "size": "10GiB"}]}]})";
+                    {"level": "HYBRID", "disks": [4, 5], "size": "10GiB"}]},
+  {"type": "LD-based", "MaxTotalBlocks": 1, "MaxTotalBlocks_V2": 1, "disks": [{"count": 2, "size": "10GB"}]}]})";
 
 static const KT_U16 NOBODY = 99;
 
@@ -97,6 +99,7 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
         {KT_ERR_TARGET_TOO_SMALL, [] { return KT_LD_StartRebuild(1, 1, 7); }},
         {KT_ERR_BGA_RUNNING, [] { return KT_PD_StartMediaPatrol(1, 2); }},
         {KT_ERR_NO_VD_ID, [] { return createRaid0(1, 6, 8); }},
+        {KT_ERR_NO_RESOURCE, [] { return createRaid0(2, 0, 1); }},
         {KT_ERR_ATAPI, [] { return createRaid0(0, 9, 5); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 11); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 10); }},

@@ -19,68 +19,56 @@ struct Surface : LabTest<LAB> {
     std::string found(KT_U8 status) const {
         succeed({status});
         advance(HOUR);
-        return std::regex_replace(newEvents(), std::regex(" (2/23|1/[0-9]*6):[0-9]+"), "");
+        return std::regex_replace(newEvents(), std::regex(" (2/23|1/[0-9]*6):[^ ]+"), "");
     }
 };
 
-static KT_U64 smart(KT_U16 pd, KT_U8 id) {
-    return attribute(0, pd, id).RawValue;
+// How many sectors are reallocated, pending and uncorrectable.
+static std::vector<KT_U64> counters(KT_U16 pd) {
+    return {attribute(0, pd, 0x05).RawValue, attribute(0, pd, 0xC5).RawValue, attribute(0, pd, 0xC6).RawValue};
 }
 
-// The parameters of all events of the kind, oldest first.
-static std::vector<std::vector<KT_U32>> paramsOf(KT_U8 eventClass, KT_U16 code) {
+// What the drive said to the last command that failed, byte by byte.
+static Ints lastSense() {
     std::vector<_Event> events(255);
     KT_U8 count = 0;
-    EXPECT_EQ(KT_EVT_GetEvent(0, 255, &count, events.data()), KT_OK);
-    std::vector<std::vector<KT_U32>> params;
-    for (const _Event& event : events)
-        if (event.Class == eventClass && event.Code == code)
-            params.emplace_back(std::begin(event.Params), std::end(event.Params));
-    return params;
+    succeed({KT_EVT_GetEvent(0, 255, &count, events.data())});
+    while (count > 0 && events[count - 1U].Code != 36)
+        --count;
+    const _Event& event = events[count - 1U];
+    return Ints(event.SenseData, event.SenseData + event.SenseDataLength);
 }
 
 TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     spoil(2, 0x2010, outside::WRONG, 2);
     spoil(0, 0x2010, outside::WRONG);
     spoil(1, 0x9000, outside::UNREADABLE, 3);
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), "1/20:0 1/100:0 2/36:1 2/37:1 1/25:0");
-        EXPECT_EQ(smart(1, 0xC5), 3U);
-        EXPECT_EQ(smart(1, 0xC6), 3U);
+    for (int i = 0; i < 2; ++i) { // 64 rows of two stripes of 128 sectors come before the first
+        EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)),
+                  "1/20:0 1/100:0(0,16400) 2/36:1(40,3,17) 2/37:1(0,36864,3) 1/25:0");
+        EXPECT_EQ(counters(1), (std::vector<KT_U64>{0, 3, 3}));
+        EXPECT_EQ(lastSense(), (Ints{0xF0, 0, 3, 0, 0, 0x90, 0, 10, 0, 0, 0, 0, 0x11, 0, 0, 0, 0, 0}));
     }
-    for (const auto& params : paramsOf(1, 100)) // 64 rows of two stripes of 128 sectors come first
-        EXPECT_EQ(params, (std::vector<KT_U32>{0, 64U * 256U + 0x10U, 0, 0}));
-    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 1)), "1/30:0 1/100:0 2/36:1 2/37:1 2/38:1 1/35:0");
-    EXPECT_EQ(smart(1, 0xC5), 0U);
-    EXPECT_EQ(smart(1, 0xC6), 0U);
-    EXPECT_EQ(smart(1, 0x05), 3U);
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 1)),
+              "1/30:0 1/100:0(0,16400) 2/36:1(40,3,17) 2/37:1(0,36864,3) 2/38:1(0,36864,3) 1/35:0");
+    EXPECT_EQ(counters(1), (std::vector<KT_U64>{3, 0, 0}));
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), "1/20:0 1/25:0");
 }
 
 // Two bad sectors: stripe 1 of disk `second`, and stripe 2 of the disk after it.
 TEST_F(Surface, ACheckNamesTheSectorOfTheVirtualDisk) {
-    struct Case {
-        const char* array;
-        KT_U16 second;
-        std::vector<KT_U32> lbas;
+    const auto check = [&](const std::string& array, KT_U16 second) {
+        start(R"({"adapters": [{"type": "array-based", "disks": [{"count": 6, "size": "4GB"}], "arrays": [{)" + array +
+              R"(, "virtualDisks": [{"size": "1GB"}]}]}]})");
+        spoil(second, 128 + 0x10, outside::WRONG);
+        spoil(static_cast<KT_U16>(second + 1), 2 * 128 + 0x10, outside::WRONG);
+        return found(KT_LD_StartConsistencyCheck(0, 0, 0));
     };
-    const Case cases[] = {
-        // Every row of stripes is written twice, the second time one disk further on.
-        {R"("level": "RAID1E", "disks": [0, 1, 2])", 1, {0x10, 5 * 128 + 0x10}},
-        // Four stripes of data a row, the first two in the first half of the disks.
-        {R"("level": "RAID50", "parts": 2, "disks": [0, 1, 2, 3, 4, 5])", 2, {4 * 128 + 0x10, 10 * 128 + 0x10}},
-    };
-    for (const Case& each : cases) {
-        start(R"({"adapters": [{"type": "array-based", "disks": [{"count": 6, "size": "4GB"}], "arrays": [{)" +
-              std::string(each.array) + R"(, "virtualDisks": [{"size": "1GB"}]}]}]})");
-        spoil(each.second, 128 + 0x10, outside::WRONG);
-        spoil(static_cast<KT_U16>(each.second + 1), 2 * 128 + 0x10, outside::WRONG);
-        EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), "1/20:0 1/100:0 1/100:0 1/25:0");
-        std::vector<KT_U32> lbas;
-        for (const auto& params : paramsOf(1, 100))
-            lbas.push_back(params[1]);
-        EXPECT_EQ(lbas, each.lbas) << each.array;
-    }
+    // Every row of stripes is written twice, the second time one disk further on.
+    EXPECT_EQ(check(R"("level": "RAID1E", "disks": [0, 1, 2])", 1), "1/20:0 1/100:0(0,16) 1/100:0(0,656) 1/25:0");
+    // Four stripes of data a row, the first two in the first half of the disks.
+    EXPECT_EQ(check(R"("level": "RAID50", "parts": 2, "disks": [0, 1, 2, 3, 4, 5])", 2),
+              "1/20:0 1/100:0(0,528) 1/100:0(0,1296) 1/25:0");
 }
 
 // On an adapter whose virtual disks share disks; the second one's blocks begin at LBA 0x200000.
@@ -95,34 +83,33 @@ TEST_F(Surface, ANewVirtualDiskHoldsNoneOfTheWrongDataBeforeIt) {
     param.InitializationOption = KT_INIT_NONE;
     found(KT_LD_Create(0, &param));
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 1, 1)), "1/30:1 1/35:1");
-    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), "1/20:0 1/100:0 1/25:0");
+    EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), "1/20:0 1/100:0(0,524304) 1/25:0");
 }
 
 TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
     spoil(0, 100, outside::UNREADABLE);
     spoil(0, 200, outside::WRONG);
-    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)), "2/17:0 2/36:0 2/37:0 2/38:0 2/22:0");
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)), "2/17:0 2/36:0(47,3,17) 2/37:0(0,100,1) 2/38:0(0,100,1) 2/22:0");
     spoil(0, 100, outside::UNREADABLE, 2);
     spoil(1, 101, outside::UNREADABLE);
-    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)), "2/17:0 2/36:0 2/37:0 2/38:0 2/37:0 2/22:0");
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 0)),
+              "2/17:0 2/36:0(47,3,17) 2/37:0(0,100,1) 2/38:0(0,100,1) 2/37:0(0,101,1) 2/22:0");
     spoil(7, 100, outside::UNREADABLE);
     for (int i = 0; i < 2; ++i)
-        EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), "2/17:7 2/36:7 2/37:7 2/22:7");
+        EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), "2/17:7 2/36:7(47,3,17) 2/37:7(0,100,1) 2/22:7");
 }
 
 TEST_F(Surface, ARebuildMarksWhatIsLostUntilItIsWrittenAgain) {
     spoil(0, 5000, outside::UNREADABLE, 8);
     fail(1);
-    EXPECT_EQ(found(KT_OK), "2/4:1 2/2:1 1/4:0 2/59:7 1/70:0 2/36:0 2/37:0 2/37:7 1/75:0 1/1:0");
-    EXPECT_EQ(paramsOf(2, 37), (std::vector<std::vector<KT_U32>>{{0, 5000, 8, 0}, {0, 5000, 8, 1}}))
-        << "the second one is lost";
-    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), "2/17:7 2/37:7 2/22:7");
+    EXPECT_EQ(found(KT_OK),
+              "2/4:1 2/2:1 1/4:0 2/59:7(7) 1/70:0 2/36:0(40,3,17) 2/37:0(0,5000,8) 2/37:7(0,5000,8,1) 1/75:0 1/1:0");
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 7)), "2/17:7 2/37:7(0,5000,8,1) 2/22:7");
     EXPECT_EQ(found(KT_LD_StartINIT(0, 0, KT_INIT_QUICK)), "1/40:0 2/15:0 1/45:0");
-    EXPECT_EQ(smart(0, 0x05), 8U);
+    EXPECT_EQ(counters(0), (std::vector<KT_U64>{8, 0, 0}));
     spoil(2, 5000, outside::UNREADABLE, 3);
     found(KT_LD_StartINIT(0, 0, KT_INIT_QUICK));
-    EXPECT_EQ(smart(2, 0x05), 3U) << "nobody had read them before";
-    EXPECT_EQ(smart(2, 0xC5), 0U);
+    EXPECT_EQ(counters(2), (std::vector<KT_U64>{3, 0, 0})) << "nobody had read them before";
     EXPECT_EQ(found(KT_LD_StartConsistencyCheck(0, 0, 0)), "1/20:0 1/25:0");
 }
 
@@ -130,16 +117,17 @@ TEST_F(Surface, DoubleParityRepairsDuringARebuild) {
     spoil(4, 5000, outside::UNREADABLE);
     spoil(5, 2000000000 / 512, outside::WRONG);
     fail(3);
-    EXPECT_EQ(found(KT_OK),
-              "2/4:3 2/2:3 1/5:1 1/5:2 2/59:7 1/70:1 1/70:2 2/36:4 2/37:4 2/38:4 1/75:1 1/75:2 1/1:1 1/1:2");
+    EXPECT_EQ(found(KT_OK), "2/4:3 2/2:3 1/5:1 1/5:2 2/59:7(7,1) 1/70:1 1/70:2 2/36:4(40,3,17) 2/37:4(0,5000,1) "
+                            "2/38:4(0,5000,1) 1/75:1 1/75:2 1/1:1 1/1:2");
 }
 
 TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
     spoil(0, 300, outside::UNREADABLE, 2);
     spoil(1, 301, outside::UNREADABLE);
     EXPECT_EQ(found(migrateDg(0, 0, KT_RAID6, {0, 1, 2, 8})),
-              "1/80:0 2/36:0 2/37:0 2/38:0 2/37:0 2/36:1 2/37:1 2/37:2 2/37:8 1/85:0");
-    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 8)), "2/17:8 2/37:8 2/22:8");
+              "1/80:0 2/36:0(40,3,17) 2/37:0(0,300,1) 2/38:0(0,300,1) 2/37:0(0,301,1) 2/36:1(40,3,17) 2/37:1(0,301,1) "
+              "2/37:2(0,301,1,1) 2/37:8(0,301,1,1) 1/85:0");
+    EXPECT_EQ(found(KT_PD_StartMediaPatrol(0, 8)), "2/17:8 2/37:8(0,301,1,1) 2/22:8");
     EXPECT_EQ(vdInfo(0, 0).NumParityDisk, 2);
     for (const KT_U16 array : Ids{0, 1})
         EXPECT_EQ(dgInfo(0, array).NumParityDisk, 2);
@@ -153,7 +141,7 @@ TEST_F(Surface, AMigrationMeetsASectorWhenItGetsThere) {
     succeed({migrateDg(0, 0, KT_RAID6, {0, 1, 2, 8})});
     int at = 0;
     for (newEvents(); newEvents().find("2/37:0") == std::string::npos && at < 100; advance(1))
-        at = readItem(KT_LD_GetStatus, 0, 0, &_LD_Status_Request::ldStatus).BgaPercentage;
+        at = vdStatus(0, 0).BgaPercentage;
     EXPECT_NEAR(at, 50, 4);
 }
 

@@ -2,6 +2,7 @@
 #include "frame/invariants.h"
 #include "lab/lab.h"
 #include "media/blocks.h"
+#include "process.h"
 
 #include <algorithm>
 #include <functional>
@@ -125,5 +126,61 @@ TEST(Check, NamesWhatIsWrong) {
         const std::vector<std::string> wrong = violationsAfter(spoil);
         EXPECT_NE(std::find(wrong.begin(), wrong.end(), std::string("adapter 0: ") + expected), wrong.end())
             << expected << ", not " << (wrong.empty() ? "nothing" : wrong.front());
+    }
+}
+
+TEST(Check, EndsAProgramWhoseCallLeavesSomethingWrong) {
+    const ScratchFolder folder;
+    const auto muteWith = [](bool spoilt) {
+        setenv("KTRAID_SIM_CHECK", "1", 1);
+        if (!freopen("/dev/null", "w", stderr) || KT_API_Initialize() != KT_OK) return 1;
+        Store* store = openExistingStore(getenv("KTRAID_SIM"));
+        beginTransaction(*store, Access::Write);
+        if (spoilt) erase<PdState>(Context{*store, 0, 0}, 0);
+        commitTransaction(*store);
+        return KT_AdapterMute(0) == KT_OK ? 0 : 2;
+    };
+    EXPECT_EQ(waitFor(startChild([&] { return muteWith(false); })), 0);
+    EXPECT_EQ(waitFor(startChild([&] { return muteWith(true); })), -1);
+}
+
+// A field of a record, and the most that it may say.
+struct Limit {
+    const char* who;
+    std::function<void(const Context&, KT_U64 more)> set;
+};
+
+template <class Record, class Field>
+static Limit upTo(const char* who, KT_U8 adapter, KT_U64 id, Field Record::*field, KT_U64 most) {
+    return {who, [=](const Context& context, KT_U64 more) {
+                auto record = find<Record>(context.store, adapter, id).value_or(Record{});
+                record.*field = static_cast<Field>(most + more);
+                save(context.store, adapter, id, record);
+            }};
+}
+
+TEST(Check, NamesWhatIsBeyondItsRecord) {
+    const KT_U64 latest = 0xFFFFFFFFULL * 1000;
+    const Limit limits[] = {
+        upTo("0: VD 0 HDCount", 0, 0, &_LD_Info::HDCount, 128),
+        upTo("0: VD 0 BlkCount", 0, 0, &_LD_Info::BlkCount, 128),
+        upTo("0: array 0 PDCount", 0, 0, &_DG_Info::PDCount, 128),
+        upTo("0: array 0 VDSlotCount", 0, 0, &_DG_Info::VDSlotCount, 32),
+        upTo("0: array 0 SparePDCount", 0, 0, &_DG_Info::SparePDCount, 8),
+        upTo("0: state of array 0 memberCount", 0, 0, &DgState::memberCount, 128),
+        upTo("0: blocks of disk 0 BlkCount", 0, 0, &_HD_Block_Info::BlkCount, 128),
+        upTo("0: blocks of pulled disk 9 count", 0, 9, &PulledBlocks::count, 128),
+        upTo("0: blocks of pulled disk 9 slot", 0, 9, &PulledBlocks::slot, 127),
+        upTo("255: state 0 adapterCount", ADAPTER_GLOBAL, 0, &GlobalState::adapterCount, 255),
+        upTo("255: clock 0 base", ADAPTER_GLOBAL, 0, &Clock::base, latest),
+        upTo("255: clock 0 realBase", ADAPTER_GLOBAL, 0, &Clock::realBase, latest),
+        upTo("255: clock 0 speed", ADAPTER_GLOBAL, 0, &Clock::speed, 1000000000),
+    };
+    for (const Limit& limit : limits) {
+        for (const KT_U64 more : {0, 1}) {
+            const auto wrong = violationsAfter([&](const Context& context) { limit.set(context, more); });
+            const std::string line = std::string("adapter ") + limit.who + " is beyond what its record holds";
+            EXPECT_EQ(std::count(wrong.begin(), wrong.end(), line), more) << line;
+        }
     }
 }

@@ -1,5 +1,4 @@
 // The frame around every call: checks, faults, time, trace.
-#include "activities/activityProgress.h"
 #include "frame/call.h"
 #include "lab/lab.h"
 #include "process.h"
@@ -126,7 +125,7 @@ TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
         save(store, 0, 77, nobodys);
         const KT_U64 now = simulatedNow(store);
         save(store, 0, 0, AdapterState{now, NEVER, 0, ADAPTER_UP, 0, {}, 0, 0});
-        setClock(store, now + 30 * 86400 * MS_PER_SECOND, 1000, true);
+        setClock(store, now + 30 * 86400 * 1000ULL, 1000, true);
     });
     alarm(20);
     testing::internal::CaptureStderr();
@@ -183,23 +182,6 @@ TEST(ClockOf, RunsFromItsBaseAtItsSpeed) {
     EXPECT_EQ(clockAt(Clock{5000, 1000, 1000, 0, {}, 0}, 10), 5000U);
     EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}, 0}, NEVER / 2), LAST_MOMENT);
     EXPECT_EQ(clockAt(Clock{5000, 0, 0xFFFFFFFF, 0, {}, -3000}, NEVER / 2), LAST_MOMENT + 3000);
-}
-
-TEST(ActivityOf, ProgressesAndEndsByItsSpeed) {
-    Activity activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, {}, 1000, 250, 10000, 3, 0};
-    EXPECT_EQ(activityPercent(activity, 10000), 25U);
-    EXPECT_EQ(activityDone(activity, 10999), 252U);
-    EXPECT_EQ(activityEnd(activity), 10000U + 250000);
-    EXPECT_EQ(activityPercent(activity, activityEnd(activity) - 1), 99U);
-    EXPECT_EQ(activityPercent(activity, activityEnd(activity)), 100U);
-    EXPECT_EQ(activityDone(activity, 9), 250U);
-    activity.state = KT_STATE_PAUSED;
-    EXPECT_EQ(activityDone(activity, 99999), 250U);
-    EXPECT_EQ(activityEnd(activity), NEVER);
-    activity = {KT_BGA_REBUILD, KT_STATE_RUNNING, 0, {}, 7, 3, 0, 1, 0};
-    EXPECT_EQ(activityPercent(activity, 0), 42U);
-    activity.work = 0;
-    EXPECT_EQ(activityPercent(activity, 0), 100U);
 }
 
 TEST(EventLog, KeepsTheNewestInOrder) {

@@ -4,19 +4,22 @@
 #include "frame/invariants.h"
 #include <gtest/gtest.h>
 #include <iterator>
+#include <memory>
 #include <set>
 #include <sstream>
 
 using namespace sim;
 
-static Store* stateFrom(const std::string& text) {
+using State = std::unique_ptr<Store, void (*)(Store*)>;
+
+static State stateFrom(const std::string& text) {
     const BuiltInLab lab{"lab", text.c_str()};
-    return openMemoryStore(fillFromLab, &lab);
+    return {openMemoryStore(fillFromLab, &lab), closeStore};
 }
 
 static std::string mistakeIn(const std::string& text) {
     try {
-        closeStore(stateFrom(text));
+        stateFrom(text);
     } catch (const LabError& error) {
         return error.message;
     }
@@ -26,21 +29,19 @@ static std::string mistakeIn(const std::string& text) {
 struct EveryLab : testing::TestWithParam<std::string> {};
 
 TEST_P(EveryLab, IsConsistentAndReadsBackUnchanged) {
-    Store* store = openMemoryStore(fillFromLab, labNamed(GetParam()));
+    const State store(openMemoryStore(fillFromLab, labNamed(GetParam())), closeStore);
     EXPECT_EQ(findViolations(*store), std::vector<std::string>());
     const std::string printed = stateToLab(*store);
-    Store* again = stateFrom(printed);
+    const State again = stateFrom(printed);
     EXPECT_EQ(stateToLab(*again), printed);
     // Rows of records that labs know stand field by field, not as bytes.
     EXPECT_EQ(printed.find("\"rows\""), std::string::npos);
-    closeStore(again);
-    closeStore(store);
 }
 
 INSTANTIATE_TEST_SUITE_P(Labs, EveryLab, testing::ValuesIn(labNames()), [](const auto& lab) { return lab.param; });
 
 TEST(Lab, KeepsBytesThatNoFieldTellsOf) {
-    Store* store = openMemoryStore(fillFromLab, labNamed("default"));
+    const State store(openMemoryStore(fillFromLab, labNamed("default")), closeStore);
     beginTransaction(*store, Access::Write);
     const Context context{*store, 0, 0};
     _LD_Info vd = *find<_LD_Info>(context, 0);
@@ -51,24 +52,18 @@ TEST(Lab, KeepsBytesThatNoFieldTellsOf) {
     disk.Reserved1[59] = 7;
     save(context, 2, disk);
     const unsigned char own[] = {1, 0, 255};
-    writeRow(*store, {1, static_cast<Kind>(200), 9}, own, sizeof own);
-    writeRow(*store, {1, static_cast<Kind>(200), 10}, own, 0);
+    const RowKey some = {1, static_cast<Kind>(200), 9};
+    const RowKey none = {1, static_cast<Kind>(200), 10};
+    writeRow(*store, some, own, sizeof own);
+    writeRow(*store, none, own, 0);
     commitTransaction(*store);
-    const std::string printed = stateToLab(*store);
-    closeStore(store);
-    store = stateFrom(printed);
-    const Context copy{*store, 0, 0};
-    const auto sameVd = find<_LD_Info>(copy, 0);
-    const auto sameDisk = find<_HD_Info>(copy, 2);
-    EXPECT_EQ(memcmp(&vd, &*sameVd, sizeof vd), 0);
-    EXPECT_EQ(memcmp(&disk, &*sameDisk, sizeof disk), 0);
-    EXPECT_EQ(readBytes(*store, {1, static_cast<Kind>(200), 9}), std::string("\1\0\xFF", 3));
-    EXPECT_EQ(readBytes(*store, {1, static_cast<Kind>(200), 10}), std::string());
-    closeStore(store);
+    const State again = stateFrom(stateToLab(*store));
+    for (const RowKey& row : {RowKey{0, KIND_VD, 0}, RowKey{0, KIND_PD, 2}, some, none})
+        EXPECT_EQ(readBytes(*again, row), readBytes(*store, row));
 }
 
 TEST(Lab, LaysVirtualDisksOutOnTheirDisks) {
-    Store* store = stateFrom(R"({"adapters": [{"type": "LD-based",
+    State store = stateFrom(R"({"adapters": [{"type": "LD-based",
         "disks": [{"count": 3, "size": "1TB"}, {"size": "500GB", "sector": 4096}],
         "virtualDisks": [{"level": "RAID5", "disks": [0, 1, 2], "size": "100GiB"},
                          {"level": "RAID1E", "disks": [0, 1, 2], "size": "30GiB"},
@@ -82,11 +77,10 @@ TEST(Lab, LaysVirtualDisksOutOnTheirDisks) {
     const KT_U64 valid = validKib(*find<_HD_Info>(context, 3), *find<PdState>(context, 3));
     EXPECT_EQ(find<_LD_Info>(context, 2)->Size, valid / 64 * 64);
     EXPECT_EQ(find<_Block_Info>(context, 6)->Size, valid / 64 * 64 / 4);
-    closeStore(store);
 }
 
 TEST(Lab, AddsWhatIsNotSaid) {
-    Store* store = stateFrom(R"({"adapters": [{"id": 2, "disks": [
+    State store = stateFrom(R"({"adapters": [{"id": 2, "disks": [
         {"serial": "S1", "patrol": {}}, {"type": "ATAPI"}, {"type": "PATA"}, {"type": "SAS SSD"}]}]})");
     const Context context{*store, 2, 0};
     const auto info = find<_Adapter_Info>(context, 0);
@@ -110,14 +104,12 @@ TEST(Lab, AddsWhatIsNotSaid) {
     EXPECT_EQ(settings, std::vector<int>({1, 1, 1, 3, 0, 0, 1, 1, 1, 1, 1, 0, 1, 1, 1, 4}));
     // The adapters before it may be out of reach of whoever describes it.
     EXPECT_EQ(find<GlobalState>(*store, ADAPTER_GLOBAL, 0)->adapterCount, 3);
-    closeStore(store);
     store = stateFrom(R"({"adapters": [{"type": "LD-based"}]})");
     const auto ld = find<_Adapter_Info>(*store, 0, 0);
     std::vector<unsigned> versions;
     for (const _Version_Info_CIM& one : {ld->BIOSVersion, ld->FirmwareVersion, ld->BootLoaderVersion})
         versions.insert(versions.end(), {one.MajorVersion, one.MinorVersion, one.RevisionNumber, one.BuildNumber});
     EXPECT_EQ(versions, std::vector<unsigned>({1, 4, 0, 1023, 2, 3, 0, 1114, 1, 0, 0, 1003}));
-    closeStore(store);
 }
 
 TEST(Lab, SaysWhereTheMistakeIs) {
@@ -174,7 +166,7 @@ TEST(Lab, SaysWhereTheMistakeIs) {
 
 // "0.3" is port 3 of the adapter, "PM1.3" that of port multiplier 1, "X1.3" of expander 1, "E1.3" a bay.
 static std::string placesIn(const std::string& adapter) {
-    Store* store = stateFrom(R"({"adapters": [{)" + adapter + "}]}");
+    State store = stateFrom(R"({"adapters": [{)" + adapter + "}]}");
     std::string places;
     forEach<_HD_Info>(Context{*store, 0, 0}, 0, [&](KT_U64, const _HD_Info& disk) {
         static const char* const NAMES[] = {"0", "PM", "X", "?"};
@@ -186,7 +178,6 @@ static std::string placesIn(const std::string& adapter) {
         places += ' ';
         return true;
     });
-    closeStore(store);
     return places;
 }
 

@@ -1,0 +1,74 @@
+// What is known of a disk beside its record goes where the disk goes, and goes with it.
+#include "changes/arrival.h"
+#include "changes/diskIds.h"
+#include "changes/health.h"
+#include "ids.h"
+#include "lab/lab.h"
+#include "media/surface.h"
+
+#include <gtest/gtest.h>
+#include <set>
+
+using namespace sim;
+
+static const BuiltInLab LAB = {"lab",
+                               R"({"adapters": [{"disks": [{"count": 3, "type": "SATA SSD", "size": "10GB"}]}]})"};
+
+template <class... Records>
+struct Kinds {
+    static void put(const Context& context, KT_U16 pd) {
+        const auto one = [&]<class Record>(Record record) {
+            reinterpret_cast<unsigned char*>(&record)[0] = 1;
+            save(context, pd, record);
+        };
+        (one(Records{}), ...);
+    }
+    static std::string at(const Context& context, KT_U16 pd) {
+        return std::string({(find<Records>(context, pd) ? '+' : '-')...}) + std::to_string(badSectorCount(context, pd));
+    }
+};
+using Known = Kinds<DiskAge, ToldHealth, DiskCipher, SolidState, MicrocodeUpdate, ArrayLabel>;
+
+struct Disks : testing::Test {
+    Store* store = openMemoryStore(fillFromLab, &LAB);
+    Context context{*store, 0, 1800000000000};
+
+    void SetUp() override {
+        beginTransaction(*store, Access::Write);
+        Known::put(context, 1);
+        for (const KT_U64 lba : {5, 9})
+            addBadSector(context, 1, lba, BadSector{FLAW_UNREADABLE, 0, {}});
+    }
+    void TearDown() override {
+        commitTransaction(*store);
+        closeStore(store);
+    }
+};
+
+TEST_F(Disks, KeepWhatIsKnownOfThemUnderANewId) {
+    ASSERT_EQ(pullDisks(context, {0}), KT_OK);
+    renumberDisks(context);
+    EXPECT_EQ(Known::at(context, 0), "++++++2");
+    EXPECT_EQ(Known::at(context, 1), "------0") << "that is another disk's id now";
+}
+
+TEST_F(Disks, AreNewWhereTheyAreReplaced) {
+    ASSERT_EQ(replaceDisk(context, 1, nullptr), KT_OK);
+    EXPECT_EQ(Known::at(context, 1), "+-----0") << "a life of its own";
+    EXPECT_EQ(find<DiskAge>(context, 1)->born, context.now);
+}
+
+TEST_F(Disks, BringToAnotherAdapterWhatIsTheirOwn) {
+    Store* elsewhere = openMemoryStore(fillFromLab, &LAB);
+    beginTransaction(*elsewhere, Access::Write);
+    const Context there{*elsewhere, 0, context.now};
+    Ids ids;
+    ASSERT_EQ(insertForeignDisks(there, *store, 0, {1, 0}, ids), KT_OK);
+    EXPECT_EQ(ids, (Ids{3, 4}));
+    std::set<std::string> names; // they are of the same make as the disks there
+    for (const KT_U16 pd : all<_HD_Info>(there))
+        names.insert(std::string(reinterpret_cast<const char*>(find<_HD_Info>(there, pd)->WWN), 8));
+    EXPECT_EQ(names.size(), 5U);
+    EXPECT_EQ(Known::at(there, 3), "+-++--2") << "what an adapter tells or wrote of it stays there";
+    closeStore(elsewhere);
+}
