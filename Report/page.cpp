@@ -7,7 +7,7 @@
 #include "Report/problems.h"
 
 namespace {
-enum class Kind { Text, Number, Truth, Ids, Object, Objects };
+enum class Kind { Text, Number, Id, Truth, Ids, Object, Objects };
 
 // A word of the document that the page has use for. Those of objects end with a row without a name.
 struct Word {
@@ -18,21 +18,17 @@ struct Word {
 } // namespace
 
 static constexpr Word elementWords[] = {
-    {"type", Kind::Text},       {"text", Kind::Text},          {"status", Kind::Text},    {"slot", Kind::Number},
-    {"rotation", Kind::Number}, {"temperature", Kind::Number}, {"voltage", Kind::Number}, {nullptr, Kind::Text}};
-static constexpr Word enclosureWords[] = {{"id", Kind::Number},
+    {"type", Kind::Text},   {"text", Kind::Text},          {"status", Kind::Text},
+    {"slot", Kind::Number}, {"temperature", Kind::Number}, {nullptr, Kind::Text}};
+static constexpr Word enclosureWords[] = {{"id", Kind::Id},
                                           {"status", Kind::Text},
                                           {"vendor", Kind::Text},
                                           {"product", Kind::Text},
                                           {"elements", Kind::Objects, elementWords},
                                           {nullptr, Kind::Text}};
-static constexpr Word multiplierWords[] = {{"id", Kind::Number}, {"ports", Kind::Number}, {nullptr, Kind::Text}};
-static constexpr Word activityWords[] = {{"kind", Kind::Text},
-                                         {"state", Kind::Text},
-                                         {"percent", Kind::Number},
-                                         {"disk", Kind::Number},
-                                         {nullptr, Kind::Text}};
-static constexpr Word diskWords[] = {{"id", Kind::Number},
+static constexpr Word multiplierWords[] = {{"id", Kind::Id}, {"ports", Kind::Number}, {nullptr, Kind::Text}};
+static constexpr Word activityWords[] = {{"disk", Kind::Number}, {nullptr, Kind::Text}};
+static constexpr Word diskWords[] = {{"id", Kind::Id},
                                      {"type", Kind::Text},
                                      {"model", Kind::Text},
                                      {"serial", Kind::Text},
@@ -61,7 +57,7 @@ static constexpr Word diskWords[] = {{"id", Kind::Number},
                                      {"smartTripped", Kind::Truth},
                                      {nullptr, Kind::Text}};
 static constexpr Word targetWords[] = {{"level", Kind::Text}, {"disks", Kind::Ids}, {nullptr, Kind::Text}};
-static constexpr Word vdWords[] = {{"id", Kind::Number},
+static constexpr Word vdWords[] = {{"id", Kind::Id},
                                    {"name", Kind::Text},
                                    {"level", Kind::Text},
                                    {"status", Kind::Text},
@@ -72,7 +68,7 @@ static constexpr Word vdWords[] = {{"id", Kind::Number},
                                    {"activity", Kind::Object, activityWords},
                                    {"target", Kind::Object, targetWords},
                                    {nullptr, Kind::Text}};
-static constexpr Word arrayWords[] = {{"id", Kind::Number},
+static constexpr Word arrayWords[] = {{"id", Kind::Id},
                                       {"name", Kind::Text},
                                       {"level", Kind::Text},
                                       {"status", Kind::Text},
@@ -85,12 +81,9 @@ static constexpr Word arrayWords[] = {{"id", Kind::Number},
                                       {"virtualDisks", Kind::Objects, vdWords},
                                       {nullptr, Kind::Text}};
 static constexpr Word versionWords[] = {{"firmware", Kind::Text}, {nullptr, Kind::Text}};
-static constexpr Word batteryWords[] = {{"status", Kind::Number},
-                                        {"sensorSupport", Kind::Number},
-                                        {"percentage", Kind::Number},
-                                        {"temperature", Kind::Number},
-                                        {nullptr, Kind::Text}};
-static constexpr Word adapterWords[] = {{"id", Kind::Number},
+static constexpr Word batteryWords[] = {
+    {"status", Kind::Number}, {"percentage", Kind::Number}, {nullptr, Kind::Text}};
+static constexpr Word adapterWords[] = {{"id", Kind::Id},
                                         {"type", Kind::Text},
                                         {"model", Kind::Text},
                                         {"serial", Kind::Text},
@@ -117,7 +110,7 @@ static Json pickIds(const Json& list) {
     return ids;
 }
 
-// Null for what is not of the kind, and for what says nothing: empty texts, and false.
+// Null for what is not of the kind, and for what says nothing: empty texts, and false. Lists and ids are always there.
 static Json pickValue(const Json& value, const Word& word) {
     switch (word.kind) {
     case Kind::Text: {
@@ -126,10 +119,12 @@ static Json pickValue(const Json& value, const Word& word) {
     }
     case Kind::Number:
         return value.is_number() && std::isfinite(value.get<double>()) ? value : Json();
+    case Kind::Id:
+        return value.is_number_unsigned() ? value : Json("?");
     case Kind::Truth:
         return value.is_boolean() && value.get<bool>() ? value : Json();
     case Kind::Ids:
-        return value.is_array() ? pickIds(value) : Json();
+        return pickIds(value.is_array() ? value : Json::array());
     case Kind::Object:
         return value.is_object() ? pick(value, word.of) : Json();
     case Kind::Objects:
@@ -145,9 +140,7 @@ static Json pickValue(const Json& value, const Word& word) {
 static Json pick(const Json& object, const Word* words) {
     Json picked = Json::object();
     for (; words->name != nullptr; ++words) {
-        const Json& value = in(object, words->name);
-        if (value.is_null() || (words->kind == Kind::Objects && !value.is_array())) continue;
-        Json of = pickValue(value, *words);
+        Json of = pickValue(in(object, words->name), *words);
         if (!of.is_null()) picked[words->name] = std::move(of);
     }
     return picked;

@@ -4,7 +4,7 @@ const SVG = "http://www.w3.org/2000/svg";
 
 // An element: make("button.bay.tall", {title: "..."}, child, ...). Properties: "on" holds listeners by event, "vars"
 // custom properties of its style; a value of null, undefined or false leaves the attribute out, true makes it empty.
-// Children: nodes, texts, lists of both; null, undefined and false stand for nothing.
+// Children: nodes, texts, lists of both; null, undefined, false and "" stand for nothing.
 function make(form, properties = {}, ...children) {
     const [tag, ...classes] = form.split(".");
     const node = document.createElement(tag);
@@ -18,7 +18,7 @@ function makeSvg(tag, properties = {}, ...children) {
 
 function furnish(node, properties, children) {
     for (const [name, value] of Object.entries(properties)) {
-        if (value === null || value === undefined || value === false) continue;
+        if ((value ?? false) === false) continue;
         if (name === "on") {
             for (const [event, listener] of Object.entries(value))
                 node.addEventListener(event, listener);
@@ -29,7 +29,7 @@ function furnish(node, properties, children) {
             node.setAttribute(name, value === true ? "" : value);
         }
     }
-    node.append(...children.flat(Infinity).filter((child) => child !== null && child !== undefined && child !== false));
+    node.append(...children.flat(Infinity).filter(Boolean));
     return node;
 }
 
@@ -61,7 +61,5 @@ function chip(state, word = state.word) {
 
 // A label and what it says, for a list of such pairs; nothing for what is not known.
 function pair(label, value) {
-    return value === null || value === undefined || value === ""
-               ? null
-               : make("div", {}, make("dt", {}, label), make("dd", {}, value));
+    return value && make("div", {}, make("dt", {}, label), make("dd", {}, value));
 }

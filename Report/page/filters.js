@@ -90,7 +90,7 @@ function counted(variants) {
 
 // Firmware versions of the chosen model only, so that no choice leaves nothing.
 function filterBar(page, chosen) {
-    const meaning = ([name, count]) => [name, `${page.meanings[name] ?? name} (${count})`];
+    const meaning = ([name, count]) => [name, `${page.meanings[name]} (${count})`];
     const problems = variantsOf(page.machines, (machine) => machine.problems.map((one) => one.name))
                          .sort((one, other) => other[1] - one[1]);
     const pick = (kind, word) => counted(

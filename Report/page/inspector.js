@@ -48,7 +48,7 @@ function inspectorCard(adapter, bay) {
         make("header", {}, make("h3", {}, `Disk ${disk.id}`), chip(disk.look),
              make("button.close", {type: "button", "aria-label": "Close", on: {click: dismissInspector}},
                   shape("cross"))),
-        disk.problems.map((problem) => make("p.complaint", {}, sentence(problem.action ?? ""))),
+        disk.problems.map((problem) => make("p.complaint", {}, sentence(problem.action))),
         diskFacts(adapter, bay),
         make("p.hint", {}, disk.locateLed ? "Its light blinks; " : "Makes its light blink: ", make("code", {}, light)));
 }
@@ -61,8 +61,9 @@ function placeInspector() {
     const below = at.bottom + own.height + 16 < window.innerHeight || at.top < own.height + 16;
     const left = Math.max(
         8, Math.min(at.left + at.width / 2 - own.width / 2, document.documentElement.clientWidth - own.width - 8));
-    card.style.setProperty("--left", `${left + window.scrollX}px`);
-    card.style.setProperty("--top", `${(below ? at.bottom + 10 : at.top - own.height - 10) + window.scrollY}px`);
+    const frame = document.getElementById("main").getBoundingClientRect(); // what the card's place is counted from
+    card.style.setProperty("--left", `${left - frame.left}px`);
+    card.style.setProperty("--top", `${(below ? at.bottom + 10 : at.top - own.height - 10) - frame.top}px`);
 }
 
 function openInspector(adapter, bay, anchor, kept = false) {
@@ -100,7 +101,7 @@ function dismissInspector() {
 // The disks that share an array or a virtual disk with this one.
 function kin(adapter, disk) {
     const groups =
-        [...(adapter.arrays ?? []), ...volumesOf(adapter)].map((one) => [...(one.disks ?? []), ...(one.spares ?? [])]);
+        [...adapter.arrays, ...volumesOf(adapter)].map((one) => [...one.disks, ...(one.spares ?? [])]);
     const together = groups.filter((ids) => ids.includes(disk.id)).flat();
     return [disk.id, ...together].map((id) => keyOf(adapter.id, "disk", id));
 }

@@ -21,14 +21,14 @@ function sentence(text) {
 const HAS_A_PLACE = new Set(["disk", "array", "virtual disk", "enclosure", "adapter", "battery"]);
 
 function problemView(problem) {
-    const state = VERDICTS[problem.severity] ?? VERDICTS.warning;
+    const state = VERDICTS[problem.severity];
     const kind = problem.object === "battery" ? "adapter" : problem.object;
     const id = kind === "adapter" ? problem.adapter : problem.id;
     const show = HAS_A_PLACE.has(problem.object) && id !== undefined &&
                  make("button.show", {type: "button", on: {click: () => goTo(problem.adapter, kind, id)}}, "Show it");
     return make(`li.problem.${state.tone}`, {"data-problem": problem.name},
                 make("span.mark", {}, shape(state.shape), make("b", {}, state.word)),
-                make("div", {}, make("p.what", {}, problem.text), make("p.do", {}, sentence(problem.action ?? ""))),
+                make("div", {}, make("p.what", {}, problem.text), make("p.do", {}, sentence(problem.action))),
                 show);
 }
 
@@ -73,7 +73,8 @@ function diskTable(adapter) {
     if (bays.length === 0) return null;
     const heads = ["Place", "Disk", "State", "Role", "Model", "Serial", "Firmware", "Size", "\u00b0C", "Wear"];
     const row = ({name, disk}) => [capital(name), `${disk.id}`, chip(disk.look), roleOf(adapter, disk), disk.model,
-                                   disk.serial, disk.firmware, sizeText(disk.size), disk.temperature,
+                                   disk.serial, disk.firmware, sizeText(disk.size),
+                                   disk.temperature === undefined ? "" : `${disk.temperature}`,
                                    disk.wear === undefined ? "" : `${disk.wear} %`];
     const table = make("details.table", {}, make("summary", {}, `${plural(bays.length, "disk")} as a table`));
     // A table of thousands of rows is made when it is asked for.
@@ -83,7 +84,7 @@ function diskTable(adapter) {
             "div.scroll", {},
             make("table", {}, make("thead", {}, make("tr", {}, heads.map((head) => make("th", {scope: "col"}, head)))),
                  make("tbody", {},
-                      bays.map((bay) => make("tr", {}, row(bay).map((cell) => make("td", {}, cell ?? ""))))))));
+                      bays.map((bay) => make("tr", {}, row(bay).map((cell) => make("td", {}, cell))))))));
     table.addEventListener("toggle", fill);
     table.fill = fill;
     return table;
@@ -105,7 +106,7 @@ function adapterView(adapter) {
 
 // What runs on all adapters, each with a way to where it runs.
 function activitiesView(machine) {
-    const all = machine.adapters.flatMap((adapter) => (adapter.going ?? []).map((one) => ({adapter, one})));
+    const all = machine.adapters.flatMap((adapter) => adapter.going.map((one) => ({adapter, one})));
     if (all.length === 0) return null;
     return make(
         "section.going", {"aria-label": "Going on"}, make("h2", {}, "Going on"),

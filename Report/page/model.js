@@ -6,29 +6,27 @@ function keyOf(adapter, kind, id) {
 }
 
 function volumesOf(adapter) {
-    const inArrays = (adapter.arrays ?? []).flatMap((array) => array.virtualDisks ?? []);
-    return [...inArrays, ...(adapter.virtualDisks ?? [])];
+    return [...adapter.arrays.flatMap((array) => array.virtualDisks), ...adapter.virtualDisks];
 }
 
 function fillingDisks(adapter) {
-    const volumes = [...volumesOf(adapter), ...(adapter.arrays ?? [])];
-    return new Set(volumes.map((volume) => volume.activity?.disk).filter((disk) => disk !== undefined));
+    return new Set([...volumesOf(adapter), ...adapter.arrays].map((volume) => volume.activity?.disk));
 }
 
 function roleOf(adapter, disk) {
     const roles = [];
     if (disk.spare) roles.push(`${disk.spare} spare${disk.spareInUse ? " in use" : ""}`);
-    const array = (adapter.arrays ?? []).find((one) => one.id === disk.array);
+    const array = adapter.arrays.find((one) => one.id === disk.array);
     if (array) roles.push(quoted("array", array));
     for (const vd of volumesOf(adapter)) {
-        if ((vd.disks ?? []).includes(disk.id)) roles.push(quoted("virtual disk", vd));
+        if (vd.disks.includes(disk.id)) roles.push(quoted("virtual disk", vd));
     }
     if (roles.length === 0) roles.push(disk.member ? "member" : disk.state === "healthy" ? "free" : "none");
     return roles.join(", ");
 }
 
-// A place for a disk: its number, how it is called, and the disk in it; null: none.
-function bayOf(number, name, disk = null) {
+// A place for a disk: its number, how it is called, and the disk in it, if any.
+function bayOf(number, name, disk) {
     return {number, name, disk};
 }
 
@@ -37,7 +35,7 @@ function baysOf(enclosure, disks) {
     const name = (slot) => `slot ${slot} of enclosure ${enclosure.id}`;
     const bays = disks.map((disk) => bayOf(disk.slot, name(disk.slot), disk));
     const taken = new Set(disks.map((disk) => disk.slot));
-    for (const element of enclosure.elements ?? []) {
+    for (const element of enclosure.elements) {
         if (element.slot === undefined || taken.has(element.slot)) continue;
         taken.add(element.slot);
         bays.push(bayOf(element.slot, name(element.slot)));
@@ -53,7 +51,7 @@ function shelfOf(enclosure, disks) {
         subtitle: title,
         status: enclosure.status,
         bays: baysOf(enclosure, disks),
-        parts: (enclosure.elements ?? []).filter((part) => part.slot === undefined && PARTS[part.type]),
+        parts: enclosure.elements.filter((part) => part.slot === undefined && PARTS[part.type]),
         id: enclosure.id,
     };
 }
@@ -78,7 +76,7 @@ function portsOf(adapter, parent, disks) {
     const name = (port) => (port === undefined ? "place unknown" : `port ${port}${parent ? ` of ${parent}` : ""}`);
     const bays = disks.map((disk) => bayOf(disk.port, name(disk.port), disk));
     const taken = new Set(disks.map((disk) => disk.port));
-    const multiplier = (adapter.portMultipliers ?? []).find((one) => `PM ${one.id}` === parent);
+    const multiplier = adapter.portMultipliers.find((one) => `PM ${one.id}` === parent);
     for (let port = 0; port < Math.min(multiplier?.ports ?? 0, MOST_PORTS); ++port) {
         if (!taken.has(port)) bays.push(bayOf(port, name(port)));
     }
@@ -91,7 +89,7 @@ const MOST_PORTS = 64; // empty ones that are drawn, whatever a report tells
 
 function portGroups(adapter, disks) {
     const groups = groupBy(disks, parentOf);
-    for (const multiplier of adapter.portMultipliers ?? []) {
+    for (const multiplier of adapter.portMultipliers) {
         const parent = `PM ${multiplier.id}`;
         if (!groups.has(parent)) groups.set(parent, []);
     }
@@ -100,22 +98,21 @@ function portGroups(adapter, disks) {
 }
 
 function shelvesOf(adapter) {
-    const disks = adapter.disks ?? [];
-    const shelved = groupBy(disks.filter((disk) => disk.enclosure !== undefined), (disk) => disk.enclosure);
-    const enclosures = [...(adapter.enclosures ?? [])];
+    const shelved = groupBy(adapter.disks.filter((disk) => disk.enclosure !== undefined), (disk) => disk.enclosure);
+    const enclosures = [...adapter.enclosures];
     for (const id of shelved.keys()) {
-        if (!enclosures.some((one) => one.id === id)) enclosures.push({id});
+        if (!enclosures.some((one) => one.id === id)) enclosures.push({id, elements: []});
     }
     return [
         ...enclosures.map((enclosure) => shelfOf(enclosure, shelved.get(enclosure.id) ?? [])),
-        ...portGroups(adapter, disks.filter((disk) => disk.enclosure === undefined)),
+        ...portGroups(adapter, adapter.disks.filter((disk) => disk.enclosure === undefined)),
     ];
 }
 
 function completeAdapter(adapter, problems) {
     const filling = fillingDisks(adapter);
     const own = groupBy(problems.filter((one) => one.object === "disk" && one.adapter === adapter.id), (one) => one.id);
-    for (const disk of adapter.disks ?? []) {
+    for (const disk of adapter.disks) {
         disk.adapter = adapter.id;
         disk.problems = own.get(disk.id) ?? [];
         disk.look = diskState(disk, disk.problems, filling.has(disk.id));
@@ -132,12 +129,12 @@ function verdictOf(problems) {
 function completeMachine(machine, place) {
     machine.place = place;
     machine.adapters.forEach((adapter) => completeAdapter(adapter, machine.problems));
-    machine.disks = machine.adapters.flatMap((adapter) => adapter.disks ?? []);
+    machine.disks = machine.adapters.flatMap((adapter) => adapter.disks);
     machine.space = machine.disks.reduce((sum, disk) => sum + (disk.size ?? 0), 0);
     machine.critical = machine.problems.filter((one) => one.severity === "critical").length;
     machine.warnings = machine.problems.length - machine.critical;
     machine.verdict = verdictOf(machine.problems);
-    machine.name = machine.host || machine.source || "this machine";
+    machine.name = machine.host || machine.source;
     return machine;
 }
 

@@ -3,7 +3,7 @@
 // A disk of an array: a button that leads to its bay. null: a missing one.
 function memberChip(adapter, id) {
     if (id === null) return make("span.member.missing", {}, shape("cross"), "missing");
-    const disk = (adapter.disks ?? []).find((one) => one.id === id);
+    const disk = adapter.disks.find((one) => one.id === id);
     const look = disk?.look ?? UNKNOWN;
     return make(`button.member.${look.tone}`, {
         type: "button",
@@ -15,7 +15,7 @@ function memberChip(adapter, id) {
                 shape(look.shape), `${id}`);
 }
 
-function members(adapter, disks, spares = []) {
+function members(adapter, disks, spares) {
     return make("div.members", {}, make("span.label", {}, "disks"), disks.map((id) => memberChip(adapter, id)),
                 spares.length > 0 && [make("span.label", {}, "spare"), spares.map((id) => memberChip(adapter, id))]);
 }
@@ -26,20 +26,20 @@ function progressBar(activity) {
     const left = activity.left ? `, about ${activity.left} left` : "";
     const text = `${activity.percent === undefined ? "" : `${percent} %`}${running ? left : ` ${activity.state}`}`;
     return make(`div.activity.${running ? "busy" : "warn"}`, {},
-                make("span.what", {}, shape(running ? "turn" : "triangle"), capital(activity.kind ?? "activity")),
+                make("span.what", {}, shape(running ? "turn" : "triangle"), capital(activity.kind)),
                 make("span.track", {
                     role: "progressbar",
                     "aria-valuenow": percent,
                     "aria-valuemin": 0,
                     "aria-valuemax": 100,
-                    "aria-label": activity.kind ?? "activity",
+                    "aria-label": activity.kind,
                     vars: {share: `${percent}%`}
                 }),
                 make("span.percent", {}, text.trim()));
 }
 
 function goingOn(adapter, kind, id) {
-    return (adapter.going ?? []).filter((one) => one.object === kind && one.id === id).map(progressBar);
+    return adapter.going.filter((one) => one.object === kind && one.id === id).map(progressBar);
 }
 
 function lightsDisks(adapter, ids) {
@@ -50,27 +50,28 @@ function lightsDisks(adapter, ids) {
 // What a migration makes of a virtual disk.
 function targetText(target) {
     if (!target) return "";
-    const disks = (target.disks ?? []).filter((id) => id !== null).join(", ");
+    const disks = target.disks.filter((id) => id !== null).join(", ");
     return `becomes ${target.level ?? "something else"}${disks ? ` on disks ${disks}` : ""}`;
 }
 
-// The words that stand behind a virtual disk's name.
-function vdWords(vd) {
+// The words that stand below a virtual disk's name.
+function vdWords(kind, vd) {
     const cache = vd.cacheInForce && `write cache ${vd.cacheInForce}`;
-    const words = [sizeText(vd.size), cache, vd.os && "in use by this system", targetText(vd.target)];
-    return words.filter(Boolean).join(" \u00b7 ");
+    return [`${kind} ${vd.id}`, sizeText(vd.size), cache, vd.os && "in use by this system", targetText(vd.target)]
+        .filter(Boolean)
+        .join(" \u00b7 ");
 }
 
 function vdLine(adapter, vd) {
     return make("li.vd", {"data-key": keyOf(adapter.id, "virtual disk", vd.id), tabindex: -1},
                 make("div.name", {}, make("b", {}, vd.name || `virtual disk ${vd.id}`), chip(vdState(vd))),
-                make("span.words", {}, `VD ${vd.id} \u00b7 ${vdWords(vd)}`), goingOn(adapter, "virtual disk", vd.id));
+                make("span.words", {}, vdWords("VD", vd)), goingOn(adapter, "virtual disk", vd.id));
 }
 
 // The array's space, divided among its virtual disks.
 function spaceBar(array) {
     const parts =
-        (array.virtualDisks ?? [])
+        array.virtualDisks
             .map((vd) =>
                      make(`span.part.${vdState(vd).tone}`,
                           {vars: {share: Math.max(vd.size ?? 0, 1)}, title: `${vd.name ?? ""} ${sizeText(vd.size)}`},
@@ -82,12 +83,11 @@ function spaceBar(array) {
 }
 
 function arrayCard(adapter, array) {
-    const disks = array.disks ?? [];
     return make(
         "article.volume", {
             "data-key": keyOf(adapter.id, "array", array.id),
             tabindex: -1,
-            on: lightsDisks(adapter, [...disks, ...(array.spares ?? [])])
+            on: lightsDisks(adapter, [...array.disks, ...array.spares])
         },
         make("header", {}, make("h4", {}, array.name || `Array ${array.id}`),
              array.level && make("span.level", {}, array.level), chip(arrayState(array))),
@@ -95,24 +95,23 @@ function arrayCard(adapter, array) {
              [`Array ${array.id}`, sizeText(array.size), array.freeSize > 0 && `${sizeText(array.freeSize)} free`]
                  .filter(Boolean)
                  .join(" \u00b7 ")),
-        members(adapter, disks, array.spares), goingOn(adapter, "array", array.id), spaceBar(array),
-        make("ul.vds", {}, (array.virtualDisks ?? []).map((vd) => vdLine(adapter, vd))));
+        members(adapter, array.disks, array.spares), goingOn(adapter, "array", array.id), spaceBar(array),
+        make("ul.vds", {}, array.virtualDisks.map((vd) => vdLine(adapter, vd))));
 }
 
 function vdCard(adapter, vd) {
     return make(
         "article.volume",
-        {"data-key": keyOf(adapter.id, "virtual disk", vd.id), tabindex: -1, on: lightsDisks(adapter, vd.disks ?? [])},
+        {"data-key": keyOf(adapter.id, "virtual disk", vd.id), tabindex: -1, on: lightsDisks(adapter, vd.disks)},
         make("header", {}, make("h4", {}, vd.name || `Virtual disk ${vd.id}`),
              vd.level && make("span.level", {}, vd.level), chip(vdState(vd))),
-        make("p.words", {}, `Virtual disk ${vd.id} \u00b7 ${vdWords(vd)}`), members(adapter, vd.disks ?? []),
+        make("p.words", {}, vdWords("Virtual disk", vd)), members(adapter, vd.disks, []),
         goingOn(adapter, "virtual disk", vd.id));
 }
 
 function volumesView(adapter) {
     const cards = [
-        ...(adapter.arrays ?? []).map((array) => arrayCard(adapter, array)),
-        ...(adapter.virtualDisks ?? []).map((vd) => vdCard(adapter, vd))
+        ...adapter.arrays.map((array) => arrayCard(adapter, array)), ...adapter.virtualDisks.map((vd) => vdCard(adapter, vd))
     ];
     return cards.length > 0 ? make("div.volumes", {}, cards) : null;
 }

@@ -48,7 +48,7 @@ function tileText(machine, meanings) {
     if (machine.problems.length === 0) return machine.adapters.length === 0 ? "there is no adapter" : "";
     const [first] = machine.problems;
     const more = new Set(machine.problems.map((one) => one.name)).size - 1;
-    return `${meanings[first.name] ?? first.name}${more > 0 ? `, and ${more} more` : ""}`;
+    return `${meanings[first.name]}${more > 0 ? `, and ${more} more` : ""}`;
 }
 
 function tile(machine, page, chosen) {
@@ -72,7 +72,7 @@ function fleetBar(machines, chosen) {
         const current = chosen.problem === verdict;
         const href = addressOf({...chosen, problem: current ? "" : verdict});
         const text = [make("b", {}, numbers.format(count(verdict))), ` ${state.word}`];
-        return make(`a.${state.tone}`, {href, vars: {share: count(verdict)}, "aria-current": current},
+        return make(`a.${state.tone}`, {href, vars: {share: count(verdict)}, "aria-current": current && "true"},
                     make("span.count", {}, shape(state.shape), text));
     };
     const there = Object.entries(VERDICTS).filter(([verdict]) => count(verdict) > 0);

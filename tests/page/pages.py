@@ -24,6 +24,18 @@ TWO_SHELVES = {"adapters": [{
               dict(DISK, type="SAS SSD", size="1600GB", parent=1, port=10, enclosure=2, spare="global")],
     "arrays": [{"name": "bulk", "level": "RAID60", "disks": list(range(18)), "virtualDisks": [{"name": "bulk"}]},
                {"name": "fast", "level": "RAID10", "disks": list(range(23, 33)), "virtualDisks": [{"name": "mail"}]}]}]}
+# What no adapter is: little is told, and that is odd.
+ODD = [{"id": 1, "type": "LD-based", "model": {}, "battery": False, "portMultipliers": [{"id": 0, "ports": 2}],
+        "enclosures": [{"id": 9, "elements": [{"slot": 70000}, {"type": "fan", "status": 4}, {"type": "constructor"}]}],
+        "disks": [{"id": 5, "enclosure": 2, "slot": 1}, {"id": 5, "enclosure": 2, "slot": 1, "size": -1, "wear": 1e300},
+                  {"model": ["x"], "temperature": "hot"},
+                  {"id": 6, "on": "PM", "parent": 0, "port": 1, "state": "foreign", "temperature": 20, "wear": 3}],
+        "arrays": [{"disks": [None, 5, "x", 77], "virtualDisks": [{"disks": [5], "status": "valueOf"}, {}]}],
+        "virtualDisks": [{"id": 2, "disks": [5], "activity": {"percent": 1000}}]},
+       {"id": 2, "battery": {"status": 3, "percentage": 70}}]
+# A machine with nothing wrong, made long before the others.
+TWIN = {"report": 1, "host": "twin", "made": "2026-01-02T07:00:00Z", "adapters": [
+    {"id": 0, "type": "LD-based", "battery": {"status": 1, "percentage": 99}, "disks": [{"id": 0, "state": "healthy", "model": "Gannet GT2000G", "firmware": "GT03A2", "size": 1e12}]}]}
 
 
 class Pages(unittest.TestCase):
@@ -48,12 +60,34 @@ class Pages(unittest.TestCase):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.browser.open(bench.path("page.html"))
 
-    def bay(self, label):
-        return self.browser.one(f'button.bay[aria-label^="{label}"]')
-
 
 def report_of(lab, *happenings):
     bench = Bench(lab)
     for words in happenings:
         bench.sim(*words)
     return bench.report()
+
+
+def chosen_of_troubled():
+    """Few of the troubled lab's disks and volumes, of each kind one, with what no simulated disk is together."""
+    report = dict(report_of("troubled"), host="store1", made="2026-01-05T08:00:00Z")
+    adapter = report["adapters"][0]
+    report["adapters"] = [adapter, *ODD]
+    shelf = adapter["enclosures"][0]
+    shelf["elements"] = [one for one in shelf["elements"] if one.get("slot") in (None, 0, 3, 12, 14, 17, 19)]
+    parts = {part["type"]: part for part in shelf["elements"]}  # the last of each type
+    for kind, status in (("fan", "non-critical"), ("tpr", "unrecoverable"), ("dpl", "unsupported"), ("alm", "not installed")):
+        parts[kind]["status"] = status
+    parts["alm"]["type"] = "dor"
+    disks = {disk["id"]: disk for disk in adapter["disks"] if disk["id"] in (0, 3, 12, 14, 17, 18)}
+    disks[0].update(os=True, temperature=-0.4, locateLed=True, poweredOn=360000)
+    disks[12].update(pending=12, uncorrectable=0, reallocated=1500, temperature=88)
+    disks[17].update(spareInUse=True)
+    adapter["disks"] = list(disks.values())
+    arrays = adapter["arrays"] = adapter["arrays"][1:4]
+    arrays[0].update(status="disk missing", spares=[17])
+    arrays[1]["virtualDisks"].append({"id": 5, "name": "paused", "os": True, "activity": {"kind": "check", "state": "paused", "percent": 5}})
+    adapter["events"] = [{"Class": 1, "DeviceID": 1, "Code": 70, "TimeStamp": 0},
+                         {"Class": 1, "DeviceID": 1, "Code": 76, "TimeStamp": 4200, "Params": [42]}]
+    adapter["battery"]["temperature"] = 3000
+    return report
