@@ -17,9 +17,8 @@ struct Word {
 };
 } // namespace
 
-static constexpr Word elementWords[] = {
-    {"type", Kind::Text},   {"text", Kind::Text},          {"status", Kind::Text},
-    {"slot", Kind::Number}, {"temperature", Kind::Number}, {nullptr, Kind::Text}};
+static constexpr Word elementWords[] = {{"type", Kind::Text},   {"text", Kind::Text},          {"status", Kind::Text},
+                                        {"slot", Kind::Number}, {"temperature", Kind::Number}, {nullptr, Kind::Text}};
 static constexpr Word enclosureWords[] = {{"id", Kind::Id},
                                           {"status", Kind::Text},
                                           {"vendor", Kind::Text},
@@ -81,8 +80,7 @@ static constexpr Word arrayWords[] = {{"id", Kind::Id},
                                       {"virtualDisks", Kind::Objects, vdWords},
                                       {nullptr, Kind::Text}};
 static constexpr Word versionWords[] = {{"firmware", Kind::Text}, {nullptr, Kind::Text}};
-static constexpr Word batteryWords[] = {
-    {"status", Kind::Number}, {"percentage", Kind::Number}, {nullptr, Kind::Text}};
+static constexpr Word batteryWords[] = {{"status", Kind::Number}, {"percentage", Kind::Number}, {nullptr, Kind::Text}};
 static constexpr Word adapterWords[] = {{"id", Kind::Id},
                                         {"type", Kind::Text},
                                         {"model", Kind::Text},

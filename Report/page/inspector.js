@@ -48,8 +48,7 @@ function inspectorCard(adapter, bay) {
         make("header", {}, make("h3", {}, `Disk ${disk.id}`), chip(disk.look),
              make("button.close", {type: "button", "aria-label": "Close", on: {click: dismissInspector}},
                   shape("cross"))),
-        disk.problems.map((problem) => make("p.complaint", {}, sentence(problem.action))),
-        diskFacts(adapter, bay),
+        disk.problems.map((problem) => make("p.complaint", {}, sentence(problem.action))), diskFacts(adapter, bay),
         make("p.hint", {}, disk.locateLed ? "Its light blinks; " : "Makes its light blink: ", make("code", {}, light)));
 }
 
@@ -100,8 +99,7 @@ function dismissInspector() {
 
 // The disks that share an array or a virtual disk with this one.
 function kin(adapter, disk) {
-    const groups =
-        [...adapter.arrays, ...volumesOf(adapter)].map((one) => [...one.disks, ...(one.spares ?? [])]);
+    const groups = [...adapter.arrays, ...volumesOf(adapter)].map((one) => [...one.disks, ...(one.spares ?? [])]);
     const together = groups.filter((ids) => ids.includes(disk.id)).flat();
     return [disk.id, ...together].map((id) => keyOf(adapter.id, "disk", id));
 }

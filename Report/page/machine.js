@@ -28,8 +28,7 @@ function problemView(problem) {
                  make("button.show", {type: "button", on: {click: () => goTo(problem.adapter, kind, id)}}, "Show it");
     return make(`li.problem.${state.tone}`, {"data-problem": problem.name},
                 make("span.mark", {}, shape(state.shape), make("b", {}, state.word)),
-                make("div", {}, make("p.what", {}, problem.text), make("p.do", {}, sentence(problem.action))),
-                show);
+                make("div", {}, make("p.what", {}, problem.text), make("p.do", {}, sentence(problem.action))), show);
 }
 
 function verdictText(machine) {
@@ -72,10 +71,11 @@ function diskTable(adapter) {
     const bays = adapter.shelves.flatMap((shelf) => shelf.bays).filter((bay) => bay.disk);
     if (bays.length === 0) return null;
     const heads = ["Place", "Disk", "State", "Role", "Model", "Serial", "Firmware", "Size", "\u00b0C", "Wear"];
-    const row = ({name, disk}) => [capital(name), `${disk.id}`, chip(disk.look), roleOf(adapter, disk), disk.model,
-                                   disk.serial, disk.firmware, sizeText(disk.size),
-                                   disk.temperature === undefined ? "" : `${disk.temperature}`,
-                                   disk.wear === undefined ? "" : `${disk.wear} %`];
+    const row =
+        ({name,
+          disk}) => [capital(name), `${disk.id}`, chip(disk.look), roleOf(adapter, disk), disk.model, disk.serial,
+                     disk.firmware, sizeText(disk.size), disk.temperature === undefined ? "" : `${disk.temperature}`,
+                     disk.wear === undefined ? "" : `${disk.wear} %`];
     const table = make("details.table", {}, make("summary", {}, `${plural(bays.length, "disk")} as a table`));
     // A table of thousands of rows is made when it is asked for.
     const fill = () =>
@@ -83,8 +83,7 @@ function diskTable(adapter) {
         table.append(make(
             "div.scroll", {},
             make("table", {}, make("thead", {}, make("tr", {}, heads.map((head) => make("th", {scope: "col"}, head)))),
-                 make("tbody", {},
-                      bays.map((bay) => make("tr", {}, row(bay).map((cell) => make("td", {}, cell))))))));
+                 make("tbody", {}, bays.map((bay) => make("tr", {}, row(bay).map((cell) => make("td", {}, cell))))))));
     table.addEventListener("toggle", fill);
     table.fill = fill;
     return table;

@@ -48,7 +48,9 @@ function refreshWall() {
 
 // What was chosen on the wall keeps the focus, though all of it is drawn anew.
 function restoreFocus(had) {
-    const same = had?.closest(".fleet") ? `.fleet .${had.className}` : had?.name ? `.filters [name="${had.name}"]` : null;
+    const same = had?.closest(".fleet") ? `.fleet .${had.className}`
+                 : had?.name ? `.filters [name="${had.name}"]`
+                             : null;
     if (same) document.querySelector(same)?.focus({preventScroll: true});
 }
 

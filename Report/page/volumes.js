@@ -70,12 +70,10 @@ function vdLine(adapter, vd) {
 
 // The array's space, divided among its virtual disks.
 function spaceBar(array) {
-    const parts =
-        array.virtualDisks
-            .map((vd) =>
-                     make(`span.part.${vdState(vd).tone}`,
-                          {vars: {share: Math.max(vd.size ?? 0, 1)}, title: `${vd.name ?? ""} ${sizeText(vd.size)}`},
-                          make("span", {}, vd.name ?? "")));
+    const parts = array.virtualDisks.map(
+        (vd) => make(`span.part.${vdState(vd).tone}`,
+                     {vars: {share: Math.max(vd.size ?? 0, 1)}, title: `${vd.name ?? ""} ${sizeText(vd.size)}`},
+                     make("span", {}, vd.name ?? "")));
     const free = array.freeSize > 0 &&
                  make("span.part.unused", {vars: {share: array.freeSize}, title: `free ${sizeText(array.freeSize)}`},
                       make("span", {}, `${sizeText(array.freeSize)} free`));
@@ -111,7 +109,8 @@ function vdCard(adapter, vd) {
 
 function volumesView(adapter) {
     const cards = [
-        ...adapter.arrays.map((array) => arrayCard(adapter, array)), ...adapter.virtualDisks.map((vd) => vdCard(adapter, vd))
+        ...adapter.arrays.map((array) => arrayCard(adapter, array)),
+        ...adapter.virtualDisks.map((vd) => vdCard(adapter, vd))
     ];
     return cards.length > 0 ? make("div.volumes", {}, cards) : null;
 }

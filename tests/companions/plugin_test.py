@@ -34,22 +34,23 @@ class Plugin(unittest.TestCase):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         return {row.split(" ")[0]: row.split(" ")[1:] for row in done.stdout.splitlines()}
 
+    def expect(self, status, state):
+        done, text = self.run_plugin()
+        self.assertEqual((done, text.split(" - ")[0]), (status, "RAID " + state))
+        return text
+
     def test_states(self):
-        status, text = self.run_plugin()
-        self.assertEqual((status, text.split(" - ")[0]), (OK, "RAID OK"))
+        text = self.expect(OK, "OK")
         values = self.performance(text)
         self.assertEqual((values["critical"], values["warning"], values["disks"]), (["0", "", "0"], ["0", "0", ""], ["8", "", ""]))
         self.assertRegex(values["hottest"][0], r"^\d+$")
         self.bench.sim("disk", "trip", "7")
-        status, text = self.run_plugin()
-        self.assertEqual((status, text.split(" - ")[0]), (WARNING, "RAID WARNING"))
+        self.expect(WARNING, "WARNING")
         self.bench.sim("disk", "fail", "1", "--force")
-        status, text = self.run_plugin()
-        self.assertEqual((status, text.split(" - ")[0]), (CRITICAL, "RAID CRITICAL"))
+        text = self.expect(CRITICAL, "CRITICAL")
         self.assertEqual(self.performance(text)["critical"][0], "1")
         self.bench.sim("fault", "KT_API_Initialize", "9")
-        status, text = self.run_plugin()
-        self.assertEqual((status, text.split(" - ")[0]), (UNKNOWN, "RAID UNKNOWN"))
+        self.expect(UNKNOWN, "UNKNOWN")
 
     def test_long_output(self):
         for disk in range(5):

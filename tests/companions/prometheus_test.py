@@ -79,26 +79,20 @@ class Rules(unittest.TestCase):
                         "promql_expr_test": self.firing(("2m", critical), ("6m", map(alert_name, problems)), ("10m", []))})
 
     def test_what_is_gone_raises_an_alert(self):
-        up = {"series": 'up{job="node",instance="store1"}', "values": "1x3000"}
-        mtime = "node_textfile_mtime_seconds" + FILE
-        self.run_tests(
-            {"input_series": [{"series": "ktraid_up", "values": "1 0 0 0 0 1"}],
-             "promql_expr_test": self.firing(("2m", []), ("3m", ["KtraidDown"]), ("5m", []))},
-            {"input_series": [{"series": "ktraid_adapters", "values": "2 2 1 1 1 1 2"}],
-             "promql_expr_test": self.firing(("1m", []), ("4m", ["KtraidAdapterGone"]), ("6m", []))},
+        up, mtime = 'up{job="node",instance="store1"}', "node_textfile_mtime_seconds" + FILE
+        rows = [  # series with their values, and the alert that is there at each moment
+            ({"ktraid_up": "1 0 0 0 0 1"}, {"2m": None, "3m": "KtraidDown", "5m": None}),
+            ({"ktraid_adapters": "2 2 1 1 1 1 2"}, {"1m": None, "4m": "KtraidAdapterGone", "6m": None}),
             # Never written again since its first minute.
-            {"input_series": [{"series": mtime, "values": "0x30"}],
-             "promql_expr_test": self.firing(("9m", []), ("12m", ["KtraidMetricsOld"]))},
-            {"input_series": [up, {"series": mtime, "values": "0+60x5 stale"}],
-             "promql_expr_test": self.firing(("8m", []), ("11m", ["KtraidMetricsGone"]))},
+            ({mtime: "0x30"}, {"9m": None, "12m": "KtraidMetricsOld"}),
+            ({up: "1x3000", mtime: "0+60x5 stale"}, {"8m": None, "11m": "KtraidMetricsGone"}),
             # A machine that is down is not one whose file is gone.
-            {"input_series": [{"series": 'up{job="node",instance="store1"}', "values": "1x5 0x20"},
-                              {"series": mtime, "values": "0+60x5 stale"}],
-             "promql_expr_test": self.firing(("12m", []))},
-            {"input_series": [{"series": 'ktraid_read_timestamp_seconds{host="store7"}', "values": "0x3000"}],
-             "promql_expr_test": self.firing(("47h", []), ("48h2m", ["KtraidReportOld"]))},
-            {"input_series": [{"series": 'ktraid_report_unreadable{file="a.json"}', "values": "1x9"}],
-             "promql_expr_test": self.firing(("6m", ["KtraidReportUnreadable"]))})
+            ({up: "1x5 0x20", mtime: "0+60x5 stale"}, {"12m": None}),
+            ({'ktraid_read_timestamp_seconds{host="store7"}': "0x3000"}, {"47h": None, "48h2m": "KtraidReportOld"}),
+            ({'ktraid_report_unreadable{file="a.json"}': "1x9"}, {"6m": "KtraidReportUnreadable"})]
+        self.run_tests(*({"input_series": [{"series": name, "values": values} for name, values in series.items()],
+                          "promql_expr_test": self.firing(*((moment, [name] if name else []) for moment, name in moments.items()))}
+                         for series, moments in rows))
 
 
 def free_port():

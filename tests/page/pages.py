@@ -29,11 +29,11 @@ ODD = [{"id": 1, "type": "LD-based", "model": {}, "battery": False, "portMultipl
         "enclosures": [{"id": 9, "elements": [{"slot": 70000}, {"type": "fan", "status": 4}, {"type": "constructor"}]}],
         "disks": [{"id": 5, "enclosure": 2, "slot": 1}, {"id": 5, "enclosure": 2, "slot": 1, "size": -1, "wear": 1e300},
                   {"model": ["x"], "temperature": "hot"},
-                  {"id": 6, "on": "PM", "parent": 0, "port": 1, "state": "foreign", "temperature": 20, "wear": 3}],
+                  {"id": 6, "on": "PM", "parent": 0, "port": 1, "state": "foreign", "temperature": 20.4, "wear": 3}],
         "arrays": [{"disks": [None, 5, "x", 77], "virtualDisks": [{"disks": [5], "status": "valueOf"}, {}]}],
         "virtualDisks": [{"id": 2, "disks": [5], "activity": {"percent": 1000}}]},
        {"id": 2, "battery": {"status": 3, "percentage": 70}}]
-# A machine with nothing wrong, made long before the others.
+# A machine with nothing wrong.
 TWIN = {"report": 1, "host": "twin", "made": "2026-01-02T07:00:00Z", "adapters": [
     {"id": 0, "type": "LD-based", "battery": {"status": 1, "percentage": 99}, "disks": [{"id": 0, "state": "healthy", "model": "Gannet GT2000G", "firmware": "GT03A2", "size": 1e12}]}]}
 

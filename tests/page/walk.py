@@ -87,7 +87,9 @@ class Walk:
             self.browser.driver.back()
         elif name == "go":
             self.browser.run("location.hash = arguments[0]", rest)
-        elif name != "open":
+        elif name == "open":  # from here on the page knows whether a key is taken from the browser
+            self.browser.run("addEventListener('keydown', (event) => { window.taken = event.defaultPrevented; })")
+        else:
             self.browser.run(TOUCH, name, rest)
         self.browser.driver.execute_async_script(SETTLE)
 
