@@ -1,6 +1,5 @@
 // A line typed at the prompt, on a library that takes everything: the first byte chooses the command set.
 #include <cstring>
-#include <unistd.h>
 #include <vector>
 
 #include "ktsetup/commandTables.h"
@@ -8,7 +7,8 @@
 
 static void prepare(bool arrayBased) {
     printToNowhere();
-    close(STDIN_FILENO); // every question is declined
+    static FILE* const nobody = freopen("/dev/null", "r", stdin); // every question is declined
+    require(nobody != nullptr);
     opterr = 0;
     setCommandSets(ldBasedCommands, arrayBasedCommands);
     gNumAdaptersFound = 2;

@@ -1,26 +1,19 @@
 // Labs whose rows say anything: bytes of a complete lab's records are others, and everything that reads or changes an
 // adapter goes by them. Nothing is read beyond a record, and every call ends.
 //     fuzz_rows STATES SEED
-#include <cstring>
-#include <filesystem>
-#include <random>
 #include <unistd.h>
 
 #include "frame/invariants.h"
 #include "lab/lab.h"
 #include "state/simClock.h"
 #include "state/storeFile.h"
+#include "tests/fuzz/fuzz.h"
 #include "tests/sim/chaos.h"
+#include "tests/support/scratch.h"
 
 using namespace sim;
 
 namespace {
-std::minstd_rand chance;
-
-size_t below(size_t limit) {
-    return chance() / 7 % limit;
-}
-
 struct RowKey {
     KT_U8 adapter;
     Kind kind;
@@ -66,7 +59,8 @@ void spoil(Store& store) {
     }
 }
 
-void run(const std::string& path, KT_U64 now) {
+void run(const std::string& path) {
+    const KT_U64 now = 1800000000000;
     static const char* const labs[] = {"default", "troubled", "full", "default", "troubled"};
     const BuiltInLab* lab = labNamed(labs[below(std::size(labs))]);
     replaceStore(path, fillFromLab, lab);
@@ -103,9 +97,8 @@ int main(int argc, char** argv) {
     if (argc < 3) return 2;
     const unsigned long states = strtoul(argv[1], nullptr, 10);
     const unsigned long seed = strtoul(argv[2], nullptr, 10);
-    char folder[] = "/tmp/ktrowsXXXXXX";
-    if (mkdtemp(folder) == nullptr) return 2;
-    const std::string path = std::string(folder) + "/state.db";
+    const ScratchFolder folder;
+    const std::string path = folder.path + "/state.db";
     setenv("KTRAID_SIM", path.c_str(), 1);
     unsetenv("KTRAID_SIM_CHECK"); // these states cannot be right
     for (unsigned long state = 0; state < states; ++state) {
@@ -113,8 +106,7 @@ int main(int argc, char** argv) {
         printf("%lu\n", seed + state);
         fflush(stdout);
         chance.seed(static_cast<unsigned>(seed + state));
-        run(path, 1800000000000);
+        run(path);
     }
-    std::filesystem::remove_all(folder);
     printf("%lu states\n", states);
 }

@@ -4,32 +4,27 @@
 //     fuzz_signals STRIDE
 // tries every STRIDE-th of all places.
 #include <csignal>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <functional>
+#include <fcntl.h>
 #include <iostream>
-#include <map>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "Functions/backup_cfg/backup_cfg.h"
-#include "Functions/restore_cfg/restore_cfg.h"
 #include "Public/start.h"
 #include "devices/solidState.h"
-#include "ktsetup/commandTables.h"
 #include "lab/lab.h"
 #include "state/simClock.h"
 #include "state/storeFile.h"
 #include "tests/fuzz/passing/calls.h"
+#include "tests/fuzz/passing/commands.h"
+#include "tests/support/scratch.h"
 
 void (*beforeCall)(const std::string& call);
 KT_U8 (*afterCall)(const char* name, const std::vector<AnswerBytes>& answers, KT_U8 status);
 
 namespace {
-std::string answers; // a file that says yes to every question
-int calls;           // a pipe that the calls are written to
-unsigned signalAt;   // the call before which the signal comes, from 1; 0 = never
+std::string beside; // the folder of what belongs to no state: the answers to questions, and the calls
+int calls;          // the file that the calls are written to
+unsigned signalAt;  // the call before which the signal comes, from 1; 0 = never
 int signalSent;
 unsigned made = 0;
 
@@ -45,49 +40,36 @@ struct Run {
     std::vector<std::string> calls;
 };
 
-_cmd_struct configCommands[] = {{"backup_cfg", 11, doBackUp_CFG, backup_cfg_help, backup_cfg_sh},
-                                {"restore_cfg", 12, doRestore_CFG, restore_cfg_help, restore_cfg_sh}};
-
 // The child: the program, with its own end.
 [[noreturn]] void runProgram(const std::string& line) {
     std::string text = "ktsetup " + line;
     std::vector<char*> words(text.size() + 2);
     int count = 0;
     parse(&count, words.data(), text.data());
-    const CommandSet config = {configCommands, std::size(configCommands), nullptr, 0};
-    const bool configures = line.find("_cfg") != std::string::npos;
-    setCommandSets(configures ? config : ldBasedCommands, configures ? config : arrayBasedCommands);
-    if (freopen(answers.c_str(), "r", stdin) == nullptr) _exit(97);
+    chooseCommandsFor(line);
+    if (freopen((beside + "/yes").c_str(), "r", stdin) == nullptr) _exit(97);
     if (freopen("/dev/null", "w", stdout) == nullptr || freopen("/dev/null", "w", stderr) == nullptr) _exit(98);
     exit(runOneShot(takeCommandLine(count, words.data())));
 }
 
 Run run(const std::string& line, unsigned at, int number) {
-    int ends[2];
-    if (pipe(ends) != 0) abort();
+    const std::string log = beside + "/calls";
     std::cout.flush(); // or the child would write it once more
     const pid_t child = fork();
     if (child == 0) {
-        close(ends[0]);
         alarm(60);
-        calls = ends[1];
+        calls = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         signalAt = at;
         signalSent = number;
         beforeCall = logAndSignal;
         runProgram(line);
     }
-    close(ends[1]);
     Run result = {};
-    std::string all;
-    char buffer[4096];
-    for (ssize_t got; (got = read(ends[0], buffer, sizeof buffer)) > 0;) {
-        all.append(buffer, static_cast<size_t>(got));
-    }
-    close(ends[0]);
-    for (size_t from = 0, to; (to = all.find('\n', from)) != std::string::npos; from = to + 1) {
-        result.calls.push_back(all.substr(from, to - from));
-    }
     waitpid(child, &result.status, 0);
+    std::ifstream logged(log);
+    for (std::string call; std::getline(logged, call);) {
+        result.calls.push_back(call);
+    }
     return result;
 }
 
@@ -97,6 +79,7 @@ bool changes(const std::string& call) {
     }
     return true;
 }
+
 std::vector<std::string> changesOf(const Run& run) {
     std::vector<std::string> changing;
     for (const std::string& call : run.calls) {
@@ -112,21 +95,8 @@ struct Case {
     const char* lab = "empty";
 };
 
-// Each on a copy of the state that the lines before made.
-struct Place {
-    std::string folder;
-    std::string state() const { return folder + "/state.db"; }
-    void save() const { std::filesystem::copy(folder, folder + ".saved", std::filesystem::copy_options::recursive); }
-    void restore() const {
-        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-            std::filesystem::remove_all(entry.path());
-        }
-        std::filesystem::copy(folder + ".saved", folder, std::filesystem::copy_options::recursive);
-    }
-    void forget() const { std::filesystem::remove_all(folder + ".saved"); }
-};
-
 unsigned failures = 0;
+
 void fail(const std::string& line, unsigned at, int number, const std::string& what) {
     ++failures;
     std::cout << line << ", signal " << number << " before call " << at << ": " << what << "\n";
@@ -161,13 +131,19 @@ const Case cases[] = {
     {{}, "0 ssdop -d 11 -f microcode", 2, "default"},
 };
 
-unsigned tryCase(const Case& tried, unsigned stride, unsigned from, const Place& place) {
-    sim::replaceStore(place.state(), sim::fillFromLab, sim::labNamed(tried.lab));
+// Answers how many places there are. Each is tried on a copy of the state that the lines before made.
+unsigned tryCase(const Case& tried, unsigned stride, unsigned from) {
+    namespace fs = std::filesystem;
+    const ScratchFolder place;
+    fs::current_path(place.path);
+    setenv("KTRAID_SIM", (place.path + "/state.db").c_str(), 1);
+    sim::replaceStore(place.path + "/state.db", sim::fillFromLab, sim::labNamed(tried.lab));
     for (const std::string& line : tried.before) {
         if (!WIFEXITED(run(line, 0, 0).status)) fail(line, 0, 0, "does not run");
     }
-    std::ofstream("microcode") << sim::makeMicrocode("Petrel PS480G SSD", "PS50A", std::string(300 * 1024, '.'));
-    place.save();
+    writeText("microcode", sim::makeMicrocode("Petrel PS480G SSD", "PS50A", std::string(300 * 1024, '.')));
+    const ScratchFolder saved;
+    fs::copy(place.path, saved.path, fs::copy_options::recursive);
     const Run whole = run(tried.line, 0, 0);
     const size_t changing = changesOf(whole).size();
     std::cout << tried.line << ": " << whole.calls.size() << " calls, " << changing << " of them change something\n";
@@ -177,29 +153,27 @@ unsigned tryCase(const Case& tried, unsigned stride, unsigned from, const Place&
     for (unsigned at = 1; at <= whole.calls.size(); ++at) {
         for (int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
             if ((from + places++) % stride != 0) continue;
-            place.restore();
+            for (const auto& entry : fs::directory_iterator(place.path)) {
+                fs::remove_all(entry.path());
+            }
+            fs::copy(saved.path, place.path, fs::copy_options::recursive);
             check(tried, whole, at, number);
         }
     }
-    place.forget();
+    fs::current_path("/");
     return places;
 }
 } // namespace
 
 int main(int argc, char** argv) {
     const unsigned stride = argc > 1 ? std::max(1U, static_cast<unsigned>(strtoul(argv[1], nullptr, 10))) : 1;
-    char folder[] = "/tmp/ktsignalsXXXXXX";
-    if (mkdtemp(folder) == nullptr || chdir(folder) != 0) return 2;
-    const Place place = {folder};
-    setenv("KTRAID_SIM", place.state().c_str(), 1);
-    answers = place.folder + ".yes";
-    std::ofstream(answers) << "y\ny\ny\ny\ny\ny\n";
+    const ScratchFolder folder; // not a global: the children end as programs do
+    beside = folder.path;
+    writeText(beside + "/yes", "y\ny\ny\ny\ny\ny\n");
     unsigned places = 0;
     for (const Case& tried : cases) {
-        places += tryCase(tried, stride, places, place);
+        places += tryCase(tried, stride, places);
     }
-    std::filesystem::remove_all(folder);
-    std::filesystem::remove(answers);
     std::cout << places << " places, every " << stride << ". tried, " << failures << " failures\n";
     return failures == 0 ? 0 : 1;
 }

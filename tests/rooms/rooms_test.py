@@ -4,6 +4,7 @@ every source has a header of its own name.
 usage: rooms_test.py SOURCE_DIR BUILD_DIR OBJECTS, a file that names the objects. A unit is a source file; it uses
 another one when its object needs a symbol that the other's defines.
 """
+import graphlib
 import os
 import re
 import subprocess
@@ -86,26 +87,10 @@ def wrong(user, used):
 
 def circle(arrows):
     """Units that use each other in a circle, or nothing."""
-    done, path = set(), []
-
-    def visit(unit):
-        if unit in path:
-            return path[path.index(unit) :] + [unit]
-        if unit in done:
-            return []
-        path.append(unit)
-        for used in sorted(arrows.get(unit, ())):
-            found = visit(used)
-            if found:
-                return found
-        path.pop()
-        done.add(unit)
-        return []
-
-    for unit in sorted(arrows):
-        found = visit(unit)
-        if found:
-            return found
+    try:
+        graphlib.TopologicalSorter(arrows).prepare()
+    except graphlib.CycleError as found:
+        return found.args[1][::-1]
     return []
 
 
