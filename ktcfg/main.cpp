@@ -38,8 +38,17 @@ static _cmd_struct* findCommand(const char* word) {
     return *word == '\0' || found == std::end(commands) ? nullptr : found;
 }
 
+// Takes away the two words that say where the output goes: it goes there by now, and plans refuse stray words.
+static void forgetOutput(CommandLine& line) {
+    char** const end = line.argv + line.argc;
+    char** const at = std::find_if(line.argv, end, [](const char* word) { return word[0] == '-' && word[1] == '\1'; });
+    std::copy(at + 2, end + 1, at);
+    line.argc -= 2;
+}
+
 // Plans are made of reports, which open the library by themselves, or need none.
-static int runPlanning(const CommandLine& line, _cmd_struct* row) {
+static int runPlanning(CommandLine line, _cmd_struct* row) {
+    if (line.toOutput) forgetOutput(line);
     chooseCommandSet();
     const int result = row->cmdHandler(line.argc - 1, line.argv + 1, row);
     const bool written = closeOutput();

@@ -113,7 +113,7 @@ static int waitFor(const Invocation& invocation, const WaitWords& words) {
         const auto pause = display.look.colours ? std::chrono::milliseconds(1000) : std::chrono::milliseconds(2000);
         const auto left =
             timeout ? std::chrono::duration_cast<std::chrono::milliseconds>(begin + *timeout - Clock::now()) : pause;
-        std::this_thread::sleep_for(std::clamp(left, std::chrono::milliseconds(0), pause));
+        std::this_thread::sleep_for(std::min(left, pause));
     }
 }
 

@@ -59,8 +59,7 @@ void changeState(const Options& options, const std::function<void(Store&)>& work
         work(*store);
         commitTransaction(*store);
     } catch (...) {
-        rollbackTransaction(*store);
-        closeStore(store);
+        closeStore(store); // which undoes what was not committed
         throw;
     }
     closeStore(store);

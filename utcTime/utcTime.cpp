@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <unistd.h>
 
 // True when the line holds the setting outside a comment.
@@ -24,13 +23,8 @@ static int scanFor(FILE* file, const char* utc, const char* local) {
 
 int scanClockFile(const char* path) {
     // Most machines have no such file, and every start asks: the stream comes only with the file.
-    int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return UTC_CLOCK_UNKNOWN;
-    FILE* file = fdopen(fd, "r");
-    if (file == nullptr) {
-        close(fd);
-        return UTC_CLOCK_UNKNOWN;
-    }
+    FILE* file = access(path, R_OK) == 0 ? fopen(path, "re") : nullptr;
+    if (file == nullptr) return UTC_CLOCK_UNKNOWN;
     int setting = scanFor(file, "HWCLOCK=\"-u\"", "HWCLOCK=\"--localtime\"");
     if (setting == UTC_CLOCK_UNKNOWN) setting = scanFor(file, "UTC=true", "UTC=false");
     fclose(file);

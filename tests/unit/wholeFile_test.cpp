@@ -13,6 +13,7 @@
 // Watches what is asked of the kernel: these stand before the C library's own.
 static std::vector<std::string> gAsked;
 static std::string gTarget;
+static int gFailure = 0; // what the kernel answers to both; 0: what it would
 
 static std::string describe(int fd) {
     struct stat status = {};
@@ -23,12 +24,14 @@ static std::string describe(int fd) {
 
 extern "C" int fsync(int fd) {
     gAsked.push_back("flush " + describe(fd));
-    return static_cast<int>(syscall(SYS_fsync, fd));
+    errno = gFailure;
+    return gFailure != 0 ? -1 : static_cast<int>(syscall(SYS_fsync, fd));
 }
 
 extern "C" int fchown(int fd, uid_t owner, gid_t group) {
     gAsked.push_back("owner " + std::to_string(owner) + ":" + std::to_string(group));
-    return static_cast<int>(syscall(SYS_fchown, fd, owner, group));
+    errno = gFailure;
+    return gFailure != 0 ? -1 : static_cast<int>(syscall(SYS_fchown, fd, owner, group));
 }
 
 static bool gPlainRename = false;      // as of a file system that knows no other
@@ -77,6 +80,45 @@ TEST_F(WholeFile, KeepsOwnerAndPermissionsOfTheOneItReplaces) {
     EXPECT_EQ(status.st_uid, mayGiveAway ? 12345U : getuid());
     const std::string owner = "owner " + std::to_string(status.st_uid) + ":" + std::to_string(status.st_gid);
     EXPECT_EQ(gAsked.front(), owner) << "asked for by everybody, granted to the superuser";
+}
+
+TEST_F(WholeFile, IsWholeOrNotThere) {
+    const std::tuple<int, WroteFile, WroteFile> rows[] = {
+        {EIO, WroteFile::NotWritten, WroteFile::NotWritten}, // a new file, and one that replaces another
+        {EPERM, WroteFile::NotWritten, WroteFile::NotWritten},
+        {EINVAL, WroteFile::Yes, WroteFile::NotWritten}, // of a file system that knows no flushing
+        {EROFS, WroteFile::Yes, WroteFile::NotWritten},
+    };
+    for (const auto& [failure, made, replaced] : rows) {
+        gFailure = failure;
+        EXPECT_EQ(writeWholeFile(gTarget, "new", Existing::Keep), made) << failure;
+        EXPECT_EQ(fileText(gTarget), made == WroteFile::Yes ? "new" : "");
+        writeText(gTarget, "old");
+        EXPECT_EQ(writeWholeFile(gTarget, "new", Existing::Replace), replaced) << failure;
+        gFailure = 0;
+        EXPECT_EQ(fileText(gTarget), "old");
+        EXPECT_EQ(writeWholeFile(gTarget, "x", Existing::Keep), WroteFile::Exists);
+        unlink(gTarget.c_str());
+    }
+    EXPECT_EQ(writeWholeFile(folder, "x", Existing::Replace), WroteFile::NotOpened);
+    EXPECT_EQ(writeWholeFile(folder + "/", "x", Existing::Keep), WroteFile::Exists);
+    EXPECT_EQ(writeWholeFile(folder + "/none/x", "x", Existing::Keep), WroteFile::NotOpened);
+    write_mem_to_file(nullptr, "x", 1);
+    write_mem_to_file(stdout, nullptr, 1);
+}
+
+TEST_F(WholeFile, IsReadUpToItsLimit) {
+    std::string bytes;
+    for (const auto& [size, result] :
+         {std::pair(0UL, ReadFile::Yes), std::pair(FILE_TOO_BIG, ReadFile::Yes),
+          std::pair(MOST_FILE_BYTES, ReadFile::Yes), std::pair(MOST_FILE_BYTES + 1, ReadFile::TooBig)}) {
+        const std::string text(size, '\0');
+        writeText(gTarget, text);
+        EXPECT_EQ(readWholeFile(gTarget, bytes), result) << size;
+        EXPECT_EQ(bytes, result == ReadFile::Yes ? text : "") << size;
+    }
+    EXPECT_EQ(readWholeFile(folder, bytes), ReadFile::NotOpened);
+    EXPECT_EQ(readWholeFile(folder + "/none", bytes), ReadFile::NotOpened);
 }
 
 TEST_F(WholeFile, NeverTakesTheNameOfAnother) {
