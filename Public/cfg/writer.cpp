@@ -15,65 +15,51 @@ static const char banner[] =
     "#   related with phy tuning values which equals to 'FFFF' means no need to configure.  #\n"
     "########################################################################################\n";
 
-static void appendNumber(std::string& text, KT_U32 value, KT_U8 radix) {
+static std::string numberText(KT_U32 value, KT_U8 radix) {
     char digits[32];
-    text.append(digits, U32_TRANSLATE_STR(digits, value, 0, radix));
+    return {digits, U32_TRANSLATE_STR(digits, value, 0, radix)};
 }
 
-static void appendWord(std::string& text, const CfgKey& key, KT_U32 value) {
+static const char* wordText(const CfgKey& key, KT_U32 value) {
     for (size_t i = 0; i < key.words.count; ++i) {
-        if (key.words.words[i].value == value) text += cfgWord(key.words.words[i].code);
+        if (key.words.words[i].value == value) return cfgWord(key.words.words[i].code);
     }
+    return "";
 }
 
-static void appendMembers(std::string& text, const _LD_Info& ld) {
-    const char* separator = "";
+static std::string membersText(const _LD_Info& ld) {
+    std::string text;
     for (unsigned i = 0; i < cfgMembers(ld); ++i) {
         if (ld.BlockIDs[i] == KT_NO_ID) continue;
-        text += separator;
-        appendNumber(text, ld.BlockIDs[i], 10);
-        separator = ",";
+        if (!text.empty()) text += ',';
+        text += numberText(ld.BlockIDs[i], 10);
     }
-}
-
-static void appendValue(std::string& text, const CfgKey& key, const void* record, unsigned index) {
-    if (key.alwaysWritten != nullptr) {
-        text += key.alwaysWritten;
-        return;
-    }
-    unsigned element = key.owner == CfgOwner::Port ? index : 0;
-    switch (key.form) {
-    case CfgForm::Raw:
-        text.append(static_cast<const char*>(record) + key.field.offset, key.writtenBytes);
-        break;
-    case CfgForm::Word:
-        appendWord(text, key, fieldValue(record, key.field, element));
-        break;
-    case CfgForm::SasAddress:
-        text += sasAddressText(static_cast<const _HBA_Info_Page*>(record)->SAS_Address[index]);
-        break;
-    case CfgForm::Members:
-        appendMembers(text, *static_cast<const _LD_Info*>(record));
-        break;
-    case CfgForm::PortId:
-    case CfgForm::SpareId:
-        appendNumber(text, index, key.writtenRadix);
-        break;
-    case CfgForm::SpareArray:
-        if ((static_cast<const _HD_RAID_STATUS*>(record)->Status & KT_PD_DEDICATED_SPARE) == 0) {
-            appendNumber(text, CFG_GLOBAL_SPARE, key.writtenRadix);
-            break;
-        }
-        [[fallthrough]];
-    default:
-        appendNumber(text, fieldValue(record, key.field, element) >> key.writtenShift, key.writtenRadix);
-    }
+    return text;
 }
 
 std::string cfgValueText(const CfgKey& key, const void* record, unsigned index) {
-    std::string text;
-    appendValue(text, key, record, index);
-    return text;
+    if (key.alwaysWritten != nullptr) return key.alwaysWritten;
+    unsigned element = key.owner == CfgOwner::Port ? index : 0;
+    switch (key.form) {
+    case CfgForm::Raw:
+        return {static_cast<const char*>(record) + key.field.offset, key.writtenBytes};
+    case CfgForm::Word:
+        return wordText(key, fieldValue(record, key.field, element));
+    case CfgForm::SasAddress:
+        return sasAddressText(static_cast<const _HBA_Info_Page*>(record)->SAS_Address[index]);
+    case CfgForm::Members:
+        return membersText(*static_cast<const _LD_Info*>(record));
+    case CfgForm::PortId:
+    case CfgForm::SpareId:
+        return numberText(index, key.writtenRadix);
+    case CfgForm::SpareArray:
+        if ((static_cast<const _HD_RAID_STATUS*>(record)->Status & KT_PD_DEDICATED_SPARE) == 0) {
+            return numberText(CFG_GLOBAL_SPARE, key.writtenRadix);
+        }
+        [[fallthrough]];
+    default:
+        return numberText(fieldValue(record, key.field, element) >> key.writtenShift, key.writtenRadix);
+    }
 }
 
 std::string shownCfgValue(const std::string& written) {
@@ -108,7 +94,7 @@ static void appendGroup(std::string& text, const CfgSection& section, const Desc
         if (key.owner != what.owner || !isWritten(key, what.record, mode)) continue;
         text += key.key;
         text += '=';
-        appendValue(text, key, what.record, what.index);
+        text += cfgValueText(key, what.record, what.index);
         text += '\n';
     }
 }

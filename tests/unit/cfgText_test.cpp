@@ -327,6 +327,23 @@ TEST(CfgReader, SaysWhatIsWrong) {
     }
 }
 
+TEST(CfgReader, TellsDigits) {
+    const std::tuple<const char*, int, int, KT_U32> rows[] = {
+        // decimal? hexadecimal? 0 is yes; the decimal number
+        {"", 0, 0, 0},
+        {"42", 0, 0, 42},
+        {"4G", 1, 1, 0xFFFFFFFF},
+        {"aF9", 1, 0, 0xFFFFFFFF},
+        {"4294967295", 0, 0, 0xFFFFFFFF},
+        {"4294967296", 0, 0, 0xFFFFFFFF},
+    };
+    for (const auto& [text, decimal, hexadecimal, number] : rows) {
+        KT_U32 read = 7;
+        str_to_dec_u32(text, &read);
+        EXPECT_EQ(std::tuple(str_isdigit(text), str_isxdigit(text), read), std::tuple(decimal, hexadecimal, number));
+    }
+}
+
 TEST(CfgReader, KeepsWithinItsRecords) {
     std::string lines;
     for (int i = 0; i < 255; ++i)

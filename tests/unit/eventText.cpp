@@ -4,7 +4,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -136,14 +135,12 @@ TEST(EventText, StaysInItsBufferWhateverTheValues) {
 }
 
 TEST(EventText, HasAWordForEverySeverity) {
-    std::set<std::string> words;
-    for (KT_U8 severity = 0; severity < 8; ++severity) {
-        words.insert(severityText(severity));
+    std::string words;
+    for (KT_U8 severity = 0; severity <= 8; ++severity) {
+        words += severityText(severity);
     }
-    EXPECT_EQ(words.size(), 8u);
-    EXPECT_STREQ(severityText(7), "[FATAL]");
-    EXPECT_STREQ(severityText(8), "[UNKNOWN]");
-    EXPECT_STREQ(severityText(255), "[UNKNOWN]");
+    EXPECT_EQ(words + severityText(255),
+              "[UNKNOWN][OTHER][INFO][WARNING][MINOR][MAJOR][CRITICAL][FATAL][UNKNOWN][UNKNOWN]");
 }
 
 } // namespace

@@ -114,25 +114,18 @@ TEST(Hexadecimal, KeepsItsOldWays) {
 }
 
 TEST(Hexadecimal, IsFilledWithZeros) {
-    auto eight = [](unsigned v) {
-        char text[32] = {};
-        unsigned short at = fill_zero_to_str_before_u32value(text, v);
-        U32_TRANSLATE_STR(text, v, at, 16);
-        return std::string(text);
+    const std::tuple<unsigned, unsigned short, const char*, const char*> rows[] = {
+        {0, 3, "00000000", "000"},    {0, 0, "00000000", ""},          {0x1F, 5, "0000001F", "000"},
+        {0x12345, 3, "00012345", ""}, {0xFFFFFFFF, 8, "FFFFFFFF", ""}, {0x12345678, 9, "12345678", "0"},
     };
-    EXPECT_EQ(eight(0), "00000000");
-    EXPECT_EQ(eight(0xAB), "000000AB");
-    EXPECT_EQ(eight(0xFFFFFFFF), "FFFFFFFF");
-    auto wide = [](unsigned v, unsigned short width) {
+    for (const auto& [value, width, eight, zeros] : rows) {
         char text[32] = {};
-        unsigned short at = fill_zero_to_str_before_hexu32value(text, v, width);
-        EXPECT_EQ(strlen(text), at);
-        return std::string(text);
-    };
-    EXPECT_EQ(wide(0, 0), "");
-    EXPECT_EQ(wide(0, 3), "000");
-    EXPECT_EQ(wide(0x1F, 5), "000");
-    EXPECT_EQ(wide(0x12345, 3), "");
+        U32_TRANSLATE_STR(text, value, fill_zero_to_str_before_u32value(text, value), 16);
+        EXPECT_STREQ(text, eight);
+        memset(text, 0, sizeof text);
+        EXPECT_EQ(fill_zero_to_str_before_hexu32value(text, value, width), strlen(zeros));
+        EXPECT_STREQ(text, zeros);
+    }
     char text[16] = {};
     EXPECT_EQ(U32_TRANSLATE_STR(text, 4294967295U, 1, 10), 11);
     EXPECT_STREQ(text + 1, "4294967295");

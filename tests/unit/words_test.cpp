@@ -105,4 +105,11 @@ TEST_F(Dispatcher, FindsRowsByWordAndUniquePrefixOrRefuses) {
     EXPECT_EQ(dispatch("inn"), "8inner");
 }
 
+TEST(AdapterRecords, ForgetTheStatusOfAdaptersThatWent) {
+    gAdapterStatus[5] = KT_ERR_FAILED;
+    gNumAdaptersFound = 0;
+    readAdapterRecords();
+    EXPECT_EQ(gAdapterStatus[5], KT_OK);
+}
+
 } // namespace
