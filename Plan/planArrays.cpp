@@ -120,7 +120,6 @@ static void createVdIn(Planner& planner, const WantedVd& wanted, PresentArray& a
     vd.id = freeVdId(planner.now);
     vd.name = wanted.name;
     vd.layout = array.layout;
-    vd.busy = true;
     const auto size = placeVd(array, wanted.size, vd.id, slotsOf(planner.now));
     if (!size) {
         planner.plan.reasons.push_back({wanted.place, "does not fit into array \"" + shown(array.name) + "\", where " +
@@ -228,7 +227,6 @@ static void createVd(Planner& planner, const WantedVd& wanted) {
     vd.name = wanted.name;
     vd.layout = layoutOf(planner, wanted.layout);
     vd.redundant = isRedundant(wanted.layout.level);
-    vd.busy = true;
     const KT_U64 most = capacityWith(vd.layout, smallestRoom(planner, vd.layout, true));
     vd.size = wanted.size ? *wanted.size >> 20 << 20 : most;
     if (!isHybrid(wanted.layout.level) && vd.size > most) {

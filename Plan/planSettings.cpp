@@ -63,12 +63,11 @@ static std::string cacheRisk(const Planner& planner) {
                                : "at once; no battery keeps what is in the write cache when the power fails";
 }
 
-// The adapter lets virtual disks choose that at all.
-static bool chooses(Planner& planner, const std::string& place, const char* word, const char* feature) {
-    if (planner.now.advanced.empty() || planner.now.advanced.contains(feature)) return true;
+// Whether the adapter lets virtual disks choose that at all.
+static void checkChoice(Planner& planner, const std::string& place, const char* word, const char* feature) {
+    if (planner.now.advanced.empty() || planner.now.advanced.contains(feature)) return;
     addUnreachable(planner, place + "." + word, planner.now.name + " does not let virtual disks choose it",
                    "leave it out");
-    return false;
 }
 
 void planVdSettings(Planner& planner, const WantedVd& wanted, const PresentVd& there) {
@@ -79,14 +78,14 @@ void planVdSettings(Planner& planner, const WantedVd& wanted, const PresentVd& t
         draft.words.insert(draft.words.end(), {"-n", wanted.name});
         because("its name is \"" + shown(there.name) + "\"");
     }
-    if (!wanted.cache.empty() && there.cache != wanted.cache &&
-        chooses(planner, wanted.place, "cache", "vd write cache")) {
+    if (!wanted.cache.empty() && there.cache != wanted.cache) {
+        checkChoice(planner, wanted.place, "cache", "vd write cache");
         draft.words.insert(draft.words.end(), {"-c", wanted.cache});
         because("its cache is " + (there.cache.empty() ? "of no known mode" : there.cache));
         waive = wanted.cache == "on";
     }
-    if (wanted.readAhead && there.readAhead != wanted.readAhead &&
-        chooses(planner, wanted.place, "readAhead", "vd read cache")) {
+    if (wanted.readAhead && there.readAhead != wanted.readAhead) {
+        checkChoice(planner, wanted.place, "readAhead", "vd read cache");
         draft.words.insert(draft.words.end(), {"-p", *wanted.readAhead ? "ra" : "none"});
         because(*wanted.readAhead ? "it does not read ahead" : "it reads ahead");
     }

@@ -13,10 +13,10 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "report"))
-from frame import BIN, check_table, give, value_of  # noqa: E402  (the folder of the tests of reports)
+from frame import BIN, check_table, filled, give, value_of  # noqa: E402  (the folder of the tests of reports)
 
 ADAPTER = {
-    "model": "T8", "serial": "KS1", "type": "array-based", "bus": {"device": 18304}, "battery": {"status": 1},
+    "serial": "K1", "type": "array-based", "bus": {"device": 18304}, "battery": {"status": 1},
     "levels": ["RAID0", "RAID1", "RAID5", "RAID6", "RAID10"], "stripes": [16, 32, 64, 128],
     "features": ["migration", "only same type hd for create"], "advancedFeatures": ["vd write cache", "vd read cache"],
     "limits": {"virtualDisksPerArray": 8, "disksPerArray": 32, "disksPerVirtualDisk": 16, "parity": 3},
@@ -76,12 +76,12 @@ class Plans(unittest.TestCase):
             "adapter": int(how.partition("for ")[2] or -1),
             "wanted": wanted if how == "file" else {"adapters": wanted if isinstance(wanted, list) else [wanted]}}) + "\n")
         self.planner.stdin.flush()
-        return list(iter(lambda: self.planner.stdout.readline().rstrip("\n"), ""))
+        return filled(iter(lambda: self.planner.stdout.readline().rstrip("\n"), ""))
 
     def test_plans(self):
         with subprocess.Popen([os.path.join(BIN, "planner")], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                               text=True) as self.planner:
-            check_table(self, os.path.join(os.path.dirname(os.path.abspath(__file__)), "plans.txt"), self.said, filled=True)
+            check_table(self, os.path.join(os.path.dirname(os.path.abspath(__file__)), "plans.txt"), self.said)
 
 
 if __name__ == "__main__":

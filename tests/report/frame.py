@@ -30,10 +30,15 @@ def fits_schema(test, document, what):
     test.assertEqual(faults[:5], [], what)
 
 
-def check_table(test, path, said, filled=False):
-    """Compares a file of rows at the margin, each with what said(row) answers below it, indented, with filled in one
-    paragraph; a row that ends in the middle goes on in the next line. The word "write" behind the test's name writes
-    the file anew: then look at every line that changes."""
+def filled(items):
+    """Short things in one paragraph."""
+    return textwrap.wrap(" | ".join(items), 146, break_long_words=False, break_on_hyphens=False)
+
+
+def check_table(test, path, said):
+    """Compares a file of rows at the margin, each with what said(row) answers below it, indented; a row that ends in the
+    middle goes on in the next line. The word "write" behind the test's name writes the file anew: then look at every
+    line that changes."""
     with open(path, encoding="ascii") as file:
         lines = file.read().splitlines()
     told, row = [], ""
@@ -42,12 +47,9 @@ def check_table(test, path, said, filled=False):
             continue  # what was said before
         told.append(line)
         row += line.strip() + " "
-        if line.endswith((";", ",", ":", "wanted")):
-            continue
-        answer = [] if row.startswith("#") else list(said(row.strip()))
-        row = ""
-        told += (textwrap.wrap(" | ".join(answer), 150, initial_indent="    ", subsequent_indent="    ", break_long_words=False,
-                               break_on_hyphens=False) if filled else ["    " + one for one in answer])
+        if not line.endswith((";", ",", ":", "wanted")):
+            told += ["    " + one for one in ([] if row.startswith("#") else said(row.strip()))]
+            row = ""
     if sys.argv[-1] == "write":
         with open(path, "w", encoding="ascii") as file:
             file.write("\n".join(told) + "\n")

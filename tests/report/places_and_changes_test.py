@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
 """diff, events and wait: what they say of adapters that change, and what they leave when they are killed."""
 import copy
+import fcntl
 import json
 import os
 import signal
+import struct
 import subprocess
+import termios
 import time
 import unittest
 
@@ -106,8 +109,22 @@ class Views(unittest.TestCase):
         waiting = self.view("wait", "--vd", "2", "--timeout", "1s", result=4)
         self.assertRegex(waiting, r'^virtual disk 2 "orders" on adapter 0: rebuild \d+ %, about \d')
         self.assertEqual(self.view("wait", "--array", "1", "--timeout", "0", result=4), waiting)
+        other = self.view("wait", "-a", "1", "--vd", "1", "--timeout", "0", result=4)
+        self.assertEqual([self.view("wait", *words, "--timeout", "0", result=4) for words in ([], ["--all"])], [waiting + other] * 2)
+        for words in (["--vd", "0"], ["--array", "0"], ["--pd", "0"], ["--vd", "0", "-a", "1"]):
+            self.assertEqual(self.view("wait", *words), "Nothing is going on.\n")
         for words in (["--vd", "7"], ["--pd", "99"], ["--timeout", "soon"], ["--vd", "1", "--array", "1"]):
             self.assertEqual(self.bench.run("ktreport", "wait", *words).returncode, 2, words)
+
+    def test_wait_on_a_terminal(self):
+        self.bench.sim("disk", "fail", "1", "--force")
+        self.bench.sim("clock", "advance", "1h")
+        leader, follower = os.openpty()
+        fcntl.ioctl(follower, termios.TIOCSWINSZ, struct.pack("HHHH", 24, 120, 0, 0))
+        done = subprocess.run([os.path.join(BIN, "ktreport"), "wait", "--array", "1", "--timeout", "0"], stdout=follower,
+                              env=dict(self.bench.environment, TERM="xterm", NO_COLOR=""), check=False)
+        self.assertEqual((done.returncode, os.read(leader, 4096).decode().replace("\r", "")), (
+            4, 'virtual disk 2 "orders" on adapter 0  rebuild  [########......................]  27 %, about 2 h 39 min left\n'))
 
     def awaited(self, *disturb):
         """The result of a wait for a rebuild during which something happens."""

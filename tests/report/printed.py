@@ -1,4 +1,5 @@
 """What ktsetup prints of an adapter, told from the report alone: a label and its value for every line."""
+import time
 
 LEVELS = {"RAID0": "RAID0", "JBOD": "JBOD", "TANDEM CAPACITY": "tandemix capacity", "TANDEM SAFE": "tandemix safe",
           "HYBRID": "tandemix hybrid"}
@@ -143,6 +144,8 @@ def virtual_disk(one):
              "RAID6 redundancy:": one.get("parity", 0), "BGA status:": state or "N/A",
              "Block ids:": " ".join(str(block) for block in one["blocks"] if block is not None), "# of PDs:": one["members"],
              "PD RAID setup:": setup(one), "Running OS:": OS[one.get("os")]}
+    if "written" in one:
+        lines["Last write time:"] = time.asctime(time.strptime(one["written"], "%Y-%m-%dT%H:%M:%SZ"))
     if activity:
         word = ACTIVITIES.get(activity.get("kind"), "unknown bga action")
         how = {"running": f"is {percent}% done", "paused": f"is paused at {percent}%",
