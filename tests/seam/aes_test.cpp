@@ -94,8 +94,8 @@ TEST_F(Aes, LeavesNoSecretInTheWords) {
     };
     for (const char* line : lines) {
         Outcome outcome = run(line);
-        EXPECT_EQ(std::string::npos, outcome.words.find("secret")) << line;
-        EXPECT_EQ(std::string::npos, outcome.printed.find("secret")) << line;
+        EXPECT_FALSE(has(outcome.words, "secret")) << line;
+        EXPECT_FALSE(has(outcome.printed, "secret")) << line;
     }
     for (const char* line : {"aesport --p=secret", "aesport --pasword=secret", "aesport --aeson=secret"}) {
         testing::internal::CaptureStderr();
@@ -104,7 +104,7 @@ TEST_F(Aes, LeavesNoSecretInTheWords) {
     }
     Outcome port = run("aesport -o mount -i 1 -e 1 -p secret");
     Outcome entry = run("aesentry -o getcfg -i 1 -p secret");
-    EXPECT_EQ(std::string::npos, (port.words + entry.words).find("secret"));
+    EXPECT_FALSE(has((port.words + entry.words), "secret"));
 }
 
 TEST_F(Aes, ListsEntriesWithTheirPortsAndPortsWithTheirEntry) {

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "Public/utility.h"
 #include "tests/seam/seam.h"
 #include "tests/support/scratch.h"
 
@@ -64,11 +65,14 @@ struct Cfg : SeamTest {
         seam.flash.assign(bytes.begin(), bytes.end());
         return run(line);
     }
-    // What the last run put behind it.
+    // What the last run put behind it, with a sum that is right.
     static _HBA_Info_Page written() {
         _HBA_Info_Page behind = {};
         EXPECT_EQ(2 * sizeof behind, seam.flash.size());
         if (seam.flash.size() == 2 * sizeof behind) memcpy(&behind, &seam.flash[sizeof behind], sizeof behind);
+        _HBA_Info_Page sums = behind;
+        EXPECT_EQ(0, GetHBAInfoChksum_Flash(&sums));
         return behind;
     }
+    static long files() { return std::distance(fs::directory_iterator("."), fs::directory_iterator()); }
 };

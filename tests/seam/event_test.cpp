@@ -107,7 +107,7 @@ TEST_F(Events, ShowAtMostThirtySenseBytes) {
     // The serial number of a found adapter is no sense data.
     event.Class = 0;
     event.Code = 9;
-    EXPECT_EQ(std::string::npos, printed("event").find("Sense"));
+    EXPECT_FALSE(has(printed("event"), "Sense"));
 }
 
 TEST_F(Events, AsMessagesArePrintedNewestFirst) {

@@ -92,6 +92,7 @@ std::vector<TableRow> rowsOf(const std::string& table) {
             TableRow found = {line, row.substr(arrow + 2), -1};
             if (arrow > equals + 2) found.result = std::stoi(row.substr(equals + 2));
             if (open != line.npos) found.line.replace(open, end - open, word);
+            word.erase(0, word.rfind(' ') + 1);
             replaceAll(found.message, "{}", word == "\\t" ? "" : word);
             if (!found.message.empty()) found.message += "\n";
             rows.push_back({unescaped(found.line), unescaped(found.message), found.result});

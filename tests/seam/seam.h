@@ -95,8 +95,12 @@ inline void expect(const std::string& words, const std::string& printed, int res
     expect(run(words), printed, result, file, line);
 }
 
+inline bool has(const std::string& text, const std::string& part) {
+    return text.find(part) != text.npos;
+}
+
 // A row of a table of texts is a line and, behind " => ", its message without the end of the line. Of the words in
-// braces, {a|b}, each makes a row, and {} in the message is the one that does. A result stands within the arrow: =19>.
+// braces, {a|b}, each makes a row, and {} in the message is its last word. A result stands within the arrow: =19>.
 // The second of two tabs in a row, \t behind a blank, makes an empty word.
 struct TableRow {
     std::string line, message;

@@ -49,7 +49,7 @@ TEST_F(Set, EachSettingOfAnAdapterHasItsPlaceAndItsLine) {
     for (const auto& [option, at, line] : rows) {
         const bool rate = option.ends_with("rate");
         const std::string words = "set -o hba --" + option;
-        EXPECT_NE(std::string::npos, printed(words + (rate ? " 100" : " on")).find(line + (rate ? "100 %\n" : "on\n")));
+        EXPECT_TRUE(has(printed(words + (rate ? " 100" : " on")), line + (rate ? "100 %\n" : "on\n")));
         std::string sent(sizeof(_Adapter_Config_V2), '\0');
         sent[at] = rate ? 100 : 1;
         EXPECT_EQ(sent, seam.sent["KT_Adapter_SetConfig"]) << option;
