@@ -20,11 +20,8 @@ inline _HD_RAID_STATUS& disk(KT_U16 id) {
 inline Calls callsThat(bool change) {
     Calls found;
     for (const std::string& call : seam.calls) {
-        const std::string name = call.substr(0, call.find(' '));
-        bool changes =
-            name.find("_Start") != name.npos || name.find("BGAControl") != name.npos || name == "KT_LD_PauseAll";
-        if (call.starts_with("KT_DG_StartMigration size")) changes = false;
-        if (changes == change) found.push_back(call);
+        const bool sizeOnly = call.starts_with("KT_DG_StartMigration size");
+        if ((has(call, "_Start") || has(call, "BGAControl")) && !sizeOnly ? change : !change) found.push_back(call);
     }
     return found;
 }
@@ -40,11 +37,7 @@ inline void layOut() {
     seam = {};
     gCurrentAdapter = 0;
     arrayBasedRaid = false;
-    gAdapterInfo[0] = {};
-    gAdapterInfo[0].Features = 0xFF;
-    gAdapterInfo[0].LogicalDriverMode = 0x0FFF;
-    gAdapterInfo[0].MaxParityDisks = 3;
-    gAdapterInfo[0].DevID = 0x4701;
+    gAdapterInfo[0] = {.DevID = 0x4701, .Features = 0xFF, .MaxParityDisks = 3, .LogicalDriverMode = 0x0FFF};
     seam.lds.resize(1);
     seam.ldStatuses.resize(1);
     seam.arrays.resize(1);
@@ -56,12 +49,8 @@ inline void layOut() {
     array().BlockSize = 512;
     addDisks(10);
     for (KT_U16 id = 1; id <= 3; ++id) {
-        _Block_Info block = {};
-        block.ID = static_cast<KT_U16>(10 + id);
-        block.HDID = id;
-        block.LDID = 2;
-        seam.blocks.push_back(block);
-        vd().BlockIDs[id - 1] = block.ID;
+        seam.blocks.push_back({.ID = static_cast<KT_U16>(10 + id), .HDID = id, .LDID = 2});
+        vd().BlockIDs[id - 1] = seam.blocks.back().ID;
         array().PDIDs[id - 1] = id;
         disk(id).Status = KT_PD_MEMBER;
     }

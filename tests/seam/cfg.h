@@ -61,8 +61,7 @@ struct Cfg : SeamTest {
             {100, 0, KT_PD_MEMBER, {}}, {107, 0xFFFF, KT_PD_GLOBAL_SPARE, {}}, {108, 3, KT_PD_DEDICATED_SPARE, {}}};
     }
     Outcome runOn(const std::string& line) {
-        std::string bytes = bytesOf(page);
-        seam.flash.assign(bytes.begin(), bytes.end());
+        seam.flash = bytesOf(page);
         return run(line);
     }
     // What the last run put behind it, with a sum that is right.

@@ -1,4 +1,3 @@
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "Functions/restore_cfg/assignment.h"
@@ -72,17 +71,6 @@ TEST_F(Autoset, WhatTheRangesNoLongerReachStaysTheAdaptersOwn) {
     EXPECT_TRUE(has(fileText("c.txt"), "[SASADDRESS]= ABABABAB:ABABABAB # blanks\n"));
     EXPECT_EQ(used, fileText("setcfg.txt"));
 }
-
-// Files can be no longer than so many bytes while this lives.
-struct FileLimit {
-    rlimit before = {};
-    explicit FileLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before);
-        rlimit limit = {bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileLimit() { setrlimit(RLIMIT_FSIZE, &before); }
-};
 
 TEST_F(Autoset, NothingIsFlashedWhenAFileCannotBeRewritten) {
     const std::string opening = "To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"

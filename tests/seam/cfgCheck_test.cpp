@@ -192,7 +192,7 @@ TEST_F(Obstacles, AreLookedForByReadingOnly) {
     const std::string cannot = "'" + file + "' cannot be restored here.\n";
     auto check = [&](const std::string& words) {
         start(false);
-        seam.flash.assign(bytes.begin(), bytes.end());
+        seam.flash = bytes;
         seam.lds = {old};
         seam.ldStatuses = {{KT_VD_ONLINE, 0, 0, 0, 0, 7}};
         seam.blocks = {{1, 9, 0, 7, 0, 0, 512, 0, 0, 0}, {2, 40, 0, 7, 0, 0, 512, 0, 0, 0}};

@@ -21,14 +21,7 @@ struct Events : SeamTest {
 };
 
 _Event makeEvent(KT_U16 eventClass, KT_U16 code, KT_U32 sequence) {
-    _Event event = {};
-    event.Class = eventClass;
-    event.Code = code;
-    event.DeviceID = 2;
-    event.SequenceNo = sequence;
-    event.Severity = 2;
-    event.TimeStamp = 1767600000;
-    return event;
+    return {eventClass, code, 1767600000, 2, 2, 0, sequence, {}, 0, 0, {}};
 }
 
 // What stands behind a label, line by line.
@@ -112,9 +105,7 @@ TEST_F(Events, ShowAtMostThirtySenseBytes) {
 
 TEST_F(Events, AsMessagesArePrintedNewestFirst) {
     for (KT_U32 sequence : {8U, 4000000009U}) {
-        _Event_Message message = {};
-        message.SequenceNo = sequence;
-        message.Severity = static_cast<KT_U8>(sequence % 10 - 1);
+        _Event_Message message = {.SequenceNo = sequence, .Severity = static_cast<KT_U8>(sequence % 10 - 1)};
         strcpy(message.time, "then\t");
         memset(message.msg, 'm', sizeof message.msg);
         seam.messages.push_back(message);

@@ -37,30 +37,29 @@ TEST_F(Info, DiskNamesWhatItIsAttachedTo) {
     // Everything about the disk's own end differs from its parent's, and so do the ids of the enclosures.
     link.Self = {7, 77, 1, {76}, {}, 75, {}};
     link.Parent = {3, 0, 2, {5, 6}, {}, 12, {}};
-    const char* const places[] = {"HBA port 5", "PM 3, port 5", "Expander 3, port 5", "enclosure 3, HBA port 5",
-                                  "unknown device, type 4, id 3, port 5"};
-    for (size_t type = 0; type < std::size(places); ++type) {
-        link.Parent.DevType = static_cast<KT_U8>(type);
-        EXPECT_EQ(value("info -o pd -i 7", "Linked at"), places[type]);
+    const std::pair<KT_U8, const char*> places[] = {{0, "HBA port 5"},
+                                                    {1, "PM 3, port 5"},
+                                                    {2, "Expander 3, port 5"},
+                                                    {3, "enclosure 3, HBA port 5"},
+                                                    {4, "unknown device, type 4, id 3, port 5"},
+                                                    {254, "unknown device, type 254, id 3, port 5"},
+                                                    {255, "no line"}};
+    for (const auto& [type, place] : places) {
+        link.Parent.DevType = type;
+        EXPECT_EQ(value("info -o pd -i 7", "Linked at"), place);
     }
-    link.Parent.DevType = 254;
-    EXPECT_EQ(value("info -o pd -i 7", "Linked at"), "unknown device, type 254, id 3, port 5");
-    link.Parent.DevType = 255;
-    EXPECT_EQ(value("info -o pd -i 7", "Linked at"), "no line");
     EXPECT_EQ(value("info -o pd -i 7", "PD ID"), "7");
 }
 
 TEST_F(Info, SizeCountsTheDisksOwnSectors) {
     _HD_Info& disk = seam.hds[0];
-    const std::tuple<KT_U64, KT_U32, const char*> rows[] = {
-        {1001, 4096, "4004 K"},
-        {1001, 512, "500 K"},
-        {1001, 520, "508 K"},
-        {1001, 0, "500 K"},
-        {0, 4096, "not available"},
-        {UINT64_MAX, 512, "not available"},
-        {1ULL << 51, 4096, "9007199254740992 K"},
-    };
+    const std::tuple<KT_U64, KT_U32, const char*> rows[] = {{1001, 4096, "4004 K"},
+                                                            {1001, 512, "500 K"},
+                                                            {1001, 520, "508 K"},
+                                                            {1001, 0, "500 K"},
+                                                            {0, 4096, "not available"},
+                                                            {UINT64_MAX, 512, "not available"},
+                                                            {1ULL << 51, 4096, "9007199254740992 K"}};
     for (const auto& [sectors, bytes, size] : rows) {
         disk.Size = sectors;
         disk.BlockSize = bytes;
@@ -69,10 +68,7 @@ TEST_F(Info, SizeCountsTheDisksOwnSectors) {
 }
 
 TEST_F(Info, RunningSystemIsSaidForDisksAndVirtualDisks) {
-    seam.lds.resize(1);
-    seam.lds[0].ID = 7;
-    seam.lds[0].BlkCount = 1;
-    seam.lds[0].BlockIDs[0] = KT_NO_ID;
+    seam.lds = {{.ID = 7, .BlkCount = 1, .BlockIDs = {KT_NO_ID}}};
     const std::tuple<KT_U8, const char*, const char*> rows[] = {
         {0, "no", "no"}, {158, "yes", "yes"}, {159, "yes", "unknown"}, {9, "unknown", "unknown"}};
     for (const auto& [status, disk, vd] : rows) {
@@ -86,12 +82,7 @@ TEST_F(Info, RunningSystemIsSaidForDisksAndVirtualDisks) {
 }
 
 TEST_F(Info, RestoringAHybridDiskIsSaid) {
-    seam.lds.resize(1);
-    seam.ldStatuses.resize(1);
-    seam.lds[0].RaidMode = KT_TANDEM_SAFE;
-    seam.lds[0].BGAStatus = KT_STATE_RUNNING;
-    seam.lds[0].BlkCount = 1;
-    seam.lds[0].BlockIDs[0] = KT_NO_ID;
+    seam.lds = {{.BGAStatus = KT_STATE_RUNNING, .RaidMode = KT_TANDEM_SAFE, .BlkCount = 1, .BlockIDs = {KT_NO_ID}}};
     const std::tuple<KT_U8, KT_U8, const char*> rows[] = {
         {KT_BGA_REBUILD, KT_STATE_RUNNING, "restore is 40% done"},
         {KT_BGA_INIT_QUICK, KT_STATE_RUNNING, "40% done"},
@@ -100,7 +91,7 @@ TEST_F(Info, RestoringAHybridDiskIsSaid) {
         {0, KT_STATE_NONE, "N/A"},
     };
     for (const auto& [activity, state, said] : rows) {
-        seam.ldStatuses[0] = {KT_VD_ONLINE, activity, 40, state, 0, 0};
+        seam.ldStatuses = {{KT_VD_ONLINE, activity, 40, state, 0, 0}};
         for (const char* object : {"vd", "tandem"}) {
             EXPECT_EQ(value(std::string("info -o ") + object, "initializing status"), said) << object;
         }
@@ -116,13 +107,11 @@ TEST_F(Info, AdapterIsDescribedToItsLastField) {
             EXPECT_EQ(text, in(lines, label)) << label;
     };
     const char never[] = "no line";
-    info.RevisionID = 0xA1;
-    info.DevID = 0x4700;
-    info.BIOSVersion.MajorVersion = 2;
-    info.PortCount = 255; // more than the record holds
-    info.PortSasAddress[0][7] = 1;
-    info.MaxTotalBlocks_V2 = info.MaxTotalBlocks = 8;
-    info.AdvancedFeatures = 1 << 20;
+    // More ports than the record holds.
+    // clang-format off
+    info = {.BIOSVersion = {.MajorVersion = 2}, .DevID = 0x4700, .PortCount = 255, .RevisionID = 0xA1,
+            .AdvancedFeatures = 1 << 20, .MaxTotalBlocks = 8, .MaxTotalBlocks_V2 = 8, .PortSasAddress = {{0, 0, 0, 1}}};
+    // clang-format on
     expectSaid({{"Chip revision", "A1"},
                 {"PCIe status", "N/A"},
                 {"# of ports", "255"},
@@ -138,16 +127,11 @@ TEST_F(Info, AdapterIsDescribedToItsLastField) {
     info.StripeSizeSupported = 0x80;
     info.DevID = 0x4760;
     expectSaid({{"Stripe size supported", never}, {"BIOS version", "2.0.0.0000"}, {"Firmware", never}});
-    info.StripeSizeSupported = 0;
-    info.AdvancedFeatures = UINT32_MAX;
-    info.PortSupportType = 7;
-    info.MaxAESPort = 4;
-    info.MaxSpeed = 4;
-    info.MaxSSDPerTandemix = 5;
-    info.MaxSSDSegment = 6;
-    info.DevID = 0x4761;
-    info.RevisionID = 0x2F;
-    info.MaxTotalBlocks_V2 = 9;
+    // clang-format off
+    info = {.DevID = 0x4761, .PortSupportType = 7, .RevisionID = 0x2F, .AdvancedFeatures = UINT32_MAX,
+            .MaxTotalBlocks = 8, .MaxTotalBlocks_V2 = 9, .MaxAESPort = 4, .MaxSSDPerTandemix = 5, .MaxSSDSegment = 6,
+            .MaxSpeed = 4};
+    // clang-format on
     expectSaid({{"Supported port type", "SATA PATA SAS "},
                 {"Chip revision", "2f"},
                 {"Max PCIe speed", "Unknown"},

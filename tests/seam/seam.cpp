@@ -228,13 +228,13 @@ KT_U8 KT_Flash_Bin(KT_U8 a, KT_U8 action, KT_U8 imageType, _Flash_Data* page) {
     if (seam.flashFailsAt >= 0 && page->PageNum != seam.flashFailsAt) status = KT_OK;
     if (status != KT_OK || action == KT_FLASH_ERASE) return status;
     if (action == KT_FLASH_UPDATE) {
-        seam.flash.insert(seam.flash.end(), page->Data, page->Data + page->Size);
+        seam.flash.append(page->Data, page->Data + page->Size);
         if (seam.flashed != nullptr) seam.flashed();
         return status;
     }
-    size_t count = start < seam.flash.size() ? std::min(seam.flash.size() - start, sizeof page->Data) : 0;
-    std::copy_n(seam.flash.begin() + static_cast<std::ptrdiff_t>(std::min(start, seam.flash.size())), count,
-                page->Data);
+    const std::string found = seam.flash.substr(std::min(start, seam.flash.size()), sizeof page->Data);
+    const size_t count = found.size();
+    memcpy(page->Data, found.data(), count);
     page->Size = seam.flashClaims != 0 ? seam.flashClaims : static_cast<KT_U32>(count);
     page->isLastPage = !seam.flashEndless && start + count >= seam.flash.size();
     return status;

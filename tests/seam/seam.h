@@ -30,7 +30,7 @@ struct Seam {
     std::vector<_Event> events;
     std::vector<_Event_Message> messages;
     KT_U8 claimed = 0;           // how many events there are said to be; 0: as many as there are
-    std::vector<KT_U8> flash;    // the image that a backup reads and an update writes
+    std::string flash;           // the image that a backup reads and an update writes
     void (*flashed)() = nullptr; // what happens when a page has been written
     int flashFailsAt = -1;       // the page at which KT_Flash_Bin answers its status
     KT_U32 flashClaims = 0;      // what a page that is read says of its size; 0: the truth

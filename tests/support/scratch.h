@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <sys/resource.h>
 
 struct ScratchFolder {
     std::string path = "/tmp/kttest.XXXXXX";
@@ -15,6 +16,19 @@ struct ScratchFolder {
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
     ~ScratchFolder() { std::filesystem::remove_all(path); }
+};
+
+// Files can be no longer than so many bytes while this lives.
+struct FileLimit {
+    rlimit before = {};
+    explicit FileLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit = {bytes, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FileLimit(const FileLimit&) = delete;
+    FileLimit& operator=(const FileLimit&) = delete;
+    ~FileLimit() { setrlimit(RLIMIT_FSIZE, &before); }
 };
 
 inline std::string fileText(const std::filesystem::path& path) {
