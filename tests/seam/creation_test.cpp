@@ -113,16 +113,11 @@ create -r hs -d 8,9 =>
 )");
     seam.blocks.clear();
     expectSteps(R"(
-with KT_PD_GetHDRaidStatus=9
-create -r 1 -d 8,9 =1> Failed to get status for PD 8 (error 9: Invalid physical disk id)
-with KT_PD_GetMBRInfo=1
-create -r 1 -d 8,9 =1> \nFailed to create virtual disk (error 1: Failed).
-with KT_BLK_GetInfo=12
-create -r 1 -d 8,9 =12> Can not get disk 8 information(error 12: Invalid block disk id).
-with KT_LD_GetInfo=5
-create -r 1 -d 8,9 => 
-with KT_LD_Create=73
-create -r 1 -d 8,9 =73> \nFailed to create virtual disk (error 73: Physical disks are not of the same type.).
+create -r 1 -d 8,9 ! KT_PD_GetHDRaidStatus=9 =1> Failed to get status for PD 8 (error 9: Invalid physical disk id)
+create -r 1 -d 8,9 ! KT_PD_GetMBRInfo=1 =1> \nFailed to create virtual disk (error 1: Failed).
+create -r 1 -d 8,9 ! KT_BLK_GetInfo=12 =12> Can not get disk 8 information(error 12: Invalid block disk id).
+create -r 1 -d 8,9 ! KT_LD_GetInfo=5 => 
+create -r 1 -d 8,9 ! KT_LD_Create=73 =73> \nFailed to create virtual disk (error 73: Physical disks are not of the same type.).
 )");
 }
 
@@ -221,20 +216,13 @@ TEST_F(ArrayCreation, SaysWhatStandsInTheWay) {
     expectSteps(R"(
 create -o array -r 1 -d 8,77 =1> Unable to get info of PD 77, (error 0 : No error)
 $line --sizeonly => \nArry of size 0x0004a90be M can be created by the given parameters
-with KT_PD_GetHDInfo_Ext=1
-$line => Create array 7 successfully.
-with KT_PD_GetHDInfo_Ext=1, KT_PD_GetHDInfo=9
-$line =1> Unable to get info of PD 8 (error 9 : Invalid physical disk id)
-with KT_PD_GetHDRaidStatus=9
-$line =1> Unable to get info of PD 8, (error 9 : Invalid physical disk id)
-with KT_PD_GetMBRInfo=1
-$line =1> \nFailed to create virtual disk (error 1: Failed).
-with KT_CreateOrModify_DG=4
-$line =4> \nNo resources. Max available size is 4886718 M
-with KT_CreateOrModify_DG=57
-$line =57> \nFailed to create array (error 57: Number of physical disks doesn't fit the specified RAID level).
-with KT_CreateOrModify_DG=1
-$line --sizeonly =1> \nFailed to calculate array size by the given parameters(error 1: Failed).
+$line ! KT_PD_GetHDInfo_Ext=1 => Create array 7 successfully.
+$line ! KT_PD_GetHDInfo_Ext=1, KT_PD_GetHDInfo=9 =1> Unable to get info of PD 8 (error 9 : Invalid physical disk id)
+$line ! KT_PD_GetHDRaidStatus=9 =1> Unable to get info of PD 8, (error 9 : Invalid physical disk id)
+$line ! KT_PD_GetMBRInfo=1 =1> \nFailed to create virtual disk (error 1: Failed).
+$line ! KT_CreateOrModify_DG=4 =4> \nNo resources. Max available size is 4886718 M
+$line ! KT_CreateOrModify_DG=57 =57> \nFailed to create array (error 57: Number of physical disks doesn't fit the specified RAID level).
+$line --sizeonly ! KT_CreateOrModify_DG=1 =1> \nFailed to calculate array size by the given parameters(error 1: Failed).
 )",
                 {{"line", line}});
     EXPECT_EQ("KT_CreateOrModify_DG 1", seam.calls.back());
@@ -301,11 +289,8 @@ TEST_F(ArrayCreation, OfAVirtualDiskSaysWhatStandsInTheWay) {
 create -a 3 -l {32|300} =1> Invalid slot number.  Total slot is 255
 create -a 3 -s 500 =1> Total slots has reached its max number (8), VD will use up all specified slot space, '-s' is not allowed.
 create -a 4 =1> Unable to get info for array 4  (error 0: No error)
-with KT_CreateOrModify_VD=4
-create -a 3 =4> \nNo resources. Max available size is 2 M
-with KT_CreateOrModify_VD=64
-create -a 3 =64> \nFailed to create virtual disk (error 64: Internal error, no virtual disk id available).
-with KT_DG_GetInfo=17
-create -a 4 =17> Unable to get info for array 4  (error 17: Invalid array id)
+create -a 3 ! KT_CreateOrModify_VD=4 =4> \nNo resources. Max available size is 2 M
+create -a 3 ! KT_CreateOrModify_VD=64 =64> \nFailed to create virtual disk (error 64: Internal error, no virtual disk id available).
+create -a 4 ! KT_DG_GetInfo=17 =17> Unable to get info for array 4  (error 17: Invalid array id)
 )");
 }

@@ -120,9 +120,7 @@ TEST_F(Flash, AsksWhetherRawImagesAreTaken) {
     expectSteps(R"(
 $bin => $done | KT_Flash_PreData 0 type 1 size 1; KT_Flash_Bin 0 15 1 page 0 last 1 size 1
 $raw => \nFail to update file '$f' since raw image format is not supported. | KT_Adapter_GetConfig 0
-with KT_Adapter_GetConfig=1
-$raw =1> \nFailed to update file '$f', error 1: Failed | KT_Adapter_GetConfig 0
-with KT_Adapter_GetConfig=0
+$raw ! KT_Adapter_GetConfig=1 =1> \nFailed to update file '$f', error 1: Failed | KT_Adapter_GetConfig 0
 )",
                 texts);
     seam.rawDisabled = 0;
@@ -182,8 +180,7 @@ TEST_F(Flash, ShowsTheVersionOfAFile) {
 flash -a version -t firmware -f "~/$X y" => $version | KT_Flash_GetHeaderInfo ~/$X y 255 0 0 0 0 65535
 flash -a version -p pd -f x => $version
 flash -a version -t bios -f x => \nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from file: 3
-with KT_Flash_GetHeaderInfo=165
-flash -a version -t bios -f x =165> \nFailed to check version of file 'x', error 165: invalid file input
+flash -a version -t bios -f x ! KT_Flash_GetHeaderInfo=165 =165> \nFailed to check version of file 'x', error 165: invalid file input
 )",
                 {{"version", "major version:     4000000000\\nminor version:     1\\nrevision number:   2\\n"
                              "build number:      65535\\nSub Verndor ID:    1b4b"}});

@@ -94,9 +94,8 @@ locate -i 0x10 => Success to set PD 16 LED status  | KT_LocateArrayDevice 1 16 1
 locate -a OFF -i 3 => Success to set PD 3 LED status  | KT_LocateArrayDevice 1 3 0
 import -i 0xFE =>  | KT_LD_Import 254
 report --id 7 =>  | KT_LD_Report 7
-with KT_PD_GetConfig=9
-get -o hd =9> \nUnable to get configuration of hard disk 255 (error 9 : Invalid physical disk id).
-get -o hba -i 255 =13> \nUnable to get configuration info of hba 255 (error 13: Invalid adapter id)
+get -o hd ! KT_PD_GetConfig=9 =9> \nUnable to get configuration of hard disk 255 (error 9 : Invalid physical disk id).
+get -o hba -i 255 ! KT_PD_GetConfig=9 =13> \nUnable to get configuration info of hba 255 (error 13: Invalid adapter id)
 )");
     EXPECT_EQ(0, run("enc -o enc -i \t").result);
 }
@@ -114,8 +113,7 @@ TEST_F(Query, MapsAnyNumberOfDevicesAndOnlyFreeDisksUnasked) {
     EXPECT_EQ((Calls{"KT_Tandem_GetHDMagic 256 from 0 to 260", "KT_Tandem_GetHDMagic 39 from 261 to 299"}), magic);
     expectSteps(R"(
 devmap -o PDx -i 0x40 => Device ID:           64\nMagic Number:        $magic | KT_PD_GetHDInfo 64; KT_Tandem_GetHDMagic 1 from 64 to 64
-with KT_PD_GetHDRaidStatus 5=4
-devmap -o pd =4> Fail! (error 4: Resource not available).
+devmap -o pd ! KT_PD_GetHDRaidStatus 5=4 =4> Fail! (error 4: Resource not available).
 )",
                 {{"magic", std::string(24, 'm')}});
     seam.hds.clear();

@@ -18,7 +18,8 @@ TEST_F(Removal, OfVirtualDisksAsksForWhatItStops) {
         {"sure", "Are you sure you want to delete this virtual disk? (y or n)"},
         {"patrol", "Delete VD will stop Media patrol on PD. Do you want to continue?(y or n)"},
         {"done", "Delete VD 3 successfully."},
-        {"again", "Please input y or n."}};
+        {"again", "Please input y or n."},
+        {"busy", "Virtual disk is currently having BGA"}};
     _LD_STATUS& vd = seam.ldStatuses[0];
     expectSteps(R"(
 delete -o VD -i 3 < x,,Y => $sure\n$again\n$again\n$done | KT_LD_GetStatus 3; KT_LD_Delete 3 1
@@ -54,35 +55,36 @@ delete -o VD -i 3 < y,y => $sure\n$patrol\n$done | KT_LD_GetStatus 3; KT_LD_Dele
         texts["doing"] = "\\nVD 3 is " + std::string(named) + ", do you still want to delete it? (y or n)";
         // That an activity cannot be stopped shows in the deletion.
         expectSteps(R"(
-with KT_LD_BGAControl=153
-delete -o VD -i 3 < y,n => $sure\n$doing | KT_LD_GetStatus 3
-delete -o VD -i 3 < y,y => $sure\n$doing\n$done | $stopped
-delete -o ld -i 3 -f < y => $sure\n$done | $stopped
-delete -o vd -i 3 --waiveconfirmation => $done | $stopped
+delete -o VD -i 3 ! KT_LD_BGAControl=153 < y,n => $sure\n$doing | KT_LD_GetStatus 3
+delete -o VD -i 3 ! KT_LD_BGAControl=153 < y,y => $sure\n$doing\n$done | $stopped
+delete -o ld -i 3 -f ! KT_LD_BGAControl=153 < y => $sure\n$done | $stopped
+delete -o vd -i 3 --waiveconfirmation ! KT_LD_BGAControl=153 => $done | $stopped
 )",
                     texts);
     }
     vd.BgaState = 0x80;
     expectSteps(R"(
-with KT_LD_Delete=61
-delete -o VD -i 3 < y =61> $sure\nFailed to delete VD 3 (error 61: Virtual disk is currently having BGA). | KT_LD_GetStatus 3; KT_LD_Delete 3 1
+delete -o VD -i 3 ! KT_LD_Delete=61 < y =61> $sure\nFailed to delete VD 3 (error 61: $busy). | KT_LD_GetStatus 3; KT_LD_Delete 3 1
 )",
                 texts);
 }
 
 TEST_F(Removal, OfArraysAsks) {
     expectSteps(R"(
-delete -o array -i 0 < n => Are you sure you want to delete this array? (y or n) | KT_DG_GetInfo 0
-delete -o array -i 0 < y => Are you sure you want to delete this array? (y or n)\nDelete array 0 successfully. | KT_DG_GetInfo 0; KT_DG_Delete 0
-with KT_DG_Delete=76
-delete -o array -i 0 --waiveconfirmation =76> Failed to delete array 0 (error 76: At least one virtual disk is on the specified array).
-)");
+delete -o array -i 0 < n => $sure | KT_DG_GetInfo 0
+delete -o array -i 0 < y => $sure\nDelete array 0 successfully. | KT_DG_GetInfo 0; KT_DG_Delete 0
+delete -o array -i 0 ! KT_DG_Delete=76 < y =76> $sure\nFailed to delete array 0 (error 76: $full).
+delete -o array -i 0 --waiveconfirmation => Delete array 0 successfully.
+)",
+                {{"sure", "Are you sure you want to delete this array? (y or n)"},
+                 {"full", "At least one virtual disk is on the specified array"}});
 }
 
 TEST_F(Removal, OfSparesAsksForWhatItStops) {
     const std::map<std::string, std::string> texts = {
         {"done", "Delete the spare disk 5 successfully."},
         {"patrol", "Uset spare disk will stop Media patrol on PD 5. Do you want to continue?(y or n)"},
+        {"none", "Specified physical disk is not a spare drive"},
         {"made", "KT_PD_GetHDRaidStatus 5; KT_PD_Spare2FreeHD 5"}};
     KT_U8& role = seam.disks[0].Status;
     expectSteps("delete -o spare -i {5|6} => PD {} is not spare disk. | KT_PD_GetHDRaidStatus {}");
@@ -92,15 +94,13 @@ TEST_F(Removal, OfSparesAsksForWhatItStops) {
     expectSteps(R"(
 delete -o spare -i 5 < n =88> $patrol | KT_PD_GetHDRaidStatus 5
 delete -o spare -i 5 < y => $patrol\n$done | $made
-with KT_PD_Spare2FreeHD=53
-delete -o spare -i 5 --waiveconfirmation =53> Failed to delete spare disk 5 (error 53: Specified physical disk is not a spare drive). | $made
+delete -o spare -i 5 --waiveconfirmation ! KT_PD_Spare2FreeHD=53 =53> Failed to delete spare disk 5 (error 53: $none). | $made
 )",
                 texts);
     role |= KT_PD_SPARE_IN_USE;
     expectSteps(R"(
 delete -o spare -i 5 =82> Unable to delete spare disk 5  (error 89: target spare disk is using) | KT_PD_GetHDRaidStatus 5
-with KT_PD_GetHDRaidStatus=9
-delete -o spare -i 5 =9> \nUnable to get info of spare 5 (error 9: Invalid physical disk id) | KT_PD_GetHDRaidStatus 5
+delete -o spare -i 5 ! KT_PD_GetHDRaidStatus=9 =9> \nUnable to get info of spare 5 (error 9: Invalid physical disk id) | KT_PD_GetHDRaidStatus 5
 )");
 }
 
@@ -113,14 +113,13 @@ TEST_F(Removal, AssignsSparesAndWipes) {
 assign -o HBA -d 5 < {n|N} => $asked | KT_PD_GetMBRInfo
 assign -o HBA -d 5 => $asked | KT_PD_GetMBRInfo
 assign -o array -d 5 -a 300 < x => $asked\n\nSucceeded to assign the disk as a dedicated spare disk. | KT_PD_GetMBRInfo; KT_PD_FreeHD2DGSpare 5 300
-with KT_PD_FreeHD2GlobalSpare=77, KT_PD_FreeHD2DGSpare=17
-assign -d 5 --waiveconfirmation =77> \nFailed to assign disk 5 as global spare disk (error 77: Disk space is too small to be assigned as spare drive).
-assign -o array -a 1 -d 5 --waiveconfirmation =17> \nFailed to assign disk 5 as a spare disk to array 1 (error 17: Invalid array id).
-with KT_PD_GetMBRInfo=9
-assign -d 5 --waiveconfirmation =1> \nFailed to assign spare disk (error 9: Invalid physical disk id). | KT_PD_GetMBRInfo
+assign -d 5 --waiveconfirmation ! KT_PD_FreeHD2GlobalSpare=77 =77> \nFailed to assign disk 5 as global spare disk (error 77: $small).
+assign -o array -a 1 -d 5 ! KT_PD_FreeHD2DGSpare=17 < y =17> $asked\n\nFailed to assign disk 5 as a spare disk to array 1 (error 17: Invalid array id).
+assign -d 5 --waiveconfirmation ! KT_PD_GetMBRInfo=9 =1> \nFailed to assign spare disk (error 9: Invalid physical disk id). | KT_PD_GetMBRInfo
 wipe -d 254 => \nWipe PD 254 is returned successfully. | KT_PD_WipeHDMDD 254 0
 wipe -d 4 -f => \nWipe PD 4 is returned successfully. | KT_PD_WipeHDMDD 4 1
 )",
                 {{"asked", "PD 5 has file system on it. Data may get lost if it is assigned as spare disk.\\n"
-                           "Are you sure you want to assign it as spare disk? (y or n)"}});
+                           "Are you sure you want to assign it as spare disk? (y or n)"},
+                 {"small", "Disk space is too small to be assigned as spare drive"}});
 }

@@ -113,21 +113,17 @@ void expectSteps(const std::string& table, const std::map<std::string, std::stri
     std::string whole = table;
     for (const auto& [name, text] : texts)
         replaceAll(whole, "$" + name, text);
-    replaceAll(whole, "\nwith ", "\nwith => ");
     for (TableRow& row : rowsOf(whole)) {
-        if (row.line == "with") {
-            seam.statuses.clear();
-            for (std::string call = row.message, rest; call.find('=') != call.npos; call = rest) {
-                rest = cutBehind(call, ", ");
-                const std::string status = cutBehind(call, "=");
-                seam.statuses[call] = static_cast<KT_U8>(std::stoi(status));
-            }
-            continue;
-        }
         SCOPED_TRACE(row.line);
         std::string answers = cutBehind(row.line, " < ");
         replaceAll(answers, ",", "\n");
         if (!answers.empty()) answers += "\n";
+        seam.statuses.clear();
+        for (std::string call = cutBehind(row.line, " ! "), rest; !call.empty(); call = rest) {
+            rest = cutBehind(call, ", ");
+            const std::string status = cutBehind(call, "=");
+            seam.statuses[call] = static_cast<KT_U8>(std::stoi(status));
+        }
         std::string calls = cutBehind(row.message, " | ");
         const bool counted = !calls.empty();
         replaceAll(calls, "\n", "");

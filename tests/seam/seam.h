@@ -114,9 +114,9 @@ inline Calls allCalls() {
 // Runs the lines, which fail with 1 where no result stands there, and make no unwanted calls.
 void expectRows(const std::string& table, Calls (*unwanted)() = allCalls);
 
-// Runs the lines, which end with 0 where no result stands there. Behind " < " stand the answers to their questions,
-// with commas between them, and behind " | " in the message all calls, with semicolons. A row "with CALL=STATUS, ..."
-// says what the library answers from there on. $NAME stands for a text.
+// Runs the lines, which end with 0 where no result stands there. Behind " ! " stands what calls answer, as CALL=STATUS
+// with commas between them, behind " < " the answers to questions, with commas, too, and behind " | " in the message
+// all calls, with semicolons. $NAME stands for a text.
 void expectSteps(const std::string& table, const std::map<std::string, std::string>& texts = {});
 
 // A record's bytes, for comparison with what was sent.

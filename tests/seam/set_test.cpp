@@ -64,30 +64,28 @@ TEST_F(Set, SaysWhatTheAdapterRefused) {
     addDisks(1);
     seam.battery.status = KT_BBU_PRESENT;
     seam.ldConfigs.resize(1);
+    const std::map<std::string, std::string> partly = {{"part", "What was changed before that stays changed."},
+                                                       {"e5", "error 5 : Data out of range"}};
     seam.hdConfigs.resize(1);
     seam.hdConfigs[0].Online = 1;
     expectSteps(R"(
-with KT_LD_SetConfig=5, KT_PD_SetConfig=5, KT_DG_SetConfig=5, KT_Adapter_SetConfig=5, KT_AdapterMute=5, KT_BBU_ChangePower=5
-set -o vd -i 0 -n other =5> \nUnable to set configuration of VD 0 (error 5: Data out of range)
-set -o pd -i 0 -c on --waiveconfirmation =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).
-set -o array -i 7 -n other =5> \nUnable to set configuration of array 7 (error 5: Data out of range)
-set -o hba --alarm on =5> \nUnable to set configuration info of hba 0 (error 5: Data out of range)
-set -o hba --mute =5> \nUnable to mute the alarm of hba 0 (error 5: Data out of range)
-set -o bbu --power charge =5> Unable to set power of BBU. (error 5: Data out of range).
-with KT_PD_SetHDStatus=5
-set -o pd -i 0 --waiveconfirmation --status offline =5> \nUnable to set hard disk 0 offline (error 5 : Data out of range).
-set -o pd -i 0 --waiveconfirmation -c on --status offline =5> \nUnable to set hard disk 0 offline (error 5 : Data out of range).\n$partly
+set -o vd -i 0 -n other ! KT_LD_SetConfig=5 =5> \nUnable to set configuration of VD 0 (error 5: Data out of range)
+set -o pd -i 0 -c on --waiveconfirmation ! KT_PD_SetConfig=5 =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).
+set -o array -i 7 -n other ! KT_DG_SetConfig=5 =5> \nUnable to set configuration of array 7 (error 5: Data out of range)
+set -o hba --alarm on ! KT_Adapter_SetConfig=5 =5> \nUnable to set configuration info of hba 0 (error 5: Data out of range)
+set -o hba --mute ! KT_AdapterMute=5 =5> \nUnable to mute the alarm of hba 0 (error 5: Data out of range)
+set -o bbu --power charge ! KT_BBU_ChangePower=5 =5> Unable to set power of BBU. (error 5: Data out of range).
+set -o pd -i 0 --waiveconfirmation --status offline ! KT_PD_SetHDStatus=5 =5> \nUnable to set hard disk 0 offline (error 5 : Data out of range).
+set -o pd -i 0 -c on --status offline --waiveconfirmation ! KT_PD_SetHDStatus=5 =5> \nUnable to set hard disk 0 offline ($e5).\n$part
 )",
-                {{"partly", "What was changed before that stays changed."}});
+                partly);
     seam.hdConfigs[0].Online = 0;
     seam.disks[0].Status = KT_PD_OFFLINE;
     expectSteps(R"(
-with KT_PD_SetConfig=5
-set -o pd -i 0 --smart on --status online =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).\n$partly
-with KT_PD_SetHDStatus=5
-set -o pd -i 0 --smart on --status online =5> \nUnable to set hard disk 0 online (error 5 : Data out of range).
+set -o pd -i 0 --smart on --status online ! KT_PD_SetConfig=5 =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).\n$part
+set -o pd -i 0 --smart on --status online ! KT_PD_SetHDStatus=5 =5> \nUnable to set hard disk 0 online (error 5 : Data out of range).
 )",
-                {{"partly", "What was changed before that stays changed."}});
+                partly);
     seam.disks[0].Status = KT_PD_MEMBER;
     seam.hdConfigs[0].Online = 1;
     seam.statuses = {{"KT_BLK_GetHDBlock", 20}};
