@@ -54,7 +54,6 @@ static void showMatches(char** matches, int count, int) {
         longest = std::max(longest, lines.back().size());
     }
     std::vector<char*> shown;
-    shown.reserve(lines.size() + 1);
     for (std::string& line : lines) {
         shown.push_back(line.data());
     }

@@ -239,9 +239,8 @@ static void placeOnDisks(Outlook& outlook, const std::string& who, const _LD_Inf
 }
 
 // The array of exactly these disks, or one that holds a disk of them; null for disks of no array.
-static Array* arrayOf(Outlook& outlook, const std::vector<KT_U16>& disks, bool& same) {
+static Array* arrayOf(Outlook& outlook, const std::vector<KT_U16>& disks) {
     for (Array& array : outlook.arrays) {
-        same = array.disks == disks;
         bool shared = std::any_of(disks.begin(), disks.end(), [&](KT_U16 id) {
             return std::binary_search(array.disks.begin(), array.disks.end(), id);
         });
@@ -253,13 +252,12 @@ static Array* arrayOf(Outlook& outlook, const std::vector<KT_U16>& disks, bool& 
 static void placeInArray(Outlook& outlook, const std::string& who, const _LD_Info& ld) {
     std::vector<KT_U16> disks(ld.BlockIDs, ld.BlockIDs + ld.HDCount);
     std::sort(disks.begin(), disks.end());
-    bool same = false;
-    Array* array = arrayOf(outlook, disks, same);
+    Array* array = arrayOf(outlook, disks);
     if (array == nullptr) {
         outlook.arrays.push_back({"the array that comes with it", KT_NO_ID, ld.RaidMode, disks,
                                   leastRoom(outlook, ld) * dataHalves(ld) / 2, 0, false});
         array = &outlook.arrays.back();
-    } else if (!same || array->level != ld.RaidMode) {
+    } else if (array->disks != disks || array->level != ld.RaidMode) {
         add(outlook, who + ": its disks are in " + array->name + ", which stays and has other disks or another level");
         return;
     }

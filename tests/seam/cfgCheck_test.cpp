@@ -143,7 +143,7 @@ TEST_F(Obstacles, OfVirtualDisksInArrays) {
     expect({});
     want(vd(3, KT_RAID5, 0, {0, 1, 2}));
     want(vd(4, KT_RAID1, 1, {4, 3}));
-    want(vd(5, KT_RAID1, 1, {2, 5}));
+    want(vd(5, KT_RAID5, 1, {2, 5, 6}));
     want(vd(6, KT_RAID1, 1, {8, 9}));
     wanted->spareCount = 0;
     wantSpare(9, CFG_GLOBAL_SPARE);

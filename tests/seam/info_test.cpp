@@ -164,6 +164,8 @@ TEST_F(Info, EachBitOfAnAdapterHasItsWords) {
                                                    "foreground init|copy back|only same type hd for create"));
     const auto modes = split(std::istringstream("RAID0 |RAID1 |RAID10 |RAID1E |RAID5 |RAID6 |RAID50 |JBOD |RAID60 |"
                                                 "hc(tandem capacity) |hs(tandem safe) |hybrid(tandem hybrid) "));
+    const char* const supports[] = {"Rebuild",      "Background init", "Sync",     "Migrate",
+                                    "Media patrol", "Foreground init", "Copy back"};
     const KT_U32 saidWhenClear = 0x010FC000;
     for (unsigned bit = 0; bit < 32; ++bit) {
         _Adapter_Info info = {};
@@ -175,7 +177,41 @@ TEST_F(Info, EachBitOfAnAdapterHasItsWords) {
         const std::string printed = printedBy([&] { Adapter_PrintInfo(&info, 3); });
         EXPECT_EQ(advanced[bit], in(printed, "Advanced features")) << bit;
         EXPECT_EQ(features[bit % 8], in(printed, "Features")) << bit;
+        for (size_t i = 0; i < std::size(supports); ++i)
+            EXPECT_EQ((info.Features >> i & 1) != 0 ? "Supported" : "Not supported", in(printed, supports[i])) << bit;
         EXPECT_EQ(modes[bit % 16], in(printed, "Supported RAID mode")) << bit;
+    }
+}
+
+TEST_F(Info, ABatteryTellsWhatItsSensorsMeasure) {
+    gAdapterInfo[0].AdvancedFeatures = KT_ADV_BBU;
+    const char* const words[] = {"N/A", "temperature ", "voltage ", "temperature voltage ", "Ecapacity"};
+    for (KT_U8 sensors = 0; sensors < std::size(words); ++sensors) {
+        seam.battery = {};
+        seam.battery.status = KT_BBU_PRESENT;
+        seam.battery.sensorSupport = sensors;
+        const std::string lines = printed("info -o bbu");
+        EXPECT_EQ(words[sensors], in(lines, "feature supported (supported sensor)"));
+        EXPECT_EQ((sensors & 1) != 0, has(lines, "\ncurrent temperature: 0.00 C\ntemperature range: 0 - 0 degrees"));
+        EXPECT_EQ((sensors & 2) != 0, has(lines, "\ncurrent voltage: 0.00 V\nvoltage range: 0mV - 0mV\n"));
+        EXPECT_EQ((sensors & 4) != 0,
+                  has(lines, "\ncurrent capacity: 0.00 watt-hours\nmax capacity: 0.00 watt-hours\n"));
+    }
+}
+
+TEST_F(Info, ADiskTellsHowFarItsPatrolIs) {
+    const std::tuple<KT_U8, KT_U8, const char*> rows[] = {
+        {KT_STATE_RUNNING, 100, "running, 100% done"},
+        {KT_STATE_RUNNING, 101, "Invalid Percentage  101% "},
+        {KT_STATE_RUNNING, 255, "Percentage is 255% ,Invalid,suggest updating PD LD or RCT"},
+        {KT_STATE_ABORTED, 9, "aborted"},
+        {KT_STATE_PAUSED, 9, "paused at 9%"},
+        {KT_STATE_AUTO_PAUSED, 9, "auto-paused"},
+        {9, 9, "unknown BGA status 9"},
+        {KT_STATE_NONE, 9, "no line"}};
+    for (const auto& [state, percentage, said] : rows) {
+        const _HD_BGA_STATUS status = {0, KT_PD_BGA_DATA_SCRUB, state, percentage, {}};
+        EXPECT_EQ(said, in(printedBy([&] { HD_PrintBGAStatus(&status); }), "Data scrub"));
     }
 }
 

@@ -65,7 +65,6 @@ get -o array -i 2 => \nNo array is found
 get -o {vd|link} => \nNo VD is found
 {info|status} -o pd => No hard disk is found.
 info -o vd => No virtual disk is found.
-info -o tandem => No tandem virtual disk is found.
 info -o array => No array is found.
 info -o blk => No block disk is found.
 info -o pm -i 2 => No port multiplexer is found.
@@ -74,10 +73,12 @@ info -o bbu => No BBU is found.
 info -o bbu -i 1 =16> \nUnable to get info of BBU 1 (error 16: Invalid BBU id)
 ssd => \nNo solid-state disk is found
 )");
-    addDisks(1); // no spare
+    addDisks(1);        // no spare
+    seam.lds.resize(1); // no hybrid one
     gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 0;
     expectSteps(R"(
 info -o spare => No spare drive is found.
+info -o tandem => No tandem virtual disk is found.
 info -o pm =19> PM is not supported on adapter 0.
 info -o exp =19> Expander is not supported on adapter 0.
 )");

@@ -172,7 +172,7 @@ CALL(KT_AES_GetEntryInfo, (KT_U8, _aes_entry_info* info), give(name, info, seam.
 CALL(KT_AES_OnlyGetEntryInfo, (KT_U8, KT_U8 entry, _AES_ENTRY_INFO* info),
      give(name, info, {entry, seam.aesOverview.entry[entry % 10], {}}, entry))
 CALL(KT_AES_OnlyGetPortInfo, (KT_U8, KT_U8 port, _AES_PORT_INFO* info),
-     give(name, info, {port, seam.aesOverview.aes_port[port % 4].entry, {}}, port))
+     give(name, info, {port, seam.aesOverview.aes_port[port % 4].entry, {1, 2, 3}}, port))
 KT_U8 KT_AES_GetEntryConfig(KT_U8, _AES_Entry_Config* config, const KT_U8* password) {
     KT_U8 status = take("KT_AES_GetEntryConfig", "entry", *config, secret(password));
     config->entry_id = 99; // not the entry that was asked for

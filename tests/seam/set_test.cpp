@@ -86,6 +86,10 @@ set -o pd -i 0 --smart on --status online ! KT_PD_SetConfig=5 =5> \nUnable to se
 set -o pd -i 0 --smart on --status online ! KT_PD_SetHDStatus=5 =5> \nUnable to set hard disk 0 online (error 5 : Data out of range).
 )",
                 partly);
+    expectSteps(R"(
+set -o bbu --power discharge ! KT_LD_GetConfig=5 => What writes to its cache cannot be read (error 5: Data out of range).\n$ask
+)",
+                {{"ask", "Do you still want to change the settings? (y or n)"}});
     seam.disks[0].Status = KT_PD_MEMBER;
     seam.hdConfigs[0].Online = 1;
     seam.statuses = {{"KT_BLK_GetHDBlock", 20}};
