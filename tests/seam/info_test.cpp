@@ -199,22 +199,6 @@ TEST_F(Info, ABatteryTellsWhatItsSensorsMeasure) {
     }
 }
 
-TEST_F(Info, ADiskTellsHowFarItsPatrolIs) {
-    const std::tuple<KT_U8, KT_U8, const char*> rows[] = {
-        {KT_STATE_RUNNING, 100, "running, 100% done"},
-        {KT_STATE_RUNNING, 101, "Invalid Percentage  101% "},
-        {KT_STATE_RUNNING, 255, "Percentage is 255% ,Invalid,suggest updating PD LD or RCT"},
-        {KT_STATE_ABORTED, 9, "aborted"},
-        {KT_STATE_PAUSED, 9, "paused at 9%"},
-        {KT_STATE_AUTO_PAUSED, 9, "auto-paused"},
-        {9, 9, "unknown BGA status 9"},
-        {KT_STATE_NONE, 9, "no line"}};
-    for (const auto& [state, percentage, said] : rows) {
-        const _HD_BGA_STATUS status = {0, KT_PD_BGA_DATA_SCRUB, state, percentage, {}};
-        EXPECT_EQ(said, in(printedBy([&] { HD_PrintBGAStatus(&status); }), "Data scrub"));
-    }
-}
-
 TEST_F(Info, BlocksTellTheirStateInAWord) {
     seam.blocks.resize(1);
     const char* const words[] = {"good", "offline", "rebuilding", "copying back", "unknown (4)"};

@@ -63,7 +63,8 @@ TEST_F(Set, SaysWhatTheAdapterRefused) {
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_BBU;
     addDisks(1);
     seam.battery.status = KT_BBU_PRESENT;
-    seam.ldConfigs.resize(1);
+    seam.ldConfigs.resize(2);
+    seam.ldConfigs[1].LDID = 1;
     const std::map<std::string, std::string> partly = {{"part", "What was changed before that stays changed."},
                                                        {"e5", "error 5 : Data out of range"}};
     seam.hdConfigs.resize(1);
@@ -87,9 +88,11 @@ set -o pd -i 0 --smart on --status online ! KT_PD_SetHDStatus=5 =5> \nUnable to 
 )",
                 partly);
     expectSteps(R"(
+set -o bbu --power discharge => VD 0 () $on\nVD 1 () $on\n$ask
 set -o bbu --power discharge ! KT_LD_GetConfig=5 => What writes to its cache cannot be read (error 5: Data out of range).\n$ask
 )",
-                {{"ask", "Do you still want to change the settings? (y or n)"}});
+                {{"on", "goes on writing to its cache without a battery."},
+                 {"ask", "Do you still want to change the settings? (y or n)"}});
     seam.disks[0].Status = KT_PD_MEMBER;
     seam.hdConfigs[0].Online = 1;
     seam.statuses = {{"KT_BLK_GetHDBlock", 20}};
