@@ -2,14 +2,7 @@ Virtual disks with their state and what they are busy with.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
-  $ kt 1 info stray --obj LD --id=1
-  
-  Virtual Disk Information
-  -------------------------
-  id:                  1
-  name:                media
-  status:              degraded
-  Stripe size:         64
+  $ kt 1 info stray --obj LD --id=1 | sed -n '/^RAID mode/,$p'
   RAID mode:           RAID5
   Cache mode:          On 
   size:                1048576 M
