@@ -320,7 +320,10 @@ TEST_F(Flash, SettingsPageRefuses) {
     EXPECT_EQ(readSettings().Signature[0], 0xFF);
     EXPECT_EQ(look().substr(4, 5), "++++-");
     const _Adapter_Info blank = adapterInfo(0);
-    EXPECT_EQ(blank.SerialNo[0] | blank.ModelNumber[0] | blank.PortSasAddress[0][0], 0);
+    const _Adapter_Config_V2 config = adapterConfig(0);
+    EXPECT_EQ(blank.SerialNo[0] | blank.ModelNumber[0] | blank.PortSasAddress[0][0] | config.SerialNo[0] |
+                  config.ModelNumber[0],
+              0);
     succeed({update(KT_IMAGE_CONFIG, sound)});
     EXPECT_EQ(look().substr(4, 5), "+++++");
     EXPECT_NE(adapterInfo(0).SerialNo[0], 0);

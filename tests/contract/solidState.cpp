@@ -97,7 +97,9 @@ TEST_F(SolidStateDisks, TestThemselvesInTime) {
 }
 
 TEST_F(SolidStateDisks, TakeMicrocodeOfTheirModelOnly) {
+    test(0, KT_SSD_START_LONG);
     EXPECT_EQ(download(0, microcode("Model A", "2.0")), KT_OK);
+    EXPECT_EQ(test(0).substr(0, 7), "aborted");
     EXPECT_EQ(versions(), "2.0, 1.0");
     answer(KT_ERR_INVALID_MICROCODE,
            {download(0, microcode("Model B", "3.0")), download(0, microcode("Model AB", "3.0")),

@@ -35,9 +35,9 @@ A state is made once; over an existing one only when that is wanted.
     PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  port 6      free
   $ no create --lab nothere
   ktsim: nothere is neither a file nor one of the labs: default empty full hostile none troubled
-  $ echo '{"adapters": [{"disks": [{"sise": "1TB"}]}]}' > wrong.json
+  $ echo '{"adapters": [{"disks": [{"sector": 513}]}]}' > wrong.json
   $ no create --lab wrong.json --force; no create --lab empty --at yesterday
-  ktsim: lab wrong.json: adapters[0].disks[0].sise: is not a word that labs know here
+  ktsim: lab wrong.json: adapters[0].disks[0].sector: should be 512, 1024, 2048 or 4096
   ktsim: "yesterday" is not a time such as "2026-01-05 08:00:00"
   $ printf 'not a state' > other.db; no --state other.db status; no --state other.db create --force; cat other.db; echo
   ktsim: other.db: this is not a state of the simulated adapters
@@ -48,7 +48,8 @@ A state is made once; over an existing one only when that is wanted.
   ktsim: link.db: this link leads nowhere
   ktsim: pipe.db: this is not a file
   ktsim: null.db: this is not a file
-  $ ktsim --state other2.db create && ln -s other2.db link2.db
+  $ ktsim --state other2.db create && ln -s other2.db link2.db; ktsim --state link2.db clock show | sed 's/.*UTC//'
+  , running in real time
   $ head -c 5000 other2.db > cut.db && mv cut.db other2.db && ktsim --state link2.db create --force
   $ test -L link2.db && ktsim --state other2.db clock stop
 
@@ -60,7 +61,9 @@ What show prints, create reads back; a lab comes through a pipe too.
   $ ktsim show > first.json; grep -o '"7905[^"]\{5\}' first.json
   "7905ffaa0
   $ ktsim create --lab - --force < first.json
-  $ ktsim show | cmp - first.json
+  $ ktsim show | cmp - first.json; ktsim create --lab - --force <&-
+  ktsim: standard input: cannot be read
+  [1]
   $ ktreport json > report.json; TMPDIR=$PWD/nowhere ktsim create --lab report.json --force 2>&1 | sed "s|$PWD||"
   ktsim: /nowhere/ktsim-XXXXXX: No such file or directory
   $ for hex in 7 $(printf '%062d' 0) 7g g7 7G 7/ 7: 7@ '7`'; do ktsim event 2 11 --sense $hex; done 2>&1 | uniq -c

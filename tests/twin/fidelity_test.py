@@ -68,14 +68,17 @@ class Fidelity(unittest.TestCase):
             self.compare(original, Twin(original, "--records"), lab, "--records")
             plain = Twin(original)
             self.compare(original, plain, lab + " without records")
-            states = [[shelf["Status"] for adapter in bench.report("--records")["adapters"]
-                       for shelf in adapter["enclosures"]] for bench in (original, plain)]
+            states = [[(adapter["MaxHD"], [shelf["Status"] for shelf in adapter["enclosures"]])
+                       for adapter in bench.report("--records")["adapters"]] for bench in (original, plain)]
             self.assertEqual(*states, lab)
 
     def test_what_no_lab_has(self):
         original = Bench(RARE, "2026-01-05 08:00:59")
         original.sim("disk", "fail", "0", "-a", "1", "--force")
         self.compare(original, Twin(original), "rare")
+        told = original.report()
+        told["adapters"][1]["events"] = []
+        self.assertIn("FAILED", Bench(told).sim("status", "--all"), "which its silence tells, too")
 
     def test_every_word(self):
         """Each thing that an adapter can be has a word of its own, and no two of its numbers are the same."""
@@ -109,6 +112,7 @@ class Fidelity(unittest.TestCase):
             return done.stderr
         cases = [
             (lambda r: r.update(report=2), ": report: is version 2, later than this program knows (1)"),
+            (lambda r: r.update(report=0), ": report: should be a version"),
             (lambda r: r["adapters"][0]["disks"][1].update(id=0), "adapters[0].disks[1].id: is another disk's already"),
             (lambda r: r["adapters"][0]["disks"][1].update(validSize=1 << 60),
              "adapters[0].disks[1].validSize: is more than the disk has"),
