@@ -12,9 +12,6 @@ Choosing the adapter, its number, rescanning, versions and error texts.
   = 1
   Duplicated option specified.
   = 1
-  $ kt version anything -x
-  CLI Version: * (glob)
-  RaidAPI Version: * (simulated) (glob)
   $ kt rescan -a SCAN
   Invalid action!
   [1]

@@ -60,22 +60,6 @@ What restoring another adapter's file would do is said beforehand, by reading on
   Restore HBA and Port config is returned successfully!
   Restore raid config is returned successfully!
 
-A saved adapter comes back whole: virtual disks and spares are deleted and created again, in that order.
-
-  $ lab full
-  $ cfg 8 backup_cfg -f saved | sed '/disk [1-9]/d'
-  Backup_cfg command is returned successfully!
-  stderr: virtual disk 0: 11446151 M is written as 3057543 M.
-  stderr: Edit 'saved' before restoring it; a report (ktreport json) keeps all of this.
-  $ cfg 8 restore_cfg -f saved --raid | sed '/ing virtual disk/{/VD_3\>/!d}'
-  KTCLI_RAID_CONFIG End
-  Restore HBA and Port config is returned successfully!
-  
-  Restore raid config is returned successfully!
-  stderr: Deleting virtual disk 3 'VD_3' (RAID5).
-  stderr: Creating virtual disk 'VD_3' (RAID5, 3057543 M) on disks 12, 13, 14, 15.
-  $ cfg 8 backup_cfg -f again > .said; cmp saved again
-
 A check says what a restore comes to, whichever file is given to which adapter.
 
   $ adapters='default:0 empty:1 full:8 troubled:1'

@@ -125,8 +125,6 @@ Faults.
   $ no fault KT_LD_GetInfos 5; no fault KT_SIM_SgVersion 5
   ktsim: KT_LD_GetInfos is not a call of the library
   ktsim: KT_SIM_SgVersion is not a call of the library
-  $ ktsim fault KT_LD_GetInfo 256 2> /dev/null
-  [2]
   $ for c in "KT_LD_Delete --kind text" "KT_EVT_GetEvent --kind next" "KT_BBU_GetInfo --kind count"; do no fault $c; done
   ktsim: KT_LD_Delete answers nothing that --kind text could spoil
   ktsim: KT_EVT_GetEvent answers nothing that --kind next could spoil

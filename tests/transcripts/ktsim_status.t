@@ -120,17 +120,9 @@ Lists for people and for completion.
   $ ktsim event --list | sed -n '1p;$p'
    0   0  SMART has been enabled
   15  15  Adapter <device> become idle status
-  $ ktsim event --list | grep '^12  19\|^ 9  28\|^ 1  70'
-   1  70  Initialization data on Tandemix <device> started
-   1  70  Rebuild disk on virtual disk <device> started
-   9  28  Battery status is abnormal, VDs with auto-cache are now in write through mode
-  12  19  Previous configuration completely missing at boot
   $ ktsim event 12 2>&1
   ktsim: CODE is required (--help tells more)
   [2]
-  $ ktsim fault --list-calls | grep 'KT_LD_GetM'
-  KT_LD_GetMaxSize
-  KT_LD_GetMigratedLdSize
   $ ktsim --version
   ktsim * (glob)
 

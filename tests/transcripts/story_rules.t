@@ -56,12 +56,6 @@ An aborted check can be restarted, but keeps nobody from anything else.
   $ ktsim status | grep abort
   [1]
 
-A voltage that is wrong is told.
-
-  $ lab default; ktsim enclosure reading 1 vlt 0 600; ktsim enclosure reading 1 vlt 0 1200; log | tail -2
-  [MAJOR] Adapter 0 power supply 0 alert
-  [INFO] Adapter 0 power supply 0 is optimal
-
 The disk that left first has missed what was written since, whatever the clock says; the one that left last has not.
 
   $ fresh; make 5 0,1,2; ktsim disk pull 1 -f; ktsim disk pull 2 -f; ktsim disk insert 1; kt info -o vd -i 0 | grep ^status
