@@ -190,7 +190,6 @@ std::string machineOfPage(const Report& report) {
 // The end of the element that holds the data cannot stand in a text: there "<" is written as an escape.
 static std::string withoutMarkup(const std::string& json) {
     std::string text;
-    text.reserve(json.size());
     for (const char c : json) {
         c == '<' ? text += "\\u003c" : text += c;
     }

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "Plan/plan.h"
+#include "Report/losses.h"
 
 // The command with why it is there, what it costs, and its key where that differs.
 static std::string stepText(const PlannedStep& step) {
@@ -40,6 +41,8 @@ static void tell(const Plan& plan, bool everything) {
 int main() {
     for (std::string line; std::getline(std::cin, line);) {
         const Json request = Json::parse(line);
+        if (!request["before"].is_null())
+            writeChanges(std::cout, takeLosses(changesBetween(request["before"], request["report"], false)));
         try {
             const PlanOptions options = {request["delete"], request["adapter"]};
             tell(makePlan(request["report"], wantedIn(request["wanted"]), options), request["everything"]);

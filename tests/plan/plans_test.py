@@ -3,7 +3,8 @@
 A machine is its adapter, or a list of several, as in labs, but for disks in GiB and slots in bytes. A row may first
 change the machine for itself (disk3, array0, vd1, adapter0 with the words that they get; "unread" with a refusal). What
 is "wanted" may be reached with "delete", be typed "for" one adapter, or be a "file" as a whole; "tell" tells all of the
-plan, and what is left alone, others only the commands. "adapters[0]." is left out of places."""
+plan, and what is left alone, others only the commands. With "then" between changes, what is lost by the later ones is
+told before the plan. "adapters[0]." is left out of places."""
 import copy
 import json
 import os
@@ -56,11 +57,13 @@ class Plans(unittest.TestCase):
             self.machine = row.partition(" ")[2]
             return []
         report = report_of(value_of(self.machine))
-        named = objects(report)
+        named, before = objects(report), None
         *changes, wish = row.split("; ")
         for change in changes:
             name, _, words = change.partition(" ")
-            if name == "unread":
+            if name == "then":
+                before = copy.deepcopy(report)
+            elif name == "unread":
                 report["unread"].append(value_of(words))
             else:
                 give(named, name, words)
@@ -72,7 +75,7 @@ class Plans(unittest.TestCase):
         how, wanted = re.match(r"([a-z0-9 ]+) (.*)", wish).groups()
         wanted = value_of(wanted)
         self.planner.stdin.write(json.dumps({
-            "report": report, "delete": "delete" in how, "everything": "tell" in how,
+            "before": before, "report": report, "delete": "delete" in how, "everything": "tell" in how,
             "adapter": int(how.partition("for ")[2] or -1),
             "wanted": wanted if how == "file" else {"adapters": wanted if isinstance(wanted, list) else [wanted]}}) + "\n")
         self.planner.stdin.flush()

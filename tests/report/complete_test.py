@@ -213,6 +213,20 @@ class Complete(unittest.TestCase):
                 seen = self.listing("info", bench.run("ktsetup", *words).stdout, first, self.by_id(items), told, index)
                 self.assertEqual(seen, len(items))
 
+    def test_random_elements(self):
+        """Parts of enclosures whose status is any four bytes."""
+        chance = random.Random(1)
+        report = Bench("default").report("--records")
+        for _ in range(3):
+            for shelf in report["adapters"][0]["enclosures"]:
+                for at, row in enumerate(shelf["elements"]):
+                    if "slot" not in row:
+                        known = {word: row[word] for word in ("type", "element", "text", "subEnclosure")}
+                        status = f"{chance.randrange(16):x}{chance.randint(0, 8)}{chance.randrange(1 << 24):06x}"
+                        shelf["elements"][at] = dict(known, Status=status)
+            bench = Bench(report)
+            self.check_enclosures(bench, bench.report()["adapters"][0])
+
     def test_what_no_lab_has(self):
         self.check(Bench(RARE))
 
