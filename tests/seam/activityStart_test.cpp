@@ -67,7 +67,7 @@ TEST_F(Start, MediaPatrolRunsOnSparesAndAssignedDisks) {
     EXPECT_EQ(changes(), (Calls{"KT_PD_StartMediaPatrol 9", "KT_PD_StartMediaPatrol 9", "KT_PD_StartMediaPatrol 9"}));
     for (KT_U8 role : {KT_U8{0}, KT_U8{KT_PD_OFFLINE}, KT_U8{KT_PD_FOREIGN}}) {
         disk(9).Status = role;
-        expect("mp -d 9", "\nPD 9 is not a spare or assigned disk.\n", 0);
+        expect("mp -d 9", "\nPD 9 is not a spare or assigned disk.\n");
     }
     EXPECT_EQ(changes().size(), 3U);
 }

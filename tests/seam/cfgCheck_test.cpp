@@ -173,9 +173,9 @@ TEST_F(Obstacles, OfVirtualDisksInArrays) {
 TEST_F(Obstacles, AreLookedForByReadingOnly) {
     const ScratchFolder folder;
     const std::string file = folder.path + "/a b.txt";
-    std::ofstream(file) << "[ADAPTER CONFIG]\n[SPINUP GROUP]=4\n[END]\n[PORT CONFIG]\n[PORT ID]=1\n[AMP]=F\n[END]\n"
-                           "[RAID CONFIG]\n[VD ID]=0\n[RAID NAME]=new\n[RAID MODE]=RAID1\n[CAPACITY (M)]=500\n"
-                           "[PD MEMBER]=3,4\n[END]\n";
+    writeText(file, "[ADAPTER CONFIG]\n[SPINUP GROUP]=4\n[END]\n[PORT CONFIG]\n[PORT ID]=1\n[AMP]=F\n[END]\n"
+                    "[RAID CONFIG]\n[VD ID]=0\n[RAID NAME]=new\n[RAID MODE]=RAID1\n[CAPACITY (M)]=500\n"
+                    "[PD MEMBER]=3,4\n[END]\n");
     _HBA_Info_Page page = {};
     page.RAID_Feature = 2;
     page.DSpinUpGroup = 1;
@@ -203,25 +203,17 @@ TEST_F(Obstacles, AreLookedForByReadingOnly) {
     };
     ::expect(check("--raid"), settings + changes + can);
     for (const std::string& call : seam.calls) {
-        EXPECT_TRUE(call.find("_Get") != std::string::npos || call.starts_with("KT_DiskHasOS") ||
-                    call.starts_with("KT_Flash_Bin 0 240 0"))
-            << call;
+        EXPECT_TRUE(has(call, "_Get") || has(call, "KT_DiskHasOS") || has(call, "KT_Flash_Bin 0 240 0")) << call;
     }
     ::expect(check(""), settings + "Its virtual disks and spares are looked at with --raid only.\n" + can);
     EXPECT_EQ(1U, seam.calls.size());
-    ::expect(check("--raid -t phy"),
-             settings + "The file was read for its PHY tuning only; the RAID configuration stays as it is.\n" + cannot,
-             1);
-    page.RAID_Feature = 0;
-    std::ofstream(file)
-        << "[ADAPTER CONFIG]\n[RAID FEATURE]=DISABLE\n[END]\n[PORT CONFIG]\n[END]\n[RAID CONFIG]\n[END]\n";
+    const std::string stays = "; the RAID configuration stays as it is.\n";
+    ::expect(check("--raid -t phy"), settings + "The file was read for its PHY tuning only" + stays + cannot, 1);
+    writeText(file, "[ADAPTER CONFIG]\n[RAID FEATURE]=DISABLE\n[END]\n[PORT CONFIG]\n[END]\n[RAID CONFIG]\n[END]\n");
     ::expect(check("--raid"), "Settings would change:\n  adapter: [RAID FEATURE]=ENABLE becomes DISABLE\n"
-                              "The file switches RAID off; the RAID configuration stays as it is.\n" +
-                                  can);
-    std::ofstream(file) << "[PORT CONFIG]\n[PORT ID]=9\n";
-    ::expect(
-        check("--raid"),
-        "Restore_Error: port id in the file exceed MAX_PORT_NUMBER!\nRestore_Error: \nAnalysis config file error!\n" +
-            cannot,
-        1);
+                              "The file switches RAID off" +
+                                  stays + can);
+    writeText(file, "[PORT CONFIG]\n[PORT ID]=9\n");
+    const std::string exceeds = "Restore_Error: port id in the file exceed MAX_PORT_NUMBER!\n";
+    ::expect(check("--raid"), exceeds + "Restore_Error: \nAnalysis config file error!\n" + cannot, 1);
 }

@@ -132,20 +132,15 @@ TEST_F(Cfg, ACapacityOfNothingIsAllTheSpaceThereIs) {
     EXPECT_EQ(1, runOn("restore_cfg -f all.txt --raid").result);
     EXPECT_EQ("Creating virtual disk '' (RAID0, all available space) on disks 7.\n",
               testing::internal::GetCapturedStderr());
-    _Create_LD_Param created = {};
-    memcpy(&created, seam.sent["KT_LD_Create"].data(), seam.sent["KT_LD_Create"].size());
-    EXPECT_EQ(0U, created.Size);
+    EXPECT_EQ(std::string(8, '\0'), seam.sent["KT_LD_Create"].substr(offsetof(_Create_LD_Param, Size)));
 }
 
 TEST_F(Cfg, RestoredDisksTakeTheirParametersFromTheText) {
     const std::tuple<KT_U64, KT_U8> sizes[] = {
         {20000, KT_ROUND_10GB}, {3000, KT_ROUND_1GB}, {1234, KT_ROUND_NONE}, {4294967295, KT_ROUND_NONE}};
     for (const auto& [size, rounding] : sizes) {
-        _LD_Info ld = {};
-        ld.Size = size;
-        ld.CacheMode = 5;
-        ld.StripeBlockSize = 128;
-        ld.HDCount = 255; // more than the record holds
+        // More disks than the record holds.
+        _LD_Info ld = {.StripeBlockSize = 128, .HDCount = 255, .CacheMode = 5, .Size = size};
         _Create_LD_Param param;
         KT_Restore_LdCreateParam(&ld, &param);
         EXPECT_EQ(rounding, param.RoundingScheme) << size;
@@ -204,7 +199,7 @@ TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
     const std::string whole = "KTCLI_RAID_CONFIG End\n" + read;
     const std::string phyOnly = "The file was read for its PHY tuning only; the RAID configuration stays as it is.\n";
     const std::string lacks = " lacks its mode, capacity or members; the RAID configuration stays as it is.\n";
-    const std::tuple<const char*, std::string, int> cases[] = {
+    const std::tuple<std::string, std::string, int> cases[] = {
         {"-t phy -f phy.txt", read + phyOnly, 7},
         // Of a text in full all but its virtual disks and spares is restored.
         {"-t phy -f full.txt", read + phyOnly, 7},
@@ -216,7 +211,7 @@ TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
     };
     for (const auto& [words, printed, result] : cases) {
         seam.calls.clear();
-        expect(runOn(std::string("restore_cfg --raid ") + words), printed, result);
+        expect(runOn("restore_cfg --raid " + words), printed, result);
         EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << words;
     }
     runOn("restore_cfg -t phy -f full.txt");

@@ -115,16 +115,15 @@ TEST_F(Flash, AsksWhetherRawImagesAreTaken) {
         {"done", "page 0 write to device.\\nFlash command is returned successfully."}};
     gAdapterInfo[0].AdvancedFeatures = ~KT_ADV_RAW_UPDATE;
     seam.rawDisabled = 1;
-    expectSteps("$raw => $done | KT_Flash_PreData 0 type 6 size 1; KT_Flash_Bin 0 15 6 page 0 last 1 size 1", texts);
+    expectSteps(texts, "$raw => $done | KT_Flash_PreData 0 type 6 size 1; KT_Flash_Bin 0 15 6 page 0 last 1 size 1");
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_RAW_UPDATE;
-    expectSteps(R"(
+    expectSteps(texts, R"(
 $bin => $done | KT_Flash_PreData 0 type 1 size 1; KT_Flash_Bin 0 15 1 page 0 last 1 size 1
 $raw => \nFail to update file '$f' since raw image format is not supported. | KT_Adapter_GetConfig 0
 $raw ! KT_Adapter_GetConfig=1 =1> \nFailed to update file '$f', error 1: Failed | KT_Adapter_GetConfig 0
-)",
-                texts);
+)");
     seam.rawDisabled = 0;
-    expectSteps("$raw => $done", texts);
+    expectSteps(texts, "$raw => $done");
 }
 
 TEST_F(Flash, BacksUpWhatIsThere) {
@@ -165,23 +164,22 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
 }
 
 TEST_F(Flash, ErasesAnImageWhenToldSoAndThePdPageUnasked) {
-    expectSteps(R"(
+    expectSteps({{"asked", "Do you want to erase ROM file in Flash?  (y or n)"}}, R"(
 flash -a erase -t Firmware < yes,n => $asked\nErase bios command is returned successfully. | KT_Flash_Bin 0 1 3 page 0 last 0 size 196608
 flash -a erase -t bios < , maybe,no,y => Warning: Autoload will be erased too! $asked\nPlease input y or n.\nPlease input y or n.
 flash -a erase -t raw => $asked
 flash -a erase -p PD => Erase PD Page command is returned successfully. | KT_Flash_Erase 0 1
 flash -a erase -p pdforce -t bios => Erase PD Page command is returned successfully. | KT_Flash_Erase 0 254
-)",
-                {{"asked", "Do you want to erase ROM file in Flash?  (y or n)"}});
+)");
 }
 
 TEST_F(Flash, ShowsTheVersionOfAFile) {
-    expectSteps(R"(
+    expectSteps({{"version", "major version:     4000000000\\nminor version:     1\\nrevision number:   2\\n"
+                             "build number:      65535\\nSub Verndor ID:    1b4b"}},
+                R"(
 flash -a version -t firmware -f "~/$X y" => $version | KT_Flash_GetHeaderInfo ~/$X y 255 0 0 0 0 65535
 flash -a version -p pd -f x => $version
 flash -a version -t bios -f x => \nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from file: 3
 flash -a version -t bios -f x ! KT_Flash_GetHeaderInfo=165 =165> \nFailed to check version of file 'x', error 165: invalid file input
-)",
-                {{"version", "major version:     4000000000\\nminor version:     1\\nrevision number:   2\\n"
-                             "build number:      65535\\nSub Verndor ID:    1b4b"}});
+)");
 }

@@ -12,9 +12,6 @@ struct Maintenance : SeamTest {
         }
     }
 };
-using Nvsram = Maintenance;
-using Register = Maintenance;
-using Tandem = Maintenance;
 
 std::string dumpOf(KT_U32 length) {
     return printedBy([&] { Nvsram_Byte_PrintInfo(seam.nvsram.Data, length, 0x1F0); });
@@ -22,18 +19,15 @@ std::string dumpOf(KT_U32 length) {
 
 std::string range(unsigned first, unsigned last) {
     std::string line;
-    for (unsigned i = first; i <= last; ++i) {
-        char byte[8];
-        snprintf(byte, sizeof byte, "0x%02x\t", i);
-        line += byte;
-        if (i % 8 == 7) line += "\n";
-    }
+    for (unsigned i = first; i <= last; ++i)
+        line +=
+            std::string("0x") + "0123456789abcdef"[i / 16] + "0123456789abcdef"[i % 16] + (i % 8 == 7 ? "\t\n" : "\t");
     return line;
 }
 
 } // namespace
 
-TEST_F(Nvsram, DumpsEightALineInGroupsOfSixtyFour) {
+TEST_F(Maintenance, NvsramDumpsEightALineInGroupsOfSixtyFour) {
     const std::string first = "nvsram offset at : 0x000001f0\n";
     EXPECT_EQ(first + "0x00\t0x01\t0x02\t0x03\t0x04\t0x05\t0x06\t0x07\t\n", dumpOf(8));
     EXPECT_EQ(first + range(0, 63) + "\nnvsram offset: 0x00000230\n0x40\t", dumpOf(65));
@@ -43,7 +37,7 @@ TEST_F(Nvsram, DumpsEightALineInGroupsOfSixtyFour) {
               dumpOf(256));
 }
 
-TEST_F(Nvsram, ReadsInTransfersOf256Bytes) {
+TEST_F(Maintenance, NvsramReadsInTransfersOf256Bytes) {
     expect("nvsram -a read", "nvsram offset at : 0x00000000\n0x00\t");
     EXPECT_EQ(0, run("nvsram -a READ -c 256 -s 0X10").result);
     EXPECT_TRUE(printed("nvsram -a read -c 257 -s 16").ends_with("\nnvsram offset at : 0x00000110\n0x00\t"));
@@ -54,7 +48,7 @@ TEST_F(Nvsram, ReadsInTransfersOf256Bytes) {
     EXPECT_EQ(bytesOf(_NVSRAM_Data{4294967294, 2, {}, {}}), seam.sent["nvsram"]);
 }
 
-TEST_F(Nvsram, WritesThePattern) {
+TEST_F(Maintenance, NvsramWritesThePattern) {
     expect("nvsram -a write -c 257",
            "\n256 bytes have been written into nvsram!\n\n1 bytes have been written into nvsram!\n");
     EXPECT_EQ((Calls{"KT_Flash_NVSRAM 0 0 0 256", "KT_Flash_NVSRAM 0 0 256 1"}), seam.calls);
@@ -63,7 +57,7 @@ TEST_F(Nvsram, WritesThePattern) {
     EXPECT_EQ(std::string(256, '\xff'), seam.sent["nvsram"].substr(16));
 }
 
-TEST_F(Register, ReadsAndWrites) {
+TEST_F(Maintenance, RegisterReadsAndWrites) {
     seam.reg = UINT64_MAX;
     expect("register", "0 address register value is -1.\n");
     EXPECT_EQ((std::string{8, 16} + std::string(14, '\0')), seam.sent["register"]);
@@ -76,7 +70,7 @@ TEST_F(Register, ReadsAndWrites) {
         seam.calls);
 }
 
-TEST_F(Tandem, AddsCountsAndDeletes) {
+TEST_F(Maintenance, TandemAddsCountsAndDeletes) {
     expect("tandem -o delete -o EMPTY -d 65535 -a 18446744073709551615 -l 2", "");
     EXPECT_EQ(bytesOf(_Tandemix_Entry_Request{{0, 2, 0, 1, 0, 0, {}}, UINT64_MAX, 2}), seam.sent["entry"]);
     run("tandem -o empty -d 0");

@@ -16,7 +16,7 @@ void expectBoth(const std::string& line, const std::string& vd, const std::strin
 }
 
 TEST_F(Migrate, LevelAndDiskCountMustFit) {
-    expectRows(R"(
+    expectRows(changes, R"(
 migrate -l 2 -r 1 -d 1,2,3 => \n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1
 migrate -l 2 -d 1,2 => RAID5 needs at least 3 PDs.
 migrate -l 2 -r 6{| -d 1,2} => RAID6 needs least 3 PDs.
@@ -27,10 +27,9 @@ migrate -l 2 -r 60 {-q 5 -d 1,2,3,9,8,7|-q 2 -d 1,2,3,9,8,7,6,5} => RAID60 need 
 migrate -l 2 -r 60 -q 6 -d 1,2,3,9,8,7 => # of parity disks (6) should be less than # of total disks (6).
 migrate -l 2 {-d 1,2,3,9|-a size -r 6 -d 1,2,3,9} -q 300 => -q : invalid number of parity disks '300'
 migrate -l 2 -d {1,3,9|7,8,9} => Target PDs need to include ALL member disks [1 2 3 ].
-)",
-               changes);
+)");
     arrayBasedRaid = true;
-    expectRows(R"(
+    expectRows(changes, R"(
 migrate -l 2 -r 1 -d 1,2,3 => \n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1.
 migrate -l 2 -d 1,2 => RAID5 needs at least 3 PDs.
 migrate -l 2 -r 6 -d {1,2|1,2,3} => RAID6 needs least 4 PDs.
@@ -40,8 +39,7 @@ migrate -l 2 -r 60 -d 1,2,3,9,8,7 => RAID60 needs least 8 or more even number of
 migrate -l 2 -r 60 -q 2 -d 1,2,3,9,8,7,6,5 => RAID60 need at least 4 even number of parity disks.
 migrate -l 2 {-d 1,2,3,9|-a size -r 6 -d 1,2,3,9} -q 300 => -q : invalid number of parity disks '300'
 migrate -l 2 -d {1,3,9|7,8,9} => Target PDs need to include ALL member disks [1 2 3 ].
-)",
-               changes);
+)");
     seam.size = 10;
     vd().Size = array().TotalManagedSpace = 11;
     gAdapterInfo[0].LogicalDriverMode = KT_MODE_RAID5;

@@ -107,16 +107,13 @@ TEST_F(Query, MapsAnyNumberOfDevicesAndOnlyFreeDisksUnasked) {
         if (used & KT_PD_NOT_FREE) seam.disks[used].Status = used;
     seam.disks[2].Status = KT_PD_SPARE_IN_USE | KT_PD_MEDIA_PATROL;
     EXPECT_EQ(0, run("devmap -o pd").result);
-    Calls magic;
-    for (const std::string& call : seam.calls) {
-        if (call.starts_with("KT_Tandem")) magic.push_back(call);
-    }
+    Calls magic = seam.calls;
+    std::erase_if(magic, [](const std::string& call) { return !has(call, "KT_Tandem"); });
     EXPECT_EQ((Calls{"KT_Tandem_GetHDMagic 256 from 0 to 260", "KT_Tandem_GetHDMagic 39 from 261 to 299"}), magic);
-    expectSteps(R"(
+    expectSteps({{"magic", std::string(24, 'm')}}, R"(
 devmap -o PDx -i 0x40 => Device ID:           64\nMagic Number:        $magic | KT_PD_GetHDInfo 64; KT_Tandem_GetHDMagic 1 from 64 to 64
 devmap -o pd ! KT_PD_GetHDRaidStatus 5=4 =4> Fail! (error 4: Resource not available).
-)",
-                {{"magic", std::string(24, 'm')}});
+)");
     seam.hds.clear();
     expect("devmap -o pd", "No free physical disk is found.\n");
 }
@@ -133,7 +130,7 @@ TEST_F(Query, AsksEachEnclosureForEachElement) {
     EXPECT_EQ((Calls{"element 254 23 254", "config 3 12 255"}), seam.calls);
     // An enclosure that fails does not hide the next one.
     seam.statuses["config 0 18 255"] = 18;
-    Outcome failed = run("enc -o elecfg -t vlt");
+    const Outcome failed = run("enc -o elecfg -t vlt");
     EXPECT_EQ(18, failed.result);
     EXPECT_TRUE(
         failed.printed.starts_with("\nUnable to get enclosure info (error 18: Invalid enclosure element id)\nE"));
@@ -168,9 +165,7 @@ TEST_F(Query, ReadsSmartRecordsWithinTheirFields) {
 }
 
 TEST_F(Query, ListsTheLinksOfVirtualDisks) {
-    seam.lds.resize(3);
-    seam.lds[1].ID = 1;
-    seam.lds[2].ID = 2;
+    seam.lds = {{.ID = 0}, {.ID = 1}, {.ID = 2}};
     seam.statuses["KT_VDHDD_GetLink 2"] = 1;
     expect("get -o link", "VD 0 ATA is unlinked.\nVD 1 ATA link to PD 6.\nVD 2 ATA is unlinked.\n");
 }

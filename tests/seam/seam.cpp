@@ -101,7 +101,7 @@ std::vector<TableRow> rowsOf(const std::string& table) {
     return rows;
 }
 
-void expectRows(const std::string& table, Calls (*unwanted)()) {
+void expectRows(Calls (*unwanted)(), const std::string& table) {
     for (const TableRow& row : rowsOf(table)) {
         seam.calls.clear();
         expect(row.line, row.message, row.result < 0 ? 1 : row.result);
@@ -109,7 +109,7 @@ void expectRows(const std::string& table, Calls (*unwanted)()) {
     }
 }
 
-void expectSteps(const std::string& table, const std::map<std::string, std::string>& texts) {
+void expectSteps(const std::map<std::string, std::string>& texts, const std::string& table) {
     std::string whole = table;
     for (const auto& [name, text] : texts)
         replaceAll(whole, "$" + name, text);

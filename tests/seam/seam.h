@@ -112,12 +112,18 @@ inline Calls allCalls() {
     return seam.calls;
 }
 // Runs the lines, which fail with 1 where no result stands there, and make no unwanted calls.
-void expectRows(const std::string& table, Calls (*unwanted)() = allCalls);
+void expectRows(Calls (*unwanted)(), const std::string& table);
+inline void expectRows(const std::string& table) {
+    expectRows(allCalls, table);
+}
 
 // Runs the lines, which end with 0 where no result stands there. Behind " ! " stands what calls answer, as CALL=STATUS
 // with commas between them, behind " < " the answers to questions, with commas, too, and behind " | " in the message
 // all calls, with semicolons. $NAME stands for a text.
-void expectSteps(const std::string& table, const std::map<std::string, std::string>& texts = {});
+void expectSteps(const std::map<std::string, std::string>& texts, const std::string& table);
+inline void expectSteps(const std::string& table) {
+    expectSteps({}, table);
+}
 
 // A record's bytes, for comparison with what was sent.
 template <class Record>

@@ -69,7 +69,7 @@ TEST_F(Set, SaysWhatTheAdapterRefused) {
                                                        {"e5", "error 5 : Data out of range"}};
     seam.hdConfigs.resize(1);
     seam.hdConfigs[0].Online = 1;
-    expectSteps(R"(
+    expectSteps(partly, R"(
 set -o vd -i 0 -n other ! KT_LD_SetConfig=5 =5> \nUnable to set configuration of VD 0 (error 5: Data out of range)
 set -o pd -i 0 -c on --waiveconfirmation ! KT_PD_SetConfig=5 =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).
 set -o array -i 7 -n other ! KT_DG_SetConfig=5 =5> \nUnable to set configuration of array 7 (error 5: Data out of range)
@@ -78,21 +78,19 @@ set -o hba --mute ! KT_AdapterMute=5 =5> \nUnable to mute the alarm of hba 0 (er
 set -o bbu --power charge ! KT_BBU_ChangePower=5 =5> Unable to set power of BBU. (error 5: Data out of range).
 set -o pd -i 0 --waiveconfirmation --status offline ! KT_PD_SetHDStatus=5 =5> \nUnable to set hard disk 0 offline (error 5 : Data out of range).
 set -o pd -i 0 -c on --status offline --waiveconfirmation ! KT_PD_SetHDStatus=5 =5> \nUnable to set hard disk 0 offline ($e5).\n$part
-)",
-                partly);
+)");
     seam.hdConfigs[0].Online = 0;
     seam.disks[0].Status = KT_PD_OFFLINE;
-    expectSteps(R"(
+    expectSteps(partly, R"(
 set -o pd -i 0 --smart on --status online ! KT_PD_SetConfig=5 =5> \nUnable to set configuration of hard disk 0 (error 5 : Data out of range).\n$part
 set -o pd -i 0 --smart on --status online ! KT_PD_SetHDStatus=5 =5> \nUnable to set hard disk 0 online (error 5 : Data out of range).
-)",
-                partly);
-    expectSteps(R"(
+)");
+    expectSteps({{"on", "goes on writing to its cache without a battery."},
+                 {"ask", "Do you still want to change the settings? (y or n)"}},
+                R"(
 set -o bbu --power discharge => VD 0 () $on\nVD 1 () $on\n$ask
 set -o bbu --power discharge ! KT_LD_GetConfig=5 => What writes to its cache cannot be read (error 5: Data out of range).\n$ask
-)",
-                {{"on", "goes on writing to its cache without a battery."},
-                 {"ask", "Do you still want to change the settings? (y or n)"}});
+)");
     seam.disks[0].Status = KT_PD_MEMBER;
     seam.hdConfigs[0].Online = 1;
     seam.statuses = {{"KT_BLK_GetHDBlock", 20}};
