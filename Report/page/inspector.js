@@ -1,10 +1,6 @@
 // The card that tells of a disk: shown beside its bay while that is pointed at or has the focus, kept by a click.
 
-const inspector = {
-    card: null,
-    anchor: null,
-    kept: false
-};
+const inspector = {};
 
 function meter(label, value, limit, text, tone) {
     if (value === undefined) return null;

@@ -12,7 +12,9 @@ class Walks(Pages):
     def test_machines(self):
         bench = Bench("none")
         ill = copy.deepcopy(TWIN)
-        ill["adapters"][0]["disks"][0].update(smartTripped=True, linkSpeed=3e9, linkSpeeds=[3e9, 6e9])
+        ill["adapters"][0]["disks"] = [{"id": at, "state": "healthy", **words} for at, words in enumerate((
+            {"model": "Gannet GT2000G", "firmware": "GT03A2", "smartTripped": True}, {"linkSpeed": 3000000000, "linkSpeeds": [6000000000]},
+            {"wear": 81}, {"pending": 60}, {"temperature": 80}))]
         for name in "ab":
             os.mkdir(bench.path(name))
         files = [bench.save(*saved) for saved in (
