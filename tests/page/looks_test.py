@@ -174,15 +174,7 @@ class Many(Pages):
         for name, size in (("light", (1280, 900)), ("dark", (1280, 900, "dark")), ("phone", (390, 844, "light", 2))):
             self.browser.screen(*size)
             self.browser.picture(os.path.join(PICTURES, f"wall-{name}.png"))
-            self.browser.one(".tile").click()
-            self.browser.soon(lambda: self.browser.all("button.bay"))
-            self.browser.run("document.querySelector('.shelf').scrollIntoView({block: 'center'})")
-            self.browser.one("button.bay.bad, button.bay.busy").click()
-            self.browser.picture(os.path.join(PICTURES, f"machine-{name}.png"))
-            self.browser.press("ESCAPE", "ESCAPE")
-            self.browser.soon(lambda: self.browser.all(".tile"))
-        self.assertTrue(all(os.path.getsize(os.path.join(PICTURES, name)) > 20000
-                            for name in ("page.png", "wall-phone.png", "machine-dark.png")))
+        self.assertGreater(min(os.path.getsize(os.path.join(PICTURES, name)) for name in ("page.png", "wall-phone.png")), 20000)
 
 
 if __name__ == "__main__":
