@@ -34,12 +34,7 @@ static Context thereOf(const Context& context, const Arrival& arrival) {
 
 // A disk there: in its bay, or pulled out of it.
 static bool findThere(Arrival& arrival, KT_U16 pd, Disk& disk) {
-    const auto info = find<_HD_Info>(arrival.store, arrival.adapter, pd);
-    const auto state = find<PdState>(arrival.store, arrival.adapter, pd);
-    if (info && state) {
-        disk = Disk{*info, *state};
-        return true;
-    }
+    if (findDisk(Context{arrival.store, arrival.adapter, 0}, pd, disk) == KT_OK) return true;
     const auto out = find<PulledDisk>(arrival.store, arrival.adapter, pd);
     if (!out) return false;
     disk = Disk{out->info, out->state};
