@@ -28,7 +28,9 @@ struct Foreign : LabTest<LAB> {
 
 TEST_F(Foreign, DisksBringTheirVirtualDisks) {
     succeed({outside::pullDisk(0, 5)});
+    newEvents();
     bring({0});
+    EXPECT_EQ(newEvents(), "2/1:11");
     EXPECT_EQ(look(0, 0), "not importable 11 - -") << "one of three";
     bring({1, 2});
     EXPECT_EQ(ids, (Ids{11, 12, 13})) << "the pulled disk keeps its id";

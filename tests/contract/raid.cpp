@@ -107,6 +107,7 @@ TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     param.TandemWaterMark = 90;
     EXPECT_EQ(LOG_OF(PLAIN, KT_LD_Create(PLAIN, &param)), "1/2:2(0,0,0,1) 1/40:2(0,0,0,1)") << "beside another one";
     EXPECT_EQ(vdInfo(PLAIN, 2).Size, 3000 * MB);
+    EXPECT_NE(memcmp(vdInfo(PLAIN, 0).LD_GUID, vdInfo(PLAIN, 1).LD_GUID, 8), 0);
     succeed({createLd(KT_RAID1, {0, 1}, 4096, OLD)});
     EXPECT_EQ(vdInfo(OLD, 0).Size, 4096 * MB) << "what a person asks for";
     succeed({createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD)});
@@ -194,6 +195,7 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     advance(HOUR);
     EXPECT_EQ(look(ARRAYS, 0), "online 0 5 2");
     EXPECT_EQ(LOG_OF(ARRAYS, replace(1)), "2/0:1 2/1:1 1/90:0");
+    EXPECT_EQ(pdConfig(ARRAYS, 1).Online, 1);
     succeed({fail(0)});
     EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 128/1 0") << "it does not read that one";
     succeed({replace(0)});
@@ -308,9 +310,11 @@ TEST_F(Raid, WithoutAWriteCacheNothingIsCached) {
     const auto setCache = [](int policy) {
         _LD_Config config = {};
         config.CachePolicy = static_cast<KT_U8>(policy);
+        memcpy(config.Name, "Renamed", 7);
         return KT_LD_SetConfig(0, 0, &config);
     };
     EXPECT_EQ(LOG_OF(0, setCache(0)), "");
+    EXPECT_EQ(textOf(vdInfo(0, 0).Name), "Renamed");
     EXPECT_EQ(vdInfo(0, 0).CacheMode & KT_CACHE_OFF, KT_CACHE_OFF);
     EXPECT_EQ(LOG_OF(0, setCache(KT_CACHE_OFF | KT_CACHE_RESTORE)), "") << "its cache is as before";
     EXPECT_EQ(LOG_OF(0, setCache(KT_CACHE_OFF | KT_CACHE_RESTORE | KT_CACHE_READ_AHEAD)), "1/6:0");
@@ -324,15 +328,21 @@ TEST_F(Raid, AQuickInitialisationIsBrief) {
     advance(3);
     EXPECT_EQ(look(PLAIN, 0), "online 0 1, 8/1 46");
     EXPECT_EQ(look(PLAIN, 1), "online 2 3, 8/1 46");
+    configure(PLAIN, &_Adapter_Config_V2::BGARate, 25);
+    configure(PLAIN, &_Adapter_Config_V2::InitRate, 0);
+    advance(3);
+    EXPECT_EQ(look(PLAIN, 1), "online 2 3, 8/1 70") << "at the rate of all that has none of its own";
 }
 
 TEST_F(Raid, GreaterActivitiesGoFirst) {
     succeed({createDg(KT_RAID5, {0, 1, 2}), createVd(KT_RAID5, 20000), createVd(KT_RAID5, 20000)});
     EXPECT_EQ(KT_LD_StartConsistencyCheck(ARRAYS, 0, 0), KT_ERR_VD_NOT_INITIALIZED);
     succeed({KT_PD_StartMediaPatrol(ARRAYS, 0)});
+    EXPECT_EQ(dgInfo(ARRAYS, 0).PDBgaRunning, 1);
     EXPECT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 1), KT_ERR_ONE_MEDIA_PATROL);
     EXPECT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 4), KT_ERR_NOT_SPARE);
     EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_StartConsistencyCheck(ARRAYS, 0, 1)), "1/30:0 2/25:0");
+    EXPECT_EQ(dgInfo(ARRAYS, 0).PDBgaRunning, 0) << "the patrol waits";
     EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND)), "1/50:1 1/38:0")
         << "the check waits under its own codes";
     EXPECT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_ERR_VD_BUSY);

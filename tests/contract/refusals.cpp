@@ -20,6 +20,7 @@ static const char LAB[] = R"({"adapters": [
   {"type": "LD-based", "MaxTotalBlocks": 1, "MaxTotalBlocks_V2": 1, "disks": [{"count": 2, "size": "10GB"}]}]})";
 
 static const KT_U16 NOBODY = 99;
+static const Ids FOUR = {3, 4, 5, 6};
 
 using Refusals = ContractTest;
 
@@ -104,10 +105,7 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 11); }},
         {KT_ERR_PD_TYPES_DIFFER, [] { return createRaid0(0, 5, 10); }},
         {KT_ERR_NOT_REDUNDANT, [] { return KT_LD_DG_StartRebuild(0, 2, 1, &NOBODY); }},
-        {KT_ERR_ARRAY_EMPTY,
-         [] {
-             return migrateDg(0, 1, KT_RAID10, {3, 4, 5, 6});
-         }},
+        {KT_ERR_ARRAY_EMPTY, [] { return migrateDg(0, 1, KT_RAID10, FOUR); }},
         {KT_ERR_ARRAY_BUSY, [] { return KT_LD_BGAControl(0, 0, KT_CONTROL_PAUSE); }},
         {KT_ERR_PD_NOT_OFFLINE, [] { return KT_PD_SetHDStatus(1, 2, 1); }},
         {KT_ERR_VD_HAS_OS, [] { return KT_LD_Delete(1, 0, 1); }},

@@ -61,7 +61,6 @@ TEST(Check, NamesWhatIsWrong) {
         {"block 0 is empty", with<_Block_Info>(0, [](auto& block) { block.Size = 0; })},
         {"block 9 is in no slot", with<_Block_Info>(9,
                                                     [](auto& block) {
-                                                        block = {};
                                                         block.ID = 9;
                                                         block.Status = BLOCK_COPYING;
                                                     })},
@@ -108,10 +107,8 @@ TEST(Check, NamesWhatIsWrong) {
         {"bad sector 27866022694354944 lies beyond its disk",
          with<BadSector>(KT_U64{99} << 48, [](auto& sector) { sector.flaw = FLAW_LOST; })},
         {"bad sector 1125899906842633 is bad in no known way", with<BadSector>(ON_DISK_4 + 9, [](auto&) {})},
-        {"bad sector 1125899906842633 is known in none", with<BadSector>(ON_DISK_4 + 9,
-                                                                         [](auto& sector) {
-                                                                             sector = {FLAW_LOST, 1, {}};
-                                                                         })},
+        {"bad sector 1125899906842633 is known in none",
+         with<BadSector>(ON_DISK_4 + 9, [](auto& sector) { sector.known = sector.flaw = FLAW_LOST; })},
         {"VD 99 is not whole", cut<_LD_Info>()},
         {"state of VD 99 is not whole", cut<VdState>()},
         {"array 99 is not whole", cut<_DG_Info>()},

@@ -1,5 +1,6 @@
 // What is known of a disk beside its record goes where the disk goes, and goes with it.
 #include "changes/arrival.h"
+#include "changes/branches.h"
 #include "changes/diskIds.h"
 #include "changes/health.h"
 #include "ids.h"
@@ -71,4 +72,19 @@ TEST_F(Disks, BringToAnotherAdapterWhatIsTheirOwn) {
     EXPECT_EQ(names.size(), 5U);
     EXPECT_EQ(Known::at(there, 3), "+-++--2") << "what an adapter tells or wrote of it stays there";
     closeStore(elsewhere);
+}
+
+TEST(Places, OfADiskWhoseExpanderIsGoneAreElsewhere) {
+    const BuiltInLab lab = {"lab", R"({"adapters": [{"expanders": [{}], "disks": [{"count": 2, "on": "expander"}]}]})"};
+    Store* store = openMemoryStore(fillFromLab, &lab);
+    beginTransaction(*store, Access::Write);
+    const Context context{*store, 0, 1800000000000};
+    KT_U8 port = 0;
+    while (port < 8 && pullCable(context, port) != KT_OK)
+        ++port;
+    ASSERT_EQ(insertDisks(context, {1}), KT_OK);
+    EXPECT_EQ(find<_HD_Info>(context, 1)->Link.Parent.DevType, KT_LINK_HBA);
+    ASSERT_EQ(insertCable(context, port), KT_OK);
+    EXPECT_EQ(find<_HD_Info>(context, 0)->Link.Parent.DevType, KT_LINK_EXPANDER);
+    closeStore(store);
 }

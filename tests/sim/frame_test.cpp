@@ -90,6 +90,10 @@ TEST_F(CallFrame, SpoilsAnswersAsFaultsSay) {
     EXPECT_EQ(std::string(reinterpret_cast<char*>(request->ldInfo[0].Name), 16), std::string(16, 'X'));
     EXPECT_EQ(listVds(0, 2), KT_OK);
     EXPECT_EQ(request->ldInfo[0].Name[0], 'b');
+    setFault({"KT_Adapter_GetConfig", FAULT_TEXT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0});
+    _Adapter_Config_V2 config = {};
+    EXPECT_EQ(KT_Adapter_GetConfig(0, &config), KT_OK);
+    EXPECT_EQ((std::string{char(config.SerialNo[0]), char(config.ModelNumber[0])}), "XX");
 }
 
 TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {

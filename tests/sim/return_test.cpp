@@ -33,6 +33,7 @@ static const struct {
               {"RAID6", KT_RAID6, 4, 2},   {"RAID10", KT_RAID10, 4, 0}, {"RAID1E", KT_RAID1E, 3, 0},
               {"RAID50", KT_RAID50, 6, 0}, {"RAID60", KT_RAID60, 8, 4}};
 static const unsigned COMMANDS = 12; // what nobody can do while the power is off begins here
+static const Ids CONTROLS = {KT_CONTROL_PAUSE, KT_CONTROL_RESUME, KT_CONTROL_STOP};
 static const KT_U64 DAY = 24ULL * 60 * 60 * 1000;
 
 struct History {
@@ -142,9 +143,7 @@ struct History {
             [&] { return insertDisks(context, {away}); },
             [&] { return startVdRebuild(context, group.owner.id, unused); },
             [&] { return startArrayRebuild(context, array, &unused, 1); },
-            [&] {
-                return control(group, oneOf({KT_CONTROL_PAUSE, KT_CONTROL_RESUME, KT_CONTROL_STOP}));
-            },
+            [&] { return control(group, oneOf(CONTROLS)); },
             [&] { return makeGlobalSpare(context, unused); },
             [&] { return makeDedicatedSpare(context, unused, array); },
             [&] { return setDiskStatus(context, pd, static_cast<KT_U8>(pick(2))); },
