@@ -154,7 +154,7 @@ class Waiting(unittest.TestCase):
                 while "migration 0 %" not in shown:
                     shown += run.stdout.readline()
                 self.assertEqual(machine.run("ktsetup", "migrate", "-l", "0", "-a", action).returncode, 0)
-                text = run.communicate(timeout=20)[0]
+                text = run.communicate(timeout=60)[0]
             # It is said once a minute how far it is.
             self.assertEqual((run.returncode, text.split("\n")[:2]), (1, ["", f"Stopped: {why}."]), text)
 
@@ -176,7 +176,7 @@ class Waiting(unittest.TestCase):
         machine = self.growing()
         machine.apply(GROWN)
         bar = r'virtual disk 0 "data" on adapter 0  migration  \[[#.]{30}\] .*\n'
-        status, shown = self.on_terminal(machine, "ktreport", "wait", "--timeout", "2s")
+        status, shown = self.on_terminal(machine, "ktreport", "wait", "--timeout", "4s")
         self.assertEqual(status, 4)
         self.assertRegex(shown, rf"\A{bar}(\033\[1A\033\[J{bar})+\Z")
         machine.sim("clock", "speed", "4000")
