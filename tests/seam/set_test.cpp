@@ -8,7 +8,10 @@ KT_U8 KT_Adapter_SetConfig(KT_U8, const _Adapter_Config_V2* config) {
 }
 CALL(KT_AdapterMute, (KT_U8), note(name))
 CALL(KT_BBU_ChangePower, (KT_U8, KT_U8 power), note(name, power))
-CALL(KT_SSD_SmartReadData, (KT_U8, KT_U16 pd, _SSD_Smart_Data*), note(name, pd))
+KT_U8 KT_SSD_SmartReadData(KT_U8, KT_U16 pd, _SSD_Smart_Data* page) {
+    page->Attributes[0] = {.Id = 9, .Current = 50, .Raw = {77}}; // hours, and no sum that is right
+    return note("KT_SSD_SmartReadData", pd);
+}
 CALL(KT_SSD_Diagnostic, (KT_U8, KT_U16 pd, _SSD_Diagnostic*), note(name, pd))
 CALL(KT_Download_SSD_Microcode, (KT_U8, KT_U16 pd, KT_U8 mode, _Flash_Data*), note(name, pd, mode))
 }
@@ -21,6 +24,12 @@ struct Set : SeamTest {
         gAdapterInfo[0].Features = KT_FEATURE_REBUILD;
     }
 };
+
+TEST_F(Set, NothingOfADamagedPageIsShown) {
+    addDisks(1, KT_HD_SSD);
+    expect("ssd", "PD    Model                    Microcode Life left Written   Power on  Temp  Self-test\n"
+                  "0                                        damaged   N/A       N/A       N/A   never run\n");
+}
 
 TEST_F(Set, SaysWhatTheAdapterDidNotTake) {
     seam.rawDisabled = 0x77;
