@@ -52,18 +52,11 @@ A spare is patrolled by the hour.
 
   $ lab default
   $ kt mp -d 9 > /dev/null && ktsim clock advance 30m
-  $ for action in pause resume stop restart; do kt mp -a $action -d 9; progress 0 "pd -i 9"; done
-  Pause successfully
-  Media patrol:        paused at 7%
-  Resume successfully
-  Media patrol:        running, 7% done
+  $ for action in stop restart; do kt mp -a $action -d 9; progress 0 "pd -i 9"; done
   Abort successfully
   Media patrol:        aborted
   Restart successfully
   Media patrol:        running, 0% done
-  $ ktsim clock until idle && told 0 3
+  $ ktsim clock until idle
   Idle after 6 h 37 min.
-  Media Patrol on physical disk 9 aborted
-  Media Patrol on physical disk 9 restarted
-  Media Patrol on physical disk 9 completed
 

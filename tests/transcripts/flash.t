@@ -1,4 +1,4 @@
-The image that an adapter runs can be saved and written back; what was done stands in the log.
+The image that an adapter runs can be saved and written back.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
@@ -8,15 +8,6 @@ The image that an adapter runs can be saved and written back; what was done stan
   $ HOME=$PWD kt flash --action BACKUP --type Firmware --file '~/again' | tail -1
   Flash command is returned successfully.
   $ cmp saved again
-  $ kt flash -a version -t firmware -f saved | grep build
-  build number:      2108
   $ kt flash -a backup -t firmware -f '$(touch ran)'
   Unable to create file '$(touch ran)'.
   [1]
-  $ echo yes | kt flash -a erase -t autoload | tail -1
-  Erase bios command is returned successfully.
-  $ kt event | grep Desc
-  Description:  Backup image succeeded
-  Description:  Update image succeeded
-  Description:  Backup image succeeded
-  Description:  Adapter 0 with serial number KS260100004711 is detected

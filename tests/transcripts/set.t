@@ -57,10 +57,9 @@ Disks and arrays.
   drive speed:             3 Gb/s
   SMART:                   off
   status:                  online
-  $ kt info -o pd -i 3 | grep -e 'Write cache' -e SMART -e 'speed:'
+  $ kt info -o pd -i 3 | grep -e 'Write cache' -e SMART -e 'Current speed'
   Write cache:         supported (off)
   SMART:               supported (off)
-  supported speed:     1.5 Gb/s, 3 Gb/s, 6 Gb/s
   Current speed:       3 Gb/s
   $ kt set -o hd -i 3 -c on --smart on --speed 1.5 --waiveconfirmation | sed -n 2,4p
   write cache:             on
@@ -163,11 +162,8 @@ declines.
 
 Everything has its effect: a matching spare was idle because the adapter does not rebuild by itself.
 
-  $ lab troubled; kt info -o vd -i 0 | grep BGA
-  BGA status:          N/A
-  $ kt set -o hba --autorebuild on | grep Auto; kt info -o vd -i 0 | grep BGA
+  $ lab troubled; kt set -o hba --autorebuild on | grep Auto; kt info -o vd -i 0 | grep 'BGA prog'
   Auto Rebuild:            on
-  BGA status:          running
   BGA progress:    rebuilding is 0% done
 
 What an adapter does not have is not set.
