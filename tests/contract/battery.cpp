@@ -41,10 +41,6 @@ static std::string look() {
 }
 
 TEST_F(Battery, ShowsTheLabsBatteryFirst) {
-    const _BBU_Info info = battery();
-    EXPECT_EQ((Ints{info.status, info.sensorSupport, info.rechargeCycle, info.temperature, info.tempLow, info.tempHigh,
-                    info.voltage, info.voltLow, info.voltHigh, info.capacity, info.maxCapacity}),
-              (Ints{KT_BBU_PRESENT, 7, 17, 3140, 0, 60, 4120, 3300, 4300, 620, 650}));
     EXPECT_EQ(look(), "| on off on | 95");
     _BBU_Info other = {};
     EXPECT_EQ(KT_BBU_GetInfo(1, &other), KT_ERR_NOT_ON_THIS_ADAPTER);

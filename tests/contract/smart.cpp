@@ -115,8 +115,6 @@ TEST_F(Smart, TheDayWarmsAndThePullStopsTheHours) {
 }
 
 TEST_F(Smart, DrivesAnswerCommands) {
-    const _HD_Info disk = pdInfo(0, 0);
-    EXPECT_EQ((Ints{disk.PIOMode, disk.MDMAMode, disk.UDMAMode}), (Ints{4, 2, 6}));
     EXPECT_EQ(ata(0, KT_ATA_SMART, KT_SMART_RETURN_STATUS, 0).Status, 0x51) << "without its signature";
     EXPECT_EQ(ata(0, 0x25, 0).Error, 0x04) << "a command that moves data";
     EXPECT_EQ(ata(0, 0xE7, 0).Status, 0x50);

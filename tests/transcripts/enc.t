@@ -33,9 +33,6 @@ Enclosures and what stands in them.
   AC fail: no
   Element ID: 1
   AC fail: no
-  $ kt 1 enc -o enc
-  
-  No enclosure is found
 
 Troubled and hostile enclosures.
 

@@ -109,6 +109,11 @@ What a drive refuses leaves it with the microcode that it had; nothing is tried 
   Failed to download page 0 of file 'now.bin' to PD 7 (error 166: invalid microcode found).
   PD 7 is online, its microcode is PX20.
   = 166
+  $ for part in data header; do
+  >   ktsim image microcode $part.bin -m "Petrel PS480G SSD" -v PS52A --size 400 --damage $part
+  >   kt ssdop -d 11 -f $part.bin --waiveconfirmation | grep Failed; done
+  Failed to download page 2 of file 'data.bin' to PD 11 (error 184: Invalid flash buffer data).
+  Failed to download page 0 of file 'header.bin' to PD 11 (error 166: invalid microcode found).
   $ ktsim fault KT_Download_SSD_Microcode 20 --after 1; : > trace
   $ kt ssdop -d 11 -f now.bin --waiveconfirmation | tail -2; calls | grep -c Download
   Failed to download page 1 of file 'now.bin' to PD 11 (error 20: Link time out).

@@ -9,9 +9,7 @@ Without a free bay or port there is no disk more.
   $ lab default && cp state.db old.db; ktsim create --lab empty --force; ktsim disk insert 4 5 --from old.db -a 1
   ktsim: the adapter has no free bay or port, or no number, for all that
   [1]
-  $ ktsim disk pull 1 2 -a 1 -f; ktsim disk insert 4 5 --from old.db -a 1; places 1
-  Disk 4 of old.db is disk 4 here.
-  Disk 5 of old.db is disk 5 here.
+  $ ktsim disk pull 1 2 -a 1 -f; ktsim disk insert 4 5 --from old.db -a 1 > /dev/null; places 1
   PD 4 port 1, PD 5 port 2, PD 0 port 0, PD 3 port 3, PD 1 port 1, PD 2 port 2
   $ ktsim disk insert 1 -a 1; ktsim disk replace 2 -a 1; ktsim disk pull 4 -a 1 -f; ktsim disk insert 2 -a 1; places 1; ktsim check
   ktsim: the adapter has no free bay or port, or no number, for all that
@@ -26,22 +24,16 @@ Bays come first, then ports, then those of port multipliers; what was pulled is 
   >   "disks": [{"count": 3, "on": "expander", "enclosure": 3}]},
   >  {"type": "LD-based", "portMultipliers": [{}], "disks": [{"count": 2}]}]}
   > XX
-  $ ktsim create --lab two.json --force; ktsim disk pull 1 -f; ktsim disk insert 11 12 --from old.db; places 0 3
-  Disk 11 of old.db is disk 3 here.
-  Disk 12 of old.db is disk 4 here.
+  $ ktsim create --lab two.json --force; ktsim disk pull 1 -f; ktsim disk insert 11 12 --from old.db > /dev/null; places 0 3
   PD 3 bay 3:3, PD 4 port 4, PD 1 bay 3:1
   $ kt info -o pd -i 3 | grep Linked
   Linked at:           Expander 0, port 3
-  $ ktsim disk insert 3 4 5 6 --from old.db -a 1; places 1; ktsim cable pull 3 -a 1 -f; ktsim disk insert 12 --from old.db -a 1
-  Disk 3 of old.db is disk 2 here.
-  Disk 4 of old.db is disk 3 here.
-  Disk 5 of old.db is disk 4 here.
-  Disk 6 of old.db is disk 5 here.
+  $ ktsim disk insert 3 4 5 6 --from old.db -a 1 > /dev/null; places 1
   PD 2 port 2, PD 3 PM 0:0, PD 4 PM 0:1, PD 5 PM 0:2, PD 0 port 0, PD 1 port 1
+  $ ktsim cable pull 3 -a 1 -f; ktsim disk insert 12 --from old.db -a 1
   ktsim: the adapter has no free bay or port, or no number, for all that
   [1]
-  $ ktsim cable insert 3 -a 1; ktsim disk insert 12 --from old.db -a 1 && places 1 1
-  Disk 12 of old.db is disk 6 here.
+  $ ktsim cable insert 3 -a 1; ktsim disk insert 12 --from old.db -a 1 > /dev/null && places 1 1
   PD 6 PM 0:3
 
 A lab that lists more disks than ports gets what they can hang on. Disks that come later hang there, too.
@@ -52,8 +44,7 @@ A lab that lists more disks than ports gets what they can hang on. Disks that co
   Total # of PHYs:     28
   Links to:            HBA 0, port [7] on SAS address 500A1F4000100007
   $ KTRAID_SIM=old.db ktsim disk age 12 hours 77; KTRAID_SIM=old.db kt smart -p 12 | grep Hours > there
-  $ ktsim disk insert 12 --from old.db; kt smart -p 12 | grep Hours | diff there - && places 0 | grep -o 'PD 12[^,]*'
-  Disk 12 of old.db is disk 12 here.
+  $ ktsim disk insert 12 --from old.db > /dev/null; kt smart -p 12 | grep Hours | diff there - && places 0 | grep -o 'PD 12[^,]*'
   PD 12 expander 0:5
   $ ktsim cable pull 7 -f; ktsim disk insert 8; ktsim check
   ktsim: the adapter has no free bay or port, or no number, for all that
