@@ -55,3 +55,6 @@ inline void layOut() {
         disk(id).Status = KT_PD_MEMBER;
     }
 }
+struct Activity : SeamTest {
+    Activity() { layOut(); }
+};

@@ -4,7 +4,7 @@
 namespace {
 const char raidLines[] = "[VD ID]=0\n[RAID NAME]=first\n[RAID MODE]=RAID1\n[CAPACITY (M)]=20000\n[PD MEMBER]=5,6\n"
                          "[BLOCK SIZE (K)]=128\n[WRITE POLICY]=WRITETHROUGH\n[READ POLICY]=NONE\n[INIT MODE]=QUICK\n"
-                         "[VD ID]=1\n[RAID NAME]=second\n[RAID MODE]=RAID0\n[CAPACITY (M)]=3000\n[PD MEMBER]=7,8\n"
+                         "[VD ID]=1\n[RAID NAME]=second\n[RAID MODE]=RAID0\n[CAPACITY (M)]=0\n[PD MEMBER]=7,8\n"
                          "[SPARE ID]=0\n[PHYSICAL DISK ID]=9\n[VIRTUAL DISK ID]=FF\n"
                          "[SPARE ID]=1\n[PHYSICAL DISK ID]=10\n[VIRTUAL DISK ID]=2\n";
 } // namespace
@@ -105,7 +105,7 @@ TEST_F(Cfg, RestoreReplacesTheRaidInOrder) {
     EXPECT_EQ("Deleting virtual disk 0 '' (RAID5).\nDeleting virtual disk 4 '' (RAID5).\n"
               "Releasing spare disk 107.\nReleasing spare disk 108.\n"
               "Creating virtual disk 'first' (RAID1, 20000 M) on disks 5, 6.\n"
-              "Creating virtual disk 'second' (RAID0, 3000 M) on disks 7, 8.\n"
+              "Creating virtual disk 'second' (RAID0, all available space) on disks 7, 8.\n"
               "Assigning disk 9 as global spare disk.\nAssigning disk 10 as spare disk of array 2.\n",
               testing::internal::GetCapturedStderr());
     EXPECT_EQ("KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n"
@@ -116,23 +116,13 @@ TEST_F(Cfg, RestoreReplacesTheRaidInOrder) {
                      "KT_LD_GetStatus 4", "KT_LD_Delete 4 0", "KT_LD_Create", "KT_LD_Create", "KT_PD_Spare2FreeHD 107",
                      "KT_PD_Spare2FreeHD 108", "KT_PD_FreeHD2GlobalSpare 9", "KT_PD_FreeHD2DGSpare 10 2"}),
               seam.calls);
-    // The second one names neither stripe, policies nor initialisation.
+    // The second one names neither stripe, policies nor initialisation, and takes all the space there is.
     // clang-format off
     const _Create_LD_Param second = {
-        .RaidMode = KT_RAID0, .HDCount = 2, .RoundingScheme = KT_ROUND_1GB, .StripeBlockSize = 64,
-        .InitializationOption = KT_INIT_NONE, .SectorCoefficient = 1, .HDIDs = {7, 8}, .Name = "second",
-        .Size = 3000U << 10};
+        .RaidMode = KT_RAID0, .HDCount = 2, .RoundingScheme = KT_ROUND_10GB, .StripeBlockSize = 64,
+        .InitializationOption = KT_INIT_NONE, .SectorCoefficient = 1, .HDIDs = {7, 8}, .Name = "second"};
     // clang-format on
     EXPECT_EQ(bytesOf(second), seam.sent["KT_LD_Create"]);
-}
-
-TEST_F(Cfg, ACapacityOfNothingIsAllTheSpaceThereIs) {
-    write("all.txt", configuration("[VD ID]=0\n[RAID MODE]=RAID0\n[CAPACITY (M)]=0\n[PD MEMBER]=7\n"));
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(1, runOn("restore_cfg -f all.txt --raid").result);
-    EXPECT_EQ("Creating virtual disk '' (RAID0, all available space) on disks 7.\n",
-              testing::internal::GetCapturedStderr());
-    EXPECT_EQ(std::string(8, '\0'), seam.sent["KT_LD_Create"].substr(offsetof(_Create_LD_Param, Size)));
 }
 
 TEST_F(Cfg, RestoredDisksTakeTheirParametersFromTheText) {

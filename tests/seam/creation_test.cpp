@@ -113,7 +113,6 @@ create -r hs -d 8,9 =>
 )");
     seam.blocks.clear();
     expectSteps(R"(
-create -r 1 -d 8,9 ! KT_PD_GetHDRaidStatus=9 =1> Failed to get status for PD 8 (error 9: Invalid physical disk id)
 create -r 1 -d 8,9 ! KT_PD_GetMBRInfo=1 =1> \nFailed to create virtual disk (error 1: Failed).
 create -r 1 -d 8,9 ! KT_BLK_GetInfo=12 =12> Can not get disk 8 information(error 12: Invalid block disk id).
 create -r 1 -d 8,9 ! KT_LD_GetInfo=5 => 

@@ -72,7 +72,6 @@ TEST_F(Removal, OfArraysAsks) {
 delete -o array -i 0 < n => $sure | KT_DG_GetInfo 0
 delete -o array -i 0 < y => $sure\nDelete array 0 successfully. | KT_DG_GetInfo 0; KT_DG_Delete 0
 delete -o array -i 0 ! KT_DG_Delete=76 < y =76> $sure\nFailed to delete array 0 (error 76: $full).
-delete -o array -i 0 --waiveconfirmation => Delete array 0 successfully.
 )");
 }
 

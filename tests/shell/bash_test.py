@@ -30,7 +30,6 @@ class BashTest(TerminalTest):
 
     def test_ktsetup(self):
         self.offered(self.bash, "ktsetup cre", "ate")
-        self.offered(self.bash, "ktsetup cc -t ", "check", "sync")
         self.offered(self.bash, "ktsetup enc --type=", "arydev")
         self.offered(self.bash, "ktsetup info -o vd -i ", "0 (boot)", "3 (archive)")
         self.offered(self.bash, "ktsetup create -d 0,1", "10", "11", "12")

@@ -89,13 +89,6 @@ class HistoryTest(TerminalTest):
         self.piped("error -c 5\nexit\n")
         self.assertNotIn("error -c 5", self.lines())
 
-    def test_shells_side_by_side_share_them(self):
-        one, other = self.shell(), self.shell()
-        self.say(one, "error -c 9", "Error code 9")
-        self.say(other, "ver", "CLI Version")
-        self.say(other, UP + UP, "Error code 9")
-        self.assertEqual(self.lines(), ["error -c 9", "ver", "error -c 9"])
-
     def test_a_thousand_are_kept(self):
         os.makedirs(os.path.dirname(self.path(HISTORY)))
         self.make(HISTORY, "".join(f"error -c {i}\n" for i in range(1000)))

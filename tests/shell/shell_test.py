@@ -72,13 +72,6 @@ class ShellTest(TerminalTest):
         self.assertIn("Invalid command '" + "x" * 100000 + "'!", output)
         self.assertEqual(output.count("No help available for 'a'"), 3000)
 
-    def test_tabs_of_a_script_separate_words(self):
-        # The second tab in a row makes an empty word, which -c takes as the number 0.
-        status, output = self.piped("error\t-c\t3\nerror -c\t\t3\nexit\n")
-        self.assertEqual(status, 255)
-        self.assertIn("Error code 3: Unknown error.", output)
-        self.assertIn("Error code 0: No error.", output)
-
     def test_lines_are_read_without_readline_too(self):
         lines = "error -c 3\ndelete -o vd -i 3\nn\n\nexit\n"
         edited = self.piped(lines)

