@@ -86,13 +86,11 @@ class Adapters(Bench):
 
     def delete(self, adapter):
         what = self.report()["adapters"][adapter]
-        for vd in what["virtualDisks"][:1]:
-            self.tool(adapter, "delete", "-o", "vd", "-i", str(vd["id"]), "--waiveconfirmation")
-        for array in what.get("arrays", [])[:1]:
-            for vd in array["virtualDisks"][:1]:
+        for owner in [what, *what.get("arrays", [])[:1]]:
+            for vd in owner["virtualDisks"][:1]:
                 self.tool(adapter, "delete", "-o", "vd", "-i", str(vd["id"]), "--waiveconfirmation")
-            if self.random.random() < 0.5:
-                self.tool(adapter, "delete", "-o", "array", "-i", str(array["id"]), "--waiveconfirmation")
+            if owner is not what and self.random.random() < 0.5:
+                self.tool(adapter, "delete", "-o", "array", "-i", str(owner["id"]), "--waiveconfirmation")
 
     def spare(self, adapter):
         free = self.free(self.report(), adapter)
@@ -115,10 +113,9 @@ class Adapters(Bench):
 
     def mishap(self, adapter):
         disk = str(self.random.randrange(4))
-        self.run("ktsim", "disk", "fail", disk, "-a", str(adapter), "--force")
-        self.idle()
-        self.run("ktsim", "disk", "replace", disk, "-a", str(adapter))
-        self.idle()
+        for words in (["fail", disk, "--force"], ["replace", disk]):
+            self.run("ktsim", "disk", *words, "-a", str(adapter))
+            self.idle()
 
 
 def shape(document, there):
@@ -217,9 +214,8 @@ def main():
     bad = []
     for seed in range(first, first + pairs):
         end = one_pair(seed)
-        if end in ends:
-            ends[end] += 1
-        else:
+        ends[end] = ends.get(end, 0) + 1
+        if end not in ("reached", "excused"):
             bad.append(seed)
             print(f"pair {seed}:\n{end}", flush=True)
     print(f"{pairs} pairs, {ends['reached']} reached, {ends['excused']} not reachable for their disks; failed: {bad}")

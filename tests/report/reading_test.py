@@ -81,6 +81,8 @@ class Reading(unittest.TestCase):
         done = bench.run("ktreport")
         self.assertEqual((done.returncode, done.stdout, "does not start" in done.stderr), (3, "", True))
         self.assertRegex(bench.run("ktreport", "check").stdout, r"^RAID UNKNOWN - the library does not start")
+        done = bench.run("ktreport", "metrics")
+        self.assertEqual((done.returncode, re.findall("^ktraid_(?:up|adapters).*", done.stdout, re.M)), (3, ["ktraid_up 0"]))
 
     def test_views_only_read(self):
         """Every command of the help, on every lab but the largest; diff reads the adapters behind a report of them."""
