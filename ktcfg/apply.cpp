@@ -199,7 +199,8 @@ static int tellIdle(const Json& report) {
 }
 
 static int stop(const Run& run) {
-    out("\nStopped: %s.\n", run.stopped.c_str());
+    const bool isList = run.stopped.ends_with('\n'); // of differences, a line each
+    out("\nStopped: %s%s", run.stopped.c_str(), isList ? "" : ".\n");
     if (run.done > 0) out("Done:\n%s", stepsText(run.steps, 0, run.done).c_str());
     if (run.done < run.steps.size()) {
         out("Not done:\n%s", stepsText(run.steps, run.done, run.steps.size()).c_str());

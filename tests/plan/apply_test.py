@@ -153,6 +153,7 @@ class Applying(unittest.TestCase):
         done = machine.apply(WANTED)
         self.assertEqual(done.returncode, 1)
         self.assertIn("\nStopped: all commands were carried out, but the adapters are not as wanted; different is:\n", done.stdout)
+        self.assertNotIn("\n.\n", done.stdout, "a list ends in no full stop of its own")
 
 
 class Refusing(unittest.TestCase):
