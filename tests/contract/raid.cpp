@@ -149,6 +149,9 @@ TEST_F(Raid, CreationSaysWhatIsWrong) {
     _CreateOrModify_VD_Param vd = vdParam(KT_RAID1);
     vd.StripeBlockSize = 128;
     EXPECT_EQ(KT_CreateOrModify_VD(ARRAYS, &vd), KT_ERR_STRIPE_MISMATCH);
+    vd = vdParam(KT_RAID1);
+    vd.BlockSize = 4096;
+    EXPECT_EQ(KT_CreateOrModify_VD(ARRAYS, &vd), KT_ERR_BLOCK_SIZE);
     EXPECT_TRUE(newEvents(PLAIN).empty());
 }
 
