@@ -287,6 +287,7 @@ TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
     EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
     for (const Ids& targets : {Ids{6, 7}, Ids{4, 5}}) // both that a stopped rebuild left half filled give way
         succeed({KT_LD_DG_StartRebuild(ARRAYS, 0, 2, targets.data()), control(KT_CONTROL_STOP)});
+    EXPECT_EQ(roleOf(ARRAYS, 6) | roleOf(ARRAYS, 7), 0);
     EXPECT_EQ(migrateDg(ARRAYS, 0, KT_RAID6, {4, 5, 2, 3, 6}), KT_ERR_VD_NOT_READY)
         << "half filled members are no source";
     succeed({control(KT_CONTROL_RESTART), fail(4)});
