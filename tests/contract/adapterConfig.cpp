@@ -1,5 +1,4 @@
 #include "frame.h"
-#include "outside.h"
 
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
   {"type": "LD-based", "AlarmSupport": 0, "config": {"AutoRebuildOn": 255}}]})";
@@ -18,7 +17,7 @@ TEST_F(AdapterConfig, ChangesAreKeptAndLogged) {
     EXPECT_EQ(LOG_OF(0, KT_Adapter_SetConfig(0, &config)), "0/5:0 12/24:0(100) 12/27:0 0/8:0");
     memcpy(config.SerialNo, before.SerialNo, sizeof config.SerialNo); // which is not a setting
     const auto isKept = [&] {
-        reopen();
+        succeed({reopen()});
         const Config held = adapterConfig(0);
         return memcmp(&held, &config, sizeof held) == 0;
     };
@@ -56,12 +55,11 @@ TEST_F(AdapterConfig, WrongValuesChangeNothing) {
 }
 
 TEST_F(AdapterConfig, MuteIsLoggedOnce) {
-    succeed({KT_AdapterMute(0), KT_AdapterMute(0)});
-    EXPECT_EQ(newEvents(), "12/28:0");
+    EXPECT_EQ(LOG_OF(0, KT_AdapterMute(0), KT_AdapterMute(0)), "12/28:0");
     for (const KT_U8 on : {KT_U8{0}, KT_U8{1}})
-        configure(0, &_Adapter_Config_V2::AlarmOn, on);
+        succeed({configure(0, &_Adapter_Config_V2::AlarmOn, on)});
     EXPECT_EQ(LOG_OF(0, KT_AdapterMute(0)), "12/28:0") << "a buzzer switched on anew is not mute";
-    succeed({outside::failDisk(0, 0)});
+    succeed({failDisk(0, 0)});
     EXPECT_EQ(LOG_OF(0, KT_AdapterMute(0)), "12/28:0") << "a new alarm is heard again";
     EXPECT_EQ(KT_AdapterMute(1), KT_ERR_NOT_ON_THIS_ADAPTER);
 }

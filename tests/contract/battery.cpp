@@ -1,5 +1,4 @@
 #include "frame.h"
-#include "outside.h"
 
 #include <sstream>
 
@@ -13,7 +12,9 @@ static const char LAB[] = R"({"adapters": [
 // What KT_BBU_ChangePower does.
 enum : KT_U8 { POWER_STOP = 0, POWER_CHARGE = 1, POWER_DISCHARGE = 2 };
 
-struct Battery : LabTest<LAB> {};
+struct Battery : LabTest<LAB> {
+    static KT_U8 power(KT_U8 how) { return KT_BBU_ChangePower(0, how); }
+};
 
 static _BBU_Info battery() {
     _BBU_Info info = {};
@@ -21,8 +22,10 @@ static _BBU_Info battery() {
     return info;
 }
 
-// The codes of its events since the last call, whether virtual disks write back, and its status and charge.
-static std::string look() {
+// After calls that go well: the codes of its events since the last look, whether virtual disks write back, and its
+// status and charge.
+static std::string look(std::initializer_list<KT_U8> calls = {}) {
+    succeed(calls);
     std::istringstream events(newEvents());
     std::string seen;
     for (std::string event; events >> event;)
@@ -51,37 +54,25 @@ TEST_F(Battery, ShowsTheLabsBatteryFirst) {
 }
 
 TEST_F(Battery, DischargesAndChargesOverTime) {
-    succeed({KT_BBU_ChangePower(0, POWER_DISCHARGE)});
-    EXPECT_EQ(look(), "16 | on off on | -95");
+    EXPECT_EQ(look({KT_BBU_ChangePower(0, POWER_DISCHARGE)}), "16 | on off on | -95");
     const int minutes = battery().minutesToEmpty;
     advance(HOUR);
     EXPECT_EQ(battery().minutesToEmpty, minutes - 60);
     EXPECT_EQ(look(), "| on off on | -62");
     EXPECT_LT(battery().voltage, 4120);
-    advance(HOUR);
-    EXPECT_EQ(look(), "20 28 | off off on | -28") << "the automatic cache writes through below 30%";
-    advance(HOUR);
-    EXPECT_EQ(look(), "31 17 | off off on | +3") << "an empty battery is charged";
-    advance(4 * HOUR);
-    EXPECT_EQ(look(), "21 29 18 | on off on | 99");
-    succeed({KT_BBU_ChangePower(0, POWER_DISCHARGE), KT_BBU_ChangePower(0, POWER_STOP)});
-    EXPECT_EQ(look(), "16 31 | on off on | 99");
-    advance(DAY);
-    succeed({KT_BBU_ChangePower(0, POWER_CHARGE), KT_BBU_ChangePower(0, POWER_STOP)});
-    EXPECT_EQ(look(), "17 30 | on off on | 98");
-    advance(20 * DAY);
-    EXPECT_EQ(look(), "17 18 | on off on | 94") << "an idle one is kept charged";
+    EXPECT_EQ(look({advance(HOUR)}), "20 28 | off off on | -28") << "the automatic cache writes through below 30%";
+    EXPECT_EQ(look({advance(HOUR)}), "31 17 | off off on | +3") << "an empty battery is charged";
+    EXPECT_EQ(look({advance(4 * HOUR)}), "21 29 18 | on off on | 99");
+    EXPECT_EQ(look({power(POWER_DISCHARGE), power(POWER_STOP)}), "16 31 | on off on | 99");
+    EXPECT_EQ(look({advance(DAY), power(POWER_CHARGE), power(POWER_STOP)}), "17 30 | on off on | 98");
+    EXPECT_EQ(look({advance(20 * DAY)}), "17 18 | on off on | 94") << "an idle one is kept charged";
 }
 
 TEST_F(Battery, RelearnsOnSchedule) {
     const _BBU_Info before = battery();
-    outside::scheduleRelearn(0, 5 * DAY);
-    advance(4 * DAY + 23 * HOUR);
-    EXPECT_EQ(look(), "12 13 14 15 | on off on | 90");
-    advance(2 * HOUR);
-    EXPECT_EQ(look(), "6 16 | on off on | -57");
-    advance(DAY);
-    EXPECT_EQ(look(), "20 28 31 7 17 21 29 18 8 | on off on | 99");
+    EXPECT_EQ(look({scheduleRelearn(0, 5 * DAY), advance(4 * DAY + 23 * HOUR)}), "12 13 14 15 | on off on | 90");
+    EXPECT_EQ(look({advance(2 * HOUR)}), "6 16 | on off on | -57");
+    EXPECT_EQ(look({advance(DAY)}), "20 28 31 7 17 21 29 18 8 | on off on | 99");
     EXPECT_EQ(battery().rechargeCycle, before.rechargeCycle + 1);
     EXPECT_LT(battery().maxCapacity, before.maxCapacity);
     advance(31 * DAY);
@@ -90,46 +81,33 @@ TEST_F(Battery, RelearnsOnSchedule) {
 
 TEST_F(Battery, WearsOutByRelearning) {
     const int fresh = battery().maxCapacity;
-    std::string said;
     for (bool worn = false, over = false; !over; worn = battery().maxCapacity * 100 < fresh * 60) {
         over = worn;
         look();
-        outside::scheduleRelearn(0, 1);
-        advance(DAY);
-        said = look();
+        const std::string said = look({scheduleRelearn(0, 1), advance(DAY)});
         EXPECT_EQ(said.find(" 3 ") != said.npos, !over && battery().maxCapacity * 100 < fresh * 60) << said;
     }
 }
 
 TEST_F(Battery, RelearnWaitsForTheChargeAndForPeople) {
-    outside::setBatteryCharge(0, 80);
-    outside::scheduleRelearn(0, 10 * MINUTE);
+    succeed({setBatteryCharge(0, 80), scheduleRelearn(0, 10 * MINUTE)});
     look();
-    advance(15 * MINUTE);
-    EXPECT_EQ(look(), "10 | on off on | +86");
-    advance(45 * MINUTE);
-    EXPECT_EQ(look(), "18 6 16 | on off on | -93");
-    succeed({KT_BBU_ChangePower(0, POWER_CHARGE)});
-    EXPECT_EQ(look(), "11 17 14 | on off on | +93") << "postponed by a day";
+    EXPECT_EQ(look({advance(15 * MINUTE)}), "10 | on off on | +86");
+    EXPECT_EQ(look({advance(45 * MINUTE)}), "18 6 16 | on off on | -93");
+    EXPECT_EQ(look({power(POWER_CHARGE)}), "11 17 14 | on off on | +93") << "postponed by a day";
 }
 
 TEST_F(Battery, ABrokenChargerEndsTheRelearn) {
-    outside::breakCharger(0);
-    outside::scheduleRelearn(0, 1);
-    advance(3 * DAY);
-    EXPECT_EQ(look(), "19 15 6 16 20 28 31 7 19 9 | off off on | 0");
-    outside::setBatteryCharge(0, 50);
-    EXPECT_EQ(look(), "21 29 | on off on | 50");
-    advance(21 * DAY);
-    EXPECT_EQ(look(), "20 28 | off off on | 29") << "it runs down";
+    EXPECT_EQ(look({breakCharger(0), scheduleRelearn(0, 1), advance(3 * DAY)}),
+              "19 15 6 16 20 28 31 7 19 9 | off off on | 0");
+    EXPECT_EQ(look({setBatteryCharge(0, 50)}), "21 29 | on off on | 50");
+    EXPECT_EQ(look({advance(21 * DAY)}), "20 28 | off off on | 29") << "it runs down";
 }
 
 TEST_F(Battery, LostAndFoundAgain) {
-    outside::removeBattery(0);
-    EXPECT_EQ(look(), "5 28 | off off on | none");
-    advance(40 * DAY);
-    EXPECT_EQ(look(), "| off off on | none");
-    outside::insertBattery(0);
+    EXPECT_EQ(look({removeBattery(0)}), "5 28 | off off on | none");
+    EXPECT_EQ(look({advance(40 * DAY)}), "| off off on | none");
+    succeed({insertBattery(0)});
     const _BBU_Info fresh = battery();
     EXPECT_EQ(look(), "2 0 17 29 | on off on | +50");
     EXPECT_EQ((Ints{fresh.sensorSupport, fresh.maxCapacity, fresh.temperature, fresh.tempLow, fresh.tempHigh,
@@ -138,16 +116,10 @@ TEST_F(Battery, LostAndFoundAgain) {
 }
 
 TEST_F(Battery, HeatAndVoltageMakeItAbnormal) {
-    outside::setBatteryTemperature(0, 6001);
-    EXPECT_EQ(look(), "24 28 | off off on | 95");
-    outside::setBatteryVoltage(0, 3299);
-    outside::setBatteryTemperature(0, -1);
-    outside::setBatteryTemperature(0, 6000);
-    EXPECT_EQ(look(), "25 22 23 | off off on | 95") << "the voltage is still wrong";
-    outside::setBatteryVoltage(0, 3300);
-    EXPECT_EQ(look(), "26 29 | on off on | 95");
-    for (const KT_U16 millivolts : Ids{4300, 4301, 4300})
-        outside::setBatteryVoltage(0, millivolts);
-    outside::setBatteryTemperature(0, 0);
-    EXPECT_EQ(look(), "27 28 26 29 | on off on | 95");
+    EXPECT_EQ(look({setBatteryTemperature(0, 6001)}), "24 28 | off off on | 95");
+    EXPECT_EQ(look({setBatteryVoltage(0, 3299), setBatteryTemperature(0, -1), setBatteryTemperature(0, 6000)}),
+              "25 22 23 | off off on | 95");
+    EXPECT_EQ(look({setBatteryVoltage(0, 3300)}), "26 29 | on off on | 95");
+    succeed({setBatteryVoltage(0, 4300), setBatteryVoltage(0, 4301), setBatteryVoltage(0, 4300)});
+    EXPECT_EQ(look({setBatteryTemperature(0, 0)}), "27 28 26 29 | on off on | 95");
 }

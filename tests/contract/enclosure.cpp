@@ -1,5 +1,6 @@
 #include "frame.h"
-#include "outside.h"
+
+#include <sstream>
 
 // Enclosures 1 and 5 as they come, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first.
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
@@ -8,6 +9,9 @@ static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": 
      {"type": "pow", "condition": "ac-fail"}]}, {}],
   "disks": [{"count": 2, "type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1},
             {"type": "SAS", "size": "1TB", "on": "expander", "enclosure": 1, "spare": "global"}]}]})";
+
+static const KT_U8 SLOT = KT_SES_ARRAY_DEVICE, POWER = KT_SES_POWER_SUPPLY, FAN = KT_SES_COOLING,
+                   HEAT = KT_SES_TEMPERATURE, DOOR = KT_SES_DOOR_LOCK, ALARM = KT_SES_ALARM, VOLTS = KT_SES_VOLTAGE;
 
 struct Enclosure : LabTest<LAB> {};
 
@@ -30,44 +34,45 @@ static std::string config(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
            std::string(reinterpret_cast<const char*>(config.Text), config.TextLength);
 }
 
-// What the first slots of enclosure 1 say.
-static std::string slots(KT_U8 count) {
+// What the first slots of enclosure 1 say, after calls that go well.
+static std::string slots(KT_U8 count, std::initializer_list<KT_U8> calls = {}) {
+    succeed(calls);
     std::string seen;
     for (KT_U8 slot = 0; slot < count; ++slot)
-        seen += (slot ? " " : "") + status(1, KT_SES_ARRAY_DEVICE, slot);
+        seen += (slot ? " " : "") + status(1, SLOT, slot);
     return seen;
 }
 
-// What the enclosures 1 and 4 are, and whether the alarm of the first sounds.
-static std::string look() {
+// What the enclosures 1 and 4 are, and whether the alarm of the first sounds, after calls that go well.
+static std::string look(std::initializer_list<KT_U8> calls = {}) {
+    succeed(calls);
     std::string seen;
     for (const auto& each : readList(KT_ENC_GetEnclosureInfo, KT_U8{0}, &_Enclosure_Info_Request::enclosureInfo, 1))
         if (each.EnclosureID != 5) seen += std::to_string(each.Status) + " ";
-    return seen + status(1, KT_SES_ALARM, 0);
+    return seen + status(1, ALARM, 0);
 }
 
 TEST_F(Enclosure, ListsWhatTheLabHas) {
     const auto all = readList(KT_ENC_GetEnclosureInfo, KT_U8{0}, &_Enclosure_Info_Request::enclosureInfo, 1);
     ASSERT_EQ(all.size(), 3U);
     EXPECT_EQ((Ints{all[0].ElementTypeCount, all[1].ElementTypeCount, all[2].EnclosureID}), (Ints{8, 3, 5}));
-    EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 11), "12 Slot 11");
-    EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 255), "12 Slot");
-    EXPECT_EQ(config(4, KT_SES_COOLING, 0), "1 Rear blower");
-    EXPECT_EQ(status(4, KT_SES_COOLING, 255), "01000000") << "of one";
-    EXPECT_EQ(config(1, KT_SES_ARRAY_DEVICE, 12), "error 18");
-    EXPECT_EQ(config(1, KT_SES_DEVICE, 0), "error 18") << "this enclosure has none of the type";
-    EXPECT_EQ(config(1, 0x7F, 255), "error 18");
-    EXPECT_EQ(config(2, KT_SES_COOLING, 0), "error 15");
-    EXPECT_EQ(status(2, KT_SES_COOLING, 0), "error 15");
-    EXPECT_EQ(status(1, KT_SES_COOLING, 4), "error 18");
+    EXPECT_EQ(config(1, SLOT, 11) + ", " + config(1, SLOT, 255) + ", " + config(4, FAN, 0),
+              "12 Slot 11, 12 Slot, 1 Rear blower");
+    EXPECT_EQ(status(4, FAN, 255), "01000000") << "of one";
+    for (const std::string& missing :
+         {config(1, SLOT, 12), config(1, KT_SES_DEVICE, 0), config(1, 0x7F, 255), status(1, FAN, 4)})
+        EXPECT_EQ(missing, "error 18") << "no such element, or none of the type";
+    for (const std::string& missing : {config(2, FAN, 0), status(2, FAN, 0)})
+        EXPECT_EQ(missing, "error 15");
 }
 
 TEST_F(Enclosure, SlotsFollowTheirDisks) {
     EXPECT_EQ(slots(4), "01800000 01800000 01a00000 05000000") << "two disks, a hot spare, nothing";
     EXPECT_EQ(status(4, KT_SES_DEVICE, 1), "05010000");
-    succeed({KT_LocateArrayDevice(0, KT_DEVICE_PD, 0, 1), outside::failDisk(0, 1)});
-    EXPECT_EQ(slots(4), "01800200 02000040 01a00000 05000000") << "a light is on, a disk has failed";
-    EXPECT_EQ(status(1, KT_SES_ARRAY_DEVICE, 255), "02000000") << "all of them are as well as the worst";
+    EXPECT_EQ(slots(4, {KT_LocateArrayDevice(0, KT_DEVICE_PD, 0, 1), failDisk(0, 1)}),
+              "01800200 02000040 01a00000 05000000")
+        << "a light is on, a disk has failed";
+    EXPECT_EQ(status(1, SLOT, 255), "02000000") << "all of them are as well as the worst";
 }
 
 TEST_F(Enclosure, SlotsTellOfTheirArrays) {
@@ -76,90 +81,63 @@ TEST_F(Enclosure, SlotsTellOfTheirArrays) {
                 {"size": "100GB", "on": "expander", "enclosure": 1, "spare": "global"},
                 {"size": "100GB", "on": "expander", "enclosure": 1, "smartTripped": true}],
       "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{"size": "10GiB"}]}]}]})");
-    succeed({outside::failDisk(0, 0)});
-    EXPECT_EQ(slots(5), "02000040 01880000 01880000 01aa0000 43800000")
+    EXPECT_EQ(slots(5, {failDisk(0, 0)}), "02000040 01880000 01880000 01aa0000 43800000")
         << "failed, two in a critical array, one that is rebuilt onto, and one that will fail soon";
-    advance(HOUR);
-    succeed({KT_LD_StartConsistencyCheck(0, 0, 0), KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 1)});
-    EXPECT_EQ(slots(5), "02000040 01900200 01900200 01b00200 43800000") << "checked and lit";
-    succeed({KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 0), outside::failDisk(0, 1), outside::failDisk(0, 2)});
-    EXPECT_EQ(slots(5), "02000040 02040040 02040040 01a40000 43800000") << "in a failed one";
+    EXPECT_EQ(
+        slots(5, {advance(HOUR), KT_LD_StartConsistencyCheck(0, 0, 0), KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 1)}),
+        "02000040 01900200 01900200 01b00200 43800000")
+        << "checked and lit";
+    EXPECT_EQ(slots(5, {KT_LocateArrayDevice(0, KT_DEVICE_VD, 0, 0), failDisk(0, 1), failDisk(0, 2)}),
+              "02000040 02040040 02040040 01a40000 43800000")
+        << "in a failed one";
 }
 
 TEST_F(Enclosure, ElementsTakeConditions) {
     const auto condition = [](KT_U8 type, KT_U8 element, const char* word, KT_U16 enclosure = 1) {
-        return outside::setCondition(0, enclosure, type, element, word);
+        return setCondition(0, enclosure, type, element, word);
     };
-    EXPECT_EQ(status(4, KT_SES_POWER_SUPPLY, 0), "020000e2") << "as the lab says";
+    EXPECT_EQ(status(4, POWER, 0), "020000e2") << "as the lab says";
     EXPECT_EQ(look(), "0 2 01000000");
-    newEvents();
-    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "ok", 4));
-    EXPECT_TRUE(condition(KT_SES_COOLING, 2, "failed"));
-    EXPECT_TRUE(condition(KT_SES_DOOR_LOCK, 0, "open"));
-    EXPECT_EQ(newEvents(), "15/7:0 15/4:0(2) 15/12:0");
+    EXPECT_EQ(LOG_OF(0, condition(POWER, 0, "ok", 4), condition(FAN, 2, "failed"), condition(DOOR, 0, "open")),
+              "15/7:0 15/4:0(2) 15/12:0");
     EXPECT_EQ(look(), "2 0 01000002") << "it sounds";
-    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "missing"));
-    EXPECT_TRUE(condition(KT_SES_ALARM, 0, "muted"));
-    EXPECT_EQ(look(), "2 0 01000042");
-    EXPECT_TRUE(condition(KT_SES_DOOR_LOCK, 0, "ok"));
-    EXPECT_TRUE(condition(KT_SES_COOLING, 2, "ok"));
-    EXPECT_EQ(look(), "3 0 01000044") << "better, and still muted";
-    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "ok"));
-    EXPECT_EQ(look(), "0 0 01000000");
-    EXPECT_TRUE(condition(KT_SES_POWER_SUPPLY, 0, "missing"));
-    EXPECT_EQ(look(), "3 0 01000004") << "a supply is missed";
-    EXPECT_TRUE(condition(KT_SES_ALARM, 0, "failed"));
-    EXPECT_TRUE(condition(KT_SES_COOLING, 2, "failed"));
-    EXPECT_EQ(look(), "2 0 02400000") << "what is broken does not sound";
+    EXPECT_EQ(look({condition(POWER, 0, "missing"), condition(ALARM, 0, "muted")}), "2 0 01000042");
+    EXPECT_EQ(look({condition(DOOR, 0, "ok"), condition(FAN, 2, "ok")}), "3 0 01000044") << "better, and still muted";
+    EXPECT_EQ(look({condition(POWER, 0, "ok")}), "0 0 01000000");
+    EXPECT_EQ(look({condition(POWER, 0, "missing")}), "3 0 01000004") << "a supply is missed";
+    EXPECT_EQ(look({condition(ALARM, 0, "failed"), condition(FAN, 2, "failed")}), "2 0 02400000")
+        << "what is broken does not sound";
 }
 
-// What each condition and each reading about a limit makes of an element, and the event of it.
+// Each condition and each reading about a limit, what it makes of an element, and the event of it.
 TEST_F(Enclosure, EveryConditionHasItsStatus) {
-    struct Part {
-        KT_U8 type;
-        std::vector<const char*> words;
-        std::vector<int> readings;
-    };
-    const Part parts[] = {
-        {KT_SES_POWER_SUPPLY, {"ac-fail", "dc-fail", "overheated", "off", "missing", "unknown", "ok"}, {}},
-        {KT_SES_COOLING, {"failed", "off", "missing", "unknown", "ok"}, {999, 1000, 2510, 5000, 20470, 20480}},
-        {KT_SES_TEMPERATURE, {"failed", "missing", "ok"}, {65, 64, 55, 54, 6, 5, 1, 0, -20, 235, 236}},
-        {KT_SES_DOOR_LOCK, {"open", "unlocked", "failed", "ok"}, {}},
-        {KT_SES_ALARM, {"sounding", "muted", "failed", "ok"}, {}},
-        {KT_SES_DISPLAY, {"failed", "unknown", "ok"}, {}},
-        {KT_SES_VOLTAGE, {"failed", "missing", "ok"}, {1321, 1320, 1261, 1260, 1140, 1139, 1080, 1079}}};
-    std::string all;
+    const std::pair<KT_U8, const char*> parts[] = {
+        {POWER, "ac-fail 020000e2 15/6:0, dc-fail 020000e1 15/6:0, overheated 020000a8 15/6:0, off 03000090 15/6:0, "
+                "missing 05000080 15/6:0, unknown 06000000, ok 010000a0 15/7:0"},
+        {FAN, "failed 020000e0 15/4:0, off 03000090 15/4:0, missing 05000080 15/5:0, unknown 06000000, "
+              "ok 010208a3 15/3:0, 999 020063e1 15/4:0, 1000 010064a1 15/3:0, 2510 0100fba2, 5000 0101f4a3, "
+              "20470 0107ffa7, 20480 0107ffa7"},
+        {HEAT, "failed 02400000, missing 05000000, ok 01003300 15/0:0, 65 02005508 15/2:0, 64 03005404 15/1:0, "
+               "55 03004b04, 54 01004a00 15/0:0, 6 01001a00, 5 03001901, 1 03001501, 0 02001402, -20 02000102, "
+               "235 0200ff08, 236 0200ff08"},
+        {DOOR, "open 03000003 15/12:0, unlocked 01000001 15/13:0, failed 02400000, ok 01000000"},
+        {ALARM, "sounding 01000002, muted 01000042 15/8:0, failed 02400000, ok 01000000"},
+        {KT_SES_DISPLAY, "failed 02410000, unknown 06000000, ok 01014131"},
+        {VOLTS, "failed 02400000, missing 05000000, ok 010004b0, 1321 02020529 15/6:0, 1320 03080528 15/6:0, "
+                "1261 030804ed, 1260 010004ec 15/7:0, 1140 01000474, 1139 03040473 15/6:0, 1080 03040438, "
+                "1079 02010437 15/6:0"}};
     newEvents();
-    for (const Part& part : parts) {
-        const auto note = [&](const std::string& what) {
+    for (const auto& [type, story] : parts) {
+        std::istringstream steps(story);
+        std::string seen;
+        for (std::string what, rest; steps >> what && std::getline(steps, rest, ',');) {
+            succeed({isdigit(what.back()) ? setReading(0, 1, type, 0, std::stoi(what))
+                                          : setCondition(0, 1, type, 0, what.c_str())});
             const std::string events = newEvents();
-            all += what + " " + status(1, part.type, 0) + (events.empty() ? "" : " " + events);
-            all += what == "ok" && part.readings.empty() ? "\n" : ", ";
-        };
-        for (const char* word : part.words) {
-            EXPECT_TRUE(outside::setCondition(0, 1, part.type, 0, word));
-            note(word);
+            seen += (seen.empty() ? "" : ", ") + what + " " + status(1, type, 0) + (events.empty() ? "" : " ") + events;
         }
-        for (const int reading : part.readings) {
-            outside::setReading(0, 1, part.type, 0, reading);
-            note(std::to_string(reading));
-        }
-        if (!part.readings.empty()) all += "\n";
+        EXPECT_EQ(seen, story);
     }
-    EXPECT_EQ(
-        all,
-        "ac-fail 020000e2 15/6:0, dc-fail 020000e1 15/6:0, overheated 020000a8 15/6:0, off 03000090 15/6:0, "
-        "missing 05000080 15/6:0, unknown 06000000, ok 010000a0 15/7:0\n"
-        "failed 020000e0 15/4:0, off 03000090 15/4:0, missing 05000080 15/5:0, unknown 06000000, ok 010208a3 15/3:0, "
-        "999 020063e1 15/4:0, 1000 010064a1 15/3:0, 2510 0100fba2, 5000 0101f4a3, 20470 0107ffa7, 20480 0107ffa7, \n"
-        "failed 02400000, missing 05000000, ok 01003300 15/0:0, 65 02005508 15/2:0, 64 03005404 15/1:0, 55 03004b04, "
-        "54 01004a00 15/0:0, 6 01001a00, 5 03001901, 1 03001501, 0 02001402, -20 02000102, 235 0200ff08, "
-        "236 0200ff08, \n"
-        "open 03000003 15/12:0, unlocked 01000001 15/13:0, failed 02400000, ok 01000000\n"
-        "sounding 01000002, muted 01000042 15/8:0, failed 02400000, ok 01000000\n"
-        "failed 02410000, unknown 06000000, ok 01014131\n"
-        "failed 02400000, missing 05000000, ok 010004b0, 1321 02020529 15/6:0, 1320 03080528 15/6:0, 1261 030804ed, "
-        "1260 010004ec 15/7:0, 1140 01000474, 1139 03040473 15/6:0, 1080 03040438, 1079 02010437 15/6:0, \n");
-    outside::setReading(0, 1, KT_SES_VOLTAGE, 1, 524);
-    EXPECT_EQ(status(1, KT_SES_VOLTAGE, 1), "0100020c") << "5.24 V of 5 V are well";
+    succeed({setReading(0, 1, VOLTS, 1, 524)});
+    EXPECT_EQ(status(1, VOLTS, 1), "0100020c") << "5.24 V of 5 V are well";
 }

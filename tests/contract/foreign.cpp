@@ -1,6 +1,5 @@
 // Disks that come from other adapters, with virtual disks on them.
 #include "frame.h"
-#include "outside.h"
 
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "enclosures": [{}], "disks": [
   {"count": 11, "type": "SAS", "size": "100GB"}]}]})";
@@ -17,7 +16,7 @@ struct Foreign : LabTest<LAB> {
     Ids ids; // of the disks that were brought
 
     void bring(const Ids& disks, const std::string& lab = OTHER) {
-        succeed({outside::insertForeignDisks(0, lab.c_str(), disks, ids)});
+        succeed({insertForeignDisks(0, lab.c_str(), disks, ids)});
     }
     void bringAnew(const Ids& disks, const std::string& lab = OTHER) {
         start(LAB);
@@ -27,7 +26,7 @@ struct Foreign : LabTest<LAB> {
 };
 
 TEST_F(Foreign, DisksBringTheirVirtualDisks) {
-    succeed({outside::pullDisk(0, 5)});
+    succeed({pullDisk(0, 5)});
     newEvents();
     bring({0});
     EXPECT_EQ(newEvents(), "2/1:11");
@@ -42,12 +41,9 @@ TEST_F(Foreign, DisksBringTheirVirtualDisks) {
     answer(KT_ERR_VD_NOT_IMPORTABLE, {KT_LD_Import(0, 1), KT_LD_Import(0, 0)});
     EXPECT_EQ(KT_LD_Report(0, 1), KT_ERR_VD_NOT_REPORTABLE);
     succeed({KT_LD_Delete(0, 1, 0)});
-    for (const KT_U16 pd : Ids{11, 12, 13})
-        succeed({outside::pullDisk(0, pd)});
+    succeed({pullDisk(0, 11), pullDisk(0, 12), pullDisk(0, 13)});
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_MISSING) << "its disks have left";
-    for (const KT_U16 pd : Ids{13, 11, 12})
-        succeed({outside::insertDisk(0, pd)});
-    EXPECT_EQ(look(0, 0), "importable 11 12 13");
+    EXPECT_EQ(look(0, 0, {insertDisk(0, 13), insertDisk(0, 11), insertDisk(0, 12)}), "importable 11 12 13");
     EXPECT_EQ(LOG_OF(0, KT_LD_Import(0, 0)), "13/0:0 1/9:0");
     EXPECT_EQ(look(0, 0), "online 11 12 13");
     const _DG_Info array = dgInfo(0, 0);
@@ -62,18 +58,15 @@ TEST_F(Foreign, WhatIsInUseAlreadyIsInConflict) {
     succeed({KT_LD_Import(0, 0)});
     bring({0});
     EXPECT_EQ(look(0, 1), "conflicted 13 - -");
-    succeed({outside::pullDisk(0, 13), outside::insertDisk(0, 13)});
-    EXPECT_EQ(look(0, 1), "conflicted 13 - -");
+    EXPECT_EQ(look(0, 1, {pullDisk(0, 13), insertDisk(0, 13)}), "conflicted 13 - -");
     EXPECT_EQ(KT_LD_Import(0, 1), KT_ERR_VD_NOT_IMPORTABLE);
     EXPECT_EQ(KT_LD_Report(0, 1), KT_ERR_VD_NOT_REPORTABLE) << "one of three";
     EXPECT_EQ(KT_LD_Report(0, 0), KT_ERR_VD_NOT_REPORTABLE) << "it is no conflicted one";
-    succeed({KT_LD_Delete(0, 0, 0)});
-    EXPECT_EQ(look(0, 1), "not importable 13 - -") << "nothing is in conflict with it any more";
+    EXPECT_EQ(look(0, 1, {KT_LD_Delete(0, 0, 0)}), "not importable 13 - -") << "with nothing in conflict any more";
     bringAnew({0, 1, 2});
     succeed({KT_PD_WipeHDMDD(0, ids[0], 1)});
     EXPECT_EQ(readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo).size(), 1U) << "its only part here is gone";
-    succeed({KT_LD_Import(0, 0)});
-    EXPECT_EQ(look(0, 0), "degraded - 12 13") << "two of three are left";
+    EXPECT_EQ(look(0, 0, {KT_LD_Import(0, 0)}), "degraded - 12 13") << "two of three are left";
 }
 
 // Two virtual disks of one array, and adapters that take one of an array, or one at all.
@@ -83,12 +76,12 @@ TEST_F(Foreign, ImportHasItsLimits) {
       "virtualDisks": [{"size": "10GiB"}, {"size": "10GiB"}]}]}]})";
     const auto onAdapterWith = [&](const std::string& limit) {
         start(R"({"adapters": [{"type": "array-based", "disks": [{"type": "SAS", "size": "100GB"}], )" + limit + "}]}");
-        return outside::insertForeignDisks(0, pair.c_str(), {0, 1}, ids);
+        return insertForeignDisks(0, pair.c_str(), {0, 1}, ids);
     };
     succeed({onAdapterWith(R"("MaxVDPerDG": 2)"), KT_DiskHasOS(0, KT_DEVICE_PD, 2, Ids{1, 2}.data())});
-    EXPECT_EQ(look(0, 0) + look(0, 1), "importable 1 2importable 1 2") << "and not the system of this machine";
+    EXPECT_EQ(look(0, 0) + ", " + look(0, 1), "importable 1 2, importable 1 2") << "not the system of this machine";
     succeed({onAdapterWith(R"("MaxVDPerDG": 1)")});
-    EXPECT_EQ(look(0, 0) + look(0, 1), "not importable 1 2not importable 1 2");
+    EXPECT_EQ(look(0, 0) + ", " + look(0, 1), "not importable 1 2, not importable 1 2");
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
     EXPECT_EQ(onAdapterWith(R"("MaxLogicalDrive": 1)"), KT_ERR_NO_VD_ID);
 }
@@ -99,7 +92,7 @@ TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
         {R"("type": "LD-based", "virtualDisks": [{"level": "RAID1", "disks": [0, 1]}])", "1/1:0 1/4:0"}};
     for (const auto& [lab, imported] : cases) {
         start(adapterWith(lab));
-        succeed({outside::pullDisk(0, 1), KT_LD_Delete(0, 0, 0), outside::insertDisk(0, 1)});
+        succeed({pullDisk(0, 1), KT_LD_Delete(0, 0, 0), insertDisk(0, 1)});
         EXPECT_EQ(roleOf(0, 1), KT_PD_FOREIGN) << lab;
         EXPECT_EQ(look(0, 0), "importable - 1") << lab;
         EXPECT_EQ(LOG_OF(0, KT_LD_Import(0, 0)), imported) << lab;
@@ -109,7 +102,7 @@ TEST_F(Foreign, ADiskBringsBackWhatWasDeletedWithoutIt) {
 TEST_F(Foreign, WhatWasPulledFirstHasMissedWhatWasWritten) {
     start(adapterWith(R"("config": {"AutoRebuildOn": 0}, "arrays": [{"level": "RAID5", "disks": [0, 1, 2],
         "virtualDisks": [{"size": "10GiB"}]}])"));
-    succeed({outside::pullDisk(0, 1), outside::pullDisk(0, 0)});
+    succeed({pullDisk(0, 1), pullDisk(0, 0)});
     const std::string elsewhere = show();
     for (const auto& [disks, seen] : {std::pair<Ids, const char*>{{1, 0}, "not importable 12 - -"},
                                       {{0, 1, 2}, "importable 11 - 13"},
@@ -124,11 +117,10 @@ TEST_F(Foreign, WhatLeavesAMigrationLastTakesItsPlaceAgain) {
     start(adapterWith(R"("config": {"AutoRebuildOn": 0}, "arrays": [{"level": "RAID5", "disks": [0, 1, 2],
         "virtualDisks": [{"size": "10GiB", "activity": {"kind": "migration", "percent": 40},
                           "target": {"disks": [0, 1, 2, 3]}}]}])"));
-    succeed({outside::pullDisk(0, 3), outside::insertDisk(0, 3), outside::pullDisk(0, 0)});
-    EXPECT_EQ(look(0, 0), "offline - 1 2, 32/5 40");
-    EXPECT_EQ(LOG_OF(0, outside::insertDisk(0, 0)), "2/1:0 1/4:0 1/89:0");
+    EXPECT_EQ(look(0, 0, {pullDisk(0, 3), insertDisk(0, 3), pullDisk(0, 0)}), "offline - 1 2, 32/5 40");
+    EXPECT_EQ(LOG_OF(0, insertDisk(0, 0)), "2/1:0 1/4:0 1/89:0");
     EXPECT_EQ(look(0, 0), "degraded 0 1 2, 32/1 40");
-    EXPECT_EQ(LOG_OF(0, outside::pullDisk(0, 0)), "2/0:0 1/0:0 1/88:0");
+    EXPECT_EQ(LOG_OF(0, pullDisk(0, 0)), "2/0:0 1/0:0 1/88:0");
 }
 
 // A migration cannot be gone on with elsewhere; the parts of an array are known there.
@@ -136,7 +128,7 @@ TEST_F(Foreign, AnArrayIsWhatItWas) {
     bringAnew({0, 1, 2, 3, 4, 5}, adapterWith(R"("arrays": [{"level": "RAID0", "disks": [0, 1], "virtualDisks": [
         {"activity": {"kind": "migration"}, "target": {"disks": [0, 1, 2]}}]}])"));
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
-    for (const auto act : {outside::pullDisk, outside::insertDisk})
+    for (const auto act : {pullDisk, insertDisk})
         for (const KT_U16 pd : ids)
             succeed({act(0, pd)});
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);

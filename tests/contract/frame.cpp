@@ -1,75 +1,25 @@
 #include "frame.h"
-#include "state/storeFile.h"
 
-#include "lab/lab.h"
-#include "state.h"
-#include "state/simClock.h"
-
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 
 static std::map<KT_U8, KT_U32> gSeen; // the last sequence number that newEvents() gave, by adapter
 
-static std::string stateFile(const std::string& folder) {
-    return folder + "/state.db";
-}
-
 void ContractTest::SetUp() {
-    std::string name = (std::filesystem::temp_directory_path() / "contract.XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder = name;
-    setenv("KTRAID_SIM", stateFile(folder).c_str(), 1);
-    gSeen.clear();
+    setenv("KTRAID_SIM", (folder.path + "/state.db").c_str(), 1);
 }
 
-void ContractTest::TearDown() {
+void start(const std::string& lab) {
     KT_API_Finalize();
-    std::filesystem::remove_all(folder);
-}
-
-void ContractTest::start(const std::string& lab) const {
-    KT_API_Finalize();
-    const sim::BuiltInLab source = {"lab", lab.c_str()};
-    try {
-        sim::replaceStore(stateFile(folder), sim::fillFromLab, &source);
-    } catch (const sim::LabError& error) {
-        FAIL() << error.message;
-    }
-    advance(0);
-    succeed({KT_API_Initialize()});
+    makeState(lab);
+    succeed({advance(0), KT_API_Initialize()});
     gSeen.clear();
     for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); ++adapter)
         newEvents(adapter);
 }
 
-void changeState(const std::function<void(sim::Store&)>& change) {
-    sim::Store* store = sim::openExistingStore(getenv("KTRAID_SIM"));
-    sim::beginTransaction(*store, sim::Access::Write);
-    change(*store);
-    sim::commitTransaction(*store);
-    sim::closeStore(store);
-}
-
-void ContractTest::advance(uint64_t seconds) {
-    changeState(
-        [&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store) + seconds * 1000, 1000, true); });
-}
-
-void ContractTest::runClock(uint32_t speed) {
-    changeState([&](sim::Store& store) { sim::setClock(store, sim::simulatedNow(store), speed, false); });
-}
-
-void ContractTest::reopen() {
+KT_U8 reopen() {
     KT_API_Finalize();
-    succeed({KT_API_Initialize()});
-}
-
-std::string ContractTest::show() const {
-    sim::Store* store = sim::openExistingStore(stateFile(folder));
-    std::string text = sim::stateToLab(*store);
-    sim::closeStore(store);
-    return text;
+    return KT_API_Initialize();
 }
 
 static std::string paramsOf(const _Event& event) {
@@ -146,7 +96,8 @@ KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
     return readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus).Status;
 }
 
-std::string look(KT_U8 adapter, KT_U16 vd) {
+std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls, std::source_location at) {
+    succeed(calls, at);
     static const std::map<int, std::string> STATUSES = {{KT_VD_OFFLINE, "offline"},
                                                         {KT_VD_DEGRADED, "degraded"},
                                                         {KT_VD_PARTIALLY_OPTIMAL, "partial"},
@@ -190,8 +141,8 @@ _Adapter_Config_V2 adapterConfig(KT_U8 adapter) {
     return config;
 }
 
-void configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value) {
+KT_U8 configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value) {
     _Adapter_Config_V2 config = adapterConfig(adapter);
     config.*setting = value;
-    EXPECT_EQ(KT_Adapter_SetConfig(adapter, &config), KT_OK);
+    return KT_Adapter_SetConfig(adapter, &config);
 }

@@ -1,30 +1,29 @@
 // A library on a scratch state made from a lab, its clock stopped, for each test.
 #pragma once
 
-#include "ktraid.h"
+#include "outside.h"
+#include "../support/scratch.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
 #include <source_location>
-#include <string>
-#include <vector>
 
 struct ContractTest : testing::Test {
-    std::string folder;
+    ScratchFolder folder;
 
     void SetUp() override;
-    void TearDown() override;
-    // Starts over with the lab (as ktsim create takes it) and opens the library.
-    void start(const std::string& lab) const;
-    // Moves the stopped clock on.
-    static void advance(uint64_t seconds);
-    // Lets the clock run, at `speed` thousandths of real time.
-    static void runClock(uint32_t speed);
-    // Another process: everything that the library keeps in memory is gone.
-    static void reopen();
-    // The state as ktsim show prints it.
-    std::string show() const;
+    void TearDown() override { KT_API_Finalize(); }
 };
+
+// Starts over with the lab (as ktsim create takes it) and opens the library.
+void start(const std::string& lab);
+// Moves the stopped clock on, or lets it run, at `speed` thousandths of real time; KT_OK.
+KT_U8 advance(uint64_t seconds);
+KT_U8 runClock(uint32_t speed);
+// Another process: everything that the library keeps in memory is gone; KT_OK.
+KT_U8 reopen();
+// The state as ktsim show prints it.
+std::string show();
 
 // A test that begins with a lab.
 template <const char* LAB>
@@ -47,8 +46,8 @@ void succeed(std::initializer_list<KT_U8> calls, std::source_location at = std::
 // "class/code:device(parameters)" of each event, oldest first, that was logged since the last call of it on that
 // adapter; parameters from the first one on up to the last that is not zero.
 std::string newEvents(KT_U8 adapter = 0);
-// What a call that goes well logs.
-#define LOG_OF(adapter, call) (newEvents(adapter), succeed({call}), newEvents(adapter))
+// What calls that go well log.
+#define LOG_OF(adapter, ...) (newEvents(adapter), succeed({__VA_ARGS__}), newEvents(adapter))
 
 // What makes a virtual disk or an array of the level on the disks; of size 0: as large as possible.
 _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0);
@@ -104,14 +103,15 @@ inline constexpr auto pdInfo = record<KT_PD_GetHDInfo, &_HD_Info_Request::hdInfo
 inline constexpr auto pdConfig = record<KT_PD_GetConfig, &_HD_Config_Request::hdConfig>;
 inline constexpr auto blockInfo = record<KT_BLK_GetInfo, &_BLK_Info_Request::blkInfo>;
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*
-// A virtual disk at a glance: its status, the disks in its slots ("-": none), and what goes on: "activity/state
-// percent".
-std::string look(KT_U8 adapter, KT_U16 vd);
+// A virtual disk at a glance, after calls that go well: its status, the disks in its slots ("-": none), and what goes
+// on: "activity/state percent".
+std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls = {},
+                 std::source_location at = std::source_location::current());
 _SMART_Attribute attribute(KT_U8 adapter, KT_U16 pd, KT_U8 id);
 _Adapter_Info adapterInfo(KT_U8 adapter);
 _Adapter_Config_V2 adapterConfig(KT_U8 adapter);
 // Changes one setting of the adapter.
-void configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value);
+KT_U8 configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value);
 // The text of a field that ends at a NUL or where it is full.
 template <size_t SIZE>
 std::string textOf(const KT_U8 (&field)[SIZE]) {

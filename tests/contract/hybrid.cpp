@@ -1,5 +1,4 @@
 #include "frame.h"
-#include "outside.h"
 
 #include <set>
 
@@ -36,8 +35,7 @@ static int used() {
 TEST_F(Hybrid, TablesFill) {
     EXPECT_EQ(adapterInfo(0).MaxTandemHdd, 1);
     EXPECT_EQ(used(), 0);
-    succeed({add(1, 0, 0), add(1, SIZE - 1, 1)});
-    reopen();
+    succeed({add(1, 0, 0), add(1, SIZE - 1, 1), reopen()});
     EXPECT_EQ(used(), 2);
     answer(KT_ERR_OUT_OF_RANGE, {add(1, SIZE, 1), add(1, 1, ~KT_U64{0}), add(1, ~KT_U64{0}, 1)});
     EXPECT_EQ(add(1, 0, 1, KT_REQUEST_LIST), KT_ERR_REQUEST_TYPE);
@@ -90,6 +88,6 @@ TEST_F(Hybrid, LinksGoToFreeDisks) {
     succeed({KT_VDHDD_AddLink(0, 0, 5), KT_VDHDD_GetLink(0, 1, &pd)});
     EXPECT_EQ(pd, 4);
     EXPECT_EQ(KT_VDHDD_GetLink(0, 9, &pd), KT_ERR_INVALID_VD);
-    succeed({outside::failDisk(0, 5)});
+    succeed({failDisk(0, 5)});
     EXPECT_EQ(KT_VDHDD_AddLink(0, 0, 5), KT_ERR_PD_MISSING);
 }

@@ -1,5 +1,4 @@
 #include "frame.h"
-#include "outside.h"
 
 // Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
 // arrays, 2 lets virtual disks share disks.
@@ -15,15 +14,27 @@ static const KT_U8 ARRAYS = 0, PLAIN = 1, OLD = 2;
 static const KT_U64 MB = 1024;
 
 struct Raid : LabTest<LAB> {
-    static KT_U8 fail(KT_U16 pd, KT_U8 adapter = ARRAYS) { return outside::failDisk(adapter, pd); }
-    static KT_U8 pull(KT_U16 pd, KT_U8 adapter = ARRAYS) { return outside::pullDisk(adapter, pd); }
-    static KT_U8 insert(KT_U16 pd, KT_U8 adapter = ARRAYS) { return outside::insertDisk(adapter, pd); }
-    static KT_U8 replace(KT_U16 pd) { return outside::replaceDisk(ARRAYS, pd); }
+    static KT_U8 fail(KT_U16 pd, KT_U8 adapter = ARRAYS) { return failDisk(adapter, pd); }
+    static KT_U8 pull(KT_U16 pd, KT_U8 adapter = ARRAYS) { return pullDisk(adapter, pd); }
+    static KT_U8 insert(KT_U16 pd, KT_U8 adapter = ARRAYS) { return insertDisk(adapter, pd); }
+    static KT_U8 replace(KT_U16 pd) { return replaceDisk(ARRAYS, pd); }
     static KT_U8 control(KT_U8 what) { return KT_DG_BGAControl(ARRAYS, 0, what); }
+    static KT_U8 controlLd(KT_U8 what) { return KT_LD_BGAControl(PLAIN, 0, what); }
+    static KT_U8 rebuild(KT_U16 pd) { return KT_LD_StartRebuild(PLAIN, 0, pd); }
+    static KT_U8 rebuildDg(const Ids& disks) {
+        return KT_LD_DG_StartRebuild(ARRAYS, 0, static_cast<KT_U8>(disks.size()), disks.data());
+    }
 };
 
 static KT_U8 createLd(KT_U8 level, const Ids& disks, KT_U64 size = 0, KT_U8 adapter = PLAIN) {
     _Create_LD_Param param = ldParam(level, disks, size);
+    return KT_LD_Create(adapter, &param);
+}
+
+// The same with one thing in its record set.
+template <class Field>
+static KT_U8 createWith(_Create_LD_Param param, Field _Create_LD_Param::*field, Field value, KT_U8 adapter = PLAIN) {
+    param.*field = value;
     return KT_LD_Create(adapter, &param);
 }
 
@@ -59,7 +70,7 @@ static void makeArray(KT_U8 level, const Ids& disks, const std::vector<KT_U64>& 
         param.InitializationOption = KT_INIT_QUICK;
         succeed({KT_CreateOrModify_VD(ARRAYS, &param)});
     }
-    ContractTest::advance(60);
+    advance(60);
 }
 
 // The slots of the array, "virtual disk:megabytes" ("-": free), and how many megabytes are free in all.
@@ -92,27 +103,24 @@ TEST_F(Raid, SizesFollowTheLevel) {
 
 TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     succeed({createLd(KT_RAID1, {0, 1}, 3000 * MB)});
-    EXPECT_EQ(vdInfo(PLAIN, 0).Size, 3000 * MB);
     EXPECT_EQ(createLd(KT_RAID1, {1, 2}, 3000 * MB), KT_ERR_PD_ASSIGNED) << "no second one on a disk";
     for (const KT_U16 pd : Ids{1, 5}) {
         _HD_Block_Info blocks = {};
         succeed({KT_BLK_GetHDBlock(PLAIN, pd, &blocks)});
         EXPECT_EQ((Ints{blocks.HDID, blocks.BlkCount}), (Ints{pd, pd == 1 ? 1 : 0}));
     }
-    _Create_LD_Param param = ldParam(KT_RAID1, {2, 3}, 3000);
-    param.ReservedForApp = 1;
-    succeed({KT_LD_Create(PLAIN, &param)});
-    EXPECT_EQ(vdInfo(PLAIN, 1).Size, 3000 * MB);
-    param = ldParam(KT_HYBRID, {7, 2}, 3000);
+    succeed({createWith(ldParam(KT_RAID1, {2, 3}, 3000), &_Create_LD_Param::ReservedForApp, KT_U8{1})});
+    _Create_LD_Param param = ldParam(KT_HYBRID, {7, 2}, 3000);
     param.TandemWaterMark = 90;
     EXPECT_EQ(LOG_OF(PLAIN, KT_LD_Create(PLAIN, &param)), "1/2:2(0,0,0,1) 1/40:2(0,0,0,1)") << "beside another one";
-    EXPECT_EQ(vdInfo(PLAIN, 2).Size, 3000 * MB);
+    for (const KT_U16 vd : Ids{0, 1, 2})
+        EXPECT_EQ(vdInfo(PLAIN, vd).Size, 3000 * MB);
     EXPECT_NE(memcmp(vdInfo(PLAIN, 0).LD_GUID, vdInfo(PLAIN, 1).LD_GUID, 8), 0);
-    succeed({createLd(KT_RAID1, {0, 1}, 4096, OLD)});
-    EXPECT_EQ(vdInfo(OLD, 0).Size, 4096 * MB) << "what a person asks for";
-    succeed({createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD)});
-    EXPECT_EQ(vdInfo(OLD, 1).Size, 4096 * MB) << "what a file restores";
-    EXPECT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB, OLD), KT_ERR_NO_RESOURCE) << "a file would ask for rounding";
+    // On the old ones a person asks for megabytes, a file for what it restores, and for no rounding.
+    succeed({createLd(KT_RAID1, {0, 1}, 4096, OLD), createLd(KT_RAID1, {0, 1}, 4096 * MB, OLD)});
+    EXPECT_EQ(createLd(KT_RAID1, {0, 1}, 4000 * MB, OLD), KT_ERR_NO_RESOURCE);
+    for (const KT_U16 vd : Ids{0, 1})
+        EXPECT_EQ(vdInfo(OLD, vd).Size, 4096 * MB);
     _HD_FreeSpaceInfo rest = {};
     param = ldParam(KT_RAID1, {0, 1});
     succeed({KT_PD_GetFreeSpaceInfo(OLD, 0, &rest), KT_LD_GetMaxSize(OLD, &param)});
@@ -129,22 +137,16 @@ TEST_F(Raid, CreationSaysWhatIsWrong) {
     EXPECT_EQ(createLd(KT_HYBRID, {0, 1}), KT_ERR_TANDEM_SSD_COUNT);
     EXPECT_EQ(createLd(KT_HYBRID, {7, 8}), KT_ERR_PD_COUNT_FOR_LEVEL);
     _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
-    param.NumParityDisk = 4;
-    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_PARITY_COUNT);
-    param.NumParityDisk = 3;
-    EXPECT_EQ(KT_LD_Create(OLD, &param), KT_ERR_PARITY_COUNT) << "two, where no limit is told";
-    param.NumParityDisk = 2;
-    param.StripeBlockSize = 48;
-    EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_BLOCK_SIZE);
-    param.StripeBlockSize = 64;
+    const auto parity = &_Create_LD_Param::NumParityDisk; // two, where no limit is told
+    answer(KT_ERR_PARITY_COUNT, {createWith(param, parity, KT_U8{4}), createWith(param, parity, KT_U8{3}, OLD)});
+    EXPECT_EQ(createWith(param, &_Create_LD_Param::StripeBlockSize, KT_U16{48}), KT_ERR_BLOCK_SIZE);
     param.Name[0] = 7;
     EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_VD_NAME);
     EXPECT_EQ(createDg(KT_RAID1, {0, 9}), KT_ERR_PD_SECTORS_DIFFER);
     EXPECT_EQ(createDg(KT_RAID1, {0, 10}), KT_ERR_PD_HAS_OS);
     EXPECT_EQ(createDg(KT_RAID6, {0, 1, 2}), KT_ERR_PD_COUNT_FOR_LEVEL);
-    succeed({KT_PD_FreeHD2GlobalSpare(ARRAYS, 0)});
-    EXPECT_EQ(createDg(KT_RAID1, {0, 1}), KT_ERR_IS_SPARE);
-    succeed({createDg(KT_RAID1, {1, 2})});
+    succeed({KT_PD_FreeHD2GlobalSpare(ARRAYS, 0), createDg(KT_RAID1, {1, 2})});
+    EXPECT_EQ(createDg(KT_RAID1, {0, 3}), KT_ERR_IS_SPARE);
     EXPECT_EQ(createDg(KT_RAID1, {2, 3}), KT_ERR_PD_ASSIGNED);
     _CreateOrModify_VD_Param vd = vdParam(KT_RAID1);
     vd.StripeBlockSize = 128;
@@ -174,8 +176,7 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     EXPECT_EQ(slots(), "0:1000 1:600 -:400 2:1000 -:187664 188064");
     succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 1, 0), KT_LD_Delete(ARRAYS, 2, 0)});
     EXPECT_EQ(slots(), "-:190664 190664");
-    for (const KT_U64 size : {2000, 1000, 500, 0})
-        succeed({createVd(KT_RAID5, size)});
+    succeed({createVd(KT_RAID5, 2000), createVd(KT_RAID5, 1000), createVd(KT_RAID5, 500), createVd(KT_RAID5)});
     succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 2, 0), createVd(KT_RAID5)});
     EXPECT_EQ(slots(), "0:2000 1:1000 -:500 3:187164 500") << "all of the largest slot";
     EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
@@ -195,114 +196,88 @@ TEST_F(Raid, ASpareStandsInUntilTheDiskIsReplaced) {
     EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 1/1 0");
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_MEMBER | KT_PD_SPARE_IN_USE | KT_PD_DEDICATED_SPARE);
     EXPECT_EQ(KT_PD_Spare2FreeHD(ARRAYS, 5), KT_ERR_SPARE_IN_USE);
-    advance(HOUR);
-    EXPECT_EQ(look(ARRAYS, 0), "online 0 5 2");
+    EXPECT_EQ(look(ARRAYS, 0, {advance(HOUR)}), "online 0 5 2");
     EXPECT_EQ(LOG_OF(ARRAYS, replace(1)), "2/0:1 2/1:1 1/90:0");
     EXPECT_EQ(pdConfig(ARRAYS, 1).Online, 1);
-    succeed({fail(0)});
-    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 128/1 0") << "it does not read that one";
-    succeed({replace(0)});
-    advance(HOUR);
-    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2");
+    EXPECT_EQ(look(ARRAYS, 0, {fail(0)}), "degraded 0 5 2, 128/1 0") << "it does not read that one";
+    EXPECT_EQ(look(ARRAYS, 0, {replace(0), advance(HOUR)}), "online 0 1 2");
     EXPECT_EQ(roleOf(ARRAYS, 5), KT_PD_DEDICATED_SPARE);
     succeed({KT_PD_Spare2FreeHD(ARRAYS, 5)});
     EXPECT_EQ(dgInfo(ARRAYS, 0).SparePDCount, 0);
-    succeed({createVd(KT_RAID5, 30000), pull(2), insert(2)});
-    advance(25);
+    succeed({createVd(KT_RAID5, 30000), pull(2), insert(2), advance(25)});
     EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_Delete(ARRAYS, 1, 1)), "1/74:1 1/3:1");
     EXPECT_EQ(look(ARRAYS, 0), "degraded 0 1 2, 1/1 10");
-    advance(57);
-    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2") << "only 5000 MB are left to fill";
-    EXPECT_EQ(LOG_OF(ARRAYS, outside::replaceDisk(ARRAYS, 1, 2000000)), "2/0:1 1/4:0 2/1:1 12/20:1");
+    EXPECT_EQ(look(ARRAYS, 0, {advance(57)}), "online 0 1 2") << "only 5000 MB are left to fill";
+    EXPECT_EQ(LOG_OF(ARRAYS, replaceDisk(ARRAYS, 1, 2000000)), "2/0:1 1/4:0 2/1:1 12/20:1");
     EXPECT_EQ(LOG_OF(ARRAYS, pull(6)), "2/0:6") << "a disk of no array's says nothing again";
     succeed({KT_PD_FreeHD2GlobalSpare(ARRAYS, 5)});
     EXPECT_EQ(LOG_OF(ARRAYS, pull(0)), "2/0:0 1/0:0 1/77:0 2/59:5");
-    succeed({insert(0)});
-    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 5 2, 1/1 0") << "nothing was written since";
+    EXPECT_EQ(look(ARRAYS, 0, {insert(0)}), "degraded 0 5 2, 1/1 0") << "nothing was written since";
 }
 
 // What it had filled is of no use to what begins now; its disk is free for the next one.
 TEST_F(Raid, AStoppedCopyBackGivesWay) {
     makeArray(KT_RAID5, {0, 1, 2}, {10000});
-    succeed({KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), fail(1)});
-    advance(HOUR);
-    succeed({replace(1)});
+    succeed({KT_PD_FreeHD2DGSpare(ARRAYS, 5, 0), fail(1), advance(HOUR), replace(1)});
     for (const bool migrates : {false, true}) {
         EXPECT_EQ(look(ARRAYS, 0), migrates ? "online 0 5 4, 128/1 0" : "online 0 5 2, 128/1 0");
         succeed({control(KT_CONTROL_STOP)});
         EXPECT_EQ(roleOf(ARRAYS, 1), KT_PD_MEMBER);
         succeed({migrates ? migrateDg(ARRAYS, 0, KT_RAID6, {0, 5, 4, 3}) : fail(2)});
-        if (!migrates) succeed({KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{4}.data())});
+        if (!migrates) succeed({rebuildDg({4})});
         EXPECT_EQ(roleOf(ARRAYS, 1), 0);
         advance(63); // the rebuild is done, and the copy back has begun again
     }
-    advance(HOUR);
-    EXPECT_EQ(look(ARRAYS, 0), "online 0 1 4 3");
+    EXPECT_EQ(look(ARRAYS, 0, {advance(HOUR)}), "online 0 1 4 3");
 }
 
 TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
-    succeed({createLd(KT_RAID5, {0, 1, 2}, 5000, OLD), createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD)});
-    advance(60);
+    succeed({createLd(KT_RAID5, {0, 1, 2}, 5000, OLD), createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD), advance(60)});
     EXPECT_EQ(LOG_OF(OLD, pull(0, OLD)), "2/0:0 1/4:0 1/5:1");
     EXPECT_EQ(KT_PD_SetHDStatus(OLD, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
     EXPECT_EQ(LOG_OF(OLD, pull(1, OLD)), "2/0:1 1/0:0 1/4:1");
     EXPECT_EQ(KT_LD_StartConsistencyCheck(OLD, 0, 1), KT_ERR_VD_NOT_READY);
-    succeed({insert(1, OLD)});
     // What was offline takes the disk back as it was; what went on without it is rebuilt onto it.
-    EXPECT_EQ(look(OLD, 0), "degraded - 1 2");
+    EXPECT_EQ(look(OLD, 0, {insert(1, OLD)}), "degraded - 1 2");
     EXPECT_EQ(look(OLD, 1), "degraded - 1 2 3, 1/1 0");
-    advance(HOUR);
-    EXPECT_EQ(look(OLD, 1), "partial - 1 2 3");
-    succeed({pull(1, OLD), insert(0, OLD)});
-    EXPECT_EQ(look(OLD, 0), "offline - - 2") << "the disk missed what was written in that hour";
+    EXPECT_EQ(look(OLD, 1, {advance(HOUR)}), "partial - 1 2 3");
+    EXPECT_EQ(look(OLD, 0, {pull(1, OLD), insert(0, OLD)}), "offline - - 2") << "it missed what was written meanwhile";
 }
 
 TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
-    configure(PLAIN, &_Adapter_Config_V2::AutoRebuildOn, 0);
-    succeed({createLd(KT_RAID1, {0, 1}, 20000 * MB), createLd(KT_RAID0, {2, 3}, 80000 * MB)});
-    advance(60);
-    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 4), KT_ERR_VD_FUNCTIONAL);
+    succeed({configure(PLAIN, &_Adapter_Config_V2::AutoRebuildOn, 0), createLd(KT_RAID1, {0, 1}, 20000 * MB),
+             createLd(KT_RAID0, {2, 3}, 80000 * MB), advance(60)});
+    EXPECT_EQ(rebuild(4), KT_ERR_VD_FUNCTIONAL);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 1, 4), KT_ERR_NOT_REDUNDANT);
-    succeed({fail(1, PLAIN)});
-    EXPECT_EQ(look(PLAIN, 0), "degraded 0 1");
-    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 0), KT_ERR_TARGET_IS_MEMBER);
-    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 2), KT_ERR_PD_ASSIGNED);
-    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 1), KT_ERR_PD_MISSING);
-    succeed({KT_LD_StartRebuild(PLAIN, 0, 4)});
-    EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 0, 5), KT_ERR_VD_BUSY);
-    advance(128); // half of 20000 MB at half of 160 MiB/s
-    EXPECT_EQ(look(PLAIN, 0), "degraded 0 4, 1/1 51");
-    succeed({KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_PAUSE)});
-    advance(HOUR);
-    EXPECT_EQ(look(PLAIN, 0), "degraded 0 4, 1/3 51");
-    EXPECT_EQ(KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_RESTART), KT_ERR_BGA_ACTION);
-    for (const KT_U8 action : {KT_CONTROL_RESUME, KT_CONTROL_STOP, KT_CONTROL_RESTART})
-        succeed({KT_LD_BGAControl(PLAIN, 0, action)});
+    EXPECT_EQ(look(PLAIN, 0, {fail(1, PLAIN)}), "degraded 0 1");
+    EXPECT_EQ(rebuild(0), KT_ERR_TARGET_IS_MEMBER);
+    EXPECT_EQ(rebuild(2), KT_ERR_PD_ASSIGNED);
+    EXPECT_EQ(rebuild(1), KT_ERR_PD_MISSING);
+    EXPECT_EQ(look(PLAIN, 0, {rebuild(4), advance(128)}), "degraded 0 4, 1/1 51") << "20000 MB at half of 160 MiB/s";
+    EXPECT_EQ(rebuild(5), KT_ERR_VD_BUSY);
+    EXPECT_EQ(look(PLAIN, 0, {controlLd(KT_CONTROL_PAUSE), advance(HOUR)}), "degraded 0 4, 1/3 51");
+    EXPECT_EQ(controlLd(KT_CONTROL_RESTART), KT_ERR_BGA_ACTION);
+    succeed({controlLd(KT_CONTROL_RESUME), controlLd(KT_CONTROL_STOP), controlLd(KT_CONTROL_RESTART)});
     EXPECT_EQ(look(PLAIN, 0), "degraded 0 4, 1/1 0") << "what was filled has missed what was written meanwhile";
-    succeed({KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP)});
+    succeed({controlLd(KT_CONTROL_STOP)});
     EXPECT_EQ(LOG_OF(PLAIN, pull(4, PLAIN)), "2/0:4") << "what was stopped does not fail";
     EXPECT_EQ(look(PLAIN, 0), "degraded 0 -");
     makeArray(KT_RAID6, {0, 1, 2, 3}, {4000});
     succeed({fail(0), fail(1)});
     EXPECT_EQ(createVd(KT_RAID6, 4000), KT_ERR_ARRAY_DISK_MISSING);
-    for (const Ids& targets : {Ids{6, 7}, Ids{4, 5}}) // both that a stopped rebuild left half filled give way
-        succeed({KT_LD_DG_StartRebuild(ARRAYS, 0, 2, targets.data()), control(KT_CONTROL_STOP)});
-    EXPECT_EQ(roleOf(ARRAYS, 6) | roleOf(ARRAYS, 7), 0);
-    EXPECT_EQ(migrateDg(ARRAYS, 0, KT_RAID6, {4, 5, 2, 3, 6}), KT_ERR_VD_NOT_READY)
-        << "half filled members are no source";
-    succeed({control(KT_CONTROL_RESTART), fail(4)});
-    EXPECT_EQ(look(ARRAYS, 0), "degraded - 5 2 3, 1/1 0") << "the other one is filled all the same";
+    succeed({rebuildDg({6, 7}), control(KT_CONTROL_STOP), rebuildDg({4, 5}), control(KT_CONTROL_STOP)});
+    EXPECT_EQ(roleOf(ARRAYS, 6) | roleOf(ARRAYS, 7), 0) << "both that were left half filled gave way";
+    EXPECT_EQ(migrateDg(ARRAYS, 0, KT_RAID6, {4, 5, 2, 3, 6}), KT_ERR_VD_NOT_READY) << "they are no source";
+    EXPECT_EQ(look(ARRAYS, 0, {control(KT_CONTROL_RESTART), fail(4)}), "degraded - 5 2 3, 1/1 0") << "one is filled";
     EXPECT_EQ(roleOf(ARRAYS, 4), KT_PD_OFFLINE);
-    succeed({fail(5)});
-    EXPECT_EQ(look(ARRAYS, 0), "degraded - - 2 3");
+    EXPECT_EQ(look(ARRAYS, 0, {fail(5)}), "degraded - - 2 3");
 }
 
 TEST_F(Raid, NothingGoesOnWithAnOfflineArray) {
     makeArray(KT_RAID5, {0, 1, 2}, {4000});
     succeed({createLd(KT_RAID5, {2, 1, 0}, 1000 * MB, ARRAYS)});
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[1], 1) << "the array on these disks takes it in";
-    succeed({fail(0), KT_LD_DG_StartRebuild(ARRAYS, 0, 1, Ids{3}.data()), control(KT_CONTROL_STOP), fail(1)});
-    EXPECT_EQ(look(ARRAYS, 0), "offline 3 1 2, 1/2 0");
+    EXPECT_EQ(look(ARRAYS, 0, {fail(0), rebuildDg({3}), control(KT_CONTROL_STOP), fail(1)}), "offline 3 1 2, 1/2 0");
     EXPECT_EQ(control(KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
 }
 
@@ -326,19 +301,17 @@ TEST_F(Raid, WithoutAWriteCacheNothingIsCached) {
 
 // A quick one clears the ends of the members, however large they are.
 TEST_F(Raid, AQuickInitialisationIsBrief) {
-    succeed({createLd(KT_RAID1, {0, 1}, 2000 * MB), createLd(KT_RAID1, {2, 3}, 80000 * MB)});
-    advance(60);
-    succeed({KT_LD_StartINIT(PLAIN, 0, KT_INIT_QUICK), KT_LD_StartINIT(PLAIN, 1, KT_INIT_QUICK)});
-    advance(3);
-    EXPECT_EQ(look(PLAIN, 0), "online 0 1, 8/1 46");
-    EXPECT_EQ(look(PLAIN, 1), "online 2 3, 8/1 46");
-    configure(PLAIN, &_Adapter_Config_V2::BGARate, 25);
-    configure(PLAIN, &_Adapter_Config_V2::InitRate, 0);
-    advance(3);
-    EXPECT_EQ(look(PLAIN, 1), "online 2 3, 8/1 70") << "at the rate of all that has none of its own";
+    succeed({createLd(KT_RAID1, {0, 1}, 2000 * MB), createLd(KT_RAID1, {2, 3}, 80000 * MB), advance(60),
+             KT_LD_StartINIT(PLAIN, 0, KT_INIT_QUICK), KT_LD_StartINIT(PLAIN, 1, KT_INIT_QUICK), advance(3)});
+    EXPECT_EQ(look(PLAIN, 0) + "; " + look(PLAIN, 1), "online 0 1, 8/1 46; online 2 3, 8/1 46");
+    succeed({configure(PLAIN, &_Adapter_Config_V2::BGARate, 25), configure(PLAIN, &_Adapter_Config_V2::InitRate, 0)});
+    EXPECT_EQ(look(PLAIN, 1, {advance(3)}), "online 2 3, 8/1 70") << "at the rate of all that has none of its own";
 }
 
 TEST_F(Raid, GreaterActivitiesGoFirst) {
+    const auto init = [](KT_U16 vd, KT_U8 adapter = ARRAYS) {
+        return KT_LD_StartINIT(adapter, vd, KT_INIT_BACKGROUND);
+    };
     succeed({createDg(KT_RAID5, {0, 1, 2}), createVd(KT_RAID5, 20000), createVd(KT_RAID5, 20000)});
     EXPECT_EQ(KT_LD_StartConsistencyCheck(ARRAYS, 0, 0), KT_ERR_VD_NOT_INITIALIZED);
     succeed({KT_PD_StartMediaPatrol(ARRAYS, 0)});
@@ -347,43 +320,34 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     EXPECT_EQ(KT_PD_StartMediaPatrol(ARRAYS, 4), KT_ERR_NOT_SPARE);
     EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_StartConsistencyCheck(ARRAYS, 0, 1)), "1/30:0 2/25:0");
     EXPECT_EQ(dgInfo(ARRAYS, 0).PDBgaRunning, 0) << "the patrol waits";
-    EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND)), "1/50:1 1/38:0")
-        << "the check waits under its own codes";
-    EXPECT_EQ(KT_LD_StartINIT(ARRAYS, 1, KT_INIT_BACKGROUND), KT_ERR_VD_BUSY);
-    succeed({KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), KT_LD_StartINIT(ARRAYS, 0, KT_INIT_BACKGROUND)});
-    advance(125);
+    EXPECT_EQ(LOG_OF(ARRAYS, init(1)), "1/50:1 1/38:0") << "the check waits under its own codes";
+    EXPECT_EQ(init(1), KT_ERR_VD_BUSY);
+    succeed({KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), init(0), advance(125)});
     EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2, 64/1 50") << "alone it would be done";
     EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_PauseAll(ARRAYS)), "1/52:0 1/52:1 2/19:0");
     // On disks that they share.
-    succeed({createLd(KT_RAID1, {0, 1}, 4000, OLD), createLd(KT_RAID1, {1, 2}, 4000, OLD)});
-    advance(60);
-    succeed({KT_LD_StartINIT(OLD, 0, KT_INIT_BACKGROUND), KT_LD_StartConsistencyCheck(OLD, 1, 0)});
+    succeed({createLd(KT_RAID1, {0, 1}, 4000, OLD), createLd(KT_RAID1, {1, 2}, 4000, OLD), advance(60), init(0, OLD),
+             KT_LD_StartConsistencyCheck(OLD, 1, 0)});
     EXPECT_EQ(LOG_OF(OLD, fail(0, OLD)), "2/4:0 2/2:0 1/57:0 1/4:0 1/29:1") << "goes on at once";
-    _Create_LD_Param busy = ldParam(KT_RAID1, {2, 3}, 4000);
-    for (const KT_U8 option : {KT_INIT_BACKGROUND, KT_INIT_INTELLIGENT}) {
-        busy.InitializationOption = option;
-        succeed({KT_LD_Create(OLD, &busy)});
-        EXPECT_EQ(look(OLD, option == KT_INIT_BACKGROUND ? 2 : 3), "online 2 3, 64/1 0");
-    }
+    const _Create_LD_Param busy = ldParam(KT_RAID1, {2, 3}, 4000);
+    const auto option = &_Create_LD_Param::InitializationOption;
+    EXPECT_EQ(look(OLD, 2, {createWith(busy, option, KT_U8{KT_INIT_BACKGROUND}, OLD)}), "online 2 3, 64/1 0");
+    EXPECT_EQ(look(OLD, 3, {createWith(busy, option, KT_U8{KT_INIT_INTELLIGENT}, OLD)}), "online 2 3, 64/1 0");
 }
 
 TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
-    succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB), createLd(KT_RAID1, {4, 5}, 4000 * MB)});
-    advance(60);
+    succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB), createLd(KT_RAID1, {4, 5}, 4000 * MB), advance(60)});
     EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID5, {0, 2, 3}), KT_ERR_ARRAY_DISK_MISSING);
     EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID0, {0, 1, 2}), KT_ERR_MIGRATION_UNSUPPORTED);
     EXPECT_EQ(migrateLd(PLAIN, 0, KT_RAID1, {0, 1}), KT_ERR_MIGRATION_UNNECESSARY);
     _Create_LD_Param to = ldParam(KT_RAID5, {0, 1, 2});
     succeed({KT_LD_GetMigratedLdSize(PLAIN, &to)});
     EXPECT_EQ(to.Size, 4000 * MB);
-    succeed({KT_LD_StartConsistencyCheck(PLAIN, 0, 0), KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP),
-             KT_LD_StartMigration(PLAIN, &to)});
+    succeed({KT_LD_StartConsistencyCheck(PLAIN, 0, 0), controlLd(KT_CONTROL_STOP), KT_LD_StartMigration(PLAIN, &to)});
     EXPECT_EQ(migrateLd(PLAIN, 1, KT_RAID5, {3, 4, 5}), KT_ERR_ONE_VD_MIGRATION);
-    newEvents(PLAIN);
-    advance(30); // a quarter is announced, and not once more after a new start
-    for (const KT_U8 action : {KT_CONTROL_PAUSE, KT_CONTROL_RESUME, KT_CONTROL_STOP, KT_CONTROL_RESTART})
-        succeed({KT_LD_BGAControl(PLAIN, 0, action)});
-    EXPECT_EQ(look(PLAIN, 0), "online 0 1, 32/1 30");
+    newEvents(PLAIN); // a quarter is announced, and not once more after a new start
+    succeed({advance(30), controlLd(KT_CONTROL_PAUSE), controlLd(KT_CONTROL_RESUME), controlLd(KT_CONTROL_STOP)});
+    EXPECT_EQ(look(PLAIN, 0, {controlLd(KT_CONTROL_RESTART)}), "online 0 1, 32/1 30");
     _LD_Info target = {};
     succeed({KT_LD_GetTargetLDInfo(PLAIN, 0, &target)});
     EXPECT_EQ((Ints{target.RaidMode, target.BGAStatus, vdInfo(PLAIN, 0).RaidMode}),
@@ -396,9 +360,7 @@ TEST_F(Raid, MigrationKeepsMembersAndTheSizeThatWasStated) {
     EXPECT_EQ(KT_LD_GetTargetLDInfo(PLAIN, 0, &target), KT_ERR_VD_STATUS);
     succeed({KT_LD_Delete(PLAIN, 0, 0), createLd(KT_RAID1, {0, 1})});
     const KT_U64 all = vdInfo(PLAIN, 0).Size;
-    advance(60);
-    succeed({KT_LD_GetMigratedLdSize(PLAIN, &to), KT_LD_StartMigration(PLAIN, &to)});
-    advance(30 * HOUR);
+    succeed({advance(60), KT_LD_GetMigratedLdSize(PLAIN, &to), KT_LD_StartMigration(PLAIN, &to), advance(30 * HOUR)});
     EXPECT_EQ(to.Size, 2 * all);
     EXPECT_EQ(vdInfo(PLAIN, 0).Size, 2 * all) << "what was made of all there was grows";
 }
@@ -415,7 +377,7 @@ TEST_F(Raid, PartsAreCounted) {
     _LD_Info target = {};
     succeed({KT_DG_StartMigration(ARRAYS, &to, 0), KT_LD_GetTargetLDInfo(ARRAYS, 0, &target)});
     EXPECT_EQ(target.SubLDCount, 2);
-    advance(HOUR);
+    EXPECT_EQ(look(ARRAYS, 0, {advance(HOUR)}), "online 0 1 2 3 4 5");
     EXPECT_EQ(parts(), (Ints{2, 2}));
 }
 
@@ -424,8 +386,7 @@ TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
     makeArray(KT_RAID5, {0, 1, 2}, {6000, 4000, 2000, 178664}); // the last takes all that is left
     succeed({KT_LD_Delete(ARRAYS, 1, 0)});
     EXPECT_EQ(slots(), "0:6000 -:4000 2:2000 3:178664 -:0 4000");
-    succeed({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4})});
-    advance(90 * HOUR);
+    succeed({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4}), advance(90 * HOUR)});
     EXPECT_EQ(slots(), "0:6000 -:14000 2:2000 -:2000 3:357328 -:1 16001") << "the gap took up its half";
     for (const KT_U16 id : Ids{0, 2, 3})
         EXPECT_EQ(vdInfo(ARRAYS, id).Size / MB, id == 0 ? 6000U : id == 2 ? 2000U : 357328U);
@@ -438,20 +399,14 @@ TEST_F(Raid, AMigrationStopsWithoutItsTarget) {
     succeed({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3})});
     EXPECT_EQ(migrateDg(ARRAYS, 1, KT_RAID5, {4, 5, 6}), KT_ERR_ONE_ARRAY_MIGRATION);
     EXPECT_EQ(LOG_OF(ARRAYS, KT_PD_StartMediaPatrol(ARRAYS, 2)), "2/17:2 2/25:2") << "waits on new disks too";
-    advance(30);
-    succeed({control(KT_CONTROL_STOP), control(KT_CONTROL_RESTART)});
+    succeed({advance(30), control(KT_CONTROL_STOP), control(KT_CONTROL_RESTART)});
     EXPECT_EQ(look(ARRAYS, 0), "online 0 1, 32/1 30") << "what has moved stays moved";
     succeed({pull(2), pull(3)});
-    newEvents(ARRAYS);
-    advance(HOUR);
-    EXPECT_EQ(newEvents(ARRAYS), "");
+    EXPECT_EQ(LOG_OF(ARRAYS, advance(HOUR)), "");
     EXPECT_EQ(look(ARRAYS, 0), "offline 0 1, 32/5 30");
     EXPECT_EQ(control(KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
-    succeed({insert(3)});
-    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 1, 32/1 30") << "one of RAID5's disks may be missing";
-    advance(HOUR);
-    succeed({insert(2)});
-    EXPECT_EQ(look(ARRAYS, 0), "degraded 0 1 2 3, 1/1 0") << "it has kept its place";
+    EXPECT_EQ(look(ARRAYS, 0, {insert(3)}), "degraded 0 1, 32/1 30") << "one of RAID5's disks may be missing";
+    EXPECT_EQ(look(ARRAYS, 0, {advance(HOUR), insert(2)}), "degraded 0 1 2 3, 1/1 0") << "it has kept its place";
 }
 
 // A page of ids is written anew once disk 0 has left: the others are one less from then on, wherever they are named.
@@ -465,17 +420,14 @@ TEST_F(Raid, NewIdsOfDisksAreFollowedEverywhere) {
                         {"level": "RAID1", "disks": [3, 4], "size": "1GiB"}]}]})");
     succeed({migrateLd(PLAIN, 0, KT_RAID5, {1, 2, 5})});
     for (const KT_U8 adapter : {ARRAYS, PLAIN}) {
-        succeed({pull(0, adapter), KT_Flash_Erase(adapter, KT_PAGE_PD_FORCE)});
+        succeed({pull(0, adapter), KT_Flash_Erase(adapter, KT_PAGE_PD_FORCE), advance(HOUR)});
         const auto both = [&] { return look(adapter, 0) + "; " + look(adapter, 1); };
-        advance(HOUR);
         const std::string whole = adapter == PLAIN ? "online 0 1 4; online 2 3" : "online 0 1; online 2 3";
         EXPECT_EQ(both(), whole);
         for (const KT_U16 lost : Ids{1, 2}) { // a member of each comes home after a spare has stood in
             succeed({pull(lost, adapter)});
             EXPECT_NE(both().find(", 1/1 0"), std::string::npos);
-            advance(HOUR);
-            succeed({insert(lost, adapter)});
-            advance(HOUR);
+            succeed({advance(HOUR), insert(lost, adapter), advance(HOUR)});
         }
         EXPECT_EQ(both(), whole);
     }
@@ -500,11 +452,9 @@ TEST_F(Raid, AnEmptyArrayIsItsDisks) {
 }
 
 TEST_F(Raid, WipingTakesAMemberAway) {
-    succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB)});
-    advance(60);
+    succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB), advance(60)});
     EXPECT_EQ(KT_PD_WipeHDMDD(PLAIN, 0, 0), KT_ERR_PD_ASSIGNED);
     EXPECT_EQ(KT_PD_WipeHDMDD(ARRAYS, 10, 1), KT_ERR_PD_HAS_OS);
-    succeed({KT_PD_WipeHDMDD(PLAIN, 0, 1)});
+    EXPECT_EQ(look(PLAIN, 0, {KT_PD_WipeHDMDD(PLAIN, 0, 1)}), "degraded - 1");
     EXPECT_EQ(roleOf(PLAIN, 0), 0);
-    EXPECT_EQ(look(PLAIN, 0), "degraded - 1");
 }

@@ -1,5 +1,4 @@
 #include "frame.h"
-#include "outside.h"
 
 // Adapter 0: an array that is being rebuilt, one without virtual disks, a CD drive (9), a SAS disk without a light (10)
 // and a solid-state one (11).
@@ -89,7 +88,7 @@ TEST_F(Refusals, NameWhatIsNotThere) {
 
 TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
     start(LAB);
-    succeed({outside::failDisk(0, 2), outside::failDisk(1, 3), KT_PD_StartMediaPatrol(1, 2)});
+    succeed({failDisk(0, 2), failDisk(1, 3), KT_PD_StartMediaPatrol(1, 2)});
     const struct {
         KT_U8 expected;
         KT_U8 (*call)();
@@ -121,7 +120,7 @@ TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
     EXPECT_EQ(KT_Flash_Erase(0, KT_PAGE_PD), KT_ERR_BGA_RUNNING) << "this one logs that it failed";
     const KT_U16 system = 0;
     EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_ERR_VD_HAS_OS);
-    succeed({outside::failDisk(1, 0), outside::failDisk(1, 1)});
+    succeed({failDisk(1, 0), failDisk(1, 1)});
     EXPECT_EQ(KT_DiskHasOS(1, KT_DEVICE_VD, 1, &system), KT_OK) << "the system has crashed";
     EXPECT_EQ(KT_LD_Delete(1, 0, 0), KT_OK);
 }

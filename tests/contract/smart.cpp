@@ -1,5 +1,4 @@
 #include "frame.h"
-#include "outside.h"
 
 // Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
@@ -21,7 +20,7 @@ static _ATA_PassThrough ata(KT_U16 pd, KT_U8 command, KT_U8 features, KT_U8 mid 
 }
 
 struct Smart : LabTest<LAB> {
-    static bool age(KT_U16 pd, const char* aspect, KT_U32 amount) { return outside::ageDisk(0, pd, aspect, amount); }
+    static KT_U8 age(KT_U16 pd, const char* aspect, KT_U32 amount) { return ageDisk(0, pd, aspect, amount); }
     static KT_U64 raw(KT_U16 pd, KT_U8 id) { return attribute(0, pd, id).RawValue; }
     static KT_U8 returnStatus(KT_U16 pd) { return ata(pd, KT_ATA_SMART, KT_SMART_RETURN_STATUS).Status; }
 };
@@ -43,7 +42,7 @@ TEST_F(Smart, AttributesTellADisksLife) {
     EXPECT_EQ(tripped(), (Ints{0, 0, 0, 1}));
     EXPECT_EQ(attribute(0, 3, REALLOCATED).Status, KT_SMART_FAILING) << "a tripped disk has a reason";
     EXPECT_NE(returnStatus(3), KT_ATA_HEALTHY);
-    EXPECT_TRUE(age(0, "warmth", 40));
+    succeed({age(0, "warmth", 40)});
     std::string cooled = show();
     start(cooled.replace(cooled.find("\"warmth\":40"), 11, "\"warmth\":0"));
     const _SMART_Attribute airflow = attribute(0, 0, 0xBE);
@@ -52,41 +51,35 @@ TEST_F(Smart, AttributesTellADisksLife) {
 }
 
 TEST_F(Smart, WornDisksTrip) {
-    EXPECT_TRUE(age(0, "reallocated", 511));
+    EXPECT_EQ(LOG_OF(0, age(0, "reallocated", 511)), "2/15:0 2/13:0");
     EXPECT_EQ(attribute(0, 0, REALLOCATED).Current, 37);
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
-    EXPECT_EQ(newEvents(), "2/15:0 2/13:0");
-    EXPECT_TRUE(age(0, "reallocated", 1));
-    EXPECT_EQ(newEvents(), "2/15:0 2/14:0 2/11:0");
+    EXPECT_EQ(LOG_OF(0, age(0, "reallocated", 1)), "2/15:0 2/14:0 2/11:0");
     EXPECT_EQ(attribute(0, 0, REALLOCATED).Status, KT_SMART_FAILING);
     EXPECT_EQ(raw(0, REALLOCATED), 512U);
     const _ATA_PassThrough reply = ata(0, KT_ATA_SMART, KT_SMART_RETURN_STATUS);
     EXPECT_EQ((Ints{reply.LBAMidReturned, reply.LBAHighReturned}), (Ints{0xF4, 0x2C}));
-    EXPECT_TRUE(age(2, "wear", 89));
-    EXPECT_EQ(tripped(), (Ints{1, 0, 0, 1}));
-    EXPECT_TRUE(age(2, "wear", 1));
-    EXPECT_EQ(tripped(), (Ints{1, 0, 1, 1}));
-    EXPECT_TRUE(age(2, "wear", 0xFFFFFFFF));
+    for (const int threshold : {0, 1}) {
+        succeed({age(2, "wear", threshold ? 1 : 89)});
+        EXPECT_EQ(tripped(), (Ints{1, 0, threshold, 1}));
+    }
+    succeed({age(2, "wear", 0xFFFFFFFF)});
     EXPECT_EQ(attribute(0, 2, 0xE7).Current, 1) << "no value wraps";
-    EXPECT_FALSE(age(1, "wear", 1)) << "a SAS disk";
-    EXPECT_FALSE(age(0, "wear", 1)) << "a spinning one";
-    EXPECT_FALSE(age(0, "beauty", 1));
-    EXPECT_FALSE(age(9, "wear", 1));
+    // A SAS disk and a spinning one do not wear.
+    answer(KT_ERR_FAILED, {age(1, "wear", 1), age(0, "wear", 1), age(0, "beauty", 1), age(9, "wear", 1)});
 }
 
 TEST_F(Smart, WhatNobodyPolledIsToldWhenPollingBegins) {
-    configure(0, &_Adapter_Config_V2::PollSMARTStatus, 0);
-    EXPECT_TRUE(age(0, "reallocated", 512));
-    newEvents();
-    configure(0, &_Adapter_Config_V2::PollSMARTStatus, 1);
-    EXPECT_EQ(newEvents(), "0/0:0 2/11:0 2/11:3");
+    succeed({configure(0, &_Adapter_Config_V2::PollSMARTStatus, 0)});
+    succeed({age(0, "reallocated", 512)});
+    EXPECT_EQ(LOG_OF(0, configure(0, &_Adapter_Config_V2::PollSMARTStatus, 1)), "0/0:0 2/11:0 2/11:3");
     _HD_CONFIG disk = pdConfig(0, 0);
     for (const KT_U8 on : {KT_U8{0}, KT_U8{1}}) {
         disk.SMARTOn = on;
         succeed({KT_PD_SetConfig(0, 0, &disk)});
     }
     EXPECT_EQ(newEvents(), "2/5:0 2/11:0");
-    succeed({outside::untripDisk(0, 0)});
+    succeed({untripDisk(0, 0)});
     EXPECT_EQ(tripped()[0], 0);
     EXPECT_EQ(attribute(0, 0, REALLOCATED).Status, KT_SMART_GOOD) << "a cleared trip is forgotten there too";
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
@@ -103,13 +96,10 @@ TEST_F(Smart, TheDayWarmsAndThePullStopsTheHours) {
     }
     EXPECT_EQ(day, "32 32 33 33 33 34 34 34 34 34 33 33 33 32 32 31 31 31 30 30 30 30 31 31 ");
     EXPECT_GT(raw(2, WRITTEN), written);
-    succeed({outside::pullDisk(0, 2)});
-    advance(10 * HOUR);
-    succeed({outside::insertDisk(0, 2)});
+    succeed({pullDisk(0, 2), advance(10 * HOUR), insertDisk(0, 2)});
     EXPECT_EQ(raw(2, HOURS), hours + 24);
     EXPECT_EQ(raw(2, CYCLES), cycles + 1);
-    succeed({outside::replaceDisk(0, 2)});
-    advance(3 * HOUR);
+    succeed({replaceDisk(0, 2), advance(3 * HOUR)});
     EXPECT_EQ(raw(2, HOURS), 3U) << "a new one";
     EXPECT_EQ(raw(2, CYCLES), 1U);
 }
@@ -133,7 +123,7 @@ TEST_F(Smart, DrivesAnswerCommands) {
     pass.Protocol = 1;
     answer(KT_ERR_NOT_SUPPORTED, {KT_PassThrough_ATA(0, 0, &pass), KT_PD_GET_SMART_INFO(0, 1, &info)});
     EXPECT_EQ(KT_PD_GET_SMART_INFO(0, 9, &info), KT_ERR_INVALID_PD);
-    succeed({outside::failDisk(0, 0)});
+    succeed({failDisk(0, 0)});
     EXPECT_EQ(KT_PD_GET_SMART_INFO(0, 0, &info), KT_ERR_LINK_TIMEOUT);
 }
 

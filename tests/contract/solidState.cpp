@@ -1,5 +1,4 @@
 #include "frame.h"
-#include "outside.h"
 
 #include <memory>
 #include <numeric>
@@ -45,11 +44,11 @@ static KT_U8 download(KT_U16 pd, const std::string& file, KT_U8 mode = KT_MICROC
 }
 
 static std::string microcode(const char* name, const char* version) {
-    return outside::makeMicrocode(name, version, 500000);
+    return makeMicrocode(name, version, 500000);
 }
 
 TEST_F(SolidStateDisks, TellTheirLifeInASoundPage) {
-    outside::ageDisk(0, 0, "reallocated", 258);
+    succeed({ageDisk(0, 0, "reallocated", 258)});
     _SSD_Smart_Data page = {};
     succeed({KT_SSD_SmartReadData(0, 0, &page)});
     const auto* bytes = reinterpret_cast<const KT_U8*>(&page);
@@ -79,7 +78,7 @@ TEST_F(SolidStateDisks, TestThemselvesInTime) {
     EXPECT_EQ(test(0), "passed 0% 0 13112 h") << "when it ended, not now";
     test(0, KT_SSD_START_SHORT);
     EXPECT_EQ(test(0, KT_SSD_ABORT), "aborted 0% 1 13124 h");
-    outside::spoil(0, 0, outside::UNREADABLE, HALF);
+    succeed({spoilSectors(0, 0, UNREADABLE, HALF)});
     test(0, KT_SSD_START_SHORT);
     advance(120);
     EXPECT_EQ(test(0), "passed 0% 0 13124 h") << "it does not get there";
@@ -88,11 +87,11 @@ TEST_F(SolidStateDisks, TestThemselvesInTime) {
     EXPECT_EQ(test(0), "running 49% 15 0 h");
     advance(30);
     EXPECT_EQ(test(0), "failed 0% 7 13124 h, LBA 480000000");
-    outside::ageDisk(0, 1, "wear", 100);
+    succeed({ageDisk(0, 1, "wear", 100)});
     test(1, KT_SSD_START_SHORT);
     advance(120);
     EXPECT_EQ(test(1), "failed 0% 5 14468 h, LBA 824300105") << "its electronics";
-    succeed({outside::failDisk(0, 1)});
+    succeed({failDisk(0, 1)});
     EXPECT_EQ(test(1), "error 23");
 }
 
@@ -129,9 +128,9 @@ TEST_F(SolidStateDisks, KeepMicrocodeForTheirNextStart) {
     EXPECT_EQ(versions(), "1.0, 1.0");
     EXPECT_EQ(test(0, KT_SSD_START_LONG), "running 0% 15 0 h");
     EXPECT_NE(show().find("\"2.0\""), std::string::npos);
-    succeed({outside::pullDisk(0, 0), outside::insertDisk(0, 0)});
+    succeed({pullDisk(0, 0), insertDisk(0, 0)});
     EXPECT_EQ(versions(), "2.0, 1.0");
     EXPECT_EQ(test(0), "aborted 0% 1 13112 h");
-    succeed({outside::replaceDisk(0, 0, 0)});
+    succeed({replaceDisk(0, 0, 0)});
     EXPECT_EQ(test(0), "never 0% 0 0 h") << "another disk";
 }

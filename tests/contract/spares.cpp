@@ -1,6 +1,5 @@
 // Which disk takes a lost one's place, and which never does.
 #include "frame.h"
-#include "outside.h"
 
 // A RAID5 on disks 0 to 2, whose own spare 3 is larger than the spares of the adapter: 4 is large, 5 as large as the
 // members, 6 too small. 7 runs the system, 8 is optical, 9 has a partition table and is free.
@@ -10,11 +9,7 @@ static const char LAB[] = R"({"adapters": [{"type": "array-based", "config": {"C
   {"type": "ATAPI"}, {"size": "100GB", "mbr": true}],
   "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "spares": [3], "virtualDisks": [{"size": "1GB"}]}]}]})";
 
-struct Spares : LabTest<LAB> {
-    static KT_U8 fail(KT_U16 pd) { return outside::failDisk(0, pd); }
-    static KT_U8 pull(KT_U16 pd) { return outside::pullDisk(0, pd); }
-    static KT_U8 insert(KT_U16 pd) { return outside::insertDisk(0, pd); }
-};
+struct Spares : LabTest<LAB> {};
 
 static bool hasMbr(KT_U16 pd) {
     _HD_MBR_Info info = {};
@@ -25,12 +20,11 @@ static bool hasMbr(KT_U16 pd) {
 }
 
 TEST_F(Spares, TheArraysOwnComesFirstThenTheSmallestThatFits) {
-    for (const char* then : {"3 1 2", "3 5 2", "3 5 4"}) {
-        succeed({fail(static_cast<KT_U16>(then[4] == '4' ? 2 : then[2] == '5' ? 1 : 0))});
-        EXPECT_EQ(look(0, 0), std::string("degraded ") + then + ", 1/1 0");
-        advance(HOUR);
-    }
-    EXPECT_EQ(LOG_OF(0, fail(3)), "2/4:3 2/2:3 1/4:0 12/20:6");
+    EXPECT_EQ(look(0, 0, {failDisk(0, 0)}), "degraded 3 1 2, 1/1 0");
+    EXPECT_EQ(look(0, 0, {advance(HOUR), failDisk(0, 1)}), "degraded 3 5 2, 1/1 0");
+    EXPECT_EQ(look(0, 0, {advance(HOUR), failDisk(0, 2)}), "degraded 3 5 4, 1/1 0");
+    advance(HOUR);
+    EXPECT_EQ(LOG_OF(0, failDisk(0, 3)), "2/4:3 2/2:3 1/4:0 12/20:6");
     EXPECT_EQ(look(0, 0), "degraded 3 5 4") << "the one that is left is too small";
 }
 
@@ -38,27 +32,20 @@ TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
     for (const KT_U16 pd : Ids{3, 5}) {
         const KT_U8 role = roleOf(0, pd);
         EXPECT_EQ(role, pd == 3 ? KT_PD_DEDICATED_SPARE : KT_PD_GLOBAL_SPARE);
-        succeed({pull(pd)});
+        succeed({pullDisk(0, pd)});
         EXPECT_EQ(dgInfo(0, 0).SparePDCount, pd == 3 ? 0 : 1);
-        succeed({insert(pd)});
-        EXPECT_EQ(roleOf(0, pd), role);
-        EXPECT_EQ(pdConfig(0, pd).Online, 1);
+        succeed({insertDisk(0, pd)});
+        EXPECT_EQ((Ints{roleOf(0, pd), pdConfig(0, pd).Online}), (Ints{role, 1}));
     }
-    succeed({fail(0)});
-    EXPECT_EQ(look(0, 0), "degraded 3 1 2, 1/1 0");
-    configure(0, &_Adapter_Config_V2::AutoRebuildOn, 0);
-    configure(0, &_Adapter_Config_V2::CopyBackOn, 1);
-    advance(HOUR);
-    succeed({pull(1), pull(3)});
-    EXPECT_EQ(look(0, 0), "offline - - 2");
-    succeed({insert(3)});
-    EXPECT_EQ(look(0, 0), "degraded 3 - 2") << "the member that left last, though in another one's place";
+    succeed({failDisk(0, 0), configure(0, &_Adapter_Config_V2::AutoRebuildOn, 0),
+             configure(0, &_Adapter_Config_V2::CopyBackOn, 1)});
+    EXPECT_EQ(look(0, 0, {advance(HOUR), pullDisk(0, 1), pullDisk(0, 3)}), "offline - - 2");
+    EXPECT_EQ(look(0, 0, {insertDisk(0, 3)}), "degraded 3 - 2") << "it left last, though in another one's place";
     EXPECT_EQ(roleOf(0, 3), KT_PD_MEMBER | KT_PD_DEDICATED_SPARE | KT_PD_SPARE_IN_USE);
 }
 
 TEST_F(Spares, NoRebuildGoesOntoTheSystemOrOntoAnOpticalDrive) {
-    configure(0, &_Adapter_Config_V2::AutoRebuildOn, 0);
-    succeed({fail(0)});
+    succeed({configure(0, &_Adapter_Config_V2::AutoRebuildOn, 0), failDisk(0, 0)});
     const auto rebuildOn = [](KT_U16 pd) { return KT_LD_DG_StartRebuild(0, 0, 1, &pd); };
     EXPECT_EQ(rebuildOn(7), KT_ERR_PD_HAS_OS);
     EXPECT_EQ(rebuildOn(8), KT_ERR_ATAPI);
@@ -72,18 +59,15 @@ TEST_F(Spares, ADiskIsRebuiltInItsOldPlaceUnlessItHasAPartitionTable) {
         start(std::string(R"({"adapters": [{"type": "array-based", "disks": [{"size": "100GB", "mbr": )") +
               (mbr ? "true" : "false") + R"(}, {"size": "100GB"}], "arrays": [
               {"level": "RAID1", "disks": [0, 1], "virtualDisks": [{"size": "1GB"}]}]}]})");
-        succeed({pull(0), insert(0)});
+        succeed({pullDisk(0, 0), insertDisk(0, 0)});
         EXPECT_EQ(roleOf(0, 0), mbr ? 0 : KT_PD_MEMBER);
     }
 }
 
-TEST_F(Spares, WipingTakesThePartitionTableAway) {
+TEST_F(Spares, WhatIsWipedOrReleasedIsAFreeDisk) {
     EXPECT_TRUE(hasMbr(9));
     succeed({KT_PD_WipeHDMDD(0, 9, 0)});
     EXPECT_FALSE(hasMbr(9));
-}
-
-TEST_F(Spares, ASpareThatIsReleasedIsAFreeDisk) {
     EXPECT_EQ(LOG_OF(0, KT_PD_Spare2FreeHD(0, 5)), "2/10:5 2/54:5");
     EXPECT_EQ(roleOf(0, 5), 0);
 }
