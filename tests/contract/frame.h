@@ -1,8 +1,8 @@
 // A library on a scratch state made from a lab, its clock stopped, for each test.
 #pragma once
 
-#include "outside.h"
 #include "../support/scratch.h"
+#include "outside.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

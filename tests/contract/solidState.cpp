@@ -13,8 +13,10 @@ static const KT_U64 HALF = 480000000; // a sector in the middle of disk 0
 
 struct SolidStateDisks : LabTest<LAB> {};
 
-// What a self-test is like after the action: how far, its result, when it ended, and where it met an error.
-static std::string test(KT_U16 pd, KT_U8 action = KT_SSD_ASK) {
+// What a self-test is like after so many seconds and the action: how far, its result, when it ended, and where it met
+// an error.
+static std::string test(KT_U16 pd, KT_U8 action = KT_SSD_ASK, uint64_t seconds = 0) {
+    advance(seconds);
     _SSD_Diagnostic found = {};
     found.Action = action;
     if (const KT_U8 error = KT_SSD_Diagnostic(0, pd, &found)) return "error " + std::to_string(error);
@@ -28,16 +30,17 @@ static std::string versions() {
     return textOf(pdInfo(0, 0).FWVersion) + ", " + textOf(pdInfo(0, 1).FWVersion);
 }
 
-// Hands out the pages of the file from `first` on; the status of the last call.
-static KT_U8 download(KT_U16 pd, const std::string& file, KT_U8 mode = KT_MICROCODE_NOW, KT_U16 first = 0) {
+// Hands out the bytes in pages from page `first` on, of which the last may end the file; the status of the last call.
+static KT_U8 download(KT_U16 pd, const std::string& file, KT_U8 mode = KT_MICROCODE_NOW, KT_U16 first = 0,
+                      bool ends = true) {
     const auto page = std::make_unique<_Flash_Data>();
+    page->PageNum = first;
     KT_U8 status = KT_OK;
     for (size_t at = 0; at < file.size() && status == KT_OK; ++page->PageNum) {
-        if (at == 0) page->PageNum = first;
         page->Size = static_cast<KT_U32>(std::min(sizeof page->Data, file.size() - at));
         memcpy(page->Data, file.data() + at, page->Size);
         at += page->Size;
-        page->isLastPage = at == file.size();
+        page->isLastPage = ends && at == file.size();
         status = KT_Download_SSD_Microcode(0, pd, mode, page.get());
     }
     return status;
@@ -48,9 +51,8 @@ static std::string microcode(const char* name, const char* version) {
 }
 
 TEST_F(SolidStateDisks, TellTheirLifeInASoundPage) {
-    succeed({ageDisk(0, 0, "reallocated", 258)});
     _SSD_Smart_Data page = {};
-    succeed({KT_SSD_SmartReadData(0, 0, &page)});
+    succeed({ageDisk(0, 0, "reallocated", 258), KT_SSD_SmartReadData(0, 0, &page)});
     const auto* bytes = reinterpret_cast<const KT_U8*>(&page);
     EXPECT_EQ(std::accumulate(bytes, bytes + sizeof page, 0U) % 256, 0U);
     const auto& first = page.Attributes[0];
@@ -62,44 +64,33 @@ TEST_F(SolidStateDisks, TellTheirLifeInASoundPage) {
 
 TEST_F(SolidStateDisks, TestThemselvesInTime) {
     EXPECT_EQ(test(0), "never 0% 0 0 h");
-    EXPECT_EQ(test(0, KT_SSD_ABORT), "error 27");
-    EXPECT_EQ(test(0, 4), "error 27");
-    EXPECT_EQ(test(2), "error 19");
+    EXPECT_EQ(test(0, KT_SSD_ABORT) + ", " + test(0, 4) + ", " + test(2), "error 27, error 27, error 19");
     EXPECT_EQ(test(0, KT_SSD_START_LONG), "running 0% 15 0 h");
     EXPECT_EQ(test(0, KT_SSD_START_SHORT), "error 27");
-    advance(610);
-    EXPECT_EQ(test(0), "running 50% 15 0 h");
+    EXPECT_EQ(test(0, KT_SSD_ASK, 610), "running 50% 15 0 h");
     _SSD_Smart_Data page = {};
     succeed({KT_SSD_SmartReadData(0, 0, &page)});
     EXPECT_EQ(page.SelfTestStatus, 0xF5);
-    advance(2 * HOUR);
-    EXPECT_EQ(test(0), "passed 0% 0 13112 h");
-    advance(10 * HOUR);
-    EXPECT_EQ(test(0), "passed 0% 0 13112 h") << "when it ended, not now";
+    EXPECT_EQ(test(0, KT_SSD_ASK, 12 * HOUR), "passed 0% 0 13112 h") << "when it ended, not now";
     test(0, KT_SSD_START_SHORT);
     EXPECT_EQ(test(0, KT_SSD_ABORT), "aborted 0% 1 13124 h");
     succeed({spoilSectors(0, 0, UNREADABLE, HALF)});
     test(0, KT_SSD_START_SHORT);
-    advance(120);
-    EXPECT_EQ(test(0), "passed 0% 0 13124 h") << "it does not get there";
+    EXPECT_EQ(test(0, KT_SSD_ASK, 120), "passed 0% 0 13124 h") << "it does not get there";
     test(0, KT_SSD_START_LONG);
-    advance(590);
-    EXPECT_EQ(test(0), "running 49% 15 0 h");
-    advance(30);
-    EXPECT_EQ(test(0), "failed 0% 7 13124 h, LBA 480000000");
+    EXPECT_EQ(test(0, KT_SSD_ASK, 590), "running 49% 15 0 h");
+    EXPECT_EQ(test(0, KT_SSD_ASK, 30), "failed 0% 7 13124 h, LBA 480000000");
     succeed({ageDisk(0, 1, "wear", 100)});
     test(1, KT_SSD_START_SHORT);
-    advance(120);
-    EXPECT_EQ(test(1), "failed 0% 5 14468 h, LBA 824300105") << "its electronics";
+    EXPECT_EQ(test(1, KT_SSD_ASK, 120), "failed 0% 5 14468 h, LBA 824300105") << "its electronics";
     succeed({failDisk(0, 1)});
     EXPECT_EQ(test(1), "error 23");
 }
 
 TEST_F(SolidStateDisks, TakeMicrocodeOfTheirModelOnly) {
     test(0, KT_SSD_START_LONG);
-    EXPECT_EQ(download(0, microcode("Model A", "2.0")), KT_OK);
-    EXPECT_EQ(test(0).substr(0, 7), "aborted");
-    EXPECT_EQ(versions(), "2.0, 1.0");
+    succeed({download(0, microcode("Model A", "2.0"))});
+    EXPECT_EQ(versions() + ", " + test(0).substr(0, 7), "2.0, 1.0, aborted");
     answer(KT_ERR_INVALID_MICROCODE,
            {download(0, microcode("Model B", "3.0")), download(0, microcode("Model AB", "3.0")),
             download(0, std::string(300000, 'x'))});
@@ -114,23 +105,18 @@ TEST_F(SolidStateDisks, TakeMicrocodeOfTheirModelOnly) {
 TEST_F(SolidStateDisks, LoseADownloadWhosePagesAreOutOfOrder) {
     const std::string file = microcode("Model A", "2.0");
     const size_t whole = sizeof _Flash_Data{}.Data;
-    const auto page = std::make_unique<_Flash_Data>();
-    page->Size = static_cast<KT_U32>(whole);
-    memcpy(page->Data, file.data(), whole);
-    succeed({KT_Download_SSD_Microcode(0, 0, KT_MICROCODE_NOW, page.get())});
+    succeed({download(0, file.substr(0, whole), KT_MICROCODE_NOW, 0, false)});
     EXPECT_EQ(download(0, file.substr(2 * whole), KT_MICROCODE_NOW, 2), KT_ERR_INVALID_REQUEST);
     EXPECT_EQ(download(0, file.substr(whole), KT_MICROCODE_NOW, 1), KT_ERR_INVALID_REQUEST) << "it is over";
     EXPECT_EQ(versions(), "1.0, 1.0");
 }
 
 TEST_F(SolidStateDisks, KeepMicrocodeForTheirNextStart) {
-    EXPECT_EQ(download(0, microcode("Model A", "2.0"), KT_MICROCODE_LATER), KT_OK);
-    EXPECT_EQ(versions(), "1.0, 1.0");
-    EXPECT_EQ(test(0, KT_SSD_START_LONG), "running 0% 15 0 h");
+    succeed({download(0, microcode("Model A", "2.0"), KT_MICROCODE_LATER)});
+    EXPECT_EQ(versions() + ", " + test(0, KT_SSD_START_LONG), "1.0, 1.0, running 0% 15 0 h");
     EXPECT_NE(show().find("\"2.0\""), std::string::npos);
     succeed({pullDisk(0, 0), insertDisk(0, 0)});
-    EXPECT_EQ(versions(), "2.0, 1.0");
-    EXPECT_EQ(test(0), "aborted 0% 1 13112 h");
-    succeed({replaceDisk(0, 0, 0)});
+    EXPECT_EQ(versions() + ", " + test(0), "2.0, 1.0, aborted 0% 1 13112 h");
+    succeed({replaceDisk(0, 0)});
     EXPECT_EQ(test(0), "never 0% 0 0 h") << "another disk";
 }

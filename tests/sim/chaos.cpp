@@ -10,16 +10,12 @@
 #include "devices/power.h"
 #include "frame/invariants.h"
 #include "frame/settle.h"
-#include "ids.h"
-#include "lab/lab.h"
 #include "media/wear.h"
 #include "raid/damage.h"
 #include "raid/members.h"
 #include "state/simClock.h"
 
 #include <algorithm>
-
-using namespace sim;
 
 static const KT_U8 LEVELS[] = {KT_RAID0,  KT_RAID1,  KT_RAID5, KT_RAID5,  KT_RAID6,           KT_RAID10, KT_RAID1E,
                                KT_RAID50, KT_RAID60, KT_JBOD,  KT_HYBRID, KT_TANDEM_CAPACITY, 0x77};

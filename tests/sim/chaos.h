@@ -1,14 +1,14 @@
 // Calls with arguments that are right now and then, and disks that come and go meanwhile.
 #pragma once
 
-#include "state/store.h"
+#include "sim.h"
 
 #include <random>
 
 struct Chaos {
     std::minstd_rand random;
-    sim::Store* store; // of the state on which the library is open
-    KT_U64 now;        // the stopped clock
+    Store* store; // of the state on which the library is open
+    KT_U64 now;   // the stopped clock
     KT_U8 adapter = 0;
     int boots = 0, shelvesPulled = 0, cablesPulled = 0;
 
@@ -25,5 +25,5 @@ struct Chaos {
     KT_U16 disk() { return pick(20); }
     KT_U16 vd() { return pick(5); }
     KT_U16 array() { return pick(3); }
-    sim::Context context() const { return {*store, adapter, now}; }
+    Context context() const { return {*store, adapter, now}; }
 };

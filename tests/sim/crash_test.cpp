@@ -2,17 +2,12 @@
 // moments: what holds always must hold, and the state is before or after a call, never between.
 #include "chaos.h"
 #include "frame/invariants.h"
-#include "lab/lab.h"
-#include "process.h"
 #include "state/simClock.h"
-#include "state/storeFile.h"
 
 #include <atomic>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
-
-using namespace sim;
 
 static const BuiltInLab LAB = {"lab", R"({"adapters": [
   {"type": "array-based", "battery": true, "expanders": [{}], "enclosures": [{"id": 1}], "disks": [
@@ -26,19 +21,16 @@ static const BuiltInLab LAB = {"lab", R"({"adapters": [
 static const KT_U64 START = 1800000000000;
 
 struct Crash : testing::TestWithParam<unsigned> {
-    ScratchFolder folder;
-    std::string path = folder.path + "/state.db";
+    StateFolder folder;
+    const std::string& path = folder.state;
     void TearDown() override { KT_API_Finalize(); }
 
     Chaos begin(const BuiltInLab* lab, unsigned seed) const {
         KT_API_Finalize();
         replaceStore(path, fillFromLab, lab);
-        Chaos run{std::minstd_rand(seed), openExistingStore(path), START};
-        beginTransaction(*run.store, Access::Write);
-        setClock(*run.store, run.now, 1000, true);
-        commitTransaction(*run.store);
+        changeState(path, [](Store& store) { setClock(store, START, 1000, true); });
         EXPECT_EQ(KT_API_Initialize(), KT_OK);
-        return run;
+        return {std::minstd_rand(seed), openExistingStore(path), START};
     }
     // Kills a child that repeats the work after a while.
     static void killAtWork(unsigned round, const std::function<bool()>& work) {

@@ -3,17 +3,13 @@
 #include "changes/branches.h"
 #include "changes/diskIds.h"
 #include "changes/health.h"
-#include "ids.h"
-#include "lab/lab.h"
 #include "media/surface.h"
+#include "sim.h"
 
 #include <gtest/gtest.h>
 #include <set>
 
-using namespace sim;
-
-static const BuiltInLab LAB = {"lab",
-                               R"({"adapters": [{"disks": [{"count": 3, "type": "SATA SSD", "size": "10GB"}]}]})"};
+static const char LAB[] = R"({"adapters": [{"disks": [{"count": 3, "type": "SATA SSD", "size": "10GB"}]}]})";
 
 template <class... Records>
 struct Kinds {
@@ -30,19 +26,12 @@ struct Kinds {
 };
 using Known = Kinds<DiskAge, ToldHealth, DiskCipher, SolidState, MicrocodeUpdate, ArrayLabel>;
 
-struct Disks : testing::Test {
-    Store* store = openMemoryStore(fillFromLab, &LAB);
-    Context context{*store, 0, 1800000000000};
-
+struct Disks : testing::Test, MemoryState {
+    Disks() : MemoryState(LAB) { beginTransaction(*store, Access::Write); }
     void SetUp() override {
-        beginTransaction(*store, Access::Write);
         Known::put(context, 1);
         for (const KT_U64 lba : {5, 9})
             addBadSector(context, 1, lba, BadSector{FLAW_UNREADABLE, 0, {}});
-    }
-    void TearDown() override {
-        commitTransaction(*store);
-        closeStore(store);
     }
 };
 
@@ -60,9 +49,9 @@ TEST_F(Disks, AreNewWhereTheyAreReplaced) {
 }
 
 TEST_F(Disks, BringToAnotherAdapterWhatIsTheirOwn) {
-    Store* elsewhere = openMemoryStore(fillFromLab, &LAB);
-    beginTransaction(*elsewhere, Access::Write);
-    const Context there{*elsewhere, 0, context.now};
+    const MemoryState elsewhere(LAB);
+    beginTransaction(*elsewhere.store, Access::Write);
+    const Context& there = elsewhere.context;
     Ids ids;
     ASSERT_EQ(insertForeignDisks(there, *store, 0, {1, 0}, ids), KT_OK);
     EXPECT_EQ(ids, (Ids{3, 4}));
@@ -71,14 +60,12 @@ TEST_F(Disks, BringToAnotherAdapterWhatIsTheirOwn) {
         names.insert(std::string(reinterpret_cast<const char*>(find<_HD_Info>(there, pd)->WWN), 8));
     EXPECT_EQ(names.size(), 5U);
     EXPECT_EQ(Known::at(there, 3), "+-++--2") << "what an adapter tells or wrote of it stays there";
-    closeStore(elsewhere);
 }
 
 TEST(Places, OfADiskWhoseExpanderIsGoneAreElsewhere) {
-    const BuiltInLab lab = {"lab", R"({"adapters": [{"expanders": [{}], "disks": [{"count": 2, "on": "expander"}]}]})"};
-    Store* store = openMemoryStore(fillFromLab, &lab);
-    beginTransaction(*store, Access::Write);
-    const Context context{*store, 0, 1800000000000};
+    const MemoryState state(R"({"adapters": [{"expanders": [{}], "disks": [{"count": 2, "on": "expander"}]}]})");
+    beginTransaction(*state.store, Access::Write);
+    const Context& context = state.context;
     KT_U8 port = 0;
     while (port < 8 && pullCable(context, port) != KT_OK)
         ++port;
@@ -86,5 +73,4 @@ TEST(Places, OfADiskWhoseExpanderIsGoneAreElsewhere) {
     EXPECT_EQ(find<_HD_Info>(context, 1)->Link.Parent.DevType, KT_LINK_HBA);
     ASSERT_EQ(insertCable(context, port), KT_OK);
     EXPECT_EQ(find<_HD_Info>(context, 0)->Link.Parent.DevType, KT_LINK_EXPANDER);
-    closeStore(store);
 }

@@ -1,25 +1,15 @@
-#include "lab/lab.h"
-#include "media/blocks.h"
-
 #include "frame/invariants.h"
+#include "media/blocks.h"
+#include "sim.h"
+
 #include <gtest/gtest.h>
 #include <iterator>
-#include <memory>
 #include <set>
 #include <sstream>
 
-using namespace sim;
-
-using State = std::unique_ptr<Store, void (*)(Store*)>;
-
-static State stateFrom(const std::string& text) {
-    const BuiltInLab lab{"lab", text.c_str()};
-    return {openMemoryStore(fillFromLab, &lab), closeStore};
-}
-
 static std::string mistakeIn(const std::string& text) {
     try {
-        stateFrom(text);
+        MemoryState state(text);
     } catch (const LabError& error) {
         return error.message;
     }
@@ -29,11 +19,10 @@ static std::string mistakeIn(const std::string& text) {
 struct EveryLab : testing::TestWithParam<std::string> {};
 
 TEST_P(EveryLab, IsConsistentAndReadsBackUnchanged) {
-    const State store(openMemoryStore(fillFromLab, labNamed(GetParam())), closeStore);
-    EXPECT_EQ(findViolations(*store), std::vector<std::string>());
-    const std::string printed = stateToLab(*store);
-    const State again = stateFrom(printed);
-    EXPECT_EQ(stateToLab(*again), printed);
+    const MemoryState state(labNamed(GetParam()));
+    EXPECT_EQ(findViolations(*state.store), std::vector<std::string>());
+    const std::string printed = stateToLab(*state.store);
+    EXPECT_EQ(stateToLab(*MemoryState(printed).store), printed);
     // Rows of records that labs know stand field by field, not as bytes.
     EXPECT_EQ(printed.find("\"rows\""), std::string::npos);
 }
@@ -41,9 +30,10 @@ TEST_P(EveryLab, IsConsistentAndReadsBackUnchanged) {
 INSTANTIATE_TEST_SUITE_P(Labs, EveryLab, testing::ValuesIn(labNames()), [](const auto& lab) { return lab.param; });
 
 TEST(Lab, KeepsBytesThatNoFieldTellsOf) {
-    const State store(openMemoryStore(fillFromLab, labNamed("default")), closeStore);
+    const MemoryState state(labNamed("default"));
+    const Context& context = state.context;
+    Store* store = state.store;
     beginTransaction(*store, Access::Write);
-    const Context context{*store, 0, 0};
     _LD_Info vd = *find<_LD_Info>(context, 0);
     memset(vd.Name, 0xFF, sizeof vd.Name);
     vd.Name[3] = 0;
@@ -57,32 +47,31 @@ TEST(Lab, KeepsBytesThatNoFieldTellsOf) {
     writeRow(*store, some, own, sizeof own);
     writeRow(*store, none, own, 0);
     commitTransaction(*store);
-    const State again = stateFrom(stateToLab(*store));
+    const MemoryState again(stateToLab(*store));
     for (const RowKey& row : {RowKey{0, KIND_VD, 0}, RowKey{0, KIND_PD, 2}, some, none})
-        EXPECT_EQ(readBytes(*again, row), readBytes(*store, row));
+        EXPECT_EQ(readBytes(*again.store, row), readBytes(*store, row));
 }
 
 TEST(Lab, LaysVirtualDisksOutOnTheirDisks) {
-    State store = stateFrom(R"({"adapters": [{"type": "LD-based",
+    const MemoryState state(R"({"adapters": [{"type": "LD-based",
         "disks": [{"count": 3, "size": "1TB"}, {"size": "500GB", "sector": 4096}],
         "virtualDisks": [{"level": "RAID5", "disks": [0, 1, 2], "size": "100GiB"},
                          {"level": "RAID1E", "disks": [0, 1, 2], "size": "30GiB"},
                          {"level": "RAID0", "disks": [3]}]}]})");
-    const Context context{*store, 0, 0};
+    const Context& context = state.context;
     const KT_U64 gib = 1024ULL * 1024;
-    EXPECT_EQ(find<_LD_Info>(context, 0)->Size, 100 * gib);
-    EXPECT_EQ(find<_Block_Info>(context, 0)->Size, 50 * gib * 2);
+    const KT_U64 rest = validKib(*find<_HD_Info>(context, 3), *find<PdState>(context, 3)) / 64 * 64;
+    const auto vd = [&](KT_U64 id) { return find<_LD_Info>(context, id)->Size; };
+    const auto block = [&](KT_U64 id) { return find<_Block_Info>(context, id)->Size; };
+    EXPECT_EQ((std::vector<KT_U64>{vd(0), block(0), block(3), vd(2), block(6)}),
+              (std::vector<KT_U64>{100 * gib, 50 * gib * 2, 20 * gib * 2, rest, rest / 4}));
     EXPECT_EQ(find<_Block_Info>(context, 3)->StartLBA, 50 * gib * 2);
-    EXPECT_EQ(find<_Block_Info>(context, 3)->Size, 20 * gib * 2);
-    const KT_U64 valid = validKib(*find<_HD_Info>(context, 3), *find<PdState>(context, 3));
-    EXPECT_EQ(find<_LD_Info>(context, 2)->Size, valid / 64 * 64);
-    EXPECT_EQ(find<_Block_Info>(context, 6)->Size, valid / 64 * 64 / 4);
 }
 
 TEST(Lab, AddsWhatIsNotSaid) {
-    State store = stateFrom(R"({"adapters": [{"id": 2, "disks": [
+    const MemoryState state(R"({"adapters": [{"id": 2, "disks": [
         {"serial": "S1", "patrol": {}}, {"type": "ATAPI"}, {"type": "PATA"}, {"type": "SAS SSD"}]}]})");
-    const Context context{*store, 2, 0};
+    const Context context{*state.store, 2, 0};
     EXPECT_EQ(find<_Adapter_Info>(context, 0)->MaxTotalBlocks, 255);
     const auto set = find<_Adapter_Config_V2>(context, 0);
     EXPECT_EQ(std::vector<int>({set->AutoRebuildOn, set->BGARate, set->SyncRate, set->InitRate, set->RebuildRate,
@@ -99,7 +88,7 @@ TEST(Lab, AddsWhatIsNotSaid) {
     });
     EXPECT_EQ(settings, std::vector<int>({1, 1, 1, 3, 0, 0, 1, 1, 1, 1, 1, 0, 1, 1, 1, 4}));
     // The adapters before it may be out of reach of whoever describes it.
-    EXPECT_EQ(find<GlobalState>(*store, ADAPTER_GLOBAL, 0)->adapterCount, 3);
+    EXPECT_EQ(find<GlobalState>(*state.store, ADAPTER_GLOBAL, 0)->adapterCount, 3);
 }
 
 TEST(Lab, SaysWhereTheMistakeIs) {
@@ -156,9 +145,9 @@ TEST(Lab, SaysWhereTheMistakeIs) {
 
 // "0.3" is port 3 of the adapter, "PM1.3" that of port multiplier 1, "X1.3" of expander 1, "E1.3" a bay.
 static std::string placesIn(const std::string& adapter) {
-    State store = stateFrom(R"({"adapters": [{)" + adapter + "}]}");
+    const MemoryState state(R"({"adapters": [{)" + adapter + "}]}");
     std::string places;
-    forEach<_HD_Info>(Context{*store, 0, 0}, 0, [&](KT_U64, const _HD_Info& disk) {
+    forEach<_HD_Info>(state.context, 0, [&](KT_U64, const _HD_Info& disk) {
         static const char* const NAMES[] = {"0", "PM", "X", "?"};
         const _Link_Endpoint& parent = disk.Link.Parent;
         const KT_U16 shelf = disk.Link.Self.EnclosureID;

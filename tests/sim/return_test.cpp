@@ -9,10 +9,9 @@
 #include "devices/power.h"
 #include "frame/invariants.h"
 #include "frame/settle.h"
-#include "ids.h"
-#include "lab/lab.h"
 #include "media/blocks.h"
 #include "raid/members.h"
+#include "sim.h"
 #include "state/due.h"
 #include "state/simClock.h"
 
@@ -21,8 +20,6 @@
 #include <map>
 #include <random>
 #include <set>
-
-using namespace sim;
 
 static const struct {
     const char* name;

@@ -1,30 +1,12 @@
-#include "state/store.h"
-#include "state/storeFile.h"
-
-#include "lab/lab.h"
-#include "process.h"
+#include "sim.h"
 
 #include <chrono>
 #include <csignal>
-#include <fstream>
 #include <future>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-using namespace sim;
-
-static std::string readFile(const std::string& path) {
-    if (std::filesystem::is_directory(path)) return {};
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-static void writeFile(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
 
 static void sql(const std::string& path, const char* statement) {
     sqlite3* db = nullptr;
@@ -42,17 +24,18 @@ static void fillDisk() {
 }
 
 struct StateFile : testing::Test {
-    ScratchFolder folder;
-    std::string path = folder.path + "/state.db";
+    StateFolder folder;
+    std::string path = folder.state;
 
     void TearDown() override { KT_API_Finalize(); }
     void make() const { closeStore(openStore(path, fillFromLab, labNamed("default"))); }
     // The library will not open the state, says why, and leaves it as it was.
     void isRefused(const char* reason) const {
-        const std::string before = readFile(path);
+        const auto held = [&] { return std::filesystem::is_directory(path) ? "" : fileText(path); };
+        const std::string before = held();
         testing::internal::CaptureStderr();
         EXPECT_NE(KT_API_Initialize(), KT_OK);
-        EXPECT_EQ(readFile(path), before);
+        EXPECT_EQ(held(), before);
         const std::string said = testing::internal::GetCapturedStderr();
         EXPECT_NE(said.find(reason), std::string::npos) << said;
     }
@@ -73,7 +56,7 @@ TEST_F(StateFile, OfAnotherKindOrVersionIsRefusedAndKept) {
     sql(path, "CREATE TABLE mine (x); INSERT INTO mine VALUES (1)");
     isRefused("is not a state of the simulated adapters");
     for (const std::string& bytes : {std::string(), std::string(5000, 'x')}) {
-        writeFile(path, bytes);
+        writeText(path, bytes);
         isRefused("is not a state of the simulated adapters");
     }
     std::filesystem::remove(path);
@@ -94,22 +77,19 @@ TEST_F(StateFile, GoneWhileInUseIsNotWrittenToAndLeavesNoJournalToTheNext) {
     const auto callAfter = [&](const std::function<void()>& act) {
         EXPECT_EQ(KT_API_Initialize(), KT_OK);
         EXPECT_EQ(KT_API_RescanAdapter(), KT_OK);
-        const std::string journal = readFile(path + "-wal");
+        const std::string journal = fileText(path + "-wal");
         testing::internal::CaptureStderr();
         act();
         EXPECT_EQ(KT_API_RescanAdapter(), KT_ERR_FAILED);
         KT_API_Finalize();
         std::filesystem::remove_all(path);
-        writeFile(path + "-wal", journal);
+        writeText(path + "-wal", journal);
         return testing::internal::GetCapturedStderr();
     };
     EXPECT_NE(callAfter([&] { std::filesystem::remove(path); }).find("was removed"), std::string::npos);
     EXPECT_NE(callAfter([&] { std::filesystem::resize_file(path, 5000); }).find("cut short"), std::string::npos);
-    EXPECT_NE(callAfter([&] {
-                  std::filesystem::remove(path);
-                  make();
-              }).find("taken the place"),
-              std::string::npos);
+    const auto replace = [&] { replaceStore(path, fillFromLab, labNamed("default")); };
+    EXPECT_NE(callAfter(replace).find("taken the place"), std::string::npos);
     ASSERT_EQ(KT_API_Initialize(), KT_OK);
     EXPECT_EQ(KT_API_GetRescanCount(0), 0U);
 }
@@ -117,7 +97,7 @@ TEST_F(StateFile, GoneWhileInUseIsNotWrittenToAndLeavesNoJournalToTheNext) {
 TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
     allowSpoiltState();
     make();
-    const std::string whole = readFile(path);
+    const std::string whole = fileText(path);
     std::vector<unsigned char> buffer(sizeof(_RequestHeader) + 32 * sizeof(_HD_Info));
     for (size_t at = 0; at < whole.size(); at += 509) {
         std::string damaged = whole;
@@ -125,7 +105,7 @@ TEST_F(StateFile, DamagedAnywhereGivesErrorsNotCrashes) {
             damaged[i] = static_cast<char>(damaged[i] ^ 0x5A);
         std::filesystem::remove(path + "-wal");
         std::filesystem::remove(path + "-shm");
-        writeFile(path, damaged);
+        writeText(path, damaged);
         testing::internal::CaptureStderr();
         if (KT_API_Initialize() == KT_OK) {
             auto* request = reinterpret_cast<_HD_Info_Request*>(buffer.data());
@@ -163,26 +143,22 @@ TEST_F(StateFile, RowOfAWrongSizeFailsItsCallOnly) {
 
 TEST_F(StateFile, FullDiskFailsTheCallAndKeepsTheState) {
     make();
-    EXPECT_EQ(waitFor(startChild([] {
-                  if (KT_API_Initialize() != KT_OK || KT_API_RescanAdapter() != KT_OK) return 1;
-                  fillDisk();
-                  KT_U8 status = KT_OK;
-                  for (int i = 0; i < 50 && status == KT_OK; ++i)
-                      status = KT_API_RescanAdapter();
-                  if (status != KT_ERR_NO_RESOURCE) return 2;
-                  return KT_API_GetRescanCount(0) >= 1 ? 0 : 3;
-              })),
-              0);
+    const auto writeUntilItFails = [] {
+        if (KT_API_Initialize() != KT_OK || KT_API_RescanAdapter() != KT_OK) return 1;
+        fillDisk();
+        KT_U8 status = KT_OK;
+        for (int i = 0; i < 50 && status == KT_OK; ++i)
+            status = KT_API_RescanAdapter();
+        if (status != KT_ERR_NO_RESOURCE) return 2;
+        return KT_API_GetRescanCount(0) >= 1 ? 0 : 3;
+    };
+    EXPECT_EQ(inChild(writeUntilItFails), 0);
     ASSERT_EQ(KT_API_Initialize(), KT_OK);
     EXPECT_EQ(KT_API_RescanAdapter(), KT_OK);
 }
 
 TEST_F(StateFile, CannotBeMadeOnAFullDisk) {
-    EXPECT_EQ(waitFor(startChild([] {
-                  fillDisk();
-                  return KT_API_Initialize() != KT_OK ? 0 : 1;
-              })),
-              0);
+    EXPECT_EQ(inChild([] { return fillDisk(), KT_API_Initialize(); }), KT_ERR_FAILED);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path));
 }
 
