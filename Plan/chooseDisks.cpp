@@ -16,7 +16,6 @@ static bool isInBay(const PresentDisk& disk, const WantedDisk& asked) {
     if (asked.enclosure && (asked.slot || asked.port)) {
         return disk.enclosure == asked.enclosure && disk.slot == (asked.slot ? asked.slot : asked.port);
     }
-    if (!asked.port) return false;
     const std::string on = asked.on.empty() ? "HBA" : asked.on;
     return disk.on == on && disk.port == asked.port && (on == "HBA" || disk.parent == asked.parent.value_or(0));
 }
@@ -73,8 +72,9 @@ static bool isAskedBySerial(const WantedAdapter& wanted, const PresentDisk& disk
 // What stands in the bay of a disk that is gone takes its place, unless the file means another one by it.
 static const PresentDisk* standIn(const PresentAdapter& there, const WantedAdapter& wanted, const WantedDisk& asked,
                                   Matching& matching) {
+    if (!hasBay(asked)) return nullptr;
     const auto inBay = disksThat(there, [&](const PresentDisk& disk) { return isInBay(disk, asked); });
-    if (!hasBay(asked) || inBay.size() != 1 || isAskedBySerial(wanted, *inBay.front())) return nullptr;
+    if (inBay.size() != 1 || isAskedBySerial(wanted, *inBay.front())) return nullptr;
     matching.notes.push_back(nameOf(*inBay.front()) + " in " + bayText(asked) + " stands for serial number " +
                              shown(asked.serial) + ", which is not there");
     return inBay.front();
@@ -90,7 +90,7 @@ static const PresentDisk* findNamed(const PresentAdapter& there, const WantedAda
     if (!asked.serial.empty()) {
         const auto same = disksThat(there, [&](const PresentDisk& disk) { return disk.serial == asked.serial; });
         if (same.size() == 1) return same.front();
-        if (same.size() > 1)
+        if (!same.empty())
             return refuse(".serial", "serial number " + shown(asked.serial) + " is that of several disks");
         const PresentDisk* other = standIn(there, wanted, asked, matching);
         return other ? other : refuse(".serial", "there is no disk with serial number " + shown(asked.serial));
@@ -290,7 +290,6 @@ static void choose(Choice& choice, const Demand& demand) {
     std::vector<KT_U64> open;
     std::copy_if(demand.numbers.begin(), demand.numbers.end(), std::back_inserter(open),
                  [&](KT_U64 number) { return choice.isOpen(number); });
-    if (open.empty()) return;
     const auto free = freeDisks(choice, demand.room);
     // One of a kind is enough to try.
     std::vector<const PresentDisk*> models;
@@ -305,7 +304,6 @@ static void choose(Choice& choice, const Demand& demand) {
     for (const PresentDisk* model : models) {
         const auto chosen = chooseLike(choice, open, *model, free, demand.alike);
         if (chosen.size() > best.size()) best = chosen;
-        if (best.size() == open.size()) break;
     }
     if (best.size() < open.size()) refuseShortage(choice, demand, open, best.size());
     for (const auto& [number, disk] : best)

@@ -1,11 +1,10 @@
 """ktcfg's words, messages and exit statuses, and what it shows on a terminal."""
 import os
-import pty
 import re
 import subprocess
 import unittest
 
-from apply_test import BIN, GROWN, SMALL, WANTED, Machine
+from apply_test import BIN, GROWN, SMALL, WANTED, Machine, read_until
 
 FASTER = {"adapters": [{"config": {"RebuildRate": 80}}]}
 OTHERS = ("Left alone, because the file does not mention it: adapter 1 (Tarn S4h, serial KS260101004718).\n"
@@ -138,47 +137,24 @@ class Ends(unittest.TestCase):
 
 
 class Waiting(unittest.TestCase):
-    def growing(self):
-        machine = Machine()
-        self.assertEqual(machine.apply(SMALL).returncode, 3)
-        machine.sim("clock", "until", "idle")
-        return machine
-
     def test_what_is_waited_for_is_paused_or_stops(self):
         for action, why in (("pause", 'the migration of virtual disk 0 "data" is paused; resume it first'),
                             ("stop", "the adapter did not do what the last command asked for")):
-            machine = self.growing()
-            command = [os.path.join(BIN, "ktcfg"), "apply", "-f", machine.wanted(GROWN), "--yes", "--wait"]
-            with subprocess.Popen(command, env=machine.environment, stdout=subprocess.PIPE, text=True) as run:
-                shown = ""
-                while "migration 0 %" not in shown:
-                    shown += run.stdout.readline()
+            machine = Machine(wanted=SMALL)
+            with machine.start(GROWN, "--yes", "--wait") as run:
+                read_until(run, "migration 0 %")
                 self.assertEqual(machine.run("ktsetup", "migrate", "-l", "0", "-a", action).returncode, 0)
                 text = run.communicate(timeout=60)[0]
             # It is said once a minute how far it is.
             self.assertEqual((run.returncode, text.split("\n")[:2]), (1, ["", f"Stopped: {why}."]), text)
 
-    def on_terminal(self, machine, *words):
-        """The status and what is shown when the output is a terminal."""
-        ours, theirs = pty.openpty()
-        with subprocess.Popen([os.path.join(BIN, "ktcfg"), *words], env=dict(machine.environment, TERM="xterm"),
-                              stdin=subprocess.DEVNULL, stdout=theirs) as run:
-            os.close(theirs)
-            shown = b""
-            try:
-                while block := os.read(ours, 4096):
-                    shown += block
-            except OSError:  # the other end is closed
-                pass
-        return run.returncode, shown.decode().replace("\r", "")
-
     def test_progress_stays_in_its_place_on_a_terminal(self):
-        machine = self.growing()
+        machine = Machine(wanted=SMALL)
         machine.apply(GROWN)
         bar = r'virtual disk 0 "data" on adapter 0  migration  \[[#.]{30}\] .*\n'
         machine.sim("clock", "speed", "4000")
         machine.sim("clock", "start")
-        status, shown = self.on_terminal(machine, "apply", "--yes", "--wait", "-f", machine.wanted(GROWN))
+        status, shown = machine.on_terminal("ktcfg", "apply", "--yes", "--wait", "-f", machine.wanted(GROWN))
         self.assertIn(status, (0, 3))
         self.assertRegex(shown, rf"(?m)after 7 s\.\n{bar}(\033\[1A\033\[J{bar})+1 of 1: ktsetup 0 create .*\n")
 

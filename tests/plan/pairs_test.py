@@ -17,102 +17,79 @@ LAB = {"adapters": [
     {"type": "LD-based", "portMultipliers": [{}, {}],
      "disks": [{"count": 2, "size": "1TB", "on": "HBA", "port": 0}, {"count": 5, "size": "1TB", "on": "PM", "port": 0}]},
     {"type": "LD-based", "DevID": 17200, "disks": [{"count": 4, "size": "1TB"}]}]}
-LEVELS = {"0": (2, 4), "1": (2, 2), "5": (3, 5), "6": (4, 6), "10": (4, 4)}
+LEVELS = {"0": (2, 3, 4), "1": (2,), "5": (3, 4, 5), "6": (4, 5, 6), "10": (4,)}
 RATES = {"--rebuildrate": "RebuildRate", "--initrate": "InitRate", "--migrationrate": "MigrationRate"}
 
 
 class Adapters(Bench):
-    """Adapters with a history."""
+    """Adapters with a history, in which much is refused."""
 
     def __init__(self, seed):
         super().__init__(LAB)
-        self.random = random.Random(seed)
-        for _ in range(self.random.randrange(2, 14)):
-            self.random.choice([self.create, self.create, self.create, self.create_vd, self.create_vd, self.settings,
-                                self.delete, self.spare, self.grow, self.mishap])(self.random.randrange(3))
+        self.chance, self.names = random.Random(seed), set()
+        # The disks of one kind, those that are likely to be free first.
+        self.disks = [self.chance.sample(range(count), count) for count in (10, 7, 4)]
+        for _ in range(self.chance.randrange(2, 14)):
+            happening = self.chance.choice([self.create] * 3 + [self.create_vd] * 2 +
+                                           [self.settings, self.delete, self.spare, self.grow, self.mishap])
+            happening(self.chance.randrange(3))
         self.idle()
 
     def idle(self):
         self.sim("clock", "until", "idle")
 
-    def tool(self, adapter, *words):
-        return self.run("ktsetup", str(adapter), *words, text="y\n")
+    def tool(self, adapter, words):
+        return self.run("ktsetup", str(adapter), *words.split(), text="y\n").returncode == 0
 
-    def free(self, document, adapter):
-        disks = document["adapters"][adapter]["disks"]
-        free = [disk["id"] for disk in disks
-                if disk["state"] == "healthy" and not disk["member"] and "spare" not in disk and disk["type"] == "SATA"]
-        return self.random.sample(free, len(free))
+    def named(self, place, names):
+        """A name that nothing in this place has had, as words; nothing when there is none left."""
+        name = self.chance.choice(names)
+        if (place, name) in self.names:
+            return ""
+        self.names.add((place, name))
+        return f" -n {name}"
 
     def create(self, adapter):
-        free = self.free(self.report(), adapter)
-        level = self.random.choice([level for level, (least, _) in LEVELS.items() if least <= len(free)] or [None])
-        if level is None:
-            return
-        least, most = LEVELS[level]
-        count = min(self.random.randint(least, most), len(free))
-        disks = ",".join(map(str, free[:count - count % 2 if level == "10" else count]))
-        name = self.random.choice("abcd")
-        what = self.report()["adapters"][adapter]
-        if name in [one["name"] for one in what.get("arrays", []) + what["virtualDisks"]]:
-            return
-        if adapter == 0:
-            self.tool(0, "create", "-o", "array", "-r", level, "-d", disks, "-n", name, "-b",
-                      self.random.choice(["64", "128"]))
-            self.create_vd(0)
-        else:
-            size = ["-s", str(self.random.randrange(200, 900000)), "--forcesize"]
-            self.tool(adapter, "create", "-o", "vd", "-r", level, "-d", disks, "-n", name,
-                      *(size if self.random.random() < 0.5 else []))
-
-    def arrays(self):
-        return self.report()["adapters"][0]["arrays"]
+        level, name = self.chance.choice(list(LEVELS)), self.named(adapter, "abcd")
+        count, disks = self.chance.choice(LEVELS[level]), self.disks[adapter]
+        what = f"create -o {'vd' if adapter else 'array'} -r {level} -d {','.join(map(str, disks[:count]))}{name}"
+        what += self.chance.choice([" -b 64", " -b 128"])
+        if adapter:
+            what += self.chance.choice(["", f" -s {self.chance.randrange(200, 900000)} --forcesize"])
+        if name and self.tool(adapter, what):
+            self.disks[adapter] = disks[count:] + disks[:count]
+            self.create_vd(adapter)
 
     def create_vd(self, _):
-        for array in self.random.sample(self.arrays(), len(self.arrays()))[:1]:
-            name = self.random.choice("uvwx")
-            if name in [vd["name"] for vd in array["virtualDisks"]]:
-                continue
-            size = ["-s", str(self.random.randrange(100, 2000000))] if self.random.random() < 0.7 else []
-            self.tool(0, "create", "-o", "vd", "-a", str(array["id"]), "-n", name, "-c",
-                      self.random.choice(["on", "off", "auto"]), *size)
+        array = self.chance.randrange(3)
+        size = self.chance.choice(["", f" -s {self.chance.randrange(100, 2000000)}"])
+        if name := self.named(("array", array), "uvwx"):
+            self.tool(0, f"create -o vd -a {array} -c {self.chance.choice(['on', 'off', 'auto'])}{name}{size}")
 
     def settings(self, adapter):
-        self.tool(adapter, "set", "-o", "hba", self.random.choice(list(RATES)), str(self.random.randrange(20, 100)))
-        for array in self.arrays()[:1]:
-            self.tool(0, "set", "-o", "array", "-i", str(array["id"]), "-c", self.random.choice(["on", "off"]))
-            for vd in array["virtualDisks"][:1]:
-                self.tool(0, "set", "-o", "vd", "-i", str(vd["id"]), "-p", self.random.choice(["ra", "none"]))
+        self.tool(adapter, f"set -o hba {self.chance.choice(list(RATES))} {self.chance.randrange(20, 100)}")
+        self.tool(0, f"set -o array -i 0 -c {self.chance.choice(['on', 'off'])}")
+        self.tool(0, f"set -o vd -i 0 -p {self.chance.choice(['ra', 'none'])}")
 
     def delete(self, adapter):
-        what = self.report()["adapters"][adapter]
-        for owner in [what, *what.get("arrays", [])[:1]]:
-            for vd in owner["virtualDisks"][:1]:
-                self.tool(adapter, "delete", "-o", "vd", "-i", str(vd["id"]), "--waiveconfirmation")
-            if owner is not what and self.random.random() < 0.5:
-                self.tool(adapter, "delete", "-o", "array", "-i", str(owner["id"]), "--waiveconfirmation")
+        self.tool(adapter, f"delete -o vd -i {self.chance.randrange(2)} --waiveconfirmation")
+        self.tool(adapter, "delete -o array -i 0 --waiveconfirmation")
 
     def spare(self, adapter):
-        free = self.free(self.report(), adapter)
-        arrays = self.arrays()
-        if free and arrays and adapter == 0 and self.random.random() < 0.5:
-            self.tool(0, "assign", "-o", "array", "-d", str(free[0]), "-a", str(self.random.choice(arrays)["id"]))
-        elif free:
-            self.tool(adapter, "assign", "-d", str(free[0]))
+        array = self.chance.choice(["", "-o array -a 0 ", "-o array -a 1 "])
+        self.tool(adapter, f"assign {array}-d {self.disks[adapter][0]}")
 
     def grow(self, adapter):
         self.idle()
-        document = self.report()
-        what = document["adapters"][adapter]
-        free = self.free(document, adapter)
+        what = self.report()["adapters"][adapter]
         for one in (what.get("arrays", []) + what["virtualDisks"])[:1]:
-            disks = [disk for disk in one["disks"] if disk is not None] + free[:self.random.randint(1, 2)]
-            level = self.random.choice(["5", "6", one["level"][4:]])
-            self.tool(adapter, "migrate", "-l", str(one["id"]), "-r", level, "-d", ",".join(map(str, disks)))
+            disks = [disk for disk in one["disks"] if disk is not None] + self.disks[adapter][:self.chance.randint(1, 2)]
+            level = self.chance.choice(["5", "6", one["level"][4:]])
+            self.tool(adapter, f"migrate -l {one['id']} -r {level} -d {','.join(map(str, disks))}")
         self.idle()
 
     def mishap(self, adapter):
-        disk = str(self.random.randrange(4))
+        disk = str(self.chance.randrange(4))
         for words in (["fail", disk, "--force"], ["replace", disk]):
             self.run("ktsim", "disk", *words, "-a", str(adapter))
             self.idle()
@@ -181,7 +158,7 @@ def excused(machine, said, there, wanted):
         return True
     small = re.search(r"adapters\[(\d)\].disks: disk (\d+) .* is too small to stand by for anything", said)
     if small:  # what stays is too large for it; then the adapter says the same
-        return machine.tool(small.group(1), "assign", "-d", small.group(2)).returncode != 0
+        return not machine.tool(small[1], f"assign -d {small[2]}")
     broken = [disk for adapter in there["adapters"] for disk in adapter["disks"] if disk["state"] != "healthy"]
     odd = [one for adapter in wanted["adapters"] for one in adapter.get("arrays", []) + adapter["virtualDisks"]
            if None in one["disks"] or one.get("status") in ("offline", "foreign", "conflicted", "not importable")]

@@ -41,52 +41,57 @@ class Complete(unittest.TestCase):
         else:
             self.assertEqual(value, str(expected).strip(), f"{where}: {label}")
 
-    def listing(self, command, text, first, items, words, where):
-        """A list whose items begin with the label `first`; items: the objects by that label's value."""
-        lines, seen = None, 0
-        for label, value in pairs(text):
+    def kt(self, *words):
+        """What ktsetup prints of the adapter that is looked at."""
+        return self.bench.run("ktsetup", str(self.one["id"]), *words).stdout
+
+    def listing(self, words, first, items, lines_of, text=None):
+        """A list whose items begin with the label `first`; items: the objects by that label's value. How many there were."""
+        where, lines, seen = f"{self.one['id']} {' '.join(words)}", None, 0
+        for label, value in pairs(self.kt(*words) if text is None else text):
             if label == first:
                 self.assertIn(value, items, f"{where}: {label} {value}")
-                lines = words(items[value])
+                lines = lines_of(items[value])
                 seen += 1
             if lines is None:
-                self.assertIn((command, label), LEFT_OUT, where)
+                self.assertIn((words[0], label), LEFT_OUT, where)
             elif label != first or first in lines:
-                self.told(command, label, value, lines, where)
+                self.told(words[0], label, value, lines, where)
         return seen
+
+    def all_of(self, words, first, items, lines_of):
+        self.assertEqual(self.listing(words.split(), first, self.by_id(items), lines_of), len(items), words)
 
     def by_id(self, items):
         return {str(one["id"]): one for one in items}
 
-    def volumes(self, one):
-        return [vd for array in one.get("arrays", []) for vd in array["virtualDisks"]] + one["virtualDisks"]
+    def volumes(self):
+        return [vd for array in self.one.get("arrays", []) for vd in array["virtualDisks"]] + self.one["virtualDisks"]
 
-    def check_lists(self, bench, one):
-        index = str(one["id"])
-        run = lambda *words: bench.run("ktsetup", index, *words).stdout
-        spares = [disk for disk in one["disks"] if "spare" in disk]
-        rows = [("pd", "PD ID:", one["disks"], printed.disk), ("array", "ID:", one.get("arrays", []), printed.array),
-                ("blk", "Block ID:", one["blocks"], printed.block), ("spare", "PD ID:", spares, printed.spare),
-                ("exp", "Expander ID:", one.get("expanders", []), printed.expander),
-                ("pm", "PM ID:", one.get("portMultipliers", []), printed.multiplier)]
-        for word, first, items, words in rows:
-            if word == "array" and "arrays" not in one:
-                continue
-            text = run("info", "-o", word)
-            self.assertEqual(self.listing("info", text, first, self.by_id(items), words, f"{index} info {word}"), len(items))
-        for word, first in (("vd", "id:"), ("tandem", "id:")):
-            self.check_volumes(run("info", "-o", word), one, f"{index} info {word}")
-        self.listing("info", bench.run("ktsetup", "info", "-o", "hba", "-i", index).stdout, "Adapter ID:", {index: one},
-                     printed.adapter, f"{index} info hba")
-        if isinstance(one["battery"], dict):
-            self.listing("info", run("info", "-o", "bbu"), "status:", {printed.battery(one["battery"])["status:"]: one["battery"]},
-                         printed.battery, f"{index} bbu")
+    def adapter(self):
+        self.all_of(f"info -o hba -i {self.one['id']}", "Adapter ID:", [self.one], printed.adapter)
 
-    def check_volumes(self, text, one, where):
+    def check_lists(self):
+        self.adapter()
+        for word, first, items, lines_of in (
+                ("pd", "PD ID:", self.one["disks"], printed.disk), ("blk", "Block ID:", self.one["blocks"], printed.block),
+                ("spare", "PD ID:", [disk for disk in self.one["disks"] if "spare" in disk], printed.spare),
+                ("exp", "Expander ID:", self.one.get("expanders", []), printed.expander),
+                ("pm", "PM ID:", self.one.get("portMultipliers", []), printed.multiplier)):
+            self.all_of("info -o " + word, first, items, lines_of)
+        if "arrays" in self.one:
+            self.all_of("info -o array", "ID:", self.one["arrays"], printed.array)
+        for word in ("vd", "tandem"):
+            self.check_volumes(word)
+        if isinstance(self.one["battery"], dict):
+            status = printed.battery(self.one["battery"])["status:"]
+            self.listing(["info", "-o", "bbu"], "status:", {status: self.one["battery"]}, printed.battery)
+
+    def check_volumes(self, word):
         """Virtual disks; behind "target virtual:" stands what the one before it is turning into."""
-        vds, lines, current = self.by_id(self.volumes(one)), {}, None
+        vds, lines, current = self.by_id(self.volumes()), {}, None
         target = False
-        for label, value in pairs(text):
+        for label, value in pairs(self.kt("info", "-o", word)):
             if label == "target virtual:":
                 target = True
             elif label == "id:":
@@ -97,99 +102,93 @@ class Complete(unittest.TestCase):
                 continue
             if target_lines and label in ("Running OS:", "BGA status:", "status:", "name:", "array id:", "Cache mode:"):
                 continue  # the target's are the virtual disk's own, or not there yet
-            self.told("info", label, value, lines, where)
+            self.told("info", label, value, lines, f"{self.one['id']} info {word}")
 
-    def check_settings(self, bench, one):
-        index = str(one["id"])
-        run = lambda *words: bench.run("ktsetup", index, *words).stdout
-        rows = [("pd", "hard disk id:", one["disks"], lambda disk: {
-                    "hard disk id:": disk["id"], "write cache:": printed.on(disk["writeCache"]),
-                    "drive speed:": printed.GIGABITS.get(disk.get("linkSpeed"), "N/A")}),
-                ("vd", "virtual disk id:", self.volumes(one), lambda vd: {
-                    "virtual disk id:": vd["id"], "restore:": printed.on(vd["restore"]),
-                    "cache mode:": vd.get("cache", "unknown").capitalize()}),
-                ("array", "array id:", one.get("arrays", []), lambda array: {
-                    "array id:": array["id"], "write cache:": printed.on(array["writeCache"])}),
-                ("hba", "HBA Index:", [one], printed.settings)]
-        for word, first, items, words in rows:
-            if word == "array" and "arrays" not in one:
-                continue
-            text = run("get", "-o", word)
-            self.assertEqual(self.listing("get", text, first, self.by_id(items), words, f"{index} get {word}"), len(items))
-        for vd in self.volumes(one):
+    def check_settings(self):
+        self.all_of("get -o pd", "hard disk id:", self.one["disks"], lambda disk: {
+            "hard disk id:": disk["id"], "write cache:": printed.on(disk["writeCache"]),
+            "drive speed:": printed.GIGABITS.get(disk.get("linkSpeed"), "N/A")})
+        self.all_of("get -o vd", "virtual disk id:", self.volumes(), lambda vd: {
+            "virtual disk id:": vd["id"], "restore:": printed.on(vd["restore"]),
+            "cache mode:": vd.get("cache", "unknown").capitalize()})
+        if "arrays" in self.one:
+            self.all_of("get -o array", "array id:", self.one["arrays"], lambda array: {
+                "array id:": array["id"], "write cache:": printed.on(array["writeCache"])})
+        self.all_of("get -o hba", "HBA Index:", [self.one], printed.settings)
+        for vd in self.volumes():
             link = f"link to PD {vd['linkedDisk']}" if "linkedDisk" in vd else "is unlinked"
-            self.assertIn(f"VD {vd['id']} ATA {link}.", run("get", "-o", "link"))
-        text = run("status", "-o", "pd")
-        words = lambda disk: {"hard disk id:": disk["id"], "SMART threshold exceeded:": str(disk["smartTripped"]).lower()}
-        self.listing("status", text, "hard disk id:", self.by_id(one["disks"]), words, f"{index} status")
+            self.assertIn(f"VD {vd['id']} ATA {link}.", self.kt("get", "-o", "link"))
+        self.all_of("status -o pd", "hard disk id:", self.one["disks"], lambda disk: {
+            "hard disk id:": disk["id"], "SMART threshold exceeded:": str(disk["smartTripped"]).lower()})
 
-    def check_attributes(self, bench, one, most):
-        for disk in one["disks"][:most]:
-            text = bench.run("ktsetup", str(one["id"]), "smart", "-p", str(disk["id"])).stdout
+    def check_attributes(self, most):
+        for disk in self.one["disks"][:most]:
+            text = self.kt("smart", "-p", str(disk["id"]))
             table = [line.split("\t") for line in text.splitlines() if line.count("\t") >= 6][1:]
             words = {"ok": "OK", "failing": "Failing now", "failed before": "In the past"}
             told = [[f"{row['id']:02X}", printed.safe(row["name"]), str(row["current"]), str(row["worst"]), str(row["threshold"]),
                      f"{row['raw']:012X}", words.get(row.get("status"), "Unknown")] for row in disk.get("attributes", [])]
             self.assertEqual([[cell.strip() for cell in row] for row in table], told, f"disk {disk['id']}")
 
-    def check_enclosures(self, bench, one):
-        index = str(one["id"])
-        run = lambda *words: bench.run("ktsetup", index, "enc", *words).stdout
-        enclosures = self.by_id(one["enclosures"])
-        self.listing("enclosures", run("-o", "enc").replace("Adapter ID", "Enclosure of"), "Enclosure ID:", enclosures,
-                     lambda found: dict(printed.enclosure(found), **{"Enclosure of:": one["id"]}), index)
+    def check_enclosures(self):
+        text = self.kt("enc", "-o", "enc").replace("Adapter ID", "Enclosure of")
+        enclosures = self.by_id(self.one["enclosures"])
+        self.listing(["enclosures"], "Enclosure ID:", enclosures,
+                     lambda found: dict(printed.enclosure(found), **{"Enclosure of:": self.one["id"]}), text)
         for id_, enclosure in list(enclosures.items())[:2]:
             for kind in {row["type"] for row in enclosure["elements"]}:
                 elements = {str(row["element"]): row for row in enclosure["elements"] if row["type"] == kind}
                 flags = set()
-                for label, value in pairs(run("-o", "ele", "-i", id_, "-t", kind)):
+                for label, value in pairs(self.kt("enc", "-o", "ele", "-i", id_, "-t", kind)):
                     if label == "Element ID:":
                         lines, flags = printed.element(elements[value])
                     if value in ("yes", "no") and label[:-1].lower() not in ("enclosure id",):
                         self.assertEqual(value == "yes", label[:-1].lower() in flags, f"{kind}: {label}")
                     elif ("enc", label) not in LEFT_OUT:
-                        self.told("enc", label, value, lines, f"{index} ele {kind}")
+                        self.told("enc", label, value, lines, f"{self.one['id']} ele {kind}")
                 whole = next(row for row in enclosure["types"] if row["type"] == kind)
-                for label, value in pairs(run("-o", "elecfg", "-i", id_, "-t", kind)):
-                    self.told("enc", label, value, printed.element_type(whole), f"{index} elecfg {kind}")
+                for label, value in pairs(self.kt("enc", "-o", "elecfg", "-i", id_, "-t", kind)):
+                    self.told("enc", label, value, printed.element_type(whole), f"{self.one['id']} elecfg {kind}")
 
-    def check_rest(self, bench, one):
-        index = str(one["id"])
-        run = lambda *words: bench.run("ktsetup", index, *words).stdout
-        for word, items in (("pd", one["disks"]), ("vd", self.volumes(one))):
-            words = lambda item: {"Device ID:": item["id"], "Magic Number:": printed.safe(item["magic"])}
-            self.listing("devmap", run("devmap", "-o", word), "Device ID:", self.by_id(items), words, f"{index} devmap {word}")
-        if "keys" not in one:
+    def check_rest(self):
+        for word, items in (("pd", self.one["disks"]), ("vd", self.volumes())):
+            self.listing(["devmap", "-o", word], "Device ID:", self.by_id(items),
+                         lambda item: {"Device ID:": item["id"], "Magic Number:": printed.safe(item["magic"])})
+        if "keys" not in self.one:
             return
-        entries = {str(key["id"]): key for key in one["keys"]}
-        for label, value in pairs(run("aesentry", "-o", "getinfo")):
+        entries = self.by_id(self.one["keys"])
+        for label, value in pairs(self.kt("aesentry", "-o", "getinfo")):
             if label == "Entry ID:":
                 key, linked = entries[value], [str(port["id"]) for port in entries[value]["ports"]]
             self.assertTrue({"Entry ID:": True, "Has Key:": value == ("Yes" if key["hasKey"] else "No"),
-                             "Port ID:": value in linked}[label], f"{index} entry {key['id']}: {label} {value}")
-        told = {str(port["id"]): {"Port ID:": port["id"], "mount status:": "mounted", "entry id:": key["id"],
-                                  "AES enable:": "Enabled" if port["enabled"] else "Disabled"}
-                for key in one["keys"] for port in key["ports"]}
-        told.update({str(port["id"]): {"Port ID:": port["id"], "mount status:": "dismounted",
-                                       "AES enable:": "Enabled" if port["enabled"] else "Disabled"}
-                     for port in one["unlinkedPorts"]})
-        self.listing("aesport", run("aesport", "-o", "getcfg"), "Port ID:", told, lambda lines: lines, f"{index} ports")
+                             "Port ID:": value in linked}[label], f"entry {key['id']}: {label} {value}")
+        told = {}
+        for ports, more in [(key["ports"], {"mount status:": "mounted", "entry id:": key["id"]}) for key in self.one["keys"]] + [
+                (self.one["unlinkedPorts"], {"mount status:": "dismounted"})]:
+            for port in ports:
+                told[str(port["id"])] = {"Port ID:": port["id"], "AES enable:": "Enabled" if port["enabled"] else "Disabled", **more}
+        self.listing(["aesport", "-o", "getcfg"], "Port ID:", told, lambda lines: lines)
 
-    def check(self, bench, adapters=None, disks=None):
-        for one in bench.report()["adapters"]:
-            if adapters is not None and one["id"] not in adapters:
-                continue
-            self.check_lists(bench, one)
-            self.check_settings(bench, one)
-            self.check_attributes(bench, one, disks)
-            self.check_enclosures(bench, one)
-            self.check_rest(bench, one)
+    def look_at(self, lab):
+        """The adapters of a lab one after the other, each as the one that is looked at."""
+        self.bench = Bench(lab)
+        for self.one in self.bench.report()["adapters"]:
+            yield self.one["id"]
+
+    def check(self, lab, adapters=None, disks=None):
+        for adapter in self.look_at(lab):
+            if adapters is None or adapter in adapters:
+                self.check_lists()
+                self.check_settings()
+                self.check_attributes(disks)
+                self.check_enclosures()
+                self.check_rest()
 
     def test_labs(self):
         for lab in LABS:
             with self.subTest(lab=lab):
                 # Adapters of the full lab are alike in two kinds.
-                self.check(Bench(lab), {0, 8} if lab == "full" else None, 3 if lab == "full" else 12)
+                self.check(lab, {0, 8} if lab == "full" else None, 3 if lab == "full" else 12)
 
     def test_random_records(self):
         """Adapters and disks whose records say anything."""
@@ -205,13 +204,9 @@ class Complete(unittest.TestCase):
             "disks": [{"size": "1TB", **some("FeatureSupport", 0xFFF), **some("PIOMode MDMAMode UDMAMode CurrentPIOMode", 255),
                        **some("HD_SSD_Type Media_Rotation_Rate CurrentMDMAMode CurrentUDMAMode LocateLEDStatus", 3)} for _ in range(6)]}
             for _ in range(12)]}
-        bench = Bench(lab)
-        for one in bench.report()["adapters"]:
-            index = str(one["id"])
-            for words, first, items, told in ((["info", "-o", "hba", "-i", index], "Adapter ID:", [one], printed.adapter),
-                                              ([index, "info", "-o", "pd"], "PD ID:", one["disks"], printed.disk)):
-                seen = self.listing("info", bench.run("ktsetup", *words).stdout, first, self.by_id(items), told, index)
-                self.assertEqual(seen, len(items))
+        for _ in self.look_at(lab):
+            self.adapter()
+            self.all_of("info -o pd", "PD ID:", self.one["disks"], printed.disk)
 
     def test_random_elements(self):
         """Parts of enclosures whose status is any four bytes."""
@@ -224,11 +219,11 @@ class Complete(unittest.TestCase):
                         known = {word: row[word] for word in ("type", "element", "text", "subEnclosure")}
                         status = f"{chance.randrange(16):x}{chance.randint(0, 8)}{chance.randrange(1 << 24):06x}"
                         shelf["elements"][at] = dict(known, Status=status)
-            bench = Bench(report)
-            self.check_enclosures(bench, bench.report()["adapters"][0])
+            next(self.look_at(report))
+            self.check_enclosures()
 
     def test_what_no_lab_has(self):
-        self.check(Bench(RARE))
+        self.check(RARE)
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 import json
 import os
 import re
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -99,6 +100,13 @@ class Bench:
                 os.remove(self.path("trace"))
         return subprocess.run([os.path.join(BIN, program), *words], env=environment, input=text or "",
                               stdout=subprocess.PIPE, stderr=errors, text=True, check=False)
+
+    def on_terminal(self, program, *words, **environment):
+        """The status of a program and what it shows on a terminal of 120 columns."""
+        command = f"stty cols 120; exec {shlex.join([os.path.join(BIN, program), *words])}"
+        done = subprocess.run(["script", "-qec", command, "/dev/null"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              env={**self.environment, "TERM": "xterm", **environment}, text=True, check=False)
+        return done.returncode, done.stdout.replace("\r", "")
 
     def sim(self, *words):
         done = self.run("ktsim", *words)

@@ -1,13 +1,10 @@
 #!/usr/bin/env python3
 """diff, events and wait: what they say of adapters that change, and what they leave when they are killed."""
 import copy
-import fcntl
 import json
 import os
 import signal
-import struct
 import subprocess
-import termios
 import time
 import unittest
 
@@ -117,30 +114,21 @@ class Views(unittest.TestCase):
     def test_wait_on_a_terminal(self):
         self.bench.sim("disk", "fail", "1", "--force")
         self.bench.sim("clock", "advance", "1h")
-        leader, follower = os.openpty()
-        fcntl.ioctl(follower, termios.TIOCSWINSZ, struct.pack("HHHH", 24, 120, 0, 0))
-        done = subprocess.run([os.path.join(BIN, "ktreport"), "wait", "--array", "1", "--timeout", "0"], stdout=follower,
-                              env=dict(self.bench.environment, TERM="xterm", NO_COLOR=""), check=False)
-        self.assertEqual((done.returncode, os.read(leader, 4096).decode().replace("\r", "")), (
+        self.assertEqual(self.bench.on_terminal("ktreport", "wait", "--array", "1", "--timeout", "0"), (
             4, 'virtual disk 2 "orders" on adapter 0  rebuild  [########......................]  27 %, about 2 h 39 min left\n'))
+        for environment, coloured in (({}, True), ({"NO_COLOR": ""}, True), ({"NO_COLOR": "1"}, False), ({"TERM": "dumb"}, False)):
+            self.assertEqual("\033[" in self.bench.on_terminal("ktreport", **environment)[1], coloured, environment)
 
-    def awaited(self, *disturb):
-        """The result of a wait for a rebuild during which something happens."""
-        self.bench.sim("disk", "fail", "1", "--force")
-        waiting = subprocess.Popen([os.path.join(BIN, "ktreport"), "wait", "--array", "1"], env=self.bench.environment,
-                                   stdout=subprocess.PIPE, text=True)
-        self.assertIn("rebuild", waiting.stdout.readline())
-        self.bench.sim(*disturb)
-        rest = waiting.communicate(timeout=30)[0]
-        return waiting.returncode, rest
-
-    def test_wait_for_a_good_end(self):
-        result, rest = self.awaited("clock", "until", "idle")
-        self.assertEqual((result, rest.splitlines()[-1]), (0, 'virtual disk 2 "orders" on adapter 0: rebuild done'))
-
-    def test_wait_for_a_bad_end(self):
-        result, rest = self.awaited("disk", "fail", "0", "--force")
-        self.assertEqual((result, rest.splitlines()[-1]), (1, 'virtual disk 2 "orders" on adapter 0: rebuild failed'))
+    def test_wait_for_a_good_and_for_a_bad_end(self):
+        for happening, end in (("clock until idle", (0, "rebuild done")), ("disk fail 0 --force", (1, "rebuild failed"))):
+            bench = Bench("default")
+            bench.sim("disk", "fail", "1", "--force")
+            with subprocess.Popen([os.path.join(BIN, "ktreport"), "wait", "--array", "1"], env=bench.environment,
+                                  stdout=subprocess.PIPE, text=True) as waiting:
+                self.assertIn("rebuild", waiting.stdout.readline())
+                bench.sim(*happening.split())
+                rest = waiting.communicate(timeout=30)[0]
+            self.assertEqual((waiting.returncode, rest.splitlines()[-1].split(": ")[1]), end)
 
 
 if __name__ == "__main__":

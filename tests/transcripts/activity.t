@@ -10,13 +10,10 @@ Initialization and check of a virtual disk, from the start to the event of the e
   $ kt 1 delete -o vd -i 1 -f --waiveconfirmation > /dev/null
   $ kt 1 init -l 0 && ktsim clock advance 10m
   Start initialization successfully
-  $ for action in pause resume stop; do kt 1 init -a $action -l 0; progress 1 vd; done
-  Pause successfully
-  BGA progress:    initializing is paused at 23%
-  Resume successfully
-  BGA progress:    initializing is 23% done
-  Abort successfully
-  BGA progress:    initializing is aborted
+  $ for action in pause resume stop; do (kt 1 init -a $action -l 0; progress 1 vd) | joined; done
+  Pause successfully | BGA progress:    initializing is paused at 23%
+  Resume successfully | BGA progress:    initializing is 23% done
+  Abort successfully | BGA progress:    initializing is aborted
   $ kt 1 init -a restart -l 0 && ktsim clock until idle
   Resume successfully
   Idle after 42 min 40 s.
@@ -52,11 +49,9 @@ A spare is patrolled by the hour.
 
   $ lab default
   $ kt mp -d 9 > /dev/null && ktsim clock advance 30m
-  $ for action in stop restart; do kt mp -a $action -d 9; progress 0 "pd -i 9"; done
-  Abort successfully
-  Media patrol:        aborted
-  Restart successfully
-  Media patrol:        running, 0% done
+  $ for action in stop restart; do (kt mp -a $action -d 9; progress 0 "pd -i 9") | joined; done
+  Abort successfully | Media patrol:        aborted
+  Restart successfully | Media patrol:        running, 0% done
   $ ktsim clock until idle
   Idle after 6 h 37 min.
 

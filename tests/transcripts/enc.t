@@ -10,35 +10,11 @@ Enclosures and what stands in them.
   Vendor ID: TARNWARE
   Product ID: Shelf 24        
   Revision Level: 0103
-  $ kt enc -o elecfg -i 1 -t fan
-  Enclosure ID: 1
-  Element type: Cooling Device
-  Number of elements: 4
-  Sub-enclosure ID: 0
-  Text: Fan
-  
-  $ kt enc -o elecfg -t tpr -e 2 | grep -e Element -e Text
-  Element ID: 2
-  Element type: Temperature Sensor
-  Text: Temp 02
-  $ kt enc -o ele -i 1 -t arydev -e 2 | sed '/Disabled/,/Do not/d'
-  Enclosure ID: 1
-  Element ID: 2
-  Element type: Array Device
-  Status: OK
-  Predicted failure: no
-  
-  $ kt enc -o ele -t pow | grep -e 'Element ID' -e 'AC fail'
-  Element ID: 0
-  AC fail: no
-  Element ID: 1
-  AC fail: no
-
-Troubled and hostile enclosures.
-
-  $ lab troubled; kt enc -o enc | grep Status
-  Status: Unstable
-  $ lab hostile; kt enc -o enc | tail -3
-  Vendor ID: ?]0;x?%n
-  Product ID: ?31m%99999d?[H??
-  Revision Level: %n%s
+  $ kt enc -o elecfg -i 1 -t fan | joined
+  Enclosure ID: 1 | Element type: Cooling Device | Number of elements: 4 | Sub-enclosure ID: 0 | Text: Fan |
+  $ kt enc -o elecfg -t tpr -e 2 | grep -e Element -e Text | joined
+  Element ID: 2 | Element type: Temperature Sensor | Text: Temp 02
+  $ kt enc -o ele -i 1 -t arydev -e 2 | sed '/Disabled/,/Do not/d' | joined
+  Enclosure ID: 1 | Element ID: 2 | Element type: Array Device | Status: OK | Predicted failure: no |
+  $ kt enc -o ele -t pow | grep -e 'Element ID' -e 'AC fail' | joined
+  Element ID: 0 | AC fail: no | Element ID: 1 | AC fail: no

@@ -6,7 +6,7 @@ The health of disks: SMART thresholds, return status and attributes.
   hard disk id:              3
   SMART threshold exceeded:  false
   13
-  $ kt smart -p 3
+  $ kt smart -p 3 > smart; sed 7q smart; sed 1,7d smart | tr -s '\t ' ' ' | paste -d'|' - - -
   SMART STATUS RETURN: OK.
   
   Smart Info
@@ -14,17 +14,10 @@ The health of disks: SMART thresholds, return status and attributes.
   01\tRaw_Read_Error_Rate \t100\t100\t6       \t000000000000\tOK (esc)
   03\tSpin_Up_Time        \t97\t97\t0       \t000000000000\tOK (esc)
   04\tStart_Stop_Count    \t100\t100\t20      \t000000000029\tOK (esc)
-  05\tReallocated_Sectors \t100\t100\t36      \t000000000000\tOK (esc)
-  07\tSeek_Error_Rate     \t87\t87\t30      \t000000000000\tOK (esc)
-  09\tPower_On_Hours      \t86\t86\t0       \t000000003740\tOK (esc)
-  0A\tSpin_Retry_Count    \t100\t100\t97      \t000000000000\tOK (esc)
-  0C\tPower_Cycle_Count   \t100\t100\t20      \t000000000029\tOK (esc)
-  BB\tReported_Uncorrect  \t100\t100\t0       \t000000000000\tOK (esc)
-  BE\tAirflow_Temperature \t70\t64\t45      \t00000000001E\tOK (esc)
-  C2\tTemperature_Celsius \t70\t64\t0       \t00000000001E\tOK (esc)
-  C5\tPending_Sectors     \t100\t100\t0       \t000000000000\tOK (esc)
-  C6\tOffline_Uncorrect   \t100\t100\t0       \t000000000000\tOK (esc)
-  C7\tUDMA_CRC_Error_Count\t200\t200\t0       \t000000000000\tOK (esc)
+  05 Reallocated_Sectors 100 100 36 000000000000 OK|07 Seek_Error_Rate 87 87 30 000000000000 OK|09 Power_On_Hours 86 86 0 000000003740 OK
+  0A Spin_Retry_Count 100 100 97 000000000000 OK|0C Power_Cycle_Count 100 100 20 000000000029 OK|BB Reported_Uncorrect 100 100 0 000000000000 OK
+  BE Airflow_Temperature 70 64 45 00000000001E OK|C2 Temperature_Celsius 70 64 0 00000000001E OK|C5 Pending_Sectors 100 100 0 000000000000 OK
+  C6 Offline_Uncorrect 100 100 0 000000000000 OK|C7 UDMA_CRC_Error_Count 200 200 0 000000000000 OK|
   $ kt smart -p 0; lab troubled; kt status -o pd | grep -B1 true
   SAS PD 0 has not SMART information
   hard disk id:              12

@@ -1,4 +1,4 @@
-Arrays with their space, slots and disks.
+Arrays with their space, slots and disks; what else they can be like is compared with reports.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
@@ -24,12 +24,3 @@ Arrays with their space, slots and disks.
   BGA status:          none
   Status:              functional
   
-  $ lab troubled
-  $ kt info -o array | grep -e '^ID' -e '^Status' -e '^BGA' -e Total.# | sed 's/.*: *//' | paste -d'|' - - -
-  0|none|At least one PD is missing from this array
-  1|rebuilding|functional
-  2|migration|functional
-  3|none|offline
-  4|synchronizing|functional
-  5|none|functional
-  6||

@@ -39,7 +39,7 @@ Port multipliers, expanders and the battery.
   
   Total # of expander: 1
 
-The battery: charging, discharging on a troubled adapter, none, and one that lies.
+The battery, and none.
 
   $ lab default
   $ kt info -o bbu
@@ -52,18 +52,6 @@ The battery: charging, discharging on a troubled adapter, none, and one that lie
   current capacity: 6.20 watt-hours
   max capacity: 6.50 watt-hours
   battery power remaining: 95%
-  $ lab troubled
-  $ kt info -o bbu | grep -e status -e current
-  status: discharging and 16 minutes to empty,recharge cycle 17
-  current temperature: 58.20 C
-  current voltage: 3.29 V
-  current capacity: 0.59 watt-hours
   $ kt 1 info -o bbu
   Unable to get info of BBU. (error 160: This command is not supported on this adapter).
   [160]
-  $ lab hostile
-  $ kt info -o bbu | grep -e status -e temperature: -e 'temperature r' -e current.v
-  status: discharging and 180 minutes to empty,recharge cycle 17
-  current temperature: -273.15 C
-  temperature range: -32768 - 32767 degrees centigrade
-  current voltage: 64.61 V

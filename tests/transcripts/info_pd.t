@@ -26,19 +26,9 @@ Physical disks, the blocks on them, and spares.
   PD valid size:       1953449048 K
   Block ids:           4 
   
-  $ calls | cut -d ' ' -f 1,2 | sed 1,6d
-  KT_PD_GetConfig a=0
-  KT_DiskHasOS a=0
-  KT_PD_GetBGAStatus a=0
-  KT_PD_GetFreeSpaceInfo a=0
-  KT_BLK_GetHDBlock a=0
-  KT_API_Finalize ->
-  $ kt 1 info -o hd | grep -e '^PD ID' -e Type -e Linked -e Total | tail -n +7 | sed -n '1,5p;$p'
-  PD ID:               2
-  Type:                SATA SSD
-  Linked at:           PM 1, port 0
-  SSD Type:            1
-  PD ID:               3
+  $ calls | cut -d ' ' -f 1,2 | sed 1,6d | joined
+  KT_PD_GetConfig a=0 | KT_DiskHasOS a=0 | KT_PD_GetBGAStatus a=0 | KT_PD_GetFreeSpaceInfo a=0 | KT_BLK_GetHDBlock a=0 | KT_API_Finalize ->
+  $ kt 1 info -o hd | grep Total
   Total # of PD:       10
   $ kt info -o blk -i 3
   
@@ -67,9 +57,6 @@ Physical disks, the blocks on them, and spares.
   
   Total # of spare:    2
   
-  $ lab troubled
-  $ kt info -o pd | grep -e patrol -e scrub
-  Media patrol:        running, 61% done
 
 What the library refuses is told and ends the listing.
 

@@ -5,13 +5,8 @@ Virtual disks with their state and what they are busy with.
   $ kt 1 info stray --obj LD --id=1 | tail -2
   BGA progress:    rebuilding is 37% done
   
-  $ calls | cut -d ' ' -f 1,2 | sed 1,6d
-  KT_BLK_GetInfo a=1
-  KT_BLK_GetInfo a=1
-  KT_BLK_GetInfo a=1
-  KT_DiskHasOS a=1
-  KT_LD_GetStatus a=1
-  KT_API_Finalize ->
+  $ calls | cut -d ' ' -f 1,2 | sed 1,6d | joined
+  KT_BLK_GetInfo a=1 | KT_BLK_GetInfo a=1 | KT_BLK_GetInfo a=1 | KT_DiskHasOS a=1 | KT_LD_GetStatus a=1 | KT_API_Finalize ->
   $ lab troubled
   $ kt info -o vd -i 2 | sed -n '/^BGA progress/,$p'
   BGA progress:    migration is 18% done
@@ -30,23 +25,7 @@ Virtual disks with their state and what they are busy with.
   PD RAID setup:       4 5 6 
   Running OS:          no
   
-  $ kt 1 info -o vd | grep -e 'BGA progress' -e '^status' -e 'Last write' -e Total
-  status:              degraded
-  status:              conflicted
-  Last write time:     Mon Jan  5 08:00:00 2026
-  status:              plugin conflicted
-  Last write time:     Mon Jan  5 08:00:00 2026
-  status:              foreign
-  status:              importable foreign
-  status:              not importable foreign
-  status:              offline
-  status:              partially optimal
-  status:              using table
-  status:              online
-  status:              online
-  BGA progress:    synchronizing is aborted
-  status:              degraded
-  BGA progress:    rebuilding is interrupted
+  $ kt 1 info -o vd | grep Total
   Total # of VD:       12
   $ kt 1 report -i 1; kt 1 info -o vd -i 1 | grep '^status'
   status:              online

@@ -2,7 +2,7 @@ What ktreport shows of adapters on which much is wrong; the problems' texts have
 
   $ . "$TESTDIR/setup.sh"
   $ lab troubled
-  $ ktreport | sed -n '1s/ on .*, / on HOST, /p; /^ *and/p; /^  1   [2-7]  [a-z]/d; /^Going/,$p'
+  $ ktreport | sed -n '1s/ on .*, / on HOST, /p; /^ *and/p; /^  [01]   [1-7]  [a-z]/d; /^  1  .*x  S/d; /^Going/,$p'
   28 problems on HOST, 7 critical
             and 16 more (--all shows them)
   Going on
@@ -22,19 +22,11 @@ What ktreport shows of adapters on which much is wrong; the problems' texts have
   Arrays
        id  name        level  status          size    free  disks      spares
     0   0  degraded    RAID5  disk missing  2.0 TB  1.6 TB  0 1 -
-    0   1  rebuilding  RAID1  functional    1.0 TB  785 GB  2 3
-    0   2  migrating   RAID0  functional    2.0 TB  1.7 TB  4 5
-    0   3  lost        RAID5  offline       2.0 TB  1.5 TB  7 - -
-    0   4  checking    RAID6  functional    2.0 TB  1.4 TB  8 9 10 11
-    0   5  aging       RAID1  functional    1.0 TB  893 GB  12 13
   
   Virtual disks
        id  name          level        status                size  cache  disks
     0   0  degraded      RAID5        degraded            429 GB  off    0 1 -
-    0   1  rebuilding    RAID1        degraded            215 GB  on     2 3
-    0   3  lost          RAID5        offline             537 GB  on     7 - -
     1   0  degraded      RAID5        degraded            322 GB  on     0 1 - 2
-    1   1  conflicted    RAID1        conflicted          107 GB  on     3 4
     1   8  table         TANDEM SAFE  using table         107 GB  on     11 6
     1  11  interrupted   RAID1        degraded           53.7 GB  on     15 16
     and 6 more (--all lists them)
@@ -48,10 +40,6 @@ What ktreport shows of adapters on which much is wrong; the problems' texts have
     0   2 x  SATA      1.0 TB  Gannet GT1000G      foreign       15 16
     0   1 x  SAS       1.0 TB  Fulmar FX1000G-SAS  global spare  17
     0   1 x  SATA      250 GB  Gannet GT250G       free          18
-    1  11 x  SATA      1.0 TB  Gannet GT1000G      member        0 1 2 5 6 7 12 13 14 15 16
-    1   6 x  SATA      1.0 TB  Gannet GT1000G      foreign       3 4 9 10 17 18
-    1   1 x  SATA      1.0 TB  Gannet GT1000G      failing       8
-    1   1 x  SATA SSD  240 GB  Petrel PS240G SSD   member        11
   $ ktreport --all -a 1 | sed -n '/^Disks/{n;N;p;}'
        id  type        size  model              serial         role     place
     1   0  SATA      1.0 TB  Gannet GT1000G     AG01000000101  member   port 0

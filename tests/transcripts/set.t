@@ -19,26 +19,19 @@ read before, as "offset: old -> new", and the calls that change something withou
 Virtual disks. What is asked for changes, and nothing else; what is so already is not written.
 
   $ lab default
-  $ for words in "-n tapes" "-c ON -p ra --waiveconfirmation" "-w wt" "-c auto" "-p none"; do kt set -o LD --id 3 $words | sed -n '2,3p'; done
-  cache mode:              Off 
-  read policy:             none
-  cache mode:              On
-  read policy:             ra
-  cache mode:              Off 
-  read policy:             ra
-  cache mode:              Auto
-  read policy:             ra
-  cache mode:              Auto
-  read policy:             none
+  $ for words in "-n tapes" "-c ON -p ra --waiveconfirmation" "-w wt" "-c auto" "-p none"; do kt set -o LD --id 3 $words | sed -n '2,3p' | joined; done
+  cache mode:              Off  | read policy:             none
+  cache mode:              On | read policy:             ra
+  cache mode:              Off  | read policy:             ra
+  cache mode:              Auto | read policy:             ra
+  cache mode:              Auto | read policy:             none
   $ kt set -o vd -i 3 -p none -c auto -n tapes
   nothing to change
   $ kt set -o vd -i 3 -n tapes2 | tail -1
   name:                    tapes2
-  $ for words in "on" "off -n home2"; do kt 1 set -o vd -i 3 --restore $words | head -2; done
-  virtual disk id:         3
-  restore:                 on
-  virtual disk id:         3
-  restore:                 off
+  $ for words in "on" "off -n home2"; do kt 1 set -o vd -i 3 --restore $words | head -2 | joined; done
+  virtual disk id:         3 | restore:                 on
+  virtual disk id:         3 | restore:                 off
   $ written
   KT_LD_SetConfig a=0 vd=3 4: 61 -> 74, 5: 72 -> 61, 6: 63 -> 70, 7: 68 -> 65, 8: 69 -> 73, 9: 76 -> 00, 10: 65 -> 00
   KT_LD_SetConfig a=0 vd=3 2: 01 -> 04
@@ -57,14 +50,10 @@ Disks and arrays.
   drive speed:             3 Gb/s
   SMART:                   off
   status:                  online
-  $ kt info -o pd -i 3 | grep -e 'Write cache' -e SMART -e 'Current speed'
-  Write cache:         supported (off)
-  SMART:               supported (off)
-  Current speed:       3 Gb/s
-  $ kt set -o hd -i 3 -c on --smart on --speed 1.5 --waiveconfirmation | sed -n 2,4p
-  write cache:             on
-  drive speed:             1.5 Gb/s
-  SMART:                   on
+  $ kt info -o pd -i 3 | grep -e 'Write cache' -e SMART -e 'Current speed' | joined
+  Write cache:         supported (off) | SMART:               supported (off) | Current speed:       3 Gb/s
+  $ kt set -o hd -i 3 -c on --smart on --speed 1.5 --waiveconfirmation | sed -n 2,4p | joined
+  write cache:             on | drive speed:             1.5 Gb/s | SMART:                   on
   $ kt set -o array -i 2 -n store -c off; kt set -o array -i 2 -c on --waiveconfirmation | sed -n 2p
   array id:                2
   write cache:             off
@@ -89,12 +78,10 @@ An alarm that is silenced stays on. What a battery does already is not done agai
   HBA Index:               1
   Model:                   Tarn S4h
   13
-  $ for power in charge charge stop stop; do kt set -o bbu --power $power; done
-  BBU status:              charging
-  BBU charge:              95 %
+  $ for power in charge charge stop stop; do kt set -o bbu --power $power | joined; done
+  BBU status:              charging | BBU charge:              95 %
   nothing to change
-  BBU status:              idle
-  BBU charge:              95 %
+  BBU status:              idle | BBU charge:              95 %
   nothing to change
   $ written
   KT_Adapter_SetConfig a=0 13: 01 -> 00
@@ -136,11 +123,8 @@ declines.
   KT_BBU_ChangePower a=0 action=2 -> 0
   KT_DG_SetConfig a=0 dg=1 2: 01 -> 00
   KT_PD_SetConfig a=0 pd=0 0: 01 -> 00
-  $ echo y | kt set -o pd -i 3 --status offline -c off | tail -4
-  write cache:             off
-  drive speed:             1.5 Gb/s
-  SMART:                   on
-  status:                  offline
+  $ echo y | kt set -o pd -i 3 --status offline -c off | tail -4 | joined
+  write cache:             off | drive speed:             1.5 Gb/s | SMART:                   on | status:                  offline
   $ kt info -o vd -i 3 | grep ^status; ask set -o pd -i 4 --status offline
   status:              partially optimal
   PD 4 is a member.

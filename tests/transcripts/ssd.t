@@ -35,10 +35,9 @@ A self-test takes its time.
   $ kt ssd -d 11 -a status
   hard disk id:            11
   self-test:               never run
-  $ kt ssd -d 11 -a start; ktsim clock advance 1m; kt ssd -d 11 -a STATUS | sed 1d
+  $ kt ssd -d 11 -a start; ktsim clock advance 1m; kt ssd -d 11 -a STATUS | sed 1d | joined
   The short self-test of PD 11 is started.
-  self-test:               running
-  progress:                50 %
+  self-test:               running | progress:                50 %
   $ for i in 1 2; do refused ssd -d 11 --action stop; done
   The self-test of PD 11 is stopped.
   = 0
@@ -61,12 +60,9 @@ A self-test takes its time.
 A damaged disk fails where it cannot be read, a worn one by itself; pulling a disk out ends its test.
 
   $ ktsim disk damage 7 --lba 700000000 --count 4 -f > /dev/null
-  $ kt ssd -d 7 -a start -t long && ktsim clock advance 1h && kt ssd -d 7 -a status | tail -4
+  $ kt ssd -d 7 -a start -t long && ktsim clock advance 1h && kt ssd -d 7 -a status | tail -4 | joined
   The long self-test of PD 7 is started.
-  self-test:               failed
-  power on when it ended:  13978 h
-  result code:             7
-  first error LBA:         700000000
+  self-test:               failed | power on when it ended:  13978 h | result code:             7 | first error LBA:         700000000
   $ ktsim disk age 11 wear 100 && kt ssd -d 11 -a start > /dev/null && kt ssd -d 8 -a start
   The short self-test of PD 8 is started.
   $ ktsim disk pull 8 -f && ktsim disk insert 8 && ktsim clock advance 1h; kt ssd | sed 1d

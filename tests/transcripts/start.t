@@ -23,13 +23,8 @@ The library is opened before anything else and closed last; every adapter's reco
   SG driver version 3.5.36.
   
   Error code 0: No error.
-  $ calls | cut -d ' ' -f 1,2
-  KT_API_Initialize ->
-  KT_Adapter_GetCount ->
-  KT_SIM_SgVersion ->
-  KT_Adapter_GetInfo a=0
-  KT_Adapter_GetInfo a=1
-  KT_API_Finalize ->
+  $ calls | cut -d ' ' -f 1,2 | joined
+  KT_API_Initialize -> | KT_Adapter_GetCount -> | KT_SIM_SgVersion -> | KT_Adapter_GetInfo a=0 | KT_Adapter_GetInfo a=1 | KT_API_Finalize ->
 
 A word that is no command; exit and its like leave at once.
 

@@ -33,16 +33,12 @@ A machine that is off does not answer, and does nothing meanwhile.
 
 What is gone at the boot is told then, and not before. It may be back before anybody notices.
 
-  $ lab default; ktsim power off; ktsim disk pull 1 3 7 8 -f; ktsim check; ktsim power on; news
+  $ lab default; ktsim power off; ktsim disk pull 1 3 7 8 -f; ktsim check; ktsim power on; news | grep -v INFO
   The state is sound.
   [CRITICAL] Virtual disk 0 missing at boot
   [CRITICAL] Virtual disk 1 missing at boot
   [MAJOR] Physical disk missing from virtual disk 2 configuration at boot
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
-  [INFO] Spare disk 9 used by disk array 1
-  [INFO] Rebuild disk on virtual disk 2 started
-  [INFO] Spare disk 10 used by disk array 2
-  [INFO] Rebuild disk on virtual disk 3 started
   $ ktsim power off; ktsim disk insert 1 3 7 8; ktsim power on; statuses
   online, online, degraded, partially optimal
   $ lab default; ktsim power off; ktsim enclosure pull 1 -f; ktsim power on; news | tail -1
@@ -69,7 +65,7 @@ Each boot tells what is wrong: what does not answer, is about to fail, is broken
   [WARNING] Adapter 0 intrusion is opened
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
   $ lab default; ktsim disk fail 0 -f; kt cc -l 1 > /dev/null; ktsim power off; ktsim disk fail 8 -f; ktsim disk pull 1 3 9 -f
-  $ ktsim battery remove -f; ktsim power on; news
+  $ ktsim battery remove -f; ktsim power on; news | grep -v INFO
   [WARNING] Battery is removed
   [WARNING] Request to physical disk 0 is timed out
   [WARNING] Request to physical disk 8 is timed out
@@ -79,14 +75,10 @@ Each boot tells what is wrong: what does not answer, is about to fail, is broken
   [MAJOR] Physical disk missing from virtual disk 1 configuration at boot
   [CRITICAL] Virtual disk 2 missing drives and went offline at boot
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
-  [INFO] Spare disk 10 used by disk array 2
-  [INFO] Rebuild disk on virtual disk 3 started
   [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode
   $ lab default; for what in 'remove -f' 'insert' 'insert'; do
-  >   ktsim power off; ktsim battery $what; ktsim power on; news | grep -e ery.is -e ery.has -e ery.pres; done
-  [WARNING] Battery is removed
-  [INFO] Battery present
-  [INFO] Battery has been replaced
+  >   ktsim power off; ktsim battery $what; ktsim power on; news | grep -e ery.is -e ery.has -e ery.pres; done | joined
+  [WARNING] Battery is removed | [INFO] Battery present | [INFO] Battery has been replaced
   $ echo '{"adapters": [{"disks": [{"count": 5, "size": "20GB"}]}]}' > five.json; lab five.json; kt create -o array -r 6 -d 0,1,2,3 > /dev/null
   $ kt create -o vd -a 0 > /dev/null; ktsim clock until idle; kt migrate -l 0 -d 0,1,2,3,4
   Idle after 7 s.
@@ -125,9 +117,8 @@ A battery keeps what was written last, if it lasts.
   $ ktsim status --all -a 0 | grep sectors
     PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1, wrong data in 8 sectors
     PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0, wrong data in 16 sectors
-  $ lab default; ktsim battery remove -f; ktsim power off --pull; ktsim power on; news | grep -v ECC
-  [MAJOR] Synchronization on Virtual Disk 0 failed 
-  [MAJOR] Synchronization on Virtual Disk 1 failed 
+  $ lab default; ktsim battery remove -f; ktsim power off --pull; ktsim power on; news | grep -v ECC | joined
+  [MAJOR] Synchronization on Virtual Disk 0 failed  | [MAJOR] Synchronization on Virtual Disk 1 failed
   $ lab default; ktsim power off --pull; ktsim battery insert; ktsim power on; news | grep -e eplaced -e 'Disk 2'
   [INFO] Battery has been replaced
   [MAJOR] Synchronization on Virtual Disk 2 failed 
@@ -136,9 +127,8 @@ A battery keeps what was written last, if it lasts.
 A relearn that stood still for too long is given up, and the battery is charged.
 
   $ lab default; ktsim battery relearn 1s; ktsim clock advance 1h; ktsim power off; ktsim clock advance 3d; ktsim power on
-  $ news; ktsim battery show | head -1
-  [MAJOR] Battery relearn timed out
-  [INFO] Battery started charging
+  $ news | joined; ktsim battery show | head -1
+  [MAJOR] Battery relearn timed out | [INFO] Battery started charging
   Charge       charging, 59%
 
 What it kept for a virtual disk that is offline waits for that, as long as the battery lasts.
@@ -148,16 +138,12 @@ What it kept for a virtual disk that is offline waits for that, as long as the b
   [CRITICAL] Virtual disk 2 missing drives and went offline at boot
   [INFO] Auto dirty data flushed 2/2
     VD 2     orders           RAID5          2.0 TiB  array 1  offline, the cache keeps what it lacks
-  $ ktsim disk insert 0 1; news | tail -4
-  [INFO] Virtual Disk 2 is online
-  [INFO] Auto starts flush dirty data
-  [INFO] Auto dirty data flushed 1/1
-  [INFO] Auto finish flush dirty data
+  $ ktsim disk insert 0 1; news | grep -e online -e flushed | joined
+  [INFO] Virtual Disk 2 is online | [INFO] Auto dirty data flushed 1/1
   $ kept; ktsim power off; ktsim disk insert 0 1; ktsim power on; news | grep data.flushed
   [INFO] Auto dirty data flushed 1/1
-  $ kept; ktsim power off; ktsim battery remove -f; ktsim power on; ktsim disk insert 0 1; news | grep -e data -e Sync
-  [MAJOR] Page data has an ECC error and can not be flushed
-  [MAJOR] Synchronization on Virtual Disk 2 failed 
+  $ kept; ktsim power off; ktsim battery remove -f; ktsim power on; ktsim disk insert 0 1; news | grep -e data -e Sync | joined
+  [MAJOR] Page data has an ECC error and can not be flushed | [MAJOR] Synchronization on Virtual Disk 2 failed
   $ kept; echo y | kt delete -o vd -i 2 > /dev/null; ktsim power off; ktsim battery remove -f; ktsim power on; news | grep data
   [1]
 

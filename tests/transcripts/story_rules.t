@@ -13,11 +13,8 @@ What a virtual disk is migrated to does as its own members do.
 
   $ fresh; make 5 0,1,2; kt migrate -l 0 -d 0,1,2,3
   Start migrate successfully
-  $ ktsim disk fail 1 -f; kt info -o vd -i 0 | grep -e status -e Status
-  status:              degraded
-  BGA status:          running
-  status:              degraded
-  BGA status:          N/A
+  $ ktsim disk fail 1 -f; kt info -o vd -i 0 | grep -e status -e Status | joined
+  status:              degraded | BGA status:          running | status:              degraded | BGA status:          N/A
 
 What is regained is not logged as lost.
 
@@ -143,9 +140,7 @@ A disk that is broken elsewhere is broken here.
 What works again after all, but not as safely as it should, says both.
 
   $ echo '{"adapters": [{"disks": [{"count": 5}], "arrays": [{"level": "RAID6", "disks": [0, 1, 2, 3, 4], "virtualDisks": [{}]}]}]}' > six.json
-  $ lab six.json; ktsim disk pull 0 1 2 -f; kt info -o vd | grep ^status; ktsim disk insert 1 2; kt info -o vd | grep ^status; log | tail -3
+  $ lab six.json; ktsim disk pull 0 1 2 -f; kt info -o vd | grep ^status; ktsim disk insert 1 2; kt info -o vd | grep ^status; log | tail -3 | joined
   status:              offline
   status:              partially optimal
-  [INFO] Physical disk 2 is plugged in
-  [INFO] Virtual Disk 0 is online
-  [WARNING] Virtual Disk 0 lost a redundancy disk
+  [INFO] Physical disk 2 is plugged in | [INFO] Virtual Disk 0 is online | [WARNING] Virtual Disk 0 lost a redundancy disk
