@@ -15,22 +15,22 @@ KT_U64 largestSlot(const PresentArray& array) {
     return largest;
 }
 
-std::optional<KT_U64> placeVd(PresentArray& array, std::optional<KT_U64> size, KT_U64 vd, KT_U64 mostSlots) {
+bool placeVd(PresentArray& array, std::optional<KT_U64> size, KT_U64 vd, KT_U64 mostSlots) {
     static constexpr KT_U64 MEBIBYTE = KT_U64{1} << 20;
     const KT_U64 wanted = size ? *size / MEBIBYTE * MEBIBYTE : std::max<KT_U64>(largestSlot(array), 1);
     // The adapter takes no size for the last slot that it may have.
-    if (size && array.slots.size() >= mostSlots) return std::nullopt;
+    if (size && array.slots.size() >= mostSlots) return false;
     const auto isFit = [&](const PresentSlot& slot) { return !slot.vd && slot.size >= wanted; };
     const auto at = std::find_if(array.slots.begin(), array.slots.end(), isFit);
-    if (at == array.slots.end()) return std::nullopt;
+    if (at == array.slots.end()) return false;
     const KT_U64 row = rowOf(array.layout) - MEBIBYTE;
     const KT_U64 kept = row == 0 ? wanted : (wanted + row - 1) / row * row;
     at->vd = vd;
-    if (kept >= at->size || array.slots.size() >= mostSlots) return wanted;
+    if (kept >= at->size || array.slots.size() >= mostSlots) return true;
     const KT_U64 rest = at->size - kept;
     at->size = kept;
     array.slots.insert(at + 1, {rest, std::nullopt});
-    return wanted;
+    return true;
 }
 
 void freeSlot(PresentArray& array, KT_U64 vd) {

@@ -4,8 +4,8 @@
 #include "Plan/planner.h"
 
 // Puts a virtual disk of that size (none: as much as one slot gives) into a free slot of the array, as an adapter with
-// at most `mostSlots` slots an array does, and answers its size; none when it does not fit.
-std::optional<KT_U64> placeVd(PresentArray& array, std::optional<KT_U64> size, KT_U64 vd, KT_U64 mostSlots);
+// at most `mostSlots` slots an array does; false when it does not fit.
+bool placeVd(PresentArray& array, std::optional<KT_U64> size, KT_U64 vd, KT_U64 mostSlots);
 // Gives a slot back; free neighbours become one.
 void freeSlot(PresentArray& array, KT_U64 vd);
 // The first of the wanted virtual disks that is not there and does not fit with those before it; null when all fit.

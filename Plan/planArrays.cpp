@@ -119,15 +119,12 @@ static void createVdIn(Planner& planner, const WantedVd& wanted, PresentArray& a
     PresentVd vd;
     vd.id = freeVdId(planner.now);
     vd.name = wanted.name;
-    vd.layout = array.layout;
-    const auto size = placeVd(array, wanted.size, vd.id, slotsOf(planner.now));
-    if (!size) {
+    if (!placeVd(array, wanted.size, vd.id, slotsOf(planner.now))) {
         planner.plan.reasons.push_back({wanted.place, "does not fit into array \"" + shown(array.name) + "\", where " +
                                                           std::to_string(largestSlot(array) >> 20) +
                                                           " MiB are free in one piece"});
         return;
     }
-    vd.size = *size;
     StepDraft draft = {{"create", "-o", "vd", "-a", std::to_string(array.id), "-n", wanted.name},
                        "virtual disk \"" + shown(wanted.name) + "\" is not there",
                        initializationCost(array.layout.level),

@@ -22,15 +22,13 @@ struct Search {
 };
 } // namespace
 
-static void addVictim(Search& search, Victim victim) {
-    const auto same = [&](const Victim& one) { return one.kind == victim.kind && one.id == victim.id; };
-    if (std::any_of(search.victims.begin(), search.victims.end(), same)) return;
-    search.victims.push_back(std::move(victim));
-}
-
 static bool isVictim(const Search& search, VictimKind kind, KT_U64 id) {
     return std::any_of(search.victims.begin(), search.victims.end(),
                        [&](const Victim& one) { return one.kind == kind && one.id == id; });
+}
+
+static void addVictim(Search& search, Victim victim) {
+    if (!isVictim(search, victim.kind, victim.id)) search.victims.push_back(std::move(victim));
 }
 
 static bool isMentioned(const Planner& planner, const PresentArray& array) {
@@ -115,8 +113,6 @@ static void checkVdsIn(Search& search, const WantedArray& wanted, const PresentA
         if (why) addVictim(search, {VictimKind::Vd, at->second, why->place, why->text, why->nearest});
     }
     PresentArray after = array;
-    for (PresentVd& vd : after.vds)
-        vd.size = sizeBehind(array, vd, change.target);
     if (change.migrates) layOutAnew(after, change.target, slotsOf(planner.now));
     const WantedVd* tooLarge = firstThatDoesNotFit(planner, wanted, after);
     if (tooLarge == nullptr) return;

@@ -53,11 +53,6 @@ static void migrateArray(Planner& planner, const WantedArray& wanted) {
                       migrationReason(nameOf(array), from, change.target), migrationCost(from, change.target), 2,
                       wanted.place, Lasting::Migration, busy || anyMigration(planner.now)});
     array.busy = array.migrating = true;
-    for (PresentVd& vd : array.vds) {
-        vd.size = sizeBehind(array, vd, change.target);
-        vd.layout = change.target;
-        vd.busy = true;
-    }
     layOutAnew(array, change.target, slotsOf(planner.now));
     takeMembers(planner, change.target);
 }

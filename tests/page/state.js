@@ -18,8 +18,9 @@ function wayOf(link) {
 }
 
 function attributesOf(node) {
-    const told =
-        [...node.attributes].map(({name, value}) => [name, value ? `${name.replace("data-", "")}=${value}` : name]);
+    const told = [...node.attributes].map(
+        ({name, value}) => [name, name === "title" && value === node.ariaLabel ? "titled" :
+                                  value ? `${name.replace("data-", "")}=${value}` : name]);
     const way = node.hash === undefined ? [] : [wayOf(node)];
     const variables = [...node.style].filter((name) => !["--left", "--top"].includes(name));
     return [
@@ -32,6 +33,10 @@ function treeOf(node) {
     if (node.nodeType === Node.TEXT_NODE) {
         const long = node.parentNode.matches(".what, .do") && node.length > 36;
         return JSON.stringify(long ? `${node.data.slice(0, 16)}\u2026${node.data.slice(-10)}` : node.data);
+    }
+    if (node.matches("dl > div")) {
+        const [word, value] = node.children;
+        return [[word.textContent, ...value.classList].join("."), [...value.childNodes].map(treeOf)];
     }
     if (node.outerHTML in shapes) return shapes[node.outerHTML];
     const classes = [...node.classList].filter((name) => !["lit", "flash"].includes(name)).map((name) => "." + name);

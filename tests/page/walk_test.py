@@ -14,7 +14,8 @@ class Walks(Pages):
         ill = copy.deepcopy(TWIN)
         ill["adapters"][0]["disks"] = [{"id": at, "state": "healthy", **words} for at, words in enumerate((
             {"model": "Gannet GT2000G", "firmware": "GT03A2", "smartTripped": True}, {"linkSpeed": 3000000000, "linkSpeeds": [6000000000]},
-            {"wear": 81}, {"pending": 60}, {"temperature": 80}))]
+            {"wear": 81}, {"pending": 60}, {"temperature": 80}, {"state": "offline"}))]
+        ill["adapters"][0]["events"] = [{"Class": 2, "DeviceID": 5, "Code": 57, "TimeStamp": 0}]
         for name in "ab":
             os.mkdir(bench.path(name))
         files = [bench.save(*saved) for saved in (

@@ -33,9 +33,10 @@ The status of disks comes 128 records at a time, or as many as the adapter's buf
   >               {"type": "array-based", "MaxBufferSize": 1, "MaxHD_Ext": 300, "disks": [{"count": 300}]},
   >               {"type": "array-based"}]}
   > END
+  $ calls > /dev/null; ktreport json > /dev/null; calls | grep -c KT_PD_GetSmartStatus
+  5
   $ for a in 0 1 2; do kt $a status -o pd > /dev/null; done
   $ calls | grep -o 'KT_PD_GetSmartStatus.*' | cut -c1-42
-  KT_PD_GetSmartStatus a=0 request=000100008
   KT_PD_GetSmartStatus a=0 request=000100008
   KT_PD_GetSmartStatus a=0 request=000180008
   KT_PD_GetSmartStatus a=0 request=000100018

@@ -187,11 +187,8 @@ whether they were pulled there; what missed writing has nothing to bring.
   $ for n in 41 40; do ktsim disk replace 12 --model "$(printf "%0${n}d" 0)" 2>&1 | cut -c 1-30; done; kt info -o pd -i 12 | grep model
   ktsim: --model: is longer than
   model:               0000000000000000000000000000000000000000
-  $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim clock until idle
-  Idle after 7 h 16 min.
-  $ ktsim status | grep 'PD 9  .*bay\|PD 11'
+  $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim status | grep 'PD 11'
     PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  port 6      free, failing
-    PD 9     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:9     spare of array 1
 
 What is wrong on a disk shows where a person looks for it, and when something reads there.
 
@@ -334,12 +331,13 @@ Every command's help names its words, with their ranges and defaults.
 
 What is not understood ends in 2.
 
-  $ for words in "battery charge 101" "battery charge 1x" "clock speed 0" "cable pull 255" "disk replace 1 --sector 513"
+  $ for words in "battery charge 101" "battery charge 1x" "clock speed 0" "cable pull 255" "disk replace 1 --sector 513" fault
   > do ktsim $words || [ $? = 2 ] || echo 'not 2'; done 2>&1 | sed 's/^ktsim: //; s/ (--help.*//; s/Value //'
   PERCENT: 101 is not a number from 0 to 100
   PERCENT: 1x is not a number from 0 to 100
   X: 0 is not a number from 0.001 to 1000000
   PORT: 255 not in range 0 to 254
   --sector: 513 not in {512,1024,2048,4096}
+  CALL is required
   $ for words in "" soup; do ktsim $words > /dev/null 2>&1; echo $?; done | uniq -c
         2 2
