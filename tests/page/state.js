@@ -18,9 +18,10 @@ function wayOf(link) {
 }
 
 function attributesOf(node) {
-    const told = [...node.attributes].map(
-        ({name, value}) => [name, name === "title" && value === node.ariaLabel ? "titled" :
-                                  value ? `${name.replace("data-", "")}=${value}` : name]);
+    const told =
+        [...node.attributes].map(({name, value}) => [name, name === "title" && value === node.ariaLabel ? "titled"
+                                                           : value ? `${name.replace("data-", "")}=${value}`
+                                                                   : name]);
     const way = node.hash === undefined ? [] : [wayOf(node)];
     const variables = [...node.style].filter((name) => !["--left", "--top"].includes(name));
     return [

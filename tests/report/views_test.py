@@ -79,7 +79,11 @@ def lines_of(text, words):
                 for one in json.loads(text)["problems"]]
     if words[:2] == ["diff", "--json"]:
         return [json.dumps(one) for one in json.loads(text)]
-    return [line.replace("ktraid_", "", 1).replace('host="store",', "") for line in text.splitlines() if not re.match(r"# |ktraid_problem|ktraid_\w+_(state|role){.* 0$", line)]
+    # The healthy machine's disks stand short, each as a whole.
+    text = re.sub(r'adapter="0",id="(\d)",serial="A\1",model="(GT|PS)",bay="slot \1 of enclosure 1"', r"disk \1 \2", text)
+    text = re.sub(r"(disk (\d)) \(slot \2 of enclosure 1, (GT|PS), serial A\2\) on adapter 0", r"\1 \3", text)
+    return [line.replace("ktraid_", "", 1).replace('host="store",', "") for line in text.splitlines()
+            if not re.match(r"# |ktraid_problem|ktraid_\w+_(state|role){.* 0$", line)]
 
 
 def gained(before, after):
