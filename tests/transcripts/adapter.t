@@ -34,4 +34,8 @@ A failing scan keeps what is there; one that finds nothing ends the program.
   $ ktsim fault KT_API_RescanAdapter 0
 
   $ kt error -c 54; kt error -c 2; for words in "-c 256" "-c -1" --help; do kt error $words 2>&1 || echo "= $?"; done | joined
-   | Error code 54: Specified physical disk  is a spare drive. |  | Error code 2: Unknown error. | Invalid error code | = 1 | -c : id should be a number | = 1 | error: unrecognized option '--help' | = 1
+  
+  Error code 54: Specified physical disk  is a spare drive.
+  
+  Error code 2: Unknown error.
+  Invalid error code | = 1 | -c : id should be a number | = 1 | error: unrecognized option '--help' | = 1
