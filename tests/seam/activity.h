@@ -20,7 +20,7 @@ inline _HD_RAID_STATUS& disk(KT_U16 id) {
 inline Calls callsThat(bool change) {
     Calls found;
     for (const std::string& call : seam.calls) {
-        const bool sizeOnly = call.starts_with("KT_DG_StartMigration size");
+        const bool sizeOnly = call.starts_with("KT_DG_StartMigration 1");
         if ((has(call, "_Start") || has(call, "BGAControl")) && !sizeOnly ? change : !change) found.push_back(call);
     }
     return found;

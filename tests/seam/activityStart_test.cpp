@@ -76,8 +76,9 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
         {"cc -l 2 -t check", "Check VD", "KT_LD_StartConsistencyCheck 2 0", "Start consistency check\n"},
         {"rebuild -l 2 -d 9", "Rebuild VD", "KT_LD_StartRebuild 2 9", "Start rebuild successfully\n"},
         {"rebuild -l 2 -d 9", "Rebuild Array", "KT_LD_DG_StartRebuild 2 1 9", "Start rebuild successfully\n", true},
-        {"migrate -l 2 -d 1,2,3", "Migrate VD", "KT_LD_StartMigration 2", "Start migration successfully\n"},
-        {"migrate -l 2 -d 1,2,3", "Migrate Array", "KT_DG_StartMigration 2", "Start migrate successfully\n", true},
+        {"migrate -l 2 -d 1,2,3", "Migrate VD", "KT_LD_StartMigration 2 5 0", "Start migration successfully\n"},
+        {"migrate -l 2 -d 1,2,3", "Migrate Array", "KT_DG_StartMigration 0 2 5 0", "Start migrate successfully\n",
+         true},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.object);
@@ -99,7 +100,7 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
 
 TEST_F(Start, PausesAllOfAnAdapterOrSaysWhyNot) {
     expect("pause -c 3", "");
-    EXPECT_EQ(seam.calls, Calls{"KT_LD_PauseAll 3"});
+    EXPECT_EQ(seam.calls, Calls{"KT_LD_PauseAll @3"});
     seam.statuses["KT_LD_PauseAll"] = KT_ERR_VD_MISSING;
     expect("pause -c 3", "\nExecutes  fail (error 59: Specified virtual disk doesn't exist).\n", KT_ERR_VD_MISSING);
 }

@@ -156,7 +156,7 @@ void check(const Member& member, const GridRow& row, KT_U8 bga, int action) {
     if (act != START) {
         EXPECT_EQ(changes()[0], member.control + std::to_string(act));
     }
-    const std::string called = changes()[0].substr(0, changes()[0].find(' '));
+    const std::string called = changes()[0];
     put(member, bga, row.state);
     seam.statuses[called] = KT_ERR_BGA_RUNNING;
     expect(line, member.failed[act], KT_ERR_BGA_RUNNING);

@@ -16,8 +16,8 @@ inline std::string configuration(const std::string& raid) {
            raid + "[END]\n";
 }
 
-inline constexpr char READ[] = "KT_Flash_Bin 0 240 0 page 0 last 0 size 0";
-inline constexpr char WRITE[] = "KT_Flash_Bin 0 15 0 page 0 last 1 size 256";
+inline constexpr char READ[] = "KT_Flash_Bin 240 0 page 0 last 0 size 0";
+inline constexpr char WRITE[] = "KT_Flash_Bin 15 0 page 0 last 1 size 256";
 
 inline std::string serialOf(const _HBA_Info_Page& page) {
     return {reinterpret_cast<const char*>(page.Serial_Num), sizeof page.Serial_Num};

@@ -203,7 +203,7 @@ TEST_F(Obstacles, AreLookedForByReadingOnly) {
     };
     ::expect(check("--raid"), settings + changes + can);
     for (const std::string& call : seam.calls) {
-        EXPECT_TRUE(has(call, "_Get") || has(call, "KT_DiskHasOS") || has(call, "KT_Flash_Bin 0 240 0")) << call;
+        EXPECT_TRUE(has(call, "_Get") || has(call, "KT_DiskHasOS") || has(call, "KT_Flash_Bin 240 0")) << call;
     }
     ::expect(check(""), settings + "Its virtual disks and spares are looked at with --raid only.\n" + can);
     EXPECT_EQ(1U, seam.calls.size());

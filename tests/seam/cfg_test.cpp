@@ -148,8 +148,8 @@ TEST_F(Cfg, EveryFailureEndsTheRestore) {
     write("raid.txt", configuration(raidLines));
     addRaid();
     const std::string failures = R"(
-KT_Flash_Bin 0 240 0 page 0 last 0 size 0 => \nExecutes read hba config fail (@).
-KT_Flash_Bin 0 15 0 page 0 last 1 size 256 => \nExecutes write hba config fail (@).
+KT_Flash_Bin 240 0 page 0 last 0 size 0 => \nExecutes read hba config fail (@).
+KT_Flash_Bin 15 0 page 0 last 1 size 256 => \nExecutes write hba config fail (@).
 KT_PD_GetHDRaidStatus => \nExecutes get pd spare info  fail (@).
 KT_LD_GetInfo => \nExecutes get ld info fail (@).
 KT_LD_GetStatus 4 => Failed to get VD 4  status(@).

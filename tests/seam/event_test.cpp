@@ -47,7 +47,7 @@ TEST_F(Events, ArePrintedNewestFirstDownToTheStart) {
                            "Level:        [INFO]\n"
                            "Description:  Battery present\n\n"
                            "Sequence:     102\n"));
-    EXPECT_EQ(seam.calls, Values{"KT_EVT_GetEvent 0 50"});
+    EXPECT_EQ(seam.calls, Values{"KT_EVT_GetEvent 50"});
     EXPECT_EQ(valuesOf(all, "Sequence:"), (Values{"103", "102", "101", "100", "99", "98"}));
     EXPECT_EQ(valuesOf(printed("event -s 100"), "Sequence:"), (Values{"103", "102", "101"}));
     EXPECT_EQ(valuesOf(printed("event -s 1 --sequence=101"), "Sequence:"), (Values{"103", "102"}));

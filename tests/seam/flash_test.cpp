@@ -34,12 +34,12 @@ TEST_F(Flash, UpdatesPageByPage) {
         seam = {};
         const std::string image = makeImage(size);
         writeText(path, image);
-        Calls calls = {"KT_Flash_PreData 0 type 3 size " + std::to_string(size)};
+        Calls calls = {"KT_Flash_PreData type 3 size " + std::to_string(size)};
         std::string printed;
         for (size_t i = 0; i < pages.size(); ++i) {
             const bool last = i + 1 == pages.size();
             const std::string number = std::to_string(i);
-            calls.push_back("KT_Flash_Bin 0 15 3 page " + number + (last ? " last 1" : " last 0") + " size " +
+            calls.push_back("KT_Flash_Bin 15 3 page " + number + (last ? " last 1" : " last 0") + " size " +
                             std::to_string(pages[i]));
             printed += "page " + number + " write to device.\n";
         }
@@ -84,7 +84,7 @@ TEST_F(Flash, StopsAnUpdateThatFails) {
                "', error 184: Invalid flash buffer data\n",
            184);
     EXPECT_EQ(3U, seam.calls.size());
-    EXPECT_EQ("KT_Flash_PreData 3 type 2 size 589824", seam.calls[0]);
+    EXPECT_EQ("KT_Flash_PreData @3 type 2 size 589824", seam.calls[0]);
 }
 
 TEST_F(Flash, RefusesWhatIsNoImageFile) {
@@ -103,7 +103,7 @@ TEST_F(Flash, RefusesWhatIsNoImageFile) {
     EXPECT_TRUE(seam.calls.empty());
     ASSERT_EQ(0, truncate(path.c_str(), 0));
     expect(update(), "Unable to read from file " + path + "\n", 1);
-    EXPECT_EQ(Calls{"KT_Flash_PreData 0 type 3 size 0"}, seam.calls);
+    EXPECT_EQ(Calls{"KT_Flash_PreData type 3 size 0"}, seam.calls);
 }
 
 TEST_F(Flash, AsksWhetherRawImagesAreTaken) {
@@ -114,15 +114,15 @@ TEST_F(Flash, AsksWhetherRawImagesAreTaken) {
         {"f", path},
         {"done", "page 0 write to device.\\nFlash command is returned successfully."}};
     gAdapterInfo[0].AdvancedFeatures = ~KT_ADV_RAW_UPDATE;
-    seam.rawDisabled = 1;
-    expectSteps(texts, "$raw => $done | KT_Flash_PreData 0 type 6 size 1; KT_Flash_Bin 0 15 6 page 0 last 1 size 1");
+    seam.adapterConfig.rawimg_update_disabled = 1;
+    expectSteps(texts, "$raw => $done | KT_Flash_PreData type 6 size 1; KT_Flash_Bin 15 6 page 0 last 1 size 1");
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_RAW_UPDATE;
     expectSteps(texts, R"(
-$bin => $done | KT_Flash_PreData 0 type 1 size 1; KT_Flash_Bin 0 15 1 page 0 last 1 size 1
-$raw => \nFail to update file '$f' since raw image format is not supported. | KT_Adapter_GetConfig 0
-$raw ! KT_Adapter_GetConfig=1 =1> \nFailed to update file '$f', error 1: Failed | KT_Adapter_GetConfig 0
+$bin => $done | KT_Flash_PreData type 1 size 1; KT_Flash_Bin 15 1 page 0 last 1 size 1
+$raw => \nFail to update file '$f' since raw image format is not supported. | KT_Adapter_GetConfig
+$raw ! KT_Adapter_GetConfig=1 =1> \nFailed to update file '$f', error 1: Failed | KT_Adapter_GetConfig
 )");
-    seam.rawDisabled = 0;
+    seam.adapterConfig.rawimg_update_disabled = 0;
     expectSteps(texts, "$raw => $done");
 }
 
@@ -130,8 +130,8 @@ TEST_F(Flash, BacksUpWhatIsThere) {
     seam.flash = makeImage(2 * PAGE + 5);
     expect(backUp(), "page 0 write to file.\npage 1 write to file.\npage 2 write to file.\n"
                      "Flash command is returned successfully.\n");
-    EXPECT_EQ((Calls{"KT_Flash_Bin 0 240 1 page 0 last 0 size 0", "KT_Flash_Bin 0 240 1 page 1 last 0 size 0",
-                     "KT_Flash_Bin 0 240 1 page 2 last 0 size 0"}),
+    EXPECT_EQ((Calls{"KT_Flash_Bin 240 1 page 0 last 0 size 0", "KT_Flash_Bin 240 1 page 1 last 0 size 0",
+                     "KT_Flash_Bin 240 1 page 2 last 0 size 0"}),
               seam.calls);
     EXPECT_TRUE(seam.flash == fileText(path));
     seam.calls.clear();
@@ -165,11 +165,11 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
 
 TEST_F(Flash, ErasesAnImageWhenToldSoAndThePdPageUnasked) {
     expectSteps({{"asked", "Do you want to erase ROM file in Flash?  (y or n)"}}, R"(
-flash -a erase -t Firmware < yes,n => $asked\nErase bios command is returned successfully. | KT_Flash_Bin 0 1 3 page 0 last 0 size 196608
+flash -a erase -t Firmware < yes,n => $asked\nErase bios command is returned successfully. | KT_Flash_Bin 1 3 page 0 last 0 size 196608
 flash -a erase -t bios < , maybe,no,y => Warning: Autoload will be erased too! $asked\nPlease input y or n.\nPlease input y or n.
 flash -a erase -t raw => $asked
-flash -a erase -p PD => Erase PD Page command is returned successfully. | KT_Flash_Erase 0 1
-flash -a erase -p pdforce -t bios => Erase PD Page command is returned successfully. | KT_Flash_Erase 0 254
+flash -a erase -p PD => Erase PD Page command is returned successfully. | KT_Flash_Erase 1
+flash -a erase -p pdforce -t bios => Erase PD Page command is returned successfully. | KT_Flash_Erase 254
 )");
 }
 

@@ -8,13 +8,6 @@
 #include "tests/seam/seam.h"
 #include "tests/support/printed.h"
 
-extern "C" {
-CALL(KT_DiskHasOS, (KT_U8, KT_U8 kind, KT_U8 count, const KT_U16* ids), note(name, kind, count, ids[0]))
-CALL(KT_BLK_GetHDBlock, (KT_U8, KT_U16 pd, _HD_Block_Info*), note(name, pd))
-CALL(KT_LD_GetTargetLDInfo, (KT_U8, KT_U16 vd, _LD_Info* target), give(name, target, {}, vd))
-LISTS(KT_PD_GetPMInfo, _PM_Info_Request, std::vector<_PM_Info>(1), Link.Self.DevID)
-}
-
 namespace {
 struct Info : SeamTest {
     Info() {

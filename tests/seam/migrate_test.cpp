@@ -97,7 +97,7 @@ TEST_F(Migrate, RecordsOfAStart) {
     const _CreateOrModify_DG_Param dg = {
         .DGID = 2, .RaidMode = KT_RAID6, .NumParityDisk = 3, .PDCount = 4, .PDIDs = {9, 1, 2, 3}};
     EXPECT_EQ(bytesOf(dg), seam.sent["KT_DG_StartMigration"]);
-    EXPECT_EQ(reads(), (Calls{"KT_DG_GetInfo 2", "KT_DG_StartMigration size 2 6 3", "KT_PD_GetHDRaidStatus 9",
+    EXPECT_EQ(reads(), (Calls{"KT_DG_GetInfo 2", "KT_DG_StartMigration 1 2 6 3", "KT_PD_GetHDRaidStatus 9",
                               "KT_PD_GetFreeSpaceInfo 9"}));
 }
 
@@ -115,12 +115,14 @@ TEST_F(Migrate, ArrayKeepsItsParityDisks) {
         arrayBasedRaid = true;
         array().RaidMode = level;
         array().NumParityDisk = parity;
-        for (const char* action : {"", "-a size "}) {
+        std::string sent[2];
+        for (bool start : {false, true}) {
             seam.calls.clear();
-            run(std::string("migrate -l 2 ") + action + options + "-d 1,2,3,9,8,7,6,5");
-            EXPECT_EQ(seam.calls[1], std::string("KT_DG_StartMigration size 2") + asked);
+            run(std::string("migrate -l 2 ") + (start ? "" : "-a size ") + options + "-d 1,2,3,9,8,7,6,5");
+            EXPECT_EQ(seam.calls[1], std::string("KT_DG_StartMigration 1 2") + asked);
+            sent[start] = seam.sent["KT_DG_StartMigration"];
         }
-        EXPECT_EQ(seam.sent["KT_DG_StartMigration"], seam.sent["KT_DG_StartMigration size"]);
+        EXPECT_EQ(sent[false], sent[true]);
     }
 }
 
@@ -130,7 +132,7 @@ TEST_F(Migrate, SizesAreToldAndDoneWithout) {
     // Without the new size a start goes on.
     seam.size = 0;
     vd().Size = array().TotalManagedSpace = 4000;
-    seam.statuses = {{"KT_LD_GetMigratedLdSize", KT_ERR_FAILED}, {"KT_DG_StartMigration size", KT_ERR_FAILED}};
+    seam.statuses = {{"KT_LD_GetMigratedLdSize", KT_ERR_FAILED}, {"KT_DG_StartMigration 1", KT_ERR_FAILED}};
     expectBoth("migrate -l 2 -d 1,2,3,9",
                "\nUnable to get migrate size of VD 2 (error 1: Failed).\nStart migration successfully\n",
                "\nFailed to get migration size (error 1: Failed).\nStart migrate successfully\n");

@@ -3,50 +3,7 @@
 
 #include "tests/seam/seam.h"
 
-static struct {
-    _SMART_Info smart;
-    KT_U8 driveStatus;
-    _Exp_Info expander;
-} answers;
-
-extern "C" {
-CALL(KT_VDHDD_GetLink, (KT_U8, KT_U16 vd, KT_U16* pd), give(name, pd, KT_U16(vd == 1 ? 6 : KT_NO_ID), vd))
-KT_U8 KT_ENC_GetEnclosureInfo(KT_U8, _Enclosure_Info_Request* request) {
-    std::vector<_Enclosure_Info> both(2);
-    both[1].EnclosureID = 7;
-    return list("KT_ENC_GetEnclosureInfo", request, both, [](const _Enclosure_Info& e) { return e.EnclosureID; });
-}
-KT_U8 KT_ENC_GetElementInfo(KT_U8, KT_U16 enc, KT_U8 type, KT_U8 element, _Enc_Element_Info*) {
-    return note("element", enc, type, element);
-}
-KT_U8 KT_ENC_GetElementConfig(KT_U8, KT_U16 enc, KT_U8 type, KT_U8 element, _Enc_Element_Config* config) {
-    config->NumberOfElements = type == KT_SES_ALARM ? 0 : enc == 7 ? 2 : 1;
-    return note("config", enc, type, element);
-}
-LISTS(KT_PD_GetSmartStatus, _HD_SMART_Status_Request, std::vector<_HD_SMART_STATUS>(), HDID)
-CALL(KT_PD_GET_SMART_INFO, (KT_U8, KT_U16 pd, _SMART_Info* info), give(name, info, answers.smart, pd))
-KT_U8 KT_PassThrough_ATA(KT_U8, KT_U16 pd, _ATA_PassThrough* command) {
-    KT_U8 status = take("KT_PassThrough_ATA", "command", *command, pd);
-    command->Status = answers.driveStatus;
-    return status;
-}
-LISTS(KT_PD_GetExpanderInfo, _Exp_Info_Request, std::vector{answers.expander}, Link.Self.DevID)
-static KT_U8 magic(const char* name, KT_U16 count, _Device_Magic* devices) {
-    memset(devices[0].Magic, 'm', sizeof devices[0].Magic);
-    return note(name, count, "from", devices[0].ID, "to", devices[count - 1].ID);
-}
-CALL(KT_Tandem_GetHDMagic, (KT_U8, KT_U16 count, _Device_Magic* devices), magic(name, count, devices))
-CALL(KT_Tandem_GetVDMagic, (KT_U8, KT_U16 count, _Device_Magic* devices), magic(name, count, devices))
-CALL(KT_LocateArrayDevice, (KT_U8, KT_U8 kind, KT_U16 id, KT_U8 on), note(name, kind, id, on))
-CALL(KT_LD_Import, (KT_U8, KT_U16 vd), note(name, vd))
-CALL(KT_LD_Report, (KT_U8, KT_U16 vd), note(name, vd))
-}
-
-namespace {
-struct Query : SeamTest {
-    Query() { answers = {}; }
-};
-} // namespace
+using Query = SeamTest;
 
 TEST_F(Query, ShowsWhateverVersionTheLibraryClaims) {
     seam.version = "4.\x1b[2J%s\n" + std::string(1000, '9');
@@ -120,16 +77,16 @@ devmap -o pd ! KT_PD_GetHDRaidStatus 5=4 =4> Fail! (error 4: Resource not availa
 
 TEST_F(Query, AsksEachEnclosureForEachElement) {
     EXPECT_EQ(0, run("enc -o ele -t FAN").result);
-    EXPECT_EQ((Calls{"KT_ENC_GetEnclosureInfo", "config 0 3 255", "element 0 3 0", "config 7 3 255", "element 7 3 0",
-                     "element 7 3 1"}),
+    EXPECT_EQ((Calls{"KT_ENC_GetEnclosureInfo", "KT_ENC_GetElementConfig 0 3 255", "KT_ENC_GetElementInfo 0 3 0",
+                     "KT_ENC_GetElementConfig 7 3 255", "KT_ENC_GetElementInfo 7 3 0", "KT_ENC_GetElementInfo 7 3 1"}),
               seam.calls);
     expect("enc -o ele -t alm -i 3", "\nNo element is found\n");
     seam.calls.clear();
     run("enc -o ele -t arydev -e 254 -i 254");
     run("enc -o elecfg -t dpl -i 3");
-    EXPECT_EQ((Calls{"element 254 23 254", "config 3 12 255"}), seam.calls);
+    EXPECT_EQ((Calls{"KT_ENC_GetElementInfo 254 23 254", "KT_ENC_GetElementConfig 3 12 255"}), seam.calls);
     // An enclosure that fails does not hide the next one.
-    seam.statuses["config 0 18 255"] = 18;
+    seam.statuses["KT_ENC_GetElementConfig 0 18 255"] = 18;
     const Outcome failed = run("enc -o elecfg -t vlt");
     EXPECT_EQ(18, failed.result);
     EXPECT_TRUE(
@@ -139,18 +96,18 @@ TEST_F(Query, AsksEachEnclosureForEachElement) {
 TEST_F(Query, ReadsSmartRecordsWithinTheirFields) {
     addDisks(2, KT_HD_SATA);
     seam.hds[1].HDType = KT_HD_SATA | KT_HD_SAS;
-    answers.driveStatus = 'O';
+    seam.driveStatus = 'O';
     expect("smart -p 0", "SMART STATUS RETURN: OK.\n");
-    EXPECT_EQ(std::string("\xDA\0\0\x4F\xC2\0\xB0\0\0\0\0\0\0\0\0\0", 16), seam.sent["command"]);
+    EXPECT_EQ(std::string("\xDA\0\0\x4F\xC2\0\xB0\0\0\0\0\0\0\0\0\0", 16), seam.sent["KT_PassThrough_ATA"]);
     expect("smart -p 1", "SAS PD 1 has not SMART information\n");
-    answers.smart.AttributeCount = 255;
-    for (auto& attribute : answers.smart.Attributes) {
+    seam.smart.AttributeCount = 255;
+    for (auto& attribute : seam.smart.Attributes) {
         attribute = {0xC2, 1, 2, 3, 9, {}, UINT64_MAX, {}};
         memset(attribute.Name, '%', sizeof attribute.Name);
     }
-    answers.smart.Attributes[0] = {5, 255, 0, 255, KT_SMART_FAILED_BEFORE, {}, 0x29, {}};
-    answers.smart.Attributes[1].Status = KT_SMART_FAILING;
-    answers.driveStatus = 'F';
+    seam.smart.Attributes[0] = {5, 255, 0, 255, KT_SMART_FAILED_BEFORE, {}, 0x29, {}};
+    seam.smart.Attributes[1].Status = KT_SMART_FAILING;
+    seam.driveStatus = 'F';
     std::string expected = "SMART STATUS RETURN: NotOK.\n\nSmart Info\n"
                            "ID\tAttribute Name\t\tCurrent\tWorst\tThreshhold\tRawValue\tStatus\n"
                            "05\tUnknown_Attribute   \t255\t0\t255     \t000000000029\tIn the past\n";
@@ -172,8 +129,8 @@ TEST_F(Query, ListsTheLinksOfVirtualDisks) {
 
 TEST_F(Query, ShowsNoMorePhysThanAnExpanderRecordHolds) {
     gAdapterInfo[0].MaxExpander = 1;
-    answers.expander.Link.Parent = {3, KT_LINK_EXPANDER, 255, {0, 1, 2, 3, 4, 5, 6, 255}, {1}, 0, {}};
-    answers.expander.Link.Self = {9, 0, 1, {27}, {}, 2, {}};
+    seam.expander.Link.Parent = {3, KT_LINK_EXPANDER, 255, {0, 1, 2, 3, 4, 5, 6, 255}, {1}, 0, {}};
+    seam.expander.Link.Self = {9, 0, 1, {27}, {}, 2, {}};
     EXPECT_TRUE(has(printed("info -o exp -i 9"), "\nLinks to:            expander 3, port [0, 1, 2, 3, 4, 5, 6, 255] "
                                                  "on SAS addr 0100000000000000\n"
                                                  "From parent:         port [27] on SAS addr 0000000000000000\n"));

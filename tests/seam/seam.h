@@ -13,9 +13,9 @@
 using Calls = std::vector<std::string>;
 
 struct Seam {
-    Calls calls;                             // "KT_AES_ClearLink 3", in order
-    std::map<std::string, KT_U8> statuses;   // by name, or by one of `calls`; KT_OK when absent
-    std::map<std::string, std::string> sent; // the bytes of the last record handed to a call, by "name.argument"
+    Calls calls;                             // "KT_AES_ClearLink 3", in order, without those of the start
+    std::map<std::string, KT_U8> statuses;   // by name, or by the first words of one of `calls`; KT_OK when absent
+    std::map<std::string, std::string> sent; // the bytes of the last records handed to a call, by its name
     std::set<std::string> withoutRecord;     // item calls, by either name, that succeed and bring no record
     // What the library answers.
     _aes_entry_info aesOverview = {};
@@ -35,7 +35,6 @@ struct Seam {
     int flashFailsAt = -1;       // the page at which KT_Flash_Bin answers its status
     KT_U32 flashClaims = 0;      // what a page that is read says of its size; 0: the truth
     bool flashEndless = false;   // no page that is read is the last
-    KT_U8 rawDisabled = 0;
     _Adapter_Config_V2 adapterConfig = {};
     bool keepsSettings = false; // what KT_Adapter_SetConfig takes is read back
     _NVSRAM_Data nvsram = {};
@@ -44,6 +43,9 @@ struct Seam {
     std::vector<_HD_Info> hds;            // known by Link.Self.DevID
     std::set<KT_U16> disksWithFileSystem; // by id
     _BBU_Info battery = {};
+    _SMART_Info smart = {};
+    KT_U8 driveStatus = 0;
+    _Exp_Info expander = {};
     std::string version = "recorded";
     KT_U64 size = 0; // what sizes are answered
 };
@@ -131,58 +133,5 @@ std::string bytesOf(const Record& record) {
     return {reinterpret_cast<const char*>(&record), sizeof record};
 }
 
-// For the calls: notes one with its arguments and answers the status set for it.
-KT_U8 answer(const char* name, const std::string& arguments);
-inline std::string text(unsigned value) {
-    return std::to_string(value);
-}
-inline std::string text(const std::string& value) {
-    return value;
-}
-template <class... Values>
-KT_U8 note(const char* name, const Values&... values) {
-    std::string arguments;
-    ((arguments += (arguments.empty() ? "" : " ") + text(values)), ...);
-    return answer(name, arguments);
-}
-// The same with a record that was sent, kept under the key, and with what the call brings.
-template <class Record, class... Values>
-KT_U8 take(const char* name, const char* key, const Record& record, const Values&... values) {
-    seam.sent[key] = bytesOf(record);
-    return note(name, values...);
-}
-template <class Record, class... Values>
-KT_U8 give(const char* name, Record* out, const Record& record, const Values&... values) {
-    *out = record;
-    return note(name, values...);
-}
-// A call that answers the value of the expression, in which it is known as `name`.
-#define CALL(call, parameters, ...)                                                                                    \
-    KT_U8 call parameters {                                                                                            \
-        const char* const name = #call;                                                                                \
-        return __VA_ARGS__;                                                                                            \
-    }
-// A call that lists records, which know their id.
-#define LISTS(call, Request, records, id)                                                                              \
-    CALL(call, (KT_U8, Request * request), list(name, request, records, [](const auto& record) { return record.id; }))
-
-// Hands out the records from the asked index on, or the one with the asked id.
-template <class Request, class Record, class IdOf>
-KT_U8 list(const char* name, Request* request, const std::vector<Record>& records, IdOf idOf) {
-    _RequestHeader& header = request->header;
-    bool all = header.requestType == KT_REQUEST_LIST;
-    KT_U8 status = answer(name, all ? "" : text(header.startingIndexOrId));
-    header.numReturned = 0;
-    header.nextStartingIndex = KT_LIST_END;
-    if (!all && (seam.withoutRecord.contains(name) || seam.withoutRecord.contains(seam.calls.back()))) return status;
-    auto* behind = reinterpret_cast<char*>(request) + sizeof header;
-    for (size_t i = all ? header.startingIndexOrId : 0; i < records.size(); ++i) {
-        if (!all && idOf(records[i]) != header.startingIndexOrId) continue;
-        if (header.numReturned == header.numRequested) {
-            header.nextStartingIndex = static_cast<KT_U16>(i);
-            break;
-        }
-        memcpy(behind + header.numReturned++ * sizeof(Record), &records[i], sizeof(Record));
-    }
-    return status;
-}
+// Notes a call, and answers the status set for it, or for it without its last words.
+KT_U8 answer(const std::string& call);

@@ -1,21 +1,6 @@
 // What set hands to the library, and a library that answers and does nothing.
 #include "tests/seam/seam.h"
 
-extern "C" {
-KT_U8 KT_Adapter_SetConfig(KT_U8, const _Adapter_Config_V2* config) {
-    if (seam.keepsSettings) seam.adapterConfig = *config;
-    return take("KT_Adapter_SetConfig", "KT_Adapter_SetConfig", *config);
-}
-CALL(KT_AdapterMute, (KT_U8), note(name))
-CALL(KT_BBU_ChangePower, (KT_U8, KT_U8 power), note(name, power))
-KT_U8 KT_SSD_SmartReadData(KT_U8, KT_U16 pd, _SSD_Smart_Data* page) {
-    page->Attributes[0] = {.Id = 9, .Current = 50, .Raw = {77}}; // hours, and no sum that is right
-    return note("KT_SSD_SmartReadData", pd);
-}
-CALL(KT_SSD_Diagnostic, (KT_U8, KT_U16 pd, _SSD_Diagnostic*), note(name, pd))
-CALL(KT_Download_SSD_Microcode, (KT_U8, KT_U16 pd, KT_U8 mode, _Flash_Data*), note(name, pd, mode))
-}
-
 namespace {
 
 struct Set : SeamTest {
@@ -32,7 +17,7 @@ TEST_F(Set, NothingOfADamagedPageIsShown) {
 }
 
 TEST_F(Set, SaysWhatTheAdapterDidNotTake) {
-    seam.rawDisabled = 0x77;
+    seam.adapterConfig.rawimg_update_disabled = 0x77;
     const Outcome outcome = run("set -o hba --alarm on --rebuildrate 30");
     EXPECT_EQ(outcome.result, 1);
     EXPECT_NE(outcome.printed.npos, outcome.printed.find("\nThe adapter did not take --alarm on.\n"
