@@ -98,11 +98,4 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
     }
 }
 
-TEST_F(Start, PausesAllOfAnAdapterOrSaysWhyNot) {
-    expect("pause -c 3", "");
-    EXPECT_EQ(seam.calls, Calls{"KT_LD_PauseAll @3"});
-    seam.statuses["KT_LD_PauseAll"] = KT_ERR_VD_MISSING;
-    expect("pause -c 3", "\nExecutes  fail (error 59: Specified virtual disk doesn't exist).\n", KT_ERR_VD_MISSING);
-}
-
 } // namespace

@@ -5,6 +5,8 @@
 #include "tests/seam/seam.h"
 #include "tests/support/scratch.h"
 
+using namespace std::string_literals;
+
 namespace {
 _LD_Info vd(KT_U16 id, KT_U8 level, KT_U64 megabytes, const std::vector<KT_U16>& disks, KT_U8 parity = 0) {
     _LD_Info ld = {.ID = id, .RaidMode = level, .HDCount = static_cast<KT_U8>(disks.size()), .Size = megabytes};
@@ -64,13 +66,12 @@ TEST_F(Obstacles, OfVirtualDisksOnTheirOwnDisks) {
     expect({});
     wanted->lds[1].Size = 8002;
     wanted->lds[2].Size = 20001;
-    expect({"virtual disk 1 'data': needs 4001 M on disk 0, where 4000 M are left",
-            "virtual disk 1 'data': needs 4001 M on disk 1, where 4000 M are left",
-            "virtual disk 1 'data': needs 4001 M on disk 2, where 4000 M are left",
-            "virtual disk 2 'data': needs 10001 M on disk 3, where 10000 M are left",
-            "virtual disk 2 'data': needs 10001 M on disk 4, where 10000 M are left",
-            "virtual disk 2 'data': needs 10001 M on disk 5, where 10000 M are left",
-            "virtual disk 2 'data': needs 10001 M on disk 6, where 10000 M are left"});
+    std::vector<std::string> missing;
+    for (const char* disk : {"0", "1", "2"})
+        missing.push_back("virtual disk 1 'data': needs 4001 M on disk "s + disk + ", where 4000 M are left");
+    for (const char* disk : {"3", "4", "5", "6"})
+        missing.push_back("virtual disk 2 'data': needs 10001 M on disk "s + disk + ", where 10000 M are left");
+    expect(missing);
 }
 
 TEST_F(Obstacles, OfEachKind) {

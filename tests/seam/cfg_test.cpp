@@ -126,21 +126,20 @@ TEST_F(Cfg, RestoreReplacesTheRaidInOrder) {
 }
 
 TEST_F(Cfg, RestoredDisksTakeTheirParametersFromTheText) {
-    const std::tuple<KT_U64, KT_U8> sizes[] = {
-        {20000, KT_ROUND_10GB}, {3000, KT_ROUND_1GB}, {1234, KT_ROUND_NONE}, {4294967295, KT_ROUND_NONE}};
-    for (const auto& [size, rounding] : sizes) {
+    const std::tuple<KT_U64, KT_U16, KT_U8, KT_U16> rows[] = {{20000, 128, KT_ROUND_10GB, 128},
+                                                              {3000, 256, KT_ROUND_1GB, 64},
+                                                              {1234, 128, KT_ROUND_NONE, 128},
+                                                              {4294967295, 128, KT_ROUND_NONE, 128}};
+    for (const auto& [size, stripe, rounding, taken] : rows) {
         // More disks than the record holds.
-        _LD_Info ld = {.StripeBlockSize = 128, .HDCount = 255, .CacheMode = 5, .Size = size};
+        const _LD_Info ld = {.StripeBlockSize = stripe, .HDCount = 255, .CacheMode = 5, .Size = size};
         _Create_LD_Param param;
         KT_Restore_LdCreateParam(&ld, &param);
         EXPECT_EQ(rounding, param.RoundingScheme) << size;
         EXPECT_EQ(size * 1024, param.Size);
         EXPECT_EQ(5, param.CachePolicy);
-        EXPECT_EQ(128, param.StripeBlockSize);
+        EXPECT_EQ(taken, param.StripeBlockSize);
         EXPECT_EQ(KT_INIT_QUICK, param.InitializationOption);
-        ld.StripeBlockSize = 256;
-        KT_Restore_LdCreateParam(&ld, &param);
-        EXPECT_EQ(64, param.StripeBlockSize);
     }
 }
 
@@ -178,44 +177,37 @@ KT_PD_FreeHD2DGSpare 10 2 => \nFailed to assign disk 10 as a spare disk to array
 
 TEST_F(Cfg, RestoreLeavesTheRaidAloneWithoutACompleteSection) {
     addRaid();
-    write("phy.txt", "[PORT CONFIG]\n[PORT ID]=1\n[AMP]=5\n[END]\n");
-    write("full.txt", configuration(raidLines));
-    write("level.txt", configuration("[VD ID]=0\n[CAPACITY (M)]=1\n[PD MEMBER]=1\n"));
-    write("members.txt", configuration("[VD ID]=0\n[RAID MODE]=RAID0\n[CAPACITY (M)]=1\n"));
-    write("size.txt", configuration("[VD ID]=3\n[RAID MODE]=RAID0\n[PD MEMBER]=1\n"));
-    write("spare.txt", configuration("[SPARE ID]=0\n"));
-    write("off.txt", "[ADAPTER CONFIG]\n[RAID FEATURE]=DISABLE\n[END][RAID CONFIG][END]");
     const std::string read = "Restore HBA and Port config is returned successfully!\n\n";
     const std::string whole = "KTCLI_RAID_CONFIG End\n" + read;
     const std::string phyOnly = "The file was read for its PHY tuning only; the RAID configuration stays as it is.\n";
     const std::string lacks = " lacks its mode, capacity or members; the RAID configuration stays as it is.\n";
-    const std::tuple<std::string, std::string, int> cases[] = {
-        {"-t phy -f phy.txt", read + phyOnly, 7},
+    const std::tuple<const char*, std::string, std::string> cases[] = {
+        {"-t phy", "[PORT CONFIG]\n[PORT ID]=1\n[AMP]=5\n[END]\n", read + phyOnly},
         // Of a text in full all but its virtual disks and spares is restored.
-        {"-t phy -f full.txt", read + phyOnly, 7},
-        {"-f level.txt", whole + "Virtual disk 0" + lacks, 7},
-        {"-f members.txt", whole + "Virtual disk 0" + lacks, 7},
-        {"-f size.txt", whole + "Virtual disk 3" + lacks, 7},
-        {"-f spare.txt", whole + "Spare 0 lacks its physical disk; the RAID configuration stays as it is.\n", 7},
-        {"-f off.txt", whole, 1},
+        {"-t phy", configuration(raidLines), read + phyOnly},
+        {"", configuration("[VD ID]=0\n[CAPACITY (M)]=1\n[PD MEMBER]=1\n"), whole + "Virtual disk 0" + lacks},
+        {"", configuration("[VD ID]=0\n[RAID MODE]=RAID0\n[CAPACITY (M)]=1\n"), whole + "Virtual disk 0" + lacks},
+        {"", configuration("[VD ID]=3\n[RAID MODE]=RAID0\n[PD MEMBER]=1\n"), whole + "Virtual disk 3" + lacks},
+        {"", configuration("[SPARE ID]=0\n"),
+         whole + "Spare 0 lacks its physical disk; the RAID configuration stays as it is.\n"},
+        {"", "[ADAPTER CONFIG]\n[RAID FEATURE]=DISABLE\n[END][RAID CONFIG][END]", whole},
     };
-    for (const auto& [words, printed, result] : cases) {
+    for (const auto& [words, text, printed] : cases) {
         seam.calls.clear();
-        expect(runOn("restore_cfg --raid " + words), printed, result);
-        EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << words;
+        write("file.txt", text);
+        expect(runOn("restore_cfg --raid -f file.txt " + std::string(words)), printed, printed == whole ? 1 : 7);
+        EXPECT_EQ((Calls{READ, WRITE}), seam.calls) << text;
     }
-    runOn("restore_cfg -t phy -f full.txt");
+    write("file.txt", configuration(raidLines));
+    runOn("restore_cfg -t phy -f file.txt");
     EXPECT_EQ(1U, written().HBA_Flag);
     page.RAID_Feature = 0;
-    write("raid.txt", configuration(raidLines));
     seam.calls.clear();
-    runOn("restore_cfg -f raid.txt --raid");
+    runOn("restore_cfg -f file.txt --raid");
     EXPECT_EQ(WRITE, seam.calls.back());
     // With nothing to do on either side nothing is said.
     seam = {};
-    page = {};
-    page.RAID_Feature = 2;
-    write("none.txt", configuration(""));
-    EXPECT_EQ("KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n",
-              runOn("restore_cfg -f none.txt --raid").printed);
+    page = {.RAID_Feature = 2};
+    write("file.txt", configuration(""));
+    EXPECT_EQ(whole, runOn("restore_cfg -f file.txt --raid").printed);
 }

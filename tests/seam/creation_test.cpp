@@ -121,30 +121,29 @@ create -r 1 -d 8,9 ! KT_LD_Create=73 =73> \nFailed to create virtual disk (error
 }
 
 TEST_F(Creation, AsksBeforeItOverwritesFileSystems) {
-    const std::string question = "Do you still want to create the VD? (y or n)\n";
+    std::map<std::string, std::string> texts = {{"ask", "\\nDo you still want to create the VD? (y or n)"},
+                                                {"one", "PD 9 has file system on it. Data will be lost if it is used"},
+                                                {"two", "PD 8 9 have file system on them. Data will be lost if they are used"}};
     for (bool arrays : {false, true}) {
         arrayBasedRaid = arrays;
-        const std::string line = arrays ? "create -o array -r 1 -d 8,9" : "create -r 1 -d 8,9";
-        const std::string call = arrays ? "KT_CreateOrModify_DG" : "KT_LD_Create";
-        const std::string object = arrays ? "array.\n" : "VD.\n";
-        for (const char* declined : {"n\n", "No\n", ""}) {
-            seam.sent.clear();
-            seam.disksWithFileSystem = {9};
-            EXPECT_EQ("PD 9 has file system on it. Data will be lost if it is used to create " + object + question,
-                      printed(line, declined));
-            EXPECT_FALSE(seam.sent.contains(call)) << declined;
-        }
+        texts["line"] = arrays ? "create -o array -r 1 -d 8,9" : "create -r 1 -d 8,9";
+        texts["call"] = arrays ? "KT_CreateOrModify_DG" : "KT_LD_Create";
+        texts["object"] = arrays ? "array." : "VD.";
+        seam.disksWithFileSystem = {9};
+        // What is not made is not refused by the library.
+        expectSteps(texts, "$line ! $call=73 < {n|No} => $one to create $object$ask\n"
+                           "$line ! $call=73 => $one to create $object$ask");
+        seam.statuses.clear();
+        seam.disksWithFileSystem = {9, 8};
         for (const char* accepted : {"y\n", "x\n", "\n"}) {
             seam.sent.clear();
-            seam.disksWithFileSystem = {9, 8};
-            const std::string two =
-                "PD 8 9 have file system on them. Data will be lost if they are used to create " + object + question;
-            EXPECT_TRUE(printed(line, accepted).starts_with(two));
-            EXPECT_TRUE(seam.sent.contains(call)) << accepted;
+            const std::string two = texts["two"] + " to create " + texts["object"] + "\nDo you still want";
+            EXPECT_TRUE(printed(texts["line"], accepted).starts_with(two));
+            EXPECT_TRUE(seam.sent.contains(texts["call"])) << accepted;
         }
         seam.sent.clear();
-        EXPECT_EQ(0, run(line + " --waiveconfirmation").result);
-        EXPECT_TRUE(seam.sent.contains(call));
+        EXPECT_EQ(0, run(texts["line"] + " --waiveconfirmation").result);
+        EXPECT_TRUE(seam.sent.contains(texts["call"]));
         EXPECT_FALSE(seam.sent.contains("KT_PD_GetMBRInfo"));
     }
 }
@@ -171,13 +170,6 @@ TEST_F(Creation, SizeQueryReadsDisksLeniently) {
     expect("maxcreatesize -r 1 -d 1,2", "Offline disk 2 can not be used to create VD.\n", 1);
     seam.disks[2].Status = KT_PD_DEDICATED_SPARE;
     expect("maxcreatesize -r 1 -d 1,2", "Spare disk 2 can not be used to create VD.\n", 1);
-}
-
-TEST_F(ArrayCreation, AutomaticallyIsOneCall) {
-    expect("create -o auto -r 5", "Auto create successfully.\n");
-    seam.statuses["KT_LD_DG_QuickCreate"] = 4;
-    expect("create -o AUTO -t ENABLE", "Auto create error,Resource not available\n", 4);
-    EXPECT_EQ((Calls{"KT_LD_DG_QuickCreate 0", "KT_LD_DG_QuickCreate 1"}), seam.calls);
 }
 
 TEST_F(ArrayCreation, SendsRecordAndSettings) {
@@ -224,6 +216,10 @@ $line ! KT_CreateOrModify_DG=57 =57> \nFailed to create array (error 57: Number 
 $line --sizeonly ! KT_CreateOrModify_DG=1 =1> \nFailed to calculate array size by the given parameters(error 1: Failed).
 )");
     EXPECT_EQ("KT_CreateOrModify_DG 1", seam.calls.back());
+    expectSteps(R"(
+create -o auto -r 5 => Auto create successfully. | KT_LD_DG_QuickCreate 0
+create -o AUTO -t ENABLE ! KT_LD_DG_QuickCreate=4 =4> Auto create error,Resource not available | KT_LD_DG_QuickCreate 1
+)");
     seam.statuses.clear();
     seam.hds[9].BlockSize = 4096;
     expect(line, "All PDs should have the same sector size, PD 9 has sector size 4096\n", 1);

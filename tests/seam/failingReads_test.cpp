@@ -57,6 +57,7 @@ rebuild -l 2 -d 9 : fails or lacks {KT_LD_GetInfo|KT_BLK_GetInfo 12} => \nUnable
 rebuild -l 2 -d 9 : fails KT_PD_GetFreeSpaceInfo => \nUnable to get necessary info@.
 mp {-d 2 : fails or lacks KT_PD_GetHDRaidStatus|-a stop -d 2 : fails or lacks KT_PD_GetBGAStatus} => \nUnable to get status of PD 2.
 migrate -l 2 -d 1 : fails KT_BLK_GetInfo => Can not get disk 1 information@.
+pause -c 0 : fails KT_LD_PauseAll => \nExecutes  fail @.
 migrate -a size -l 2 : fails KT_LD_GetMigratedLdSize => \nUnable to get migrate size of VD 2 @.
 migrate -l 2 -d 1,2,3,9 : lacks KT_PD_GetHDRaidStatus 2 => Failed to get status for PD 2 @
 migrate -l 2 -d 1,2,3,9 : fails or lacks KT_PD_GetHDRaidStatus => Failed to get status for PD 9 @

@@ -27,26 +27,36 @@ std::string makeImage(size_t size) {
 
 } // namespace
 
-TEST_F(Flash, UpdatesPageByPage) {
+TEST_F(Flash, GoesThereAndBackPageByPage) {
     const std::tuple<size_t, std::vector<size_t>> cases[] = {
         {1, {1}}, {PAGE - 1, {PAGE - 1}}, {PAGE, {PAGE}}, {PAGE + 1, {PAGE, 1}}, {2 * PAGE, {PAGE, PAGE}}};
     for (const auto& [size, pages] : cases) {
         seam = {};
         const std::string image = makeImage(size);
         writeText(path, image);
-        Calls calls = {"KT_Flash_PreData type 3 size " + std::to_string(size)};
-        std::string printed;
+        Calls written = {"KT_Flash_PreData type 3 size " + std::to_string(size)};
+        Calls read;
+        std::string toDevice, toFile;
         for (size_t i = 0; i < pages.size(); ++i) {
-            const bool last = i + 1 == pages.size();
             const std::string number = std::to_string(i);
-            calls.push_back("KT_Flash_Bin 15 3 page " + number + (last ? " last 1" : " last 0") + " size " +
-                            std::to_string(pages[i]));
-            printed += "page " + number + " write to device.\n";
+            written.push_back("KT_Flash_Bin 15 3 page " + number + (i + 1 == pages.size() ? " last 1" : " last 0") +
+                              " size " + std::to_string(pages[i]));
+            read.push_back("KT_Flash_Bin 240 1 page " + number + " last 0 size 0");
+            toDevice += "page " + number + " write to device.\n";
+            toFile += "page " + number + " write to file.\n";
         }
-        expect(update(), printed + "Flash command is returned successfully.\n");
-        EXPECT_EQ(calls, seam.calls);
+        expect(update(), toDevice + "Flash command is returned successfully.\n");
+        EXPECT_EQ(written, seam.calls);
         EXPECT_TRUE(image == seam.flash);
+        seam.calls.clear();
+        expect(backUp(), "File '" + path + "' has already existed.\n", 1);
+        EXPECT_TRUE(seam.calls.empty());
+        unlink(path.c_str());
+        expect(backUp(), toFile + "Flash command is returned successfully.\n");
+        EXPECT_EQ(read, seam.calls);
+        EXPECT_TRUE(image == fileText(path));
     }
+    expect("flash -a backup -t bin -f " + path + "/x", "Unable to create file '" + path + "/x'.\n", 1);
 }
 
 TEST_F(Flash, DrawsABarOnATerminalOnly) {
@@ -124,20 +134,6 @@ $raw ! KT_Adapter_GetConfig=1 =1> \nFailed to update file '$f', error 1: Failed 
 )");
     seam.adapterConfig.rawimg_update_disabled = 0;
     expectSteps(texts, "$raw => $done");
-}
-
-TEST_F(Flash, BacksUpWhatIsThere) {
-    seam.flash = makeImage(2 * PAGE + 5);
-    expect(backUp(), "page 0 write to file.\npage 1 write to file.\npage 2 write to file.\n"
-                     "Flash command is returned successfully.\n");
-    EXPECT_EQ((Calls{"KT_Flash_Bin 240 1 page 0 last 0 size 0", "KT_Flash_Bin 240 1 page 1 last 0 size 0",
-                     "KT_Flash_Bin 240 1 page 2 last 0 size 0"}),
-              seam.calls);
-    EXPECT_TRUE(seam.flash == fileText(path));
-    seam.calls.clear();
-    expect(backUp(), "File '" + path + "' has already existed.\n", 1);
-    expect("flash -a backup -t bin -f " + path + "/x", "Unable to create file '" + path + "/x'.\n", 1);
-    EXPECT_TRUE(seam.calls.empty());
 }
 
 TEST_F(Flash, LeavesNoFileOfABackupThatFails) {

@@ -14,26 +14,24 @@ void expectBoth(const std::string& line, const std::string& vd, const std::strin
 }
 
 TEST_F(Migrate, LevelAndDiskCountMustFit) {
-    expectRows(changes, R"(
-migrate -l 2 -r 1 -d 1,2,3 => \n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1
+    const std::string ofBoth = R"(
 migrate -l 2 -d 1,2 => RAID5 needs at least 3 PDs.
+migrate -l 2 -r 50 -d 1,2,3,9,8 => RAID50 needs least 6 or more even number of PDs.
+migrate -l 2 {-d 1,2,3,9|-a size -r 6 -d 1,2,3,9} -q 300 => -q : invalid number of parity disks '300'
+migrate -l 2 -d {1,3,9|7,8,9} => Target PDs need to include ALL member disks [1 2 3 ].
+)";
+    expectRows(changes, ofBoth + R"(
+migrate -l 2 -r 1 -d 1,2,3 => \n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1
 migrate -l 2 -r 6{| -d 1,2} => RAID6 needs least 3 PDs.
 migrate -l 2 -r 6 -d 1,2,3,9 -q {1|4|300} => Number of parity disks should be at least 2 and less than 4.
-migrate -l 2 -r 50 -d 1,2,3,9,8 => RAID50 needs least 6 or more even number of PDs.
 migrate -l 2 -r 60 -d 1,2,3,9 => RAID60 needs least 6 or more even number of PDs.
-migrate -l 2 {-d 1,2,3,9|-a size -r 6 -d 1,2,3,9} -q 300 => -q : invalid number of parity disks '300'
-migrate -l 2 -d {1,3,9|7,8,9} => Target PDs need to include ALL member disks [1 2 3 ].
 )");
     arrayBasedRaid = true;
-    expectRows(changes, R"(
+    expectRows(changes, ofBoth + R"(
 migrate -l 2 -r 1 -d 1,2,3 => \n Abort migration!!! Redundancy level is degraded from RAID5 to RAID1.
-migrate -l 2 -d 1,2 => RAID5 needs at least 3 PDs.
 migrate -l 2 -r 6 -d {1,2|1,2,3} => RAID6 needs least 4 PDs.
 migrate -l 2 -r 6 -d 1,2,3,9 -q {1|4|300} => Number of parity disks should be at between 2 and 3.
-migrate -l 2 -r 50 -d 1,2,3,9,8 => RAID50 needs least 6 or more even number of PDs.
 migrate -l 2 -r 60 -d 1,2,3,9,8,7 => RAID60 needs least 8 or more even number of PDs.
-migrate -l 2 {-d 1,2,3,9|-a size -r 6 -d 1,2,3,9} -q 300 => -q : invalid number of parity disks '300'
-migrate -l 2 -d {1,3,9|7,8,9} => Target PDs need to include ALL member disks [1 2 3 ].
 )");
     seam.size = 10;
     vd().Size = array().TotalManagedSpace = 11;

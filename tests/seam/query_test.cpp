@@ -52,6 +52,7 @@ locate -i 0x10 => Success to set PD 16 LED status  | KT_LocateArrayDevice 1 16 1
 locate -a OFF -i 3 => Success to set PD 3 LED status  | KT_LocateArrayDevice 1 3 0
 import -i 0xFE =>  | KT_LD_Import 254
 report --id 7 =>  | KT_LD_Report 7
+pause -c 3 =>  | KT_LD_PauseAll @3
 get -o hd ! KT_PD_GetConfig=9 =9> \nUnable to get configuration of hard disk 255 (error 9 : Invalid physical disk id).
 get -o hba -i 255 ! KT_PD_GetConfig=9 =13> \nUnable to get configuration info of hba 255 (error 13: Invalid adapter id)
 )");

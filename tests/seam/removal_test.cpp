@@ -65,23 +65,20 @@ delete -o VD -i 3 ! KT_LD_Delete=61 < y =61> $sure\nFailed to delete VD 3 (error
 )");
 }
 
-TEST_F(Removal, OfArraysAsks) {
-    expectSteps({{"sure", "Are you sure you want to delete this array? (y or n)"},
-                 {"full", "At least one virtual disk is on the specified array"}},
-                R"(
-delete -o array -i 0 < n => $sure | KT_DG_GetInfo 0
-delete -o array -i 0 < y => $sure\nDelete array 0 successfully. | KT_DG_GetInfo 0; KT_DG_Delete 0
-delete -o array -i 0 ! KT_DG_Delete=76 < y =76> $sure\nFailed to delete array 0 (error 76: $full).
-)");
-}
-
-TEST_F(Removal, OfSparesAsksForWhatItStops) {
+TEST_F(Removal, OfArraysAndSparesAsksForWhatItStops) {
     const std::map<std::string, std::string> texts = {
+        {"sure", "Are you sure you want to delete this array? (y or n)"},
+        {"full", "At least one virtual disk is on the specified array"},
         {"done", "Delete the spare disk 5 successfully."},
         {"patrol", "Uset spare disk will stop Media patrol on PD 5. Do you want to continue?(y or n)"},
         {"none", "Specified physical disk is not a spare drive"},
         {"made", "KT_PD_GetHDRaidStatus 5; KT_PD_Spare2FreeHD 5"}};
     KT_U8& role = seam.disks[0].Status;
+    expectSteps(texts, R"(
+delete -o array -i 0 < n => $sure | KT_DG_GetInfo 0
+delete -o array -i 0 < y => $sure\nDelete array 0 successfully. | KT_DG_GetInfo 0; KT_DG_Delete 0
+delete -o array -i 0 ! KT_DG_Delete=76 < y =76> $sure\nFailed to delete array 0 (error 76: $full).
+)");
     expectSteps("delete -o spare -i {5|6} => PD {} is not spare disk. | KT_PD_GetHDRaidStatus {}");
     role = KT_PD_GLOBAL_SPARE;
     expectSteps(texts, "delete -o spare -i 5 => $done | $made");

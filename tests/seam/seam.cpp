@@ -10,8 +10,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <sstream>
-#include <stdexcept>
 #include <unistd.h>
 
 Seam seam;
@@ -59,46 +57,12 @@ void expect(const Outcome& outcome, const std::string& printed, int result, cons
     EXPECT_EQ(result, outcome.result);
 }
 
-static void replaceAll(std::string& text, const std::string& from, const std::string& to) {
-    for (size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
-        text.replace(at, from.size(), to);
-}
-static std::string unescaped(std::string text) {
-    replaceAll(text, "\\n", "\n");
-    replaceAll(text, "\\t", "\t");
-    return text;
-}
 // What stands behind the mark, which is taken away with it.
 static std::string cutBehind(std::string& text, const std::string& mark) {
     const size_t at = text.find(mark);
     const std::string behind = at == text.npos ? "" : text.substr(at + mark.size());
     text.resize(std::min(at, text.size()));
     return behind;
-}
-
-std::vector<TableRow> rowsOf(const std::string& table) {
-    std::vector<TableRow> rows;
-    std::istringstream lines(table);
-    for (std::string row; std::getline(lines, row);) {
-        if (row.empty()) continue;
-        const size_t equals = row.find(" =");
-        const size_t arrow = row.find("> ", equals);
-        if (arrow == row.npos) throw std::invalid_argument("no arrow in: " + row);
-        const std::string line = row.substr(0, equals);
-        const size_t open = line.find('{');
-        const size_t end = line.find('}') + 1;
-        std::istringstream choices(open == line.npos ? "-" : line.substr(open + 1, end - open - 2));
-        for (std::string word; std::getline(choices, word, '|');) {
-            TableRow found = {line, row.substr(arrow + 2), -1};
-            if (arrow > equals + 2) found.result = std::stoi(row.substr(equals + 2));
-            if (open != line.npos) found.line.replace(open, end - open, word);
-            word.erase(0, word.rfind(' ') + 1);
-            replaceAll(found.message, "{}", word == "\\t" ? "" : word);
-            if (!found.message.empty()) found.message += "\n";
-            rows.push_back({unescaped(found.line), unescaped(found.message), found.result});
-        }
-    }
-    return rows;
 }
 
 void expectRows(Calls (*unwanted)(), const std::string& table) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Public/common.h"
+#include "tests/support/rows.h"
 
 using Calls = std::vector<std::string>;
 
@@ -100,15 +101,6 @@ inline void expect(const std::string& words, const std::string& printed, int res
 inline bool has(const std::string& text, const std::string& part) {
     return text.find(part) != text.npos;
 }
-
-// A row of a table of texts is a line and, behind " => ", its message without the end of the line. Of the words in
-// braces, {a|b}, each makes a row, and {} in the message is its last word. A result stands within the arrow: =19>.
-// The second of two tabs in a row, \t behind a blank, makes an empty word.
-struct TableRow {
-    std::string line, message;
-    int result; // -1: none stands there
-};
-std::vector<TableRow> rowsOf(const std::string& table);
 
 inline Calls allCalls() {
     return seam.calls;

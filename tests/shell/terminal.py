@@ -1,5 +1,6 @@
 """What the tests of the prompt share: simulated adapters of their own, and a terminal to type at."""
 import os
+import signal
 import subprocess
 import sys
 import tempfile
@@ -9,6 +10,9 @@ import unittest
 sys.path.append("/usr/lib/python3/dist-packages")
 import pexpect  # noqa: E402
 
+# Who starts the tests may ignore them; the programs that are typed at must not find them ignored.
+for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGHUP):
+    signal.signal(number, signal.SIG_DFL)
 BIN = os.environ["BIN"]
 PROGRAM = os.path.join(BIN, "ktsetup")
 

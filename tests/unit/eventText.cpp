@@ -68,62 +68,34 @@ TEST(EventText, PutsTheParametersInTheirPlaces) {
     }
 }
 
-// The words were checked one by one when these sums were taken, each over the texts of ten codes.
+// The words were checked one by one when these sums were taken, each over the texts of a class.
 TEST(EventText, SaysEveryEventInItsWords) {
-    const std::map<KT_U16, std::vector<KT_U32>> sums = {
-        {0, {0x2582D035, 0x39AD0D13}},
-        {1,
-         {0x04B8221B, 0x3A94F86B, 0xF70D4349, 0x607B1241, 0xDF343905, 0xDE25CB03, 0x0D808D8F, 0xC5E4F947, 0x90F769C1,
-          0x9DFB10ED, 0x601D9CB5}},
-        {2, {0xF7A06483, 0x1CD6BA7D, 0xF905E295, 0xDE6568E1, 0x60F8247F, 0xECA49827}},
-        {4, {0x969F1485}},
-        {9, {0x2E84FB21, 0xB01D4477, 0x34B4965B, 0x7FC6F921}},
-        {10, {0x5C3D3007, 0x65041C73, 0x543BC567}},
-        {12, {0x382787B9, 0x77D9395D, 0x0DBEF1EB}},
-        {13, {0x52AB1FFD}},
-        {15, {0xF8CD425F, 0x4056D351}}};
-    for (const auto& [eventClass, tens] : sums) {
-        for (size_t ten = 0; ten < tens.size(); ++ten) {
-            std::string texts;
-            for (size_t code = ten * 10; code < ten * 10 + 10; ++code) {
-                for (KT_U32 param3 : {44U, 1U}) {
-                    texts += textOf(eventClass, static_cast<KT_U16>(code), 421, param3, false) + "\n";
-                }
-            }
-            KT_U32 sum = 2166136261U;
-            for (char c : texts) {
-                sum = (sum ^ static_cast<KT_U8>(c)) * 16777619U;
-            }
-            EXPECT_EQ(sum, tens[ten]) << "class " << eventClass << ":\n" << texts;
+    const std::map<KT_U16, KT_U32> sums = {{0, 0xF2D5C801},  {1, 0x963C5217},  {2, 0xF989E913},
+                                           {4, 0x40F87483},  {9, 0x94633D13},  {10, 0xDA92F5AD},
+                                           {12, 0x835E1C2D}, {13, 0x7FE90BDF}, {15, 0x9A08A297}};
+    for (const auto& [eventClass, expected] : sums) {
+        std::string texts;
+        for (KT_U16 code = 0; code < 110; ++code) {
+            for (KT_U32 param3 : {44U, 1U})
+                texts += textOf(eventClass, code, 421, param3, false) + "\n";
         }
+        KT_U32 sum = 2166136261U;
+        for (char c : texts)
+            sum = (sum ^ static_cast<KT_U8>(c)) * 16777619U;
+        EXPECT_EQ(sum, expected) << "class " << eventClass << ":\n" << texts;
     }
 }
 
-TEST(EventText, CountsSequenceNumbersWithoutASign) {
-    _Event event = makeEvent(0, 65535);
-    event.Params[2] = 4000000122;
-    EXPECT_EQ(textOf(event), " Event(s) lost. Current seqNum 4000000123, last seqNum 4000000122");
-}
-
-TEST(EventText, TakesTheSerialNumberOnlyFromItsValidBytes) {
+TEST(EventText, TakesSerialNumbersFromTheirValidBytesAndCountsWithoutASign) {
     _Event event = makeEvent(0, 9);
     memset(event.SenseData, 'S', sizeof event.SenseData);
     event.SenseDataLength = 255;
     EXPECT_EQ(textOf(event), " Adapter 300 with serial number " + std::string(30, 'S') + " is detected");
     setSense(event, "AB\x1b[2J%s", 7);
     EXPECT_EQ(textOf(event), " Adapter 300 with serial number AB?[2J% is detected");
-}
-
-TEST(EventText, StaysInItsBufferWhateverTheValues) {
-    for (unsigned eventClass = 0; eventClass < 17; ++eventClass) {
-        for (KT_U16 code = 0; code <= 101; ++code) {
-            _Event event;
-            memset(&event, 0xFF, sizeof event);
-            event.Class = static_cast<KT_U16>(eventClass);
-            event.Code = code;
-            EXPECT_LT(textOf(event).size(), EVENT_TEXT_SIZE);
-        }
-    }
+    event.Code = 65535;
+    event.Params[2] = 4000000122;
+    EXPECT_EQ(textOf(event), " Event(s) lost. Current seqNum 4000000123, last seqNum 4000000122");
 }
 
 TEST(EventText, HasAWordForEverySeverity) {

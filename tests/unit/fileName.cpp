@@ -2,11 +2,9 @@
 #include "Public/newFile.h"
 #include "tests/support/scratch.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -14,10 +12,6 @@ namespace {
 struct NewFiles : testing::Test {
     ScratchFolder folder;
     std::string path = folder.path + "/image";
-    bool exists() const {
-        struct stat status;
-        return lstat(path.c_str(), &status) == 0;
-    }
 };
 
 TEST(FileName, TakesAQuotedNameUpToTheClosingQuote) {
@@ -78,32 +72,6 @@ TEST_F(NewFiles, AreNeverMadeOverSomething) {
     ASSERT_EQ(unlink(path.c_str()), 0);
     ASSERT_EQ(symlink("nowhere", path.c_str()), 0);
     EXPECT_EQ(createNewFile(path.c_str(), file), Created::Exists);
-}
-
-// Writes a file in a process of its own, in which a signal comes before the file is kept and one after it.
-int endOf(const std::string& path, int before, int after) {
-    const pid_t child = fork();
-    if (child == 0) {
-        NewFile file = {};
-        signal(SIGHUP, after == 0 ? SIG_DFL : SIG_IGN);
-        createNewFile(path.c_str(), file);
-        raise(before);
-        keepNewFile(file);
-        raise(after);
-        _exit(0);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-}
-
-TEST_F(NewFiles, AreGoneWhenASignalEndsTheProgramUnlessItComesLaterOrIsIgnored) {
-    for (int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
-        EXPECT_EQ(endOf(path, number, 0), number);
-        EXPECT_FALSE(exists()) << number;
-    }
-    EXPECT_EQ(endOf(path, SIGHUP, SIGTERM), SIGTERM);
-    EXPECT_TRUE(exists());
 }
 
 } // namespace

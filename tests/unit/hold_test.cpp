@@ -1,5 +1,6 @@
 // Signals during a change: each run is a process of its own, whose end is looked at.
 #include "Public/hold.h"
+#include "Public/newFile.h"
 #include "tests/support/scratch.h"
 
 #include <csignal>
@@ -11,38 +12,32 @@
 
 namespace {
 
-struct End {
-    int status;       // as wait tells it
-    std::string said; // on standard error
-};
-
-// Runs body in a process whose standard error is read.
+// Runs the body in a process of its own, that ends by the signal, or with status 0, and says no more than that on
+// standard error. The signals are not those that the caller of the tests may ignore.
 template <class Body>
-End endOf(Body body) {
-    int said[2];
-    if (pipe(said) != 0) return {};
+void expectEnd(int number, const std::string& expected, Body body) {
+    int ends[2];
+    ASSERT_EQ(0, pipe(ends));
     const pid_t child = fork();
     if (child == 0) {
-        dup2(said[1], STDERR_FILENO);
-        close(said[0]);
-        close(said[1]);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        for (int each : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE})
+            signal(each, SIG_DFL);
         body();
         endBySignal();
         _exit(heldSignal());
     }
-    close(said[1]);
-    End end = {};
-    char byte;
-    while (read(said[0], &byte, 1) == 1) {
-        end.said += byte;
-    }
-    close(said[0]);
-    waitpid(child, &end.status, 0);
-    return end;
-}
-
-bool endedBy(const End& end, int number) {
-    return WIFSIGNALED(end.status) && WTERMSIG(end.status) == number;
+    close(ends[1]);
+    std::string said;
+    for (char byte; read(ends[0], &byte, 1) == 1;)
+        said += byte;
+    close(ends[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(number, WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status));
+    EXPECT_EQ(expected, said);
 }
 
 void say(const char* text) {
@@ -61,7 +56,7 @@ void writeToNobody() {
 
 TEST(Hold, LetsTheChangeEndBeforeTheRun) {
     for (int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
-        const End end = endOf([&] {
+        expectEnd(number, "changed closed", [&] {
             {
                 const Hold outer("outer");
                 const Hold inner("inner");
@@ -72,13 +67,13 @@ TEST(Hold, LetsTheChangeEndBeforeTheRun) {
             if (number == SIGPIPE) writeToNobody();
             say("closed");
         });
-        EXPECT_TRUE(endedBy(end, number)) << number << " " << end.status;
-        EXPECT_EQ("changed closed", end.said);
     }
 }
 
+// And the first one counts.
 TEST(Hold, SaysFromTheSecondSignalOnWhatWouldBeLost) {
-    const End end = endOf([] {
+    const std::string line = std::string(program_invocation_short_name) + ": still changing the adapter; ended now, ";
+    expectEnd(SIGTERM, line + "a quarter stays\n" + line + "half of it stays\n", [] {
         const Hold outer("half of it stays");
         {
             const Hold inner("a quarter stays");
@@ -90,13 +85,10 @@ TEST(Hold, SaysFromTheSecondSignalOnWhatWouldBeLost) {
         kill(getpid(), SIGINT);
         usleep(100000);
     });
-    EXPECT_TRUE(endedBy(end, SIGTERM)) << "the first one counts";
-    const std::string line = std::string(program_invocation_short_name) + ": still changing the adapter; ended now, ";
-    EXPECT_EQ(line + "a quarter stays\n" + line + "half of it stays\n", end.said);
 }
 
 TEST(Hold, DoesNotInterruptTheCallUnderWay) {
-    const End end = endOf([] {
+    expectEnd(SIGINT, "whole", [] {
         const Hold hold("");
         std::thread other([] {
             usleep(50000);
@@ -106,26 +98,20 @@ TEST(Hold, DoesNotInterruptTheCallUnderWay) {
         say(nanosleep(&nap, nullptr) == 0 ? "whole" : "interrupted");
         other.join();
     });
-    EXPECT_EQ("whole", end.said);
-    EXPECT_TRUE(endedBy(end, SIGINT));
 }
 
 TEST(Hold, NotesWhatAThreadOfTheLibraryTakes) {
-    const End end = endOf([] {
+    expectEnd(SIGTERM, "changed", [] {
         std::thread library([] { usleep(200000); });
-        {
-            const Hold hold("");
-            pthread_kill(library.native_handle(), SIGTERM);
-            library.join();
-            say("changed");
-        }
+        const Hold hold("");
+        pthread_kill(library.native_handle(), SIGTERM);
+        library.join();
+        say("changed");
     });
-    EXPECT_EQ("changed", end.said);
-    EXPECT_TRUE(endedBy(end, SIGTERM));
 }
 
 TEST(Hold, KeepsIgnoredWhatTheCallerIgnores) {
-    const End end = endOf([] {
+    expectEnd(0, "changed", [] {
         signal(SIGHUP, SIG_IGN);
         signal(SIGPIPE, SIG_IGN);
         {
@@ -136,25 +122,10 @@ TEST(Hold, KeepsIgnoredWhatTheCallerIgnores) {
         kill(getpid(), SIGHUP);
         say("changed");
     });
-    EXPECT_EQ("changed", end.said);
-    EXPECT_EQ(0, end.status);
-}
-
-TEST(Hold, EndsAtOnceBeforeAndAfter) {
-    for (bool before : {true, false}) {
-        const End end = endOf([&] {
-            if (before) kill(getpid(), SIGINT);
-            { const Hold hold(""); }
-            kill(getpid(), SIGINT);
-            say("still there");
-        });
-        EXPECT_TRUE(endedBy(end, SIGINT));
-        EXPECT_EQ("", end.said);
-    }
 }
 
 TEST(Hold, MakesAFileThatIsTooBigAFailedWrite) {
-    const End end = endOf([] {
+    expectEnd(SIGXFSZ, "changed", [] {
         const int file = fileno(tmpfile());
         const FileLimit limit(0);
         {
@@ -164,6 +135,21 @@ TEST(Hold, MakesAFileThatIsTooBigAFailedWrite) {
         }
         EXPECT_EQ(-1, write(file, "x", 1));
     });
-    EXPECT_EQ("changed", end.said);
-    EXPECT_TRUE(endedBy(end, SIGXFSZ));
+}
+
+// Unless it comes later or is ignored.
+TEST(Hold, IsNotNeededForNewFilesWhichASignalTakesAway) {
+    const ScratchFolder folder;
+    const std::string path = folder.path + "/image";
+    for (int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, 0}) {
+        expectEnd(number != 0 ? number : SIGTERM, "", [&] {
+            if (number == 0) signal(SIGHUP, SIG_IGN);
+            NewFile file = {};
+            createNewFile(path.c_str(), file);
+            raise(number != 0 ? number : SIGHUP);
+            keepNewFile(file);
+            raise(SIGTERM);
+        });
+        EXPECT_EQ(number == 0, access(path.c_str(), F_OK) == 0) << number;
+    }
 }
