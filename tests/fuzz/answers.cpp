@@ -51,9 +51,8 @@ KT_U8 answerWrongly(const char* name, const std::vector<AnswerBytes>& answers, K
     for (const AnswerBytes& answer : answers) {
         if (answer.size == 0 || ++inThisRun > MOST_IN_A_RUN) continue;
         ++mutated;
-        for (size_t times = below(4); times > 0; --times) {
+        for (size_t times = below(4); times > 0; --times)
             mutate(answer);
-        }
     }
     return below(20) == 0 ? static_cast<KT_U8>(chance()) : status;
 }
@@ -109,9 +108,8 @@ int main(int argc, char** argv) {
     const unsigned long wanted = strtoul(argv[1], nullptr, 10);
     chance.seed(static_cast<unsigned>(strtoul(argv[2], nullptr, 10)));
     std::set<std::string> spoken;
-    for (const auto& entry : std::filesystem::directory_iterator(argv[3])) {
+    for (const auto& entry : std::filesystem::directory_iterator(argv[3]))
         spoken.insert(fileText(entry.path()));
-    }
     const std::vector<std::string> commands(spoken.begin(), spoken.end());
     if (commands.size() < 100) return 2;
     const ScratchFolder folder;
@@ -119,9 +117,8 @@ int main(int argc, char** argv) {
     const std::string state = folder.path + "/state.db";
     setenv("KTRAID_SIM", state.c_str(), 1);
     std::string yes;
-    for (int i = 0; i < 5000; ++i) {
+    for (int i = 0; i < 5000; ++i)
         yes += "y\n";
-    }
     writeText("yes", yes);
     opterr = 0;
     unsigned runs = 0;

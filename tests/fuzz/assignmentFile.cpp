@@ -14,9 +14,8 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     clean_comment(text.data(), text.size());
     _updata_sasaddr_info_t info = {};
     if (KT_AutoGet_SASAddrSN(text.data(), text.size(), &info) != 0) return 0;
-    for (unsigned port = 0; port < CFG_PORTS; ++port) {
+    for (unsigned port = 0; port < CFG_PORTS; ++port)
         require(info.port_sasaddr[port] == 0 || (info.available_port >> port & 1) != 0);
-    }
     const std::string advanced = advancedAssignment(raw, info);
     require(advanced.size() + 64 > raw.size());
     if (info.serialnumber_flag != 0) {

@@ -27,9 +27,8 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (!KT_Analyze_Grammar(text.data(), text.size(), &places, &page, raid->lds, raid->spares, &counts, mode)) return 0;
     require(GetHBAInfoChksum_Flash(&page) == 0);
     requireInside(places.serialnumber_place, text.size());
-    for (const CfgPlace& place : places.sasaddr_place) {
+    for (const CfgPlace& place : places.sasaddr_place)
         requireInside(place, text.size());
-    }
     gAdapterInfo[0].PortCount = CFG_PORTS;
     std::string written;
     KT_Form_Grammar(0, written, &page, raid->lds, static_cast<KT_U8>(counts), raid->spares,

@@ -27,9 +27,8 @@ std::vector<RowKey> rowsOf(Store& store) {
         const auto adapter = i == global.adapterCount ? KT_U8{ADAPTER_GLOBAL} : static_cast<KT_U8>(i);
         for (unsigned kind = 1; kind < 256; ++kind) {
             RowWalk walk = beginWalk(store, adapter, static_cast<Kind>(kind), 0);
-            while (nextRow(walk)) {
+            while (nextRow(walk))
                 rows.push_back({adapter, static_cast<Kind>(kind), walk.id});
-            }
             endWalk(walk);
         }
     }

@@ -141,9 +141,8 @@ unsigned tryCase(const Case& tried, unsigned stride, unsigned from) {
     for (unsigned at = 1; at <= whole.calls.size(); ++at) {
         for (int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
             if ((from + places++) % stride != 0) continue;
-            for (const auto& entry : fs::directory_iterator(place.path)) {
+            for (const auto& entry : fs::directory_iterator(place.path))
                 fs::remove_all(entry.path());
-            }
             fs::copy(saved.path, place.path, fs::copy_options::recursive);
             check(tried, whole, at, number);
         }
@@ -159,9 +158,8 @@ int main(int argc, char** argv) {
     beside = folder.path;
     writeText(beside + "/yes", "y\ny\ny\ny\ny\ny\n");
     unsigned places = 0;
-    for (const Case& tried : cases) {
+    for (const Case& tried : cases)
         places += tryCase(tried, stride, places);
-    }
     std::cout << places << " places, every " << stride << ". tried, " << failures << " failures\n";
     return failures == 0 ? 0 : 1;
 }

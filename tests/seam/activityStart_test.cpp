@@ -91,9 +91,8 @@ TEST_F(Start, QuestionIsAskedOnlyWhileMediaPatrolRuns) {
         const std::string question =
             row.object + std::string(" will stop Media patrol on PD. Do you want to continue?(y or n)\n");
         expect(run(row.line, "maybe\nYes\n"), question + "Please input y or n.\n" + row.done);
-        for (const char* no : {"n\n", "No\n", ""}) {
+        for (const char* no : {"n\n", "No\n", ""})
             expect(run(row.line, no), question);
-        }
         EXPECT_EQ(changes(), (Calls{row.call, row.call}));
     }
 }

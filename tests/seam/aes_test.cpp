@@ -102,26 +102,24 @@ TEST_F(Aes, ListsEntriesWithTheirPortsAndPortsWithTheirEntry) {
     seam.aesOverview.aes_port[0] = {0, 1};
     seam.aesOverview.aes_port[1] = {1, 255};
     seam.aesOverview.aes_port[2] = {2, 1};
-    expect("aesentry -o GETINFO", "Entry ID:                0\nHas Key:                 No\n"
-                                  "Entry ID:                1\nHas Key:                 Yes\n"
-                                  "Port ID:                 0\nPort ID:                 2\n"
-                                  "Entry ID:                2\nHas Key:                 No\n"
-                                  "Entry ID:                5\nHas Key:                 Yes\n");
+    const std::map<std::string, std::string> texts = {
+        {"e", "Entry ID:                "},
+        {"no", "Has Key:                 No"},
+        {"yes", "Has Key:                 Yes"},
+        {"p", "Port ID:                 "},
+        {"by", "mount status:            mounted\\nentry id:                "},
+        {"free", "mount status:            dismounted"},
+        {"off", "AES enable:              Disabled"},
+        {"on", "AES enable:              Enabled"}};
+    expectSteps(texts, R"(
+aesentry -o GETINFO => $e0\n$no\n$e1\n$yes\n$p0\n$p2\n$e2\n$no\n$e5\n$yes
+aesport -o getcfg => $p0\n$by1\n$off\n$p1\n$free\n$on\n$p2\n$by1\n$off
+)");
     gAdapterInfo[0].MaxAESEntry = 0;
     seam.aesOverview.aes_port[3] = {3, 7};
-    expect("aesentry -o getinfo",
-           "Entry ID:                1\nHas Key:                 Yes\n"
-           "Port ID:                 0\nPort ID:                 2\n"
-           "Entry ID:                5\nHas Key:                 Yes\n"
-           "Entry ID:                7\nHas Key:                 No\nPort ID:                 3\n");
+    expectSteps(texts, "aesentry -o getinfo => $e1\\n$yes\\n$p0\\n$p2\\n$e5\\n$yes\\n$e7\\n$no\\n$p3");
     seam.aesOverview.aes_port[3] = {255, 255};
     gAdapterInfo[0].MaxAESEntry = 3;
-    expect("aesport -o getcfg",
-           "Port ID:                 0\nmount status:            mounted\n"
-           "entry id:                1\nAES enable:              Disabled\n"
-           "Port ID:                 1\nmount status:            dismounted\nAES enable:              Enabled\n"
-           "Port ID:                 2\nmount status:            mounted\n"
-           "entry id:                1\nAES enable:              Disabled\n");
     seam.statuses["KT_AES_OnlyGetEntryInfo"] = 241;
     expect("aesport -o dismount -i 0", "\nGet configure of AES entry 1 failed (error 241: entry out of range).\n", 241);
     expect("aesentry -o getinfo", "\nGet configure of AES entry 0 failed (error 241: entry out of range).\n", 241);

@@ -40,11 +40,7 @@ struct Cfg : SeamTest {
     void TearDown() override { fs::current_path(before); }
     static void write(const char* name, const std::string& text) { writeText(name, text); }
     static void addVd(KT_U16 id, std::vector<KT_U16> blocks, KT_U8 status) {
-        _LD_Info ld = {};
-        ld.ID = id;
-        ld.Status = status;
-        ld.RaidMode = KT_RAID5;
-        ld.BlkCount = static_cast<KT_U8>(blocks.size());
+        _LD_Info ld = {.ID = id, .Status = status, .RaidMode = KT_RAID5, .BlkCount = static_cast<KT_U8>(blocks.size())};
         memset(ld.BlockIDs, 0xFF, sizeof ld.BlockIDs);
         for (size_t i = 0; i < blocks.size(); ++i) {
             ld.BlockIDs[i] = blocks[i];

@@ -31,9 +31,8 @@ TEST_F(Cfg, BackUpListsDisksInPlaceOfBlocks) {
 }
 
 TEST_F(Cfg, BackUpSavesAllOrNothing) {
-    for (KT_U16 id = 0; id < 255; ++id) {
+    for (KT_U16 id = 0; id < 255; ++id)
         seam.disks.push_back({id, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}});
-    }
     EXPECT_EQ(0, runOn("backup_cfg -f most.txt").result);
     EXPECT_TRUE(has(fileText("most.txt"), "[SPARE ID]=254\n[PHYSICAL DISK ID]=254\n"));
     seam.disks.push_back({255, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}});
@@ -42,6 +41,9 @@ TEST_F(Cfg, BackUpSavesAllOrNothing) {
     EXPECT_EQ("The adapter has more than 255 spare disks, which a configuration text cannot hold.\n",
               testing::internal::GetCapturedStderr());
     EXPECT_FALSE(fs::exists("more.txt"));
+    const FileLimit limit(1000);
+    seam.disks.pop_back();
+    expect(runOn("backup_cfg -f less.txt"), "Error: Failed write less.txt !\n", 1);
 }
 
 TEST_F(Cfg, BackUpWithoutRaidOrSignature) {

@@ -203,15 +203,15 @@ TEST_F(ArrayCreation, SendsRecordAndSettings) {
 
 TEST_F(ArrayCreation, SaysWhatStandsInTheWay) {
     const std::string line = "create -o array -r 1 -d 8,9";
-    seam.size = 0x12A42FA34;
+    seam.size = (KT_U64{3} << 42) + 0x12A42FA34;
     expectSteps({{"line", line}}, R"(
 create -o array -r 1 -d 8,77 =1> Unable to get info of PD 77, (error 0 : No error)
-$line --sizeonly => \nArry of size 0x0004a90be M can be created by the given parameters
+$line --sizeonly => \nArry of size 0x3004a90be M can be created by the given parameters
 $line ! KT_PD_GetHDInfo_Ext=1 => Create array 7 successfully.
 $line ! KT_PD_GetHDInfo_Ext=1, KT_PD_GetHDInfo=9 =1> Unable to get info of PD 8 (error 9 : Invalid physical disk id)
 $line ! KT_PD_GetHDRaidStatus=9 =1> Unable to get info of PD 8, (error 9 : Invalid physical disk id)
 $line ! KT_PD_GetMBRInfo=1 =1> \nFailed to create virtual disk (error 1: Failed).
-$line ! KT_CreateOrModify_DG=4 =4> \nNo resources. Max available size is 4886718 M
+$line ! KT_CreateOrModify_DG=4 =4> \nNo resources. Max available size is 12889788606 M
 $line ! KT_CreateOrModify_DG=57 =57> \nFailed to create array (error 57: Number of physical disks doesn't fit the specified RAID level).
 $line --sizeonly ! KT_CreateOrModify_DG=1 =1> \nFailed to calculate array size by the given parameters(error 1: Failed).
 )");

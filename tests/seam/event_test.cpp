@@ -38,9 +38,8 @@ using Values = std::vector<std::string>;
 } // namespace
 
 TEST_F(Events, ArePrintedNewestFirstDownToTheStart) {
-    for (KT_U32 sequence = 98; sequence <= 103; ++sequence) {
+    for (KT_U32 sequence = 98; sequence <= 103; ++sequence)
         seam.events.push_back(makeEvent(9, 0, sequence));
-    }
     const std::string all = printed("event");
     EXPECT_EQ(0U, all.find("Current AdapterID:0\n\nSequence:     103\n"
                            "Time:         Mon Jan  5 08:00:00 2026\n"
@@ -87,9 +86,8 @@ TEST_F(Events, FollowTheClockOfTheMachine) {
 TEST_F(Events, ShowAtMostThirtySenseBytes) {
     seam.events = {makeEvent(2, 4, 1)};
     _Event& event = seam.events[0];
-    for (KT_U8 i = 0; i < 30; ++i) {
+    for (KT_U8 i = 0; i < 30; ++i)
         event.SenseData[i] = static_cast<KT_U8>(0xF0 + i);
-    }
     event.SenseDataLength = 2;
     event.Severity = 8;
     expect("event", "Current AdapterID:0\n\nSequence:     1\nTime:         Mon Jan  5 08:00:00 2026\n"

@@ -19,9 +19,8 @@ struct Flash : SeamTest {
 
 std::string makeImage(size_t size) {
     std::string image(size, ' ');
-    for (size_t i = 0; i < size; ++i) {
+    for (size_t i = 0; i < size; ++i)
         image[i] = static_cast<char>(i * 7 + i / PAGE + 1);
-    }
     return image;
 }
 

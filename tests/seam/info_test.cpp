@@ -85,9 +85,8 @@ TEST_F(Info, RestoringAHybridDiskIsSaid) {
     };
     for (const auto& [activity, state, said] : rows) {
         seam.ldStatuses = {{KT_VD_ONLINE, activity, 40, state, 0, 0}};
-        for (const char* object : {"vd", "tandem"}) {
+        for (const char* object : {"vd", "tandem"})
             EXPECT_EQ(value(std::string("info -o ") + object, "initializing status"), said) << object;
-        }
     }
 }
 

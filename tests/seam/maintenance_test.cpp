@@ -7,9 +7,8 @@ namespace {
 struct Maintenance : SeamTest {
     Maintenance() {
         gAdapterInfo[0].LogicalDriverMode = KT_MODE_TANDEM_SAFE;
-        for (unsigned i = 0; i < sizeof seam.nvsram.Data; ++i) {
+        for (unsigned i = 0; i < sizeof seam.nvsram.Data; ++i)
             seam.nvsram.Data[i] = static_cast<KT_U8>(i);
-        }
     }
 };
 

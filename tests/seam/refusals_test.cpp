@@ -3,6 +3,14 @@
 
 namespace {
 
+const std::string ofBothSets = R"(
+rebuild -l 2 => At least one target PD is required
+migrate -l 2 {-q 3|-a start} => migrate: one of -r or -d option must be specified
+migrate -l 2 -r 7 => -r : invalid raid mode 7
+migrate -l 2 -d 1,2,a => -d : invalid PD ID '1,2,a'
+migrate {-l 2 -l 2|-a size -a size -l 2|-l 2 -r 5 -r 6|-l 2 -q 2 -q 3|-d 1 -d 2} => 
+)";
+
 struct Refusals : SeamTest {
     Refusals() {
         layOut();
@@ -12,7 +20,7 @@ struct Refusals : SeamTest {
 
 TEST_F(Refusals, OfAnAdapterWithoutArrays) {
     gAdapterInfo[0].StripeSizeSupported = 3;
-    expectRows(R"(
+    expectRows(ofBothSets + R"(
 {init -l 2 -o pd|aesop -o set|aesentry -o get|aesport -o on|delete -o pd|info -o disk|status -o vd} => -o : invalid object '{}'
 {init -a halt|init -a Stop|migrate -l 2 -a begin|nvsram -a erase} => -a : invalid action '{}'
 {flash -a burn|ssd -d 11 -a run|ssdop -d 11 -a erase} => -a : invalid action '{}'.
@@ -24,14 +32,13 @@ create -o ARRAY => -o : array is not supported on this adapter
 {enc -o enc -i 65536|wipe -d 300} => -i : invalid id {}
 {get -o vd -i 65536|status -o pd -i 70000} => -i : id is not a number
 {locate -i 65536|import -i vd|import -i \t|report -i \t} => -i: id should be a number
-{create -d 1,65536|create -d \t|create -d 1,,2|maxcreatesize -d 1,65536|migrate -l 2 -d 1,2,a|migrate -l 2 -d ,} => -d : invalid PD ID '{}'
+{create -d 1,65536|create -d \t|create -d 1,,2|maxcreatesize -d 1,65536|migrate -l 2 -d ,} => -d : invalid PD ID '{}'
 {ssd -d x|ssd -d 65536|ssd -d \t|ssdop -f now.bin -d \t} => -d : invalid PD ID '{}'
 {init -l 65538|init -l \t|rebuild -d 9 -l \t} => -l : VD id should be a number
 {init -l 2 -t 1|init -h} =0> Description:short\nlong help
 cc -o array -l 2 => -o : invalid object 'array', should be VD
 cc -l {two|\t} => -l : invalid vd '{}'
 cc -l 2 -t fix => -t : invalid argument 'fix'
-rebuild -l 2 => At least one target PD is required
 rebuild -l 2 -d 8,9 => -d: Only One PD is needed for rebuilding!
 rebuild -l 2 -d {65545|\t} => -d:invalid PD IDs {}
 mp -d {1,2|\t} => -d : invalid pd id
@@ -46,7 +53,7 @@ create -i foreground => -i : invalid initialization mode 'foreground'
 {create|set -o vd -i 3} -n 12345678901 => -n : length of name should be no more than 10 characters
 create -n "123 5678901" => -n : length of name should be no more than 10 characters
 {create -r 0 -d 1,2 -n My-VD|set -o vd -i 3 -n a-b} => -n, name must be numeric, character, space or underline. Now is {}
-{create|migrate -l 2} -r 7 => -r : invalid raid mode 7
+create -r 7 => -r : invalid raid mode 7
 create -s {4294967296|\t} => -s : invalid size '{}'.
 create -r 0 -d 3,3 => RAID0 needs at least 2 PD.
 {create -q 300|maxcreatesize -q \t} -r 6 -d 1,2,3 => Number of parity disks should be at least 2 and less than 3.
@@ -54,10 +61,8 @@ create -r 5 -d 1,2,3 -q {3|300} =19> RAID mode RAID5 don't support the setting o
 maxcreatesize -r 1 -d 0,1,2 => RAID1 needs exactly 2 PDs.
 maxcreatesize -r 60 -d 1,2,3,4,5,6 -q 300 => # of parity disks (300) should be less than # of total disks (6).
 maxcreatesize {-n x|-h} =0> \nlong help
-migrate -l 2 {-q 3|-a start} => migrate: one of -r or -d option must be specified
 migrate -r 5 -l {x|\t} => -l : invalid VD id '{}'
 migrate -l 2 -q x => -q : invalid number of parity disks 'x'
-migrate {-l 2 -l 2|-a size -a size -l 2|-l 2 -r 5 -r 6|-l 2 -q 2 -q 3|-d 1 -d 2} => 
 aesop -o CHANGEPWD => aesop: option -e is required\naesop: option -p is required\naesop: option -w is required
 aesop -o verifykey -p x -e 1 -w y => aesop: option -k is required
 aesop -e {256|\t} => -i : invalid entry id '{}'
@@ -137,19 +142,15 @@ check -f a -t x =2> -t : invalid type 'x'
 
 TEST_F(Refusals, OfAnAdapterWithArrays) {
     arrayBasedRaid = true;
-    expectRows(R"(
+    expectRows(ofBothSets + R"(
 rebuild -l {a2|\t} -d 9 => -l : Array id should be a number
-rebuild -l 2 => At least one target PD is required
 rebuild -l 2 -d {,9,y|8,,9} => -d:invalid PD IDs {}
 copyback -a pause -l {x|\t} => -l : Array id should be a number
 copyback -l 2 -d 9 =0> Description:short\nlong help
-migrate -l 2 {-q 3|-a start} => migrate: one of -r or -d option must be specified
 migrate -l 2 -r 6 => No target disk is specified.
 migrate -d 1,2,3 -l {x|\t} => -l : invalid VD id '{}'
-migrate -l 2 -r 7 => -r : invalid raid mode 7
-migrate -l 2 -d {1,2,a|\t} => -d : invalid PD ID '{}'
+migrate -l 2 -d \t => -d : invalid PD ID ''
 migrate -l 2 -d 1,2,3,9 -q \t => -q : invalid number of parity disks ''
-migrate {-l 2 -l 2|-a size -a size -l 2|-l 2 -r 5 -r 6|-l 2 -q 2 -q 3|-d 1 -d 2} => 
 create -o array => create: option -r is required\ncreate: option -d is required
 create -n x => create: option -a is required
 create -o disk => -o : invalid object 'disk'

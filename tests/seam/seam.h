@@ -30,6 +30,8 @@ struct Seam {
     std::vector<_Block_Info> blocks;
     std::vector<_Event> events;
     std::vector<_Event_Message> messages;
+    KT_U16 overclaims = 0;       // what a list says to bring more than it does
+    int stuckAt = -1;            // the index that goes on from every page of a list but the first
     KT_U8 claimed = 0;           // how many events there are said to be; 0: as many as there are
     std::string flash;           // the image that a backup reads and an update writes
     void (*flashed)() = nullptr; // what happens when a page has been written
@@ -56,6 +58,7 @@ extern Seam seam;
 struct SeamTest : testing::Test {
     SeamTest() {
         seam = {};
+        gCurrentAdapter = 0;
         gAdapterInfo[0] = {};
         arrayBasedRaid = false;
     }

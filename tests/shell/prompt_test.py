@@ -140,6 +140,7 @@ class CompletionTest(TerminalTest):
         self.offered(child, "locate --id=1", "12 (Gannet GT1000G)", missing=["2 (Fulmar"])
         self.offered(child, "create -o array -r 0 -d 0,10,", "11 (Petrel PS480G SSD)", missing=["10 (Gannet", "0 (Fulmar"])
         self.offered(child, "assign -o array -a ", "(system)")
+        self.offered(child, "adapter -i ", "0", "1", missing=["2"])
         self.say(child, "info -o vd -i 3\t", "archive")
         self.sim("fault", "KT_PD_GetHDInfo", "1")
         self.offered(child, "locate -i ", missing=["Fulmar"])

@@ -48,3 +48,11 @@ inline std::vector<TableRow> rowsOf(const std::string& table) {
     }
     return rows;
 }
+
+// Stands for many texts: when it differs, they do.
+inline unsigned sumOf(const std::string& texts) {
+    unsigned sum = 2166136261U;
+    for (char c : texts)
+        sum = (sum ^ static_cast<unsigned char>(c)) * 16777619U;
+    return sum;
+}

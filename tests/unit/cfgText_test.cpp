@@ -52,48 +52,16 @@ std::string raidText(const std::string& lines) {
     return "[PORT CONFIG]\n[BEGIN]\n[END]\n[RAID CONFIG]\n[BEGIN]\n" + lines + "[END]\n";
 }
 
-template <size_t N>
-void put(KT_U8 (&field)[N], const char* text) {
-    memcpy(field, text, strnlen(text, N));
-}
-
-_HBA_Info_Page samplePage() {
-    _HBA_Info_Page page = {};
-    put(page.Signature, "TLVN");
-    put(page.Serial_Num, "TARN-0001");
-    page.HBA_Flag = 0x2 | 0x200 | 0xF0000000;
-    page.RAID_Feature = 0x3 | 0x80;
-    page.DSpinUpGroup = 2;
-    page.DSpinUpTimer = 7;
-    page.Delay_Time = 30;
-    for (KT_U8 i = 0; i < 8; ++i) {
-        page.SAS_Address[0][i] = static_cast<KT_U8>(0x50 + i);
-        page.SAS_Address[1][i] = i;
-    }
-    page.PHY_Rate[0] = 1;
-    page.PHY_Tuning[0] = {0xA, 5, 0x2B, 1, 0};
-    page.PHY_Tuning[1] = {0, 7, 0x3F, 0, 0x3FFFF};
-    page.BGA_Rate = 0x5A;
-    return page;
-}
-
-_LD_Info sampleVd() {
-    _LD_Info ld = {};
-    ld.ID = 3;
-    put(ld.Name, "data");
-    ld.RaidMode = KT_RAID6;
-    ld.Size = KT_U64{20000} << 10;
-    ld.HDCount = 4;
-    for (KT_U16& id : ld.BlockIDs)
-        id = KT_NO_ID;
-    ld.BlockIDs[0] = 0;
-    ld.BlockIDs[1] = 12;
-    ld.BlockIDs[3] = 256;
-    ld.StripeBlockSize = 64;
-    ld.CacheMode = 0x05;
-    ld.NumParityDisk = 2;
-    return ld;
-}
+// clang-format off
+const _HBA_Info_Page samplePage = {
+    .Signature = {'T', 'L', 'V', 'N'}, .RAID_Feature = 0x3 | 0x80, .HBA_Flag = 0x2 | 0x200 | 0xF0000000,
+    .DSpinUpGroup = 2, .DSpinUpTimer = 7, .Delay_Time = 30, .Serial_Num = "TARN-0001",
+    .SAS_Address = {{0x50, 0x51, 0x52, 0x53, 0x54, 0x55, 0x56, 0x57}, {0, 1, 2, 3, 4, 5, 6, 7}},
+    .PHY_Rate = {1}, .PHY_Tuning = {{0xA, 5, 0x2B, 1, 0}, {0, 7, 0x3F, 0, 0x3FFFF}}, .BGA_Rate = 0x5A};
+const _LD_Info sampleVd = {
+    .ID = 3, .StripeBlockSize = 64, .RaidMode = KT_RAID6, .HDCount = 4, .CacheMode = 5, .Size = KT_U64{20000} << 10,
+    .Name = "data", .BlockIDs = {0, 12, KT_NO_ID, 256}, .NumParityDisk = 2};
+// clang-format on
 
 const char banner[] = "########################################################################################\n"
                       "#                    HBA Configuration Help                                            #\n"
@@ -132,8 +100,8 @@ std::string fullText() {
 TEST(CfgText, ComesBackAsItWasWrittenInBothForms) {
     gAdapterInfo[5] = {};
     gAdapterInfo[5].PortCount = 2;
-    _HBA_Info_Page page = samplePage();
-    _LD_Info lds[2] = {sampleVd(), sampleVd()};
+    _HBA_Info_Page page = samplePage;
+    _LD_Info lds[2] = {sampleVd, sampleVd};
     lds[1].ID = 4000;
     lds[1].RaidMode = KT_RAID1E;
     lds[1].CacheMode = 0;
@@ -304,9 +272,8 @@ spare [VIRTUAL DISK ID]=FFFF =>  invalid vd id!
         {adapterText("[INT13]=" + std::string(41, 'E') + "\n"),
          "Restore_Error: failed to get config value! \nRestore_Error: \n"},
     };
-    for (const auto& [text, said] : grammar) {
+    for (const auto& [text, said] : grammar)
         EXPECT_EQ(said, read(text).printed) << text;
-    }
 }
 
 TEST(CfgReader, KeepsWithinItsRecords) {
@@ -332,22 +299,19 @@ TEST(CfgReader, KeepsWithinItsRecords) {
 
 TEST(CfgLosses, NameBothValues) {
     CfgRaidHolder raid = newCfgRaid();
-    _HBA_Info_Page page = {};
-    page.DSpinUpGroup = 1;
-    memcpy(page.Serial_Num, "KS 42", 5);
-    page.PHY_Rate[0] = page.PHY_Rate[1] = 2;
+    _HBA_Info_Page page = {.DSpinUpGroup = 1, .Serial_Num = "KS 42", .PHY_Rate = {2, 2}};
     // What comes back is not named: not even what a text never holds, how far an activity has come, say.
     raid->ldCount = 4;
-    for (unsigned i = 0; i < raid->ldCount; ++i) {
-        _LD_Info& ld = raid->lds[i];
-        ld.ID = static_cast<KT_U16>(10 + i);
-        memcpy(ld.Name, "data", 4);
-        ld.RaidMode = KT_RAID6;
-        ld.NumParityDisk = 2;
-        ld.Size = KT_U64{3000} << 10;
-        ld.BlkCount = ld.HDCount = 3;
-        ld.BGAStatus = 9;
-        ld.BlockIDs[0] = 7, ld.BlockIDs[1] = 8, ld.BlockIDs[2] = 9;
+    for (KT_U16 i = 0; i < raid->ldCount; ++i) {
+        raid->lds[i] = {.ID = static_cast<KT_U16>(10 + i),
+                        .BGAStatus = 9,
+                        .RaidMode = KT_RAID6,
+                        .HDCount = 3,
+                        .BlkCount = 3,
+                        .Size = KT_U64{3000} << 10,
+                        .Name = "data",
+                        .BlockIDs = {7, 8, 9},
+                        .NumParityDisk = 2};
     }
     raid->lds[1].Size = (KT_U64{5} << 32) + (KT_U64{7} << 10);
     raid->lds[1].Name[15] = 'x';

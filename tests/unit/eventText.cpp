@@ -1,4 +1,5 @@
 #include "events/eventText.h"
+#include "tests/support/rows.h"
 
 #include <algorithm>
 #include <cstring>
@@ -63,9 +64,8 @@ std::string textOf(KT_U16 eventClass, KT_U16 code, KT_U32 param0, KT_U32 param3,
 }
 
 TEST(EventText, PutsTheParametersInTheirPlaces) {
-    for (const Line& line : lines) {
+    for (const Line& line : lines)
         EXPECT_EQ(textOf(line.eventClass, line.code, line.param0, line.param3, line.withSerial), line.text);
-    }
 }
 
 // The words were checked one by one when these sums were taken, each over the texts of a class.
@@ -79,10 +79,7 @@ TEST(EventText, SaysEveryEventInItsWords) {
             for (KT_U32 param3 : {44U, 1U})
                 texts += textOf(eventClass, code, 421, param3, false) + "\n";
         }
-        KT_U32 sum = 2166136261U;
-        for (char c : texts)
-            sum = (sum ^ static_cast<KT_U8>(c)) * 16777619U;
-        EXPECT_EQ(sum, expected) << "class " << eventClass << ":\n" << texts;
+        EXPECT_EQ(sumOf(texts), expected) << "class " << eventClass << ":\n" << texts;
     }
 }
 
@@ -100,9 +97,8 @@ TEST(EventText, TakesSerialNumbersFromTheirValidBytesAndCountsWithoutASign) {
 
 TEST(EventText, HasAWordForEverySeverity) {
     std::string words;
-    for (KT_U8 severity = 0; severity <= 8; ++severity) {
+    for (KT_U8 severity = 0; severity <= 8; ++severity)
         words += severityText(severity);
-    }
     EXPECT_EQ(words + severityText(255),
               "[UNKNOWN][OTHER][INFO][WARNING][MINOR][MAJOR][CRITICAL][FATAL][UNKNOWN][UNKNOWN]");
 }

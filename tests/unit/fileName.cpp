@@ -42,9 +42,8 @@ TEST(FileName, ExpandsLikeAShellButRunsNothing) {
         EXPECT_EQ(path, name);
     }
     path = "untouched";
-    for (const char* name : {"", "$(echo x)", "`echo x`", "$KT_TEST_UNSET"}) {
+    for (const char* name : {"", "$(echo x)", "`echo x`", "$KT_TEST_UNSET"})
         EXPECT_FALSE(expandName(name, true, path)) << name;
-    }
     EXPECT_EQ(path, "untouched");
     EXPECT_EQ(shownName("a\x1b[m\n\xc3\xa9"), "a?[m?\xc3\xa9");
 }

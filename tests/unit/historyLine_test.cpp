@@ -19,7 +19,6 @@ TEST(HistoryLine, LosesTheSecretsAndNothingElse) {
         {"", ""},
         {" ", " "},
     };
-    for (const auto& [typed, kept] : cases) {
+    for (const auto& [typed, kept] : cases)
         EXPECT_EQ(kept, withoutSecrets(typed)) << typed;
-    }
 }

@@ -30,30 +30,24 @@ std::string wordsOf(Values... values) {
 }
 
 // What is noted of a record.
-inline void describe(Made&, const auto&) {}
-inline void describe(Made& made, const _Adapter_Config_V2& config) {
-    if (seam.keepsSettings && has(made.name, "Set")) seam.adapterConfig = config;
+inline std::string describe(const Made&, const auto&) {
+    return "";
 }
-inline void describe(Made& made, const _Create_LD_Param& param) {
-    if (has(made.name, "Migrat")) made.of = wordsOf(param.LDID, param.RaidMode, param.NumParityDisk);
-}
-inline void describe(Made& made, const _CreateOrModify_DG_Param& param) {
-    if (has(made.name, "Migrat")) made.of = wordsOf(param.DGID, param.RaidMode, param.NumParityDisk);
-}
-inline void describe(Made& made, const _KT_FLASH_PER_DATA& announcement) {
-    made.of = " type" + wordsOf(announcement.image_type) + " size" + wordsOf(announcement.image_size);
-}
-inline void describe(Made& made, const _Flash_Data& page) {
+#define NOTES(Record, record, ...)                                                                                     \
+    inline std::string describe([[maybe_unused]] const Made& made, const Record& record) {                             \
+        return __VA_ARGS__;                                                                                            \
+    }
+#define MIGRATES(id) has(made.name, "Migrat") ? wordsOf(param.id, param.RaidMode, param.NumParityDisk) : ""
+NOTES(_Create_LD_Param, param, MIGRATES(LDID))
+NOTES(_CreateOrModify_DG_Param, param, MIGRATES(DGID))
+NOTES(_KT_FLASH_PER_DATA, image, " type" + wordsOf(image.image_type) + " size" + wordsOf(image.image_size))
+NOTES(_NVSRAM_Data, data, wordsOf(data.Offset, data.Length))
+NOTES(_Device_Magic, first, " from" + wordsOf(first.ID) + " to" + wordsOf((&first)[made.numbers[0] - 1].ID))
+inline std::string describe(const Made& made, const _Flash_Data& page) {
     const bool update = made.name == "KT_Flash_Bin" && made.numbers[0] != KT_FLASH_BACKUP;
     const bool clean = std::all_of(page.Data + page.Size, std::end(page.Data), [](KT_U8 byte) { return byte == 0; });
-    made.of = " page" + wordsOf(page.PageNum) + " last" + wordsOf(page.isLastPage) + " size" + wordsOf(page.Size) +
-              (update && !clean ? " with remains" : "");
-}
-inline void describe(Made& made, const _NVSRAM_Data& data) {
-    made.of = wordsOf(data.Offset, data.Length);
-}
-inline void describe(Made& made, const _Device_Magic& first) {
-    made.of = " from" + wordsOf(first.ID) + " to" + wordsOf((&first)[made.numbers[0] - 1].ID);
+    return " page" + wordsOf(page.PageNum) + " last" + wordsOf(page.isLastPage) + " size" + wordsOf(page.Size) +
+           (update && !clean ? " with remains" : "");
 }
 
 template <class Record>
@@ -83,10 +77,15 @@ void noteArgument(Made& made, size_t index, Argument argument) {
         if (has(made.name, "HeaderInfo")) made.words += wordsOf(*argument);
         if constexpr (sizeof(Pointed) == 1) made.count = argument;
     } else if constexpr (!isConst && Lists<Pointed>) {
-        if (argument->header.requestType != KT_REQUEST_LIST) made.words += wordsOf(argument->header.startingIndexOrId);
+        const _RequestHeader& header = argument->header;
+        const bool item = header.requestType != KT_REQUEST_LIST;
+        if (item || header.startingIndexOrId > 0)
+            made.words += (item ? "" : " from") + wordsOf(header.startingIndexOrId);
     } else {
-        describe(made, *argument);
+        made.of += describe(made, *argument);
         seam.sent[made.name] += bytesOf(*argument);
+        if constexpr (std::is_same_v<Argument, const _Adapter_Config_V2*>)
+            if (seam.keepsSettings) seam.adapterConfig = *argument;
     }
 }
 
@@ -95,10 +94,11 @@ template <class Request, class Record, class IdOf>
 void list(const Made& made, Request& request, const std::vector<Record>& records, IdOf idOf) {
     _RequestHeader& header = request.header;
     const bool all = header.requestType == KT_REQUEST_LIST;
-    header.numReturned = 0;
+    EXPECT_EQ(0, header.numReturned + header.nextStartingIndex);
     header.nextStartingIndex = KT_LIST_END;
     if (!all && (seam.withoutRecord.contains(made.name) || seam.withoutRecord.contains(seam.calls.back()))) return;
     auto* behind = reinterpret_cast<char*>(&request) + sizeof header;
+    EXPECT_EQ(0, *behind) << "records are not zeroed before the call";
     for (size_t i = all ? header.startingIndexOrId : 0; i < records.size(); ++i) {
         if (!all && idOf(records[i]) != header.startingIndexOrId) continue;
         if (header.numReturned == header.numRequested) {
@@ -107,6 +107,8 @@ void list(const Made& made, Request& request, const std::vector<Record>& records
         }
         memcpy(behind + header.numReturned++ * sizeof(Record), &records[i], sizeof(Record));
     }
+    header.numReturned = static_cast<KT_U16>(header.numReturned + seam.overclaims);
+    if (seam.stuckAt >= 0 && header.startingIndexOrId > 0) header.nextStartingIndex = static_cast<KT_U16>(seam.stuckAt);
 }
 
 // Hands out as many records as fit, and says how many that are.

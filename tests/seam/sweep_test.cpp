@@ -2,44 +2,23 @@
 // help works, an unknown option fails, required options and options given twice are refused, and the library is called
 // by none of it.
 #include <algorithm>
-#include <cstring>
-#include <gtest/gtest.h>
-#include <set>
-#include <string>
-#include <vector>
 
+#include "Public/start.h"
 #include "ktsetup/commandTables.h"
+#include "tests/seam/seam.h"
 #include "tests/support/printed.h"
 
-extern "C" unsigned KT_STUB_Calls;
+using namespace std::string_literals;
 
 namespace {
 
-struct Outcome {
-    int result;
-    std::string text;
-};
-
-// Runs the row's handler on the words; its output is caught.
-Outcome run(_cmd_struct& row, std::vector<std::string> words) {
-    words.insert(words.begin(), row.cmd);
-    std::vector<char*> argv;
-    for (std::string& word : words) {
-        argv.push_back(word.data());
-    }
-    argv.push_back(nullptr);
-    Outcome outcome;
-    outcome.text =
-        printedBy([&] { outcome.result = row.cmdHandler(static_cast<int>(words.size()), argv.data(), &row); });
-    return outcome;
-}
+using Sweep = SeamTest;
 
 // Checks each row of all tables with its options.
 template <class Check>
 void eachRow(Check check) {
     setCommandSets(ldBasedCommands, arrayBasedCommands);
     opterr = 0;
-    KT_STUB_Calls = 0;
     gNumAdaptersFound = 1;
     for (const CommandSet* set : {&ldBasedCommands, &arrayBasedCommands}) {
         gAdapterInfo[0] = {};
@@ -55,37 +34,37 @@ void eachRow(Check check) {
             }
         }
     }
-    EXPECT_EQ(KT_STUB_Calls, 0U);
+    EXPECT_EQ(Calls{}, seam.calls);
 }
 
 // A value that the option takes: what the letter stands for differs from command to command, so several are tried.
-std::vector<std::string> givenTwice(_cmd_struct& row, char letter) {
+Outcome givenTwice(_cmd_struct& row, char letter) {
     static const char* const values[] = {"1",      "vd",     "pd",   "enc",   "on",      "read",      "enable",
                                          "hba",    "0",      "64",   "0x5A",  "start",   "changePwd", "getinfo",
                                          "getCfg", "bios",   "none", "quick", "mailbox", "phy",       "wb",
                                          "sync",   "update", "dev",  "spare", "100",     "short",     "now"};
-    std::string option = std::string("-") + letter;
+    const std::string option = std::string(" -") + letter;
     const char* argument = strchr(optionsOf(row.cmdHandler)->letters, letter);
-    if (argument == nullptr || argument[1] != ':') return {option, option};
-    for (const char* value : values) {
-        if (run(row, {option, value, option, value}).text.ends_with(ErrorDuplicate))
-            return {option, value, option, value};
+    if (argument == nullptr || argument[1] != ':') return run(row.cmd + option + option);
+    for (const std::string value : values) {
+        const Outcome outcome = run(row.cmd + option + " " + value + option + " " + value);
+        if (outcome.printed.ends_with(ErrorDuplicate)) return outcome;
     }
-    return {option, "1", option, "1"};
+    return run(row.cmd + option + " 1" + option + " 1");
 }
 
-TEST(Sweep, RowsAreWellFormedWithHelpAndUnknownOptionsFail) {
+TEST_F(Sweep, RowsAreWellFormedWithHelpAndUnknownOptionsFail) {
     eachRow([](_cmd_struct& row, const OptionSet& set) {
         EXPECT_EQ(static_cast<size_t>(row.cmdLen), strlen(row.cmd) + 1);
         EXPECT_EQ(strchr(row.cmdHelp, '%'), nullptr);
         EXPECT_EQ(strchr(row.cmdShortHelp, '%'), nullptr);
         if (*set.letters == '\0') return;
-        Outcome help = run(row, {"-h"});
+        const Outcome help = run(row.cmd + " -h"s);
         EXPECT_EQ(help.result, 0);
-        EXPECT_NE(help.text.find(row.cmdHelp), std::string::npos);
+        EXPECT_TRUE(has(help.printed, "long help\n")); // which stands for the row's own
         EXPECT_GT(strlen(row.cmdHelp), 10U);
-        EXPECT_EQ(run(row, {"-Z"}).result, set.helpOnUnknown ? 0 : 1);
-        EXPECT_EQ(run(row, {"--no-such-option"}).result, set.helpOnUnknown ? 0 : 1);
+        EXPECT_EQ(run(row.cmd + " -Z"s).result, set.helpOnUnknown ? 0 : 1);
+        EXPECT_EQ(run(row.cmd + " --no-such-option"s).result, set.helpOnUnknown ? 0 : 1);
     });
 }
 
@@ -100,7 +79,7 @@ const std::string commandLetters =
     "maxcreatesize rd/dqr; wipe d/d; status o/io; error c/c; version /; tandem od/adl; pause c/c; "
     "copyback l/al; message /; ";
 
-TEST(Sweep, RequiredOptionsAreAskedForAndSecondOnesRefused) {
+TEST_F(Sweep, RequiredOptionsAreAskedForAndSecondOnesRefused) {
     eachRow([](_cmd_struct& row, const OptionSet& set) {
         std::string once = set.once;
         std::sort(once.begin(), once.end());
@@ -112,27 +91,27 @@ TEST(Sweep, RequiredOptionsAreAskedForAndSecondOnesRefused) {
             if (set.oneMissing) break;
         }
         if (!expected.empty()) {
-            Outcome outcome = run(row, {});
+            const Outcome outcome = run(row.cmd);
             EXPECT_EQ(outcome.result, 1);
-            EXPECT_TRUE(outcome.text.starts_with(expected)) << outcome.text;
+            EXPECT_TRUE(outcome.printed.starts_with(expected)) << outcome.printed;
         }
         for (const char* letter = set.once; *letter != '\0'; ++letter) {
-            Outcome outcome = run(row, givenTwice(row, *letter));
+            const Outcome outcome = givenTwice(row, *letter);
             EXPECT_EQ(outcome.result, 1) << *letter;
-            EXPECT_TRUE(outcome.text.ends_with(ErrorDuplicate)) << *letter << ": " << outcome.text;
+            EXPECT_TRUE(outcome.printed.ends_with(ErrorDuplicate)) << *letter << ": " << outcome.printed;
         }
     });
 }
 
-TEST(Sweep, CompletionWordsAreTaken) {
+TEST_F(Sweep, CompletionWordsAreTaken) {
     eachRow([](_cmd_struct& row, const OptionSet& set) {
         for (const LongOption* option = set.longOptions; option->value != 0; ++option) {
             const char* at = shownArgument(set, *option);
             std::string_view word;
             while (option->takes == Takes::Words && option->value < OPT_WAIVE && nextWord(at, word)) {
-                std::string text =
-                    run(row, {"-" + std::string(1, static_cast<char>(option->value)), std::string(word), "-Z"}).text;
-                EXPECT_EQ(text.find("nvalid"), std::string::npos) << word << ": " << text;
+                const std::string letter(1, static_cast<char>(option->value));
+                const std::string text = printed(row.cmd + (" -" + letter) + " " + std::string(word) + " -Z");
+                EXPECT_FALSE(has(text, "nvalid")) << word << ": " << text;
             }
         }
     });
@@ -156,7 +135,7 @@ std::set<std::string> namedIn(const std::string& help) {
     return named;
 }
 
-TEST(Sweep, HelpNamesEveryOptionAndNoOther) {
+TEST_F(Sweep, HelpNamesEveryOptionAndNoOther) {
     eachRow([](_cmd_struct& row, const OptionSet& set) {
         const std::set<std::string> named = namedIn(row.cmdHelp);
         std::set<std::string> known = {"--"};
@@ -171,6 +150,23 @@ TEST(Sweep, HelpNamesEveryOptionAndNoOther) {
         for (const std::string& word : named)
             EXPECT_TRUE(isGap(word) || known.contains(word)) << word << " is explained and not taken";
     });
+}
+
+// Starting and rescanning on a library that reports more adapters than are supported.
+TEST_F(Sweep, StartsWithTheFirstSixteenAdaptersAndCapsNoCountLater) {
+    setCommandSets(ldBasedCommands, arrayBasedCommands);
+    seam.statuses["KT_Adapter_GetCount"] = 255;
+    EXPECT_EQ(printedBy([] { EXPECT_TRUE(startLibrary()); }), "SG driver version 3.5.36.\nCLI supports 16 adapters!\n");
+    EXPECT_EQ(gNumAdaptersFound, 16);
+    expectSteps(R"(
+adapter -i 16 ! KT_Adapter_GetCount=255 =1> Adapter 16 does not exist.
+adapter ! KT_Adapter_GetCount=255 => Total number of adapters: 255\nCurrent default adapter ID for CLI commands: 0
+adapter -i 254 ! KT_Adapter_GetCount=255 => 
+)");
+    EXPECT_EQ(gCurrentAdapter, 254);
+    EXPECT_EQ(0, run("rescan -a scan").result);
+    EXPECT_EQ(gCurrentAdapter, 0);
+    EXPECT_EQ(gNumAdaptersFound, 255);
 }
 
 } // namespace
