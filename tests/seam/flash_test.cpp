@@ -1,7 +1,9 @@
+#include <memory>
 #include <pty.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "Public/imageFile.h"
 #include "tests/seam/seam.h"
 #include "tests/support/scratch.h"
 
@@ -113,6 +115,17 @@ TEST_F(Flash, RefusesWhatIsNoImageFile) {
     ASSERT_EQ(0, truncate(path.c_str(), 0));
     expect(update(), "Unable to read from file " + path + "\n", 1);
     EXPECT_EQ(Calls{"KT_Flash_PreData type 3 size 0"}, seam.calls);
+}
+
+TEST_F(Flash, DoesNotReadAnImageThatGotShorterMeanwhileAsIfItHadNot) {
+    writeText(path, "0123456789");
+    KT_U32 length = 0;
+    const int fd = openImageFile(path, false, length);
+    EXPECT_EQ(length, 10U);
+    const auto page = std::make_unique<_Flash_Data>();
+    writeText(path, "0123");
+    EXPECT_FALSE(readImagePage(fd, length, *page));
+    close(fd);
 }
 
 TEST_F(Flash, AsksWhetherRawImagesAreTaken) {

@@ -107,20 +107,6 @@ TEST_F(WholeFile, IsWholeOrNotThere) {
     write_mem_to_file(stdout, nullptr, 1);
 }
 
-TEST_F(WholeFile, IsReadUpToItsLimit) {
-    std::string bytes;
-    for (const auto& [size, result] :
-         {std::pair(0UL, ReadFile::Yes), std::pair(FILE_TOO_BIG, ReadFile::Yes),
-          std::pair(MOST_FILE_BYTES, ReadFile::Yes), std::pair(MOST_FILE_BYTES + 1, ReadFile::TooBig)}) {
-        const std::string text(size, '\0');
-        writeText(gTarget, text);
-        EXPECT_EQ(readWholeFile(gTarget, bytes), result) << size;
-        EXPECT_EQ(bytes, result == ReadFile::Yes ? text : "") << size;
-    }
-    EXPECT_EQ(readWholeFile(folder, bytes), ReadFile::NotOpened);
-    EXPECT_EQ(readWholeFile(folder + "/none", bytes), ReadFile::NotOpened);
-}
-
 TEST_F(WholeFile, NeverTakesTheNameOfAnother) {
     for (bool plain : {false, true}) {
         gPlainRename = plain;
