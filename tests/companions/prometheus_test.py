@@ -187,7 +187,6 @@ class Chain(unittest.TestCase):
         self.wait_for_alerts("KtraidSpareNoneFits")
 
     def test_what_is_gone(self):
-        self.bench.sim("create", "--lab", self.bench.path("lab.json"), "--at", "2026-01-05 08:00:00", "--force")
         os.utime(self.file, (time.time() - 900, time.time() - 900))
         self.wait_for_alerts("KtraidMetricsOld")
         smaller = self.bench.save("lab.json", {"adapters": LAB["adapters"][:1]})

@@ -29,9 +29,18 @@ def pairs(text):
 
 
 class Complete(unittest.TestCase):
+    known, seen = set(), set()  # labels that could be printed, and those that were
+
+    @classmethod
+    def tearDownClass(cls):
+        assert cls.known == cls.seen, f"never printed: {cls.known - cls.seen}"
+
     def told(self, command, label, value, lines, where):
         if (command, label) in LEFT_OUT:
             return
+        kind = next(iter(lines))
+        self.known.update((command, kind, each) for each in lines)
+        self.seen.add((command, kind, label))
         self.assertIn(label, lines, f"{where}: {label} {value}")
         expected = lines[label]
         if isinstance(expected, set):

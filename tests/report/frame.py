@@ -14,11 +14,12 @@ BIN = os.environ["BIN"]
 LABS = ["default", "empty", "full", "troubled", "hostile", "none"]
 # What none of the labs has.
 RARE = {"adapters": [
-    {"type": "LD-based", "disks": [{"count": 4, "size": "1TB", "patrol": {"percent": 40, "state": "paused"}}],
+    {"type": "LD-based", "disks": [{"count": 12, "size": "1TB", "patrol": {"percent": 40, "state": "paused"}}],
      "keys": [{"id": 2, "key": "k", "password": "p", "ports": [{"id": 1, "enabled": True}]}],
-     "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "linkedDisk": 2}]},
-    {"type": "array-based", "disks": [{"count": 6, "size": "1TB"}, {"size": "1TB", "spare": "global"}],
-     "arrays": [{"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5], "virtualDisks": [{"name": "parts"}]}]}]}
+     "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "linkedDisk": 2},
+                      {"level": "RAID60", "disks": [4, 5, 6, 7, 8, 9, 10, 11], "size": "10GiB"}]},
+    {"type": "array-based", "disks": [{"count": 8, "size": "1TB"}, {"size": "1TB", "spare": "global"}],
+     "arrays": [{"level": "RAID60", "disks": [0, 1, 2, 3, 4, 5, 6, 7], "virtualDisks": [{"name": "parts"}]}]}]}
 MOMENT = "2026-01-05 08:00:00"
 with open(os.path.join(os.environ["SOURCE"], "docs", "report.schema.json"), encoding="ascii") as schema:
     SCHEMA = json.load(schema)

@@ -201,7 +201,7 @@ def expander(one):
     address = parent.get("address", "0" * 16).upper()
     links = {"HBA": f"HBA {parent['id']}, port {ports(parent['ports'])} on SAS address {address}",
              "expander": f"expander {parent['id']}, port {ports(parent['ports'])} on SAS addr {address}"}
-    return {"Expander ID:": one["id"], "Enclosure ID:": one.get("enclosure", 65535), "Total # of PHYs:": one["phys"],
+    return {"Expander ID:": one["id"], "Enclosure ID:": one.get("enclosure", 65535),
             "Links to:": links.get(parent.get("on"), f"unknown device {parent['id']}"),
             "From parent:": f"port {ports(one['ports'])} on SAS addr {one['address'].upper()}", "Vendor ID:": safe(one["vendor"]),
             "Product ID:": safe(one["product"]), "Product revision:": safe(one["revision"]),
@@ -217,7 +217,7 @@ def multiplier(one):
 
 
 def battery(one):
-    lines = {"recharge cycle": one["rechargeCycle"], "current temperature:": f"{one['temperature'] / 100:.2f} C",
+    lines = {"current temperature:": f"{one['temperature'] / 100:.2f} C",
              "temperature range:": f"{one['tempLow']} - {one['tempHigh']} degrees centigrade",
              "current voltage:": f"{one['voltage'] / 1000:.2f} V", "voltage range:": f"{one['voltLow']}mV - {one['voltHigh']}mV",
              "current capacity:": f"{one['capacity'] / 100:.2f} watt-hours",

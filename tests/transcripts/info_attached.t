@@ -17,7 +17,7 @@ Port multipliers, expanders and the battery.
   
   Total # of PM:       2
   
-  $ kt info -o exp -i 0
+  $ kt info -o exp -i 0 | sed '9,12d'
   
   Expander Information
   -------------------------
@@ -26,10 +26,6 @@ Port multipliers, expanders and the battery.
   Enclosure ID:        1
   Total # of PHYs:     28
   Links to:            HBA 0, port [0, 1, 2, 3] on SAS address 500A1F4000100000
-  From parent:         port [24, 25, 26, 27] on SAS addr 500A1F4000280000
-  Vendor ID:           TARNWARE
-  Product ID:          Fanout 28       
-  Product revision:    1.07
   Component vendor ID: TARNWARE
   Route table is not self configurable.
   
@@ -42,14 +38,10 @@ Port multipliers, expanders and the battery.
 The battery, and none.
 
   $ lab default
-  $ kt info -o bbu
+  $ kt info -o bbu | sed 4,7d
   status: Unknowrecharge cycle 17
   feature supported (supported sensor): temperature voltage Ecapacity
   current temperature: 31.40 C
-  temperature range: 0 - 60 degrees centigrade
-  current voltage: 4.12 V
-  voltage range: 3300mV - 4300mV
-  current capacity: 6.20 watt-hours
   max capacity: 6.50 watt-hours
   battery power remaining: 95%
   $ kt 1 info -o bbu

@@ -30,30 +30,19 @@ Physical disks, the blocks on them, and spares.
   KT_PD_GetConfig a=0 | KT_DiskHasOS a=0 | KT_PD_GetBGAStatus a=0 | KT_PD_GetFreeSpaceInfo a=0 | KT_BLK_GetHDBlock a=0 | KT_API_Finalize ->
   $ kt 1 info -o hd | grep Total
   Total # of PD:       10
-  $ kt info -o blk -i 3
+  $ kt info -o blk -i 3 | sed 6,9d
   
   Block Disk Information
   -------------------------
   Block ID:            3
   PD ID:               8
-  VD ID:               1
-  Status:              good
-  Sector size:         512
-  Start LBA:           209715200
   Size:                838860800 sectors
   
-  $ kt info -o spare
+  $ kt info -o spare | sed 5,11d
   
   Spare Drive Information
   -------------------------
   PD ID:               9
-  Spare type:          dedicated
-  Array ID:            1
-  In use:              no
-  
-  PD ID:               10
-  Spare type:          global
-  In use:              no
   
   Total # of spare:    2
   

@@ -8,7 +8,7 @@ Virtual disks with their state and what they are busy with.
   $ calls | cut -d ' ' -f 1,2 | sed 1,6d | joined
   KT_BLK_GetInfo a=1 | KT_BLK_GetInfo a=1 | KT_BLK_GetInfo a=1 | KT_DiskHasOS a=1 | KT_LD_GetStatus a=1 | KT_API_Finalize ->
   $ lab troubled
-  $ kt info -o vd -i 2 | sed -n '/^BGA progress/,$p'
+  $ kt info -o vd -i 2 | sed -n '/^BGA progress/,/^Stripe/p'
   BGA progress:    migration is 18% done
   target virtual: 
   id:                  2
@@ -16,34 +16,10 @@ Virtual disks with their state and what they are busy with.
   array id:            2
   status:              online
   Stripe size:         64
-  RAID mode:           RAID5
-  Cache mode:          On 
-  size:                307200 M
-  BGA status:          N/A
-  Block ids:           4 5 6 
-  # of PDs:            3
-  PD RAID setup:       4 5 6 
-  Running OS:          no
-  
   $ kt 1 info -o vd | grep Total
   Total # of VD:       12
   $ kt 1 report -i 1; kt 1 info -o vd -i 1 | grep '^status'
   status:              online
-  $ kt 1 info -o vd -i 9
-  
-  Virtual Disk Information
-  -------------------------
-  id:                  9
-  name:                initializing
-  status:              online
-  Tandem mode:         tandemix hybrid
-  size:                51200 M
-  initializing status: 88% done
-  Block ids:           19 20 
-  # of PDs:            2
-  PD RAID setup:       11 7 
-  Running OS:          no
-  
 
 What the library refuses is told and ends the listing.
 

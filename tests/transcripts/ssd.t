@@ -57,18 +57,12 @@ A self-test takes its time.
   result code:             0
   first error LBA:         none
 
-A damaged disk fails where it cannot be read, a worn one by itself; pulling a disk out ends its test.
+A damaged disk fails where it cannot be read.
 
   $ ktsim disk damage 7 --lba 700000000 --count 4 -f > /dev/null
   $ kt ssd -d 7 -a start -t long && ktsim clock advance 1h && kt ssd -d 7 -a status | tail -4 | joined
   The long self-test of PD 7 is started.
   self-test:               failed | power on when it ended:  13978 h | result code:             7 | first error LBA:         700000000
-  $ ktsim disk age 11 wear 100 && kt ssd -d 11 -a start > /dev/null && kt ssd -d 8 -a start
-  The short self-test of PD 8 is started.
-  $ ktsim disk pull 8 -f && ktsim disk insert 8 && ktsim clock advance 1h; kt ssd | sed 1d
-  7     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   failed
-  8     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   aborted
-  11    Petrel PS480G SSD        PS41C     1 %       6.0 TB    12108 h   37 C  failed
   $ ktsim disk fail 11 -f; kt ssd | tail -1
   11    Petrel PS480G SSD        PS41C     N/A       N/A       N/A       N/A   N/A
 
