@@ -36,6 +36,3 @@ class Applying(Playbook):
         self.bench.save("wanted.json", {"adapters": [{"arrays": [{"name": "a", "disks": [0, 1, 99]}]}]})
         self.assertEqual(self.play("--check"), (2, 0, 1))
         self.assertEqual(self.play(), (2, 0, 1))
-
-
-unittest.main()

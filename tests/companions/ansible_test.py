@@ -44,7 +44,3 @@ class Gathering(Playbook):
         for words in ([], ["--check"]):
             done = self.play("--limit", "store1", *words)
             self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()

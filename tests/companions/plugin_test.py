@@ -53,7 +53,3 @@ class Plugin(unittest.TestCase):
         self.assertEqual((long.count("|"), self.performance(long.splitlines()[0])), (1, text))
         self.bench.sim("fault", "KT_API_Initialize", "9")
         self.expect(UNKNOWN, "UNKNOWN")
-
-
-if __name__ == "__main__":
-    unittest.main()

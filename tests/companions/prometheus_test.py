@@ -196,7 +196,3 @@ class Chain(unittest.TestCase):
         with open(self.file, "a", encoding="ascii") as file:
             file.write("no metric at all\n")
         self.wait_for_alerts("KtraidMetricsGone")
-
-
-if __name__ == "__main__":
-    unittest.main()

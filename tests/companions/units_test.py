@@ -84,7 +84,3 @@ class Units(unittest.TestCase):
             process.wait()
             file.seek(0)
             self.assertRegex(file.read(), r"^<4>ktreport: KT_EVT_GetEvent: .*\n$")
-
-
-if __name__ == "__main__":
-    unittest.main()

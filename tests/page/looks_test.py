@@ -177,7 +177,3 @@ class Many(Pages):
             self.browser.screen(*size)
             self.browser.picture(os.path.join(PICTURES, f"wall-{name}.png"))
         self.assertGreater(min(os.path.getsize(os.path.join(PICTURES, name)) for name in ("page.png", "wall-phone.png")), 20000)
-
-
-if __name__ == "__main__":
-    unittest.main()

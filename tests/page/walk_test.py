@@ -24,7 +24,3 @@ class Walks(Pages):
         bench.run("ktreport", "page", "-o", bench.path("page.html"), "--from", *files)
         self.browser.open(bench.path("page.html"))
         walk(self, "machines.txt", {bench.folder.name + "/": ""})
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -3,12 +3,10 @@ import os
 import shutil
 import signal
 import subprocess
-import sys
 import time
 import unittest
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "report"))
-from frame import BIN, Bench  # noqa: E402  (the folder of the tests of reports)
+from frame import BIN, Bench
 
 WANTED = {"adapters": [{
     "config": {"RebuildRate": 80},
@@ -111,11 +109,6 @@ class Applying(unittest.TestCase):
         self.assertIn("\nStopped: the next command needs what goes on to have ended; --wait waits for it.\n"
                       "Done:\n  1. ktsetup 0 migrate -l 0 -r 5 -d 0,1,2,3\n"
                       "Not done:\n  2. ktsetup 0 create -o vd -a 0 -n more -s 1536000\n", done.stdout)
-        machine.sim("clock", "speed", "20000")
-        machine.sim("clock", "start")
-        self.assertIn(machine.apply(GROWN, "--wait").returncode, (0, 3))
-        machine.idle()
-        self.assertEqual(machine.would_change(GROWN), 0)
 
     def test_a_signal_ends_it_between_two_commands(self):
         machine = Machine(wanted=SMALL)
@@ -281,7 +274,3 @@ class Everywhere(Failing):
             # What is not an adapter's call has no status to fail with.
             if not name.startswith(("KT_SIM", "KT_API_Finalize", "KT_API_Version")) and (before < 2 or before % 9 == 0):
                 self.fail_at(name, before)
-
-
-if __name__ == "__main__":
-    unittest.main()

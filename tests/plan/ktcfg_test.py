@@ -157,7 +157,5 @@ class Waiting(unittest.TestCase):
         status, shown = machine.on_terminal("ktcfg", "apply", "--yes", "--wait", "-f", machine.wanted(GROWN))
         self.assertIn(status, (0, 3))
         self.assertRegex(shown, rf"(?m)after 7 s\.\n{bar}(\033\[1A\033\[J{bar})+1 of 1: ktsetup 0 create .*\n")
-
-
-if __name__ == "__main__":
-    unittest.main()
+        machine.idle()
+        self.assertEqual(machine.would_change(GROWN), 0)

@@ -7,8 +7,7 @@ import random
 import re
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "report"))
-from frame import Bench  # noqa: E402  (the folder of the tests of reports)
+from frame import Bench
 
 LAB = {"adapters": [
     {"type": "array-based", "battery": True, "expanders": [{}], "enclosures": [{"id": 1}],

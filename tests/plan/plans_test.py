@@ -13,8 +13,7 @@ import subprocess
 import sys
 import unittest
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "report"))
-from frame import BIN, check_table, filled, give, value_of  # noqa: E402  (the folder of the tests of reports)
+from frame import BIN, check_table, filled, give, value_of
 
 ADAPTER = {
     "serial": "K1", "type": "array-based", "bus": {"device": 18304}, "battery": {"status": 1},

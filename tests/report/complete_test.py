@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Complete: every value that ktsetup prints of adapters is told by the report, which is asked to tell it here."""
 import random
 import unittest
@@ -233,7 +232,3 @@ class Complete(unittest.TestCase):
 
     def test_what_no_lab_has(self):
         self.check(RARE)
-
-
-if __name__ == "__main__":
-    unittest.main()

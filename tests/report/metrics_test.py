@@ -109,7 +109,3 @@ class Metrics(unittest.TestCase):
         made = subprocess.run([os.path.join(BIN, "print_rules")], capture_output=True, text=True, check=True).stdout
         with open(rules, encoding="ascii") as file:
             self.assertEqual(file.read(), made, "build the target prometheus-rules")
-
-
-if __name__ == "__main__":
-    unittest.main()

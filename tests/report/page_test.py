@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """page as a file: what it allows itself, that it is whole or not there, what it says of files that are no reports. How it
 looks is for the tests with a browser."""
 import base64
@@ -85,9 +84,6 @@ class Page(unittest.TestCase):
             self.assertTrue(file.read().rstrip().endswith("</html>"))
         self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), 0o640)
         self.assertEqual([name for name in os.listdir(self.bench.folder.name) if name.startswith(".kt")], [])
-        os.mkfifo(self.bench.path("pipe"))
-        self.page("-o", self.bench.path("pipe"), result=3)
-        self.assertTrue(stat.S_ISFIFO(os.stat(self.bench.path("pipe")).st_mode))
 
     def test_what_is_no_report_is_named_and_left_out(self):
         good = self.bench.save("good.json", self.bench.report())
@@ -97,7 +93,3 @@ class Page(unittest.TestCase):
         data = self.data(self.page("--from", good, cut, large, result=1).stdout)
         self.assertEqual(len(data["machines"]), 1)
         self.assertEqual(data["leftOut"], [cut + ": is cut short", large + ": is larger than 64 MB, too large for a report"])
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """diff, events and wait: what they say of adapters that change, and what they leave when they are killed."""
 import copy
 import json
@@ -129,7 +128,3 @@ class Views(unittest.TestCase):
                 bench.sim(*happening.split())
                 rest = waiting.communicate(timeout=30)[0]
             self.assertEqual((waiting.returncode, rest.splitlines()[-1].split(": ")[1]), end)
-
-
-if __name__ == "__main__":
-    unittest.main()

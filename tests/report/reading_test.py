@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Reading: only calls that change nothing, none of them twice, and a document that fits its schema whatever fails."""
 import collections
 import json
@@ -139,7 +138,3 @@ class Reading(unittest.TestCase):
                       ["diff", other, "--json", "--all"]):
             text = bench.run("ktreport", *words).stdout
             self.assertEqual([byte for byte in text if not (" " <= byte <= "~" or byte == "\n")], [], words)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """What every view says of a machine that differs from a healthy one in one place; views.txt has it all.
 
 There a line at the margin is a change of the healthy machine: names of objects with the words that they get, null for

@@ -55,7 +55,3 @@ class Words(unittest.TestCase):
         for path, why in ((bad, no_report), (none, missing)):
             done = bench.run("ktreport", "check", "--from", path)
             self.assertEqual((done.returncode, done.stdout, done.stderr), (3, f"RAID UNKNOWN - {why}\n", ""))
-
-
-if __name__ == "__main__":
-    unittest.main()

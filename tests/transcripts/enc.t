@@ -10,11 +10,7 @@ Enclosures and what stands in them.
   Vendor ID: TARNWARE
   Product ID: Shelf 24        
   Revision Level: 0103
-  $ kt enc -o elecfg -i 1 -t fan | joined
-  Enclosure ID: 1 | Element type: Cooling Device | Number of elements: 4 | Sub-enclosure ID: 0 | Text: Fan |
-  $ kt enc -o elecfg -t tpr -e 2 | grep -e Element -e Text | joined
-  Element ID: 2 | Element type: Temperature Sensor | Text: Temp 02
+  $ kt enc -o elecfg -t tpr -e 2 | joined
+  Enclosure ID: 1 | Element ID: 2 | Element type: Temperature Sensor | Number of elements: 3 | Sub-enclosure ID: 0 | Text: Temp 02 |
   $ kt enc -o ele -i 1 -t arydev -e 2 | sed '/Disabled/,/Do not/d' | joined
   Enclosure ID: 1 | Element ID: 2 | Element type: Array Device | Status: OK | Predicted failure: no |
-  $ kt enc -o ele -t pow | grep -e 'Element ID' -e 'AC fail' | joined
-  Element ID: 0 | AC fail: no | Element ID: 1 | AC fail: no

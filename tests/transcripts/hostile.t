@@ -7,15 +7,8 @@ escape. Counts and indexes that lie end no listing late.
   $ LC_ALL=C grep -c -P '[^\x20-\x7E]' all.txt
   0
   [1]
-  $ kt info -o hba -i 0 | grep -e Serial -e Model
-  Serial number:                       %n%s?[2J?"\???????%n
-  Model:                               ?31m%99999d?[H??%n$(
-  $ kt info -o vd -i 0 | grep name
-  name:                ?]0;x?%n?[31m
-  $ kt info -o pd -i 0 | grep -e model -e Serial -e Firmware
+  $ kt info -o pd -i 0 | grep model
   model:               %n%s?[2J?"\???????%n%s?[2J?"\???????%n%s
-  Serial:              ?]0;x?%n?[31m
-  Firmware version:    ?31m%999
 
   $ for list in "KT_LD_GetInfo vd" "KT_DG_GetInfo array" "KT_PD_GetHDInfo pd" "KT_BLK_GetInfo blk" "KT_PD_GetHDRaidStatus spare"; do
   >   ktsim fault ${list% *} 0 --kind count; timeout 20 ktsetup info -o ${list#* } > /dev/null || echo $list $?; done

@@ -2,19 +2,9 @@ The report of an adapter; all its values are compared with what ktreport says.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
-  $ kt info -o HBA -i 0 | sed '/ Port [1-6] /d; /^Rebuild:/,/^Maximum VD in/d; /^[ABF][uoi].* image health/d'
+  $ kt info -o HBA -i 0 | sed '/^Sub vendor/,/^BIOS/d; / Port [1-6] /d; /^Rebuild:/,/^Maximum VD in/d; /^[ABF][uoi].* image health/d'
   Adapter ID:                          0
   Product:                             1fa4-4780
-  Sub vendor ID:                       1fa4
-  Sub device ID:                       4780
-  Chip revision:                       B1
-  slot number:                         1
-  Max PCIe speed:                      8Gb/s
-  Current PCIe speed:                  8Gb/s
-  Max PCIe link:                       8X
-  Current PCIe link:                   8X
-  Driver version:                      4.1.0.2031
-  BIOS version:                        3.2.0.1017
   Firmware version:                    4.1.15.2108
   Boot loader version:                 2.1.0.1009
   # of ports:                          8

@@ -2,7 +2,7 @@ Physical disks, the blocks on them, and spares.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
-  $ kt info -o pd -i 0
+  $ kt info -o pd -i 0 | sed 9,18d
   
   Physical Disk Information
   ----------------------------
@@ -11,16 +11,6 @@ Physical disks, the blocks on them, and spares.
   Type:                SAS
   Linked at:           Expander 0, port 0
   SAS address:         500C2A7100100000
-  Size:                1953514584 K
-  Write cache:         supported (on)
-  SMART:               supported (on)
-  NCQ:                 supported (on)
-  48 bits LBA:         supported
-  supported speed:     3 Gb/s, 6 Gb/s, 12 Gb/s
-  Current speed:       12 Gb/s
-  model:               Fulmar FX2000G-SAS
-  Serial:              SG00000000000
-  Firmware version:    FX12
   Locate LED status:   off
   Running OS:          no
   PD valid size:       1953449048 K

@@ -292,12 +292,11 @@ Output that is lost is told, with its reason, and never ends up in the state.
   $ ktsetup error -c 300 >&-; ktsim check > /dev/null
   ktsetup: cannot write the output: Bad file descriptor
 
-Every command's help names its words, with their ranges and defaults.
+The help names numbers and words with their ranges and defaults.
 
   $ ktsim --help-all | awk '/^[a-z]/ { print line; line = $0 ":" }
   >   /^    [-A-Z]/ { sub(/^ +/, ""); sub(/   .*/, ""); sub(/UINT:UINT/, "UINT"); line = line "  " $0 }
-  >   END { print line }' | sed 's/  -a,--adapter UINT=0/  -a/; s/  -f,--force/  -f/' | grep ':  .*[A-Z]'
-  create:  -l,--lab TEXT=default  --at TEXT  --list  -f
+  >   END { print line }' | sed 's/  -a,--adapter UINT=0/  -a/; s/  -f,--force/  -f/' | grep 'UINT\|INT in\|FLOAT\|TEXT:'
   status:  --all  -a,--adapter INT:INT in [0 - 254]
   disk fail:  ID UINT in [0 - 65534] ... REQUIRED  -a  -f
   disk pull:  ID UINT in [0 - 65534] ... REQUIRED  -a  -f
@@ -311,7 +310,6 @@ Every command's help names its words, with their ranges and defaults.
   battery temperature:  CELSIUS FLOAT:-100 to 200 REQUIRED  -a
   battery voltage:  VOLTS FLOAT:0 to 60 REQUIRED  -a
   battery charger:  STATE TEXT:{broken,working} REQUIRED  -a
-  battery relearn:  IN TEXT REQUIRED  -a
   enclosure set:  ENCLOSURE UINT in [0 - 65534] REQUIRED  ELEMENT TEXT:{dev,arydev,pow,fan,tpr,dor,alm,dpl,vlt} REQUIRED  NUMBER UINT in [0 - 254] REQUIRED  CONDITION TEXT REQUIRED  -a
   enclosure reading:  ENCLOSURE UINT in [0 - 65534] REQUIRED  ELEMENT TEXT:{dev,arydev,pow,fan,tpr,dor,alm,dpl,vlt} REQUIRED  NUMBER UINT in [0 - 254] REQUIRED  VALUE INT REQUIRED  -a
   enclosure pull:  ENCLOSURE UINT in [0 - 65534] REQUIRED  -a  -f
@@ -319,15 +317,11 @@ Every command's help names its words, with their ranges and defaults.
   cable pull:  PORT UINT in [0 - 254] REQUIRED  -a  -f
   cable insert:  PORT UINT in [0 - 254] REQUIRED  -a
   clock speed:  X FLOAT:0.001 to 1000000 REQUIRED
-  clock advance:  DURATION TEXT REQUIRED
-  clock set:  TIME TEXT REQUIRED
   fault:  CALL TEXT  STATUS UINT in [0 - 255]  --after UINT=0  --times UINT=0  -a,--adapter INT:INT in [0 - 254]  --kind TEXT:{status,count,text,next}=status  --list-calls
   event:  CLASS UINT in [0 - 65535] Excludes: --list  CODE UINT in [0 - 65535] Excludes: --list  -d,--device UINT in [0 - 65535]=0  -s,--severity UINT in [0 - 7]=2  -p,--param UINT  --sense TEXT  -n,--count UINT in [1 - 1000000]=1  -a  --list Excludes: CLASS CODE Print the classes, codes and texts that there are
   image make:  FILE TEXT REQUIRED  -t,--type TEXT:{bios,firmware,autoload,bin,raw}=firmware  -v,--version TEXT=1.0.0.1  --vendor UINT in [0 - 65535]=8100  --size UINT in [0 - 65536]  --damage TEXT:{none,header,data,cut}=none
   image microcode:  FILE TEXT REQUIRED  -m,--model TEXT REQUIRED  -v,--version TEXT REQUIRED  Its version  --size UINT in [1 - 65536]=512  --damage TEXT:{none,header,data,cut}=none
   image damage:  -t,--type TEXT:{bios,firmware,autoload,bin}=firmware  --part TEXT:{header,data,both}=data  -a
-  run:  COMMAND TEXT ...
-  rehearse:  COMMAND TEXT ...  --from TEXT ...  --until TEXT  --keep TEXT  --at TEXT  --script TEXT  --json
 
 What is not understood ends in 2.
 

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """A twin looks like the adapters that it was made of, byte for byte, and does what they do."""
 import json
 import os
@@ -252,7 +251,3 @@ class Fidelity(unittest.TestCase):
             for words in ([], ["--all"], ["check"]):
                 done = original.run("ktreport", *words)
                 self.assertEqual((done.returncode in (0, 1, 2), done.stderr), (True, ""), what)
-
-
-if __name__ == "__main__":
-    unittest.main()

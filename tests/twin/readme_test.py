@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """The stories of README.md are what happens, word for word."""
 import itertools
 import os
@@ -40,7 +39,3 @@ class Readme(unittest.TestCase):
                     done = subprocess.run(["bash", "-c", command], env=environment, cwd=folder, input="y\n", text=True,
                                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
                     self.assertRegex(done.stdout.rstrip() + "\n", "^" + pattern(shown) + "$", command)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """A rehearsal foretells what a command does, touches nothing, and leaves nothing behind."""
 import json
 import os
@@ -109,7 +108,3 @@ class Rehearsals(unittest.TestCase):
                         break
                     time.sleep(0.05)
                 self.assertEqual(os.listdir(folder), [], number)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """The manual's table of words, the schema of reports and what labs take are the same."""
 import json
 import os
@@ -67,7 +66,3 @@ class Words(unittest.TestCase):
                 done = bench.run("ktsim", "create", "--lab", "-", "--force", text=json.dumps(place({word: [[]]})))
                 taken = word + ": is not a word that labs know here" not in done.stderr
                 self.assertEqual((done.returncode, taken), (1, lab), f"{kind}: {word}: {done.stderr}")
-
-
-if __name__ == "__main__":
-    unittest.main()
