@@ -17,7 +17,7 @@ DRIVER = "SG driver version 3.5.36.\n"
 class Words(unittest.TestCase):
     def test_what_is_said_without_a_change(self):
         machine = Machine()
-        file = machine.wanted(FASTER)
+        file, two = machine.wanted(FASTER), machine.save("two.json", {"adapters": [{}, {}]})
         more = " (--help tells more)\n"
         rows = [  # words, status, standard output, standard error
             (["no\x1bsuch"], 2, "", 'ktcfg: "no?such" is not a command' + more),
@@ -40,6 +40,8 @@ class Words(unittest.TestCase):
             (["plan", "-f", file, "--from", file], 1, "", None),
             (["plan", "--check", "-f", f'"{file}"'], 1, "1 command would be carried out.\n", ""),
             (["0", "plan", "--check", "-f", machine.save("more.json", WANTED)], 1, "5 commands would be carried out.\n", ""),
+            (["0", "plan", "-f", two], 1, two + ": adapters: are several; the index of one was typed\n" + two +
+             ": adapters[1]: is adapter 0 (Tarn R8i, serial KS260100004711) like another one of the file\nNothing is changed.\n", ""),
             (["plan", "-f", file], 0, FASTER_PLAN, ""),
             (["apply", "-f", file], 1, FASTER_PLAN + "Carry this out? (y or n)\nNothing is changed.\n", ""),
         ]
@@ -82,12 +84,6 @@ class Words(unittest.TestCase):
                                       stderr=subprocess.PIPE, text=True, check=False)
             self.assertEqual((done.returncode, done.stderr),
                              (1, "ktcfg: cannot write the output: No space left on device\n"), words)
-
-    def test_an_index_that_is_typed(self):
-        machine = Machine("default")
-        done = machine.cfg("0", "plan", "-f", machine.wanted({"adapters": [{}, {}]}))
-        self.assertEqual((done.returncode, done.stdout.splitlines()[0]), (
-            1, machine.path("wanted.json") + ": adapters: are several; the index of one was typed"))
 
 
 class Ends(unittest.TestCase):

@@ -2,7 +2,6 @@
 either has been through, and a second apply does nothing.
 
 usage: pairs_test.py [PAIRS [FIRST]], the pair's number being its seed."""
-import os
 import random
 import re
 import sys

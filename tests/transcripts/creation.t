@@ -12,15 +12,9 @@ Arrays and virtual disks on the simulated adapters: made and refused.
   The maxsize that VD can create with is:   1953394048 K
   $ kt create -r 1 -d 0,1 -n "My VD" -s 5000 -i none --forcesize -c off -p ra -b 128
   $ kt create -r 0 -d 3,2,3 -s 5000 -i none
-  $ kt info -o vd | grep -e ^name -e 'Stripe size' -e ^size -e setup
-  name:                My VD
-  Stripe size:         128
-  size:                5000 M
-  PD RAID setup:       0 1 
-  name:                VD_R0_2
-  Stripe size:         64
-  size:                1907611 M
-  PD RAID setup:       3 2 
+  $ kt info -o vd | grep -e ^name -e 'Stripe size' -e ^size -e setup | paste -d'|' - - - -
+  name:                My VD|Stripe size:         128|size:                5000 M|PD RAID setup:       0 1 
+  name:                VD_R0_2|Stripe size:         64|size:                1907611 M|PD RAID setup:       3 2 
   $ calls | grep -c KT_LD_Create
   2
 
@@ -43,10 +37,6 @@ From the first disk to a full array.
   
   No resources. Max available size is 0 M
   [4]
-  $ kt info -o vd | grep -e ^id -e ^name -e ^size
-  id:                  0
-  name:                VD_R10_1
-  size:                5000 M
-  id:                  1
-  name:                rest
-  size:                3810330 M
+  $ kt info -o vd | grep -e ^id -e ^name -e ^size | paste -d'|' - - -
+  id:                  0|name:                VD_R10_1|size:                5000 M
+  id:                  1|name:                rest|size:                3810330 M

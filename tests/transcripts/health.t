@@ -36,11 +36,5 @@ The status of disks comes 128 records at a time, or as many as the adapter's buf
   $ calls > /dev/null; ktreport json > /dev/null; calls | grep -c KT_PD_GetSmartStatus
   5
   $ for a in 0 1 2; do kt $a status -o pd > /dev/null; done
-  $ calls | grep -o 'KT_PD_GetSmartStatus.*' | cut -c1-42
-  KT_PD_GetSmartStatus a=0 request=000100008
-  KT_PD_GetSmartStatus a=0 request=000180008
-  KT_PD_GetSmartStatus a=0 request=000100018
-  KT_PD_GetSmartStatus a=1 request=000100007
-  KT_PD_GetSmartStatus a=1 request=00017e007
-  KT_PD_GetSmartStatus a=1 request=0001fc007
-  KT_PD_GetSmartStatus a=2 request=000100008
+  $ calls | grep -o 'KT_PD_GetSmartStatus.*' | cut -c 22-42 | sed 's/request=//' | joined
+  a=0 000100008 | a=0 000180008 | a=0 000100018 | a=1 000100007 | a=1 00017e007 | a=1 0001fc007 | a=2 000100008

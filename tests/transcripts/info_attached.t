@@ -35,12 +35,9 @@ Port multipliers, expanders and the battery.
 The battery, and none.
 
   $ lab default
-  $ kt info -o bbu | sed 4,7d
+  $ kt info -o bbu | head -2
   status: Unknowrecharge cycle 17
   feature supported (supported sensor): temperature voltage Ecapacity
-  current temperature: 31.40 C
-  max capacity: 6.50 watt-hours
-  battery power remaining: 95%
   $ kt 1 info -o bbu
   Unable to get info of BBU. (error 160: This command is not supported on this adapter).
   [160]

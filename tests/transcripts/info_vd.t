@@ -37,9 +37,7 @@ What the library refuses is told and ends the listing.
   Running OS:          unknown
   BGA progress:    migration is 18% done
   
-  $ kt 1 info -o tandem | grep -e 'Tandem mode' -e Total
-  Tandem mode:         tandemix safe
-  Tandem mode:         tandemix hybrid
+  $ kt 1 info -o tandem | grep Total
   Total # of tandem:   2
   $ ktsim fault KT_LD_GetStatus 58; kt 1 info -o tandem | tail -n 1
   Could not get tandem info for VD ID 8 (error 58: Virtual disk is not ready to receive command)

@@ -128,11 +128,8 @@ Completion knows the adapters' disks and enclosures, calls, events and labs.
   12 3
   wear warmth
   SATA SAS SATA\ SSD SAS\ SSD
-  $ ktsim cable show -a 1; ktsim cable pull 6 -f; try ktsim cable pull ''; try ktsim cable insert ''; ktsim cable show | tail -1
-  Port 0  disk 0
-  Port 1  disk 1
-  Port 2  port multiplier 1  disks 2 8 9
-  Port 3  port multiplier 0  disks 3 4 5 6 7
+  $ ktsim cable show -a 1 | joined; ktsim cable pull 6 -f; try ktsim cable pull ''; try ktsim cable insert ''; ktsim cable show | tail -1
+  Port 0  disk 0 | Port 1  disk 1 | Port 2  port multiplier 1  disks 2 8 9 | Port 3  port multiplier 0  disks 3 4 5 6 7
   0 1 2 3
   6
   Port 6  pulled out

@@ -9,21 +9,14 @@ Solid-state disks: their health, their self-tests, their microcode.
   8     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   never run
   11    Petrel PS480G SSD        PS41C     100 %     6.0 TB    12104 h   36 C  never run
   2     Petrel PS240G SSD        PS41C     100 %     3.0 TB    12032 h   34 C  never run
-  $ for age in "wear 7" "reallocated 12" "pending 3" "link-errors 2"; do ktsim disk age 11 $age; done; kt ssd -d 11
-  hard disk id:            11
-  model:                   Petrel PS480G SSD
-  microcode version:       PS41C
-  reallocated sectors:     12
-  power on:                12104 h
-  power cycles:            12
-  program failures:        0
-  erase failures:          0
-  wear levelling:          93 %
-  uncorrectable errors:    0
-  temperature:             36 C
-  CRC errors:              2
-  life left:               93 %
-  bytes written:           6.0 TB
+  $ for age in "wear 7" "reallocated 12" "pending 3" "link-errors 2"; do ktsim disk age 11 $age; done; kt ssd -d 11 | paste -d'|' - -
+  hard disk id:            11|model:                   Petrel PS480G SSD
+  microcode version:       PS41C|reallocated sectors:     12
+  power on:                12104 h|power cycles:            12
+  program failures:        0|erase failures:          0
+  wear levelling:          93 %|uncorrectable errors:    0
+  temperature:             36 C|CRC errors:              2
+  life left:               93 %|bytes written:           6.0 TB
   $ calls | grep SSD | sed 's/c=0*/c=0/' | tail -4
   KT_SSD_Diagnostic a=0 pd=11 diagnostic=0 -> 0
   KT_SSD_SmartReadData a=1 pd=2 -> 0
@@ -44,18 +37,10 @@ A self-test takes its time.
   
   Unable to stop the self-test of PD 11 (error 27: Quillon diagnostic status phase returns command error)
   = 27
-  $ kt ssd -d 7 --action start --test long; ktsim clock advance 2h; for pd in 11 7; do kt ssd -d $pd -a status; done
+  $ kt ssd -d 7 --action start --test long; ktsim clock advance 2h; for pd in 11 7; do kt ssd -d $pd -a status | sed 1d | joined; done
   The long self-test of PD 7 is started.
-  hard disk id:            11
-  self-test:               aborted
-  power on when it ended:  12104 h
-  result code:             1
-  first error LBA:         none
-  hard disk id:            7
-  self-test:               passed
-  power on when it ended:  13976 h
-  result code:             0
-  first error LBA:         none
+  self-test:               aborted | power on when it ended:  12104 h | result code:             1 | first error LBA:         none
+  self-test:               passed | power on when it ended:  13976 h | result code:             0 | first error LBA:         none
 
 A damaged disk fails where it cannot be read.
 

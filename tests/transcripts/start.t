@@ -2,9 +2,6 @@ Starting: the adapter's index, "-output", the driver and the library.
 
   $ . "$TESTDIR/setup.sh"
   $ lab default
-  $ ktsetup ver
-  SG driver version 3.5.36.
-  CLI Version: *   RaidAPI Version: * (simulated) (glob)
   $ ktsetup ver | grep -cF "CLI Version: $VERSION   RaidAPI Version: $VERSION (simulated)"
   1
   $ for adapter in 1 257; do ktsetup $adapter adapter | tail -1; done
