@@ -1,9 +1,7 @@
 #include "frame.h"
 
 static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
-  {"type": "LD-based", "AlarmSupport": 0, "config": {"AutoRebuildOn": 255}}]})";
-
-using Config = _Adapter_Config_V2;
+  {"type": "LD-based", "AlarmSupport": 0, "Features": 0}]})";
 
 struct AdapterConfig : LabTest<LAB> {};
 
@@ -49,9 +47,10 @@ TEST_F(AdapterConfig, WrongValuesChangeNothing) {
 }
 
 TEST_F(AdapterConfig, MuteIsLoggedOnce) {
-    EXPECT_EQ(LOG_OF(0, KT_AdapterMute(0), KT_AdapterMute(0)), "12/28:0");
+    EXPECT_EQ(LOG_OF(0, KT_AdapterMute(0), configure(0, &Config::SyncRate, 9), KT_AdapterMute(0)),
+              "12/28:0 12/22:0(9)");
     for (const KT_U8 on : {KT_U8{0}, KT_U8{1}})
-        succeed({configure(0, &_Adapter_Config_V2::AlarmOn, on)});
+        succeed({configure(0, &Config::AlarmOn, on)});
     EXPECT_EQ(LOG_OF(0, KT_AdapterMute(0)), "12/28:0") << "a buzzer switched on anew is not mute";
     succeed({failDisk(0, 0)});
     EXPECT_EQ(LOG_OF(0, KT_AdapterMute(0)), "12/28:0") << "a new alarm is heard again";

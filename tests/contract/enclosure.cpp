@@ -105,7 +105,8 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     EXPECT_EQ(look({condition(DOOR, 0, "ok"), condition(FAN, 2, "ok")}), "3 0 01000044") << "better, and still muted";
     EXPECT_EQ(look({condition(POWER, 0, "ok")}), "0 0 01000000");
     EXPECT_EQ(look({condition(POWER, 0, "missing")}), "3 0 01000004") << "a supply is missed";
-    EXPECT_EQ(look({condition(ALARM, 0, "failed"), condition(FAN, 2, "failed")}), "2 0 02400000")
+    EXPECT_EQ(look({condition(ALARM, 0, "failed"), condition(FAN, 1, "missing"), condition(FAN, 2, "failed")}),
+              "2 0 02400000")
         << "what is broken does not sound";
 }
 

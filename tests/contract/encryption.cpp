@@ -9,32 +9,27 @@ static const char LAB[] = R"({"adapters": [
 
 static const KT_U16 DISK = 1; // on port 1
 
-struct Secret {
-    KT_U8 bytes[32];
-    explicit Secret(const char* text) : bytes() { memcpy(bytes, text, strlen(text)); }
-};
-
 static _AES_Entry_Config entryConfig(KT_U8 entry, const char* key, const char* password, KT_U8 length = 32) {
     _AES_Entry_Config config = {};
     config.entry_id = entry;
     config.key_length = length;
-    memcpy(config.key_content, Secret(key).bytes, 32);
-    memcpy(config.user_auth, Secret(password).bytes, 32);
+    memcpy(config.key_content, key, strlen(key));
+    memcpy(config.user_auth, password, strlen(password));
     return config;
 }
 
 // The calls that take a key or a password.
 static KT_U8 setKey(KT_U8 entry, const char* key, const char* password, KT_U8 length = 32, KT_U8 adapter = 0) {
     _AES_Entry_Config config = entryConfig(entry, key, password, length);
-    return KT_AES_SetEntryConfig(adapter, &config, Secret(password).bytes);
+    return KT_AES_SetEntryConfig(adapter, &config, config.user_auth);
 }
 static KT_U8 verify(KT_U8 entry, const char* key, const char* password, KT_U8 length = 32) {
     _AES_Entry_Config config = entryConfig(entry, key, password, length);
-    return KT_AES_VerifyKey(0, &config, Secret(password).bytes);
+    return KT_AES_VerifyKey(0, &config, config.user_auth);
 }
 static KT_U8 changePassword(KT_U8 entry, const char* from, const char* to) {
     _AES_Entry_Config config = entryConfig(entry, from, to);
-    return KT_AES_ChangePwd(0, &config, Secret(to).bytes);
+    return KT_AES_ChangePwd(0, &config, config.user_auth);
 }
 static KT_U8 link(KT_U8 port, KT_U8 entry, const char* password) {
     const _AES_PORT_INFO info = {port, entry, {}};
@@ -63,14 +58,14 @@ struct Encryption : LabTest<LAB> {};
 
 TEST_F(Encryption, EntriesKeepTheirKeyBehindAPassword) {
     const char* longest = "0123456789abcdef0123456789abcdef";
-    _AES_Entry_Config config = entryConfig(4, "", "", 0);
-    succeed({setKey(4, "key", longest, 3), reopen(), verify(4, "key", longest),
-             KT_AES_GetEntryConfig(0, &config, Secret(longest).bytes)});
+    const auto get = [](_AES_Entry_Config& config) { return KT_AES_GetEntryConfig(0, &config, config.user_auth); };
+    _AES_Entry_Config config = entryConfig(4, "", longest, 0);
+    _AES_Entry_Config wrong = entryConfig(4, "", "x", 0);
+    succeed({setKey(4, "key", longest, 3), reopen(), verify(4, "key", longest), get(config)});
     EXPECT_EQ((Ints{config.key_length, config.key_content[0]}), (Ints{3, 0})) << "a key never leaves its entry";
     EXPECT_EQ(verify(4, "Key", longest), KT_ERR_KEY_MISMATCH);
     answer(KT_ERR_PASSWORD_MISMATCH,
-           {verify(4, "key", "0123456789abcdef0123456789abcde"), changePassword(4, "wrong", "new"),
-            KT_AES_GetEntryConfig(0, &config, Secret("x").bytes)});
+           {verify(4, "key", "0123456789abcdef0123456789abcde"), changePassword(4, "wrong", "new"), get(wrong)});
     EXPECT_EQ(changePassword(4, longest, ""), KT_ERR_WRONG_DATA);
     succeed({changePassword(4, longest, "new"), verify(4, "key", "new")});
     EXPECT_EQ(verify(4, "key", longest), KT_ERR_PASSWORD_MISMATCH);

@@ -1,6 +1,7 @@
 #include "frame.h"
 
 #include <map>
+#include <memory>
 
 static std::map<KT_U8, KT_U32> gSeen; // the last sequence number that newEvents() gave, by adapter
 
@@ -80,6 +81,20 @@ _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes
     return param;
 }
 
+KT_U8 sendPages(const std::string& bytes, const PageCall& call, KT_U16 first, bool ends) {
+    const auto page = std::make_unique<_Flash_Data>();
+    page->PageNum = first;
+    KT_U8 status = KT_OK;
+    for (size_t at = 0; at < bytes.size() && status == KT_OK; ++page->PageNum) {
+        page->Size = static_cast<KT_U32>(std::min(sizeof page->Data, bytes.size() - at));
+        memcpy(page->Data, bytes.data() + at, page->Size);
+        at += page->Size;
+        page->isLastPage = ends && at == bytes.size();
+        status = call(page.get());
+    }
+    return status;
+}
+
 KT_U8 migrateLd(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks) {
     _Create_LD_Param param = ldParam(level, disks);
     param.LDID = id;
@@ -98,13 +113,9 @@ KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
 
 std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls, std::source_location at) {
     succeed(calls, at);
-    static const std::map<int, std::string> STATUSES = {{KT_VD_OFFLINE, "offline"},
-                                                        {KT_VD_DEGRADED, "degraded"},
-                                                        {KT_VD_PARTIALLY_OPTIMAL, "partial"},
-                                                        {KT_VD_ONLINE, "online"},
-                                                        {KT_VD_IMPORTABLE, "importable"},
-                                                        {KT_VD_NOT_IMPORTABLE, "not importable"},
-                                                        {KT_VD_PLUGIN_CONFLICTED, "conflicted"}};
+    static const std::vector<std::string> STATUSES = {
+        "online",     "degraded",       "2", "3",  "offline", "partial",   "6",
+        "importable", "not importable", "9", "10", "11",      "conflicted"};
     const _LD_Info info = vdInfo(adapter, vd);
     std::string seen = STATUSES.at(info.Status);
     for (int i = 0; i < info.HDCount; ++i) {
@@ -135,14 +146,14 @@ _Adapter_Info adapterInfo(KT_U8 adapter) {
     return info;
 }
 
-_Adapter_Config_V2 adapterConfig(KT_U8 adapter) {
-    _Adapter_Config_V2 config = {};
+Config adapterConfig(KT_U8 adapter) {
+    Config config = {};
     EXPECT_EQ(KT_Adapter_GetConfig(adapter, &config), KT_OK);
     return config;
 }
 
-KT_U8 configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value) {
-    _Adapter_Config_V2 config = adapterConfig(adapter);
+KT_U8 configure(KT_U8 adapter, KT_U8 Config::*setting, KT_U8 value) {
+    Config config = adapterConfig(adapter);
     config.*setting = value;
     return KT_Adapter_SetConfig(adapter, &config);
 }

@@ -36,6 +36,7 @@ struct LabTest : ContractTest {
 
 using Ids = std::vector<KT_U16>;
 using Ints = std::vector<int>;
+using Config = _Adapter_Config_V2;
 static const uint64_t MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
 
 // Calls that, one after the other, all give the same answer; for succeed() it is KT_OK.
@@ -52,6 +53,10 @@ std::string newEvents(KT_U8 adapter = 0);
 // What makes a virtual disk or an array of the level on the disks; of size 0: as large as possible.
 _Create_LD_Param ldParam(KT_U8 level, const Ids& disks, KT_U64 kib = 0);
 _CreateOrModify_DG_Param dgParam(KT_U8 level, const Ids& disks, KT_U64 megabytes = 0);
+
+// Hands the bytes, page by page from page `first` on, to a call; the last one may end the file. The last call's answer.
+using PageCall = std::function<KT_U8(_Flash_Data* page)>;
+KT_U8 sendPages(const std::string& bytes, const PageCall& call, KT_U16 first = 0, bool ends = true);
 
 // Starts a migration of a virtual disk or of an array.
 KT_U8 migrateLd(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks);
@@ -109,9 +114,9 @@ std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls = 
                  std::source_location at = std::source_location::current());
 _SMART_Attribute attribute(KT_U8 adapter, KT_U16 pd, KT_U8 id);
 _Adapter_Info adapterInfo(KT_U8 adapter);
-_Adapter_Config_V2 adapterConfig(KT_U8 adapter);
+Config adapterConfig(KT_U8 adapter);
 // Changes one setting of the adapter.
-KT_U8 configure(KT_U8 adapter, KT_U8 _Adapter_Config_V2::*setting, KT_U8 value);
+KT_U8 configure(KT_U8 adapter, KT_U8 Config::*setting, KT_U8 value);
 // The text of a field that ends at a NUL or where it is full.
 template <size_t SIZE>
 std::string textOf(const KT_U8 (&field)[SIZE]) {

@@ -14,10 +14,9 @@
 #include "media/surface.h"
 #include "media/wear.h"
 #include "raid/damage.h"
+#include "state/due.h"
 #include "state/simClock.h"
 #include "state/storeFile.h"
-
-#include <functional>
 
 // Changes the state of the running test as another process would.
 static void changeState(const std::function<void(sim::Store&)>& change) {
@@ -61,7 +60,7 @@ static auto happen(KT_U8 adapter, Act act) {
     decltype(act(std::declval<sim::Context&>())) result = {};
     changeState([&](sim::Store& store) {
         sim::Context context{store, adapter, sim::simulatedNow(store)};
-        sim::settle(context);
+        if (sim::settleDue(context)) sim::settle(context);
         result = act(context);
     });
     return result;
@@ -122,11 +121,10 @@ const Deed<KT_U64> scheduleRelearn = deed<sim::scheduleRelearn>;
 const Deed<KT_U16, KT_U8, KT_U8, const char*> setCondition = deed<sim::setElementCondition>;
 const Deed<KT_U16, KT_U8, KT_U8, int> setReading = deed<sim::setElementReading>;
 
-KT_U8 reboot() {
-    changeState([](sim::Store& store) {
-        sim::powerDown(store, false);
-        sim::powerUp(store);
-    });
+KT_U8 reboot(const std::function<void()>& meanwhile) {
+    changeState([](sim::Store& store) { sim::powerDown(store, false); });
+    meanwhile();
+    changeState([](sim::Store& store) { sim::powerUp(store); });
     return KT_OK;
 }
 

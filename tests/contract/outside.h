@@ -4,6 +4,7 @@
 
 #include "ktraid.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -37,8 +38,8 @@ extern const Deed<KT_U64> scheduleRelearn;
 extern const Deed<KT_U16, KT_U8, KT_U8, const char*> setCondition;
 extern const Deed<KT_U16, KT_U8, KT_U8, int> setReading;
 
-// The machine is shut down and boots again.
-KT_U8 reboot();
+// The machine is shut down and boots again, after what is done meanwhile.
+KT_U8 reboot(const std::function<void()>& meanwhile = [] {});
 // The copy of an image that was written last spoils in the adapter's flash.
 enum ImagePart : KT_U8 { HEADER, DATA, BOTH };
 KT_U8 damageImage(KT_U8 adapter, KT_U8 type, ImagePart part);

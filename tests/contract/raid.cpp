@@ -18,6 +18,7 @@ struct Raid : LabTest<LAB> {
     static KT_U8 pull(KT_U16 pd, KT_U8 adapter = ARRAYS) { return pullDisk(adapter, pd); }
     static KT_U8 insert(KT_U16 pd, KT_U8 adapter = ARRAYS) { return insertDisk(adapter, pd); }
     static KT_U8 replace(KT_U16 pd) { return replaceDisk(ARRAYS, pd); }
+    static KT_U8 deleteVd(KT_U16 vd) { return KT_LD_Delete(ARRAYS, vd, 0); }
     static KT_U8 control(KT_U8 what) { return KT_DG_BGAControl(ARRAYS, 0, what); }
     static KT_U8 controlLd(KT_U8 what) { return KT_LD_BGAControl(PLAIN, 0, what); }
     static KT_U8 rebuild(KT_U16 pd) { return KT_LD_StartRebuild(PLAIN, 0, pd); }
@@ -73,9 +74,11 @@ static void makeArray(KT_U8 level, const Ids& disks, const std::vector<KT_U64>& 
     advance(60);
 }
 
-// The slots of the array, "virtual disk:megabytes" ("-": free), and how many megabytes are free in all.
-static std::string slots(KT_U16 id = 0) {
-    const _DG_Info array = dgInfo(ARRAYS, id);
+// The slots of array 0 after calls that go well, "virtual disk:megabytes" ("-": free), and how many megabytes are free
+// in all.
+static std::string slots(std::initializer_list<KT_U8> calls) {
+    succeed(calls);
+    const _DG_Info array = dgInfo(ARRAYS, 0);
     std::string seen;
     for (int i = 0; i < array.VDSlotCount; ++i) {
         const KT_U16 vd = array.VDIDs[i];
@@ -112,17 +115,18 @@ TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     param.RoundingScheme = KT_ROUND_10GB;
     succeed({KT_PD_GetFreeSpaceInfo(OLD, 2, &rest), KT_LD_GetMaxSize(OLD, &param)});
     EXPECT_EQ(param.Size, 2 * rest.FreeSize / (10000 * MB) * 10000 * MB);
+    EXPECT_EQ(rest.HDID, 2);
 }
 
 TEST_F(Raid, CreationSaysWhatIsWrong) {
     EXPECT_EQ(createLd(0x77, {0, 1}), KT_ERR_INVALID_RAID_MODE);
-    answer(KT_ERR_PD_COUNT_FOR_LEVEL, {createLd(KT_RAID5, {0, 1}), createLd(KT_RAID10, {0, 1, 2, 3, 4})});
+    answer(KT_ERR_PD_COUNT_FOR_LEVEL, {createLd(KT_RAID5, {0, 1}), createLd(KT_RAID10, {0, 1, 2, 3, 4}),
+                                       createLd(KT_HYBRID, {7, 8}), createDg(KT_RAID6, {0, 1, 2})});
     answer(KT_ERR_PD_COUNT, {createLd(KT_RAID0, {}), createLd(KT_RAID0, {1, 1})});
     EXPECT_EQ(createLd(KT_RAID0, {0, 77}), KT_ERR_PD_MISSING);
     EXPECT_EQ(createLd(KT_RAID0, {0, 10}), KT_ERR_OTHER_ADAPTER);
     EXPECT_EQ(createLd(KT_RAID0, {0, 1}, KT_U64{1} << 40), KT_ERR_NO_RESOURCE);
     EXPECT_EQ(createLd(KT_HYBRID, {0, 1}), KT_ERR_TANDEM_SSD_COUNT);
-    EXPECT_EQ(createLd(KT_HYBRID, {7, 8}), KT_ERR_PD_COUNT_FOR_LEVEL);
     _Create_LD_Param param = ldParam(KT_RAID6, {0, 1, 2, 3});
     const auto parity = &_Create_LD_Param::NumParityDisk; // two, where no limit is told
     answer(KT_ERR_PARITY_COUNT, {createWith(param, parity, KT_U8{4}), createWith(param, parity, KT_U8{3}, OLD)});
@@ -131,7 +135,6 @@ TEST_F(Raid, CreationSaysWhatIsWrong) {
     EXPECT_EQ(KT_LD_Create(PLAIN, &param), KT_ERR_VD_NAME);
     EXPECT_EQ(createDg(KT_RAID1, {0, 9}), KT_ERR_PD_SECTORS_DIFFER);
     EXPECT_EQ(createDg(KT_RAID1, {0, 10}), KT_ERR_PD_HAS_OS);
-    EXPECT_EQ(createDg(KT_RAID6, {0, 1, 2}), KT_ERR_PD_COUNT_FOR_LEVEL);
     succeed({KT_PD_FreeHD2GlobalSpare(ARRAYS, 0), createDg(KT_RAID1, {1, 2})});
     EXPECT_EQ(createDg(KT_RAID1, {0, 3}), KT_ERR_IS_SPARE);
     EXPECT_EQ(createDg(KT_RAID1, {2, 3}), KT_ERR_PD_ASSIGNED);
@@ -141,6 +144,9 @@ TEST_F(Raid, CreationSaysWhatIsWrong) {
     vd = vdParam(KT_RAID1);
     vd.BlockSize = 4096;
     EXPECT_EQ(KT_CreateOrModify_VD(ARRAYS, &vd), KT_ERR_BLOCK_SIZE);
+    vd.BlockSize = 512;
+    vd.Name[0] = 7;
+    EXPECT_EQ(KT_CreateOrModify_VD(ARRAYS, &vd), KT_ERR_VD_NAME);
     EXPECT_TRUE(newEvents(PLAIN).empty());
 }
 
@@ -148,26 +154,26 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     _CreateOrModify_DG_Param asked = dgParam(KT_RAID5, {0, 1, 2});
     succeed({KT_CreateOrModify_DG(ARRAYS, &asked, 1)});
     EXPECT_EQ(readList(KT_DG_GetInfo, ARRAYS, &_DG_Info_Request::dgInfo).size(), 0U);
-    succeed({createDg(KT_RAID5, {0, 1, 2})});
+    EXPECT_EQ(slots({createDg(KT_RAID5, {0, 1, 2})}), "-:190664 190664");
     EXPECT_EQ(dgInfo(ARRAYS, 0).TotalManagedSpace, asked.Size);
-    EXPECT_EQ(slots(), "-:190664 190664");
-    succeed({createVd(KT_RAID5, 1000), createVd(KT_RAID5, 1000), createVd(KT_RAID5, 1000), KT_LD_Delete(ARRAYS, 1, 0)});
+    _CreateOrModify_DG_Param most = dgParam(KT_RAID5, {3, 4, 5}, KT_U64{1} << 40);
+    EXPECT_EQ(KT_CreateOrModify_DG(ARRAYS, &most, 0), KT_ERR_NO_RESOURCE);
+    EXPECT_EQ(most.Size, asked.Size) << "that is all there is";
+    succeed({createVd(KT_RAID5, 1000), createVd(KT_RAID5, 1000), createVd(KT_RAID5, 1000), deleteVd(1)});
     EXPECT_EQ(createVd(KT_RAID5, 2000, 1), KT_ERR_NO_RESOURCE);
     EXPECT_EQ(createVd(KT_RAID5, 600, 4), KT_ERR_OUT_OF_RANGE);
     _CreateOrModify_VD_Param asFirst = vdParam(KT_RAID5, 600, 1);
     asFirst.SectorCoefficient = 4;
     memcpy(asFirst.Name, "Named", 6);
-    succeed({KT_CreateOrModify_VD(ARRAYS, &asFirst)});
+    EXPECT_EQ(slots({KT_CreateOrModify_VD(ARRAYS, &asFirst)}), "0:1000 1:600 -:400 2:1000 -:187664 188064");
     EXPECT_EQ(vdInfo(ARRAYS, 1).SectorCoefficient, 4);
     EXPECT_EQ(textOf(vdInfo(ARRAYS, 1).Name), "Named");
-    EXPECT_EQ(slots(), "0:1000 1:600 -:400 2:1000 -:187664 188064");
-    succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 1, 0), KT_LD_Delete(ARRAYS, 2, 0)});
-    EXPECT_EQ(slots(), "-:190664 190664");
+    EXPECT_EQ(slots({deleteVd(0), deleteVd(1), deleteVd(2)}), "-:190664 190664");
     succeed({createVd(KT_RAID5, 2000), createVd(KT_RAID5, 1000), createVd(KT_RAID5, 500), createVd(KT_RAID5)});
-    succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 2, 0), createVd(KT_RAID5)});
-    EXPECT_EQ(slots(), "0:2000 1:1000 -:500 3:187164 500") << "all of the largest slot";
+    EXPECT_EQ(slots({deleteVd(0), deleteVd(2), createVd(KT_RAID5)}), "0:2000 1:1000 -:500 3:187164 500")
+        << "all of the largest slot";
     EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
-    succeed({KT_LD_Delete(ARRAYS, 0, 0), KT_LD_Delete(ARRAYS, 1, 0), KT_LD_Delete(ARRAYS, 3, 0)});
+    succeed({deleteVd(0), deleteVd(1), deleteVd(3)});
     EXPECT_EQ(LOG_OF(ARRAYS, KT_DG_Delete(ARRAYS, 0)), "13/1:0 2/54:0 2/54:1 2/54:2");
     EXPECT_EQ(roleOf(ARRAYS, 1), 0);
     EXPECT_EQ(show().find("\"rows\""), std::string::npos) << "nothing of them is remembered";
@@ -218,21 +224,22 @@ TEST_F(Raid, AStoppedCopyBackGivesWay) {
     EXPECT_EQ(look(ARRAYS, 0, {advance(HOUR)}), "online 0 1 4 3");
 }
 
-TEST_F(Raid, ASecondLossTakesItOfflineAndItsReturnBringsItBack) {
-    succeed({createLd(KT_RAID5, {0, 1, 2}, 5000, OLD), createLd(KT_RAID6, {0, 1, 2, 3}, 5000, OLD), advance(60)});
-    EXPECT_EQ(LOG_OF(OLD, pull(0, OLD)), "2/0:0 1/4:0 1/5:1");
-    EXPECT_EQ(KT_PD_SetHDStatus(OLD, 1, 0), KT_ERR_PD_CANNOT_SET_DOWN);
-    EXPECT_EQ(LOG_OF(OLD, pull(1, OLD)), "2/0:1 1/0:0 1/4:1");
-    EXPECT_EQ(KT_LD_StartConsistencyCheck(OLD, 0, 1), KT_ERR_VD_NOT_READY);
-    // What was offline takes the disk back as it was; what went on without it is rebuilt onto it.
-    EXPECT_EQ(look(OLD, 0, {insert(1, OLD)}), "degraded - 1 2");
-    EXPECT_EQ(look(OLD, 1), "degraded - 1 2 3, 1/1 0");
-    EXPECT_EQ(look(OLD, 1, {advance(HOUR)}), "partial - 1 2 3");
-    EXPECT_EQ(look(OLD, 0, {pull(1, OLD), insert(0, OLD)}), "offline - - 2") << "it missed what was written meanwhile";
+TEST_F(Raid, QuickCreationTakesEveryFreeDisk) {
+    EXPECT_EQ(slots({KT_PD_FreeHD2GlobalSpare(ARRAYS, 7), KT_LD_DG_QuickCreate(ARRAYS, 1)}), "0:333474 0");
+    EXPECT_EQ(look(ARRAYS, 0, {advance(HOUR)}) + " " + textOf(vdInfo(ARRAYS, 0).Name), "online 0 1 2 3 4 5 6 8 Auto");
+    EXPECT_EQ(KT_LD_DG_QuickCreate(ARRAYS, 1), KT_ERR_NO_RESOURCE);
+    EXPECT_EQ(KT_LD_DG_QuickCreate(ARRAYS, 2), KT_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(KT_LD_DG_QuickCreate(PLAIN, 0), KT_ERR_NOT_ON_THIS_ADAPTER);
+}
+
+TEST_F(Raid, WhatWorksAgainAtABootIsTold) {
+    succeed({createLd(KT_RAID0, {0, 1}, 4000, OLD), createLd(KT_RAID1, {2, 3}, 4000, OLD), advance(60), pull(0, OLD),
+             pull(3, OLD), pull(2, OLD)});
+    EXPECT_EQ(LOG_OF(OLD, reboot([] { succeed({insert(0, OLD), insert(2, OLD)}); })), "12/7:0 0/9:2 1/1:0 1/4:1");
 }
 
 TEST_F(Raid, RebuildsAreStartedByHandWhenAutoRebuildIsOff) {
-    succeed({configure(PLAIN, &_Adapter_Config_V2::AutoRebuildOn, 0), createLd(KT_RAID1, {0, 1}, 20000 * MB),
+    succeed({configure(PLAIN, &Config::AutoRebuildOn, 0), createLd(KT_RAID1, {0, 1}, 20000 * MB),
              createLd(KT_RAID0, {2, 3}, 80000 * MB), advance(60)});
     EXPECT_EQ(rebuild(4), KT_ERR_VD_FUNCTIONAL);
     EXPECT_EQ(KT_LD_StartRebuild(PLAIN, 1, 4), KT_ERR_NOT_REDUNDANT);
@@ -265,7 +272,7 @@ TEST_F(Raid, NothingGoesOnWithAnOfflineArray) {
     succeed({createLd(KT_RAID5, {2, 1, 0}, 1000 * MB, ARRAYS)});
     EXPECT_EQ(dgInfo(ARRAYS, 0).VDIDs[1], 1) << "the array on these disks takes it in";
     EXPECT_EQ(look(ARRAYS, 0, {fail(0), rebuildDg({3}), control(KT_CONTROL_STOP), fail(1)}), "offline 3 1 2, 1/2 0");
-    EXPECT_EQ(control(KT_CONTROL_RESTART), KT_ERR_VD_NOT_READY);
+    answer(KT_ERR_VD_NOT_READY, {control(KT_CONTROL_RESTART), KT_LD_StartConsistencyCheck(ARRAYS, 0, 1)});
 }
 
 TEST_F(Raid, WithoutAWriteCacheNothingIsCached) {
@@ -291,7 +298,7 @@ TEST_F(Raid, AQuickInitialisationIsBrief) {
     succeed({createLd(KT_RAID1, {0, 1}, 2000 * MB), createLd(KT_RAID1, {2, 3}, 80000 * MB), advance(60),
              KT_LD_StartINIT(PLAIN, 0, KT_INIT_QUICK), KT_LD_StartINIT(PLAIN, 1, KT_INIT_QUICK), advance(3)});
     EXPECT_EQ(look(PLAIN, 0) + "; " + look(PLAIN, 1), "online 0 1, 8/1 46; online 2 3, 8/1 46");
-    succeed({configure(PLAIN, &_Adapter_Config_V2::BGARate, 25), configure(PLAIN, &_Adapter_Config_V2::InitRate, 0)});
+    succeed({configure(PLAIN, &Config::BGARate, 25), configure(PLAIN, &Config::InitRate, 0)});
     EXPECT_EQ(look(PLAIN, 1, {advance(3)}), "online 2 3, 8/1 70") << "at the rate of all that has none of its own";
 }
 
@@ -312,6 +319,11 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     succeed({KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), init(0), advance(125)});
     EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2, 64/1 50") << "alone it would be done";
     EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_PauseAll(ARRAYS)), "1/52:0 1/52:1 2/19:0");
+    for (const KT_U16 vd : Ids{0, 1})
+        succeed({KT_LD_BGAControl(ARRAYS, vd, KT_CONTROL_RESUME)});
+    EXPECT_EQ(LOG_OF(ARRAYS, KT_PD_BGAControl(ARRAYS, 0, KT_CONTROL_RESUME), advance(DAY)),
+              "2/20:0 2/25:0 1/56:0(75) 1/56:1(75) 1/55:0 1/55:1 2/26:0 2/23:0(25) 2/23:0(50) 2/23:0(75) 2/22:0")
+        << "the patrol goes on after them";
     // On disks that they share.
     succeed({createLd(KT_RAID1, {0, 1}, 4000, OLD), createLd(KT_RAID1, {1, 2}, 4000, OLD), advance(60), init(0, OLD),
              KT_LD_StartConsistencyCheck(OLD, 1, 0)});
@@ -371,10 +383,10 @@ TEST_F(Raid, PartsAreCounted) {
 // Two of stated sizes with a gap between them, and one of what is left.
 TEST_F(Raid, AnArrayGrowsWhereNoSizeWasStated) {
     makeArray(KT_RAID5, {0, 1, 2}, {6000, 4000, 2000, 178664}); // the last takes all that is left
-    succeed({KT_LD_Delete(ARRAYS, 1, 0)});
-    EXPECT_EQ(slots(), "0:6000 -:4000 2:2000 3:178664 -:0 4000");
-    succeed({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4}), advance(90 * HOUR)});
-    EXPECT_EQ(slots(), "0:6000 -:14000 2:2000 -:2000 3:357328 -:1 16001") << "the gap took up its half";
+    EXPECT_EQ(slots({deleteVd(1)}), "0:6000 -:4000 2:2000 3:178664 -:0 4000");
+    EXPECT_EQ(slots({migrateDg(ARRAYS, 0, KT_RAID5, {0, 1, 2, 3, 4}), advance(90 * HOUR)}),
+              "0:6000 -:14000 2:2000 -:2000 3:357328 -:1 16001")
+        << "the gap took up its half";
     for (const KT_U16 id : Ids{0, 2, 3})
         EXPECT_EQ(vdInfo(ARRAYS, id).Size / MB, id == 0 ? 6000U : id == 2 ? 2000U : 357328U);
     succeed({createVd(KT_RAID5, 14000)});
@@ -411,6 +423,7 @@ TEST_F(Raid, NewIdsOfDisksAreFollowedEverywhere) {
         const auto both = [&] { return look(adapter, 0) + "; " + look(adapter, 1); };
         const std::string whole = adapter == PLAIN ? "online 0 1 4; online 2 3" : "online 0 1; online 2 3";
         EXPECT_EQ(both(), whole);
+        EXPECT_EQ(pdConfig(adapter, 2).HDID, 2);
         for (const KT_U16 lost : Ids{1, 2}) { // a member of each comes home after a spare has stood in
             succeed({pull(lost, adapter)});
             EXPECT_NE(both().find(", 1/1 0"), std::string::npos);

@@ -1,14 +1,11 @@
 #include "frame.h"
 
-#include <memory>
 #include <numeric>
 
 // Disk 0 a solid state one, 1 the same, 2 a spinning one, 3 a solid state one that speaks SAS.
 static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
-  {"type": "array-based", "disks": [
-    {"type": "SATA SSD", "size": "480GB", "on": "HBA", "port": 0, "model": "Model A", "firmware": "1.0"},
-    {"type": "SATA SSD", "size": "480GB", "on": "HBA", "port": 1, "model": "Model A", "firmware": "1.0"},
-    {"type": "SATA", "size": "1TB", "on": "HBA", "port": 2}, {"type": "SAS SSD", "size": "1TB", "on": "HBA", "port": 3}]}]})";
+  {"disks": [{"count": 2, "type": "SATA SSD", "size": "480GB", "model": "Model A", "firmware": "1.0"},
+             {"type": "SATA", "size": "1TB"}, {"type": "SAS SSD", "size": "1TB"}]}]})";
 static const KT_U64 HALF = 480000000; // a sector in the middle of disk 0
 
 struct SolidStateDisks : LabTest<LAB> {};
@@ -30,20 +27,10 @@ static std::string versions() {
     return textOf(pdInfo(0, 0).FWVersion) + ", " + textOf(pdInfo(0, 1).FWVersion);
 }
 
-// Hands out the bytes in pages from page `first` on, of which the last may end the file; the status of the last call.
 static KT_U8 download(KT_U16 pd, const std::string& file, KT_U8 mode = KT_MICROCODE_NOW, KT_U16 first = 0,
                       bool ends = true) {
-    const auto page = std::make_unique<_Flash_Data>();
-    page->PageNum = first;
-    KT_U8 status = KT_OK;
-    for (size_t at = 0; at < file.size() && status == KT_OK; ++page->PageNum) {
-        page->Size = static_cast<KT_U32>(std::min(sizeof page->Data, file.size() - at));
-        memcpy(page->Data, file.data() + at, page->Size);
-        at += page->Size;
-        page->isLastPage = ends && at == file.size();
-        status = KT_Download_SSD_Microcode(0, pd, mode, page.get());
-    }
-    return status;
+    return sendPages(
+        file, [&](_Flash_Data* page) { return KT_Download_SSD_Microcode(0, pd, mode, page); }, first, ends);
 }
 
 static std::string microcode(const char* name, const char* version) {
@@ -72,8 +59,6 @@ TEST_F(SolidStateDisks, TestThemselvesInTime) {
     succeed({KT_SSD_SmartReadData(0, 0, &page)});
     EXPECT_EQ(page.SelfTestStatus, 0xF5);
     EXPECT_EQ(test(0, KT_SSD_ASK, 12 * HOUR), "passed 0% 0 13112 h") << "when it ended, not now";
-    test(0, KT_SSD_START_SHORT);
-    EXPECT_EQ(test(0, KT_SSD_ABORT), "aborted 0% 1 13124 h");
     succeed({spoilSectors(0, 0, UNREADABLE, HALF)});
     test(0, KT_SSD_START_SHORT);
     EXPECT_EQ(test(0, KT_SSD_ASK, 120), "passed 0% 0 13124 h") << "it does not get there";
@@ -83,8 +68,6 @@ TEST_F(SolidStateDisks, TestThemselvesInTime) {
     succeed({ageDisk(0, 1, "wear", 100)});
     test(1, KT_SSD_START_SHORT);
     EXPECT_EQ(test(1, KT_SSD_ASK, 120), "failed 0% 5 14468 h, LBA 824300105") << "its electronics";
-    succeed({failDisk(0, 1)});
-    EXPECT_EQ(test(1), "error 23");
 }
 
 TEST_F(SolidStateDisks, TakeMicrocodeOfTheirModelOnly) {
@@ -117,6 +100,6 @@ TEST_F(SolidStateDisks, KeepMicrocodeForTheirNextStart) {
     EXPECT_NE(show().find("\"2.0\""), std::string::npos);
     succeed({pullDisk(0, 0), insertDisk(0, 0)});
     EXPECT_EQ(versions() + ", " + test(0), "2.0, 1.0, aborted 0% 1 13112 h");
-    succeed({replaceDisk(0, 0)});
-    EXPECT_EQ(test(0), "never 0% 0 0 h") << "another disk";
+    succeed({replaceDisk(0, 0), download(0, microcode("Model A", "3.0"), KT_MICROCODE_LATER), reboot()});
+    EXPECT_EQ(versions() + ", " + test(0), "3.0, 1.0, never 0% 0 0 h") << "another disk";
 }

@@ -37,15 +37,14 @@ TEST_F(Spares, AreWhatTheyWereWhenTheyComeBack) {
         succeed({insertDisk(0, pd)});
         EXPECT_EQ((Ints{roleOf(0, pd), pdConfig(0, pd).Online}), (Ints{role, 1}));
     }
-    succeed({failDisk(0, 0), configure(0, &_Adapter_Config_V2::AutoRebuildOn, 0),
-             configure(0, &_Adapter_Config_V2::CopyBackOn, 1)});
+    succeed({failDisk(0, 0), configure(0, &Config::AutoRebuildOn, 0), configure(0, &Config::CopyBackOn, 1)});
     EXPECT_EQ(look(0, 0, {advance(HOUR), pullDisk(0, 1), pullDisk(0, 3)}), "offline - - 2");
     EXPECT_EQ(look(0, 0, {insertDisk(0, 3)}), "degraded 3 - 2") << "it left last, though in another one's place";
     EXPECT_EQ(roleOf(0, 3), KT_PD_MEMBER | KT_PD_DEDICATED_SPARE | KT_PD_SPARE_IN_USE);
 }
 
 TEST_F(Spares, NoRebuildGoesOntoTheSystemOrOntoAnOpticalDrive) {
-    succeed({configure(0, &_Adapter_Config_V2::AutoRebuildOn, 0), failDisk(0, 0)});
+    succeed({configure(0, &Config::AutoRebuildOn, 0), failDisk(0, 0)});
     const auto rebuildOn = [](KT_U16 pd) { return KT_LD_DG_StartRebuild(0, 0, 1, &pd); };
     EXPECT_EQ(rebuildOn(7), KT_ERR_PD_HAS_OS);
     EXPECT_EQ(rebuildOn(8), KT_ERR_ATAPI);

@@ -43,7 +43,9 @@ TEST_F(Disks, KeepWhatIsKnownOfThemUnderANewId) {
 }
 
 TEST_F(Disks, AreNewWhereTheyAreReplaced) {
+    const KT_U64 reserved = find<PdState>(context, 1)->reservedKib;
     ASSERT_EQ(replaceDisk(context, 1, nullptr), KT_OK);
+    EXPECT_EQ(find<PdState>(context, 1)->reservedKib, reserved);
     EXPECT_EQ(Known::at(context, 1), "+-----0") << "a life of its own";
     EXPECT_EQ(find<DiskAge>(context, 1)->born, context.now);
 }

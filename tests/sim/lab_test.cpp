@@ -166,7 +166,6 @@ TEST(Lab, GivesEveryDiskAPlaceOfItsOwn) {
         const char* places;
     } ROWS[] = {
         {R"("disks": [{"count": 3}, {"port": 0}, {"port": 2}])", "0.1 0.3 0.4 0.0 0.2 "},
-        {R"("disks": [{"count": 9}])", "0.0 0.1 0.2 0.3 0.4 0.5 0.6 X0.0 X0.1 "},
         {R"("type": "LD-based", "disks": [{"count": 8}])", "0.0 0.1 0.2 PM0.0 PM0.1 PM0.2 PM0.3 PM0.4 "},
         {R"("type": "LD-based", "portMultipliers": [{}], "disks": [{"count": 5}, {"on": "PM"}])",
          "0.0 0.1 0.2 PM0.1 PM0.2 PM0.0 "},

@@ -38,9 +38,9 @@ struct History {
 
     std::mt19937 random;
     std::string lab = makeLab();
-    BuiltInLab builtIn = {"lab", lab.c_str()};
-    Store* store = openMemoryStore(fillFromLab, &builtIn);
-    Context context{*store, 0, 1800000000000};
+    MemoryState state{lab};
+    Store* store = state.store;
+    Context& context = state.context;
     std::map<KT_U16, std::set<KT_U16>> missed; // by virtual disk: the disks that lack what was written to it
     std::string story;
 
@@ -212,7 +212,6 @@ struct History {
         EXPECT_EQ(idsWhere<_Block_Info>(context, isBad), Ids()) << "blocks that nobody fills any more";
         commitTransaction(*store);
         EXPECT_EQ(findViolations(*store, true), std::vector<std::string>());
-        closeStore(store);
     }
 };
 

@@ -37,10 +37,8 @@ static std::vector<KT_U16> disksOf(const Context& context, Owner owner, const Ac
         const auto block = find<_Block_Info>(context, vd->BlockIDs[i]);
         if (block) disks.push_back(block->HDID);
     }
-    if (owner.kind == OwnerKind::Vd && activity.kind == KT_BGA_MIGRATION) addTargetDisks(context, owner.id, disks);
-    const auto array = owner.kind == OwnerKind::Array && activity.kind == KT_BGA_MIGRATION
-                           ? find<_DG_Info>(context, owner.id)
-                           : std::nullopt;
+    if (vd) addTargetDisks(context, owner.id, disks);
+    const auto array = owner.kind == OwnerKind::Array ? find<_DG_Info>(context, owner.id) : std::nullopt;
     for (int i = 0; array && i < MAX_SLOTS; ++i)
         if (array->VDIDs[i] != KT_NO_ID) addTargetDisks(context, array->VDIDs[i], disks);
     if (activity.disk != KT_NO_ID) disks.push_back(activity.disk);

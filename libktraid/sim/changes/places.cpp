@@ -139,9 +139,8 @@ std::vector<Place> portsOf(const Context& context, KT_U8 type, KT_U16 id, KT_U16
         const auto expander = find<_Exp_Info>(context, id);
         return expander ? physOf(context, *expander, enclosure) : places;
     }
-    const auto multiplier = type == KT_LINK_PM ? find<_PM_Info>(context, id) : std::nullopt;
     const int ports = std::max<int>(adapterInfo(context).PortCount, 1);
-    const int count = type == KT_LINK_PM      ? (multiplier ? multiplier->NumberOfPorts : 0)
+    const int count = type == KT_LINK_PM      ? find<_PM_Info>(context, id).value_or(_PM_Info{}).NumberOfPorts
                       : enclosure != KT_NO_ID ? slotsOf(context, enclosure)
                                               : adapterInfo(context).PortCount;
     for (int number = 0; number < count; ++number) {

@@ -70,23 +70,22 @@ static void unmute(const Context& context) {
 }
 
 KT_U8 setAdapterConfig(const Context& context, const _Adapter_Config_V2& wanted) {
-    auto config = find<_Adapter_Config_V2>(context, 0);
-    if (!config) return KT_ERR_NOT_ON_THIS_ADAPTER;
+    auto config = find<_Adapter_Config_V2>(context, 0).value_or(_Adapter_Config_V2{});
     const _Adapter_Info info = adapterInfo(context);
     for (const Setting& setting : SETTINGS) {
-        const KT_U8 status = checkSetting(info, setting, valueOf(*config, setting), valueOf(wanted, setting));
+        const KT_U8 status = checkSetting(info, setting, valueOf(config, setting), valueOf(wanted, setting));
         if (status != KT_OK) return status;
     }
-    const bool alarmComesOn = wanted.AlarmOn && !config->AlarmOn;
-    const bool pollingBegins = wanted.PollSMARTStatus == 1 && config->PollSMARTStatus == 0;
+    const bool alarmComesOn = wanted.AlarmOn && !config.AlarmOn;
+    const bool pollingBegins = wanted.PollSMARTStatus == 1 && config.PollSMARTStatus == 0;
     for (const Setting& setting : SETTINGS) {
         const KT_U8 value = valueOf(wanted, setting);
-        if (value == valueOf(*config, setting)) continue;
-        reinterpret_cast<KT_U8*>(&*config)[setting.offset] = value;
+        if (value == valueOf(config, setting)) continue;
+        reinterpret_cast<KT_U8*>(&config)[setting.offset] = value;
         logSetting(context, setting, value);
     }
-    save(context, 0, *config);
-    settingsChanged(context, *config);
+    save(context, 0, config);
+    settingsChanged(context, config);
     if (alarmComesOn) unmute(context);
     if (pollingBegins) pollSmart(context);
     applyRates(context);

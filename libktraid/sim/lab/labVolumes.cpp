@@ -5,6 +5,7 @@
 #include "changes/foreign.h"
 #include "lab/reportWords.h"
 #include "media/blocks.h"
+#include "media/disks.h"
 #include "raid/cacheMode.h"
 #include "state/simClock.h"
 
@@ -131,10 +132,9 @@ static KT_U64 memberRoom(const Context& context, const Layout& layout, const Lab
     KT_U64 room = NEVER;
     for (const KT_U16 pd : layout.disks) {
         if (pd == KT_NO_ID) continue;
-        const auto disk = find<_HD_Info>(context, pd);
-        const auto state = find<PdState>(context, pd);
-        if (!disk || !state) failLab(reader, "disks", "there is no disk " + std::to_string(pd));
-        room = std::min(room, freeKib(context, pd, validKib(*disk, *state)));
+        Disk disk = {};
+        if (findDisk(context, pd, disk) != KT_OK) failLab(reader, "disks", "there is no disk " + std::to_string(pd));
+        room = std::min(room, freeKib(context, pd, validKib(disk.info, disk.state)));
     }
     return room == NEVER ? 0 : room / layout.stripe * layout.stripe;
 }

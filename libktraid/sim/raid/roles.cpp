@@ -10,16 +10,14 @@
 namespace sim {
 
 static bool isArrayMember(const Context& context, KT_U16 dgid, KT_U16 pd) {
-    const auto array = dgid == KT_NO_ID ? std::nullopt : find<DgState>(context, dgid);
-    if (!array) return false;
-    const KT_U16* end = array->members + array->memberCount;
-    return std::find(array->members, end, pd) != end;
+    const DgState array = find<DgState>(context, dgid).value_or(DgState{});
+    const KT_U16* end = array.members + array.memberCount;
+    return std::find(array.members, end, pd) != end;
 }
 
 static bool isArraySpare(const Context& context, KT_U16 dgid, KT_U16 pd) {
-    const auto array = dgid == KT_NO_ID ? std::nullopt : find<_DG_Info>(context, dgid);
-    if (!array) return false;
-    return std::find(std::begin(array->SparePDIDs), std::end(array->SparePDIDs), pd) != std::end(array->SparePDIDs);
+    const auto array = find<_DG_Info>(context, dgid);
+    return array && std::count(std::begin(array->SparePDIDs), std::end(array->SparePDIDs), pd) != 0;
 }
 
 void becomeFree(const Context& context, KT_U16 pd) {
