@@ -46,7 +46,7 @@ TEST_F(Battery, ShowsTheLabsBatteryFirst) {
     succeed({KT_BBU_GetInfo(2, &other)});
     EXPECT_EQ(other.status, 0) << "room for a battery, but none there";
     EXPECT_EQ(KT_BBU_ChangePower(2, POWER_CHARGE), KT_ERR_INVALID_BBU);
-    EXPECT_EQ(KT_BBU_ChangePower(0, 3), KT_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(power(3), KT_ERR_INVALID_PARAMETER);
 }
 
 TEST_F(Battery, DischargesAndChargesOverTime) {
@@ -86,8 +86,7 @@ TEST_F(Battery, WearsOutByRelearning) {
 }
 
 TEST_F(Battery, RelearnWaitsForTheChargeAndForPeople) {
-    succeed({setBatteryCharge(0, 80), scheduleRelearn(0, 10 * MINUTE)});
-    look();
+    look({setBatteryCharge(0, 80), scheduleRelearn(0, 10 * MINUTE)});
     EXPECT_EQ(look({advance(15 * MINUTE)}), "10 | on off on | +86");
     EXPECT_EQ(look({advance(45 * MINUTE)}), "18 6 16 | on off on | -93");
     EXPECT_EQ(look({power(POWER_CHARGE)}), "11 17 14 | on off on | +93") << "postponed by a day";

@@ -106,8 +106,8 @@ TEST_F(Flash, AnUpdateThatThePowerEndsCostsTheEarlierCopy) {
 
 TEST_F(Flash, BadImagesLeaveTheOldOne) {
     std::string damaged = image(KT_IMAGE_BIOS, 1000);
+    std::string renamed = damaged;
     damaged[700] ^= 1;
-    std::string renamed = image(KT_IMAGE_BIOS, 1000);
     renamed[40] ^= 1;
     const std::pair<KT_U8, std::string> bads[] = {
         {KT_ERR_FLASH_DATA, damaged},
@@ -132,9 +132,8 @@ TEST_F(Flash, PagesFollowOneAnother) {
         return KT_Flash_Bin(0, KT_FLASH_UPDATE, type, page(std::string(size, 'x'), number, last).get());
     };
     EXPECT_EQ(put(KT_IMAGE_BIOS, 1, 0, 10), KT_ERR_FLASH_DESCRIPTOR) << "the first is page 0";
-    EXPECT_EQ(put(KT_IMAGE_BIOS, 0, 0, 10), KT_OK);
-    EXPECT_EQ(put(KT_IMAGE_BIOS, 2, 1, 10), KT_ERR_FLASH_DESCRIPTOR) << "page 1 is missing";
-    EXPECT_EQ(put(KT_IMAGE_BIOS, 1, 1, 10), KT_ERR_FLASH_DESCRIPTOR) << "the failed update is over";
+    succeed({put(KT_IMAGE_BIOS, 0, 0, 10)});
+    answer(KT_ERR_FLASH_DESCRIPTOR, {put(KT_IMAGE_BIOS, 2, 1, 10), put(KT_IMAGE_BIOS, 1, 1, 10)}); // and it is over
     EXPECT_EQ(LOG_OF(0, put(KT_IMAGE_BIOS, 0, 0, 10), put(KT_IMAGE_BIOS, 0, 0, 10)), "10/21:0") << "half is there";
     EXPECT_EQ(put(KT_IMAGE_FIRMWARE, 1, 0, 10), KT_ERR_FLASH_DESCRIPTOR) << "another type";
     answer(KT_ERR_FLASH_DESCRIPTOR, {put(KT_IMAGE_BIOS, 0, 0, 0), put(KT_IMAGE_BIOS, 0, 2, 10)});

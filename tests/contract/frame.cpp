@@ -108,7 +108,7 @@ KT_U8 migrateDg(KT_U8 adapter, KT_U16 id, KT_U8 level, const Ids& disks) {
 }
 
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
-    return readItem(KT_PD_GetHDRaidStatus, adapter, pd, &_HD_RAID_Status_Request::hdRaidStatus).Status;
+    return reader(KT_PD_GetHDRaidStatus, &_HD_RAID_Status_Request::hdRaidStatus)(adapter, pd).Status;
 }
 
 std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls, std::source_location at) {

@@ -89,24 +89,22 @@ KT_U8 askItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Request&
     request.header = {0, KT_REQUEST_ITEM, id, 1, 0, 0, {}};
     return list(adapter, &request);
 }
-template <class Request, class Record>
-Record readItem(KT_U8 (*list)(KT_U8, Request*), KT_U8 adapter, KT_U16 id, Record (Request::*records)[1]) {
-    Request request = {};
-    EXPECT_EQ(askItem(list, adapter, id, request), KT_OK);
-    return (request.*records)[0];
-}
-template <auto LIST, auto RECORDS>
-auto record(KT_U8 adapter, KT_U16 id) {
-    return readItem(LIST, adapter, id, RECORDS);
-}
 
-// Records by the adapter and their id.
-inline constexpr auto vdInfo = record<KT_LD_GetInfo, &_LD_Info_Request::ldInfo>;
-inline constexpr auto vdStatus = record<KT_LD_GetStatus, &_LD_Status_Request::ldStatus>;
-inline constexpr auto dgInfo = record<KT_DG_GetInfo, &_DG_Info_Request::dgInfo>;
-inline constexpr auto pdInfo = record<KT_PD_GetHDInfo, &_HD_Info_Request::hdInfo>;
-inline constexpr auto pdConfig = record<KT_PD_GetConfig, &_HD_Config_Request::hdConfig>;
-inline constexpr auto blockInfo = record<KT_BLK_GetInfo, &_BLK_Info_Request::blkInfo>;
+// What reads records by the adapter and their id.
+template <class Request, class Record>
+auto reader(KT_U8 (*list)(KT_U8, Request*), Record (Request::*records)[1]) {
+    return [=](KT_U8 adapter, KT_U16 id) {
+        Request request = {};
+        EXPECT_EQ(askItem(list, adapter, id, request), KT_OK);
+        return (request.*records)[0];
+    };
+}
+inline const auto vdInfo = reader(KT_LD_GetInfo, &_LD_Info_Request::ldInfo);
+inline const auto vdStatus = reader(KT_LD_GetStatus, &_LD_Status_Request::ldStatus);
+inline const auto dgInfo = reader(KT_DG_GetInfo, &_DG_Info_Request::dgInfo);
+inline const auto pdInfo = reader(KT_PD_GetHDInfo, &_HD_Info_Request::hdInfo);
+inline const auto pdConfig = reader(KT_PD_GetConfig, &_HD_Config_Request::hdConfig);
+inline const auto blockInfo = reader(KT_BLK_GetInfo, &_BLK_Info_Request::blkInfo);
 KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*
 // A virtual disk at a glance, after calls that go well: its status, the disks in its slots ("-": none), and what goes
 // on: "activity/state percent".

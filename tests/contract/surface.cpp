@@ -101,9 +101,8 @@ TEST_F(Surface, AMigrationMarksWhatIsLostOnEveryMember) {
               "1/80:0 2/36:0(40,3,17) 2/37:0(0,300,1) 2/38:0(0,300,1) 2/37:0(0,301,1) 2/36:1(40,3,17) 2/37:1(0,301,1) "
               "2/37:2(0,301,1,1) 2/37:8(0,301,1,1) 1/85:0");
     EXPECT_EQ(found({KT_PD_StartMediaPatrol(0, 8)}), "2/17:8 2/37:8(0,301,1,1) 2/22:8");
-    EXPECT_EQ(vdInfo(0, 0).NumParityDisk, 2);
-    for (const KT_U16 array : Ids{0, 1})
-        EXPECT_EQ(dgInfo(0, array).NumParityDisk, 2);
+    EXPECT_EQ((Ints{vdInfo(0, 0).NumParityDisk, dgInfo(0, 0).NumParityDisk, dgInfo(0, 1).NumParityDisk}),
+              (Ints{2, 2, 2}));
 }
 
 // It reads the members from their start to their end while the progress goes from 0 to 100.

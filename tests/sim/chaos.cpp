@@ -196,10 +196,8 @@ static void happen(Chaos& run) {
     commitTransaction(*run.store);
 }
 
-static const struct {
-    int weight;
-    void (*act)(Chaos& run);
-} ACTS[] = {
+// What is done, and how often.
+static const std::pair<int, void (*)(Chaos& run)> ACTS[] = {
     {70, happen},
     {20, [](Chaos& run) { createOrMigrateVd(run, false); }},
     {10, [](Chaos& run) { createOrMigrateVd(run, true); }},

@@ -135,14 +135,8 @@ TEST(Check, EndsAProgramWhoseCallLeavesSomethingWrong) {
 
 TEST(Check, NamesWhatIsBeyondItsRecord) {
     const KT_U64 latest = 0xFFFFFFFFULL * 1000;
-    struct Limit {
-        const char* who;
-        KT_U8 adapter;
-        KT_U64 most;
-        std::function<Spoil(KT_U64)> set;
-    };
     const auto of = [](KT_U64 id, auto field) { return [=](KT_U64 value) { return set(id, field, value); }; };
-    const Limit limits[] = {
+    const std::tuple<const char*, KT_U8, KT_U64, std::function<Spoil(KT_U64)>> limits[] = {
         {"VD 0 HDCount", 0, 128, of(0, &_LD_Info::HDCount)},
         {"VD 0 BlkCount", 0, 128, of(0, &_LD_Info::BlkCount)},
         {"array 0 PDCount", 0, 128, of(0, &_DG_Info::PDCount)},

@@ -10,7 +10,6 @@
 
 struct CallFrame : testing::Test {
     StateFolder folder;
-    const std::string& state = folder.state;
     std::string trace = folder.path + "/trace";
     std::vector<unsigned char> buffer = std::vector<unsigned char>(sizeof(_RequestHeader) + 8 * sizeof(_LD_Info));
     _LD_Info_Request* request = reinterpret_cast<_LD_Info_Request*>(buffer.data());
@@ -30,7 +29,7 @@ struct CallFrame : testing::Test {
         return {request->header.numReturned, request->header.nextStartingIndex};
     }
     void setFault(const Fault& fault) const {
-        changeState(state, [&](Store& store) { addFault(store, fault); });
+        changeState(folder.state, [&](Store& store) { addFault(store, fault); });
     }
     std::string lastLine() const {
         const std::string text = fileText(trace);
@@ -85,7 +84,7 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
             return status;
         });
     };
-    Store* store = openExistingStore(state);
+    Store* store = openExistingStore(folder.state);
     setCurrentStore(store);
     EXPECT_EQ(write(KT_ERR_VD_BUSY, false), KT_ERR_VD_BUSY);
     EXPECT_FALSE(find<VdState>(*store, 0, 77));
@@ -103,7 +102,7 @@ TEST_F(CallFrame, UndoesWhatAFailingBodyDid) {
 
 TEST_F(CallFrame, OutlivesAnActivityThatNeverEnds) {
     allowSpoiltState();
-    changeState(state, [](Store& store) {
+    changeState(folder.state, [](Store& store) {
         VdState nobodys = {}; // no virtual disk has this id: its activity is due for ever
         nobodys.activity = {KT_BGA_CHECK, KT_STATE_RUNNING, 0, {}, 1, 1, 0, 1, 0};
         save(store, 0, 77, nobodys);
@@ -167,13 +166,11 @@ TEST(ClockOf, RunsFromItsBaseAtItsSpeed) {
 
 TEST(EventLog, KeepsTheNewestInOrder) {
     const MemoryState state(R"({"adapters": [{}, {}]})");
-    Store* store = state.store;
-    beginTransaction(*store, Access::Write);
-    const Context context{*store, 1, 5000};
+    const Context context{*state.store, 1, 5000};
+    beginTransaction(*state.store, Access::Write);
     for (unsigned i = 0; i < EVENTS_KEPT + 10; ++i)
         logEvent(context, EVT_MISC_MUTED, static_cast<KT_U16>(i));
     EXPECT_EQ(count<_Event>(context), EVENTS_KEPT);
-    EXPECT_EQ(lastRow(*store, 1, KIND_EVENT), EVENTS_KEPT + 11);
     EXPECT_EQ(find<_Event>(context, EVENTS_KEPT + 11)->TimeStamp, 5U);
-    EXPECT_EQ(count<_Event>(Context{*store, 0, 0}), 1U);
+    EXPECT_EQ(count<_Event>(state.context), 1U);
 }
