@@ -15,6 +15,7 @@
 #include "tests/fuzz/fuzz.h"
 #include "tests/fuzz/passing/calls.h"
 #include "tests/fuzz/passing/commands.h"
+#include "tests/support/printed.h"
 #include "tests/support/scratch.h"
 
 void (*beforeCall)(const std::string& call);
@@ -75,10 +76,10 @@ bool endsTheProgram(const std::string& command) {
     return command.find("scan") != std::string::npos || command.find("-output") != std::string::npos;
 }
 
-void requireText(const char* text, size_t size) {
-    for (size_t i = 0; i < size; ++i) {
+void requireText(const std::string& text) {
+    for (size_t i = 0; i < text.size(); ++i) {
         const bool fits = (text[i] >= ' ' && text[i] < 0x7F) || text[i] == '\n' || text[i] == '\t';
-        if (!fits) fprintf(stderr, "byte %02x is printed at %zu of:\n%.*s", text[i], i, static_cast<int>(size), text);
+        if (!fits) fprintf(stderr, "byte %02x is printed at %zu of:\n%s", text[i], i, text.c_str());
         require(fits);
     }
 }
@@ -90,16 +91,12 @@ void runOne(std::string line) {
     int count = 0;
     if (parse(&count, words.data(), line.data()) == 0 || count == 0) return;
     chooseCommandsFor(words[0]);
-    char* text = nullptr;
-    size_t size = 0;
-    stream = open_memstream(&text, &size);
-    alarm(60); // not to be waited for: SIGALRM is the failure
-    if (startLibrary()) cmdDispatcher(count, words.data());
-    KT_API_Finalize();
-    alarm(0);
-    fclose(stream);
-    requireText(text, size);
-    free(text);
+    requireText(printedBy([&] {
+        alarm(60); // not to be waited for: SIGALRM is the failure
+        if (startLibrary()) cmdDispatcher(count, words.data());
+        KT_API_Finalize();
+        alarm(0);
+    }));
 }
 } // namespace
 

@@ -22,10 +22,8 @@ TEST_F(Autoset, AssignsAndAdvances) {
     EXPECT_EQ("To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"
               "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n",
               autoset().printed);
-    const KT_U8 first[8] = {0x50, 0x0A, 0x1F, 0x40, 0x0F, 0xFF, 0xFF, 0xFF};
-    const KT_U8 second[8] = {0x50, 0x0A, 0x1F, 0x40, 0x10, 0, 0, 0};
-    EXPECT_EQ(0, memcmp(first, written().SAS_Address[1], 8));
-    EXPECT_EQ(0, memcmp(second, written().SAS_Address[0], 8));
+    EXPECT_EQ(0, memcmp("\x50\x0A\x1F\x40\x0F\xFF\xFF\xFF", written().SAS_Address[1], 8));
+    EXPECT_EQ(0, memcmp("\x50\x0A\x1F\x40\x10\0\0", written().SAS_Address[0], 8));
     EXPECT_EQ("TARN0000010000000009", serialOf(written()));
     std::string expected = configuration("");
     expected.replace(expected.find("=old"), 4, "=TARN0000010000000009");

@@ -9,17 +9,20 @@ using namespace std::string_literals;
 
 namespace {
 _LD_Info vd(KT_U16 id, KT_U8 level, KT_U64 megabytes, const std::vector<KT_U16>& disks, KT_U8 parity = 0) {
-    _LD_Info ld = {.ID = id, .RaidMode = level, .HDCount = static_cast<KT_U8>(disks.size()), .Size = megabytes};
-    memcpy(ld.Name, "data", 4);
-    ld.NumParityDisk = parity;
+    _LD_Info ld = {.ID = id,
+                   .RaidMode = level,
+                   .HDCount = static_cast<KT_U8>(disks.size()),
+                   .Size = megabytes,
+                   .Name = "data",
+                   .NumParityDisk = parity};
     std::copy(disks.begin(), disks.end(), ld.BlockIDs);
     return ld;
 }
 
 _DG_Info array(KT_U16 id, const char* name, KT_U8 level, const std::vector<KT_U16>& disks) {
-    _DG_Info dg = {.DGID = id, .RaidMode = level, .TotalManagedSpace = 5000 << 10};
+    const auto count = static_cast<KT_U8>(disks.size());
+    _DG_Info dg = {.DGID = id, .RaidMode = level, .TotalManagedSpace = 5000 << 10, .PDCount = count};
     memcpy(dg.Name, name, strlen(name));
-    dg.PDCount = static_cast<KT_U8>(disks.size());
     std::copy(disks.begin(), disks.end(), dg.PDIDs);
     return dg;
 }

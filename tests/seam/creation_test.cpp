@@ -262,20 +262,18 @@ TEST_F(ArrayCreation, OfAVirtualDiskSendsTheRecord) {
 }
 
 TEST_F(ArrayCreation, OfAVirtualDiskSaysWhatStandsInTheWay) {
-    const std::tuple<KT_U8, const char*, const char*> cases[] = {
-        {KT_RAID5, " -l 2", "Invalid slot number.  Total slot is 2\n"},
-        {KT_RAID5, " -l 0", "Slot number 0 has already occupied by VD 11\n"},
-        {KT_RAID0, " -i foreground", "Invalid initialization mode. RAID0 only support none and quick initialize.\n"},
-        {KT_RAID5, " -s 999 -g 1", "VD size is too small for the specified rounding scheme.\n"},
-        {KT_RAID5, " -s 9999 -g 10", "VD size is too small for the specified rounding scheme.\n"},
-        {KT_RAID5, " -s 99", "VD size should be at least 100 MB.\n"},
-        {KT_RAID5, " -s 1000 -g 1", "Create VD 7 successfully.\n"},
-        {2, "", "Specified RAID mode is not supported.\n"},
-    };
-    for (const auto& [level, options, message] : cases) {
-        seam.arrays[0].RaidMode = level;
-        expect("create -a 3" + std::string(options), message, message[0] == 'C' ? 0 : 1);
-    }
+    seam.arrays[0].RaidMode = KT_RAID5;
+    expectSteps(R"(
+create -a 3 -l 2 =1> Invalid slot number.  Total slot is 2
+create -a 3 -l 0 =1> Slot number 0 has already occupied by VD 11
+create -a 3 -s {999 -g 1|9999 -g 10} =1> VD size is too small for the specified rounding scheme.
+create -a 3 -s 99 =1> VD size should be at least 100 MB.
+create -a 3 -s 1000 -g 1 => Create VD 7 successfully.
+)");
+    seam.arrays[0].RaidMode = KT_RAID0;
+    expect("create -a 3 -i foreground", "Invalid initialization mode. RAID0 only support none and quick initialize.\n", 1);
+    seam.arrays[0].RaidMode = 2;
+    expect("create -a 3", "Specified RAID mode is not supported.\n", 1);
     seam.arrays[0].RaidMode = KT_HYBRID;
     gAdapterInfo[0].LogicalDriverMode = 0;
     seam.arrays[0].VDSlotCount = 255; // more than the record holds

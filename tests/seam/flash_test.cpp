@@ -88,8 +88,7 @@ TEST_F(Flash, DrawsABarOnATerminalOnly) {
 TEST_F(Flash, StopsAnUpdateThatFails) {
     writeText(path, makeImage(3 * PAGE));
     seam.statuses["KT_Flash_PreData"] = 19;
-    seam.statuses["KT_Flash_Bin"] = 184;
-    seam.flashFailsAt = 1;
+    seam.statuses["KT_Flash_Bin @3 15 2 page 1"] = 184;
     expect(update("-t BIOS -i 3"),
            "page 0 write to device.\npage 1 write to device.\n\nFailed to update file '" + path +
                "', error 184: Invalid flash buffer data\n",
@@ -154,8 +153,7 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
         EXPECT_NE(0, access(path.c_str(), F_OK));
     };
     seam.flash = makeImage(2 * PAGE);
-    seam.statuses["KT_Flash_Bin"] = 20;
-    seam.flashFailsAt = 1;
+    seam.statuses["KT_Flash_Bin 240 1 page 1"] = 20;
     expectNone("page 0 write to file.\n\nFailed to flash (error 20: Link time out).\n", 20);
     seam.statuses.clear();
     seam.flashClaims = PAGE + 1;

@@ -35,7 +35,6 @@ struct Seam {
     KT_U8 claimed = 0;           // how many events there are said to be; 0: as many as there are
     std::string flash;           // the image that a backup reads and an update writes
     void (*flashed)() = nullptr; // what happens when a page has been written
-    int flashFailsAt = -1;       // the page at which KT_Flash_Bin answers its status
     KT_U32 flashClaims = 0;      // what a page that is read says of its size; 0: the truth
     bool flashEndless = false;   // no page that is read is the last
     _Adapter_Config_V2 adapterConfig = {};

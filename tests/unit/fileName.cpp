@@ -9,11 +9,6 @@
 
 namespace {
 
-struct NewFiles : testing::Test {
-    ScratchFolder folder;
-    std::string path = folder.path + "/image";
-};
-
 TEST(FileName, TakesAQuotedNameUpToTheClosingQuote) {
     EXPECT_EQ(unquotedName("plain\"x"), "plain\"x");
     EXPECT_EQ(unquotedName("\"my file\""), "my file");
@@ -48,9 +43,10 @@ TEST(FileName, ExpandsLikeAShellButRunsNothing) {
     EXPECT_EQ(shownName("a\x1b[m\n\xc3\xa9"), "a?[m?\xc3\xa9");
 }
 
-TEST_F(NewFiles, AreNeverMadeOverSomethingAndWithANameInQuotesTakenAsTheyStandFirst) {
+TEST(NewFiles, AreNeverMadeOverSomethingAndWithANameInQuotesTakenAsTheyStandFirst) {
     setenv("KT_TEST_NAME", "value", 1);
-    path += " $KT_TEST_NAME*";
+    const ScratchFolder folder;
+    const std::string path = folder.path + "/image $KT_TEST_NAME*";
     std::string found;
     EXPECT_TRUE(expandName(path, true, found));
     EXPECT_EQ(found, folder.path + "/image value*");

@@ -47,18 +47,16 @@ extern "C" int renameat2(int, const char* from, int, const char* to, unsigned fl
 namespace {
 
 struct WholeFile : testing::Test {
-    std::string folder;
+    const ScratchFolder scratch;
+    const std::string folder = scratch.path;
 
     void SetUp() override {
-        std::string name = testing::TempDir() + "whole.XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
         gTarget = folder + "/file";
         gAsked.clear();
     }
     void TearDown() override {
         unlink(gTarget.c_str());
-        EXPECT_EQ(rmdir(folder.c_str()), 0) << "something else is left";
+        EXPECT_TRUE(std::filesystem::is_empty(folder)) << "something else is left";
     }
 };
 

@@ -39,22 +39,18 @@ TEST(Parse, SplitsAtBlanksAndKeepsQuotes) {
 }
 
 const char* ran;
-int ranGeneral(int, char**, _cmd_struct* row) {
+template <int RESULT>
+int runs(int, char**, _cmd_struct* row) {
     ran = row->cmd;
-    return 7;
-}
-int ranInternal(int, char**, _cmd_struct* row) {
-    ran = row->cmd;
-    return 8;
+    return RESULT;
 }
 
-class Dispatcher : public ::testing::Test {
-  protected:
-    _cmd_struct general[4] = {{"alpha", 6, ranGeneral, "", ""},
-                              {"alphabet", 9, ranGeneral, "", ""},
-                              {"beta", 5, ranGeneral, "", ""},
-                              {"inner-most", 11, ranGeneral, "", ""}};
-    _cmd_struct internal[2] = {{"inner", 6, ranInternal, "", ""}, {"beta", 5, ranInternal, "", ""}};
+struct Dispatcher : testing::Test {
+    _cmd_struct general[4] = {{"alpha", 6, runs<7>, "", ""},
+                              {"alphabet", 9, runs<7>, "", ""},
+                              {"beta", 5, runs<7>, "", ""},
+                              {"inner-most", 11, runs<7>, "", ""}};
+    _cmd_struct internal[2] = {{"inner", 6, runs<8>, "", ""}, {"beta", 5, runs<8>, "", ""}};
     void SetUp() override {
         pCmdTable = general;
         cmdTableSize = 4;

@@ -192,9 +192,7 @@ LISTS(_Enclosure_Info_Request, (std::vector<_Enclosure_Info>{{}, {.EnclosureID =
 
 // A page that is read comes from the image, and one that is written goes there.
 inline void fill(Made& made, _Flash_Data& page) {
-    KT_U8& status = made.status;
-    if (seam.flashFailsAt >= 0 && page.PageNum != seam.flashFailsAt) status = KT_OK;
-    if (status != KT_OK || made.numbers[0] == KT_FLASH_ERASE) return;
+    if (made.status != KT_OK || made.numbers[0] == KT_FLASH_ERASE) return;
     if (made.numbers[0] == KT_FLASH_UPDATE) {
         seam.flash.append(page.Data, page.Data + page.Size);
         if (seam.flashed != nullptr) seam.flashed();
