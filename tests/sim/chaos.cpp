@@ -107,7 +107,9 @@ static void createInArray(Chaos& run) {
 
 // Disks come from elsewhere with what is on them, or stay there when there is no room.
 static void bringForeign(Chaos& run, const Context& context) {
-    Store* elsewhere = openMemoryStore(fillFromLab, labNamed("default"));
+    BuiltInLab lab = *labNamed("default");
+    lab.stoppedAt = run.now;
+    Store* elsewhere = openMemoryStore(fillFromLab, &lab);
     Ids ids;
     Ids disks;
     for (KT_U16 pd = run.pick(4); pd < 10; pd = static_cast<KT_U16>(pd + 1 + run.pick(3)))
@@ -196,6 +198,30 @@ static void happen(Chaos& run) {
     commitTransaction(*run.store);
 }
 
+// A record with two bytes of any value: settings that somebody may hand to an adapter.
+template <class Record>
+static Record spoilt(Chaos& run, Record record = {}) {
+    for (int i = 0; i < 2; ++i)
+        reinterpret_cast<KT_U8*>(&record)[run.pick(sizeof record)] = run.rarely(2) ? run.byte(3) : run.byte(256);
+    return record;
+}
+
+static void setAdapter(Chaos& run) {
+    _Adapter_Config_V2 config = {};
+    KT_Adapter_GetConfig(run.adapter, &config);
+    config = spoilt(run, config);
+    KT_Adapter_SetConfig(run.adapter, &config);
+}
+
+static void setPart(Chaos& run) {
+    const auto vd = spoilt<_LD_Config>(run);
+    const auto array = spoilt<_DG_CONFIG>(run);
+    const auto disk = spoilt<_HD_CONFIG>(run);
+    KT_LD_SetConfig(run.adapter, run.vd(), &vd);
+    KT_DG_SetConfig(run.adapter, run.array(), &array);
+    KT_PD_SetConfig(run.adapter, run.disk(), &disk);
+}
+
 // What is done, and how often.
 static const std::pair<int, void (*)(Chaos& run)> ACTS[] = {
     {70, happen},
@@ -210,6 +236,12 @@ static const std::pair<int, void (*)(Chaos& run)> ACTS[] = {
      }},
     {1, [](Chaos& run) { KT_LD_DG_QuickCreate(run.adapter, run.byte(3)); }},
     {1, [](Chaos& run) { KT_LD_PauseAll(run.adapter); }},
+    {4, setAdapter},
+    {4, setPart},
+    {1, [](Chaos& run) { KT_AdapterMute(run.adapter); }},
+    {1, [](Chaos& run) { KT_BBU_ChangePower(run.adapter, run.byte(4)); }},
+    {2, [](Chaos& run) { KT_VDHDD_AddLink(run.adapter, run.vd(), run.disk()); }},
+    {2, [](Chaos& run) { KT_LD_Report(run.adapter, run.vd()); }},
     {1, [](Chaos& run) { KT_Flash_Erase(run.adapter, KT_PAGE_PD); }},
     {4, [](Chaos& run) { KT_LD_Delete(run.adapter, run.vd(), run.byte(2)); }},
     {4, [](Chaos& run) { KT_DG_Delete(run.adapter, run.array()); }},
