@@ -19,4 +19,8 @@ TEST_F(Event, MessagesSayWhatTheRawEventsMean) {
     succeed({KT_EVT_GetEventMessage(0, 0, &count, messages.data())});
     EXPECT_EQ(count, 0);
     EXPECT_EQ(KT_EVT_GetEventMessage(1, 50, &count, messages.data()), KT_ERR_INVALID_ADAPTER);
+    std::vector<_Event> events(255);
+    succeed({KT_EVT_GetEvent(0, 255, &count, events.data())});
+    EXPECT_EQ(events[0].SenseDataLength, sizeof _Adapter_Info::SerialNo);
+    EXPECT_EQ(memcmp(events[0].SenseData, adapterInfo(0).SerialNo, sizeof _Adapter_Info::SerialNo), 0) << "its own";
 }
