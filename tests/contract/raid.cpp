@@ -172,8 +172,11 @@ TEST_F(Raid, ArraysDivideTheirSpaceIntoSlots) {
     succeed({createVd(KT_RAID5, 2000), createVd(KT_RAID5, 1000), createVd(KT_RAID5, 500), createVd(KT_RAID5)});
     EXPECT_EQ(slots({deleteVd(0), deleteVd(2), createVd(KT_RAID5)}), "0:2000 1:1000 -:500 3:187164 500")
         << "all of the largest slot";
+    EXPECT_EQ(slots({createVd(KT_RAID5, 500), deleteVd(1), deleteVd(3), createVd(KT_RAID5, 400)}),
+              "0:2000 1:400 -:600 2:500 -:187164 187764")
+        << "the first slot that is large enough";
     EXPECT_EQ(KT_DG_Delete(ARRAYS, 0), KT_ERR_ARRAY_HAS_VD);
-    succeed({deleteVd(0), deleteVd(1), deleteVd(3)});
+    succeed({deleteVd(0), deleteVd(1), deleteVd(2)});
     EXPECT_EQ(LOG_OF(ARRAYS, KT_DG_Delete(ARRAYS, 0)), "13/1:0 2/54:0 2/54:1 2/54:2");
     EXPECT_EQ(roleOf(ARRAYS, 1), 0);
     EXPECT_EQ(show().find("\"rows\""), std::string::npos) << "nothing of them is remembered";

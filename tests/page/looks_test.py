@@ -144,7 +144,7 @@ class Many(Pages):
         self.assertEqual(len(self.browser.all(".tile")), 1000)
         took = time.monotonic() - start
         print(f"1,000 reports of 16 disks: {took:.1f} s, {os.path.getsize(self.bench.path('page.html')) >> 20} MB")
-        self.assertLess(took, 30)
+        self.assertLess(took, 120 if "sanitize" in os.environ["BIN"] else 30)
         self.assertEqual(self.browser.texts(".fleet a"), ["143 critical", "142 warning", "715 fine"])
 
     def test_sixteen_adapters(self):

@@ -114,7 +114,6 @@ static _SMART_Attribute describe(const Attribute& attribute, const Life& life) {
     described.Threshold = attribute.threshold;
     described.RawValue = counter;
     strncpy(reinterpret_cast<char*>(described.Name), attribute.name, sizeof described.Name - 1);
-    if (attribute.threshold == 0) return described;
     if (described.Worst <= attribute.threshold) described.Status = KT_SMART_FAILED_BEFORE;
     if (described.Current <= attribute.threshold) described.Status = KT_SMART_FAILING;
     return described;
