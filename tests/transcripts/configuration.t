@@ -81,6 +81,8 @@ A check says what a restore comes to, whichever file is given to which adapter.
   full:8 of.empty:1: can, can
   full:8 of.full:8: can, can
   troubled:1 of.empty:1: can, can
+  $ rm -f state.db* && cp state.empty:1 state.db && ktcfg 1 check -f of.empty:1 --raid | grep delete
+  Nothing would be deleted.
 
 Whatever an adapter holds, it is either read back and written the same way, or said to be beyond the text's means: how
 many losses are named, and what the reader stops at.
