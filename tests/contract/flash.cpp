@@ -252,6 +252,7 @@ TEST_F(Flash, SettingsPageGovernsTheAdapter) {
     settings.bbu_charge_threshold = 60;
     settings.bbu_volt_lowerbound = 3000;
     EXPECT_EQ(LOG_OF(0, writeSettings(settings), reopen()), "9/32:0 9/33:0 10/17:0");
+    EXPECT_EQ(LOG_OF(0, writeSettings(settings)), "10/17:0") << "the limits are these already";
     info = adapterInfo(0);
     EXPECT_EQ((Ints{info.SerialNo[0], info.PortSasAddress[3][7], adapterConfig(0).RebuildRate}), (Ints{'Z', 0xAB, 77}));
     succeed({configure(0, &Config::SyncRate, 11)});
