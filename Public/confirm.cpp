@@ -1,20 +1,9 @@
 #include "Public/confirm.h"
 
-#include <cerrno>
-#include <unistd.h>
+#include <cstdio>
 
 #include "Public/interrupt.h"
 #include "Public/output.h"
-
-int readInputByte() {
-    unsigned char byte = 0;
-    ssize_t got;
-    do {
-        if (!waitForInput(STDIN_FILENO)) return EOF;
-        got = read(STDIN_FILENO, &byte, 1);
-    } while (got < 0 && errno == EINTR);
-    return got == 1 ? byte : EOF;
-}
 
 // The first character of the next line of standard input ('\n' for an empty one), or EOF.
 static int readAnswer() {

@@ -8,6 +8,3 @@ bool confirmUnlessNo();
 // Goes on (true) on "y" or "Y", declines on "n" or "N"; any other answer prints "Please input y or n.\n" and the next
 // line is read.
 bool confirmYesOrNo();
-
-// The next byte of standard input; EOF behind the last one, on an error, and when Ctrl-C is pressed.
-int readInputByte();

@@ -9,8 +9,8 @@ void catchInterrupts();
 bool interrupted();
 void forgetInterrupt();
 
-// Waits until there is something to read from a terminal, or the end of it. False when Ctrl-C came first or before:
-// then nothing is to be read. While it waits Ctrl-C is noted even without catchInterrupts(); atSignal, if given, is
-// called behind any other signal. Whoever feeds answers in through a pipe means the whole program with Ctrl-C: then it
-// answers true at once.
-bool waitForInput(int fd, void (*atSignal)() = nullptr);
+// The next byte of standard input; EOF behind the last one, on an error, and when Ctrl-C came while it waited at a
+// terminal, or before. While it waits there Ctrl-C is noted even without catchInterrupts(); atSignal, if given, is
+// called first and behind any other signal. Whoever feeds answers in through a pipe means the whole program with
+// Ctrl-C.
+int readInputByte(void (*atSignal)() = nullptr);

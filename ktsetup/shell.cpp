@@ -1,6 +1,5 @@
 #include "ktsetup/shell.h"
 
-#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -26,11 +25,8 @@ using Words = std::unique_ptr<char*, decltype(&free)>;
 
 // Reads a key for readline. Ctrl-C ends the line with what there is of it, which readLine drops.
 static int readKey(FILE*) {
-    for (unsigned char key = 0; waitForInput(STDIN_FILENO, editor.checkSignals);) {
-        const ssize_t got = read(STDIN_FILENO, &key, 1);
-        if (got == 1) return key;
-        if (got == 0 || errno != EINTR) return EOF;
-    }
+    const int key = readInputByte(editor.checkSignals);
+    if (!interrupted()) return key;
     fputs("^C", stdout);
     explicit_bzero(*editor.lineBuffer, strlen(*editor.lineBuffer)); // what is dropped may be a password
     editor.replaceLine("", 0);
