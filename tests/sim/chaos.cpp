@@ -13,25 +13,34 @@
 #include "media/wear.h"
 #include "raid/damage.h"
 #include "raid/members.h"
+#include "state/adapterInfo.h"
 #include "state/simClock.h"
 
 #include <algorithm>
 
-static const KT_U8 LEVELS[] = {KT_RAID0,  KT_RAID1,  KT_RAID5, KT_RAID5,  KT_RAID6,           KT_RAID10, KT_RAID1E,
-                               KT_RAID50, KT_RAID60, KT_JBOD,  KT_HYBRID, KT_TANDEM_CAPACITY, 0x77};
+// Levels, and the numbers of disks that each is made of.
+struct Shape {
+    KT_U8 level;
+    KT_U8 counts[3];
+};
+static const Shape SHAPES[] = {
+    {KT_RAID0, {2, 3, 4}},  {KT_RAID1, {2, 2, 2}},  {KT_RAID1, {2, 2, 2}},  {KT_RAID5, {3, 4, 5}},
+    {KT_RAID5, {3, 3, 4}},  {KT_RAID5, {3, 3, 4}},  {KT_RAID6, {4, 4, 5}},  {KT_RAID10, {4, 4, 6}},
+    {KT_RAID10, {4, 4, 6}}, {KT_RAID1E, {3, 3, 5}}, {KT_RAID50, {6, 6, 8}}, {KT_RAID60, {8, 6, 8}},
+    {KT_JBOD, {1, 1, 2}},   {KT_HYBRID, {2, 3, 2}}, {0x77, {2, 3, 200}},
+};
 static const KT_U8 CONTROLS[] = {1, 2, 3, 3, 4, 7, 0, 9};
-static const KT_U8 COUNTS[] = {2, 3, 3, 4, 4, 5, 6, 8};
 
 // Free disks, with a mistake now and then.
-static KT_U8 disks(Chaos& run, KT_U8 raid, KT_U16* ids) {
-    const KT_U8 count = raid == KT_RAID1 ? KT_U8{2} : run.oneOf(COUNTS);
+static KT_U8 disks(Chaos& run, const Shape& shape, KT_U16* ids) {
+    const KT_U8 count = run.rarely(15) ? run.byte(9) : run.oneOf(shape.counts);
     const Ids unused = freeDisks(run.context());
-    const KT_U16 from = run.pick(4);
-    for (KT_U16 i = 0; i < count; ++i) {
+    const KT_U16 from = run.pick(unused.size() > count ? static_cast<unsigned>(unused.size() - count + 1) : 1);
+    for (KT_U16 i = 0; i < count && i < 24; ++i) {
         const size_t at = size_t{from} + i;
-        ids[i] = at < unused.size() && !run.rarely(25) ? unused[at] : run.pick(24);
+        ids[i] = at < unused.size() && !run.rarely(50) ? unused[at] : run.pick(24);
     }
-    return run.rarely(40) ? KT_U8{200} : count;
+    return count;
 }
 
 // The members of a virtual disk or an array, and some free disks: what a migration asks for.
@@ -50,8 +59,9 @@ static KT_U8 parity(Chaos& run, KT_U8 raid) {
 
 static _Create_LD_Param ldParam(Chaos& run) {
     _Create_LD_Param param = {};
-    param.RaidMode = run.oneOf(LEVELS);
-    param.HDCount = disks(run, param.RaidMode, param.HDIDs);
+    const Shape& shape = SHAPES[run.pick(std::size(SHAPES))];
+    param.RaidMode = shape.level;
+    param.HDCount = disks(run, shape, param.HDIDs);
     param.NumParityDisk = parity(run, param.RaidMode);
     param.StripeBlockSize = static_cast<KT_U16>(run.rarely(12) ? run.pick(100) : 16 << run.pick(7));
     param.SectorCoefficient = 1;
@@ -65,8 +75,9 @@ static _Create_LD_Param ldParam(Chaos& run) {
 
 static _CreateOrModify_DG_Param dgParam(Chaos& run, KT_U16 id) {
     _CreateOrModify_DG_Param param = {};
-    param.RaidMode = run.oneOf(LEVELS);
-    param.PDCount = disks(run, param.RaidMode, param.PDIDs);
+    const Shape& shape = SHAPES[run.pick(std::size(SHAPES))];
+    param.RaidMode = shape.level;
+    param.PDCount = disks(run, shape, param.PDIDs);
     param.NumParityDisk = parity(run, param.RaidMode);
     param.StripeBlockSize = 64;
     param.BlockSize = run.rarely(8) ? 4096 : 512;
@@ -79,6 +90,8 @@ static void createOrMigrateVd(Chaos& run, bool migrates) {
     _Create_LD_Param param = ldParam(run);
     if (!migrates) return void(KT_LD_Create(run.adapter, &param));
     param.HDCount = withMembers(run, OwnerKind::Vd, param.LDID, param.HDIDs);
+    const auto vd = find<_LD_Info>(run.context(), param.LDID);
+    if (vd && !run.rarely(3)) param.RaidMode = vd->RaidMode;
     KT_LD_StartMigration(run.adapter, &param);
 }
 
@@ -86,6 +99,8 @@ static void createOrMigrateArray(Chaos& run, bool migrates) {
     _CreateOrModify_DG_Param param = dgParam(run, migrates ? run.array() : KT_U16{KT_NO_ID});
     if (!migrates) return void(KT_CreateOrModify_DG(run.adapter, &param, run.rarely(5)));
     param.PDCount = withMembers(run, OwnerKind::Array, param.DGID, param.PDIDs);
+    const auto array = find<_DG_Info>(run.context(), param.DGID);
+    if (array && !run.rarely(3)) param.RaidMode = array->RaidMode;
     KT_DG_StartMigration(run.adapter, &param, 0);
 }
 
@@ -164,7 +179,9 @@ static void happen(Chaos& run) {
     Context context = run.context();
     settle(context);
     const KT_U16 pd = run.pick(18);
-    const auto state = find<PdState>(context, pd);
+    const KT_U16 pulled = run.among(all<PulledDisk>(context), 18);
+    const KT_U16 broken =
+        run.among(idsWhere<PdState>(context, [](const PdState& disk) { return disk.health == PD_FAILED; }), 18);
     const KT_U16 what = run.pick(30);
     if (what == 0) {
         failDisk(context, pd);
@@ -174,7 +191,8 @@ static void happen(Chaos& run) {
     } else if (what == 2) {
         tripSmart(context, pd, run.pick(2) != 0);
     } else if (what < 6) {
-        insertDisks(context, {run.rarely(4) ? static_cast<KT_U16>(0xF000 + run.pick(3)) : pd}); // its id was forgotten
+        const KT_U16 forgotten = 0xF000; // the first id of a pulled disk whose own is somebody else's
+        insertDisks(context, {run.rarely(4) ? static_cast<KT_U16>(forgotten + run.pick(3)) : pulled});
     } else if (what < 8) {
         addBadSectors(context, pd, BadSector{run.pick(2) ? FLAW_WRONG : FLAW_UNREADABLE, 0, {}}, run.pick(300));
         applyRates(context);
@@ -185,13 +203,15 @@ static void happen(Chaos& run) {
     } else if (what < 12) {
         // What was pulled comes back before long.
         insertEnclosure(context, 1);
-        insertCable(context, run.byte(8));
+        for (KT_U8 port = 0; port < 8; ++port)
+            insertCable(context, port);
     } else if (what < 14) {
         powerCycle(run);
-    } else if (!state || state->health == PD_FAILED) {
+    } else {
         // Broken and missing disks are seen to, or there would soon be none.
         const bool small = run.rarely(6);
-        replaceDisk(context, pd, [&](_HD_Info& disk) { disk.Size = small ? 2000000 : disk.Size; });
+        replaceDisk(context, run.rarely(3) ? pulled : broken,
+                    [&](_HD_Info& disk) { disk.Size = small ? 2000000 : disk.Size; });
     }
     run.now += run.pick(3000);
     setClock(*run.store, run.now, 1000, true);
@@ -222,50 +242,69 @@ static void setPart(Chaos& run) {
     KT_PD_SetConfig(run.adapter, run.disk(), &disk);
 }
 
-// What is done, and how often.
-static const std::pair<int, void (*)(Chaos& run)> ACTS[] = {
-    {70, happen},
-    {20, [](Chaos& run) { createOrMigrateVd(run, false); }},
-    {10, [](Chaos& run) { createOrMigrateVd(run, true); }},
-    {20, [](Chaos& run) { createOrMigrateArray(run, false); }},
-    {10, [](Chaos& run) { createOrMigrateArray(run, true); }},
-    {20, createInArray},
-    {6,
+// What is lost for good makes room.
+static void tidyUp(Chaos& run) {
+    const auto isLost = [](const _LD_Info& vd) { return vd.Status >= KT_VD_OFFLINE; };
+    const Ids lost = idsWhere<_LD_Info>(run.context(), isLost);
+    if (!lost.empty()) KT_LD_Delete(run.adapter, run.among(lost, 5), 1);
+    KT_DG_Delete(run.adapter, run.array());
+}
+
+// What is done, how often, and on which adapters: those based on virtual disks, those based on arrays, or both.
+enum class On : KT_U8 { Vds, Arrays, Both };
+struct Act {
+    int weight;
+    On on;
+    void (*done)(Chaos& run);
+};
+static const Act ACTS[] = {
+    {70, On::Both, happen},
+    {40, On::Both, useDevices},
+    {30, On::Vds, [](Chaos& run) { createOrMigrateVd(run, false); }},
+    {15, On::Vds, [](Chaos& run) { createOrMigrateVd(run, true); }},
+    {20, On::Arrays, [](Chaos& run) { createOrMigrateArray(run, false); }},
+    {10, On::Arrays, [](Chaos& run) { createOrMigrateArray(run, true); }},
+    {20, On::Arrays, createInArray},
+    {6, On::Arrays,
      [](Chaos& run) {
-         KT_LD_DG_StartRebuild(run.adapter, run.array(), run.byte(3), Ids{run.disk(), run.disk()}.data());
+         KT_LD_DG_StartRebuild(run.adapter, run.array(), run.byte(3), Ids{run.freeDisk(), run.freeDisk()}.data());
      }},
-    {1, [](Chaos& run) { KT_LD_DG_QuickCreate(run.adapter, run.byte(3)); }},
-    {1, [](Chaos& run) { KT_LD_PauseAll(run.adapter); }},
-    {4, setAdapter},
-    {4, setPart},
-    {1, [](Chaos& run) { KT_AdapterMute(run.adapter); }},
-    {1, [](Chaos& run) { KT_BBU_ChangePower(run.adapter, run.byte(4)); }},
-    {2, [](Chaos& run) { KT_VDHDD_AddLink(run.adapter, run.vd(), run.disk()); }},
-    {2, [](Chaos& run) { KT_LD_Report(run.adapter, run.vd()); }},
-    {1, [](Chaos& run) { KT_Flash_Erase(run.adapter, KT_PAGE_PD); }},
-    {4, [](Chaos& run) { KT_LD_Delete(run.adapter, run.vd(), run.byte(2)); }},
-    {4, [](Chaos& run) { KT_DG_Delete(run.adapter, run.array()); }},
-    {2, [](Chaos& run) { KT_PD_WipeHDMDD(run.adapter, run.disk(), run.rarely(3)); }},
-    {4, [](Chaos& run) { KT_LD_Import(run.adapter, run.vd()); }},
-    {20, [](Chaos& run) { KT_PD_Spare2FreeHD(run.adapter, run.disk()); }},
-    {6, [](Chaos& run) { KT_LD_BGAControl(run.adapter, run.vd(), run.oneOf(CONTROLS)); }},
-    {6, [](Chaos& run) { KT_DG_BGAControl(run.adapter, run.array(), run.oneOf(CONTROLS)); }},
-    {6, [](Chaos& run) { KT_PD_BGAControl(run.adapter, run.disk(), run.oneOf(CONTROLS)); }},
-    {6, [](Chaos& run) { KT_LD_StartINIT(run.adapter, run.vd(), run.byte(4)); }},
-    {6, [](Chaos& run) { KT_LD_StartConsistencyCheck(run.adapter, run.vd(), run.byte(3)); }},
-    {6, [](Chaos& run) { KT_LD_StartRebuild(run.adapter, run.vd(), run.disk()); }},
-    {6, [](Chaos& run) { KT_PD_StartMediaPatrol(run.adapter, run.disk()); }},
-    {6, [](Chaos& run) { KT_PD_FreeHD2GlobalSpare(run.adapter, run.disk()); }},
-    {12, [](Chaos& run) { KT_PD_FreeHD2DGSpare(run.adapter, run.disk(), run.array()); }},
-    {6, [](Chaos& run) { KT_PD_SetHDStatus(run.adapter, run.disk(), run.byte(3)); }},
+    {1, On::Both, [](Chaos& run) { KT_LD_DG_QuickCreate(run.adapter, run.byte(3)); }},
+    {1, On::Both, [](Chaos& run) { KT_LD_PauseAll(run.adapter); }},
+    {4, On::Both, setAdapter},
+    {4, On::Both, setPart},
+    {1, On::Both, [](Chaos& run) { KT_AdapterMute(run.adapter); }},
+    {1, On::Both, [](Chaos& run) { KT_BBU_ChangePower(run.adapter, run.byte(4)); }},
+    {2, On::Both, [](Chaos& run) { KT_VDHDD_AddLink(run.adapter, run.vd(), run.freeDisk()); }},
+    {2, On::Both, [](Chaos& run) { KT_LD_Report(run.adapter, run.vd()); }},
+    {1, On::Both, [](Chaos& run) { KT_Flash_Erase(run.adapter, KT_PAGE_PD); }},
+    {20, On::Both, tidyUp},
+    {3, On::Both, [](Chaos& run) { KT_LD_Delete(run.adapter, run.vd(), run.byte(2)); }},
+    {3, On::Both, [](Chaos& run) { KT_PD_WipeHDMDD(run.adapter, run.freeDisk(), run.rarely(3)); }},
+    {4, On::Both, [](Chaos& run) { KT_LD_Import(run.adapter, run.vd()); }},
+    {6, On::Both, [](Chaos& run) { KT_PD_Spare2FreeHD(run.adapter, run.disk()); }},
+    {8, On::Both, [](Chaos& run) { KT_LD_BGAControl(run.adapter, run.vd(), run.oneOf(CONTROLS)); }},
+    {8, On::Arrays, [](Chaos& run) { KT_DG_BGAControl(run.adapter, run.array(), run.oneOf(CONTROLS)); }},
+    {6, On::Both, [](Chaos& run) { KT_PD_BGAControl(run.adapter, run.disk(), run.oneOf(CONTROLS)); }},
+    {6, On::Both, [](Chaos& run) { KT_LD_StartINIT(run.adapter, run.vd(), run.byte(4)); }},
+    {6, On::Both, [](Chaos& run) { KT_LD_StartConsistencyCheck(run.adapter, run.vd(), run.byte(2)); }},
+    {8, On::Vds, [](Chaos& run) { KT_LD_StartRebuild(run.adapter, run.vd(), run.freeDisk()); }},
+    {6, On::Both, [](Chaos& run) { KT_PD_StartMediaPatrol(run.adapter, run.disk()); }},
+    {4, On::Both, [](Chaos& run) { KT_PD_FreeHD2GlobalSpare(run.adapter, run.freeDisk()); }},
+    {12, On::Arrays, [](Chaos& run) { KT_PD_FreeHD2DGSpare(run.adapter, run.freeDisk(), run.array()); }},
+    {6, On::Both, [](Chaos& run) { KT_PD_SetHDStatus(run.adapter, run.disk(), run.byte(3)); }},
 };
 
 void Chaos::doAnything() {
     adapter = byte(KT_Adapter_GetCount());
+    const On other = adapterInfo(context()).MaxDiskGroup != 0 ? On::Vds : On::Arrays;
     int sum = 0;
-    for (const auto& [weight, act] : ACTS)
-        sum += weight;
-    int at = pick(static_cast<unsigned>(sum));
-    for (const auto& [weight, act] : ACTS)
-        if ((at -= weight) < 0) return act(*this);
+    for (const Act& act : ACTS)
+        sum += act.weight;
+    for (;;) {
+        int at = pick(static_cast<unsigned>(sum));
+        const auto* act =
+            std::find_if(std::begin(ACTS), std::end(ACTS), [&](const Act& a) { return (at -= a.weight) < 0; });
+        if (act->on != other || rarely(15)) return act->done(*this);
+    }
 }

@@ -22,8 +22,18 @@ struct Chaos {
     KT_U8 oneOf(const KT_U8 (&values)[N]) {
         return values[pick(N)];
     }
-    KT_U16 disk() { return pick(20); }
-    KT_U16 vd() { return pick(5); }
-    KT_U16 array() { return pick(3); }
+    // Mostly one that there is (a disk that is free, where the call is for such ones), otherwise any id.
+    KT_U16 disk() { return among(all<_HD_Info>(context()), 20); }
+    KT_U16 freeDisk() { return among(freeDisks(context()), 20); }
+    KT_U16 vd() { return among(all<_LD_Info>(context()), 5); }
+    KT_U16 array() { return among(all<_DG_Info>(context()), 3); }
+    KT_U16 among(const Ids& ids, unsigned below) {
+        return ids.empty() || rarely(10) ? pick(below) : ids[pick(static_cast<unsigned>(ids.size()))];
+    }
     Context context() const { return {*store, adapter, now}; }
 };
+
+// A call to what is no disk and no volume, or something that befalls it.
+void useDevices(Chaos& run);
+// Asks for all that an adapter tells of one thing at a time: only the trace of the calls looks at it.
+void lookAtDevices(KT_U8 adapter);
