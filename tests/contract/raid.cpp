@@ -225,6 +225,14 @@ TEST_F(Raid, AStoppedCopyBackGivesWay) {
         advance(63); // the rebuild is done, and the copy back has begun again
     }
     EXPECT_EQ(look(ARRAYS, 0, {advance(HOUR)}), "online 0 1 4 3");
+    succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB), KT_PD_FreeHD2GlobalSpare(PLAIN, 3), advance(HOUR)});
+    for (const bool checks : {false, true}) {
+        succeed({fail(1, PLAIN), advance(HOUR), replaceDisk(PLAIN, 1), KT_LD_BGAControl(PLAIN, 0, KT_CONTROL_STOP)});
+        EXPECT_EQ(roleOf(PLAIN, 1), KT_PD_MEMBER);
+        succeed({checks ? KT_LD_StartConsistencyCheck(PLAIN, 0, 1) : KT_LD_StartINIT(PLAIN, 0, KT_INIT_QUICK)});
+        EXPECT_EQ(roleOf(PLAIN, 1), 0);
+        advance(HOUR);
+    }
 }
 
 TEST_F(Raid, QuickCreationTakesEveryFreeDisk) {
@@ -457,6 +465,8 @@ TEST_F(Raid, WipingTakesAMemberAway) {
     succeed({createLd(KT_RAID1, {0, 1}, 4000 * MB), advance(60)});
     EXPECT_EQ(KT_PD_WipeHDMDD(PLAIN, 0, 0), KT_ERR_PD_ASSIGNED);
     EXPECT_EQ(KT_PD_WipeHDMDD(ARRAYS, 10, 1), KT_ERR_PD_HAS_OS);
-    EXPECT_EQ(look(PLAIN, 0, {KT_PD_WipeHDMDD(PLAIN, 0, 1)}), "degraded - 1");
+    succeed({KT_PD_StartMediaPatrol(PLAIN, 0)});
+    EXPECT_EQ(LOG_OF(PLAIN, KT_PD_WipeHDMDD(PLAIN, 0, 1)), "2/24:0 2/54:0 1/4:0");
+    EXPECT_EQ(look(PLAIN, 0, {}), "degraded - 1");
     EXPECT_EQ(roleOf(PLAIN, 0), 0);
 }

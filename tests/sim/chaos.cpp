@@ -196,7 +196,7 @@ static void happen(Chaos& run) {
     } else if (what < 8) {
         addBadSectors(context, pd, BadSector{run.pick(2) ? FLAW_WRONG : FLAW_UNREADABLE, 0, {}}, run.pick(300));
         applyRates(context);
-    } else if (what == 8 && run.rarely(4)) {
+    } else if (what == 8) {
         bringForeign(run, context);
     } else if (what < 10) {
         pullTogether(run, context);
@@ -242,9 +242,14 @@ static void setPart(Chaos& run) {
     KT_PD_SetConfig(run.adapter, run.disk(), &disk);
 }
 
+static void import(Chaos& run) {
+    const auto isForeign = [](const _LD_Info& vd) { return vd.Status == KT_VD_IMPORTABLE; };
+    KT_LD_Import(run.adapter, run.among(idsWhere<_LD_Info>(run.context(), isForeign), 5));
+}
+
 // What is lost for good makes room.
 static void tidyUp(Chaos& run) {
-    const auto isLost = [](const _LD_Info& vd) { return vd.Status >= KT_VD_OFFLINE; };
+    const auto isLost = [](const _LD_Info& vd) { return vd.Status >= KT_VD_OFFLINE && vd.Status != KT_VD_IMPORTABLE; };
     const Ids lost = idsWhere<_LD_Info>(run.context(), isLost);
     if (!lost.empty()) KT_LD_Delete(run.adapter, run.among(lost, 5), 1);
     KT_DG_Delete(run.adapter, run.array());
@@ -281,7 +286,7 @@ static const Act ACTS[] = {
     {20, On::Both, tidyUp},
     {3, On::Both, [](Chaos& run) { KT_LD_Delete(run.adapter, run.vd(), run.byte(2)); }},
     {3, On::Both, [](Chaos& run) { KT_PD_WipeHDMDD(run.adapter, run.freeDisk(), run.rarely(3)); }},
-    {4, On::Both, [](Chaos& run) { KT_LD_Import(run.adapter, run.vd()); }},
+    {6, On::Both, import},
     {6, On::Both, [](Chaos& run) { KT_PD_Spare2FreeHD(run.adapter, run.disk()); }},
     {8, On::Both, [](Chaos& run) { KT_LD_BGAControl(run.adapter, run.vd(), run.oneOf(CONTROLS)); }},
     {8, On::Arrays, [](Chaos& run) { KT_DG_BGAControl(run.adapter, run.array(), run.oneOf(CONTROLS)); }},

@@ -28,14 +28,14 @@ static const KT_U64 START = 1800000000000;
 // test prints take the place of these. Where it is not, compare what it keeps in the folder that PASTS names with what
 // a build from before keeps there.
 static const char* const PASTS[] = {
-    "4d7b 44fd da73 0299 c9b5 8752 c9d7 0cb3 c7f4 b349 d3b4 30c5 ",
-    "63c9 b917 4db7 00c9 e365 0fe8 0452 612a c036 80a8 8759 5e64 ",
-    "eed3 94d2 b7d3 13df 7943 d286 d2f8 c675 267f f479 19e9 9832 ",
-    "a93f 7609 7687 1737 6164 5e2d 551c c748 d231 9545 7c30 689d ",
-    "9680 5331 3a89 a6b3 167b 9e8e 555b 29c8 7488 7872 10f2 1085 ",
-    "1e9f 65e2 6429 df4e f519 728a a940 da9c ebca d067 95b5 8209 ",
-    "7ea9 cd6a 7250 fea5 6739 c9e8 f520 5058 e693 16c5 6a5d e3f1 ",
-    "df26 b440 e340 4853 9d2c f48c 5ea5 371a 3a42 b145 f65f 230d ",
+    "088b 0ce2 bff7 1c2a 631c 3c5f 6e61 cef2 3157 359f e3e3 56a8 ",
+    "0fb3 96d2 46bb 5ed9 025f c8ba 61eb 282e dda0 86e4 e877 785a ",
+    "3dae d4fe 984c 5fab 81ea 23ae fdfb b1d5 8371 6b61 d4b0 8234 ",
+    "85c6 7655 f304 f6e6 d0b9 0921 1aa2 2ed6 4c73 e503 969b f125 ",
+    "a0df fb3b 192e 490e 6494 255c dbce 8718 a4fc d21b 1da8 8dfa ",
+    "c8c6 494d 6b9b 155e 7553 7e8a 3b22 c218 a920 1b35 6a54 18f7 ",
+    "93ad 1a7c db63 187e ed8a 06d8 76a5 2616 1882 3e4f fb78 270e ",
+    "81b0 a13e 5f5c 7c62 ba1e 145c 5b74 26e8 1bd1 0f15 e73a ee59 ",
 };
 
 // All records of a list: only the trace of the call looks at them.

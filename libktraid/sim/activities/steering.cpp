@@ -1,6 +1,7 @@
 #include "activities/steering.h"
 
 #include "activities/activities.h"
+#include "activities/rebuilding.h"
 #include "media/blocks.h"
 #include "media/disks.h"
 
@@ -47,6 +48,7 @@ KT_U8 startInitialization(const Context& context, KT_U16 id, KT_U8 initType) {
     if (runsSystem(vd) && initType != KT_INIT_BACKGROUND) return KT_ERR_VD_HAS_OS;
     vd.state.initialized = 0;
     save(context, id, vd.state);
+    giveUpCopyBack(context, Owner{OwnerKind::Vd, id});
     startActivity(context, Owner{OwnerKind::Vd, id}, rule->kind,
                   initializationWork(rule->kind, shareOf(context, vd.info)), KT_NO_ID);
     arbitrate(context);
@@ -63,6 +65,7 @@ KT_U8 startCheck(const Context& context, KT_U16 id, KT_U8 fix) {
     if (vd.info.Status != KT_VD_ONLINE) return KT_ERR_VD_NOT_READY;
     // Before the first initialisation members differ everywhere: a check would report that, only a fix is of use.
     if (!fix && !vd.state.initialized) return KT_ERR_VD_NOT_INITIALIZED;
+    giveUpCopyBack(context, Owner{OwnerKind::Vd, id});
     startActivity(context, Owner{OwnerKind::Vd, id}, fix ? KT_BGA_CHECK_FIX : KT_BGA_CHECK, shareOf(context, vd.info),
                   KT_NO_ID);
     arbitrate(context);
