@@ -45,9 +45,10 @@ NOTES(_NVSRAM_Data, data, wordsOf(data.Offset, data.Length))
 NOTES(_Device_Magic, first, " from" + wordsOf(first.ID) + " to" + wordsOf((&first)[made.numbers[0] - 1].ID))
 inline std::string describe(const Made& made, const _Flash_Data& page) {
     const bool update = made.name == "KT_Flash_Bin" && made.numbers[0] != KT_FLASH_BACKUP;
-    const bool clean = std::all_of(page.Data + page.Size, std::end(page.Data), [](KT_U8 byte) { return byte == 0; });
+    const auto isZero = [](KT_U8 byte) { return byte == 0; };
+    const bool remains = update && !std::all_of(page.Data + page.Size, std::end(page.Data), isZero);
     return " page" + wordsOf(page.PageNum) + " last" + wordsOf(page.isLastPage) + " size" + wordsOf(page.Size) +
-           (update && !clean ? " with remains" : "");
+           (remains ? " with remains" : "");
 }
 
 template <class Record>
