@@ -108,20 +108,21 @@ static void reportLosses(const BackupOptions& o, const Backup& backup) {
     fprintf(stderr, "Edit '%s' before restoring it; a report (ktreport json) keeps all of this.\n", shown.c_str());
 }
 
-static int writeText(const BackupOptions& o, const std::string& text) {
+// False, and said, when it is not.
+static bool writeText(const BackupOptions& o, const std::string& text) {
     std::string shown = shownName(o.file);
     switch (writeWholeFile(o.file, text, Existing::Keep)) {
     case WroteFile::Yes:
-        return 0;
+        return true;
     case WroteFile::Exists:
         out("There is the same file '%s', please rename this file!!\n", shown.c_str());
-        return 1;
+        return false;
     case WroteFile::NotOpened:
         out("Error: Failed open %s !\n", shown.c_str());
-        return 1;
+        return false;
     default:
         out("Error: Failed write %s !\n", shown.c_str());
-        return 1;
+        return false;
     }
 }
 
@@ -142,7 +143,7 @@ int doBackUp_CFG(int argc, char** argv, _cmd_struct* row) {
         out("\nInvalid  HBA Info page!");
         result = 1;
     }
-    if (writeText(o, backup.text) != 0) return 1;
+    if (!writeText(o, backup.text)) return 1;
     if (!backup.text.empty()) reportLosses(o, backup);
     if (result == 0) out("Backup_cfg command is returned successfully!\n");
     return result;
