@@ -115,9 +115,10 @@ TEST_F(Obstacles, OfEachKind) {
              gAdapterInfo[0].MaxLogicalDrive = 1;
          }, {"the file lists 2 virtual disks, the adapter takes 1"}},
         {[&] {
+             hold(vd(3, KT_RAID1, 1, {}));
              hold(vd(4, KT_RAID1, 1, {}));
              seam.statuses["KT_DiskHasOS 0 1 4"] = KT_ERR_VD_HAS_OS;
-         }, {"virtual disk 4 'data' cannot be read (Failed)",
+         }, {"virtual disk 3 'data' cannot be read (Failed)", "virtual disk 4 'data' cannot be read (Failed)",
              "virtual disk 4 'data' runs the operating system: it cannot be deleted"}},
         {[&] { wantSpare(1, CFG_GLOBAL_SPARE); }, {"spare disk 1 is a member as well"}},
         {[&] { wantSpare(9, CFG_GLOBAL_SPARE); }, {"spare disk 9 is listed twice"}},

@@ -37,7 +37,9 @@ What the library refuses is told and ends the listing.
   Running OS:          unknown
   BGA progress:    migration is 18% done
   
-  $ kt 1 info -o tandem | grep Total
+  $ kt 1 info -o tandem | grep -E "setup|Total"
+  PD RAID setup:       11 6 
+  PD RAID setup:       11 7 
   Total # of tandem:   2
   $ ktsim fault KT_LD_GetStatus 58; kt 1 info -o tandem | tail -n 1
   Could not get tandem info for VD ID 8 (error 58: Virtual disk is not ready to receive command)
