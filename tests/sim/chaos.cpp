@@ -57,6 +57,16 @@ static KT_U8 parity(Chaos& run, KT_U8 raid) {
     return run.rarely(10) ? run.byte(256) : right;
 }
 
+// What both kinds of adapters are asked for in other words, mostly nothing out of the ordinary.
+template <class Param>
+static void chooseOptions(Chaos& run, Param& param) {
+    param.SectorCoefficient = run.rarely(8) ? run.byte(10) : KT_U8{1};
+    param.RoundingScheme = run.rarely(8) ? run.byte(5) : KT_U8{KT_ROUND_NONE};
+    param.CachePolicy = run.rarely(6) ? static_cast<KT_U8>(1U << run.pick(8)) : KT_U8{0};
+    param.InitializationOption = run.rarely(8) ? run.byte(7) : KT_U8{KT_INIT_QUICK};
+    if (run.rarely(4)) param.Name[0] = static_cast<KT_U8>('a' + run.pick(4));
+}
+
 static _Create_LD_Param ldParam(Chaos& run) {
     _Create_LD_Param param = {};
     const Shape& shape = SHAPES[run.pick(std::size(SHAPES))];
@@ -64,12 +74,11 @@ static _Create_LD_Param ldParam(Chaos& run) {
     param.HDCount = disks(run, shape, param.HDIDs);
     param.NumParityDisk = parity(run, param.RaidMode);
     param.StripeBlockSize = static_cast<KT_U16>(run.rarely(12) ? run.pick(100) : 16 << run.pick(7));
-    param.SectorCoefficient = 1;
+    chooseOptions(run, param);
     param.LDID = run.vd();
     param.Size = run.rarely(3) ? 0 : KIB_PER_MB * run.pick(3000);
     param.ReservedForApp = run.rarely(10) ? 1 : 0;
-    param.RoundingScheme = run.rarely(8) ? run.byte(4) : KT_U8{0};
-    param.InitializationOption = run.rarely(20) ? run.byte(7) : KT_U8{KT_INIT_QUICK};
+    param.TandemWaterMark = run.rarely(8) ? run.byte(120) : KT_U8{0};
     return param;
 }
 
@@ -88,10 +97,12 @@ static _CreateOrModify_DG_Param dgParam(Chaos& run, KT_U16 id) {
 
 static void createOrMigrateVd(Chaos& run, bool migrates) {
     _Create_LD_Param param = ldParam(run);
+    if (run.rarely(4)) KT_LD_GetMaxSize(run.adapter, &param);
     if (!migrates) return void(KT_LD_Create(run.adapter, &param));
     param.HDCount = withMembers(run, OwnerKind::Vd, param.LDID, param.HDIDs);
     const auto vd = find<_LD_Info>(run.context(), param.LDID);
     if (vd && !run.rarely(3)) param.RaidMode = vd->RaidMode;
+    if (run.rarely(4)) KT_LD_GetMigratedLdSize(run.adapter, &param);
     KT_LD_StartMigration(run.adapter, &param);
 }
 
@@ -101,7 +112,7 @@ static void createOrMigrateArray(Chaos& run, bool migrates) {
     param.PDCount = withMembers(run, OwnerKind::Array, param.DGID, param.PDIDs);
     const auto array = find<_DG_Info>(run.context(), param.DGID);
     if (array && !run.rarely(3)) param.RaidMode = array->RaidMode;
-    KT_DG_StartMigration(run.adapter, &param, 0);
+    KT_DG_StartMigration(run.adapter, &param, run.rarely(4));
 }
 
 static void createInArray(Chaos& run) {
@@ -116,7 +127,7 @@ static void createInArray(Chaos& run) {
     param.BlockSize = array->BlockSize;
     param.DGSlotNum = run.rarely(3) ? run.byte(4) : KT_U8{255};
     param.Size = run.rarely(4) ? 0 : run.pick(1500);
-    param.InitializationOption = run.rarely(5) ? run.byte(6) : KT_U8{KT_INIT_QUICK};
+    chooseOptions(run, param);
     KT_CreateOrModify_VD(run.adapter, &param);
 }
 

@@ -19,7 +19,7 @@ static const BuiltInLab LAB = {"lab", R"({"adapters": [
   {"type": "LD-based", "MaxAESEntry": 5, "MaxAESPort": 4, "disks": [
      {"count": 10, "type": "SATA", "size": "2GB"}, {"count": 2, "type": "SATA SSD", "size": "1GB"},
      {"count": 2, "type": "SATA", "size": "3GB", "spare": "global"}]},
-  {"type": "LD-based", "DevID": 17920, "disks": [
+  {"type": "LD-based", "DevID": 17920, "Features": 87, "AdvancedFeatures": 163843, "disks": [
      {"count": 8, "type": "SATA", "size": "2GB"}, {"count": 2, "type": "SATA", "size": "2GB", "sector": 4096}]}]})"};
 static const KT_U64 START = 1800000000000;
 
@@ -28,14 +28,14 @@ static const KT_U64 START = 1800000000000;
 // meant, the lines that the test prints take the place of these. Where it is not, compare what it keeps in the folder
 // that PASTS names with what a build from before keeps there.
 static const char* const PASTS[] = {
-    "97b0 0951 0ce2 bff7 1c2a 631c 3c5f b3a3 737e cef2 4bc6 b8e9 359f 7ae0 25a9 ca30 ",
-    "97b0 d23d 96d2 46bb 5ed9 025f c8ba b3a3 1768 282e 4bc6 4b51 86e4 7ae0 f204 19fd ",
-    "97b0 3f01 dd75 213b 18c9 a068 53ae b3a3 873f 3591 4bc6 f930 6b61 7ae0 722c 141d ",
-    "97b0 6f1a 7655 f304 f6e6 d0b9 0921 b3a3 ed45 45e6 4bc6 5efb 50f0 7ae0 8805 8f6a ",
-    "97b0 fe0c a228 2e6b 8dfe 72a6 255c b3a3 99ec 8718 4bc6 6577 d21b 7ae0 3ac7 8dfa ",
-    "97b0 c9c9 494d 6b9b 155e 7553 7e8a b3a3 9f41 c218 4bc6 46c3 1b35 7ae0 464a 90e7 ",
-    "97b0 0e41 309c db63 187e ed8a 06d8 b3a3 160a 2616 4bc6 2824 3e4f 7ae0 3eb3 270e ",
-    "97b0 bfe9 a13e 5f5c 7c62 ba1e 145c b3a3 cddf 26e8 4bc6 2356 0f15 7ae0 a9d7 ee59 ",
+    "3edc 96a7 8ded e043 41e8 d53c 8104 b3a3 43c4 52c4 4bc6 6195 a44b 7ae0 91fe 88a1 ",
+    "3edc 3719 a5c1 b3c6 e92b 0b43 31c9 b3a3 9602 bb9d 4bc6 214a e72e 7ae0 0354 8267 ",
+    "3edc 2a70 f3c7 4128 fe2a 5f6b 8de1 b3a3 fcda 607a 4bc6 b9a5 c1c3 7ae0 4d85 dafc ",
+    "3edc c6e4 f250 d583 95f1 1387 e8c8 b3a3 c4e6 7887 4bc6 cabe 6e7e 7ae0 39f0 9e5b ",
+    "3edc 0f3e 3bde 5881 ca81 22f1 4e43 b3a3 a832 cc08 4bc6 2ca1 832a 7ae0 f772 5e06 ",
+    "3edc 0c8c 11a5 39e9 a4b8 0c84 9603 b3a3 c1c4 699e 4bc6 0fe8 855b 7ae0 0a73 6a41 ",
+    "3edc 0bb1 8c41 098f b55b 089e 9c70 b3a3 8d75 0e61 4bc6 1f52 fad2 7ae0 fe99 fb10 ",
+    "3edc f11a 43b4 67a4 5a48 133f 59ef b3a3 4302 adcc 4bc6 e267 7564 7ae0 862f aab4 ",
 };
 
 // All records of a list: only the trace of the call looks at them.
