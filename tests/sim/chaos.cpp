@@ -193,7 +193,7 @@ static void happen(Chaos& run) {
     const KT_U16 pulled = run.among(all<PulledDisk>(context), 18);
     const KT_U16 broken =
         run.among(idsWhere<PdState>(context, [](const PdState& disk) { return disk.health == PD_FAILED; }), 18);
-    const KT_U16 what = run.pick(30);
+    const KT_U16 what = run.pick(32);
     if (what == 0) {
         failDisk(context, pd);
     } else if (what == 1) {
@@ -209,14 +209,14 @@ static void happen(Chaos& run) {
         applyRates(context);
     } else if (what == 8) {
         bringForeign(run, context);
-    } else if (what < 10) {
-        pullTogether(run, context);
     } else if (what < 12) {
+        pullTogether(run, context);
+    } else if (what < 14) {
         // What was pulled comes back before long.
         insertEnclosure(context, 1);
         for (KT_U8 port = 0; port < 8; ++port)
             insertCable(context, port);
-    } else if (what < 14) {
+    } else if (what < 16) {
         powerCycle(run);
     } else {
         // Broken and missing disks are seen to, or there would soon be none.

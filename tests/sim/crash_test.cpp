@@ -28,14 +28,14 @@ static const KT_U64 START = 1800000000000;
 // meant, the lines that the test prints take the place of these. Where it is not, compare what it keeps in the folder
 // that PASTS names with what a build from before keeps there.
 static const char* const PASTS[] = {
-    "3edc 96a7 8ded e043 41e8 d53c 8104 b3a3 43c4 52c4 4bc6 6195 a44b 7ae0 91fe 88a1 ",
-    "3edc 3719 a5c1 b3c6 e92b 0b43 31c9 b3a3 9602 bb9d 4bc6 214a e72e 7ae0 0354 8267 ",
-    "3edc 2a70 f3c7 4128 fe2a 5f6b 8de1 b3a3 fcda 607a 4bc6 b9a5 c1c3 7ae0 4d85 dafc ",
-    "3edc c6e4 f250 d583 95f1 1387 e8c8 b3a3 c4e6 7887 4bc6 cabe 6e7e 7ae0 39f0 9e5b ",
-    "3edc 0f3e 3bde 5881 ca81 22f1 4e43 b3a3 a832 cc08 4bc6 2ca1 832a 7ae0 f772 5e06 ",
-    "3edc 0c8c 11a5 39e9 a4b8 0c84 9603 b3a3 c1c4 699e 4bc6 0fe8 855b 7ae0 0a73 6a41 ",
-    "3edc 0bb1 8c41 098f b55b 089e 9c70 b3a3 8d75 0e61 4bc6 1f52 fad2 7ae0 fe99 fb10 ",
-    "3edc f11a 43b4 67a4 5a48 133f 59ef b3a3 4302 adcc 4bc6 e267 7564 7ae0 862f aab4 ",
+    "3edc 2c5d 8ab7 55b5 c938 0fbd 1dea b3a3 4cd9 f3ca 4bc6 1fd2 9e98 7ae0 49ef 4d44 ",
+    "3edc 0d71 14ab 5ec0 f697 0065 b98a b3a3 5bea 2090 4bc6 ce44 4a26 7ae0 9427 5094 ",
+    "3edc a9d6 7af7 ae61 df50 57a3 9c0b b3a3 4e9c df76 4bc6 7862 95d9 7ae0 17da a6ca ",
+    "3edc 47c4 20a9 bb88 1872 06a7 80e8 b3a3 c7c0 bc3d 4bc6 8337 3ea3 7ae0 010d 7f60 ",
+    "3edc 45d1 7d21 2e31 04b6 1481 06ee b3a3 a730 78bf 4bc6 71d8 d0a4 7ae0 8c69 6162 ",
+    "3edc 45e4 b0c0 329c 40e0 4126 6e14 b3a3 4744 3482 4bc6 1b8b 6a90 7ae0 2bac 7c4a ",
+    "3edc 5d02 7b75 74af 627b 6840 16af b3a3 2c16 9ffd 4bc6 b4fb c8a5 7ae0 568f eec6 ",
+    "3edc 14ad d06d b2b2 2d6f 60f1 4fae b3a3 d28c 70b0 4bc6 045b 8299 7ae0 ee7c e233 ",
 };
 
 // All records of a list: only the trace of the call looks at them.
