@@ -26,11 +26,8 @@ Edited by hand and read back, it changes what it names and nothing else.
   Restore HBA and Port config is returned successfully!
   
   [1]
-  $ cfg backup_cfg -f after > .said; diff -aU0 before after | grep '^[+-]\['
-  -[SPINUP GROUP]=1
-  +[SPINUP GROUP]=4
-  -[AMP]=6
-  +[AMP]=F
+  $ cfg backup_cfg -f after > .said; diff -aU0 before after | grep '^[+-]\[' | joined
+  -[SPINUP GROUP]=1 | +[SPINUP GROUP]=4 | -[AMP]=6 | +[AMP]=F
 
 What restoring another adapter's file would do is said beforehand, by reading only.
 
@@ -76,11 +73,8 @@ A check says what a restore comes to, whichever file is given to which adapter.
   >     test $? = 1 && ! grep -q '^Fail\|error' .out && is=can || is=cannot
   >     test $said$is = cannotcannot || echo $on $file: $said, $is
   >   done
-  > done
-  empty:1 of.empty:1: can, can
-  full:8 of.empty:1: can, can
-  full:8 of.full:8: can, can
-  troubled:1 of.empty:1: can, can
+  > done | joined
+  empty:1 of.empty:1: can, can | full:8 of.empty:1: can, can | full:8 of.full:8: can, can | troubled:1 of.empty:1: can, can
   $ rm -f state.db* && cp state.empty:1 state.db && ktcfg 1 check -f of.empty:1 --raid | grep delete
   Nothing would be deleted.
 
@@ -96,31 +90,17 @@ many losses are named, and what the reader stops at.
   >     cfg $a restore_cfg -f saved >> .said
   >     ktcfg $a backup_cfg -f again > /dev/null 2>&1
   >     cmp -s saved again && echo "$name $a: $(grep -c 'stderr: .*\(written\|lacks\)' .said)$(sed -n 's/Restore_Error: ./, &/p' .said)"
-  >   done
+  >   done | joined
   > done
-  default 0: 1
-  default 1: 1, Restore_Error: invalid vd raid mode!
-  empty 0: 0
-  empty 1: 0
-  empty 2: 0
-  full 0: 41
-  full 8: 32
-  troubled 0: 4
-  troubled 1: 10, Restore_Error: invalid vd raid mode!
-  hostile 0: 2, Restore_Error: unknown HBA config option!
-  hostile 1: 5, Restore_Error: unknown HBA config option!
+  default 0: 1 | default 1: 1, Restore_Error: invalid vd raid mode!
+  empty 0: 0 | empty 1: 0 | empty 2: 0
+  full 0: 41 | full 8: 32
+  troubled 0: 4 | troubled 1: 10, Restore_Error: invalid vd raid mode!
+  hostile 0: 2, Restore_Error: unknown HBA config option! | hostile 1: 5, Restore_Error: unknown HBA config option!
   $ lab troubled; cfg backup_cfg -f last | grep 'disk 3'
   stderr: [PD MEMBER] of virtual disk 3 lacks disks or names blocks in their place.
   stderr: virtual disk 3: [PD MEMBER] 7,-,- is written as 7.
 
 Words that are no command are refused before the library is asked.
 
-  $ calls > /dev/null; ktcfg | sed -n '3p; /^plan/,/^apply/p'
-    [options] - the options within [] are optional. 
-  plan         :Tell which commands lead to what a file wants, rehearsed on a twin.
-  apply        :Bring the adapters to what a file wants.
-  $ for words in "254 plan" "255 plan" "1 back-up" "-output file"; do ktcfg $words; done; calls
-  plan: option -f is required
-  ktcfg: no adapter has that index (--help tells more)
-  ktcfg: "back-up" is not a command (--help tells more)
-  ktcfg: a command comes first (--help tells more)
+  $ calls > /dev/null; for words in "" "254 plan" "255 plan" "1 back-up" "-output file"; do ktcfg $words > said 2>&1; done; calls

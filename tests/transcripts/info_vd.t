@@ -31,16 +31,10 @@ What the library refuses is told and ends the listing.
   Failed to get status for LD 1 (error 61: Virtual disk is currently having BGA).
   $ ktsim fault clear; ktsim fault KT_BLK_GetInfo 12 --times 1
   $ ktsim fault KT_DiskHasOS 1; ktsim fault KT_LD_GetTargetLDInfo 1
-  $ kt info -o vd -i 2 | tail -5
-  # of PDs:            2
-  PD RAID setup:       ? 5 
-  Running OS:          unknown
-  BGA progress:    migration is 18% done
-  
-  $ kt 1 info -o tandem | grep -E "setup|Total"
-  PD RAID setup:       11 6 
-  PD RAID setup:       11 7 
-  Total # of tandem:   2
+  $ kt info -o vd -i 2 | tail -5 | joined
+  # of PDs:            2 | PD RAID setup:       ? 5  | Running OS:          unknown | BGA progress:    migration is 18% done |
+  $ kt 1 info -o tandem | grep -E "setup|Total" | joined
+  PD RAID setup:       11 6  | PD RAID setup:       11 7  | Total # of tandem:   2
   $ ktsim fault KT_LD_GetStatus 58; kt 1 info -o tandem | tail -n 1
   Could not get tandem info for VD ID 8 (error 58: Virtual disk is not ready to receive command)
 

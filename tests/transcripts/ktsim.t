@@ -167,10 +167,7 @@ whether they were pulled there; what missed writing has nothing to bring.
   ktsim: default has no adapter 2
   $ export KTRAID_SIM="$PWD/there.db"; lab default; ktsim disk pull 9 0 -f; ktsim disk pull 1 2 -f
   $ export KTRAID_SIM="$PWD/arrays.db"; lab empty
-  $ ktsim disk insert 9 0 1 2 --from there.db && kt info -o vd -i 0 | grep -e '^status' -e '^PD RAID'
-  Disk 9 of there.db is disk 8 here.
-  Disk 0 of there.db is disk 9 here.
-  Disk 1 of there.db is disk 10 here.
+  $ ktsim disk insert 9 0 1 2 --from there.db | tail -1 && kt info -o vd -i 0 | grep -e '^status' -e '^PD RAID'
   Disk 2 of there.db is disk 11 here.
   status:              importable foreign
   PD RAID setup:       * 10 11 
@@ -244,13 +241,10 @@ A command in the state's environment; its result is the command's own.
   0
   ktsim: The following argument was not expected: -n (--help tells more)
   [2]
-  $ for words in "-- ./nothing" "-- ." ""; do ktsim run $words; echo "= $?"; done
-  ktsim: ./nothing: No such file or directory
-  = 127
-  ktsim: .: Permission denied
-  = 126
-  ktsim: COMMAND is required (--help tells more)
-  = 2
+  $ for words in "-- ./nothing" "-- ." ""; do ktsim run $words; echo "= $?"; done 2>&1 | paste -d' ' - -
+  ktsim: ./nothing: No such file or directory = 127
+  ktsim: .: Permission denied = 126
+  ktsim: COMMAND is required (--help tells more) = 2
 
 What a state says is trusted no further than it reaches, and `check` names it.
 

@@ -122,12 +122,10 @@ Completion knows the adapters' disks and enclosures, calls, events and labs.
   $ lab default && ktsim disk pull 12 && ktsim disk pull 3 -f
   $ . "$TESTDIR/../../packaging/completion/ktsim.bash"; compopt() { :; }
   $ try() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _ktsim; echo "${COMPREPLY[*]}"; }
-  $ try ktsim disk fail 1; try ktsim disk fail 3 -a 1 ''; try ktsim disk insert ''; try ktsim disk age 3 w; try ktsim disk replace 3 --type S
-  1 10 11
-  0 1 2 3 4 5 6 7 8 9
-  12 3
-  wear warmth
-  SATA SAS SATA\ SSD SAS\ SSD
+  $ (try ktsim disk fail 1; try ktsim disk fail 3 -a 1 ''; try ktsim disk insert '') | joined
+  1 10 11 | 0 1 2 3 4 5 6 7 8 9 | 12 3
+  $ (try ktsim disk age 3 w; try ktsim disk replace 3 --type S) | joined
+  wear warmth | SATA SAS SATA\ SSD SAS\ SSD
   $ ktsim cable show -a 1 | joined; ktsim cable pull 6 -f; try ktsim cable pull ''; try ktsim cable insert ''; ktsim cable show | tail -1
   Port 0  disk 0 | Port 1  disk 1 | Port 2  port multiplier 1  disks 2 8 9 | Port 3  port multiplier 0  disks 3 4 5 6 7
   0 1 2 3
@@ -140,11 +138,8 @@ Completion knows the adapters' disks and enclosures, calls, events and labs.
   $ ktsim disk corrupt 0 --count 3 -f; ktsim status -a 0 | grep 'PD 0 '
   Disk 0: 3 sectors hold wrong data (the first: LBA 0x3cdd456a).
     PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1, wrong data in 3 sectors
-  $ try ktsim enclosure set ''; try ktsim enclosure set 1 d; try ktsim event 1; try ktsim event 10 2
-  1
-  dor dpl
-  1 10 12 13 15
-  20 21 22 23 24 25
+  $ (try ktsim enclosure set ''; try ktsim enclosure set 1 d; try ktsim event 1; try ktsim event 10 2) | joined
+  1 | dor dpl | 1 10 12 13 15 | 20 21 22 23 24 25
   $ try ktsim fault KT_BBU; try ktsim create --lab ''; try ktsim disk fail --f
   KT_BBU_ChangePower KT_BBU_GetInfo
   default empty full hostile none troubled

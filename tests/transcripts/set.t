@@ -54,11 +54,8 @@ Disks and arrays.
   Write cache:         supported (off) | SMART:               supported (off) | Current speed:       3 Gb/s
   $ kt set -o hd -i 3 -c on --smart on --speed 1.5 --waiveconfirmation | sed -n 2,4p | joined
   write cache:             on | drive speed:             1.5 Gb/s | SMART:                   on
-  $ kt set -o array -i 2 -n store -c off; kt set -o array -i 2 -c on --waiveconfirmation | sed -n 2p
-  array id:                2
-  write cache:             off
-  name:                    store
-  write cache:             on
+  $ (kt set -o array -i 2 -n store -c off; kt set -o array -i 2 -c on --waiveconfirmation | sed -n 2p) | joined
+  array id:                2 | write cache:             off | name:                    store | write cache:             on
   $ written
   KT_PD_SetConfig a=0 pd=3 0: 01 -> 00, 1: 01 -> 00, 3: 03 -> 02
   KT_PD_SetConfig a=0 pd=3 0: 00 -> 01, 1: 00 -> 01, 3: 02 -> 01
@@ -138,17 +135,13 @@ declines.
   KT_PD_SetHDStatus a=0 pd=3 status=0 -> 0
   KT_PD_SetHDStatus a=0 pd=3 status=1 -> 0
   KT_PD_SetConfig a=0 pd=3 0: 00 -> 01
-  $ ktsim clock until idle > /dev/null; for pd in 8 3; do ask 1 set -o pd -i $pd --status offline; done
-  PD 8 is a member.
-  VD 2 (spool) goes offline.
-  PD 3 is a member.
-  VD 1 (media) loses its redundancy.
+  $ ktsim clock until idle > /dev/null; for pd in 8 3; do ask 1 set -o pd -i $pd --status offline; done | joined
+  PD 8 is a member. | VD 2 (spool) goes offline. | PD 3 is a member. | VD 1 (media) loses its redundancy.
 
 Everything has its effect: a matching spare was idle because the adapter does not rebuild by itself.
 
-  $ lab troubled; kt set -o hba --autorebuild on | grep Auto; kt info -o vd -i 0 | grep 'BGA prog'
-  Auto Rebuild:            on
-  BGA progress:    rebuilding is 0% done
+  $ lab troubled; (kt set -o hba --autorebuild on | grep Auto; kt info -o vd -i 0 | grep 'BGA prog') | joined
+  Auto Rebuild:            on | BGA progress:    rebuilding is 0% done
 
 What an adapter does not have is not set.
 

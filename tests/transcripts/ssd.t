@@ -107,8 +107,5 @@ Files that cannot be microcode, and other refusals, come before the first page.
   Unable to open file 'pipe', or it is not a regular file.
   Unable to open file 'missing', or it is not a regular file.
   [1]
-  $ refused ssdop -d 3 -f now.bin; calls | grep -c Download
-  PD 3 is not a solid-state disk
-  = 1
-  0
-  [1]
+  $ (refused ssdop -d 3 -f now.bin; calls | grep -c Download) | joined
+  PD 3 is not a solid-state disk | = 1 | 0
