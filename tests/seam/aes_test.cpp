@@ -96,25 +96,17 @@ TEST_F(Aes, LeavesNoSecretInTheWords) {
     EXPECT_FALSE(has((port.words + entry.words), "secret"));
 }
 
-TEST_F(Aes, ListsEntriesWithTheirPortsAndPortsWithTheirEntry) {
+TEST_F(Aes, ListsEntriesWithTheirPorts) {
     seam.aesOverview.entry[1] = 1;
     seam.aesOverview.entry[5] = 1; // beyond what the adapter counts, and there all the same
     seam.aesOverview.aes_port[0] = {0, 1};
     seam.aesOverview.aes_port[1] = {1, 255};
     seam.aesOverview.aes_port[2] = {2, 1};
-    const std::map<std::string, std::string> texts = {
-        {"e", "Entry ID:                "},
-        {"no", "Has Key:                 No"},
-        {"yes", "Has Key:                 Yes"},
-        {"p", "Port ID:                 "},
-        {"by", "mount status:            mounted\\nentry id:                "},
-        {"free", "mount status:            dismounted"},
-        {"off", "AES enable:              Disabled"},
-        {"on", "AES enable:              Enabled"}};
-    expectSteps(texts, R"(
-aesentry -o GETINFO => $e0\n$no\n$e1\n$yes\n$p0\n$p2\n$e2\n$no\n$e5\n$yes
-aesport -o getcfg => $p0\n$by1\n$off\n$p1\n$free\n$on\n$p2\n$by1\n$off
-)");
+    const std::map<std::string, std::string> texts = {{"e", "Entry ID:                "},
+                                                      {"no", "Has Key:                 No"},
+                                                      {"yes", "Has Key:                 Yes"},
+                                                      {"p", "Port ID:                 "}};
+    expectSteps(texts, "aesentry -o GETINFO => $e0\\n$no\\n$e1\\n$yes\\n$p0\\n$p2\\n$e2\\n$no\\n$e5\\n$yes");
     gAdapterInfo[0].MaxAESEntry = 0;
     seam.aesOverview.aes_port[3] = {3, 7};
     expectSteps(texts, "aesentry -o getinfo => $e1\\n$yes\\n$p0\\n$p2\\n$e5\\n$yes\\n$e7\\n$no\\n$p3");

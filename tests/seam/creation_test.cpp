@@ -34,16 +34,6 @@ void expectSent(const char* call, const Record& record) {
 }
 } // namespace
 
-TEST_F(Creation, TakesNoMoreDisksThanARecordHolds) {
-    std::string ids = "0";
-    for (int id = 1; id <= 128; ++id)
-        ids += "," + std::to_string(id);
-    expect("create -r 0 -d " + ids, "-d : invalid PD ID '" + ids + "'\n", 1);
-    arrayBasedRaid = true;
-    expect("create -o array -r 0 -d " + ids, "-d : invalid PD IDs '" + ids + "'\n", 1);
-    EXPECT_EQ(Calls{}, seam.calls);
-}
-
 TEST_F(Creation, OnDisksSendsTheRecord) {
     const std::tuple<const char*, KT_U16, _Create_LD_Param> cases[] = {
         {"create -o vd -r 5 -d 4,2,4,0", 0x4700,

@@ -19,23 +19,15 @@ std::string split(std::string line) {
 }
 
 TEST(Parse, SplitsAtBlanksAndKeepsQuotes) {
-    EXPECT_EQ(split(""), "1");
-    EXPECT_EQ(split("info -o vd"), "1|info|-o|vd");
-    EXPECT_EQ(split("info    -o"), "1|info|-o");
-    EXPECT_EQ(split("info  "), "1|info");
-    EXPECT_EQ(split(" info"), "1||info");
-    EXPECT_EQ(split("   "), "1|");
-    EXPECT_EQ(split("a\tb"), "1|a|b");
-    EXPECT_EQ(split("a\t\tb"), "1|a||b");
-    EXPECT_EQ(split("a \tb"), "1|a||b");
-    EXPECT_EQ(split("a\t  b"), "1|a|b");
-    EXPECT_EQ(split("-n \"My VD\""), "1|-n|\"My VD\"");
-    EXPECT_EQ(split("a\"b c\"d"), "1|a\"b c\"d");
-    EXPECT_EQ(split("a\"b c\" d"), "1|a\"b c\"|d");
-    EXPECT_EQ(split("\"\""), "1|\"\"");
-    EXPECT_EQ(split("\""), "0");
-    EXPECT_EQ(split("a \"b"), "0|a");
-    EXPECT_EQ(split("a b\""), "0|a");
+    // clang-format off
+    const std::pair<const char*, const char*> lines[] = {
+        {"", "1"}, {"info -o vd", "1|info|-o|vd"}, {"info    -o", "1|info|-o"}, {"info  ", "1|info"}, {" info", "1||info"},
+        {"   ", "1|"}, {"a\tb", "1|a|b"}, {"a\t\tb", "1|a||b"}, {"a \tb", "1|a||b"}, {"a\t  b", "1|a|b"},
+        {R"(-n "My VD")", R"(1|-n|"My VD")"}, {R"(a"b c"d)", R"(1|a"b c"d)"}, {R"(a"b c" d)", R"(1|a"b c"|d)"},
+        {R"("")", R"(1|"")"}, {R"(")", "0"}, {R"(a "b)", "0|a"}, {R"(a b")", "0|a"}};
+    // clang-format on
+    for (const auto& [line, words] : lines)
+        EXPECT_EQ(split(line), words) << line;
 }
 
 const char* ran;
