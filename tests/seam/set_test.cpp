@@ -97,6 +97,10 @@ set -o bbu --power discharge ! KT_LD_GetConfig=5 => What writes to its cache can
     expect("set -o pd -i 0 --speed 12", "PD 0 does not support 12 Gb/s\n", 1);
     seam.battery.status = 0;
     expect("set -o bbu --power charge", "No BBU is found.\n", 16);
+    gAdapterInfo[0].Features = 0xFF;
+    seam.adapterConfig.AutoRebuildOn = 255;
+    expect("set -o hba --mprate 10 --autorebuild on", "--autorebuild is not supported on adapter 0.\n", 1);
+    EXPECT_FALSE(seam.sent.contains("KT_Adapter_SetConfig"));
 }
 
 } // namespace

@@ -20,15 +20,11 @@ Initialization and check of a virtual disk, from the start to the event of the e
   $ kt 1 cc -t check -l 0 && ktsim clock until idle
   Start consistency check
   Idle after 42 min 40 s.
-  $ told 1 8
-  Background initialization on virtual disk 0 started
-  Background initialization on virtual disk 0 paused
-  Background initialization on virtual disk 0 resumed
-  Background initialization on virtual disk 0 aborted
-  Background initialization on virtual disk 0 restarted
-  Background initialization on virtual disk 0 completed
-  Consistency check on Virtual Disk 0 started
-  Consistency check on Virtual Disk 0 completed
+  $ told 1 8 | paste -d'|' - -
+  Background initialization on virtual disk 0 started|Background initialization on virtual disk 0 paused
+  Background initialization on virtual disk 0 resumed|Background initialization on virtual disk 0 aborted
+  Background initialization on virtual disk 0 restarted|Background initialization on virtual disk 0 completed
+  Consistency check on Virtual Disk 0 started|Consistency check on Virtual Disk 0 completed
 
 Everything pauses at once; virtual disks on the same disks take turns, and disks are patrolled only when left alone.
 
@@ -38,11 +34,8 @@ Everything pauses at once; virtual disks on the same disks take turns, and disks
   Please input y or n.
   Start initialization successfully
   $ for words in "cc -l 3" "pause -c 0" "init -a resume -l 2" "cc -l 0" "init -l 1"; do kt $words > /dev/null || echo $?; done
-  $ progress 0 vd; progress 0 pd
-  BGA progress:    synchronizing is auto paused at 0%
-  BGA progress:    initializing is 0% done
-  BGA progress:    initializing is 0% done
-  BGA progress:    synchronizing is paused at 0%
+  $ progress 0 vd | cut -c 18- | joined; progress 0 pd
+  synchronizing is auto paused at 0% | initializing is 0% done | initializing is 0% done | synchronizing is paused at 0%
   Media patrol:        paused at 0%
 
 A spare is patrolled by the hour.

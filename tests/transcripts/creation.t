@@ -29,14 +29,8 @@ From the first disk to a full array.
   Create array 1 successfully.
   write cache:             on
   write cache:             off
-  $ for words in "-s 5000 -g 1 -p ra -i none" "-s 99999999" "-n rest" ""; do kt create -a 0 $words; done
-  Create VD 0 successfully.
-  
-  No resources. Max available size is 3810330 M
-  Create VD 1 successfully.
-  
-  No resources. Max available size is 0 M
-  [4]
+  $ for words in "-s 5000 -g 1 -p ra -i none" "-s 99999999" "-n rest" ""; do kt create -a 0 $words; done | grep . | joined
+  Create VD 0 successfully. | No resources. Max available size is 3810330 M | Create VD 1 successfully. | No resources. Max available size is 0 M
   $ kt info -o vd | grep -e ^id -e ^name -e ^size | paste -d'|' - - -
   id:                  0|name:                VD_R10_1|size:                5000 M
   id:                  1|name:                rest|size:                3810330 M

@@ -142,14 +142,3 @@ Everything has its effect: a matching spare was idle because the adapter does no
 
   $ lab troubled; (kt set -o hba --autorebuild on | grep Auto; kt info -o vd -i 0 | grep 'BGA prog') | joined
   Auto Rebuild:            on | BGA progress:    rebuilding is 0% done
-
-What an adapter does not have is not set.
-
-  $ ktsim create --force --lab - > /dev/null << 'END'
-  > {"adapters": [{"type": "array-based", "config": {"AutoRebuildOn": 255}},
-  >               {"type": "LD-based", "AlarmSupport": 0, "Features": 0, "AdvancedFeatures": 114688}]}
-  > END
-  $ : > trace; kt set -o hba --autorebuild on --mprate 10
-  --autorebuild is not supported on adapter 0.
-  [1]
-  $ written

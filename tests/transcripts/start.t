@@ -4,9 +4,8 @@ Starting: the adapter's index, "-output", the driver and the library.
   $ lab default
   $ ktsetup ver | grep -cF "CLI Version: $VERSION   RaidAPI Version: $VERSION (simulated)"
   1
-  $ for adapter in 1 257; do ktsetup $adapter adapter | tail -1; done
-  Current default adapter ID for CLI commands: 1
-  Current default adapter ID for CLI commands: 1
+  $ for adapter in 1 257; do ktsetup $adapter adapter | tail -1; done | uniq -c
+        2 Current default adapter ID for CLI commands: 1
   $ ktsetup 200 info -o vd
   SG driver version 3.5.36.
   

@@ -50,14 +50,11 @@ What is gone at the boot is told then, and not before. It may be back before any
 Each boot tells what is wrong: what does not answer, is about to fail, is broken or missing. So it tells what ended.
 
   $ lab default; ktsim power off; ktsim disk trip 3; ktsim disk fail 12 -f; ktsim disk pull 1 5 6 -f; ktsim enclosure set 1 fan 2 failed
-  $ ktsim enclosure reading 1 tpr 0 60; ktsim enclosure set 1 dor 0 open; ktsim power on; news | grep -v -i -e rebuild -e spare
-  [WARNING] Request to physical disk 12 is timed out
-  [WARNING] SMART has over threshold on physical disk 3
-  [MAJOR] Adapter 0 Defective fan 2 found
-  [WARNING] Adapter 0 is high temperature
-  [WARNING] Adapter 0 intrusion is opened
-  [MAJOR] Physical disk missing from virtual disk 2 configuration at boot
-  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
+  $ ktsim enclosure reading 1 tpr 0 60; ktsim enclosure set 1 dor 0 open; ktsim power on; news | grep -v -i -e rebuild -e spare | paste -d'|' - -
+  [WARNING] Request to physical disk 12 is timed out|[WARNING] SMART has over threshold on physical disk 3
+  [MAJOR] Adapter 0 Defective fan 2 found|[WARNING] Adapter 0 is high temperature
+  [WARNING] Adapter 0 intrusion is opened|[MAJOR] Physical disk missing from virtual disk 2 configuration at boot
+  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot|
   $ ktsim enclosure set 1 fan 2 ok; ktsim disk trip 3 --clear; ktsim clock until idle; ktsim reboot; news
   Idle after 13 h 14 min.
   [WARNING] Request to physical disk 12 is timed out
@@ -101,11 +98,8 @@ A battery keeps what was written last, if it lasts.
   [INFO] Auto dirty data flushed 3/3
   [INFO] Auto finish flush dirty data
   [INFO] Battery started charging
-  $ lab default; ktsim power off --pull; ktsim clock advance 3d; ktsim power on; news
+  $ lab default; ktsim power off --pull; ktsim clock advance 3d; ktsim power on; news | grep -v Sync
   [MAJOR] Page data has an ECC error and can not be flushed
-  [MAJOR] Synchronization on Virtual Disk 0 failed 
-  [MAJOR] Synchronization on Virtual Disk 1 failed 
-  [MAJOR] Synchronization on Virtual Disk 2 failed 
   [INFO] Battery started charging
   [WARNING] Battery capacity is below threshold
   [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode

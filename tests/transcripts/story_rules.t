@@ -19,18 +19,13 @@ What a virtual disk is migrated to does as its own members do.
 What is regained is not logged as lost.
 
   $ fresh; make 6 0,1,2,3,4; kt assign -d 5 > /dev/null; kt assign -d 6 > /dev/null
-  $ ktsim disk fail 0 -f; ktsim disk fail 1 -f; ktsim clock until idle > /dev/null; log | sed '1,/set down/d' | grep -v '%'
-  [WARNING] Virtual Disk 0 lost a redundancy disk
-  [INFO] Spare disk 5 used by disk array 0
-  [INFO] Rebuild disk on virtual disk 0 started
-  [MAJOR] Physical disk 1 read write error.
-  [CRITICAL] Physical disk 1 is set down
-  [MAJOR] Virtual Disk 0 is degraded
-  [INFO] Rebuild disk on virtual disk 0 completed
-  [INFO] Spare disk 6 used by disk array 0
-  [INFO] Rebuild disk on virtual disk 0 started
-  [INFO] Rebuild disk on virtual disk 0 completed
-  [INFO] Virtual Disk 0 is online
+  $ ktsim disk fail 0 -f; ktsim disk fail 1 -f; ktsim clock until idle > /dev/null; log | sed '1,/set down/d' | grep -v '%' | paste -d'|' - -
+  [WARNING] Virtual Disk 0 lost a redundancy disk|[INFO] Spare disk 5 used by disk array 0
+  [INFO] Rebuild disk on virtual disk 0 started|[MAJOR] Physical disk 1 read write error.
+  [CRITICAL] Physical disk 1 is set down|[MAJOR] Virtual Disk 0 is degraded
+  [INFO] Rebuild disk on virtual disk 0 completed|[INFO] Spare disk 6 used by disk array 0
+  [INFO] Rebuild disk on virtual disk 0 started|[INFO] Rebuild disk on virtual disk 0 completed
+  [INFO] Virtual Disk 0 is online|
 
 An aborted check can be restarted, but keeps nobody from anything else.
 
