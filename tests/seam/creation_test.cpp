@@ -86,10 +86,9 @@ TEST_F(Creation, OnDisksAsksForTheBatteryOnlyWithoutACacheMode) {
 }
 
 TEST_F(Creation, OnDisksSaysWhichDiskOrCallStandsInTheWay) {
-    const std::tuple<KT_U8, const char*> roles[] = {{KT_PD_OFFLINE | KT_PD_GLOBAL_SPARE, "Offline"},
-                                                    {KT_PD_GLOBAL_SPARE | KT_PD_FOREIGN, "Spare"},
-                                                    {KT_PD_DEDICATED_SPARE, "Spare"},
-                                                    {KT_PD_FOREIGN, "Foreign"}};
+    const std::tuple<KT_U8, const char*> roles[] = {
+        {KT_PD_OFFLINE | KT_PD_GLOBAL_SPARE, "Offline"}, {KT_PD_GLOBAL_SPARE | KT_PD_FOREIGN, "Spare"},
+        {KT_PD_DEDICATED_SPARE, "Spare"}, {KT_PD_FOREIGN, "Foreign"}};
     for (const auto& [role, named] : roles) {
         seam.disks[8].Status = role;
         expect("create -r 1 -d 8,9", std::string(named) + " disk 8 can not be used to create VD.\n", 1);

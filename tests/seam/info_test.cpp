@@ -25,18 +25,15 @@ struct Info : SeamTest {
     static std::string value(const std::string& line, const std::string& label) { return in(printed(line), label); }
 };
 
+// clang-format off
 TEST_F(Info, DiskNamesWhatItIsAttachedTo) {
     _Link_Entity& link = seam.hds[0].Link;
     // Everything about the disk's own end differs from its parent's, and so do the ids of the enclosures.
     link.Self = {7, 77, 1, {76}, {}, 75, {}};
     link.Parent = {3, 0, 2, {5, 6}, {}, 12, {}};
-    const std::pair<KT_U8, const char*> places[] = {{0, "HBA port 5"},
-                                                    {1, "PM 3, port 5"},
-                                                    {2, "Expander 3, port 5"},
-                                                    {3, "enclosure 3, HBA port 5"},
-                                                    {4, "unknown device, type 4, id 3, port 5"},
-                                                    {254, "unknown device, type 254, id 3, port 5"},
-                                                    {255, "no line"}};
+    const std::pair<KT_U8, const char*> places[] = {
+        {0, "HBA port 5"}, {1, "PM 3, port 5"}, {2, "Expander 3, port 5"}, {3, "enclosure 3, HBA port 5"},
+        {4, "unknown device, type 4, id 3, port 5"}, {254, "unknown device, type 254, id 3, port 5"}, {255, "no line"}};
     for (const auto& [type, place] : places) {
         link.Parent.DevType = type;
         EXPECT_EQ(value("info -o pd -i 7", "Linked at"), place);
@@ -46,13 +43,9 @@ TEST_F(Info, DiskNamesWhatItIsAttachedTo) {
 
 TEST_F(Info, SizeCountsTheDisksOwnSectors) {
     _HD_Info& disk = seam.hds[0];
-    const std::tuple<KT_U64, KT_U32, const char*> rows[] = {{1001, 4096, "4004 K"},
-                                                            {1001, 512, "500 K"},
-                                                            {1001, 520, "508 K"},
-                                                            {1001, 0, "500 K"},
-                                                            {0, 4096, "not available"},
-                                                            {UINT64_MAX, 512, "not available"},
-                                                            {1ULL << 51, 4096, "9007199254740992 K"}};
+    const std::tuple<KT_U64, KT_U32, const char*> rows[] = {
+        {1001, 4096, "4004 K"}, {1001, 512, "500 K"}, {1001, 520, "508 K"}, {1001, 0, "500 K"},
+        {0, 4096, "not available"}, {UINT64_MAX, 512, "not available"}, {1ULL << 51, 4096, "9007199254740992 K"}};
     for (const auto& [sectors, bytes, size] : rows) {
         disk.Size = sectors;
         disk.BlockSize = bytes;
@@ -77,18 +70,16 @@ TEST_F(Info, RunningSystemIsSaidForDisksAndVirtualDisks) {
 TEST_F(Info, RestoringAHybridDiskIsSaid) {
     seam.lds = {{.BGAStatus = KT_STATE_RUNNING, .RaidMode = KT_TANDEM_SAFE, .BlkCount = 1, .BlockIDs = {KT_NO_ID}}};
     const std::tuple<KT_U8, KT_U8, const char*> rows[] = {
-        {KT_BGA_REBUILD, KT_STATE_RUNNING, "restore is 40% done"},
-        {KT_BGA_INIT_QUICK, KT_STATE_RUNNING, "40% done"},
-        {KT_BGA_REBUILD, KT_STATE_PAUSED, "paused at 40%"},
-        {KT_BGA_REBUILD, KT_STATE_ABORTED, "aborted"},
-        {0, KT_STATE_NONE, "N/A"},
-    };
+        {KT_BGA_REBUILD, KT_STATE_RUNNING, "restore is 40% done"}, {KT_BGA_INIT_QUICK, KT_STATE_RUNNING, "40% done"},
+        {KT_BGA_REBUILD, KT_STATE_PAUSED, "paused at 40%"}, {KT_BGA_REBUILD, KT_STATE_ABORTED, "aborted"},
+        {0, KT_STATE_NONE, "N/A"}};
     for (const auto& [activity, state, said] : rows) {
         seam.ldStatuses = {{KT_VD_ONLINE, activity, 40, state, 0, 0}};
         for (const char* object : {"vd", "tandem"})
             EXPECT_EQ(value(std::string("info -o ") + object, "initializing status"), said) << object;
     }
 }
+// clang-format on
 
 TEST_F(Info, AdapterIsDescribedToItsLastField) {
     _Adapter_Info info = {};

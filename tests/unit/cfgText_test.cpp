@@ -61,6 +61,9 @@ const _HBA_Info_Page samplePage = {
 const _LD_Info sampleVd = {
     .ID = 3, .StripeBlockSize = 64, .RaidMode = KT_RAID6, .HDCount = 4, .CacheMode = 5, .Size = KT_U64{20000} << 10,
     .Name = "data", .BlockIDs = {0, 12, KT_NO_ID, 256}, .NumParityDisk = 2};
+const _LD_Info plainVd = {
+    .BGAStatus = 9, .RaidMode = KT_RAID6, .HDCount = 3, .BlkCount = 3, .Size = KT_U64{3000} << 10, .Name = "data",
+    .BlockIDs = {7, 8, 9}, .NumParityDisk = 2};
 // clang-format on
 
 const char banner[] = "########################################################################################\n"
@@ -303,15 +306,8 @@ TEST(CfgLosses, NameBothValues) {
     // What comes back is not named: not even what a text never holds, how far an activity has come, say.
     raid->ldCount = 4;
     for (KT_U16 i = 0; i < raid->ldCount; ++i) {
-        raid->lds[i] = {.ID = static_cast<KT_U16>(10 + i),
-                        .BGAStatus = 9,
-                        .RaidMode = KT_RAID6,
-                        .HDCount = 3,
-                        .BlkCount = 3,
-                        .Size = KT_U64{3000} << 10,
-                        .Name = "data",
-                        .BlockIDs = {7, 8, 9},
-                        .NumParityDisk = 2};
+        raid->lds[i] = plainVd;
+        raid->lds[i].ID = static_cast<KT_U16>(10 + i);
     }
     raid->lds[1].Size = (KT_U64{5} << 32) + (KT_U64{7} << 10);
     raid->lds[1].Name[15] = 'x';
