@@ -223,10 +223,9 @@ class Complete(unittest.TestCase):
         for _ in range(3):
             for shelf in report["adapters"][0]["enclosures"]:
                 for at, row in enumerate(shelf["elements"]):
-                    if "slot" not in row:
-                        known = {word: row[word] for word in ("type", "element", "text", "subEnclosure")}
-                        status = f"{chance.randrange(16):x}{chance.randint(0, 8)}{chance.randrange(1 << 24):06x}"
-                        shelf["elements"][at] = dict(known, Status=status)
+                    known = {word: row[word] for word in ("type", "element", "text", "subEnclosure", "slot") if word in row}
+                    status = f"{chance.randrange(16):x}{chance.randint(0, 8)}{chance.randrange(1 << 24):06x}"
+                    shelf["elements"][at] = dict(known, Status=status)
             next(self.look_at(report))
             self.check_enclosures()
 

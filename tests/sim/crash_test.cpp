@@ -36,6 +36,14 @@ static const char* const PASTS[] = {
     "3edc 45e4 b0c0 329c 40e0 4126 6e14 b3a3 4744 3482 4bc6 1b8b 6a90 7ae0 2bac 7c4a ",
     "3edc 5d02 7b75 74af 627b 6840 16af b3a3 2c16 9ffd 4bc6 b4fb c8a5 7ae0 568f eec6 ",
     "3edc 14ad d06d b2b2 2d6f 60f1 4fae b3a3 d28c 70b0 4bc6 045b 8299 7ae0 ee7c e233 ",
+    "3edc d07a d045 4eee df85 972a 67aa b3a3 4e79 1101 4bc6 5d4a 5a98 7ae0 630d d99e ",
+    "3edc 7d85 20d8 def5 277f ef2a 606e b3a3 2373 4528 4bc6 f83c 861f 7ae0 f9c7 cd68 ",
+    "3edc 6788 c94b ab05 cb9f 4480 41b5 b3a3 0c83 1f4f 4bc6 8514 cd57 7ae0 4fc3 0f46 ",
+    "3edc d2c2 bf36 1efe c60e 759e 29ad b3a3 6d6c dd78 4bc6 0e47 c519 7ae0 221b 61d8 ",
+    "3edc 75a5 478c 2c9b 9332 f3d3 df9a b3a3 fb63 fde5 4bc6 b521 3ec6 7ae0 db38 62a1 ",
+    "3edc bd18 cfaf 36f2 b782 7d34 58dd b3a3 2b2f be6d 4bc6 446c 6a01 7ae0 88a8 09b0 ",
+    "3edc 5445 1bc2 cec2 88c4 70fc 4682 b3a3 d2b4 b65e 4bc6 fa11 fa6e 7ae0 c375 3660 ",
+    "3edc fdf6 dc53 ab17 7581 daa6 c3cf b3a3 fe99 cfab 4bc6 4414 b764 7ae0 33f6 bce3 ",
 };
 
 // All records of a list: only the trace of the call looks at them.
@@ -126,7 +134,7 @@ TEST_P(Crash, WhatHoldsAlwaysHoldsAndThePastStays) {
     }
     EXPECT_EQ(past, PASTS[GetParam()]);
 }
-INSTANTIATE_TEST_SUITE_P(Seeds, Crash, testing::Range(0U, 8U));
+INSTANTIATE_TEST_SUITE_P(Seeds, Crash, testing::Range(0U, 16U));
 
 TEST_F(Crash, KeepsTheInvariants) {
     closeStore(begin(&LAB, 0).store);
