@@ -206,9 +206,10 @@ class Complete(unittest.TestCase):
         def some(words, *limits):
             return {word: chance.choice([0, limit, chance.randint(0, limit)]) for limit in limits for word in words.split()}
         lab = {"adapters": [{
-            "type": chance.choice(["LD-based", "array-based"]), **{word: chance.randint(0, 1) for word in images},
-            **some("AdvancedFeatures", 0xFFFFFFFF), **some("LogicalDriverMode", 0xFFF), **some("PortSupportType MaxSpeed", 7),
-            **some("StripeSizeSupported CurrentSpeed", 6), **some("Features RevisionID MaxLinkWidth CurrentLinkWidth MaxHD_Ext MaxPM", 255),
+            "type": chance.choice(["LD-based", "array-based"]), "PortCount": 8, **{word: chance.randint(0, 1) for word in images},
+            "AdvancedFeatures": chance.getrandbits(32), "LogicalDriverMode": chance.getrandbits(12), "Features": chance.getrandbits(8),
+            **some("PortSupportType MaxSpeed", 7), **some("StripeSizeSupported CurrentSpeed", 6),
+            **some("RevisionID MaxLinkWidth CurrentLinkWidth MaxHD_Ext MaxPM", 255),
             "disks": [{"size": "1TB", **some("FeatureSupport", 0xFFF), **some("PIOMode MDMAMode UDMAMode CurrentPIOMode", 255),
                        **some("HD_SSD_Type Media_Rotation_Rate CurrentMDMAMode CurrentUDMAMode LocateLEDStatus", 3)} for _ in range(6)]}
             for _ in range(12)]}

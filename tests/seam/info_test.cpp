@@ -116,42 +116,6 @@ Maximum parity disk for RAID6|Maximum supported array|Features|Max buffer size|I
     expectSaid("Firmware: no line");
 }
 
-TEST_F(Info, EachBitOfAnAdapterHasItsWords) {
-    const auto split = [](std::istringstream all) {
-        std::vector<std::string> words;
-        for (std::string word; std::getline(all, word, '|');)
-            words.push_back(word);
-        words.resize(32); // bits without words
-        return words;
-    };
-    const auto advanced = split(std::istringstream(
-        "event sense code|big stripe|flash bios|bbu|config in flash|cpu efficiency|multi VD|spc 4|ses2|module "
-        "consolidate|image health|phy control by port,sata phy ctrl|crypto|time setting by application|vd write "
-        "cache|vd read cache|smart|rounding|hd set free|hd write cache|||aes partition|tandemix intelligent init|set "
-        "spare|hybrid switch|hot plug|ata pass through|remap|access register|oem data|flash predata,raw update"));
-    const auto features = split(std::istringstream("rebuild|background init|synchronize|migration|media patrol|"
-                                                   "foreground init|copy back|only same type hd for create"));
-    const auto modes = split(std::istringstream("RAID0 |RAID1 |RAID10 |RAID1E |RAID5 |RAID6 |RAID50 |JBOD |RAID60 |"
-                                                "hc(tandem capacity) |hs(tandem safe) |hybrid(tandem hybrid) "));
-    const char* const supports[] = {"Rebuild",      "Background init", "Sync",     "Migrate",
-                                    "Media patrol", "Foreground init", "Copy back"};
-    const KT_U32 saidWhenClear = 0x010FC000;
-    for (unsigned bit = 0; bit < 32; ++bit) {
-        _Adapter_Info info = {};
-        info.DevID = 0x4761;
-        info.AdvancedFeatures = saidWhenClear ^ (KT_U32{1} << bit);
-        info.Features = static_cast<KT_U8>(1 << bit % 8);
-        info.LogicalDriverMode = static_cast<KT_U16>(1 << bit % 16);
-        if (bit == 24) info.Features = KT_FEATURE_REBUILD; // without which spares are not spoken of
-        const std::string printed = printedBy([&] { Adapter_PrintInfo(&info, 3); });
-        EXPECT_EQ(advanced[bit], in(printed, "Advanced features")) << bit;
-        EXPECT_EQ(features[bit % 8], in(printed, "Features")) << bit;
-        for (size_t i = 0; i < std::size(supports); ++i)
-            EXPECT_EQ((info.Features >> i & 1) != 0 ? "Supported" : "Not supported", in(printed, supports[i])) << bit;
-        EXPECT_EQ(modes[bit % 16], in(printed, "Supported RAID mode")) << bit;
-    }
-}
-
 TEST_F(Info, ABatteryTellsWhatItsSensorsMeasure) {
     gAdapterInfo[0].AdvancedFeatures = KT_ADV_BBU;
     const char* const words[] = {"N/A", "temperature ", "voltage ", "temperature voltage ", "Ecapacity"};
