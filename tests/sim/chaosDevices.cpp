@@ -26,6 +26,7 @@ static void useCipher(Chaos& run) {
     putSecret(run, entry.user_auth);
     const _AES_PORT_INFO port = {run.byte(run.rarely(4) ? 5 : 2), entry.entry_id, {}};
     const _AES_Port_Config config = {port.id, run.byte(2), {}};
+    const KT_U8 percentage = run.rarely(8) ? run.byte(120) : static_cast<KT_U8>(10 * run.pick(11));
     switch (run.pick(8)) {
     case 0:
         return void(KT_AES_SetEntryConfig(run.adapter, &entry, entry.user_auth));
@@ -40,8 +41,7 @@ static void useCipher(Chaos& run) {
     case 5:
         return void(KT_AES_ChangePwd(run.adapter, &entry, entry.user_auth));
     case 6:
-        return void(KT_AES_ForcePDOnline(run.adapter, &entry, run.disk(),
-                                         static_cast<KT_U8>(10 * run.pick(11) + run.pick(6) / 5)));
+        return void(KT_AES_ForcePDOnline(run.adapter, &entry, run.disk(), percentage));
     default:
         return void(KT_AES_SetLink(run.adapter, &port, &entry));
     }
@@ -65,6 +65,11 @@ static void sendPages(Chaos& run, std::string file, const std::function<KT_U8(_F
     }
 }
 
+static std::string filler(Chaos& run) {
+    const KT_U16 seed = run.pick(99);
+    return imageFiller(seed, run.rarely(6) ? 200000 : 3000);
+}
+
 static void useFlash(Chaos& run) {
     const KT_U8 type = run.byte(7);
     const ImageKind* kind = imageKind(type);
@@ -75,8 +80,8 @@ static void useFlash(Chaos& run) {
         return;
     }
     const KT_U16 vendor = run.rarely(5) ? run.pick(9) : adapterInfo(run.context()).SubVenID;
-    const std::string image = makeImage(*kind, {run.pick(9), run.pick(9), run.pick(9), run.pick(9)}, vendor,
-                                        imageFiller(run.pick(99), run.rarely(6) ? 200000 : 3000));
+    const ImageVersion version = {run.pick(9), run.pick(9), run.pick(9), run.pick(9)};
+    const std::string image = makeImage(*kind, version, vendor, filler(run));
     const _KT_FLASH_PER_DATA announced = {type, {}, static_cast<KT_U32>(image.size())};
     if (!run.rarely(5)) KT_Flash_PreData(run.adapter, &announced);
     sendPages(run, image, [&](_Flash_Data* page) { return KT_Flash_Bin(run.adapter, KT_FLASH_UPDATE, type, page); });
@@ -89,9 +94,8 @@ static void useSolidState(Chaos& run) {
     KT_SSD_Diagnostic(run.adapter, pd, &diagnostic);
     const auto disk = find<_HD_Info>(run.context(), pd);
     if (!disk || !run.rarely(4)) return;
-    const std::string file =
-        makeMicrocode({std::begin(disk->Model), std::end(disk->Model)}, std::to_string(run.pick(99)),
-                      imageFiller(run.pick(99), run.rarely(6) ? 200000 : 3000));
+    const std::string version = std::to_string(run.pick(99));
+    const std::string file = makeMicrocode({std::begin(disk->Model), std::end(disk->Model)}, version, filler(run));
     const KT_U8 mode = run.byte(2);
     sendPages(run, file, [&](_Flash_Data* page) { return KT_Download_SSD_Microcode(run.adapter, pd, mode, page); });
 }
@@ -100,8 +104,9 @@ static void useRegisters(Chaos& run) {
     _NVSRAM_Data data = {run.pick(200) * 997U, run.pick(260), {}, {run.byte(9), run.byte(9)}};
     KT_Flash_NVSRAM(run.adapter, run.byte(3), &data);
     _Register_Request request = {8, static_cast<KT_U8>(run.rarely(5) ? 0 : 16), {}, run.pick(999)};
-    KT_Adapter_Write_Register(run.adapter, run.rarely(5), run.pick(9), &request);
-    KT_Adapter_Read_Register(run.adapter, 0, run.pick(9), &request);
+    const KT_U16 address = run.pick(3);
+    KT_Adapter_Write_Register(run.adapter, run.rarely(5), address, &request);
+    KT_Adapter_Read_Register(run.adapter, 0, address, &request);
 }
 
 static void useHybrids(Chaos& run) {
@@ -121,9 +126,11 @@ static void befall(Chaos& run) {
     const KT_U8 type = kinds[run.pick(static_cast<unsigned>(kinds.size()))].type;
     const auto words = conditionWords(type);
     const auto aspects = agingWords();
+    const KT_U8 element = run.byte(3);
+    const KT_U16 amount = run.pick(3000);
     switch (run.pick(8)) {
     case 0:
-        setElementReading(context, 1, type, run.byte(3), run.pick(1600) * (run.rarely(3) ? 4 : 1));
+        setElementReading(context, 1, type, element, run.rarely(3) ? 4 * amount : amount / 2);
         break;
     case 1:
         setBatteryCharge(context, run.pick(101));
@@ -141,11 +148,11 @@ static void befall(Chaos& run) {
         scheduleRelearn(context, run.pick(4000));
         break;
     case 6:
-        damageImage(context, run.byte(7), run.rarely(2) ? ImageFault::Header : ImageFault::Data);
+        damageImage(context, static_cast<KT_U8>(amount % 7), run.rarely(2) ? ImageFault::Header : ImageFault::Data);
         break;
     default:
-        setElementCondition(context, 1, type, run.byte(3), words[run.pick(static_cast<unsigned>(words.size()))]);
-        ageDisk(context, run.disk(), aspects[run.pick(static_cast<unsigned>(aspects.size()))], run.pick(3000));
+        setElementCondition(context, 1, type, element, words[run.pick(static_cast<unsigned>(words.size()))]);
+        ageDisk(context, run.disk(), aspects[amount % aspects.size()], amount);
     }
     commitTransaction(*run.store);
 }
