@@ -111,7 +111,9 @@ static void useRegisters(Chaos& run) {
 
 static void useHybrids(Chaos& run) {
     const _Tandemix_Entry_Request entry = {
-        {0, run.rarely(9) ? KT_REQUEST_LIST : KT_REQUEST_ITEM, 0, 1, 0, 0, {}}, run.pick(60) * 8U, run.pick(60)};
+        {0, run.rarely(9) ? KT_U8{KT_REQUEST_LIST} : KT_U8{KT_REQUEST_ITEM}, 0, 1, 0, 0, {}},
+        run.pick(60) * 8U,
+        run.pick(60)};
     const auto isHybrid = [](const _LD_Info& vd) { return isHybridLevel(vd.RaidMode); };
     const KT_U16 vd = run.among(idsWhere<_LD_Info>(run.context(), isHybrid), 5);
     if (run.rarely(8)) KT_Tandemix_RemoveEntriesTable(run.adapter, vd);
