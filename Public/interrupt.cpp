@@ -71,7 +71,8 @@ static int openUnwaiting() {
 // Between the waiting and the reading Ctrl-C may come and throw away what there was to read. A read that waits would
 // not return before the next key.
 static ssize_t readTyped(unsigned char& byte, void (*atSignal)()) {
-    static const int terminal = openUnwaiting();
+    static int terminal = -1;
+    if (terminal < 0) terminal = openUnwaiting();
     ssize_t got = -1;
     while (got < 0 && waitForTerminal(atSignal)) {
         got = read(terminal, &byte, 1);
