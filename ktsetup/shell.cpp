@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include "Public/common.h"
-#include "Public/confirm.h"
 #include "Public/hold.h"
 #include "Public/interrupt.h"
 #include "Public/lostOutput.h"

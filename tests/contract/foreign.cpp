@@ -67,6 +67,7 @@ TEST_F(Foreign, WhatIsInUseAlreadyIsInConflict) {
     succeed({KT_PD_WipeHDMDD(0, ids[0], 1)});
     EXPECT_EQ(readList(KT_LD_GetInfo, KT_U8{0}, &_LD_Info_Request::ldInfo).size(), 1U) << "its only part here is gone";
     EXPECT_EQ(look(0, 0, {KT_LD_Import(0, 0)}), "degraded - 12 13") << "two of three are left";
+    EXPECT_EQ(dgInfo(0, 0).Status, 1);
 }
 
 // Two virtual disks of one array, and adapters that take one of an array, or one at all.

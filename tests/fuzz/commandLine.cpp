@@ -32,7 +32,8 @@ static bool reachesBeyond(const char* word) {
 
 // The library lets an NVSRAM of 4 GiB be read, which takes minutes to print.
 static bool takesMinutes(char** words, int count) {
-    return strncasecmp(words[0], "nv", 2) == 0 && std::any_of(words + 1, words + count, [](const char* word) {
+    return strncasecmp(words[0], "nvsram", strlen(words[0])) == 0 &&
+           std::any_of(words + 1, words + count, [](const char* word) {
                const char* digits = word + strcspn(word, "123456789");
                return strspn(digits, "0123456789") > 6;
            });

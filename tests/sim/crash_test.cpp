@@ -28,18 +28,18 @@ static const KT_U64 START = 1800000000000;
 // meant, the lines that the test prints take the place of these. Where it is not, compare what it keeps in the folder
 // that PASTS names with what a build from before keeps there.
 static const char* const PASTS[] = {
-    "3edc 4c86 244e 4cf5 a99c bb1e c3fd b3a3 9af6 ae89 4bc6 9655 ecb6 7ae0 c062 1858 ",
-    "3edc 1063 192b 409a 6bbe e835 20af b3a3 bbc2 680f 4bc6 316d a937 7ae0 52ee ac1a ",
-    "3edc 5063 b3b4 f3b5 7044 0f3e 177b b3a3 cf21 e28c 4bc6 c8e6 c662 7ae0 45a5 e79f ",
-    "3edc 7b0f f09e d40b 9554 483c 6f8d b3a3 82be f9fe 4bc6 8c7f fc2d 7ae0 b476 c738 ",
-    "3edc 071d 8614 816e 4c77 3a43 703f b3a3 e487 1ebc 4bc6 512e 8d90 7ae0 9844 d4cb ",
+    "3edc 5af3 9508 4cf5 a99c bb1e c3fd b3a3 9af6 ae89 4bc6 476c cb89 7ae0 c062 1858 ",
+    "3edc 1063 192b 409a 6bbe e835 20af b3a3 bbc2 680f 4bc6 316d 8741 7ae0 52ee ac1a ",
+    "3edc 5063 b3b4 f3b5 7044 2ec7 2750 b3a3 cf21 e28c 4bc6 c8e6 c662 7ae0 45a5 e79f ",
+    "3edc 7b0f f09e d40b 9554 483c 6f8d b3a3 82be f9fe 4bc6 8c7f fc2d 7ae0 c785 0979 ",
+    "3edc 071d 8614 816e 4c77 3a43 954c b3a3 e487 1ebc 4bc6 512e 8d90 7ae0 9844 d4cb ",
     "3edc 9995 18d4 798f 3729 58e0 38a9 b3a3 fe75 d8c1 4bc6 b5a5 33fc 7ae0 ee04 feee ",
-    "3edc 4019 0ba8 20e6 b5fe 63c9 8412 b3a3 e8b3 6c90 4bc6 479e c370 7ae0 0a7f ad66 ",
-    "3edc b467 e9b5 8b10 727d bb2e c5f8 b3a3 d4da 2b4c 4bc6 8770 2cec 7ae0 da3f 12f8 ",
-    "3edc 8563 7439 b69a 19fc 6754 c7ea b3a3 1e11 eaff 4bc6 5e88 aeb2 7ae0 345b a365 ",
-    "3edc 3ee2 b697 6c82 8519 1d56 1bc4 b3a3 84c0 1b3f 4bc6 7f2e 0583 7ae0 e955 dd01 ",
-    "3edc 2204 581c 42bf 6ba2 04f9 7c68 b3a3 9fc4 2626 4bc6 2678 09ee 7ae0 6093 16b3 ",
-    "3edc 0f03 0cee fb40 0887 3431 a406 b3a3 03f0 46ee 4bc6 bc61 2f4d 7ae0 81dc 75bd ",
+    "3edc 4019 0ba8 81c9 d608 63c9 8412 b3a3 e8b3 6c90 4bc6 479e c370 7ae0 0a7f ad66 ",
+    "3edc b467 e9b5 8b10 727d bb2e 7fd8 b3a3 d4da 2b4c 4bc6 8770 2cec 7ae0 da3f 12f8 ",
+    "3edc 8563 a572 b69a 19fc 6754 c7ea b3a3 1e11 eaff 4bc6 5e88 aeb2 7ae0 345b a365 ",
+    "3edc 3ee2 b697 f1ad 8519 1d56 1bc4 b3a3 84c0 1b3f 4bc6 7f2e 0583 7ae0 e955 dd01 ",
+    "3edc 2204 581c 42bf 6ba2 04f9 7c68 b3a3 9fc4 5d88 4bc6 2678 09ee 7ae0 6093 16b3 ",
+    "3edc 3697 20c2 fb40 0887 3431 a406 b3a3 a958 001c 4bc6 bc61 2f4d 7ae0 81dc 75bd ",
 };
 
 // All records of a list: only the trace of the call looks at them.

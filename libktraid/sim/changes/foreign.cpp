@@ -199,6 +199,7 @@ static KT_U8 importArray(const Context& context, const _LD_Info& vd) {
     logEvent(context, EVT_ARRAY_CREATED, id);
     for (const _LD_Info& each : vds)
         comeHome(context, each, id);
+    refreshArrayStatus(context, id);
     if (label) callSpares(context, *label, id);
     return KT_OK;
 }

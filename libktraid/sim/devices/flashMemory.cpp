@@ -101,6 +101,7 @@ static FlashUpdate updateOf(const Context& context, KT_U8 type, const _Flash_Dat
     const bool announced = update.announced && update.imageType == type;
     // One that broke off has left half an image behind.
     if (update.received != 0) logEvent(context, EVT_FLASH_BAD_GENERATION, context.adapter);
+    endUpdate(context);
     return FlashUpdate{type, static_cast<KT_U8>(announced ? 1 : 0), 0, announced ? update.expected : 0, 0};
 }
 
