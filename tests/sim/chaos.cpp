@@ -46,8 +46,9 @@ static KT_U8 disks(Chaos& run, const Shape& shape, KT_U16* ids) {
 // The members of a virtual disk or an array, and some free disks: what a migration asks for.
 static KT_U8 withMembers(Chaos& run, OwnerKind kind, KT_U16 id, KT_U16* ids) {
     Ids all = groupOf(run.context(), Owner{kind, id}).members;
+    const size_t most = all.size() + run.pick(3);
     for (const KT_U16 pd : freeDisks(run.context()))
-        if (all.size() < 100 && run.rarely(3)) all.push_back(pd);
+        if (all.size() < most && !run.rarely(3)) all.push_back(pd);
     std::copy(all.begin(), all.end(), ids);
     return static_cast<KT_U8>(all.size());
 }
@@ -92,6 +93,7 @@ static _CreateOrModify_DG_Param dgParam(Chaos& run, KT_U16 id) {
     param.BlockSize = run.rarely(8) ? 4096 : 512;
     param.Size = run.rarely(3) ? run.pick(4000) : 0;
     param.DGID = id;
+    if (run.rarely(4)) param.Name[0] = static_cast<KT_U8>('a' + run.pick(4));
     return param;
 }
 
@@ -101,17 +103,20 @@ static void createOrMigrateVd(Chaos& run, bool migrates) {
     if (!migrates) return void(KT_LD_Create(run.adapter, &param));
     param.HDCount = withMembers(run, OwnerKind::Vd, param.LDID, param.HDIDs);
     const auto vd = find<_LD_Info>(run.context(), param.LDID);
-    if (vd && !run.rarely(3)) param.RaidMode = vd->RaidMode;
+    if (vd && run.rarely(3)) param.RaidMode = vd->RaidMode;
+    param.NumParityDisk = parity(run, param.RaidMode);
     if (run.rarely(4)) KT_LD_GetMigratedLdSize(run.adapter, &param);
     KT_LD_StartMigration(run.adapter, &param);
 }
 
 static void createOrMigrateArray(Chaos& run, bool migrates) {
     _CreateOrModify_DG_Param param = dgParam(run, migrates ? run.array() : KT_U16{KT_NO_ID});
+    if (!migrates && run.rarely(8)) param.DGID = run.array();
     if (!migrates) return void(KT_CreateOrModify_DG(run.adapter, &param, run.rarely(5)));
     param.PDCount = withMembers(run, OwnerKind::Array, param.DGID, param.PDIDs);
     const auto array = find<_DG_Info>(run.context(), param.DGID);
-    if (array && !run.rarely(3)) param.RaidMode = array->RaidMode;
+    if (array && run.rarely(3)) param.RaidMode = array->RaidMode;
+    param.NumParityDisk = parity(run, param.RaidMode);
     KT_DG_StartMigration(run.adapter, &param, run.rarely(4));
 }
 
@@ -119,7 +124,7 @@ static void createInArray(Chaos& run) {
     const auto array = find<_DG_Info>(run.context(), run.array());
     if (!array) return;
     _CreateOrModify_VD_Param param = {};
-    param.VDID = KT_NO_ID;
+    param.VDID = run.rarely(8) ? run.vd() : KT_U16{KT_NO_ID};
     param.DGID = array->DGID;
     param.RaidMode = array->RaidMode;
     param.NumParityDisk = array->NumParityDisk;
@@ -140,8 +145,12 @@ static void bringForeign(Chaos& run, const Context& context) {
     Ids disks;
     for (KT_U16 pd = run.pick(4); pd < 10; pd = static_cast<KT_U16>(pd + 1 + run.pick(3)))
         disks.push_back(pd);
+    const KT_U8 there = run.byte(2);
+    beginTransaction(*elsewhere, Access::Write);
+    if (run.rarely(3)) pullDisks(Context{*elsewhere, there, run.now}, {disks.front(), disks.back()});
+    commitTransaction(*elsewhere);
     setMark(*run.store);
-    if (insertForeignDisks(context, *elsewhere, run.byte(2), disks, ids) != KT_OK) rollbackToMark(*run.store);
+    if (insertForeignDisks(context, *elsewhere, there, disks, ids) != KT_OK) rollbackToMark(*run.store);
     closeStore(elsewhere);
 }
 
@@ -224,7 +233,8 @@ static void happen(Chaos& run) {
         replaceDisk(context, run.rarely(3) ? pulled : broken,
                     [&](_HD_Info& disk) { disk.Size = small ? 2000000 : disk.Size; });
     }
-    run.now += run.pick(3000);
+    // Mostly seconds; now and then hours, in which a battery empties and all that goes on comes to its end.
+    run.now += run.rarely(60) ? KT_U64{3600000} * run.pick(12) : run.pick(3000);
     setClock(*run.store, run.now, 1000, true);
     commitTransaction(*run.store);
 }
@@ -247,10 +257,12 @@ static void setAdapter(Chaos& run) {
 static void setPart(Chaos& run) {
     const auto vd = spoilt<_LD_Config>(run);
     const auto array = spoilt<_DG_CONFIG>(run);
-    const auto disk = spoilt<_HD_CONFIG>(run);
+    const KT_U16 pd = run.disk();
+    const auto now = find<PdState>(run.context(), pd);
+    const auto disk = spoilt(run, now ? now->config : _HD_CONFIG{});
     KT_LD_SetConfig(run.adapter, run.vd(), &vd);
     KT_DG_SetConfig(run.adapter, run.array(), &array);
-    KT_PD_SetConfig(run.adapter, run.disk(), &disk);
+    KT_PD_SetConfig(run.adapter, pd, &disk);
 }
 
 static void import(Chaos& run) {
@@ -263,7 +275,19 @@ static void tidyUp(Chaos& run) {
     const auto isLost = [](const _LD_Info& vd) { return vd.Status >= KT_VD_OFFLINE && vd.Status != KT_VD_IMPORTABLE; };
     const Ids lost = idsWhere<_LD_Info>(run.context(), isLost);
     if (!lost.empty()) KT_LD_Delete(run.adapter, run.among(lost, 5), 1);
-    KT_DG_Delete(run.adapter, run.array());
+    if (run.rarely(4)) KT_DG_Delete(run.adapter, run.array());
+}
+
+// Steers what goes on, or what does not.
+static void steer(Chaos& run) {
+    const auto works = [](const _LD_Info& vd) { return vd.BGAStatus != 0; };
+    const auto isRead = [](const PdState& disk) { return disk.patrol.state != 0; };
+    const KT_U16 vd = run.among(idsWhere<_LD_Info>(run.context(), works), 5);
+    const KT_U16 array = run.array();
+    const KT_U16 pd = run.among(idsWhere<PdState>(run.context(), isRead), 20);
+    KT_LD_BGAControl(run.adapter, vd, run.oneOf(CONTROLS));
+    KT_DG_BGAControl(run.adapter, array, run.oneOf(CONTROLS));
+    KT_PD_BGAControl(run.adapter, pd, run.oneOf(CONTROLS));
 }
 
 // What is done, how often, and on which adapters: those based on virtual disks, those based on arrays, or both.
@@ -299,9 +323,7 @@ static const Act ACTS[] = {
     {3, On::Both, [](Chaos& run) { KT_PD_WipeHDMDD(run.adapter, run.freeDisk(), run.rarely(3)); }},
     {6, On::Both, import},
     {6, On::Both, [](Chaos& run) { KT_PD_Spare2FreeHD(run.adapter, run.disk()); }},
-    {8, On::Both, [](Chaos& run) { KT_LD_BGAControl(run.adapter, run.vd(), run.oneOf(CONTROLS)); }},
-    {8, On::Arrays, [](Chaos& run) { KT_DG_BGAControl(run.adapter, run.array(), run.oneOf(CONTROLS)); }},
-    {6, On::Both, [](Chaos& run) { KT_PD_BGAControl(run.adapter, run.disk(), run.oneOf(CONTROLS)); }},
+    {12, On::Both, steer},
     {6, On::Both, [](Chaos& run) { KT_LD_StartINIT(run.adapter, run.vd(), run.byte(4)); }},
     {6, On::Both, [](Chaos& run) { KT_LD_StartConsistencyCheck(run.adapter, run.vd(), run.byte(2)); }},
     {8, On::Vds, [](Chaos& run) { KT_LD_StartRebuild(run.adapter, run.vd(), run.freeDisk()); }},

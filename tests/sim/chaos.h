@@ -25,7 +25,10 @@ struct Chaos {
     // Mostly one that there is (a disk that is free, where the call is for such ones), otherwise any id.
     KT_U16 disk() { return among(all<_HD_Info>(context()), 20); }
     KT_U16 freeDisk() { return among(freeDisks(context()), 20); }
-    KT_U16 vd() { return among(all<_LD_Info>(context()), 5); }
+    KT_U16 vd() {
+        const auto works = [](const _LD_Info& vd) { return vd.Status < KT_VD_OFFLINE; };
+        return among(rarely(4) ? all<_LD_Info>(context()) : idsWhere<_LD_Info>(context(), works), 5);
+    }
     KT_U16 array() { return among(all<_DG_Info>(context()), 3); }
     KT_U16 among(const Ids& ids, unsigned below) {
         return ids.empty() || rarely(10) ? pick(below) : ids[pick(static_cast<unsigned>(ids.size()))];

@@ -18,6 +18,11 @@ static void putSecret(Chaos& run, KT_U8 (&field)[32]) {
     std::fill(std::begin(field), std::end(field), static_cast<KT_U8>(run.rarely(6) ? 'b' : 'a'));
 }
 
+static KT_U16 lockedDisk(Chaos& run) {
+    const auto isLocked = [](const DiskCipher& cipher) { return cipher.offline != 0; };
+    return run.among(idsWhere<DiskCipher>(run.context(), isLocked), 20);
+}
+
 static void useCipher(Chaos& run) {
     _AES_Entry_Config entry = {};
     entry.entry_id = run.byte(run.rarely(4) ? 6 : 2);
@@ -41,7 +46,7 @@ static void useCipher(Chaos& run) {
     case 5:
         return void(KT_AES_ChangePwd(run.adapter, &entry, entry.user_auth));
     case 6:
-        return void(KT_AES_ForcePDOnline(run.adapter, &entry, run.disk(), percentage));
+        return void(KT_AES_ForcePDOnline(run.adapter, &entry, lockedDisk(run), percentage));
     default:
         return void(KT_AES_SetLink(run.adapter, &port, &entry));
     }
@@ -85,6 +90,44 @@ static void useFlash(Chaos& run) {
     const _KT_FLASH_PER_DATA announced = {type, {}, static_cast<KT_U32>(image.size())};
     if (!run.rarely(5)) KT_Flash_PreData(run.adapter, &announced);
     sendPages(run, image, [&](_Flash_Data* page) { return KT_Flash_Bin(run.adapter, KT_FLASH_UPDATE, type, page); });
+}
+
+// The page of settings, with some of them others, and a sum that is mostly right.
+static void writeSettings(Chaos& run) {
+    const auto page = std::make_unique<_Flash_Data>();
+    KT_Flash_Bin(run.adapter, KT_FLASH_BACKUP, KT_IMAGE_CONFIG, page.get());
+    _HBA_Info_Page settings;
+    memcpy(&settings, page->Data, sizeof settings);
+    settings.bbu_charge_threshold = run.byte(110);
+    settings.bbu_temp_upperbound = run.byte(90);
+    settings.bbu_volt_lowerbound = run.pick(6000);
+    settings.Serial_Num[run.pick(4)] = static_cast<KT_U8>('a' + run.pick(20));
+    settings.Rebuild_Rate = run.byte(104);
+    auto* bytes = reinterpret_cast<KT_U8*>(&settings);
+    bytes[run.pick(sizeof settings)] ^= 1;
+    if (!run.rarely(6))
+        settings.Check_Sum =
+            static_cast<KT_U8>(settings.Check_Sum - std::accumulate(bytes, bytes + sizeof settings, 0));
+    memcpy(page->Data, &settings, sizeof settings);
+    KT_Flash_Bin(run.adapter, KT_FLASH_UPDATE, KT_IMAGE_CONFIG, page.get());
+}
+
+// Commands for the disk itself, and for its light.
+static void useDisk(Chaos& run) {
+    const KT_U8 commands[] = {KT_ATA_SMART, KT_ATA_SMART, KT_ATA_SMART, 0xEF, 0xEF, 0xE7, 0x20};
+    const KT_U8 features[] = {KT_SMART_RETURN_STATUS, KT_SMART_RETURN_STATUS, 0xD8, 0xD9, 0x02, 0x82};
+    for (int i = 0; i < 4; ++i) {
+        _ATA_PassThrough command = {};
+        command.Command = run.oneOf(commands);
+        command.Features = run.oneOf(features);
+        command.LBAMid = run.rarely(9) ? KT_U8{0} : KT_U8{KT_SMART_LBA_MID};
+        command.LBAHigh = run.rarely(9) ? KT_U8{0} : KT_U8{KT_SMART_LBA_HIGH};
+        command.Protocol = run.rarely(9) ? 1 : 0;
+        KT_PassThrough_ATA(run.adapter, run.disk(), &command);
+        const KT_U8 kind = run.byte(3);
+        const KT_U16 id = run.pick(5);
+        KT_LocateArrayDevice(run.adapter, kind, id, run.byte(2));
+    }
 }
 
 static void useSolidState(Chaos& run) {
@@ -160,8 +203,9 @@ static void befall(Chaos& run) {
 }
 
 void useDevices(Chaos& run) {
-    static void (*const USES[])(Chaos&) = {useCiphers,   useCiphers, useCiphers, useFlash, useSolidState, useSolidState,
-                                           useRegisters, useHybrids, befall,     befall,   befall};
+    static void (*const USES[])(Chaos&) = {useCiphers,    useCiphers,    useCiphers,   useFlash,   writeSettings,
+                                           useSolidState, useSolidState, useRegisters, useHybrids, useDisk,
+                                           befall,        befall,        befall};
     USES[run.pick(std::size(USES))](run);
 }
 
@@ -215,6 +259,8 @@ void lookAtDevices(KT_U8 adapter) {
     _Adapter_Config_V2 config = {};
     KT_Adapter_GetConfig(adapter, &config);
     KT_U8 count = 0;
+    _Event events[5] = {};
+    KT_EVT_GetEvent(adapter, std::size(events), &count, events);
     _Event_Message messages[50] = {};
     KT_EVT_GetEventMessage(adapter, std::size(messages), &count, messages);
 }

@@ -28,18 +28,18 @@ static const KT_U64 START = 1800000000000;
 // meant, the lines that the test prints take the place of these. Where it is not, compare what it keeps in the folder
 // that PASTS names with what a build from before keeps there.
 static const char* const PASTS[] = {
-    "3edc 5af3 9508 4cf5 a99c bb1e c3fd b3a3 9af6 ae89 4bc6 476c cb89 7ae0 c062 1858 ",
-    "3edc 1063 192b 409a 6bbe e835 20af b3a3 bbc2 680f 4bc6 316d 8741 7ae0 52ee ac1a ",
-    "3edc 5063 b3b4 f3b5 7044 2ec7 2750 b3a3 cf21 e28c 4bc6 c8e6 c662 7ae0 45a5 e79f ",
-    "3edc 7b0f f09e d40b 9554 483c 6f8d b3a3 82be f9fe 4bc6 8c7f fc2d 7ae0 c785 0979 ",
-    "3edc 071d 8614 816e 4c77 3a43 954c b3a3 e487 1ebc 4bc6 512e 8d90 7ae0 9844 d4cb ",
-    "3edc 9995 18d4 798f 3729 58e0 38a9 b3a3 fe75 d8c1 4bc6 b5a5 33fc 7ae0 ee04 feee ",
-    "3edc 4019 0ba8 81c9 d608 63c9 8412 b3a3 e8b3 6c90 4bc6 479e c370 7ae0 0a7f ad66 ",
-    "3edc b467 e9b5 8b10 727d bb2e 7fd8 b3a3 d4da 2b4c 4bc6 8770 2cec 7ae0 da3f 12f8 ",
-    "3edc 8563 a572 b69a 19fc 6754 c7ea b3a3 1e11 eaff 4bc6 5e88 aeb2 7ae0 345b a365 ",
-    "3edc 3ee2 b697 f1ad 8519 1d56 1bc4 b3a3 84c0 1b3f 4bc6 7f2e 0583 7ae0 e955 dd01 ",
-    "3edc 2204 581c 42bf 6ba2 04f9 7c68 b3a3 9fc4 5d88 4bc6 2678 09ee 7ae0 6093 16b3 ",
-    "3edc 3697 20c2 fb40 0887 3431 a406 b3a3 a958 001c 4bc6 bc61 2f4d 7ae0 81dc 75bd ",
+    "d1fd 5ae6 b857 8142 c2ee 1e2c c4b8 1ea5 c32e 1bbc 8a85 20e7 2069 9d12 9949 ab1c ",
+    "d1fd fcf1 e73d bd63 77f9 bc53 9867 1ea5 52ff 3bc0 8a85 1bd4 1097 9d12 839b 119b ",
+    "d1fd acf7 27ca 785e a49a 2847 e82a 1ea5 329d 7ca3 8a85 3318 e119 9d12 f5cb 48c9 ",
+    "d1fd 3c3f ebba bd3b 6431 b23d d661 1ea5 cf40 e891 8a85 8fa6 8e68 9d12 ee54 5284 ",
+    "d1fd 625a 2c77 9f10 a0c4 d896 91b2 1ea5 5a24 6339 8a85 c4c9 605f 9d12 7ea0 d175 ",
+    "d1fd de8f 7228 174f 5c3d 69e7 52a3 1ea5 1ea0 dc87 8a85 edc0 f27a 9d12 5207 0259 ",
+    "d1fd 66ac 4b0a 413f d023 f845 ee75 1ea5 06fb bb29 8a85 ef8a 38e4 9d12 49ad d3ba ",
+    "d1fd d486 0081 2ad8 a0d6 d0f0 96f7 1ea5 17c6 2b82 8a85 9a71 ad11 9d12 8993 ca97 ",
+    "d1fd ff49 9e33 6b05 4daa b1c6 3c40 1ea5 7cad 8ff9 8a85 017c 491e 9d12 4c49 5ca1 ",
+    "d1fd 5020 60ca f051 b4b7 20bf b4cc 1ea5 daae 95eb 8a85 5e35 a8cb 9d12 932f 1e81 ",
+    "d1fd cecb e9fb e999 f28d ed7f f612 1ea5 547e b41b 8a85 fd7d 9ae7 9d12 aa4a cea1 ",
+    "d1fd af6d cccd 97e4 9ddf a5aa 304d 1ea5 fda4 c0de 8a85 68e3 2bb5 9d12 4f29 2594 ",
 };
 
 // All records of a list: only the trace of the call looks at them.
@@ -55,9 +55,9 @@ static void list(KT_U8 adapter, KT_U8 (*call)(KT_U8, Request*)) {
 static void lookAround() {
     for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); ++adapter) {
         const auto lists = [adapter](auto... calls) { (list(adapter, calls), ...); };
-        lists(KT_LD_GetInfo, KT_LD_GetStatus, KT_LD_GetConfig, KT_DG_GetInfo, KT_DG_GetConfig, KT_PD_GetHDInfo_Ext,
-              KT_PD_GetHDRaidStatus, KT_PD_GetConfig, KT_PD_GetBGAStatus, KT_PD_GetSmartStatus, KT_PD_GetPMInfo,
-              KT_PD_GetExpanderInfo, KT_BLK_GetInfo, KT_ENC_GetEnclosureInfo);
+        lists(KT_LD_GetInfo, KT_LD_GetStatus, KT_LD_GetConfig, KT_DG_GetInfo, KT_DG_GetConfig, KT_PD_GetHDInfo,
+              KT_PD_GetHDInfo_Ext, KT_PD_GetHDRaidStatus, KT_PD_GetConfig, KT_PD_GetBGAStatus, KT_PD_GetSmartStatus,
+              KT_PD_GetPMInfo, KT_PD_GetExpanderInfo, KT_BLK_GetInfo, KT_ENC_GetEnclosureInfo);
         lookAtDevices(adapter);
     }
 }
