@@ -28,18 +28,18 @@ static const KT_U64 START = 1800000000000;
 // meant, the lines that the test prints take the place of these. Where it is not, compare what it keeps in the folder
 // that PASTS names with what a build from before keeps there.
 static const char* const PASTS[] = {
-    "d1fd 5ae6 b857 8142 c2ee 1e2c c4b8 1ea5 c32e 1bbc 8a85 20e7 2069 9d12 9949 ab1c ",
-    "d1fd fcf1 e73d bd63 77f9 bc53 9867 1ea5 52ff 3bc0 8a85 1bd4 1097 9d12 839b 119b ",
-    "d1fd acf7 27ca 785e a49a 2847 e82a 1ea5 329d 7ca3 8a85 3318 e119 9d12 f5cb 48c9 ",
-    "d1fd 3c3f ebba bd3b 6431 b23d d661 1ea5 cf40 e891 8a85 8fa6 8e68 9d12 ee54 5284 ",
-    "d1fd 625a 2c77 9f10 a0c4 d896 91b2 1ea5 5a24 6339 8a85 c4c9 605f 9d12 7ea0 d175 ",
-    "d1fd de8f 7228 174f 5c3d 69e7 52a3 1ea5 1ea0 dc87 8a85 edc0 f27a 9d12 5207 0259 ",
-    "d1fd 66ac 4b0a 413f d023 f845 ee75 1ea5 06fb bb29 8a85 ef8a 38e4 9d12 49ad d3ba ",
-    "d1fd d486 0081 2ad8 a0d6 d0f0 96f7 1ea5 17c6 2b82 8a85 9a71 ad11 9d12 8993 ca97 ",
-    "d1fd ff49 9e33 6b05 4daa b1c6 3c40 1ea5 7cad 8ff9 8a85 017c 491e 9d12 4c49 5ca1 ",
-    "d1fd 5020 60ca f051 b4b7 20bf b4cc 1ea5 daae 95eb 8a85 5e35 a8cb 9d12 932f 1e81 ",
-    "d1fd cecb e9fb e999 f28d ed7f f612 1ea5 547e b41b 8a85 fd7d 9ae7 9d12 aa4a cea1 ",
-    "d1fd af6d cccd 97e4 9ddf a5aa 304d 1ea5 fda4 c0de 8a85 68e3 2bb5 9d12 4f29 2594 ",
+    "5b39 3430 2614 1271 0ff2 e5a6 c9a8 c7e7 4e22 916e b137 681e 2544 a53a 70af 8c8e ",
+    "5b39 ca08 ae52 ba09 4a64 8f64 6981 c7e7 09f5 27a2 b137 9249 474d a53a e34a 57d3 ",
+    "5b39 e758 7dfd f3cb d41b 87e8 ae6f c7e7 261f 6e35 b137 4e50 b106 a53a 18f8 ae77 ",
+    "5b39 2bbd bd53 2437 9ec5 7a44 d54e c7e7 d76c ad99 b137 b8a4 de7c a53a aff6 0a9c ",
+    "5b39 7ddc 8ca3 a413 d7ab 60c8 725f c7e7 d514 06d0 b137 56b5 c932 a53a 1272 42b8 ",
+    "5b39 cc6b de19 07ab ddf0 e87b be60 c7e7 b2b6 17dd b137 6bb8 b21c a53a 3dac 8df0 ",
+    "5b39 58f5 a5c9 676f 9abd f3c9 1d5f c7e7 6ca4 5de1 b137 0a4f 3e42 a53a 279e bd9e ",
+    "5b39 f9f4 a776 767b c169 cb89 ef88 c7e7 f1a6 0a0f b137 601d 70b9 a53a 0547 bb2c ",
+    "5b39 a853 9f04 6a0c fffa 9c34 937c c7e7 4275 333a b137 c20c 6edb a53a 4051 1b90 ",
+    "5b39 bc20 1b1a 546d d5d7 d306 7bb4 c7e7 b274 23b7 b137 2ce1 58e1 a53a 9f50 02c8 ",
+    "5b39 83d3 c4fe c48f 461d b39e 75a7 c7e7 faac 3a10 b137 3e77 384c a53a 042b b92d ",
+    "5b39 674a ad6a 0606 5d95 85f0 de61 c7e7 84fa 79ed b137 e703 1c06 a53a c884 36d8 ",
 };
 
 // All records of a list: only the trace of the call looks at them.
@@ -52,14 +52,16 @@ static void list(KT_U8 adapter, KT_U8 (*call)(KT_U8, Request*)) {
     call(adapter, reinterpret_cast<Request*>(buffer.data()));
 }
 
-static void lookAround() {
+static std::string lookAround() {
+    std::string seen;
     for (KT_U8 adapter = 0; adapter < KT_Adapter_GetCount(); ++adapter) {
         const auto lists = [adapter](auto... calls) { (list(adapter, calls), ...); };
         lists(KT_LD_GetInfo, KT_LD_GetStatus, KT_LD_GetConfig, KT_DG_GetInfo, KT_DG_GetConfig, KT_PD_GetHDInfo,
               KT_PD_GetHDInfo_Ext, KT_PD_GetHDRaidStatus, KT_PD_GetConfig, KT_PD_GetBGAStatus, KT_PD_GetSmartStatus,
               KT_PD_GetPMInfo, KT_PD_GetExpanderInfo, KT_BLK_GetInfo, KT_ENC_GetEnclosureInfo);
-        lookAtDevices(adapter);
+        seen += lookAtDevices(adapter);
     }
+    return seen;
 }
 
 struct Crash : testing::TestWithParam<unsigned> {
@@ -80,9 +82,8 @@ struct Crash : testing::TestWithParam<unsigned> {
     }
     // The digest of what was done since the last one, and of what there is.
     std::string digest(const Chaos& run, const std::string& name) const {
-        lookAround();
         std::ostringstream past;
-        past << std::ifstream(trace).rdbuf() << stateToLab(*run.store);
+        past << lookAround() << std::ifstream(trace).rdbuf() << stateToLab(*run.store);
         std::ofstream(trace, std::ios::trunc);
         if (const char* kept = getenv("PASTS")) std::ofstream(std::string(kept) + "/" + name) << past.str();
         const std::string text = past.str();
