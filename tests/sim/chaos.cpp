@@ -14,6 +14,7 @@
 #include "raid/damage.h"
 #include "raid/members.h"
 #include "state/adapterInfo.h"
+#include "state/faults.h"
 #include "state/simClock.h"
 
 #include <algorithm>
@@ -239,6 +240,23 @@ static void happen(Chaos& run) {
     commitTransaction(*run.store);
 }
 
+// A call goes wrong soon, once or a few times.
+static void setFault(Chaos& run) {
+    static const char* const CALLS[] = {"KT_LD_Create",           "KT_LD_GetInfo",   "KT_LD_GetMaxSize",
+                                        "KT_DG_GetInfo",          "KT_PD_GetHDInfo", "KT_PD_SetConfig",
+                                        "KT_EVT_GetEventMessage", "KT_EVT_GetEvent", "KT_BBU_GetInfo"};
+    Fault fault = {};
+    strncpy(fault.call, CALLS[run.pick(std::size(CALLS))], sizeof fault.call - 1);
+    fault.kind = run.byte(4);
+    fault.status = run.byte(200);
+    fault.adapter = run.rarely(2) ? run.adapter : KT_U8{ADAPTER_GLOBAL};
+    fault.after = run.pick(3);
+    fault.times = run.pick(3) + 1;
+    beginTransaction(*run.store, Access::Write);
+    addFault(*run.store, fault);
+    commitTransaction(*run.store);
+}
+
 // A record with two bytes of any value: settings that somebody may hand to an adapter.
 template <class Record>
 static Record spoilt(Chaos& run, Record record = {}) {
@@ -311,6 +329,7 @@ static const Act ACTS[] = {
      }},
     {1, On::Both, [](Chaos& run) { KT_LD_DG_QuickCreate(run.adapter, run.byte(3)); }},
     {1, On::Both, [](Chaos& run) { KT_LD_PauseAll(run.adapter); }},
+    {5, On::Both, setFault},
     {4, On::Both, setAdapter},
     {4, On::Both, setPart},
     {1, On::Both, [](Chaos& run) { KT_AdapterMute(run.adapter); }},

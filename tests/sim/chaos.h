@@ -38,5 +38,5 @@ struct Chaos {
 
 // A call to what is no disk and no volume, or something that befalls it.
 void useDevices(Chaos& run);
-// All that an adapter tells of one thing at a time, and its latest events, as far as the trace of calls leaves it out.
-std::string lookAtDevices(KT_U8 adapter);
+// Asks for all that an adapter tells of one thing at a time: only the trace of the calls looks at it.
+void lookAtDevices(KT_U8 adapter);

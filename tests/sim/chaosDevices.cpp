@@ -12,8 +12,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <sstream>
-#include <tuple>
 
 // One of few keys or passwords.
 static void putSecret(Chaos& run, KT_U8 (&field)[32]) {
@@ -211,46 +209,21 @@ void useDevices(Chaos& run) {
     USES[run.pick(std::size(USES))](run);
 }
 
-// The answer to a call, in hexadecimal: its status, and the record that its last argument points to.
-template <class... Arguments, class... Whom>
-static std::string answerTo(KT_U8 (*call)(Arguments...), Whom... whom) {
-    using Record = std::remove_pointer_t<std::tuple_element_t<sizeof...(Arguments) - 1, std::tuple<Arguments...>>>;
+template <class Record>
+static void ask(KT_U8 adapter, KT_U16 id, KT_U8 (*call)(KT_U8, KT_U16, Record*)) {
     const auto record = std::make_unique<Record>();
-    std::ostringstream answer;
-    answer << std::hex << int{call(whom..., record.get())};
-    const auto* bytes = reinterpret_cast<const KT_U8*>(record.get());
-    for (size_t i = 0; i < sizeof(Record); ++i)
-        answer << (i % 16 == 0 ? " " : "") << bytes[i] / 16 << bytes[i] % 16;
-    return answer.str() + "\n";
+    call(adapter, id, record.get());
 }
 
-static KT_U8 adapterAnswer(KT_U8 adapter, _Adapter_Info* info) {
-    KT_U8 version = 0;
-    return KT_Adapter_GetInfo(adapter, &version, info);
-}
-
-static KT_U8 eventAnswer(KT_U8 adapter, _Event* event) {
-    KT_U8 count = 0;
-    return KT_EVT_GetEvent(adapter, 1, &count, event);
-}
-
-std::string lookAtDevices(KT_U8 adapter) {
-    std::string seen;
-    const auto see = [&](auto call, auto... whom) { seen += answerTo(call, adapter, whom...); };
-    see(adapterAnswer);
-    see(eventAnswer);
-    see(KT_Adapter_GetConfig);
-    see(KT_BBU_GetInfo);
-    see(KT_AES_GetEntryInfo);
+void lookAtDevices(KT_U8 adapter) {
     for (KT_U16 id = 0; id < 20; ++id) {
-        see(KT_PD_GetFreeSpaceInfo, id);
-        see(KT_PD_GET_SMART_INFO, id);
-        see(KT_SSD_SmartReadData, id);
-        see(KT_BLK_GetHDBlock, id);
-        see(KT_Tandemix_GetEntriesTableInfo, id);
-        see(KT_VDHDD_GetLink, id);
-        see(KT_LD_GetTargetLDInfo, id);
-        // The trace has what these fill.
+        ask(adapter, id, KT_PD_GetFreeSpaceInfo);
+        ask(adapter, id, KT_PD_GET_SMART_INFO);
+        ask(adapter, id, KT_SSD_SmartReadData);
+        ask(adapter, id, KT_BLK_GetHDBlock);
+        ask(adapter, id, KT_Tandemix_GetEntriesTableInfo);
+        ask(adapter, id, KT_VDHDD_GetLink);
+        ask(adapter, id, KT_LD_GetTargetLDInfo);
         _Device_Magic disk = {id, {}, {}};
         _Device_Magic vd = {id, {}, {}};
         KT_Tandem_GetHDMagic(adapter, 1, &disk);
@@ -259,22 +232,35 @@ std::string lookAtDevices(KT_U8 adapter) {
     }
     for (const ElementKind& kind : elementKinds()) {
         for (const KT_U8 element : {KT_U8{0}, KT_U8{1}, KT_U8{2}, KT_U8{OVERALL_ELEMENT}}) {
-            see(KT_ENC_GetElementInfo, KT_U16{1}, kind.type, element);
-            see(KT_ENC_GetElementConfig, KT_U16{1}, kind.type, element);
+            _Enc_Element_Info info = {};
+            _Enc_Element_Config config = {};
+            KT_ENC_GetElementInfo(adapter, 1, kind.type, element, &info);
+            KT_ENC_GetElementConfig(adapter, 1, kind.type, element, &config);
         }
     }
+    _aes_entry_info ciphers = {};
+    KT_AES_GetEntryInfo(adapter, &ciphers);
     for (KT_U8 i = 0; i < 6; ++i) {
-        see(KT_AES_OnlyGetEntryInfo, i);
-        see(KT_AES_OnlyGetPortInfo, i);
-        see(KT_AES_GetPortConfig, i);
+        _AES_ENTRY_INFO entry = {};
+        _AES_PORT_INFO port = {};
+        _AES_Port_Config config = {};
+        KT_AES_OnlyGetEntryInfo(adapter, i, &entry);
+        KT_AES_OnlyGetPortInfo(adapter, i, &port);
+        KT_AES_GetPortConfig(adapter, i, &config);
     }
     _HD_MBR_Info records = {20, {}, {}, {}};
     std::iota(records.HDIDs, records.HDIDs + 20, KT_U16{0});
     KT_PD_GetMBRInfo(adapter, &records);
+    _BBU_Info battery = {};
+    KT_BBU_GetInfo(adapter, &battery);
+    KT_U8 version = 0;
+    _Adapter_Info info = {};
+    KT_Adapter_GetInfo(adapter, &version, &info);
+    _Adapter_Config_V2 config = {};
+    KT_Adapter_GetConfig(adapter, &config);
     KT_U8 count = 0;
+    _Event events[5] = {};
+    KT_EVT_GetEvent(adapter, std::size(events), &count, events);
     _Event_Message messages[50] = {};
     KT_EVT_GetEventMessage(adapter, std::size(messages), &count, messages);
-    for (const _Event_Message& message : messages)
-        seen.append(reinterpret_cast<const char*>(&message), sizeof message);
-    return seen;
 }

@@ -129,6 +129,14 @@ TEST_F(CallFrame, TracesOneLineACall) {
     EXPECT_EQ(lastLine().substr(0, 38), "KT_LD_Delete a=1 vd=99 stopBga=1 -> " + lastLine().substr(36, 2));
     KT_LD_GetInfo(0, nullptr);
     EXPECT_EQ(lastLine(), "KT_LD_GetInfo a=0 request=null -> 7");
+    KT_U16 linked = 0;
+    KT_VDHDD_GetLink(0, 0, &linked);
+    EXPECT_EQ(lastLine(), "KT_VDHDD_GetLink a=0 vd=0 -> 0 pd=ffff");
+    setFault({"KT_EVT_GetEvent", FAULT_COUNT, 0, ADAPTER_GLOBAL, 0, 0, 1, 0});
+    KT_U8 count = 0;
+    _Event event = {};
+    KT_EVT_GetEvent(0, 1, &count, &event);
+    EXPECT_EQ(lastLine().size(), strlen("KT_EVT_GetEvent a=0 maxCount=1 -> 0 count=ff events=") + 2 * sizeof event);
     KT_API_Finalize();
     EXPECT_EQ(lastLine(), "KT_API_Finalize -> 0");
 }

@@ -6,17 +6,18 @@
 using namespace sim;
 
 KT_U8 KT_EVT_GetEvent(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event* events) {
-    return call(
-        "KT_EVT_GetEvent", a, Access::Read,
-        {num("maxCount", maxCount), out("count", count), outArray("events", events, count)}, [&](Context& context) {
-            const KT_U64 last = lastRow(context.store, a, KIND_EVENT).value_or(0);
-            *count = 0;
-            forEach<_Event>(context, last >= maxCount ? last - maxCount + 1 : 0, [&](KT_U64, const _Event& event) {
-                if (*count < maxCount) events[(*count)++] = event;
-                return true;
-            });
-            return KT_OK;
-        });
+    return call("KT_EVT_GetEvent", a, Access::Read,
+                {num("maxCount", maxCount), out("count", count), outArray("events", events, maxCount, count)},
+                [&](Context& context) {
+                    const KT_U64 last = lastRow(context.store, a, KIND_EVENT).value_or(0);
+                    *count = 0;
+                    forEach<_Event>(context, last >= maxCount ? last - maxCount + 1 : 0,
+                                    [&](KT_U64, const _Event& event) {
+                                        if (*count < maxCount) events[(*count)++] = event;
+                                        return true;
+                                    });
+                    return KT_OK;
+                });
 }
 
 static _Event_Message composeMessage(const _Event& event) {
@@ -38,15 +39,16 @@ static _Event_Message composeMessage(const _Event& event) {
 }
 
 KT_U8 KT_EVT_GetEventMessage(KT_U8 a, KT_U8 maxCount, KT_U8* count, _Event_Message* messages) {
-    return call(
-        "KT_EVT_GetEventMessage", a, Access::Read,
-        {num("maxCount", maxCount), out("count", count), outArray("messages", messages, count)}, [&](Context& context) {
-            const KT_U64 last = lastRow(context.store, a, KIND_EVENT).value_or(0);
-            *count = 0;
-            forEach<_Event>(context, last >= maxCount ? last - maxCount + 1 : 0, [&](KT_U64, const _Event& event) {
-                if (*count < maxCount) messages[(*count)++] = composeMessage(event);
-                return true;
-            });
-            return KT_OK;
-        });
+    return call("KT_EVT_GetEventMessage", a, Access::Read,
+                {num("maxCount", maxCount), out("count", count), outArray("messages", messages, maxCount, count)},
+                [&](Context& context) {
+                    const KT_U64 last = lastRow(context.store, a, KIND_EVENT).value_or(0);
+                    *count = 0;
+                    forEach<_Event>(context, last >= maxCount ? last - maxCount + 1 : 0,
+                                    [&](KT_U64, const _Event& event) {
+                                        if (*count < maxCount) messages[(*count)++] = composeMessage(event);
+                                        return true;
+                                    });
+                    return KT_OK;
+                });
 }

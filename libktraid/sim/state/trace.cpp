@@ -1,5 +1,6 @@
 #include "state/trace.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -52,7 +53,7 @@ static void appendText(std::string& line, const char* value) {
 
 // How many bytes of a list or array are worth printing: never more than the caller's buffer holds.
 static size_t filledSize(const Arg& arg) {
-    if (arg.type == ArgType::Array) return arg.count ? arg.size * *arg.count : 0;
+    if (arg.type == ArgType::Array) return arg.size * std::min<KT_U64>(*arg.count, arg.number);
     if (arg.type != ArgType::List) return arg.size;
     _RequestHeader header;
     memcpy(&header, arg.data, sizeof header);
@@ -105,9 +106,8 @@ void traceAfter(const std::string& before, int status, std::initializer_list<Arg
     if (!path || !*path) return;
     std::string line = before + " -> " + std::to_string(status);
     for (const Arg& arg : args) {
-        if (status != KT_OK || !arg.data) break;
-        if (arg.type != ArgType::Number && arg.type != ArgType::In && arg.type != ArgType::Text)
-            appendArg(line, arg, filledSize(arg));
+        const bool given = arg.type != ArgType::Number && arg.type != ArgType::In && arg.type != ArgType::Text;
+        if (status == KT_OK && given) appendArg(line, arg, filledSize(arg));
     }
     line += '\n';
     // A pipe is no file, and its reader is not waited for.

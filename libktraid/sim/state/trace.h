@@ -23,7 +23,7 @@ enum class ArgType { Number, In, Out, InOut, List, Array, Text };
 struct Arg {
     const char* name;
     ArgType type;
-    KT_U64 number = 0;
+    KT_U64 number = 0; // Array: how many records fit the caller's buffer
     const void* data = nullptr;
     size_t size = 0;              // of the record; for List and Array of one record
     const KT_U8* count = nullptr; // Array: how many records the library filled
@@ -56,10 +56,10 @@ template <class Record>
 Arg inOut(const char* name, Record* record) {
     return {name, ArgType::InOut, 0, record, sizeof *record};
 }
-// Records that the library fills, as many as *count says on return.
+// Records that the library fills, as many as *count says on return, at most `most`.
 template <class Record>
-Arg outArray(const char* name, Record* records, const KT_U8* count) {
-    return {name, ArgType::Array, 0, records, sizeof *records, count};
+Arg outArray(const char* name, Record* records, KT_U8 most, const KT_U8* count) {
+    return {name, ArgType::Array, most, records, sizeof *records, count};
 }
 // The same record with the bytes [from, from + size) masked.
 inline Arg masked(Arg arg, size_t from, size_t size) {
