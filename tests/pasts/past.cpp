@@ -1,0 +1,117 @@
+#include "past.h"
+
+#include "devices/flashImage.h"
+#include "devices/solidState.h"
+#include "state/simClock.h"
+
+void (*beforeCall)(const std::string& call);
+KT_U8 (*afterCall)(const char* name, const std::vector<AnswerBytes>& answers, KT_U8 status);
+
+// What none of the others has.
+static const BuiltInLab RARE = {"rare", R"({"adapters": [
+  {"type": "array-based", "battery": true, "expanders": [{}], "enclosures": [{"id": 1}], "disks": [
+     {"count": 17, "type": "SAS", "size": "20GB"}, {"size": "20GB", "spare": "global"},
+     {"count": 2, "type": "SATA SSD", "size": "480GB"}],
+   "arrays": [{"level": "RAID60", "disks": [0, 1, 2, 3, 4, 5, 6, 7], "virtualDisks": [{"name": "parts"}]}]},
+  {"type": "LD-based", "MaxAESEntry": 5, "MaxAESPort": 4, "disks": [
+     {"count": 16, "size": "20GB"}, {"size": "20GB", "patrol": {"percent": 40, "state": "paused"}},
+     {"type": "SATA SSD", "size": "480GB"}],
+   "keys": [{"id": 2, "key": "k", "password": "p", "ports": [{"id": 1, "enabled": true}]}],
+   "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "linkedDisk": 2},
+                    {"level": "RAID60", "disks": [4, 5, 6, 7, 8, 9, 10, 11], "size": "10GiB"}]},
+  {"type": "LD-based", "DevID": 17920, "Features": 87, "AdvancedFeatures": 163843, "disks": [
+     {"count": 8, "type": "SATA", "size": "20GB"}, {"count": 2, "type": "SATA", "size": "20GB", "sector": 4096}]}]})"};
+static const char* const LABS[] = {"rare", "default", "troubled", "rare", "hostile", "rare", "empty"};
+
+// What would be refused may succeed as well.
+static KT_U8 answerAtRandom(const char* name, const std::vector<AnswerBytes>& answers, KT_U8 status) {
+    if (strncmp(name, "KT_API_", 7) == 0 && below(60) == 0) {
+        if (strcmp(name, "KT_API_Initialize") == 0) KT_API_Finalize();
+        return KT_ERR_FAILED;
+    }
+    const KT_U8 answer = answerWrongly(name, answers, status);
+    return answer != KT_OK && strstr(name, "Get") == nullptr && below(2) == 0 ? KT_U8{KT_OK} : answer;
+}
+
+Past::Past() {
+    unsetenv("KTRAID_SIM_CHECK");
+    chance.seed(GetParam() + 1);
+    std::filesystem::create_directories(folder.path + "/files/folder");
+    std::filesystem::current_path(folder.path + "/files");
+    writeText("fw", makeImage(*imageKind(1), {4, 8, 9, 1234}, 0, imageFiller(99, 300 * 1024)));
+    writeText("mc", makeMicrocode("Petrel PS480G SSD", "PS50A", imageFiller(7, 300 * 1024)));
+}
+
+void Past::begin(size_t at) {
+    lab = LABS[at % std::size(LABS)];
+    BuiltInLab stopped = lab == "rare" ? RARE : *labNamed(lab);
+    stopped.stoppedAt = run.now;
+    if (run.store != nullptr) closeStore(run.store);
+    replaceStore(folder.state, fillFromLab, &stopped);
+    run.store = openExistingStore(folder.state);
+}
+
+Past::~Past() {
+    closeStore(run.store);
+    std::filesystem::current_path("/");
+    unsetenv("KTRAID_SIM_TRACE");
+}
+
+void Past::happen(size_t times) {
+    unsetenv("KTRAID_SIM_TRACE");
+    EXPECT_EQ(KT_API_Initialize(), KT_OK);
+    while (times-- > 0)
+        run.doAnything();
+    KT_API_Finalize();
+    setenv("KTRAID_SIM_TRACE", trace.c_str(), 1);
+}
+
+void Past::runHere(const std::function<void()>& code) {
+    static const char* const answers[] = {"y\n", "y\n", "y\n", "y\n", "y\n", "n\n", "x\n\ny\n", "no\n", "\n"};
+    const std::string files[] = {folder.path + "/in", folder.path + "/out", folder.path + "/err"};
+    std::string typed;
+    for (int i = 0; i < 4; ++i)
+        typed += answers[below(std::size(answers))];
+    writeText(files[0], typed);
+    int before[3];
+    fflush(stdout);
+    for (int fd = 0; fd < 3; ++fd) {
+        before[fd] = dup(fd);
+        const int file = open(files[fd].c_str(), fd == 0 ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        dup2(file, fd);
+        close(file);
+    }
+    inThisRun = 0;
+    wrongOneIn = 10;
+    if (GetParam() % 2 == 1) afterCall = answerAtRandom;
+    code();
+    afterCall = nullptr;
+    fflush(stdout);
+    for (int fd = 0; fd < 3; ++fd) {
+        dup2(before[fd], fd);
+        close(before[fd]);
+    }
+    text += fileText(files[1]) + "! " + fileText(files[2]);
+    std::ifstream lines(trace);
+    for (std::string line; std::getline(lines, line);)
+        text += line.substr(0, line.find(' ', line.find(" -> ") + 4)) + "\n";
+    std::ofstream(trace, std::ios::trunc);
+}
+
+void Past::note() {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator("."))
+        if (entry.is_regular_file()) files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const auto& file : files) {
+        const std::string bytes = fileText(file);
+        text += file.string() + " " + std::to_string(sumOf(bytes)) + ":\n" + bytes.substr(0, 20000) + "\n";
+    }
+    const std::string what = testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string name = what + "." + std::to_string(GetParam()) + "." + lab + "." + std::to_string(++notes);
+    if (const char* kept = getenv("PASTS")) writeText(std::string(kept) + "/" + name, text);
+    char digits[8];
+    snprintf(digits, sizeof digits, "%04x ", sumOf(text) & 0xFFFF);
+    digests += digits;
+    text.clear();
+}
