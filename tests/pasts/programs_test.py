@@ -111,11 +111,11 @@ DICE = {
     "PORT": range(8), "ENC": "1 1 1 2", "NUMBER": range(100), "COUNT": range(1, 9), "FEW": range(3), "CLASS": range(8),
     "CODE": range(40), "LBA": range(0, 4000000000, 77777777), "DEGREES": "-3.5 21 48.25 77", "SPAN": "idle idle 30m 5h", "SPEED": "1 2.5 1000",
     "TIME": "1s 40s 7m 50m 3h 2h30m 1d 2w", "DATE": ["2026-01-05 09:30:00", "2024-02-29 23:59:59", "2038-01-19 03:14:08"],
-    "SIZE": "500GB 1TB 2TB 4TB 1.5TB", "SECTOR": "512 4096 2048", "TYPE": ["SATA", "SAS", "SATA SSD", "SAS SSD", "PATA", "ATAPI"],
+    "SIZE": "500GB 1TB 2TB 4TB 1.5TB 0.9GB 1GB 100000TB 100001TB 4XB", "SECTOR": "512 4096 2048", "TYPE": ["SATA", "SAS", "SATA SSD", "SAS SSD", "PATA", "ATAPI"],
     "AGE": "reallocated pending uncorrectable read-errors spin-retries link-errors hours wear warmth",
     "CHARGER": "broken working", "HEX": "00 0102 70000300fF 7G", "ELEMENT": "pow fan tpr dor alm dpl vlt arydev dev",
     "CONDITION": "ok ok ac-fail dc-fail overheated off missing unknown failed open unlocked sounding muted",
-    "LABEL": "bios firmware autoload bin raw", "VERSION": "1.2.3.4 10.0.15.2108 1.2.3 1.2.3.70000 a.b.c.d",
+    "LABEL": "bios firmware autoload bin raw", "VERSION": "1.2.3.4 10.0.15.2108 1.2.3 1.2.3.4. 1.+2.3.4 65535.1.2.3 1.2.3.65536",
     "PART": "header data both", "SPOILT": "none header data cut", "KIND": "count text next",
     "CALL": "KT_Adapter_GetInfo KT_LD_GetInfo KT_LD_GetStatus KT_LD_GetConfig KT_DG_GetInfo KT_PD_GetHDInfo_Ext "
             "KT_PD_GetHDRaidStatus KT_PD_GetConfig KT_PD_GetBGAStatus KT_PD_GetSmartStatus KT_PD_GetMBRInfo KT_PD_GetSMARTInfo "
@@ -174,7 +174,7 @@ def random_disks(chance, adapter, arrays, ill):
     if arrays and chance.randrange(3):
         elements = [{"type": "fan", "condition": "failed", "count": 2}, {"type": "tpr", "text": "top"}, {"type": "dev", "count": 4}]
         adapter.update(expanders=[{}] * chance.randrange(1, 3), enclosures=[
-            {"id": 1, **some(chance, slots=[24, 30])}, {"id": 2, **some(chance, elements=[elements])}])
+            {"id": 1, **some(chance, slots=[24, 30])}, {"id": 2, "elements": elements}])
         place = {"on": "expander", "enclosure": 1}
     disk = {"type": chance.choice(["SATA", "SAS"] if arrays else ["SATA"]), "size": chance.choice(["1TB", "2TB", "500GB"])}
     disks = [{"count": 12, **disk, **place}, {"count": 2, "type": "SATA SSD", "size": "240GB"}]
@@ -284,7 +284,7 @@ class Past(Bench):
         self.environment = {word: value for word, value in self.environment.items()
                             if word in ("PATH", "LD_LIBRARY_PATH", "TMPDIR", "TZ", "KTRAID_SIM") or "SAN_" in word}
         if seed % 3 == 0:
-            with open(LABS + ["default", "troubled", "default", "hostile"][seed // 3 % 4] + ".json", encoding="ascii") as file:
+            with open(LABS + ["default", "troubled", "hostile"][seed // 3 % 3] + ".json", encoding="ascii") as file:
                 self.lab = json.load(file)
         else:
             ill = chance.randrange(2)
@@ -292,6 +292,11 @@ class Past(Bench):
             if chance.randrange(3) == 0:
                 self.lab["adapters"].append({"count": 3, "type": "LD-based", "disks": [{"count": 19}]})
         self.step([["ktsim", "create", "-f", "--lab", self.save("lab.json", self.lab), "--at", MOMENT]])
+        state = json.loads(self.sim("show"))
+        for adapter in state["adapters"]:
+            for element in adapter.get("enclosureElements", [])[:60]:
+                element["status"] = f"{chance.choice([1, 1, 2, 5]):02x}{chance.randrange(1 << 24):06x}"
+        self.step([["ktsim", "create", "-f", "--lab", self.save("state.json", state)], ["ktsim", "enclosure", "show"]])
 
     def report(self, *words):
         """The report, as if it were made at another time and place."""
@@ -327,9 +332,6 @@ class Past(Bench):
         kind = 2 if reports else chance.randrange(4)
         if kind < 2:
             document = json.loads(self.sim("show")) if kind else self.lab
-            for adapter in document["adapters"]:
-                for element in adapter.get("enclosureElements", []):  # in all conditions
-                    element["status"] = f"{chance.choice([1, 1, 2, 5]):02x}{chance.randrange(1 << 24):06x}"
         else:
             document = self.report(*chance.choice([["--records"], []]))
         clock = {word: value for word, value in document.items() if word == "clock"}
@@ -442,7 +444,7 @@ class Past(Bench):
 
     def deed(self):
         chance = self.chance
-        if chance.randrange(3) == 0 or len(self.digests) == 1:
+        if chance.randrange(3) == 0 or len(self.digests) == 2:
             self.look()
         kind = chance.choice(["happens"] * 8 + ["asked"] * 5 + ["told"] * 4 + ["planned"] * 3 + ["typed"] * 4 + ["plans"] * 2)
         if kind == "plans":
@@ -452,14 +454,14 @@ class Past(Bench):
             lines = [f"adapter -i {self.adapter}"] + [" ".join(words) for _ in range(4) for words in self.command()]
             return [["ktsetup"]], "\n".join(lines) + "\n" + ends
         # What is wanted first can be had more often than what is wanted of adapters that have been through much.
-        lines = self.filled("ktcfg apply -f WANTED --delete --yes" if len(self.digests) in (1, 2) else chance.choice(DEEDS[kind]))
+        lines = self.filled("ktcfg apply -f WANTED --delete --yes" if len(self.digests) in (2, 3) else chance.choice(DEEDS[kind]))
         return lines, chance.choice(["y\n", "y\n", "n\n", ""]) + ends * ("ktsetup" in str(lines))
 
     def steps(self):
         """Every step, as it is told."""
         for _ in range(STEPS):
             yield self.step(*self.deed())
-        yield self.step([["ktsim", "status", "--all"], ["ktsim", "show"], ["ktreport", "json", "--records"]])
+        yield self.step([["ktsim", "status", "--all"], ["ktsim", "show"], ["ktreport", "json", "--records"], ["ktsim", "--help-all"]])
 
 
 def main():
