@@ -23,10 +23,6 @@ What is wrong stands first, however much else there is, then what is going on; t
   $ ktsim status | sed -n 27p; ktsim status -a 15 | grep -c 'Adapter'
   Adapter 0   Tarn R8i     all well: 128 disks, 32 arrays, 64 virtual disks (-a 0 shows them)
   1
-  $ for d in 1 9 17 25 33 41 49 57 65 73 81 89 97 105 113 2 3; do ktsim disk trip $d; done; ktsim status -a 0 | tail -3
-      ... 16 more arrays (--all shows them)
-      ... 48 more virtual disks (--all shows them)
-      ... 112 more disks, 1 of them not well (--all shows them)
   $ ktsim status --all -a 15 | grep -c ' PD '; ktsim status -a 16
   128
   ktsim: there is no adapter 16, only 16 of them
@@ -51,38 +47,6 @@ Of enclosures and batteries only what is wrong; where a disk went; whence and wh
     Array 1  databases        RAID5          3.6 TiB  functional, 1.6 TiB free
             [--------------------] 0% copy back to disk 2 from disk 9, 3 h 38 min left
     VD 0     boot             RAID1        100.0 GiB  array 0  online, write-back, unsafe (battery 9%), runs the OS
-
-Every state and activity has its word.
-
-  $ lab troubled && ktsim status --all -a 1 | grep -e '^  VD' -e '\['; ktsim status --all -a 0 | grep '\['
-    VD 0     degraded         RAID5        300.0 GiB  degraded, write-back, unsafe (no battery)
-    VD 1     conflicted       RAID1        100.0 GiB  conflicted
-    VD 2     plugged          RAID1        100.0 GiB  plugin conflicted
-    VD 3     foreign          RAID1        100.0 GiB  foreign
-    VD 4     importable       RAID0        100.0 GiB  importable
-    VD 5     unimportable     RAID0         50.0 GiB  not importable
-    VD 6     offline          RAID0        100.0 GiB  offline
-    VD 7     partial          RAID6        100.0 GiB  partially optimal, write-back, unsafe (no battery)
-    VD 11    interrupted      RAID1         50.0 GiB  degraded, write-back, unsafe (no battery)
-            [######--------------] 33% rebuild of disk 16 from disk 15, interrupted
-    VD 9     initializing     hybrid        50.0 GiB  online, write-back, unsafe (no battery)
-            [#################---] 88% foreground init, 1 min 17 s left
-    VD 10    aborted          RAID1         50.0 GiB  online, write-back, unsafe (no battery)
-            [##------------------] 12% check, aborted
-    VD 8     table            tandem safe  100.0 GiB  using table, write-back, unsafe (no battery)
-            [########------------] 42% rebuild of disk 3 from disk 2, 24 min 45 s left
-            [###-----------------] 18% migration to RAID5 of 3 disks, 26 min 15 s left
-            [##############------] 73% check and fix, 8 min 39 s left
-            [#-------------------] 5% background init, paused
-            [############--------] 61% media patrol, 1 h 17 min left
-  $ ktsim battery temperature 80; ktsim battery charge 50; ktsim status -a 0 | grep -e Batt -e 'VD 1 '
-    Battery  50%, 80.00 C, 3.54 V, discharging, too hot, caches would not survive a power failure
-    VD 1     rebuilding       RAID1        200.0 GiB  array 1  degraded, write-back, unsafe (battery too hot)
-  $ lab default; ktsim battery relearn 1h; ktsim clock advance 2h; ktsim status -a 0 | grep -e Batt
-    Battery  62%, 31.40 C, 3.92 V, discharging to relearn
-  $ ktsim battery remove -f; ktsim status -a 0 | grep -e Batt; lab troubled; ktsim status -a 0 | grep Encl
-    Battery  none, caches would not survive a power failure
-    Enclosure 1  arydev 12 non-critical, 14 critical
 
 A drive that tests itself is at work.
 
@@ -135,9 +99,6 @@ Completion knows the adapters' disks and enclosures, calls, events and labs.
     Cable 6  pulled out
     Enclosure 1  pulled out
   1
-  $ ktsim disk corrupt 0 --count 3 -f; ktsim status -a 0 | grep 'PD 0 '
-  Disk 0: 3 sectors hold wrong data (the first: LBA 0x3cdd456a).
-    PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1, wrong data in 3 sectors
   $ (try ktsim enclosure set ''; try ktsim enclosure set 1 d; try ktsim event 1; try ktsim event 10 2) | joined
   1 | dor dpl | 1 10 12 13 15 | 20 21 22 23 24 25
   $ try ktsim fault KT_BBU; try ktsim create --lab ''; try ktsim disk fail --f
