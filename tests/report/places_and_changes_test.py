@@ -1,5 +1,4 @@
 """diff, events and wait: what they say of adapters that change, and what they leave when they are killed."""
-import copy
 import json
 import os
 import signal
@@ -21,24 +20,6 @@ class Views(unittest.TestCase):
 
     def saved(self, name):
         return self.bench.save(name, self.view("json"))
-
-    def test_activities_change(self):
-        """What is said of an activity that is not as it was, the last ones with --all."""
-        report = json.loads(self.view("json"))
-        check, paused = {"kind": "check", "state": "running", "percent": 5}, {"kind": "check", "state": "paused", "percent": 5}
-        for before, after, words, said in (
-                (check, None, [], "check has ended"), (check, paused, [], "check is paused now (was running)"),
-                (check, {"kind": "rebuild"}, [], "rebuild goes on (was check)"), (check, dict(check, percent=9), [], None),
-                (check, dict(check, percent=9), ["--all"], "check is 9 % done"),
-                (check, {"kind": "check", "state": "running"}, ["--all"], "check is at an unknown point")):
-            files = []
-            for name, activity in (("old", before), ("new", after)):
-                document = copy.deepcopy(report)
-                if activity:
-                    document["adapters"][0]["arrays"][0]["virtualDisks"][0]["activity"] = activity
-                files.append(self.bench.save(name, document))
-            self.assertEqual(self.view("diff", *words, *files, result=1 if said else 0),
-                             f'virtual disk 0 "boot" on adapter 0: {said}\n' if said else "")
 
     def test_what_is_not_known_is_not_gone(self):
         old = self.saved("old")
