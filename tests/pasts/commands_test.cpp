@@ -10,20 +10,20 @@
 #include "tests/fuzz/passing/commands.h"
 
 static const char* const PASTS[] = {
-    "e810 aae5 1c50 8e4c a8bd 24f4 6dc1 1be4 7a71 bf1a 3b13 b69e ",
-    "4b15 a880 31fb efaa 9fb0 3f19 1b92 4eca 120b fc06 9c8a e7f9 ",
-    "9357 acdc 4e8f 2576 4c75 2f6f 6f7f 9566 b4c2 60cc 3ba0 bc1a ",
-    "2d5f 2a5a bd93 aeb6 a515 1fa0 ccf7 4f44 e95e 1231 1ada 69c4 ",
-    "c9cc cd40 a6ed cead ad7e 6f30 b7ef 61f7 58c4 1d30 9ca4 e8c1 ",
-    "367f 30e0 96d2 3e39 f440 94fb 148a 4010 c50a 3e37 ac6a 66dd ",
-    "b448 02e8 6ad0 c9d7 af0b f80b d133 a0cc f913 b035 7646 ec40 ",
-    "2c39 3b14 b43b d2c2 cc92 2b52 377d bee6 e31c 368c 7178 1220 ",
-    "f51b 0ccc 8afd 34e1 65ea 005a 65cc bbb6 14e5 8194 4b31 da29 ",
-    "0fde e738 c4b5 fce0 1274 b044 90ae ea2c 2a21 9575 1ef7 965f ",
-    "7a78 3ec8 2d89 ee7a e2f0 e3d3 7342 343d 6969 7c52 469f b741 ",
-    "7dcb 5aa0 6169 8ebe 5b3a aabc 54b4 bf83 0ded c29b 6673 3dad ",
-    "4029 ced3 5a2c bb08 641a 1bd5 0788 a4c8 1e5f 77d1 1dc2 b73e ",
-    "fc7d 49e8 0c8f 12cf 4b56 27a9 82d1 6bae 8c14 f3f9 5b9a 4cb6 ",
+    "e50f 110a cddc 2aa2 3cbf bb4d fa1b f62c b38d 9861 f968 eeda ",
+    "2c75 a9ea 194d e60f e7d4 5458 1962 3b9a c16e e85b af96 a8f7 ",
+    "47f0 6c6c 3b66 fc25 2334 8f1a f915 e965 0ef7 3bb7 022d 8608 ",
+    "a066 cc0a f054 4fa7 e4a7 33d8 0bf3 fd17 795a 6ec2 a9b8 3660 ",
+    "9a95 fbc9 d153 ba91 a901 1a60 6da0 1da4 3a8c bdbe b7f2 53bc ",
+    "9fa8 b547 4d6f 7214 56aa f3c1 3fef 61f5 b4ec bb5f 254e 91c9 ",
+    "ce04 28bb a0a9 75fd ff75 f07e 7f6b df20 9c77 e495 e070 31db ",
+    "b85d 36b2 a00b 0deb 7fd1 4be8 2e94 4c91 7893 324c 9dee 039e ",
+    "e479 8dcb a719 e276 8b47 db6f 3302 bb43 27a0 4c3d 9083 3e2b ",
+    "be39 30aa 1dee 48bf fc1d 4934 c06b 72b3 7905 ee10 425a b872 ",
+    "ffe5 0356 90bf 4c95 ba5b 68eb d7b8 c76a 2f3d 863e 64a6 029d ",
+    "0129 675d a362 470e a75a d045 4323 9038 0fca 1bfe e56c 30ba ",
+    "5b76 ae31 5ecb 1f91 aeeb 5bce 12fe 7330 168d 65a3 455a ab4a ",
+    "1c00 60a9 d595 9530 5d3f a160 f371 7aee 7342 315c be43 a9d0 ",
 };
 
 // Lines of commands whose options go together, or of several commands. An A stands before what only the array-based
@@ -104,7 +104,7 @@ static std::string oneOf(const Words& words) {
     return words[below(std::size(words))];
 }
 
-static std::string freeDisks(Chaos& run, size_t count) {
+static std::string freeDisks(const Adapters& run, size_t count) {
     const Ids ids = freeDisks(run.context());
     const size_t most = ids.size() < count ? 1 : ids.size() - count + 1;
     std::string list;
@@ -113,7 +113,7 @@ static std::string freeDisks(Chaos& run, size_t count) {
     return list;
 }
 
-static std::string migration(Chaos& run) {
+static std::string migration(const Adapters& run) {
     const Owner owner = {arrayBasedRaid ? OwnerKind::Array : OwnerKind::Vd, arrayBasedRaid ? run.array() : run.vd()};
     static const char* const levels[] = {"0", "5", "6", "10"};
     std::string line = "-l " + std::to_string(owner.id) + " -r " + oneOf(levels) + " -d ";
@@ -122,7 +122,7 @@ static std::string migration(Chaos& run) {
     return line + freeDisks(run, 1 + below(2));
 }
 
-static std::string value(Chaos& run, char what) {
+static std::string value(const Adapters& run, char what) {
     const auto isBusy = [](const _LD_Info& vd) { return vd.BGAStatus != KT_STATE_NONE; };
     const auto isSsd = [](const _HD_Info& disk) { return isSolidState(disk); };
     if (isdigit(what) != 0) return freeDisks(run, static_cast<size_t>(what - '0'));
@@ -145,7 +145,7 @@ static std::string value(Chaos& run, char what) {
 }
 
 // Adds what a line says up to the sign that ends it; false when that is of the other command set.
-static bool expand(Chaos& run, const char*& at, std::string& to) {
+static bool expand(const Adapters& run, const char*& at, std::string& to) {
     const bool other = strncmp(at, arrayBasedRaid ? "L " : "A ", 2) == 0;
     if (strncmp(at, "L ", 2) == 0 || strncmp(at, "A ", 2) == 0) at += 2;
     for (; *at != '\0' && strchr("]|}", *at) == nullptr; ++at) {
@@ -210,7 +210,7 @@ static std::string spoilt(const std::string& line) {
     return spoiltLine;
 }
 
-static std::string rolledLine(Chaos& run) {
+static std::string rolledLine(const Adapters& run) {
     std::string line;
     for (bool fits = false; !fits;) {
         line.clear();
@@ -234,7 +234,7 @@ static void change(const std::string& name) {
 }
 
 // What stands in a line in the place of a command.
-static void prepare(Chaos& run, const std::string& what) {
+static void prepare(const Adapters& run, const std::string& what) {
     if (what == "!change") {
         for (size_t times = below(4); times > 0; --times)
             change(below(5) == 0 ? "setcfg.txt" : "cfg");
@@ -282,7 +282,6 @@ struct Commands : Past {
         close(STDOUT_FILENO);
         if (below(2) == 0) open("/dev/full", O_WRONLY);
         if (below(2) == 0) watchStandardOutput();
-        program_invocation_short_name = const_cast<char*>("ktsetup");
         char words[][9] = {"ktsetup", "info", "-o", "hba"};
         char* argv[] = {words[0], words[1], words[2], words[3], nullptr};
         return runOneShot(takeCommandLine(4, argv));

@@ -1,7 +1,15 @@
 #include "past.h"
 
+#include "activities/activities.h"
+#include "changes/arrival.h"
+#include "changes/branches.h"
+#include "changes/health.h"
+#include "devices/batteryDeeds.h"
 #include "devices/flashImage.h"
 #include "devices/solidState.h"
+#include "frame/settle.h"
+#include "media/wear.h"
+#include "raid/damage.h"
 #include "state/simClock.h"
 
 void (*beforeCall)(const std::string& call);
@@ -35,6 +43,8 @@ static KT_U8 answerAtRandom(const char* name, const std::vector<AnswerBytes>& an
 
 Past::Past() {
     unsetenv("KTRAID_SIM_CHECK");
+    setenv("KTRAID_SIM_TRACE", trace.c_str(), 1);
+    program_invocation_short_name = const_cast<char*>("kt");
     chance.seed(GetParam() + 1);
     std::filesystem::create_directories(folder.path + "/files/folder");
     std::filesystem::current_path(folder.path + "/files");
@@ -57,13 +67,43 @@ Past::~Past() {
     unsetenv("KTRAID_SIM_TRACE");
 }
 
+static void befall(Adapters& run) {
+    Context context = run.context();
+    settle(context);
+    const KT_U16 pd = run.disk();
+    const KT_U16 pulled = Adapters::among(all<PulledDisk>(context), 20);
+    const auto isBroken = [](const PdState& disk) { return disk.health == PD_FAILED; };
+    const KT_U16 broken = Adapters::among(idsWhere<PdState>(context, isBroken), 20);
+    const auto amount = static_cast<KT_U32>(below(300));
+    const std::function<void()> deeds[] = {
+        [&] { failDisk(context, pd); },
+        [&] { pullDisks(context, {pd}); },
+        [&] { tripSmart(context, pd, true); },
+        [&] { insertDisks(context, {pulled}); },
+        [&] { insertDisks(context, {pulled}); },
+        [&] { replaceDisk(context, broken, [](_HD_Info&) {}); },
+        [&] {
+            addBadSectors(context, pd, BadSector{FLAW_UNREADABLE, 0, {}}, amount);
+        },
+        [&] { ageDisk(context, pd, agingWords()[below(agingWords().size())], amount); },
+        [&] { removeBattery(context); },
+        [&] { insertBattery(context); },
+        [&] { pullEnclosure(context, 1); },
+        [&] { insertEnclosure(context, 1); },
+    };
+    deeds[below(std::size(deeds))]();
+    applyRates(context);
+}
+
 void Past::happen(size_t times) {
-    unsetenv("KTRAID_SIM_TRACE");
-    EXPECT_EQ(KT_API_Initialize(), KT_OK);
-    while (times-- > 0)
-        run.doAnything();
-    KT_API_Finalize();
-    setenv("KTRAID_SIM_TRACE", trace.c_str(), 1);
+    for (; times > 0; --times) {
+        beginTransaction(*run.store, Access::Write);
+        run.adapter = static_cast<KT_U8>(below(find<GlobalState>(*run.store, ADAPTER_GLOBAL, 0)->adapterCount));
+        befall(run);
+        run.now += below(below(4) == 0 ? 3600000 : 3000);
+        setClock(*run.store, run.now, 1000, true);
+        commitTransaction(*run.store);
+    }
 }
 
 void Past::runHere(const std::function<void()>& code) {
@@ -107,8 +147,9 @@ void Past::note() {
         const std::string bytes = fileText(file);
         text += file.string() + " " + std::to_string(sumOf(bytes)) + ":\n" + bytes.substr(0, 20000) + "\n";
     }
-    const std::string what = testing::UnitTest::GetInstance()->current_test_info()->name();
-    const std::string name = what + "." + std::to_string(GetParam()) + "." + lab + "." + std::to_string(++notes);
+    std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::replace(name.begin(), name.end(), '/', '.');
+    name += "." + lab + "." + std::to_string(++notes);
     if (const char* kept = getenv("PASTS")) writeText(std::string(kept) + "/" + name, text);
     char digits[8];
     snprintf(digits, sizeof digits, "%04x ", sumOf(text) & 0xFFFF);

@@ -9,20 +9,36 @@
 
 #include "Public/output.h"
 #include "tests/fuzz/wrongAnswers.h"
-#include "tests/sim/chaos.h"
+#include "tests/sim/sim.h"
 #include "tests/support/rows.h"
+
+// The adapters of a state whose clock stands.
+struct Adapters {
+    Store* store;
+    KT_U64 now;
+    KT_U8 adapter; // what commands are for, and what happens is of
+    Context context() const { return {*store, adapter, now}; }
+    // Mostly one that there is, otherwise any id.
+    static KT_U16 among(const Ids& ids, size_t limit) {
+        const size_t any = below(limit);
+        return static_cast<KT_U16>(ids.empty() || below(10) == 0 ? any : ids[below(ids.size())]);
+    }
+    KT_U16 disk() const { return among(all<_HD_Info>(context()), 20); }
+    KT_U16 vd() const { return among(all<_LD_Info>(context()), 5); }
+    KT_U16 array() const { return among(all<_DG_Info>(context()), 3); }
+};
 
 struct Past : testing::TestWithParam<unsigned> {
     StateFolder folder;
     std::string trace = folder.path + "/trace", digests, text, lab;
-    Chaos run = {std::minstd_rand(GetParam() + 1), nullptr, 1800000000000};
+    Adapters run = {nullptr, 1800000000000, 0};
     int notes = 0;
 
     Past();
     ~Past() override;
     // A state of one of the labs. In every other past the library answers wrongly now and then.
     void begin(size_t at);
-    // What no client of the library does, and what others do.
+    // What no command does: to disks, shelves and the battery, while time passes.
     void happen(size_t times);
     // Adds to the text what the code prints on both streams, and its calls: what was handed over, and the status. Its
     // questions are answered.
