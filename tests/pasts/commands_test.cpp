@@ -10,20 +10,20 @@
 #include "tests/fuzz/passing/commands.h"
 
 static const char* const PASTS[] = {
-    "e50f 110a cddc 2aa2 3cbf bb4d fa1b f62c b38d 9861 f968 eeda ",
-    "2c75 a9ea 194d e60f e7d4 5458 1962 3b9a c16e e85b af96 a8f7 ",
-    "47f0 6c6c 3b66 fc25 2334 8f1a f915 e965 0ef7 3bb7 022d 8608 ",
-    "a066 cc0a f054 4fa7 e4a7 33d8 0bf3 fd17 795a 6ec2 a9b8 3660 ",
-    "9a95 fbc9 d153 ba91 a901 1a60 6da0 1da4 3a8c bdbe b7f2 53bc ",
-    "9fa8 b547 4d6f 7214 56aa f3c1 3fef 61f5 b4ec bb5f 254e 91c9 ",
-    "ce04 28bb a0a9 75fd ff75 f07e 7f6b df20 9c77 e495 e070 31db ",
-    "b85d 36b2 a00b 0deb 7fd1 4be8 2e94 4c91 7893 324c 9dee 039e ",
-    "e479 8dcb a719 e276 8b47 db6f 3302 bb43 27a0 4c3d 9083 3e2b ",
-    "be39 30aa 1dee 48bf fc1d 4934 c06b 72b3 7905 ee10 425a b872 ",
-    "ffe5 0356 90bf 4c95 ba5b 68eb d7b8 c76a 2f3d 863e 64a6 029d ",
+    "e50f fce1 cddc 2aa2 9184 ea53 fa1b f62c b38d 9861 f968 eeda ",
+    "2c75 a9ea 194d e60f e7d4 5458 4dba 07de 879e 9da7 e7b2 bfdb ",
+    "47f0 dc53 d1b5 fc25 2334 8f1a f915 e965 0ef7 3bb7 022d 8608 ",
+    "a066 cc0a f054 4fa7 e4a7 5d68 0bf3 fd17 795a 6ec2 a9b8 3660 ",
+    "9a95 e6e9 d153 ba91 a901 1a60 6da0 1da4 3a8c a1a1 b7f2 53bc ",
+    "9fa8 b547 4d6f 2983 1388 14eb 5d44 0b58 64bb 50d5 3e7f 4689 ",
+    "418f 3da3 9375 c721 b919 7b5a c3b3 bb54 df8b 6b60 1574 79a7 ",
+    "b85d 36b2 a00b e8ff 7fd1 28d6 2e94 4c91 7893 324c 9dee 039e ",
+    "e479 8dcb a719 e276 8b47 db6f 038f bb43 27a0 4c3d ee2a 3e2b ",
+    "be39 30aa f9e9 48bf fc1d 4934 c06b 72b3 7905 ee10 867f b872 ",
+    "ffe5 0356 90bf 4c95 7030 a15e d7b8 f5fd 2f3d 863e 64a6 029d ",
     "0129 675d a362 470e a75a d045 4323 9038 0fca 1bfe e56c 30ba ",
-    "5b76 ae31 5ecb 1f91 aeeb 5bce 12fe 7330 168d 65a3 455a ab4a ",
-    "1c00 60a9 d595 9530 5d3f a160 f371 7aee 7342 315c be43 a9d0 ",
+    "5b76 ae31 5ecb 11a0 ef0d 8abe b68e 7878 bbdd 154b 6ade 256e ",
+    "ea01 60a9 d595 9530 5d3f a160 f371 7aee 0448 315c be43 a9d0 ",
 };
 
 // Lines of commands whose options go together, or of several commands. An A stands before what only the array-based

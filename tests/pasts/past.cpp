@@ -27,7 +27,7 @@ static const BuiltInLab RARE = {"rare", R"({"adapters": [
    "keys": [{"id": 2, "key": "k", "password": "p", "ports": [{"id": 1, "enabled": true}]}],
    "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "size": "10GiB", "linkedDisk": 2},
                     {"level": "RAID60", "disks": [4, 5, 6, 7, 8, 9, 10, 11], "size": "10GiB"}]},
-  {"type": "LD-based", "DevID": 17920, "Features": 87, "AdvancedFeatures": 163843, "disks": [
+  {"type": "LD-based", "ModelNumber": "", "SerialNo": "", "DevID": 17920, "Features": 87, "AdvancedFeatures": 163843, "disks": [
      {"count": 8, "type": "SATA", "size": "20GB"}, {"count": 2, "type": "SATA", "size": "20GB", "sector": 4096}]}]})"};
 static const char* const LABS[] = {"rare", "default", "troubled", "rare", "hostile", "rare", "empty"};
 

@@ -82,36 +82,3 @@ TEST_F(Events, FollowTheClockOfTheMachine) {
     gUTCStatus = UTC_CLOCK_LOCAL;
     EXPECT_EQ(valuesOf(printed("event"), "Time:"), (Values{local, utc}));
 }
-
-TEST_F(Events, ShowAtMostThirtySenseBytes) {
-    seam.events = {makeEvent(2, 4, 1)};
-    _Event& event = seam.events[0];
-    for (KT_U8 i = 0; i < 30; ++i)
-        event.SenseData[i] = static_cast<KT_U8>(0xF0 + i);
-    event.SenseDataLength = 2;
-    event.Severity = 8;
-    expect("event", "Current AdapterID:0\n\nSequence:     1\nTime:         Mon Jan  5 08:00:00 2026\n"
-                    "Level:        [UNKNOWN]\nDescription:  Physical disk 2 read write error.\n"
-                    "Sense Code : %s\n F0 F1 \n\n");
-    event.SenseDataLength = 40;
-    EXPECT_TRUE(printed("event").ends_with(" 0C 0D \n\n"));
-    // The serial number of a found adapter is no sense data.
-    event.Class = 0;
-    event.Code = 9;
-    EXPECT_FALSE(has(printed("event"), "Sense"));
-}
-
-TEST_F(Events, AsMessagesArePrintedNewestFirst) {
-    for (KT_U32 sequence : {8U, 4000000009U}) {
-        _Event_Message message = {.SequenceNo = sequence, .Severity = static_cast<KT_U8>(sequence % 10 - 1)};
-        strcpy(message.time, "then\t");
-        memset(message.msg, 'm', sizeof message.msg);
-        seam.messages.push_back(message);
-    }
-    const std::string m(128, 'm');
-    expect("message", "Current AdapterID:0\n\nSequence:     4000000009\nTime:         then?\n"
-                      "Level:        [UNKNOWN]\nDescription: " +
-                          m + "\n\nSequence:     8\nTime:         then?\nLevel:        [FATAL]\nDescription: " + m +
-                          "\n\n");
-    EXPECT_EQ(1, run("message -s 1").result);
-}

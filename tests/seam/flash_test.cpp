@@ -169,23 +169,3 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
     EXPECT_NE(0, access(path.c_str(), F_OK));
 }
 
-TEST_F(Flash, ErasesAnImageWhenToldSoAndThePdPageUnasked) {
-    expectSteps({{"asked", "Do you want to erase ROM file in Flash?  (y or n)"}}, R"(
-flash -a erase -t Firmware < yes,n => $asked\nErase bios command is returned successfully. | KT_Flash_Bin 1 3 page 0 last 0 size 196608
-flash -a erase -t bios < , maybe,no,y => Warning: Autoload will be erased too! $asked\nPlease input y or n.\nPlease input y or n.
-flash -a erase -t raw => $asked
-flash -a erase -p PD => Erase PD Page command is returned successfully. | KT_Flash_Erase 1
-flash -a erase -p pdforce -t bios => Erase PD Page command is returned successfully. | KT_Flash_Erase 254
-)");
-}
-
-TEST_F(Flash, ShowsTheVersionOfAFile) {
-    expectSteps({{"version", "major version:     4000000000\\nminor version:     1\\nrevision number:   2\\n"
-                             "build number:      65535\\nSub Verndor ID:    1b4b"}},
-                R"(
-flash -a version -t firmware -f "~/$X y" => $version | KT_Flash_GetHeaderInfo ~/$X y 255 0 0 0 0 65535
-flash -a version -p pd -f x => $version
-flash -a version -t bios -f x => \nImage type sepecified by '-t' is not the same as type get from file. type from '-t': 2, type from file: 3
-flash -a version -t bios -f x ! KT_Flash_GetHeaderInfo=165 =165> \nFailed to check version of file 'x', error 165: invalid file input
-)");
-}

@@ -13,34 +13,6 @@ TEST_F(Query, ShowsWhateverVersionTheLibraryClaims) {
     EXPECT_LT(text.size(), 330U);
 }
 
-TEST_F(Query, SaysThatThereIsNothing) {
-    arrayBasedRaid = true;
-    gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 1;
-    expectSteps(R"(
-get -o pd => \nNo PD is found
-get -o array -i 2 => \nNo array is found
-get -o {vd|link} => \nNo VD is found
-{info|status} -o pd => No hard disk is found.
-info -o vd => No virtual disk is found.
-info -o array => No array is found.
-info -o blk => No block disk is found.
-info -o pm -i 2 => No port multiplexer is found.
-info -o exp -i 2 => No expander is found.
-info -o bbu => No BBU is found.
-info -o bbu -i 1 =16> \nUnable to get info of BBU 1 (error 16: Invalid BBU id)
-ssd => \nNo solid-state disk is found
-)");
-    addDisks(1);        // no spare
-    seam.lds.resize(1); // no hybrid one
-    gAdapterInfo[0].MaxPM = gAdapterInfo[0].MaxExpander = 0;
-    expectSteps(R"(
-info -o spare => No spare drive is found.
-info -o tandem => No tandem virtual disk is found.
-info -o pm =19> PM is not supported on adapter 0.
-info -o exp =19> Expander is not supported on adapter 0.
-)");
-}
-
 // 255 stands for every disk only where nobody has typed it, and an empty id for 0.
 TEST_F(Query, TakesTheIdThatIsNamed) {
     expectSteps(R"(
@@ -76,24 +48,6 @@ devmap -o pd ! KT_PD_GetHDRaidStatus 5=4 =4> Fail! (error 4: Resource not availa
     expect("devmap -o pd", "No free physical disk is found.\n");
 }
 
-TEST_F(Query, AsksEachEnclosureForEachElement) {
-    EXPECT_EQ(0, run("enc -o ele -t FAN").result);
-    EXPECT_EQ((Calls{"KT_ENC_GetEnclosureInfo", "KT_ENC_GetElementConfig 0 3 255", "KT_ENC_GetElementInfo 0 3 0",
-                     "KT_ENC_GetElementConfig 7 3 255", "KT_ENC_GetElementInfo 7 3 0", "KT_ENC_GetElementInfo 7 3 1"}),
-              seam.calls);
-    expect("enc -o ele -t alm -i 3", "\nNo element is found\n");
-    seam.calls.clear();
-    run("enc -o ele -t arydev -e 254 -i 254");
-    run("enc -o elecfg -t dpl -i 3");
-    EXPECT_EQ((Calls{"KT_ENC_GetElementInfo 254 23 254", "KT_ENC_GetElementConfig 3 12 255"}), seam.calls);
-    // An enclosure that fails does not hide the next one.
-    seam.statuses["KT_ENC_GetElementConfig 0 18 255"] = 18;
-    const Outcome failed = run("enc -o elecfg -t vlt");
-    EXPECT_EQ(18, failed.result);
-    EXPECT_TRUE(
-        failed.printed.starts_with("\nUnable to get enclosure info (error 18: Invalid enclosure element id)\nE"));
-}
-
 TEST_F(Query, ReadsSmartRecordsWithinTheirFields) {
     addDisks(2, KT_HD_SATA);
     seam.hds[1].HDType = KT_HD_SATA | KT_HD_SAS;
@@ -120,19 +74,4 @@ TEST_F(Query, ReadsSmartRecordsWithinTheirFields) {
     seam.statuses["KT_PD_GetHDInfo_Ext"] = 19;
     expect("smart -p 0", expected);
     expect("smart -p 9", "Unable to get info of PD 9 (error 9 : Invalid physical disk id)\n", 9);
-}
-
-TEST_F(Query, ListsTheLinksOfVirtualDisks) {
-    seam.lds = {{.ID = 0}, {.ID = 1}, {.ID = 2}};
-    seam.statuses["KT_VDHDD_GetLink 2"] = 1;
-    expect("get -o link", "VD 0 ATA is unlinked.\nVD 1 ATA link to PD 6.\nVD 2 ATA is unlinked.\n");
-}
-
-TEST_F(Query, ShowsNoMorePhysThanAnExpanderRecordHolds) {
-    gAdapterInfo[0].MaxExpander = 1;
-    seam.expander.Link.Parent = {3, KT_LINK_EXPANDER, 255, {0, 1, 2, 3, 4, 5, 6, 255}, {1}, 0, {}};
-    seam.expander.Link.Self = {9, 0, 1, {27}, {}, 2, {}};
-    EXPECT_TRUE(has(printed("info -o exp -i 9"), "\nLinks to:            expander 3, port [0, 1, 2, 3, 4, 5, 6, 255] "
-                                                 "on SAS addr 0100000000000000\n"
-                                                 "From parent:         port [27] on SAS addr 0000000000000000\n"));
 }

@@ -38,16 +38,12 @@ struct Seam {
     KT_U32 flashClaims = 0;      // what a page that is read says of its size; 0: the truth
     bool flashEndless = false;   // no page that is read is the last
     _Adapter_Config_V2 adapterConfig = {};
-    bool keepsSettings = false; // what KT_Adapter_SetConfig takes is read back
-    _NVSRAM_Data nvsram = {};
-    KT_U64 reg = 0;
     std::vector<_DG_Info> arrays;
     std::vector<_HD_Info> hds;            // known by Link.Self.DevID
     std::set<KT_U16> disksWithFileSystem; // by id
     _BBU_Info battery = {};
     _SMART_Info smart = {};
     KT_U8 driveStatus = 0;
-    _Exp_Info expander = {};
     std::string version = "recorded";
     KT_U64 size = 0; // what sizes are answered
 };

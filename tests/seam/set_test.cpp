@@ -10,12 +10,6 @@ struct Set : SeamTest {
     }
 };
 
-TEST_F(Set, NothingOfADamagedPageIsShown) {
-    addDisks(1, KT_HD_SSD);
-    expect("ssd", "PD    Model                    Microcode Life left Written   Power on  Temp  Self-test\n"
-                  "0                                        damaged   N/A       N/A       N/A   never run\n");
-}
-
 TEST_F(Set, SaysWhatTheAdapterDidNotTake) {
     seam.adapterConfig.rawimg_update_disabled = 0x77;
     const Outcome outcome = run("set -o hba --alarm on --rebuildrate 30");
@@ -24,32 +18,6 @@ TEST_F(Set, SaysWhatTheAdapterDidNotTake) {
                                                          "The adapter did not take --rebuildrate 30.\n"));
     const _Adapter_Config_V2 expected = {.RebuildRate = 30, .rawimg_update_disabled = 0x77, .AlarmOn = 1};
     EXPECT_EQ(seam.sent["KT_Adapter_SetConfig"], bytesOf(expected));
-}
-
-TEST_F(Set, EachSettingOfAnAdapterHasItsPlaceAndItsLine) {
-    seam.keepsSettings = true;
-    // The option, its place in the record, and its line.
-    const std::tuple<std::string, size_t, std::string> rows[] = {
-        {"autorebuild", 0, "Auto Rebuild:            "},   {"efficiency", 1, "Optimize CPU efficiency: "},
-        {"bgarate", 2, "BGA Rate:                "},       {"syncrate", 3, "Syncronization Rate:     "},
-        {"initrate", 4, "Initialization Rate:     "},      {"rebuildrate", 5, "Rebuild Rate:            "},
-        {"migrationrate", 6, "Migration Rate:          "}, {"copybackrate", 7, "Copyback Rate:           "},
-        {"mprate", 8, "Media Patrol Rate:       "},        {"pollsmart", 9, "Poll SMART Status:       "},
-        {"copyback", 10, "Copy Back:               "},     {"consolidation", 11, "Module Consolidation:    "},
-        {"alarm", 13, "Alarm:                   "},
-    };
-    gAdapterInfo[0].Features = 0xFF;
-    gAdapterInfo[0].AdvancedFeatures = KT_ADV_CPU_EFFICIENCY | KT_ADV_MODULE_CONSOLIDATE;
-    for (const auto& [option, at, line] : rows) {
-        const bool rate = option.ends_with("rate");
-        const std::string words = "set -o hba --" + option;
-        EXPECT_TRUE(has(printed(words + (rate ? " 100" : " on")), line + (rate ? "100 %\n" : "on\n")));
-        std::string sent(sizeof(_Adapter_Config_V2), '\0');
-        sent[at] = rate ? 100 : 1;
-        EXPECT_EQ(sent, seam.sent["KT_Adapter_SetConfig"]) << option;
-        EXPECT_EQ(0, run(words + (rate ? " 0" : " off")).result);
-        EXPECT_EQ(std::string(sent.size(), '\0'), seam.sent["KT_Adapter_SetConfig"]) << option;
-    }
 }
 
 TEST_F(Set, SaysWhatTheAdapterRefused) {

@@ -4,7 +4,6 @@
 #include <map>
 #include <vector>
 
-#include "Public/cfg/losses.h"
 #include "Public/cfg/raidConfig.h"
 #include "Public/cfg/reader.h"
 #include "Public/cfg/writer.h"
@@ -61,9 +60,6 @@ const _HBA_Info_Page samplePage = {
 const _LD_Info sampleVd = {
     .ID = 3, .StripeBlockSize = 64, .RaidMode = KT_RAID6, .HDCount = 4, .CacheMode = 5, .Size = KT_U64{20000} << 10,
     .Name = "data", .BlockIDs = {0, 12, KT_NO_ID, 256}, .NumParityDisk = 2};
-const _LD_Info plainVd = {
-    .BGAStatus = 9, .RaidMode = KT_RAID6, .HDCount = 3, .BlkCount = 3, .Size = KT_U64{3000} << 10, .Name = "data",
-    .BlockIDs = {7, 8, 9}, .NumParityDisk = 2};
 // clang-format on
 
 const char banner[] = "########################################################################################\n"
@@ -300,41 +296,3 @@ TEST(CfgReader, KeepsWithinItsRecords) {
         EXPECT_FALSE(read(text.substr(0, length)).good) << length;
 }
 
-TEST(CfgLosses, NameBothValues) {
-    CfgRaidHolder raid = newCfgRaid();
-    _HBA_Info_Page page = {.DSpinUpGroup = 1, .Serial_Num = "KS 42", .PHY_Rate = {2, 2}};
-    // What comes back is not named: not even what a text never holds, how far an activity has come, say.
-    raid->ldCount = 4;
-    for (KT_U16 i = 0; i < raid->ldCount; ++i) {
-        raid->lds[i] = plainVd;
-        raid->lds[i].ID = static_cast<KT_U16>(10 + i);
-    }
-    raid->lds[1].Size = (KT_U64{5} << 32) + (KT_U64{7} << 10);
-    raid->lds[1].Name[15] = 'x';
-    raid->lds[1].CacheMode = KT_CACHE_OFF | KT_CACHE_READ_AHEAD;
-    raid->lds[2].RaidMode = KT_JBOD;
-    raid->lds[2].CacheMode = KT_CACHE_AUTO;
-    raid->lds[2].BlockIDs[1] = KT_NO_ID;
-    raid->lds[3].ID = 255;
-    raid->lds[3].Name[3] = '\n';
-    raid->spares[0] = {255, KT_NO_ID, KT_PD_GLOBAL_SPARE, {}};
-    raid->spareCount = 1;
-    EXPECT_EQ((std::vector<std::string>{
-                  "adapter: [SERIAL_NUMBER] 'KS 42' is written as 'KS42'",
-                  "port 0: [RATE] 2 is written as '', which restore_cfg refuses",
-                  "port 1: [RATE] 2 is written as '', which restore_cfg refuses",
-                  "virtual disk 11: 20971527 M is written as 7 M",
-                  "virtual disk 11: [READ POLICY] READAHEAD is written as NONE",
-                  "virtual disk 12: [RAID MODE] JBOD is written as '', which restore_cfg refuses",
-                  "virtual disk 12: [PD MEMBER] 7,-,9 is written as 7,9",
-                  "virtual disk 12: [WRITE POLICY] 8 is written as '', which restore_cfg refuses",
-                  "virtual disk 255: [VD ID] 255 is written as '255', which restore_cfg refuses",
-                  "virtual disk 255: [RAID NAME] 'dat?' is written as 'dat?', which restore_cfg refuses",
-                  "spare disk 255: [PHYSICAL DISK ID] 255 is written as '255', which restore_cfg refuses",
-              }),
-              cfgLosses({page, *raid, 2, CFG_FULL_FORM}));
-    page.DSpinUpGroup = 0;
-    EXPECT_EQ(std::vector<std::string>{}, cfgLosses({page, *raid, 2, CFG_PHY_FORM}));
-    EXPECT_EQ("adapter: [SPINUP GROUP] 0 is written as '0', which restore_cfg refuses",
-              cfgLosses({page, *raid, 2, CFG_FULL_FORM}).at(1));
-}

@@ -41,7 +41,6 @@ inline std::string describe(const Made&, const auto&) {
 NOTES(_Create_LD_Param, param, MIGRATES(LDID))
 NOTES(_CreateOrModify_DG_Param, param, MIGRATES(DGID))
 NOTES(_KT_FLASH_PER_DATA, image, " type" + wordsOf(image.image_type) + " size" + wordsOf(image.image_size))
-NOTES(_NVSRAM_Data, data, wordsOf(data.Offset, data.Length))
 NOTES(_Device_Magic, first, " from" + wordsOf(first.ID) + " to" + wordsOf((&first)[made.numbers[0] - 1].ID))
 inline std::string describe(const Made& made, const _Flash_Data& page) {
     const bool update = made.name == "KT_Flash_Bin" && made.numbers[0] != KT_FLASH_BACKUP;
@@ -85,8 +84,6 @@ void noteArgument(Made& made, size_t index, Argument argument) {
     } else {
         made.of += describe(made, *argument);
         seam.sent[made.name] += bytesOf(*argument);
-        if constexpr (std::is_same_v<Argument, const _Adapter_Config_V2*>)
-            if (seam.keepsSettings) seam.adapterConfig = *argument;
     }
 }
 
@@ -150,8 +147,6 @@ FILLS(_SMART_Info, info, info = seam.smart)
 FILLS(_ATA_PassThrough, command, command.Status = seam.driveStatus)
 FILLS(_SSD_Smart_Data, page, page.Attributes[0] = {.Id = 9, .Current = 50, .Raw = {77}})
 FILLS(_Device_Magic, first, memset(first.Magic, 'm', sizeof first.Magic))
-FILLS(_Register_Request, request, request.Value = seam.reg)
-FILLS(_NVSRAM_Data, data, memcpy(data.Data, seam.nvsram.Data, sizeof data.Data))
 FILLS(_aes_entry_info, info, info = seam.aesOverview)
 FILLS(_AES_ENTRY_INFO, info, {
     const KT_U32 entry = made.numbers[0];
@@ -167,7 +162,6 @@ FILLS(_AES_Entry_Config, config, {
     memset(config.key_content, 'K', sizeof config.key_content);
 })
 FILLS(_AES_Port_Config, config, config = {99, made.numbers[0] == 1, {}})
-FILLS(_Tandemix_Table_Info, info, info = {65535, 12})
 FILLS(_Enc_Element_Config, config,
       config.NumberOfElements = made.numbers[1] == KT_SES_ALARM ? 0
                                 : made.numbers[0] == 7          ? 2
@@ -188,7 +182,7 @@ LISTS(_HD_Config_Request, seam.hdConfigs, HDID)
 LISTS(_HD_SMART_Status_Request, std::vector<_HD_SMART_STATUS>(), HDID)
 LISTS(_BLK_Info_Request, seam.blocks, ID)
 LISTS(_PM_Info_Request, std::vector<_PM_Info>(1), Link.Self.DevID)
-LISTS(_Exp_Info_Request, std::vector{seam.expander}, Link.Self.DevID)
+LISTS(_Exp_Info_Request, std::vector<_Exp_Info>(1), Link.Self.DevID)
 LISTS(_Enclosure_Info_Request, (std::vector<_Enclosure_Info>{{}, {.EnclosureID = 7}}), EnclosureID)
 
 // A page that is read comes from the image, and one that is written goes there.
