@@ -169,3 +169,12 @@ TEST_F(Flash, LeavesNoFileOfABackupThatFails) {
     EXPECT_NE(0, access(path.c_str(), F_OK));
 }
 
+TEST_F(Flash, ErasesAnImageWhenToldSoAndThePdPageUnasked) {
+    expectSteps({{"asked", "Do you want to erase ROM file in Flash?  (y or n)"}}, R"(
+flash -a erase -t Firmware < yes,n => $asked\nErase bios command is returned successfully. | KT_Flash_Bin 1 3 page 0 last 0 size 196608
+flash -a erase -t bios < , maybe,no,y => Warning: Autoload will be erased too! $asked\nPlease input y or n.\nPlease input y or n.
+flash -a erase -t raw => $asked
+flash -a erase -p PD => Erase PD Page command is returned successfully. | KT_Flash_Erase 1
+flash -a erase -p pdforce -t bios => Erase PD Page command is returned successfully. | KT_Flash_Erase 254
+)");
+}

@@ -75,3 +75,21 @@ TEST_F(Query, ReadsSmartRecordsWithinTheirFields) {
     expect("smart -p 0", expected);
     expect("smart -p 9", "Unable to get info of PD 9 (error 9 : Invalid physical disk id)\n", 9);
 }
+
+TEST_F(Query, AsksEachEnclosureForEachElement) {
+    EXPECT_EQ(0, run("enc -o ele -t FAN").result);
+    EXPECT_EQ((Calls{"KT_ENC_GetEnclosureInfo", "KT_ENC_GetElementConfig 0 3 255", "KT_ENC_GetElementInfo 0 3 0",
+                     "KT_ENC_GetElementConfig 7 3 255", "KT_ENC_GetElementInfo 7 3 0", "KT_ENC_GetElementInfo 7 3 1"}),
+              seam.calls);
+    expect("enc -o ele -t alm -i 3", "\nNo element is found\n");
+    seam.calls.clear();
+    run("enc -o ele -t arydev -e 254 -i 254");
+    run("enc -o elecfg -t dpl -i 3");
+    EXPECT_EQ((Calls{"KT_ENC_GetElementInfo 254 23 254", "KT_ENC_GetElementConfig 3 12 255"}), seam.calls);
+    // An enclosure that fails does not hide the next one.
+    seam.statuses["KT_ENC_GetElementConfig 0 18 255"] = 18;
+    const Outcome failed = run("enc -o elecfg -t vlt");
+    EXPECT_EQ(18, failed.result);
+    EXPECT_TRUE(
+        failed.printed.starts_with("\nUnable to get enclosure info (error 18: Invalid enclosure element id)\nE"));
+}
