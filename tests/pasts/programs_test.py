@@ -70,7 +70,7 @@ DEEDS = {kind: [line.strip() for line in lines.strip().split("\n")] for kind, li
         ktreport show [--all] [-a FEW] --from REPORT [KEPT]
         ktreport check [--long] --from REPORT [KEPT]
         ktreport json --from REPORT [--thresholds LIMITS]
-        ktreport metrics --from REPORT [KEPT]
+        ktreport metrics --from REPORT KEPT
         ktreport map [-a FEW] --from REPORT [--csv]; ktreport events --from REPORT [--json]
         ktreport page --from REPORT [KEPT]
         ktreport diff KEPT REPORT [--json]

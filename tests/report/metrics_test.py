@@ -72,21 +72,6 @@ class Metrics(unittest.TestCase):
             self.assertEqual(series_of(self, file.read())["ktraid_up", ()], 1)
         self.assertEqual(sorted(os.listdir(bench.folder.name)), ["ktraid.prom", "lab.json", "state.db"])
 
-    def test_files_of_many_machines(self):
-        bench = Bench(LAB)
-        document = bench.report()
-        files = {name: bench.save(name, text) for name, text in (
-            ("a", dict(document, host="store1")), ("b", dict(document, host="store2")), ("same", dict(document, host="store1")),
-            ("later", '{"report": 2, "adapters": []}'), ("short", json.dumps(document)[:2000]), ("none", "RAID"), ("huge", "1e999"))}
-        done = bench.run("ktreport", "metrics", "--from", *files.values())
-        series = series_of(self, done.stdout)
-        self.assertEqual(done.returncode, 1)
-        bad = [files[name] for name in ("later", "short", "none", "huge", "same")]
-        self.assertEqual([line.split(": ")[1] for line in done.stderr.splitlines()], bad)
-        self.assertEqual({dict(labels)["file"] for name, labels in series if name == "ktraid_report_unreadable"}, set(bad))
-        self.assertEqual({dict(labels)["host"] for name, labels in series if name == "ktraid_disk_state"},
-                         {"store1", "store2"})
-
     def test_a_file_that_is_none_hides_no_other(self):
         bench = Bench(LAB)
         document = bench.report()
