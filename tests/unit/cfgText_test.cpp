@@ -295,4 +295,3 @@ TEST(CfgReader, KeepsWithinItsRecords) {
     for (size_t length = 0; length + 1 < text.size(); ++length)
         EXPECT_FALSE(read(text.substr(0, length)).good) << length;
 }
-
