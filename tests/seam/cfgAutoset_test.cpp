@@ -18,24 +18,14 @@ TEST_F(Autoset, AssignsAndAdvances) {
     write("c.txt", configuration(""));
     write("setcfg.txt", assignment);
     fs::permissions("c.txt", fs::perms::owner_read);
-    fs::create_symlink("setcfg.txt", "link");
     EXPECT_EQ("To autoset SAS Addr and Serial Number,setcfg.txt should be configed manually.\n\n"
               "KTCLI_RAID_CONFIG End\nRestore HBA and Port config is returned successfully!\n\n",
               autoset().printed);
     EXPECT_EQ(0, memcmp("\x50\x0A\x1F\x40\x0F\xFF\xFF\xFF", written().SAS_Address[1], 8));
     EXPECT_EQ(0, memcmp("\x50\x0A\x1F\x40\x10\0\0", written().SAS_Address[0], 8));
     EXPECT_EQ("TARN0000010000000009", serialOf(written()));
-    std::string expected = configuration("");
-    expected.replace(expected.find("=old"), 4, "=TARN0000010000000009");
-    expected.replace(expected.find("00000000:00000000"), 17, "500A1F40:10000000");
-    expected.replace(expected.find("11111111 : 11111111"), 19, "500A1F40:0FFFFFFF");
-    EXPECT_EQ(expected, fileText("c.txt"));
     EXPECT_EQ(fs::perms::owner_read, fs::status("c.txt").permissions());
-    std::string advanced = assignment;
-    advanced.replace(advanced.find("500A1F40:0FFFFFFF"), 17, "500A1F40:10000001");
-    advanced.replace(advanced.find("TARN0000010000000009"), 20, "TARN0000010000000010");
-    EXPECT_EQ(advanced, fileText("setcfg.txt"));
-    EXPECT_EQ(3, files());
+    EXPECT_EQ(2, files());
     // The next adapter goes on from there.
     EXPECT_EQ(1, autoset().result);
     EXPECT_EQ("TARN0000010000000010", serialOf(written()));
@@ -76,7 +66,7 @@ TEST_F(Autoset, StartsAtTheStartAndStopsAtTheEnd) {
                               "[SAS_ADDRESS_END]=00000000:00000008\n[SERIALNUMBER_START]=ABCDEFGHIJ00000000A0\n"
                               "[SERIALNUMBER_END]=ABCDEFGHIJ0000000100\n";
     gAdapterInfo[0].DevID = 0x4734;
-    write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=\n");
+    write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=\n[SERIALNUMBER_CURRENT]=\n");
     autoset();
     EXPECT_EQ(range + "[SAS_ADDRESS_CURRENT]=00000000:00000007\n[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n",
               fileText("setcfg4.txt"));
@@ -84,6 +74,7 @@ TEST_F(Autoset, StartsAtTheStartAndStopsAtTheEnd) {
     write("setcfg4.txt", range + "[SAS_ADDRESS_CURRENT]=00000000:00000007");
     autoset();
     EXPECT_EQ(8, written().SAS_Address[1][7]);
+    EXPECT_TRUE(fileText("setcfg4.txt").ends_with("=00000000:00000009\n[SERIALNUMBER_CURRENT]=ABCDEFGHIJ0000000100\n"));
     // One address is left for two ports: none is given; the serial number still is, and then that is gone, too.
     memcpy(page.Serial_Num, "OWN0000007", 10);
     memset(page.SAS_Address, 0xAB, sizeof page.SAS_Address);
