@@ -1,17 +1,31 @@
 #include "Public/output.h"
 
 #include <cstdarg>
+#include <cstdlib>
 
 #include "Public/lostOutput.h"
 
 FILE* stream = nullptr;
 
+// Messages repeat what somebody typed: on its way to a terminal a control byte in it would be a command.
+static void hideControlBytes(char* text) {
+    for (; *text != '\0'; ++text) {
+        const bool isControl = (*text >= 0 && *text < 0x20) || *text == 0x7F;
+        if (isControl && *text != '\n' && *text != '\t') *text = '?';
+    }
+}
+
 void out(const char* format, ...) {
     if (stream == nullptr) return;
+    char* text = nullptr;
     va_list arguments;
     va_start(arguments, format);
-    if (vfprintf(stream, format, arguments) < 0) noteLostOutput();
+    const int length = vasprintf(&text, format, arguments);
     va_end(arguments);
+    if (length < 0) return noteLostOutput();
+    hideControlBytes(text);
+    if (fputs(text, stream) < 0) noteLostOutput();
+    free(text);
 }
 
 void flushOutput() {

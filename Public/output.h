@@ -18,7 +18,7 @@ inline constexpr char fmt_KiloBytes[] = "%-*s %lld K\n";
 inline constexpr char OptionRequired[] = "%s: option -%c is required\n";
 inline constexpr char ErrorDuplicate[] = "Duplicated option specified.\n";
 
-// printf to `stream`; nothing happens while there is none.
+// printf to `stream`, control bytes but line ends and tabs shown as '?'; nothing happens while there is none.
 void out(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // Writes out what is pending.

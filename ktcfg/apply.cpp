@@ -98,7 +98,8 @@ static void showProgress(Display& display, const Awaiting& activities) {
     if (!display.terminal && display.last != Clock::time_point() && Clock::now() - display.last < now_and_then) return;
     display.last = Clock::now();
     std::ostringstream text;
-    if (display.terminal && display.lines > 0) text << "\033[" << display.lines << "A\033[J";
+    // The cursor goes back to where they begin; past out(), which lets no control bytes through.
+    if (display.terminal && display.lines > 0 && stream != nullptr) fprintf(stream, "\033[%zuA\033[J", display.lines);
     display.lines = writeProgress(text, display.terminal ? lookOfOutput() : Look(), activities);
     out("%s", text.str().c_str());
     flushOutput();

@@ -131,7 +131,10 @@ void Past::runHere(const std::function<void()>& code) {
         dup2(before[fd], fd);
         close(before[fd]);
     }
-    text += fileText(files[1]) + "! " + fileText(files[2]);
+    const std::string printed = fileText(files[1]);
+    for (const char byte : printed)
+        EXPECT_TRUE(iscntrl(static_cast<unsigned char>(byte)) == 0 || byte == '\n' || byte == '\t') << printed;
+    text += printed + "! " + fileText(files[2]);
     std::ifstream lines(trace);
     for (std::string line; std::getline(lines, line);)
         text += line.substr(0, line.find(' ', line.find(" -> ") + 4)) + "\n";
