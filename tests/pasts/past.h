@@ -28,6 +28,12 @@ struct Adapters {
     KT_U16 array() const { return among(all<_DG_Info>(context()), 3); }
 };
 
+// The seeds that have digests, and behind them as many as SEEDS says, which must only come to an end and print text.
+inline auto seeds(size_t known) {
+    const char* more = getenv("SEEDS");
+    return testing::Range(0U, static_cast<unsigned>(known + (more != nullptr ? strtoul(more, nullptr, 10) : 0)));
+}
+
 struct Past : testing::TestWithParam<unsigned> {
     StateFolder folder;
     std::string trace = folder.path + "/trace", digests, text, lab;
@@ -45,4 +51,9 @@ struct Past : testing::TestWithParam<unsigned> {
     void runHere(const std::function<void()>& code);
     // A digest of the text, and nothing is left of it.
     void note();
+    // Whether the digests are those of the table.
+    template <size_t SIZE>
+    void compare(const char* const (&table)[SIZE]) const {
+        EXPECT_EQ(digests, GetParam() < SIZE ? table[GetParam()] : digests);
+    }
 };
