@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <random>
 
 #include "Public/output.h"
 
@@ -19,10 +18,4 @@ inline void printToNowhere() {
 // A property that must hold for every input.
 inline void require(bool holds) {
     if (!holds) abort();
-}
-
-// Chance from a seed, for those that do not search.
-inline std::minstd_rand chance;
-inline size_t below(size_t limit) {
-    return chance() / 7 % limit;
 }

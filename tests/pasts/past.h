@@ -6,11 +6,16 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "Public/output.h"
-#include "tests/fuzz/wrongAnswers.h"
 #include "tests/sim/sim.h"
 #include "tests/support/rows.h"
+
+inline std::minstd_rand chance;
+inline size_t below(size_t limit) {
+    return chance() / 7 % limit;
+}
 
 // The adapters of a state whose clock stands.
 struct Adapters {
@@ -27,12 +32,6 @@ struct Adapters {
     KT_U16 vd() const { return among(all<_LD_Info>(context()), 5); }
     KT_U16 array() const { return among(all<_DG_Info>(context()), 3); }
 };
-
-// The seeds that have digests, and behind them as many as SEEDS says, which must only come to an end and print text.
-inline auto seeds(size_t known) {
-    const char* more = getenv("SEEDS");
-    return testing::Range(0U, static_cast<unsigned>(known + (more != nullptr ? strtoul(more, nullptr, 10) : 0)));
-}
 
 struct Past : testing::TestWithParam<unsigned> {
     StateFolder folder;
@@ -51,7 +50,7 @@ struct Past : testing::TestWithParam<unsigned> {
     void runHere(const std::function<void()>& code);
     // A digest of the text, and nothing is left of it.
     void note();
-    // Whether the digests are those of the table.
+    // Whether the digests are those of the table; seeds behind it need only come to an end.
     template <size_t SIZE>
     void compare(const char* const (&table)[SIZE]) const {
         EXPECT_EQ(digests, GetParam() < SIZE ? table[GetParam()] : digests);

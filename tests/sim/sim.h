@@ -60,6 +60,12 @@ inline Ids freeDisks(const Context& context) {
     return idsWhere<PdState>(context, [](const auto& disk) { return (disk.raid & KT_PD_NOT_FREE) == 0; });
 }
 
+// The numbers of seeds: those that are always tried, and as many more as SEEDS says.
+inline unsigned seeds(size_t always) {
+    const char* more = getenv("SEEDS");
+    return static_cast<unsigned>(always + (more != nullptr ? strtoul(more, nullptr, 10) : 0));
+}
+
 // For tests that spoil the state on purpose: the library does not look at it after each call.
 inline void allowSpoiltState() {
     unsetenv("KTRAID_SIM_CHECK");
