@@ -11,19 +11,19 @@
 
 static const char* const PASTS[] = {
     "e50f fce1 cddc 2aa2 9184 ea53 fa1b f62c b38d 9861 f968 eeda ",
-    "2c75 a9ea 194d e60f e7d4 5458 4dba 07de 879e 9da7 e7b2 bfdb ",
+    "9f89 96ec b287 ccb1 f427 9981 ab9c 8c3e c5bb e437 1928 c2d5 ",
     "47f0 dc53 d1b5 fc25 2334 8f1a f915 e965 0ef7 3bb7 b9ff 8608 ",
-    "a066 cc0a f054 4fa7 e4a7 5d68 0bf3 fd17 795a 6ec2 a9b8 3660 ",
+    "d784 c338 f950 0aae f1a9 ea33 3377 dffe b85c 0fd7 c950 e5ac ",
     "9a95 e6e9 d153 ba91 a901 1a60 6da0 1da4 3a8c a1a1 b7f2 22fe ",
-    "9fa8 b547 4d6f 2983 2d82 14eb 5d44 0b58 64bb 50d5 3e7f 4689 ",
+    "655b fce5 2b2f 2909 8fab 0ec7 335d 2b4e 01af c653 fce4 8e4c ",
     "418f 3da3 9375 c721 b919 7b5a a171 bb54 df8b 6b60 1574 79a7 ",
-    "b85d 36b2 a00b e8ff 7fd1 28d6 2e94 4c91 7893 324c 9dee 59f4 ",
+    "de2b 8f1a 3d99 3f2f 3572 f995 44ad 08a0 4901 5143 fd63 0e83 ",
     "e479 8dcb a719 e276 8b47 db6f 038f bb43 bc3a 4c3d ee2a 3e2b ",
-    "be39 30aa f9e9 48bf fc1d 4934 c06b 72b3 7905 ee10 867f b872 ",
+    "6928 27e8 fff8 5c93 ac99 5098 2e55 fc83 23ea 27ef 91a2 5145 ",
     "ffe5 0356 90bf 4c95 7030 a15e d7b8 f5fd 2f3d 863e 64a6 029d ",
-    "0129 675d a362 470e a75a d045 4323 9038 0fca 1bfe e56c 30ba ",
+    "2b8f a967 9368 f91a ab14 dc78 3bb0 1376 5a94 cdf2 02da d9dd ",
     "5b76 ae31 5ecb 11a0 ef0d 8abe b68e 7878 bbdd 154b 6ade 256e ",
-    "ea01 60a9 d595 9530 5d3f a160 f371 7aee 0448 315c be43 a9d0 ",
+    "ad0b 8bea 5e29 b8d5 7f23 6e9e b37c 3c75 66d7 3734 ffe3 ab53 ",
 };
 
 // Lines of commands whose options go together, or of several commands. An A stands before what only the array-based

@@ -32,7 +32,9 @@ static const BuiltInLab RARE = {"rare", R"({"adapters": [
      {"count": 8, "type": "SATA", "size": "20GB"}, {"count": 2, "type": "SATA", "size": "20GB", "sector": 4096}]}]})"};
 static const char* const LABS[] = {"rare", "default", "troubled", "rare", "hostile", "rare", "empty"};
 
-static unsigned mutated; // answers in this run
+// In this run: answers that were changed, and calls until one fails.
+static unsigned mutated;
+static size_t untilFailure;
 
 // Something else in the answer: a byte, a number of two bytes at its bounds, or all of it.
 static void mutate(const AnswerBytes& answer) {
@@ -75,6 +77,11 @@ static KT_U8 answerAtRandom(const char* name, const std::vector<AnswerBytes>& an
     if (strncmp(name, "KT_API_", 7) == 0 || strcmp(name, "KT_Adapter_GetCount") == 0) return status;
     const KT_U8 answer = answerWrongly(answers, status);
     return answer != KT_OK && strstr(name, "Get") == nullptr && below(2) == 0 ? KT_U8{KT_OK} : answer;
+}
+
+static KT_U8 failOnce(const char* name, const std::vector<AnswerBytes>&, KT_U8 status) {
+    if (strncmp(name, "KT_API_", 7) == 0 || untilFailure-- != 0) return status;
+    return static_cast<KT_U8>(1 + below(200));
 }
 
 Past::Past() {
@@ -158,7 +165,10 @@ void Past::runHere(const std::function<void()>& code) {
         close(file);
     }
     mutated = 0;
-    if (GetParam() % 2 == 1) afterCall = answerAtRandom;
+    if (GetParam() % 2 == 1) {
+        untilFailure = below(16);
+        afterCall = below(2) == 0 ? failOnce : answerAtRandom;
+    }
     code();
     afterCall = nullptr;
     fflush(stdout);

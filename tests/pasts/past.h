@@ -41,7 +41,7 @@ struct Past : testing::TestWithParam<unsigned> {
 
     Past();
     ~Past() override;
-    // A state of one of the labs. In every other past the library answers wrongly now and then.
+    // A state of one of the labs. In every other past either one call of a run fails, or many answer wrongly.
     void begin(size_t at);
     // What no command does: to disks, shelves and the battery, while time passes.
     void happen(size_t times);

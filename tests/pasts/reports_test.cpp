@@ -13,13 +13,13 @@
 #include "past.h"
 
 static const char* const PASTS[] = {
-    "2e7d 1c46 c768 73f8 5092 cd13 ", "fcc3 36ad 406c 3718 5104 a119 ", "a9fa ee26 2565 5bb1 8e2e 767d ",
-    "dab7 f98e a41a 32e9 63c5 3966 ", "1acf 349e 038b 048b da11 ecce ", "901c ae79 ff08 72ef db60 e203 ",
-    "c84c 45a7 82b5 6200 d1a3 e960 ", "07bb 614a 691f febd 28a9 0575 ", "a93b b439 136c 8f3e 00ba e858 ",
-    "44f1 81e5 75f7 e4cc e22e ac42 ", "f481 99ea c88c 56ae 06bd 4cc2 ", "2b0a e6bc 3c8f 232f 9ee1 0f2b ",
-    "3fc8 4684 07f3 f0e3 8727 1630 ", "7c1e ec95 193c 2782 a041 ac0e ", "a726 3628 ef97 7d66 f7f2 92b7 ",
-    "c87e 162a a6a0 6c07 c6ec c467 ", "e078 2d21 f7c2 62fe 7ec3 1fef ", "230c e76a f3eb 7406 dc2b 9a80 ",
-    "f723 644d cb1e 3c34 f326 6920 ", "588a 7ae5 9157 aff0 15ee 3e34 ",
+    "2e7d 1c46 c768 73f8 5092 cd13 ", "7a31 3df8 85b6 c968 99ee 7958 ", "a9fa ee26 2565 5bb1 8e2e 767d ",
+    "550b 3cf3 876d 1de4 526b d3fd ", "1acf 349e 038b 048b da11 ecce ", "6f2c b902 f0a1 1a59 04ce 91c7 ",
+    "c84c 45a7 82b5 6200 d1a3 e960 ", "9330 f4be 54c2 abb0 93ea 602c ", "a93b b439 136c 8f3e 00ba e858 ",
+    "8472 557d d0e2 38c7 8486 4213 ", "f481 99ea c88c 56ae 06bd 4cc2 ", "27f8 35fe e726 653d 5800 73f6 ",
+    "3fc8 4684 07f3 f0e3 8727 1630 ", "1c0a c10a 2de5 5e1f dffe ed7f ", "a726 3628 ef97 7d66 f7f2 92b7 ",
+    "f1c0 fa09 8572 4fb6 5b05 a198 ", "e078 2d21 f7c2 62fe 7ec3 1fef ", "c448 65a4 2266 dab6 9fa8 09c8 ",
+    "f723 644d cb1e 3c34 f326 6920 ", "b2d9 ccb4 a7ed 26fd ec72 d7bf ",
 };
 
 // Reports tell when and where they were made.
