@@ -2,8 +2,11 @@
 import glob
 import json
 import os
+import re
+import signal
 import stat
 import subprocess
+import time
 import unittest
 
 from terminal import PROGRAM, TerminalTest
@@ -34,6 +37,9 @@ class CtrlCTest(TerminalTest):
         self.say(child, "info -o vd -i 3", "archive")
         alone = self.spawn("delete", "-o", "vd", "-i", "3")
         alone.expect_exact("(y or n)")
+        # Before it waits for the answer, Ctrl-C would end the program.
+        while not int(re.search(r"SigCgt:\s*(\w+)", open(f"/proc/{alone.pid}/status").read())[1], 16) & 1 << signal.SIGINT - 1:
+            time.sleep(0.01)
         alone.sendintr()
         self.assertEqual(self.left(alone), 0)
         self.say(child, "info -o vd -i 3", "archive")
