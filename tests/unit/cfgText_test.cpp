@@ -155,7 +155,8 @@ TEST(CfgReader, ReadsThePhyFormToTheEndOfItsPorts) {
     EXPECT_FALSE(read("[PORT CONFIG]\n[END]\n").good);
 }
 
-// The words were checked one by one when these sums were taken, each over what is said to values of a section's keys.
+// Sums of what is said to values of each section's keys, in every place. Where that is to be different, compare what
+// the test prints with what it printed before.
 TEST(CfgReader, SaysWhatIsWrong) {
     const struct {
         std::string (*text)(const std::string&);

@@ -6,7 +6,7 @@
 #include "tests/support/printed.h"
 #include "tests/support/rows.h"
 
-// The words were checked one by one when this sum was taken, over every byte of a status alone, of each type.
+// The sum of what is said of every byte of a status alone, of each type. Public/elementFlags.h has the bits.
 TEST(Element, DecodesTheFieldsOfEachType) {
     std::string texts;
     for (KT_U8 type = 0; type <= 0x18; ++type) {

@@ -17,8 +17,8 @@ struct RaidRules : testing::Test {
 };
 } // namespace
 
-// The words were checked one by one when this sum was taken, over which numbers of disks, and of parity disks on them,
-// each use of a level takes, and what is said to the others.
+// The sum of which numbers of disks, and of parity disks on them, each use of a level takes, and of what is said to the
+// others. Where that is to be different, read what the test prints before its sum takes the place of this one.
 TEST_F(RaidRules, DiskAndParityCounts) {
     std::string texts;
     for (RaidUse use : {USE_CREATE_VD, USE_CREATE_ARRAY, USE_MAX_SIZE, USE_MIGRATE_VD, USE_MIGRATE_ARRAY}) {
