@@ -278,6 +278,8 @@ void reviewForeign(const Context& context) {
             rememberAway(context, vd);
             erase<_LD_Info>(context, vd.info.ID);
             erase<VdState>(context, vd.info.ID);
+            // A lab can have put it into an array.
+            if (vd.info.DGID != KT_NO_ID) freeSlot(context, vd.info.DGID, vd.info.ID);
             continue;
         }
         if (isConflicted(vd.info)) continue;
