@@ -9,19 +9,6 @@ Solid-state disks: their health, their self-tests, their microcode.
   8     Petrel PX800G SAS SSD    PX20      N/A       N/A       N/A       N/A   never run
   11    Petrel PS480G SSD        PS41C     100 %     6.0 TB    12104 h   36 C  never run
   2     Petrel PS240G SSD        PS41C     100 %     3.0 TB    12032 h   34 C  never run
-  $ for age in "wear 7" "reallocated 12" "pending 3" "link-errors 2"; do ktsim disk age 11 $age; done; kt ssd -d 11 | paste -d'|' - -
-  hard disk id:            11|model:                   Petrel PS480G SSD
-  microcode version:       PS41C|reallocated sectors:     12
-  power on:                12104 h|power cycles:            12
-  program failures:        0|erase failures:          0
-  wear levelling:          93 %|uncorrectable errors:    0
-  temperature:             36 C|CRC errors:              2
-  life left:               93 %|bytes written:           6.0 TB
-  $ calls | grep SSD | sed 's/c=0*/c=0/; s/-> 0 .*/-> 0/' | tail -4
-  KT_SSD_Diagnostic a=0 pd=11 diagnostic=0 -> 0
-  KT_SSD_SmartReadData a=1 pd=2 -> 0
-  KT_SSD_Diagnostic a=1 pd=2 diagnostic=0 -> 0
-  KT_SSD_SmartReadData a=0 pd=11 -> 0
 
 A self-test takes its time.
 
@@ -37,27 +24,10 @@ A self-test takes its time.
   
   Unable to stop the self-test of PD 11 (error 27: Quillon diagnostic status phase returns command error)
   = 27
-  $ kt ssd -d 7 --action start --test long; ktsim clock advance 2h; for pd in 11 7; do kt ssd -d $pd -a status | sed 1d | joined; done
-  The long self-test of PD 7 is started.
-  self-test:               aborted | power on when it ended:  12104 h | result code:             1 | first error LBA:         none
-  self-test:               passed | power on when it ended:  13976 h | result code:             0 | first error LBA:         none
-
-A damaged disk fails where it cannot be read.
-
-  $ ktsim disk damage 7 --lba 700000000 --count 4 -f > /dev/null
-  $ kt ssd -d 7 -a start -t long && ktsim clock advance 1h && kt ssd -d 7 -a status | tail -4 | joined
-  The long self-test of PD 7 is started.
-  self-test:               failed | power on when it ended:  13978 h | result code:             7 | first error LBA:         700000000
-  $ ktsim disk fail 11 -f; kt ssd | tail -1
-  11    Petrel PS480G SSD        PS41C     N/A       N/A       N/A       N/A   N/A
 
 Microcode comes page by page, at once or for the next start, and is asked about.
 
   $ lab default; ktsim image microcode now.bin -m "Petrel PS480G SSD" -v PS50A --size 400
-  $ kt ssdop -d 11 -a version
-  hard disk id:      11
-  model:             Petrel PS480G SSD
-  microcode version: PS41C
   $ for answer in n y; do echo $answer | kt ssdop -d 11 -f now.bin; done; calls | grep -c Download
   The disk may be lost when the download fails. Do you want to download 'now.bin' to PD 11? (y or n)
   The disk may be lost when the download fails. Do you want to download 'now.bin' to PD 11? (y or n)
@@ -84,11 +54,6 @@ What a drive refuses leaves it with the microcode that it had; nothing is tried 
   Failed to download page 0 of file 'now.bin' to PD 7 (error 166: invalid microcode found).
   PD 7 is online, its microcode is PX20.
   = 166
-  $ for part in data header; do
-  >   ktsim image microcode $part.bin -m "Petrel PS480G SSD" -v PS52A --size 400 --damage $part
-  >   kt ssdop -d 11 -f $part.bin --waiveconfirmation | grep Failed; done
-  Failed to download page 2 of file 'data.bin' to PD 11 (error 184: Invalid flash buffer data).
-  Failed to download page 0 of file 'header.bin' to PD 11 (error 166: invalid microcode found).
   $ ktsim fault KT_Download_SSD_Microcode 20 --after 1; : > trace
   $ kt ssdop -d 11 -f now.bin --waiveconfirmation | tail -2; calls | grep -c Download
   Failed to download page 1 of file 'now.bin' to PD 11 (error 20: Link time out).

@@ -24,12 +24,6 @@ A machine that is off does not answer, and does nothing meanwhile.
   ktsim: the machine is on already
             [#####---------------] 27% rebuild of disk 9 from disks 1 2, 2 h 38 min left
             [##################--] 91% rebuild of disk 5 from disks 3 4, 8 min 49 s left
-  $ log | tail -3; ktsim clock until idle; kt info -o vd -i 2 | grep ^status
-  [INFO] Shutdown command received from host
-  [INFO] Adapter 0 with serial number KS260100004711 is detected
-  [WARNING] Request to physical disk 0 is timed out
-  Idle after 2 h 38 min.
-  status:              online
 
 What is gone at the boot is told then, and not before. It may be back before anybody notices.
 
@@ -41,13 +35,8 @@ What is gone at the boot is told then, and not before. It may be back before any
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
   $ ktsim power off; ktsim disk insert 1 3 7 8; ktsim power on; statuses
   online, online, degraded, partially optimal
-  $ lab default; ktsim power off; ktsim enclosure pull 1 -f; ktsim power on; news | tail -1
-  [CRITICAL] Previous configuration completely missing at boot
-  $ lab default; ktsim power off; for pd in 1 7 8; do ktsim disk pull $pd -f; done
-  $ for pd in 1 8 7; do ktsim disk insert $pd; done; ktsim power on; news; statuses
-  online, online, online, online
 
-Each boot tells what is wrong: what does not answer, is about to fail, is broken or missing. So it tells what ended.
+Each boot tells what is wrong: what does not answer, is about to fail, is broken or missing.
 
   $ lab default; ktsim power off; ktsim disk trip 3; ktsim disk fail 12 -f; ktsim disk pull 1 5 6 -f; ktsim enclosure set 1 fan 2 failed
   $ ktsim enclosure reading 1 tpr 0 60; ktsim enclosure set 1 dor 0 open; ktsim power on; news | grep -v -i -e rebuild -e spare | paste -d'|' - -
@@ -55,28 +44,6 @@ Each boot tells what is wrong: what does not answer, is about to fail, is broken
   [MAJOR] Adapter 0 Defective fan 2 found|[WARNING] Adapter 0 is high temperature
   [WARNING] Adapter 0 intrusion is opened|[MAJOR] Physical disk missing from virtual disk 2 configuration at boot
   [MAJOR] Physical disk missing from virtual disk 3 configuration at boot|
-  $ ktsim enclosure set 1 fan 2 ok; ktsim disk trip 3 --clear; ktsim clock until idle; ktsim reboot; news
-  Idle after 13 h 14 min.
-  [WARNING] Request to physical disk 12 is timed out
-  [WARNING] Adapter 0 is high temperature
-  [WARNING] Adapter 0 intrusion is opened
-  [MAJOR] Physical disk missing from virtual disk 3 configuration at boot
-  $ lab default; ktsim disk fail 0 -f; kt cc -l 1 > /dev/null; ktsim power off; ktsim disk fail 8 -f; ktsim disk pull 1 3 9 -f
-  $ ktsim battery remove -f; ktsim power on; news | grep -v -e INFO -e 'disk missing' -e Request
-  [WARNING] Battery is removed
-  [MAJOR] Rebuild disk on virtual disk 2 failed
-  [MAJOR] Consistency fix on Virtual Disk 1 failed
-  [CRITICAL] Virtual disk 2 missing drives and went offline at boot
-  [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode
-  $ lab default; for what in 'remove -f' 'insert' 'insert'; do
-  >   ktsim power off; ktsim battery $what; ktsim power on; news | grep -e ery.is -e ery.has -e ery.pres; done | joined
-  [WARNING] Battery is removed | [INFO] Battery present | [INFO] Battery has been replaced
-  $ echo '{"adapters": [{"disks": [{"count": 5, "size": "20GB"}]}]}' > five.json; lab five.json; kt create -o array -r 6 -d 0,1,2,3 > /dev/null
-  $ kt create -o vd -a 0 > /dev/null; ktsim clock until idle; kt migrate -l 0 -d 0,1,2,3,4
-  Idle after 7 s.
-  Start migrate successfully
-  $ ktsim power off; ktsim disk replace 4 -f; ktsim power on; news
-  [MAJOR] Physical disk missing from virtual disk 0 configuration at boot
 
 What left while the power was off, and the machine has worked without since, is no copy any more.
 
@@ -86,9 +53,6 @@ What left while the power was off, and the machine has worked without since, is 
     VD 0     boot             RAID1        100.0 GiB  array 0  degraded, write-back, runs the OS
     VD 1     scratch          RAID1        400.0 GiB  array 0  degraded, write-back
     PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0
-  $ ktsim enclosure pull 1 -f; ktsim power off; ktsim enclosure insert 1; ktsim power on; news | head -2
-  [MAJOR] Virtual Disk 0 is degraded
-  [MAJOR] Virtual Disk 1 is degraded
 
 A battery keeps what was written last, if it lasts.
 
@@ -103,22 +67,6 @@ A battery keeps what was written last, if it lasts.
   [INFO] Battery started charging
   [WARNING] Battery capacity is below threshold
   [WARNING] Battery status is abnormal, VDs with auto-cache are now in write through mode
-  $ ktsim status --all -a 0 | grep sectors
-    PD 0     Fulmar FX2000G-SAS    SAS        1.8 TiB  bay 1:0     member of array 1, wrong data in 8 sectors
-    PD 7     Petrel PX800G SAS SSD SAS SSD  745.2 GiB  bay 1:7     member of array 0, wrong data in 16 sectors
-  $ lab default; ktsim battery remove -f; ktsim power off --pull; ktsim power on; news | grep -v ECC | joined
-  [MAJOR] Synchronization on Virtual Disk 0 failed  | [MAJOR] Synchronization on Virtual Disk 1 failed
-  $ lab default; ktsim power off --pull; ktsim battery insert; ktsim power on; news | grep -e eplaced -e 'Disk 2'
-  [INFO] Battery has been replaced
-  [MAJOR] Synchronization on Virtual Disk 2 failed 
-  $ lab default; ktsim battery remove -f; ktsim reboot; news
-
-A relearn that stood still for too long is given up, and the battery is charged.
-
-  $ lab default; ktsim battery relearn 1s; ktsim clock advance 1h; ktsim power off; ktsim clock advance 3d; ktsim power on
-  $ news | joined; ktsim battery show | head -1
-  [MAJOR] Battery relearn timed out | [INFO] Battery started charging
-  Charge       charging, 59%
 
 What it kept for a virtual disk that is offline waits for that, as long as the battery lasts.
 
@@ -129,12 +77,6 @@ What it kept for a virtual disk that is offline waits for that, as long as the b
     VD 2     orders           RAID5          2.0 TiB  array 1  offline, the cache keeps what it lacks
   $ ktsim disk insert 0 1; news | grep -e online -e flushed | joined
   [INFO] Virtual Disk 2 is online | [INFO] Auto dirty data flushed 1/1
-  $ kept; ktsim power off; ktsim disk insert 0 1; ktsim power on; news | grep data.flushed
-  [INFO] Auto dirty data flushed 1/1
-  $ kept; ktsim power off; ktsim battery remove -f; ktsim power on; ktsim disk insert 0 1; news | grep -e data -e Sync | joined
-  [MAJOR] Page data has an ECC error and can not be flushed | [MAJOR] Synchronization on Virtual Disk 2 failed
-  $ kept; echo y | kt delete -o vd -i 2 > /dev/null; ktsim power off; ktsim battery remove -f; ktsim power on; news | grep data
-  [1]
 
 Encrypting ports are locked until their keys are mounted again, and what lies on two of them waits for both.
 
@@ -153,11 +95,6 @@ Encrypting ports are locked until their keys are mounted again, and what lies on
   $ for port in 1 2; do kt aesport -o mount -i $port -e 0 -p open > /dev/null; kt info -o vd -i 0 | grep ^status; done
   status:              offline
   status:              online
-  $ news | grep -v Auto
-  [MAJOR] Physical disk 0 offline caused by cipher is mismatch between disk and port
-  [MAJOR] Physical disk 1 offline caused by cipher is mismatch between disk and port
-  [CRITICAL] Virtual Disk 0 is offline
-  [INFO] Virtual Disk 0 is online
 
 An image runs from the boot on. A damaged one gives way to the one before; without either there is little left.
 
@@ -176,9 +113,3 @@ An image runs from the boot on. A damaged one gives way to the one before; witho
   Flash command is returned successfully.
   [INFO] Spare disk 10 used by disk array 2
   [INFO] Rebuild disk on virtual disk 3 started
-  $ ktsim image damage -a 1; echo y | kt flash -a erase -t bin | tail -1; ktsim image damage -t bin; ktsim reboot; kt info -o bbu
-  ktsim: adapter 1 has no such images
-  Erase bios command is returned successfully.
-  ktsim: adapter 0 holds no such image
-  Unable to get info of BBU. (error 20: Link time out).
-  [20]
