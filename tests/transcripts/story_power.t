@@ -77,6 +77,8 @@ What it kept for a virtual disk that is offline waits for that, as long as the b
     VD 2     orders           RAID5          2.0 TiB  array 1  offline, the cache keeps what it lacks
   $ ktsim disk insert 0 1; news | grep -e online -e flushed | joined
   [INFO] Virtual Disk 2 is online | [INFO] Auto dirty data flushed 1/1
+  $ kept; ktsim power off; ktsim disk insert 0 1; ktsim power on; news | grep data.flushed
+  [INFO] Auto dirty data flushed 1/1
 
 Encrypting ports are locked until their keys are mounted again, and what lies on two of them waits for both.
 

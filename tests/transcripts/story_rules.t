@@ -78,3 +78,10 @@ What belongs to others is not wiped in passing.
     PD 10    Gannet GT1000G        SATA     931.5 GiB  PM 0:8      foreign of VD 3 4 5
   Wipe MDD on PD 9 failed (error 56: Specified physical disk is assigned to a virtual disk).
   Wipe PD 9 is returned successfully.
+
+A disk that is broken elsewhere is broken here.
+
+  $ fresh; ktsim disk fail 0 -f; cp state.db other.db; fresh; ktsim disk insert 0 1 --from other.db > /dev/null
+  $ ktsim status | grep 'PD 1[23] '
+    PD 12    Gannet GT500G         SATA     465.8 GiB  bay 0:12    not in use, FAILED
+    PD 13    Gannet GT500G         SATA     465.8 GiB  bay 0:13    free
