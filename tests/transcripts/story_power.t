@@ -79,6 +79,10 @@ What it kept for a virtual disk that is offline waits for that, as long as the b
   [INFO] Virtual Disk 2 is online | [INFO] Auto dirty data flushed 1/1
   $ kept; ktsim power off; ktsim disk insert 0 1; ktsim power on; news | grep data.flushed
   [INFO] Auto dirty data flushed 1/1
+  $ kept; ktsim power off; ktsim battery remove -f; ktsim power on; ktsim disk insert 0 1; news | grep -e data -e Sync | joined
+  [MAJOR] Page data has an ECC error and can not be flushed | [MAJOR] Synchronization on Virtual Disk 2 failed
+  $ kept; echo y | kt delete -o vd -i 2 > /dev/null; ktsim power off; ktsim battery remove -f; ktsim power on; news | grep data
+  [1]
 
 Encrypting ports are locked until their keys are mounted again, and what lies on two of them waits for both.
 
@@ -115,3 +119,9 @@ An image runs from the boot on. A damaged one gives way to the one before; witho
   Flash command is returned successfully.
   [INFO] Spare disk 10 used by disk array 2
   [INFO] Rebuild disk on virtual disk 3 started
+  $ ktsim image damage -a 1; echo y | kt flash -a erase -t bin | tail -1; ktsim image damage -t bin; ktsim reboot; kt info -o bbu
+  ktsim: adapter 1 has no such images
+  Erase bios command is returned successfully.
+  ktsim: adapter 0 holds no such image
+  Unable to get info of BBU. (error 20: Link time out).
+  [20]
