@@ -71,6 +71,16 @@ TEST(Lab, AddsWhatIsNotSaid) {
     EXPECT_EQ(find<GlobalState>(*state.store, ADAPTER_GLOBAL, 0)->adapterCount, 3);
 }
 
+TEST(Lab, ShowsWhatAnArrayDoesOnAllItsVirtualDisks) {
+    for (const std::string state : {"running", "paused", "interrupted"}) {
+        const MemoryState lab(
+            R"({"adapters": [{"disks": [{"count": 3}], "arrays": [{"disks": [0, 1, 2], "virtualDisks": [
+            {"size": "1GiB"}, {"size": "1GiB", "activity": {"kind": "rebuild", "state": ")" +
+            state + "\"}}]}]}]}");
+        EXPECT_EQ(findViolations(*lab.store), std::vector<std::string>()) << state;
+    }
+}
+
 TEST(Lab, SaysWhereTheMistakeIs) {
     const auto adapter = [](const std::string& words) { return R"({"adapters": [{)" + words + "}]}"; };
     const auto disk = [&](const std::string& words) { return adapter(R"("disks": [{}, {)" + words + "}]"); };

@@ -6,6 +6,7 @@
 #include "lab/reportWords.h"
 #include "media/blocks.h"
 #include "media/disks.h"
+#include "raid/activityRecords.h"
 #include "raid/cacheMode.h"
 #include "state/simClock.h"
 
@@ -361,6 +362,9 @@ static void addArray(Context& context, LabReader& reader, const Layout& layout) 
     takeNothingElse(reader);
     save(context, id, array);
     save(context, id, state);
+    // What goes on in one of its virtual disks goes on in all of them.
+    for (const KT_U16 vd : array.VDIDs)
+        if (vd != KT_NO_ID) showActivity(context, vd);
 }
 
 // With "count", each copy takes as many disks further on.
