@@ -78,6 +78,12 @@ TEST_F(Surface, APatrolRepairsOnlyWhatTheOthersHold) {
         EXPECT_EQ(found({KT_PD_StartMediaPatrol(0, 7)}), "2/17:7 2/36:7(47,3,17) 2/37:7(0,100,1) 2/22:7");
 }
 
+TEST_F(Surface, ASectorBeyondTwoTebibytesTakesTwoNumbers) {
+    start(R"({"adapters": [{"type": "array-based", "disks": [{"size": "4TB", "spare": "global"}]}]})");
+    EXPECT_EQ(found({spoil(0, 0x110000005, UNREADABLE), KT_PD_StartMediaPatrol(0, 0), advance(DAY)}),
+              "2/17:0 2/36:0(143,3,17) 2/37:0(1,268435461,1) 2/22:0");
+}
+
 TEST_F(Surface, ARebuildMarksWhatIsLostUntilItIsWrittenAgain) {
     EXPECT_EQ(found({spoil(0, 5000, UNREADABLE, 8), failDisk(0, 1)}),
               "2/4:1 2/2:1 1/4:0 2/59:7(7) 1/70:0 2/36:0(40,3,17) 2/37:0(0,5000,8) 2/37:7(0,5000,8,1) 1/75:0 1/1:0");
