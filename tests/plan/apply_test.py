@@ -97,7 +97,7 @@ class Applying(unittest.TestCase):
             self.assertEqual(machine.run("ktsetup", "create", "-o", "array", "-r", "1", "-d", "1,2").returncode, 0)
             text = run.communicate("y\n")[0]
         self.assertEqual(run.returncode, 1)
-        self.assertIn("Stopped: the adapter is no longer as the plan thinks:\n", text)
+        self.assertIn(f"Stopped: the adapter is no longer as the plan thinks:\n{machine.path('wanted.json')}: adapters[0].", text)
         self.assertIn("Nothing was changed.", text)
         self.assertEqual(machine.report()["adapters"][0]["config"]["RebuildRate"], 50)
 
