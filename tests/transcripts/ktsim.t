@@ -148,7 +148,7 @@ whether they were pulled there; what missed writing has nothing to bring.
   $ kt import -i 0 && kt info -o array -i 0 | grep -e '^Name' -e '^Spare'; export KTRAID_SIM="$PWD/state.db"
   Name:                databases
   Spare PD IDs:        8
-  $ ktsim disk replace 1 --force && ktsim disk trip 11 && ktsim status | grep 'PD 11'
+  $ ktsim disk replace 1 --force && ktsim disk replace 11 --sector 4096 && ktsim disk trip 11 && ktsim status | grep 'PD 11'
     PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  port 6      free, failing
 
 What is wrong on a disk shows where a person looks for it, and when something reads there.
