@@ -2,19 +2,24 @@
 
 #include <algorithm>
 
-// The log's codes of an activity: its start, and from there on the steps that all of them have.
+// The log's codes of an activity follow that of its start, in the same order for all of them.
 enum : unsigned { RESTARTED = 1, RESUMED = 3, PROGRESS = 6, RESUMED_BY_ADAPTER = 9 };
-enum : unsigned { EVENTS_OF_VDS = 1, EVENTS_OF_DISKS = 2 };
 
-static std::optional<unsigned> firstCode(const std::string& kind) {
+static std::optional<EventName> startOf(const std::string& kind) {
     static const struct {
         const char* kind;
-        unsigned code;
-    } codes[] = {{"check", 20},           {"check and fix", 30},   {"quick init", 40},
-                 {"background init", 50}, {"foreground init", 60}, {"rebuild", 70},
-                 {"migration", 80},       {"copy back", 90},       {"media patrol", 17}};
-    for (const auto& row : codes) {
-        if (kind == row.kind) return row.code;
+        EventName start;
+    } starts[] = {{"check", EVT_VD_CHECK_STARTED},
+                  {"check and fix", EVT_VD_FIX_STARTED},
+                  {"quick init", EVT_VD_QUICK_INIT_STARTED},
+                  {"background init", EVT_VD_BACKGROUND_INIT_STARTED},
+                  {"foreground init", EVT_VD_FOREGROUND_INIT_STARTED},
+                  {"rebuild", EVT_VD_REBUILD_STARTED},
+                  {"migration", EVT_VD_MIGRATION_STARTED},
+                  {"copy back", EVT_VD_COPY_BACK_STARTED},
+                  {"media patrol", EVT_PD_PATROL_STARTED}};
+    for (const auto& row : starts) {
+        if (kind == row.kind) return row.start;
     }
     return std::nullopt;
 }
@@ -30,18 +35,19 @@ struct Mark {
 // The log's last stretch without a pause: its first and its last mark.
 static std::vector<Mark> marksOf(const Json& adapter, const Going& going) {
     std::vector<Mark> marks;
-    const auto first = firstCode(going.kind);
-    if (!first) return marks;
-    const unsigned events = going.of == ActivityOf::Disk ? EVENTS_OF_DISKS : EVENTS_OF_VDS;
+    const auto start = startOf(going.kind);
+    if (!start) return marks;
+    const unsigned first = *start & 0xFFFF;
     for (const Json& event : listIn(adapter, "events")) {
         const auto code = numberIn(event, "Code");
         const auto time = numberIn(event, "TimeStamp");
-        if (numberIn(event, "Class") != events || numberIn(event, "DeviceID") != going.id || !code || !time) continue;
+        const bool ofItsClass = numberIn(event, "Class") == *start >> 16;
+        if (!ofItsClass || numberIn(event, "DeviceID") != going.id || !code || !time) continue;
         const double at = static_cast<double>(*time);
-        if (*code == *first || *code == *first + RESTARTED) marks = {{at, 0}};
-        if (*code == *first + RESUMED || *code == *first + RESUMED_BY_ADAPTER) marks.clear();
+        if (*code == first || *code == first + RESTARTED) marks = {{at, 0}};
+        if (*code == first + RESUMED || *code == first + RESUMED_BY_ADAPTER) marks.clear();
         const Json& values = listIn(event, "Params");
-        if (*code == *first + PROGRESS && !values.empty() && values[0].is_number()) {
+        if (*code == first + PROGRESS && !values.empty() && values[0].is_number()) {
             marks.push_back({at, values[0].get<double>()});
         }
     }
@@ -59,7 +65,7 @@ static std::optional<KT_U64> secondsLeft(const Json& adapter, const Going& going
     return static_cast<KT_U64>(left / done * took);
 }
 
-static void addActivity(std::vector<Going>& list, const Json& adapter, Going going, const Json& activity) {
+static void addGoing(std::vector<Going>& list, const Json& adapter, Going going, const Json& activity) {
     if (!activity.is_object()) return;
     const std::string kind = shown(textIn(activity, "kind"));
     going.kind = kind.empty() ? "activity" : kind;
@@ -74,7 +80,7 @@ std::vector<Going> activitiesOf(const Json& adapter) {
     std::vector<Going> list;
     const auto idOf = [](const Json& object) { return numberIn(object, "id").value_or(0); };
     for (const VdInArray& one : virtualDisksOf(adapter)) {
-        addActivity(
+        addGoing(
             list, adapter,
             {ActivityOf::VirtualDisk, idOf(*one.vd), nameOfVd(*one.vd), shown(textIn(*one.vd, "name")), "", "", {}, {}},
             in(*one.vd, "activity"));
@@ -83,14 +89,14 @@ std::vector<Going> activitiesOf(const Json& adapter) {
         const Json& vds = listIn(array, "virtualDisks");
         const bool told = std::any_of(vds.begin(), vds.end(), [](const Json& vd) { return vd.contains("activity"); });
         if (told) continue;
-        addActivity(list, adapter,
-                    {ActivityOf::Array, idOf(array), nameOfArray(array), shown(textIn(array, "name")), "", "", {}, {}},
-                    in(array, "activity"));
+        addGoing(list, adapter,
+                 {ActivityOf::Array, idOf(array), nameOfArray(array), shown(textIn(array, "name")), "", "", {}, {}},
+                 in(array, "activity"));
     }
     for (const Json& disk : listIn(adapter, "disks")) {
         const Json& patrol = in(disk, "patrol");
         if (patrol.is_object()) {
-            addActivity(list, adapter, {ActivityOf::Disk, idOf(disk), nameOfDisk(disk), "", "", "", {}, {}}, patrol);
+            addGoing(list, adapter, {ActivityOf::Disk, idOf(disk), nameOfDisk(disk), "", "", "", {}, {}}, patrol);
         }
     }
     return list;

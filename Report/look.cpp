@@ -43,6 +43,13 @@ bool isFalse(const Json& object, const char* word) {
     return value.is_boolean() && !value.get<bool>();
 }
 
+std::optional<EventName> nameOfEvent(const Json& event) {
+    const auto eventClass = numberIn(event, "Class");
+    const auto code = numberIn(event, "Code");
+    if (!eventClass || !code || *eventClass > 0xFFFF || *code > 0xFFFF) return std::nullopt;
+    return static_cast<EventName>(*eventClass << 16 | *code);
+}
+
 const Json* findItem(const Json& owner, const char* list, KT_U64 id) {
     for (const Json& item : listIn(owner, list)) {
         if (numberIn(item, "id") == id) return &item;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Report/json.h"
+#include "events/events.h"
 
 // The value of a word; null when the object has none, or is none.
 const Json& in(const Json& object, const char* word);
@@ -20,6 +21,9 @@ std::optional<double> amountIn(const Json& object, const char* word);
 // Whether the word is there and true.
 bool isTrue(const Json& object, const char* word);
 bool isFalse(const Json& object, const char* word);
+
+// The name of an event in the document's log; it need not be one that the list knows.
+std::optional<EventName> nameOfEvent(const Json& event);
 
 // The adapter of the document with the id; null without one.
 const Json* findAdapter(const Json& document, KT_U64 id);

@@ -1,6 +1,8 @@
 // How the rules look at a document. Each finder looks at one adapter and reports what it finds.
 #pragma once
 
+#include <algorithm>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <vector>
@@ -38,21 +40,28 @@ inline void found(Scene& scene, Finding finding) {
 // "ktsetup 0 " and the words: a command to type for the adapter.
 std::string command(const Scene& scene, const std::string& words);
 
-// The events of a class, newest first, as (code, device): the first that `wanted` takes is answered with its code.
+// The name of the newest event that has one of the names and that `wanted` takes.
 template <class Wanted>
-std::optional<unsigned> newestEvent(const Scene& scene, unsigned eventClass, Wanted wanted) {
+std::optional<EventName> newestEvent(const Scene& scene, std::initializer_list<EventName> names, Wanted wanted) {
     const Json& events = listIn(scene.adapter, "events");
     for (auto event = events.rbegin(); event != events.rend(); ++event) {
-        const auto code = numberIn(*event, "Code");
-        if (numberIn(*event, "Class") != eventClass || !code) continue;
-        if (wanted(static_cast<unsigned>(*code), *event)) return static_cast<unsigned>(*code);
+        const auto name = nameOfEvent(*event);
+        if (name && std::find(names.begin(), names.end(), *name) != names.end() && wanted(*event)) return name;
     }
     return std::nullopt;
+}
+inline std::optional<EventName> newestEvent(const Scene& scene, std::initializer_list<EventName> names) {
+    return newestEvent(scene, names, [](const Json&) { return true; });
+}
+
+// " on adapter 1"
+inline std::string onAdapter(const Scene& scene) {
+    return " on adapter " + std::to_string(scene.adapterId);
 }
 
 // Why encryption took a disk that is offline from its port, as the log says, and what helps; null when it did not.
 struct CipherComplaint {
-    unsigned code; // of the event
+    EventName event;
     const char* why;
     const char* remedy;
 };

@@ -3,33 +3,27 @@
 
 #include "Report/problemRules.h"
 
-enum : unsigned { EVENTS_OF_DISKS = 2, PLUGGED_IN = 1, BAD_SECTOR = 37, BAD_SECTOR_FIXED = 38 };
-
 namespace {
 // What the adapter's log last said of disks' sectors that cannot be read.
-using MediaLog = std::map<KT_U64, unsigned>;
+using MediaLog = std::map<KT_U64, EventName>;
 } // namespace
 
 static constexpr CipherComplaint CIPHER_COMPLAINTS[] = {
-    {55, "it is not encrypted, but its port encrypts",
+    {EVT_PD_PLAIN_ON_CRYPTO_PORT, "it is not encrypted, but its port encrypts",
      "Move the disk to a port that does not encrypt, or switch its port's encryption off (ktsetup's aesport); "
      "forceonline would empty it."},
-    {56, "it is encrypted, but its port does not encrypt",
+    {EVT_PD_CRYPTO_ON_PLAIN_PORT, "it is encrypted, but its port does not encrypt",
      "Give its port the disk's key and switch its encryption on (ktsetup's aesport), or move the disk to the port that "
      "it came from."},
-    {57, "it is encrypted, and its port has another key or none",
+    {EVT_PD_CIPHER_MISMATCH, "it is encrypted, and its port has another key or none",
      "Mount the disk's key at its port (ktsetup's aesport), or move the disk to the port that it came from."}};
 
 const CipherComplaint* cipherComplaint(const Scene& scene, KT_U64 disk) {
-    const auto complaintOf = [](unsigned code) {
-        return std::find_if(std::begin(CIPHER_COMPLAINTS), std::end(CIPHER_COMPLAINTS),
-                            [&](const CipherComplaint& each) { return each.code == code; });
-    };
-    const auto last = newestEvent(scene, EVENTS_OF_DISKS, [&](unsigned code, const Json& event) {
-        return numberIn(event, "DeviceID") == disk &&
-               (code == PLUGGED_IN || complaintOf(code) != std::end(CIPHER_COMPLAINTS));
-    });
-    const auto* complaint = complaintOf(last.value_or(PLUGGED_IN));
+    const auto last = newestEvent(
+        scene, {EVT_PD_PLUGGED_IN, EVT_PD_PLAIN_ON_CRYPTO_PORT, EVT_PD_CRYPTO_ON_PLAIN_PORT, EVT_PD_CIPHER_MISMATCH},
+        [&](const Json& event) { return numberIn(event, "DeviceID") == disk; });
+    const auto* complaint = std::find_if(std::begin(CIPHER_COMPLAINTS), std::end(CIPHER_COMPLAINTS),
+                                         [&](const CipherComplaint& each) { return each.event == last; });
     return complaint == std::end(CIPHER_COMPLAINTS) ? nullptr : complaint;
 }
 
@@ -37,9 +31,9 @@ static MediaLog readLog(const Scene& scene) {
     MediaLog log;
     for (const Json& event : listIn(scene.adapter, "events")) {
         const auto id = numberIn(event, "DeviceID");
-        const auto code = static_cast<unsigned>(numberIn(event, "Code").value_or(0));
-        if (numberIn(event, "Class") != EVENTS_OF_DISKS || !id) continue;
-        if (code == PLUGGED_IN || code == BAD_SECTOR || code == BAD_SECTOR_FIXED) log[*id] = code;
+        const auto name = nameOfEvent(event);
+        if (!id || !name) continue;
+        if (name == EVT_PD_PLUGGED_IN || name == EVT_PD_BAD_SECTOR || name == EVT_PD_SECTOR_FIXED) log[*id] = *name;
     }
     return log;
 }
@@ -49,15 +43,12 @@ static std::string capital(std::string text) {
     return text;
 }
 
-static std::string onAdapter(const Scene& scene) {
-    return " on adapter " + std::to_string(scene.adapterId);
-}
-
 static std::string lightIt(const Scene& scene, KT_U64 id) {
     return command(scene, "locate -o pd -i " + std::to_string(id) + " -a on");
 }
 
-static void add(Scene& scene, const char* rule, KT_U64 id, const std::string& text, const std::string& action) {
+static void addDiskProblem(Scene& scene, const char* rule, KT_U64 id, const std::string& text,
+                           const std::string& action) {
     found(scene, {rule, "disk", id, capital(text), action});
 }
 
@@ -91,25 +82,26 @@ static void findFailed(Scene& scene, KT_U64 id, const Json& disk) {
     if (textIn(disk, "state") != "offline") return;
     const std::string name = nameOfDisk(disk) + onAdapter(scene);
     if (const CipherComplaint* complaint = cipherComplaint(scene, id)) {
-        add(scene, "cipher-mismatch", id, name + " was taken offline: " + complaint->why + ".", complaint->remedy);
+        addDiskProblem(scene, "cipher-mismatch", id, name + " was taken offline: " + complaint->why + ".",
+                       complaint->remedy);
         return;
     }
-    add(scene, "disk-failed", id, name + " has failed" + whatItMeans(scene, id, disk) + ".",
-        "Replace the disk in " + placeOf(disk) + " with one at least as large; \"" + lightIt(scene, id) +
-            "\" lights its LED.");
+    addDiskProblem(scene, "disk-failed", id, name + " has failed" + whatItMeans(scene, id, disk) + ".",
+                   "Replace the disk in " + placeOf(disk) + " with one at least as large; \"" + lightIt(scene, id) +
+                       "\" lights its LED.");
 }
 
 static void findSmart(Scene& scene, KT_U64 id, const Json& disk) {
     if (!isTrue(disk, "smartTripped")) return;
-    add(scene, "disk-smart", id, nameOfDisk(disk) + onAdapter(scene) + " foretells its failure (SMART).",
-        "See that backups are fresh and replace the disk in " + placeOf(disk) + " soon; \"" + lightIt(scene, id) +
-            "\" lights its LED.");
+    addDiskProblem(scene, "disk-smart", id, nameOfDisk(disk) + onAdapter(scene) + " foretells its failure (SMART).",
+                   "See that backups are fresh and replace the disk in " + placeOf(disk) + " soon; \"" +
+                       lightIt(scene, id) + "\" lights its LED.");
 }
 
 // Drives without a table of their own are known by what the adapter met on them.
 static bool hasBadSectorsInLog(const MediaLog& log, KT_U64 id) {
     const auto at = log.find(id);
-    return at != log.end() && at->second == BAD_SECTOR;
+    return at != log.end() && at->second == EVT_PD_BAD_SECTOR;
 }
 
 static void findMediaErrors(Scene& scene, const MediaLog& log, KT_U64 id, const Json& disk) {
@@ -123,7 +115,8 @@ static void findMediaErrors(Scene& scene, const MediaLog& log, KT_U64 id, const 
                                 ? " has " + std::to_string(pending.value_or(0)) + " sectors that cannot be read and " +
                                       std::to_string(uncorrectable.value_or(0)) + " reads that failed for good."
                                 : " has sectors that cannot be read, as the adapter's log tells.";
-    add(scene, "disk-media-errors", id, nameOfDisk(disk) + onAdapter(scene) + how,
+    addDiskProblem(
+        scene, "disk-media-errors", id, nameOfDisk(disk) + onAdapter(scene) + how,
         "Let a media patrol (ktsetup's mp) repair what redundancy can; when the count grows, replace the disk.");
 }
 
@@ -132,8 +125,9 @@ static void findHot(Scene& scene, KT_U64 id, const Json& disk) {
     if (!celsius || *celsius < threshold(scene, "disk-hot")) return;
     char degrees[32];
     snprintf(degrees, sizeof degrees, "%.0f", *celsius);
-    add(scene, "disk-hot", id, nameOfDisk(disk) + onAdapter(scene) + " is at " + degrees + " degrees Celsius.",
-        "See that its fans run and nothing keeps the air from it.");
+    addDiskProblem(scene, "disk-hot", id,
+                   nameOfDisk(disk) + onAdapter(scene) + " is at " + degrees + " degrees Celsius.",
+                   "See that its fans run and nothing keeps the air from it.");
 }
 
 static void findSlowLink(Scene& scene, KT_U64 id, const Json& disk) {
@@ -148,10 +142,10 @@ static void findSlowLink(Scene& scene, KT_U64 id, const Json& disk) {
         snprintf(text, sizeof text, "%g", static_cast<double>(bits) / 1e9);
         return std::string(text);
     };
-    add(scene, "disk-link-slow", id,
-        nameOfDisk(disk) + onAdapter(scene) + " is linked at " + gigabits(*speed) + " Gb/s; it can do " +
-            gigabits(most) + ".",
-        "Seat the disk and its cable anew; a backplane or a port of that speed explains it as well.");
+    addDiskProblem(scene, "disk-link-slow", id,
+                   nameOfDisk(disk) + onAdapter(scene) + " is linked at " + gigabits(*speed) + " Gb/s; it can do " +
+                       gigabits(most) + ".",
+                   "Seat the disk and its cable anew; a backplane or a port of that speed explains it as well.");
 }
 
 static void findWorn(Scene& scene, KT_U64 id, const Json& disk) {
@@ -160,9 +154,9 @@ static void findWorn(Scene& scene, KT_U64 id, const Json& disk) {
     const bool out = *wear >= threshold(scene, "ssd-worn-out");
     char percent[32];
     snprintf(percent, sizeof percent, "%.0f", *wear);
-    add(scene, out ? "ssd-worn-out" : "ssd-worn", id,
-        nameOfDisk(disk) + onAdapter(scene) + " has used " + percent + " % of what it can be written.",
-        out ? "Replace it now." : "Order another one and plan its replacement.");
+    addDiskProblem(scene, out ? "ssd-worn-out" : "ssd-worn", id,
+                   nameOfDisk(disk) + onAdapter(scene) + " has used " + percent + " % of what it can be written.",
+                   out ? "Replace it now." : "Order another one and plan its replacement.");
 }
 
 void findDiskProblems(Scene& scene) {

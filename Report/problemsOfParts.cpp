@@ -4,18 +4,7 @@
 
 #include "Report/problemRules.h"
 
-enum : unsigned { EVENTS_OF_ADAPTERS = 0, EVENTS_LOST = 65535, EVENTS_OF_BATTERIES = 9 };
-enum : unsigned {
-    BATTERY_PRESENT = 0,
-    BATTERY_NOT_PRESENT = 1,
-    BATTERY_NEW = 2,
-    BATTERY_TO_REPLACE = 3,
-    BATTERY_REPLACED = 4,
-    BATTERY_REMOVED = 5
-};
-enum : unsigned { CAPACITY_LOW = 20, CAPACITY_BACK = 21 };
-
-static std::string onAdapter(const Scene& scene) {
+static std::string ofAdapter(const Scene& scene) {
     return " of adapter " + std::to_string(scene.adapterId);
 }
 
@@ -29,21 +18,20 @@ static void findImages(Scene& scene) {
         // What is wrong with the whole is wrong with a part that is told by itself.
         if (!sound.is_boolean() || sound.get<bool>() || (name == "image" && several)) continue;
         found(scene, {"adapter-image-damaged", "adapter", scene.adapterId,
-                      "The " + shown(name) + " in the flash" + onAdapter(scene) + " is damaged.",
+                      "The " + shown(name) + " in the flash" + ofAdapter(scene) + " is damaged.",
                       "Write it anew (ktsetup's flash) before the machine is started again."});
     }
 }
 
 static void addBattery(Scene& scene, const char* rule, const std::string& text, const std::string& action) {
-    found(scene, {rule, "battery", std::nullopt, "The battery" + onAdapter(scene) + text, action});
+    found(scene, {rule, "battery", std::nullopt, "The battery" + ofAdapter(scene) + text, action});
 }
 
 static void findNoBattery(Scene& scene, const Json& battery) {
-    const auto last = newestEvent(scene, EVENTS_OF_BATTERIES, [](unsigned code, const Json&) {
-        return code == BATTERY_PRESENT || code == BATTERY_NOT_PRESENT || code == BATTERY_NEW ||
-               code == BATTERY_REPLACED || code == BATTERY_REMOVED;
-    });
-    const bool before = last == BATTERY_REMOVED || (last && *last != BATTERY_NOT_PRESENT) || battery.is_object();
+    const auto last = newestEvent(scene, {EVT_BATTERY_PRESENT, EVT_BATTERY_NOT_PRESENT, EVT_BATTERY_NEW,
+                                          EVT_BATTERY_REPLACED, EVT_BATTERY_REMOVED});
+    const bool before =
+        last == EVT_BATTERY_REMOVED || (last && *last != EVT_BATTERY_NOT_PRESENT) || battery.is_object();
     if (!before) return;
     addBattery(scene, "battery-missing", " is missing; there was one.",
                "Put a battery in; until then virtual disks with an automatic cache write through.");
@@ -55,11 +43,9 @@ static void findCharge(Scene& scene, const Json& battery, unsigned status) {
     const bool knowsCharge = (numberIn(battery, "sensorSupport").value_or(0) & KT_SENSOR_CAPACITY) != 0;
     const bool low =
         knowsCharge && percent && !charging && static_cast<double>(*percent) < threshold(scene, "battery-weak");
-    const unsigned said = newestEvent(scene, EVENTS_OF_BATTERIES, [](unsigned code, const Json&) {
-                              return code == BATTERY_NEW || code == BATTERY_TO_REPLACE || code == BATTERY_REPLACED ||
-                                     code == CAPACITY_LOW || code == CAPACITY_BACK;
-                          }).value_or(0);
-    const bool weak = said == BATTERY_TO_REPLACE || said == CAPACITY_LOW;
+    const auto said = newestEvent(scene, {EVT_BATTERY_NEW, EVT_BATTERY_TO_BE_REPLACED, EVT_BATTERY_REPLACED,
+                                          EVT_BATTERY_CHARGE_LOW, EVT_BATTERY_CHARGE_NORMAL});
+    const bool weak = said == EVT_BATTERY_TO_BE_REPLACED || said == EVT_BATTERY_CHARGE_LOW;
     if (low || weak) {
         addBattery(scene, "battery-weak",
                    low ? " is at " + std::to_string(*percent) + " % and is not charged."
@@ -177,7 +163,7 @@ static void findPort(Scene& scene, const Json& port, const char* why) {
     if (!isTrue(port, "enabled")) return;
     const auto id = numberIn(port, "id");
     found(scene, {"port-locked", "port", id,
-                  "Port " + std::to_string(id.value_or(0)) + onAdapter(scene) + " encrypts, but " + why +
+                  "Port " + std::to_string(id.value_or(0)) + ofAdapter(scene) + " encrypts, but " + why +
                       ": its disks cannot be used.",
                   "Give it a key (ktsetup's aesentry and aesport), or switch its encryption off."});
 }
@@ -195,11 +181,11 @@ static void findPorts(Scene& scene) {
 static void findLostEvents(Scene& scene) {
     KT_U64 lost = 0;
     for (const Json& event : listIn(scene.adapter, "events")) {
-        lost += numberIn(event, "Class") == EVENTS_OF_ADAPTERS && numberIn(event, "Code") == EVENTS_LOST ? 1 : 0;
+        lost += nameOfEvent(event) == EVT_ADAPTER_EVENTS_LOST ? 1 : 0;
     }
     if (lost == 0) return;
     found(scene, {"events-lost", "adapter", scene.adapterId,
-                  "The log" + onAdapter(scene) + " says that events were lost, " +
+                  "The log" + ofAdapter(scene) + " says that events were lost, " +
                       (lost == 1 ? std::string("once") : std::to_string(lost) + " times") + ".",
                   "Read the log more often (ktreport events --cursor), and look at everything once."});
 }

@@ -5,10 +5,6 @@
 #include "Report/problemRules.h"
 #include "Report/words.h"
 
-enum : unsigned { EVENTS_OF_VDS = 1, CREATED = 2, FIXED = 35, INCONSISTENT = 100, SPARE_SET = 9, SPARE_USED = 59 };
-static constexpr unsigned INITIALISED[] = {45, 55, 65};
-enum : unsigned { EVENTS_OF_DISKS = 2, EVENTS_OF_BATTERIES = 9, BATTERY_ABNORMAL = 28, BATTERY_NORMAL = 29 };
-
 namespace {
 // A virtual disk under its rules.
 struct Subject {
@@ -20,8 +16,8 @@ struct Subject {
 };
 } // namespace
 
-static void add(Scene& scene, const char* rule, const Subject& subject, const std::string& text,
-                const std::string& action) {
+static void addProblem(Scene& scene, const char* rule, const Subject& subject, const std::string& text,
+                       const std::string& action) {
     found(scene, {rule, "virtual disk", subject.id, subject.name + text, action});
 }
 
@@ -86,7 +82,8 @@ static void findHealth(Scene& scene, const Subject& subject) {
         });
         const std::string first = locked ? "See to the encryption of its disks' ports (ktsetup's aesport)"
                                          : "Bring back the disks that it lost most recently";
-        add(scene, "vd-offline", subject, " is offline: its data cannot be reached.",
+        addProblem(
+            scene, "vd-offline", subject, " is offline: its data cannot be reached.",
             first + ", before anything else is done to it; do not create, initialise or wipe anything on its disks.");
     }
     if (subject.status != "degraded" && subject.status != "partially optimal") return;
@@ -95,26 +92,27 @@ static void findHealth(Scene& scene, const Subject& subject) {
     const bool heals = !progressText(subject.vd).empty();
     const std::string wait = "Leave its disks alone until the rebuild is done, and see that a backup is fresh.";
     if (isRedundant(subject.level) && isLastRedundancy(scene, subject)) {
-        add(scene, "vd-last-redundancy", subject,
-            " (" + subject.level + ") has no redundancy left: one more loss of a disk loses data" +
-                progressText(subject.vd) + ".",
-            heals ? wait : rebuild + " See that a backup is fresh.");
+        addProblem(scene, "vd-last-redundancy", subject,
+                   " (" + subject.level + ") has no redundancy left: one more loss of a disk loses data" +
+                       progressText(subject.vd) + ".",
+                   heals ? wait : rebuild + " See that a backup is fresh.");
         return;
     }
-    add(scene, "vd-degraded", subject, " is " + subject.status + progressText(subject.vd) + ".",
-        heals ? wait : rebuild);
+    addProblem(scene, "vd-degraded", subject, " is " + subject.status + progressText(subject.vd) + ".",
+               heals ? wait : rebuild);
 }
 
 static void findOrigin(Scene& scene, const Subject& subject) {
     if (subject.status == "conflicted" || subject.status == "plugin conflicted") {
-        add(scene, "vd-conflicted", subject, " is conflicted: its disks disagree about it.",
+        addProblem(
+            scene, "vd-conflicted", subject, " is conflicted: its disks disagree about it.",
             "Compare the last write times (ktsetup's info -o vd), keep the newer half and remove the other disks.");
     }
     if (subject.status == "foreign" || subject.status == "importable" || subject.status == "not importable") {
         const bool can = subject.status != "not importable";
-        add(scene, "vd-foreign", subject, " comes from another adapter (" + subject.status + ").",
-            can ? "Import it: " + command(scene, "import -i " + std::to_string(subject.id)) + "."
-                : std::string("Bring its other disks as well, or wipe these when nothing on them is needed."));
+        addProblem(scene, "vd-foreign", subject, " comes from another adapter (" + subject.status + ").",
+                   can ? "Import it: " + command(scene, "import -i " + std::to_string(subject.id)) + "."
+                       : std::string("Bring its other disks as well, or wipe these when nothing on them is needed."));
     }
 }
 
@@ -125,41 +123,40 @@ static void findActivity(Scene& scene, const Subject& subject) {
     if (state != "interrupted" && state != "aborted" && state != "paused") return;
     const bool init = kind.find("init") != std::string::npos;
     if (init && state != "paused" && isRedundant(subject.level)) {
-        add(scene, "vd-not-initialised", subject,
-            ": its " + kind + " was " + state + "; its redundancy was never made.",
-            "Start the initialisation again (ktsetup's init); a foreground one erases what is on it.");
+        addProblem(scene, "vd-not-initialised", subject,
+                   ": its " + kind + " was " + state + "; its redundancy was never made.",
+                   "Start the initialisation again (ktsetup's init); a foreground one erases what is on it.");
         return;
     }
     const auto percent = numberIn(activity, "percent");
-    add(scene, "activity-stopped", subject,
-        ": " + (kind.empty() ? std::string("its activity") : kind) + " is " + state +
-            (percent ? " at " + std::to_string(*percent) + " %" : "") + ".",
-        state == "paused" ? "Resume it when the reason for the pause has gone."
-        : state == "interrupted"
-            ? "It goes on by itself when the disks that it needs are back; the events tell which left."
-            : "Start it again when the reason for the stop has gone; the events tell it.");
+    addProblem(scene, "activity-stopped", subject,
+               ": " + (kind.empty() ? std::string("its activity") : kind) + " is " + state +
+                   (percent ? " at " + std::to_string(*percent) + " %" : "") + ".",
+               state == "paused" ? "Resume it when the reason for the pause has gone."
+               : state == "interrupted"
+                   ? "It goes on by itself when the disks that it needs are back; the events tell which left."
+                   : "Start it again when the reason for the stop has gone; the events tell it.");
 }
 
 // What the log says of a virtual disk since its creation.
 static void findLogged(Scene& scene, const Subject& subject) {
     if (!isRedundant(subject.level)) return;
     const auto about = [&](const Json& event) { return numberIn(event, "DeviceID") == subject.id; };
-    const auto checked = newestEvent(scene, EVENTS_OF_VDS, [&](unsigned code, const Json& event) {
-        return about(event) && (code == INCONSISTENT || code == FIXED || code == CREATED);
-    });
-    if (checked == INCONSISTENT) {
-        add(scene, "vd-inconsistent", subject, ": a check found redundancy that does not fit the data.",
+    const auto checked = newestEvent(scene, {EVT_VD_INCONSISTENT, EVT_VD_FIX_COMPLETED, EVT_VD_CREATED}, about);
+    if (checked == EVT_VD_INCONSISTENT) {
+        addProblem(
+            scene, "vd-inconsistent", subject, ": a check found redundancy that does not fit the data.",
             "Run a check that fixes: " + command(scene, "cc -a start -l " + std::to_string(subject.id) + " -t sync") +
                 "; when it comes back, look for a failing disk.");
     }
     const bool busy = textIn(in(subject.vd, "activity"), "kind").find("init") != std::string::npos;
-    const auto made = newestEvent(scene, EVENTS_OF_VDS, [&](unsigned code, const Json& event) {
-        const bool done = std::count(std::begin(INITIALISED), std::end(INITIALISED), code) != 0;
-        return about(event) && (done || code == CREATED);
-    });
-    if (made == CREATED && !busy) {
-        add(scene, "vd-not-initialised", subject, ": its redundancy was never made; a loss now may lose data.",
-            "Initialise it: " + command(scene, "init -l " + std::to_string(subject.id)) + ".");
+    const auto made = newestEvent(scene,
+                                  {EVT_VD_QUICK_INIT_COMPLETED, EVT_VD_BACKGROUND_INIT_COMPLETED,
+                                   EVT_VD_FOREGROUND_INIT_COMPLETED, EVT_VD_CREATED},
+                                  about);
+    if (made == EVT_VD_CREATED && !busy) {
+        addProblem(scene, "vd-not-initialised", subject, ": its redundancy was never made; a loss now may lose data.",
+                   "Initialise it: " + command(scene, "init -l " + std::to_string(subject.id)) + ".");
     }
 }
 
@@ -170,18 +167,17 @@ static void findCache(Scene& scene, const Subject& subject) {
     const Json& battery = in(scene.adapter, "battery");
     const bool present = battery.is_object() && (numberIn(battery, "status").value_or(0) & KT_BBU_PRESENT) != 0;
     const bool place = std::find(able.begin(), able.end(), "bbu") != able.end();
-    const auto said = newestEvent(scene, EVENTS_OF_BATTERIES, [](unsigned code, const Json&) {
-        return code == BATTERY_ABNORMAL || code == BATTERY_NORMAL;
-    });
-    const bool keeps = present && said != BATTERY_ABNORMAL;
+    const bool keeps =
+        present && newestEvent(scene, {EVT_BATTERY_ABNORMAL, EVT_BATTERY_NORMAL}) != EVT_BATTERY_ABNORMAL;
     if (inForce == "on" && place && !battery.is_null() && !keeps) {
-        add(scene, "cache-unsafe", subject, " caches writes, and no battery keeps the cache: a power cut loses data.",
+        addProblem(
+            scene, "cache-unsafe", subject, " caches writes, and no battery keeps the cache: a power cut loses data.",
             present ? "See what the battery is short of (ktsetup's info -o bbu), or set the cache to auto or off."
                     : "Put a battery in, or set the cache to auto or off (ktsetup's set).");
     }
     if (inForce == "off" && textIn(subject.vd, "cache") == "auto") {
-        add(scene, "cache-reduced", subject, " fell back to write-through: the battery does not keep the cache.",
-            "See what the battery is short of (ktsetup's info -o bbu); writes are slow until then.");
+        addProblem(scene, "cache-reduced", subject, " fell back to write-through: the battery does not keep the cache.",
+                   "See what the battery is short of (ktsetup's info -o bbu); writes are slow until then.");
     }
 }
 
@@ -228,9 +224,7 @@ static bool fits(const Scene& scene, const Json& spare, const Json& array) {
 static bool everHadSpares(const Scene& scene) {
     const bool now = std::any_of(scene.disks.begin(), scene.disks.end(),
                                  [](const auto& disk) { return !textIn(*disk.second, "spare").empty(); });
-    return now || newestEvent(scene, EVENTS_OF_DISKS, [](unsigned code, const Json&) {
-                      return code == SPARE_SET || code == SPARE_USED;
-                  }).has_value();
+    return now || newestEvent(scene, {EVT_PD_SPARE_ASSIGNED, EVT_PD_SPARE_USED}).has_value();
 }
 
 static void findSpares(Scene& scene, const Json& array, bool spares) {
