@@ -270,7 +270,7 @@ static void sacrifice(Planner& planner, const Victim& victim) {
     }
 }
 
-static void refuse(Planner& planner, const Victim& victim) {
+static void refuseVictim(Planner& planner, const Victim& victim) {
     const bool system = carriesSystem(planner, victim);
     const std::string spare = victim.kind == VictimKind::Spare ? "releases it" : "deletes what is there, with its data";
     addUnreachable(planner, victim.place, victim.text + (system ? "; the system runs from it" : ""),
@@ -289,7 +289,7 @@ static bool clearSome(Planner& planner) {
     checkSpares(search);
     if (search.victims.empty()) return false;
     for (const Victim& victim : search.victims) {
-        if (!planner.options.mayDelete || carriesSystem(planner, victim)) refuse(planner, victim);
+        if (!planner.options.mayDelete || carriesSystem(planner, victim)) refuseVictim(planner, victim);
     }
     if (!canBeReached(planner.plan)) return false;
     sacrifice(planner, search.victims.front());

@@ -37,7 +37,7 @@ static void readConfig(const WantedObject& config, WantedAdapter& adapter) {
     }
 }
 
-static std::vector<std::string> wordsOf(CodeWords table) {
+static std::vector<std::string> allWordsOf(CodeWords table) {
     std::vector<std::string> words;
     for (const CodeWord& row : table) {
         words.emplace_back(row.word);
@@ -49,8 +49,8 @@ static WantedDisk diskFrom(const WantedObject& object) {
     WantedDisk disk;
     disk.place = object.place;
     disk.serial = takeText(object, "serial");
-    disk.type = takeOneOf(object, "type", wordsOf(diskTypeWords));
-    disk.on = takeOneOf(object, "on", wordsOf(parentWords));
+    disk.type = takeOneOf(object, "type", allWordsOf(diskTypeWords));
+    disk.on = takeOneOf(object, "on", allWordsOf(parentWords));
     disk.id = takeNumber(object, "id", MOST);
     disk.parent = takeNumber(object, "parent", MOST);
     disk.port = takeNumber(object, "port", 255);
@@ -93,7 +93,7 @@ static void readDisks(const WantedObject& object, WantedAdapter& adapter) {
 
 static WantedLayout layoutFrom(const WantedObject& object) {
     WantedLayout layout;
-    layout.level = takeOneOf(object, "level", wordsOf(levelWords));
+    layout.level = takeOneOf(object, "level", allWordsOf(levelWords));
     if (layout.level.empty()) layout.level = "RAID5";
     layout.disks = takeDisks(object, "disks");
     layout.parity = takeNumber(object, "parity", 255);

@@ -37,7 +37,7 @@ static bool isSize(const std::string& word) {
     return std::find(std::begin(words), std::end(words), word) != std::end(words);
 }
 
-static std::string batteryText(const Json& status) {
+static std::string batteryChangeText(const Json& status) {
     const KT_U64 bits = status.is_number_unsigned() ? status.get<KT_U64>() : 0;
     if ((bits & KT_BBU_PRESENT) == 0) return "missing";
     return bits & KT_BBU_CHARGING ? "charging" : bits & KT_BBU_DISCHARGING ? "discharging" : "there";
@@ -45,7 +45,7 @@ static std::string batteryText(const Json& status) {
 
 static std::string valueText(const std::string& word, const Json& value) {
     if (value.is_null()) return "not known";
-    if (word == "battery.status") return batteryText(value);
+    if (word == "battery.status") return batteryChangeText(value);
     if (value.is_boolean()) return value.get<bool>() ? "on" : "off";
     if (value.is_string()) return value.get<std::string>().empty() ? "none" : shown(value.get<std::string>());
     if (value.is_number_unsigned() && isSize(word)) return sizeText(value.get<KT_U64>());

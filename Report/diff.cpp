@@ -28,7 +28,7 @@ static bool isWalkedApart(const std::string& word) {
 }
 
 // Adds a change of the object that is looked at.
-static void add(const Walk& walk, Change change) {
+static void addChange(const Walk& walk, Change change) {
     change.adapter = walk.adapter;
     change.object = walk.object;
     change.id = walk.id;
@@ -51,7 +51,7 @@ static void compareValue(const Walk& walk, const std::string& word, const Json& 
         return;
     }
     const std::string text = changeText(walk.name, word, before, after, walk.all);
-    if (!text.empty()) add(walk, {.word = word, .before = before, .after = after, .text = text});
+    if (!text.empty()) addChange(walk, {.word = word, .before = before, .after = after, .text = text});
 }
 
 // The words that stand in an object itself.
@@ -77,7 +77,7 @@ static std::vector<const Json*> itemsOf(const Json& owner, const char* word) {
 
 namespace {
 // A list of objects: what one is called, and which words tell them apart.
-struct Kind {
+struct ListKind {
     const char* list;
     const char* object;
     const char* identity;
@@ -91,8 +91,8 @@ static std::string plainName(const char* object, const Json& item) {
     return id ? std::string(object) + " " + std::to_string(*id) : object;
 }
 
-static const std::vector<Kind>& kinds() {
-    static const std::vector<Kind> all = {
+static const std::vector<ListKind>& kinds() {
+    static const std::vector<ListKind> all = {
         {"virtualDisks", "virtual disk", "guid", {"name", "id"}, nameOfVd},
         {"arrays", "array", "guid", {"name", "id"}, nameOfArray},
         {"disks", "disk", "serial", {"id"}, nameOfDisk},
@@ -109,7 +109,7 @@ static const std::vector<Kind>& kinds() {
 }
 
 // Virtual disks stand in their arrays or beside them; they are compared together.
-static std::vector<const Json*> itemsOfKind(const Json& adapter, const Kind& kind) {
+static std::vector<const Json*> itemsOfKind(const Json& adapter, const ListKind& kind) {
     if (std::string("virtualDisks") != kind.list) return itemsOf(adapter, kind.list);
     std::vector<const Json*> items;
     for (const VdInArray& one : virtualDisksOf(adapter)) {
@@ -139,14 +139,14 @@ static void compareEvents(const Walk& walk, const Json& before, const Json& afte
         return events.empty() ? 0 : numberIn(events.back(), "SequenceNo").value_or(0);
     };
     if (!walk.all || last(before) == last(after)) return;
-    add(walk, {.word = "events",
-               .before = last(before),
-               .after = last(after),
-               .text = walk.name + ": the last event is " + std::to_string(last(after)) + " now (was " +
-                       std::to_string(last(before)) + ")"});
+    addChange(walk, {.word = "events",
+                     .before = last(before),
+                     .after = last(after),
+                     .text = walk.name + ": the last event is " + std::to_string(last(after)) + " now (was " +
+                             std::to_string(last(before)) + ")"});
 }
 
-static void compareKind(const Walk& of, const Kind& kind, const Json& before, const Json& after) {
+static void compareKind(const Walk& of, const ListKind& kind, const Json& before, const Json& after) {
     const std::string list = kind.list;
     // Without virtual disks an adapter that tells of its arrays has none; any other list is missing where it is not
     // known.
@@ -154,9 +154,9 @@ static void compareKind(const Walk& of, const Kind& kind, const Json& before, co
         return adapter.contains(list) || (list == "virtualDisks" && adapter.contains("arrays"));
     };
     if (known(before) != known(after)) {
-        add(of, {.word = list,
-                 .text = "the " + wordsOf(list) + " of " + of.name + " are known only " +
-                         (known(after) ? "now" : "from before")});
+        addChange(of, {.word = list,
+                       .text = "the " + wordsOf(list) + " of " + of.name + " are known only " +
+                               (known(after) ? "now" : "from before")});
         return;
     }
     for (const Same& same : pairItems(itemsOfKind(before, kind), itemsOfKind(after, kind), kind.identity, kind.words)) {
@@ -165,10 +165,12 @@ static void compareKind(const Walk& of, const Kind& kind, const Json& before, co
                      kind.object, in(item, "id"), kind.name(same.before ? *same.before : item) + of.where,
                      of.where};
         if (same.before == nullptr) {
-            add(walk,
+            addChange(
+                walk,
                 {.kind = ChangeKind::Appeared, .after = item, .text = walk.name + " " + aboutItem(item) + "appeared"});
         } else if (same.after == nullptr) {
-            add(walk,
+            addChange(
+                walk,
                 {.kind = ChangeKind::Gone, .before = item, .text = walk.name + " " + aboutItem(item) + "is gone"});
         } else {
             compareValue(walk, "id", in(*same.before, "id"), in(item, "id"));
@@ -181,7 +183,7 @@ static void compareKind(const Walk& of, const Kind& kind, const Json& before, co
 
 static void compareAdapter(Walk& walk, const Json& before, const Json& after) {
     compareWords(walk, before, after);
-    for (const Kind& kind : kinds()) {
+    for (const ListKind& kind : kinds()) {
         compareKind(walk, kind, before, after);
     }
     compareEvents(walk, before, after);
@@ -198,9 +200,9 @@ std::vector<Change> changesBetween(const Json& before, const Json& after, bool a
                      "adapter", id,  nameOfAdapter(adapter)};
         if (adapters.size() > 1) walk.where = " on adapter " + id.dump();
         if (same.before == nullptr) {
-            add(walk, {.kind = ChangeKind::Appeared, .after = id, .text = walk.name + " appeared"});
+            addChange(walk, {.kind = ChangeKind::Appeared, .after = id, .text = walk.name + " appeared"});
         } else if (same.after == nullptr) {
-            add(walk, {.kind = ChangeKind::Gone, .before = id, .text = walk.name + " is gone"});
+            addChange(walk, {.kind = ChangeKind::Gone, .before = id, .text = walk.name + " is gone"});
         } else {
             compareAdapter(walk, *same.before, adapter);
         }

@@ -68,7 +68,7 @@ static std::string useOf(const Place& place) {
     return text.empty() && textIn(disk, "state") == "healthy" ? "free" : text;
 }
 
-static std::string stateOf(const Json& disk) {
+static std::string diskStateText(const Json& disk) {
     const std::string state = shown(textIn(disk, "state"));
     return state == "healthy" && isTrue(disk, "smartTripped") ? "failing" : state;
 }
@@ -97,12 +97,12 @@ static std::vector<std::string> cellsOf(const Place& place, const std::string& h
     const bool lit = isTrue(disk, "locateLed");
     const std::string led = lit ? "on" : isFalse(disk, "locateLed") ? "off" : "";
     cells.insert(cells.end(), {idText(disk), shown(textIn(disk, "type")), sizeCell, shown(textIn(disk, "model")),
-                               shown(textIn(disk, "serial")), stateOf(disk), useOf(place), led});
+                               shown(textIn(disk, "serial")), diskStateText(disk), useOf(place), led});
     return cells;
 }
 
-static const char* const heads[] = {"host",  "adapter", "place", "disk", "type", "size",
-                                    "model", "serial",  "state", "use",  "LED"};
+static const char* const MAP_HEADS[] = {"host",  "adapter", "place", "disk", "type", "size",
+                                        "model", "serial",  "state", "use",  "LED"};
 
 static std::vector<std::vector<std::string>> rowsOf(const std::vector<Report>& reports, bool bytes) {
     std::vector<std::vector<std::string>> rows;
@@ -119,8 +119,8 @@ static std::vector<std::vector<std::string>> rowsOf(const std::vector<Report>& r
 void writeMap(std::ostream& to, const Look& look, const std::vector<Report>& reports) {
     Table table = {{}, rowsOf(reports, false)};
     const size_t skipped = reports.size() > 1 ? 0 : 1; // the host's name tells machines apart
-    for (size_t i = skipped; i < std::size(heads); ++i) {
-        const std::string head = heads[i];
+    for (size_t i = skipped; i < std::size(MAP_HEADS); ++i) {
+        const std::string head = MAP_HEADS[i];
         table.columns.push_back({head, head == "adapter" || head == "disk" || head == "size"});
     }
     for (auto& row : table.rows) {
@@ -157,7 +157,7 @@ void writeMapAsCsv(std::ostream& to, const std::vector<Report>& reports) {
         }
         to << "\r\n";
     };
-    line(heads);
+    line(MAP_HEADS);
     for (const auto& row : rowsOf(reports, true)) {
         line(row);
     }

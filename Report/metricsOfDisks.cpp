@@ -13,14 +13,14 @@ static void fillEach(Family& family, const AdapterInReport& in) {
     }
 }
 
-static void fillInfo(Family& family, const AdapterInReport& in) {
+static void fillDiskInfo(Family& family, const AdapterInReport& in) {
     for (const Json& disk : listIn(in.adapter, "disks")) {
         put(family,
             joined(labelsOfDisk(in, disk), {labelOf("type", disk, "type"), labelOf("firmware", disk, "firmware")}), 1);
     }
 }
 
-static void fillStates(Family& family, const AdapterInReport& in) {
+static void fillDiskStates(Family& family, const AdapterInReport& in) {
     static constexpr CodeWord states[] = {{0, "healthy"}, {1, "offline"}, {2, "foreign"}};
     for (const Json& disk : listIn(in.adapter, "disks")) {
         putStates(family, labelsOfDisk(in, disk), states, textIn(disk, "state"));
@@ -40,7 +40,7 @@ static void fillRoles(Family& family, const AdapterInReport& in) {
 }
 
 // How often each disk was refused, by its id: zero where everything is known.
-static void fillUnread(Family& family, const AdapterInReport& in) {
+static void fillDiskUnread(Family& family, const AdapterInReport& in) {
     std::map<KT_U64, double> counts;
     const auto adapter = numberIn(in.adapter, "id");
     for (const Json& refusal : listIn(in.document, "unread")) {
@@ -71,11 +71,11 @@ static void fillTells(Family& family, const AdapterInReport& in) {
 static constexpr auto fillAmount = fillEach<putAmount>;
 static constexpr auto fillFlag = fillEach<putFlag>;
 
-static constexpr Metric metrics[] = {
-    {"ktraid_disk_info", MetricType::Gauge, "What the disk is; always 1.", fillInfo},
-    {"ktraid_disk_state", MetricType::Gauge, "How the disk stands: 1 for its state.", fillStates},
+static constexpr Metric DISK_METRICS[] = {
+    {"ktraid_disk_info", MetricType::Gauge, "What the disk is; always 1.", fillDiskInfo},
+    {"ktraid_disk_state", MetricType::Gauge, "How the disk stands: 1 for its state.", fillDiskStates},
     {"ktraid_disk_role", MetricType::Gauge, "What the disk is for: 1 for its role.", fillRoles},
-    {"ktraid_disk_unread", MetricType::Gauge, "Reading calls that the library refused for the disk.", fillUnread},
+    {"ktraid_disk_unread", MetricType::Gauge, "Reading calls that the library refused for the disk.", fillDiskUnread},
     {"ktraid_disk_tells_values", MetricType::Gauge,
      "Whether the disk tells its temperature, hours and errors now; else they have no series.", fillTells},
     {"ktraid_disk_spare_in_use", MetricType::Gauge, "Whether a spare is at work.", fillFlag, "spareInUse"},
@@ -100,4 +100,4 @@ static constexpr Metric metrics[] = {
      "writeCache"},
     {"ktraid_disk_locate_led", MetricType::Gauge, "Whether the disk's locate LED is on.", fillFlag, "locateLed"},
 };
-const std::span<const Metric> diskMetrics = metrics;
+const std::span<const Metric> diskMetrics = DISK_METRICS;

@@ -7,7 +7,7 @@ static Labels labelsOf(const AdapterInReport& in, const Json& enclosure) {
     return {labelOf("adapter", in.adapter, "id"), labelOf("id", enclosure, "id")};
 }
 
-static void fillInfo(Family& family, const AdapterInReport& in) {
+static void fillEnclosureInfo(Family& family, const AdapterInReport& in) {
     for (const Json& enclosure : listIn(in.adapter, "enclosures")) {
         put(family,
             joined(labelsOf(in, enclosure),
@@ -17,7 +17,7 @@ static void fillInfo(Family& family, const AdapterInReport& in) {
     }
 }
 
-static void fillStates(Family& family, const AdapterInReport& in) {
+static void fillEnclosureStates(Family& family, const AdapterInReport& in) {
     static constexpr CodeWord states[] = {{0, "ok"}, {1, "unstable"}};
     for (const Json& enclosure : listIn(in.adapter, "enclosures")) {
         putStates(family, labelsOf(in, enclosure), states, textIn(enclosure, "status"));
@@ -48,9 +48,9 @@ static void fillElementAmount(Family& family, const AdapterInReport& in) {
     eachElement(in, [&](const Labels& labels, const Json& element) { putAmount(family, labels, element); });
 }
 
-static constexpr Metric metrics[] = {
-    {"ktraid_enclosure_info", MetricType::Gauge, "What the enclosure is; always 1.", fillInfo},
-    {"ktraid_enclosure_state", MetricType::Gauge, "Status of the enclosure: 1 for its status.", fillStates},
+static constexpr Metric PART_METRICS[] = {
+    {"ktraid_enclosure_info", MetricType::Gauge, "What the enclosure is; always 1.", fillEnclosureInfo},
+    {"ktraid_enclosure_state", MetricType::Gauge, "Status of the enclosure: 1 for its status.", fillEnclosureStates},
     {"ktraid_element_state", MetricType::Gauge, "Status of a part of an enclosure: 1 for its status.",
      fillElementStates},
     {"ktraid_element_temperature_celsius", MetricType::Gauge, "What a temperature sensor says.", fillElementAmount,
@@ -59,4 +59,4 @@ static constexpr Metric metrics[] = {
     {"ktraid_element_fan_rpm", MetricType::Gauge, "Speed of a fan in revolutions a minute.", fillElementAmount,
      "rotation"},
 };
-const std::span<const Metric> partMetrics = metrics;
+const std::span<const Metric> partMetrics = PART_METRICS;

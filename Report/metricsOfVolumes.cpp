@@ -66,7 +66,7 @@ static void putSpares(Family& family, const Labels& labels, const Json& array) {
     if (spares.is_array()) put(family, labels, static_cast<double>(spares.size()));
 }
 
-static constexpr Metric metrics[] = {
+static constexpr Metric VOLUME_METRICS[] = {
     {"ktraid_virtual_disk_info", MetricType::Gauge, "What the virtual disk is; always 1.", fillVdInfo},
     {"ktraid_virtual_disk_state", MetricType::Gauge, "Status of the virtual disk: 1 for its status.", fillVdStates},
     {"ktraid_virtual_disk_size_bytes", MetricType::Gauge, "Size of the virtual disk.", fillVdAmount, "size"},
@@ -82,4 +82,4 @@ static constexpr Metric metrics[] = {
     {"ktraid_array_missing_disks", MetricType::Gauge, "Places of the array without a disk.", fillEachArray<putMissing>},
     {"ktraid_array_spares", MetricType::Gauge, "Spares that stand by for this array alone.", fillEachArray<putSpares>},
 };
-const std::span<const Metric> volumeMetrics = metrics;
+const std::span<const Metric> volumeMetrics = VOLUME_METRICS;

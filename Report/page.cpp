@@ -26,7 +26,7 @@ static constexpr Word enclosureWords[] = {{"id", Kind::Id},
                                           {"elements", Kind::Objects, elementWords},
                                           {nullptr, Kind::Text}};
 static constexpr Word multiplierWords[] = {{"id", Kind::Id}, {"ports", Kind::Number}, {nullptr, Kind::Text}};
-static constexpr Word activityWords[] = {{"disk", Kind::Number}, {nullptr, Kind::Text}};
+static constexpr Word goingWords[] = {{"disk", Kind::Number}, {nullptr, Kind::Text}};
 static constexpr Word diskWords[] = {{"id", Kind::Id},
                                      {"type", Kind::Text},
                                      {"model", Kind::Text},
@@ -64,7 +64,7 @@ static constexpr Word vdWords[] = {{"id", Kind::Id},
                                    {"disks", Kind::Ids},
                                    {"cacheInForce", Kind::Text},
                                    {"os", Kind::Truth},
-                                   {"activity", Kind::Object, activityWords},
+                                   {"activity", Kind::Object, goingWords},
                                    {"target", Kind::Object, targetWords},
                                    {nullptr, Kind::Text}};
 static constexpr Word arrayWords[] = {{"id", Kind::Id},
@@ -76,7 +76,7 @@ static constexpr Word arrayWords[] = {{"id", Kind::Id},
                                       {"freeSize", Kind::Number},
                                       {"disks", Kind::Ids},
                                       {"spares", Kind::Ids},
-                                      {"activity", Kind::Object, activityWords},
+                                      {"activity", Kind::Object, goingWords},
                                       {"virtualDisks", Kind::Objects, vdWords},
                                       {nullptr, Kind::Text}};
 static constexpr Word versionWords[] = {{"firmware", Kind::Text}, {nullptr, Kind::Text}};

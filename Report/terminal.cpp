@@ -60,9 +60,9 @@ void writeTable(std::ostream& to, const Look& look, const Table& table, const st
             text.pop_back();
         return look.width != 0 && text.size() > look.width ? text.substr(0, look.width) : text;
     };
-    const bool heads =
+    const bool headed =
         std::any_of(table.columns.begin(), table.columns.end(), [](const Column& c) { return !c.head.empty(); });
-    if (heads) to << coloured(look, Colour::Faint, line([&](size_t i) { return table.columns[i].head; })) << '\n';
+    if (headed) to << coloured(look, Colour::Faint, line([&](size_t i) { return table.columns[i].head; })) << '\n';
     for (const auto& row : table.rows) {
         to << line([&](size_t i) { return row[i]; }) << '\n';
     }

@@ -78,7 +78,7 @@ struct Display {
 };
 } // namespace
 
-static void show(Display& display, const Awaiting& activities, bool ended) {
+static void showActivities(Display& display, const Awaiting& activities, bool ended) {
     static constexpr std::chrono::seconds now_and_then(60);
     if (display.look.colours) {
         if (display.lines > 0) std::cout << "\033[" << display.lines << "A\033[J";
@@ -106,7 +106,7 @@ static int waitFor(const Invocation& invocation, const WaitWords& words) {
             return RESULT_OK;
         }
         const Waiting state = stateOf(activities);
-        show(display, activities, state != Waiting::GoesOn);
+        showActivities(display, activities, state != Waiting::GoesOn);
         if (state == Waiting::Done) return RESULT_OK;
         if (state == Waiting::Failed) return RESULT_FAILED;
         if (timeout && Clock::now() - begin >= *timeout) return RESULT_TIMED_OUT;

@@ -45,8 +45,8 @@ static void change(const Options& options, const BatteryChange& how) {
 }
 
 // A subcommand that changes something about the battery; `how` answers false when there is none.
-static Command addChange(const Command& battery, Options& options, const char* word, const char* help,
-                         const BatteryChange& how) {
+static Command addBatteryChange(const Command& battery, Options& options, const char* word, const char* help,
+                                const BatteryChange& how) {
     const Command command = battery.addCommand(word, help);
     addAdapterOption(command, options);
     command.onGiven([&options, how] { change(options, how); });
@@ -59,22 +59,23 @@ struct BatteryOptions {
 };
 
 static void addReadings(const Command& battery, Options& options, const std::shared_ptr<BatteryOptions>& wanted) {
-    addChange(battery, options, "charge", "Set the charge in percent",
-              [wanted](Context& context) { return setBatteryCharge(context, static_cast<unsigned>(wanted->number)); })
+    addBatteryChange(
+        battery, options, "charge", "Set the charge in percent",
+        [wanted](Context& context) { return setBatteryCharge(context, static_cast<unsigned>(wanted->number)); })
         .addOption("PERCENT", wanted->number)
         .required()
         .check(between(0, 100));
-    addChange(battery, options, "temperature", "Set the temperature in degrees Celsius",
-              [wanted](Context& context) {
-                  return setBatteryTemperature(context, static_cast<KT_S16>(std::lround(wanted->number * 100)));
-              })
+    addBatteryChange(battery, options, "temperature", "Set the temperature in degrees Celsius",
+                     [wanted](Context& context) {
+                         return setBatteryTemperature(context, static_cast<KT_S16>(std::lround(wanted->number * 100)));
+                     })
         .addOption("CELSIUS", wanted->number)
         .required()
         .check(between(-100, 200));
-    addChange(battery, options, "voltage", "Set the voltage in volts",
-              [wanted](Context& context) {
-                  return setBatteryVoltage(context, static_cast<KT_U16>(std::lround(wanted->number * 1000)));
-              })
+    addBatteryChange(battery, options, "voltage", "Set the voltage in volts",
+                     [wanted](Context& context) {
+                         return setBatteryVoltage(context, static_cast<KT_U16>(std::lround(wanted->number * 1000)));
+                     })
         .addOption("VOLTS", wanted->number)
         .required()
         .check(between(0, 60));
@@ -91,11 +92,11 @@ void addBattery(const Command& app, Options& options) {
     const Command battery = app.addCommand("battery", "The battery backup unit of an adapter");
     battery.requireCommand(1, 1);
     const auto wanted = std::make_shared<BatteryOptions>();
-    addChange(battery, options, "show", "Print how it does", [](Context& context) {
+    addBatteryChange(battery, options, "show", "Print how it does", [](Context& context) {
         showBattery(context);
         return true;
     });
-    addChange(battery, options, "insert", "Put a new one in", insertBattery);
+    addBatteryChange(battery, options, "insert", "Put a new one in", insertBattery);
     const Command remove = battery.addCommand("remove", "Take it out");
     addAdapterOption(remove, options);
     addForceOption(remove, options);
@@ -107,13 +108,13 @@ void addBattery(const Command& app, Options& options) {
         change(options, removeBattery);
     });
     addReadings(battery, options, wanted);
-    addChange(battery, options, "charger", "Break the charger, or repair it",
-              [wanted](Context& context) { return breakCharger(context, wanted->text == "broken"); })
+    addBatteryChange(battery, options, "charger", "Break the charger, or repair it",
+                     [wanted](Context& context) { return breakCharger(context, wanted->text == "broken"); })
         .addOption("STATE", wanted->text, "broken or working")
         .required()
         .check(oneOf({"broken", "working"}));
-    addChange(battery, options, "relearn", "Schedule the next relearn",
-              [wanted](Context& context) { return relearnIn(context, wanted->text); })
+    addBatteryChange(battery, options, "relearn", "Schedule the next relearn",
+                     [wanted](Context& context) { return relearnIn(context, wanted->text); })
         .addOption("IN", wanted->text, "For instance 45s, 90m, 5h, 3d")
         .required();
 }

@@ -98,8 +98,8 @@ static void setSpeed(Store& store, double speed) {
     setClock(store, simulatedNow(store), static_cast<KT_U32>(std::lround(speed * 1000)), false);
 }
 
-static Command addChange(const Command& clock, Options& options, const char* word, const char* help,
-                         const std::function<void(Store&)>& work) {
+static Command addClockChange(const Command& clock, Options& options, const char* word, const char* help,
+                              const std::function<void(Store&)>& work) {
     const Command command = clock.addCommand(word, help);
     command.onGiven([&options, work] { changeState(options, work); });
     return command;
@@ -110,22 +110,22 @@ void addClock(const Command& app, Options& options) {
     clock.requireCommand(1, 1);
     const auto text = std::make_shared<std::string>();
     const auto speed = std::make_shared<double>(1);
-    addChange(clock, options, "show", "Print the time and how it runs",
-              [](Store& store) { printf("%s\n", clockText(store).c_str()); });
-    addChange(clock, options, "stop", "Stop the clock; advance still moves it",
-              [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, true); });
-    addChange(clock, options, "start", "Let the clock run on at the speed it had",
-              [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, false); });
-    const Command faster = addChange(clock, options, "speed", "Let the clock run, X times as fast as real time",
-                                     [speed](Store& store) { setSpeed(store, *speed); });
+    addClockChange(clock, options, "show", "Print the time and how it runs",
+                   [](Store& store) { printf("%s\n", clockText(store).c_str()); });
+    addClockChange(clock, options, "stop", "Stop the clock; advance still moves it",
+                   [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, true); });
+    addClockChange(clock, options, "start", "Let the clock run on at the speed it had",
+                   [](Store& store) { setClock(store, simulatedNow(store), loadClock(store).speed, false); });
+    const Command faster = addClockChange(clock, options, "speed", "Let the clock run, X times as fast as real time",
+                                          [speed](Store& store) { setSpeed(store, *speed); });
     faster.addOption("X", *speed, "1 is real time").required().check(between(0.001, 1000000));
-    const Command jump = addChange(clock, options, "advance", "Let time pass at once; what is due in it happens",
-                                   [text](Store& store) { passTime(store, *text); });
+    const Command jump = addClockChange(clock, options, "advance", "Let time pass at once; what is due in it happens",
+                                        [text](Store& store) { passTime(store, *text); });
     jump.addOption("DURATION", *text, "For instance 45s, 90m, 2h30m, 3d").required();
-    const Command set = addChange(clock, options, "set", "Set the time that is shown (nothing happens in between)",
-                                  [text](Store& store) { setShownTime(store, readTime(*text)); });
+    const Command set = addClockChange(clock, options, "set", "Set the time that is shown (nothing happens in between)",
+                                       [text](Store& store) { setShownTime(store, readTime(*text)); });
     set.addOption("TIME", *text, "In UTC: \"2026-01-05 08:00:00\"").required();
-    const Command until = addChange(clock, options, "until", "Let time pass until every activity has ended",
-                                    [](Store& store) { advanceUntilIdle(store); });
+    const Command until = addClockChange(clock, options, "until", "Let time pass until every activity has ended",
+                                         [](Store& store) { advanceUntilIdle(store); });
     until.addOption("idle", *text, "The word idle").required().check(oneOf({"idle"}));
 }

@@ -25,8 +25,8 @@ struct DiskChange {
     std::function<KT_U8(Context&, KT_U16 pd)> happen;
 };
 
-static Command addChange(const Command& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
-                         const DiskChange& change) {
+static Command addDiskChange(const Command& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted,
+                             const DiskChange& change) {
     const Command command = disk.addCommand(change.word, change.help);
     command.addOption("ID", wanted->id, "The disk").required().check(inRange(0U, 65534U));
     addAdapterOption(command, options);
@@ -59,9 +59,10 @@ static KT_U8 age(const Context& context, KT_U16 pd, const DiskOptions& wanted) {
 }
 
 static void addAge(const Command& disk, Options& options, const std::shared_ptr<DiskOptions>& wanted) {
-    const Command command = addChange(disk, options, wanted,
-                                      {"age", "Wear it: its SMART attributes move", false,
-                                       [wanted](Context& context, KT_U16 pd) { return age(context, pd, *wanted); }});
+    const Command command =
+        addDiskChange(disk, options, wanted,
+                      {"age", "Wear it: its SMART attributes move", false,
+                       [wanted](Context& context, KT_U16 pd) { return age(context, pd, *wanted); }});
     command.addOption("WHAT", wanted->aspect, "What wears").required().check(oneOf(agingWords()));
     command.addOption("AMOUNT", wanted->amount, "By how much").showDefault();
 }
@@ -118,9 +119,9 @@ static void addSpoil(const Command& disk, Options& options, const std::shared_pt
                      const Spoiling& way) {
     const KT_U8 flaw = way.flaw;
     const Command command =
-        addChange(disk, options, wanted, {way.word, way.help, true, [wanted, flaw](Context& context, KT_U16 pd) {
-                                              return spoil(context, pd, flaw, *wanted);
-                                          }});
+        addDiskChange(disk, options, wanted, {way.word, way.help, true, [wanted, flaw](Context& context, KT_U16 pd) {
+                                                  return spoil(context, pd, flaw, *wanted);
+                                              }});
     command.addOption("--lba", wanted->lba, "The first sector; else wherever it happens")
         .check(inRange(KT_U64{0}, (KT_U64{1} << 48) - 1));
     command.addOption("--count", wanted->amount, "So many sectors")
@@ -138,8 +139,8 @@ void addDisk(const Command& app, Options& options) {
     addSpoil(disk, options, wanted,
              {"corrupt", "Some of its sectors hold wrong data, which only a check tells", FLAW_WRONG});
     const Command trip =
-        addChange(disk, options, wanted,
-                  {"trip", "Its SMART status goes over the threshold", false,
-                   [wanted](Context& context, KT_U16 pd) { return tripSmart(context, pd, !wanted->clear); }});
+        addDiskChange(disk, options, wanted,
+                      {"trip", "Its SMART status goes over the threshold", false,
+                       [wanted](Context& context, KT_U16 pd) { return tripSmart(context, pd, !wanted->clear); }});
     trip.addFlag("--clear", wanted->clear, "Back under it, its wear undone");
 }

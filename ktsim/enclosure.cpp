@@ -107,8 +107,8 @@ struct ElementChange {
     void (*happen)(const Context&, const EnclosureOptions&);
 };
 
-static Command addChange(const Command& enclosure, Options& options, const std::shared_ptr<EnclosureOptions>& wanted,
-                         const ElementChange& change) {
+static Command addEnclosureChange(const Command& enclosure, Options& options,
+                                  const std::shared_ptr<EnclosureOptions>& wanted, const ElementChange& change) {
     const Command command = enclosure.addCommand(change.word, change.help);
     command.addOption("ENCLOSURE", wanted->enclosure, "Its id").required().check(inRange(0U, 65534U));
     command.addOption("ELEMENT", wanted->element, "The kind of element").required().check(oneOf(elementWords()));
@@ -130,10 +130,11 @@ void addEnclosure(const Command& app, Options& options) {
     const Command show = enclosure.addCommand("show", "Print how the enclosures and their elements do");
     addAdapterOption(show, options);
     show.onGiven([&options] { changeAdapter(options, showEnclosures); });
-    addChange(enclosure, options, wanted, {"set", "Put an element into a condition", setCondition})
+    addEnclosureChange(enclosure, options, wanted, {"set", "Put an element into a condition", setCondition})
         .addOption("CONDITION", wanted->condition, "ok, failed ... (a wrong word lists them)")
         .required();
-    addChange(enclosure, options, wanted, {"reading", "What a sensor measures or how fast a fan turns", setReading})
+    addEnclosureChange(enclosure, options, wanted,
+                       {"reading", "What a sensor measures or how fast a fan turns", setReading})
         .addOption("VALUE", wanted->reading, "Celsius, hundredths of a volt, or turns a minute")
         .required();
     addShelfMoves(enclosure, options);

@@ -166,7 +166,7 @@ static std::string jobText(const Context& context, Owner owner, const Activity& 
     return progressText(activity, name, context.now);
 }
 
-static Urgency urgencyOf(bool wrong, bool busy) {
+static Urgency rowUrgency(bool wrong, bool busy) {
     return wrong ? Urgency::Wrong : busy ? Urgency::Busy : Urgency::Well;
 }
 
@@ -202,7 +202,7 @@ static StatusRow vdRow(const Context& context, KT_U16 id, const _LD_Info& vd) {
     if (runsSystem(Vd{vd, state})) text += ", runs the OS";
     text += jobText(context, Owner{OwnerKind::Vd, id}, state.activity);
     const bool well = vd.Status == KT_VD_ONLINE || vd.Status == KT_VD_USING_TABLE;
-    return StatusRow{urgencyOf(!well, state.activity.kind != 0), Thing::Vd, text};
+    return StatusRow{rowUrgency(!well, state.activity.kind != 0), Thing::Vd, text};
 }
 
 static StatusRow arrayRow(const Context& context, KT_U16 id, const _DG_Info& array) {
@@ -214,7 +214,7 @@ static StatusRow arrayRow(const Context& context, KT_U16 id, const _DG_Info& arr
                wordFor(LEVELS, array.RaidMode).c_str(), sizeText(array.TotalManagedSpace).c_str(),
                STATUS_OF[std::min<KT_U8>(array.Status, 2)], free.c_str());
     text += jobText(context, Owner{OwnerKind::Array, id}, state.activity);
-    return StatusRow{urgencyOf(array.Status != ARRAY_FUNCTIONAL, state.activity.kind != 0), Thing::Array, text};
+    return StatusRow{rowUrgency(array.Status != ARRAY_FUNCTIONAL, state.activity.kind != 0), Thing::Array, text};
 }
 
 // The virtual disks, outside arrays, that have something on the disk.
@@ -314,7 +314,7 @@ static StatusRow diskRow(const Context& context, KT_U16 id, const _HD_Info& disk
     const bool wrong = flawed != 0 || state.smartTripped || state.health == PD_FAILED ||
                        (state.raid & (KT_PD_OFFLINE | KT_PD_FOREIGN)) != 0;
     const bool busy = state.patrol.kind != 0 || testEnds != NEVER;
-    return StatusRow{urgencyOf(wrong, busy), Thing::Disk, diskLine(id, disk, role)};
+    return StatusRow{rowUrgency(wrong, busy), Thing::Disk, diskLine(id, disk, role)};
 }
 
 static StatusRow pulledRow(const Context& context, KT_U16 id, const PulledDisk& disk) {
@@ -371,7 +371,7 @@ static void addBatteryRow(const Context& context, std::vector<StatusRow>& rows) 
     for (const char* complaint : batteryComplaints(context))
         text += std::string(", ") + complaint;
     if (!batteryKeepsCache(context)) text += ", caches would not survive a power failure";
-    rows.push_back(StatusRow{urgencyOf(wrong, busy), Thing::Battery, text});
+    rows.push_back(StatusRow{rowUrgency(wrong, busy), Thing::Battery, text});
 }
 
 // "  fan 2 critical": of its slots, or of its other elements.

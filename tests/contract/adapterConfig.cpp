@@ -1,9 +1,9 @@
 #include "frame.h"
 
-static const char LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
+static const char ADAPTER_CONFIG_LAB[] = R"({"adapters": [{"type": "array-based", "disks": [{}]},
   {"type": "LD-based", "AlarmSupport": 0, "Features": 0}]})";
 
-struct AdapterConfig : LabTest<LAB> {};
+struct AdapterConfig : LabTest<ADAPTER_CONFIG_LAB> {};
 
 TEST_F(AdapterConfig, ChangesAreKeptAndLogged) {
     Config config = adapterConfig(0);

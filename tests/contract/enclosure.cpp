@@ -3,7 +3,7 @@
 #include <sstream>
 
 // Enclosures 1 and 5 as they come, 4 with its own elements, disks 0 to 2 in slots 0 to 2 of the first.
-static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
+static const char ENCLOSURE_LAB[] = R"({"adapters": [{"type": "array-based", "expanders": [{}],
   "enclosures": [{"id": 1, "slots": 12}, {"id": 4, "elements": [
      {"type": "dev", "count": 2}, {"type": "fan", "text": "Rear blower"},
      {"type": "pow", "condition": "ac-fail"}]}, {}],
@@ -13,7 +13,7 @@ static const char LAB[] = R"({"adapters": [{"type": "array-based", "expanders": 
 static const KT_U8 SLOT = KT_SES_ARRAY_DEVICE, POWER = KT_SES_POWER_SUPPLY, FAN = KT_SES_COOLING,
                    HEAT = KT_SES_TEMPERATURE, DOOR = KT_SES_DOOR_LOCK, ALARM = KT_SES_ALARM, VOLTS = KT_SES_VOLTAGE;
 
-struct Enclosure : LabTest<LAB> {};
+struct Enclosure : LabTest<ENCLOSURE_LAB> {};
 
 // The four bytes of a status element, in hexadecimal, or the error.
 static std::string status(KT_U16 enclosure, KT_U8 type, KT_U8 element) {
@@ -44,7 +44,7 @@ static std::string slots(KT_U8 count, std::initializer_list<KT_U8> calls = {}) {
 }
 
 // What the enclosures 1 and 4 are, and whether the alarm of the first sounds, after calls that go well.
-static std::string look(std::initializer_list<KT_U8> calls = {}) {
+static std::string lookAtShelf(std::initializer_list<KT_U8> calls = {}) {
     succeed(calls);
     std::string seen;
     for (const auto& each : readList(KT_ENC_GetEnclosureInfo, KT_U8{0}, &_Enclosure_Info_Request::enclosureInfo, 1))
@@ -96,15 +96,16 @@ TEST_F(Enclosure, ElementsTakeConditions) {
     const auto condition = [](KT_U8 type, KT_U8 element, const char* word, KT_U16 enclosure = 1) {
         return setCondition(0, enclosure, type, element, word);
     };
-    EXPECT_EQ(look(), "0 2 01000000");
+    EXPECT_EQ(lookAtShelf(), "0 2 01000000");
     EXPECT_EQ(LOG_OF(0, condition(POWER, 0, "ok", 4), condition(FAN, 2, "failed"), condition(DOOR, 0, "open")),
               "15/7:0 15/4:0(2) 15/12:0");
-    EXPECT_EQ(look(), "2 0 01000002") << "it sounds";
-    EXPECT_EQ(look({condition(POWER, 0, "missing"), condition(ALARM, 0, "muted")}), "2 0 01000042");
-    EXPECT_EQ(look({condition(DOOR, 0, "ok"), condition(FAN, 2, "ok")}), "3 0 01000044") << "better, and still muted";
-    EXPECT_EQ(look({condition(POWER, 0, "ok")}), "0 0 01000000");
-    EXPECT_EQ(look({condition(POWER, 0, "missing")}), "3 0 01000004") << "a supply is missed";
-    EXPECT_EQ(look({condition(ALARM, 0, "failed"), condition(FAN, 1, "missing"), condition(FAN, 2, "failed")}),
+    EXPECT_EQ(lookAtShelf(), "2 0 01000002") << "it sounds";
+    EXPECT_EQ(lookAtShelf({condition(POWER, 0, "missing"), condition(ALARM, 0, "muted")}), "2 0 01000042");
+    EXPECT_EQ(lookAtShelf({condition(DOOR, 0, "ok"), condition(FAN, 2, "ok")}), "3 0 01000044")
+        << "better, and still muted";
+    EXPECT_EQ(lookAtShelf({condition(POWER, 0, "ok")}), "0 0 01000000");
+    EXPECT_EQ(lookAtShelf({condition(POWER, 0, "missing")}), "3 0 01000004") << "a supply is missed";
+    EXPECT_EQ(lookAtShelf({condition(ALARM, 0, "failed"), condition(FAN, 1, "missing"), condition(FAN, 2, "failed")}),
               "2 0 02400000")
         << "what is broken does not sound";
 }

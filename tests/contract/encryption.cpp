@@ -2,7 +2,7 @@
 
 // Three disks on ports 0 to 2 of an encrypting adapter with one entry more than ports, the first of them with the
 // system; and an adapter that cannot encrypt.
-static const char LAB[] = R"({"adapters": [
+static const char ENCRYPTION_LAB[] = R"({"adapters": [
   {"type": "LD-based", "MaxAESEntry": 5, "MaxAESPort": 4, "PortCount": 3,
    "disks": [{"size": "1TB", "port": 0, "os": true}, {"count": 2, "size": "1TB", "port": 1}]},
   {"type": "array-based"}]})";
@@ -54,7 +54,7 @@ static std::string diskAfter(std::initializer_list<KT_U8> calls) {
     return (config.Online ? "online " : "offline ") + std::to_string(config.AESPercentage) + "% " + newEvents();
 }
 
-struct Encryption : LabTest<LAB> {};
+struct Encryption : LabTest<ENCRYPTION_LAB> {};
 
 TEST_F(Encryption, EntriesKeepTheirKeyBehindAPassword) {
     const char* longest = "0123456789abcdef0123456789abcdef";

@@ -3,12 +3,12 @@
 #include <memory>
 #include <numeric>
 
-static const char LAB[] = R"({"adapters": [
+static const char FLASH_LAB[] = R"({"adapters": [
   {"type": "array-based", "battery": true},
   {"type": "LD-based", "BIOSVersion.MajorVersion": 0, "BIOSVersion.MinorVersion": 0, "BIOSVersion.BuildNumber": 0}]})";
 static const KT_U16 VENDOR = 0x1FA4; // of the lab's adapters
 
-struct Flash : LabTest<LAB> {};
+struct Flash : LabTest<FLASH_LAB> {};
 
 static std::unique_ptr<_Flash_Data> page(const std::string& data, KT_U16 number = 0, KT_BOOLEAN last = 1) {
     auto record = std::make_unique<_Flash_Data>();
@@ -47,7 +47,7 @@ static KT_U8 erase(KT_U8 type) {
 
 // The major versions of firmware, BIOS and boot loader, which images are sound (these three, autoload, the settings;
 // and all of them), and the events since the last look; after calls that go well.
-static std::string look(std::initializer_list<KT_U8> calls = {}) {
+static std::string lookAtFlash(std::initializer_list<KT_U8> calls = {}) {
     succeed(calls);
     const _Adapter_Info info = adapterInfo(0);
     std::string seen;
@@ -70,10 +70,11 @@ static KT_U8 listVds(KT_U8 adapter) {
 TEST_F(Flash, FirmwareComesAndGoesInPages) {
     const std::string factory = backup(KT_IMAGE_FIRMWARE);
     EXPECT_GT(factory.size(), sizeof _Flash_Data{}.Data) << "the factory image takes two pages";
-    EXPECT_EQ(look(), "432 ++++++ 10/18:0");
+    EXPECT_EQ(lookAtFlash(), "432 ++++++ 10/18:0");
     const std::string wanted = image(KT_IMAGE_FIRMWARE, 2 * sizeof _Flash_Data{}.Data);
-    EXPECT_EQ(look({update(KT_IMAGE_FIRMWARE, wanted)}), "432 ++++++ 10/17:0") << "what runs, runs until the next boot";
-    EXPECT_EQ(look({reboot()}), "732 ++++++ 12/7:0 0/9:0");
+    EXPECT_EQ(lookAtFlash({update(KT_IMAGE_FIRMWARE, wanted)}), "432 ++++++ 10/17:0")
+        << "what runs, runs until the next boot";
+    EXPECT_EQ(lookAtFlash({reboot()}), "732 ++++++ 12/7:0 0/9:0");
     EXPECT_EQ(adapterInfo(0).FirmwareVersion.BuildNumber, 1234);
     succeed({reopen()});
     EXPECT_TRUE(backup(KT_IMAGE_FIRMWARE) == wanted);
@@ -82,21 +83,22 @@ TEST_F(Flash, FirmwareComesAndGoesInPages) {
 TEST_F(Flash, ABootFallsBackOnTheEarlierCopy) {
     const auto write = [] { return update(KT_IMAGE_FIRMWARE, image(KT_IMAGE_FIRMWARE, 10)); };
     const auto damage = [](ImagePart part) { return damageImage(0, KT_IMAGE_FIRMWARE, part); };
-    EXPECT_EQ(look({write()}), "432 ++++++ 10/17:0");
-    EXPECT_EQ(look({damage(HEADER), reboot()}), "432 -++++- 12/7:0 10/23:0 10/21:0 0/9:0") << "the factory's";
-    EXPECT_EQ(look({write()}), "432 ++++++ 10/17:0");
-    EXPECT_EQ(look({damage(DATA), write(), damage(DATA), reboot()}), "432 -++++- 10/17:0 12/7:0 10/24:0 10/21:0 0/9:0")
+    EXPECT_EQ(lookAtFlash({write()}), "432 ++++++ 10/17:0");
+    EXPECT_EQ(lookAtFlash({damage(HEADER), reboot()}), "432 -++++- 12/7:0 10/23:0 10/21:0 0/9:0") << "the factory's";
+    EXPECT_EQ(lookAtFlash({write()}), "432 ++++++ 10/17:0");
+    EXPECT_EQ(lookAtFlash({damage(DATA), write(), damage(DATA), reboot()}),
+              "432 -++++- 10/17:0 12/7:0 10/24:0 10/21:0 0/9:0")
         << "what is damaged is not kept as the earlier one";
-    EXPECT_EQ(look({write(), write(), damage(DATA), reboot()}),
+    EXPECT_EQ(lookAtFlash({write(), write(), damage(DATA), reboot()}),
               "732 -++++- 10/17:0 10/17:0 12/7:0 10/24:0 10/21:0 0/9:0");
-    EXPECT_EQ(look({damage(BOTH), reboot()}), "032 -++++- 12/7:0 10/25:0 10/22:0 10/3:0");
+    EXPECT_EQ(lookAtFlash({damage(BOTH), reboot()}), "032 -++++- 12/7:0 10/25:0 10/22:0 10/3:0");
     succeed({listVds(1), write()});
     EXPECT_EQ(listVds(0), KT_ERR_LINK_TIMEOUT) << "it has not booted yet";
-    EXPECT_EQ(look({reboot(), listVds(0)}), "732 ++++++ 10/17:0 0/9:0");
+    EXPECT_EQ(lookAtFlash({reboot(), listVds(0)}), "732 ++++++ 10/17:0 0/9:0");
 }
 
 TEST_F(Flash, AnUpdateThatThePowerEndsCostsTheEarlierCopy) {
-    EXPECT_EQ(look({KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIN, page("half", 0, 0).get()), reboot()}),
+    EXPECT_EQ(lookAtFlash({KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIN, page("half", 0, 0).get()), reboot()}),
               "432 ++-++- 12/7:0 10/21:0 0/9:0");
     EXPECT_EQ(KT_Flash_Bin(0, KT_FLASH_UPDATE, KT_IMAGE_BIN, page("half", 1, 1).get()), KT_ERR_FLASH_DESCRIPTOR);
     succeed({listVds(0), damageImage(0, KT_IMAGE_BIN, DATA), reboot()});
@@ -120,7 +122,7 @@ TEST_F(Flash, BadImagesLeaveTheOldOne) {
     };
     for (const auto& [status, bytes] : bads) {
         EXPECT_EQ(update(KT_IMAGE_BIOS, bytes), status) << bytes.size();
-        EXPECT_EQ(look(), status == KT_ERR_OUT_OF_RANGE ? "432 ++++++ 10/15:0 10/19:0" : "432 ++++++ 10/19:0");
+        EXPECT_EQ(lookAtFlash(), status == KT_ERR_OUT_OF_RANGE ? "432 ++++++ 10/15:0 10/19:0" : "432 ++++++ 10/19:0");
     }
     EXPECT_EQ(update(KT_IMAGE_FIRMWARE, image(KT_IMAGE_FIRMWARE, 10), 1), KT_ERR_FLASH_TYPE) << "it runs none";
 }
@@ -164,11 +166,12 @@ TEST_F(Flash, RawImagesNeedLeave) {
 }
 
 TEST_F(Flash, EraseTakesVersionAndHealth) {
-    EXPECT_EQ(look({erase(KT_IMAGE_BIOS)}), "432 +-+-+- ") << "its version was read at the boot; autoload is gone, too";
+    EXPECT_EQ(lookAtFlash({erase(KT_IMAGE_BIOS)}), "432 +-+-+- ")
+        << "its version was read at the boot; autoload is gone, too";
     backup(KT_IMAGE_BIOS, 0, KT_ERR_FLASH_DATA);
-    EXPECT_EQ(look({KT_API_RescanAdapter()}), "432 +-+-+- 10/20:0 10/22:0 10/3:0 10/22:0 10/3:0");
+    EXPECT_EQ(lookAtFlash({KT_API_RescanAdapter()}), "432 +-+-+- 10/20:0 10/22:0 10/3:0 10/22:0 10/3:0");
     backup(KT_IMAGE_BIOS, 1, KT_ERR_FLASH_DATA); // that adapter came without a BIOS
-    EXPECT_EQ(look({update(KT_IMAGE_BIOS, image(KT_IMAGE_BIOS, 10))}), "432 +++-+- 10/17:0");
+    EXPECT_EQ(lookAtFlash({update(KT_IMAGE_BIOS, image(KT_IMAGE_BIOS, 10))}), "432 +++-+- 10/17:0");
     EXPECT_EQ(KT_Flash_Erase(0, 2), KT_ERR_INVALID_PARAMETER);
 }
 
@@ -268,17 +271,17 @@ TEST_F(Flash, SettingsPageRefuses) {
     settings.Signature[0] = 'T';
     settings.MP_Rate = 101;
     EXPECT_EQ(writeSettings(settings), KT_ERR_FLASH_DATA);
-    EXPECT_EQ(look(), "432 ++++++ 10/19:0 10/19:0 10/19:0");
+    EXPECT_EQ(lookAtFlash(), "432 ++++++ 10/19:0 10/19:0 10/19:0");
     EXPECT_EQ(sumOf(readSettings()), 0);
     succeed({erase(KT_IMAGE_CONFIG)});
     EXPECT_EQ(readSettings().Signature[0], 0xFF);
-    EXPECT_EQ(look().substr(4, 5), "++++-");
+    EXPECT_EQ(lookAtFlash().substr(4, 5), "++++-");
     const _Adapter_Info blank = adapterInfo(0);
     const Config config = adapterConfig(0);
     EXPECT_EQ(blank.SerialNo[0] | blank.ModelNumber[0] | blank.PortSasAddress[0][0] | config.SerialNo[0] |
                   config.ModelNumber[0],
               0);
-    EXPECT_EQ(look({update(KT_IMAGE_CONFIG, sound)}).substr(4, 5), "+++++");
+    EXPECT_EQ(lookAtFlash({update(KT_IMAGE_CONFIG, sound)}).substr(4, 5), "+++++");
     EXPECT_NE(adapterInfo(0).SerialNo[0], 0);
 }
 

@@ -1,7 +1,7 @@
 // Disks that come from other adapters, with virtual disks on them.
 #include "frame.h"
 
-static const char LAB[] = R"({"adapters": [{"type": "array-based", "enclosures": [{}], "disks": [
+static const char FOREIGN_LAB[] = R"({"adapters": [{"type": "array-based", "enclosures": [{}], "disks": [
   {"count": 11, "type": "SAS", "size": "100GB"}]}]})";
 
 static const char OTHER[] = R"({"adapters": [{"type": "LD-based", "disks": [
@@ -12,14 +12,14 @@ static std::string adapterWith(const std::string& words) {
     return R"({"adapters": [{"disks": [{"count": 7, "size": "100GB"}], )" + words + "}]}";
 }
 
-struct Foreign : LabTest<LAB> {
+struct Foreign : LabTest<FOREIGN_LAB> {
     Ids ids; // of the disks that were brought
 
     void bring(const Ids& disks, const std::string& lab = OTHER) {
         succeed({insertForeignDisks(0, lab.c_str(), disks, ids)});
     }
     void bringAnew(const Ids& disks, const std::string& lab = OTHER) {
-        start(LAB);
+        start(FOREIGN_LAB);
         ids.clear();
         bring(disks, lab);
     }

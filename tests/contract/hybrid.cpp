@@ -3,7 +3,7 @@
 #include <set>
 
 // Virtual disk 0 is a plain one, 1 a hybrid one of 200 GiB; disks 4 and 5 are free, 6 is a spare.
-static const char LAB[] = R"({"adapters": [
+static const char HYBRID_LAB[] = R"({"adapters": [
   {"type": "LD-based", "PortCount": 8, "disks": [
      {"count": 3, "size": "1TB"}, {"type": "SATA SSD", "size": "240GB"}, {"count": 2, "size": "1TB"},
      {"size": "1TB", "spare": "global"}],
@@ -12,7 +12,7 @@ static const char LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [{}]}]})";
 static const KT_U64 SIZE = KT_U64{200} << 30;
 
-struct Hybrid : LabTest<LAB> {};
+struct Hybrid : LabTest<HYBRID_LAB> {};
 
 static KT_U8 add(KT_U16 vd, KT_U64 from, KT_U64 length, KT_U8 type = KT_REQUEST_ITEM, KT_U16 records = 1,
                  KT_U8 adapter = 0) {

@@ -2,7 +2,7 @@
 
 // Disks 0 to 7 are alike, 8 is half as large, 9 has other sectors, 10 carries the system; adapters 1 and 2 have no
 // arrays, 2 lets virtual disks share disks.
-static const char LAB[] = R"({"adapters": [
+static const char RAID_LAB[] = R"({"adapters": [
   {"type": "array-based", "enclosures": [{}], "disks": [
      {"count": 8, "type": "SAS", "size": "100GB"}, {"type": "SAS", "size": "50GB"},
      {"type": "SAS", "size": "100GB", "sector": 4096}, {"type": "SAS", "size": "100GB", "os": true}]},
@@ -13,7 +13,7 @@ static const char LAB[] = R"({"adapters": [
 static const KT_U8 ARRAYS = 0, PLAIN = 1, OLD = 2;
 static const KT_U64 MB = 1024;
 
-struct Raid : LabTest<LAB> {
+struct Raid : LabTest<RAID_LAB> {
     static KT_U8 fail(KT_U16 pd, KT_U8 adapter = ARRAYS) { return failDisk(adapter, pd); }
     static KT_U8 pull(KT_U16 pd, KT_U8 adapter = ARRAYS) { return pullDisk(adapter, pd); }
     static KT_U8 insert(KT_U16 pd, KT_U8 adapter = ARRAYS) { return insertDisk(adapter, pd); }

@@ -4,7 +4,7 @@
 // and a solid-state one (11).
 // Adapter 1: virtual disks as many as it takes: a system, a degraded one, a hybrid one; disks 7 and 8 are free.
 // Adapter 2 may have one block only.
-static const char LAB[] = R"({"adapters": [
+static const char REFUSALS_LAB[] = R"({"adapters": [
   {"type": "array-based", "disks": [{"count": 8, "size": "100GB"}, {"size": "100GB", "spare": "global"},
      {"size": "1GB", "HDType": 8}, {"type": "SAS", "size": "100GB", "LocateLEDStatus": 255},
      {"type": "SATA SSD", "size": "100GB"}],
@@ -42,7 +42,7 @@ static KT_U8 with(KT_U8 (*call)(KT_U8, KT_U16, Args...)) {
 }
 
 TEST_F(Refusals, NameWhatIsNotThere) {
-    start(LAB);
+    start(REFUSALS_LAB);
     _Create_LD_Param vd = ldParam(KT_RAID0, {});
     vd.LDID = NOBODY;
     _HD_MBR_Info mbr = {};
@@ -76,7 +76,7 @@ TEST_F(Refusals, NameWhatIsNotThere) {
 }
 
 TEST_F(Refusals, NameTheirReasonAndChangeNothing) {
-    start(LAB);
+    start(REFUSALS_LAB);
     succeed({failDisk(0, 2), failDisk(1, 3), KT_PD_StartMediaPatrol(1, 2)});
     const std::string before = show();
     answer(KT_ERR_LINK_TIMEOUT, {KT_PD_WipeHDMDD(1, 3, 1), KT_PD_SetHDStatus(1, 3, 1)});

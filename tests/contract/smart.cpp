@@ -1,10 +1,10 @@
 #include "frame.h"
 
 // Disk 0 SATA, 1 SAS, 2 a solid state one, 3 tripped from the start.
-static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
+static const char SMART_LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
   {"disks": [{"type": "SATA", "size": "1TB"}, {"type": "SAS", "size": "1TB"}, {"type": "SATA SSD", "size": "480GB"},
              {"type": "SATA", "size": "1TB", "smartTripped": true}]}]})";
-static const KT_U8 REALLOCATED = 0x05, HOURS = 0x09, CYCLES = 0x0C, HEAT = 0xC2, WRITTEN = 0xF1;
+static const KT_U8 REALLOCATED = 0x05, HOURS = 0x09, CYCLES = 0x0C, CELSIUS = 0xC2, WRITTEN = 0xF1;
 
 static _ATA_PassThrough ata(KT_U16 pd, KT_U8 command, KT_U8 features, KT_U8 mid = KT_SMART_LBA_MID) {
     _ATA_PassThrough pass = {};
@@ -16,7 +16,7 @@ static _ATA_PassThrough ata(KT_U16 pd, KT_U8 command, KT_U8 features, KT_U8 mid 
     return pass;
 }
 
-struct Smart : LabTest<LAB> {
+struct Smart : LabTest<SMART_LAB> {
     static KT_U64 raw(KT_U16 pd, KT_U8 id) { return attribute(0, pd, id).RawValue; }
     static KT_U8 returnStatus(KT_U16 pd) { return ata(pd, KT_ATA_SMART, KT_SMART_RETURN_STATUS).Status; }
 };
@@ -81,7 +81,7 @@ TEST_F(Smart, TheDayWarmsAndThePullStopsTheHours) {
     const KT_U64 written = raw(2, WRITTEN);
     std::string day;
     for (int hour = 0; hour < 24; ++hour) {
-        day += std::to_string(raw(2, HEAT)) + " ";
+        day += std::to_string(raw(2, CELSIUS)) + " ";
         advance(HOUR);
     }
     EXPECT_EQ(day, "32 32 33 33 33 34 34 34 34 34 33 33 33 32 32 31 31 31 30 30 30 30 31 31 ");

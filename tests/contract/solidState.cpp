@@ -3,12 +3,12 @@
 #include <numeric>
 
 // Disk 0 a solid state one, 1 the same, 2 a spinning one, 3 a solid state one that speaks SAS.
-static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
+static const char SOLID_STATE_LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
   {"disks": [{"count": 2, "type": "SATA SSD", "size": "480GB", "model": "Model A", "firmware": "1.0"},
              {"type": "SATA", "size": "1TB"}, {"type": "SAS SSD", "size": "1TB"}]}]})";
 static const KT_U64 HALF = 480000000; // a sector in the middle of disk 0
 
-struct SolidStateDisks : LabTest<LAB> {};
+struct SolidStateDisks : LabTest<SOLID_STATE_LAB> {};
 
 // What a self-test is like after so many seconds and the action: how far, its result, when it ended, and where it met
 // an error.

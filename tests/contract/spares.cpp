@@ -3,13 +3,13 @@
 
 // A RAID5 on disks 0 to 2, whose own spare 3 is larger than the spares of the adapter: 4 is large, 5 as large as the
 // members, 6 too small. 7 runs the system, 8 is optical, 9 has a partition table and is free.
-static const char LAB[] = R"({"adapters": [{"type": "array-based", "config": {"CopyBackOn": 0}, "disks": [
+static const char SPARES_LAB[] = R"({"adapters": [{"type": "array-based", "config": {"CopyBackOn": 0}, "disks": [
   {"count": 3, "size": "100GB"}, {"size": "4TB"}, {"size": "2TB", "spare": "global"},
   {"size": "100GB", "spare": "global"}, {"size": "50GB", "spare": "global"}, {"size": "100GB", "os": true},
   {"type": "ATAPI"}, {"size": "100GB", "mbr": true}],
   "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "spares": [3], "virtualDisks": [{"size": "1GB"}]}]}]})";
 
-struct Spares : LabTest<LAB> {};
+struct Spares : LabTest<SPARES_LAB> {};
 
 static bool hasMbr(KT_U16 pd) {
     _HD_MBR_Info info = {};

@@ -4,12 +4,12 @@
 #include <regex>
 
 // VD 0 is a RAID5 on disks 0 to 2, VDs 1 and 2 are RAID6 on 3 to 6; 7 is a spare, 8 is free.
-static const char LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
+static const char SURFACE_LAB[] = R"({"clock": {"seconds": 1767600000, "stopped": true}, "adapters": [
   {"type": "array-based", "disks": [{"count": 7, "size": "4GB"}, {"size": "4GB", "spare": "global"}, {"size": "4GB"}],
    "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "virtualDisks": [{}]},
               {"level": "RAID6", "disks": [3, 4, 5, 6], "virtualDisks": [{"size": "2GB"}, {"size": "1GB"}]}]}]})";
 
-struct Surface : LabTest<LAB> {
+struct Surface : LabTest<SURFACE_LAB> {
     static KT_U8 spoil(KT_U16 pd, KT_U64 lba, Flaw flaw, KT_U32 count = 1) {
         return spoilSectors(0, pd, flaw, lba, count);
     }
@@ -131,7 +131,7 @@ TEST_F(Surface, KeepsOnlySoManySectorsOfADisk) {
 
 TEST_F(Surface, OneLeapOfTheClockIsManySteps) {
     const auto story = [&](uint64_t step) {
-        start(LAB);
+        start(SURFACE_LAB);
         scratch(0, 0, UNREADABLE, 700);
         scratch(0, 1, WRONG, 100);
         scratch(0, 4, UNREADABLE, 30);

@@ -30,7 +30,7 @@ static const Shape SHAPES[] = {
     {KT_RAID10, {4, 4, 6}}, {KT_RAID1E, {3, 3, 5}}, {KT_RAID50, {6, 6, 8}}, {KT_RAID60, {8, 6, 8}},
     {KT_JBOD, {1, 1, 2}},   {KT_HYBRID, {2, 3, 2}}, {0x77, {2, 3, 200}},
 };
-static const KT_U8 CONTROLS[] = {1, 2, 3, 3, 4, 7, 0, 9};
+static const KT_U8 ANY_CONTROLS[] = {1, 2, 3, 3, 4, 7, 0, 9};
 
 // Free disks, with a mistake now and then.
 static KT_U8 disks(Chaos& run, const Shape& shape, KT_U16* ids) {
@@ -241,7 +241,7 @@ static void happen(Chaos& run) {
 }
 
 // A call goes wrong soon, once or a few times.
-static void setFault(Chaos& run) {
+static void setAnyFault(Chaos& run) {
     static const char* const CALLS[] = {"KT_LD_Create",           "KT_LD_GetInfo",   "KT_LD_GetMaxSize",
                                         "KT_DG_GetInfo",          "KT_PD_GetHDInfo", "KT_PD_SetConfig",
                                         "KT_EVT_GetEventMessage", "KT_EVT_GetEvent", "KT_BBU_GetInfo"};
@@ -303,9 +303,9 @@ static void steer(Chaos& run) {
     const KT_U16 vd = run.among(idsWhere<_LD_Info>(run.context(), works), 5);
     const KT_U16 array = run.array();
     const KT_U16 pd = run.among(idsWhere<PdState>(run.context(), isRead), 20);
-    KT_LD_BGAControl(run.adapter, vd, run.oneOf(CONTROLS));
-    KT_DG_BGAControl(run.adapter, array, run.oneOf(CONTROLS));
-    KT_PD_BGAControl(run.adapter, pd, run.oneOf(CONTROLS));
+    KT_LD_BGAControl(run.adapter, vd, run.oneOf(ANY_CONTROLS));
+    KT_DG_BGAControl(run.adapter, array, run.oneOf(ANY_CONTROLS));
+    KT_PD_BGAControl(run.adapter, pd, run.oneOf(ANY_CONTROLS));
 }
 
 // What is done, how often, and on which adapters: those based on virtual disks, those based on arrays, or both.
@@ -329,7 +329,7 @@ static const Act ACTS[] = {
      }},
     {1, On::Both, [](Chaos& run) { KT_LD_DG_QuickCreate(run.adapter, run.byte(3)); }},
     {1, On::Both, [](Chaos& run) { KT_LD_PauseAll(run.adapter); }},
-    {5, On::Both, setFault},
+    {5, On::Both, setAnyFault},
     {4, On::Both, setAdapter},
     {4, On::Both, setPart},
     {1, On::Both, [](Chaos& run) { KT_AdapterMute(run.adapter); }},

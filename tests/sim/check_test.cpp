@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 // Disks 0 to 2 are an array's members, 3 is its spare, 4 and 5 are free; its virtual disks have blocks 0 to 2, 3 to 5.
-static const char LAB[] = R"({"adapters": [{"disks": [{"count": 6, "size": "10GB"}],
+static const char CHECK_LAB[] = R"({"adapters": [{"disks": [{"count": 6, "size": "10GB"}],
   "arrays": [{"level": "RAID5", "disks": [0, 1, 2], "spares": [3],
               "virtualDisks": [{"size": "1GB"}, {"size": "2GB"}]}]}]})";
 static const KT_U64 ON_DISK_4 = KT_U64{4} << 48;
@@ -49,7 +49,7 @@ static Spoil cut() {
 }
 
 static std::vector<std::string> violationsAfter(const Spoil& spoil) {
-    const MemoryState state(LAB);
+    const MemoryState state(CHECK_LAB);
     beginTransaction(*state.store, Access::Write);
     spoil(state.context);
     commitTransaction(*state.store);

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
-static const char LAB[] = R"({"adapters": [{"disks": [{"count": 3, "type": "SATA SSD", "size": "10GB"}]}]})";
+static const char DISKS_LAB[] = R"({"adapters": [{"disks": [{"count": 3, "type": "SATA SSD", "size": "10GB"}]}]})";
 
 template <class... Records>
 struct Kinds {
@@ -27,7 +27,7 @@ struct Kinds {
 using Known = Kinds<DiskAge, ToldHealth, DiskCipher, SolidState, MicrocodeUpdate, ArrayLabel>;
 
 struct Disks : testing::Test, MemoryState {
-    Disks() : MemoryState(LAB) { beginTransaction(*store, Access::Write); }
+    Disks() : MemoryState(DISKS_LAB) { beginTransaction(*store, Access::Write); }
     void SetUp() override {
         Known::put(context, 1);
         for (const KT_U64 lba : {5, 9})
@@ -51,7 +51,7 @@ TEST_F(Disks, AreNewWhereTheyAreReplaced) {
 }
 
 TEST_F(Disks, BringToAnotherAdapterWhatIsTheirOwn) {
-    const MemoryState elsewhere(LAB);
+    const MemoryState elsewhere(DISKS_LAB);
     beginTransaction(*elsewhere.store, Access::Write);
     const Context& there = elsewhere.context;
     Ids ids;

@@ -235,7 +235,7 @@ static bool rejoinArray(const Context& context, KT_U16 pd, const PulledBlocks& b
     return true;
 }
 
-static void putBack(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
+static void putBlocksBack(const Context& context, KT_U16 pd, const PulledBlocks& blocks) {
     erase<PulledBlocks>(context, pd);
     if (find<PdState>(context, pd).value_or(PdState{}).raid & KT_PD_SPARE) return;
     const bool asMember = rejoinArray(context, pd, blocks);
@@ -271,7 +271,7 @@ void resumeInterrupted(const Context& context, const std::vector<Owner>& owners)
 void rejoin(const Context& context, const std::vector<Returning>& disks) {
     std::vector<KT_U16> pds;
     for (const Returning& disk : disks) {
-        putBack(context, disk.pd, disk.blocks);
+        putBlocksBack(context, disk.pd, disk.blocks);
         pds.push_back(disk.pd);
     }
     const std::vector<Owner> owners = groupsOn(context, pds);

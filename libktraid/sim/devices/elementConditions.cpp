@@ -9,7 +9,7 @@ static const int RPM_PER_SPEED_CODE = 2000; // up to the seventh, the highest; 0
 static const int HIGHEST_SPEED_CODE = 7;
 static const int CELSIUS_OFFSET = 20;
 
-static const ElementKind KINDS[] = {
+static const ElementKind ELEMENT_KINDS[] = {
     {KT_SES_DEVICE, "dev", "Device"},       {KT_SES_ARRAY_DEVICE, "arydev", "Slot"},
     {KT_SES_POWER_SUPPLY, "pow", "PSU"},    {KT_SES_COOLING, "fan", "Fan"},
     {KT_SES_TEMPERATURE, "tpr", "Temp"},    {KT_SES_DOOR_LOCK, "dor", "Door"},
@@ -18,24 +18,24 @@ static const ElementKind KINDS[] = {
 };
 
 std::span<const ElementKind> elementKinds() {
-    return KINDS;
+    return ELEMENT_KINDS;
 }
 
 const ElementKind* elementKind(KT_U8 type) {
-    for (const ElementKind& kind : KINDS)
+    for (const ElementKind& kind : ELEMENT_KINDS)
         if (kind.type == type) return &kind;
     return nullptr;
 }
 
 const ElementKind* elementKindNamed(const std::string& word) {
-    for (const ElementKind& kind : KINDS)
+    for (const ElementKind& kind : ELEMENT_KINDS)
         if (word == kind.word) return &kind;
     return nullptr;
 }
 
 std::vector<std::string> elementWords() {
     std::vector<std::string> words;
-    for (const ElementKind& kind : KINDS)
+    for (const ElementKind& kind : ELEMENT_KINDS)
         words.emplace_back(kind.word);
     return words;
 }

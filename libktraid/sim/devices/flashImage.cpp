@@ -11,7 +11,7 @@ namespace sim {
 static const KT_U8 SIGNATURE[4] = {'K', 'T', 'I', 'M'};
 static const KT_U32 KIB = 1024;
 
-static const ImageKind KINDS[] = {
+static const ImageKind IMAGE_KINDS[] = {
     {KT_IMAGE_BIN, true, 8192 * KIB, 96, "bin", offsetof(_Adapter_Info, BootLoaderVersion),
      offsetof(_Adapter_Info, boot_loader_img_health)},
     {KT_IMAGE_BIOS, true, 1024 * KIB, 128, "bios", offsetof(_Adapter_Info, BIOSVersion),
@@ -23,13 +23,13 @@ static const ImageKind KINDS[] = {
 };
 
 const ImageKind* imageKind(KT_U8 type) {
-    for (const ImageKind& kind : KINDS)
+    for (const ImageKind& kind : IMAGE_KINDS)
         if (kind.type == type) return &kind;
     return nullptr;
 }
 
 const ImageKind* imageKindNamed(const std::string& word) {
-    for (const ImageKind& kind : KINDS)
+    for (const ImageKind& kind : IMAGE_KINDS)
         if (word == kind.word) return &kind;
     return nullptr;
 }

@@ -8,7 +8,7 @@
 namespace sim {
 
 // KT_OK when the disk is there and speaks ATA.
-static KT_U8 checkDisk(const Context& context, KT_U16 pd, _HD_Info& disk, PdState& state) {
+static KT_U8 findAtaDisk(const Context& context, KT_U16 pd, _HD_Info& disk, PdState& state) {
     const auto found = find<_HD_Info>(context, pd);
     if (!found) return KT_ERR_INVALID_PD;
     disk = *found;
@@ -40,7 +40,7 @@ KT_U8 getSmartInfo(const Context& context, KT_U16 pd, _SMART_Info& info) {
     if (adapterInfo(context).AdvancedFeatures & KT_ADV_NO_SMART) return KT_ERR_NOT_ON_THIS_ADAPTER;
     _HD_Info disk = {};
     PdState state = {};
-    const KT_U8 status = checkDisk(context, pd, disk, state);
+    const KT_U8 status = findAtaDisk(context, pd, disk, state);
     if (status != KT_OK) return status;
     if (!knowsSmart(disk)) return KT_ERR_NOT_SUPPORTED;
     if (!state.config.SMARTOn) return KT_ERR_INVALID_REQUEST;
@@ -87,7 +87,7 @@ KT_U8 passThroughAta(const Context& context, KT_U16 pd, _ATA_PassThrough& comman
     if (!(adapterInfo(context).AdvancedFeatures & KT_ADV_ATA_PASS_THROUGH)) return KT_ERR_NOT_ON_THIS_ADAPTER;
     _HD_Info disk = {};
     PdState state = {};
-    const KT_U8 status = checkDisk(context, pd, disk, state);
+    const KT_U8 status = findAtaDisk(context, pd, disk, state);
     if (status != KT_OK) return status;
     if (command.Protocol != NON_DATA) return KT_ERR_NOT_SUPPORTED;
     command.Status = ATA_READY;

@@ -75,7 +75,7 @@ static constexpr Field HYBRID_FIELDS[] = {HEX(HybridTable, guid), NUM(HybridTabl
 static constexpr Field HYBRID_ENTRY_FIELDS[] = {NUM(HybridEntry, start), NUM(HybridEntry, length)};
 
 // The pages of flash images have no fields; they are printed as rows of bytes.
-static constexpr RecordFields TABLES[] = {
+static constexpr RecordFields PERIPHERAL_TABLES[] = {
     TABLE(KIND_DISK_AGE, "diskAges", DiskAge, AGE_FIELDS),
     TABLE(KIND_BAD_SECTOR, "badSectors", BadSector, SECTOR_FIELDS),
     TABLE(KIND_DISK_CIPHER, "diskCiphers", DiskCipher, CIPHER_FIELDS),
@@ -95,7 +95,7 @@ static constexpr RecordFields TABLES[] = {
 };
 
 std::span<const RecordFields> peripheralTables() {
-    return TABLES;
+    return PERIPHERAL_TABLES;
 }
 
 } // namespace sim

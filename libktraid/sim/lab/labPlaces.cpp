@@ -64,7 +64,7 @@ static const KT_U16* ownerOf(const LabPlaces& places, const Place& place) {
     return nullptr;
 }
 
-static void take(LabPlaces& places, const _HD_Info& disk) {
+static void occupy(LabPlaces& places, const _HD_Info& disk) {
     for (const KT_U64 key : keysOf(disk))
         places.taken.emplace(key, disk.Link.Self.DevID);
 }
@@ -114,7 +114,7 @@ void placeLabDisk(const Context& context, LabPlaces& places, LabReader& reader, 
                               : placeAtPort(context, places, reader, device, port + copy);
     }
     putAt(disk, place);
-    take(places, disk);
+    occupy(places, disk);
 }
 
 // Room for disks that say nothing of their place.
@@ -134,7 +134,7 @@ static std::vector<Place> openPlaces(const Context& context, LabPlaces places) {
         if (ownerOf(places, place)) continue;
         _HD_Info disk = {};
         putAt(disk, place);
-        take(places, disk);
+        occupy(places, disk);
         open.push_back(place);
     }
     return open;

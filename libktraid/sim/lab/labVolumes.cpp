@@ -63,7 +63,7 @@ WordList activityStateWords() {
 static const KT_U64 STRIPE_KIB = 64;
 static const size_t MEMBERS = sizeof(_DG_Info::PDIDs) / sizeof(KT_U16);
 static const size_t SLOTS = sizeof(_DG_Info::VDIDs) / sizeof(KT_U16);
-static const size_t SPARES = sizeof(_DG_Info::SparePDIDs) / sizeof(KT_U16);
+static const size_t MOST_SPARES = sizeof(_DG_Info::SparePDIDs) / sizeof(KT_U16);
 
 // What a virtual disk or an array is made of.
 struct Layout {
@@ -316,7 +316,7 @@ static void addSlots(const Context& context, LabReader& reader, const Layout& la
 
 static void takeSpares(const Context& context, LabReader& reader, _DG_Info& array) {
     for (const KT_U16 pd : takeIds(reader, "spares")) {
-        if (array.SparePDCount == SPARES) failLab(reader, "spares", "are too many for one array");
+        if (array.SparePDCount == MOST_SPARES) failLab(reader, "spares", "are too many for one array");
         if (!find<PdState>(context, pd)) failLab(reader, "spares", "there is no disk " + std::to_string(pd));
         refuseUsed(context, reader, "spares", pd, KT_PD_MEMBER | KT_PD_SPARE);
         array.SparePDIDs[array.SparePDCount++] = pd;

@@ -12,8 +12,8 @@ namespace sim {
 
 static const LabWord PARENTS[] = {
     {"HBA", KT_LINK_HBA}, {"PM", KT_LINK_PM}, {"expander", KT_LINK_EXPANDER}, {"enclosure", KT_LINK_ENCLOSURE}};
-static const LabWord STATES[] = {{"healthy", 0}, {"offline", KT_PD_OFFLINE}, {"foreign", KT_PD_FOREIGN}};
-static const LabWord SPARES[] = {{"global", KT_PD_GLOBAL_SPARE}, {"dedicated", KT_PD_DEDICATED_SPARE}};
+static const LabWord DISK_STATES[] = {{"healthy", 0}, {"offline", KT_PD_OFFLINE}, {"foreign", KT_PD_FOREIGN}};
+static const LabWord SPARE_KINDS[] = {{"global", KT_PD_GLOBAL_SPARE}, {"dedicated", KT_PD_DEDICATED_SPARE}};
 static const LabWord PATROLS[] = {{"media patrol", KT_PD_BGA_MEDIA_PATROL}, {"data scrub", KT_PD_BGA_DATA_SCRUB}};
 static constexpr WordField DISK_WORDS[] = {{"model", "Model"},
                                            {"serial", "SerialNo"},
@@ -82,8 +82,8 @@ static _HD_Info takeDisk(Context& context, LabReader& reader, KT_U16 id) {
 }
 
 static void takeRole(LabReader& reader, KT_U16 id, PdState& state) {
-    state.raid = static_cast<KT_U8>(takeWord(reader, "state", STATES, std::size(STATES), 0) |
-                                    takeWord(reader, "spare", SPARES, std::size(SPARES), 0));
+    state.raid = static_cast<KT_U8>(takeWord(reader, "state", DISK_STATES, std::size(DISK_STATES), 0) |
+                                    takeWord(reader, "spare", SPARE_KINDS, std::size(SPARE_KINDS), 0));
     if (takeFlag(reader, "member", false)) state.raid |= KT_PD_MEMBER;
     if (takeFlag(reader, "spareInUse", false)) state.raid |= KT_PD_SPARE_IN_USE;
     state.dgid = static_cast<KT_U16>(takeNumber(reader, "array", KT_NO_ID, KT_NO_ID));

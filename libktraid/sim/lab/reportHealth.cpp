@@ -91,7 +91,7 @@ static void adjust(const Context& context, KT_U16 pd, const _HD_Info& disk, LabR
     save(context, pd, age);
 }
 
-static KT_U64 numberOf(const Json& attribute, const char* word, KT_U64 largest, const LabReader& disk) {
+static KT_U64 takeNumberOf(const Json& attribute, const char* word, KT_U64 largest, const LabReader& disk) {
     const auto value = attribute.find(word);
     if (value == attribute.end()) return 0;
     if (!value->is_number_unsigned() || value->get<KT_U64>() > largest)
@@ -108,11 +108,11 @@ static _SMART_Info toldAttributes(const LabReader& disk) {
     for (LabReader& reader : takeObjects(again, "attributes")) {
         if (info.AttributeCount == std::size(info.Attributes)) failLab(disk, "attributes", "are more than a disk has");
         _SMART_Attribute& attribute = info.Attributes[info.AttributeCount++];
-        attribute.Id = static_cast<KT_U8>(numberOf(reader.object, "id", 255, disk));
-        attribute.Current = static_cast<KT_U8>(numberOf(reader.object, "current", 255, disk));
-        attribute.Worst = static_cast<KT_U8>(numberOf(reader.object, "worst", 255, disk));
-        attribute.Threshold = static_cast<KT_U8>(numberOf(reader.object, "threshold", 255, disk));
-        attribute.RawValue = numberOf(reader.object, "raw", (KT_U64{1} << 48) - 1, disk);
+        attribute.Id = static_cast<KT_U8>(takeNumberOf(reader.object, "id", 255, disk));
+        attribute.Current = static_cast<KT_U8>(takeNumberOf(reader.object, "current", 255, disk));
+        attribute.Worst = static_cast<KT_U8>(takeNumberOf(reader.object, "worst", 255, disk));
+        attribute.Threshold = static_cast<KT_U8>(takeNumberOf(reader.object, "threshold", 255, disk));
+        attribute.RawValue = takeNumberOf(reader.object, "raw", (KT_U64{1} << 48) - 1, disk);
         attribute.Status = static_cast<KT_U8>(takeCode(reader, "status", STATES, "Status", KT_SMART_GOOD));
         putText(reader, "name", takeText(reader, "name", ""), attribute.Name, sizeof attribute.Name);
     }
