@@ -232,7 +232,7 @@ Store* openMemoryStore(StoreFiller fill, const void* argument) {
     try {
         const int code = sqlite3_open_v2(":memory:", &store->db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
         if (code != SQLITE_OK) fail(*store, code);
-        execute(*store, "PRAGMA application_id = " + std::to_string(STATE_APPLICATION) +
+        execute(*store, "PRAGMA page_size = 8192; PRAGMA application_id = " + std::to_string(STATE_APPLICATION) +
                             "; PRAGMA user_version = " + std::to_string(STATE_VERSION) + ";" + SCHEMA);
         beginTransaction(*store, Access::Write);
         fill(*store, argument);
