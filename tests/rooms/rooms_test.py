@@ -1,13 +1,12 @@
 """Fails when a part of the code uses one above it, or when parts use each other in a circle. In the simulated library
 every source has a header of its own name.
 
-usage: rooms_test.py SOURCE_DIR BUILD_DIR OBJECTS, a file that names the objects. A unit is a source file; it uses
-another one when its object needs a symbol that the other's defines.
+usage: rooms_test.py SOURCE_DIR. A unit is a source file with its header; it uses another one when it includes that one's
+header and speaks of a function that is defined in the source.
 """
 import graphlib
 import os
 import re
-import subprocess
 import sys
 
 # From the bottom up. Units on one floor may use each other, but in no circle, and one command family never another.
@@ -36,30 +35,44 @@ BESIDE = "ktsim/"
 INTERFACE = "libktraid/events/"
 
 
-def source_of(path, build):
-    """The source of an object, as CMake names it, relative to the repository; None for generated ones."""
-    match = re.match(r"(.*)/CMakeFiles/[^/]+\.dir/(.*\.cpp)\.o$", os.path.relpath(path, build))
-    if not match:
-        return None
-    return os.path.normpath(match.group(1) + "/" + match.group(2).replace("__", ".."))
+# Where headers are looked for, beside the folder of the file that includes them.
+INCLUDED_FROM = ["", "libktraid/", SIMULATION]
+NO_CODE = re.compile(r'//[^\n]*|(?<!#include )"(\\.|[^"\\\n])*"')
+# At the margin.
+FUNCTION = re.compile(r"^(?!using |#)(static )?[A-Za-z_][\w:<>,&* ]*?[ *&](\w+)\(", re.M)
 
 
-def read_symbols(objects, build):
-    """Symbol -> the units that define it, and unit -> the symbols that it needs. Calls of the library's interface are
-    left out: whoever makes them does not know who answers."""
-    units = {path: source_of(path, build) for path in objects}
-    units = {path: unit for path, unit in units.items() if unit and floor_of(unit) is not None}
-    defined, needed = {}, {unit: set() for unit in units.values()}
-    lines = subprocess.run(["nm", "-A", "-P", *units], check=True, capture_output=True, text=True).stdout.splitlines()
-    for path, symbol, kind in (line.split()[:3] for line in lines):
-        if symbol.startswith("KT_"):
-            continue
-        unit = units[path.removesuffix(":")]
-        if kind in "TDBR":
-            defined.setdefault(symbol, set()).add(unit)
-        elif kind == "U":
-            needed[unit].add(symbol)
-    return defined, needed
+def read_files(source):
+    """Path relative to the repository -> its words without comments and texts, of every file on a floor."""
+    texts = {}
+    for room in (room for floor in FLOORS for room in floor):
+        for folder, _, names in os.walk(os.path.join(source, room)):
+            for path in (os.path.join(folder, name) for name in names if name.endswith((".cpp", ".h"))):
+                with open(path, encoding="utf-8") as file:
+                    texts[os.path.relpath(path, source)] = NO_CODE.sub("", file.read())
+    return texts
+
+
+def included(path, texts):
+    """The files on floors that one includes."""
+    for name in re.findall(r'^#include "([^"]+)"', texts[path], re.M):
+        places = [os.path.join(os.path.dirname(path), name)] + [folder + name for folder in INCLUDED_FROM]
+        yield from [place for place in places if place in texts][:1]
+
+
+def reached(path, texts):
+    """The files on floors that one includes, also by way of others."""
+    found, new = set(), {path}
+    while new:
+        new = {other for one in new for other in included(one, texts)} - found
+        found |= new
+    return found
+
+
+def functions(unit, texts):
+    """What the unit's source defines and its header declares."""
+    defined = {name for own, name in FUNCTION.findall(texts.get(unit + ".cpp", "")) if not own}
+    return defined & set(re.findall(r"(\w+)\(", texts.get(unit + ".h", "")))
 
 
 def floor_of(unit):
@@ -110,36 +123,34 @@ def moved(source):
 
 
 def main():
-    source, build, listing = sys.argv[1:4]
-    with open(listing, encoding="utf-8") as file:
-        objects = file.read().split()
-    defined, needed = read_symbols(objects, build)
+    source = sys.argv[1]
+    texts = read_files(source)
+    defined = {unit: functions(unit, texts) for unit in {os.path.splitext(path)[0] for path in texts}}
     arrows, complaints = {}, []
-    for user, symbols in sorted(needed.items()):
-        for symbol in sorted(symbols):
-            # Programs have functions of the same name; each uses its own.
-            near = sorted(defined.get(symbol, ()), key=lambda unit: -len(os.path.commonprefix([unit, user])))
-            if not near or near[0] == user:
-                continue
-            used = near[0]
-            arrows.setdefault(user, set()).add(used)
-            reason = wrong(user, used)
+    for path in sorted(texts):
+        unit = os.path.splitext(path)[0]
+        words = set(re.findall(r"\w+", texts[path])) - {name for _, name in FUNCTION.findall(texts[path])}
+        for header in included(path, texts):
+            used = os.path.splitext(header)[0]
+            reason = wrong(unit, used)
             if reason:
-                complaints.append(f"{user} -> {used} {reason}: {symbol}")
-    for unit in sorted(needed):
-        header = os.path.join(source, unit[: -len("cpp")] + "h")
-        if unit.startswith(SIMULATION) and not unit.startswith(EXPORTED) and not os.path.exists(header):
-            complaints.append(f"{unit} has no header of its own")
+                complaints.append(f"{path} -> {header} {reason}")
+        for used in {os.path.splitext(header)[0] for header in reached(path, texts)} - {unit}:
+            if words & defined[used]:
+                arrows.setdefault(unit, set()).add(used)
+        if path.startswith(SIMULATION) and not path.startswith(EXPORTED) and unit + ".h" not in texts:
+            complaints.append(f"{path} has no header of its own")
     complaints += [f"docs/architecture.md: {name} is not where the table says" for name in moved(source)]
     found = circle(arrows)
     if found:
         complaints.append("a circle: " + " -> ".join(found))
-    # A list of objects that could not be read would find nothing wrong.
+    # A search that found no files would find nothing wrong.
     count = sum(len(used) for used in arrows.values())
     if count < 500:
         complaints.append(f"only {count} arrows were found")
-    print("\n".join(complaints) or f"{len(needed)} units, {count} arrows")
+    print("\n".join(complaints) or f"{len(texts)} files, {count} arrows")
     return 1 if complaints else 0
 
 
-sys.exit(main())
+if __name__ == "__main__":
+    sys.exit(main())
