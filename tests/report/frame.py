@@ -8,7 +8,7 @@ import sys
 import tempfile
 import textwrap
 
-import jsonschema
+import fastjsonschema
 
 BIN = os.environ["BIN"]
 LABS = ["default", "empty", "full", "troubled", "hostile", "none"]
@@ -23,13 +23,14 @@ RARE = {"adapters": [
 MOMENT = "2026-01-05 08:00:00"
 with open(os.path.join(os.environ["SOURCE"], "docs", "report.schema.json"), encoding="ascii") as schema:
     SCHEMA = json.load(schema)
-VALIDATOR = jsonschema.Draft7Validator(SCHEMA)
+FITS = fastjsonschema.compile(SCHEMA, use_default=False)
 
 
 def fits_schema(test, document, what):
-    faults = ["/".join(map(str, fault.absolute_path)) + ": " + fault.message[:100]
-              for fault in VALIDATOR.iter_errors(document)]
-    test.assertEqual(faults[:5], [], what)
+    try:
+        FITS(document)
+    except fastjsonschema.JsonSchemaException as fault:
+        test.fail(f"{what}: {fault.message[:200]}")
 
 
 def filled(items):
