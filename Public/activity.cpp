@@ -143,7 +143,7 @@ static bool readArray(const ActivityCommand& command, const ActivityRequest& req
     return true;
 }
 
-static bool readDisk(const ActivityCommand& command, const ActivityRequest& request, ActivitySubject& subject,
+static bool findDisk(const ActivityCommand& command, const ActivityRequest& request, ActivitySubject& subject,
                      int& result) {
     _HD_RAID_Status_Request role;
     KT_U8 status = getItem(KT_PD_GetHDRaidStatus, request.id, role);
@@ -170,7 +170,7 @@ static bool readStatus(const ActivityCommand& command, const ActivityRequest& re
     case ActivityTarget::Array:
         return readArray(command, request, subject, result);
     default:
-        return readDisk(command, request, subject, result);
+        return findDisk(command, request, subject, result);
     }
 }
 

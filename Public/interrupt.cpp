@@ -10,7 +10,7 @@
 
 static volatile sig_atomic_t noted = 0;
 
-static void note(int) {
+static void noteInterrupt(int) {
     noted = 1;
 }
 
@@ -20,7 +20,7 @@ static struct sigaction handleInterrupt() {
     sigaction(SIGINT, nullptr, &before);
     if (before.sa_handler == SIG_IGN) return before;
     struct sigaction action = {};
-    action.sa_handler = note;
+    action.sa_handler = noteInterrupt;
     action.sa_flags = SA_RESTART;
     sigaction(SIGINT, &action, nullptr);
     return before;

@@ -12,7 +12,7 @@
 #include "Report/wait.h"
 #include "past.h"
 
-static const char* const PASTS[] = {
+static const char* const REPORT_PASTS[] = {
     "2e7d 1c46 c768 73f8 5092 cd13 ", "7a31 3df8 85b6 c968 99ee 7958 ", "a9fa ee26 2565 5bb1 8e2e 767d ",
     "550b 3cf3 876d 1de4 526b d3fd ", "1acf 349e 038b 048b da11 ecce ", "6f2c b902 f0a1 1a59 04ce 91c7 ",
     "c84c 45a7 82b5 6200 d1a3 e960 ", "9330 f4be 54c2 abb0 93ea 602c ", "a93b b439 136c 8f3e 00ba e858 ",
@@ -206,6 +206,6 @@ TEST_P(Reports, SayWhatTheySaid) {
         if (kind == 3) look({document, other});
         note();
     }
-    Past::compare(PASTS);
+    Past::compare(REPORT_PASTS);
 }
-INSTANTIATE_TEST_SUITE_P(Seeds, Reports, testing::Range(0U, seeds(std::size(PASTS))));
+INSTANTIATE_TEST_SUITE_P(Seeds, Reports, testing::Range(0U, seeds(std::size(REPORT_PASTS))));

@@ -18,7 +18,7 @@ static bool fillRaidStatus(Context& /*context*/, KT_U16 id, const PdState& state
     return true;
 }
 
-static bool fillConfig(Context& /*context*/, KT_U16 id, const PdState& state, _HD_CONFIG& config) {
+static bool fillDiskConfig(Context& /*context*/, KT_U16 id, const PdState& state, _HD_CONFIG& config) {
     config = state.config;
     config.HDID = id;
     return true;
@@ -57,7 +57,7 @@ KT_U8 KT_PD_GetHDRaidStatus(KT_U8 a, _HD_RAID_Status_Request* request) {
 }
 
 KT_U8 KT_PD_GetConfig(KT_U8 a, _HD_Config_Request* request) {
-    return listCall<PdState, _HD_CONFIG>("KT_PD_GetConfig", a, request, KT_ERR_INVALID_PD, fillConfig);
+    return listCall<PdState, _HD_CONFIG>("KT_PD_GetConfig", a, request, KT_ERR_INVALID_PD, fillDiskConfig);
 }
 
 KT_U8 KT_PD_SetConfig(KT_U8 a, KT_U16 pd, const _HD_CONFIG* config) {

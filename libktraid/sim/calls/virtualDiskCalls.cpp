@@ -33,7 +33,7 @@ static void fillStatus(const Context& context, KT_U16 id, const _LD_Info& vd, _L
     if (activity.kind) status.BgaPercentage = static_cast<KT_U16>(activityPercent(activity, context.now));
 }
 
-static bool fillConfig(Context& context, KT_U16 id, const _LD_Info& vd, _LD_Config& config) {
+static bool fillVdConfig(Context& context, KT_U16 id, const _LD_Info& vd, _LD_Config& config) {
     config.LDID = id;
     config.CachePolicy = find<VdState>(context, id).value_or(VdState{}).cachePolicy;
     memcpy(config.Name, vd.Name, sizeof config.Name);
@@ -57,7 +57,7 @@ KT_U8 KT_LD_GetStatus(KT_U8 a, _LD_Status_Request* request) {
 }
 
 KT_U8 KT_LD_GetConfig(KT_U8 a, _LD_Config_Request* request) {
-    return listCall<_LD_Info, _LD_Config>("KT_LD_GetConfig", a, request, KT_ERR_INVALID_VD, fillConfig);
+    return listCall<_LD_Info, _LD_Config>("KT_LD_GetConfig", a, request, KT_ERR_INVALID_VD, fillVdConfig);
 }
 
 KT_U8 KT_LD_SetConfig(KT_U8 a, KT_U16 vd, const _LD_Config* config) {

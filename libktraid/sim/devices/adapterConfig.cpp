@@ -9,7 +9,7 @@
 namespace sim {
 
 enum : KT_U8 { NOT_SUPPORTED = 255 };
-static const EventName NO_EVENT{0xFFFFFFFF};
+static const EventName UNLOGGED{0xFFFFFFFF};
 
 // One setting: its largest value, the advanced feature that a change needs (0 = none), and what a change logs: the
 // event for "on", or for any value of a rate, and the event for "off".
@@ -27,7 +27,7 @@ struct Setting {
     { offsetof(_Adapter_Config_V2, field), 100, 0, event, event }
 static const Setting SETTINGS[] = {
     KTSIM_SWITCH(AutoRebuildOn, 0, EVT_ADAPTER_AUTO_REBUILD_ON, EVT_ADAPTER_AUTO_REBUILD_OFF),
-    KTSIM_SWITCH(CpuEfficiencyOn, KT_ADV_CPU_EFFICIENCY, NO_EVENT, NO_EVENT),
+    KTSIM_SWITCH(CpuEfficiencyOn, KT_ADV_CPU_EFFICIENCY, UNLOGGED, UNLOGGED),
     KTSIM_RATE(BGARate, EVT_MISC_ACTIVITY_RATE),
     KTSIM_RATE(SyncRate, EVT_MISC_SYNC_RATE),
     KTSIM_RATE(InitRate, EVT_MISC_INIT_RATE),
@@ -37,8 +37,8 @@ static const Setting SETTINGS[] = {
     KTSIM_RATE(MPRate, EVT_MISC_PATROL_RATE),
     KTSIM_SWITCH(PollSMARTStatus, 0, EVT_ADAPTER_SMART_ON, EVT_ADAPTER_SMART_OFF),
     KTSIM_SWITCH(CopyBackOn, 0, EVT_ADAPTER_COPY_BACK_ON, EVT_ADAPTER_COPY_BACK_OFF),
-    KTSIM_SWITCH(ModuleConsolidation, KT_ADV_MODULE_CONSOLIDATE, NO_EVENT, NO_EVENT),
-    KTSIM_SWITCH(rawimg_update_disabled, KT_ADV_RAW_UPDATE, NO_EVENT, NO_EVENT),
+    KTSIM_SWITCH(ModuleConsolidation, KT_ADV_MODULE_CONSOLIDATE, UNLOGGED, UNLOGGED),
+    KTSIM_SWITCH(rawimg_update_disabled, KT_ADV_RAW_UPDATE, UNLOGGED, UNLOGGED),
     KTSIM_SWITCH(AlarmOn, 0, EVT_ADAPTER_BUZZER_ON, EVT_ADAPTER_BUZZER_OFF),
 };
 
@@ -58,7 +58,7 @@ static KT_U8 checkSetting(const _Adapter_Info& info, const Setting& setting, KT_
 }
 
 static void logSetting(const Context& context, const Setting& setting, KT_U8 value) {
-    if (setting.event == NO_EVENT) return;
+    if (setting.event == UNLOGGED) return;
     const bool rate = setting.event == setting.offEvent;
     logEvent(context, rate || value ? setting.event : setting.offEvent, context.adapter, {rate ? value : 0U});
 }

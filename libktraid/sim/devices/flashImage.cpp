@@ -8,7 +8,7 @@
 
 namespace sim {
 
-static const KT_U8 SIGNATURE[4] = {'K', 'T', 'I', 'M'};
+static const KT_U8 IMAGE_SIGNATURE[4] = {'K', 'T', 'I', 'M'};
 static const KT_U32 KIB = 1024;
 
 static const ImageKind IMAGE_KINDS[] = {
@@ -45,7 +45,7 @@ static KT_U32 headerChecksum(const ImageHeader& header) {
 std::string makeImage(const ImageKind& kind, const ImageVersion& version, KT_U16 subVendorId, const std::string& data) {
     if (!kind.headed) return data;
     ImageHeader header = {};
-    memcpy(header.signature, SIGNATURE, sizeof SIGNATURE);
+    memcpy(header.signature, IMAGE_SIGNATURE, sizeof IMAGE_SIGNATURE);
     header.headerSize = sizeof header;
     header.imageType = kind.type;
     header.dataSize = static_cast<KT_U32>(data.size());
@@ -71,8 +71,8 @@ std::string imageFiller(KT_U32 seed, size_t size) {
 }
 
 static bool headerIsSound(const ImageHeader& header) {
-    return memcmp(header.signature, SIGNATURE, sizeof SIGNATURE) == 0 && header.headerSize == sizeof header &&
-           header.headerChecksum == headerChecksum(header);
+    return memcmp(header.signature, IMAGE_SIGNATURE, sizeof IMAGE_SIGNATURE) == 0 &&
+           header.headerSize == sizeof header && header.headerChecksum == headerChecksum(header);
 }
 
 ImageFault checkImage(const std::string& image, ImageHeader& header) {

@@ -8,7 +8,7 @@
 
 namespace sim {
 
-static const KT_U8 SIGNATURE[4] = {'T', 'L', 'V', 'N'};
+static const KT_U8 PAGE_SIGNATURE[4] = {'T', 'L', 'V', 'N'};
 static const size_t PAGE_PORTS = std::size(_HBA_Info_Page{}.SAS_Address);
 enum : KT_U8 { RAID_FEATURE_ON = 0x02, RATE_3GB = 1, LARGEST_RATE = 100 };
 
@@ -51,7 +51,7 @@ static void copyRates(_HBA_Info_Page& page, const _Adapter_Config_V2& config) {
 static _HBA_Info_Page factoryPage(const Context& context) {
     const _Adapter_Info info = adapterInfo(context);
     _HBA_Info_Page page = {};
-    memcpy(page.Signature, SIGNATURE, sizeof SIGNATURE);
+    memcpy(page.Signature, PAGE_SIGNATURE, sizeof PAGE_SIGNATURE);
     page.MajorRev = 1;
     page.Next_Page = 0xFFFF;
     page.Major = static_cast<KT_U8>(info.DriverVersion.VerMajor);
@@ -90,7 +90,7 @@ void restoreSettingsPage(const Context& context, const _HBA_Info_Page& page) {
 }
 
 static bool isSigned(const _HBA_Info_Page& page) {
-    return memcmp(page.Signature, SIGNATURE, sizeof SIGNATURE) == 0;
+    return memcmp(page.Signature, PAGE_SIGNATURE, sizeof PAGE_SIGNATURE) == 0;
 }
 
 static bool pageIsSound(const _HBA_Info_Page& page) {

@@ -9,7 +9,7 @@
 
 namespace sim {
 
-static const KT_U64 MINUTE = 60000;
+static const KT_U64 MS_A_MINUTE = 60000;
 
 // KT_OK when there is such a disk, it is a solid state one and answers; `dead` when it does not answer.
 static KT_U8 findDrive(const Context& context, KT_U16 pd, KT_U8 dead, _HD_Info& disk) {
@@ -46,7 +46,7 @@ KT_U8 runDiagnostic(const Context& context, KT_U16 pd, _SSD_Diagnostic& diagnost
 }
 
 static KT_U8 minutes(KT_U64 milliseconds) {
-    return static_cast<KT_U8>(std::min<KT_U64>((milliseconds + MINUTE - 1) / MINUTE, 255));
+    return static_cast<KT_U8>(std::min<KT_U64>((milliseconds + MS_A_MINUTE - 1) / MS_A_MINUTE, 255));
 }
 
 KT_U8 readSmartPage(const Context& context, KT_U16 pd, _SSD_Smart_Data& page) {

@@ -9,7 +9,7 @@ namespace sim {
 
 static const LabWord PARENT_WORDS[] = {
     {"HBA", KT_LINK_HBA}, {"PM", KT_LINK_PM}, {"expander", KT_LINK_EXPANDER}, {"enclosure", KT_LINK_ENCLOSURE}};
-static const KT_U64 DEEPEST = 60; // expanders behind one another
+static const KT_U64 DEEPEST_CHAIN = 60; // expanders behind one another
 
 PlaceSaid placeSaid(const LabReader& disk) {
     if (hasWord(disk, "port")) return PlaceSaid::Port;
@@ -161,7 +161,7 @@ static std::vector<Place> plugsAmong(const Context& context, const std::vector<P
 // The fewest that make `open` places, of which each of them takes one, as many as needed.
 static Extension extensionFor(const Context& context, KT_U64 needed, KT_U64 open, KT_U64 plugs) {
     const bool expanders = takesExpanders(context);
-    const KT_U64 most = expanders ? plugs * DEEPEST : std::min<KT_U64>(plugs, adapterInfo(context).MaxPM);
+    const KT_U64 most = expanders ? plugs * DEEPEST_CHAIN : std::min<KT_U64>(plugs, adapterInfo(context).MaxPM);
     for (KT_U64 count = 1; count <= most; ++count) {
         for (const int ports : expanders ? EXPANDER_SIZES : MULTIPLIER_SIZES) {
             const auto more = static_cast<KT_U64>(expanders ? ports - 1 : ports);

@@ -40,11 +40,11 @@ static const LabWord ACTIVITY_WORDS[] = {{"rebuild", KT_BGA_REBUILD},
                                          {"migration", KT_BGA_MIGRATION},
                                          {"background init", KT_BGA_INIT_BACKGROUND},
                                          {"copy back", KT_BGA_COPY_BACK}};
-static const LabWord STATE_WORDS[] = {{"running", KT_STATE_RUNNING},
-                                      {"aborted", KT_STATE_ABORTED},
-                                      {"paused", KT_STATE_PAUSED},
-                                      {"auto paused", KT_STATE_AUTO_PAUSED},
-                                      {"interrupted", KT_STATE_INTERRUPTED}};
+static const LabWord ACTIVITY_STATES[] = {{"running", KT_STATE_RUNNING},
+                                          {"aborted", KT_STATE_ABORTED},
+                                          {"paused", KT_STATE_PAUSED},
+                                          {"auto paused", KT_STATE_AUTO_PAUSED},
+                                          {"interrupted", KT_STATE_INTERRUPTED}};
 static const LabWord CACHE_WORDS[] = {{"on", 0}, {"off", KT_CACHE_OFF}, {"auto", KT_CACHE_AUTO}};
 
 WordList levelWords() {
@@ -57,7 +57,7 @@ WordList activityWords() {
     return ACTIVITY_WORDS;
 }
 WordList activityStateWords() {
-    return STATE_WORDS;
+    return ACTIVITY_STATES;
 }
 
 static const KT_U64 STRIPE_KIB = 64;
@@ -194,8 +194,8 @@ static void takeActivity(const Context& context, LabReader& vdReader, KT_U64 wor
         Activity& activity = state.activity;
         activity.kind =
             static_cast<KT_U8>(takeWord(reader, "kind", ACTIVITY_WORDS, std::size(ACTIVITY_WORDS), KT_BGA_REBUILD));
-        activity.state =
-            static_cast<KT_U8>(takeWord(reader, "state", STATE_WORDS, std::size(STATE_WORDS), KT_STATE_RUNNING));
+        activity.state = static_cast<KT_U8>(
+            takeWord(reader, "state", ACTIVITY_STATES, std::size(ACTIVITY_STATES), KT_STATE_RUNNING));
         activity.disk = static_cast<KT_U16>(takeNumber(reader, "disk", KT_NO_ID, KT_NO_ID));
         const KT_U16* homes = state.homes;
         if (activity.disk != KT_NO_ID && std::find(homes, homes + vd.HDCount, activity.disk) == homes + vd.HDCount)

@@ -154,7 +154,7 @@ static void takeAbilities(LabReader& adapter, _Adapter_Info& info) {
     }
 }
 
-static void addConfig(Context& context, LabReader& adapter) {
+static void addToldConfig(Context& context, LabReader& adapter) {
     for (LabReader& reader : takeRecord(adapter, "config")) {
         _Adapter_Config_V2 config = {};
         takeFields(reader, KIND_ADAPTER_CONFIG, &config);
@@ -172,7 +172,7 @@ static void addSettings(Context& context, LabReader& adapter) {
     }
 }
 
-static void addBattery(Context& context, LabReader& adapter) {
+static void addToldBattery(Context& context, LabReader& adapter) {
     if (!hasWord(adapter, "battery")) return;
     _BBU_Info battery = {};
     if (isFlag(adapter, "battery")) {
@@ -206,8 +206,8 @@ void addReportedAdapter(Context& context, LabReader& adapter) {
         failLab(adapter, "type", "does not go with the most arrays that the adapter can have");
     save(context, 0, info);
     save(context, 0, AdapterState{});
-    addConfig(context, adapter);
-    addBattery(context, adapter);
+    addToldConfig(context, adapter);
+    addToldBattery(context, adapter);
     addSettings(context, adapter);
 }
 

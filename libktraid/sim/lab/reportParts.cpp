@@ -10,7 +10,7 @@
 
 namespace sim {
 
-static const LabWord PARENTS[] = {
+static const LabWord PART_PARENTS[] = {
     {"HBA", KT_LINK_HBA}, {"PM", KT_LINK_PM}, {"expander", KT_LINK_EXPANDER}, {"enclosure", KT_LINK_ENCLOSURE}};
 
 static void takePhys(LabReader& reader, _Link_Endpoint& end) {
@@ -26,7 +26,7 @@ static void takePhys(LabReader& reader, _Link_Endpoint& end) {
 static void takeParent(LabReader& owner, Kind kind, void* record, _Link_Entity& link) {
     static constexpr WordField WORDS[] = {{"id", "Link.Parent.DevID"}, {"address", "Link.Parent.SAS_Address"}};
     for (LabReader& reader : takeRecord(owner, "parent")) {
-        link.Parent.DevType = static_cast<KT_U8>(takeCode(reader, "on", PARENTS, "DevType", KT_LINK_HBA));
+        link.Parent.DevType = static_cast<KT_U8>(takeCode(reader, "on", PART_PARENTS, "DevType", KT_LINK_HBA));
         link.Parent.EnclosureID = KT_NO_ID;
         takeAs(reader, kind, record, WORDS);
         takePhys(reader, link.Parent);
@@ -34,7 +34,7 @@ static void takeParent(LabReader& owner, Kind kind, void* record, _Link_Entity& 
     }
 }
 
-static void addExpanders(Context& context, LabReader& adapter) {
+static void addToldExpanders(Context& context, LabReader& adapter) {
     static constexpr WordField WORDS[] = {{"address", "Link.Self.SAS_Address"},
                                           {"enclosure", "Link.Self.EnclosureID"},
                                           {"phys", "PhyCount"},
@@ -42,7 +42,8 @@ static void addExpanders(Context& context, LabReader& adapter) {
                                           {"product", "ProductID"},
                                           {"revision", "ProductRevision"},
                                           {"componentVendor", "ComponentVendorID"}};
-    static const LabWord TABLES[] = {{"self configurable", 0}, {"not self configurable", 1}, {"being configured", 2}};
+    static const LabWord ROUTE_TABLES[] = {
+        {"self configurable", 0}, {"not self configurable", 1}, {"being configured", 2}};
     for (LabReader& reader : takeObjects(adapter, "expanders")) {
         _Exp_Info expander = {};
         expander.AdapterID = context.adapter;
@@ -53,7 +54,7 @@ static void addExpanders(Context& context, LabReader& adapter) {
         expander.Link.Self.EnclosureID = KT_NO_ID;
         takeParent(reader, KIND_EXPANDER, &expander, expander.Link);
         takePhys(reader, expander.Link.Self);
-        const int table = takeWord(reader, "routeTable", TABLES, std::size(TABLES), 0);
+        const int table = takeWord(reader, "routeTable", ROUTE_TABLES, std::size(ROUTE_TABLES), 0);
         expander.RouteTableConfigurable = table == 1;
         expander.Configuring = table == 2;
         takeAs(reader, KIND_EXPANDER, &expander, WORDS);
@@ -73,7 +74,7 @@ static KT_U8 takeRevision(LabReader& reader) {
     return static_cast<KT_U8>(major << 4 | minor);
 }
 
-static void addPortMultipliers(Context& context, LabReader& adapter) {
+static void addToldPortMultipliers(Context& context, LabReader& adapter) {
     static constexpr WordField WORDS[] = {
         {"ports", "NumberOfPorts"}, {"vendor", "VendorID"}, {"device", "DeviceID"}, {"revision", "ProductRevision"}};
     for (LabReader& reader : takeObjects(adapter, "portMultipliers")) {
@@ -118,7 +119,7 @@ static bool takeStatusWords(const Context& context, KT_U16 enclosure, KT_U8 type
     return true;
 }
 
-static void addElement(const Context& context, KT_U16 enclosure, LabReader& reader) {
+static void addToldElement(const Context& context, KT_U16 enclosure, LabReader& reader) {
     const KT_U8 type = takeElementType(reader);
     const auto element = static_cast<KT_U8>(needNumber(reader, "element", 254));
     const std::string text = textToBytes(takeText(reader, "text", ""), reader.path + ".text");
@@ -141,7 +142,7 @@ static void addElement(const Context& context, KT_U16 enclosure, LabReader& read
     save(context, id, row);
 }
 
-static void addEnclosures(Context& context, LabReader& adapter) {
+static void addToldEnclosures(Context& context, LabReader& adapter) {
     static constexpr WordField WORDS[] = {
         {"vendor", "VendorID"}, {"product", "ProductID"}, {"revision", "RevisionLevel"}, {"logicalId", "LogicalID"}};
     static const LabWord STATUSES[] = {{"ok", 0}, {"unstable", 2}};
@@ -153,7 +154,7 @@ static void addEnclosures(Context& context, LabReader& adapter) {
         enclosure.AdapterID = context.adapter;
         save(context, id, enclosure);
         for (LabReader& element : takeObjects(reader, "elements"))
-            addElement(context, id, element);
+            addToldElement(context, id, element);
         countElementTypes(context, id);
         enclosure = find<_Enclosure_Info>(context, id).value_or(enclosure);
         enclosure.Status = static_cast<KT_U8>(takeWord(reader, "status", STATUSES, std::size(STATUSES), 0));
@@ -166,9 +167,9 @@ static void addEnclosures(Context& context, LabReader& adapter) {
 }
 
 void addReportedParts(Context& context, LabReader& adapter) {
-    addEnclosures(context, adapter);
-    addExpanders(context, adapter);
-    addPortMultipliers(context, adapter);
+    addToldEnclosures(context, adapter);
+    addToldExpanders(context, adapter);
+    addToldPortMultipliers(context, adapter);
 }
 
 } // namespace sim

@@ -135,7 +135,7 @@ static KT_U16 filledDisk(const Context& context, const _LD_Info& vd, KT_U8 kind)
     return filled;
 }
 
-static void takeActivity(const Context& context, LabReader& vdReader, _LD_Info& vd, VdState& state) {
+static void takeToldActivity(const Context& context, LabReader& vdReader, _LD_Info& vd, VdState& state) {
     state.activity.disk = KT_NO_ID;
     leaveOut(vdReader, {"LD_STATUS", "memberPatrol", "magic"});
     for (LabReader& reader : takeRecord(vdReader, "activity")) {
@@ -164,7 +164,7 @@ static void setHomes(const Context& context, const _LD_Info& vd, KT_U16 (&homes)
         homes[i] = diskIn(context, vd.BlockIDs[i]);
 }
 
-static void takeTarget(const Context& context, LabReader& vdReader, const _LD_Info& vd) {
+static void takeToldTarget(const Context& context, LabReader& vdReader, const _LD_Info& vd) {
     for (LabReader& reader : takeRecord(vdReader, "target")) {
         VdTarget target{vd, {}};
         target.info.BGAStatus = KT_STATE_NONE;
@@ -214,13 +214,13 @@ static _LD_Info takeVdRecord(Context& context, LabReader& reader, VdState& state
     vd.time_hi = static_cast<KT_U16>(written >> 16);
     vd.time_low = static_cast<KT_U16>(written & 0xFFFF);
     takeCache(reader, vd, state);
-    takeActivity(context, reader, vd, state);
+    takeToldActivity(context, reader, vd, state);
     takeFields(reader, KIND_VD, &vd);
     if (vd.ID != id) failLab(reader, "ID", "is not the virtual disk's id");
     return vd;
 }
 
-static _LD_Info addVd(Context& context, LabReader& reader, const Past& past) {
+static _LD_Info addToldVd(Context& context, LabReader& reader, const Past& past) {
     VdState state = {};
     const _LD_Info vd = takeVdRecord(context, reader, state);
     state.hasOs = takeFlag(reader, "os", false) ? 1 : 0;
@@ -233,7 +233,7 @@ static _LD_Info addVd(Context& context, LabReader& reader, const Past& past) {
     const auto offline = past.offline.find(vd.ID);
     if (vd.Status == KT_VD_OFFLINE) state.offline = offline == past.offline.end() ? past.lossCount : offline->second;
     setHomes(context, vd, state.homes);
-    takeTarget(context, reader, vd);
+    takeToldTarget(context, reader, vd);
     takeTable(context, reader, vd);
     takeNothingElse(reader);
     save(context, vd.ID, vd);
@@ -309,7 +309,7 @@ static void gatherActivity(const Context& context, const _DG_Info& array, DgStat
     if (state.activity.kind) setReportedProgress(context, state.activity, work, std::min<KT_U64>(percent, 100));
 }
 
-static void addArray(Context& context, LabReader& reader, const Past& past) {
+static void addToldArray(Context& context, LabReader& reader, const Past& past) {
     std::vector<KT_U16> disks = takeIds(reader, "disks");
     DgState state = {};
     state.writeCacheOn = takeFlag(reader, "writeCache", true) ? 1 : 0;
@@ -320,7 +320,7 @@ static void addArray(Context& context, LabReader& reader, const Past& past) {
     }
     const _DG_Info array = takeArrayRecord(context, reader, disks);
     for (LabReader& vdReader : takeObjects(reader, "virtualDisks")) {
-        const _LD_Info vd = addVd(context, vdReader, past);
+        const _LD_Info vd = addToldVd(context, vdReader, past);
         if (vd.DGID != array.DGID) failLab(vdReader, "array", "is not the array that the virtual disk stands in");
         // Its slots tell more than the list of the disks that are there.
         if (vd.HDCount > disks.size()) disks.resize(vd.HDCount, KT_NO_ID);
@@ -366,9 +366,9 @@ void addReportedVolumes(Context& context, LabReader& adapter, const Past& past) 
         takeBlock(context, reader);
     listBlocks(context, adapter);
     for (LabReader& reader : takeObjects(adapter, "arrays"))
-        addArray(context, reader, past);
+        addToldArray(context, reader, past);
     for (LabReader& reader : takeObjects(adapter, "virtualDisks"))
-        addVd(context, reader, past);
+        addToldVd(context, reader, past);
     findHomes(context);
     findWhole(context);
 }

@@ -33,18 +33,18 @@ static const LevelRule LEVELS[] = {
     {KT_HYBRID, KT_MODE_HYBRID, 2, MOST, MOST, Count::Any, false, 0},
 };
 
-static const LevelRule* ruleOf(KT_U8 level) {
+static const LevelRule* levelRule(KT_U8 level) {
     for (const LevelRule& rule : LEVELS)
         if (rule.level == level) return &rule;
     return nullptr;
 }
 
 bool isKnownLevel(KT_U8 level) {
-    return ruleOf(level) != nullptr;
+    return levelRule(level) != nullptr;
 }
 
 bool isLevelEnabled(const _Adapter_Info& adapter, KT_U8 level) {
-    const LevelRule* rule = ruleOf(level);
+    const LevelRule* rule = levelRule(level);
     return rule && (adapter.LogicalDriverMode & rule->mode) != 0;
 }
 
@@ -53,12 +53,12 @@ bool isHybridLevel(KT_U8 level) {
 }
 
 bool isRedundant(KT_U8 level) {
-    const LevelRule* rule = ruleOf(level);
+    const LevelRule* rule = levelRule(level);
     return rule && rule->redundant;
 }
 
 int redundancyRank(KT_U8 level) {
-    const LevelRule* rule = ruleOf(level);
+    const LevelRule* rule = levelRule(level);
     return rule ? rule->rank : 0;
 }
 
@@ -74,7 +74,7 @@ static KT_U8 checkParity(const _Adapter_Info& adapter, const Geometry& geometry,
 }
 
 KT_U8 checkGeometry(const _Adapter_Info& adapter, const Geometry& geometry, bool array) {
-    const LevelRule* rule = ruleOf(geometry.level);
+    const LevelRule* rule = levelRule(geometry.level);
     if (!rule || !isLevelEnabled(adapter, geometry.level)) return KT_ERR_INVALID_RAID_MODE;
     if (geometry.disks < (array ? rule->leastInArray : rule->least) || geometry.disks > rule->most)
         return KT_ERR_PD_COUNT_FOR_LEVEL;
