@@ -89,7 +89,7 @@ class ShellTest(TerminalTest):
         if "sanitize" in PROGRAM:
             self.skipTest("sanitizers need more memory than there is")
         self.hide_readline()
-        line = "head -c 5000000 /dev/zero | tr '\\0' x | (ulimit -v 20000; exec \"$0\")"
+        line = "head -c 2000000 /dev/zero | tr '\\0' x | (ulimit -v 13000; exec \"$0\")"
         self.assertEqual(self.once("bash", "-c", line, PROGRAM)[::2], (1, "ktsetup: out of memory\n"))
 
     def test_words_have_the_same_cases_in_every_locale(self):
