@@ -79,4 +79,4 @@ TEST_P(Rows, ThatSayAnythingGiveErrorsNotCrashes) {
     closeStore(run.store);
     testing::internal::GetCapturedStderr();
 }
-INSTANTIATE_TEST_SUITE_P(Seeds, Rows, testing::Range(0U, seeds(20)));
+INSTANTIATE_TEST_SUITE_P(Seeds, Rows, testing::Range(0U, seeds(14)));
