@@ -76,3 +76,16 @@ TEST(Places, OfADiskWhoseExpanderIsGoneAreElsewhere) {
     ASSERT_EQ(insertCable(context, port), KT_OK);
     EXPECT_EQ(find<_HD_Info>(context, 0)->Link.Parent.DevType, KT_LINK_EXPANDER);
 }
+
+// Another disk that went by itself does not come back with a shelf, whatever was in it.
+TEST(Places, ComeBackAlone) {
+    const MemoryState state(
+        R"({"adapters": [{"expanders": [{}], "enclosures": [{"id": 1}], "disks": [{"count": 2, "on": "HBA"}]}]})");
+    beginTransaction(*state.store, Access::Write);
+    const Context& context = state.context;
+    ASSERT_EQ(pullDisks(context, {1}), KT_OK);
+    ASSERT_EQ(pullEnclosure(context, 1), KT_OK);
+    ASSERT_EQ(insertEnclosure(context, 1), KT_OK);
+    EXPECT_TRUE(find<_Enclosure_Info>(context, 1));
+    EXPECT_FALSE(find<_HD_Info>(context, 1));
+}

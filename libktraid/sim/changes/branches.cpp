@@ -109,12 +109,8 @@ static std::vector<KT_U16> comeBack(const Context& context, KT_U64 loss) {
 }
 
 static void pullBranch(const Context& context, const Branch& branch, KT_U64 id) {
-    // A shelf without disks still needs a loss number of its own, by which its parts are found when it comes back.
-    if (branch.disks.empty()) {
-        beginLoss(context);
-    } else {
-        pullDisks(context, branch.disks);
-    }
+    // A shelf without disks, too, has a loss of its own, by whose number its parts are found when it comes back.
+    pullDisks(context, branch.disks);
     const KT_U64 loss = lastLoss(context);
     leave<_Exp_Info, AwayExpander>(context, branch.expanders, loss);
     leave<_PM_Info, AwayMultiplier>(context, branch.multipliers, loss);
