@@ -40,13 +40,17 @@ inline void found(Scene& scene, Finding finding) {
 // "ktsetup 0 " and the words: a command to type for the adapter.
 std::string command(const Scene& scene, const std::string& words);
 
+inline bool isOneOf(std::optional<EventName> name, std::initializer_list<EventName> names) {
+    return name && std::find(names.begin(), names.end(), *name) != names.end();
+}
+
 // The name of the newest event that has one of the names and that `wanted` takes.
 template <class Wanted>
 std::optional<EventName> newestEvent(const Scene& scene, std::initializer_list<EventName> names, Wanted wanted) {
     const Json& events = listIn(scene.adapter, "events");
     for (auto event = events.rbegin(); event != events.rend(); ++event) {
         const auto name = nameOfEvent(*event);
-        if (name && std::find(names.begin(), names.end(), *name) != names.end() && wanted(*event)) return name;
+        if (isOneOf(name, names) && wanted(*event)) return name;
     }
     return std::nullopt;
 }

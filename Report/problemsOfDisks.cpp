@@ -32,8 +32,7 @@ static MediaLog readLog(const Scene& scene) {
     for (const Json& event : listIn(scene.adapter, "events")) {
         const auto id = numberIn(event, "DeviceID");
         const auto name = nameOfEvent(event);
-        if (!id || !name) continue;
-        if (name == EVT_PD_PLUGGED_IN || name == EVT_PD_BAD_SECTOR || name == EVT_PD_SECTOR_FIXED) log[*id] = *name;
+        if (id && isOneOf(name, {EVT_PD_PLUGGED_IN, EVT_PD_BAD_SECTOR, EVT_PD_SECTOR_FIXED})) log[*id] = *name;
     }
     return log;
 }

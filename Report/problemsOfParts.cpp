@@ -45,7 +45,7 @@ static void findCharge(Scene& scene, const Json& battery, unsigned status) {
         knowsCharge && percent && !charging && static_cast<double>(*percent) < threshold(scene, "battery-weak");
     const auto said = newestEvent(scene, {EVT_BATTERY_NEW, EVT_BATTERY_TO_BE_REPLACED, EVT_BATTERY_REPLACED,
                                           EVT_BATTERY_CHARGE_LOW, EVT_BATTERY_CHARGE_NORMAL});
-    const bool weak = said == EVT_BATTERY_TO_BE_REPLACED || said == EVT_BATTERY_CHARGE_LOW;
+    const bool weak = isOneOf(said, {EVT_BATTERY_TO_BE_REPLACED, EVT_BATTERY_CHARGE_LOW});
     if (low || weak) {
         addBattery(scene, "battery-weak",
                    low ? " is at " + std::to_string(*percent) + " % and is not charged."
