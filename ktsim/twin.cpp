@@ -36,7 +36,7 @@ static Json askedReport(const Surroundings& surroundings, bool records) {
     std::vector<std::string> words = {"ktreport", "json"};
     if (records) words.emplace_back("--records");
     const ChildResult result = runChild(words, ChildOptions{surroundings, Streams::Caught, true, true});
-    if (result.output.empty() || result.status > 2 + 1)
+    if (result.output.empty() || result.status > 3) // 3 comes with a report that tells why
         throw CommandFailure{"there is no report of the adapters: " + reasonOf(result), RESULT_NO_TWIN};
     Json report = parsed(result.output, "what ktreport prints");
     if (result.status != 0) {

@@ -12,6 +12,7 @@ import unittest
 from terminal import PROGRAM, TerminalTest
 
 UP = "\x1b[A"
+FIRST = "\x1b<"
 HISTORY = ".local/state/ktsetup/history"
 
 
@@ -109,6 +110,7 @@ class HistoryTest(TerminalTest):
         self.say(one, "error -c 0000000007", "Error code 7")
         self.say(other, "", "Type 'exit'")
         self.say(other, UP, "Error code 7")
+        self.say(one, FIRST, "Error code 4")
         self.assertEqual(glob.glob(self.path(HISTORY) + ".*"), [])
 
     def test_a_file_that_cannot_be_used_is_done_without(self):
