@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "Functions/info/info.h"
 #include "Public/common.h"
 #include "Public/raidRules.h"
 #include "tests/support/printed.h"
@@ -76,6 +77,20 @@ TEST_F(RaidRules, StripesAreSumsOfSupportedSizes) {
     EXPECT_EQ(adapter.StripeSizeSupported, 127);
     EXPECT_EQ(valid(1, KT_ADV_BIG_STRIPE), "16 ");
     EXPECT_EQ(valid(0xFFFF, 0), "16 32 48 64 128 256 1024 2048 65520 ");
+}
+
+TEST_F(RaidRules, StripesOfAnAdapterThatNamesNoneAreThoseOfItsKind) {
+    const auto shown = [&](KT_U16 supported, KT_U32 advanced) {
+        adapter.StripeSizeSupported = supported;
+        adapter.AdvancedFeatures = advanced;
+        const std::string lines = printedBy([&] { Adapter_PrintInfo(&adapter, 0); });
+        const size_t at = lines.find("Stripe size supported:");
+        return at == lines.npos ? "" : lines.substr(at + 37, lines.find('\n', at) - at - 37);
+    };
+    EXPECT_EQ(shown(0, 0), "16K 32K 64K 128K ");
+    EXPECT_EQ(shown(0, KT_ADV_BIG_STRIPE), "16K 32K 64K 128K 256K 512K 1024K ");
+    EXPECT_EQ(shown(5, KT_ADV_BIG_STRIPE), "16K 64K ");
+    EXPECT_EQ(shown(0x80, 0), "");
 }
 
 TEST_F(RaidRules, RedundancyRanks) {
