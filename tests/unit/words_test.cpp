@@ -72,6 +72,9 @@ TEST_F(Dispatcher, FindsRowsByWordAndUniquePrefixOrRefuses) {
     EXPECT_EQ(dispatch("ex"), "1Invalid command 'ex'!\n");
     EXPECT_EQ(dispatch("ga\x01ma"), "1Invalid command!\n");
     EXPECT_EQ(dispatch("ga\xC3\xA4"), "1Invalid command!\n");
+    EXPECT_EQ(dispatch("\x1D"), "1Invalid command!\n");
+    EXPECT_EQ(dispatch("\x1E~"), "1Invalid command '?~'!\n");
+    EXPECT_EQ(dispatch("\x7F"), "1Invalid command!\n");
     // Positions are looked up in the general table once that matched.
     EXPECT_EQ(dispatch("inner"), "7alpha");
     EXPECT_EQ(dispatch("inn"), "1Ambiguous command 'inn'!\n");
