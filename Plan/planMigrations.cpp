@@ -11,14 +11,14 @@ static bool anyMigration(const PresentAdapter& now) {
            std::any_of(now.vds.begin(), now.vds.end(), migrates);
 }
 
-static std::string describedWish(const PresentLayout& layout, bool parity) {
+static std::string layoutInShort(const PresentLayout& layout, bool parity) {
     std::string text = layout.level + " on " + std::to_string(layout.disks.size()) + " disks";
     return parity ? text + " with " + std::to_string(layout.parity) + " parity disks" : text;
 }
 
 static std::string migrationReason(const std::string& name, const PresentLayout& from, const PresentLayout& to) {
     const bool parity = from.level == to.level && from.parity != to.parity;
-    return name + " is " + describedWish(from, parity) + "; wanted is " + describedWish(to, parity);
+    return name + " is " + layoutInShort(from, parity) + "; wanted is " + layoutInShort(to, parity);
 }
 
 static std::vector<std::string> migrationWords(KT_U64 id, const PresentLayout& from, const PresentLayout& to) {

@@ -36,7 +36,9 @@ struct Mark {
 static std::vector<Mark> marksOf(const Json& adapter, const Going& going) {
     std::vector<Mark> marks;
     const auto start = startOf(going.kind);
-    if (!start) return marks;
+    // A disk's activity is told by disks' events, every other one by those of virtual disks, whatever a report calls
+    // it.
+    if (!start || (*start >> 16 == EVT_PD) != (going.of == ActivityOf::Disk)) return marks;
     const unsigned first = *start & 0xFFFF;
     for (const Json& event : listIn(adapter, "events")) {
         const auto code = numberIn(event, "Code");
