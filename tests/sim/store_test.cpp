@@ -133,6 +133,19 @@ TEST_F(StateFile, RowOfAWrongSizeFailsItsCallOnly) {
     EXPECT_NE(testing::internal::GetCapturedStderr().find("damaged record"), std::string::npos);
 }
 
+TEST(Store, HasNoRowOfWhatWasErasedInOneGo) {
+    const MemoryState state(labNamed("default"));
+    const auto there = [&] { return find<Mailbox>(state.context, 0).has_value(); };
+    for (const bool everything : {false, true}) {
+        beginTransaction(*state.store, Access::Write);
+        save(state.context, 0, Mailbox{});
+        EXPECT_TRUE(there());
+        everything ? eraseEverything(*state.store) : eraseRows(*state.store, 0, KIND_MAILBOX);
+        EXPECT_FALSE(there());
+        rollbackTransaction(*state.store);
+    }
+}
+
 TEST_F(StateFile, FullDiskFailsTheCallAndKeepsTheState) {
     make();
     const auto writeUntilItFails = [] {

@@ -51,14 +51,21 @@ void knowBadSector(const Context& context, KT_U16 pd, KT_U64 lba) {
     save(context, keyOf(pd, lba), *sector);
 }
 
-bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector) {
+// `kept` is how many bad sectors the disk has; one more is added to it.
+static bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector, KT_U64& kept) {
     const auto there = badSectorAt(context, pd, lba);
     // An unreadable or lost sector holds no data that could be wrong.
     if (there && (there->flaw == sector.flaw || sector.flaw == FLAW_WRONG)) return false;
     if (there && there->flaw == FLAW_UNREADABLE) return false;
-    if (!there && badSectorCount(context, pd) >= BAD_SECTORS_KEPT) return false;
+    if (!there && kept >= BAD_SECTORS_KEPT) return false;
     save(context, keyOf(pd, lba), sector);
+    kept += there ? 0 : 1;
     return true;
+}
+
+bool addBadSector(const Context& context, KT_U16 pd, KT_U64 lba, const BadSector& sector) {
+    KT_U64 kept = badSectorCount(context, pd);
+    return addBadSector(context, pd, lba, sector, kept);
 }
 
 std::optional<_Block_Info> blockAt(const Context& context, KT_U16 pd, KT_U64 lba) {
@@ -90,11 +97,12 @@ KT_U32 scratchSurface(const Context& context, KT_U16 pd, const Scratch& scratch,
     if (!disk || extent.sectors == 0) return 0;
     const KT_U64 start = chance(context, pd, *disk) % extent.sectors;
     const KT_U64 wanted = std::min<KT_U64>(scratch.count, BAD_SECTORS_KEPT);
+    KT_U64 kept = badSectorCount(context, pd);
     KT_U32 added = 0;
     // Those that meet an older scratch try again further on, twice as often as there can be any.
     for (KT_U64 i = 0; added < wanted && i < 2 * BAD_SECTORS_KEPT; ++i) {
         const KT_U64 lba = extent.start + (start + i / RUN * TRACK + i % RUN) % extent.sectors;
-        if (!addBadSector(context, pd, lba, scratch.sector)) continue;
+        if (!addBadSector(context, pd, lba, scratch.sector, kept)) continue;
         if (added++ == 0 && first) *first = lba;
     }
     return added;

@@ -56,6 +56,8 @@ struct Store {
     std::string path;
     struct stat file = {}; // as it was opened; all zero for a state in memory
     bool writing = false;
+    bool steady = false; // in a transaction: nobody else's writing is seen
+    RowCache read;
 };
 
 static std::string reasonFor(const Store& store, int primary) {
@@ -91,6 +93,12 @@ static std::string reasonFor(const Store& store, int primary) {
 void failBadRow(const RowKey& key) {
     throw StoreFailure{KT_ERR_FAILED, "damaged record (adapter " + std::to_string(key.adapter) + ", kind " +
                                           std::to_string(key.kind) + ", id " + std::to_string(key.id) + ")"};
+}
+
+// One call after the other has the state in its hands, so that SQLite need not see to it.
+static void connect(Store& store, const std::string& name, int flags) {
+    const int code = sqlite3_open_v2(name.c_str(), &store.db, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (code != SQLITE_OK) fail(store, code);
 }
 
 static sqlite3_stmt* prepare(Store& store, const char* sql) {
@@ -212,8 +220,7 @@ Store* openExistingStore(const std::string& path) {
     auto* store = new Store;
     store->path = path;
     try {
-        const int code = sqlite3_open_v2(plainName(path).c_str(), &store->db, SQLITE_OPEN_READWRITE, nullptr);
-        if (code != SQLITE_OK) fail(*store, code);
+        connect(*store, plainName(path), SQLITE_OPEN_READWRITE);
         if (sqlite3_db_readonly(store->db, "main") == 1) fail(*store, SQLITE_READONLY);
         sqlite3_busy_timeout(store->db, BUSY_WAIT_MS);
         execute(*store, "PRAGMA synchronous = NORMAL");
@@ -230,8 +237,7 @@ Store* openMemoryStore(StoreFiller fill, const void* argument) {
     auto* store = new Store;
     store->path = "state in memory";
     try {
-        const int code = sqlite3_open_v2(":memory:", &store->db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-        if (code != SQLITE_OK) fail(*store, code);
+        connect(*store, ":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
         execute(*store, "PRAGMA page_size = 8192; PRAGMA application_id = " + std::to_string(STATE_APPLICATION) +
                             "; PRAGMA user_version = " + std::to_string(STATE_VERSION) + ";" + SCHEMA);
         beginTransaction(*store, Access::Write);
@@ -257,8 +263,7 @@ std::string imageOf(const Store& store) {
 void useWriteAheadJournal(const std::string& path) {
     const std::unique_ptr<Store, void (*)(Store*)> store(new Store, closeConnection);
     store->path = path;
-    const int code = sqlite3_open_v2(plainName(path).c_str(), &store->db, SQLITE_OPEN_READWRITE, nullptr);
-    if (code != SQLITE_OK) fail(*store, code);
+    connect(*store, plainName(path), SQLITE_OPEN_READWRITE);
     execute(*store, "PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = OFF; PRAGMA journal_mode = WAL");
 }
 
@@ -272,15 +277,21 @@ void beginTransaction(Store& store, Access access) {
     checkStillThere(store);
     run(store, access == Access::Write ? ST_BEGIN_WRITE : ST_BEGIN_READ);
     store.writing = access == Access::Write;
+    store.steady = true;
+    store.read.forget();
+}
+
+static void leaveTransaction(Store& store) {
+    store.writing = store.steady = false;
 }
 
 void commitTransaction(Store& store) {
     run(store, ST_COMMIT);
-    store.writing = false;
+    leaveTransaction(store);
 }
 
 void rollbackTransaction(Store& store) {
-    store.writing = false;
+    leaveTransaction(store);
     if (!store.db || sqlite3_get_autocommit(store.db)) return;
     try {
         run(store, ST_ROLLBACK);
@@ -296,26 +307,14 @@ void setMark(Store& store) {
 
 void rollbackToMark(Store& store) {
     run(store, ST_ROLLBACK_MARK);
+    store.read.forget();
 }
 
 static void refuseOutsideWriting(const Store& store) {
     if (!store.writing) throw StoreFailure{KT_ERR_FAILED, store.path + ": a call that only reads tried to write"};
 }
 
-bool readRow(Store& store, const RowKey& key, void* record, size_t size) {
-    sqlite3_stmt* statement = bindKey(store, ST_GET, key);
-    if (!stepOnce(store, statement)) {
-        sqlite3_reset(statement);
-        return false;
-    }
-    const bool fits = static_cast<size_t>(sqlite3_column_bytes(statement, 0)) == size;
-    if (fits) memcpy(record, sqlite3_column_blob(statement, 0), size);
-    sqlite3_reset(statement);
-    if (!fits) failBadRow(key);
-    return true;
-}
-
-std::optional<std::string> readBytes(Store& store, const RowKey& key) {
+static std::optional<std::string> selectRow(Store& store, const RowKey& key) {
     sqlite3_stmt* statement = bindKey(store, ST_GET, key);
     std::optional<std::string> bytes;
     if (stepOnce(store, statement)) {
@@ -326,27 +325,50 @@ std::optional<std::string> readBytes(Store& store, const RowKey& key) {
     return bytes;
 }
 
+// Outside a transaction somebody else may write between two reads.
+static const std::optional<std::string>& rowOf(Store& store, const RowKey& key) {
+    if (!store.steady) store.read.forget();
+    const std::optional<std::string>* known = store.read.known(key);
+    return known ? *known : store.read.keep(key, selectRow(store, key));
+}
+
+bool readRow(Store& store, const RowKey& key, void* record, size_t size) {
+    const std::optional<std::string>& row = rowOf(store, key);
+    if (!row) return false;
+    if (row->size() != size) failBadRow(key);
+    memcpy(record, row->data(), size);
+    return true;
+}
+
+std::optional<std::string> readBytes(Store& store, const RowKey& key) {
+    return selectRow(store, key);
+}
+
 void writeRow(Store& store, const RowKey& key, const void* record, size_t size) {
     refuseOutsideWriting(store);
     sqlite3_stmt* statement = bindKey(store, ST_PUT, key);
     sqlite3_bind_blob64(statement, 4, record, size, SQLITE_STATIC);
     carryOut(store, statement);
+    store.read.forget(key);
 }
 
 bool eraseRow(Store& store, const RowKey& key) {
     refuseOutsideWriting(store);
     carryOut(store, bindKey(store, ST_ERASE, key));
+    store.read.forget(key);
     return sqlite3_changes(store.db) > 0;
 }
 
 void eraseRows(Store& store, KT_U8 adapter, Kind kind) {
     refuseOutsideWriting(store);
     carryOut(store, bindKind(store, ST_ERASE_KIND, adapter, kind));
+    store.read.forget();
 }
 
 void eraseEverything(Store& store) {
     refuseOutsideWriting(store);
     run(store, ST_ERASE_ALL);
+    store.read.forget();
 }
 
 KT_U64 countRows(Store& store, KT_U8 adapter, Kind kind) {

@@ -3,6 +3,7 @@
 
 #include "state/bounds.h"
 #include "state/kinds.h"
+#include "state/rowCache.h"
 
 #include <cstring>
 #include <optional>
@@ -49,11 +50,6 @@ void setMark(Store& store);
 void rollbackToMark(Store& store);
 
 // Rows. The templates below are what to use.
-struct RowKey {
-    KT_U8 adapter;
-    Kind kind;
-    KT_U64 id;
-};
 bool readRow(Store& store, const RowKey& key, void* record, size_t size);
 std::optional<std::string> readBytes(Store& store, const RowKey& key);
 void writeRow(Store& store, const RowKey& key, const void* record, size_t size);
