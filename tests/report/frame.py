@@ -1,4 +1,6 @@
 """What the tests of ktreport share: adapters of a lab in a state of their own, and running programs on them."""
+import functools
+import importlib
 import json
 import os
 import re
@@ -7,8 +9,6 @@ import subprocess
 import sys
 import tempfile
 import textwrap
-
-import fastjsonschema
 
 BIN = os.environ["BIN"]
 LABS = ["default", "empty", "full", "troubled", "hostile", "none"]
@@ -23,13 +23,20 @@ RARE = {"adapters": [
 MOMENT = "2026-01-05 08:00:00"
 with open(os.path.join(os.environ["SOURCE"], "docs", "report.schema.json"), encoding="ascii") as schema:
     SCHEMA = json.load(schema)
-FITS = fastjsonschema.compile(SCHEMA, use_default=False)
+
+
+@functools.cache
+def schema_check():
+    """A function that refuses what does not fit the schema. It takes longer to make than most tests run."""
+    fastjsonschema = importlib.import_module("fastjsonschema")
+    return fastjsonschema.compile(SCHEMA, use_default=False), fastjsonschema.JsonSchemaException
 
 
 def fits_schema(test, document, what):
+    check, misfit = schema_check()
     try:
-        FITS(document)
-    except fastjsonschema.JsonSchemaException as fault:
+        check(document)
+    except misfit as fault:
         test.fail(f"{what}: {fault.message[:200]}")
 
 

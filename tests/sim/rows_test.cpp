@@ -51,7 +51,7 @@ static void spoil(Chaos& run) {
 struct Rows : testing::TestWithParam<unsigned> {};
 
 TEST_P(Rows, ThatSayAnythingGiveErrorsNotCrashes) {
-    static const char* const LABS[] = {"default", "troubled", "full"};
+    static const char* const LABS[] = {"default", "troubled", "empty", "hostile", "full"};
     const StateFolder folder;
     allowSpoiltState();
     replaceStore(folder.state, fillFromLab, labNamed(LABS[GetParam() % std::size(LABS)]));

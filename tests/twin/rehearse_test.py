@@ -53,6 +53,7 @@ class Rehearsals(unittest.TestCase):
             for command in past:
                 bench.run(*shlex.split(command))
             made = bench.path("made.db")
+            before, moment = same(bench.report("--records")), bench.now()
             os.rename(bench.path("state.db"), made)
             for command in commands:
                 with open(made, "rb") as state, open(bench.path("state.db"), "wb") as copy:
@@ -61,12 +62,12 @@ class Rehearsals(unittest.TestCase):
                 program = words.pop(0) if words[0] == "ktcfg" else "ktsetup"
                 if words[1] in ("create", "delete", "assign", "set", "ssdop"):
                     words.append("--waiveconfirmation")
-                done = bench.run("ktsim", "rehearse", "--at", bench.now(), "--json", "--", program, *words, text="y\n",
+                done = bench.run("ktsim", "rehearse", "--at", moment, "--json", "--", program, *words, text="y\n",
                                  trace=True)
                 for call in bench.calls():
                     self.assertRegex(call, "Get|GET|^KT_API_|^KT_SIM_Sg|^KT_DiskHasOS|^KT_Flash_Bin a=. action=240")
                 told = json.loads(done.stdout)
-                self.assertEqual(same(told["before"]), same(bench.report("--records")), command)
+                self.assertEqual(same(told["before"]), before, command)
                 real = bench.run(program, *words, text="y\n", errors=subprocess.STDOUT)
                 self.assertEqual((done.returncode, told["commands"][0]["output"]), (real.returncode, real.stdout), command)
                 self.assertEqual(places(same(told["after"]), same(bench.report("--records"))), [], lab + ": " + command)
