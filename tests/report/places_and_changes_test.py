@@ -29,6 +29,12 @@ class Views(unittest.TestCase):
         self.assertIn("the disks of adapter 0 (Tarn R8i, serial KS260100004711) are known only from before", done.stdout)
         self.assertNotIn("gone", done.stdout)
 
+    def test_a_spare_of_another_kind(self):
+        old = self.saved("old")
+        for words in ("delete -o spare -i 9", "assign -d 9"):
+            self.assertEqual(self.bench.run("ktsetup", "0", *words.split(), "--waiveconfirmation").returncode, 0)
+        self.assertIn(" on adapter 0 is a global spare now (was dedicated)\n", self.view("diff", old, result=1))
+
     def test_events_are_told_once(self):
         self.bench.sim("disk", "fail", "1", "--force")
         self.bench.sim("clock", "advance", "1h")
