@@ -228,6 +228,24 @@ class Fidelity(unittest.TestCase):
         self.assertIn("attributes", ends[0]["adapters"][0]["disks"][4])
         self.assertEqual(places(*ends), [])
 
+    def test_what_was_told(self):
+        """A spare that is too small is told of once for each loss; a free disk that goes is none."""
+        original = Bench({"adapters": [{
+            "type": "LD-based", "disks": [{"count": 5, "size": "500GB"}, {"size": "100GB", "spare": "global"}, {}],
+            "virtualDisks": [{"level": "RAID6", "disks": [0, 1, 2, 3, 4]}]}]})
+        switch = "ktsetup set -o hba --waiveconfirmation --autorebuild".split()
+        for deeds, times in (("fail 0", 1), ("pull 6", 1), ("fail 1", 2)):
+            original.sim("disk", *deeds.split(), "--force")
+            for code in ("1", "4"):
+                original.sim("event", "1", code)
+            original.run(*switch, "off")
+            twin = Twin(original, "--records")
+            for bench in (original, twin):
+                bench.run(*switch, "on")
+            self.assertEqual(original.run("ktsetup", "event").stdout.count("disk 5 too small"), times)
+            self.same_reports(original, twin, deeds, "--records")
+            original.run(*switch, "off")
+
     def test_sizes(self):
         """What was made of all that there was grows with its disks on both; what has a size keeps it."""
         original = Bench({"adapters": [

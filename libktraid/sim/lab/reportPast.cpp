@@ -12,6 +12,8 @@ static const EventName LOSSES[] = {EVT_PD_PLUGGED_OUT, EVT_PD_SET_DOWN, EVT_PD_P
                                    EVT_PD_CRYPTO_ON_PLAIN_PORT, EVT_PD_CIPHER_MISMATCH};
 static const EventName CIPHER_COMPLAINTS[] = {EVT_PD_PLAIN_ON_CRYPTO_PORT, EVT_PD_CRYPTO_ON_PLAIN_PORT,
                                               EVT_PD_CIPHER_MISMATCH};
+// What the loss of a disk that a virtual disk needs makes of it.
+static const EventName WORSENED[] = {EVT_VD_LOST_REDUNDANCY, EVT_VD_DEGRADED, EVT_VD_OFFLINE};
 // What makes a virtual disk's redundancy, and what begins to.
 static const EventName MADE[] = {EVT_VD_FIX_COMPLETED, EVT_VD_QUICK_INIT_COMPLETED, EVT_VD_BACKGROUND_INIT_COMPLETED,
                                  EVT_VD_FOREGROUND_INIT_COMPLETED};
@@ -33,7 +35,6 @@ static void learnOfDisk(const _Event& event, bool sameBlow, Past& past) {
     if (isOneOf(LOSSES, event)) {
         if (!sameBlow) ++past.lossCount;
         past.losses[pd] = past.lossCount;
-        past.toldTooSmall.clear();
     }
     if (isEvent(event, EVT_PD_READ_WRITE_ERROR)) past.deadDisks.insert(pd);
     if (isEvent(event, EVT_PD_PLUGGED_OUT) || isEvent(event, EVT_PD_PLUGGED_IN)) past.deadDisks.erase(pd);
@@ -42,7 +43,8 @@ static void learnOfDisk(const _Event& event, bool sameBlow, Past& past) {
     if (isEvent(event, EVT_MISC_TOO_SMALL_TO_COPY_BACK)) past.toldTooSmall[pd] |= TOLD_COPY_BACK;
 }
 
-static void learnOfVd(const _Event& event, Past& past) {
+static void learnOfVd(const _Event& event, bool byLoss, Past& past) {
+    if (byLoss && isOneOf(WORSENED, event)) past.toldTooSmall.clear();
     if (isEvent(event, EVT_VD_OFFLINE)) past.offline[event.DeviceID] = past.lossCount;
     if (isOneOf(MAKING, event)) past.initialized[event.DeviceID] = false;
     if (isOneOf(MADE, event)) past.initialized[event.DeviceID] = true;
@@ -55,7 +57,7 @@ static Past pastOf(const Context& context) {
         if (event.Severity >= SEV_MAJOR) past.muted = false;
         if (isEvent(event, EVT_MISC_MUTED)) past.muted = true;
         learnOfDisk(event, lossBefore, past);
-        learnOfVd(event, past);
+        learnOfVd(event, lossBefore, past);
         // Disks that go one right behind the other go at one blow.
         lossBefore = isOneOf(LOSSES, event) || (lossBefore && isEvent(event, EVT_PD_READ_WRITE_ERROR));
         return true;
