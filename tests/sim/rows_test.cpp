@@ -40,10 +40,10 @@ static void spoil(Chaos& run) {
     const std::vector<RowKey> rows = rowsOf(*run.store);
     for (int times = 1 + run.pick(12); times > 0; --times) {
         const RowKey& row = rows[run.pick(static_cast<unsigned>(rows.size()))];
-        auto bytes = readBytes(*run.store, row);
-        if (!bytes) continue;
-        spoil(run, *bytes);
-        writeRow(*run.store, row, bytes->data(), bytes->size());
+        std::string bytes = readBytes(*run.store, row).value_or("");
+        if (bytes.empty()) continue;
+        spoil(run, bytes);
+        writeRow(*run.store, row, bytes.data(), bytes.size());
     }
     commitTransaction(*run.store);
 }

@@ -169,13 +169,14 @@ TEST_F(StateFile, CannotBeMadeOnAFullDisk) {
 
 TEST_F(StateFile, IsMadeOnceByManyThatStartTogetherAndLoseNoUpdate) {
     std::vector<pid_t> children;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         children.push_back(startChild([] {
             if (KT_API_Initialize() != KT_OK) return 1;
             for (int call = 0; call < 100; ++call)
                 if (KT_API_RescanAdapter() != KT_OK) return 2;
             return 0;
         }));
+    }
     for (const pid_t child : children)
         EXPECT_EQ(waitFor(child), 0);
     ASSERT_EQ(KT_API_Initialize(), KT_OK);

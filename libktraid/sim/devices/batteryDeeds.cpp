@@ -157,9 +157,8 @@ static bool changeBattery(const Context& context, Change change) {
 }
 
 bool setBatteryCharge(const Context& context, unsigned percent) {
-    return changeBattery(context, [&](_BBU_Info&, BatteryState& state) {
-        state.charge = std::min(percent, 100U) * (BATTERY_FULL / 100);
-    });
+    return changeBattery(context,
+                         [&](_BBU_Info&, BatteryState& state) { state.charge = percent * (BATTERY_FULL / 100); });
 }
 
 bool setBatteryTemperature(const Context& context, KT_S16 hundredths) {

@@ -27,7 +27,7 @@ void setBatteryLimits(const Context& context, const BatteryLimits& limits);
 // What people and weather do to it. False when there is no battery (or no place for one).
 bool insertBattery(const Context& context);
 bool removeBattery(const Context& context);
-bool setBatteryCharge(const Context& context, unsigned percent);
+bool setBatteryCharge(const Context& context, unsigned percent); // 0 to 100
 bool setBatteryTemperature(const Context& context, KT_S16 hundredths);
 bool setBatteryVoltage(const Context& context, KT_U16 millivolts);
 bool breakCharger(const Context& context, bool broken);
