@@ -246,6 +246,18 @@ class Fidelity(unittest.TestCase):
             self.same_reports(original, twin, deeds, "--records")
             original.run(*switch, "off")
 
+    def test_batteries(self):
+        """One whose charger is broken and one that is all but empty are what they seem to be."""
+        for deeds in (["relearn 0m", "charge 1", "+105s"], ["charger broken", "charge 60"]):
+            original = Bench("default")
+            for deed in deeds:
+                original.sim(*(("clock", "advance", deed[1:]) if deed[0] == "+" else ("battery", *deed.split())))
+            twin = Twin(original, "--records")
+            self.same_reports(original, twin, str(deeds), "--records")
+        for bench in (original, twin):
+            bench.sim("clock", "advance", "5h")
+        self.same_reports(original, twin, "no charger", "--records")
+
     def test_sizes(self):
         """What was made of all that there was grows with its disks on both; what has a size keeps it."""
         original = Bench({"adapters": [

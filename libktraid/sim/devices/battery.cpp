@@ -146,6 +146,10 @@ std::vector<const char*> batteryComplaints(const Context& context) {
     return words;
 }
 
+static bool needsCharge(const BatteryState& state) {
+    return state.charge <= state.rechargeBelow * (BATTERY_FULL / 100);
+}
+
 void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechargeBelow) {
     const bool present = (shown.status & KT_BBU_PRESENT) != 0;
     if (present) save(context, 0, shown);
@@ -154,6 +158,11 @@ void restoreBattery(const Context& context, const _BBU_Info& shown, KT_U8 rechar
     if (rechargeBelow) state.rechargeBelow = rechargeBelow;
     if (present) {
         state.charge = chargeThatShows(shown);
+        // With a charger that works it would be charging at this level.
+        if (state.mode == BATTERY_IDLE && needsCharge(state)) {
+            state.mode = BATTERY_CHARGING;
+            state.chargerBroken = 1;
+        }
         state.complaints = complaintsOf(shown, state);
         state.abnormal = state.complaints ? 1 : 0;
     }
@@ -211,7 +220,7 @@ static void settleCharge(const Context& context, _BBU_Info& info, BatteryState& 
             logBattery(context, EVT_BATTERY_RELEARN_GOES_ON);
         }
         setBatteryMode(context, state, BATTERY_CHARGING);
-    } else if (state.mode == BATTERY_IDLE && state.charge <= state.rechargeBelow * (BATTERY_FULL / 100)) {
+    } else if (state.mode == BATTERY_IDLE && needsCharge(state)) {
         setBatteryMode(context, state, BATTERY_CHARGING);
     }
 }

@@ -28,7 +28,10 @@ KT_U32 chargeThatShows(const _BBU_Info& info) {
         least = static_cast<KT_U32>(std::clamp<KT_U64>(from, least, BATTERY_FULL));
         most = static_cast<KT_U32>(std::min<KT_U64>(to, most));
     }
-    if (info.status & KT_BBU_DISCHARGING) narrow(info.minutesToEmpty, BATTERY_DISCHARGE_TIME / MINUTE, least, most);
+    if (info.status & KT_BBU_DISCHARGING) {
+        narrow(info.minutesToEmpty, BATTERY_DISCHARGE_TIME / MINUTE, least, most);
+        least = std::max(least, KT_U32{1}); // an empty one discharges no further
+    }
     if (info.status & KT_BBU_CHARGING) {
         KT_U32 lackLeast = 0;
         KT_U32 lackMost = BATTERY_FULL;
