@@ -1,5 +1,7 @@
 #include "Plan/child.h"
 
+#include "Public/newFile.h"
+
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -8,19 +10,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-static bool writeWhole(int file, const std::string& content) {
-    size_t done = 0;
-    while (done < content.size()) {
-        const ssize_t count = write(file, content.data() + done, content.size() - done);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        done += static_cast<size_t>(count);
-    }
-    return lseek(file, 0, SEEK_SET) == 0;
-}
-
 HiddenFile::HiddenFile(const std::string& content) : file(memfd_create("ktcfg", 0)) {
-    if (file < 0 || writeWhole(file, content)) return;
+    const bool whole = file >= 0 && writeNewFile(NewFile{file}, content.data(), content.size());
+    if (file < 0 || (whole && lseek(file, 0, SEEK_SET) == 0)) return;
     close(file);
     file = -1;
 }

@@ -56,10 +56,10 @@ static void restoreSignals() {
     }
 }
 
-Created createNewFile(const char* path, NewFile& file) {
+Created createNewFile(const char* path, NewFile& file, mode_t mode) {
     // A signal between the creation and its guard would leave the file behind.
     const sigset_t mask = holdSignals();
-    file.fd = open(path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+    file.fd = open(path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
     const int reason = errno;
     if (file.fd >= 0) {
         unfinished = path;

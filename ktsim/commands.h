@@ -8,6 +8,7 @@
 #include "commandLine/commandLine.h"
 #include <functional>
 #include <string>
+#include <sys/types.h>
 
 // Said on standard error, with the command's result.
 struct CommandFailure {
@@ -53,6 +54,8 @@ std::string statePathOf(const Options& options);
 sim::Store* openState(const Options& options);
 // labText.cpp: the lab's text: "-" is standard input, then a file of that name, then a built-in lab.
 std::string labText(const std::string& name);
+// A new file with these bytes, never over one that is there and never left behind unless it is whole.
+void makeFile(const std::string& name, const std::string& bytes, mode_t mode);
 // --adapter, -a
 void addAdapterOption(const Command& command, Options& options);
 // --force, -f

@@ -1,3 +1,4 @@
+#include "Public/newFile.h"
 #include "commands.h"
 #include "frame/invariants.h"
 #include "frame/settle.h"
@@ -6,6 +7,7 @@
 #include "state/simClock.h"
 #include "state/storeFile.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -19,6 +21,16 @@ std::string statePathOf(const Options& options) {
 
 Store* openState(const Options& options) {
     return openStore(statePathOf(options), fillFromLab, labNamed("default"));
+}
+
+void makeFile(const std::string& name, const std::string& bytes, mode_t mode) {
+    NewFile file = {};
+    const bool made = createNewFile(name.c_str(), file, mode) == Created::Yes;
+    const bool written = made && writeNewFile(file, bytes.data(), bytes.size());
+    if (written && keepNewFile(file)) return;
+    const int reason = errno;
+    if (made && !written) dropNewFile(file);
+    throw CommandFailure{name + ": " + strerror(reason)};
 }
 
 void addAdapterOption(const Command& command, Options& options) {

@@ -3,12 +3,9 @@
 #include "devices/solidState.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <memory>
-#include <unistd.h>
 #include <vector>
 
 using namespace sim;
@@ -42,23 +39,6 @@ static ImageVersion readVersion(const std::string& text) {
                         static_cast<KT_U16>(parts[3])};
 }
 
-// Never over a file that is there.
-static void writeNew(const std::string& name, const std::string& bytes) {
-    const int file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-    if (file < 0) throw CommandFailure{name + ": " + strerror(errno)};
-    size_t at = 0;
-    ssize_t written = 1;
-    while (at < bytes.size() && written > 0) {
-        written = write(file, bytes.data() + at, bytes.size() - at);
-        if (written > 0) at += static_cast<size_t>(written);
-    }
-    const bool whole = at == bytes.size() && close(file) == 0;
-    if (whole) return;
-    const int reason = errno;
-    unlink(name.c_str());
-    throw CommandFailure{name + ": " + strerror(reason)};
-}
-
 static void spoil(std::string& image, const std::string& damage) {
     if (damage == "header") image[8] = static_cast<char>(image[8] ^ 1);
     if (damage == "data" && !image.empty()) image.back() = static_cast<char>(image.back() ^ 1);
@@ -72,7 +52,7 @@ static void make(const ImageOptions& wanted) {
     std::string image = makeImage(*kind, version, static_cast<KT_U16>(wanted.vendor),
                                   imageFiller(version.build * 65599U + kind->type, size));
     spoil(image, wanted.damage);
-    writeNew(wanted.file, image);
+    makeFile(wanted.file, image, 0644);
 }
 
 static void makeForDrive(const MicrocodeOptions& wanted) {
@@ -81,7 +61,7 @@ static void makeForDrive(const MicrocodeOptions& wanted) {
         throw CommandFailure{"\"" + wanted.version + "\" is not a version of 1 to 8 characters"};
     std::string image = makeMicrocode(wanted.model, wanted.version, imageFiller(wanted.kib, wanted.kib * size_t{1024}));
     spoil(image, wanted.damage);
-    writeNew(wanted.file, image);
+    makeFile(wanted.file, image, 0644);
 }
 
 static void addMicrocode(const Command& image) {

@@ -6,16 +6,12 @@
 #include "scratch.h"
 #include "twin.h"
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
-#include <fcntl.h>
 #include <iostream>
 #include <memory>
 #include <sstream>
 #include <sys/stat.h>
-#include <unistd.h>
 
 using namespace sim;
 
@@ -121,21 +117,7 @@ static void copyState(const std::string& from, const std::string& to) {
         throw;
     }
     closeStore(store);
-    const int file = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (file < 0) throw CommandFailure{to + ": " + strerror(errno)};
-    size_t done = 0;
-    while (done < image.size()) {
-        const ssize_t put = write(file, image.data() + done, image.size() - done);
-        if (put < 0 && errno == EINTR) continue;
-        if (put <= 0) break;
-        done += static_cast<size_t>(put);
-    }
-    const bool whole = done == image.size() && fsync(file) == 0;
-    const int reason = errno;
-    close(file);
-    if (whole) return;
-    unlink(to.c_str());
-    throw CommandFailure{to + ": " + strerror(reason)};
+    makeFile(to, image, 0600);
 }
 
 // What `work` makes of the state in one transaction.

@@ -118,6 +118,9 @@ Batteries and images.
   131136
   $ no image make new.img
   ktsim: new.img: File exists
+  $ (ulimit -f 100; no image make other.img); ls *.img
+  ktsim: other.img: File too large
+  new.img
 
 Disks; what follows is the adapter's business.
 
