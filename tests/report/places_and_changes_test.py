@@ -89,9 +89,13 @@ class Views(unittest.TestCase):
         self.assertEqual(self.view("wait", "--vd", "0"), "Nothing is going on.\n")
         self.bench.sim("disk", "fail", "1", "--force")
         self.bench.sim("clock", "advance", "1h")
-        waiting = self.view("wait", "--vd", "2", "--timeout", "1s", result=4)
+        moments = [time.monotonic()]
+        waiting = self.view("wait", "--vd", "2", "--timeout", "1", result=4)
+        moments.append(time.monotonic())
         self.assertRegex(waiting, r'^virtual disk 2 "orders" on adapter 0: rebuild \d+ %, about \d')
         self.assertEqual(self.view("wait", "--array", "1", "--timeout", "0", result=4), waiting)
+        moments.append(time.monotonic())
+        self.assertAlmostEqual((moments[1] - moments[0]) - (moments[2] - moments[1]), 1, delta=0.8)
         other = self.view("wait", "-a", "1", "--vd", "1", "--timeout", "0", result=4)
         self.assertEqual([self.view("wait", *words, "--timeout", "0", result=4) for words in ([], ["--all"])], [waiting + other] * 2)
         for words in (["--vd", "0"], ["--array", "0"], ["--pd", "0"], ["--vd", "0", "-a", "1"]):

@@ -5,7 +5,7 @@
 
 namespace sim {
 
-// Begins an activity of `work` KiB, in place of one that was aborted, and logs it.
+// Begins an activity of `work` KiB and logs it. One of the same owner that was aborted is forgotten.
 void startActivity(const Context& context, Owner owner, KT_U8 kind, KT_U64 work, KT_U16 disk);
 // One of KT_CONTROL_*; KT_ERR_BGA_ACTION for what the state does not allow.
 KT_U8 controlActivity(const Context& context, Owner owner, KT_U8 control);
