@@ -1,6 +1,6 @@
 #include "Plan/child.h"
 
-#include "Public/newFile.h"
+#include "Public/writeFully.h"
 
 #include <cerrno>
 #include <csignal>
@@ -11,7 +11,7 @@
 #include <unistd.h>
 
 HiddenFile::HiddenFile(const std::string& content) : file(memfd_create("ktcfg", 0)) {
-    const bool whole = file >= 0 && writeNewFile(NewFile{file}, content.data(), content.size());
+    const bool whole = file >= 0 && writeFully(file, content.data(), content.size()) == content.size();
     if (file < 0 || (whole && lseek(file, 0, SEEK_SET) == 0)) return;
     close(file);
     file = -1;

@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "Public/writeFully.h"
+
 namespace {
 bool lost = false;
 bool told = false;
@@ -26,16 +28,8 @@ void noteLostOutput() {
 }
 
 static ssize_t writeNoting(void*, const char* bytes, size_t count) {
-    size_t done = 0;
-    while (done < count) {
-        const ssize_t written = write(STDOUT_FILENO, bytes + done, count - done);
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) {
-            noteLostOutput();
-            break;
-        }
-        done += static_cast<size_t>(written);
-    }
+    const size_t done = writeFully(STDOUT_FILENO, bytes, count);
+    if (done < count) noteLostOutput();
     return static_cast<ssize_t>(done);
 }
 

@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "Public/writeFully.h"
+
 // Async-signal-safe. The raised signal takes effect, with its default action, when this returns.
 static void removeAndEnd(int number);
 
@@ -71,15 +73,7 @@ Created createNewFile(const char* path, NewFile& file, mode_t mode) {
 }
 
 bool writeNewFile(const NewFile& file, const void* bytes, size_t count) {
-    const auto* at = static_cast<const char*>(bytes);
-    while (count > 0) {
-        const ssize_t written = write(file.fd, at, count);
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        at += written;
-        count -= static_cast<size_t>(written);
-    }
-    return true;
+    return writeFully(file.fd, bytes, count) == count;
 }
 
 static void finish(NewFile& file, bool keep) {

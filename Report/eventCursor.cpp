@@ -5,19 +5,14 @@
 #include <unistd.h>
 
 #include "Public/wholeFile.h"
+#include "Public/writeFully.h"
 #include "Report/look.h"
 
 // Lines that are told in one step, so that a cursor's file stays small.
 static constexpr size_t STEP = 200;
 
 static bool writeAll(const std::string& text) {
-    for (size_t at = 0; at < text.size();) {
-        const ssize_t count = write(STDOUT_FILENO, text.data() + at, text.size() - at);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        at += static_cast<size_t>(count);
-    }
-    return true;
+    return writeFully(STDOUT_FILENO, text.data(), text.size()) == text.size();
 }
 
 static void save(const EventCursor& cursor, const Told& told, const Json& pending) {
