@@ -151,8 +151,11 @@ whether they were pulled there; what missed writing has nothing to bring.
   $ kt import -i 0 && kt info -o array -i 0 | grep -e '^Name' -e '^Spare'; export KTRAID_SIM="$PWD/state.db"
   Name:                databases
   Spare PD IDs:        8
-  $ ktsim disk replace 1 --force && ktsim disk replace 11 --sector 4096 && ktsim disk trip 11 && ktsim status | grep 'PD 11'
+  $ for words in "1 --force --model Auk" "1 --force" "11 --sector 4096"; do ktsim disk replace $words; done
+  $ ktsim disk trip 11 && ktsim status | grep -e 'PD 11' -e 'PD 1 .*Auk' && ktreport json | grep -o '"sector":4096'
     PD 11    Petrel PS480G SSD     SATA SSD 447.1 GiB  port 6      free, failing
+    PD 1     Auk                   SAS        1.8 TiB  bay 1:1     free
+  "sector":4096
 
 What is wrong on a disk shows where a person looks for it, and when something reads there.
 

@@ -51,7 +51,7 @@ struct WholeFile : testing::Test {
     const std::string folder = scratch.path;
 
     void SetUp() override {
-        gTarget = folder + "/file";
+        gTarget = folder + "/f";
         gAsked.clear();
     }
     void TearDown() override {
