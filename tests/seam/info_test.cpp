@@ -45,6 +45,23 @@ TEST_F(Info, SizeCountsTheDisksOwnSectors) {
     }
 }
 
+TEST_F(Info, TellsHowAPatrolDoes) {
+    const std::tuple<KT_U8, KT_U8, const char*> rows[] = {
+        {KT_STATE_NONE, 0, "no line"}, {KT_STATE_RUNNING, 100, "running, 100% done"},
+        {KT_STATE_RUNNING, 101, "Invalid Percentage  101% "},
+        {KT_STATE_RUNNING, 255, "Percentage is 255% ,Invalid,suggest updating PD LD or RCT"},
+        {KT_STATE_PAUSED, 7, "paused at 7%"}, {KT_STATE_AUTO_PAUSED, 7, "auto-paused"}, {KT_STATE_ABORTED, 7, "aborted"},
+        {9, 7, "unknown BGA status 9"}};
+    for (const auto& [state, percentage, text] : rows) {
+        seam.hdActivities = {{}};
+        seam.hdActivities[0].HDID = 7;
+        seam.hdActivities[0].Bga = KT_PD_BGA_MEDIA_PATROL;
+        seam.hdActivities[0].BgaState = state;
+        seam.hdActivities[0].Percentage = percentage;
+        EXPECT_EQ(value("info -o pd -i 7", "Media patrol"), text);
+    }
+}
+
 // clang-format on
 
 } // namespace

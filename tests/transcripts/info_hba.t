@@ -42,3 +42,12 @@ An adapter that cannot be read does not hide the others.
   
   Unable to get info of Adapter 2 (error 13: Invalid adapter id)
   = 13
+
+The link is there when it has a speed.
+
+  $ for speed in 0 1; do echo "{\"adapters\": [{\"MaxSpeed\": $speed}]}" > speed; lab speed; kt info -o hba | grep PCIe; done
+  PCIe status:                         N/A
+  Max PCIe speed:                      2.5Gb/s
+  Current PCIe speed:                  8Gb/s
+  Max PCIe link:                       8X
+  Current PCIe link:                   8X
