@@ -1,5 +1,6 @@
 #include "Report/eventLog.h"
 
+#include <cctype>
 #include <set>
 
 #include "Report/look.h"
@@ -19,9 +20,8 @@ static bool isProgress(const std::string& text) {
 }
 
 static std::string upper(std::string word) {
-    for (char& c : word) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
+    for (char& c : word)
+        c = static_cast<char>(toupper(static_cast<unsigned char>(c)));
     return word;
 }
 

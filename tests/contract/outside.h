@@ -23,7 +23,7 @@ extern const Deed<KT_U16, const char*, KT_U32> ageDisk;          // as ktsim dis
 KT_U8 insertForeignDisks(KT_U8 adapter, const char* lab, const std::vector<KT_U16>& disks, std::vector<KT_U16>& ids);
 
 // Sectors become bad, from an LBA on or wherever they would; scratch() answers how many did.
-enum Flaw : KT_U8 { UNREADABLE = 1, WRONG = 3 };
+enum Flaw : KT_U8 { UNREADABLE = 1, LOST = 2, WRONG = 3 };
 KT_U8 spoilSectors(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U64 lba, KT_U32 count = 1);
 KT_U32 scratch(KT_U8 adapter, KT_U16 pd, Flaw flaw, KT_U32 count);
 

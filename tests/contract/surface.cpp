@@ -40,6 +40,17 @@ TEST_F(Surface, ACheckFindsAndAFixRepairs) {
     EXPECT_EQ(found({KT_LD_StartConsistencyCheck(0, 0, 0)}), "1/20:0 1/25:0");
 }
 
+TEST_F(Surface, OfTwoFlawsTheWorseStays) {
+    const Flaw worse[] = {WRONG, LOST, UNREADABLE};
+    for (KT_U64 first = 0; first < 3; ++first) {
+        for (KT_U64 second = 0; second < 3; ++second) {
+            succeed({spoil(8, 9 * first + second, worse[first])});
+            EXPECT_EQ(spoil(8, 9 * first + second, worse[second]), second > first ? KT_OK : KT_ERR_FAILED)
+                << first << " then " << second;
+        }
+    }
+}
+
 // Two bad sectors: stripe 1 of disk `second`, and stripe 2 of the disk after it.
 TEST_F(Surface, ACheckNamesTheSectorOfTheVirtualDisk) {
     const auto check = [&](const std::string& array, KT_U16 second) {
