@@ -100,6 +100,8 @@ many losses are named, and what the reader stops at.
   $ lab troubled; cfg backup_cfg -f last | grep 'disk 3'
   stderr: [PD MEMBER] of virtual disk 3 lacks disks or names blocks in their place.
   stderr: virtual disk 3: [PD MEMBER] 7,-,- is written as 7.
+  $ ktsim show | sed 's/"checking/"check#ing/' > odd; lab odd; cfg backup_cfg -f hash | grep '#'
+  stderr: virtual disk 4: [RAID NAME] 'check#ing' is written as 'check'.
 
 Words that are no command are refused before the library is asked.
 
