@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 #include <unistd.h>
+#include <vector>
 
 #include "Public/commandSet.h"
 #include "Public/output.h"
 
 static constexpr size_t LONGEST = 24;
-static constexpr size_t MOST_SUGGESTIONS = 3;
 
 // How many single steps make one word of the other: a letter changed, added, left out, or swapped with the next one.
 static size_t distance(const char* from, const char* to) {
@@ -31,17 +31,16 @@ static size_t distance(const char* from, const char* to) {
 
 namespace {
 struct Nearest {
-    const char* words[MOST_SUGGESTIONS] = {};
-    size_t count = 0;
+    std::vector<const char*> words;
     size_t steps = 2; // at most
     void consider(const char* typed, const char* word) {
         const size_t away = distance(typed, word);
         if (away > steps || 2 * away >= strlen(word)) return;
-        if (away < steps) count = 0;
+        if (away < steps) words.clear();
         steps = away;
         const bool known =
-            std::any_of(words, words + count, [&](const char* other) { return strcmp(other, word) == 0; });
-        if (count < MOST_SUGGESTIONS && !known) words[count++] = word;
+            std::any_of(words.begin(), words.end(), [&](const char* other) { return strcmp(other, word) == 0; });
+        if (!known) words.push_back(word);
     }
 };
 } // namespace
@@ -58,11 +57,11 @@ void suggestCommands(const char* word) {
     for (const char* own : {"ver", "exit", "quit"}) {
         nearest.consider(word, own);
     }
-    if (nearest.count == 0) return;
+    if (nearest.words.empty()) return;
     flushOutput();
     fprintf(stderr, "did you mean ");
-    for (size_t i = 0; i < nearest.count; ++i) {
-        const char* before = i == 0 ? "" : i + 1 == nearest.count ? " or " : ", ";
+    for (size_t i = 0; i < nearest.words.size(); ++i) {
+        const char* before = i == 0 ? "" : i + 1 == nearest.words.size() ? " or " : ", ";
         fprintf(stderr, "%s%s", before, nearest.words[i]);
     }
     fprintf(stderr, "?\n");

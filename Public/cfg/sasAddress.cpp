@@ -9,13 +9,12 @@ SasTextProblem readSasAddress(const char* text, size_t length, KT_U8 (&address)[
     if (text[8] != ':') return SasTextProblem::Colon;
     KT_U8 bytes[sizeof address];
     for (size_t half = 0; half < 2; ++half) {
-        char digits[9] = {};
-        memcpy(digits, text + 9 * half, 8);
-        if (strspn(digits, "0123456789abcdefABCDEF") != 8) {
+        const std::string digits(text + 9 * half, 8);
+        if (digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
             return half == 0 ? SasTextProblem::FirstDigits : SasTextProblem::LastDigits;
         }
         KT_U32 word = 0;
-        str_to_hex_u32(digits, &word);
+        str_to_hex_u32(digits.c_str(), &word);
         for (size_t i = 0; i < 4; ++i) {
             bytes[4 * half + i] = static_cast<KT_U8>(word >> (24 - 8 * i));
         }
