@@ -67,6 +67,14 @@ class Reading(unittest.TestCase):
         self.assertEqual({f"{kind}.{word}" for kind, word in every - given - codes},
                          {"disk.cipher", "disk.cipherPercent", "port.entry", "target.parity", "target.parts"})
 
+    def test_all_done_is_a_percentage(self):
+        whole = {"percent": 100, "state": "paused"}
+        adapter = Bench({"adapters": [{
+            "type": "LD-based", "disks": [{"count": 2}, {"patrol": whole}],
+            "virtualDisks": [{"level": "RAID1", "disks": [0, 1], "activity": {"kind": "check", **whole}}]}]}).report()["adapters"][0]
+        self.assertEqual([adapter["disks"][2]["patrol"], adapter["virtualDisks"][0]["activity"]],
+                         [{"kind": kind, **whole} for kind in ("media patrol", "check")])
+
     def test_library_that_does_not_start(self):
         bench = Bench("default")
         bench.save("state.db", "no state")
