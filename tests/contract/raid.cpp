@@ -118,6 +118,20 @@ TEST_F(Raid, SizesAreMegabytesFromPeopleAndKibFromFiles) {
     EXPECT_EQ(rest.HDID, 2);
 }
 
+TEST_F(Raid, AnAdapterThatNamesNoStripesTakesTheUsualOnes) {
+    for (const auto& [features, largest] : {std::pair{0, 128}, {KT_ADV_BIG_STRIPE, 1024}}) {
+        start(R"({"adapters": [{"type": "LD-based", "StripeSizeSupported": 0, "AdvancedFeatures": )" +
+              std::to_string(features) + R"(, "disks": [{"count": 4}]}]})");
+        const auto createStriped = [](int kib, const Ids& disks) {
+            _Create_LD_Param param = ldParam(KT_RAID0, disks, 1024);
+            param.StripeBlockSize = static_cast<KT_U16>(kib);
+            return KT_LD_Create(0, &param);
+        };
+        answer(KT_ERR_BLOCK_SIZE, {createStriped(8, {0, 1}), createStriped(2 * largest, {0, 1})});
+        succeed({createStriped(16, {0, 1}), createStriped(largest, {2, 3})});
+    }
+}
+
 TEST_F(Raid, CreationSaysWhatIsWrong) {
     EXPECT_EQ(createLd(0x77, {0, 1}), KT_ERR_INVALID_RAID_MODE);
     answer(KT_ERR_PD_COUNT_FOR_LEVEL, {createLd(KT_RAID5, {0, 1}), createLd(KT_RAID10, {0, 1, 2, 3, 4}),

@@ -89,3 +89,6 @@ A saved report does for the adapters; the twin can be kept, with the time that h
   125 ktsim: no twin of odd.json: adapters[0].disks[0].freeSize: is 1024, with which the rest does not go (900820197376 would)
   $ sed '/"made"/d' saved.json > undated.json; no --from undated.json -- ktsetup ver
   0 Nothing would change.
+  $ for more in "" ', "unread": 3'; do echo "{\"report\": 1$more}" > more.json; no --from saved.json --from more.json -- ktsetup ver; done
+  0 Nothing would change.
+  0 Nothing would change.
