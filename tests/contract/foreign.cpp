@@ -129,9 +129,10 @@ TEST_F(Foreign, AnArrayIsWhatItWas) {
     bringAnew({0, 1, 2, 3, 4, 5}, adapterWith(R"("arrays": [{"level": "RAID0", "disks": [0, 1], "virtualDisks": [
         {"activity": {"kind": "migration"}, "target": {"disks": [0, 1, 2]}}]}])"));
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
-    for (const auto act : {pullDisk, insertDisk})
+    for (const auto act : {pullDisk, insertDisk}) {
         for (const KT_U16 pd : ids)
             succeed({act(0, pd)});
+    }
     EXPECT_EQ(KT_LD_Import(0, 0), KT_ERR_VD_NOT_IMPORTABLE);
     bringAnew({0, 1, 2, 3, 4, 5}, adapterWith(R"("arrays": [{"level": "RAID50", "disks": [0, 1, 2, 3, 4, 5],
         "name": "Own", "virtualDisks": [{"linkedDisk": 6, "os": true}]}])"));

@@ -48,11 +48,11 @@ std::string newEvents(KT_U8 adapter) {
     return texts;
 }
 
-void answer(KT_U8 expected, std::initializer_list<KT_U8> calls, std::source_location at) {
-    EXPECT_EQ(Ints(calls.begin(), calls.end()), Ints(calls.size(), expected)) << at.file_name() << ":" << at.line();
+void answer(KT_U8 expected, std::initializer_list<KT_U8> calls, Caller at) {
+    EXPECT_EQ(Ints(calls.begin(), calls.end()), Ints(calls.size(), expected)) << at.file << ":" << at.line;
 }
 
-void succeed(std::initializer_list<KT_U8> calls, std::source_location at) {
+void succeed(std::initializer_list<KT_U8> calls, Caller at) {
     answer(KT_OK, calls, at);
 }
 
@@ -111,7 +111,7 @@ KT_U8 roleOf(KT_U8 adapter, KT_U16 pd) {
     return reader(KT_PD_GetHDRaidStatus, &_HD_RAID_Status_Request::hdRaidStatus)(adapter, pd).Status;
 }
 
-std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls, std::source_location at) {
+std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls, Caller at) {
     succeed(calls, at);
     static const std::vector<std::string> STATUSES = {
         "online",     "degraded",       "2", "3",  "offline", "partial",   "6",

@@ -6,7 +6,6 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
-#include <source_location>
 
 struct ContractTest : testing::Test {
     ScratchFolder folder;
@@ -39,10 +38,15 @@ using Ints = std::vector<int>;
 using Config = _Adapter_Config_V2;
 static const uint64_t MINUTE = 60, HOUR = 60 * MINUTE, DAY = 24 * HOUR;
 
+// Where a helper was called, which a failed expectation names.
+struct Caller {
+    const char* file;
+    int line;
+};
+
 // Calls that, one after the other, all give the same answer; for succeed() it is KT_OK.
-void answer(KT_U8 expected, std::initializer_list<KT_U8> calls,
-            std::source_location at = std::source_location::current());
-void succeed(std::initializer_list<KT_U8> calls, std::source_location at = std::source_location::current());
+void answer(KT_U8 expected, std::initializer_list<KT_U8> calls, Caller at = {__builtin_FILE(), __builtin_LINE()});
+void succeed(std::initializer_list<KT_U8> calls, Caller at = {__builtin_FILE(), __builtin_LINE()});
 
 // "class/code:device(parameters)" of each event, oldest first, that was logged since the last call of it on that
 // adapter; parameters from the first one on up to the last that is not zero.
@@ -109,7 +113,7 @@ KT_U8 roleOf(KT_U8 adapter, KT_U16 pd); // KT_PD_*
 // A virtual disk at a glance, after calls that go well: its status, the disks in its slots ("-": none), and what goes
 // on: "activity/state percent".
 std::string look(KT_U8 adapter, KT_U16 vd, std::initializer_list<KT_U8> calls = {},
-                 std::source_location at = std::source_location::current());
+                 Caller at = {__builtin_FILE(), __builtin_LINE()});
 _SMART_Attribute attribute(KT_U8 adapter, KT_U16 pd, KT_U8 id);
 _Adapter_Info adapterInfo(KT_U8 adapter);
 Config adapterConfig(KT_U8 adapter);

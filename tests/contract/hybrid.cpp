@@ -14,14 +14,19 @@ static const KT_U64 SIZE = KT_U64{200} << 30;
 
 struct Hybrid : LabTest<HYBRID_LAB> {};
 
-static KT_U8 add(KT_U16 vd, KT_U64 from, KT_U64 length, KT_U8 type = KT_REQUEST_ITEM, KT_U16 records = 1,
-                 KT_U8 adapter = 0) {
+struct Asked {
+    KT_U8 type = KT_REQUEST_ITEM;
+    KT_U16 records = 1;
+    KT_U8 adapter = 0;
+};
+
+static KT_U8 add(KT_U16 vd, KT_U64 from, KT_U64 length, Asked asked = {}) {
     _Tandemix_Entry_Request request = {};
-    request.header.requestType = type;
-    request.header.numRequested = records;
+    request.header.requestType = asked.type;
+    request.header.numRequested = asked.records;
     request.start = from;
     request.length = length;
-    return KT_Tandemix_AddFSEntries(adapter, vd, &request, 0);
+    return KT_Tandemix_AddFSEntries(asked.adapter, vd, &request, 0);
 }
 
 static int used() {
@@ -35,11 +40,11 @@ TEST_F(Hybrid, TablesFill) {
     succeed({add(1, 0, 0), add(1, SIZE - 1, 1), reopen()});
     EXPECT_EQ(used(), 2);
     answer(KT_ERR_OUT_OF_RANGE, {add(1, SIZE, 1), add(1, 1, ~KT_U64{0}), add(1, ~KT_U64{0}, 1)});
-    EXPECT_EQ(add(1, 0, 1, KT_REQUEST_LIST), KT_ERR_REQUEST_TYPE);
-    EXPECT_EQ(add(1, 0, 1, KT_REQUEST_ITEM, 2), KT_ERR_NUM_REQUESTED);
+    EXPECT_EQ(add(1, 0, 1, {KT_REQUEST_LIST}), KT_ERR_REQUEST_TYPE);
+    EXPECT_EQ(add(1, 0, 1, {KT_REQUEST_ITEM, 2}), KT_ERR_NUM_REQUESTED);
     EXPECT_EQ(add(0, 0, 1), KT_ERR_INVALID_RAID_MODE);
     EXPECT_EQ(add(7, 0, 1), KT_ERR_INVALID_VD);
-    EXPECT_EQ(add(0, 0, 1, KT_REQUEST_ITEM, 1, 1), KT_ERR_NOT_ON_THIS_ADAPTER);
+    EXPECT_EQ(add(0, 0, 1, {KT_REQUEST_ITEM, 1, 1}), KT_ERR_NOT_ON_THIS_ADAPTER);
     EXPECT_EQ(used(), 2);
     _Tandemix_Table_Info info = {};
     succeed({KT_Tandemix_GetEntriesTableInfo(0, 1, &info)});

@@ -18,9 +18,14 @@
 #include "state/simClock.h"
 #include "state/storeFile.h"
 
+static std::string statePath() {
+    const char* path = getenv("KTRAID_SIM");
+    return path ? path : "";
+}
+
 // Changes the state of the running test as another process would.
 static void changeState(const std::function<void(sim::Store&)>& change) {
-    sim::Store* store = sim::openExistingStore(getenv("KTRAID_SIM"));
+    sim::Store* store = sim::openExistingStore(statePath());
     sim::beginTransaction(*store, sim::Access::Write);
     change(*store);
     sim::commitTransaction(*store);
@@ -39,7 +44,7 @@ KT_U8 runClock(uint32_t speed) {
 }
 
 std::string show() {
-    sim::Store* store = sim::openExistingStore(getenv("KTRAID_SIM"));
+    sim::Store* store = sim::openExistingStore(statePath());
     std::string text = sim::stateToLab(*store);
     sim::closeStore(store);
     return text;
@@ -48,7 +53,7 @@ std::string show() {
 void makeState(const std::string& lab) {
     const sim::BuiltInLab source = {"lab", lab.c_str()};
     try {
-        sim::replaceStore(getenv("KTRAID_SIM"), sim::fillFromLab, &source);
+        sim::replaceStore(statePath(), sim::fillFromLab, &source);
     } catch (const sim::LabError& error) {
         FAIL() << error.message;
     }

@@ -23,7 +23,7 @@ static void typeIn(const std::string& answers) {
     close(ends[1]);
 }
 
-static CommandHandler handlerOf(std::string word) {
+static CommandHandler handlerOf(const std::string& word) {
     static const std::map<std::string, CommandHandler> ofKtcfg = {
         {"backup_cfg", doBackUp_CFG}, {"restore_cfg", doRestore_CFG}, {"check", doCheck_CFG}};
     if (ofKtcfg.contains(word)) return ofKtcfg.at(word);
@@ -60,7 +60,7 @@ void expect(const Outcome& outcome, const std::string& printed, int result, cons
 // What stands behind the mark, which is taken away with it.
 static std::string cutBehind(std::string& text, const std::string& mark) {
     const size_t at = text.find(mark);
-    const std::string behind = at == text.npos ? "" : text.substr(at + mark.size());
+    std::string behind = at == text.npos ? "" : text.substr(at + mark.size());
     text.resize(std::min(at, text.size()));
     return behind;
 }

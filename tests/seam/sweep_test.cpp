@@ -47,7 +47,7 @@ Outcome givenTwice(_cmd_struct& row, char letter) {
     const char* argument = strchr(optionsOf(row.cmdHandler)->letters, letter);
     if (argument == nullptr || argument[1] != ':') return run(row.cmd + option + option);
     for (const std::string value : values) {
-        const Outcome outcome = run(row.cmd + option + " " + value + option + " " + value);
+        Outcome outcome = run(row.cmd + option + " " + value + option + " " + value);
         if (outcome.printed.ends_with(ErrorDuplicate)) return outcome;
     }
     return run(row.cmd + option + " 1" + option + " 1");

@@ -105,9 +105,10 @@ static void writeSettings(Chaos& run) {
     settings.Rebuild_Rate = run.byte(104);
     auto* bytes = reinterpret_cast<KT_U8*>(&settings);
     bytes[run.pick(sizeof settings)] ^= 1;
-    if (!run.rarely(6))
+    if (!run.rarely(6)) {
         settings.Check_Sum =
             static_cast<KT_U8>(settings.Check_Sum - std::accumulate(bytes, bytes + sizeof settings, 0));
+    }
     memcpy(page->Data, &settings, sizeof settings);
     KT_Flash_Bin(run.adapter, KT_FLASH_UPDATE, KT_IMAGE_CONFIG, page.get());
 }

@@ -152,7 +152,7 @@ TEST(Check, NamesWhatIsBeyondItsRecord) {
         {"clock 0 speed", ADAPTER_GLOBAL, 1000000000, of(0, &Clock::speed)},
     };
     for (const auto& [who, adapter, most, set] : limits) {
-        for (const KT_U64 more : {0, 1}) {
+        for (const KT_U64 more : {0U, 1U}) {
             const KT_U8 whose = adapter;
             const Spoil spoil = set(most + more);
             const auto wrong = violationsAfter([&](const Context& context) { spoil({context.store, whose, 0}); });

@@ -30,7 +30,7 @@ struct Disks : testing::Test, MemoryState {
     Disks() : MemoryState(DISKS_LAB) { beginTransaction(*store, Access::Write); }
     void SetUp() override {
         Known::put(context, 1);
-        for (const KT_U64 lba : {5, 9})
+        for (const KT_U64 lba : {5U, 9U})
             addBadSector(context, 1, lba, BadSector{FLAW_UNREADABLE, 0, {}});
     }
 };

@@ -182,9 +182,10 @@ struct History {
         for (KT_U16 pd = 0; pd < 14; ++pd)
             setDiskStatus(context, pd, 1);
         look(false);
-        for (const Owner owner : allGroups(context))
+        for (const Owner owner : allGroups(context)) {
             for (const KT_U8 how : {KT_CONTROL_RESUME, KT_CONTROL_RESTART})
                 control(groupOf(context, owner), how);
+        }
         for (int i = 0; i < 3; ++i)
             pass(DAY);
     }
