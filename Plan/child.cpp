@@ -11,8 +11,9 @@
 #include <unistd.h>
 
 HiddenFile::HiddenFile(const std::string& content) : file(memfd_create("ktcfg", 0)) {
-    const bool whole = file >= 0 && writeFully(file, content.data(), content.size()) == content.size();
-    if (file < 0 || (whole && lseek(file, 0, SEEK_SET) == 0)) return;
+    if (file < 0) return;
+    const bool whole = writeFully(file, content.data(), content.size()) == content.size();
+    if (whole && lseek(file, 0, SEEK_SET) == 0) return;
     close(file);
     file = -1;
 }

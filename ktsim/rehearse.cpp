@@ -6,7 +6,6 @@
 #include "scratch.h"
 #include "twin.h"
 
-#include <csignal>
 #include <cstdio>
 #include <iostream>
 #include <memory>
